@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "BrivaneCore/DDC/DDCRetryTracker.h"
+#include "BrivaneCore/DDC/DDCTransport.h"
+#include "BrivaneCore/DDC/DisplayRegistry.h"
+#include "BrivaneCore/DDC/LevelCache.h"
+#include "BrivaneCore/Policy/AppleDisplayBackend.h"
+#include "BrivaneCore/Policy/BrightnessStore.h"
+#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Support/LivenessAnchor.h"
+
+namespace brivane {
+
+/// All brightness traffic to monitors that are not built in: which backend drives a display, the
+/// caches, background reads on one serial queue, retries of monitors that don't answer, and the
+/// restoring and saving of levels.
+///
+/// Every operation is for the main thread. Writes block it for the transport's waits; what may take
+/// longer runs on the DDC queue and comes back tagged with the epoch it was started in; results of
+/// an older epoch are dropped.
+class DDCDisplayCoordinator {
+ public:
+  using ExplicitWriteCallback = std::function<void(DisplayID)>;
+  using Completion = std::function<void()>;
+
+  DDCDisplayCoordinator(Machine& machine, std::shared_ptr<AppleDisplayBackend> appleDisplayBackend,
+                        std::shared_ptr<DisplayRegistry> displayRegistry,
+                        BrightnessStore& brightnessStore,
+                        ExplicitWriteCallback explicitWriteCallback);
+
+  /// The display's backend; `none` is decided anew each time.
+  BrightnessBackendKind backend(DisplayID display);
+
+  /// The current percent, read from the monitor (blocking, on the DDC queue) if none is cached.
+  std::optional<Percent> brightness(DisplayID display);
+
+  /// Sets the level, limited to 0 to 100; whether the hardware took it. An explicit write is one
+  /// that the user asked for: it is announced through the callback before it is made.
+  bool write(Percent percent, DisplayID display, bool isExplicitUserWrite);
+
+  /// The cached or saved percent, without touching the bus.
+  std::optional<Percent> lastKnownPercent(DisplayID display);
+
+  /// Whether the display counts as speaking DDC/CI now.
+  bool isKnownDDC(DisplayID display);
+
+  /// Starts one background read of the display, unless one is running or it is too early.
+  void warmCache(DisplayID display);
+
+  /// Reads all online external displays in the background, then calls `completion` if there is one.
+  void prewarm(Completion completion);
+
+  /// `prewarm`, then writes the saved levels back, then calls `completion` if there is one.
+  void restoreSavedBrightness(Completion completion);
+
+  /// Follows changes made with the monitors' own buttons, in the background.
+  void resyncCache();
+
+  /// One target per online display, in the registry's order.
+  std::vector<DisplayTarget> refreshTargets();
+
+  /// Whether some online external display neither answers nor is driven by display services.
+  bool hasUnresolvedDisplays() const;
+
+  /// Forgets all back-off and outages and retries at once.
+  void retryNow();
+
+  /// Forgets the back-off, but not when outages began, and retries at once.
+  void retryPendingNow();
+
+  /// Forgets everything learnt about the current set of displays.
+  void invalidate();
+
+  /// One raw reading, blocking, on the DDC queue.
+  std::optional<VCPReading> probe(DisplayID display);
+
+  const std::shared_ptr<DisplayRegistry> registry;
+  BrightnessStore& store;
+  const ExplicitWriteCallback onExplicitDDCWrite;
+  LevelCache levelCache;
+  DDCRetryTracker tracker;
+
+ private:
+  std::map<DisplayID, std::shared_ptr<DDCTransport>> resolvedHandles;
+  std::map<DisplayID, Instant> lastWrite;
+  std::set<DisplayID> awaitingRestore;
+  std::map<DisplayID, BrightnessBackendKind> backends;
+  std::int64_t epoch = 0;
+  std::shared_ptr<SerialQueue> ddcQueue;
+
+  Runtime& runtime;
+  DisplaySystem& displays;
+  SystemLog& log;
+  const std::shared_ptr<AppleDisplayBackend> appleDisplays;
+  LivenessAnchor anchor;
+};
+
+}  // namespace brivane

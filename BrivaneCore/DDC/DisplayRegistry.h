@@ -1,0 +1,65 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/DDC/AVServiceHandle.h"
+#include "BrivaneCore/DDC/IOAVBridge.h"
+#include "BrivaneCore/DDC/PanelIdentity.h"
+#include "BrivaneCore/Seams/DisplaySystem.h"
+#include "BrivaneCore/Seams/IORegistry.h"
+#include "BrivaneCore/Seams/Runtime.h"
+
+namespace brivane {
+
+/// Finds the DDC/CI channel of a display. Displays are numbered by the window system, channels hang
+/// off entries of the I/O registry; panel identities and port names (of the display controllers,
+/// "disp…") tie the two together.
+///
+/// `rescanIfNeeded`, `handle`, `resolvePort` and `scan` run on the DDC queue only. The other
+/// operations keep nothing and are for main and DDC queue.
+class DisplayRegistry {
+ public:
+  DisplayRegistry(DisplaySystem& displaySystem, IORegistry& ioRegistry, SymbolLoader& loader,
+                  Runtime& runtime);
+
+  /// Whether this machine has the three calls that DDC/CI needs.
+  bool ddcAvailable() const;
+
+  /// In the window system's order; empty on any error.
+  std::vector<DisplayID> onlineDisplayIDs() const;
+
+  /// The screen's name; "Built-in Display" or "Display " and the number when it has no screen.
+  std::string localizedName(DisplayID display) const;
+
+  /// Scans when forced, before the first scan, and when the last one is 5.0 s old or older.
+  void rescanIfNeeded(bool force);
+
+  /// The display's channel, scanning first if needed; null for the built-in panel and for displays
+  /// that no port can be found for.
+  std::shared_ptr<DDCTransport> handle(DisplayID display);
+
+  /// The port of a display by what the last scan found.
+  std::optional<std::string> resolvePort(DisplayID display) const;
+
+  /// Forgets the last scan and walks the registry.
+  void scan();
+
+  /// The external panels found by the last scan, by port name.
+  std::map<std::string, PanelIdentity> panels;
+  /// The channels found by the last scan, by port name.
+  std::map<std::string, std::shared_ptr<AVServiceHandle>> handlesByPort;
+  /// When the last scan started; absent before the first.
+  std::optional<Instant> lastScan;
+
+ private:
+  DisplaySystem& displays;
+  IORegistry& registry;
+  const std::shared_ptr<const IOAVBridge> bridge;
+  Runtime& runtime;
+};
+
+}  // namespace brivane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+
+#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+
+namespace brivane {
+
+/// What the displays' last successful reads and writes of this run have shown. A display with a
+/// native maximum counts as answering DDC/CI. Main thread.
+struct LevelCache {
+  /// Last hardware percent, 0 to 100.
+  std::map<DisplayID, Percent> percents;
+  /// The maximum that the monitor reports for its luminance.
+  std::map<DisplayID, std::int64_t> nativeMaxes;
+
+  void store(Percent percent, std::int64_t nativeMax, DisplayID display) {
+    percents[display] = percent;
+    nativeMaxes[display] = nativeMax;
+  }
+};
+
+}  // namespace brivane
