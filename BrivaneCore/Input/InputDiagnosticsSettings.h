@@ -1,0 +1,23 @@
+#pragma once
+
+#include "BrivaneCore/Seams/UserDefaults.h"
+
+namespace brivane {
+
+/// Two hidden switches for finding out what becomes of key presses, read anew at each use. Both are
+/// off by default. Main thread.
+class InputDiagnosticsSettings {
+ public:
+  explicit InputDiagnosticsSettings(const UserDefaults& userDefaults);
+
+  /// Log every key press and what was decided about it.
+  bool verboseKeyLog() const;
+
+  /// Keep the plain F1 and F2 hotkeys even while the event tap works.
+  bool keepFunctionKeyFallback() const;
+
+ private:
+  const UserDefaults& defaults;
+};
+
+}  // namespace brivane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string_view>
+
+#include "BrivaneCore/KeyRelay/RelayKey.h"
+#include "BrivaneCore/Seams/UserDefaults.h"
+
+namespace brivane {
+
+/// The user's settings of the brightness-key relay, read anew at each use. Main thread.
+class RelaySettings {
+ public:
+  /// The key of the one setting that the program itself writes.
+  static constexpr std::string_view systemBrightnessKeysEnabledKey = "SystemBrightnessKeysEnabled";
+
+  explicit RelaySettings(const UserDefaults& userDefaults);
+
+  /// On by default.
+  bool systemBrightnessKeysEnabled() const;
+
+  /// F19, unless the settings name another by its virtual key code.
+  RelayKey relayUpKey() const;
+
+  /// F20, unless the settings name another by its virtual key code.
+  RelayKey relayDownKey() const;
+
+ private:
+  RelayKey relayKey(std::string_view key, const RelayKey& fallback) const;
+
+  const UserDefaults& defaults;
+};
+
+}  // namespace brivane

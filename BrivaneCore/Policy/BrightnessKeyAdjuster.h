@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
+#include "BrivaneCore/Gamma/DisplayBrighteningFactory.h"
+#include "BrivaneCore/Gamma/DisplayDimming.h"
+#include "BrivaneCore/Policy/AppleDisplayBackend.h"
+#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Seams/Machine.h"
+
+namespace brivane {
+
+/// Turns one brightness key press, or one tick of a held key, into an action on the display under
+/// the pointer: software dimming below hardware 0, the hardware range, software brightening above
+/// hardware 100. It keeps no state. Main thread; a hardware write blocks it.
+class BrightnessKeyAdjuster {
+ public:
+  BrightnessKeyAdjuster(Machine& machine, std::shared_ptr<AppleDisplayBackend> appleDisplayBackend,
+                        DDCDisplayCoordinator& displayCoordinator,
+                        std::shared_ptr<DisplayDimming> displayDimming,
+                        std::shared_ptr<DisplayBrighteningFactory> factory);
+
+  /// `delta` in percentage points; with `snapToStep` its sign alone counts. An overflow of a sum is
+  /// a programming error.
+  AdjustOutcome adjust(Percent delta, bool snapToStep, bool drivesBuiltInPanel);
+
+ private:
+  struct Press;
+
+  void logCursorDisplay(DisplayID display);
+  std::optional<Percent> applePercent(DisplayID display) const;
+  /// The percent to step from, or what becomes of a press without one.
+  std::optional<Percent> ddcPercent(DisplayID display);
+  AdjustOutcome adjustFrom(Percent percent, Press press);
+
+  DDCDisplayCoordinator& coordinator;
+  const std::shared_ptr<DisplayDimming> dimmer;
+  const std::shared_ptr<DisplayBrighteningFactory> brighteningFactory;
+
+  DisplaySystem& displays;
+  const UserDefaults& defaults;
+  SystemLog& log;
+  const std::shared_ptr<AppleDisplayBackend> appleDisplays;
+};
+
+}  // namespace brivane
