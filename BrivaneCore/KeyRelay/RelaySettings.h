@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "BrivaneCore/KeyRelay/RelayKey.h"
@@ -25,7 +26,7 @@ class RelaySettings {
   RelayKey relayDownKey() const;
 
  private:
-  RelayKey relayKey(std::string_view key, const RelayKey& fallback) const;
+  std::optional<RelayKey> storedKey(std::string_view key) const;
 
   const UserDefaults& defaults;
 };

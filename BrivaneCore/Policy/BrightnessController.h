@@ -33,7 +33,7 @@ class BrightnessController : public DisplayInvalidating, public BuiltInPanelDriv
   BrightnessController(Machine& machine, std::shared_ptr<AppleDisplayBackend> appleDisplayBackend,
                        std::shared_ptr<DisplayRegistry> registry, BrightnessStore& store,
                        std::shared_ptr<GammaBaselineStore> gammaBaselines,
-                       BrightnessEffects effects = {});
+                       BrightnessEffects givenEffects = {});
 
   /// Clears the gamma effects that an earlier, killed process left in force.
   static void restoreExtendedRangeLeftByAPreviousRun(GammaTables& tables);
@@ -91,10 +91,7 @@ class BrightnessController : public DisplayInvalidating, public BuiltInPanelDriv
 
   DDCDisplayCoordinator coordinator;
   const std::shared_ptr<GammaBaselineStore> baselines;
-  const std::shared_ptr<DisplayDimming> dimmer;
-  const std::shared_ptr<DisplayBrightening> gammaBrightener;
-  const std::shared_ptr<DisplayBrightening> extendedBrightener;
-  const std::shared_ptr<DisplayBrighteningFactory> brighteningFactory;
+  const BrightnessEffects effects;
   BrightnessKeyAdjuster adjuster;
   const AbsoluteLevelSetter levelSetter;
   bool drivesBuiltInPanel = false;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
 #include "BrivaneCore/Gamma/DisplayBrighteningFactory.h"
@@ -27,13 +28,33 @@ class BrightnessKeyAdjuster {
   AdjustOutcome adjust(Percent delta, bool snapToStep, bool drivesBuiltInPanel);
 
  private:
-  struct Press;
+  /// One press, and the display that it is meant for.
+  struct Press {
+    DisplayID display;
+    std::string name;
+    Percent delta;
+    bool snapToStep;
+  };
+
+  /// What software can do on the press's display now.
+  struct SoftwareRange {
+    DisplayBrightening& brightening;
+    bool dims;
+    Percent depth;
+    bool brightens;
+    Percent boost;
+  };
 
   void logCursorDisplay(DisplayID display);
-  std::optional<Percent> applePercent(DisplayID display) const;
-  /// The percent to step from, or what becomes of a press without one.
-  std::optional<Percent> ddcPercent(DisplayID display);
-  AdjustOutcome adjustFrom(Percent percent, Press press);
+  std::optional<Percent> cachedPercent(DisplayID display) const;
+  AdjustOutcome adjustAppleDisplay(const Press& press);
+  AdjustOutcome adjustOtherDisplay(const Press& press);
+  AdjustOutcome adjustFrom(Percent percent, const Press& press);
+  SoftwareRange softwareRange(DisplayID display);
+  AdjustOutcome dim(const SoftwareRange& range, const Press& press);
+  /// Nothing when the display refuses.
+  std::optional<AdjustOutcome> brighten(const SoftwareRange& range, const Press& press);
+  AdjustOutcome stepHardware(Percent percent, const Press& press);
 
   DDCDisplayCoordinator& coordinator;
   const std::shared_ptr<DisplayDimming> dimmer;

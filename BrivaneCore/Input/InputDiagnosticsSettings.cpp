@@ -1,0 +1,26 @@
+#include "BrivaneCore/Input/InputDiagnosticsSettings.h"
+
+#include <string_view>
+
+namespace brivane {
+namespace {
+
+bool isOn(const UserDefaults& defaults, std::string_view key) {
+  const auto stored = defaults.object(key);
+  return stored && stored->asBoolean();
+}
+
+}  // namespace
+
+InputDiagnosticsSettings::InputDiagnosticsSettings(const UserDefaults& userDefaults)
+    : defaults(userDefaults) {}
+
+bool InputDiagnosticsSettings::verboseKeyLog() const {
+  return isOn(defaults, "VerboseKeyLog");
+}
+
+bool InputDiagnosticsSettings::keepFunctionKeyFallback() const {
+  return isOn(defaults, "KeepFunctionKeyFallback");
+}
+
+}  // namespace brivane

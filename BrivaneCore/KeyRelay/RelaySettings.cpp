@@ -1,0 +1,38 @@
+#include "BrivaneCore/KeyRelay/RelaySettings.h"
+
+#include <limits>
+
+namespace brivane {
+namespace {
+
+constexpr std::uint32_t f19Code = 80;
+constexpr std::uint32_t f20Code = 90;
+
+}  // namespace
+
+RelaySettings::RelaySettings(const UserDefaults& userDefaults) : defaults(userDefaults) {}
+
+bool RelaySettings::systemBrightnessKeysEnabled() const {
+  const auto enabled = defaults.object(systemBrightnessKeysEnabledKey);
+  return !enabled || enabled->asBoolean();
+}
+
+RelayKey RelaySettings::relayUpKey() const {
+  return storedKey("BrightnessKeyRelayUp").value_or(*relayKeyForVirtualKeyCode(f19Code));
+}
+
+RelayKey RelaySettings::relayDownKey() const {
+  return storedKey("BrightnessKeyRelayDown").value_or(*relayKeyForVirtualKeyCode(f20Code));
+}
+
+std::optional<RelayKey> RelaySettings::storedKey(std::string_view key) const {
+  const auto stored = defaults.object(key);
+  if (!stored) return std::nullopt;
+  const auto* code = std::get_if<std::int64_t>(&stored->content);
+  if (!code || *code < 0 || *code > std::numeric_limits<std::uint32_t>::max()) {
+    return std::nullopt;
+  }
+  return relayKeyForVirtualKeyCode(static_cast<std::uint32_t>(*code));
+}
+
+}  // namespace brivane

@@ -1,0 +1,36 @@
+// A display is never dimmed and brightened at once. On the way to a software effect the hardware is
+// moved to the near end of its range by a write that is not the user's own: that kind would take
+// the effect away again.
+
+#include "BrivaneCore/Policy/AbsoluteLevelSetter.h"
+
+#include <algorithm>
+
+namespace brivane {
+namespace {
+
+void moveHardware(DDCDisplayCoordinator& coordinator, Percent percent, DisplayID display) {
+  const auto& percents = coordinator.levelCache.percents;
+  const auto last = percents.find(display);
+  if (last != percents.end() && last->second == percent) return;
+  coordinator.write(percent, display, false);
+}
+
+}  // namespace
+
+bool AbsoluteLevelSetter::setLevel(Percent level, DisplayID display) const {
+  const auto range = settings.levelRange();
+  const auto target = std::max(std::min(level, range.upper), range.lower);
+  auto& brightening = brighteningFactory->brightening(display);
+  if (target < 0) {
+    if (brightening.amount(display) >= 1) brightening.restore(display);
+    moveHardware(coordinator, 0, display);
+    return dimmer->apply(-target, display);
+  }
+  if (target <= 100) return coordinator.write(target, display, true);
+  if (dimmer->amount(display) >= 1) dimmer->restore(display);
+  moveHardware(coordinator, 100, display);
+  return brightening.apply(target - 100, display);
+}
+
+}  // namespace brivane
