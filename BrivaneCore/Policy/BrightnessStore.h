@@ -12,8 +12,8 @@
 namespace brivane {
 
 /// What is remembered per physical panel across runs, in the user defaults: its last hardware
-/// percent, whether it ever answered DDC/CI, and its native DDC/CI maximum. Keys are formed from the
-/// panel's vendor, model and serial numbers, so a monitor keeps its values on another port, and
+/// percent, whether it ever answered DDC/CI, and its native DDC/CI maximum. Keys are formed from
+/// the panel's vendor, model and serial numbers, so a monitor keeps its values on another port, and
 /// monitors that report the same three numbers share them. Main thread.
 class BrightnessStore {
  public:

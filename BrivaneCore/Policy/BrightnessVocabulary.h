@@ -103,8 +103,8 @@ struct BrightnessScaling {
 };
 
 struct AdjustDecision {
-  /// The next multiple of `step` above (`direction` > 0) or below (< 0) `from`, limited to 0 to 100.
-  /// `from` itself when `step` is below 1 or `direction` is 0.
+  /// The next multiple of `step` above (`direction` > 0) or below (< 0) `from`, limited to 0 to
+  /// 100. `from` itself when `step` is below 1 or `direction` is 0.
   static Percent snapped(Percent from, std::int64_t direction, Percent step);
 };
 

@@ -14,7 +14,8 @@ class Applications {
  public:
   virtual ~Applications() = default;
 
-  /// The identifier of the bundle that this program was started from; nothing for a bare executable.
+  /// The identifier of the bundle that this program was started from; nothing for a bare
+  /// executable.
   virtual std::optional<std::string> bundleIdentifier() = 0;
 
   /// Every running application with that identifier, this process included once it is announced;

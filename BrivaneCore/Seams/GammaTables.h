@@ -15,7 +15,8 @@ class GammaTables {
  public:
   virtual ~GammaTables() = default;
 
-  /// Samples per channel that the display's table holds; 0 without a table and for unknown displays.
+  /// Samples per channel that the display's table holds; 0 without a table and for unknown
+  /// displays.
   virtual std::uint32_t capacity(DisplayID display) = 0;
 
   /// Fills the first `returned` samples of three arrays, all of the same size, with the table in

@@ -44,9 +44,9 @@ using SetBrightnessFunction = std::function<std::int32_t(DisplayID display, floa
 using CanChangeBrightnessFunction = std::function<bool(DisplayID display)>;
 
 /// What a name stands for; `std::monostate` when it stands for nothing.
-using Symbol = std::variant<std::monostate, CreateAVServiceFunction, WriteI2CFunction,
-                            ReadI2CFunction, GetBrightnessFunction, SetBrightnessFunction,
-                            CanChangeBrightnessFunction>;
+using Symbol =
+    std::variant<std::monostate, CreateAVServiceFunction, WriteI2CFunction, ReadI2CFunction,
+                 GetBrightnessFunction, SetBrightnessFunction, CanChangeBrightnessFunction>;
 
 /// An open library; 0 is none.
 using LibraryHandle = std::intptr_t;

@@ -17,15 +17,15 @@ constexpr std::size_t longestFixedDouble = 1100;
 
 std::string shortestDecimal(double value) {
   std::array<char, longestFixedDouble> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
-                                 std::chars_format::fixed);
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
   return {text.data(), end.ptr};
 }
 
 std::string wholeDecimal(double value) {
   std::array<char, longestFixedDouble> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
-                                 std::chars_format::fixed, 0);
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, 0);
   return {text.data(), end.ptr};
 }
 

@@ -29,6 +29,8 @@ inline double toSeconds(Microseconds duration) {
 }
 
 /// Seconds from `start` to `end`; negative when `end` is the earlier.
-inline double secondsBetween(Instant start, Instant end) { return toSeconds(end - start); }
+inline double secondsBetween(Instant start, Instant end) {
+  return toSeconds(end - start);
+}
 
 }  // namespace brivane

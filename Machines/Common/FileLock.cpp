@@ -1,0 +1,44 @@
+#include "Machines/Common/FileLock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace brivane {
+namespace {
+
+// Other processes hold the lock for well under a millisecond.
+constexpr Microseconds pause = std::chrono::milliseconds(1);
+
+int openLockFile(const std::filesystem::path& file) {
+  return ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+}
+
+}  // namespace
+
+std::optional<FileLock> FileLock::acquire(const std::filesystem::path& lockFile, Runtime& runtime,
+                                          Microseconds patience) {
+  int descriptor = openLockFile(lockFile);
+  if (descriptor < 0 && errno == ENOENT) {
+    std::error_code ignored;  // the second try tells
+    std::filesystem::create_directories(lockFile.parent_path(), ignored);
+    descriptor = openLockFile(lockFile);
+  }
+  if (descriptor < 0) return std::nullopt;
+  FileLock lock(descriptor);
+  const Instant deadline = runtime.now() + patience;
+  while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+    if (runtime.now() >= deadline) return std::nullopt;
+    runtime.sleep(pause);
+  }
+  return lock;
+}
+
+FileLock::~FileLock() {
+  if (descriptor >= 0) ::close(descriptor);
+}
+
+}  // namespace brivane

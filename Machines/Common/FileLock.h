@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <utility>
+
+#include "BrivaneCore/Seams/Runtime.h"
+
+namespace brivane {
+
+/// Holds a file for one process (or thread) at a time, until destroyed. The lock is on a file of
+/// its own that stays, empty, because the files it protects are replaced whole. A process that ends
+/// in whatever way lets go of it.
+class FileLock {
+ public:
+  /// Waits for the lock for at most `patience`; nothing if it is still held then, or if the lock
+  /// file can't be made.
+  static std::optional<FileLock> acquire(const std::filesystem::path& lockFile, Runtime& runtime,
+                                         Microseconds patience);
+
+  FileLock(FileLock&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+  FileLock& operator=(FileLock&&) = delete;
+  ~FileLock();
+
+ private:
+  explicit FileLock(int openDescriptor) : descriptor(openDescriptor) {}
+
+  int descriptor;
+};
+
+}  // namespace brivane

@@ -1,0 +1,168 @@
+#include "Machines/Common/JsonFileDefaults.h"
+
+#include <nlohmann/json.hpp>
+
+#include "Machines/Common/FileLock.h"
+#include "Machines/Common/PropertyJson.h"
+
+namespace brivane {
+namespace {
+
+constexpr Microseconds lockPatience = std::chrono::seconds(2);
+constexpr Microseconds syncPause = std::chrono::seconds(1);
+// Some ten thousand panels' worth; anything larger is not what Brivane wrote.
+constexpr std::size_t maximumBytes = 1 << 20;
+// Settings are flat; anything nested deeper than this would only exhaust the stack.
+constexpr int maximumDepth = 32;
+
+std::filesystem::path resolved(const std::filesystem::path& file) {
+  // A settings file may be a link into a folder of its user's own; the link itself must stay.
+  std::error_code error;
+  const auto target = std::filesystem::weakly_canonical(file, error);
+  return error ? file : target;
+}
+
+/// The file's values; or why they can't be read.
+std::variant<PropertyValue::Dictionary, FileProblem> parse(const std::string& text) {
+  try {
+    bool isTooDeep = false;
+    const auto json = nlohmann::json::parse(text, [&](int depth, auto, auto&) {
+      isTooDeep = isTooDeep || depth > maximumDepth;
+      return !isTooDeep;
+    });
+    if (isTooDeep) return FileProblem{"its values are nested too deeply"};
+    if (!json.is_object()) {
+      return FileProblem{std::string("it holds a JSON ") + json.type_name() + ", not an object"};
+    }
+    return *propertyFromJson(json).dictionary();
+  } catch (const nlohmann::json::parse_error& error) {
+    return FileProblem{"it is no valid JSON at byte " + std::to_string(error.byte)};
+  }
+}
+
+std::variant<PropertyValue::Dictionary, FileProblem> load(const std::filesystem::path& file) {
+  auto content = readWholeFile(file, maximumBytes);
+  if (const auto* text = std::get_if<std::string>(&content)) return parse(*text);
+  return std::get<FileProblem>(content);
+}
+
+}  // namespace
+
+JsonFileDefaults::JsonFileDefaults(const std::filesystem::path& domainFile, Runtime& machineRuntime,
+                                   SystemLog& systemLog, Durability domainDurability)
+    : file(resolved(domainFile)),
+      runtime(machineRuntime),
+      log(systemLog),
+      durability(domainDurability) {}
+
+JsonFileDefaults::~JsonFileDefaults() {
+  runtime.cancel(syncTimer);
+  if (!unwritten.empty()) writeChanges(Microseconds(0));
+  sync();
+}
+
+std::optional<PropertyValue> JsonFileDefaults::object(std::string_view key) const {
+  if (const auto change = unwritten.find(key); change != unwritten.end()) return change->second;
+  readIfNewer();
+  const auto found = stored.find(key);
+  if (found == stored.end()) return std::nullopt;
+  return found->second;
+}
+
+void JsonFileDefaults::set(std::string_view key, const PropertyValue& value) {
+  change(key, value);
+}
+
+void JsonFileDefaults::remove(std::string_view key) {
+  change(key, std::nullopt);
+}
+
+PropertyValue::Dictionary JsonFileDefaults::contents() const {
+  readIfNewer();
+  PropertyValue::Dictionary all = stored;
+  for (const auto& [key, change] : unwritten) {
+    all.erase(key);
+    if (change) all[key] = *change;
+  }
+  return all;
+}
+
+void JsonFileDefaults::sync() {
+  if (!needsSync) return;
+  needsSync = false;
+  syncFileToDisk(file);
+}
+
+void JsonFileDefaults::change(std::string_view key, Change change) {
+  if (object(key) == change) return;
+  unwritten.insert_or_assign(std::string(key), std::move(change));
+  writeChanges(lockIsStuck ? Microseconds(0) : lockPatience);
+}
+
+void JsonFileDefaults::writeChanges(Microseconds patience) {
+  if (const auto problem = writeUnderLock(patience)) {
+    report(lastWriteReport, "Brivane: settings could not be saved to " + file.string() + " (" +
+                                problem->reason + "); they stay in force until Brivane ends");
+    return;
+  }
+  lastWriteReport.clear();
+  unwritten.clear();
+  scheduleSync();
+}
+
+std::optional<FileProblem> JsonFileDefaults::writeUnderLock(Microseconds patience) {
+  std::filesystem::path lockFile = file;
+  lockFile += ".lock";
+  const auto lock = FileLock::acquire(lockFile, runtime, patience);
+  lockIsStuck = !lock;
+  if (!lock) return FileProblem{"the lock " + lockFile.string() + " can't be had"};
+  read();
+  if (unreadable) {
+    const auto aside = setAside(file);
+    if (const auto* problem = std::get_if<FileProblem>(&aside)) return *problem;
+    log.write("Brivane: the unreadable settings were set aside as " +
+              std::get<std::filesystem::path>(aside).string());
+  }
+  const auto json = jsonFromProperty({contents()});
+  const auto text = json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
+  if (auto problem = writeWholeFile(file, text + "\n")) return problem;
+  read();
+  return std::nullopt;
+}
+
+void JsonFileDefaults::scheduleSync() {
+  if (durability == Durability::unsynced) return;
+  needsSync = true;
+  runtime.cancel(syncTimer);
+  syncTimer = runtime.after(syncPause, [this] { sync(); });
+}
+
+void JsonFileDefaults::readIfNewer() const {
+  const auto stamp = stampOf(file);
+  if (stamp != storedStamp) read();
+}
+
+void JsonFileDefaults::read() const {
+  storedStamp = stampOf(file);
+  auto loaded = load(file);
+  unreadable.reset();
+  stored.clear();
+  if (auto* values = std::get_if<PropertyValue::Dictionary>(&loaded)) {
+    stored = std::move(*values);
+    lastReadReport.clear();
+    return;
+  }
+  const auto& problem = std::get<FileProblem>(loaded);
+  if (problem.isAbsent) return;
+  unreadable = problem;
+  report(lastReadReport, "Brivane: the settings in " + file.string() + " can't be read (" +
+                             problem.reason + "); going on with none");
+}
+
+void JsonFileDefaults::report(std::string& last, const std::string& line) const {
+  if (line == last) return;
+  last = line;
+  log.write(line);
+}
+
+}  // namespace brivane

@@ -1,0 +1,63 @@
+#include "Machines/Common/PropertyJson.h"
+
+#include <limits>
+#include <nlohmann/json.hpp>
+
+namespace brivane {
+namespace {
+
+PropertyValue fromNumber(const nlohmann::json& json) {
+  constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+  if (json.is_number_float()) return {json.get<double>()};
+  if (json.is_number_unsigned() && json.get<std::uint64_t>() > largest) {
+    return {json.get<double>()};
+  }
+  return {json.get<std::int64_t>()};
+}
+
+PropertyValue fromArray(const nlohmann::json& json) {
+  PropertyValue::Array array;
+  for (const auto& element : json) array.push_back(propertyFromJson(element));
+  return {array};
+}
+
+PropertyValue fromObject(const nlohmann::json& json) {
+  PropertyValue::Dictionary dictionary;
+  for (const auto& [key, value] : json.items()) dictionary[key] = propertyFromJson(value);
+  return {dictionary};
+}
+
+struct JsonMaker {
+  nlohmann::json operator()(PropertyValue::Unsupported) const { return nullptr; }
+  nlohmann::json operator()(const PropertyValue::Array& array) const {
+    auto json = nlohmann::json::array();
+    for (const auto& element : array) json.push_back(jsonFromProperty(element));
+    return json;
+  }
+  nlohmann::json operator()(const PropertyValue::Dictionary& dictionary) const {
+    auto json = nlohmann::json::object();
+    for (const auto& [key, value] : dictionary) json[key] = jsonFromProperty(value);
+    return json;
+  }
+  template <typename Scalar>
+  nlohmann::json operator()(const Scalar& scalar) const {
+    return scalar;
+  }
+};
+
+}  // namespace
+
+PropertyValue propertyFromJson(const nlohmann::json& json) {
+  if (json.is_boolean()) return {json.get<bool>()};
+  if (json.is_number()) return fromNumber(json);
+  if (json.is_string()) return {json.get<std::string>()};
+  if (json.is_array()) return fromArray(json);
+  if (json.is_object()) return fromObject(json);
+  return {};
+}
+
+nlohmann::json jsonFromProperty(const PropertyValue& value) {
+  return std::visit(JsonMaker{}, value.content);
+}
+
+}  // namespace brivane

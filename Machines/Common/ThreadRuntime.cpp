@@ -1,0 +1,194 @@
+// The clock is the one that goes on while the machine sleeps (CLOCK_BOOTTIME); the standard
+// library's clocks stop then.
+#include "Machines/Common/ThreadRuntime.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <ctime>
+#include <thread>
+
+#include "BrivaneCore/Support/Fatal.h"
+
+namespace brivane {
+namespace {
+
+timespec asTimespec(Instant instant) {
+  const auto sinceStart = instant.time_since_epoch();
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceStart);
+  const std::chrono::nanoseconds rest = sinceStart - seconds;
+  return {static_cast<time_t>(seconds.count()), static_cast<long>(rest.count())};
+}
+
+}  // namespace
+
+class ThreadRuntime::Queue : public SerialQueue {
+ public:
+  ~Queue() override { end(); }
+
+  void async(Task task) override {
+    const std::lock_guard lock(mutex);
+    if (ending) return;
+    tasks.push_back(std::move(task));
+    if (!thread.joinable()) thread = std::thread([this] { work(); });
+    changed.notify_all();
+  }
+
+  void sync(const Task& task) override {
+    std::unique_lock lock(mutex);
+    const auto ticket = ++lastTicket;
+    waiting.push_back(ticket);
+    changed.wait(lock, [&] { return !busy && tasks.empty() && waiting.front() == ticket; });
+    waiting.pop_front();
+    runUnlocked(lock, task);
+  }
+
+  /// Waits for the running task and drops the others.
+  void end() {
+    std::deque<Task> dropped;
+    {
+      const std::lock_guard lock(mutex);
+      ending = true;
+      dropped.swap(tasks);
+    }
+    changed.notify_all();
+    if (thread.joinable()) thread.join();
+  }
+
+ private:
+  void work() {
+    std::unique_lock lock(mutex);
+    while (true) {
+      changed.wait(lock, [&] { return ending || (!busy && !tasks.empty()); });
+      if (ending) return;
+      const Task task = std::move(tasks.front());
+      tasks.pop_front();
+      runUnlocked(lock, task);
+    }
+  }
+
+  void runUnlocked(std::unique_lock<std::mutex>& lock, const Task& task) {
+    busy = true;
+    lock.unlock();
+    task();
+    lock.lock();
+    busy = false;
+    changed.notify_all();
+  }
+
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::deque<Task> tasks;
+  std::deque<std::uint64_t> waiting;
+  std::uint64_t lastTicket = 0;
+  bool busy = false;
+  bool ending = false;
+  std::thread thread;
+};
+
+ThreadRuntime::ThreadRuntime() = default;
+
+ThreadRuntime::~ThreadRuntime() {
+  for (const auto& queue : queues) queue->end();
+}
+
+Instant ThreadRuntime::now() const {
+  timespec time{};
+  clock_gettime(CLOCK_BOOTTIME, &time);
+  return Instant(std::chrono::duration_cast<Microseconds>(std::chrono::seconds(time.tv_sec) +
+                                                          std::chrono::nanoseconds(time.tv_nsec)));
+}
+
+void ThreadRuntime::sleep(Microseconds duration) {
+  // One microsecond more, because `now()` cuts off the nanoseconds.
+  const timespec deadline = asTimespec(now() + duration + Microseconds(1));
+  while (clock_nanosleep(CLOCK_BOOTTIME, TIMER_ABSTIME, &deadline, nullptr) == EINTR) {
+  }
+}
+
+void ThreadRuntime::async(Task task) {
+  const std::lock_guard lock(mutex);
+  tasks.push_back(std::move(task));
+  somethingToDo.notify_all();
+}
+
+TimerID ThreadRuntime::after(Microseconds delay, Task task) {
+  return addTimer(delay, Microseconds(0), std::move(task));
+}
+
+TimerID ThreadRuntime::every(Microseconds period, Task task) {
+  if (period <= Microseconds(0)) fatal("a repeating timer needs a period above zero");
+  return addTimer(period, period, std::move(task));
+}
+
+void ThreadRuntime::cancel(TimerID timer) {
+  Task dropped;  // what it holds may use the runtime once more when it goes: outlives the lock
+  const std::lock_guard lock(mutex);
+  const auto found = timers.find(timer);
+  if (found == timers.end()) return;
+  deadlines.erase({found->second.deadline, timer});
+  dropped = std::move(found->second.task);
+  timers.erase(found);
+}
+
+std::shared_ptr<SerialQueue> ThreadRuntime::makeSerialQueue(const std::string&, QueueQuality) {
+  queues.push_back(std::make_shared<Queue>());
+  return queues.back();
+}
+
+void ThreadRuntime::run() {
+  while (const Task task = takeNextTask()) task();
+}
+
+void ThreadRuntime::stop() {
+  const std::lock_guard lock(mutex);
+  stopped = true;
+  somethingToDo.notify_all();
+}
+
+TimerID ThreadRuntime::addTimer(Microseconds delay, Microseconds period, Task task) {
+  const Instant start = now();
+  const Instant deadline = start + std::max(delay, Microseconds(0));
+  const std::lock_guard lock(mutex);
+  const TimerID id = nextTimer++;
+  timers.emplace(id, Timer{start, period, std::move(task), deadline});
+  deadlines.emplace(deadline, id);
+  somethingToDo.notify_all();
+  return id;
+}
+
+/// The task of the earliest timer that is due; empty when none is.
+Task ThreadRuntime::takeDueTimerTask(Instant moment) {
+  if (deadlines.empty() || deadlines.begin()->first > moment) return {};
+  const TimerID id = deadlines.begin()->second;
+  deadlines.erase(deadlines.begin());
+  Timer& timer = timers.at(id);
+  if (timer.period == Microseconds(0)) return std::move(timers.extract(id).mapped().task);
+  const auto periodsOver = (moment - timer.start) / timer.period;
+  timer.deadline = timer.start + (periodsOver + 1) * timer.period;
+  deadlines.emplace(timer.deadline, id);
+  return timer.task;
+}
+
+/// Waits for the next main-queue task; empty once stopped. Timers that are due go first: they have
+/// waited, and queued tasks that queue further tasks must not starve them.
+Task ThreadRuntime::takeNextTask() {
+  std::unique_lock lock(mutex);
+  while (!stopped) {
+    const Instant moment = now();
+    if (Task due = takeDueTimerTask(moment)) return due;
+    if (!tasks.empty()) {
+      Task task = std::move(tasks.front());
+      tasks.pop_front();
+      return task;
+    }
+    if (deadlines.empty()) {
+      somethingToDo.wait(lock);
+    } else {
+      somethingToDo.wait_for(lock, deadlines.begin()->first - moment);
+    }
+  }
+  stopped = false;
+  return {};
+}
+
+}  // namespace brivane

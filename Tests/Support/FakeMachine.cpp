@@ -1,0 +1,349 @@
+#include "Tests/Support/FakeMachine.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brivane {
+
+namespace {
+
+constexpr auto ioKitPath = "/System/Library/Frameworks/IOKit.framework/IOKit";
+constexpr auto displayServicesPath =
+    "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
+constexpr double screenSize = 100;
+
+std::string hexadecimal(std::span<const std::uint8_t> bytes) {
+  static constexpr auto digits = "0123456789ABCDEF";
+  std::string text;
+  for (const std::uint8_t byte : bytes) {
+    if (!text.empty()) text += ' ';
+    text += digits[byte >> 4];
+    text += digits[byte & 15];
+  }
+  return text;
+}
+
+class ListIterator : public RegistryIterator {
+ public:
+  explicit ListIterator(std::vector<std::shared_ptr<FakeRegistryEntry>> list)
+      : entries(std::move(list)) {}
+
+  std::shared_ptr<const RegistryEntry> next() override {
+    return position < entries.size() ? entries[position++] : nullptr;
+  }
+
+ private:
+  std::vector<std::shared_ptr<FakeRegistryEntry>> entries;
+  std::size_t position = 0;
+};
+
+}  // namespace
+
+void CallNotes::add(const std::string& what) {
+  const auto milliseconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(runtime->now().time_since_epoch());
+  lines.push_back("[" + std::to_string(milliseconds.count()) + "] " + what);
+}
+
+std::vector<std::string> CallNotes::take() {
+  return std::exchange(lines, {});
+}
+
+std::optional<std::uint32_t> FakeDisplaySystem::onlineDisplayCount() {
+  if (refusesCount) return std::nullopt;
+  return static_cast<std::uint32_t>(online.size());
+}
+
+std::optional<std::vector<DisplayID>> FakeDisplaySystem::onlineDisplayList(std::uint32_t maximum) {
+  if (refusesList) return std::nullopt;
+  std::vector<DisplayID> list;
+  for (const FakeDisplay& display : online) {
+    if (list.size() < maximum) list.push_back(display.id);
+  }
+  return list;
+}
+
+const FakeDisplay* FakeDisplaySystem::find(DisplayID id) const {
+  const auto found = std::find_if(online.begin(), online.end(),
+                                  [&](const FakeDisplay& display) { return display.id == id; });
+  return found == online.end() ? nullptr : &*found;
+}
+
+bool FakeDisplaySystem::isBuiltIn(DisplayID id) {
+  const auto* display = find(id);
+  return display != nullptr && display->isBuiltIn;
+}
+
+std::uint32_t FakeDisplaySystem::vendorNumber(DisplayID id) {
+  const auto* display = find(id);
+  return display == nullptr ? 0 : display->vendor;
+}
+
+std::uint32_t FakeDisplaySystem::modelNumber(DisplayID id) {
+  const auto* display = find(id);
+  return display == nullptr ? 0 : display->model;
+}
+
+std::uint32_t FakeDisplaySystem::serialNumber(DisplayID id) {
+  const auto* display = find(id);
+  return display == nullptr ? 0 : display->serial;
+}
+
+void FakeDisplaySystem::add(const FakeDisplay& display, const std::string& name) {
+  const double left = screenSize * static_cast<double>(allScreens.size());
+  online.push_back(display);
+  allScreens.push_back({display.id, {left, 0, screenSize, screenSize}, name, 1.0});
+}
+
+std::optional<PropertyValue> FakeRegistryEntry::property(std::string_view key) const {
+  const auto found = properties.find(key);
+  if (found == properties.end()) return std::nullopt;
+  return found->second;
+}
+
+std::unique_ptr<RegistryIterator> FakeIORegistry::allServices() {
+  if (refuses) return nullptr;
+  ++walks;
+  return std::make_unique<ListIterator>(entries);
+}
+
+std::shared_ptr<FakeRegistryEntry> FakeIORegistry::add(const std::string& className,
+                                                       const std::string& name,
+                                                       std::shared_ptr<FakeRegistryEntry> parent) {
+  auto entry = std::make_shared<FakeRegistryEntry>();
+  entry->ownClass = className;
+  entry->ownName = name;
+  entry->above = std::move(parent);
+  entries.push_back(entry);
+  return entry;
+}
+
+std::shared_ptr<FakeRegistryEntry> FakeIORegistry::addPanel(const std::string& port,
+                                                            std::int64_t vendor, std::int64_t model,
+                                                            std::optional<std::int64_t> serial) {
+  auto panel = add("AppleCLCD2", "panel", add("IOService", port));
+  PropertyValue::Dictionary product{{"LegacyManufacturerID", {vendor}}, {"ProductID", {model}}};
+  if (serial) product["SerialNumber"] = {*serial};
+  panel->properties["DisplayAttributes"] = {
+      PropertyValue::Dictionary{{"ProductAttributes", {product}}}};
+  return panel;
+}
+
+std::shared_ptr<FakeRegistryEntry> FakeIORegistry::addProxy(const std::string& parentName) {
+  auto proxy = add("DCPAVServiceProxy", "proxy", add("IOService", parentName));
+  proxy->properties["Location"] = {std::string("External")};
+  return proxy;
+}
+
+LibraryHandle FakeSymbolLoader::open(std::string_view path, int mode) {
+  calls.push_back("open " + std::string(path) + " " + std::to_string(mode));
+  if (!libraries.contains(std::string(path))) return 0;
+  openPaths.emplace_back(path);
+  return static_cast<LibraryHandle>(openPaths.size());
+}
+
+Symbol FakeSymbolLoader::find(LibraryHandle library, std::string_view name) {
+  const std::string path =
+      library == globalNamespace ? "" : openPaths.at(static_cast<std::size_t>(library - 1));
+  calls.push_back("find " + (path.empty() ? "global" : path) + " " + std::string(name));
+  const auto& symbols = libraries[path];
+  const auto found = symbols.find(std::string(name));
+  return found == symbols.end() ? Symbol{} : found->second;
+}
+
+struct FakeBus::Service : AVService {
+  Service(std::string itsPort, Channel& itsChannel)
+      : port(std::move(itsPort)), channel(itsChannel) {}
+
+  std::string port;
+  Channel& channel;
+  std::vector<std::uint8_t> lastRequest;
+};
+
+void FakeBus::install(FakeSymbolLoader& loader) {
+  auto& symbols = loader.libraries[ioKitPath];
+  symbols["IOAVServiceCreateWithService"] =
+      CreateAVServiceFunction([this](const RegistryEntry& proxy) -> std::shared_ptr<AVService> {
+        const auto parent = proxy.parent();
+        const std::string name = parent ? parent->name().value_or("") : "";
+        const std::string port = name.substr(0, name.find(':'));
+        const auto channel = channels.find(port);
+        if (channel == channels.end()) return nullptr;
+        return std::make_shared<Service>(port, channel->second);
+      });
+  symbols["IOAVServiceWriteI2C"] = WriteI2CFunction(
+      [this](AVService& service, std::uint32_t chip, std::uint32_t address, auto bytes) {
+        return write(dynamic_cast<Service&>(service), chip, address, bytes);
+      });
+  symbols["IOAVServiceReadI2C"] = ReadI2CFunction(
+      [this](AVService& service, std::uint32_t chip, std::uint32_t address, auto bytes) {
+        return read(dynamic_cast<Service&>(service), chip, address, bytes);
+      });
+}
+
+std::int32_t FakeBus::write(Service& service, std::uint32_t chip, std::uint32_t address,
+                            std::span<const std::uint8_t> bytes) {
+  Channel& channel = service.channel;
+  notes.add("write " + service.port + " " + std::to_string(chip) + "/" + std::to_string(address) +
+            ": " + hexadecimal(bytes));
+  std::int32_t status = channel.writeStatus;
+  if (!channel.nextWriteStatuses.empty()) {
+    status = channel.nextWriteStatuses.front();
+    channel.nextWriteStatuses.erase(channel.nextWriteStatuses.begin());
+  }
+  service.lastRequest.assign(bytes.begin(), bytes.end());
+  if (bytes.size() > 1 && bytes[1] == 0x01) ++channel.getCount;
+  if (bytes.size() == 6 && bytes[1] == 0x03) ++channel.setCount;
+  if (status == 0 && bytes.size() == 6 && bytes[1] == 0x03) {
+    channel.current = static_cast<std::uint16_t>(bytes[3] << 8 | bytes[4]);
+  }
+  return status;
+}
+
+std::int32_t FakeBus::read(Service& service, std::uint32_t chip, std::uint32_t address,
+                           std::span<std::uint8_t> bytes) {
+  Channel& channel = service.channel;
+  notes.add("read " + service.port + " " + std::to_string(chip) + "/" + std::to_string(address) +
+            ": " + std::to_string(bytes.size()));
+  if (channel.readStatus != 0) return channel.readStatus;
+  if (!channel.answers) return 0;
+  const std::uint8_t code = service.lastRequest.size() > 2 ? service.lastRequest[2] : 0;
+  const auto high = [](std::uint16_t value) { return static_cast<std::uint8_t>(value >> 8); };
+  const auto low = [](std::uint16_t value) { return static_cast<std::uint8_t>(value & 0xFF); };
+  const std::vector<std::uint8_t> reply = channel.reply
+                                              ? channel.reply()
+                                              : std::vector<std::uint8_t>{0x6E,
+                                                                          0x88,
+                                                                          0x02,
+                                                                          0x00,
+                                                                          code,
+                                                                          0x00,
+                                                                          high(channel.max),
+                                                                          low(channel.max),
+                                                                          high(channel.current),
+                                                                          low(channel.current),
+                                                                          0,
+                                                                          0};
+  std::copy_n(reply.begin(), std::min(reply.size(), bytes.size()), bytes.begin());
+  return 0;
+}
+
+void FakeDisplayServices::install(FakeSymbolLoader& loader) {
+  auto& symbols = loader.libraries[displayServicesPath];
+  symbols["DisplayServicesGetBrightness"] =
+      GetBrightnessFunction([this](DisplayID display, float& level) {
+        if (const auto found = levels.find(display); found != levels.end()) level = found->second;
+        return getStatus;
+      });
+  symbols["DisplayServicesSetBrightness"] =
+      SetBrightnessFunction([this](DisplayID display, float level) {
+        if (setStatus == 0) levels[display] = level;
+        return setStatus;
+      });
+  symbols["DisplayServicesCanChangeBrightness"] =
+      CanChangeBrightnessFunction([this](DisplayID display) {
+        const auto found = canChange.find(display);
+        return found != canChange.end() && found->second;
+      });
+}
+
+std::uint32_t FakeGammaTables::capacity(DisplayID display) {
+  calls.push_back("capacity " + std::to_string(display));
+  return capacities[display];
+}
+
+std::int32_t FakeGammaTables::readTable(DisplayID display, std::span<float> red,
+                                        std::span<float> green, std::span<float> blue,
+                                        std::uint32_t& returned) {
+  calls.push_back("read " + std::to_string(display) + " " + std::to_string(red.size()));
+  if (readStatus[display] != 0) return readStatus[display];
+  const auto table = tables.find(display);
+  if (table == tables.end()) return 1;
+  returned = static_cast<std::uint32_t>(table->second.red.size());
+  const auto fill = [](const std::vector<float>& from, std::span<float> to) {
+    std::copy_n(from.begin(), std::min(from.size(), to.size()), to.begin());
+  };
+  fill(table->second.red, red);
+  fill(table->second.green, green);
+  fill(table->second.blue, blue);
+  return 0;
+}
+
+std::int32_t FakeGammaTables::writeTable(DisplayID display, std::span<const float> red,
+                                         std::span<const float> green,
+                                         std::span<const float> blue) {
+  calls.push_back("write " + std::to_string(display) + " " + std::to_string(red.size()));
+  if (writeStatus[display] != 0) return writeStatus[display];
+  tables[display] = {
+      {red.begin(), red.end()}, {green.begin(), green.end()}, {blue.begin(), blue.end()}};
+  return 0;
+}
+
+void FakeGammaTables::restoreCalibratedTables() {
+  calls.emplace_back("restore all");
+}
+
+void FakeGammaTables::add(DisplayID display, std::uint32_t entries) {
+  std::vector<float> curve(entries);
+  for (std::uint32_t i = 0; i < entries; ++i) {
+    curve[i] = static_cast<float>(static_cast<double>(i) / (entries - 1));
+  }
+  capacities[display] = entries;
+  tables[display] = {curve, curve, curve};
+}
+
+std::optional<PropertyValue> FakeUserDefaults::object(std::string_view key) const {
+  const auto found = values.find(key);
+  if (found == values.end()) return std::nullopt;
+  return found->second;
+}
+
+void FakeUserDefaults::set(std::string_view key, const PropertyValue& value) {
+  values[std::string(key)] = value;
+}
+
+void FakeUserDefaults::remove(std::string_view key) {
+  values.erase(std::string(key));
+}
+
+ProcessResult FakeProcessRunner::run(const std::string& executable,
+                                     const std::vector<std::string>& arguments) {
+  std::vector<std::string> whole{executable};
+  whole.insert(whole.end(), arguments.begin(), arguments.end());
+  runs.push_back(whole);
+  if (results.empty()) return ProcessNotStarted{"nothing to run"};
+  ProcessResult result = results.front();
+  if (results.size() > 1) results.erase(results.begin());
+  return result;
+}
+
+std::vector<ProcessID> FakeApplications::runningApplications(const std::string& identifier) {
+  return running[identifier];
+}
+
+void FakeSystemLog::write(std::string_view line) {
+  lines.emplace_back(line);
+  notes.add("log " + std::string(line));
+}
+
+FakeMachine::FakeMachine() : notes(&time), systemLog(notes), bus(notes) {}
+
+FakeBus::Channel& FakeMachine::addMonitor(DisplayID id, const std::string& name,
+                                          const std::string& port, std::uint32_t vendor,
+                                          std::uint32_t model, std::uint32_t serial) {
+  bus.install(loader);
+  displaySystem.add({id, vendor, model, serial, false}, name);
+  registry.addPanel(port, vendor, model, serial);
+  registry.addProxy(port);
+  return bus.channels[port];
+}
+
+void FakeMachine::pointAt(DisplayID display) {
+  for (const Screen& screen : displaySystem.allScreens) {
+    if (screen.number != display) continue;
+    displaySystem.pointer = {screen.frame.x + screen.frame.width / 2,
+                             screen.frame.y + screen.frame.height / 2};
+  }
+}
+
+}  // namespace brivane

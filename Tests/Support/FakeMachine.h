@@ -1,0 +1,266 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/Seams/Machine.h"
+#include "Machines/Desk/VirtualRuntime.h"
+
+// A machine for unit tests: each seam is a value that a test sets and looks at, with nothing behind
+// it. Calls that matter in their order are also noted, in one common list, with their virtual time.
+
+namespace brivane {
+
+/// "[<virtual milliseconds>] <what>" lines in the order of the calls.
+class CallNotes {
+ public:
+  explicit CallNotes(const Runtime* itsRuntime) : runtime(itsRuntime) {}
+  void add(const std::string& what);
+  std::vector<std::string> take();
+
+ private:
+  const Runtime* runtime;
+  std::vector<std::string> lines;
+};
+
+struct FakeDisplay {
+  DisplayID id = 0;
+  std::uint32_t vendor = 0;
+  std::uint32_t model = 0;
+  std::uint32_t serial = 0;
+  bool isBuiltIn = false;
+};
+
+class FakeDisplaySystem : public DisplaySystem {
+ public:
+  std::optional<std::uint32_t> onlineDisplayCount() override;
+  std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
+  bool isBuiltIn(DisplayID display) override;
+  std::uint32_t vendorNumber(DisplayID display) override;
+  std::uint32_t modelNumber(DisplayID display) override;
+  std::uint32_t serialNumber(DisplayID display) override;
+  std::vector<Screen> screens() override { return allScreens; }
+  Point pointerPosition() override { return pointer; }
+
+  /// Adds the display and a 100 x 100 screen for it, to the right of all screens so far.
+  void add(const FakeDisplay& display, const std::string& name);
+
+  std::vector<FakeDisplay> online;
+  std::vector<Screen> allScreens;
+  Point pointer;
+  bool refusesCount = false;
+  bool refusesList = false;
+
+ private:
+  const FakeDisplay* find(DisplayID display) const;
+};
+
+struct FakeRegistryEntry : RegistryEntry {
+  std::optional<std::string> className() const override { return ownClass; }
+  std::optional<std::string> name() const override { return ownName; }
+  std::optional<PropertyValue> property(std::string_view key) const override;
+  std::shared_ptr<const RegistryEntry> parent() const override { return above; }
+
+  std::optional<std::string> ownClass = "IOService";
+  std::optional<std::string> ownName = "node";
+  PropertyValue::Dictionary properties;
+  std::shared_ptr<FakeRegistryEntry> above;
+};
+
+class FakeIORegistry : public IORegistry {
+ public:
+  std::unique_ptr<RegistryIterator> allServices() override;
+
+  /// Adds an entry below `parent` (null: at the root).
+  std::shared_ptr<FakeRegistryEntry> add(const std::string& className, const std::string& name,
+                                         std::shared_ptr<FakeRegistryEntry> parent = nullptr);
+  /// A controller named `port` with a panel node below it, as an ordinary external monitor has.
+  std::shared_ptr<FakeRegistryEntry> addPanel(const std::string& port, std::int64_t vendor,
+                                              std::int64_t model,
+                                              std::optional<std::int64_t> serial);
+  /// An external AV proxy whose parent is named `parentName`.
+  std::shared_ptr<FakeRegistryEntry> addProxy(const std::string& parentName);
+
+  std::vector<std::shared_ptr<FakeRegistryEntry>> entries;
+  bool refuses = false;
+  int walks = 0;
+};
+
+class FakeSymbolLoader : public SymbolLoader {
+ public:
+  LibraryHandle open(std::string_view path, int mode) override;
+  Symbol find(LibraryHandle library, std::string_view name) override;
+
+  /// Libraries that exist, by path, and what each holds; "" is the global namespace.
+  std::map<std::string, std::map<std::string, Symbol>> libraries;
+  /// "open <path> <mode>" and "find <path or global> <name>", in the order of the calls.
+  std::vector<std::string> calls;
+
+ private:
+  std::vector<std::string> openPaths;
+};
+
+/// A bus with one I2C channel per port, offered through `FakeSymbolLoader` by `installBus`.
+/// Each channel answers with what its `reply` makes of the last request.
+class FakeBus {
+ public:
+  struct Channel {
+    std::int32_t writeStatus = 0;
+    std::int32_t readStatus = 0;
+    std::uint16_t current = 50;
+    std::uint16_t max = 100;
+    bool answers = true;
+    /// Overrides the standard reply when set.
+    std::function<std::vector<std::uint8_t>()> reply;
+    /// Overrides `writeStatus` for one write each, in order.
+    std::vector<std::int32_t> nextWriteStatuses;
+    std::int64_t setCount = 0;
+    std::int64_t getCount = 0;
+  };
+
+  explicit FakeBus(CallNotes& callNotes) : notes(callNotes) {}
+
+  /// Makes the three AV-service calls available; the service of a proxy is the channel of its
+  /// port (its parent's name up to a colon), if there is one.
+  void install(FakeSymbolLoader& loader);
+
+  std::map<std::string, Channel> channels;
+
+ private:
+  struct Service;
+  std::int32_t write(Service& service, std::uint32_t chip, std::uint32_t address,
+                     std::span<const std::uint8_t> bytes);
+  std::int32_t read(Service& service, std::uint32_t chip, std::uint32_t address,
+                    std::span<std::uint8_t> bytes);
+
+  CallNotes& notes;
+};
+
+/// Display services over a map of levels, offered through `FakeSymbolLoader` by `install`.
+class FakeDisplayServices {
+ public:
+  void install(FakeSymbolLoader& loader);
+
+  std::map<DisplayID, float> levels;
+  std::map<DisplayID, bool> canChange;
+  std::int32_t getStatus = 0;
+  std::int32_t setStatus = 0;
+};
+
+class FakeGammaTables : public GammaTables {
+ public:
+  struct Table {
+    std::vector<float> red, green, blue;
+    bool operator==(const Table&) const = default;
+  };
+
+  std::uint32_t capacity(DisplayID display) override;
+  std::int32_t readTable(DisplayID display, std::span<float> red, std::span<float> green,
+                         std::span<float> blue, std::uint32_t& returned) override;
+  std::int32_t writeTable(DisplayID display, std::span<const float> red,
+                          std::span<const float> green, std::span<const float> blue) override;
+  void restoreCalibratedTables() override;
+
+  /// Gives the display a linear table of that size.
+  void add(DisplayID display, std::uint32_t entries);
+
+  std::map<DisplayID, Table> tables;
+  std::map<DisplayID, std::uint32_t> capacities;
+  std::map<DisplayID, std::int32_t> readStatus;
+  std::map<DisplayID, std::int32_t> writeStatus;
+  /// "capacity <id>", "read <id> <count>", "write <id> <count>", "restore all".
+  std::vector<std::string> calls;
+};
+
+class FakeUserDefaults : public UserDefaults {
+ public:
+  std::optional<PropertyValue> object(std::string_view key) const override;
+  void set(std::string_view key, const PropertyValue& value) override;
+  void remove(std::string_view key) override;
+
+  PropertyValue::Dictionary values;
+};
+
+class FakeAccessibility : public AccessibilityAccess {
+ public:
+  bool isTrusted() override { return trusted; }
+  bool trusted = false;
+};
+
+class FakeProcessRunner : public ProcessRunner {
+ public:
+  ProcessResult run(const std::string& executable,
+                    const std::vector<std::string>& arguments) override;
+
+  /// What the next runs give, in order; the last one stays.
+  std::vector<ProcessResult> results;
+  /// Executable and arguments of each run.
+  std::vector<std::vector<std::string>> runs;
+};
+
+class FakeApplications : public Applications {
+ public:
+  std::optional<std::string> bundleIdentifier() override { return bundle; }
+  std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) override;
+  ProcessID ownProcessID() override { return ownID; }
+
+  std::optional<std::string> bundle = "com.quorrel.brivane";
+  std::map<std::string, std::vector<ProcessID>> running;
+  ProcessID ownID = 100;
+};
+
+class FakeSystemLog : public SystemLog {
+ public:
+  explicit FakeSystemLog(CallNotes& callNotes) : notes(callNotes) {}
+  void write(std::string_view line) override;
+
+  std::vector<std::string> lines;
+
+ private:
+  CallNotes& notes;
+};
+
+class FakeMachine : public Machine {
+ public:
+  FakeMachine();
+
+  Runtime& runtime() override { return time; }
+  DisplaySystem& displays() override { return displaySystem; }
+  IORegistry& ioRegistry() override { return registry; }
+  SymbolLoader& symbols() override { return loader; }
+  GammaTables& gammaTables() override { return gamma; }
+  UserDefaults& defaults() override { return settings; }
+  AccessibilityAccess& accessibility() override { return access; }
+  ProcessRunner& processes() override { return processRunner; }
+  Applications& applications() override { return apps; }
+  SystemLog& log() override { return systemLog; }
+
+  /// An external monitor with everything it needs to speak DDC/CI: display and screen `id`, named
+  /// `name`; panel, proxy and channel at `port`.
+  FakeBus::Channel& addMonitor(DisplayID id, const std::string& name, const std::string& port,
+                               std::uint32_t vendor, std::uint32_t model, std::uint32_t serial);
+
+  /// Puts the pointer in the middle of the display's screen.
+  void pointAt(DisplayID display);
+
+  CallNotes notes;
+  FakeDisplaySystem displaySystem;
+  FakeIORegistry registry;
+  FakeSymbolLoader loader;
+  FakeGammaTables gamma;
+  FakeUserDefaults settings;
+  FakeAccessibility access;
+  FakeProcessRunner processRunner;
+  FakeApplications apps;
+  FakeSystemLog systemLog;
+  FakeBus bus;
+  FakeDisplayServices displayServices;
+  /// Last, and so the first to end: tasks that are still running then may use all of the above.
+  VirtualRuntime time;
+};
+
+}  // namespace brivane
