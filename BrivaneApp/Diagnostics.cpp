@@ -1,0 +1,85 @@
+// The set and unmap modes, and what all modes share. The report is in ProbeReport.cpp.
+#include "BrivaneApp/Diagnostics.h"
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+
+#include "BrivaneCore/Gamma/CoreGraphicsGammaTableIO.h"
+#include "BrivaneCore/Gamma/GammaBaselineStore.h"
+#include "BrivaneCore/KeyRelay/HIDUtilKeyMapping.h"
+#include "BrivaneCore/Policy/CursorRouter.h"
+#include "BrivaneCore/Support/Numbers.h"
+
+namespace brivane {
+namespace {
+
+constexpr std::string_view usage = "usage: Brivane --set <0-100>";
+
+/// The integer right after the first "--set"; nothing if there is none.
+std::optional<Percent> requestedPercent(const std::vector<std::string>& arguments) {
+  const auto option = std::find(arguments.begin(), arguments.end(), "--set");
+  if (option == arguments.end() || option + 1 == arguments.end()) return std::nullopt;
+  return parseInteger(*(option + 1));
+}
+
+}  // namespace
+
+Diagnostics::Stack::Stack(Machine& machine)
+    : appleDisplays(std::make_shared<AppleDisplayBackend>(machine.symbols(), machine.displays())),
+      registry(std::make_shared<DisplayRegistry>(machine.displays(), machine.ioRegistry(),
+                                                 machine.symbols(), machine.runtime())),
+      store(machine.defaults(), machine.displays()),
+      controller(machine, appleDisplays, registry, store,
+                 std::make_shared<GammaBaselineStore>(
+                     std::make_shared<CoreGraphicsGammaTableIO>(machine.gammaTables()))) {}
+
+Diagnostics::Diagnostics(Machine& itsMachine, std::ostream& standardOutput)
+    : machine(itsMachine), out(standardOutput) {}
+
+void Diagnostics::print(std::string_view line) { out << line << std::endl; }
+
+void Diagnostics::runSet(const std::vector<std::string>& arguments) {
+  const auto percent = requestedPercent(arguments);
+  if (!percent) return print(usage);
+  const auto display = CursorRouter(machine.displays()).displayUnderCursor();
+  if (!display) return print("Could not determine which display the cursor is on.");
+  Stack stack(machine);
+  const std::string name = stack.registry->localizedName(*display);
+  const bool isSet = stack.controller.brightness(*display).has_value() &&
+                     stack.controller.setBrightness(*percent, *display);
+  if (isSet) {
+    print("Set " + name + " to " + std::to_string(*percent) + "%");
+  } else {
+    print("Failed to set " + name + " — no DDC channel.");
+  }
+}
+
+void Diagnostics::runUnmap() {
+  HIDUtilKeyMapping mapping(
+      HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
+  switch (mapping.revert()) {
+    case RevertOutcome::removed:
+      print("Brightness key mapping cleared. The keys are back with macOS.");
+      printStopReapplyingAdvice();
+      break;
+    case RevertOutcome::nothingToRemove:
+      print("No Brivane entries were in the HID mapping — nothing to clear.");
+      print("Anything else in it was left alone. If the brightness keys are");
+      print("still not working, the cause is not this app's mapping.");
+      printStopReapplyingAdvice();
+      break;
+    case RevertOutcome::failed:
+      print("Could not run /usr/bin/hidutil. A reboot also clears the mapping.");
+      break;
+  }
+}
+
+void Diagnostics::printStopReapplyingAdvice() {
+  print("A running Brivane re-applies the mapping within a minute unless the");
+  print("feature is switched off. Turn off \"Use System Brightness Keys\" in the");
+  print("menu, or, equivalently:");
+  print("  defaults write com.quorrel.brivane SystemBrightnessKeysEnabled -bool false");
+}
+
+}  // namespace brivane

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "BrivaneCore/DDC/DisplayRegistry.h"
+#include "BrivaneCore/Policy/AppleDisplayBackend.h"
+#include "BrivaneCore/Policy/BrightnessController.h"
+#include "BrivaneCore/Policy/BrightnessStore.h"
+#include "BrivaneCore/Seams/Machine.h"
+
+namespace brivane {
+
+/// The command-line modes. Each does one thing with objects of its own, prints lines to `out` as it
+/// goes, and returns; whatever it prints, there is no failure to report beyond that. Main thread;
+/// blocks for what the monitors need.
+class Diagnostics {
+ public:
+  Diagnostics(Machine& itsMachine, std::ostream& standardOutput);
+
+  /// Prints what the program can see and drive. Changes no level.
+  void runProbe();
+
+  /// Sets the display under the pointer to the percent that follows the first "--set".
+  void runSet(const std::vector<std::string>& arguments);
+
+  /// Takes the program's entries out of the keyboard's HID key mapping.
+  void runUnmap();
+
+ private:
+  /// What reads and sets levels, as the resident program has it, without software effects of its own.
+  struct Stack {
+    explicit Stack(Machine& machine);
+
+    std::shared_ptr<AppleDisplayBackend> appleDisplays;
+    std::shared_ptr<DisplayRegistry> registry;
+    BrightnessStore store;
+    BrightnessController controller;
+  };
+
+  void print(std::string_view line);
+  void printStopReapplyingAdvice();
+  void printRunningInstance();
+  void printKeyRelay(bool mappingInForce);
+  void printDisplay(Stack& stack, DisplayID display, bool mappingInForce);
+  void printControl(Stack& stack, DisplayID display, bool mappingInForce);
+  void printAppleControl(Stack& stack, DisplayID display, bool mappingInForce);
+  void printDDCControl(Stack& stack, DisplayID display, VCPReading reading);
+  void printNoControl();
+  void printCursorDisplay(Stack& stack);
+
+  Machine& machine;
+  std::ostream& out;
+};
+
+}  // namespace brivane

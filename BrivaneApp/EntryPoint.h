@@ -1,0 +1,20 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/Seams/Machine.h"
+
+namespace brivane {
+
+/// Whether the arguments (program path included) ask for a command-line mode. Those always end with
+/// exit status 0.
+bool isCommandLineMode(const std::vector<std::string>& arguments);
+
+/// The whole program on a machine: a command-line mode, or the resident start. Returns the exit
+/// status. `arguments` is the whole list, the program's path included.
+int runBrivane(const std::vector<std::string>& arguments, Machine& machine,
+               std::ostream& standardOutput, std::ostream& standardError);
+
+}  // namespace brivane

@@ -1,0 +1,115 @@
+// The report of the probe mode: plain text, meant to be pasted into a request for help. It is
+// printed line by line, because every monitor that doesn't answer takes its time.
+#include <ostream>
+
+#include "BrivaneApp/Diagnostics.h"
+#include "BrivaneApp/RunningInstance.h"
+#include "BrivaneCore/Input/AccessibilityPermission.h"
+#include "BrivaneCore/KeyRelay/HIDUtilKeyMapping.h"
+#include "BrivaneCore/KeyRelay/RelaySettings.h"
+#include "BrivaneCore/Policy/CursorRouter.h"
+
+namespace brivane {
+namespace {
+
+std::string yesOrNo(bool answer) { return answer ? "yes" : "no"; }
+
+std::string bracketed(DisplayID display) { return "[" + std::to_string(display) + "] "; }
+
+}  // namespace
+
+void Diagnostics::runProbe() {
+  print("Brivane probe");
+  printRunningInstance();
+  Stack stack(machine);
+  print("  DDC transport available: " + yesOrNo(stack.registry->ddcAvailable()));
+  print("  Accessibility granted:   " +
+        yesOrNo(AccessibilityPermission(machine.accessibility()).isGranted()));
+  const RelaySettings relay(machine.defaults());
+  HIDUtilKeyMapping mapping(
+      HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
+  const bool mappingInForce = mapping.isApplied(relay.relayUpKey(), relay.relayDownKey());
+  printKeyRelay(mappingInForce);
+  print("");
+  const auto displays = stack.registry->onlineDisplayIDs();
+  if (displays.empty()) return print("  No displays reported by CoreGraphics.");
+  for (const DisplayID display : displays) printDisplay(stack, display, mappingInForce);
+  print("");
+  printCursorDisplay(stack);
+}
+
+void Diagnostics::printRunningInstance() {
+  const auto process = otherRunningInstance(machine.applications());
+  if (!process) return;
+  print("  NOTE: Brivane is already running (pid " + std::to_string(*process) + ").");
+  print("        It holds the DDC handles, so a display it is driving may still");
+  print("        report no response below. For a clean reading, quit it first:");
+  print("        launchctl bootout gui/$(id -u)/com.quorrel.brivane");
+  print("");
+}
+
+void Diagnostics::printKeyRelay(bool mappingInForce) {
+  const RelaySettings relay(machine.defaults());
+  const bool enabled = relay.systemBrightnessKeysEnabled();
+  print("  System brightness keys: " + std::string(enabled ? "enabled" : "disabled") +
+        " — mapping " + (mappingInForce ? "in force" : "NOT in force") + " via " +
+        std::string(relay.relayUpKey().name) + "/" + std::string(relay.relayDownKey().name));
+  if (!enabled || mappingInForce) return;
+  print("        The keys are still with macOS. Run Brivane --probe again");
+  print("        with the app running, or check the log for a hidutil failure.");
+}
+
+void Diagnostics::printDisplay(Stack& stack, DisplayID display, bool mappingInForce) {
+  DisplaySystem& displays = machine.displays();
+  print("  " + bracketed(display) + stack.registry->localizedName(display));
+  print("      built-in: " + yesOrNo(displays.isBuiltIn(display)));
+  print("      vendor=" + std::to_string(displays.vendorNumber(display)) +
+        " model=" + std::to_string(displays.modelNumber(display)) +
+        " serial=" + std::to_string(displays.serialNumber(display)));
+  printControl(stack, display, mappingInForce);
+}
+
+void Diagnostics::printControl(Stack& stack, DisplayID display, bool mappingInForce) {
+  if (stack.controller.backend(display) == BrightnessBackendKind::appleDisplay) {
+    printAppleControl(stack, display, mappingInForce);
+  } else if (const auto reading = stack.controller.probe(display)) {
+    printDDCControl(stack, display, *reading);
+  } else if (machine.displays().isBuiltIn(display)) {
+    print("      control: macOS native (built-in panel)");
+  } else {
+    printNoControl();
+  }
+}
+
+void Diagnostics::printAppleControl(Stack& stack, DisplayID display, bool mappingInForce) {
+  const auto percent = stack.appleDisplays->read(display);
+  print("      control: Apple display via DisplayServices -> " +
+        (percent ? std::to_string(*percent) + "%" : "unreadable"));
+  print("      DDC:     n/a (Apple panels do not implement DDC/CI)");
+  if (!machine.displays().isBuiltIn(display)) return;
+  print(std::string("      keys:    ") + (mappingInForce ? "driven by Brivane (DisplayServices)"
+                                                         : "pass through to macOS"));
+}
+
+void Diagnostics::printDDCControl(Stack& stack, DisplayID display, VCPReading reading) {
+  constexpr Percent unknown = -1;
+  const Percent percent = stack.controller.brightness(display).value_or(unknown);
+  print("      control: DDC/CI -> " + std::to_string(percent) + "%");
+  print("      DDC:     current=" + std::to_string(reading.current) +
+        " max=" + std::to_string(reading.max));
+}
+
+void Diagnostics::printNoControl() {
+  print("      control: NONE — brightness keys will pass through to macOS");
+  print("      DDC:     no response. If this is a third-party monitor,");
+  print("               check for a DDC/CI setting in its on-screen menu,");
+  print("               and note that DisplayLink adapters block DDC entirely.");
+}
+
+void Diagnostics::printCursorDisplay(Stack& stack) {
+  const auto display = CursorRouter(machine.displays()).displayUnderCursor();
+  if (!display) return print("  Cursor display could not be determined.");
+  print("  Cursor is on: " + bracketed(*display) + stack.registry->localizedName(*display));
+}
+
+}  // namespace brivane

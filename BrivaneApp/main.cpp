@@ -1,0 +1,17 @@
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "BrivaneApp/EntryPoint.h"
+#include "Machines/PickMachine.h"
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv, argv + argc);
+  const auto picked = brivane::pickMachine();
+  if (const auto* problem = std::get_if<std::string>(&picked)) {
+    std::cerr << *problem << std::endl;
+    return brivane::isCommandLineMode(arguments) ? 0 : 1;
+  }
+  auto& machine = *std::get<std::unique_ptr<brivane::Machine>>(picked);
+  return brivane::runBrivane(arguments, machine, std::cout, std::cerr);
+}

@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+
+#include "BrivaneCore/Support/Numbers.h"
+
+namespace brivane {
+namespace {
+
+TEST(ShortestDecimal, ANumberIsWrittenAsShortAsItReadsBack) {
+  EXPECT_EQ(shortestDecimal(0), "0");
+  EXPECT_EQ(shortestDecimal(1920), "1920");
+  EXPECT_EQ(shortestDecimal(-540.5), "-540.5");
+  EXPECT_EQ(shortestDecimal(0.1), "0.1");
+}
+
+TEST(ShortestDecimal, ThereIsNeverAnExponent) {
+  EXPECT_EQ(shortestDecimal(1e6), "1000000");
+  EXPECT_EQ(shortestDecimal(1e-7), "0.0000001");
+  EXPECT_EQ(shortestDecimal(std::numeric_limits<double>::max()).size(), 309u);
+}
+
+TEST(WholeDecimal, SecondsAreRoundedToWholeOnes) {
+  EXPECT_EQ(wholeDecimal(12.4), "12");
+  EXPECT_EQ(wholeDecimal(12.6), "13");
+  EXPECT_EQ(wholeDecimal(12.5), "12");
+  EXPECT_EQ(wholeDecimal(0), "0");
+}
+
+TEST(ParseInteger, OneSignAndDigitsAreAnInteger) {
+  EXPECT_EQ(parseInteger("40"), 40);
+  EXPECT_EQ(parseInteger("+40"), 40);
+  EXPECT_EQ(parseInteger("-5"), -5);
+  EXPECT_EQ(parseInteger("007"), 7);
+  EXPECT_EQ(parseInteger("9223372036854775807"), std::numeric_limits<std::int64_t>::max());
+  EXPECT_EQ(parseInteger("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+}
+
+TEST(ParseInteger, AnythingElseIsNone) {
+  for (const auto* text : {"", "+", "-", "4x", "x4", "1.5", " 4", "4 ", "+-4", "-+4", "--4", "++4",
+                           "0x10", "9223372036854775808", "12345678901234567890", "\u0664"}) {
+    EXPECT_EQ(parseInteger(text), std::nullopt) << text;
+  }
+}
+
+TEST(CheckedSum, ASumThatFitsIsTheSum) {
+  EXPECT_EQ(checkedSum(2, -7), -5);
+  EXPECT_EQ(checkedNegation(5), -5);
+}
+
+TEST(CheckedSumDeathTest, AnOverflowAborts) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_DEATH(checkedSum(std::numeric_limits<std::int64_t>::max(), 1), "64-bit range");
+  EXPECT_DEATH(checkedNegation(std::numeric_limits<std::int64_t>::min()), "64-bit range");
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "BrivaneCore/Support/PropertyValue.h"
+
+namespace brivane {
+namespace {
+
+PropertyValue integer(std::int64_t value) {
+  return {value};
+}
+PropertyValue text(const char* value) {
+  return {std::string(value)};
+}
+
+TEST(PropertyValueAsInteger, NumbersAreCutOffAndBooleansAreZeroOrOne) {
+  EXPECT_EQ(integer(-5).asInteger(), -5);
+  EXPECT_EQ(PropertyValue{40.9}.asInteger(), 40);
+  EXPECT_EQ(PropertyValue{-40.9}.asInteger(), -40);
+  EXPECT_EQ(PropertyValue{1e30}.asInteger(), std::numeric_limits<std::int64_t>::max());
+  EXPECT_EQ(PropertyValue{-1e30}.asInteger(), std::numeric_limits<std::int64_t>::min());
+  EXPECT_EQ(PropertyValue{std::numeric_limits<double>::quiet_NaN()}.asInteger(), 0);
+  EXPECT_EQ(PropertyValue{true}.asInteger(), 1);
+  EXPECT_EQ(PropertyValue{false}.asInteger(), 0);
+}
+
+TEST(PropertyValueAsInteger, TextGivesTheIntegerItBeginsWith) {
+  EXPECT_EQ(text("40").asInteger(), 40);
+  EXPECT_EQ(text(" +40 percent").asInteger(), 40);
+  EXPECT_EQ(text("-3").asInteger(), -3);
+  EXPECT_EQ(text("bright").asInteger(), 0);
+  EXPECT_EQ(text("").asInteger(), 0);
+  EXPECT_EQ(text("99999999999999999999").asInteger(), std::numeric_limits<std::int64_t>::max());
+  EXPECT_EQ(text("-99999999999999999999").asInteger(), std::numeric_limits<std::int64_t>::min());
+}
+
+TEST(PropertyValueAsInteger, OtherKindsAreZero) {
+  EXPECT_EQ(PropertyValue{PropertyValue::Array{}}.asInteger(), 0);
+  EXPECT_EQ(PropertyValue{PropertyValue::Dictionary{}}.asInteger(), 0);
+  EXPECT_EQ(PropertyValue{}.asInteger(), 0);
+}
+
+TEST(PropertyValueAsBoolean, NumbersOtherThanZeroAreTrue) {
+  EXPECT_TRUE(integer(2).asBoolean());
+  EXPECT_FALSE(integer(0).asBoolean());
+  EXPECT_TRUE(PropertyValue{0.5}.asBoolean());
+  EXPECT_FALSE(PropertyValue{0.0}.asBoolean());
+  EXPECT_TRUE(PropertyValue{true}.asBoolean());
+}
+
+TEST(PropertyValueAsBoolean, TextThatSaysYesIsTrue) {
+  for (const auto* yes : {"YES", "yes", "true", "T", "1", " 7"}) EXPECT_TRUE(text(yes).asBoolean());
+  for (const auto* no : {"NO", "false", "0", "", "on"}) EXPECT_FALSE(text(no).asBoolean());
+  EXPECT_FALSE(PropertyValue{PropertyValue::Array{}}.asBoolean());
+}
+
+TEST(PropertyValueNumber32, OnlyNumbersAreNumbers) {
+  EXPECT_EQ(integer(4268).number32(), 4268u);
+  EXPECT_EQ(integer(-1).number32(), 0xFFFFFFFFu);
+  EXPECT_EQ(PropertyValue{7.9}.number32(), 7u);
+  EXPECT_EQ(text("7").number32(), std::nullopt);
+  EXPECT_EQ(PropertyValue{true}.number32(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace brivane

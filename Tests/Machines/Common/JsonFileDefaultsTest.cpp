@@ -1,0 +1,254 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "Machines/Common/FileLock.h"
+#include "Machines/Common/JsonFileDefaults.h"
+#include "Machines/Common/ThreadRuntime.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class ListLog : public SystemLog {
+ public:
+  void write(std::string_view line) override { lines.emplace_back(line); }
+  std::vector<std::string> lines;
+};
+
+class JsonFileDefaultsTest : public testing::Test {
+ protected:
+  JsonFileDefaults open() { return {file, runtime, log, JsonFileDefaults::Durability::unsynced}; }
+
+  /// Runs `work` in a child process and returns its exit status.
+  template <typename Work>
+  static pid_t startChild(Work work) {
+    const pid_t child = fork();
+    if (child == 0) {
+      work();
+      _exit(0);
+    }
+    return child;
+  }
+
+  static int waitFor(pid_t child) {
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
+  }
+
+  TemporaryFolder folder;
+  std::filesystem::path file = folder / "domain.json";
+  ThreadRuntime runtime;
+  ListLog log;
+};
+
+TEST_F(JsonFileDefaultsTest, AMissingFileHoldsNothingAndIsNotMadeByReading) {
+  const auto defaults = open();
+  EXPECT_EQ(defaults.object("a"), std::nullopt);
+  EXPECT_THAT(folder.names(), IsEmpty());
+  EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(JsonFileDefaultsTest, EveryKindOfValueComesBackAsItWasStored) {
+  const PropertyValue::Dictionary values = {
+      {"boolean", {true}},
+      {"integer", {std::int64_t{-7}}},
+      {"large", {std::int64_t{9007199254740993}}},
+      {"fraction", {0.5}},
+      {"text", {std::string("ä \" \\ 名")}},
+      {"list", {PropertyValue::Array{{std::int64_t{1}}, {std::string("two")}}}},
+      {"map", {PropertyValue::Dictionary{{"inner", {false}}}}},
+  };
+  {
+    auto defaults = open();
+    for (const auto& [key, value] : values) defaults.set(key, value);
+  }
+  EXPECT_EQ(open().contents(), values);
+}
+
+TEST_F(JsonFileDefaultsTest, ARemovedKeyIsAbsentAndTheOthersStay) {
+  auto defaults = open();
+  defaults.set("a", {std::int64_t{1}});
+  defaults.set("b", {std::int64_t{2}});
+  defaults.remove("a");
+  EXPECT_EQ(defaults.object("a"), std::nullopt);
+  EXPECT_EQ(open().contents(), (PropertyValue::Dictionary{{"b", {std::int64_t{2}}}}));
+}
+
+TEST_F(JsonFileDefaultsTest, WhatAnotherProcessWroteIsSeenAtOnce) {
+  auto mine = open();
+  auto theirs = open();
+  mine.set("a", {std::int64_t{1}});
+  theirs.set("b", {std::int64_t{2}});
+  EXPECT_EQ(mine.object("b"), (PropertyValue{std::int64_t{2}}));
+  EXPECT_EQ(theirs.object("a"), (PropertyValue{std::int64_t{1}}));
+}
+
+TEST_F(JsonFileDefaultsTest, StoringTheSameValueAgainWritesNothing) {
+  auto defaults = open();
+  defaults.set("a", {std::int64_t{1}});
+  const auto before = stampOf(file);
+  defaults.set("a", {std::int64_t{1}});
+  EXPECT_EQ(stampOf(file), before);
+}
+
+TEST_F(JsonFileDefaultsTest, TwoProcessesThatChangeDifferentKeysLoseNothing) {
+  constexpr int changes = 200;
+  const auto writeAll = [&](const std::string& name) {
+    auto defaults = open();
+    for (int i = 0; i < changes; ++i) defaults.set(name + std::to_string(i), {std::int64_t{i}});
+  };
+  const pid_t child = startChild([&] { writeAll("child"); });
+  writeAll("parent");
+  EXPECT_EQ(waitFor(child), 0);
+  EXPECT_EQ(open().contents().size(), 2u * changes);
+  EXPECT_THAT(log.lines, IsEmpty());
+}
+
+struct BadFile {
+  const char* name;
+  std::string content;
+  const char* reason;
+};
+
+class JsonFileDefaultsBadFileTest : public JsonFileDefaultsTest,
+                                    public testing::WithParamInterface<BadFile> {};
+
+TEST_P(JsonFileDefaultsBadFileTest, ItIsReportedOnceAndKeptUntouchedWhileNothingIsStored) {
+  folder.write("domain.json", GetParam().content);
+  {
+    const auto defaults = open();
+    EXPECT_EQ(defaults.object("a"), std::nullopt);
+    EXPECT_EQ(defaults.object("b"), std::nullopt);
+  }
+  ASSERT_EQ(log.lines.size(), 1u);
+  EXPECT_THAT(log.lines[0], StartsWith("Brivane: the settings in " + file.string()));
+  EXPECT_THAT(log.lines[0], HasSubstr(GetParam().reason));
+  EXPECT_EQ(TemporaryFolder::read(file), GetParam().content);
+}
+
+TEST_P(JsonFileDefaultsBadFileTest, ItIsSetAsideWholeWhenSomethingIsStored) {
+  folder.write("domain.json", GetParam().content);
+  auto defaults = open();
+  defaults.set("a", {std::int64_t{1}});
+  ASSERT_EQ(log.lines.size(), 2u);
+  const auto names = folder.names();
+  ASSERT_EQ(names.size(), 3u);
+  EXPECT_THAT(names, ElementsAre("domain.json", "domain.json.lock",
+                                 StartsWith("domain.json.unreadable-2")));
+  EXPECT_THAT(log.lines[1], HasSubstr(names[2]));
+  EXPECT_EQ(TemporaryFolder::read(folder / names[2]), GetParam().content);
+  EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, JsonFileDefaultsBadFileTest,
+    testing::Values(BadFile{"Truncated", "{\"a\": 4", "no valid JSON at byte 8"},
+                    BadFile{"Empty", "", "no valid JSON"},
+                    BadFile{"AList", "[1, 2]", "a JSON array, not an object"},
+                    BadFile{"Binary", std::string("\x00\xff\x00", 3), "no valid JSON"},
+                    BadFile{"Huge", std::string(3 << 20, '\0'), "more than the 1048576 allowed"},
+                    BadFile{"NestedDeeply",
+                            "{\"a\":" + std::string(100000, '[') + std::string(100000, ']') + "}",
+                            "nested too"}),
+    [](const auto& bad) { return bad.param.name; });
+
+TEST_F(JsonFileDefaultsTest, AFolderOfThatNameIsSetAsideToo) {
+  std::filesystem::create_directory(file);
+  auto defaults = open();
+  defaults.set("a", {std::int64_t{1}});
+  EXPECT_THAT(log.lines.front(), HasSubstr("it is a folder"));
+  EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
+}
+
+TEST_F(JsonFileDefaultsTest, ASecondUnreadableFileDoesNotReplaceTheFirst) {
+  for (const auto* content : {"first", "second"}) {
+    folder.write("domain.json", content);
+    std::filesystem::last_write_time(file, std::filesystem::file_time_type{});
+    auto defaults = open();
+    defaults.set("a", {std::string(content)});
+  }
+  EXPECT_EQ(folder.names().size(), 4u);
+}
+
+TEST_F(JsonFileDefaultsTest, ALinkIntoAnotherFolderStaysALink) {
+  folder.write("real.json", "{}");
+  std::filesystem::create_symlink("real.json", file);
+  auto defaults = open();
+  defaults.set("a", {true});
+  EXPECT_TRUE(std::filesystem::is_symlink(file));
+  EXPECT_THAT(TemporaryFolder::read(folder / "real.json"), HasSubstr("\"a\": true"));
+}
+
+TEST_F(JsonFileDefaultsTest, AStoppedProcessThatHoldsTheLockIsWaitedForTwoSecondsOnce) {
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t holder = startChild([&] {
+    const auto lock = FileLock::acquire(file.string() + ".lock", runtime, Microseconds(0));
+    (void)!write(ready[1], "x", 1);
+    raise(SIGSTOP);
+  });
+  char byte = 0;
+  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  auto defaults = open();
+  const Instant start = runtime.now();
+  defaults.set("a", {std::int64_t{1}});
+  defaults.set("b", {std::int64_t{2}});
+  const double waited = secondsBetween(start, runtime.now());
+  EXPECT_GE(waited, 2.0);
+  EXPECT_LT(waited, 3.5);
+  ASSERT_EQ(log.lines.size(), 1u);
+  EXPECT_THAT(log.lines[0], HasSubstr("can't be had"));
+  EXPECT_EQ(defaults.object("a"), (PropertyValue{std::int64_t{1}}));
+  kill(holder, SIGKILL);
+  waitFor(holder);
+  defaults.set("c", {std::int64_t{3}});
+  EXPECT_EQ(open().contents().size(), 3u);
+}
+
+TEST_F(JsonFileDefaultsTest, OnAFullDiskTheOldFileStaysWholeAndNoPartOfTheNewOne) {
+  {
+    auto defaults = open();
+    defaults.set("a", {std::int64_t{1}});
+  }
+  const std::string before = TemporaryFolder::read(file);
+  // A limit on the size of files fails writes half-way, as a full disk does.
+  const pid_t child = startChild([&] {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{20, 20};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    auto defaults = open();
+    defaults.set("b", {std::string(100, 'x')});
+    const bool inForce = defaults.object("b").has_value();
+    const bool said =
+        log.lines.size() == 1 && log.lines[0].find("File too large") != std::string::npos;
+    _exit(inForce && said ? 0 : 1);
+  });
+  EXPECT_EQ(waitFor(child), 0);
+  EXPECT_EQ(TemporaryFolder::read(file), before);
+  EXPECT_THAT(folder.names(), ElementsAre("domain.json", "domain.json.lock"));
+}
+
+TEST_F(JsonFileDefaultsTest, WhatCouldNotBeWrittenIsWrittenAtTheEndIfItCanBeThen) {
+  {
+    auto lock = FileLock::acquire(file.string() + ".lock", runtime, Microseconds(0));
+    auto defaults = open();
+    defaults.set("a", {std::int64_t{1}});
+    EXPECT_FALSE(std::filesystem::exists(file));
+    lock.reset();
+  }
+  EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
+}
+
+}  // namespace
+}  // namespace brivane

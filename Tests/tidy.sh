@@ -1,0 +1,89 @@
+#!/usr/bin/env bash
+# The laws of the tree, checked by reading it. Prints "ok NAME" or "FAILED NAME" and what it found.
+# Expects a configured default build.
+set -u
+cd "$(dirname "$0")/.." || exit 1
+
+sources() { git ls-files --cached --others --exclude-standard -- "$@"; }
+core=(BrivaneCore BrivaneUI BrivaneApp)
+status=0
+
+# check NAME FINDINGS: a rule holds when nothing was found.
+check() {
+  if [ -z "$2" ]; then
+    echo "ok $1"
+  else
+    echo "FAILED $1"
+    printf '%s\n' "$2" | head -n 20 | sed 's/^/    /'
+    status=1
+  fi
+}
+
+includes_outside() { # includes_outside FOLDER ALLOWED-PATTERN: quoted includes that match neither
+  sources "$1/*.h" "$1/*.cpp" "$1/*.mm" | xargs -r grep -nE '^#include "' | grep -vE "#include \"($2)/"
+}
+
+standard_headers() {
+  printf '#include <%s>\n' algorithm any array atomic bit bitset cctype cerrno charconv chrono cmath \
+    compare concepts condition_variable cstddef cstdint cstdlib cstring deque exception filesystem \
+    forward_list fstream functional initializer_list iomanip ios iosfwd iostream istream iterator \
+    limits list map memory memory_resource mutex new numbers numeric optional ostream queue random \
+    ranges ratio regex set span sstream stack stdexcept string string_view system_error thread \
+    tuple type_traits typeinfo unordered_map unordered_set utility variant vector
+}
+
+check "the portable rooms include the standard library alone" "$(
+  sources "${core[@]/%//*.h}" "${core[@]/%//*.cpp}" | xargs -r grep -nE '^#include <' |
+    grep -vFf <(standard_headers))"
+
+check "the portable rooms have no platform conditions" "$(
+  sources "${core[@]/%//*.h}" "${core[@]/%//*.cpp}" |
+    xargs -r grep -nE '^ *# *(if|ifdef|ifndef|elif).*(__linux|__APPLE__|_WIN32|__unix)')"
+
+check "no clock, sleep or thread outside a Runtime" "$(
+  sources '*.h' '*.cpp' '*.mm' ':!Tests' ':!Machines/*Runtime.*' ':!Machines/*/Runtime.*' ':!Tools/Bench*' |
+    xargs -r grep -nE '_clock::now|std::(jthread|this_thread|async\()|std::thread|\b(u|nano)?sleep\(|clock_gettime|clock_nanosleep|gettimeofday|\btime\((nullptr|NULL|0)\)|pthread_create' |
+    grep -vE 'runtime(\(\))?(\.|->)sleep\(|^BrivaneCore/Seams/Runtime.h:|[^:]*:[0-9]+: *///?')"
+
+check "BrivaneCore includes nothing above it" "$(includes_outside BrivaneCore 'BrivaneCore')"
+check "BrivaneUI includes nothing above it" "$(includes_outside BrivaneUI 'BrivaneCore|BrivaneUI')"
+check "BrivaneApp includes only what is below it, and the file that picks a machine" "$(
+  includes_outside BrivaneApp 'BrivaneCore|BrivaneUI|BrivaneApp' |
+    grep -v '^BrivaneApp/main.cpp:.*Machines/PickMachine.h')"
+check "machines implement seams and know nothing of policy" "$(
+  sources 'Machines/*.h' 'Machines/*.cpp' | xargs -r grep -nE '^#include "Brivane' |
+    grep -vE '#include "BrivaneCore/(Seams|Support)/')"
+for machine in Mac Linux Desk Common; do
+  check "Machines/$machine includes no other machine" "$(
+    includes_outside "Machines/$machine" "BrivaneCore|Machines/$machine|Machines/Common")"
+done
+check "only one file names the machines" "$(
+  sources 'BrivaneCore' 'BrivaneUI' 'BrivaneApp' 'Machines/PickMachine.h' |
+    xargs -r grep -nE '#include "Machines/(Mac|Linux|Desk)/')"
+
+check "every source file is in the build" "$(
+  comm -23 <(sources '*.cpp' ':!*.in' | sort -u) \
+    <(grep -hoE '"file": "[^"]+"' build/compile_commands.json | sed "s|.*\"$PWD/||; s|\"$||" |
+      sort -u))"
+
+check "every header has a guard" "$(sources '*.h' | xargs -r grep -L '^#pragma once')"
+
+check "every file is formatted" "$(
+  sources '*.h' '*.cpp' | xargs -r clang-format-16 --dry-run --Werror 2>&1 | grep -E 'error:' |
+    cut -d: -f1 | sort -u)"
+
+check "scripts parse" "$(for script in run test bench .ci/run $(sources '*.sh'); do
+  [ -f "$script" ] && bash -n "$script" 2>&1; done)"
+
+check "no path of a machine is in the tree" "$(git grep -nIE '/(work|farm)/|/root/' -- . ':!Tests/tidy.sh')"
+
+# The files changed since the last commit, or by it when nothing is.
+changed=$( (git diff --name-only HEAD; git ls-files --others --exclude-standard) | grep '\.cpp$')
+[ -n "$changed" ] || changed=$(git diff --name-only --diff-filter=d HEAD~1 2>/dev/null | grep '\.cpp$')
+existing=$(for file in $changed; do [ -f "$file" ] && echo "$file"; done | head -n 40)
+check "clang-tidy finds nothing in the changed files" "$(
+  [ -z "$existing" ] || printf '%s\n' "$existing" |
+    xargs -P "$(nproc)" -n 4 clang-tidy-16 -p build --quiet 2>/dev/null | grep -E '(error|warning):' |
+    sort -u)"
+
+exit $status

@@ -1,0 +1,60 @@
+# What ./run, ./test and ./bench share: packages, configuring, building. Sourced, not run.
+# Everything it says goes to standard error, so that a command's own output stays clean.
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+
+say() { printf '%s\n' "$*" >&2; }
+
+# What it takes to build and run the program.
+program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-dev libxcb-randr0-dev)
+
+# need_packages NAME...: installs what is missing, or prints the one line that does and ends.
+need_packages() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  local install="apt-get install -y --no-install-recommends ${missing[*]}"
+  if [ "$(id -u)" -ne 0 ]; then
+    say "Some packages are missing. Run this, then try again:"
+    say "  sudo $install"
+    exit 1
+  fi
+  say "Installing ${missing[*]} …"
+  export DEBIAN_FRONTEND=noninteractive
+  # A new machine's package lists are empty or old: on a failure, refresh them and try once more.
+  $install >/dev/null 2>&1 && return
+  if ! { apt-get update && $install; } >build-packages.log 2>&1; then
+    tail -n 5 build-packages.log >&2
+    say "Installing failed; the whole output is in build-packages.log."
+    exit 1
+  fi
+  rm -f build-packages.log
+}
+
+# build PRESET TARGET...: configures if need be and builds, saying so only if there is work to do.
+build() {
+  local preset=$1 folder=build tests=OFF
+  shift
+  [ "$preset" = default ] || folder=build/$preset
+  [ "${with_tests:-no}" = yes ] && tests=ON
+  mkdir -p "$folder"
+  if [ ! -f "$folder/build.ninja" ] || [ "$tests" = ON ] &&
+    ! grep -qx 'BRIVANE_TESTS:BOOL=ON' "$folder/CMakeCache.txt" 2>/dev/null; then
+    say "Configuring ($preset) …"
+    if ! cmake --preset "$preset" -DBRIVANE_TESTS=$tests >"$folder/configure.log" 2>&1; then
+      tail -n 20 "$folder/configure.log" >&2
+      say "Configuring failed; the whole output is in $folder/configure.log."
+      exit 1
+    fi
+  fi
+  ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do' && return
+  say "Building ($preset: $*); the first time takes a few minutes …"
+  if ! nice ninja -C "$folder" "$@" >"$folder/build.log" 2>&1; then
+    grep -A15 -m3 -E 'error:|FAILED:|undefined reference' "$folder/build.log" | head -n 60 >&2
+    say "Building failed; the whole output is in $folder/build.log."
+    exit 1
+  fi
+}
