@@ -37,7 +37,9 @@ Diagnostics::Stack::Stack(Machine& machine)
 Diagnostics::Diagnostics(Machine& itsMachine, std::ostream& standardOutput)
     : machine(itsMachine), out(standardOutput) {}
 
-void Diagnostics::print(std::string_view line) { out << line << std::endl; }
+void Diagnostics::print(std::string_view line) {
+  out << line << std::endl;
+}
 
 void Diagnostics::runSet(const std::vector<std::string>& arguments) {
   const auto percent = requestedPercent(arguments);
@@ -56,8 +58,7 @@ void Diagnostics::runSet(const std::vector<std::string>& arguments) {
 }
 
 void Diagnostics::runUnmap() {
-  HIDUtilKeyMapping mapping(
-      HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
+  HIDUtilKeyMapping mapping(HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
   switch (mapping.revert()) {
     case RevertOutcome::removed:
       print("Brightness key mapping cleared. The keys are back with macOS.");

@@ -31,7 +31,8 @@ class Diagnostics {
   void runUnmap();
 
  private:
-  /// What reads and sets levels, as the resident program has it, without software effects of its own.
+  /// What reads and sets levels, as the resident program has it, without software effects of its
+  /// own.
   struct Stack {
     explicit Stack(Machine& machine);
 

@@ -12,9 +12,13 @@
 namespace brivane {
 namespace {
 
-std::string yesOrNo(bool answer) { return answer ? "yes" : "no"; }
+std::string yesOrNo(bool answer) {
+  return answer ? "yes" : "no";
+}
 
-std::string bracketed(DisplayID display) { return "[" + std::to_string(display) + "] "; }
+std::string bracketed(DisplayID display) {
+  return "[" + std::to_string(display) + "] ";
+}
 
 }  // namespace
 
@@ -26,8 +30,7 @@ void Diagnostics::runProbe() {
   print("  Accessibility granted:   " +
         yesOrNo(AccessibilityPermission(machine.accessibility()).isGranted()));
   const RelaySettings relay(machine.defaults());
-  HIDUtilKeyMapping mapping(
-      HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
+  HIDUtilKeyMapping mapping(HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
   const bool mappingInForce = mapping.isApplied(relay.relayUpKey(), relay.relayDownKey());
   printKeyRelay(mappingInForce);
   print("");
@@ -87,8 +90,8 @@ void Diagnostics::printAppleControl(Stack& stack, DisplayID display, bool mappin
         (percent ? std::to_string(*percent) + "%" : "unreadable"));
   print("      DDC:     n/a (Apple panels do not implement DDC/CI)");
   if (!machine.displays().isBuiltIn(display)) return;
-  print(std::string("      keys:    ") + (mappingInForce ? "driven by Brivane (DisplayServices)"
-                                                         : "pass through to macOS"));
+  print(std::string("      keys:    ") +
+        (mappingInForce ? "driven by Brivane (DisplayServices)" : "pass through to macOS"));
 }
 
 void Diagnostics::printDDCControl(Stack& stack, DisplayID display, VCPReading reading) {

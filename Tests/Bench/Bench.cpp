@@ -1,0 +1,187 @@
+// Prints one table: each measurement, the floor taken in the same run, their ratio or difference,
+// and the figure aimed at. It judges nothing: a busy machine is no failure.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
+#include "Tests/Support/FakeMachine.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+extern char** environ;
+
+namespace brivane {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr int rounds = 41;
+// What a set must wait for: 40 ms for the reply to its read, 10 ms before and between its writes.
+constexpr double protocolWaitMilliseconds = 60;
+
+double millisecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+double median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+struct ProcessFigures {
+  double millisecondsToFirstLine = 0;
+  double millisecondsToEnd = 0;
+  double peakMegabytes = 0;
+};
+
+ProcessFigures runOnce(std::vector<std::string> words) {
+  std::vector<char*> pointers;
+  for (auto& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  std::array<int, 2> output{};
+  if (pipe2(output.data(), O_CLOEXEC) != 0) std::exit(1);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
+  ProcessFigures figures;
+  pid_t child = 0;
+  const auto start = Clock::now();
+  if (posix_spawn(&child, pointers[0], &actions, nullptr, pointers.data(), environ) != 0) {
+    std::cerr << "could not start " << words[0] << "; build it with ./bench" << std::endl;
+    std::exit(1);
+  }
+  close(output[1]);
+  std::array<char, 4096> buffer{};
+  if (read(output[0], buffer.data(), buffer.size()) > 0) {
+    figures.millisecondsToFirstLine = millisecondsSince(start);
+  }
+  while (read(output[0], buffer.data(), buffer.size()) > 0) {
+  }
+  rusage usage{};
+  int status = 0;
+  wait4(child, &status, 0, &usage);
+  figures.millisecondsToEnd = millisecondsSince(start);
+  figures.peakMegabytes = static_cast<double>(usage.ru_maxrss) / 1024;
+  close(output[0]);
+  posix_spawn_file_actions_destroy(&actions);
+  return figures;
+}
+
+ProcessFigures medianOf(const std::vector<std::string>& words, int count = rounds) {
+  std::vector<double> firstLine;
+  std::vector<double> end;
+  std::vector<double> memory;
+  for (int i = 0; i < count; ++i) {
+    const ProcessFigures figures = runOnce(words);
+    firstLine.push_back(figures.millisecondsToFirstLine);
+    end.push_back(figures.millisecondsToEnd);
+    memory.push_back(figures.peakMegabytes);
+  }
+  return {median(firstLine), median(end), median(memory)};
+}
+
+void printHeader() {
+  std::cout << std::left << std::setw(52) << "what" << std::right << std::setw(14) << "measured"
+            << std::setw(14) << "floor" << std::setw(12) << "ratio"
+            << "  target\n"
+            << std::string(112, '-') << "\n";
+}
+
+std::string figure(double value, const std::string& unit) {
+  std::ostringstream text;
+  text << std::fixed << std::setprecision(value < 100 ? 2 : 0) << value << " " << unit;
+  return text.str();
+}
+
+void printRow(const std::string& what, double measured, double floor, const std::string& unit,
+              const std::string& target) {
+  std::cout << std::left << std::setw(52) << what << std::right << std::setw(14)
+            << figure(measured, unit) << std::setw(14) << figure(floor, unit) << std::setw(12)
+            << figure(floor > 0 ? measured / floor : 0, "x") << "  " << target << std::endl;
+}
+
+/// Simulated seconds per second of one core, with four monitors that are polled.
+double simulatedSecondsPerSecond() {
+  FakeMachine machine;
+  for (DisplayID id = 1; id <= 4; ++id) {
+    machine.addMonitor(id, "Monitor " + std::to_string(id), "disp" + std::to_string(id), 1, 2, id);
+  }
+  BrightnessStore store(machine.settings, machine.displaySystem);
+  auto backend = std::make_shared<AppleDisplayBackend>(machine.loader, machine.displaySystem);
+  auto registry = std::make_shared<DisplayRegistry>(machine.displaySystem, machine.registry,
+                                                    machine.loader, machine.time);
+  DDCDisplayCoordinator coordinator(machine, backend, registry, store, [](DisplayID) {});
+  coordinator.prewarm(nullptr);
+  machine.time.every(std::chrono::seconds(5), [&] { coordinator.resyncCache(); });
+  constexpr auto simulated = std::chrono::hours(3);
+  rusage before{};
+  rusage after{};
+  getrusage(RUSAGE_SELF, &before);
+  for (int hour = 0; hour < simulated.count(); ++hour) {
+    machine.time.runFor(std::chrono::hours(1));
+    machine.notes.take();
+  }
+  getrusage(RUSAGE_SELF, &after);
+  const auto seconds = [](const rusage& usage) {
+    const auto microseconds = [](const timeval& time) {
+      return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_usec);
+    };
+    return (microseconds(usage.ru_utime) + microseconds(usage.ru_stime)) / 1e6;
+  };
+  return std::chrono::duration<double>(simulated).count() / (seconds(after) - seconds(before));
+}
+
+void measureProcesses(const std::filesystem::path& programs, const std::filesystem::path& desk) {
+  const TemporaryFolder folder;
+  std::filesystem::copy_file(desk, folder / "desk.json");
+  const std::string program = programs / "Brivane";
+  setenv("BRIVANE_DESK", (folder / "desk.json").c_str(), 1);
+  const ProcessFigures empty = medianOf({programs / "brivane-empty"});
+  const ProcessFigures set = medianOf({program, "--set", "40"});
+  printRow("--set on the desk, less the protocol's waits",
+           set.millisecondsToEnd - protocolWaitMilliseconds, empty.millisecondsToEnd, "ms",
+           "<= 5 ms");
+  const ProcessFigures probe = medianOf({program, "--probe"}, 5);
+  const ProcessFigures start = medianOf({program, "--probe"}, rounds / 4);
+  printRow("process start to the first line of --probe", start.millisecondsToFirstLine,
+           empty.millisecondsToFirstLine, "ms", "<= 3 x");
+  printRow("peak resident memory of --probe", probe.peakMegabytes, empty.peakMegabytes, "MB",
+           "<= 8 MB");
+}
+
+/// Given "--mocked-bus", this process runs beside a mocked kernel and measures `--set` there.
+void measureSetOnMockedBus(const std::filesystem::path& programs) {
+  unsetenv("BRIVANE_DESK");
+  const ProcessFigures empty = medianOf({programs / "brivane-empty"});
+  const ProcessFigures set = medianOf({programs / "Brivane", "--set", "40"});
+  printRow("--set on the mocked bus, less the protocol's waits",
+           set.millisecondsToEnd - protocolWaitMilliseconds, empty.millisecondsToEnd, "ms",
+           "<= 5 ms");
+}
+
+}  // namespace
+}  // namespace brivane
+
+int main(int argc, char** argv) {
+  const auto programs = std::filesystem::canonical("/proc/self/exe").parent_path();
+  if (argc > 1 && std::string(argv[1]) == "--mocked-bus") {
+    brivane::measureSetOnMockedBus(programs);
+    return 0;
+  }
+  brivane::printHeader();
+  brivane::measureProcesses(programs, programs / "../../Machines/Desk/default-desk.json");
+  const double speed = brivane::simulatedSecondsPerSecond();
+  brivane::printRow("simulated seconds per second of one core", speed, 1, "s", ">= 3600 s");
+}

@@ -1,0 +1,169 @@
+// Settings, child processes, applications, the log and the Runtime.
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "Tests/Conformance/MachineUnderTest.h"
+
+namespace brivane {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// Settings
+
+class UserDefaultsConformance : public MachineConformance {
+ protected:
+  ~UserDefaultsConformance() override { machine.defaults().remove(key); }
+  static constexpr auto key = "brightness.1.2.3";
+};
+
+TEST_F(UserDefaultsConformance, AKeyThatWasNeverSetIsAbsent) {
+  EXPECT_EQ(machine.defaults().object("NeverSet"), std::nullopt);
+}
+
+TEST_F(UserDefaultsConformance, EveryKindComesBackAsItWasStored) {
+  for (const PropertyValue& value :
+       {PropertyValue{true}, PropertyValue{false}, PropertyValue{std::int64_t{0}},
+        PropertyValue{std::int64_t{-40}}, PropertyValue{0.25}, PropertyValue{std::string("ä 名")},
+        PropertyValue{PropertyValue::Array{{std::int64_t{1}}}},
+        PropertyValue{PropertyValue::Dictionary{{"inner", {true}}}}}) {
+    machine.defaults().set(key, value);
+    EXPECT_EQ(machine.defaults().object(key), value);
+  }
+}
+
+TEST_F(UserDefaultsConformance, ARemovedKeyIsAbsent) {
+  machine.defaults().set(key, {true});
+  machine.defaults().remove(key);
+  machine.defaults().remove(key);
+  EXPECT_EQ(machine.defaults().object(key), std::nullopt);
+}
+
+TEST_F(UserDefaultsConformance, AnotherProcessSeesAChangeAtOnceAndTheOtherWayRound) {
+  const auto second = underTest->secondProcess();
+  machine.defaults().set(key, {std::int64_t{40}});
+  EXPECT_EQ(second->defaults().object(key), (PropertyValue{std::int64_t{40}}));
+  second->defaults().set(key, {std::int64_t{60}});
+  EXPECT_EQ(machine.defaults().object(key), (PropertyValue{std::int64_t{60}}));
+}
+
+// Child processes
+
+using ProcessRunnerConformance = MachineConformance;
+
+TEST_F(ProcessRunnerConformance, AProgramThatIsNotThereIsNotStartedAndThereIsAReason) {
+  const auto result = machine.processes().run("/no/such/program", {});
+  ASSERT_TRUE(std::holds_alternative<ProcessNotStarted>(result));
+  EXPECT_NE(std::get<ProcessNotStarted>(result).reason, "");
+}
+
+TEST_F(ProcessRunnerConformance, TheKeyMappingToolPrintsWhatWasSet) {
+  const std::string tool = "/usr/bin/hidutil";
+  const std::string payload = R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":51539607663,)"
+                              R"("HIDKeyboardModifierMappingDst":30064771182}]})";
+  const auto set = machine.processes().run(tool, {"property", "--set", payload});
+  ASSERT_TRUE(std::holds_alternative<FinishedProcess>(set));
+  ASSERT_EQ(std::get<FinishedProcess>(set).exitStatus, 0);
+  const auto get = machine.processes().run(tool, {"property", "--get", "UserKeyMapping"});
+  const std::string& printed = std::get<FinishedProcess>(get).output;
+  EXPECT_THAT(printed, HasSubstr("{\n"));
+  EXPECT_THAT(printed, HasSubstr("HIDKeyboardModifierMappingDst = 30064771182;\n"));
+  EXPECT_THAT(printed, HasSubstr("HIDKeyboardModifierMappingSrc = 51539607663;\n"));
+  machine.processes().run(tool, {"property", "--set", R"({"UserKeyMapping":[]})"});
+  const auto empty = machine.processes().run(tool, {"property", "--get", "UserKeyMapping"});
+  EXPECT_THAT(std::get<FinishedProcess>(empty).output, testing::Not(HasSubstr("{")));
+}
+
+TEST_F(ProcessRunnerConformance, TheKeyMappingToolRefusesWhatIsNoMapping) {
+  for (const auto* payload : {"", "{", "[]", R"({"UserKeyMapping":7})"}) {
+    const auto result = machine.processes().run("/usr/bin/hidutil", {"property", "--set", payload});
+    ASSERT_TRUE(std::holds_alternative<FinishedProcess>(result)) << payload;
+    EXPECT_NE(std::get<FinishedProcess>(result).exitStatus, 0) << payload;
+  }
+}
+
+// Applications, grant, log
+
+using ApplicationsConformance = MachineConformance;
+
+TEST_F(ApplicationsConformance, ThisProcessHasANumberAndNobodyRunsUnderAnUnknownIdentifier) {
+  EXPECT_GT(machine.applications().ownProcessID(), 0);
+  EXPECT_THAT(machine.applications().runningApplications("org.example.nobody"), IsEmpty());
+}
+
+TEST_F(ApplicationsConformance, ACommandLineToolIsNoRunningApplication) {
+  const auto identifier = machine.applications().bundleIdentifier();
+  ASSERT_TRUE(identifier.has_value());
+  EXPECT_THAT(machine.applications().runningApplications(*identifier),
+              testing::Not(Contains(machine.applications().ownProcessID())));
+}
+
+TEST_F(ApplicationsConformance, TheGrantIsTheSameHoweverOftenItIsAskedFor) {
+  const bool granted = machine.accessibility().isTrusted();
+  EXPECT_EQ(machine.accessibility().isTrusted(), granted);
+}
+
+TEST_F(ApplicationsConformance, TwoThreadsMayWriteTheLog) {
+  const auto write = [&] {
+    for (int i = 0; i < 20; ++i) machine.log().write("Brivane: conformance");
+  };
+  std::thread other(write);
+  write();
+  other.join();
+}
+
+// The Runtime
+
+class RuntimeConformance : public MachineConformance {
+ protected:
+  Runtime& runtime = machine.runtime();
+  std::vector<std::string> notes;
+};
+
+TEST_F(RuntimeConformance, ASleepMovesTheClockByAtLeastItsDuration) {
+  const Instant start = runtime.now();
+  runtime.sleep(std::chrono::milliseconds(5));
+  EXPECT_GE(runtime.now() - start, std::chrono::milliseconds(5));
+}
+
+TEST_F(RuntimeConformance, TasksRunInTheirOrderAndTimersByTheirDeadlines) {
+  runtime.after(std::chrono::milliseconds(20), [&] {
+    notes.emplace_back("later");
+    runtime.stop();
+  });
+  runtime.after(std::chrono::milliseconds(10), [&] { notes.emplace_back("sooner"); });
+  runtime.async([&] { notes.emplace_back("first"); });
+  runtime.async([&] { notes.emplace_back("second"); });
+  runtime.run();
+  EXPECT_THAT(notes, ElementsAre("first", "second", "sooner", "later"));
+}
+
+TEST_F(RuntimeConformance, ACancelledTimerNeverFires) {
+  const TimerID timer =
+      runtime.every(std::chrono::milliseconds(1), [&] { notes.emplace_back("tick"); });
+  runtime.cancel(timer);
+  runtime.cancel(timer);
+  runtime.cancel(0);
+  runtime.after(std::chrono::milliseconds(10), [&] { runtime.stop(); });
+  runtime.run();
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(RuntimeConformance, AQueueRunsItsTasksInTheirOrderBesideTheMainThread) {
+  const auto queue = runtime.makeSerialQueue("conformance", QueueQuality::userInitiated);
+  queue->async([&] {
+    runtime.sleep(std::chrono::milliseconds(5));
+    notes.emplace_back("async");
+  });
+  queue->sync([&] { notes.emplace_back("sync"); });
+  queue->async([&] { runtime.async([&] { runtime.stop(); }); });
+  runtime.run();
+  EXPECT_THAT(notes, ElementsAre("async", "sync"));
+}
+
+}  // namespace
+}  // namespace brivane
