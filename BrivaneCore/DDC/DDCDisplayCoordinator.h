@@ -6,12 +6,14 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <string>
 #include <vector>
 
 #include "BrivaneCore/DDC/DDCRetryTracker.h"
 #include "BrivaneCore/DDC/DDCTransport.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 #include "BrivaneCore/DDC/LevelCache.h"
+#include "BrivaneCore/DDC/MonitorReader.h"
 #include "BrivaneCore/Policy/AppleDisplayBackend.h"
 #include "BrivaneCore/Policy/BrightnessStore.h"
 #include "BrivaneCore/Policy/BrightnessVocabulary.h"
@@ -32,6 +34,7 @@ class DDCDisplayCoordinator {
   using ExplicitWriteCallback = std::function<void(DisplayID)>;
   using Completion = std::function<void()>;
 
+  /// `explicitWriteCallback` is not empty.
   DDCDisplayCoordinator(Machine& machine, std::shared_ptr<AppleDisplayBackend> appleDisplayBackend,
                         std::shared_ptr<DisplayRegistry> displayRegistry,
                         BrightnessStore& brightnessStore,
@@ -90,6 +93,35 @@ class DDCDisplayCoordinator {
   DDCRetryTracker tracker;
 
  private:
+  /// `work` on the DDC queue, then `finish` with its result on the main queue; neither once the
+  /// coordinator is gone. `work` must not touch the coordinator.
+  template <typename Work, typename Finish>
+  void inBackground(Work work, Finish finish);
+  void rescanInBackground();
+
+  bool writeToAppleDisplay(Percent percent, DisplayID display, bool isExplicitUserWrite);
+  bool writeToMonitor(Percent percent, DisplayID display, bool isExplicitUserWrite);
+  std::optional<Percent> readAppleDisplay(DisplayID display);
+  std::optional<PercentRange> settableRange(DisplayID display);
+
+  /// Keeps what a monitor answered, for this run and for later ones.
+  void keepLevel(DisplayID display, const VCPReading& luminance);
+  void keepCapability(DisplayID display, const VCPReading& luminance);
+
+  void takeIn(const MonitorReading& result);
+  void markAnswering(DisplayID display, const VCPReading& luminance);
+  void noteReadFailure(DisplayID display);
+  void retryAfterFailure(DisplayID display);
+  void restoreSavedLevels();
+  bool restoreSavedLevel(DisplayID display);
+  std::vector<RereadCandidate> rereadCandidates() const;
+  void follow(DisplayID display, Percent percent);
+
+  bool hasAnswered(DisplayID display) const;
+  bool isUnresolved(DisplayID display) const;
+  void retryUnresolvedDisplays();
+  void logLine(DisplayID display, const std::string& what);
+
   std::map<DisplayID, std::shared_ptr<DDCTransport>> resolvedHandles;
   std::map<DisplayID, Instant> lastWrite;
   std::set<DisplayID> awaitingRestore;

@@ -24,13 +24,16 @@ namespace brivane {
 class DisplayRegistry {
  public:
   DisplayRegistry(DisplaySystem& displaySystem, IORegistry& ioRegistry, SymbolLoader& loader,
-                  Runtime& runtime);
+                  Runtime& machineRuntime);
 
   /// Whether this machine has the three calls that DDC/CI needs.
   bool ddcAvailable() const;
 
   /// In the window system's order; empty on any error.
   std::vector<DisplayID> onlineDisplayIDs() const;
+
+  /// The online displays that are not built in, in the same order.
+  std::vector<DisplayID> onlineExternalDisplayIDs() const;
 
   /// The screen's name; "Built-in Display" or "Display " and the number when it has no screen.
   std::string localizedName(DisplayID display) const;
@@ -56,6 +59,9 @@ class DisplayRegistry {
   std::optional<Instant> lastScan;
 
  private:
+  /// Keeps the entry if it is a panel or an external channel.
+  void note(const RegistryEntry& entry);
+
   DisplaySystem& displays;
   IORegistry& registry;
   const std::shared_ptr<const IOAVBridge> bridge;

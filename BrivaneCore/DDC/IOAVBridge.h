@@ -1,6 +1,7 @@
 #pragma once
 
 #include <mutex>
+#include <string_view>
 
 #include "BrivaneCore/Seams/SymbolLoader.h"
 
@@ -20,6 +21,9 @@ class IOAVBridge {
   bool isComplete() const;
 
  private:
+  template <typename Function>
+  const Function& resolveOnce(std::once_flag& resolved, Function& function,
+                              std::string_view name) const;
   Symbol resolve(std::string_view name) const;
   LibraryHandle handle() const;
 
