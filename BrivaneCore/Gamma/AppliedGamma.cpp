@@ -4,11 +4,12 @@
 
 #include "BrivaneCore/Gamma/AppliedGamma.h"
 
+#include "BrivaneCore/Support/Lookup.h"
+
 namespace brivane {
 
 std::int64_t AppliedGamma::amount(DisplayID display) const {
-  const auto found = applied.find(display);
-  return found == applied.end() ? 0 : found->second;
+  return lookUp(applied, display).value_or(0);
 }
 
 bool AppliedGamma::write(const GammaRamp& ramp, std::int64_t amount, DisplayID display) {

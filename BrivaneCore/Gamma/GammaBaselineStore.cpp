@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "BrivaneCore/Support/Lookup.h"
+
 namespace brivane {
 
 GammaBaselineStore::GammaBaselineStore(std::shared_ptr<GammaTableIO> tableIO)
@@ -17,9 +19,7 @@ std::optional<GammaRamp> GammaBaselineStore::baseline(DisplayID display) {
 }
 
 std::optional<GammaRamp> GammaBaselineStore::cached(DisplayID display) const {
-  const auto found = baselines.find(display);
-  if (found == baselines.end()) return std::nullopt;
-  return found->second;
+  return lookUp(baselines, display);
 }
 
 void GammaBaselineStore::forget(DisplayID display) {

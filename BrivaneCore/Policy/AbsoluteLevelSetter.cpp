@@ -6,13 +6,13 @@
 
 #include <algorithm>
 
+#include "BrivaneCore/Support/Lookup.h"
+
 namespace brivane {
 namespace {
 
 void moveHardware(DDCDisplayCoordinator& coordinator, Percent percent, DisplayID display) {
-  const auto& percents = coordinator.levelCache.percents;
-  const auto last = percents.find(display);
-  if (last != percents.end() && last->second == percent) return;
+  if (lookUp(coordinator.levelCache.percents, display) == percent) return;
   coordinator.write(percent, display, false);
 }
 

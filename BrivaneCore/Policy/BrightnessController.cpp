@@ -11,6 +11,7 @@
 #include "BrivaneCore/Gamma/ExtendedGammaBrightener.h"
 #include "BrivaneCore/Gamma/GammaBrightener.h"
 #include "BrivaneCore/Gamma/GammaDimmer.h"
+#include "BrivaneCore/Support/Lookup.h"
 #include "BrivaneCore/Support/Numbers.h"
 
 namespace brivane {
@@ -90,10 +91,7 @@ std::optional<Percent> BrightnessController::level(DisplayID display) const {
   const auto boost = std::max(effects.gammaBrightener->amount(display),
                               effects.extendedBrightener->amount(display));
   if (boost >= 1) return checkedSum(100, boost);
-  const auto& percents = coordinator.levelCache.percents;
-  const auto found = percents.find(display);
-  if (found == percents.end()) return std::nullopt;
-  return found->second;
+  return lookUp(coordinator.levelCache.percents, display);
 }
 
 std::optional<Percent> BrightnessController::brightness(DisplayID display) {

@@ -9,6 +9,7 @@
 #include "BrivaneCore/Input/InputDiagnosticsSettings.h"
 #include "BrivaneCore/Policy/BrightnessSettings.h"
 #include "BrivaneCore/Policy/CursorRouter.h"
+#include "BrivaneCore/Support/Lookup.h"
 #include "BrivaneCore/Support/Numbers.h"
 
 namespace brivane {
@@ -44,23 +45,16 @@ AdjustOutcome BrightnessKeyAdjuster::adjust(Percent delta, bool snapToStep,
 }
 
 void BrightnessKeyAdjuster::logCursorDisplay(DisplayID display) {
-  const auto cached = cachedPercent(display);
+  const auto cached = lookUp(coordinator.levelCache.percents, display);
   log.write("Brivane: cursor on [" + std::to_string(display) + "] " +
             coordinator.registry->localizedName(display) +
             " backend=" + std::string(describe(coordinator.backend(display))) +
             " cached=" + (cached ? std::to_string(*cached) : "none"));
 }
 
-std::optional<Percent> BrightnessKeyAdjuster::cachedPercent(DisplayID display) const {
-  const auto& percents = coordinator.levelCache.percents;
-  const auto found = percents.find(display);
-  if (found == percents.end()) return std::nullopt;
-  return found->second;
-}
-
 AdjustOutcome BrightnessKeyAdjuster::adjustAppleDisplay(const Press& press) {
   auto percent = appleDisplays->read(press.display);
-  if (!percent) percent = cachedPercent(press.display);
+  if (!percent) percent = lookUp(coordinator.levelCache.percents, press.display);
   return percent ? adjustFrom(*percent, press) : AdjustOutcome::passThrough();
 }
 

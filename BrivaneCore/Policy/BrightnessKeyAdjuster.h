@@ -46,7 +46,6 @@ class BrightnessKeyAdjuster {
   };
 
   void logCursorDisplay(DisplayID display);
-  std::optional<Percent> cachedPercent(DisplayID display) const;
   AdjustOutcome adjustAppleDisplay(const Press& press);
   AdjustOutcome adjustOtherDisplay(const Press& press);
   AdjustOutcome adjustFrom(Percent percent, const Press& press);
