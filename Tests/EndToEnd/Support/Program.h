@@ -1,0 +1,49 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace brivane {
+
+/// What a run of a built program left behind.
+struct ProgramResult {
+  int exitStatus = -1;
+  std::string output;
+  std::string errors;
+};
+
+/// The folder of the built programs, this test among them.
+std::filesystem::path programFolder();
+
+/// The folder above `build`: the tree, or the copy of what tests need of it.
+std::filesystem::path treeFolder();
+
+/// A program that is being run; it is waited for at the latest by the destructor.
+class RunningProgram {
+ public:
+  /// Starts the built program `name` with this environment on top of the test's own; an empty value
+  /// takes a variable away.
+  RunningProgram(const std::string& name, const std::vector<std::string>& arguments,
+                 const std::map<std::string, std::string>& environment);
+  ~RunningProgram();
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+
+  ProgramResult wait();
+
+ private:
+  pid_t child = -1;
+  std::filesystem::path output;
+  std::filesystem::path errors;
+};
+
+ProgramResult runProgram(const std::string& name, const std::vector<std::string>& arguments,
+                         const std::map<std::string, std::string>& environment);
+
+std::vector<std::string> linesOf(const std::string& text);
+
+}  // namespace brivane
