@@ -60,6 +60,7 @@ std::vector<std::string> foreignEntries(const std::vector<HIDKeyMapping::Pair>& 
 
 std::vector<HIDKeyMapping::Pair> ownedPairs(const RelayKey& up, const RelayKey& down) {
   std::vector<HIDKeyMapping::Pair> pairs;
+  pairs.reserve(HIDKeyMapping::upSources.size() + HIDKeyMapping::downSources.size());
   for (const auto source : HIDKeyMapping::upSources) pairs.push_back({source, destination(up)});
   for (const auto source : HIDKeyMapping::downSources) {
     pairs.push_back({source, destination(down)});

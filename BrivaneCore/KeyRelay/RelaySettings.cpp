@@ -5,8 +5,9 @@
 namespace brivane {
 namespace {
 
-constexpr std::uint32_t f19Code = 80;
-constexpr std::uint32_t f20Code = 90;
+constexpr const RelayKey& f19 = relayKeys[6];
+constexpr const RelayKey& f20 = relayKeys[7];
+static_assert(f19.virtualKeyCode == 80 && f20.virtualKeyCode == 90);
 
 }  // namespace
 
@@ -18,11 +19,11 @@ bool RelaySettings::systemBrightnessKeysEnabled() const {
 }
 
 RelayKey RelaySettings::relayUpKey() const {
-  return storedKey("BrightnessKeyRelayUp").value_or(*relayKeyForVirtualKeyCode(f19Code));
+  return storedKey("BrightnessKeyRelayUp").value_or(f19);
 }
 
 RelayKey RelaySettings::relayDownKey() const {
-  return storedKey("BrightnessKeyRelayDown").value_or(*relayKeyForVirtualKeyCode(f20Code));
+  return storedKey("BrightnessKeyRelayDown").value_or(f20);
 }
 
 std::optional<RelayKey> RelaySettings::storedKey(std::string_view key) const {

@@ -60,10 +60,11 @@ TEST_F(GammaBaselineStoreTest, LookingForACachedBaselineNeverReadsTheDisplay) {
 }
 
 TEST_F(GammaBaselineStoreTest, KeepsWhatWasReadEvenAboveWhite) {
+  const GammaRamp ramp{{0, 1.5F}, {0, 1.6F}, {0, 1.7F}};
   tables.capacities[1] = 2;
-  tables.tables[1] = {{0, 1.5F}, {0, 1.5F}, {0, 1.5F}};
-  EXPECT_EQ(store.baseline(1)->peak(), 1.5F);
-  EXPECT_EQ(store.cached(1)->peak(), 1.5F);
+  tables.tables[1] = {ramp.red, ramp.green, ramp.blue};
+  EXPECT_EQ(store.baseline(1), ramp);
+  EXPECT_EQ(store.cached(1), ramp);
 }
 
 TEST_F(GammaBaselineStoreTest, ForgettingADisplayLeavesTheOthers) {

@@ -100,8 +100,8 @@ TEST(HIDKeyMapping, SkipsEntriesThatCannotBeRead) {
       "{\nHIDKeyboardModifierMappingDst = 7;\n}",
       "{\nHIDKeyboardModifierMappingSrc = ;\nHIDKeyboardModifierMappingDst = 8;\n}",
       "{\nHIDKeyboardModifierMappingSrc = none\n7;\nHIDKeyboardModifierMappingDst = 8;\n}",
-      "{\nHIDKeyboardModifierMappingSrc = 18446744073709551616;\n"
-      "HIDKeyboardModifierMappingDst = 8;\n}",
+      ("{\nHIDKeyboardModifierMappingSrc = 18446744073709551616;\n"
+       "HIDKeyboardModifierMappingDst = 8;\n}"),
       "{}",
       "{",
   };

@@ -9,7 +9,6 @@ namespace brivane {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 struct AbsoluteLevelSetterTest : testing::Test, FakeEffectsBench {
   FakeBus::Channel& start(std::uint16_t percent) {

@@ -10,7 +10,6 @@
 namespace brivane {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::FloatEq;
 using testing::IsEmpty;
