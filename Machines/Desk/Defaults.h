@@ -1,0 +1,72 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "BrivaneCore/Seams/SystemLog.h"
+#include "BrivaneCore/Seams/UserDefaults.h"
+#include "Machines/Common/JsonFileDefaults.h"
+#include "Machines/Desk/Faults.h"
+#include "Machines/Desk/HardwareState.h"
+#include "Machines/Desk/StoredState.h"
+
+namespace brivane {
+
+/// A settings domain over a dictionary that outlives it.
+class MemoryDefaults : public UserDefaults {
+ public:
+  explicit MemoryDefaults(PropertyValue::Dictionary& dictionary) : values(dictionary) {}
+
+  std::optional<PropertyValue> object(std::string_view key) const override;
+  void set(std::string_view key, const PropertyValue& value) override;
+  void remove(std::string_view key) override;
+
+ private:
+  PropertyValue::Dictionary& values;
+};
+
+/// A settings domain in the state folder. Before its first use it is given the desk file's
+/// settings, unless it started from them already.
+class SeededDefaults : public UserDefaults {
+ public:
+  SeededDefaults(StateFolder& folder, const std::string& domain,
+                 const DefaultsDescription& deskSettings);
+
+  std::optional<PropertyValue> object(std::string_view key) const override;
+  void set(std::string_view key, const PropertyValue& value) override;
+  void remove(std::string_view key) override;
+
+ private:
+  JsonFileDefaults& seeded() const;
+  void seed() const;
+
+  const PropertyValue::Dictionary initial;
+  mutable JsonFileDefaults file;
+  mutable StoredState<SeedState> state;
+  mutable bool isSeedKnown = false;
+};
+
+/// The seam: a settings domain whose calls can be made to fail. What a failing call could not store
+/// stays in force in this process.
+class DeskDefaults : public UserDefaults {
+ public:
+  DeskDefaults(std::unique_ptr<UserDefaults> storedDomain, Faults& machineFaults,
+               SystemLog& systemLog);
+
+  std::optional<PropertyValue> object(std::string_view key) const override;
+  void set(std::string_view key, const PropertyValue& value) override;
+  void remove(std::string_view key) override;
+
+ private:
+  void change(std::string_view call, std::string_view key, std::optional<PropertyValue> value);
+
+  const std::unique_ptr<UserDefaults> domain;
+  Faults& faults;
+  SystemLog& log;
+  /// A value, or nothing for a removed key.
+  std::map<std::string, std::optional<PropertyValue>, std::less<>> unstored;
+};
+
+}  // namespace brivane

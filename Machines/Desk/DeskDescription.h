@@ -1,0 +1,220 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "BrivaneCore/Seams/Applications.h"
+#include "BrivaneCore/Seams/DisplaySystem.h"
+#include "BrivaneCore/Support/Geometry.h"
+#include "BrivaneCore/Support/PropertyValue.h"
+
+// What a desk file says, as plain values. docs/desk.md describes every member for people; the
+// defaults here are the desk file's defaults, except where a member says otherwise.
+
+namespace brivane {
+
+/// Stands for the text that a section was read from, so that hardware which remembers its state can
+/// tell whether the section was edited since. 0: the section was left out.
+using SectionFingerprint = std::uint64_t;
+
+/// How a monitor behaves on the bus.
+enum class MonitorMood {
+  answering,
+  /// Takes every message and does nothing; reads give zeros.
+  silent,
+  /// Acknowledges nothing.
+  busError,
+  /// Takes sets, but answers every get with "not ready".
+  nullReply,
+  /// Every byte it sends is wrong.
+  garbled,
+  /// Answers for the code that was asked for before the last one.
+  stale,
+  /// Its replies lack their first byte.
+  shifted,
+  /// Its replies begin with their first byte twice.
+  doubled,
+};
+
+/// One monitor's DDC/CI firmware.
+struct FirmwareDescription {
+  /// A VCP code other than luminance.
+  struct Feature {
+    std::uint8_t code = 0;
+    std::uint16_t maximum = 100;
+    std::uint16_t level = 0;
+  };
+
+  MonitorMood mood = MonitorMood::answering;
+  bool isAsleep = false;
+  bool supportsLuminance = true;
+  std::uint16_t maximum = 100;
+  /// The raw luminance at first; may be above the maximum. Left out: three quarters of the maximum.
+  std::uint16_t level = 75;
+  std::int64_t replyMilliseconds = 0;
+  double wakeSeconds = 0;
+  bool ignoresEveryOtherWrite = false;
+  bool revertsAfterWake = false;
+  std::vector<Feature> features;
+  SectionFingerprint fingerprint = 0;
+};
+
+/// One channel's samples, for inputs evenly spaced over 0 to 1.
+using GammaCurve = std::vector<float>;
+
+/// One display's gamma table as the display comes up with it.
+struct GammaDescription {
+  struct Linear {};
+  /// output = input ^ exponent, for red, green and blue.
+  using Exponents = std::array<double, 3>;
+  /// Red, green and blue, of the same count, 2 or more.
+  using Samples = std::array<GammaCurve, 3>;
+
+  /// Samples per channel.
+  std::uint32_t capacity = 1024;
+  std::variant<Linear, Exponents, Samples> calibrated;
+  SectionFingerprint fingerprint = 0;
+};
+
+/// A display that the operating system's display services can drive.
+struct DisplayServicesDescription {
+  /// 0 to 1.
+  float level = 0.5F;
+  bool canChange = true;
+  SectionFingerprint fingerprint = 0;
+};
+
+/// How a display's entries in the I/O registry look. An absent property is missing there.
+struct RegistryDescription {
+  /// Stand in for what an ordinary panel says when present; an absent value in it removes the key.
+  using Override = std::optional<std::optional<PropertyValue>>;
+
+  Override displayAttributes;
+  Override productAttributes;
+  Override legacyManufacturerID;
+  Override productID;
+  Override serialNumber;
+  /// The AV proxy's "Location". Left out: "External", "Embedded" for a built-in panel.
+  Override location;
+  /// Steps from the panel's entry up to its display controller, 1 or more.
+  std::int64_t panelDepth = 2;
+  /// The display controller's name. Left out: the port.
+  std::string panelController;
+  bool hasProxy = true;
+  /// The name of the AV proxy's parent. Left out: the port.
+  std::string proxyParent;
+  bool serviceCanBeCreated = true;
+};
+
+enum class ScreenPresence {
+  numbered,
+  /// The window system gives the screen no number.
+  unnumbered,
+  /// The display has no screen.
+  none,
+};
+
+struct DisplayDescription {
+  DisplayID identifier = 0;
+  std::string name;
+  bool isBuiltIn = false;
+  std::uint32_t vendor = 0;
+  std::uint32_t model = 0;
+  std::uint32_t serial = 0;
+  Rect frame;
+  std::string port;
+  ScreenPresence screen = ScreenPresence::numbered;
+  RegistryDescription registry;
+  /// Absent: nothing answers on the bus.
+  std::optional<FirmwareDescription> firmware;
+  /// Absent: no gamma table.
+  std::optional<GammaDescription> gamma;
+  /// 1 or more, in units of SDR white.
+  double headroom = 1.0;
+  /// Absent: the display services don't know the display.
+  std::optional<DisplayServicesDescription> displayServices;
+};
+
+/// One remapping of a key by the HID layer: usage page in the upper, usage in the lower 32 bits.
+struct HIDMappingEntry {
+  std::uint64_t source = 0;
+  std::uint64_t destination = 0;
+
+  bool operator==(const HIDMappingEntry&) const = default;
+};
+
+using HIDMapping = std::vector<HIDMappingEntry>;
+
+enum class HIDUtilPresence {
+  present,
+  missing,
+  /// Ends with a status other than 0, whatever it is asked.
+  refusing,
+};
+
+struct RunningApplication {
+  std::string bundleIdentifier;
+  ProcessID processID = 0;
+};
+
+/// Where an entry point is found.
+enum class SymbolPlace { library, global, everywhere, nowhere };
+
+struct LibraryDescription {
+  bool canBeOpened = true;
+  /// Left out: in the library.
+  std::map<std::string, SymbolPlace, std::less<>> symbols;
+};
+
+struct DefaultsDescription {
+  PropertyValue::Dictionary values;
+  SectionFingerprint fingerprint = 0;
+};
+
+enum class Appearance { light, dark };
+
+enum class KeyboardLayout { us, german, french, none };
+
+struct LaunchAgentDescription {
+  bool isInstalled = false;
+  bool isEnabled = true;
+};
+
+/// For each call that fails: at which of its occurrences, counted from 1.
+using FaultPlan = std::map<std::string, std::set<std::int64_t>, std::less<>>;
+
+struct DeskDescription {
+  /// In the window system's order; the first has the menu bar.
+  std::vector<DisplayDescription> displays;
+  /// Left out: the middle of the first display.
+  Point pointer;
+  SectionFingerprint pointerFingerprint = 0;
+  HIDMapping hidMapping;
+  SectionFingerprint hidMappingFingerprint = 0;
+  HIDUtilPresence hidUtil = HIDUtilPresence::present;
+  bool isAccessibilityGranted = true;
+  /// Absent: the program is a bare executable.
+  std::optional<std::string> bundleIdentifier = "com.quorrel.brivane";
+  std::vector<RunningApplication> applications;
+  DefaultsDescription brivaneDefaults;
+  /// Absent: the earlier application was never used here.
+  std::optional<DefaultsDescription> tallowinDefaults;
+  std::string language = "en";
+  Appearance appearance = Appearance::light;
+  KeyboardLayout keyboardLayout = KeyboardLayout::us;
+  LaunchAgentDescription launchAgent;
+  LibraryDescription ioKit;
+  LibraryDescription displayServicesLibrary;
+  FaultPlan faults;
+
+  /// Null for unknown identifiers.
+  const DisplayDescription* display(DisplayID identifier) const;
+};
+
+}  // namespace brivane

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Machines/Desk/DeskDescription.h"
+#include "Machines/Desk/JsonSection.h"
+
+namespace brivane {
+
+/// Reads a desk file's "displays".
+void readDisplays(const JsonItem& item, std::vector<DisplayDescription>& displays);
+
+/// Reads the object {"x": ..., "y": ...}; both are required.
+void readPoint(const JsonItem& item, Point& point);
+
+}  // namespace brivane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "BrivaneCore/Seams/DisplaySystem.h"
+#include "Machines/Desk/DeskHardware.h"
+#include "Machines/Desk/Faults.h"
+
+namespace brivane {
+
+/// The desk's displays and screens, in the desk file's order.
+class DeskDisplays : public DisplaySystem {
+ public:
+  DeskDisplays(DeskHardware& deskHardware, Faults& machineFaults)
+      : hardware(deskHardware), desk(deskHardware.description()), faults(machineFaults) {}
+
+  std::optional<std::uint32_t> onlineDisplayCount() override;
+  std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
+  bool isBuiltIn(DisplayID display) override;
+  std::uint32_t vendorNumber(DisplayID display) override;
+  std::uint32_t modelNumber(DisplayID display) override;
+  std::uint32_t serialNumber(DisplayID display) override;
+  std::vector<Screen> screens() override;
+  /// When made to fail, a point that no screen reaches.
+  Point pointerPosition() override;
+
+ private:
+  std::uint32_t number(std::string_view call, DisplayID display,
+                       std::uint32_t DisplayDescription::*which);
+
+  DeskHardware& hardware;
+  const DeskDescription& desk;
+  Faults& faults;
+};
+
+}  // namespace brivane

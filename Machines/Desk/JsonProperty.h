@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+
+#include "BrivaneCore/Support/PropertyValue.h"
+#include "Machines/Desk/JsonValue.h"
+
+namespace brivane {
+
+/// The value as a property list holds it, kind for kind. Nothing when it holds null or a number
+/// beyond 63 bits anywhere: neither has a place in a property list.
+std::optional<PropertyValue> propertyFromJsonValue(const JsonValue& value);
+
+}  // namespace brivane

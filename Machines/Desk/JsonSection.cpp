@@ -1,0 +1,35 @@
+#include "Machines/Desk/JsonSection.h"
+
+#include <algorithm>
+
+#include "Machines/Desk/NearMiss.h"
+
+namespace brivane {
+
+std::optional<JsonItem> JsonSection::find(std::string_view key) {
+  known.push_back(key);
+  const auto member = std::ranges::find(members, key, &JsonValue::Object::value_type::first);
+  if (error || member == members.end()) return std::nullopt;
+  return JsonItem(member->second, childPath(path, key), error);
+}
+
+std::vector<std::pair<std::string, JsonItem>> JsonSection::all() const {
+  std::vector<std::pair<std::string, JsonItem>> items;
+  for (const auto& [key, value] : members) {
+    items.emplace_back(key, JsonItem(value, childPath(path, key), error));
+  }
+  return items;
+}
+
+void JsonSection::complain(const std::string& what) const {
+  note(error, path, what);
+}
+
+void JsonSection::finish() const {
+  for (const auto& member : members) {
+    if (std::ranges::find(known, member.first) != known.end()) continue;
+    complain("unknown key " + jsonExcerpt({member.first}) + suggestion(member.first, known));
+  }
+}
+
+}  // namespace brivane

@@ -1,0 +1,17 @@
+#include "Machines/Desk/Log.h"
+
+#include <iostream>
+#include <string>
+
+namespace brivane {
+
+void StandardErrorLog::write(std::string_view line) {
+  // In one piece, so that lines of several threads don't mix.
+  std::cerr << std::string(line) + "\n";
+}
+
+void DeskLog::write(std::string_view line) {
+  if (!faults.strikes("SystemLog.write")) target.write(line);
+}
+
+}  // namespace brivane

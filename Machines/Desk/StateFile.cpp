@@ -1,0 +1,98 @@
+#include "Machines/Desk/StateFile.h"
+
+#include "Machines/Desk/JsonParser.h"
+
+// Every access reads the file again: another process may have pressed the monitor's buttons.
+
+namespace brivane {
+namespace {
+
+constexpr std::size_t maximumBytes = 4 << 20;
+
+std::string hexadecimal(std::uint64_t number) {
+  std::string text;
+  for (int shift = 60; shift >= 0; shift -= 4) {
+    text += "0123456789abcdef"[(number >> static_cast<unsigned>(shift)) & 0xFU];
+  }
+  return text;
+}
+
+}  // namespace
+
+StateFile::StateFile(StateFolder& stateFolder, const std::string& name,
+                     std::uint64_t sectionFingerprint)
+    : folder(stateFolder),
+      file(folder.path / (name + ".json")),
+      startedFrom(hexadecimal(sectionFingerprint)) {}
+
+void StateFile::access(const Access& access) {
+  const auto lock = folder.lock();
+  auto problem = load(access, lock.has_value());
+  const auto state = access.change(memoryStands);
+  if (!state) return;
+  if (!lock) {
+    problem = FileProblem{"its lock can't be had: it is read-only, or another process hangs"};
+  }
+  if (!problem) problem = save(*state);
+  memoryStands = problem.has_value();
+  if (problem) {
+    folder.report("Brivane: the desk's state can't be saved in " + folder.path.string() + " (" +
+                  problem->reason + "); it stays in memory until Brivane ends");
+  } else {
+    folder.clearReport();
+  }
+}
+
+/// What keeps the file from being replaced.
+std::optional<FileProblem> StateFile::load(const Access& access, bool isLocked) {
+  const auto content = readWholeFile(file, maximumBytes);
+  if (const auto* problem = std::get_if<FileProblem>(&content)) {
+    access.startAfresh();
+    return problem->isAbsent ? std::nullopt : discardUnreadable(problem->reason, isLocked);
+  }
+  const auto complaint = parseFile(std::get<std::string>(content), access);
+  if (!complaint) return std::nullopt;
+  access.startAfresh();
+  return discardUnreadable(*complaint, isLocked);
+}
+
+std::optional<std::string> StateFile::parseFile(const std::string& text,
+                                                const Access& access) const {
+  const auto parsed = parseJson(text);
+  if (const auto* complaint = std::get_if<std::string>(&parsed)) return *complaint;
+  JsonError error;
+  auto section = JsonItem(std::get<JsonValue>(parsed), "", error).section();
+  std::string origin;
+  section.read("startedFrom", origin);
+  const auto state = section.find("state");
+  section.finish();
+  if (!error && !state) section.complain("the key \"state\" is missing");
+  if (!error && origin != startedFrom) {
+    access.startAfresh();
+  } else if (!error) {
+    access.parse(*state);
+  }
+  return error;
+}
+
+std::optional<FileProblem> StateFile::discardUnreadable(const std::string& reason, bool isLocked) {
+  const std::string complaint =
+      "Brivane: the desk's state in " + file.string() + " can't be read (" + reason + "); ";
+  // Without the lock another process might be about to do the same.
+  if (!isLocked) return FileProblem{reason};
+  const auto aside = setAside(file);
+  if (const auto* problem = std::get_if<FileProblem>(&aside)) {
+    folder.report(complaint + "starting afresh, without touching it");
+    return *problem;
+  }
+  folder.report(complaint + "it was set aside as " +
+                std::get<std::filesystem::path>(aside).filename().string());
+  return std::nullopt;
+}
+
+std::optional<FileProblem> StateFile::save(const JsonValue& state) const {
+  const JsonValue whole = {JsonValue::Object{{"startedFrom", {startedFrom}}, {"state", state}}};
+  return writeWholeFile(file, jsonText(whole) + "\n");
+}
+
+}  // namespace brivane

@@ -1,0 +1,25 @@
+#include "Machines/Desk/StateFolder.h"
+
+// The lock is one for the whole folder and held for one access only: a hung or killed process can
+// neither keep others out for long nor leave half a file behind.
+
+namespace brivane {
+namespace {
+
+constexpr Microseconds lockPatience = std::chrono::seconds(2);
+
+}  // namespace
+
+std::optional<FileLock> StateFolder::lock() {
+  auto held =
+      FileLock::acquire(path / "lock", runtime, lockIsStuck ? Microseconds(0) : lockPatience);
+  lockIsStuck = !held;
+  return held;
+}
+
+void StateFolder::report(const std::string& line) {
+  if (line != lastReport) log.write(line);
+  lastReport = line;
+}
+
+}  // namespace brivane

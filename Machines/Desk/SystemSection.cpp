@@ -1,0 +1,154 @@
+#include "Machines/Desk/SystemSection.h"
+
+#include <limits>
+
+#include "Machines/Desk/Faults.h"
+
+namespace brivane {
+namespace {
+
+constexpr std::size_t mostEntries = 1000;
+constexpr std::int64_t highestOccurrence = 1'000'000'000;
+
+template <typename Choice>
+using Choices = std::vector<std::pair<std::string_view, Choice>>;
+
+void readApplications(const JsonItem& item, std::vector<RunningApplication>& applications) {
+  for (const auto& element : item.elements(0, mostEntries)) {
+    auto section = element.section();
+    auto& application = applications.emplace_back();
+    section.require("bundleIdentifier", application.bundleIdentifier);
+    application.processID = static_cast<ProcessID>(1000 + applications.size());
+    section.read("processID", application.processID, 1, std::numeric_limits<ProcessID>::max());
+    section.finish();
+  }
+}
+
+void readDomain(const JsonItem& item, DefaultsDescription& domain) {
+  auto section = item.section();
+  for (const auto& [key, member] : section.all()) member.to(domain.values[key]);
+  domain.fingerprint = item.fingerprint();
+}
+
+void readDefaults(const JsonItem& item, DeskDescription& desk) {
+  auto section = item.section();
+  if (const auto own = section.find("com.quorrel.brivane")) readDomain(*own, desk.brivaneDefaults);
+  if (const auto earlier = section.find("com.quorrel.tallowin")) {
+    readDomain(*earlier, desk.tallowinDefaults.emplace());
+  }
+  section.finish();
+}
+
+void readGrants(const JsonItem& item, DeskDescription& desk) {
+  auto section = item.section();
+  section.read("accessibility", desk.isAccessibilityGranted);
+  section.finish();
+}
+
+void readKeyboard(const JsonItem& item, DeskDescription& desk) {
+  auto section = item.section();
+  section.read("layout", desk.keyboardLayout,
+               Choices<KeyboardLayout>{{"us", KeyboardLayout::us},
+                                       {"german", KeyboardLayout::german},
+                                       {"french", KeyboardLayout::french},
+                                       {"none", KeyboardLayout::none}});
+  section.finish();
+}
+
+void readLaunchAgent(const JsonItem& item, DeskDescription& desk) {
+  auto section = item.section();
+  section.read("installed", desk.launchAgent.isInstalled);
+  section.read("enabled", desk.launchAgent.isEnabled);
+  section.finish();
+}
+
+void readLibrary(const JsonItem& item, LibraryDescription& library,
+                 const std::vector<std::string_view>& names) {
+  auto section = item.section();
+  section.read("opens", library.canBeOpened);
+  if (const auto symbols = section.find("symbols")) {
+    auto places = symbols->section();
+    for (const auto name : names) {
+      auto& place = library.symbols.emplace(name, SymbolPlace::library).first->second;
+      places.read(name, place,
+                  Choices<SymbolPlace>{{"library", SymbolPlace::library},
+                                       {"global", SymbolPlace::global},
+                                       {"everywhere", SymbolPlace::everywhere},
+                                       {"nowhere", SymbolPlace::nowhere}});
+    }
+    places.finish();
+  }
+  section.finish();
+}
+
+void readLibraries(const JsonItem& item, DeskDescription& desk) {
+  auto section = item.section();
+  if (const auto ioKit = section.find("IOKit")) {
+    readLibrary(*ioKit, desk.ioKit,
+                {"IOAVServiceCreateWithService", "IOAVServiceWriteI2C", "IOAVServiceReadI2C"});
+  }
+  if (const auto services = section.find("DisplayServices")) {
+    readLibrary(*services, desk.displayServicesLibrary,
+                {"DisplayServicesGetBrightness", "DisplayServicesSetBrightness",
+                 "DisplayServicesCanChangeBrightness"});
+  }
+  section.finish();
+}
+
+void readFaults(const JsonItem& item, FaultPlan& plan) {
+  auto section = item.section();
+  for (const auto call : Faults::calls()) {
+    const auto occurrences = section.find(call);
+    if (!occurrences) continue;
+    for (const auto& element : occurrences->elements(0, mostEntries)) {
+      std::int64_t occurrence = 0;
+      element.to(occurrence, 1, highestOccurrence);
+      plan[std::string(call)].insert(occurrence);
+    }
+  }
+  section.finish();
+}
+
+void readBundleIdentifier(const JsonItem& item, std::optional<std::string>& identifier) {
+  identifier.reset();
+  if (!item.isNull()) item.to(identifier.emplace());
+}
+
+}  // namespace
+
+void readHIDMapping(const JsonItem& item, HIDMapping& mapping) {
+  mapping.clear();
+  for (const auto& element : item.elements(0, mostEntries)) {
+    auto section = element.section();
+    auto& entry = mapping.emplace_back();
+    section.require("source", entry.source);
+    section.require("destination", entry.destination);
+    section.finish();
+  }
+}
+
+void readSystem(JsonSection& section, DeskDescription& desk) {
+  if (const auto mapping = section.find("hidMapping")) {
+    readHIDMapping(*mapping, desk.hidMapping);
+    desk.hidMappingFingerprint = mapping->fingerprint();
+  }
+  section.read("hidutil", desk.hidUtil,
+               Choices<HIDUtilPresence>{{"present", HIDUtilPresence::present},
+                                        {"missing", HIDUtilPresence::missing},
+                                        {"refusing", HIDUtilPresence::refusing}});
+  if (const auto grants = section.find("grants")) readGrants(*grants, desk);
+  if (const auto identifier = section.find("bundleIdentifier")) {
+    readBundleIdentifier(*identifier, desk.bundleIdentifier);
+  }
+  if (const auto list = section.find("applications")) readApplications(*list, desk.applications);
+  if (const auto defaults = section.find("defaults")) readDefaults(*defaults, desk);
+  section.read("language", desk.language);
+  section.read("appearance", desk.appearance,
+               Choices<Appearance>{{"light", Appearance::light}, {"dark", Appearance::dark}});
+  if (const auto keyboard = section.find("keyboard")) readKeyboard(*keyboard, desk);
+  if (const auto agent = section.find("launchAgent")) readLaunchAgent(*agent, desk);
+  if (const auto libraries = section.find("libraries")) readLibraries(*libraries, desk);
+  if (const auto faults = section.find("faults")) readFaults(*faults, desk.faults);
+}
+
+}  // namespace brivane

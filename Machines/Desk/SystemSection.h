@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Machines/Desk/DeskDescription.h"
+#include "Machines/Desk/JsonSection.h"
+
+namespace brivane {
+
+/// Reads what a desk file says beside its displays.
+void readSystem(JsonSection& section, DeskDescription& desk);
+
+/// Reads a list of HID mapping entries, as desk files and state files hold it.
+void readHIDMapping(const JsonItem& item, HIDMapping& mapping);
+
+}  // namespace brivane

@@ -1,0 +1,243 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+
+#include "Machines/Desk/Faults.h"
+#include "Tests/Support/TestDesk.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+
+/// Makes the call once on a machine; whether it failed as its contract says a call fails.
+using Call = std::function<bool(DeskMachine&)>;
+
+constexpr auto ioKit = "/System/Library/Frameworks/IOKit.framework/IOKit";
+constexpr auto displayServices =
+    "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
+const PropertyValue seven = {std::int64_t{7}};
+
+std::shared_ptr<const RegistryEntry> entryOfClass(DeskMachine& machine, std::string_view wanted) {
+  const auto walk = machine.ioRegistry().allServices();
+  while (auto entry = walk->next()) {
+    if (entry->className() == wanted) return entry;
+  }
+  ADD_FAILURE() << "no entry of class " << wanted;
+  return nullptr;
+}
+
+/// The entry that the counted calls are made on; found without making any of them.
+std::shared_ptr<const RegistryEntry> second(DeskMachine& machine) {
+  const auto walk = machine.ioRegistry().allServices();
+  walk->next();
+  return walk->next();
+}
+
+template <typename Function>
+Function function(DeskMachine& machine, const char* library, const char* name) {
+  return std::get<Function>(
+      machine.symbols().find(machine.symbols().open(library, lazyBinding), name));
+}
+
+std::shared_ptr<AVService> service(DeskMachine& machine) {
+  return function<CreateAVServiceFunction>(
+      machine, ioKit, "IOAVServiceCreateWithService")(*entryOfClass(machine, "DCPAVServiceProxy"));
+}
+
+bool createFails(DeskMachine& machine) {
+  return service(machine) == nullptr;
+}
+
+bool writeI2CFails(DeskMachine& machine) {
+  const std::array<std::uint8_t, 4> get = {0x82, 0x01, 0x10, 0xFD};
+  return function<WriteI2CFunction>(machine, ioKit, "IOAVServiceWriteI2C")(*service(machine), 0x37,
+                                                                           0x51, get) != 0;
+}
+
+bool readI2CFails(DeskMachine& machine) {
+  std::array<std::uint8_t, 12> bytes{};
+  return function<ReadI2CFunction>(machine, ioKit, "IOAVServiceReadI2C")(*service(machine), 0x37,
+                                                                         0x51, bytes) != 0;
+}
+
+bool getBrightnessFails(DeskMachine& machine) {
+  float level = -1;
+  const auto status = function<GetBrightnessFunction>(machine, displayServices,
+                                                      "DisplayServicesGetBrightness")(1, level);
+  EXPECT_EQ(status == 0, level >= 0) << "a failing call writes nothing";
+  return status != 0;
+}
+
+bool setBrightnessFails(DeskMachine& machine) {
+  return function<SetBrightnessFunction>(machine, displayServices, "DisplayServicesSetBrightness")(
+             1, 0.5F) != 0;
+}
+
+bool canChangeBrightnessFails(DeskMachine& machine) {
+  return !function<CanChangeBrightnessFunction>(machine, displayServices,
+                                                "DisplayServicesCanChangeBrightness")(1);
+}
+
+bool readTableFails(DeskMachine& machine) {
+  std::array<float, 2> samples{};
+  std::uint32_t returned = 0;
+  return machine.gammaTables().readTable(1, samples, samples, samples, returned) != 0;
+}
+
+bool writeTableFails(DeskMachine& machine) {
+  const std::array<float, 2> samples = {0, 1};
+  return machine.gammaTables().writeTable(1, samples, samples, samples) != 0;
+}
+
+bool restoreFails(DeskMachine& machine) {
+  const std::array<float, 2> dark = {0, 0.5F};
+  machine.gammaTables().writeTable(1, dark, dark, dark);
+  machine.gammaTables().restoreCalibratedTables();
+  return machine.hardware().gammaTable(1)->front().back() == 0.5F;
+}
+
+bool runFails(DeskMachine& machine) {
+  return std::holds_alternative<ProcessNotStarted>(
+      machine.processes().run("/usr/bin/hidutil", {"property", "--get", "UserKeyMapping"}));
+}
+
+bool findFails(DeskMachine& machine) {
+  return std::holds_alternative<std::monostate>(
+      machine.symbols().find(machine.symbols().open(ioKit, lazyBinding), "IOAVServiceReadI2C"));
+}
+
+/// Whether a change of a setting stayed in this program, as another one sees it.
+bool staysInProgram(DeskMachine& machine, const std::optional<PropertyValue>& value) {
+  EXPECT_EQ(machine.defaults().object("key"), value) << "it is in force here in any case";
+  return machine.hardware().openDomain("com.quorrel.brivane")->object("key") != value;
+}
+
+bool setFails(DeskMachine& machine) {
+  machine.hardware().openDomain("com.quorrel.brivane")->remove("key");
+  machine.defaults().set("key", seven);
+  return staysInProgram(machine, seven);
+}
+
+bool removeFails(DeskMachine& machine) {
+  machine.hardware().openDomain("com.quorrel.brivane")->set("key", seven);
+  machine.defaults().remove("key");
+  return staysInProgram(machine, std::nullopt);
+}
+
+const std::map<std::string_view, Call>& calls() {
+  static const std::map<std::string_view, Call> all = {
+      {"AVService.create", createFails},
+      {"AVService.readI2C", readI2CFails},
+      {"AVService.writeI2C", writeI2CFails},
+      {"AccessibilityAccess.isTrusted", [](auto& m) { return !m.accessibility().isTrusted(); }},
+      {"Applications.bundleIdentifier",
+       [](auto& m) { return !m.applications().bundleIdentifier(); }},
+      {"Applications.runningApplications",
+       [](auto& m) { return m.applications().runningApplications("org.example.other").empty(); }},
+      {"DisplayServices.canChangeBrightness", canChangeBrightnessFails},
+      {"DisplayServices.getBrightness", getBrightnessFails},
+      {"DisplayServices.setBrightness", setBrightnessFails},
+      {"DisplaySystem.isBuiltIn", [](auto& m) { return !m.displays().isBuiltIn(1); }},
+      {"DisplaySystem.modelNumber", [](auto& m) { return m.displays().modelNumber(1) == 0; }},
+      {"DisplaySystem.onlineDisplayCount",
+       [](auto& m) { return !m.displays().onlineDisplayCount(); }},
+      {"DisplaySystem.onlineDisplayList",
+       [](auto& m) { return !m.displays().onlineDisplayList(9); }},
+      {"DisplaySystem.pointerPosition",
+       [](auto& m) { return m.displays().pointerPosition().x < -1e6; }},
+      {"DisplaySystem.screens", [](auto& m) { return m.displays().screens().empty(); }},
+      {"DisplaySystem.serialNumber", [](auto& m) { return m.displays().serialNumber(1) == 0; }},
+      {"DisplaySystem.vendorNumber", [](auto& m) { return m.displays().vendorNumber(1) == 0; }},
+      {"GammaTables.capacity", [](auto& m) { return m.gammaTables().capacity(1) == 0; }},
+      {"GammaTables.readTable", readTableFails},
+      {"GammaTables.restoreCalibratedTables", restoreFails},
+      {"GammaTables.writeTable", writeTableFails},
+      {"IORegistry.allServices", [](auto& m) { return m.ioRegistry().allServices() == nullptr; }},
+      {"ProcessRunner.run", runFails},
+      {"RegistryEntry.className", [](auto& m) { return !second(m)->className(); }},
+      {"RegistryEntry.name", [](auto& m) { return !second(m)->name(); }},
+      {"RegistryEntry.parent", [](auto& m) { return second(m)->parent() == nullptr; }},
+      {"RegistryEntry.property",
+       [](auto& m) { return !entryOfClass(m, "DCPAVServiceProxy")->property("Location"); }},
+      {"RegistryIterator.next",
+       [](auto& m) { return m.ioRegistry().allServices()->next() == nullptr; }},
+      {"SymbolLoader.find", findFails},
+      {"SymbolLoader.open", [](auto& m) { return m.symbols().open(ioKit, lazyBinding) == 0; }},
+      {"UserDefaults.object", [](auto& m) { return !m.defaults().object("stored"); }},
+      {"UserDefaults.remove", removeFails},
+      {"UserDefaults.set", setFails},
+  };
+  return all;
+}
+
+std::string deskWith(const std::string& faults) {
+  return R"({"displays": [{"identifier": 1, "builtIn": true, "serial": 5, "firmware": {}}],
+             "applications": [{"bundleIdentifier": "org.example.other"}],
+             "defaults": {"com.quorrel.brivane": {"stored": 1}}, "faults": {)" +
+         faults + "}}";
+}
+
+class FaultsOfEachCall : public testing::TestWithParam<std::string_view> {};
+
+TEST_P(FaultsOfEachCall, StrikeAtTheSecondAndFourthCallAndAtNoOther) {
+  const auto found = calls().find(GetParam());
+  ASSERT_NE(found, calls().end()) << "this call has no test";
+  TestDesk desk(deskWith("\"" + std::string(GetParam()) + "\": [2, 4]"));
+  std::vector<bool> failed;
+  for (int occurrence = 1; occurrence <= 5; ++occurrence) {
+    failed.push_back(found->second(*desk.machine));
+  }
+  EXPECT_THAT(failed, ElementsAre(false, true, false, true, false));
+}
+
+INSTANTIATE_TEST_SUITE_P(MachineSeam, FaultsOfEachCall, testing::ValuesIn([] {
+                           auto names = Faults::calls();
+                           std::erase(names, "SystemLog.write");
+                           return names;
+                         }()),
+                         [](const auto& parameter) {
+                           std::string name(parameter.param);
+                           std::erase(name, '.');
+                           return name;
+                         });
+
+TEST(Faults, LoseALineOfTheLog) {
+  TestDesk desk(deskWith(R"("SystemLog.write": [2])"));
+  for (const auto* line : {"one", "two", "three"}) desk.machine->log().write(line);
+  EXPECT_THAT(*desk.lines, ElementsAre("one", "three"));
+}
+
+TEST(Faults, OfASettingAreSaidInTheLogAndEndWithTheNextChange) {
+  TestDesk desk(deskWith(R"("UserDefaults.set": [1])"));
+  desk.machine->defaults().set("key", seven);
+  EXPECT_THAT(*desk.lines, ElementsAre("Brivane: the setting key could not be saved; it stays in "
+                                       "force until Brivane ends"));
+  const auto other = desk.makeMachine();
+  EXPECT_EQ(other->defaults().object("key"), std::nullopt);
+  desk.machine->defaults().set("key", {true});
+  EXPECT_EQ(other->defaults().object("key"), PropertyValue{true});
+  EXPECT_EQ(desk.machine->defaults().object("key"), PropertyValue{true});
+}
+
+TEST(Faults, AreCountedForEachProgram) {
+  TestDesk desk(deskWith(R"("DisplaySystem.screens": [1])"));
+  const auto other = desk.makeMachine();
+  EXPECT_TRUE(desk.machine->displays().screens().empty());
+  EXPECT_TRUE(other->displays().screens().empty());
+  EXPECT_FALSE(other->displays().screens().empty());
+}
+
+TEST(Faults, DoNotReachTheHardware) {
+  TestDesk desk(deskWith(R"("AVService.writeI2C": [1], "DisplayServices.setBrightness": [1])"));
+  const auto before = desk.hardware->monitor(1);
+  EXPECT_TRUE(writeI2CFails(*desk.machine));
+  EXPECT_EQ(desk.hardware->monitor(1), before);
+  EXPECT_FALSE(writeI2CFails(*desk.machine));
+  EXPECT_NE(desk.hardware->monitor(1), before);
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,148 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Machines/Desk/OpenDesk.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+
+const PropertyValue forty = {std::int64_t{40}};
+
+class OpenDeskTest : public testing::Test {
+ protected:
+  std::filesystem::path write(const std::string& text) const {
+    return folder.write("desk.json", text);
+  }
+
+  std::unique_ptr<DeskMachine> open(const std::string& text) const {
+    auto opened = openDesk(write(text));
+    if (const auto* error = std::get_if<std::string>(&opened)) {
+      ADD_FAILURE() << *error;
+      return nullptr;
+    }
+    return std::get<std::unique_ptr<DeskMachine>>(std::move(opened));
+  }
+
+  TemporaryFolder folder;
+  const std::filesystem::path state = folder / "desk.json.state";
+};
+
+TEST_F(OpenDeskTest, SaysWhatIsWrongWithTheFileInOneLineAndMakesNothing) {
+  const auto file = write(R"({"displays": [{"identifier": 0}]})");
+  const auto opened = openDesk(file);
+  EXPECT_THAT(std::get<std::string>(opened),
+              StartsWith(file.string() + ": /displays/0/identifier: expected a whole number"));
+  EXPECT_THAT(folder.names(), ElementsAre("desk.json"));
+}
+
+TEST_F(OpenDeskTest, TakesNothingFromTheStateFolderUntilItIsUsed) {
+  open(R"({"displays": [{"identifier": 1}]})");
+  EXPECT_THAT(folder.names(), ElementsAre("desk.json"));
+}
+
+TEST_F(OpenDeskTest, KeepsSettingsForTheNextProcess) {
+  const std::string text = R"({"defaults": {"com.quorrel.brivane": {"brightness.1.2.3": 30}}})";
+  {
+    const auto machine = open(text);
+    EXPECT_EQ(machine->defaults().object("brightness.1.2.3"), PropertyValue{std::int64_t{30}});
+    machine->defaults().set("brightness.1.2.3", forty);
+    machine->defaults().set("other", {true});
+  }
+  const auto machine = open(text);
+  EXPECT_EQ(machine->defaults().object("brightness.1.2.3"), forty);
+  EXPECT_EQ(machine->defaults().object("other"), PropertyValue{true});
+}
+
+TEST_F(OpenDeskTest, StartsSettingsAfreshWhenTheirSectionWasEdited) {
+  open(R"({"defaults": {"com.quorrel.brivane": {"a": 1}}})")->defaults().set("other", {true});
+  const auto machine = open(R"({"defaults": {"com.quorrel.brivane": {"b": 2}}})");
+  EXPECT_EQ(machine->defaults().object("a"), std::nullopt);
+  EXPECT_EQ(machine->defaults().object("other"), std::nullopt);
+  EXPECT_EQ(machine->defaults().object("b"), PropertyValue{std::int64_t{2}});
+}
+
+TEST_F(OpenDeskTest, KeepsASettingThatAProcessRemoved) {
+  const std::string text = R"({"defaults": {"com.quorrel.brivane": {"a": 1}}})";
+  open(text)->defaults().remove("a");
+  EXPECT_EQ(open(text)->defaults().object("a"), std::nullopt);
+}
+
+TEST_F(OpenDeskTest, TwoProcessesThatStartTogetherGiveTheSettingsOnceAndLoseNoChange) {
+  const std::string text = R"({"defaults": {"com.quorrel.brivane": {"a": 1, "b": 2, "c": 3}}})";
+  const auto file = write(text);
+  for (int round = 0; round < 20; ++round) {
+    std::filesystem::remove_all(state);
+    const auto change = [&](const char* key) {
+      auto opened = openDesk(file);
+      std::get<std::unique_ptr<DeskMachine>>(opened)->defaults().set(key, forty);
+    };
+    const pid_t child = fork();
+    if (child == 0) {
+      change("a");
+      _exit(0);
+    }
+    change("b");
+    int status = -1;
+    waitpid(child, &status, 0);
+    ASSERT_EQ(status, 0);
+    const auto machine = open(text);
+    ASSERT_EQ(machine->defaults().object("a"), forty);
+    ASSERT_EQ(machine->defaults().object("b"), forty);
+    ASSERT_EQ(machine->defaults().object("c"), PropertyValue{std::int64_t{3}});
+  }
+}
+
+TEST_F(OpenDeskTest, SetsUnreadableSettingsAside) {
+  const std::string text = R"({"defaults": {"com.quorrel.brivane": {"a": 1}}})";
+  std::filesystem::create_directory(state);
+  std::ofstream(state / "com.quorrel.brivane.json") << "broken";
+  testing::internal::CaptureStderr();
+  {
+    const auto machine = open(text);
+    EXPECT_EQ(machine->defaults().object("a"), PropertyValue{std::int64_t{1}});
+  }
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("set aside"));
+  int kept = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(state)) {
+    const bool isAside = entry.path().filename().string().find("unreadable") != std::string::npos;
+    if (isAside && TemporaryFolder::read(entry.path()) == "broken") ++kept;
+  }
+  EXPECT_EQ(kept, 1);
+}
+
+TEST_F(OpenDeskTest, WritesItsLogToStandardErrorLineByLine) {
+  const auto machine = open("{}");
+  testing::internal::CaptureStderr();
+  machine->log().write("Brivane: one");
+  machine->log().write("Brivane: two");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Brivane: one\nBrivane: two\n");
+}
+
+TEST_F(OpenDeskTest, ReadsAMonitorThatAnotherProcessAsked) {
+  const std::string text = R"({"displays": [{"identifier": 1, "firmware":
+                              {"level": 20, "replyMilliseconds": 60000}}]})";
+  const std::array<std::uint8_t, 4> get = {0x82, 0x01, 0x10, 0xFD};
+  std::array<std::uint8_t, 12> reply{};
+  {
+    const auto machine = open(text);
+    machine->hardware().writeI2C(1, 0x37, 0x51, get, machine->runtime().now());
+  }
+  const auto machine = open(text);
+  const auto now = machine->runtime().now();
+  machine->hardware().readI2C(1, 0x37, 0x51, reply, now);
+  EXPECT_EQ(reply[1], 0x80) << "not ready: the clock is the same in both";
+  machine->hardware().readI2C(1, 0x37, 0x51, reply, now + std::chrono::seconds(60));
+  EXPECT_EQ(reply[9], 20);
+}
+
+}  // namespace
+}  // namespace brivane

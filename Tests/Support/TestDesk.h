@@ -1,0 +1,65 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Desk/DeskFile.h"
+#include "Machines/Desk/Machine.h"
+#include "Machines/Desk/VirtualRuntime.h"
+
+namespace brivane {
+
+/// Keeps the lines of a log that its machine owns.
+class LineLog : public SystemLog {
+ public:
+  using Lines = std::shared_ptr<std::vector<std::string>>;
+  explicit LineLog(Lines itsLines) : lines(std::move(itsLines)) {}
+  void write(std::string_view line) override { lines->emplace_back(line); }
+
+ private:
+  Lines lines;
+};
+
+inline DeskDescription deskFrom(const std::string& text) {
+  auto parsed = parseDesk(text, "desk.json");
+  if (const auto* error = std::get_if<std::string>(&parsed)) {
+    ADD_FAILURE() << *error;
+    return {};
+  }
+  return std::get<DeskDescription>(std::move(parsed));
+}
+
+/// A desk in memory and virtual time, with one machine on it.
+class TestDesk {
+ public:
+  explicit TestDesk(const std::string& text)
+      : hardware(std::make_shared<DeskHardware>(deskFrom(text))), machine(makeMachine()) {}
+
+  /// Another program on the same hardware.
+  std::unique_ptr<DeskMachine> makeMachine() {
+    return std::make_unique<DeskMachine>(std::make_unique<VirtualRuntime>(),
+                                         std::make_unique<LineLog>(lines), hardware);
+  }
+
+  const LineLog::Lines lines = std::make_shared<std::vector<std::string>>();
+  const std::shared_ptr<DeskHardware> hardware;
+  const std::unique_ptr<DeskMachine> machine;
+};
+
+/// A desk whose state lives in a folder, with real time; each one is what one process has.
+class FolderDesk {
+ public:
+  FolderDesk(const std::string& text, const std::filesystem::path& folder)
+      : hardware(deskFrom(text), std::make_unique<StateFolder>(folder, runtime, log)) {}
+
+  const LineLog::Lines lines = std::make_shared<std::vector<std::string>>();
+  LineLog log{lines};
+  ThreadRuntime runtime;
+  DeskHardware hardware;
+};
+
+}  // namespace brivane
