@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/Seams/DisplaySystem.h"
+#include "Machines/Linux/EDID.h"
+#include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/XOutputs.h"
+
+namespace brivane {
+
+/// The displays of an X screen: every RandR output with a CRTC. A display's identifier is its
+/// output's, its numbers and name come from the output's EDID, and a display without a usable EDID
+/// has numbers 0 and the name of its connector. Without an X server there is no display. The main
+/// screen is the primary output, or the leftmost when none is primary.
+class LinuxDisplays : public DisplaySystem {
+ public:
+  /// `itsConnection` must outlive this.
+  explicit LinuxDisplays(XConnection& itsConnection) : connection(itsConnection) {}
+
+  std::optional<std::uint32_t> onlineDisplayCount() override;
+  std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
+  bool isBuiltIn(DisplayID display) override;
+  std::uint32_t vendorNumber(DisplayID display) override;
+  std::uint32_t modelNumber(DisplayID display) override;
+  std::uint32_t serialNumber(DisplayID display) override;
+  std::vector<Screen> screens() override;
+  Point pointerPosition() override;
+
+ private:
+  /// Nothing when the server fails.
+  std::optional<std::vector<XOutput>> outputs();
+  EDID edid(DisplayID display);
+
+  XConnection& connection;
+};
+
+}  // namespace brivane

@@ -1,0 +1,122 @@
+// Gamma on X belongs to the CRTC, not to the output: a display that is switched off and on again
+// may come back on another one, so the CRTC is looked up anew for every call. Every write waits for
+// the server's verdict: a program that quits right after restoring must not lose the last requests.
+
+#include "Machines/Linux/Gamma.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "Machines/Linux/HardwareRamp.h"
+#include "Machines/Linux/ICCProfile.h"
+#include "Machines/Linux/OutputProfiles.h"
+#include "Machines/Linux/XOutputs.h"
+
+namespace brivane {
+namespace {
+
+constexpr std::int32_t success = 0;
+constexpr std::int32_t failure = 1;
+constexpr float highestLevel = 65535.0F;
+
+std::uint16_t readGammaSize(const XServer& server,
+                            xcb_randr_get_crtc_gamma_size_cookie_t question) {
+  const XReply<xcb_randr_get_crtc_gamma_size_reply_t> reply(
+      xcb_randr_get_crtc_gamma_size_reply(server.connection, question, nullptr));
+  return reply ? reply->size : std::uint16_t{0};
+}
+
+std::uint16_t gammaSize(const XServer& server, xcb_randr_crtc_t crtc) {
+  return readGammaSize(server, xcb_randr_get_crtc_gamma_size(server.connection, crtc));
+}
+
+using Ramp = std::vector<std::uint16_t>;
+
+xcb_void_cookie_t askToSet(const XServer& server, xcb_randr_crtc_t crtc, const Ramp& red,
+                           const Ramp& green, const Ramp& blue) {
+  return xcb_randr_set_crtc_gamma_checked(server.connection, crtc,
+                                          static_cast<std::uint16_t>(red.size()), red.data(),
+                                          green.data(), blue.data());
+}
+
+bool succeeded(const XServer& server, xcb_void_cookie_t request) {
+  const XReply<xcb_generic_error_t> error(xcb_request_check(server.connection, request));
+  return !error && xcb_connection_has_error(server.connection) == 0;
+}
+
+void copyLevels(std::span<const std::uint16_t> levels, std::span<float> samples) {
+  const std::size_t count = std::min(levels.size(), samples.size());
+  std::ranges::transform(levels.first(count), samples.begin(), [](std::uint16_t level) {
+    return static_cast<float>(level) / highestLevel;
+  });
+}
+
+xcb_void_cookie_t askToCalibrate(const XServer& server, xcb_randr_crtc_t crtc, std::uint16_t size,
+                                 const ProfileBytes& profile) {
+  const auto curves = calibrationCurves(profile, size);
+  if (!curves) {
+    const Ramp linear = linearRamp(size);
+    return askToSet(server, crtc, linear, linear, linear);
+  }
+  const auto& [red, green, blue] = *curves;
+  return askToSet(server, crtc, hardwareRamp(red, size), hardwareRamp(green, size),
+                  hardwareRamp(blue, size));
+}
+
+}  // namespace
+
+std::uint32_t LinuxGammaTables::capacity(DisplayID display) {
+  const auto server = connection.server();
+  if (!server) return 0;
+  const xcb_randr_crtc_t crtc = crtcOf(*server, display);
+  return crtc != XCB_NONE ? gammaSize(*server, crtc) : 0U;
+}
+
+std::int32_t LinuxGammaTables::readTable(DisplayID display, std::span<float> red,
+                                         std::span<float> green, std::span<float> blue,
+                                         std::uint32_t& returned) {
+  const auto server = connection.server();
+  if (!server) return failure;
+  const auto question = xcb_randr_get_crtc_gamma(server->connection, crtcOf(*server, display));
+  const XReply<xcb_randr_get_crtc_gamma_reply_t> table(
+      xcb_randr_get_crtc_gamma_reply(server->connection, question, nullptr));
+  if (!table) return failure;
+  copyLevels({xcb_randr_get_crtc_gamma_red(table.get()), table->size}, red);
+  copyLevels({xcb_randr_get_crtc_gamma_green(table.get()), table->size}, green);
+  copyLevels({xcb_randr_get_crtc_gamma_blue(table.get()), table->size}, blue);
+  returned = table->size;
+  return success;
+}
+
+std::int32_t LinuxGammaTables::writeTable(DisplayID display, std::span<const float> red,
+                                          std::span<const float> green,
+                                          std::span<const float> blue) {
+  const auto server = connection.server();
+  if (!server || red.empty()) return failure;
+  const xcb_randr_crtc_t crtc = crtcOf(*server, display);
+  const std::uint16_t size = gammaSize(*server, crtc);
+  if (size == 0) return failure;
+  const auto request = askToSet(*server, crtc, hardwareRamp(red, size), hardwareRamp(green, size),
+                                hardwareRamp(blue, size));
+  return succeeded(*server, request) ? success : failure;
+}
+
+void LinuxGammaTables::restoreCalibratedTables() {
+  const auto server = connection.server();
+  const auto outputs = server ? activeOutputs(*server) : std::nullopt;
+  if (!outputs) return;
+  std::vector<xcb_randr_get_crtc_gamma_size_cookie_t> sizes;
+  for (const XOutput& output : *outputs) {
+    sizes.push_back(xcb_randr_get_crtc_gamma_size(server->connection, output.crtc));
+  }
+  const auto profiles = readOutputProfiles(*server, *outputs);
+  std::vector<xcb_void_cookie_t> writes;
+  for (std::size_t index = 0; index < outputs->size(); ++index) {
+    const std::uint16_t size = readGammaSize(*server, sizes[index]);
+    if (size < 2) continue;
+    writes.push_back(askToCalibrate(*server, outputs->at(index).crtc, size, profiles[index]));
+  }
+  for (const xcb_void_cookie_t write : writes) succeeded(*server, write);
+}
+
+}  // namespace brivane

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "BrivaneCore/Seams/GammaTables.h"
+#include "Machines/Linux/XConnection.h"
+
+namespace brivane {
+
+/// The gamma ramps of RandR's CRTCs. A display's table is the ramp of the CRTC that feeds it: of
+/// the CRTC's own size (tables of other counts are interpolated to it), with 16-bit levels (what
+/// lies outside 0 to 1 is cut off). It outlives this process. The calibrated table is the one in
+/// the output's colour profile, else the linear one.
+class LinuxGammaTables : public GammaTables {
+ public:
+  /// `itsConnection` must outlive this.
+  explicit LinuxGammaTables(XConnection& itsConnection) : connection(itsConnection) {}
+
+  std::uint32_t capacity(DisplayID display) override;
+  std::int32_t readTable(DisplayID display, std::span<float> red, std::span<float> green,
+                         std::span<float> blue, std::uint32_t& returned) override;
+  std::int32_t writeTable(DisplayID display, std::span<const float> red,
+                          std::span<const float> green, std::span<const float> blue) override;
+  void restoreCalibratedTables() override;
+
+ private:
+  XConnection& connection;
+};
+
+}  // namespace brivane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "BrivaneCore/Support/Geometry.h"
+#include "Machines/Linux/XOutputs.h"
+
+namespace brivane {
+
+// X counts pixels from the top left of its screen downwards; everything else in the program counts
+// from the lower left of the main output upwards. A pixel becomes the point at its top edge: the
+// top edge of a screen counts as inside and the bottom edge as outside, so every pixel lies on the
+// screen that shows it.
+
+inline Point globalPoint(int x, int y, const XOutput& main) {
+  return {.x = static_cast<double>(x - main.x), .y = static_cast<double>(main.y + main.height - y)};
+}
+
+inline Rect globalFrame(const XOutput& output, const XOutput& main) {
+  const Point lowerLeft = globalPoint(output.x, output.y + output.height, main);
+  return {.x = lowerLeft.x,
+          .y = lowerLeft.y,
+          .width = static_cast<double>(output.width),
+          .height = static_cast<double>(output.height)};
+}
+
+}  // namespace brivane

@@ -1,0 +1,217 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Machines/Linux/Displays.h"
+#include "Tests/Support/X11Rig.h"
+
+namespace brivane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr std::size_t left = 0;
+constexpr std::size_t middle = 1;
+constexpr std::size_t right = 2;
+
+class Displays : public ::testing::Test {
+ protected:
+  std::vector<DisplayID> list() { return displays.onlineDisplayList(100).value(); }
+
+  std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (const Screen& screen : displays.screens()) all.push_back(screen.localizedName);
+    return all;
+  }
+
+  std::vector<Rect> frames() {
+    std::vector<Rect> all;
+    for (const Screen& screen : displays.screens()) all.push_back(screen.frame);
+    return all;
+  }
+
+  /// The screen that the pointer is on; 0 for none.
+  DisplayID displayUnderPointer() {
+    const Point pointer = displays.pointerPosition();
+    for (const Screen& screen : displays.screens()) {
+      if (mouseInRect(pointer, screen.frame)) return screen.number.value_or(0);
+    }
+    return 0;
+  }
+
+  X11Rig rig;
+  XConnection connection{rig.display()};
+  LinuxDisplays displays{connection};
+};
+
+TEST_F(Displays, AreListedPrimaryFirstThenFromLeftToRight) {
+  EXPECT_EQ(displays.onlineDisplayCount(), 3U);
+  EXPECT_THAT(list(), ElementsAre(rig.output(middle), rig.output(left), rig.output(right)));
+}
+
+TEST_F(Displays, AreCutOffAtTheGivenMaximum) {
+  EXPECT_THAT(*displays.onlineDisplayList(0), IsEmpty());
+  EXPECT_THAT(*displays.onlineDisplayList(1), ElementsAre(rig.output(middle)));
+  EXPECT_THAT(*displays.onlineDisplayList(2), ElementsAre(rig.output(middle), rig.output(left)));
+  EXPECT_EQ(displays.onlineDisplayList(3)->size(), 3U);
+}
+
+TEST_F(Displays, HaveTheNumbersOfTheirEDID) {
+  const EDIDBuilder panel{.vendor = "APP", .model = 0xAE22, .serial = 0xFEDCBA98, .name = "Big"};
+  rig.setEDID(right, panel.bytes());
+  EXPECT_EQ(displays.vendorNumber(rig.output(right)), 0x0610U);
+  EXPECT_EQ(displays.modelNumber(rig.output(right)), 0xAE22U);
+  EXPECT_EQ(displays.serialNumber(rig.output(right)), 0xFEDCBA98U);
+  EXPECT_EQ(displays.modelNumber(rig.output(left)), 0x1001U);
+  EXPECT_EQ(displays.serialNumber(rig.output(middle)), 22U);
+}
+
+TEST_F(Displays, AreNamedByTheirEDIDAndElseByTheirConnector) {
+  EXPECT_THAT(names(), ElementsAre("Middle 24", "Left 20", "Right 19"));
+  rig.setEDID(left, EDIDBuilder{.model = 7}.bytes());
+  rig.removeEDID(right);
+  EXPECT_THAT(names(), ElementsAre("Middle 24", "DUMMY0", "DUMMY2"));
+  EXPECT_EQ(displays.modelNumber(rig.output(left)), 7U);
+}
+
+TEST_F(Displays, WithoutAUsableEDIDHaveNumbersZero) {
+  auto damaged = EDIDBuilder{.serial = 5, .name = "Damaged"}.bytes();
+  damaged[12] ^= 1;
+  rig.setEDID(left, damaged);
+  rig.removeEDID(middle);
+  rig.setEDID(right, std::vector<std::uint8_t>(60, 0xFF));
+  for (const DisplayID display : list()) {
+    EXPECT_EQ(displays.vendorNumber(display), 0U);
+    EXPECT_EQ(displays.modelNumber(display), 0U);
+    EXPECT_EQ(displays.serialNumber(display), 0U);
+  }
+  EXPECT_THAT(names(), ElementsAre("DUMMY1", "DUMMY0", "DUMMY2"));
+}
+
+TEST_F(Displays, AreReadFromAnEDIDWithExtensionBlocks) {
+  auto extended = EDIDBuilder{.model = 9, .name = "Extended"}.bytes();
+  extended.resize(384, 0x5A);
+  rig.setEDID(left, extended);
+  EXPECT_EQ(displays.modelNumber(rig.output(left)), 9U);
+}
+
+TEST_F(Displays, ThatAreUnknownHaveNoNumbersAndAreNotBuiltIn) {
+  for (const DisplayID unknown : {DisplayID{0}, DisplayID{1}, DisplayID{0xFFFFFFFF}}) {
+    EXPECT_FALSE(displays.isBuiltIn(unknown));
+    EXPECT_EQ(displays.vendorNumber(unknown), 0U);
+    EXPECT_EQ(displays.modelNumber(unknown), 0U);
+    EXPECT_EQ(displays.serialNumber(unknown), 0U);
+  }
+  EXPECT_EQ(list().size(), 3U);
+}
+
+TEST_F(Displays, AreBuiltInWhenTheirConnectorIsAPanel) {
+  rig.setConnectorType(left, "Panel");
+  rig.setConnectorType(right, "DisplayPort");
+  EXPECT_TRUE(displays.isBuiltIn(rig.output(left)));
+  EXPECT_FALSE(displays.isBuiltIn(rig.output(middle)));
+  EXPECT_FALSE(displays.isBuiltIn(rig.output(right)));
+  EXPECT_THAT(list(), ::testing::Contains(rig.output(left)));
+}
+
+TEST_F(Displays, HaveFramesAroundTheMainScreensLowerLeftCorner) {
+  EXPECT_THAT(frames(), ElementsAre(Rect{0, 0, 1920, 1080}, Rect{-1600, 480, 1600, 900},
+                                    Rect{1920, -144, 1280, 1024}));
+  EXPECT_THAT(displays.screens(),
+              ElementsAre(::testing::Field(&Screen::number, rig.output(middle)),
+                          ::testing::Field(&Screen::number, rig.output(left)),
+                          ::testing::Field(&Screen::number, rig.output(right))));
+}
+
+TEST_F(Displays, HaveNoExtendedRange) {
+  for (const Screen& screen : displays.screens()) EXPECT_EQ(screen.potentialHeadroom, 1.0);
+}
+
+TEST_F(Displays, FollowTheChoiceOfAPrimaryOutput) {
+  rig.setPrimary(right);
+  EXPECT_THAT(list(), ElementsAre(rig.output(right), rig.output(left), rig.output(middle)));
+  EXPECT_EQ(frames().front(), (Rect{0, 0, 1280, 1024}));
+  EXPECT_EQ(frames().at(1), (Rect{-3520, 624, 1600, 900}));
+}
+
+TEST_F(Displays, WithoutAPrimaryOutputBeginAtTheLeft) {
+  rig.setPrimary(std::nullopt);
+  rig.move(left, 0, 1000);
+  EXPECT_THAT(list(), ElementsAre(rig.output(left), rig.output(middle), rig.output(right)));
+  EXPECT_EQ(frames().front(), (Rect{0, 0, 1600, 900}));
+}
+
+TEST_F(Displays, AboveEachOtherAreListedFromTopToBottom) {
+  rig.setPrimary(left);
+  rig.move(left, 3000, 0);
+  rig.move(middle, 0, 1080);
+  rig.move(right, 0, 0);
+  EXPECT_THAT(list(), ElementsAre(rig.output(left), rig.output(right), rig.output(middle)));
+  EXPECT_THAT(frames(), ElementsAre(Rect{0, 0, 1600, 900}, Rect{-3000, -124, 1280, 1024},
+                                    Rect{-3000, -1260, 1920, 1080}));
+}
+
+TEST_F(Displays, ThatAreOffAreNotOnline) {
+  rig.turnOff(right);
+  EXPECT_EQ(displays.onlineDisplayCount(), 2U);
+  EXPECT_THAT(list(), ElementsAre(rig.output(middle), rig.output(left)));
+  EXPECT_THAT(names(), ElementsAre("Middle 24", "Left 20"));
+}
+
+TEST_F(Displays, AreTheSameWhenTheyComeBack) {
+  const auto before = list();
+  const auto framesBefore = frames();
+  rig.turnOff(left);
+  rig.turnOn(left);
+  EXPECT_EQ(list(), before);
+  EXPECT_EQ(frames(), framesBefore);
+  EXPECT_EQ(displays.serialNumber(rig.output(left)), 11U);
+}
+
+TEST_F(Displays, GoOnWithoutTheirPrimaryOutput) {
+  rig.turnOff(middle);
+  EXPECT_THAT(list(), ElementsAre(rig.output(left), rig.output(right)));
+  EXPECT_THAT(frames(), ElementsAre(Rect{0, 0, 1600, 900}, Rect{3520, -624, 1280, 1024}));
+}
+
+TEST_F(Displays, MayAllBeOff) {
+  for (const std::size_t monitor : {left, middle, right}) rig.turnOff(monitor);
+  EXPECT_EQ(displays.onlineDisplayCount(), 0U);
+  EXPECT_THAT(list(), IsEmpty());
+  EXPECT_THAT(displays.screens(), IsEmpty());
+  EXPECT_EQ(displays.pointerPosition(), Point{});
+  EXPECT_EQ(connection.problem(), std::nullopt);
+}
+
+TEST_F(Displays, HaveThePointerInEachCornerPixelOfEveryScreen) {
+  const auto desk = X11Rig::standardDesk();
+  for (std::size_t index = 0; index < desk.size(); ++index) {
+    const RigMonitor& monitor = desk[index];
+    for (const int x : {monitor.x, monitor.x + monitor.width - 1}) {
+      for (const int y : {monitor.y, monitor.y + monitor.height - 1}) {
+        rig.warpPointer(x, y);
+        EXPECT_EQ(displayUnderPointer(), rig.output(index)) << "pixel " << x << ", " << y;
+      }
+    }
+  }
+}
+
+TEST_F(Displays, HaveThePointerWhereItIsInGlobalCoordinates) {
+  rig.warpPointer(1600, 1379);
+  EXPECT_EQ(displays.pointerPosition(), (Point{0, 1}));
+  rig.warpPointer(3519, 300);
+  EXPECT_EQ(displays.pointerPosition(), (Point{1919, 1080}));
+  rig.warpPointer(0, 0);
+  EXPECT_EQ(displays.pointerPosition(), (Point{-1600, 1380}));
+  rig.warpPointer(4799, 1523);
+  EXPECT_EQ(displays.pointerPosition(), (Point{3199, -143}));
+}
+
+TEST_F(Displays, KeepThePointerOnItsScreenWhenAnotherBecomesMain) {
+  rig.warpPointer(100, 100);
+  rig.setPrimary(right);
+  EXPECT_EQ(displayUnderPointer(), rig.output(left));
+}
+
+}  // namespace
+}  // namespace brivane

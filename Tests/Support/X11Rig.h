@@ -1,0 +1,106 @@
+#pragma once
+
+#include <xcb/randr.h>
+#include <xcb/xcb.h>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Tests/Support/EDIDBuilder.h"
+#include "Tests/Support/XorgServer.h"
+
+namespace brivane {
+
+/// A monitor that the rig plugs in: its mode and place on the X screen in pixels, y downwards, and
+/// what it says about itself.
+struct RigMonitor {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+  EDIDBuilder edid{};
+};
+
+/// A real X server with monitors that aren't there, and hands to move them. Each call returns when
+/// the server has done what it asks for; a refusal throws. The rig speaks to the server over its
+/// own connection and code, never over what it tests.
+///
+/// Monitors are named by their index; monitor n is the connector "DUMMY<n>". X offers places up to
+/// 5760x2160.
+class X11Rig {
+ public:
+  /// The standard desk has three: "Left 20" (1600x900), the primary "Middle 24" (1920x1080), which
+  /// begins lower, and "Right 19" (1280x1024), lower still. Each overlaps its neighbour's edge in
+  /// part only.
+  static std::vector<RigMonitor> standardDesk();
+  static constexpr std::size_t standardPrimary = 1;
+
+  explicit X11Rig(const std::vector<RigMonitor>& monitors = standardDesk(),
+                  std::optional<std::size_t> primary = standardPrimary);
+  ~X11Rig();
+  X11Rig(const X11Rig&) = delete;
+  X11Rig& operator=(const X11Rig&) = delete;
+
+  /// What DISPLAY has to say to programs that shall use this server.
+  const std::string& display() const { return server.display(); }
+  /// RandR's number of the monitor's output.
+  std::uint32_t output(std::size_t monitor) const { return connectors.at(monitor).output; }
+
+  /// Ends the server; nothing else may be called afterwards.
+  void killServer() { server.kill(); }
+
+  /// To a pixel of the X screen, y downwards.
+  void warpPointer(int x, int y);
+  void setPrimary(std::optional<std::size_t> monitor);
+  void turnOff(std::size_t monitor);
+  /// Back on, in its mode and where it was last.
+  void turnOn(std::size_t monitor);
+  void move(std::size_t monitor, int x, int y);
+
+  void setEDID(std::size_t monitor, std::span<const std::uint8_t> bytes);
+  void removeEDID(std::size_t monitor);
+  /// RandR's "ConnectorType", such as "Panel".
+  void setConnectorType(std::size_t monitor, const std::string& type);
+  /// An ICC profile as a property of the output, and of the root window under the given name; no
+  /// bytes remove it.
+  void setOutputProfile(std::size_t monitor, std::span<const std::uint8_t> profile);
+  void setRootProfile(const std::string& propertyName, std::span<const std::uint8_t> profile);
+
+  using Ramps = std::array<std::vector<std::uint16_t>, 3>;
+  /// The gamma ramps of the CRTC that feeds the monitor.
+  Ramps gamma(std::size_t monitor);
+  void setGamma(std::size_t monitor, const Ramps& ramps);
+
+  /// Gives the server the keyboard of a PC, whose key codes are evdev's plus 8.
+  void useEvdevKeymap();
+
+ private:
+  struct Connector {
+    RigMonitor monitor;
+    xcb_randr_output_t output = XCB_NONE;
+    xcb_randr_crtc_t crtc = XCB_NONE;
+    xcb_randr_mode_t mode = XCB_NONE;
+  };
+
+  void connect();
+  void findConnectors(const std::vector<RigMonitor>& monitors);
+  xcb_randr_mode_t makeMode(const RigMonitor& monitor, std::size_t index);
+  void configure(xcb_randr_crtc_t crtc, int x, int y, xcb_randr_mode_t mode,
+                 std::span<const xcb_randr_output_t> outputs);
+  void probe();
+  void check(xcb_void_cookie_t request, const char* what);
+  xcb_atom_t atom(const std::string& name);
+  void setOutputProperty(std::size_t monitor, const std::string& name, xcb_atom_t type,
+                         std::uint8_t bits, std::uint32_t count, const void* data);
+
+  XorgServer server;
+  xcb_connection_t* connection = nullptr;
+  xcb_window_t root = XCB_NONE;
+  std::vector<Connector> connectors;
+};
+
+}  // namespace brivane
