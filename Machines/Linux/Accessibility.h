@@ -1,0 +1,13 @@
+#pragma once
+
+#include "BrivaneCore/Seams/AccessibilityAccess.h"
+
+namespace brivane {
+
+/// An X server lets every client grab keys: there is nothing to be granted.
+class LinuxAccessibility : public AccessibilityAccess {
+ public:
+  bool isTrusted() override { return true; }
+};
+
+}  // namespace brivane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "BrivaneCore/Seams/Applications.h"
+#include "Machines/Linux/FileDescriptor.h"
+
+namespace brivane {
+
+/// The one resident program of a user, told by a lock on a file: the system knows the lock's holder,
+/// and lets go of the lock however the holder ends. One object per process: the system drops a
+/// process's lock when any of its open files of that name is closed.
+class LinuxApplications : public Applications {
+ public:
+  /// Without a folder nobody can announce himself and nobody is found.
+  explicit LinuxApplications(std::optional<std::filesystem::path> lockFolder);
+
+  std::optional<std::string> bundleIdentifier() override;
+  std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) override;
+  ProcessID ownProcessID() override;
+
+  /// Main. Makes this process the running application until it ends; false when another one is, or
+  /// when there is no place for the lock. Only the resident program calls it.
+  bool announce();
+
+ private:
+  std::filesystem::path lockFile() const;
+
+  const std::optional<std::filesystem::path> folder;
+  /// Open while this process is announced.
+  FileDescriptor ownLock;
+};
+
+}  // namespace brivane

@@ -1,0 +1,104 @@
+// On the wire a DDC/CI message begins with the sender's address, 0x51, which the AV-service calls
+// take as "data address" and leave out of the bytes and of their checksum; so the checksum that
+// monitors verify is the one in the bytes XOR 0x51.
+//
+// One ioctl, I2C_RDWR, moves a message without claiming the chip's address, so that a kernel driver
+// that holds the address doesn't matter. Some adapters' drivers refuse it; there the address is set
+// first and the message goes by plain read and write.
+
+#include "Machines/Linux/Bus.h"
+
+#include <fcntl.h>
+#include <linux/i2c-dev.h>
+#include <linux/i2c.h>
+#include <sys/ioctl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Machines/Linux/FileDescriptor.h"
+#include "Machines/Linux/Registry.h"
+#include "Machines/Linux/Sysfs.h"
+
+namespace brivane {
+namespace {
+
+class I2CService : public AVService {
+ public:
+  explicit I2CService(I2CChannel itsChannel) : channel(std::move(itsChannel)) {}
+  const I2CChannel channel;
+};
+
+std::int32_t moveMessage(int bus, std::uint16_t chip, bool isRead, std::span<std::uint8_t> bytes) {
+  i2c_msg message{};
+  message.addr = chip;
+  message.flags = isRead ? I2C_M_RD : 0;
+  message.len = static_cast<std::uint16_t>(bytes.size());
+  message.buf = bytes.data();
+  i2c_rdwr_ioctl_data transfer{&message, 1};
+  return ::ioctl(bus, I2C_RDWR, &transfer) < 0 ? errno : 0;
+}
+
+bool isRefusal(std::int32_t error) {
+  return error == EINVAL || error == ENOTTY || error == EOPNOTSUPP;
+}
+
+std::int32_t moveBytes(int bus, std::uint16_t chip, bool isRead, std::span<std::uint8_t> bytes) {
+  if (::ioctl(bus, I2C_SLAVE, static_cast<unsigned long>(chip)) < 0) return errno;
+  const ssize_t count = isRead ? ::read(bus, bytes.data(), bytes.size())
+                               : ::write(bus, bytes.data(), bytes.size());
+  if (count < 0) return errno;
+  return static_cast<std::size_t>(count) == bytes.size() ? 0 : EIO;
+}
+
+}  // namespace
+
+bool LinuxBus::exists() const {
+  const auto names = namesIn("/dev");
+  const bool found = std::any_of(names.begin(), names.end(), [](const std::string& name) {
+    return numberBehind("i2c-", name).has_value();
+  });
+  findings.noBuses = !found;
+  return found;
+}
+
+std::shared_ptr<AVService> LinuxBus::createService(const RegistryEntry& proxy) const {
+  const auto* entry = dynamic_cast<const LinuxRegistryEntry*>(&proxy);
+  if (entry == nullptr || !entry->channel) return nullptr;
+  return std::make_shared<I2CService>(*entry->channel);
+}
+
+std::int32_t LinuxBus::write(AVService& service, std::uint32_t chip, std::uint32_t dataAddress,
+                             std::span<const std::uint8_t> bytes) const {
+  if (bytes.empty()) return EINVAL;
+  const auto sender = static_cast<std::uint8_t>(dataAddress);
+  std::vector<std::uint8_t> message{sender};
+  message.insert(message.end(), bytes.begin(), bytes.end());
+  message.back() ^= sender;
+  return transfer(service, chip, false, message);
+}
+
+std::int32_t LinuxBus::read(AVService& service, std::uint32_t chip,
+                            std::span<std::uint8_t> bytes) const {
+  return transfer(service, chip, true, bytes);
+}
+
+std::int32_t LinuxBus::transfer(const AVService& service, std::uint32_t chip, bool isRead,
+                                std::span<std::uint8_t> bytes) const {
+  const auto* panel = dynamic_cast<const I2CService*>(&service);
+  if (panel == nullptr) return EINVAL;
+  if (connectors.isAsleep(panel->channel.connector)) return EHOSTDOWN;
+  const std::string node = "/dev/i2c-" + std::to_string(panel->channel.bus);
+  const FileDescriptor bus(::open(node.c_str(), O_RDWR | O_CLOEXEC));
+  const std::int32_t openError = bus.isOpen() ? 0 : errno;
+  findings.busDenied = openError == EACCES || openError == EPERM;
+  if (openError != 0) return openError;
+  const auto address = static_cast<std::uint16_t>(chip);
+  const std::int32_t error = moveMessage(bus.get(), address, isRead, bytes);
+  return isRefusal(error) ? moveBytes(bus.get(), address, isRead, bytes) : error;
+}
+
+}  // namespace brivane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "BrivaneCore/Seams/SymbolLoader.h"
+#include "Machines/Linux/Connectors.h"
+#include "Machines/Linux/Findings.h"
+
+namespace brivane {
+
+/// The AV-service calls over the kernel's I2C device files. A device file is opened for one call
+/// and never held. Main and DDC queue.
+///
+/// Failures are the system's error numbers. A call to a panel on stand-by fails without touching
+/// the wire: some monitors wake up from any message.
+class LinuxBus {
+ public:
+  LinuxBus(const Connectors& itsConnectors, Findings& itsFindings)
+      : connectors(itsConnectors), findings(itsFindings) {}
+
+  /// Whether there is any I2C device file.
+  bool exists() const;
+
+  /// See CreateAVServiceFunction, WriteI2CFunction, ReadI2CFunction.
+  std::shared_ptr<AVService> createService(const RegistryEntry& proxy) const;
+  std::int32_t write(AVService& service, std::uint32_t chip, std::uint32_t dataAddress,
+                     std::span<const std::uint8_t> bytes) const;
+  /// Replies carry no data address; it is not sent.
+  std::int32_t read(AVService& service, std::uint32_t chip, std::span<std::uint8_t> bytes) const;
+
+ private:
+  std::int32_t transfer(const AVService& service, std::uint32_t chip, bool isRead,
+                        std::span<std::uint8_t> bytes) const;
+
+  const Connectors& connectors;
+  Findings& findings;
+};
+
+}  // namespace brivane

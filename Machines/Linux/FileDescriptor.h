@@ -1,0 +1,29 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace brivane {
+
+/// Owns an open file; -1 is none.
+class FileDescriptor {
+ public:
+  explicit FileDescriptor(int opened = -1) : number(opened) {}
+  FileDescriptor(FileDescriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+    std::swap(number, other.number);
+    return *this;
+  }
+  ~FileDescriptor() {
+    if (number >= 0) ::close(number);
+  }
+
+  bool isOpen() const { return number >= 0; }
+  int get() const { return number; }
+
+ private:
+  int number;
+};
+
+}  // namespace brivane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <atomic>
+
+namespace brivane {
+
+/// What the calls made so far have shown to be missing, each as its last call found it. Any thread.
+struct Findings {
+  /// There is no "/dev/i2c-N".
+  std::atomic<bool> noBuses = false;
+  /// This user may not open a "/dev/i2c-N".
+  std::atomic<bool> busDenied = false;
+  /// "brivane-hidutil" may not change the keyboards' keymaps.
+  std::atomic<bool> keymapsDenied = false;
+  /// This user may not set the built-in panel's backlight.
+  std::atomic<bool> backlightDenied = false;
+};
+
+}  // namespace brivane

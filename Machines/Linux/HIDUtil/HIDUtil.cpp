@@ -1,0 +1,140 @@
+// The kernel keeps a keymap per keyboard and forgets it when the keyboard is unplugged; what a
+// keymap was before a change can't be asked. So every change is written down before it is made, and
+// a killed tool leaves nothing that a later run couldn't put back.
+
+#include "Machines/Linux/HIDUtil/HIDUtil.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <set>
+#include <utility>
+
+#include "Machines/Common/FileLock.h"
+#include "Machines/Linux/RuntimeFolder.h"
+
+namespace brivane {
+namespace {
+
+using Relays = std::map<KeyCode, KeyCode>;
+
+HIDUtil::Outcome failure(int status, const std::string& reason) {
+  return {status, "", "brivane-hidutil: " + reason};
+}
+
+HIDUtil::Outcome denial(const std::string& node) {
+  return failure(HIDUtil::notPermitted, "no permission to change the keymap of " + node);
+}
+
+bool isRecorded(const std::string& device, const std::vector<ChangedKey>& changedKeys) {
+  return std::any_of(changedKeys.begin(), changedKeys.end(),
+                     [&](const ChangedKey& key) { return key.device == device; });
+}
+
+/// The keyboard went, or never had a keymap: nothing is left to change.
+bool isGone(int error) { return error == ENODEV || error == EINVAL; }
+
+}  // namespace
+
+HIDUtil::Outcome HIDUtil::run(const std::vector<std::string>& arguments) {
+  if (arguments.size() == 3 && arguments[0] == "property") {
+    if (arguments[1] == "--get" && arguments[2] == "UserKeyMapping") return get();
+    if (arguments[1] == "--set") {
+      const auto mapping = parseKeyMapping(arguments[2]);
+      return mapping ? set(*mapping) : failure(wrongUsage, "not a UserKeyMapping in JSON");
+    }
+  }
+  return failure(wrongUsage,
+                 "usage: brivane-hidutil property --get UserKeyMapping | property --set <JSON>");
+}
+
+HIDUtil::Outcome HIDUtil::get() const {
+  const KeymapState state = folder ? KeymapStore(*folder).load() : KeymapState{};
+  const Relays relays = relaysIn(state.mapping);
+  const Keyboards keyboards = openKeyboards(state, relays);
+  std::set<KeyCode> escaped;
+  for (const Keyboard& keyboard : keyboards.open) {
+    for (const PlannedKey& key : keyboard.keys) {
+      if (key.current != key.wanted) escaped.insert(key.original);
+    }
+  }
+  UserKeyMapping inForce;
+  for (const KeyMappingEntry& entry : state.mapping) {
+    const auto key = brightnessKeyCode(entry.source);
+    const bool isFollowed = !key || (keyboards.denied.empty() && !escaped.contains(*key) &&
+                                     relayKeyCode(entry.destination));
+    if (isFollowed) inForce.push_back(entry);
+  }
+  return {done, keyMappingListing(inForce), ""};
+}
+
+HIDUtil::Outcome HIDUtil::set(const UserKeyMapping& mapping) {
+  if (!folder || !makeRuntimeFolder(*folder)) {
+    return failure(failed, "no folder to keep the mapping in (is XDG_RUNTIME_DIR set?)");
+  }
+  const auto lock = FileLock::acquire(*folder / "key-mapping.lock", runtime,
+                                      std::chrono::seconds(2));
+  if (!lock) return failure(failed, "another change of the mapping does not end");
+  return setUnderLock(mapping);
+}
+
+HIDUtil::Outcome HIDUtil::setUnderLock(const UserKeyMapping& mapping) {
+  const KeymapStore store(*folder);
+  const KeymapState before = store.load();
+  const Keyboards keyboards = openKeyboards(before, relaysIn(mapping));
+  if (!keyboards.denied.empty()) return denial(keyboards.denied.front());
+
+  KeymapState intended = before;
+  for (const Keyboard& keyboard : keyboards.open) {
+    for (const PlannedKey& key : keyboard.keys) {
+      if (key.wanted == key.original) continue;
+      intended.changedKeys.push_back(
+          {keyboard.device.device, key.scancode, key.original, key.wanted});
+    }
+  }
+  if (const auto problem = store.save(intended)) return failure(failed, *problem);
+
+  KeymapState after{mapping, {}};
+  std::string stubborn;
+  for (const Keyboard& keyboard : keyboards.open) {
+    if (!change(keyboard, after)) stubborn = keyboard.device.node.string();
+  }
+  if (const auto problem = store.save(after)) return failure(failed, *problem);
+  if (!stubborn.empty()) return failure(failed, stubborn + " refuses to change its keymap");
+  return {done, "UserKeyMapping:" + keyMappingListing(mapping), ""};
+}
+
+HIDUtil::Keyboards HIDUtil::openKeyboards(const KeymapState& state, const Relays& relays) {
+  Keyboards keyboards;
+  for (const InputDevice& device : inputDevices()) {
+    const bool isToChange = device.hasBrightnessKeys && !relays.empty();
+    if (!isToChange && !isRecorded(device.device, state.changedKeys)) continue;
+    auto opened = DeviceKeymap::open(device.node);
+    if (auto* keymap = std::get_if<DeviceKeymap>(&opened)) {
+      auto keys = planKeymap(device.device, keymap->keys(), state.changedKeys, relays);
+      keyboards.open.push_back({device, std::move(*keymap), std::move(keys)});
+    } else if (const int error = std::get<int>(opened); error == EACCES || error == EPERM) {
+      keyboards.denied.push_back(device.node.string());
+    }
+  }
+  return keyboards;
+}
+
+bool HIDUtil::change(const Keyboard& keyboard, KeymapState& state) {
+  bool isWell = true;
+  for (const PlannedKey& key : keyboard.keys) {
+    const std::string& device = keyboard.device.device;
+    const int error = key.current == key.wanted
+                          ? 0
+                          : keyboard.keymap.setKey(key.scancode, key.wanted);
+    if (isGone(error)) continue;
+    const KeyCode left = error == 0 ? key.wanted : key.current;
+    if (left != key.original) {
+      state.changedKeys.push_back({device, key.scancode, key.original, left});
+    }
+    isWell = isWell && error == 0;
+  }
+  return isWell;
+}
+
+}  // namespace brivane

@@ -1,0 +1,79 @@
+#include "Machines/Linux/HIDUtil/KeymapStore.h"
+
+#include <linux/input-event-codes.h>
+
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "Machines/Common/WholeFile.h"
+
+namespace brivane {
+namespace {
+
+constexpr std::size_t maximumBytes = 1 << 20;
+
+std::string hexDigits(const Scancode& scancode) {
+  constexpr char digits[] = "0123456789abcdef";
+  std::string text;
+  for (const char byte : scancode) {
+    const auto value = static_cast<unsigned char>(byte);
+    text += digits[value >> 4];
+    text += digits[value & 15];
+  }
+  return text;
+}
+
+Scancode scancodeOf(const std::string& digits) {
+  Scancode scancode;
+  for (std::size_t index = 0; index + 1 < digits.size(); index += 2) {
+    scancode += static_cast<char>(std::stoul(digits.substr(index, 2), nullptr, 16));
+  }
+  return scancode;
+}
+
+bool isPossible(const ChangedKey& key) {
+  static const std::set<KeyCode> relayCodes = {KEY_F13, KEY_F14, KEY_F15, KEY_F16,
+                                               KEY_F17, KEY_F18, KEY_F19, KEY_F24};
+  return (key.original == KEY_BRIGHTNESSUP || key.original == KEY_BRIGHTNESSDOWN) &&
+         relayCodes.contains(key.relay);
+}
+
+/// Throws when a member is missing or of the wrong kind.
+ChangedKey changedKey(const nlohmann::json& json) {
+  return {json.at("device").get<std::string>(), scancodeOf(json.at("scancode").get<std::string>()),
+          json.at("original").get<KeyCode>(), json.at("relay").get<KeyCode>()};
+}
+
+}  // namespace
+
+KeymapState KeymapStore::load() const try {
+  const auto content = readWholeFile(file(), maximumBytes);
+  const auto* text = std::get_if<std::string>(&content);
+  const auto mapping = text != nullptr ? parseKeyMapping(*text) : std::nullopt;
+  if (!mapping) return {};
+  KeymapState state{*mapping, {}};
+  const auto document = nlohmann::json::parse(*text);
+  for (const auto& json : document.at("ChangedKeys")) {
+    const ChangedKey key = changedKey(json);
+    if (isPossible(key)) state.changedKeys.push_back(key);
+  }
+  return state;
+} catch (const std::exception&) {
+  return {};
+}
+
+std::optional<std::string> KeymapStore::save(const KeymapState& state) const {
+  auto document = nlohmann::json::parse(keyMappingJson(state.mapping));
+  document["ChangedKeys"] = nlohmann::json::array();
+  for (const ChangedKey& key : state.changedKeys) {
+    document["ChangedKeys"].push_back({{"device", key.device},
+                                       {"scancode", hexDigits(key.scancode)},
+                                       {"original", key.original},
+                                       {"relay", key.relay}});
+  }
+  const auto problem = writeWholeFile(file(), document.dump(2) + "\n");
+  if (!problem) return std::nullopt;
+  return file().string() + ": " + problem->reason;
+}
+
+}  // namespace brivane

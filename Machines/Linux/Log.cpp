@@ -1,0 +1,23 @@
+#include "Machines/Linux/Log.h"
+
+#include <syslog.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace brivane {
+
+LinuxLog::LinuxLog() : isSeen(::isatty(STDERR_FILENO) == 1) {
+  // This only notes the name; the log is connected to with the first line.
+  ::openlog("Brivane", LOG_PID, LOG_USER);
+}
+
+void LinuxLog::write(std::string_view line) {
+  ::syslog(LOG_NOTICE, "%.*s", static_cast<int>(line.size()), line.data());
+  if (!isSeen) return;
+  // In one piece, so that lines of several threads don't mix.
+  const std::string whole = std::string(line) + "\n";
+  [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, whole.data(), whole.size());
+}
+
+}  // namespace brivane

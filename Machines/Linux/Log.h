@@ -1,0 +1,18 @@
+#pragma once
+
+#include "BrivaneCore/Seams/SystemLog.h"
+
+namespace brivane {
+
+/// The system's log under the name "Brivane", and standard error too when a person can see it.
+class LinuxLog : public SystemLog {
+ public:
+  LinuxLog();
+
+  void write(std::string_view line) override;
+
+ private:
+  const bool isSeen;
+};
+
+}  // namespace brivane

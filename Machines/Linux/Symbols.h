@@ -1,0 +1,27 @@
+#pragma once
+
+#include "BrivaneCore/Seams/SymbolLoader.h"
+#include "Machines/Linux/Backlight.h"
+#include "Machines/Linux/Bus.h"
+
+namespace brivane {
+
+/// The AV-service calls where there is an I2C bus when they are asked for, and the display-services
+/// calls where there is a backlight.
+class LinuxSymbolLoader : public SymbolLoader {
+ public:
+  LinuxSymbolLoader(const LinuxBus& itsBus, const LinuxBacklight& itsBacklight)
+      : bus(itsBus), backlight(itsBacklight) {}
+
+  LibraryHandle open(std::string_view path, int mode) override;
+  Symbol find(LibraryHandle library, std::string_view name) override;
+
+ private:
+  Symbol findAVService(std::string_view name) const;
+  Symbol findDisplayServices(std::string_view name) const;
+
+  const LinuxBus& bus;
+  const LinuxBacklight& backlight;
+};
+
+}  // namespace brivane

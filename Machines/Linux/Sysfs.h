@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brivane {
+
+/// The kernel's attribute files. They announce no useful size, so they are read to their end.
+
+/// The bytes of an attribute; nothing when it can't be read.
+std::optional<std::string> readAttribute(const std::filesystem::path& file);
+
+/// The text of an attribute without the line break that ends it; nothing when it can't be read.
+std::optional<std::string> readTextAttribute(const std::filesystem::path& file);
+
+/// The attribute as a whole number of 0 or more; nothing for any other content.
+std::optional<std::int64_t> readNumberAttribute(const std::filesystem::path& file);
+
+/// Writes an attribute in one go. 0 on success, else the system's error number.
+int writeAttribute(const std::filesystem::path& file, std::string_view text);
+
+/// The names in a folder, sorted; empty when there is no such folder or it can't be read.
+std::vector<std::string> namesIn(const std::filesystem::path& folder);
+
+/// The number behind `prefix` when `name` is just that ("i2c-5", "i2c-"); nothing otherwise.
+std::optional<unsigned> numberBehind(std::string_view prefix, std::string_view name);
+
+}  // namespace brivane

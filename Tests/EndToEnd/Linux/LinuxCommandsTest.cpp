@@ -1,0 +1,145 @@
+// The built program on a real X server and a bus that speaks DDC/CI.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "Tests/EndToEnd/Linux/LinuxWorld.h"
+#include "Tests/EndToEnd/Support/Program.h"
+
+namespace brivane {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+class LinuxCommandsTest : public testing::Test {
+ protected:
+  ProgramResult run(const std::vector<std::string>& arguments,
+                    const std::map<std::string, std::string>& changes = {}) {
+    auto environment = world.environment();
+    for (const auto& [variable, value] : changes) environment[variable] = value;
+    ProgramResult result = runProgram("Brivane", arguments, environment);
+    EXPECT_EQ(result.exitStatus, 0) << result.errors;
+    return result;
+  }
+
+  void pointAtLeft() { world.screens.warpPointer(800, 450); }
+  void pointAtMiddle() { world.screens.warpPointer(2500, 800); }
+  void pointAtRight() { world.screens.warpPointer(4000, 1000); }
+
+  LinuxWorld world;
+};
+
+TEST_F(LinuxCommandsTest, SetLeavesTheMonitorUnderThePointerAtThatShareOfItsOwnMaximum) {
+  pointAtMiddle();
+  EXPECT_EQ(run({"--set", "40"}).output, "Set Middle 24 to 40%\n");
+  EXPECT_EQ(world.luminance("DP-1"), 102);
+  EXPECT_EQ(world.luminance("HDMI-A-1"), 50);
+}
+
+TEST_F(LinuxCommandsTest, WithThePointerOnAnotherDisplayThatOneChanges) {
+  pointAtLeft();
+  EXPECT_EQ(run({"--set", "40"}).output, "Set Left 20 to 40%\n");
+  EXPECT_EQ(world.luminance("HDMI-A-1"), 40);
+  EXPECT_EQ(world.luminance("DP-1"), 255);
+}
+
+TEST_F(LinuxCommandsTest, ADisplayWithoutABusGetsTheFailureLine) {
+  pointAtRight();
+  EXPECT_THAT(run({"--set", "40"}).output,
+              StartsWith("Failed to set Right 19 — no DDC channel.\n"));
+}
+
+TEST_F(LinuxCommandsTest, TheReportShowsEveryDisplay) {
+  pointAtMiddle();
+  const std::string report = run({"--probe"}).output;
+  EXPECT_THAT(report, StartsWith("Brivane probe\n  DDC transport available: yes\n"
+                                 "  Accessibility granted:   yes\n"));
+  EXPECT_THAT(report, HasSubstr("] Middle 24\n      built-in: no\n"
+                                "      vendor=2646 model=4098 serial=22\n"
+                                "      control: DDC/CI -> 100%\n"
+                                "      DDC:     current=255 max=255\n"));
+  EXPECT_THAT(report, HasSubstr("] Left 20\n"));
+  EXPECT_THAT(report, HasSubstr("      control: DDC/CI -> 50%\n"));
+  EXPECT_THAT(report, HasSubstr("] Right 19\n"));
+  EXPECT_THAT(report, HasSubstr("      control: NONE — "));
+  EXPECT_THAT(report, HasSubstr("  Cursor is on: ["));
+}
+
+TEST_F(LinuxCommandsTest, AReportChangesNoLevelAndNoGamma) {
+  const auto gamma = world.screens.gamma(1);
+  run({"--probe"});
+  EXPECT_EQ(world.luminance("DP-1"), 255);
+  EXPECT_EQ(world.luminance("HDMI-A-1"), 50);
+  EXPECT_EQ(world.screens.gamma(1), gamma);
+}
+
+TEST_F(LinuxCommandsTest, WhatWasSetIsRememberedInTheUsersSettings) {
+  pointAtLeft();
+  run({"--set", "40"});
+  EXPECT_THAT(TemporaryFolder::read(world.settings()),
+              HasSubstr("\"brightness.2646.4097.11\": 40"));
+}
+
+TEST_F(LinuxCommandsTest, BrokenSettingsAreKeptAndTheLevelIsSetAllTheSame) {
+  std::filesystem::create_directories(world.settings().parent_path());
+  std::ofstream(world.settings()) << "{\"brightness";
+  pointAtLeft();
+  EXPECT_EQ(run({"--set", "40"}).output, "Set Left 20 to 40%\n");
+  EXPECT_EQ(world.luminance("HDMI-A-1"), 40);
+  int kept = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(world.settings().parent_path())) {
+    kept += TemporaryFolder::read(entry.path()) == "{\"brightness" ? 1 : 0;
+  }
+  EXPECT_EQ(kept, 1);
+}
+
+TEST_F(LinuxCommandsTest, WithoutAnXServerTheReportSaysSoInItsOwnWordsAndAddsOneLineOfAdvice) {
+  for (const auto* display : {"", ":4711"}) {
+    const auto lines = linesOf(run({"--probe"}, {{"DISPLAY", display}}).output);
+    ASSERT_GE(lines.size(), 2u);
+    EXPECT_EQ(lines[lines.size() - 2], "  No displays reported by CoreGraphics.");
+    EXPECT_THAT(lines.back(), HasSubstr("X server"));
+  }
+  const auto lines = linesOf(run({"--set", "40"}, {{"DISPLAY", ""}}).output);
+  ASSERT_THAT(lines, SizeIs(2));
+  EXPECT_EQ(lines[0], "Could not determine which display the cursor is on.");
+}
+
+TEST_F(LinuxCommandsTest, AMonitorThatHangsUpIsReportedWithoutHarm) {
+  world.turn("DP-1", "mood", "silent");
+  pointAtMiddle();
+  EXPECT_THAT(run({"--set", "40"}).output, StartsWith("Failed to set Middle 24 — no DDC channel."));
+  EXPECT_THAT(run({"--probe"}).output, HasSubstr("control: NONE"));
+}
+
+TEST_F(LinuxCommandsTest, UnmapFindsNothingOfBrivaneOnFreshKeyboards) {
+  EXPECT_THAT(run({"--unmap"}).output,
+              StartsWith("No Brivane entries were in the HID mapping — nothing to clear."));
+}
+
+TEST_F(LinuxCommandsTest, UnmapTakesBackWhatTheMappingToolWasTold) {
+  const auto environment = world.environment();
+  const ProgramResult mapped =
+      runProgram("brivane-hidutil",
+                 {"property", "--set",
+                  R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":51539607663,)"
+                  R"("HIDKeyboardModifierMappingDst":30064771182}]})"},
+                 environment);
+  ASSERT_EQ(mapped.exitStatus, 0) << mapped.errors;
+  EXPECT_THAT(run({"--unmap"}).output, StartsWith("Brightness key mapping cleared."));
+  EXPECT_THAT(run({"--unmap"}).output, StartsWith("No Brivane entries"));
+}
+
+TEST_F(LinuxCommandsTest, AStartWithoutASwitchSaysWhatIsMissingYet) {
+  const ProgramResult result = run({});
+  EXPECT_EQ(result.output, "");
+  EXPECT_THAT(linesOf(result.errors), SizeIs(1));
+  EXPECT_THAT(result.errors, Not(HasSubstr("already running")));
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,45 @@
+#include "Tests/EndToEnd/Linux/LinuxWorld.h"
+
+#include <stdlib.h>
+
+#include <fstream>
+#include <stdexcept>
+
+namespace brivane {
+
+LinuxWorld::LinuxWorld() {
+  const char* const folder = getenv("BRIVANE_DDC_BUS");
+  if (folder == nullptr) throw std::runtime_error("this test runs inside ddc-bus-host only");
+  bus = folder;
+  turn("HDMI-A-1", "level", "50");
+  turn("DP-1", "level", "255");
+  for (const auto* connector : {"HDMI-A-1", "DP-1"}) turn(connector, "mood", "");
+}
+
+std::uint16_t LinuxWorld::luminance(const std::string& connector) const {
+  unsigned level = 0;
+  std::ifstream(bus / connector / "level") >> level;
+  return static_cast<std::uint16_t>(level);
+}
+
+void LinuxWorld::turn(const std::string& connector, const std::string& knob,
+                      const std::string& value) const {
+  std::ofstream(bus / connector / knob) << value << "\n";
+}
+
+std::map<std::string, std::string> LinuxWorld::environment() const {
+  return {{"BRIVANE_DESK", ""},    {"DISPLAY", screens.display()}, {"HOME", home.path},
+          {"XDG_CONFIG_HOME", ""}, {"XDG_RUNTIME_DIR", home.path}, {"XAUTHORITY", ""}};
+}
+
+void LinuxWorld::enter() const {
+  for (const auto& [variable, value] : environment()) {
+    if (value.empty()) {
+      unsetenv(variable.c_str());
+    } else {
+      setenv(variable.c_str(), value.c_str(), 1);
+    }
+  }
+}
+
+}  // namespace brivane

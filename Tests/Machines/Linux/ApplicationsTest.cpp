@@ -1,0 +1,136 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+
+#include "Machines/Linux/Applications.h"
+#include "Machines/Linux/RuntimeFolder.h"
+#include "Tests/Support/OrdinaryUser.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* brivane = "com.quorrel.brivane";
+
+/// Another process that announces itself and stays until killed.
+class OtherInstance {
+ public:
+  explicit OtherInstance(const std::filesystem::path& folder) {
+    std::array<int, 2> ready{};
+    EXPECT_EQ(::pipe(ready.data()), 0);
+    process = ::fork();
+    if (process == 0) {
+      LinuxApplications applications(folder);
+      const char answer = applications.announce() ? 'y' : 'n';
+      if (::write(ready[1], &answer, 1) == 1) ::pause();
+      ::_exit(0);
+    }
+    char answer = 0;
+    EXPECT_EQ(::read(ready[0], &answer, 1), 1);
+    isAnnounced = answer == 'y';
+    ::close(ready[0]);
+    ::close(ready[1]);
+  }
+  ~OtherInstance() { kill(); }
+  OtherInstance(const OtherInstance&) = delete;
+  OtherInstance& operator=(const OtherInstance&) = delete;
+
+  void kill() {
+    if (process == 0) return;
+    ::kill(process, SIGKILL);
+    ::waitpid(process, nullptr, 0);
+    process = 0;
+  }
+
+  pid_t process = 0;
+  bool isAnnounced = false;
+};
+
+class ApplicationsTest : public testing::Test {
+ protected:
+  TemporaryFolder runtime;
+  std::filesystem::path folder = runtime / "brivane";
+  LinuxApplications applications{folder};
+};
+
+TEST_F(ApplicationsTest, ThisIsAlwaysBrivane) {
+  EXPECT_EQ(applications.bundleIdentifier(), brivane);
+  EXPECT_EQ(applications.ownProcessID(), getpid());
+}
+
+TEST_F(ApplicationsTest, NobodyRunsBeforeAnybodyIsAnnounced) {
+  EXPECT_THAT(applications.runningApplications(brivane), IsEmpty());
+  EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST_F(ApplicationsTest, TheRunningInstanceIsKnownByItsNumber) {
+  const OtherInstance other(folder);
+  EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(other.process));
+  EXPECT_THAT(applications.runningApplications("org.example.other"), IsEmpty());
+}
+
+TEST_F(ApplicationsTest, AKilledInstanceNoLongerRuns) {
+  OtherInstance other(folder);
+  other.kill();
+  EXPECT_THAT(applications.runningApplications(brivane), IsEmpty());
+  EXPECT_TRUE(applications.announce());
+}
+
+TEST_F(ApplicationsTest, ASecondInstanceCannotAnnounceItself) {
+  const OtherInstance first(folder);
+  ASSERT_TRUE(first.isAnnounced);
+  EXPECT_FALSE(applications.announce());
+  EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(first.process));
+}
+
+TEST_F(ApplicationsTest, AnAnnouncedInstanceKeepsItsPlaceHoweverOftenItLooks) {
+  ASSERT_TRUE(applications.announce());
+  EXPECT_TRUE(applications.announce());
+  EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(getpid()));
+  EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(getpid()));
+  const OtherInstance second(folder);
+  EXPECT_FALSE(second.isAnnounced);
+}
+
+TEST_F(ApplicationsTest, WithoutAPlaceForTheLockNobodyIsAnnounced) {
+  LinuxApplications nowhere(std::nullopt);
+  EXPECT_FALSE(nowhere.announce());
+  EXPECT_THAT(nowhere.runningApplications(brivane), IsEmpty());
+}
+
+TEST(RuntimeFolder, IsTheSessionsOwn) {
+  const TemporaryFolder session;
+  setenv("XDG_RUNTIME_DIR", session.path.c_str(), 1);
+  EXPECT_EQ(runtimeFolder(), session.path / "brivane");
+  EXPECT_TRUE(makeRuntimeFolder(session / "brivane"));
+  EXPECT_TRUE(makeRuntimeFolder(session / "brivane"));
+  using std::filesystem::perms;
+  EXPECT_EQ(std::filesystem::status(session / "brivane").permissions(), perms::owner_all);
+  unsetenv("XDG_RUNTIME_DIR");
+}
+
+TEST(RuntimeFolder, IsNeverAnotherUsersOrNoFolder) {
+  const TemporaryFolder session;
+  const auto file = session.write("file", "");
+  for (const std::string value : {"relative", "/no/such/folder", file.c_str()}) {
+    setenv("XDG_RUNTIME_DIR", value.c_str(), 1);
+    const auto found = runtimeFolder();
+    EXPECT_FALSE(found && found->string().starts_with(value)) << value;
+  }
+  EXPECT_TRUE(holdsForOrdinaryUser([] {
+    setenv("XDG_RUNTIME_DIR", "/usr", 1);
+    return runtimeFolder() != "/usr/brivane";
+  }));
+  unsetenv("XDG_RUNTIME_DIR");
+  EXPECT_FALSE(makeRuntimeFolder(file));
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+
+#include "Machines/Linux/Backlight.h"
+#include "Tests/Support/FakeMachine.h"
+#include "Tests/Support/OrdinaryUser.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+constexpr DisplayID laptop = 1;
+constexpr DisplayID monitor = 2;
+
+class BacklightTest : public testing::Test {
+ protected:
+  BacklightTest() { displays.online = {{laptop, 1, 1, 1, true}, {monitor, 2, 2, 2, false}}; }
+
+  void add(const std::string& name, const std::string& type, int level, int maximum) {
+    std::filesystem::create_directories(folder / name);
+    folder.write(name + "/type", type + "\n");
+    folder.write(name + "/brightness", std::to_string(level) + "\n");
+    folder.write(name + "/max_brightness", std::to_string(maximum) + "\n");
+  }
+
+  std::string steps(const std::string& name) {
+    return TemporaryFolder::read(folder / name / "brightness");
+  }
+
+  float level(DisplayID display = laptop) {
+    float level = -1;
+    backlight.get(display, level);
+    return level;
+  }
+
+  TemporaryFolder folder;
+  FakeDisplaySystem displays;
+  Findings findings;
+  LinuxBacklight backlight{displays, findings, folder.path};
+};
+
+TEST_F(BacklightTest, TheBuiltInPanelHasTheBacklightsLevel) {
+  add("intel_backlight", "raw", 300, 1200);
+  EXPECT_EQ(level(), 0.25F);
+}
+
+TEST_F(BacklightTest, AMonitorIsNotDrivenByTheBacklight) {
+  add("intel_backlight", "raw", 300, 1200);
+  float untouched = -1;
+  EXPECT_NE(backlight.get(monitor, untouched), 0);
+  EXPECT_EQ(untouched, -1);
+  EXPECT_NE(backlight.set(monitor, 0.5F), 0);
+  EXPECT_FALSE(backlight.canChange(monitor));
+  EXPECT_EQ(steps("intel_backlight"), "300\n");
+}
+
+TEST_F(BacklightTest, ALevelBecomesTheNearestStep) {
+  add("acpi_video0", "firmware", 0, 15);
+  for (const auto& [set, expected] :
+       {std::pair{0.0F, "0"}, {0.5F, "8"}, {0.49F, "7"}, {1.0F, "15"}}) {
+    EXPECT_EQ(backlight.set(laptop, set), 0);
+    EXPECT_EQ(steps("acpi_video0"), expected);
+  }
+}
+
+TEST_F(BacklightTest, ALevelThatIsNoneIsRefused) {
+  add("acpi_video0", "firmware", 9, 15);
+  for (const float level : {-0.1F, 1.1F, std::numeric_limits<float>::infinity(), std::nanf("")}) {
+    EXPECT_NE(backlight.set(laptop, level), 0);
+  }
+  EXPECT_EQ(steps("acpi_video0"), "9\n");
+}
+
+TEST_F(BacklightTest, OfSeveralOffersFirmwareComesBeforePlatformBeforeRaw) {
+  add("a_raw", "raw", 1, 100);
+  EXPECT_EQ(level(), 0.01F);
+  add("b_platform", "platform", 2, 100);
+  EXPECT_EQ(level(), 0.02F);
+  add("c_firmware", "firmware", 3, 100);
+  add("d_other", "something new", 4, 100);
+  EXPECT_EQ(level(), 0.03F);
+  EXPECT_EQ(backlight.set(laptop, 1), 0);
+  EXPECT_EQ(steps("c_firmware"), "100");
+  EXPECT_EQ(steps("a_raw"), "1\n");
+}
+
+TEST_F(BacklightTest, ABacklightThatMakesNoSenseIsUnreadable) {
+  add("broken", "raw", 5, 0);
+  float untouched = -1;
+  EXPECT_NE(backlight.get(laptop, untouched), 0);
+  folder.write("broken/max_brightness", "many\n");
+  EXPECT_NE(backlight.get(laptop, untouched), 0);
+  EXPECT_NE(backlight.set(laptop, 1), 0);
+  folder.write("broken/max_brightness", "10\n");
+  folder.write("broken/brightness", "-5\n");
+  EXPECT_NE(backlight.get(laptop, untouched), 0);
+  EXPECT_EQ(untouched, -1);
+}
+
+TEST_F(BacklightTest, WithoutABacklightNothingCanBeDone) {
+  EXPECT_FALSE(backlight.exists());
+  EXPECT_FALSE(backlight.canChange(laptop));
+  EXPECT_EQ(level(), -1);
+  add("intel_backlight", "raw", 300, 1200);
+  EXPECT_TRUE(backlight.exists());
+}
+
+TEST_F(BacklightTest, ABacklightThatOthersOwnCanBeReadButNotChanged) {
+  add("intel_backlight", "raw", 300, 1200);
+  using std::filesystem::perms;
+  std::filesystem::permissions(folder.path,
+                               perms::owner_all | perms::others_read | perms::others_exec);
+  std::filesystem::permissions(folder / "intel_backlight/brightness",
+                               perms::owner_read | perms::others_read);
+  EXPECT_TRUE(holdsForOrdinaryUser([&] {
+    return level() == 0.25F && !backlight.canChange(laptop) && !findings.backlightDenied &&
+           backlight.set(laptop, 1) == EACCES && findings.backlightDenied;
+  }));
+  EXPECT_EQ(steps("intel_backlight"), "300\n");
+}
+
+TEST_F(BacklightTest, AWritableBacklightCanBeChanged) {
+  add("intel_backlight", "raw", 300, 1200);
+  EXPECT_TRUE(backlight.canChange(laptop));
+}
+
+}  // namespace
+}  // namespace brivane

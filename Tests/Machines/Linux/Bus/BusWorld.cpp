@@ -1,0 +1,143 @@
+#include "Tests/Machines/Linux/Bus/BusWorld.h"
+
+#include <linux/input-event-codes.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "Machines/Linux/HIDUtil/InputDevices.h"
+
+namespace brivane {
+namespace {
+
+/// Where a path of the world really lies.
+std::filesystem::path reallyAt(const std::string& path) {
+  return std::filesystem::path(std::getenv("UMOCKDEV_DIR") + path);
+}
+
+std::vector<std::string> linesOf(const std::filesystem::path& file) {
+  std::vector<std::string> lines;
+  std::ifstream stream(file);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+void restoreConnectors() {
+  for (const auto* connector : {"card0-HDMI-A-1", "card0-DP-1", "card0-eDP-1"}) {
+    const std::string folder = std::string("/sys/class/drm/") + connector;
+    std::ofstream(folder + "/status") << "connected\n";
+    std::ofstream(folder + "/enabled") << "enabled\n";
+    std::ofstream(folder + "/dpms") << "On\n";
+  }
+}
+
+Scancode scancode(std::uint32_t value) {
+  Scancode bytes;
+  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
+  return bytes;
+}
+
+}  // namespace
+
+void BusWorld::SetUp() {
+  const char* const folder = std::getenv("BRIVANE_DDC_BUS");
+  ASSERT_NE(folder, nullptr) << "This test runs inside ddc-bus-host only.";
+  state = folder;
+  turn("HDMI-A-1", "maximum", "100");
+  turn("HDMI-A-1", "level", "50");
+  turn("DP-1", "maximum", "255");
+  turn("DP-1", "level", "255");
+  for (const auto* device : {"HDMI-A-1", "DP-1", "eDP-1"}) turn(device, "mood", "");
+  restoreConnectors();
+  std::ofstream("/sys/class/backlight/acpi_video0/brightness") << "6\n";
+  forgetEvents();
+}
+
+void BusWorld::turn(const std::string& device, const std::string& knob,
+                    const std::string& value) const {
+  std::ofstream(state / device / knob) << value << "\n";
+}
+
+std::string BusWorld::knob(const std::string& device, const std::string& knob) const {
+  const auto lines = linesOf(state / device / knob);
+  return lines.empty() ? "" : lines.front();
+}
+
+std::vector<std::string> BusWorld::events(const std::string& device) const {
+  std::vector<std::string> found;
+  for (const std::string& line : linesOf(state / "wire.log")) {
+    std::istringstream words(line);
+    std::string time;
+    std::string name;
+    std::string event;
+    words >> time >> name >> std::ws;
+    std::getline(words, event);
+    if (name == device) found.push_back(event);
+  }
+  return found;
+}
+
+void BusWorld::forgetEvents() const {
+  std::ofstream(state / "wire.log").flush();
+}
+
+void BusWorld::writeConnector(const std::string& connector, const std::string& attribute,
+                              const std::string& text) {
+  std::ofstream("/sys/class/drm/" + connector + "/" + attribute, std::ios::binary) << text;
+}
+
+std::vector<std::string> BusWorld::keymap(const std::string& input) const {
+  return linesOf(state / input / "keymap");
+}
+
+void BusWorld::plugKeyboardsIn() {
+  const std::map<std::string, std::map<std::uint32_t, KeyCode>> keymaps = {
+      {"event3", {{0xC006F, KEY_BRIGHTNESSUP}, {0xC0070, KEY_BRIGHTNESSDOWN}}},
+      {"event5", {{0xD4, KEY_BRIGHTNESSDOWN}, {0xD5, KEY_BRIGHTNESSUP}, {0xE5, KEY_BRIGHTNESSUP}}}};
+  for (const auto& [name, keys] : keymaps) {
+    const auto opened = DeviceKeymap::open("/dev/input/" + name);
+    for (const auto& [code, keycode] : keys) {
+      ASSERT_EQ(std::get<DeviceKeymap>(opened).setKey(scancode(code), keycode), 0);
+    }
+  }
+}
+
+Vanished::Vanished(const std::string& path) : place(reallyAt(path)), hidden(reallyAt("/vanished")) {
+  std::filesystem::create_directories(hidden);
+  std::string name = path;
+  std::replace(name.begin(), name.end(), '/', '-');
+  hidden /= name;
+  std::filesystem::rename(place, hidden);
+}
+
+Vanished::~Vanished() {
+  std::filesystem::rename(hidden, place);
+}
+
+Forbidden::Forbidden(const std::string& path) : place(reallyAt(path)) {
+  EXPECT_EQ(::chmod(place.c_str(), 0), 0);
+}
+
+Forbidden::~Forbidden() {
+  ::chmod(place.c_str(), 0666);
+}
+
+std::shared_ptr<AVService> BusTest::service(const std::string& connector) {
+  const auto pass = registry.allServices();
+  while (const auto entry = pass->next()) {
+    const auto* proxy = dynamic_cast<const LinuxRegistryEntry*>(entry.get());
+    if (proxy->channel && proxy->channel->connector == connector) return bus.createService(*entry);
+  }
+  return nullptr;
+}
+
+std::shared_ptr<AVServiceHandle> BusTest::handle(const std::string& connector) {
+  return std::make_shared<AVServiceHandle>(service(connector), "disp",
+                                           std::make_shared<const IOAVBridge>(loader), runtime);
+}
+
+}  // namespace brivane

@@ -1,0 +1,156 @@
+// From displays to channels: connectors, registry and bus under Core's own discovery.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "BrivaneCore/DDC/DisplayRegistry.h"
+#include "BrivaneCore/Policy/AppleDisplayBackend.h"
+#include "Machines/Linux/Sysfs.h"
+#include "Tests/Machines/Linux/Bus/BusWorld.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Key;
+using testing::Optional;
+
+constexpr std::uint32_t vendorBRV = 0x0A56;
+constexpr std::uint32_t vendorLAP = 0x3030;
+constexpr DisplayID laptop = 64;
+constexpr DisplayID alpha = 65;
+constexpr DisplayID beta = 66;
+
+class DiscoveryTest : public BusTest {
+ protected:
+  DiscoveryTest() {
+    displays.online = {{laptop, vendorLAP, 3, 0, true},
+                       {alpha, vendorBRV, 0x1001, 1234567, false},
+                       {beta, vendorBRV, 0x2002, 0, false}};
+  }
+
+  std::optional<VCPReading> read(DisplayID display) {
+    const auto channel = found.handle(display);
+    return channel ? channel->getVCP(0x10) : std::nullopt;
+  }
+
+  DisplayRegistry found{displays, registry, loader, runtime};
+};
+
+TEST_F(DiscoveryTest, EachMonitorIsReachedThroughItsOwnConnector) {
+  EXPECT_THAT(read(alpha), Optional(VCPReading{50, 100}));
+  EXPECT_THAT(read(beta), Optional(VCPReading{255, 255}));
+}
+
+TEST_F(DiscoveryTest, TheLaptopsPanelHasNoChannel) {
+  EXPECT_EQ(found.handle(laptop), nullptr);
+  found.scan();
+  EXPECT_THAT(found.handlesByPort,
+              ElementsAre(Key("disp-card0-00093-HDMI-A-1"), Key("disp-card0-00101-DP-1")));
+  EXPECT_THAT(events("eDP-1"), IsEmpty());
+}
+
+TEST_F(DiscoveryTest, ADisplayPortMonitorIsReachedThroughItsOwnChannelNotThroughThePins) {
+  ASSERT_THAT(read(beta), Optional(VCPReading{255, 255}));
+  EXPECT_THAT(events("DP-1-pins"), IsEmpty());
+}
+
+TEST_F(DiscoveryTest, LookingForMonitorsTouchesNoBus) {
+  found.scan();
+  EXPECT_THAT(events("HDMI-A-1"), IsEmpty());
+  EXPECT_THAT(events("DP-1"), IsEmpty());
+}
+
+TEST_F(DiscoveryTest, AnUnpluggedMonitorHasNoChannel) {
+  writeConnector("card0-DP-1", "status", "disconnected\n");
+  displays.online.pop_back();
+  found.scan();
+  EXPECT_THAT(found.handlesByPort, ElementsAre(Key("disp-card0-00093-HDMI-A-1")));
+}
+
+TEST_F(DiscoveryTest, IdenticalMonitorsAreToldApartInTheOrderOfTheWindowSystem) {
+  const auto panel = readAttribute("/sys/class/drm/card0-DP-1/edid").value();
+  const auto original = readAttribute("/sys/class/drm/card0-HDMI-A-1/edid").value();
+  writeConnector("card0-HDMI-A-1", "edid", panel);
+  displays.online[1] = {alpha, vendorBRV, 0x2002, 0, false};
+  EXPECT_THAT(read(alpha), Optional(VCPReading{50, 100}));
+  EXPECT_THAT(read(beta), Optional(VCPReading{255, 255}));
+  writeConnector("card0-HDMI-A-1", "edid", original);
+}
+
+TEST_F(DiscoveryTest, TheOnlyMonitorIsFoundWithoutAnEDID) {
+  const auto original = readAttribute("/sys/class/drm/card0-HDMI-A-1/edid").value();
+  writeConnector("card0-HDMI-A-1", "edid", "");
+  writeConnector("card0-DP-1", "status", "disconnected\n");
+  displays.online = {{alpha, 0, 0, 0, false}};
+  EXPECT_THAT(read(alpha), Optional(VCPReading{50, 100}));
+  writeConnector("card0-HDMI-A-1", "edid", original);
+}
+
+TEST_F(DiscoveryTest, WithoutADeviceFileThereIsNoTransport) {
+  const Vanished first("/dev/i2c-4");
+  const Vanished second("/dev/i2c-5");
+  const Vanished third("/dev/i2c-6");
+  {
+    const Vanished last("/dev/i2c-7");
+    EXPECT_FALSE(DisplayRegistry(displays, registry, loader, runtime).ddcAvailable());
+    EXPECT_FALSE(found.ddcAvailable());
+    EXPECT_TRUE(findings.noBuses);
+    EXPECT_EQ(found.handle(alpha), nullptr);
+  }
+  EXPECT_TRUE(DisplayRegistry(displays, registry, loader, runtime).ddcAvailable());
+  EXPECT_FALSE(findings.noBuses);
+}
+
+TEST_F(DiscoveryTest, ForeignRegistryEntriesHaveNoService) {
+  const FakeRegistryEntry foreign;
+  EXPECT_EQ(bus.createService(foreign), nullptr);
+  LinuxRegistryEntry controller;
+  EXPECT_EQ(bus.createService(controller), nullptr);
+}
+
+TEST_F(DiscoveryTest, TheBuiltInPanelIsDrivenByTheFirmwaresBacklight) {
+  const AppleDisplayBackend services(loader, displays);
+  EXPECT_TRUE(services.isAvailable());
+  EXPECT_TRUE(services.canControl(laptop));
+  EXPECT_EQ(services.read(laptop), 40);
+  EXPECT_TRUE(services.write(80, laptop));
+  EXPECT_EQ(readTextAttribute("/sys/class/backlight/acpi_video0/brightness"), "12");
+  EXPECT_EQ(readTextAttribute("/sys/class/backlight/intel_backlight/brightness"), "400");
+  EXPECT_FALSE(services.canControl(alpha));
+}
+
+TEST_F(DiscoveryTest, WithoutABacklightThereAreNoDisplayServices) {
+  const Vanished firmware("/sys/class/backlight/acpi_video0");
+  const Vanished raw("/sys/class/backlight/intel_backlight");
+  EXPECT_FALSE(AppleDisplayBackend(loader, displays).isAvailable());
+}
+
+TEST_F(DiscoveryTest, NamesAreFoundInTheirOwnLibraryAndAmongAll) {
+  const auto frameworks = std::string("/System/Library/");
+  const auto ioKit = loader.open(frameworks + "Frameworks/IOKit.framework/IOKit", lazyBinding);
+  const auto services = loader.open(
+      frameworks + "PrivateFrameworks/DisplayServices.framework/DisplayServices", lazyBinding);
+  ASSERT_NE(ioKit, 0);
+  ASSERT_NE(services, 0);
+  for (const auto* name :
+       {"IOAVServiceCreateWithService", "IOAVServiceWriteI2C", "IOAVServiceReadI2C"}) {
+    EXPECT_NE(loader.find(ioKit, name).index(), 0U) << name;
+    EXPECT_NE(loader.find(globalNamespace, name).index(), 0U) << name;
+    EXPECT_EQ(loader.find(services, name).index(), 0U) << name;
+  }
+  for (const auto* name : {"DisplayServicesGetBrightness", "DisplayServicesSetBrightness",
+                           "DisplayServicesCanChangeBrightness"}) {
+    EXPECT_NE(loader.find(services, name).index(), 0U) << name;
+    EXPECT_NE(loader.find(globalNamespace, name).index(), 0U) << name;
+    EXPECT_EQ(loader.find(ioKit, name).index(), 0U) << name;
+  }
+  EXPECT_EQ(loader.find(ioKit, "IOAVServiceNoSuchThing").index(), 0U);
+  EXPECT_EQ(loader.find(0, "IOAVServiceReadI2C").index(), 0U);
+  EXPECT_EQ(loader.open("/usr/lib/libc.so", lazyBinding), 0);
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,59 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
+
+#include "Machines/Linux/HIDUtil/KeymapStore.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+using testing::HasSubstr;
+using testing::Optional;
+
+const KeymapState someState{
+    {{51539607663, 30064771182}, {1, 2}},
+    {{"input17", std::string("\x6F\0\x0C\0", 4), KEY_BRIGHTNESSUP, KEY_F19}}};
+
+TEST(KeymapStore, GivesBackWhatWasKept) {
+  const TemporaryFolder folder;
+  const KeymapStore store(folder.path);
+  EXPECT_EQ(store.save(someState), std::nullopt);
+  EXPECT_EQ(store.load(), someState);
+}
+
+TEST(KeymapStore, NothingKeptIsTheEmptyState) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(KeymapStore(folder / "none").load(), KeymapState{});
+}
+
+TEST(KeymapStore, WhatCannotBeUnderstoodIsTheEmptyState) {
+  const TemporaryFolder folder;
+  for (const auto* text :
+       {"", "{", "[]", R"({"UserKeyMapping":[]})", R"({"UserKeyMapping":[],"ChangedKeys":7})",
+        R"({"UserKeyMapping":[],"ChangedKeys":[{"device":"input1"}]})",
+        R"({"UserKeyMapping":[],"ChangedKeys":[{"device":"input1",)"
+        R"("scancode":"zz","original":225,"relay":189}]})"}) {
+    folder.write("key-mapping.json", text);
+    EXPECT_EQ(KeymapStore(folder.path).load(), KeymapState{}) << text;
+  }
+}
+
+TEST(KeymapStore, AChangeThatNoMappingMakesIsNotBelieved) {
+  const TemporaryFolder folder;
+  const KeymapStore store(folder.path);
+  for (const ChangedKey& key : {ChangedKey{"input1", "a", KEY_A, KEY_F19},
+                                ChangedKey{"input1", "a", KEY_BRIGHTNESSUP, KEY_A}}) {
+    store.save({{{1, 2}}, {key}});
+    EXPECT_EQ(store.load(), (KeymapState{{{1, 2}}, {}}));
+  }
+}
+
+TEST(KeymapStore, SaysWhyItCannotKeepTheState) {
+  const TemporaryFolder folder;
+  const auto file = folder.write("file", "");
+  EXPECT_THAT(KeymapStore(file).save(someState), Optional(HasSubstr("key-mapping.json: ")));
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,57 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Machines/Linux/Processes.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+class ProcessesTest : public testing::Test {
+ protected:
+  /// Puts a stand-in for the key-mapping tool into the folder.
+  void writeTool(const std::string& script) {
+    const auto tool = folder.write("brivane-hidutil", "#!/bin/sh\n" + script + "\n");
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  }
+
+  TemporaryFolder folder;
+  Findings findings;
+  LinuxProcessRunner runner{findings, folder.path};
+};
+
+TEST_F(ProcessesTest, TheKeyMappingToolIsBrivanesOwnWithTheSameArguments) {
+  writeTool("echo \"$@\"");
+  EXPECT_EQ(runner.run("/usr/bin/hidutil", {"property", "--get", "UserKeyMapping"}),
+            ProcessResult(FinishedProcess{0, "property --get UserKeyMapping\n"}));
+}
+
+TEST_F(ProcessesTest, AnyOtherProgramRunsAsItIs) {
+  EXPECT_EQ(runner.run("/bin/sh", {"-c", "echo here"}),
+            ProcessResult(FinishedProcess{0, "here\n"}));
+  EXPECT_TRUE(std::holds_alternative<ProcessNotStarted>(runner.run("/bin/launchctl", {"list"})));
+}
+
+TEST_F(ProcessesTest, AMissingToolIsNotStarted) {
+  EXPECT_TRUE(std::holds_alternative<ProcessNotStarted>(runner.run("/usr/bin/hidutil", {})));
+}
+
+TEST_F(ProcessesTest, AToolThatMayNotRemapIsRememberedUntilItMay) {
+  writeTool("exit 77");
+  runner.run("/usr/bin/hidutil", {"property", "--set", "{}"});
+  EXPECT_TRUE(findings.keymapsDenied);
+  writeTool("exit 0");
+  runner.run("/usr/bin/hidutil", {"property", "--get", "UserKeyMapping"});
+  EXPECT_TRUE(findings.keymapsDenied);
+  runner.run("/usr/bin/hidutil", {"property", "--set", "{}"});
+  EXPECT_FALSE(findings.keymapsDenied);
+}
+
+TEST_F(ProcessesTest, AnotherProgramsStatusIsNoFinding) {
+  runner.run("/bin/sh", {"-c", "exit 77", "--set"});
+  EXPECT_FALSE(findings.keymapsDenied);
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,136 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Machines/Linux/Registry.h"
+#include "Tests/Support/EDIDBuilder.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint32_t vendorBRV = 0x0A56;
+
+class RegistryTest : public testing::Test {
+ protected:
+  void add(const std::string& name, const EDIDBuilder& panel, const std::string& number = "0") {
+    std::filesystem::create_directories(drm / name);
+    drm.write(name + "/status", "connected\n");
+    drm.write(name + "/connector_id", number + "\n");
+    const auto bytes = panel.bytes();
+    drm.write(name + "/edid", {bytes.begin(), bytes.end()});
+    std::filesystem::create_symlink("../i2c-5", drm / name / "ddc");
+  }
+
+  std::vector<std::shared_ptr<const RegistryEntry>> entries() {
+    std::vector<std::shared_ptr<const RegistryEntry>> all;
+    const auto pass = registry.allServices();
+    while (auto entry = pass->next()) all.push_back(entry);
+    return all;
+  }
+
+  std::vector<std::string> namesOfClass(const std::string& className) {
+    std::vector<std::string> names;
+    for (const auto& entry : entries()) {
+      if (entry->className() == className) names.push_back(entry->name().value());
+    }
+    return names;
+  }
+
+  std::shared_ptr<const RegistryEntry> only(const std::string& className) {
+    std::shared_ptr<const RegistryEntry> found;
+    for (const auto& entry : entries()) {
+      if (entry->className() != className) continue;
+      EXPECT_EQ(found, nullptr);
+      found = entry;
+    }
+    return found;
+  }
+
+  /// The panel's "ProductAttributes".
+  PropertyValue::Dictionary product() {
+    const auto attributes = only("DRMPanel")->property("DisplayAttributes");
+    return *attributes->dictionary()->at("ProductAttributes").dictionary();
+  }
+
+  TemporaryFolder drm;
+  Connectors connectors{drm.path};
+  LinuxIORegistry registry{connectors};
+};
+
+TEST_F(RegistryTest, WithoutMonitorsThereIsOnlyTheRoot) {
+  ASSERT_EQ(entries().size(), 1U);
+  EXPECT_EQ(entries().front()->parent(), nullptr);
+}
+
+TEST_F(RegistryTest, APanelTellsTheNumbersOfItsEDID) {
+  add("card0-DP-1", {.vendor = "BRV", .model = 0x1001, .serial = 0xFFFFFFFE, .name = "Alpha"});
+  const PropertyValue::Dictionary expected{
+      {"LegacyManufacturerID", PropertyValue{std::int64_t{vendorBRV}}},
+      {"ProductID", PropertyValue{std::int64_t{0x1001}}},
+      {"SerialNumber", PropertyValue{std::int64_t{0xFFFFFFFE}}}};
+  EXPECT_EQ(product(), expected);
+}
+
+TEST_F(RegistryTest, APanelWithoutASerialNumberHasNoEntryForIt) {
+  add("card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  EXPECT_FALSE(product().contains("SerialNumber"));
+}
+
+TEST_F(RegistryTest, PanelAndProxyHangBelowTheController) {
+  add("card0-HDMI-A-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""}, "93");
+  for (const auto* className : {"DRMPanel", "DCPAVServiceProxy"}) {
+    EXPECT_EQ(only(className)->parent()->name(), "disp-card0-00093-HDMI-A-1");
+  }
+  EXPECT_EQ(only("DCPAVServiceProxy")->property("Location"),
+            PropertyValue{std::string("External")});
+}
+
+TEST_F(RegistryTest, APanelInsideTheComputerIsEmbedded) {
+  add("card0-eDP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  EXPECT_EQ(only("DCPAVServiceProxy")->property("Location"),
+            PropertyValue{std::string("Embedded")});
+}
+
+TEST_F(RegistryTest, PortNamesSortAsTheKernelNumbersItsConnectors) {
+  const EDIDBuilder panel{.vendor = "BRV", .model = 7, .serial = 0, .name = ""};
+  add("card0-DP-1", panel, "110");
+  add("card0-HDMI-A-1", panel, "93");
+  add("card1-DP-2", panel, "80");
+  auto ports = namesOfClass("DRMConnector");
+  std::sort(ports.begin(), ports.end());
+  EXPECT_THAT(ports, ElementsAre("disp-card0-00093-HDMI-A-1", "disp-card0-00110-DP-1",
+                                 "disp-card1-00080-DP-2"));
+}
+
+TEST_F(RegistryTest, AMonitorWithoutAUsableEDIDStillHasItsProxy) {
+  add("card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  for (const auto* bytes : {"", "rubbish"}) {
+    drm.write("card0-DP-1/edid", bytes);
+    EXPECT_THAT(namesOfClass("DRMPanel"), IsEmpty()) << bytes;
+    EXPECT_EQ(namesOfClass("DCPAVServiceProxy").size(), 1U) << bytes;
+  }
+}
+
+TEST_F(RegistryTest, AMonitorWithoutABusHasNoProxy) {
+  add("card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  std::filesystem::remove(drm / "card0-DP-1" / "ddc");
+  EXPECT_THAT(namesOfClass("DCPAVServiceProxy"), IsEmpty());
+  EXPECT_EQ(namesOfClass("DRMPanel").size(), 1U);
+}
+
+TEST_F(RegistryTest, AnEntryStaysReadableAfterItsMonitorIsGone) {
+  add("card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  const auto panel = only("DRMPanel");
+  std::filesystem::remove_all(drm / "card0-DP-1");
+  EXPECT_TRUE(panel->property("DisplayAttributes").has_value());
+  EXPECT_EQ(panel->parent()->parent()->name(), "Root");
+  EXPECT_EQ(panel->property("Location"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace brivane
