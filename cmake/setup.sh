@@ -36,7 +36,7 @@ need_packages() {
 
 # build PRESET TARGET...: configures if need be and builds, saying so only if there is work to do.
 build() {
-  local preset=$1 folder=build tests=OFF
+  local preset=$1 folder=build tests=OFF status
   shift
   [ "$preset" = default ] || folder=build/$preset
   [ "${with_tests:-no}" = yes ] && tests=ON
@@ -50,11 +50,19 @@ build() {
       exit 1
     fi
   fi
-  ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do' && return
-  say "Building ($preset: $*); the first time takes a few minutes …"
-  if ! nice ninja -C "$folder" "$@" >"$folder/build.log" 2>&1; then
-    grep -A15 -m3 -E 'error:|FAILED:|undefined reference' "$folder/build.log" | head -n 60 >&2
-    say "Building failed; the whole output is in $folder/build.log."
-    exit 1
-  fi
+  ninja -C "$folder" "$@" >"$folder/build.log" 2>&1 &
+  local ninja=$! tenths=0
+  while kill -0 $ninja 2>/dev/null; do
+    sleep 0.1
+    tenths=$((tenths + 1))
+    [ $tenths -eq 10 ] && say "Building $* ($preset) …"
+    [ $((tenths % 200)) -eq 0 ] &&
+      say "  $(grep -oE '^\[[0-9]+/[0-9]+\]' "$folder/build.log" | tail -n 1)"
+  done
+  wait $ninja
+  status=$?
+  [ $status -eq 0 ] && return
+  grep -A15 -m3 -E 'error:|FAILED:|undefined reference' "$folder/build.log" | head -n 60 >&2
+  say "Building failed; the whole output is in $folder/build.log."
+  exit 1
 }

@@ -133,7 +133,9 @@ class BusConformance : public SymbolLoaderConformance {
     std::vector<std::shared_ptr<AVService>> all;
     const auto walk = machine.ioRegistry().allServices();
     while (const auto entry = walk->next()) {
-      if (entry->className() != "DCPAVServiceProxy") continue;
+      const auto location = entry->property("Location");
+      const bool isExternal = location && *location == PropertyValue{std::string("External")};
+      if (entry->className() != "DCPAVServiceProxy" || !isExternal) continue;
       if (auto service = create(*entry)) all.push_back(service);
     }
     return all;
