@@ -8,6 +8,13 @@ say() { printf '%s\n' "$*" >&2; }
 # What it takes to build and run the program.
 program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-dev libxcb-randr0-dev)
 
+# A kernel with the three monitors that Tests/EndToEnd/Linux expects.
+linux_world=(build/bin/ddc-bus-host
+  --monitor HDMI-A-1,bus=5,vendor=BRV,model=0x1001,serial=11,label=Left
+  --monitor DP-1,bus=6,own=1,vendor=BRV,model=0x1002,serial=22,label=Middle,maximum=255,level=255
+  --monitor DP-2,vendor=XYZ,model=0x3003,serial=33,label=Right
+  --keyboard event3,c006f=225,c0070=224)
+
 # need_packages NAME...: installs what is missing, or prints the one line that does and ends.
 need_packages() {
   local missing=() package

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
+#include "Tests/EndToEnd/Linux/LinuxWorld.h"
 #include "Tests/Support/FakeMachine.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -161,9 +162,11 @@ void measureProcesses(const std::filesystem::path& programs, const std::filesyst
            "<= 8 MB");
 }
 
-/// Given "--mocked-bus", this process runs beside a mocked kernel and measures `--set` there.
-void measureSetOnMockedBus(const std::filesystem::path& programs) {
-  unsetenv("BRIVANE_DESK");
+/// On an X server and a mocked kernel, inside "ddc-bus-host".
+void measureMockedBus(const std::filesystem::path& programs) {
+  LinuxWorld world;
+  world.enter();
+  world.screens.warpPointer(800, 450);
   const ProcessFigures empty = medianOf({programs / "brivane-empty"});
   const ProcessFigures set = medianOf({programs / "Brivane", "--set", "40"});
   printRow("--set on the mocked bus, less the protocol's waits",
@@ -177,7 +180,7 @@ void measureSetOnMockedBus(const std::filesystem::path& programs) {
 int main(int argc, char** argv) {
   const auto programs = std::filesystem::canonical("/proc/self/exe").parent_path();
   if (argc > 1 && std::string(argv[1]) == "--mocked-bus") {
-    brivane::measureSetOnMockedBus(programs);
+    brivane::measureMockedBus(programs);
     return 0;
   }
   brivane::printHeader();
