@@ -50,7 +50,7 @@ std::string printedHIDMapping(const HIDMapping& mapping) {
 }
 
 FinishedProcess runHIDUtil(const std::vector<std::string>& arguments, DeskHardware& hardware) {
-  const FinishedProcess refused = {1, ""};
+  FinishedProcess refused = {1, ""};
   if (arguments.size() != 3 || arguments[0] != "property") return refused;
   if (arguments[1] == "--get" && arguments[2] == "UserKeyMapping") {
     return {0, printedHIDMapping(hardware.hidMapping())};

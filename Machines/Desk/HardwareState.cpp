@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::int64_t largestValue = 65535;
 constexpr std::int64_t longestTime = std::numeric_limits<std::int64_t>::max();
-constexpr std::size_t digitsPerSample = 8;
+constexpr unsigned digitsPerSample = 8;
 
 JsonValue whole(std::uint64_t number) {
   if (number <= std::uint64_t{std::numeric_limits<std::int64_t>::max()}) {
@@ -69,16 +69,14 @@ std::string hexadecimal(const GammaCurve& curve) {
   std::string text;
   text.reserve(curve.size() * digitsPerSample);
   for (const float sample : curve) {
-    const auto bits = std::bit_cast<std::uint32_t>(sample);
-    for (unsigned shift = 32; shift > 0; shift -= 4) {
-      text += "0123456789abcdef"[(bits >> (shift - 4)) & 0xFU];
-    }
+    appendHexadecimal(std::bit_cast<std::uint32_t>(sample), digitsPerSample, text);
   }
   return text;
 }
 
 std::optional<GammaCurve> curve(std::string_view text) {
-  if (text.size() % digitsPerSample != 0 || text.size() < 2 * digitsPerSample) return std::nullopt;
+  if (text.size() % digitsPerSample != 0 || text.size() < std::size_t{2} * digitsPerSample)
+    return std::nullopt;
   GammaCurve samples;
   samples.reserve(text.size() / digitsPerSample);
   for (; !text.empty(); text.remove_prefix(digitsPerSample)) {
@@ -110,12 +108,12 @@ JsonValue toJson(const MonitorState& state) {
       {"writeCount", whole(state.writeCount)},       {"ignoresNextWrite", {state.ignoresNextWrite}},
       {"previousCode", whole(state.previousCode)},
   };
-  if (state.wokenAt) members.emplace_back("wokenAt", moment(*state.wokenAt));
+  if (state.wokenAt) members.push_back({"wokenAt", moment(*state.wokenAt)});
   if (state.request) {
     JsonValue::Object request = {{"code", whole(state.request->code)},
                                  {"receivedAt", moment(state.request->receivedAt)},
                                  {"answered", {state.request->isAnswered}}};
-    members.emplace_back("request", JsonValue{std::move(request)});
+    members.push_back({"request", {std::move(request)}});
   }
   return {std::move(members)};
 }

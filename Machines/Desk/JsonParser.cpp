@@ -62,7 +62,7 @@ JsonValue& append(JsonValue& container, std::string key, JsonValue value) {
     return array->emplace_back(std::move(value));
   }
   auto& object = std::get<JsonValue::Object>(container.content);
-  return object.emplace_back(std::move(key), std::move(value)).second;
+  return object.emplace_back(JsonMember{std::move(key), std::move(value)}).value;
 }
 
 bool TreeBuilder::add(JsonValue value) {
@@ -97,7 +97,7 @@ std::string TreeBuilder::path() const {
     if (const auto* array = std::get_if<JsonValue::Array>(&content)) {
       result += "/" + std::to_string(array->size() - 1);
     } else {
-      result = childPath(result, std::get<JsonValue::Object>(content).back().first);
+      result = childPath(result, std::get<JsonValue::Object>(content).back().key);
     }
   }
   return result.empty() ? "/" : result;
@@ -107,7 +107,7 @@ bool TreeBuilder::end_object() {
   const auto& object = std::get<JsonValue::Object>(openContainers.back()->content);
   std::vector<std::string_view> keys;
   keys.reserve(object.size());
-  for (const auto& member : object) keys.push_back(member.first);
+  for (const auto& member : object) keys.push_back(member.key);
   std::ranges::sort(keys);
   if (const auto twice = std::ranges::adjacent_find(keys); twice != keys.end()) {
     error = path() + ": the key " + jsonExcerpt({std::string(*twice)}) + " appears twice";

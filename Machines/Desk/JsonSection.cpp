@@ -8,9 +8,9 @@ namespace brivane {
 
 std::optional<JsonItem> JsonSection::find(std::string_view key) {
   known.push_back(key);
-  const auto member = std::ranges::find(members, key, &JsonValue::Object::value_type::first);
+  const auto member = std::ranges::find(members, key, &JsonMember::key);
   if (error || member == members.end()) return std::nullopt;
-  return JsonItem(member->second, childPath(path, key), error);
+  return JsonItem(member->value, childPath(path, key), error);
 }
 
 std::vector<std::pair<std::string, JsonItem>> JsonSection::all() const {
@@ -27,8 +27,8 @@ void JsonSection::complain(const std::string& what) const {
 
 void JsonSection::finish() const {
   for (const auto& member : members) {
-    if (std::ranges::find(known, member.first) != known.end()) continue;
-    complain("unknown key " + jsonExcerpt({member.first}) + suggestion(member.first, known));
+    if (std::ranges::find(known, member.key) != known.end()) continue;
+    complain("unknown key " + jsonExcerpt({member.key}) + suggestion(member.key, known));
   }
 }
 

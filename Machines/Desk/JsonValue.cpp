@@ -8,12 +8,10 @@ namespace brivane {
 namespace {
 
 void writeCharacter(char character, std::string& out) {
-  constexpr std::string_view hex = "0123456789abcdef";
   const auto byte = static_cast<unsigned char>(character);
   if (byte < 0x20 || byte == 0x7F) {
-    out += "\\u00";
-    out += hex[byte >> 4U];
-    out += hex[byte & 0xFU];
+    out += "\\u";
+    appendHexadecimal(byte, 4, out);
   } else {
     out += character;
   }
@@ -48,17 +46,16 @@ void writeArray(const JsonValue::Array& array, bool sortsMembers, std::string& o
 }
 
 void writeObject(const JsonValue::Object& object, bool sortsMembers, std::string& out) {
-  std::vector<const JsonValue::Object::value_type*> members;
+  std::vector<const JsonMember*> members;
   members.reserve(object.size());
   for (const auto& member : object) members.push_back(&member);
-  if (sortsMembers)
-    std::ranges::sort(members, {}, [](const auto* member) { return member->first; });
+  if (sortsMembers) std::ranges::sort(members, {}, &JsonMember::key);
   out += '{';
   for (const auto* member : members) {
     if (out.back() != '{') out += ',';
-    writeString(member->first, out);
+    writeString(member->key, out);
     out += ':';
-    write(member->second, sortsMembers, out);
+    write(member->value, sortsMembers, out);
   }
   out += '}';
 }
@@ -83,6 +80,10 @@ void write(const JsonValue& value, bool sortsMembers, std::string& out) {
 
 }  // namespace
 
+void appendHexadecimal(std::uint64_t number, unsigned digits, std::string& out) {
+  for (; digits > 0; --digits) out += "0123456789abcdef"[(number >> (4 * (digits - 1))) & 0xFU];
+}
+
 std::string childPath(const std::string& parent, std::string_view key) {
   std::string path = parent + "/";
   for (const char character : key) writeCharacter(character, path);
@@ -99,7 +100,7 @@ std::string jsonExcerpt(const JsonValue& value) {
   constexpr std::size_t longestExcerpt = 40;
   if (std::holds_alternative<JsonValue::Array>(value.content)) return "a list";
   if (std::holds_alternative<JsonValue::Object>(value.content)) return "an object";
-  const std::string text = jsonText(value);
+  std::string text = jsonText(value);
   if (text.size() <= longestExcerpt) return text;
   std::size_t end = longestExcerpt;
   while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;  // between characters

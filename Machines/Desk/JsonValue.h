@@ -4,17 +4,18 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
 namespace brivane {
 
+struct JsonMember;
+
 /// A JSON text as it was written: members keep their order, and every whole number from -2^63 to
 /// 2^64 - 1 keeps its value. `std::uint64_t` holds only what is too large for `std::int64_t`.
 struct JsonValue {
   using Array = std::vector<JsonValue>;
-  using Object = std::vector<std::pair<std::string, JsonValue>>;
+  using Object = std::vector<JsonMember>;
 
   std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string, Array,
                Object>
@@ -23,11 +24,19 @@ struct JsonValue {
   bool isNull() const { return std::holds_alternative<std::nullptr_t>(content); }
 };
 
+struct JsonMember {
+  std::string key;
+  JsonValue value;
+};
+
 /// The path of a member, with control characters made visible. The path of the whole text is "".
 std::string childPath(const std::string& parent, std::string_view key);
 
 /// The value as JSON without blanks, on one line, members in the order they have.
 std::string jsonText(const JsonValue& value);
+
+/// Adds the number's last `digits` hexadecimal digits.
+void appendHexadecimal(std::uint64_t number, unsigned digits, std::string& out);
 
 /// What a person is shown of a value in a line of text: "a list", "an object", or the start of
 /// its JSON.

@@ -115,10 +115,12 @@ void MonitorFirmware::receive(MonitorState& state, std::span<const std::uint8_t>
     receiveSet(state, message[2], static_cast<std::uint16_t>(message[3] << 8U | message[4]));
   } else if (opcode == getOpcode && message.size() == 4) {
     const auto code = message[2];
-    // Asking again does not make it start again.
-    if (state.request && state.request->code == code && !state.request->isAnswered) return;
+    // Asking again does not make a slow one start again.
+    const bool isPreparing = description.replyMilliseconds > 0 && state.request &&
+                             state.request->code == code && !state.request->isAnswered;
+    if (isPreparing) return;
     if (state.request) state.previousCode = state.request->code;
-    state.request = MonitorState::Request{code, now, false};
+    state.request = MonitorRequest{code, now, false};
   }
 }
 
@@ -141,7 +143,8 @@ std::vector<std::uint8_t> MonitorFirmware::takeReply(MonitorState& state, Instan
       !hasPassed(state.request->receivedAt, preparation, now)) {
     return nullReply();
   }
-  state.request->isAnswered = true;
+  // Only a slow one needs to know; for the others, reads then leave the state as it is.
+  if (description.replyMilliseconds > 0) state.request->isAnswered = true;
   return replyFor(state,
                   state.mood == MonitorMood::stale ? state.previousCode : state.request->code);
 }

@@ -11,16 +11,18 @@
 
 namespace brivane {
 
+/// The last get that a monitor heard.
+struct MonitorRequest {
+  std::uint8_t code = 0;
+  Instant receivedAt;
+  /// Kept by monitors that are slow to answer only.
+  bool isAnswered = false;
+
+  bool operator==(const MonitorRequest&) const = default;
+};
+
 /// What a monitor remembers.
 struct MonitorState {
-  struct Request {
-    std::uint8_t code = 0;
-    Instant receivedAt;
-    bool isAnswered = false;
-
-    bool operator==(const Request&) const = default;
-  };
-
   MonitorMood mood = MonitorMood::answering;
   bool isAsleep = false;
   /// Absent: it was never asleep.
@@ -32,7 +34,7 @@ struct MonitorState {
   /// Sets that reached its non-volatile memory.
   std::uint64_t writeCount = 0;
   bool ignoresNextWrite = false;
-  std::optional<Request> request;
+  std::optional<MonitorRequest> request;
   /// The code of the request before that one; 0 before the second.
   std::uint8_t previousCode = 0;
 

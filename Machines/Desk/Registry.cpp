@@ -66,10 +66,11 @@ class DeskIterator : public RegistryIterator {
 };
 
 /// Puts the property in, or what the desk file says stands in its place.
-void put(PropertyValue::Dictionary& properties, const char* key, std::optional<PropertyValue> usual,
+void put(PropertyValue::Dictionary& properties, const char* key,
+         const std::optional<PropertyValue>& usual,
          const RegistryDescription::Override& replacement) {
-  auto value = replacement ? *replacement : std::move(usual);
-  if (value) properties[key] = std::move(*value);
+  const auto& value = replacement ? *replacement : usual;
+  if (value) properties[key] = *value;
 }
 
 PropertyValue whole(std::uint32_t number) {

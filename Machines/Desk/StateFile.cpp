@@ -1,5 +1,7 @@
 #include "Machines/Desk/StateFile.h"
 
+#include <system_error>
+
 #include "Machines/Desk/JsonParser.h"
 
 // Every access reads the file again: another process may have pressed the monitor's buttons.
@@ -9,11 +11,9 @@ namespace {
 
 constexpr std::size_t maximumBytes = 4 << 20;
 
-std::string hexadecimal(std::uint64_t number) {
+std::string asText(std::uint64_t fingerprint) {
   std::string text;
-  for (int shift = 60; shift >= 0; shift -= 4) {
-    text += "0123456789abcdef"[(number >> static_cast<unsigned>(shift)) & 0xFU];
-  }
+  appendHexadecimal(fingerprint, 16, text);
   return text;
 }
 
@@ -23,7 +23,7 @@ StateFile::StateFile(StateFolder& stateFolder, const std::string& name,
                      std::uint64_t sectionFingerprint)
     : folder(stateFolder),
       file(folder.path / (name + ".json")),
-      startedFrom(hexadecimal(sectionFingerprint)) {}
+      startedFrom(asText(sectionFingerprint)) {}
 
 void StateFile::access(const Access& access) {
   const auto lock = folder.lock();
@@ -35,12 +35,9 @@ void StateFile::access(const Access& access) {
   }
   if (!problem) problem = save(*state);
   memoryStands = problem.has_value();
-  if (problem) {
-    folder.report("Brivane: the desk's state can't be saved in " + folder.path.string() + " (" +
-                  problem->reason + "); it stays in memory until Brivane ends");
-  } else {
-    folder.clearReport();
-  }
+  if (!problem) return;
+  folder.report("Brivane: the desk's state can't be saved in " + folder.path.string() + " (" +
+                problem->reason + "); it stays in memory until Brivane ends");
 }
 
 /// What keeps the file from being replaced.
@@ -48,7 +45,10 @@ std::optional<FileProblem> StateFile::load(const Access& access, bool isLocked) 
   const auto content = readWholeFile(file, maximumBytes);
   if (const auto* problem = std::get_if<FileProblem>(&content)) {
     access.startAfresh();
-    return problem->isAbsent ? std::nullopt : discardUnreadable(problem->reason, isLocked);
+    // There is no file either when a folder on the way to it is none or can't be entered.
+    std::error_code ignored;
+    if (problem->isAbsent || !std::filesystem::exists(file, ignored)) return std::nullopt;
+    return discardUnreadable(problem->reason, isLocked);
   }
   const auto complaint = parseFile(std::get<std::string>(content), access);
   if (!complaint) return std::nullopt;
@@ -78,16 +78,15 @@ std::optional<std::string> StateFile::parseFile(const std::string& text,
 std::optional<FileProblem> StateFile::discardUnreadable(const std::string& reason, bool isLocked) {
   const std::string complaint =
       "Brivane: the desk's state in " + file.string() + " can't be read (" + reason + "); ";
-  // Without the lock another process might be about to do the same.
-  if (!isLocked) return FileProblem{reason};
-  const auto aside = setAside(file);
-  if (const auto* problem = std::get_if<FileProblem>(&aside)) {
-    folder.report(complaint + "starting afresh, without touching it");
-    return *problem;
+  if (isLocked) {
+    const auto aside = setAside(file);
+    if (const auto* name = std::get_if<std::filesystem::path>(&aside)) {
+      folder.report(complaint + "it was set aside as " + name->filename().string());
+      return std::nullopt;
+    }
   }
-  folder.report(complaint + "it was set aside as " +
-                std::get<std::filesystem::path>(aside).filename().string());
-  return std::nullopt;
+  folder.report(complaint + "it is left as it is, and the desk goes on without it");
+  return FileProblem{reason};
 }
 
 std::optional<FileProblem> StateFile::save(const JsonValue& state) const {

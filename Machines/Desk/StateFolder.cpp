@@ -18,8 +18,7 @@ std::optional<FileLock> StateFolder::lock() {
 }
 
 void StateFolder::report(const std::string& line) {
-  if (line != lastReport) log.write(line);
-  lastReport = line;
+  if (reported.insert(line).second) log.write(line);
 }
 
 }  // namespace brivane

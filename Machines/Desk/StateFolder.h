@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "BrivaneCore/Seams/Runtime.h"
@@ -21,10 +22,8 @@ class StateFolder {
   /// had, which is waited for at most 2 s, and not at all once it was waited for in vain.
   std::optional<FileLock> lock();
 
-  /// Writes the line to the log, unless it was the last one reported.
+  /// Writes the line to the log, unless this process has done so already.
   void report(const std::string& line);
-  /// What was reported is over: if it comes again, it is worth another line.
-  void clearReport() { lastReport.clear(); }
 
   const std::filesystem::path path;
   Runtime& runtime;
@@ -32,7 +31,7 @@ class StateFolder {
 
  private:
   bool lockIsStuck = false;
-  std::string lastReport;
+  std::set<std::string> reported;
 };
 
 }  // namespace brivane

@@ -8,7 +8,8 @@ std::string displayRemedy(const Session& session) {
     return "check DISPLAY and XAUTHORITY, and that it is your own session's server";
   }
   if (session.isWayland) return "this session has Wayland only, log in to an X11 session instead";
-  return "start Brivane in an X11 session, or set DISPLAY (and XAUTHORITY) to that session's server";
+  return "start Brivane in an X11 session, or set DISPLAY (and XAUTHORITY) to that session's "
+         "server";
 }
 
 }  // namespace
@@ -19,7 +20,8 @@ std::optional<std::string> adviceFor(const Session& session, const Findings& fin
            displayRemedy(session) + ".";
   }
   if (findings.noBuses) {
-    return "There is no /dev/i2c-* to reach monitors through: run \"sudo modprobe i2c-dev\"; if that "
+    return "There is no /dev/i2c-* to reach monitors through: run \"sudo modprobe i2c-dev\"; if "
+           "that "
            "changes nothing, the graphics driver offers no I2C bus. See docs/linux.md.";
   }
   if (findings.busDenied) {

@@ -21,33 +21,35 @@ struct flock wholeFileLock() {
 
 }  // namespace
 
-LinuxApplications::LinuxApplications(std::optional<std::filesystem::path> lockFolder)
-    : folder(std::move(lockFolder)) {}
+LinuxApplications::LinuxApplications(const std::optional<std::filesystem::path>& lockFolder)
+    : lockFile(lockFolder ? std::optional(*lockFolder / "resident.lock") : std::nullopt) {}
 
-std::optional<std::string> LinuxApplications::bundleIdentifier() { return ownIdentifier; }
+std::optional<std::string> LinuxApplications::bundleIdentifier() {
+  return ownIdentifier;
+}
 
 std::vector<ProcessID> LinuxApplications::runningApplications(const std::string& bundleIdentifier) {
-  if (bundleIdentifier != ownIdentifier || !folder) return {};
+  if (bundleIdentifier != ownIdentifier || !lockFile) return {};
   if (ownLock.isOpen()) return {ownProcessID()};
-  const FileDescriptor file(::open(lockFile().c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor file(::open(lockFile->c_str(), O_RDONLY | O_CLOEXEC));
   struct flock lock = wholeFileLock();
   if (!file.isOpen() || ::fcntl(file.get(), F_GETLK, &lock) != 0) return {};
   if (lock.l_type == F_UNLCK) return {};
   return {lock.l_pid};
 }
 
-ProcessID LinuxApplications::ownProcessID() { return ::getpid(); }
+ProcessID LinuxApplications::ownProcessID() {
+  return ::getpid();
+}
 
 bool LinuxApplications::announce() {
   if (ownLock.isOpen()) return true;
-  if (!folder || !makeRuntimeFolder(*folder)) return false;
-  FileDescriptor file(::open(lockFile().c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (!lockFile || !makeRuntimeFolder(lockFile->parent_path())) return false;
+  FileDescriptor file(::open(lockFile->c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   struct flock lock = wholeFileLock();
   if (!file.isOpen() || ::fcntl(file.get(), F_SETLK, &lock) != 0) return false;
   ownLock = std::move(file);
   return true;
 }
-
-std::filesystem::path LinuxApplications::lockFile() const { return *folder / "resident.lock"; }
 
 }  // namespace brivane

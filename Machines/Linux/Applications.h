@@ -8,13 +8,13 @@
 
 namespace brivane {
 
-/// The one resident program of a user, told by a lock on a file: the system knows the lock's holder,
-/// and lets go of the lock however the holder ends. One object per process: the system drops a
-/// process's lock when any of its open files of that name is closed.
+/// The one resident program of a user, told by a lock on a file: the system knows the lock's
+/// holder, and lets go of the lock however the holder ends. One object per process: the system
+/// drops a process's lock when any of its open files of that name is closed.
 class LinuxApplications : public Applications {
  public:
   /// Without a folder nobody can announce himself and nobody is found.
-  explicit LinuxApplications(std::optional<std::filesystem::path> lockFolder);
+  explicit LinuxApplications(const std::optional<std::filesystem::path>& lockFolder);
 
   std::optional<std::string> bundleIdentifier() override;
   std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) override;
@@ -25,9 +25,7 @@ class LinuxApplications : public Applications {
   bool announce();
 
  private:
-  std::filesystem::path lockFile() const;
-
-  const std::optional<std::filesystem::path> folder;
+  const std::optional<std::filesystem::path> lockFile;
   /// Open while this process is announced.
   FileDescriptor ownLock;
 };

@@ -30,15 +30,17 @@ LinuxBacklight::LinuxBacklight(DisplaySystem& displaySystem, Findings& itsFindin
                                std::filesystem::path classFolder)
     : displays(displaySystem), findings(itsFindings), folder(std::move(classFolder)) {}
 
-bool LinuxBacklight::exists() const { return !namesIn(folder).empty(); }
+bool LinuxBacklight::exists() const {
+  return !namesIn(folder).empty();
+}
 
 std::int32_t LinuxBacklight::get(DisplayID display, float& level) const {
   const auto backlight = backlightOf(display);
   if (!backlight) return ENODEV;
   const auto steps = readNumberAttribute(*backlight / "brightness");
-  const auto maximum = readNumberAttribute(*backlight / "max_brightness");
-  if (!steps || maximum.value_or(0) == 0) return EIO;
-  level = static_cast<float>(static_cast<double>(*steps) / static_cast<double>(*maximum));
+  const auto maximum = readNumberAttribute(*backlight / "max_brightness").value_or(0);
+  if (!steps || maximum == 0) return EIO;
+  level = static_cast<float>(static_cast<double>(*steps) / static_cast<double>(maximum));
   return 0;
 }
 
@@ -62,10 +64,10 @@ bool LinuxBacklight::canChange(DisplayID display) const {
 std::optional<std::filesystem::path> LinuxBacklight::backlightOf(DisplayID display) const {
   const auto names = namesIn(folder);
   if (names.empty() || !displays.isBuiltIn(display)) return std::nullopt;
-  return folder / *std::min_element(names.begin(), names.end(), [&](const auto& one,
-                                                                    const auto& other) {
-    return rank(folder / one) < rank(folder / other);
-  });
+  return folder /
+         *std::min_element(names.begin(), names.end(), [&](const auto& one, const auto& other) {
+           return rank(folder / one) < rank(folder / other);
+         });
 }
 
 }  // namespace brivane

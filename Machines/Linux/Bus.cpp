@@ -48,8 +48,8 @@ bool isRefusal(std::int32_t error) {
 
 std::int32_t moveBytes(int bus, std::uint16_t chip, bool isRead, std::span<std::uint8_t> bytes) {
   if (::ioctl(bus, I2C_SLAVE, static_cast<unsigned long>(chip)) < 0) return errno;
-  const ssize_t count = isRead ? ::read(bus, bytes.data(), bytes.size())
-                               : ::write(bus, bytes.data(), bytes.size());
+  const ssize_t count =
+      isRead ? ::read(bus, bytes.data(), bytes.size()) : ::write(bus, bytes.data(), bytes.size());
   if (count < 0) return errno;
   return static_cast<std::size_t>(count) == bytes.size() ? 0 : EIO;
 }

@@ -16,7 +16,7 @@ std::filesystem::path absolutePath(const char* variable) {
 }
 
 std::filesystem::path homeFolder() {
-  const auto announced = absolutePath("HOME");
+  auto announced = absolutePath("HOME");
   if (!announced.empty()) return announced;
   const passwd* const user = ::getpwuid(::getuid());
   return user != nullptr ? user->pw_dir : "/";

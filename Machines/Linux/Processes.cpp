@@ -34,7 +34,7 @@ ProcessResult LinuxProcessRunner::run(const std::string& executable,
     return standIn.tool == executable;
   });
   if (found == standIns.end()) return runChildProcess(executable, arguments);
-  const auto result = runChildProcess(standInFolder() / found->program, arguments);
+  auto result = runChildProcess(standInFolder() / found->program, arguments);
   const auto* finished = std::get_if<FinishedProcess>(&result);
   if (finished != nullptr && isSetting(arguments)) {
     findings.keymapsDenied = finished->exitStatus == HIDUtil::notPermitted;

@@ -34,8 +34,8 @@ struct LinuxRegistryEntry : RegistryEntry {
 };
 
 /// The kernel's connectors as entries of a registry: below the root a controller per connector
-/// with something plugged in ("disp-card0-00093-HDMI-A-1"), below it the panel, when its EDID can be
-/// read, and the service proxy, when an I2C bus leads to it.
+/// with something plugged in ("disp-card0-00093-HDMI-A-1"), below it the panel, when its EDID can
+/// be read, and the service proxy, when an I2C bus leads to it.
 ///
 /// The name holds the kernel's number so that names sort as window systems list outputs; identical
 /// monitors are told apart by nothing else.

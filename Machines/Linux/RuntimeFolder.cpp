@@ -12,8 +12,8 @@ namespace {
 /// A program run by "sudo" can still see the user's variable; the folder is not its own then.
 bool isOwnFolder(const std::filesystem::path& folder) {
   struct stat status {};
-  return folder.is_absolute() && ::stat(folder.c_str(), &status) == 0 &&
-         S_ISDIR(status.st_mode) && status.st_uid == ::geteuid();
+  return folder.is_absolute() && ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == ::geteuid();
 }
 
 }  // namespace

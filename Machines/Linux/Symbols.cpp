@@ -42,10 +42,9 @@ Symbol LinuxSymbolLoader::findAVService(std::string_view name) const {
     });
   }
   if (name == "IOAVServiceReadI2C") {
-    return ReadI2CFunction([this](AVService& service, std::uint32_t chip, std::uint32_t /*address*/,
-                                  std::span<std::uint8_t> bytes) {
-      return bus.read(service, chip, bytes);
-    });
+    return ReadI2CFunction(
+        [this](AVService& service, std::uint32_t chip, std::uint32_t /*address*/,
+               std::span<std::uint8_t> bytes) { return bus.read(service, chip, bytes); });
   }
   return {};
 }

@@ -9,8 +9,8 @@ namespace brivane {
 using KeyCode = std::uint32_t;
 
 /// The key code that the kernel gives a brightness key of the HID consumer page, by its usage as
-/// key mappings write it (page in the upper 32 bits). Nothing for every other usage: brightness keys
-/// that vendors put on pages of their own don't exist under Linux.
+/// key mappings write it (page in the upper 32 bits). Nothing for every other usage: brightness
+/// keys that vendors put on pages of their own don't exist under Linux.
 std::optional<KeyCode> brightnessKeyCode(std::uint64_t usage);
 
 /// The key code that stands for a relay key F13 to F20 of the HID keyboard page. F20 is the code of

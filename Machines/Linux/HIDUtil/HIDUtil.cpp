@@ -32,7 +32,9 @@ bool isRecorded(const std::string& device, const std::vector<ChangedKey>& change
 }
 
 /// The keyboard went, or never had a keymap: nothing is left to change.
-bool isGone(int error) { return error == ENODEV || error == EINVAL; }
+bool isGone(int error) {
+  return error == ENODEV || error == EINVAL;
+}
 
 }  // namespace
 
@@ -72,14 +74,13 @@ HIDUtil::Outcome HIDUtil::set(const UserKeyMapping& mapping) {
   if (!folder || !makeRuntimeFolder(*folder)) {
     return failure(failed, "no folder to keep the mapping in (is XDG_RUNTIME_DIR set?)");
   }
-  const auto lock = FileLock::acquire(*folder / "key-mapping.lock", runtime,
-                                      std::chrono::seconds(2));
+  const auto lock =
+      FileLock::acquire(*folder / "key-mapping.lock", runtime, std::chrono::seconds(2));
   if (!lock) return failure(failed, "another change of the mapping does not end");
-  return setUnderLock(mapping);
+  return setUnderLock(mapping, KeymapStore(*folder));
 }
 
-HIDUtil::Outcome HIDUtil::setUnderLock(const UserKeyMapping& mapping) {
-  const KeymapStore store(*folder);
+HIDUtil::Outcome HIDUtil::setUnderLock(const UserKeyMapping& mapping, const KeymapStore& store) {
   const KeymapState before = store.load();
   const Keyboards keyboards = openKeyboards(before, relaysIn(mapping));
   if (!keyboards.denied.empty()) return denial(keyboards.denied.front());
@@ -124,9 +125,8 @@ bool HIDUtil::change(const Keyboard& keyboard, KeymapState& state) {
   bool isWell = true;
   for (const PlannedKey& key : keyboard.keys) {
     const std::string& device = keyboard.device.device;
-    const int error = key.current == key.wanted
-                          ? 0
-                          : keyboard.keymap.setKey(key.scancode, key.wanted);
+    const int error =
+        key.current == key.wanted ? 0 : keyboard.keymap.setKey(key.scancode, key.wanted);
     if (isGone(error)) continue;
     const KeyCode left = error == 0 ? key.wanted : key.current;
     if (left != key.original) {

@@ -17,9 +17,9 @@ namespace brivane {
 ///
 /// Brightness keys mapped to a relay key are given that key's code in the keymaps of all attached
 /// keyboards, and their own code back when the mapping no longer holds them. Other entries are only
-/// kept and printed. A printed brightness entry is in force: one that some attached keyboard doesn't
-/// follow (it was plugged in later) is left out. Devices without a keymap, and devices that go
-/// meanwhile, are left alone.
+/// kept and printed. A printed brightness entry is in force: one that some attached keyboard
+/// doesn't follow (it was plugged in later) is left out. Devices without a keymap, and devices that
+/// go meanwhile, are left alone.
 class HIDUtil {
  public:
   /// Exit statuses: those of sysexits.h where they have one.
@@ -58,7 +58,7 @@ class HIDUtil {
 
   Outcome get() const;
   Outcome set(const UserKeyMapping& mapping);
-  Outcome setUnderLock(const UserKeyMapping& mapping);
+  static Outcome setUnderLock(const UserKeyMapping& mapping, const KeymapStore& store);
   static Keyboards openKeyboards(const KeymapState& state,
                                  const std::map<KeyCode, KeyCode>& relays);
   /// Changes one keyboard and adds to `state` what is changed in it then; whether all went well.

@@ -47,8 +47,8 @@ struct PlannedKey {
 /// counts; entries for other sources, or to other destinations, have no place in a keymap.
 std::map<KeyCode, KeyCode> relaysIn(const UserKeyMapping& mapping);
 
-/// The keyboard's brightness keys. A key that `changed` says was changed counts as one as long as it
-/// still has the relay key's code; otherwise somebody else has changed it since. Pure.
+/// The keyboard's brightness keys. A key that `changed` says was changed counts as one as long as
+/// it still has the relay key's code; otherwise somebody else has changed it since. Pure.
 std::vector<PlannedKey> planKeymap(const std::string& device, const std::vector<KeymapKey>& keymap,
                                    const std::vector<ChangedKey>& changed,
                                    const std::map<KeyCode, KeyCode>& relays);

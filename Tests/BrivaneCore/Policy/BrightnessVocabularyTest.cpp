@@ -100,12 +100,22 @@ TEST(BrightnessScaling, RawIsTheNearestValueWithHalvesAwayFromZero) {
 
 TEST(BrightnessScaling, PercentIsTheNearestValueLimitedToAHundred) {
   const ScalingCase cases[] = {
-      {128, 255, 50},    {10, 0, 0},       {10, -1, 0},  {300, 255, 100},
-      {0, 255, 0},       {-5, 255, 0},     {1, 200, 1},  {1, 255, 0},
-      {127, 255, 50},    {3500, 7000, 50}, {23, 40, 57},  // 23 / 40 * 100 is just below 57.5; 23 *
-                                                          // 100 / 40 is not
-      {255, 255, 100},   {1, 8, 13},                      // 12.5
-      {largest, 1, 100}, {smallest, 1, 0},
+      {128, 255, 50},
+      {10, 0, 0},
+      {10, -1, 0},
+      {300, 255, 100},
+      {0, 255, 0},
+      {-5, 255, 0},
+      {1, 200, 1},
+      {1, 255, 0},
+      {127, 255, 50},
+      {3500, 7000, 50},
+      {23, 40, 57},  // 23 / 40 * 100 is just below 57.5; 23 *
+                     // 100 / 40 is not
+      {255, 255, 100},
+      {1, 8, 13},  // 12.5
+      {largest, 1, 100},
+      {smallest, 1, 0},
   };
   for (const auto& [raw, max, expected] : cases) {
     EXPECT_EQ(BrightnessScaling::percentFromRaw(raw, max), expected) << raw << " of " << max;

@@ -372,6 +372,44 @@ TEST_F(DeskFolderTest, WithoutAPlaceForItsStateTheProgramGoesOnInMemoryAfterOneL
                           "it stays in memory until Brivane ends"));
 }
 
+TEST_F(DeskFolderTest, InAReadOnlyFolderTheProgramGoesOnWithWhatItFindsThere) {
+  {
+    auto desk = open();
+    set(desk.hardware, 1, 10);
+  }
+  const std::string before = TemporaryFolder::read(state / "monitor-1.json");
+  const int status = inAnotherProcess([&] {
+    std::filesystem::permissions(folder.path, std::filesystem::perms(0755));
+    std::filesystem::permissions(state, std::filesystem::perms(0555));
+    constexpr uid_t nobody = 65534;
+    EXPECT_TRUE(geteuid() != 0 || setuid(nobody) == 0);
+    auto desk = open();
+    EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 10);
+    EXPECT_TRUE(set(desk.hardware, 1, 20));
+    EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 20);
+    EXPECT_EQ(desk.hardware.monitor(1)->writeCount, 2u);
+    EXPECT_THAT(*desk.lines, SizeIs(1));
+  });
+  EXPECT_EQ(status, 0);
+  std::filesystem::permissions(state, std::filesystem::perms(0755));
+  EXPECT_EQ(TemporaryFolder::read(state / "monitor-1.json"), before);
+  EXPECT_THAT(names(), ElementsAre("lock", "monitor-1.json"));
+}
+
+TEST_F(DeskFolderTest, AnUnreadableStateThatCannotBeSetAsideIsNotOverwritten) {
+  std::filesystem::create_directory(state);
+  std::ofstream(state / "monitor-1.json") << "broken";
+  auto desk = open();
+  const auto held = FileLock::acquire(state / "lock", desk.runtime, Microseconds(0));
+  EXPECT_TRUE(set(desk.hardware, 1, 20));
+  EXPECT_TRUE(set(desk.hardware, 1, 30));
+  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 30);
+  EXPECT_EQ(TemporaryFolder::read(state / "monitor-1.json"), "broken");
+  ASSERT_THAT(*desk.lines, SizeIs(2));
+  EXPECT_THAT(desk.lines->at(0), HasSubstr("it is left as it is"));
+  EXPECT_THAT(desk.lines->at(1), HasSubstr("can't be saved"));
+}
+
 TEST_F(DeskFolderTest, OnAFullDiskTheProgramGoesOnAndLeavesNoPartOfAFile) {
   {
     auto desk = open();

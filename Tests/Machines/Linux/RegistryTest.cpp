@@ -36,7 +36,7 @@ class RegistryTest : public testing::Test {
   std::vector<std::string> namesOfClass(const std::string& className) {
     std::vector<std::string> names;
     for (const auto& entry : entries()) {
-      if (entry->className() == className) names.push_back(entry->name().value());
+      if (entry->className() == className) names.push_back(entry->name().value_or(""));
     }
     return names;
   }
@@ -53,8 +53,11 @@ class RegistryTest : public testing::Test {
 
   /// The panel's "ProductAttributes".
   PropertyValue::Dictionary product() {
-    const auto attributes = only("DRMPanel")->property("DisplayAttributes");
-    return *attributes->dictionary()->at("ProductAttributes").dictionary();
+    const auto attributes =
+        only("DRMPanel")->property("DisplayAttributes").value_or(PropertyValue{});
+    const auto* dictionary = attributes.dictionary();
+    return dictionary ? *dictionary->at("ProductAttributes").dictionary()
+                      : PropertyValue::Dictionary();
   }
 
   TemporaryFolder drm;

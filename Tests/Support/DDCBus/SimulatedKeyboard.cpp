@@ -4,13 +4,17 @@
 #include <array>
 #include <fstream>
 #include <ios>
+#include <iterator>
 #include <sstream>
 
 namespace brivane {
 
 SimulatedKeyboard::SimulatedKeyboard(std::string itsName, std::filesystem::path itsFolder,
                                      std::vector<SimulatedKey> keys, const WireLog& wireLog)
-    : name(std::move(itsName)), folder(std::move(itsFolder)), keymap(std::move(keys)), log(wireLog) {
+    : name(std::move(itsName)),
+      folder(std::move(itsFolder)),
+      keymap(std::move(keys)),
+      log(wireLog) {
   mirror();
 }
 
@@ -34,7 +38,8 @@ void SimulatedKeyboard::set(SimulatedKey& key, unsigned keycode) {
 
 std::string SimulatedKeyboard::capabilities() const {
   std::vector<unsigned> keycodes;
-  for (const SimulatedKey& key : keymap) keycodes.push_back(key.keycode);
+  std::transform(keymap.begin(), keymap.end(), std::back_inserter(keycodes),
+                 [](const SimulatedKey& key) { return key.keycode; });
   return capabilityText(keycodes);
 }
 

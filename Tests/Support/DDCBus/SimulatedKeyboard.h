@@ -9,7 +9,8 @@
 
 namespace brivane {
 
-/// One key of a keymap: what the keyboard sends for it and the key code that the kernel makes of it.
+/// One key of a keymap: what the keyboard sends for it and the key code that the kernel makes of
+/// it.
 struct SimulatedKey {
   std::vector<std::uint8_t> scancode;
   unsigned keycode = 0;

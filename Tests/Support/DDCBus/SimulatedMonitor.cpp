@@ -18,13 +18,13 @@ constexpr std::uint8_t luminance = 0x10;
 constexpr auto replyTime = std::chrono::milliseconds(40);
 
 const std::map<std::string, int> errorNumbers = {
-    {"EBUSY", EBUSY},   {"EINVAL", EINVAL},         {"EIO", EIO}, {"ENODEV", ENODEV},
+    {"EBUSY", EBUSY},   {"EINVAL", EINVAL},         {"EIO", EIO},    {"ENODEV", ENODEV},
     {"ENOTTY", ENOTTY}, {"EOPNOTSUPP", EOPNOTSUPP}, {"ENXIO", ENXIO}};
 
 std::uint8_t exclusiveOr(std::uint8_t start, std::span<const std::uint8_t> bytes) {
-  return std::accumulate(bytes.begin(), bytes.end(), start, [](std::uint8_t sum, std::uint8_t byte) {
-    return static_cast<std::uint8_t>(sum ^ byte);
-  });
+  return std::accumulate(
+      bytes.begin(), bytes.end(), start,
+      [](std::uint8_t sum, std::uint8_t byte) { return static_cast<std::uint8_t>(sum ^ byte); });
 }
 
 bool isWellFormed(std::span<const std::uint8_t> message) {

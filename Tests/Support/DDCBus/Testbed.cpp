@@ -42,7 +42,8 @@ Testbed::Testbed(const WorldDescription& world, std::filesystem::path stateFolde
     : folder(std::move(stateFolder)), log(folder / "wire.log"), testbed(umockdev_testbed_new()) {
   std::ofstream(folder / "wire.log").flush();
   add("P: " + graphicsCard + "\nE: SUBSYSTEM=pci\nA: class=0x030000\\n\n");
-  add("P: " + card + "\nN: dri/card0\nE: SUBSYSTEM=drm\nE: DEVNAME=/dev/dri/card0\nA: dev=226:0\\n\n");
+  add("P: " + card +
+      "\nN: dri/card0\nE: SUBSYSTEM=drm\nE: DEVNAME=/dev/dri/card0\nA: dev=226:0\\n\n");
   for (const auto& connector : world.connectors) addConnector(connector);
   for (const auto& backlight : world.backlights) addBacklight(backlight);
   for (const auto& input : world.inputs) addInput(input);
@@ -60,8 +61,9 @@ void Testbed::addConnector(const ConnectorDescription& connector) {
   const std::string path = card + "/card0-" + connector.name;
   const bool isOn = connector.isConnected;
   std::string text = "P: " + path + "\nE: SUBSYSTEM=drm\nE: DEVTYPE=drm_connector\nA: status=" +
-                     (isOn ? "connected" : "disconnected") + "\\n\nA: enabled=" +
-                     (isOn ? "enabled" : "disabled") + "\\n\nA: dpms=" + (isOn ? "On" : "Off") +
+                     (isOn ? "connected" : "disconnected") +
+                     "\\n\nA: enabled=" + (isOn ? "enabled" : "disabled") +
+                     "\\n\nA: dpms=" + (isOn ? "On" : "Off") +
                      "\\n\nA: connector_id=" + std::to_string(connector.number) + "\\n\n";
   if (!connector.edid.empty()) text += "H: edid=" + hexDigits(connector.edid) + "\n";
   if (connector.linkedBus) {
@@ -70,8 +72,11 @@ void Testbed::addConnector(const ConnectorDescription& connector) {
   add(text);
   if (connector.ownBus) addBus(*connector.ownBus, path, connector);
   // The bus that carries DDC/CI is the connector's own; a linked one beside it leads nowhere.
-  ConnectorDescription nowhere{.name = connector.name + "-pins", .edid = {}, .ownBus = {},
-                               .linkedBus = {}, .mood = "wire:ENXIO"};
+  ConnectorDescription nowhere{.name = connector.name + "-pins",
+                               .edid = {},
+                               .ownBus = {},
+                               .linkedBus = {},
+                               .mood = "wire:ENXIO"};
   if (connector.linkedBus) {
     addBus(*connector.linkedBus, graphicsCard, connector.ownBus ? nowhere : connector);
   }

@@ -16,8 +16,8 @@
 namespace brivane {
 
 /// The world as a process started under "umockdev-wrapper" sees it: sysfs and device files, with
-/// the simulated monitors and keyboards behind them. Each device's knobs and mirrors lie in a folder
-/// of its name below `stateFolder`, and "wire.log" beside them.
+/// the simulated monitors and keyboards behind them. Each device's knobs and mirrors lie in a
+/// folder of its name below `stateFolder`, and "wire.log" beside them.
 class Testbed {
  public:
   Testbed(const WorldDescription& world, std::filesystem::path stateFolder);

@@ -61,7 +61,8 @@ std::string take(Fields& fields, const std::string& key, const std::string& othe
 }
 
 unsigned takeNumber(Fields& fields, const std::string& key, unsigned otherwise) {
-  return static_cast<unsigned>(std::stoul(take(fields, key, std::to_string(otherwise)), nullptr, 0));
+  return static_cast<unsigned>(
+      std::stoul(take(fields, key, std::to_string(otherwise)), nullptr, 0));
 }
 
 void expectEmpty(const Fields& fields) {
@@ -138,8 +139,13 @@ WorldDescription standardWorld() {
   };
   // What a socket that carries HDMI too looks like: the link leads to pins that stay silent.
   world.connectors[0].linkedBus = 7;
-  world.connectors.push_back({.name = "DP-2", .isConnected = false, .number = 110, .edid = {},
-                              .ownBus = {}, .linkedBus = {}, .mood = {}});
+  world.connectors.push_back({.name = "DP-2",
+                              .isConnected = false,
+                              .number = 110,
+                              .edid = {},
+                              .ownBus = {},
+                              .linkedBus = {},
+                              .mood = {}});
   world.backlights = {{"acpi_video0", "firmware", 15, 6}, {"intel_backlight", "raw", 1000, 400}};
   world.inputs = {{"event3", usbKeys(), {}},
                   {"event4", {}, {KEY_BRIGHTNESSUP, KEY_BRIGHTNESSDOWN}},

@@ -71,8 +71,8 @@ TEST_F(DiscoveryTest, AnUnpluggedMonitorHasNoChannel) {
 }
 
 TEST_F(DiscoveryTest, IdenticalMonitorsAreToldApartInTheOrderOfTheWindowSystem) {
-  const auto panel = readAttribute("/sys/class/drm/card0-DP-1/edid").value();
-  const auto original = readAttribute("/sys/class/drm/card0-HDMI-A-1/edid").value();
+  const auto panel = readAttribute("/sys/class/drm/card0-DP-1/edid").value_or("");
+  const auto original = readAttribute("/sys/class/drm/card0-HDMI-A-1/edid").value_or("");
   writeConnector("card0-HDMI-A-1", "edid", panel);
   displays.online[1] = {alpha, vendorBRV, 0x2002, 0, false};
   EXPECT_THAT(read(alpha), Optional(VCPReading{50, 100}));
@@ -81,7 +81,7 @@ TEST_F(DiscoveryTest, IdenticalMonitorsAreToldApartInTheOrderOfTheWindowSystem) 
 }
 
 TEST_F(DiscoveryTest, TheOnlyMonitorIsFoundWithoutAnEDID) {
-  const auto original = readAttribute("/sys/class/drm/card0-HDMI-A-1/edid").value();
+  const auto original = readAttribute("/sys/class/drm/card0-HDMI-A-1/edid").value_or("");
   writeConnector("card0-HDMI-A-1", "edid", "");
   writeConnector("card0-DP-1", "status", "disconnected\n");
   displays.online = {{alpha, 0, 0, 0, false}};

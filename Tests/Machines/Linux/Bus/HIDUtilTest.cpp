@@ -56,7 +56,7 @@ class HIDUtilTest : public BusWorld {
   std::string get() { return run({"property", "--get", "UserKeyMapping"}).output; }
 
   static RelayKey key(std::uint32_t virtualKeyCode) {
-    return relayKeyForVirtualKeyCode(virtualKeyCode).value();
+    return relayKeyForVirtualKeyCode(virtualKeyCode).value_or(RelayKey{});
   }
 
   TemporaryFolder session;

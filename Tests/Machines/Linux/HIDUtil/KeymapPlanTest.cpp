@@ -64,7 +64,8 @@ TEST(KeymapPlan, AChangedKeyCanGoToAnotherRelayKeyAtOnce) {
 TEST(KeymapPlan, AChangeThatWasOnlyIntendedAndOneThatWasMadeAreToldApart) {
   const std::vector<ChangedKey> madeThenIntended = {{"input1", up, KEY_BRIGHTNESSUP, KEY_F13},
                                                     {"input1", up, KEY_BRIGHTNESSUP, KEY_F19}};
-  for (const KeyCode current : {KEY_F13, KEY_F19, KEY_BRIGHTNESSUP}) {
+  for (const int code : {KEY_F13, KEY_F19, KEY_BRIGHTNESSUP}) {
+    const auto current = static_cast<KeyCode>(code);
     EXPECT_THAT(planKeymap("input1", {{up, current}}, madeThenIntended, {}),
                 ElementsAre(PlannedKey{up, KEY_BRIGHTNESSUP, current, KEY_BRIGHTNESSUP}));
   }

@@ -29,11 +29,11 @@ TEST(KeymapStore, NothingKeptIsTheEmptyState) {
 
 TEST(KeymapStore, WhatCannotBeUnderstoodIsTheEmptyState) {
   const TemporaryFolder folder;
-  for (const auto* text :
-       {"", "{", "[]", R"({"UserKeyMapping":[]})", R"({"UserKeyMapping":[],"ChangedKeys":7})",
-        R"({"UserKeyMapping":[],"ChangedKeys":[{"device":"input1"}]})",
-        R"({"UserKeyMapping":[],"ChangedKeys":[{"device":"input1",)"
-        R"("scancode":"zz","original":225,"relay":189}]})"}) {
+  const std::string start = R"({"UserKeyMapping":[],"ChangedKeys":)";
+  const std::string badScancode = R"([{"device":"i","scancode":"zz","original":225,"relay":189}]})";
+  for (const std::string& text :
+       {std::string(), std::string("{"), std::string("[]"), std::string(R"({"UserKeyMapping":[]})"),
+        start + "7}", start + R"([{"device":"input1"}]})", start + badScancode}) {
     folder.write("key-mapping.json", text);
     EXPECT_EQ(KeymapStore(folder.path).load(), KeymapState{}) << text;
   }
