@@ -48,9 +48,11 @@ void Diagnostics::runSet(const std::vector<std::string>& arguments) {
   if (!display) return print("Could not determine which display the cursor is on.");
   Stack stack(machine);
   const std::string name = stack.registry->localizedName(*display);
-  const bool isSet = stack.controller.brightness(*display).has_value() &&
-                     stack.controller.setBrightness(*percent, *display);
-  if (isSet) {
+  // Display services would take the level too, but this mode is for DDC/CI alone.
+  const bool speaksDDC =
+      stack.controller.backend(*display) != BrightnessBackendKind::appleDisplay &&
+      stack.controller.brightness(*display).has_value();
+  if (speaksDDC && stack.controller.setBrightness(*percent, *display)) {
     print("Set " + name + " to " + std::to_string(*percent) + "%");
   } else {
     print("Failed to set " + name + " — no DDC channel.");

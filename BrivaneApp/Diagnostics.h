@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "BrivaneCore/DDC/DisplayRegistry.h"
+#include "BrivaneCore/KeyRelay/RelayKey.h"
 #include "BrivaneCore/Policy/AppleDisplayBackend.h"
 #include "BrivaneCore/Policy/BrightnessController.h"
 #include "BrivaneCore/Policy/BrightnessStore.h"
@@ -42,10 +43,19 @@ class Diagnostics {
     BrightnessController controller;
   };
 
+  /// What the report says of the brightness keys.
+  struct KeyRelay {
+    RelayKey up;
+    RelayKey down;
+    bool isEnabled = false;
+    bool isInForce = false;
+  };
+
   void print(std::string_view line);
   void printStopReapplyingAdvice();
   void printRunningInstance();
-  void printKeyRelay(bool mappingInForce);
+  KeyRelay readKeyRelay();
+  void printKeyRelay(const KeyRelay& relay);
   void printDisplay(Stack& stack, DisplayID display, bool mappingInForce);
   void printControl(Stack& stack, DisplayID display, bool mappingInForce);
   void printAppleControl(Stack& stack, DisplayID display, bool mappingInForce);

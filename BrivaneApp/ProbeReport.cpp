@@ -29,14 +29,12 @@ void Diagnostics::runProbe() {
   print("  DDC transport available: " + yesOrNo(stack.registry->ddcAvailable()));
   print("  Accessibility granted:   " +
         yesOrNo(AccessibilityPermission(machine.accessibility()).isGranted()));
-  const RelaySettings relay(machine.defaults());
-  HIDUtilKeyMapping mapping(HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
-  const bool mappingInForce = mapping.isApplied(relay.relayUpKey(), relay.relayDownKey());
-  printKeyRelay(mappingInForce);
+  const KeyRelay relay = readKeyRelay();
+  printKeyRelay(relay);
   print("");
   const auto displays = stack.registry->onlineDisplayIDs();
   if (displays.empty()) return print("  No displays reported by CoreGraphics.");
-  for (const DisplayID display : displays) printDisplay(stack, display, mappingInForce);
+  for (const DisplayID display : displays) printDisplay(stack, display, relay.isInForce);
   print("");
   printCursorDisplay(stack);
 }
@@ -51,13 +49,20 @@ void Diagnostics::printRunningInstance() {
   print("");
 }
 
-void Diagnostics::printKeyRelay(bool mappingInForce) {
-  const RelaySettings relay(machine.defaults());
-  const bool enabled = relay.systemBrightnessKeysEnabled();
-  print("  System brightness keys: " + std::string(enabled ? "enabled" : "disabled") +
-        " — mapping " + (mappingInForce ? "in force" : "NOT in force") + " via " +
-        std::string(relay.relayUpKey().name) + "/" + std::string(relay.relayDownKey().name));
-  if (!enabled || mappingInForce) return;
+Diagnostics::KeyRelay Diagnostics::readKeyRelay() {
+  const RelaySettings settings(machine.defaults());
+  const RelayKey up = settings.relayUpKey();
+  const RelayKey down = settings.relayDownKey();
+  const bool isEnabled = settings.systemBrightnessKeysEnabled();
+  HIDUtilKeyMapping mapping(HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
+  return {up, down, isEnabled, mapping.isApplied(up, down)};
+}
+
+void Diagnostics::printKeyRelay(const KeyRelay& relay) {
+  print("  System brightness keys: " + std::string(relay.isEnabled ? "enabled" : "disabled") +
+        " — mapping " + (relay.isInForce ? "in force" : "NOT in force") + " via " +
+        std::string(relay.up.name) + "/" + std::string(relay.down.name));
+  if (!relay.isEnabled || relay.isInForce) return;
   print("        The keys are still with macOS. Run Brivane --probe again");
   print("        with the app running, or check the log for a hidutil failure.");
 }

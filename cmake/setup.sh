@@ -41,15 +41,18 @@ need_packages() {
   rm -f build-packages.log
 }
 
-# build PRESET TARGET...: configures if need be and builds, saying so only if there is work to do.
+# build PRESET TARGET...: configures if need be and builds, saying so only if it takes a while. Two
+# commands at once build one after the other.
 build() {
   local preset=$1 folder=build tests=OFF status
   shift
   [ "$preset" = default ] || folder=build/$preset
   [ "${with_tests:-no}" = yes ] && tests=ON
   mkdir -p "$folder"
-  if [ ! -f "$folder/build.ninja" ] || [ "$tests" = ON ] &&
-    ! grep -qx 'BRIVANE_TESTS:BOOL=ON' "$folder/CMakeCache.txt" 2>/dev/null; then
+  exec 9>build/.lock
+  flock 9
+  if [ ! -f "$folder/build.ninja" ] || { [ "$tests" = ON ] &&
+    ! grep -qx 'BRIVANE_TESTS:BOOL=ON' "$folder/CMakeCache.txt" 2>/dev/null; }; then
     say "Configuring ($preset) …"
     if ! cmake --preset "$preset" -DBRIVANE_TESTS=$tests >"$folder/configure.log" 2>&1; then
       tail -n 20 "$folder/configure.log" >&2
@@ -57,7 +60,7 @@ build() {
       exit 1
     fi
   fi
-  ninja -C "$folder" "$@" >"$folder/build.log" 2>&1 &
+  ninja -C "$folder" "$@" >"$folder/build.log" 2>&1 9>&- &
   local ninja=$! tenths=0
   while kill -0 $ninja 2>/dev/null; do
     sleep 0.1
@@ -68,6 +71,7 @@ build() {
   done
   wait $ninja
   status=$?
+  exec 9>&-
   [ $status -eq 0 ] && return
   grep -A15 -m3 -E 'error:|FAILED:|undefined reference' "$folder/build.log" | head -n 60 >&2
   say "Building failed; the whole output is in $folder/build.log."

@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 #include "BrivaneCore/Support/Fatal.h"
 #include "BrivaneCore/Support/Lookup.h"
-#include "BrivaneCore/Support/Numbers.h"
 
 namespace brivane {
 namespace {
@@ -42,7 +42,10 @@ std::optional<double> DDCRetryTracker::recordSuccess(DisplayID display) {
 DDCRetryTracker::Failure DDCRetryTracker::recordFailure(DisplayID display) {
   if (backoffSchedule.empty()) fatal("a retry tracker was given an empty back-off schedule");
   const std::int64_t previous = lookUp(readFailures, display).value_or(0);
-  readFailures[display] = checkedSum(previous, 1);
+  if (previous == std::numeric_limits<std::int64_t>::max()) {
+    fatal("a count of failed reads left the 64-bit range");
+  }
+  readFailures[display] = previous + 1;
   const Instant failedAt = now();
   const bool isNewFailure = failingSince.try_emplace(display, failedAt).second;
   const auto last = static_cast<std::int64_t>(backoffSchedule.size()) - 1;

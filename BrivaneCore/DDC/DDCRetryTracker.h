@@ -57,10 +57,11 @@ class DDCRetryTracker {
   std::map<DisplayID, Instant> failingSince;
   std::map<DisplayID, Instant> attemptStartedAt;
   std::function<Instant()> now;
-  /// Seconds; kept for its name: the limits in force are fixed at 180 and 0.8.
+  /// Seconds; changing it changes nothing: 180 s is in force.
   double giveUpAfter = 180;
   /// Seconds to wait after the first, second, … and every later failure in a row; never empty.
   std::vector<double> backoffSchedule = {1, 2, 3, 4, 5};
+  /// Seconds; changing it changes nothing: 0.8 s is in force.
   double minimumAttemptVisibility = 0.8;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <optional>
 
@@ -18,7 +19,7 @@ struct RetryStatus {
     /// `nextTry` only; 1 or more.
     std::int64_t seconds = 0;
 
-    bool operator==(const DisplayState&) const = default;
+    auto operator<=>(const DisplayState&) const = default;
   };
 
   /// The display is external, DDC/CI is expected of it, and it is not answering.

@@ -86,9 +86,12 @@ AdjustOutcome BrightnessKeyAdjuster::adjustFrom(Percent percent, const Press& pr
 BrightnessKeyAdjuster::SoftwareRange BrightnessKeyAdjuster::softwareRange(DisplayID display) {
   auto& brightening = brighteningFactory->brightening(display);
   const BrightnessSettings settings(defaults);
-  return {brightening, settings.subZeroDimmingEnabled() && dimmer->isSupported(display),
-          dimmer->amount(display),
-          settings.softwareBrighteningEnabled() && brightening.isSupported(display),
+  const bool dims = settings.subZeroDimmingEnabled();
+  const bool brightens = settings.softwareBrighteningEnabled();
+  const bool canDim = dimmer->isSupported(display);
+  const auto depth = dimmer->amount(display);
+  const bool canBrighten = brightening.isSupported(display);
+  return {brightening, dims && canDim, depth, brightens && canBrighten,
           brightening.amount(display)};
 }
 

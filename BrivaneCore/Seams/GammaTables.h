@@ -25,7 +25,7 @@ class GammaTables {
   virtual std::int32_t readTable(DisplayID display, std::span<float> red, std::span<float> green,
                                  std::span<float> blue, std::uint32_t& returned) = 0;
 
-  /// Puts a table of three curves of the same size, of any count from 2, in force. 0 on success.
+  /// Puts a table of three curves of the same size, of any count from 1, in force. 0 on success.
   virtual std::int32_t writeTable(DisplayID display, std::span<const float> red,
                                   std::span<const float> green, std::span<const float> blue) = 0;
 

@@ -19,19 +19,21 @@ int openLockFile(const std::filesystem::path& file) {
 
 }  // namespace
 
-std::optional<FileLock> FileLock::acquire(const std::filesystem::path& lockFile, Runtime& runtime,
-                                          Microseconds patience) {
+std::variant<FileLock, FileProblem> FileLock::acquire(const std::filesystem::path& lockFile,
+                                                      Runtime& runtime, Microseconds patience) {
   int descriptor = openLockFile(lockFile);
   if (descriptor < 0 && errno == ENOENT) {
     std::error_code ignored;  // the second try tells
     std::filesystem::create_directories(lockFile.parent_path(), ignored);
     descriptor = openLockFile(lockFile);
   }
-  if (descriptor < 0) return std::nullopt;
+  if (descriptor < 0) return FileProblem{std::generic_category().message(errno)};
   FileLock lock(descriptor);
   const Instant deadline = runtime.now() + patience;
   while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-    if (runtime.now() >= deadline) return std::nullopt;
+    if (runtime.now() >= deadline) {
+      return FileProblem{"another process holds the lock " + lockFile.string()};
+    }
     runtime.sleep(pause);
   }
   return lock;

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <utility>
+#include <variant>
 
 #include "BrivaneCore/Seams/Runtime.h"
+#include "Machines/Common/WholeFile.h"
 
 namespace brivane {
 
@@ -13,10 +14,10 @@ namespace brivane {
 /// in whatever way lets go of it.
 class FileLock {
  public:
-  /// Waits for the lock for at most `patience`; nothing if it is still held then, or if the lock
-  /// file can't be made.
-  static std::optional<FileLock> acquire(const std::filesystem::path& lockFile, Runtime& runtime,
-                                         Microseconds patience);
+  /// Waits for the lock for at most `patience`; or says why it can't be had: it is still held then,
+  /// or the lock file can't be made.
+  static std::variant<FileLock, FileProblem> acquire(const std::filesystem::path& lockFile,
+                                                     Runtime& runtime, Microseconds patience);
 
   FileLock(FileLock&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
   FileLock& operator=(FileLock&&) = delete;

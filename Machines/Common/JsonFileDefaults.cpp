@@ -51,6 +51,7 @@ std::variant<PropertyValue::Dictionary, FileProblem> load(const std::filesystem:
 JsonFileDefaults::JsonFileDefaults(const std::filesystem::path& domainFile, Runtime& machineRuntime,
                                    SystemLog& systemLog, Durability domainDurability)
     : file(resolved(domainFile)),
+      lockFile(file.string() + ".lock"),
       runtime(machineRuntime),
       log(systemLog),
       durability(domainDurability) {}
@@ -111,18 +112,12 @@ void JsonFileDefaults::writeChanges(Microseconds patience) {
 }
 
 std::optional<FileProblem> JsonFileDefaults::writeUnderLock(Microseconds patience) {
-  std::filesystem::path lockFile = file;
-  lockFile += ".lock";
   const auto lock = FileLock::acquire(lockFile, runtime, patience);
-  lockIsStuck = !lock;
-  if (!lock) return FileProblem{"the lock " + lockFile.string() + " can't be had"};
+  const auto* stuck = std::get_if<FileProblem>(&lock);
+  lockIsStuck = stuck != nullptr;
+  if (stuck != nullptr) return *stuck;
   read();
-  if (unreadable) {
-    const auto aside = setAside(file);
-    if (const auto* problem = std::get_if<FileProblem>(&aside)) return *problem;
-    log.write("Brivane: the unreadable settings were set aside as " +
-              std::get<std::filesystem::path>(aside).string());
-  }
+  if (unreadable && !setAsideBecauseOf(*unreadable)) return unreadable;
   const auto json = jsonFromProperty({contents()});
   const auto text = json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
   if (auto problem = writeWholeFile(file, text + "\n")) return problem;
@@ -138,8 +133,15 @@ void JsonFileDefaults::scheduleSync() {
 }
 
 void JsonFileDefaults::readIfNewer() const {
-  const auto stamp = stampOf(file);
-  if (stamp != storedStamp) read();
+  if (stampOf(file) == storedStamp) return;
+  read();
+  if (!unreadable) return;
+  const auto lock = FileLock::acquire(lockFile, runtime, lockPatience);
+  if (std::holds_alternative<FileLock>(lock)) {
+    read();  // somebody may have been quicker
+    if (!unreadable || setAsideBecauseOf(*unreadable)) return;
+  }
+  reportUnreadable(*unreadable, "going on with none, and leaving the file as it is");
 }
 
 void JsonFileDefaults::read() const {
@@ -150,13 +152,26 @@ void JsonFileDefaults::read() const {
   if (auto* values = std::get_if<PropertyValue::Dictionary>(&loaded)) {
     stored = std::move(*values);
     lastReadReport.clear();
-    return;
+  } else if (const auto& problem = std::get<FileProblem>(loaded); !problem.isAbsent) {
+    unreadable = problem;
   }
-  const auto& problem = std::get<FileProblem>(loaded);
-  if (problem.isAbsent) return;
-  unreadable = problem;
+}
+
+/// Under the lock. Whether the file is out of the way now.
+bool JsonFileDefaults::setAsideBecauseOf(const FileProblem& problem) const {
+  const auto aside = setAside(file);
+  const auto* name = std::get_if<std::filesystem::path>(&aside);
+  if (name == nullptr) return false;
+  reportUnreadable(problem, "it was set aside as " + name->filename().string());
+  unreadable.reset();
+  storedStamp.reset();
+  return true;
+}
+
+void JsonFileDefaults::reportUnreadable(const FileProblem& problem,
+                                        const std::string& consequence) const {
   report(lastReadReport, "Brivane: the settings in " + file.string() + " can't be read (" +
-                             problem.reason + "); going on with none");
+                             problem.reason + "); " + consequence);
 }
 
 void JsonFileDefaults::report(std::string& last, const std::string& line) const {

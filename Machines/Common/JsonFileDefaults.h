@@ -50,9 +50,12 @@ class JsonFileDefaults : public UserDefaults {
   void scheduleSync();
   void readIfNewer() const;
   void read() const;
+  bool setAsideBecauseOf(const FileProblem& problem) const;
+  void reportUnreadable(const FileProblem& problem, const std::string& consequence) const;
   void report(std::string& last, const std::string& line) const;
 
   const std::filesystem::path file;
+  const std::filesystem::path lockFile;
   Runtime& runtime;
   SystemLog& log;
   const Durability durability;

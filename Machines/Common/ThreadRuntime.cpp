@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <ctime>
 #include <thread>
 
@@ -85,7 +86,10 @@ class ThreadRuntime::Queue : public SerialQueue {
   std::thread thread;
 };
 
-ThreadRuntime::ThreadRuntime() = default;
+ThreadRuntime::ThreadRuntime() {
+  // A reader that has gone ("--probe | head -1") makes writes fail; it must not end the program.
+  std::signal(SIGPIPE, SIG_IGN);
+}
 
 ThreadRuntime::~ThreadRuntime() {
   for (const auto& queue : queues) queue->end();

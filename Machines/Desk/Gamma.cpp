@@ -39,7 +39,7 @@ std::int32_t DeskGammaTables::writeTable(DisplayID display, std::span<const floa
                                          std::span<const float> green,
                                          std::span<const float> blue) {
   if (faults.strikes("GammaTables.writeTable")) return failure;
-  const bool isTable = red.size() == green.size() && red.size() == blue.size() && red.size() >= 2 &&
+  const bool isTable = red.size() == green.size() && red.size() == blue.size() && !red.empty() &&
                        red.size() <= largestTable;
   if (!isTable) return failure;
   return hardware.setGammaTable(display, {curve(red), curve(green), curve(blue)}) ? success

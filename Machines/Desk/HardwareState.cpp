@@ -75,8 +75,7 @@ std::string hexadecimal(const GammaCurve& curve) {
 }
 
 std::optional<GammaCurve> curve(std::string_view text) {
-  if (text.size() % digitsPerSample != 0 || text.size() < std::size_t{2} * digitsPerSample)
-    return std::nullopt;
+  if (text.empty() || text.size() % digitsPerSample != 0) return std::nullopt;
   GammaCurve samples;
   samples.reserve(text.size() / digitsPerSample);
   for (; !text.empty(); text.remove_prefix(digitsPerSample)) {

@@ -27,12 +27,10 @@ StateFile::StateFile(StateFolder& stateFolder, const std::string& name,
 
 void StateFile::access(const Access& access) {
   const auto lock = folder.lock();
-  auto problem = load(access, lock.has_value());
+  auto problem = load(access, std::holds_alternative<FileLock>(lock));
   const auto state = access.change(memoryStands);
   if (!state) return;
-  if (!lock) {
-    problem = FileProblem{"its lock can't be had: it is read-only, or another process hangs"};
-  }
+  if (const auto* stuck = std::get_if<FileProblem>(&lock)) problem = *stuck;
   if (!problem) problem = save(*state);
   memoryStands = problem.has_value();
   if (!problem) return;
@@ -67,10 +65,11 @@ std::optional<std::string> StateFile::parseFile(const std::string& text,
   const auto state = section.find("state");
   section.finish();
   if (!error && !state) section.complain("the key \"state\" is missing");
-  if (!error && origin != startedFrom) {
-    access.startAfresh();
-  } else if (!error) {
+  if (error || !state) return error;
+  if (origin == startedFrom) {
     access.parse(*state);
+  } else {
+    access.startAfresh();
   }
   return error;
 }

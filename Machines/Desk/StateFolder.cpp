@@ -10,10 +10,10 @@ constexpr Microseconds lockPatience = std::chrono::seconds(2);
 
 }  // namespace
 
-std::optional<FileLock> StateFolder::lock() {
+std::variant<FileLock, FileProblem> StateFolder::lock() {
   auto held =
       FileLock::acquire(path / "lock", runtime, lockIsStuck ? Microseconds(0) : lockPatience);
-  lockIsStuck = !held;
+  lockIsStuck = std::holds_alternative<FileProblem>(held);
   return held;
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <variant>
 
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Seams/SystemLog.h"
@@ -18,9 +19,9 @@ class StateFolder {
   StateFolder(std::filesystem::path folder, Runtime& machineRuntime, SystemLog& systemLog)
       : path(std::move(folder)), runtime(machineRuntime), log(systemLog) {}
 
-  /// Keeps other processes out of the folder until the lock is dropped. Nothing when that can't be
-  /// had, which is waited for at most 2 s, and not at all once it was waited for in vain.
-  std::optional<FileLock> lock();
+  /// Keeps other processes out of the folder until the lock is dropped; or why that can't be. Only
+  /// the first wait in vain is a long one.
+  std::variant<FileLock, FileProblem> lock();
 
   /// Writes the line to the log, unless this process has done so already.
   void report(const std::string& line);

@@ -31,7 +31,7 @@ class StoredState {
   auto update(const Operation& operation) {
     if (!file) return operation(current);
     State loaded = initial;
-    std::optional<decltype(operation(current))> result;
+    decltype(operation(current)) result{};
     file->access({
         .parse = [&](const JsonItem& item) { fromJson(item, loaded); },
         .startAfresh = [&] { loaded = initial; },
@@ -43,7 +43,7 @@ class StoredState {
           return toJson(current);
         },
     });
-    return *std::move(result);
+    return result;
   }
 
  private:

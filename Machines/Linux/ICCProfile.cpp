@@ -72,8 +72,8 @@ std::optional<std::span<const std::uint8_t>> calibrationElement(
     const auto signature = tags.number(4);
     const auto offset = tags.number(4);
     const auto size = tags.number(4);
-    if (!size) return std::nullopt;
-    if (signature == calibrationTag) return part(profile, *offset, *size);
+    if (!signature || !offset || !size) return std::nullopt;
+    if (*signature == calibrationTag) return part(profile, *offset, *size);
   }
   return std::nullopt;
 }

@@ -56,7 +56,7 @@ std::optional<std::string> XConnection::problem() {
 }
 
 std::optional<std::string> XConnection::open() {
-  if (displayName.empty()) return "there is no X server: DISPLAY is not set";
+  if (displayName.empty()) return "DISPLAY is not set";
   std::signal(SIGPIPE, SIG_IGN);
   int screenNumber = 0;
   openServer.connection = xcb_connect(displayName.c_str(), &screenNumber);

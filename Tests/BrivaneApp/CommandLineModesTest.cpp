@@ -127,9 +127,31 @@ TEST_F(SetModeTest, WithNoDisplayUnderThePointerOneLineSaysSo) {
 }
 
 TEST_F(SetModeTest, AMonitorThatDoesNotAnswerGetsTheFailureLine) {
-  machine.addMonitor(2, "Studio Wide", "disp0", 1, 2, 3).answers = false;
+  auto& monitor = machine.addMonitor(2, "Studio Wide", "disp0", 1, 2, 3);
+  monitor.answers = false;
   machine.pointAt(2);
   EXPECT_EQ(run({"--set", "40"}), "Failed to set Studio Wide — no DDC channel.\n");
+  EXPECT_EQ(monitor.setCount, 0);
+}
+
+TEST_F(SetModeTest, AnAppleDisplayOrTheBuiltInPanelGetsTheFailureLineAndKeepsItsLevel) {
+  machine.displayServices.install(machine.loader);
+  machine.displaySystem.add({5, 1552, 44593, 9, false}, "Pro Panel");
+  machine.displaySystem.add({1, 1552, 41040, 0, true}, "Built-in");
+  for (const DisplayID display : {5U, 1U}) {
+    machine.displayServices.levels[display] = 0.5F;
+    machine.displayServices.canChange[display] = true;
+    machine.pointAt(display);
+    EXPECT_EQ(run({"--set", "40"}), std::string("Failed to set ") +
+                                        (display == 5 ? "Pro Panel" : "Built-in") +
+                                        " — no DDC channel.\n");
+    EXPECT_EQ(machine.displayServices.levels[display], 0.5F);
+  }
+  EXPECT_THAT(machine.settings.values, IsEmpty());
+}
+
+TEST_F(SetModeTest, TheValueIsLookedAtBeforeThePointer) {
+  EXPECT_EQ(run({"--set", "4x"}), "usage: Brivane --set <0-100>\n");
 }
 
 TEST_F(SetModeTest, ARefusedWriteGetsTheFailureLine) {
@@ -321,6 +343,26 @@ TEST_F(ProbeModeTest, ASwitchedOffRelayStillSaysWhetherAMappingIsInForce) {
 TEST_F(ProbeModeTest, TheConfiguredRelayKeysAreNamed) {
   machine.settings.values["BrightnessKeyRelayUp"] = {std::int64_t{105}};
   EXPECT_THAT(run({"--probe"}), HasSubstr("via F13/F20\n"));
+  prints(FinishedProcess{0, wholeMapping()});
+  EXPECT_THAT(run({"--probe"}), HasSubstr("mapping NOT in force via F13/F20\n"));
+  machine.settings.values.clear();
+  EXPECT_THAT(run({"--probe"}), HasSubstr("mapping in force via F19/F20\n"));
+}
+
+TEST_F(ProbeModeTest, ItGoesBeforeASetWhateverTheOrderOfTheSwitches) {
+  auto& monitor = machine.addMonitor(2, "Studio Wide", "disp0", 1, 2, 3);
+  machine.pointAt(2);
+  for (const auto& arguments : std::vector<std::vector<std::string>>{{"--set", "40", "--probe"},
+                                                                     {"--probe", "--set", "40"}}) {
+    EXPECT_THAT(run(arguments), testing::StartsWith("Brivane probe\n"));
+  }
+  EXPECT_EQ(monitor.setCount, 0);
+}
+
+TEST_F(ProbeModeTest, OutsideABundleNoOtherInstanceIsNoted) {
+  machine.apps.bundle.reset();
+  machine.apps.running[""] = {4711};
+  EXPECT_THAT(run({"--probe"}), Not(HasSubstr("NOTE")));
 }
 
 TEST_F(ProbeModeTest, APointerOffEveryScreenIsSaidSo) {
@@ -329,11 +371,12 @@ TEST_F(ProbeModeTest, APointerOffEveryScreenIsSaidSo) {
   EXPECT_THAT(run({"--probe"}), HasSubstr("\n\n  Cursor display could not be determined.\n"));
 }
 
-TEST_F(ProbeModeTest, TheLinesAreInTheOrderInWhichTheThingsAreAsked) {
-  machine.addMonitor(2, "Alpha", "disp0", 1, 2, 3);
-  machine.addMonitor(7, "Beta", "disp1", 1, 2, 4);
+TEST_F(ProbeModeTest, DisplaysAreInTheOrderOfTheWindowSystem) {
+  machine.addMonitor(7, "Beta", "disp0", 1, 2, 3);
+  machine.addMonitor(2, "Alpha", "disp1", 1, 2, 4);
   const std::string report = run({"--probe"});
-  EXPECT_LT(report.find("[2] Alpha"), report.find("[7] Beta"));
+  EXPECT_LT(report.find("[7] Beta"), report.find("[2] Alpha"));
+  EXPECT_NE(report.find("[2] Alpha"), std::string::npos);
 }
 
 // No switch
@@ -350,7 +393,12 @@ TEST_F(ResidentStartTest, OutsideABundleNoSuchTestIsMade) {
   machine.apps.running[""] = {4711};
   machine.apps.running["com.quorrel.brivane"] = {4711};
   run({});
-  EXPECT_THAT(err.str(), Not(HasSubstr("already running")));
+  EXPECT_THAT(err.str(), HasSubstr("still being built"));
+}
+
+TEST_F(ResidentStartTest, TheProgramsOwnPathIsAnArgumentToo) {
+  EXPECT_EQ(runBrivane({"--unmap"}, machine, out, err), 0);
+  EXPECT_THAT(out.str(), HasSubstr("nothing to clear"));
 }
 
 TEST_F(ResidentStartTest, SwitchesCountOnlyWhenTheyAreWrittenExactly) {

@@ -234,13 +234,15 @@ TEST_F(BusConformance, TwoThreadsMayUseOneServiceAtOnce) {
 // Gamma
 
 class GammaTablesConformance : public MachineConformance {
+ public:
+  ~GammaTablesConformance() override { gamma.restoreCalibratedTables(); }
+
  protected:
   struct Table {
     std::vector<float> red, green, blue;
   };
 
   GammaTablesConformance() : gamma(machine.gammaTables()), ids(displayIDs()) {}
-  ~GammaTablesConformance() override { gamma.restoreCalibratedTables(); }
 
   Table read(DisplayID display) {
     const auto count = gamma.capacity(display);
@@ -303,6 +305,13 @@ TEST_F(GammaTablesConformance, ATableOfAnotherSizeIsPutInForceToo) {
   const auto half = ramp(count / 2, 0.5);
   ASSERT_EQ(gamma.writeTable(ids.front(), half, half, half), 0);
   expectNear(read(ids.front()).red, ramp(count, 0.5));
+}
+
+TEST_F(GammaTablesConformance, ATableOfOneSampleIsThatLevelEverywhere) {
+  const std::vector<float> grey = {0.5F};
+  ASSERT_EQ(gamma.writeTable(ids.front(), grey, grey, grey), 0);
+  const auto count = gamma.capacity(ids.front());
+  expectNear(read(ids.front()).green, std::vector<float>(count, 0.5F));
 }
 
 TEST_F(GammaTablesConformance, RestoringPutsTheCalibratedTablesOfAllDisplaysBack) {

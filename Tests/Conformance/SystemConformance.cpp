@@ -16,8 +16,10 @@ using testing::IsEmpty;
 // Settings
 
 class UserDefaultsConformance : public MachineConformance {
- protected:
+ public:
   ~UserDefaultsConformance() override { machine.defaults().remove(key); }
+
+ protected:
   static constexpr auto key = "brightness.1.2.3";
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -56,9 +57,13 @@ class FakeEffect : public Interface {
   /// Whether `apply` and `reapply` succeed.
   bool accepts = true;
   std::map<DisplayID, std::int64_t> amounts;
+  /// What to add to each note, if anything.
+  std::function<std::string()> witness;
 
  protected:
-  void note(const std::string& what) { calls.push_back(name + " " + what); }
+  void note(const std::string& what) {
+    calls.push_back(name + " " + what + (witness ? witness() : ""));
+  }
 
  private:
   std::string name;

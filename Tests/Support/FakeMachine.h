@@ -104,7 +104,7 @@ class FakeSymbolLoader : public SymbolLoader {
   std::vector<std::string> openPaths;
 };
 
-/// A bus with one I2C channel per port, offered through `FakeSymbolLoader` by `installBus`.
+/// A bus with one I2C channel per port, offered through `FakeSymbolLoader` by `install`.
 /// Each channel answers with what its `reply` makes of the last request.
 class FakeBus {
  public:

@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -82,9 +83,8 @@ void XorgServer::start(int displayNumberDescriptor) {
     words.emplace_back(word);
   }
   words.insert(words.end(), {"-logfile", folder / "Xorg.log", "-displayfd", descriptor});
-  std::vector<char*> arguments;
-  for (std::string& word : words) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
+  std::vector<char*> arguments(words.size() + 1, nullptr);
+  std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
   process = ::fork();
   if (process != 0) return;
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);

@@ -76,7 +76,7 @@ HIDUtil::Outcome HIDUtil::set(const UserKeyMapping& mapping) {
   }
   const auto lock =
       FileLock::acquire(*folder / "key-mapping.lock", runtime, std::chrono::seconds(2));
-  if (!lock) return failure(failed, "another change of the mapping does not end");
+  if (const auto* stuck = std::get_if<FileProblem>(&lock)) return failure(failed, stuck->reason);
   return setUnderLock(mapping, KeymapStore(*folder));
 }
 

@@ -100,6 +100,8 @@ TEST_F(AVServiceHandleTest, AReadThatTheBusRefusesIsAFailedAttempt) {
   channel.readStatus = 5;
   EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
   expectThreeAttempts();
+  channel.readStatus = -536870206;
+  EXPECT_EQ(handle().getVCP(0x10), std::nullopt) << "whatever it says";
 }
 
 TEST_F(AVServiceHandleTest, ARequestThatTheBusRefusesIsNotFollowedByARead) {
@@ -137,6 +139,14 @@ TEST_F(AVServiceHandleTest, AShortReplyIsFilledUpWithZeros) {
   EXPECT_EQ(handle().getVCP(0x10), (VCPReading{0, 256}));
 }
 
+TEST_F(AVServiceHandleTest, NothingOfAFailedAttemptIsLeftInTheNext) {
+  channel.reply = [&]() -> std::vector<std::uint8_t> {
+    if (channel.getCount == 1) return std::vector<std::uint8_t>(12, 0xFF);
+    return {0x02, 0x00, 0x10, 0x00, 0x01};
+  };
+  EXPECT_EQ(handle().getVCP(0x10), (VCPReading{0, 256}));
+}
+
 TEST_F(AVServiceHandleTest, ARepliesChecksumIsNeverLookedAt) {
   channel.reply = [] {
     return std::vector<std::uint8_t>{0x6E, 0x88, 0x02, 0x00, 0x10, 0x00,
@@ -150,12 +160,14 @@ TEST_F(AVServiceHandleTest, WithoutTheWriteCallNothingCanBeSetOrRead) {
   EXPECT_FALSE(handle().setVCP(0x10, 50));
   EXPECT_EQ(machine.time.now(), Instant()) << "and a set waits for nothing";
   EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
+  EXPECT_EQ(machine.time.now(), Instant(fromSeconds(0.06))) << "but a get tries three times";
   EXPECT_THAT(machine.notes.take(), IsEmpty());
 }
 
 TEST_F(AVServiceHandleTest, WithoutTheReadCallNothingIsEvenRequested) {
   machine.loader.libraries[framework].erase("IOAVServiceReadI2C");
   EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
+  EXPECT_EQ(machine.time.now(), Instant(fromSeconds(0.06)));
   EXPECT_THAT(machine.notes.take(), IsEmpty());
   EXPECT_TRUE(handle().setVCP(0x10, 50)) << "a set needs no read";
 }

@@ -184,13 +184,47 @@ TEST_F(LevelsTest, AWriteWithoutAChannelFailsAndStartsExactlyOneRead) {
 
 TEST_F(LevelsTest, AWriteWithoutAnyMaximumFailsAndStartsARead) {
   findChannelOf(leftID, left);
-  run(0.7);
-  left.answers = false;
-  notes();
   coordinator->tracker.nextRetry.clear();
+  ASSERT_THAT(coordinator->tracker.warmsInFlight, IsEmpty());
   EXPECT_FALSE(coordinator->write(60, leftID, true));
-  EXPECT_TRUE(coordinator->tracker.warmsInFlight.contains(leftID));
+  EXPECT_THAT(coordinator->tracker.warmsInFlight, ElementsAre(leftID));
   EXPECT_EQ(left.setCount, 0);
+  EXPECT_THAT(notes(), IsEmpty()) << "and it is not announced";
+}
+
+TEST_F(LevelsTest, AWriteDoesNotWaitForAReadThatIsUnderWay) {
+  letBothAnswer();
+  machine.time.after(fromSeconds(0.005), [this] { coordinator->write(60, leftID, false); });
+  coordinator->warmCache(rightID);
+  run(1);
+  EXPECT_EQ(notes(),
+            joined({{at(10'000, "write disp1 55/81: 82 01 10 FD")},
+                    busSet(10'005, "disp0", "84 03 10 00 3C C5"),
+                    {at(10'025, "set brightness.10.20.30=60"), at(10'040, "read disp1 55/81: 12")},
+                    keptCapability(10'040, rightPanel, 100)}));
+}
+
+TEST_F(LevelsTest, AProbeWaitsItsTurnBehindTheReadsThatWereQueuedBefore) {
+  coordinator->warmCache(rightID);
+  EXPECT_EQ(coordinator->probe(leftID), (VCPReading{50, 100}));
+  EXPECT_EQ(notes(), joined({answeredRead(0, "disp1"), answeredRead(40, "disp0")}));
+}
+
+TEST_F(LevelsTest, AnAppleDisplayThatCanNotBeReadHasNoRangeAndIsNotAskedOverTheBus) {
+  makeAppleDisplay(leftID, 0.5F);
+  machine.displayServices.getStatus = 1;
+  EXPECT_EQ(coordinator->refreshTargets().at(0).ddcRange, std::nullopt);
+  EXPECT_FALSE(coordinator->tracker.attemptStartedAt.contains(leftID));
+}
+
+TEST_F(LevelsTest, ASetThroughDisplayServicesIsProtectedFromAnOlderReadingToo) {
+  makeAppleDisplay(leftID, 0.5F);
+  coordinator->warmCache(leftID);
+  run(1);
+  ASSERT_TRUE(coordinator->write(30, leftID, true));
+  coordinator->resyncCache();
+  run(1);
+  EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 30);
 }
 
 TEST_F(LevelsTest, AWriteToAMonitorThatIsSilentNowUsesTheSavedMaximum) {
@@ -219,6 +253,10 @@ TEST_F(LevelsTest, AWriteThatTheBusRefusesChangesNothing) {
   EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 50);
   EXPECT_EQ(coordinator->tracker.readFailures.at(leftID), 0) << "nor does it count as failing";
   EXPECT_THAT(coordinator->tracker.failingSince, IsEmpty());
+  left.current = 30;
+  coordinator->resyncCache();
+  run(0.5);
+  EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 30) << "nor as a fresh write";
 }
 
 TEST_F(LevelsTest, AMaximumBeyondTheWireIsAProgrammingError) {
@@ -363,6 +401,37 @@ TEST_F(LevelsTest, AProbeOfASilentOrUnknownDisplayGivesNothing) {
   EXPECT_EQ(coordinator->probe(leftID), std::nullopt);
   EXPECT_EQ(coordinator->probe(99), std::nullopt);
   EXPECT_THAT(coordinator->tracker.readFailures, IsEmpty());
+}
+
+// The queue
+
+class QueueNotingMachine : public FakeMachine {
+ public:
+  struct NotingRuntime : VirtualRuntime {
+    std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label,
+                                                 QueueQuality quality) override {
+      labels.push_back(label);
+      qualities.push_back(quality);
+      return VirtualRuntime::makeSerialQueue(label, quality);
+    }
+    std::vector<std::string> labels;
+    std::vector<QueueQuality> qualities;
+  };
+
+  Runtime& runtime() override { return noting; }
+  NotingRuntime noting;
+};
+
+TEST(DDCQueue, IsOneSerialQueueWithItsNameAndItsUrgency) {
+  QueueNotingMachine machine;
+  BrightnessStore store(machine.settings, machine.displaySystem);
+  const DDCDisplayCoordinator coordinator(
+      machine, std::make_shared<AppleDisplayBackend>(machine.loader, machine.displaySystem),
+      std::make_shared<DisplayRegistry>(machine.displaySystem, machine.registry, machine.loader,
+                                        machine.noting),
+      store, [](DisplayID) {});
+  EXPECT_THAT(machine.noting.labels, ElementsAre("com.quorrel.brivane.ddc"));
+  EXPECT_THAT(machine.noting.qualities, ElementsAre(QueueQuality::userInitiated));
 }
 
 }  // namespace

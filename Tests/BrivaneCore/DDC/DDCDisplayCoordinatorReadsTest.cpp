@@ -106,6 +106,14 @@ TEST_F(ReadsTest, ARecoveryIsReportedWithTheLengthOfTheOutage) {
                              keptCapability(10'760, leftPanel, 100)}));
 }
 
+TEST_F(ReadsTest, AnOutageOfTwelvePointFourSecondsIsLoggedAsTwelve) {
+  coordinator->tracker.failingSince[leftID] = now();
+  run(12.36);
+  coordinator->warmCache(leftID);
+  run(1);
+  EXPECT_EQ(machine.systemLog.lines, Notes{"Brivane: [3] Left answering again after 12s"});
+}
+
 TEST_F(ReadsTest, ASecondOutageIsReportedAnewAndBacksOffAnew) {
   left.answers = false;
   coordinator->warmCache(leftID);
@@ -229,6 +237,7 @@ TEST_F(ReadsTest, ARetryThatIsNotDueStartsNothing) {
 }
 
 TEST_F(ReadsTest, AReadQueuedBeforeTheDisplaySetChangedFillsNothing) {
+  setStored("ddcmax.10.20.30", 100);
   coordinator->warmCache(leftID);
   run(0.02);
   coordinator->invalidate();

@@ -99,7 +99,30 @@ TEST_F(RestoreTest, PrewarmWalksTheRegistryFirstUnlessItJustDid) {
   EXPECT_EQ(machine.registry.walks, 2);
 }
 
+TEST_F(RestoreTest, PrewarmIsNoAttemptAndHoldsNoneUp) {
+  coordinator->prewarm({});
+  EXPECT_THAT(coordinator->tracker.warmsInFlight, IsEmpty());
+  EXPECT_THAT(coordinator->tracker.attemptStartedAt, IsEmpty());
+  coordinator->warmCache(leftID);
+  run(1);
+  EXPECT_EQ(left.getCount, 2);
+}
+
+TEST_F(RestoreTest, RestoringAnOlderDisplaySetStillTriesToWrite) {
+  setStored("brightness.10.20.30", 80);
+  coordinator->restoreSavedBrightness(noteDone());
+  run(0.06);
+  coordinator->invalidate();
+  run(1);
+  EXPECT_EQ(notes(), joined({answeredRead(0, "disp0"),
+                             answeredRead(40, "disp1"),
+                             {at(80, "done")},
+                             answeredRead(80, "disp0"),
+                             keptCapability(120, leftPanel, 100)}));
+}
+
 TEST_F(RestoreTest, PrewarmOfAnOlderDisplaySetFillsNothingButCallsBack) {
+  setStored("ddcmax.10.20.30", 100);
   coordinator->prewarm(noteDone());
   run(0.06);
   coordinator->invalidate();
@@ -107,6 +130,7 @@ TEST_F(RestoreTest, PrewarmOfAnOlderDisplaySetFillsNothingButCallsBack) {
   EXPECT_EQ(notes(),
             joined({answeredRead(0, "disp0"), answeredRead(40, "disp1"), {at(80, "done")}}));
   EXPECT_THAT(coordinator->levelCache.percents, IsEmpty());
+  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "its channel is not kept";
 }
 
 TEST_F(RestoreTest, TheCallbackComesEvenWhenTheCoordinatorHasGone) {
@@ -194,6 +218,8 @@ TEST_F(RestoreTest, TheBuiltInPanelIsNeverRestored) {
   coordinator->restoreSavedBrightness({});
   run(1);
   EXPECT_EQ(left.setCount, 0);
+  EXPECT_THAT(coordinator->tracker.attemptStartedAt, IsEmpty()) << "nor is it even tried";
+  EXPECT_THAT(machine.systemLog.lines, IsEmpty());
 }
 
 // A new display set

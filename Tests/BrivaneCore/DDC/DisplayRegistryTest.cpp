@@ -215,5 +215,17 @@ TEST_F(DisplayRegistryTest, TwoMonitorsWithoutPanelsGetNoPort) {
   EXPECT_EQ(registry.resolvePort(5), std::nullopt);
 }
 
+TEST_F(DisplayRegistryTest, TheAgeOfAScanCountsFromItsStart) {
+  machine.addMonitor(9, "A", "disp0", 1, 2, 3);
+  auto& symbol = machine.loader.libraries[framework]["IOAVServiceCreateWithService"];
+  symbol = CreateAVServiceFunction(
+      [this, create = std::get<CreateAVServiceFunction>(symbol)](const RegistryEntry& proxy) {
+        machine.time.sleep(fromSeconds(2));
+        return create(proxy);
+      });
+  registry.scan();
+  EXPECT_EQ(registry.lastScan, Instant());
+}
+
 }  // namespace
 }  // namespace brivane

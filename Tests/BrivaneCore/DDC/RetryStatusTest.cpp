@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "BrivaneCore/DDC/RetryStatus.h"
 
 namespace brivane {
@@ -36,6 +38,12 @@ TEST(RetryStatus, EqualWhenAllFieldsAreEqual) {
 TEST(RetryStatus, CountdownsOfDifferentLengthsDiffer) {
   EXPECT_NE(State::nextTry(1), State::nextTry(2));
   EXPECT_NE(State::noDDC(), State::retryingNow());
+}
+
+TEST(RetryStatus, StatesCanBeKeysOfASet) {
+  const std::set<State> states = {State::nextTry(1), State::nextTry(2), State::nextTry(1),
+                                  State::noDDC(), State::retryingNow()};
+  EXPECT_EQ(states.size(), 4u);
 }
 
 }  // namespace

@@ -153,6 +153,19 @@ TEST_F(ExtendedGammaBrightenerTest, APoisonedBaselineIsResetOnceUntilAnApplySucc
   EXPECT_NE(baselines->cached(1), std::nullopt);
 }
 
+TEST_F(ExtendedGammaBrightenerTest, EachPoisonedDisplayIsResetOnItsOwnAccount) {
+  poison(1, 1.2F);
+  poison(2, 1.2F);
+  brightener.apply(50, 1);
+  EXPECT_FALSE(brightener.apply(50, 2));
+  EXPECT_EQ(curve(2), GammaRamp::identity(4).red);
+  EXPECT_TRUE(brightener.apply(50, 2)) << "which must not earn display 1 another reset";
+  poison(1, 1.2F);
+  tables.calls.clear();
+  EXPECT_FALSE(brightener.apply(50, 1));
+  EXPECT_THAT(tables.calls, ElementsAre("capacity 1", "capacity 1", "read 1 4"));
+}
+
 TEST_F(ExtendedGammaBrightenerTest, ASuccessOrRestoringAllAllowsAnotherReset) {
   for (const bool succeeds : {true, false}) {
     poison(1, 1.2F);

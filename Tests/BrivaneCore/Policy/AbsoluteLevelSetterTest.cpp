@@ -124,5 +124,43 @@ TEST_F(AbsoluteLevelSetterTest, AnAppleDisplayIsMovedThroughTheDisplayServices) 
   EXPECT_EQ(bench.machine.displayServices.levels[1], 0.0F);
 }
 
+TEST_F(AbsoluteLevelSetterTest, AHardwareLevelThatIsNotKnownIsMovedToTheNearEnd) {
+  for (const auto& [level, hardware] : {std::pair<Percent, float>{-10, 0.0F}, {110, 1.0F}}) {
+    FakeEffectsBench fresh;
+    fresh.bench.addAppleDisplay({1, 1552, 2, 3, false}, 0.5F);
+    EXPECT_TRUE(fresh.controller.setLevel(level, 1));
+    EXPECT_EQ(fresh.bench.machine.displayServices.levels[1], hardware) << level;
+  }
+}
+
+TEST_F(AbsoluteLevelSetterTest, AMonitorThatDoesNotAnswerIsDimmedAllTheSame) {
+  auto& channel = bench.addSilentMonitor(3);
+  channel.answers = true;
+  EXPECT_TRUE(controller.setLevel(-30, 3));
+  EXPECT_THAT(calls, ElementsAre("dimmer apply 30 to 3"));
+  bench.machine.time.runFor(fromSeconds(0.5));
+  EXPECT_EQ(channel.getCount, 1) << "and is asked in the background";
+}
+
+TEST_F(AbsoluteLevelSetterTest, AHardwareLevelTooHandsABoostOverFirst) {
+  start(50);
+  gammaBrightener->amounts[2] = 30;
+  bench.machine.displaySystem.allScreens[0].potentialHeadroom = 2.0;
+  EXPECT_TRUE(controller.setLevel(40, 2));
+  EXPECT_THAT(calls, ElementsAre("extended apply 30 to 2", "gamma relinquish 2", "dimmer restore 2",
+                                 "gamma restore 2", "extended restore 2"));
+}
+
+TEST_F(AbsoluteLevelSetterTest, TheHardwareMovesBetweenTheEndOfOneEffectAndTheStartOfTheOther) {
+  auto& channel = start(100);
+  dimmer->witness = [&channel] { return " at " + std::to_string(channel.current); };
+  gammaBrightener->witness = dimmer->witness;
+  gammaBrightener->amounts[2] = 1;
+  controller.setLevel(-30, 2);
+  controller.setLevel(130, 2);
+  EXPECT_THAT(calls, ElementsAre("gamma restore 2 at 100", "dimmer apply 30 to 2 at 0",
+                                 "dimmer restore 2 at 0", "gamma apply 30 to 2 at 100"));
+}
+
 }  // namespace
 }  // namespace brivane

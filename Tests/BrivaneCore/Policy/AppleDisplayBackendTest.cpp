@@ -84,6 +84,7 @@ TEST_F(AppleDisplayBackendTest, AReadRoundsToTheNearestPercentWithHalvesUp) {
       {-0.0F, 0},
       {0.5F, 50},
       {0.125F, 13},  // 12.5
+      {0.145F, 15},  // 14.5 as the 32-bit float that it is
       {0.004F, 0},
       {0.996F, 100},
       {1.0F, 100},

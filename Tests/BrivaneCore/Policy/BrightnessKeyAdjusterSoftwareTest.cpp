@@ -93,10 +93,11 @@ struct SoftwareDecision : testing::Test, FakeEffectsBench {
     return controller.adjustDisplayUnderCursor(delta, snapToStep);
   }
 
-  void start(std::uint16_t percent, std::int64_t depth, std::int64_t boost) {
-    bench.addAnsweringMonitor(2, percent);
+  FakeBus::Channel& start(std::uint16_t percent, std::int64_t depth, std::int64_t boost) {
+    auto& channel = bench.addAnsweringMonitor(2, percent);
     dimmer->amounts[2] = depth;
     gammaBrightener->amounts[2] = boost;
+    return channel;
   }
 };
 
@@ -169,10 +170,11 @@ TEST(SoftwareRanges, AZeroChangeEntersNeither) {
 }
 
 TEST_F(SoftwareDecision, WithDimmingOffAPressDownAtZeroDoesNothing) {
-  start(0, 0, 0);
+  const auto& channel = start(0, 0, 0);
   bench.set("SubZeroDimming", false);
   EXPECT_EQ(press(-5), shows(0));
   EXPECT_THAT(calls, IsEmpty());
+  EXPECT_EQ(channel.setCount, 0);
 }
 
 TEST_F(SoftwareDecision, WithDimmingOffAnEarlierDepthIsLeftToTheHardwareWrite) {
@@ -193,17 +195,45 @@ TEST_F(SoftwareDecision, AnUnsupportedEffectIsNotUsed) {
 }
 
 TEST_F(SoftwareDecision, WithBrighteningOffAPressUpAt100DoesNothing) {
-  start(100, 0, 0);
+  const auto& channel = start(100, 0, 0);
   bench.set("BrightenPastMaximum", false);
   EXPECT_EQ(press(5), shows(100));
   EXPECT_THAT(calls, IsEmpty());
+  EXPECT_EQ(channel.setCount, 0);
+}
+
+TEST_F(SoftwareDecision, WithBrighteningOffAnEarlierBoostIsLeftToTheHardwareWrite) {
+  start(100, 0, 40);
+  bench.set("BrightenPastMaximum", false);
+  EXPECT_EQ(press(5), shows(100));
+  EXPECT_THAT(calls, IsEmpty());
+  EXPECT_EQ(press(-5), shows(95));
+  EXPECT_THAT(calls, ElementsAre("dimmer restore 2", "gamma restore 2", "extended restore 2"));
+}
+
+TEST_F(SoftwareDecision, AnUnsupportedEffectDoesNotClaimAPressEvenWithAnAmount) {
+  start(50, 7, 7);
+  dimmer->supported = false;
+  gammaBrightener->supported = false;
+  EXPECT_EQ(press(5), shows(55));
+  EXPECT_THAT(calls, ElementsAre("dimmer restore 2", "gamma restore 2", "extended restore 2"));
+}
+
+TEST_F(SoftwareDecision, AHardwareStepTooHandsABoostOverFirst) {
+  start(50, 0, 30);
+  bench.set("BrightenPastMaximum", false);
+  bench.machine.displaySystem.allScreens[0].potentialHeadroom = 2.0;
+  EXPECT_EQ(press(5), shows(55));
+  EXPECT_THAT(calls, ElementsAre("extended apply 30 to 2", "gamma relinquish 2", "dimmer restore 2",
+                                 "gamma restore 2", "extended restore 2"));
 }
 
 TEST_F(SoftwareDecision, AFailedBoostFallsBackToTheHardware) {
-  start(100, 0, 0);
+  const auto& channel = start(100, 0, 0);
   gammaBrightener->accepts = false;
   EXPECT_EQ(press(5), shows(100));
   EXPECT_THAT(calls, ElementsAre("gamma apply 5 to 2"));
+  EXPECT_EQ(channel.setCount, 0);
   gammaBrightener->amounts[2] = 40;
   EXPECT_EQ(press(-5), shows(95));
   EXPECT_THAT(calls, ElementsAre("gamma apply 35 to 2", "dimmer restore 2", "gamma restore 2",

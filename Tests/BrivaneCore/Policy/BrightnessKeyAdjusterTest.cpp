@@ -95,6 +95,7 @@ TEST_F(BrightnessKeyAdjusterTest, APressPastAnEndShowsTheLevelAndWritesNothing) 
   auto& channel = addAnsweringMonitor(2, 0);
   EXPECT_EQ(press(-5), monitor2At(0));
   EXPECT_EQ(press(-5, true), monitor2At(0));
+  EXPECT_EQ(channel.setCount, 0);
   press(100);
   const auto writes = channel.setCount;
   EXPECT_EQ(press(5), monitor2At(100));
@@ -192,6 +193,13 @@ TEST_F(BrightnessKeyAdjusterTest, AnOverflowOfTheHardwareSumAborts) {
   EXPECT_EQ(press(greatest - 50), monitor2At(100));
   EXPECT_DEATH(press(greatest), "left the 64-bit range");
   EXPECT_EQ(press(least), monitor2At(0));
+}
+
+TEST_F(BrightnessKeyAdjusterTest, ADrivenBuiltInPanelWithoutAnyControlIsLeftToTheSystem) {
+  machine.displaySystem.add({1, 1552, 2, 3, true}, "Panel");
+  machine.pointAt(1);
+  controller.setDrivesBuiltInPanel(true);
+  EXPECT_EQ(press(5), AdjustOutcome::passThrough());
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
 // The built program on simulated machines, as a person types it.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <regex>
@@ -17,7 +16,6 @@ namespace {
 using testing::AllOf;
 using testing::ContainsRegex;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
@@ -90,6 +88,17 @@ TEST_F(DeskCommandsTest, OnlyTheDisplayUnderThePointerChanges) {
   EXPECT_EQ(changed, 2);  // its control line and its raw values
 }
 
+TEST_F(DeskCommandsTest, AppleDisplaysAreNotForTheSetMode) {
+  for (const bool isBuiltIn : {false, true}) {
+    std::filesystem::remove_all(folder / "desk.json.state");
+    folder.write("desk.json", std::string(R"({"displays": [{"identifier": 2, "name": "Pro Panel",
+        "vendor": 1552, "firmware": null, "displayServices": {"level": 0.5}, "builtIn": )") +
+                                  (isBuiltIn ? "true}]}" : "false}]}"));
+    EXPECT_EQ(output({"--set", "40"}), "Failed to set Pro Panel — no DDC channel.\n");
+    EXPECT_EQ(controlUnderCursor(), "control: Apple display via DisplayServices -> 50%");
+  }
+}
+
 TEST_F(DeskCommandsTest, UnmapTakesAwayBrivanesEntriesAndThenFindsNone) {
   folder.write("desk.json", R"({"displays": [], "hidMapping": [
       {"source": 51539607663, "destination": 30064771182},
@@ -137,9 +146,13 @@ TEST_F(DeskCommandsTest, FilesAreOnlyMadeBesideTheDesk) {
 // Monitors with moods
 
 TEST_F(DeskCommandsTest, MonitorsWithOddRepliesAreStillRead) {
-  for (const auto* mood : {"shifted"}) {
-    useMonitor(std::string("\"level\": 30, \"mood\": \"") + mood + "\"");
-    EXPECT_EQ(controlUnderCursor(), "control: DDC/CI -> 30%") << mood;
+  for (const auto* firmware : {R"("mood": "shifted")", R"("replyMilliseconds": 90)",
+                               R"("maximum": 50)", R"("ignoresEveryOtherWrite": true)"}) {
+    useMonitor(std::string("\"level\": 30, ") + firmware);
+    EXPECT_EQ(controlUnderCursor(), std::string(firmware).find("50") == std::string::npos
+                                        ? "control: DDC/CI -> 30%"
+                                        : "control: DDC/CI -> 60%")
+        << firmware;
   }
 }
 
@@ -158,6 +171,10 @@ struct BadDesk {
   std::string content;
   const char* complaint;
 };
+
+std::string zeros(std::size_t count) {
+  return std::string(count, '\0');
+}
 
 class BadDeskTest : public DeskCommandsTest, public testing::WithParamInterface<BadDesk> {};
 
@@ -182,8 +199,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "/displays/1/identifier"},
         BadDesk{"SameKeyTwice", R"({"displays": [], "displays": []})", "displays"},
         BadDesk{"Truncated", "{\"displays\": [", "line 1"}, BadDesk{"Empty", "", "empty"},
-        BadDesk{"NoObject", "[]", "object"},
-        BadDesk{"Zeros", std::string(100'000'000, '\0'), "100000000"}),
+        BadDesk{"NoObject", "[]", "object"}, BadDesk{"Zeros", zeros(100'000'000), "100000000"}),
     [](const auto& bad) { return bad.param.name; });
 
 TEST_F(DeskCommandsTest, AMissingDeskAndAFolderGetOneLineEach) {
@@ -236,6 +252,7 @@ TEST_F(DeskStateTest, BrokenSettingsAreReportedKeptAndReplaced) {
     std::ofstream(settings) << content;
     const ProgramResult result = run({"--set", "50"});
     EXPECT_EQ(result.output, "Set Halden H27 to 50%\n");
+    EXPECT_THAT(linesOf(result.errors), SizeIs(1)) << result.errors;
     EXPECT_THAT(result.errors, HasSubstr("can't be read"));
     EXPECT_EQ(result.exitStatus, 0);
     bool isKept = false;
@@ -248,22 +265,30 @@ TEST_F(DeskStateTest, BrokenSettingsAreReportedKeptAndReplaced) {
   }
 }
 
-TEST_F(DeskStateTest, WithoutRoomForFilesTheLevelIsSetOrTheFailureSaidAndNothingIsTorn) {
+TEST_F(DeskStateTest, WithoutRoomForFilesTheMonitorIsSetTheFailureIsSaidAndNothingIsTorn) {
   const std::string before = TemporaryFolder::read(settings);
-  rlimit old{};
-  getrlimit(RLIMIT_FSIZE, &old);
-  signal(SIGXFSZ, SIG_IGN);
-  const rlimit limit{8, old.rlim_max};
-  // The program's own output is a file too, of which it may write eight bytes.
-  setrlimit(RLIMIT_FSIZE, &limit);
-  const ProgramResult result = run({"--set", "50"});
-  setrlimit(RLIMIT_FSIZE, &old);
-  signal(SIGXFSZ, SIG_DFL);
+  // The limit is on files; what the program prints goes through a pipe.
+  const ProgramResult result =
+      runProgram("Brivane", {"--set", "50"}, {{"BRIVANE_DESK", desk}}, {.largestFileBytes = 8});
   EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.output, "Set Halden H27 to 50%\n");
+  EXPECT_THAT(result.errors, HasSubstr("settings could not be saved"));
   EXPECT_EQ(TemporaryFolder::read(settings), before);
   for (const auto& entry : std::filesystem::recursive_directory_iterator(state)) {
     EXPECT_NE(entry.path().extension(), ".new");
   }
+}
+
+TEST_F(DeskStateTest, SettingsThatAStoppedProcessHoldsAreLeftAloneAfterAShortWait) {
+  const std::string before = TemporaryFolder::read(settings);
+  const int lock = open((settings.string() + ".lock").c_str(), O_RDWR);
+  ASSERT_EQ(flock(lock, LOCK_EX), 0);
+  const ProgramResult result = run({"--set", "50"});
+  close(lock);
+  EXPECT_EQ(result.output, "Set Halden H27 to 50%\n");
+  EXPECT_THAT(linesOf(result.errors), SizeIs(1)) << result.errors;
+  EXPECT_THAT(result.errors, HasSubstr("another process holds the lock"));
+  EXPECT_EQ(TemporaryFolder::read(settings), before);
 }
 
 TEST_F(DeskStateTest, ADamagedStateFileIsSetAsideAndTheDeskGoesOn) {

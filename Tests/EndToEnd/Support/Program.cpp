@@ -2,33 +2,54 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <iterator>
+#include <array>
 #include <sstream>
 
 namespace brivane {
 namespace {
 
-std::filesystem::path emptyTemporaryFile() {
-  std::string pattern = std::filesystem::temp_directory_path() / "brivane-output-XXXXXX";
-  close(mkstemp(pattern.data()));
-  return pattern;
+void setEnvironment(const std::map<std::string, std::string>& environment) {
+  for (const auto& [variable, value] : environment) {
+    if (value.empty()) {
+      unsetenv(variable.c_str());
+    } else {
+      setenv(variable.c_str(), value.c_str(), 1);
+    }
+  }
 }
 
-std::string takeContent(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::string content(std::istreambuf_iterator<char>(stream), {});
-  std::filesystem::remove(file);
-  return content;
+void limit(ProgramLimits limits) {
+  if (limits.largestFileBytes == 0) return;
+  signal(SIGXFSZ, SIG_IGN);
+  const rlimit largest{limits.largestFileBytes, limits.largestFileBytes};
+  setrlimit(RLIMIT_FSIZE, &largest);
 }
 
-void redirect(const std::filesystem::path& file, int flags, int target) {
-  const int descriptor = open(file.c_str(), flags);
-  if (descriptor < 0 || dup2(descriptor, target) < 0) _exit(126);
+/// Reads both to their ends, side by side, so that neither fills up and blocks the writer.
+void readBoth(int first, std::string& firstText, int second, std::string& secondText) {
+  std::array<pollfd, 2> open = {{{first, POLLIN, 0}, {second, POLLIN, 0}}};
+  const std::array<std::string*, 2> texts = {&firstText, &secondText};
+  while (open[0].fd >= 0 || open[1].fd >= 0) {
+    poll(open.data(), open.size(), -1);
+    for (std::size_t i = 0; i < open.size(); ++i) {
+      if (open[i].fd < 0 || open[i].revents == 0) continue;
+      std::array<char, 4096> buffer{};
+      const ssize_t count = read(open[i].fd, buffer.data(), buffer.size());
+      if (count > 0) {
+        texts[i]->append(buffer.data(), static_cast<std::size_t>(count));
+      } else {
+        close(open[i].fd);
+        open[i].fd = -1;
+      }
+    }
+  }
 }
 
 }  // namespace
@@ -42,28 +63,32 @@ std::filesystem::path treeFolder() {
 }
 
 RunningProgram::RunningProgram(const std::string& name, const std::vector<std::string>& arguments,
-                               const std::map<std::string, std::string>& environment)
-    : output(emptyTemporaryFile()), errors(emptyTemporaryFile()) {
+                               const std::map<std::string, std::string>& environment,
+                               ProgramLimits limits) {
   const std::string program = programFolder() / name;
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
+  std::array<int, 2> outputPipe{};
+  std::array<int, 2> errorPipe{};
+  if (pipe2(outputPipe.data(), O_CLOEXEC) != 0 || pipe2(errorPipe.data(), O_CLOEXEC) != 0) return;
   child = fork();
-  if (child != 0) return;
-  for (const auto& [variable, value] : environment) {
-    if (value.empty()) {
-      unsetenv(variable.c_str());
-    } else {
-      setenv(variable.c_str(), value.c_str(), 1);
-    }
+  if (child == 0) {
+    setEnvironment(environment);
+    dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
+    dup2(outputPipe[1], STDOUT_FILENO);
+    dup2(errorPipe[1], STDERR_FILENO);
+    limit(limits);
+    execv(program.c_str(), pointers.data());
+    _exit(127);
   }
-  redirect("/dev/null", O_RDONLY, STDIN_FILENO);
-  redirect(output, O_WRONLY, STDOUT_FILENO);
-  redirect(errors, O_WRONLY, STDERR_FILENO);
-  execv(program.c_str(), pointers.data());
-  _exit(127);
+  close(outputPipe[1]);
+  close(errorPipe[1]);
+  output = outputPipe[0];
+  errors = errorPipe[0];
 }
 
 RunningProgram::~RunningProgram() {
@@ -71,16 +96,19 @@ RunningProgram::~RunningProgram() {
 }
 
 ProgramResult RunningProgram::wait() {
+  ProgramResult result;
+  readBoth(output, result.output, errors, result.errors);
   int status = 0;
   waitpid(child, &status, 0);
   child = -1;
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), takeContent(output),
-          takeContent(errors)};
+  result.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  return result;
 }
 
 ProgramResult runProgram(const std::string& name, const std::vector<std::string>& arguments,
-                         const std::map<std::string, std::string>& environment) {
-  return RunningProgram(name, arguments, environment).wait();
+                         const std::map<std::string, std::string>& environment,
+                         ProgramLimits limits) {
+  return RunningProgram(name, arguments, environment, limits).wait();
 }
 
 std::vector<std::string> linesOf(const std::string& text) {

@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -16,6 +17,12 @@ struct ProgramResult {
   std::string errors;
 };
 
+/// What a program may not do.
+struct ProgramLimits {
+  /// Larger files can't be written, as on a full disk; 0: no limit.
+  std::uint64_t largestFileBytes = 0;
+};
+
 /// The folder of the built programs, this test among them.
 std::filesystem::path programFolder();
 
@@ -28,7 +35,7 @@ class RunningProgram {
   /// Starts the built program `name` with this environment on top of the test's own; an empty value
   /// takes a variable away.
   RunningProgram(const std::string& name, const std::vector<std::string>& arguments,
-                 const std::map<std::string, std::string>& environment);
+                 const std::map<std::string, std::string>& environment, ProgramLimits limits = {});
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;
   RunningProgram& operator=(const RunningProgram&) = delete;
@@ -37,12 +44,13 @@ class RunningProgram {
 
  private:
   pid_t child = -1;
-  std::filesystem::path output;
-  std::filesystem::path errors;
+  int output = -1;
+  int errors = -1;
 };
 
 ProgramResult runProgram(const std::string& name, const std::vector<std::string>& arguments,
-                         const std::map<std::string, std::string>& environment);
+                         const std::map<std::string, std::string>& environment,
+                         ProgramLimits limits = {});
 
 std::vector<std::string> linesOf(const std::string& text);
 

@@ -124,31 +124,20 @@ struct BadFile {
 class JsonFileDefaultsBadFileTest : public JsonFileDefaultsTest,
                                     public testing::WithParamInterface<BadFile> {};
 
-TEST_P(JsonFileDefaultsBadFileTest, ItIsReportedOnceAndKeptUntouchedWhileNothingIsStored) {
+TEST_P(JsonFileDefaultsBadFileTest, ItIsSetAsideWholeAndOneLineSaysSo) {
   folder.write("domain.json", GetParam().content);
-  {
-    const auto defaults = open();
-    EXPECT_EQ(defaults.object("a"), std::nullopt);
-    EXPECT_EQ(defaults.object("b"), std::nullopt);
-  }
+  auto defaults = open();
+  EXPECT_EQ(defaults.object("a"), std::nullopt);
+  defaults.set("a", {std::int64_t{1}});
+  EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
+  const auto names = folder.names();
+  ASSERT_THAT(names, ElementsAre("domain.json", "domain.json.lock",
+                                 StartsWith("domain.json.unreadable-2")));
+  EXPECT_EQ(TemporaryFolder::read(folder / names[2]), GetParam().content);
   ASSERT_EQ(log.lines.size(), 1u);
   EXPECT_THAT(log.lines[0], StartsWith("Brivane: the settings in " + file.string()));
   EXPECT_THAT(log.lines[0], HasSubstr(GetParam().reason));
-  EXPECT_EQ(TemporaryFolder::read(file), GetParam().content);
-}
-
-TEST_P(JsonFileDefaultsBadFileTest, ItIsSetAsideWholeWhenSomethingIsStored) {
-  folder.write("domain.json", GetParam().content);
-  auto defaults = open();
-  defaults.set("a", {std::int64_t{1}});
-  ASSERT_EQ(log.lines.size(), 2u);
-  const auto names = folder.names();
-  ASSERT_EQ(names.size(), 3u);
-  EXPECT_THAT(names, ElementsAre("domain.json", "domain.json.lock",
-                                 StartsWith("domain.json.unreadable-2")));
-  EXPECT_THAT(log.lines[1], HasSubstr(names[2]));
-  EXPECT_EQ(TemporaryFolder::read(folder / names[2]), GetParam().content);
-  EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
+  EXPECT_THAT(log.lines[0], HasSubstr(names[2]));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -162,6 +151,19 @@ INSTANTIATE_TEST_SUITE_P(
                             "{\"a\":" + std::string(100000, '[') + std::string(100000, ']') + "}",
                             "nested too"}),
     [](const auto& bad) { return bad.param.name; });
+
+TEST_F(JsonFileDefaultsTest, AnUnreadableFileThatCanNotBeSetAsideIsNeverOverwritten) {
+  folder.write("domain.json", "broken");
+  const auto lock = FileLock::acquire(file.string() + ".lock", runtime, Microseconds(0));
+  auto defaults = open();
+  EXPECT_EQ(defaults.object("a"), std::nullopt);
+  defaults.set("a", {std::int64_t{1}});
+  EXPECT_EQ(defaults.object("a"), (PropertyValue{std::int64_t{1}}));
+  EXPECT_EQ(TemporaryFolder::read(file), "broken");
+  ASSERT_EQ(log.lines.size(), 2u);
+  EXPECT_THAT(log.lines[0], HasSubstr("leaving the file as it is"));
+  EXPECT_THAT(log.lines[1], HasSubstr("could not be saved"));
+}
 
 TEST_F(JsonFileDefaultsTest, AFolderOfThatNameIsSetAsideToo) {
   std::filesystem::create_directory(file);
@@ -208,7 +210,7 @@ TEST_F(JsonFileDefaultsTest, AStoppedProcessThatHoldsTheLockIsWaitedForTwoSecond
   EXPECT_GE(waited, 2.0);
   EXPECT_LT(waited, 3.5);
   ASSERT_EQ(log.lines.size(), 1u);
-  EXPECT_THAT(log.lines[0], HasSubstr("can't be had"));
+  EXPECT_THAT(log.lines[0], HasSubstr("another process holds the lock"));
   EXPECT_EQ(defaults.object("a"), (PropertyValue{std::int64_t{1}}));
   kill(holder, SIGKILL);
   waitFor(holder);
@@ -241,7 +243,7 @@ TEST_F(JsonFileDefaultsTest, OnAFullDiskTheOldFileStaysWholeAndNoPartOfTheNewOne
 
 TEST_F(JsonFileDefaultsTest, WhatCouldNotBeWrittenIsWrittenAtTheEndIfItCanBeThen) {
   {
-    auto lock = FileLock::acquire(file.string() + ".lock", runtime, Microseconds(0));
+    std::optional lock(FileLock::acquire(file.string() + ".lock", runtime, Microseconds(0)));
     auto defaults = open();
     defaults.set("a", {std::int64_t{1}});
     EXPECT_FALSE(std::filesystem::exists(file));

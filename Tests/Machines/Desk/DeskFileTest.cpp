@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadDesk{"{} {}", "line 1, column 4: unexpected '{'; expected end of input"},
         BadDesk{"{\"a\": 1e999}", "line 1, column 11: number overflow parsing '1e999'"},
         BadDesk{"{\"language\": \"\xff\"}", "line 1, column 15: this is not UTF-8 text"},
-        BadDesk{"\xff\xfe{\0}", "line 1, column 1: invalid literal"},
+        BadDesk{"\xff\xfe{", "line 1, column 1: invalid literal"},
         BadDesk{std::string(5000, '\0'), "line 1, column 1: a zero byte"},
         BadDesk{std::string("{}\n\0", 4), "line 2, column 1: a zero byte"},
         BadDesk{

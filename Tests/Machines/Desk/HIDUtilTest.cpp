@@ -62,8 +62,8 @@ TEST(HIDUtil, PrintsWhatWasSetSoThatTheProgramReadsTheSameInTheSameOrder) {
   const std::vector<Pair> pairs = {{0, 18446744073709551615U}, {9223372036854775808U, 1}, {5, 5}};
   std::string payload = "{\"UserKeyMapping\":[";
   for (const auto& pair : pairs) {
-    payload +=
-        HIDKeyMapping::entry(pair.source, pair.destination) + (pair == pairs.back() ? "" : ",");
+    payload += HIDKeyMapping::entry(pair.source, pair.destination);
+    if (pair != pairs.back()) payload += ",";
   }
   EXPECT_EQ(set(*desk.machine, payload + "]}"), 0);
   EXPECT_EQ(HIDKeyMapping::mappingPairs(get(*desk.machine)), pairs);
@@ -87,6 +87,7 @@ TEST(HIDUtil, RefusesWhatIsNoMappingAndKeepsTheOneInForce) {
   TestDesk desk(R"({"hidMapping": [{"source": 1, "destination": 2}]})");
   const std::string source = R"("HIDKeyboardModifierMappingSrc":1)";
   const std::string destination = R"("HIDKeyboardModifierMappingDst":2)";
+  const std::string both = source + "," + destination;
   for (const std::string& payload : std::vector<std::string>{
            "",
            "null",
@@ -103,7 +104,7 @@ TEST(HIDUtil, RefusesWhatIsNoMappingAndKeepsTheOneInForce) {
            R"({"UserKeyMapping":[{}]})",
            R"({"UserKeyMapping":[{)" + source + "}]}",
            R"({"UserKeyMapping":[{)" + destination + "}]}",
-           R"({"UserKeyMapping":[{)" + source + "," + destination + R"(,"More":1}]})",
+           R"({"UserKeyMapping":[{)" + both + R"(,"More":1}]})",
            R"({"UserKeyMapping":[{)" + source + R"(,"HIDKeyboardModifierMappingDst":-2}]})",
            R"({"UserKeyMapping":[{)" + source + R"(,"HIDKeyboardModifierMappingDst":2.5}]})",
            R"({"UserKeyMapping":[{)" + source + R"(,"HIDKeyboardModifierMappingDst":"2"}]})",

@@ -9,7 +9,6 @@ namespace brivane {
 namespace {
 
 using testing::Each;
-using testing::ElementsAre;
 
 using Bytes = std::vector<std::uint8_t>;
 

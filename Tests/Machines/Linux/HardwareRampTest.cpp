@@ -14,15 +14,16 @@ using Ramp = std::vector<std::uint16_t>;
 TEST(HardwareRamp, LinearIsTheIndexTimes257For256Levels) {
   const Ramp ramp = linearRamp(256);
   ASSERT_EQ(ramp.size(), 256U);
-  for (std::size_t index = 0; index < 256; ++index) EXPECT_EQ(ramp[index], index * 257);
+  for (std::size_t index = 0; index < 256; ++index) EXPECT_EQ(ramp[index], 257 * index);
 }
 
 TEST(HardwareRamp, LinearRoundsToTheNearestLevelForOtherSizes) {
   EXPECT_EQ(linearRamp(3), (Ramp{0, 32768, 65535}));
   EXPECT_EQ(linearRamp(5), (Ramp{0, 16384, 32768, 49151, 65535}));
-  const Ramp ramp = linearRamp(1024);
-  for (std::size_t index = 0; index < 1024; ++index) {
-    EXPECT_EQ(ramp[index], (2 * index * 65535 + 1023) / (2 * 1023)) << index;
+  constexpr std::size_t steps = 1023;
+  const Ramp ramp = linearRamp(steps + 1);
+  for (std::size_t index = 0; index <= steps; ++index) {
+    EXPECT_EQ(ramp[index], (2 * index * 65535 + steps) / (2 * steps)) << index;
   }
 }
 

@@ -24,38 +24,40 @@ Bytes smallTable() {
   return ICCProfileBuilder::table(3, 3, 2, {0, 32768, 65535, 1, 2, 3, 65535, 100, 0});
 }
 
+/// The profile's curves, which must be there.
+CalibrationCurves read(const Bytes& profile, std::size_t formulaSamples = 256) {
+  const auto curves = calibrationCurves(profile, formulaSamples);
+  EXPECT_TRUE(curves.has_value());
+  return curves.value_or(CalibrationCurves{});
+}
+
 TEST(ICCProfile, ATableOfWordsIsReadChannelByChannel) {
-  const auto curves = calibrationCurves(profileWith(smallTable()), 256);
-  ASSERT_TRUE(curves);
-  EXPECT_THAT(curves->at(0), ElementsAre(0.0F, FloatEq(32768.0F / 65535.0F), 1.0F));
-  EXPECT_THAT(curves->at(1),
+  const auto curves = read(profileWith(smallTable()));
+  EXPECT_THAT(curves.at(0), ElementsAre(0.0F, FloatEq(32768.0F / 65535.0F), 1.0F));
+  EXPECT_THAT(curves.at(1),
               ElementsAre(FloatEq(1.0F / 65535), FloatEq(2.0F / 65535), FloatEq(3.0F / 65535)));
-  EXPECT_THAT(curves->at(2), ElementsAre(1.0F, FloatEq(100.0F / 65535), 0.0F));
+  EXPECT_THAT(curves.at(2), ElementsAre(1.0F, FloatEq(100.0F / 65535), 0.0F));
 }
 
 TEST(ICCProfile, ATableOfBytesEndsAtWhiteToo) {
-  const auto curves = calibrationCurves(
-      profileWith(ICCProfileBuilder::table(3, 2, 1, {0, 255, 51, 102, 1, 254})), 9);
-  ASSERT_TRUE(curves);
-  EXPECT_THAT(curves->at(0), ElementsAre(0.0F, 1.0F));
-  EXPECT_THAT(curves->at(1), ElementsAre(FloatEq(0.2F), FloatEq(0.4F)));
+  const auto curves =
+      read(profileWith(ICCProfileBuilder::table(3, 2, 1, {0, 255, 51, 102, 1, 254})));
+  EXPECT_THAT(curves.at(0), ElementsAre(0.0F, 1.0F));
+  EXPECT_THAT(curves.at(1), ElementsAre(FloatEq(0.2F), FloatEq(0.4F)));
 }
 
 TEST(ICCProfile, ATableOfOneChannelCountsForAllThree) {
-  const auto curves =
-      calibrationCurves(profileWith(ICCProfileBuilder::table(1, 2, 2, {13107, 26214})), 9);
-  ASSERT_TRUE(curves);
-  EXPECT_THAT(*curves, Each(ElementsAre(FloatEq(0.2F), FloatEq(0.4F))));
+  const auto curves = read(profileWith(ICCProfileBuilder::table(1, 2, 2, {13107, 26214})));
+  EXPECT_THAT(curves, Each(ElementsAre(FloatEq(0.2F), FloatEq(0.4F))));
 }
 
 TEST(ICCProfile, AFormulaIsWorkedOutForEachChannel) {
   const Bytes formula = ICCProfileBuilder::formula({1, 0, 1, 2, 0, 1, 0.5, 0.25, 0.75});
-  const auto curves = calibrationCurves(profileWith(formula), 3);
-  ASSERT_TRUE(curves);
-  EXPECT_THAT(curves->at(0), ElementsAre(0.0F, FloatEq(0.5F), 1.0F));
-  EXPECT_THAT(curves->at(1), ElementsAre(0.0F, FloatEq(0.25F), 1.0F));
+  const auto curves = read(profileWith(formula), 3);
+  EXPECT_THAT(curves.at(0), ElementsAre(0.0F, FloatEq(0.5F), 1.0F));
+  EXPECT_THAT(curves.at(1), ElementsAre(0.0F, FloatEq(0.25F), 1.0F));
   const auto middle = static_cast<float>(0.25 + 0.5 * std::sqrt(0.5));
-  EXPECT_THAT(curves->at(2), ElementsAre(0.25F, FloatEq(middle), 0.75F));
+  EXPECT_THAT(curves.at(2), ElementsAre(0.25F, FloatEq(middle), 0.75F));
 }
 
 TEST(ICCProfile, TheTagIsFoundBehindOthersAndBytesBehindTheProfileDoNotMatter) {
@@ -65,9 +67,7 @@ TEST(ICCProfile, TheTagIsFoundBehindOthersAndBytesBehindTheProfileDoNotMatter) {
                       .tag("vcgt", smallTable())
                       .bytes();
   profile.resize(profile.size() + 100, 0xEE);
-  const auto curves = calibrationCurves(profile, 256);
-  ASSERT_TRUE(curves);
-  EXPECT_EQ(curves->at(0).size(), 3U);
+  EXPECT_EQ(read(profile).at(0).size(), 3U);
 }
 
 TEST(ICCProfile, AProfileWithoutCalibrationHasNoCurves) {
@@ -174,9 +174,8 @@ TEST(ICCProfile, RandomDamageNeverGivesCurvesOutsideTheScale) {
       profile[random() % profile.size()] = static_cast<std::uint8_t>(random());
     }
     const auto curves = calibrationCurves(profile, 16);
-    if (!curves) continue;
-    for (const auto& curve : *curves) {
-      EXPECT_GE(curve.size(), 2U);
+    for (const auto& curve : curves.value_or(CalibrationCurves{})) {
+      EXPECT_EQ(curve.size() >= 2, curves.has_value());
       for (const float sample : curve) EXPECT_TRUE(sample >= 0 && sample <= 1);
     }
   }
