@@ -1,0 +1,85 @@
+// What the whole machine says about missing buses and permissions, by what its calls met.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+
+#include "BrivaneCore/DDC/IOAVBridge.h"
+#include "Machines/Linux/Machine.h"
+#include "Tests/Machines/Linux/Bus/BusWorld.h"
+#include "Tests/Support/OrdinaryUser.h"
+
+namespace brivane {
+namespace {
+
+using testing::HasSubstr;
+using testing::Optional;
+
+class LinuxMachineTest : public BusWorld {
+ protected:
+  void SetUp() override {
+    BusWorld::SetUp();
+    unsetenv("DISPLAY");
+  }
+
+  /// One write to every monitor that there is a service for; how many failed.
+  static int failedWrites(LinuxMachine& machine) {
+    const IOAVBridge bridge(machine.symbols());
+    int failed = 0;
+    const auto pass = machine.ioRegistry().allServices();
+    while (const auto entry = pass->next()) {
+      const auto service = bridge.createWithService()(*entry);
+      constexpr std::array<std::uint8_t, 4> getLuminance = {0x82, 0x01, 0x10, 0xFD};
+      if (service && bridge.writeI2C()(*service, 0x37, 0x51, getLuminance) != 0) ++failed;
+    }
+    return failed;
+  }
+};
+
+TEST_F(LinuxMachineTest, SaysNothingWhileAllItsCallsGoWell) {
+  LinuxMachine machine;
+  EXPECT_EQ(failedWrites(machine), 0);
+  EXPECT_EQ(machine.advice(), std::nullopt);
+}
+
+TEST_F(LinuxMachineTest, WithoutABusAdvisesToLoadTheDriver) {
+  LinuxMachine machine;
+  const Vanished first("/dev/i2c-4");
+  const Vanished second("/dev/i2c-5");
+  const Vanished third("/dev/i2c-6");
+  const Vanished fourth("/dev/i2c-7");
+  EXPECT_EQ(machine.advice(), std::nullopt);
+  EXPECT_FALSE(IOAVBridge(machine.symbols()).isComplete());
+  EXPECT_THAT(machine.advice(), Optional(HasSubstr("modprobe i2c-dev")));
+}
+
+TEST_F(LinuxMachineTest, WithoutPermissionForTheBusesAdvisesOnTheRule) {
+  const Forbidden laptop("/dev/i2c-4");
+  const Forbidden alpha("/dev/i2c-5");
+  const Forbidden beta("/dev/i2c-6");
+  EXPECT_TRUE(holdsForOrdinaryUser([] {
+    LinuxMachine machine;
+    return failedWrites(machine) == 3 &&
+           machine.advice().value_or("").find("udev rule") != std::string::npos;
+  }));
+}
+
+TEST_F(LinuxMachineTest, WithoutPermissionForAKeymapAdvisesOnTheTool) {
+  const Forbidden keyboard("/dev/input/event3");
+  EXPECT_TRUE(holdsForOrdinaryUser([] {
+    std::string session = "/tmp/brivane-session-XXXXXX";
+    if (mkdtemp(session.data()) == nullptr) return false;
+    setenv("XDG_RUNTIME_DIR", session.c_str(), 1);
+    LinuxMachine machine;
+    machine.processes().run("/usr/bin/hidutil",
+                            {"property", "--set",
+                             R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":51539607663,)"
+                             R"("HIDKeyboardModifierMappingDst":30064771182}]})"});
+    std::filesystem::remove_all(session);
+    return machine.advice().value_or("").find("brivane-hidutil") != std::string::npos;
+  }));
+}
+
+}  // namespace
+}  // namespace brivane
