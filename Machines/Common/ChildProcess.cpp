@@ -10,8 +10,6 @@
 #include <csignal>
 #include <system_error>
 
-extern char** environ;
-
 namespace brivane {
 namespace {
 
@@ -50,6 +48,7 @@ std::variant<pid_t, ProcessNotStarted> start(const std::string& executable,
   std::vector<std::string> words{executable};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   const SpawnSettings settings(outputEnd);
