@@ -9,6 +9,9 @@ class AccessibilityAccess {
 
   /// Whether this process holds the grant now.
   virtual bool isTrusted() = 0;
+
+  /// The same, and when it doesn't the system asks the user for it. Doesn't wait for the answer.
+  virtual bool requestTrust() = 0;
 };
 
 }  // namespace brivane

@@ -23,6 +23,10 @@ class Applications {
   virtual std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) = 0;
 
   virtual ProcessID ownProcessID() = 0;
+
+  /// Makes this process a running application until it ends; whether it is one now. A system that
+  /// knows its applications by itself does nothing. Only the resident program calls it.
+  virtual bool announce() = 0;
 };
 
 }  // namespace brivane

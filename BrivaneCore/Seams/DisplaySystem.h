@@ -52,6 +52,9 @@ class DisplaySystem {
   /// Main and DDC queue. The screens in the window system's order; the first has the menu bar.
   virtual std::vector<Screen> screens() = 0;
 
+  /// Main. The screen that has the user's attention; nothing when the window system has none.
+  virtual std::optional<Screen> mainScreen() = 0;
+
   /// Main. The pointer in global screen coordinates.
   virtual Point pointerPosition() = 0;
 };

@@ -24,4 +24,13 @@ class UserDefaults {
   virtual void remove(std::string_view key) = 0;
 };
 
+/// Another application's settings, of the same user. Main thread.
+class DefaultsSuite {
+ public:
+  virtual ~DefaultsSuite() = default;
+
+  /// Everything that is stored in the named domain itself; nothing when nothing ever was.
+  virtual std::optional<PropertyValue::Dictionary> persistentDomain(std::string_view domain) = 0;
+};
+
 }  // namespace brivane

@@ -55,6 +55,11 @@ std::vector<Screen> DeskDisplays::screens() {
   return list;
 }
 
+std::optional<Screen> DeskDisplays::mainScreen() {
+  const auto all = screens();
+  return all.empty() ? std::nullopt : std::optional(all.front());
+}
+
 Point DeskDisplays::pointerPosition() {
   constexpr double beyondEveryScreen = -1e9;
   if (faults.strikes("DisplaySystem.pointerPosition")) {

@@ -19,6 +19,8 @@ class DeskDisplays : public DisplaySystem {
   std::uint32_t modelNumber(DisplayID display) override;
   std::uint32_t serialNumber(DisplayID display) override;
   std::vector<Screen> screens() override;
+  /// The first.
+  std::optional<Screen> mainScreen() override;
   /// When made to fail, a point that no screen reaches.
   Point pointerPosition() override;
 

@@ -12,6 +12,7 @@ const std::vector<std::string_view>& Faults::calls() {
       "AVService.readI2C",
       "AVService.writeI2C",
       "AccessibilityAccess.isTrusted",
+      "AccessibilityAccess.requestTrust",
       "Applications.bundleIdentifier",
       "Applications.runningApplications",
       "DisplayServices.canChangeBrightness",

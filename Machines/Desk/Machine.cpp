@@ -6,6 +6,10 @@ bool DeskAccessibility::isTrusted() {
   return !faults.strikes("AccessibilityAccess.isTrusted") && isGranted;
 }
 
+bool DeskAccessibility::requestTrust() {
+  return !faults.strikes("AccessibilityAccess.requestTrust") && isGranted;
+}
+
 DeskMachine::DeskMachine(std::unique_ptr<Runtime> machineRuntime,
                          std::unique_ptr<SystemLog> systemLog,
                          std::shared_ptr<DeskHardware> deskHardware)

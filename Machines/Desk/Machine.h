@@ -21,6 +21,7 @@ class DeskAccessibility : public AccessibilityAccess {
       : isGranted(granted), faults(machineFaults) {}
 
   bool isTrusted() override;
+  bool requestTrust() override;
 
  private:
   const bool isGranted;

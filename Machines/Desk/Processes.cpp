@@ -30,11 +30,16 @@ std::vector<ProcessID> DeskApplications::runningApplications(const std::string& 
   for (const auto& application : desk.applications) {
     if (application.bundleIdentifier == bundleIdentifier) running.push_back(application.processID);
   }
+  if (isAnnounced && bundleIdentifier == desk.bundleIdentifier) running.push_back(ownProcessID());
   return running;
 }
 
 ProcessID DeskApplications::ownProcessID() {
   return ::getpid();
+}
+
+bool DeskApplications::announce() {
+  return isAnnounced = true;
 }
 
 }  // namespace brivane

@@ -30,10 +30,12 @@ class DeskApplications : public Applications {
   std::optional<std::string> bundleIdentifier() override;
   std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) override;
   ProcessID ownProcessID() override;
+  bool announce() override;
 
  private:
   const DeskDescription& desk;
   Faults& faults;
+  bool isAnnounced = false;
 };
 
 }  // namespace brivane

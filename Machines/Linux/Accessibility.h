@@ -8,6 +8,7 @@ namespace brivane {
 class LinuxAccessibility : public AccessibilityAccess {
  public:
   bool isTrusted() override { return true; }
+  bool requestTrust() override { return true; }
 };
 
 }  // namespace brivane

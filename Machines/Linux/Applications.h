@@ -22,7 +22,7 @@ class LinuxApplications : public Applications {
 
   /// Main. Makes this process the running application until it ends; false when another one is, or
   /// when there is no place for the lock. Only the resident program calls it.
-  bool announce();
+  bool announce() override;
 
  private:
   const std::optional<std::filesystem::path> lockFile;

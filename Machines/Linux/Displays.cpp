@@ -111,6 +111,11 @@ std::vector<Screen> LinuxDisplays::screens() {
   return screens;
 }
 
+std::optional<Screen> LinuxDisplays::mainScreen() {
+  const auto all = screens();
+  return all.empty() ? std::nullopt : std::optional(all.front());
+}
+
 Point LinuxDisplays::pointerPosition() {
   const auto server = connection.server();
   if (!server) return {};

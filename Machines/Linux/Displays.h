@@ -27,6 +27,8 @@ class LinuxDisplays : public DisplaySystem {
   std::uint32_t modelNumber(DisplayID display) override;
   std::uint32_t serialNumber(DisplayID display) override;
   std::vector<Screen> screens() override;
+  /// The primary output's, or else the leftmost one.
+  std::optional<Screen> mainScreen() override;
   Point pointerPosition() override;
 
  private:

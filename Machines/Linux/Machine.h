@@ -37,9 +37,6 @@ class LinuxMachine : public Machine {
   SystemLog& log() override { return systemLog; }
   std::optional<std::string> advice() override;
 
-  /// Makes this process the one resident program; see LinuxApplications.
-  bool announce() { return runningPrograms.announce(); }
-
  private:
   Findings findings;
   LinuxLog systemLog;

@@ -326,6 +326,134 @@ void FakeSystemLog::write(std::string_view line) {
   notes.add("log " + std::string(line));
 }
 
+bool FakeHotkeyPort::installHandler(Handler newHandler) {
+  notes.add("install hotkey handler");
+  handler = std::move(newHandler);
+  return true;
+}
+
+void FakeHotkeyPort::removeHandler() {
+  notes.add("remove hotkey handler");
+  handler = nullptr;
+}
+
+std::variant<HotkeyReference, HotkeyStatus> FakeHotkeyPort::registerHotkey(std::uint32_t keyCode,
+                                                                           std::uint32_t modifiers,
+                                                                           HotkeyID hotkey) {
+  notes.add("register hotkey " + std::to_string(hotkey.id) + " key " + std::to_string(keyCode) +
+            " modifiers " + std::to_string(modifiers));
+  if (taken.contains({keyCode, modifiers}) || holds(keyCode, modifiers)) return takenStatus;
+  registrations[nextReference] = {keyCode, modifiers, hotkey};
+  return nextReference++;
+}
+
+void FakeHotkeyPort::unregisterHotkey(HotkeyReference reference) {
+  const auto found = registrations.find(reference);
+  if (found == registrations.end()) return;
+  notes.add("unregister hotkey " + std::to_string(found->second.hotkey.id));
+  registrations.erase(found);
+}
+
+bool FakeHotkeyPort::press(std::uint32_t keyCode, std::uint32_t modifiers) {
+  return send(HotkeyEvent::pressed, keyCode, modifiers);
+}
+
+bool FakeHotkeyPort::release(std::uint32_t keyCode, std::uint32_t modifiers) {
+  return send(HotkeyEvent::released, keyCode, modifiers);
+}
+
+bool FakeHotkeyPort::holds(std::uint32_t keyCode, std::uint32_t modifiers) const {
+  return std::ranges::any_of(registrations, [&](const auto& entry) {
+    return entry.second.keyCode == keyCode && entry.second.modifiers == modifiers;
+  });
+}
+
+bool FakeHotkeyPort::send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_t modifiers) {
+  for (const auto& [reference, registration] : registrations) {
+    if (registration.keyCode != keyCode || registration.modifiers != modifiers) continue;
+    const auto [own, hotkey] = std::pair(handler, registration.hotkey);
+    if (own) own(event, hotkey);
+    return own != nullptr;
+  }
+  return false;
+}
+
+class FakeEventTapPort::Tap : public EventTap {
+ public:
+  explicit Tap(FakeEventTapPort& tapPort) : port(tapPort) { port.exists = true; }
+  ~Tap() override {
+    port.notes.add("remove tap");
+    port.exists = port.isEnabled = false;
+    port.handler = nullptr;
+  }
+  Tap(const Tap&) = delete;
+  Tap& operator=(const Tap&) = delete;
+
+  void setEnabled(bool enabled) override {
+    port.notes.add(enabled ? "enable tap" : "disable tap");
+    port.isEnabled = enabled;
+  }
+
+ private:
+  FakeEventTapPort& port;
+};
+
+std::unique_ptr<EventTap> FakeEventTapPort::createTap(Handler newHandler) {
+  notes.add("create tap");
+  if (refuses) return nullptr;
+  handler = std::move(newHandler);
+  return std::make_unique<Tap>(*this);
+}
+
+TapVerdict FakeEventTapPort::send(const TapEvent& event) {
+  if (!handler) return TapVerdict::passThrough;
+  const bool isNotice = event.type != TapEvent::systemDefined;
+  if (!isEnabled && !isNotice) return TapVerdict::passThrough;
+  const Handler own = handler;
+  return own(event);
+}
+
+TapVerdict FakeEventTapPort::sendKey(std::uint32_t keyType, std::uint32_t state) {
+  constexpr std::int16_t auxiliaryControlButtons = 8;
+  const std::int64_t data1 = (std::int64_t{keyType} << 16) | (std::int64_t{state} << 8);
+  return send({.type = TapEvent::systemDefined,
+               .details = TapEvent::SystemDefined{auxiliaryControlButtons, data1, -1}});
+}
+
+std::optional<std::string> FakeKeyboard::baseCharacter(std::uint16_t keyCode) {
+  const auto found = characters.find(keyCode);
+  if (found == characters.end()) return std::nullopt;
+  return found->second;
+}
+
+Observation FakeNotifications::Topic::add(const Task& handler) {
+  auto observer = std::make_shared<Task>(handler);
+  observers.push_back(observer);
+  return observer;
+}
+
+void FakeNotifications::Topic::announce() const {
+  for (const auto& observer : std::vector(observers)) {
+    if (const auto handler = observer.lock()) (*handler)();
+  }
+}
+
+std::size_t FakeNotifications::Topic::observerCount() const {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(observers, [](const auto& observer) { return !observer.expired(); }));
+}
+
+std::optional<double> FakeSession::modificationSeconds(const std::string& path) {
+  const auto found = files.find(path);
+  return found == files.end() ? std::nullopt : found->second;
+}
+
+std::optional<std::string> FakeResources::read(const std::string& bundle, const std::string& path) {
+  const auto found = files.find(bundle + "/" + path);
+  if (found == files.end()) return std::nullopt;
+  return found->second;
+}
+
 FakeMachine::FakeMachine() : notes(&time), systemLog(notes), bus(notes) {}
 
 FakeBus::Channel& FakeMachine::addMonitor(DisplayID id, const std::string& name,
@@ -344,6 +472,12 @@ void FakeMachine::pointAt(DisplayID display) {
     displaySystem.pointer = {screen.frame.x + screen.frame.width / 2,
                              screen.frame.y + screen.frame.height / 2};
   }
+}
+
+std::unique_ptr<DefaultsSuite> FakeMachine::openDefaultsSuite(const std::string& name) {
+  const auto found = suites.find(name);
+  if (found == suites.end()) return nullptr;
+  return std::make_unique<FakeDefaultsSuite>(found->second);
 }
 
 }  // namespace brivane

@@ -4,10 +4,12 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
 #include "Machines/Desk/VirtualRuntime.h"
 
 // A machine for unit tests: each seam is a value that a test sets and looks at, with nothing behind
@@ -44,6 +46,7 @@ class FakeDisplaySystem : public DisplaySystem {
   std::uint32_t modelNumber(DisplayID display) override;
   std::uint32_t serialNumber(DisplayID display) override;
   std::vector<Screen> screens() override { return allScreens; }
+  std::optional<Screen> mainScreen() override { return main; }
   Point pointerPosition() override { return pointer; }
 
   /// Adds the display and a 100 x 100 screen for it, to the right of all screens so far.
@@ -51,6 +54,7 @@ class FakeDisplaySystem : public DisplaySystem {
 
   std::vector<FakeDisplay> online;
   std::vector<Screen> allScreens;
+  std::optional<Screen> main;
   Point pointer;
   bool refusesCount = false;
   bool refusesList = false;
@@ -188,7 +192,13 @@ class FakeUserDefaults : public UserDefaults {
 class FakeAccessibility : public AccessibilityAccess {
  public:
   bool isTrusted() override { return trusted; }
+  bool requestTrust() override {
+    ++prompts;
+    return trusted;
+  }
+
   bool trusted = false;
+  int prompts = 0;
 };
 
 class FakeProcessRunner : public ProcessRunner {
@@ -207,10 +217,12 @@ class FakeApplications : public Applications {
   std::optional<std::string> bundleIdentifier() override { return bundle; }
   std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) override;
   ProcessID ownProcessID() override { return ownID; }
+  bool announce() override { return isAnnounced = true; }
 
   std::optional<std::string> bundle = "com.quorrel.brivane";
   std::map<std::string, std::vector<ProcessID>> running;
   ProcessID ownID = 100;
+  bool isAnnounced = false;
 };
 
 class FakeSystemLog : public SystemLog {
@@ -224,7 +236,146 @@ class FakeSystemLog : public SystemLog {
   CallNotes& notes;
 };
 
-class FakeMachine : public Machine {
+/// Hotkeys that a test presses: `press` and `release` call the installed handler for whatever holds
+/// the combination.
+class FakeHotkeyPort : public HotkeyPort {
+ public:
+  struct Registration {
+    std::uint32_t keyCode = 0;
+    std::uint32_t modifiers = 0;
+    HotkeyID hotkey;
+
+    bool operator==(const Registration&) const = default;
+  };
+
+  explicit FakeHotkeyPort(CallNotes& callNotes) : notes(callNotes) {}
+
+  bool installHandler(Handler newHandler) override;
+  void removeHandler() override;
+  std::variant<HotkeyReference, HotkeyStatus> registerHotkey(std::uint32_t keyCode,
+                                                             std::uint32_t modifiers,
+                                                             HotkeyID hotkey) override;
+  void unregisterHotkey(HotkeyReference reference) override;
+
+  /// Whether somebody holds the combination and was told.
+  bool press(std::uint32_t keyCode, std::uint32_t modifiers);
+  bool release(std::uint32_t keyCode, std::uint32_t modifiers);
+  bool holds(std::uint32_t keyCode, std::uint32_t modifiers) const;
+
+  Handler handler;
+  std::map<HotkeyReference, Registration> registrations;
+  /// Combinations (key code, modifiers) that another program has.
+  std::set<std::pair<std::uint32_t, std::uint32_t>> taken;
+  HotkeyStatus takenStatus = -9878;
+
+ private:
+  bool send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_t modifiers);
+
+  CallNotes& notes;
+  HotkeyReference nextReference = 1;
+};
+
+/// One tap at most; `send` gives it an event as the system would.
+class FakeEventTapPort : public EventTapPort {
+ public:
+  explicit FakeEventTapPort(CallNotes& callNotes) : notes(callNotes) {}
+
+  std::unique_ptr<EventTap> createTap(Handler newHandler) override;
+
+  /// Passes without a tap, and, disabling notices apart, with a disabled one.
+  TapVerdict send(const TapEvent& event);
+  /// A special key's press: `keyType` 2 is brightness up, 3 down; `state` 0x0A is down, 0x0B up.
+  TapVerdict sendKey(std::uint32_t keyType, std::uint32_t state = 0x0A);
+
+  bool refuses = false;
+  bool exists = false;
+  bool isEnabled = false;
+
+ private:
+  class Tap;
+
+  CallNotes& notes;
+  Handler handler;
+};
+
+class FakeKeyboard : public Keyboard {
+ public:
+  std::optional<std::string> baseCharacter(std::uint16_t keyCode) override;
+  std::uint64_t modifierFlags() override { return flags; }
+  bool isKeyDown(std::uint16_t keyCode) override { return keysDown.contains(keyCode); }
+
+  std::map<std::uint16_t, std::string> characters;
+  std::uint64_t flags = 0;
+  std::set<std::uint16_t> keysDown;
+};
+
+/// Announcements that a test makes by calling `announce…`; they reach their observers at once.
+class FakeNotifications : public SystemNotifications {
+ public:
+  Observation observeScreenParameters(Task handler) override { return screens.add(handler); }
+  Observation observeDidWake(Task handler) override { return wake.add(handler); }
+  Observation observeScreensDidWake(Task handler) override { return screensWake.add(handler); }
+  Observation observeTermination(Task handler) override { return termination.add(handler); }
+
+  class Topic {
+   public:
+    Observation add(const Task& handler);
+    void announce() const;
+    std::size_t observerCount() const;
+
+   private:
+    std::vector<std::weak_ptr<Task>> observers;
+  };
+
+  Topic screens;
+  Topic wake;
+  Topic screensWake;
+  Topic termination;
+};
+
+class FakeSession : public Session {
+ public:
+  std::uint32_t userID() override { return user; }
+  std::string homeFolder() override { return home; }
+  bool fileExists(const std::string& path) override { return files.contains(path); }
+  std::optional<double> modificationSeconds(const std::string& path) override;
+  std::optional<std::string> executablePath() override { return executable; }
+  std::vector<std::string> arguments() override { return ownArguments; }
+  void openURL(const std::string& url) override { openedURLs.push_back(url); }
+
+  std::uint32_t user = 501;
+  std::string home = "/Users/somebody";
+  /// Files that exist, and when they were modified.
+  std::map<std::string, std::optional<double>> files;
+  std::optional<std::string> executable = "/Applications/Brivane.app/Contents/MacOS/Brivane";
+  std::vector<std::string> ownArguments = {"Brivane"};
+  std::vector<std::string> openedURLs;
+};
+
+class FakeResources : public Resources {
+ public:
+  std::optional<std::string> read(const std::string& bundle, const std::string& path) override;
+  std::vector<std::string> preferredLanguages() override { return languages; }
+
+  /// Contents by "<bundle>/<path>".
+  std::map<std::string, std::string> files;
+  std::vector<std::string> languages = {"en"};
+};
+
+class FakeDefaultsSuite : public DefaultsSuite {
+ public:
+  explicit FakeDefaultsSuite(std::optional<PropertyValue::Dictionary> dictionary)
+      : values(std::move(dictionary)) {}
+
+  std::optional<PropertyValue::Dictionary> persistentDomain(std::string_view) override {
+    return values;
+  }
+
+ private:
+  const std::optional<PropertyValue::Dictionary> values;
+};
+
+class FakeMachine : public ResidentMachine {
  public:
   FakeMachine();
 
@@ -238,6 +389,14 @@ class FakeMachine : public Machine {
   ProcessRunner& processes() override { return processRunner; }
   Applications& applications() override { return apps; }
   SystemLog& log() override { return systemLog; }
+  HotkeyPort& hotkeys() override { return hotkeyPort; }
+  EventTapPort& eventTaps() override { return tapPort; }
+  Keyboard& keyboard() override { return keys; }
+  SystemNotifications& notifications() override { return announcements; }
+  Session& session() override { return userSession; }
+  Resources& resources() override { return bundles; }
+  std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
+  ResidentMachine* resident() override { return this; }
 
   /// An external monitor with everything it needs to speak DDC/CI: display and screen `id`, named
   /// `name`; panel, proxy and channel at `port`.
@@ -259,6 +418,14 @@ class FakeMachine : public Machine {
   FakeSystemLog systemLog;
   FakeBus bus;
   FakeDisplayServices displayServices;
+  FakeHotkeyPort hotkeyPort{notes};
+  FakeEventTapPort tapPort{notes};
+  FakeKeyboard keys;
+  FakeNotifications announcements;
+  FakeSession userSession;
+  FakeResources bundles;
+  /// Suites by name; one without a dictionary has no domain.
+  std::map<std::string, std::optional<PropertyValue::Dictionary>> suites;
   /// Last, and so the first to end: tasks that are still running then may use all of the above.
   VirtualRuntime time;
 };

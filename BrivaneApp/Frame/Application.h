@@ -1,0 +1,59 @@
+#pragma once
+
+#include "BrivaneCore/Seams/Runtime.h"
+#include "BrivaneCore/Support/Observation.h"
+#include "BrivaneUI/Appearance.h"
+
+namespace brivane {
+
+/// What the desktop tells the program. Main thread.
+class ApplicationDelegate {
+ public:
+  virtual ~ApplicationDelegate() = default;
+
+  /// Once, after `run()` began.
+  virtual void applicationDidFinishLaunching() = 0;
+
+  /// Once, when the application ends by `terminate()` or because the desktop wants it to.
+  virtual void applicationWillTerminate() = 0;
+};
+
+enum class ActivationPolicy {
+  regular = 0,
+  /// No Dock icon and no main menu: the program lives in the status bar.
+  accessory = 1,
+};
+
+/// The program as the desktop sees it. Main thread.
+class Application {
+ public:
+  virtual ~Application() = default;
+
+  /// Not owned; must outlive `run()`.
+  virtual void setDelegate(ApplicationDelegate* delegate) = 0;
+  virtual void setActivationPolicy(ActivationPolicy policy) = 0;
+
+  /// Runs the main queue and the desktop's events until the application ends; returns the process's
+  /// exit status.
+  virtual int run() = 0;
+
+  /// Tells the delegate, then ends the application with status 0.
+  virtual void terminate() = 0;
+
+  /// Ends the process with that status once the task that is running now returns; the delegate
+  /// isn't told.
+  virtual void exit(int status) = 0;
+
+  /// Brings the application to the front, whatever is there now.
+  virtual void activateIgnoringOtherApplications() = 0;
+
+  /// The system's alert sound.
+  virtual void beep() = 0;
+
+  virtual Appearance effectiveAppearance() = 0;
+
+  /// The handler is called at each change of the effective appearance.
+  virtual Observation observeEffectiveAppearance(Task handler) = 0;
+};
+
+}  // namespace brivane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <memory>
+
+#include "BrivaneApp/Frame/Application.h"
+#include "BrivaneApp/Frame/EditorWindow.h"
+#include "BrivaneApp/Frame/HUDWindow.h"
+#include "BrivaneApp/Frame/StatusItem.h"
+
+namespace brivane {
+
+/// What a person sees of the program, and how they answer. A frame shows what it is told and
+/// decides nothing. Main thread. Windows and status items must not outlive their frame.
+class Frame {
+ public:
+  virtual ~Frame() = default;
+
+  virtual Application& application() = 0;
+  virtual std::unique_ptr<StatusItem> makeStatusItem() = 0;
+  virtual std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) = 0;
+  virtual std::unique_ptr<EditorWindow> makeEditorWindow(
+      const EditorWindowAttributes& attributes) = 0;
+};
+
+}  // namespace brivane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <variant>
+
+namespace brivane {
+
+/// Names a registered hotkey in both directions: whose it is, and which.
+struct HotkeyID {
+  std::uint32_t signature = 0;
+  std::uint32_t id = 0;
+
+  bool operator==(const HotkeyID&) const = default;
+};
+
+/// A hotkey in force; never 0.
+using HotkeyReference = std::uint64_t;
+
+/// The system's status code of a refused registration; never 0.
+using HotkeyStatus = std::int32_t;
+
+enum class HotkeyEvent { pressed, released };
+
+/// Key combinations that reach this program wherever the user types. A combination that is
+/// registered here reaches no other program. Main thread; no call blocks.
+class HotkeyPort {
+ public:
+  using Handler = std::function<void(HotkeyEvent event, HotkeyID hotkey)>;
+
+  virtual ~HotkeyPort() = default;
+
+  /// From now on the handler is called on the main thread once when a registered combination goes
+  /// down and once when it goes up again, without repeats in between; releasing either the key or a
+  /// modifier is going up. There is one handler; false when the system refuses it.
+  virtual bool installHandler(Handler handler) = 0;
+
+  /// No handler is called any more. Registrations stay.
+  virtual void removeHandler() = 0;
+
+  /// Registers the key at `keyCode` (a virtual key code, see `Keyboard`) with exactly the
+  /// modifiers in `modifiers` (256 command, 512 shift, 2048 option, 4096 control). Fails when
+  /// another program, or this one, has the combination.
+  virtual std::variant<HotkeyReference, HotkeyStatus> registerHotkey(std::uint32_t keyCode,
+                                                                     std::uint32_t modifiers,
+                                                                     HotkeyID hotkey) = 0;
+
+  /// Safe for references that are over.
+  virtual void unregisterHotkey(HotkeyReference reference) = 0;
+};
+
+}  // namespace brivane

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "BrivaneCore/Seams/EventTapPort.h"
+#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "BrivaneCore/Seams/Keyboard.h"
+#include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Seams/Resources.h"
+#include "BrivaneCore/Seams/Session.h"
+#include "BrivaneCore/Seams/SystemNotifications.h"
+
+namespace brivane {
+
+/// A machine that the resident program can live on: beside what every mode needs, the keyboard,
+/// the system's announcements, the user's session and the program's own resources.
+class ResidentMachine : public Machine {
+ public:
+  virtual HotkeyPort& hotkeys() = 0;
+  virtual EventTapPort& eventTaps() = 0;
+  virtual Keyboard& keyboard() = 0;
+  virtual SystemNotifications& notifications() = 0;
+  virtual Session& session() = 0;
+  virtual Resources& resources() = 0;
+
+  /// Main. Null when the system refuses a suite of that name.
+  virtual std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) = 0;
+};
+
+}  // namespace brivane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "BrivaneCore/Seams/Runtime.h"
+#include "BrivaneCore/Support/Observation.h"
+
+namespace brivane {
+
+/// What the system announces to whoever asks. Main thread; handlers run as main-queue tasks.
+class SystemNotifications {
+ public:
+  virtual ~SystemNotifications() = default;
+
+  /// Screens were added, removed, moved or resized, or something else about them changed; often
+  /// announced although nothing did.
+  virtual Observation observeScreenParameters(Task handler) = 0;
+
+  /// The machine woke from sleep.
+  virtual Observation observeDidWake(Task handler) = 0;
+
+  /// The screens woke from their own sleep; after the machine's sleep both come.
+  virtual Observation observeScreensDidWake(Task handler) = 0;
+
+  /// The process was asked to end by a signal (SIGTERM; SIGINT and SIGHUP too where a terminal can
+  /// send them). As long as the observation is kept these signals do nothing else.
+  virtual Observation observeTermination(Task handler) = 0;
+};
+
+}  // namespace brivane

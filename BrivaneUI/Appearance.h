@@ -1,0 +1,7 @@
+#pragma once
+
+namespace brivane {
+
+enum class Appearance { light, dark };
+
+}  // namespace brivane
