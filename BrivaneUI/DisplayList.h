@@ -82,12 +82,12 @@ struct TextRun {
 };
 
 /// A system symbol by its name ("sun.max.fill"), as large as fits and centred in its box.
-struct Symbol {
+struct SymbolImage {
   Rect box;
   std::string name;
   Paint paint;
 
-  bool operator==(const Symbol&) const = default;
+  bool operator==(const SymbolImage&) const = default;
 };
 
 /// An indeterminate progress spinner; it turns by itself.
@@ -114,7 +114,7 @@ struct FilledPath {
   bool operator==(const FilledPath&) const = default;
 };
 
-using Primitive = std::variant<FilledRectangle, StrokedRectangle, MaskedFill, TextRun, Symbol,
+using Primitive = std::variant<FilledRectangle, StrokedRectangle, MaskedFill, TextRun, SymbolImage,
                                Spinner, FilledPath>;
 using DisplayList = std::vector<Primitive>;
 

@@ -133,6 +133,8 @@ const std::map<std::string_view, Call>& calls() {
       {"AVService.readI2C", readI2CFails},
       {"AVService.writeI2C", writeI2CFails},
       {"AccessibilityAccess.isTrusted", [](auto& m) { return !m.accessibility().isTrusted(); }},
+      {"AccessibilityAccess.requestTrust",
+       [](auto& m) { return !m.accessibility().requestTrust(); }},
       {"Applications.bundleIdentifier",
        [](auto& m) { return !m.applications().bundleIdentifier(); }},
       {"Applications.runningApplications",

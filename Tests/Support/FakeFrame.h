@@ -1,0 +1,183 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BrivaneApp/Frame/Frame.h"
+#include "Tests/Support/FakeMachine.h"
+
+// A frame for unit tests: it keeps what it was told to show, and a test plays the user by calling
+// the closures and delegates in it. Calls whose order matters are noted.
+
+namespace brivane {
+
+class FakeApplication : public Application {
+ public:
+  FakeApplication(Runtime& frameRuntime, CallNotes& callNotes)
+      : runtime(frameRuntime), notes(callNotes) {}
+
+  void setDelegate(ApplicationDelegate* newDelegate) override;
+  void setActivationPolicy(ActivationPolicy newPolicy) override;
+  /// Tells the delegate that launching has finished, then runs the Runtime until the application
+  /// ends.
+  int run() override;
+  void terminate() override;
+  void exit(int newStatus) override;
+  void activateIgnoringOtherApplications() override;
+  void beep() override { ++beeps; }
+  Appearance effectiveAppearance() override { return appearance; }
+  Observation observeEffectiveAppearance(Task handler) override {
+    return appearanceTopic.add(handler);
+  }
+
+  /// Changes the appearance and announces it.
+  void change(Appearance newAppearance);
+
+  ApplicationDelegate* delegate = nullptr;
+  std::optional<ActivationPolicy> policy;
+  std::optional<int> exitStatus;
+  int beeps = 0;
+  Appearance appearance = Appearance::light;
+  FakeNotifications::Topic appearanceTopic;
+
+ private:
+  Runtime& runtime;
+  CallNotes& notes;
+};
+
+class FakeMenu : public MenuView {
+ public:
+  void setDelegate(MenuDelegate* newDelegate) override { delegate = newDelegate; }
+  void setItems(std::vector<MenuItem> newItems) override;
+  void setTitle(std::size_t index, const std::string& title) override;
+  void setChecked(std::size_t index, bool isChecked) override;
+  void setSliderValue(std::size_t index, double value) override;
+  double sliderValue(std::size_t index) override;
+
+  void open() { delegate->menuWillOpen(); }
+  void close() { delegate->menuDidClose(); }
+  /// Closes the menu, then calls the command with that title.
+  void choose(const std::string& title);
+  /// As the user's hand does.
+  void drag(std::size_t index, double value);
+  /// One line per item: "text <tone> <title>", "slider <min>..<max> <value> <label>", "command
+  /// [x] <title> <key>", "separator".
+  std::vector<std::string> lines() const;
+
+  MenuDelegate* delegate = nullptr;
+  std::vector<MenuItem> items;
+  int rebuilds = 0;
+};
+
+struct FakeStatusItem : StatusItem {
+  void configureButton(const StatusButton& newButton) override {
+    button = newButton;
+    ++configurations;
+  }
+  MenuView& menu() override { return ownMenu; }
+
+  std::optional<StatusButton> button;
+  int configurations = 0;
+  FakeMenu ownMenu;
+};
+
+/// Its alpha moves as time passes.
+class FakeHUDWindow : public HUDWindow {
+ public:
+  FakeHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime,
+                CallNotes& callNotes)
+      : attributes(windowAttributes), runtime(frameRuntime), notes(callNotes) {}
+
+  Rect frame() override { return ownFrame; }
+  void setFrame(const Rect& newFrame) override;
+  bool isVisible() override { return visible; }
+  void setAlpha(double newAlpha) override;
+  void animateAlpha(double newAlpha, double durationSeconds, AnimationTiming timing,
+                    Task completion) override;
+  void orderFrontRegardless() override;
+  void orderOut() override;
+  void installContentView(const DisplayList& newContent) override;
+  void updateContent(const DisplayList& newContent, ContentChange change) override;
+
+  /// Where the alpha is going to.
+  double alpha = 1;
+  const HUDWindowAttributes attributes;
+  Rect ownFrame;
+  bool visible = false;
+  DisplayList content;
+  int installations = 0;
+  std::optional<ContentChange> lastChange;
+
+ private:
+  Runtime& runtime;
+  CallNotes& notes;
+};
+
+/// Plays the part of the window for the custom views in it.
+class FakeEditorWindow : public EditorWindow {
+ public:
+  FakeEditorWindow(const EditorWindowAttributes& windowAttributes, FakeApplication& application,
+                   CallNotes& callNotes)
+      : attributes(windowAttributes), owner(application), notes(callNotes) {}
+  ~FakeEditorWindow() override;
+  FakeEditorWindow(const FakeEditorWindow&) = delete;
+  FakeEditorWindow& operator=(const FakeEditorWindow&) = delete;
+
+  void onWillClose(Task handler) override { willClose = std::move(handler); }
+  void center() override;
+  void setContent(std::vector<WindowItem> newItems) override;
+  double contentWidth() override { return attributes.contentWidth; }
+  double contentHeight() override { return attributes.contentHeight; }
+  void makeKeyAndOrderFront() override;
+
+  /// The custom views in the order of the content.
+  std::vector<CustomView*> views() const;
+  void click(std::size_t viewIndex) const { views().at(viewIndex)->mouseDown(); }
+  /// Gives the press to the first responder, if there is one; whether it took it.
+  bool press(const KeyPress& key);
+  void pressButton(const std::string& title);
+  void close();
+
+  const EditorWindowAttributes attributes;
+  std::vector<WindowItem> items;
+  CustomView* firstResponder = nullptr;
+  bool visible = false;
+  int contentChanges = 0;
+  int redraws = 0;
+
+ private:
+  class Host;
+
+  FakeApplication& owner;
+  CallNotes& notes;
+  Task willClose;
+  std::vector<std::unique_ptr<Host>> hosts;
+};
+
+class FakeFrame : public Frame {
+ public:
+  FakeFrame(Runtime& frameRuntime, CallNotes& callNotes)
+      : app(frameRuntime, callNotes), runtime(frameRuntime), notes(callNotes) {}
+
+  Application& application() override { return app; }
+  std::unique_ptr<StatusItem> makeStatusItem() override;
+  std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) override;
+  std::unique_ptr<EditorWindow> makeEditorWindow(const EditorWindowAttributes& attributes) override;
+
+  FakeApplication app;
+  /// What the program made last, for as long as it keeps it.
+  FakeStatusItem* statusItem = nullptr;
+  FakeHUDWindow* hudWindow = nullptr;
+  FakeEditorWindow* editorWindow = nullptr;
+  int hudWindowsMade = 0;
+  int editorWindowsMade = 0;
+
+ private:
+  Runtime& runtime;
+  CallNotes& notes;
+};
+
+}  // namespace brivane
