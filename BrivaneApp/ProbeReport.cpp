@@ -71,9 +71,9 @@ void Diagnostics::printDisplay(Stack& stack, DisplayID display, bool mappingInFo
   DisplaySystem& displays = machine.displays();
   print("  " + bracketed(display) + stack.registry->localizedName(display));
   print("      built-in: " + yesOrNo(displays.isBuiltIn(display)));
-  print("      vendor=" + std::to_string(displays.vendorNumber(display)) +
-        " model=" + std::to_string(displays.modelNumber(display)) +
-        " serial=" + std::to_string(displays.serialNumber(display)));
+  const PanelIdentity panel = displays.panelIdentity(display);
+  print("      vendor=" + std::to_string(panel.vendor) + " model=" + std::to_string(panel.model) +
+        " serial=" + std::to_string(panel.serial));
   printControl(stack, display, mappingInForce);
 }
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "BrivaneCore/DDC/PanelIdentity.h"
 #include "BrivaneCore/Seams/DisplaySystem.h"
+#include "BrivaneCore/Support/PanelIdentity.h"
 
 namespace brivane {
 

@@ -63,11 +63,11 @@ std::shared_ptr<DDCTransport> DisplayRegistry::handle(DisplayID display) {
 }
 
 std::optional<std::string> DisplayRegistry::resolvePort(DisplayID display) const {
-  const PanelIdentity wanted{displays.vendorNumber(display), displays.modelNumber(display),
-                             displays.serialNumber(display)};
+  const PanelIdentity wanted = displays.panelIdentity(display);
   std::vector<DisplayIdentityResolver::ExternalDisplay> external;
   for (const DisplayID online : onlineExternalDisplayIDs()) {
-    external.push_back({online, displays.vendorNumber(online), displays.modelNumber(online)});
+    const PanelIdentity panel = online == display ? wanted : displays.panelIdentity(online);
+    external.push_back({online, panel.vendor, panel.model});
   }
   std::set<std::string> ports;
   for (const auto& [port, handle] : handlesByPort) ports.insert(port);

@@ -8,10 +8,10 @@
 
 #include "BrivaneCore/DDC/AVServiceHandle.h"
 #include "BrivaneCore/DDC/IOAVBridge.h"
-#include "BrivaneCore/DDC/PanelIdentity.h"
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneCore/Seams/IORegistry.h"
 #include "BrivaneCore/Seams/Runtime.h"
+#include "BrivaneCore/Support/PanelIdentity.h"
 
 namespace brivane {
 

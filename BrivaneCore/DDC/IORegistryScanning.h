@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "BrivaneCore/DDC/PanelIdentity.h"
 #include "BrivaneCore/Seams/IORegistry.h"
+#include "BrivaneCore/Support/PanelIdentity.h"
 
 namespace brivane {
 

@@ -54,7 +54,7 @@ bool AppleDisplayBackend::canControl(DisplayID display) const {
   if (canChange && canChange(display)) return true;
   // Some of Apple's panels are not announced as changeable and yet answer.
   const bool mayBeDriven =
-      displays.isBuiltIn(display) || displays.vendorNumber(display) == appleVendor;
+      displays.isBuiltIn(display) || displays.panelIdentity(display).vendor == appleVendor;
   return mayBeDriven && read(display).has_value();
 }
 

@@ -44,9 +44,9 @@ std::optional<bool> BrightnessStore::supportsDDC(DisplayID display) {
 }
 
 std::string BrightnessStore::key(std::string_view prefix, DisplayID display) const {
-  return std::string(prefix) + std::to_string(displays.vendorNumber(display)) + "." +
-         std::to_string(displays.modelNumber(display)) + "." +
-         std::to_string(displays.serialNumber(display));
+  const PanelIdentity panel = displays.panelIdentity(display);
+  return std::string(prefix) + std::to_string(panel.vendor) + "." + std::to_string(panel.model) +
+         "." + std::to_string(panel.serial);
 }
 
 }  // namespace brivane

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "BrivaneCore/Support/Geometry.h"
+#include "BrivaneCore/Support/PanelIdentity.h"
 
 namespace brivane {
 
@@ -43,11 +44,9 @@ class DisplaySystem {
   /// Main and DDC queue. False for unknown displays.
   virtual bool isBuiltIn(DisplayID display) = 0;
 
-  /// Main and DDC queue. The numbers the panel itself reports (EDID vendor, product and serial
-  /// number); 0 where the panel gives none and for unknown displays.
-  virtual std::uint32_t vendorNumber(DisplayID display) = 0;
-  virtual std::uint32_t modelNumber(DisplayID display) = 0;
-  virtual std::uint32_t serialNumber(DisplayID display) = 0;
+  /// Main and DDC queue. What the panel says of itself; 0 where it gives no number and for unknown
+  /// displays.
+  virtual PanelIdentity panelIdentity(DisplayID display) = 0;
 
   /// Main and DDC queue. The screens in the window system's order; the first has the menu bar.
   virtual std::vector<Screen> screens() = 0;

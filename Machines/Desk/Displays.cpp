@@ -24,23 +24,11 @@ bool DeskDisplays::isBuiltIn(DisplayID display) {
   return described != nullptr && described->isBuiltIn;
 }
 
-std::uint32_t DeskDisplays::vendorNumber(DisplayID display) {
-  return number("DisplaySystem.vendorNumber", display, &DisplayDescription::vendor);
-}
-
-std::uint32_t DeskDisplays::modelNumber(DisplayID display) {
-  return number("DisplaySystem.modelNumber", display, &DisplayDescription::model);
-}
-
-std::uint32_t DeskDisplays::serialNumber(DisplayID display) {
-  return number("DisplaySystem.serialNumber", display, &DisplayDescription::serial);
-}
-
-std::uint32_t DeskDisplays::number(std::string_view call, DisplayID display,
-                                   std::uint32_t DisplayDescription::*which) {
-  if (faults.strikes(call)) return 0;
+PanelIdentity DeskDisplays::panelIdentity(DisplayID display) {
+  if (faults.strikes("DisplaySystem.panelIdentity")) return {};
   const auto* const described = desk.display(display);
-  return described == nullptr ? 0 : described->*which;
+  if (described == nullptr) return {};
+  return {described->vendor, described->model, described->serial};
 }
 
 std::vector<Screen> DeskDisplays::screens() {

@@ -15,9 +15,7 @@ class DeskDisplays : public DisplaySystem {
   std::optional<std::uint32_t> onlineDisplayCount() override;
   std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
   bool isBuiltIn(DisplayID display) override;
-  std::uint32_t vendorNumber(DisplayID display) override;
-  std::uint32_t modelNumber(DisplayID display) override;
-  std::uint32_t serialNumber(DisplayID display) override;
+  PanelIdentity panelIdentity(DisplayID display) override;
   std::vector<Screen> screens() override;
   /// The first.
   std::optional<Screen> mainScreen() override;
@@ -25,9 +23,6 @@ class DeskDisplays : public DisplaySystem {
   Point pointerPosition() override;
 
  private:
-  std::uint32_t number(std::string_view call, DisplayID display,
-                       std::uint32_t DisplayDescription::*which);
-
   DeskHardware& hardware;
   const DeskDescription& desk;
   Faults& faults;

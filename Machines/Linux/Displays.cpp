@@ -7,6 +7,7 @@
 #include <cstring>
 #include <utility>
 
+#include "Machines/Linux/EDID.h"
 #include "Machines/Linux/XCoordinates.h"
 
 namespace brivane {
@@ -78,20 +79,10 @@ bool LinuxDisplays::isBuiltIn(DisplayID display) {
   return readConnectorIsPanel(*server, type) || isNamedAsPanel;
 }
 
-EDID LinuxDisplays::edid(DisplayID display) {
+PanelIdentity LinuxDisplays::panelIdentity(DisplayID display) {
   const auto server = connection.server();
   if (!server) return {};
-  return readEDID(*server, askOutputProperty(*server, display, server->edid));
-}
-
-std::uint32_t LinuxDisplays::vendorNumber(DisplayID display) {
-  return edid(display).vendor;
-}
-std::uint32_t LinuxDisplays::modelNumber(DisplayID display) {
-  return edid(display).model;
-}
-std::uint32_t LinuxDisplays::serialNumber(DisplayID display) {
-  return edid(display).serial;
+  return readEDID(*server, askOutputProperty(*server, display, server->edid)).panel;
 }
 
 std::vector<Screen> LinuxDisplays::screens() {

@@ -1,11 +1,9 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "BrivaneCore/Seams/DisplaySystem.h"
-#include "Machines/Linux/EDID.h"
 #include "Machines/Linux/XConnection.h"
 #include "Machines/Linux/XOutputs.h"
 
@@ -23,9 +21,7 @@ class LinuxDisplays : public DisplaySystem {
   std::optional<std::uint32_t> onlineDisplayCount() override;
   std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
   bool isBuiltIn(DisplayID display) override;
-  std::uint32_t vendorNumber(DisplayID display) override;
-  std::uint32_t modelNumber(DisplayID display) override;
-  std::uint32_t serialNumber(DisplayID display) override;
+  PanelIdentity panelIdentity(DisplayID display) override;
   std::vector<Screen> screens() override;
   /// The primary output's, or else the leftmost one.
   std::optional<Screen> mainScreen() override;
@@ -34,7 +30,6 @@ class LinuxDisplays : public DisplaySystem {
  private:
   /// Nothing when the server fails.
   std::optional<std::vector<XOutput>> outputs();
-  EDID edid(DisplayID display);
 
   XConnection& connection;
 };

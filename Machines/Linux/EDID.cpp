@@ -68,9 +68,10 @@ std::optional<EDID> parseEDID(Bytes bytes) {
   const Bytes block = bytes.first(blockSize);
   if (!isValid(block)) return std::nullopt;
   return EDID{
-      .vendor = static_cast<std::uint32_t>(block[vendorOffset] << 8 | block[vendorOffset + 1]),
-      .model = littleEndian(block.subspan(modelOffset, 2)),
-      .serial = littleEndian(block.subspan(serialOffset, 4)),
+      .panel = {.vendor =
+                    static_cast<std::uint32_t>(block[vendorOffset] << 8 | block[vendorOffset + 1]),
+                .model = littleEndian(block.subspan(modelOffset, 2)),
+                .serial = littleEndian(block.subspan(serialOffset, 4))},
       .name = panelName(block),
   };
 }

@@ -5,17 +5,15 @@
 #include <span>
 #include <string>
 
+#include "BrivaneCore/Support/PanelIdentity.h"
+
 namespace brivane {
 
 /// What a panel says about itself in the base block of its EDID.
 struct EDID {
-  /// The three-letter manufacturer code as the 16-bit number it is stored as, most significant byte
-  /// first ("APP" is 0x0610).
-  std::uint32_t vendor = 0;
-  /// The manufacturer's product code, 16 bits.
-  std::uint32_t model = 0;
-  /// 0 when the panel reports none.
-  std::uint32_t serial = 0;
+  /// The vendor is the three-letter manufacturer code as the 16-bit number it is stored as, most
+  /// significant byte first ("APP" is 0x0610); the model has 16 bits too.
+  PanelIdentity panel;
   /// Printable ASCII without blanks at either end; empty when the panel has no name.
   std::string name;
 

@@ -40,7 +40,7 @@ std::string portName(const Connector& connector) {
   return "disp-" + connector.name.substr(0, dash) + "-" + number + connector.name.substr(dash);
 }
 
-PropertyValue displayAttributes(const EDID& panel) {
+PropertyValue displayAttributes(const PanelIdentity& panel) {
   PropertyValue::Dictionary product{
       {"LegacyManufacturerID", PropertyValue{std::int64_t{panel.vendor}}},
       {"ProductID", PropertyValue{std::int64_t{panel.model}}}};
@@ -49,7 +49,7 @@ PropertyValue displayAttributes(const EDID& panel) {
       PropertyValue::Dictionary{{"ProductAttributes", PropertyValue{std::move(product)}}}};
 }
 
-std::optional<EDID> panelOf(const Connector& connector) {
+std::optional<EDID> edidOf(const Connector& connector) {
   return parseEDID({reinterpret_cast<const std::uint8_t*>(connector.edid.data()),  // bytes
                     connector.edid.size()});
 }
@@ -57,9 +57,9 @@ std::optional<EDID> panelOf(const Connector& connector) {
 void addConnector(std::vector<Entry>& entries, const Entry& root, const Connector& connector) {
   const Entry controller = entryBelow(root, "DRMConnector", portName(connector));
   entries.push_back(controller);
-  if (const auto panel = panelOf(connector)) {
+  if (const auto edid = edidOf(connector)) {
     entries.push_back(entryBelow(controller, "DRMPanel", "panel"));
-    entries.back()->properties["DisplayAttributes"] = displayAttributes(*panel);
+    entries.back()->properties["DisplayAttributes"] = displayAttributes(edid->panel);
   }
   if (connector.bus) {
     entries.push_back(entryBelow(controller, "DCPAVServiceProxy", "i2c"));

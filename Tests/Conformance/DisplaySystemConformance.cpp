@@ -41,9 +41,7 @@ TEST_F(DisplaySystemConformance, DisplaysSayWhatTheirPanelsReport) {
   ASSERT_EQ(ids.size(), expected.size());
   for (std::size_t i = 0; i < ids.size(); ++i) {
     EXPECT_EQ(displays.isBuiltIn(ids[i]), expected[i].isBuiltIn) << expected[i].name;
-    EXPECT_EQ(displays.vendorNumber(ids[i]), expected[i].vendor) << expected[i].name;
-    EXPECT_EQ(displays.modelNumber(ids[i]), expected[i].model) << expected[i].name;
-    EXPECT_EQ(displays.serialNumber(ids[i]), expected[i].serial) << expected[i].name;
+    EXPECT_EQ(displays.panelIdentity(ids[i]), expected[i].panel) << expected[i].name;
   }
 }
 
@@ -51,9 +49,7 @@ TEST_F(DisplaySystemConformance, UnknownDisplaysHaveNoNumbersAndAreNotBuiltIn) {
   DisplaySystem& displays = machine.displays();
   for (const DisplayID unknown : {unknownDisplay(), DisplayID{0}}) {
     EXPECT_FALSE(displays.isBuiltIn(unknown));
-    EXPECT_EQ(displays.vendorNumber(unknown), 0u);
-    EXPECT_EQ(displays.modelNumber(unknown), 0u);
-    EXPECT_EQ(displays.serialNumber(unknown), 0u);
+    EXPECT_EQ(displays.panelIdentity(unknown), PanelIdentity{});
   }
 }
 
@@ -99,7 +95,7 @@ TEST_F(DisplaySystemConformance, TwoThreadsMayAskAtOnce) {
     for (int i = 0; i < 50; ++i) {
       EXPECT_EQ(displays.onlineDisplayList(100), expected);
       EXPECT_EQ(displays.screens().size(), expected->size());
-      for (const DisplayID display : *expected) displays.vendorNumber(display);
+      for (const DisplayID display : *expected) displays.panelIdentity(display);
     }
   };
   std::thread other(ask);

@@ -68,7 +68,7 @@ TEST_F(IORegistryConformance, AMonitorThatSpeaksDDCHasAPanelAndAnExternalProxy) 
   for (const auto& expected : underTest->expectedDisplays()) {
     if (expected.ddcMaximum == 0) continue;
     ++monitors;
-    EXPECT_THAT(products, testing::Contains(expected.model)) << expected.name;
+    EXPECT_THAT(products, testing::Contains(expected.panel.model)) << expected.name;
   }
   ASSERT_GT(monitors, 0);
   EXPECT_GE(externalProxies, monitors);

@@ -15,9 +15,7 @@ namespace brivane {
 struct ExpectedDisplay {
   std::string name;
   bool isBuiltIn = false;
-  std::uint32_t vendor = 0;
-  std::uint32_t model = 0;
-  std::uint32_t serial = 0;
+  PanelIdentity panel;
   Rect frame;
   /// The maximum of its DDC/CI luminance; 0 when it does not speak DDC/CI.
   std::uint16_t ddcMaximum = 0;

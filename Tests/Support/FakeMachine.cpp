@@ -74,19 +74,10 @@ bool FakeDisplaySystem::isBuiltIn(DisplayID id) {
   return display != nullptr && display->isBuiltIn;
 }
 
-std::uint32_t FakeDisplaySystem::vendorNumber(DisplayID id) {
+PanelIdentity FakeDisplaySystem::panelIdentity(DisplayID id) {
   const auto* display = find(id);
-  return display == nullptr ? 0 : display->vendor;
-}
-
-std::uint32_t FakeDisplaySystem::modelNumber(DisplayID id) {
-  const auto* display = find(id);
-  return display == nullptr ? 0 : display->model;
-}
-
-std::uint32_t FakeDisplaySystem::serialNumber(DisplayID id) {
-  const auto* display = find(id);
-  return display == nullptr ? 0 : display->serial;
+  if (display == nullptr) return {};
+  return {display->vendor, display->model, display->serial};
 }
 
 void FakeDisplaySystem::add(const FakeDisplay& display, const std::string& name) {

@@ -42,9 +42,7 @@ class FakeDisplaySystem : public DisplaySystem {
   std::optional<std::uint32_t> onlineDisplayCount() override;
   std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
   bool isBuiltIn(DisplayID display) override;
-  std::uint32_t vendorNumber(DisplayID display) override;
-  std::uint32_t modelNumber(DisplayID display) override;
-  std::uint32_t serialNumber(DisplayID display) override;
+  PanelIdentity panelIdentity(DisplayID display) override;
   std::vector<Screen> screens() override { return allScreens; }
   std::optional<Screen> mainScreen() override { return main; }
   Point pointerPosition() override { return pointer; }

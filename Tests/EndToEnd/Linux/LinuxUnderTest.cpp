@@ -21,9 +21,9 @@ class LinuxUnderTest : public MachineUnderTest {
     // X's pixel row 1380, so that is where y is zero.
     constexpr std::uint32_t brv = 0x0A56;
     constexpr std::uint32_t xyz = 0x633A;
-    return {{"Middle 24", false, brv, 0x1002, 22, {0, 0, 1920, 1080}, 255},
-            {"Left 20", false, brv, 0x1001, 11, {-1600, 480, 1600, 900}, 100},
-            {"Right 19", false, xyz, 0x3003, 33, {1920, -144, 1280, 1024}, 0}};
+    return {{"Middle 24", false, {brv, 0x1002, 22}, {0, 0, 1920, 1080}, 255},
+            {"Left 20", false, {brv, 0x1001, 11}, {-1600, 480, 1600, 900}, 100},
+            {"Right 19", false, {xyz, 0x3003, 33}, {1920, -144, 1280, 1024}, 0}};
   }
 
   void movePointer(Point pixel) override {

@@ -30,9 +30,9 @@ class DeskUnderTest : public MachineUnderTest {
   std::unique_ptr<Machine> secondProcess() override { return open(); }
 
   std::vector<ExpectedDisplay> expectedDisplays() override {
-    return {{"Built-in", true, 1552, 9, 0, {0, 0, 1512, 982}, 0},
-            {"Upper", false, 2, 3, 4, {-200, 982, 1920, 1080}, 7000},
-            {"Right", false, 2, 5, 0, {1512, -98, 2560, 1080}, 50}};
+    return {{"Built-in", true, {1552, 9, 0}, {0, 0, 1512, 982}, 0},
+            {"Upper", false, {2, 3, 4}, {-200, 982, 1920, 1080}, 7000},
+            {"Right", false, {2, 5, 0}, {1512, -98, 2560, 1080}, 50}};
   }
 
   void movePointer(Point pixel) override {

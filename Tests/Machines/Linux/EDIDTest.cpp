@@ -37,7 +37,7 @@ EDID read(const Bytes& bytes) {
 
 TEST(EDID, ReadsTheNumbersAsTheyAreStored) {
   const EDIDBuilder panel{.vendor = "APP", .model = 0xAE22, .serial = 0xFEDCBA98, .name = "Studio"};
-  const EDID expected{.vendor = 0x0610, .model = 0xAE22, .serial = 0xFEDCBA98, .name = "Studio"};
+  const EDID expected{.panel = {0x0610, 0xAE22, 0xFEDCBA98}, .name = "Studio"};
   EXPECT_EQ(parseEDID(panel.bytes()), expected);
 }
 
@@ -48,12 +48,12 @@ TEST(EDID, ReadsAPanelCapturedByteForByte) {
   const std::string name = "Wide 34\n     ";
   bytes[108 + 3] = 0xFC;
   std::copy(name.begin(), name.end(), bytes.begin() + 108 + 5);
-  const EDID expected{.vendor = 0x1E6D, .model = 0x7707, .serial = 0x04030201, .name = "Wide 34"};
+  const EDID expected{.panel = {0x1E6D, 0x7707, 0x04030201}, .name = "Wide 34"};
   EXPECT_EQ(parseEDID(EDIDBuilder::withChecksum(bytes)), expected);
 }
 
 TEST(EDID, APanelWithoutSerialNumberHasSerialZero) {
-  EXPECT_EQ(read(EDIDBuilder{.serial = 0}.bytes()).serial, 0U);
+  EXPECT_EQ(read(EDIDBuilder{.serial = 0}.bytes()).panel.serial, 0U);
 }
 
 TEST(EDID, FewerBytesThanABlockAreNoEDID) {

@@ -63,11 +63,10 @@ TEST_F(Displays, AreCutOffAtTheGivenMaximum) {
 TEST_F(Displays, HaveTheNumbersOfTheirEDID) {
   const EDIDBuilder panel{.vendor = "APP", .model = 0xAE22, .serial = 0xFEDCBA98, .name = "Big"};
   rig.setEDID(right, panel.bytes());
-  EXPECT_EQ(displays.vendorNumber(rig.output(right)), 0x0610U);
-  EXPECT_EQ(displays.modelNumber(rig.output(right)), 0xAE22U);
-  EXPECT_EQ(displays.serialNumber(rig.output(right)), 0xFEDCBA98U);
-  EXPECT_EQ(displays.modelNumber(rig.output(left)), 0x1001U);
-  EXPECT_EQ(displays.serialNumber(rig.output(middle)), 22U);
+  EXPECT_EQ(displays.panelIdentity(rig.output(right)),
+            (PanelIdentity{0x0610U, 0xAE22U, 0xFEDCBA98U}));
+  EXPECT_EQ(displays.panelIdentity(rig.output(left)).model, 0x1001U);
+  EXPECT_EQ(displays.panelIdentity(rig.output(middle)).serial, 22U);
 }
 
 TEST_F(Displays, AreNamedByTheirEDIDAndElseByTheirConnector) {
@@ -75,7 +74,7 @@ TEST_F(Displays, AreNamedByTheirEDIDAndElseByTheirConnector) {
   rig.setEDID(left, EDIDBuilder{.model = 7}.bytes());
   rig.removeEDID(right);
   EXPECT_THAT(names(), ElementsAre("Middle 24", "DUMMY0", "DUMMY2"));
-  EXPECT_EQ(displays.modelNumber(rig.output(left)), 7U);
+  EXPECT_EQ(displays.panelIdentity(rig.output(left)).model, 7U);
 }
 
 TEST_F(Displays, WithoutAUsableEDIDHaveNumbersZero) {
@@ -85,9 +84,7 @@ TEST_F(Displays, WithoutAUsableEDIDHaveNumbersZero) {
   rig.removeEDID(middle);
   rig.setEDID(right, std::vector<std::uint8_t>(60, 0xFF));
   for (const DisplayID display : list()) {
-    EXPECT_EQ(displays.vendorNumber(display), 0U);
-    EXPECT_EQ(displays.modelNumber(display), 0U);
-    EXPECT_EQ(displays.serialNumber(display), 0U);
+    EXPECT_EQ(displays.panelIdentity(display), PanelIdentity{});
   }
   EXPECT_THAT(names(), ElementsAre("DUMMY1", "DUMMY0", "DUMMY2"));
 }
@@ -96,15 +93,13 @@ TEST_F(Displays, AreReadFromAnEDIDWithExtensionBlocks) {
   auto extended = EDIDBuilder{.model = 9, .name = "Extended"}.bytes();
   extended.resize(384, 0x5A);
   rig.setEDID(left, extended);
-  EXPECT_EQ(displays.modelNumber(rig.output(left)), 9U);
+  EXPECT_EQ(displays.panelIdentity(rig.output(left)).model, 9U);
 }
 
 TEST_F(Displays, ThatAreUnknownHaveNoNumbersAndAreNotBuiltIn) {
   for (const DisplayID unknown : {DisplayID{0}, DisplayID{1}, DisplayID{0xFFFFFFFF}}) {
     EXPECT_FALSE(displays.isBuiltIn(unknown));
-    EXPECT_EQ(displays.vendorNumber(unknown), 0U);
-    EXPECT_EQ(displays.modelNumber(unknown), 0U);
-    EXPECT_EQ(displays.serialNumber(unknown), 0U);
+    EXPECT_EQ(displays.panelIdentity(unknown), PanelIdentity{});
   }
   EXPECT_EQ(list().size(), 3U);
 }
@@ -169,7 +164,7 @@ TEST_F(Displays, AreTheSameWhenTheyComeBack) {
   rig.turnOn(left);
   EXPECT_EQ(list(), before);
   EXPECT_EQ(frames(), framesBefore);
-  EXPECT_EQ(displays.serialNumber(rig.output(left)), 11U);
+  EXPECT_EQ(displays.panelIdentity(rig.output(left)).serial, 11U);
 }
 
 TEST_F(Displays, GoOnWithoutTheirPrimaryOutput) {

@@ -23,9 +23,7 @@ void expectNothing(XConnection& connection, DisplayID display) {
   EXPECT_EQ(displays.onlineDisplayCount(), std::nullopt);
   EXPECT_EQ(displays.onlineDisplayList(10), std::nullopt);
   EXPECT_FALSE(displays.isBuiltIn(display));
-  EXPECT_EQ(displays.vendorNumber(display), 0U);
-  EXPECT_EQ(displays.modelNumber(display), 0U);
-  EXPECT_EQ(displays.serialNumber(display), 0U);
+  EXPECT_EQ(displays.panelIdentity(display), PanelIdentity{});
   EXPECT_THAT(displays.screens(), IsEmpty());
   EXPECT_EQ(displays.pointerPosition(), Point{});
   LinuxGammaTables gamma(connection);
@@ -95,7 +93,7 @@ TEST(XConnection, EachCallMayBeTheOneThatFindsTheServerGone) {
   using Call = void (*)(XConnection&, DisplayID);
   const std::array<Call, 5> calls = {
       [](XConnection& x, DisplayID) { EXPECT_THAT(LinuxDisplays(x).screens(), IsEmpty()); },
-      [](XConnection& x, DisplayID d) { EXPECT_EQ(LinuxDisplays(x).vendorNumber(d), 0U); },
+      [](XConnection& x, DisplayID d) { EXPECT_EQ(LinuxDisplays(x).panelIdentity(d).vendor, 0U); },
       [](XConnection& x, DisplayID) { EXPECT_EQ(LinuxDisplays(x).pointerPosition(), Point{}); },
       [](XConnection& x, DisplayID d) {
         const std::array<float, 2> line = {0.0F, 1.0F};
@@ -124,7 +122,7 @@ TEST(XConnection, TwoThreadsMayOpenItAndAskAtOnce) {
     for (int round = 0; round < 200; ++round) {
       EXPECT_EQ(displays.onlineDisplayCount(), 3U);
       EXPECT_EQ(displays.screens().at(1).localizedName, "Left 20");
-      EXPECT_EQ(displays.serialNumber(rig.output(2)), 33U);
+      EXPECT_EQ(displays.panelIdentity(rig.output(2)).serial, 33U);
       EXPECT_EQ(connection.problem(), std::nullopt);
     }
   };
