@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Tests/Support/Hexadecimal.h"
+
 namespace brivane {
 
 namespace {
@@ -11,17 +13,6 @@ constexpr auto ioKitPath = "/System/Library/Frameworks/IOKit.framework/IOKit";
 constexpr auto displayServicesPath =
     "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
 constexpr double screenSize = 100;
-
-std::string hexadecimal(std::span<const std::uint8_t> bytes) {
-  static constexpr auto digits = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    if (!text.empty()) text += ' ';
-    text += digits[byte >> 4];
-    text += digits[byte & 15];
-  }
-  return text;
-}
 
 class ListIterator : public RegistryIterator {
  public:

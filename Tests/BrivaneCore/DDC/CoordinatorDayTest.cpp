@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Tests/BrivaneCore/DDC/CoordinatorFixture.h"
+#include "Tests/Support/Hexadecimal.h"
 
 // Three hours of a desk with four monitors, written out: every bus call with its bytes, every log
 // line, every change of the settings. One of the monitors stops answering four times, in four ways.
@@ -30,17 +31,6 @@ constexpr double silentOutage = 20 * minute + 1.3;
 constexpr double longOutage = 60 * minute + 1.3;
 constexpr double refusingOutage = 120 * minute + 1.3;
 constexpr double babblingOutage = 150 * minute + 1.3;
-
-std::string hexadecimal(std::span<const std::uint8_t> bytes) {
-  static constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    text += ' ';
-    text += digits[byte >> 4];
-    text += digits[byte & 15];
-  }
-  return text;
-}
 
 class Day {
  public:
@@ -80,7 +70,7 @@ class Day {
     read = [this, plainRead = read](AVService& service, std::uint32_t chip, std::uint32_t address,
                                     std::span<std::uint8_t> bytes) {
       const std::int32_t status = plainRead(service, chip, address, bytes);
-      machine.notes.add("reply " + std::to_string(status) + ":" + hexadecimal(bytes));
+      machine.notes.add("reply " + std::to_string(status) + ": " + hexadecimal(bytes));
       return status;
     };
   }
