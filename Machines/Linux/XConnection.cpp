@@ -1,4 +1,4 @@
-// Opening costs three round trips: the connection's own, the question for RandR, and the atoms.
+// Opening costs two round trips: the connection's own, and one for RandR and the atoms together.
 // Everything here is XCB rather than Xlib because it does not end the process when the server dies:
 // each later question simply has no answer.
 
@@ -17,6 +17,44 @@ namespace {
 /// RandR 1.5 has everything that is asked for; an older server answers with its own version.
 constexpr std::uint32_t randrMajor = 1;
 constexpr std::uint32_t randrMinor = 5;
+
+struct AtomName {
+  std::string_view name;
+  xcb_atom_t XServer::*atom;
+};
+constexpr std::array<AtomName, 4> atomNames = {{{"EDID", &XServer::edid},
+                                                {"_ICC_PROFILE", &XServer::iccProfile},
+                                                {"ConnectorType", &XServer::connectorType},
+                                                {"Panel", &XServer::panel}}};
+using AtomQuestions = std::array<xcb_intern_atom_cookie_t, atomNames.size()>;
+
+AtomQuestions askAtoms(xcb_connection_t* connection) {
+  AtomQuestions questions{};
+  std::ranges::transform(atomNames, questions.begin(), [connection](const AtomName& atom) {
+    return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(atom.name.size()),
+                           atom.name.data());
+  });
+  return questions;
+}
+
+void readAtoms(XServer& server, const AtomQuestions& questions) {
+  for (std::size_t index = 0; index < atomNames.size(); ++index) {
+    const XReply<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(server.connection, questions.at(index), nullptr));
+    if (reply) server.*atomNames.at(index).atom = reply->atom;
+  }
+}
+
+bool hasRandR(xcb_connection_t* connection) {
+  const auto* extension = xcb_get_extension_data(connection, &xcb_randr_id);
+  return extension != nullptr && extension->present != 0;
+}
+
+/// The server must be told the version but what it answers changes nothing here.
+void tellVersion(xcb_connection_t* connection) {
+  const auto version = xcb_randr_query_version(connection, randrMajor, randrMinor);
+  xcb_discard_reply(connection, version.sequence);
+}
 
 xcb_window_t rootOf(xcb_connection_t* connection, int screenNumber) {
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
@@ -64,36 +102,14 @@ std::optional<std::string> XConnection::open() {
     return "the X server \"" + displayName + "\" cannot be reached";
   }
   openServer.root = rootOf(openServer.connection, screenNumber);
-  if (!hasRandR()) return "the X server \"" + displayName + "\" has no RandR extension";
-  readAtoms();
-  return std::nullopt;
-}
-
-bool XConnection::hasRandR() const {
-  const auto* extension = xcb_get_extension_data(openServer.connection, &xcb_randr_id);
-  return extension != nullptr && extension->present != 0;
-}
-
-void XConnection::readAtoms() {
-  xcb_connection_t* const connection = openServer.connection;
-  const auto version = xcb_randr_query_version(connection, randrMajor, randrMinor);
-  const std::array<std::pair<std::string_view, xcb_atom_t*>, 4> atoms = {
-      {{"EDID", &openServer.edid},
-       {"_ICC_PROFILE", &openServer.iccProfile},
-       {"ConnectorType", &openServer.connectorType},
-       {"Panel", &openServer.panel}}};
-  std::array<xcb_intern_atom_cookie_t, atoms.size()> cookies{};
-  std::ranges::transform(atoms, cookies.begin(), [connection](const auto& atom) {
-    return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(atom.first.size()),
-                           atom.first.data());
-  });
-  // The server must be told the version but what it answers changes nothing here.
-  xcb_discard_reply(connection, version.sequence);
-  for (std::size_t index = 0; index < atoms.size(); ++index) {
-    const XReply<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection, cookies.at(index), nullptr));
-    if (reply) *atoms.at(index).second = reply->atom;
+  xcb_prefetch_extension_data(openServer.connection, &xcb_randr_id);
+  const auto atoms = askAtoms(openServer.connection);
+  if (!hasRandR(openServer.connection)) {
+    return "the X server \"" + displayName + "\" has no RandR extension";
   }
+  tellVersion(openServer.connection);
+  readAtoms(openServer, atoms);
+  return std::nullopt;
 }
 
 }  // namespace brivane

@@ -74,8 +74,6 @@ class XConnection {
  private:
   /// The problem, if there is one.
   std::optional<std::string> open();
-  bool hasRandR() const;
-  void readAtoms();
 
   std::string displayName;
   std::mutex turns;
