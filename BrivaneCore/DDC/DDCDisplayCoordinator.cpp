@@ -84,10 +84,12 @@ bool DDCDisplayCoordinator::isKnownDDC(DisplayID display) {
 }
 
 std::vector<DisplayTarget> DDCDisplayCoordinator::refreshTargets() {
+  const auto online = registry->onlineDisplayIDs();
+  const auto names = registry->localizedNames(online);
   std::vector<DisplayTarget> targets;
-  for (const DisplayID display : registry->onlineDisplayIDs()) {
-    targets.push_back({display, registry->localizedName(display), displays.isBuiltIn(display),
-                       settableRange(display)});
+  for (std::size_t i = 0; i < online.size(); ++i) {
+    const DisplayID display = online[i];
+    targets.push_back({display, names[i], displays.isBuiltIn(display), settableRange(display)});
   }
   return targets;
 }

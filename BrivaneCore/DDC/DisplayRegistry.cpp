@@ -41,9 +41,24 @@ std::vector<DisplayID> DisplayRegistry::onlineExternalDisplayIDs() const {
 }
 
 std::string DisplayRegistry::localizedName(DisplayID display) const {
+  return localizedNames({display}).front();
+}
+
+std::vector<std::string> DisplayRegistry::localizedNames(
+    const std::vector<DisplayID>& named) const {
+  std::map<DisplayID, std::string> screenNames;
   for (const Screen& screen : displays.screens()) {
-    if (screen.number == display) return screen.localizedName;
+    if (screen.number) screenNames.emplace(*screen.number, screen.localizedName);
   }
+  std::vector<std::string> names;
+  for (const DisplayID display : named) {
+    const auto screenName = lookUp(screenNames, display);
+    names.push_back(screenName ? *screenName : nameWithoutScreen(display));
+  }
+  return names;
+}
+
+std::string DisplayRegistry::nameWithoutScreen(DisplayID display) const {
   if (displays.isBuiltIn(display)) return "Built-in Display";
   return "Display " + std::to_string(display);
 }

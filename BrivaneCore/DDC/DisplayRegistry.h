@@ -38,6 +38,9 @@ class DisplayRegistry {
   /// The screen's name; "Built-in Display" or "Display " and the number when it has no screen.
   std::string localizedName(DisplayID display) const;
 
+  /// The same for each of the displays, in their order, with one look at the screens.
+  std::vector<std::string> localizedNames(const std::vector<DisplayID>& named) const;
+
   /// Scans when forced, before the first scan, and when the last one is 5.0 s old or older.
   void rescanIfNeeded(bool force);
 
@@ -59,6 +62,7 @@ class DisplayRegistry {
   std::optional<Instant> lastScan;
 
  private:
+  std::string nameWithoutScreen(DisplayID display) const;
   /// Keeps the entry if it is a panel or an external channel.
   void note(const RegistryEntry& entry);
 

@@ -46,6 +46,9 @@ class Runtime {
   /// Any thread; blocks it for at least `duration`. Nothing else runs on its queue meanwhile.
   virtual void sleep(Microseconds duration) = 0;
 
+  /// Any thread: whether the caller is the main thread.
+  virtual bool isMainThread() const = 0;
+
   /// Any thread; never blocks. Main-queue tasks run in the order they were given.
   virtual void async(Task task) = 0;
 

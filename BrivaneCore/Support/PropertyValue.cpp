@@ -5,16 +5,10 @@
 #include <limits>
 #include <string_view>
 
+#include "BrivaneCore/Support/Numbers.h"
+
 namespace brivane {
 namespace {
-
-std::int64_t cutOff(double number) {
-  constexpr double limit = 9223372036854775808.0;  // 2 to the 63rd
-  if (std::isnan(number)) return 0;
-  if (number >= limit) return std::numeric_limits<std::int64_t>::max();
-  if (number < -limit) return std::numeric_limits<std::int64_t>::min();
-  return static_cast<std::int64_t>(number);
-}
 
 std::string_view withoutLeadingBlanks(std::string_view text) {
   const auto start = text.find_first_not_of(" \t");
@@ -49,6 +43,18 @@ std::optional<std::uint32_t> PropertyValue::number32() const {
     return static_cast<std::uint32_t>(cutOff(*fraction));
   }
   return std::nullopt;
+}
+
+std::optional<std::int64_t> PropertyValue::exactInteger() const {
+  if (const auto* boolean = std::get_if<bool>(&content)) return *boolean ? 1 : 0;
+  if (const auto* integer = std::get_if<std::int64_t>(&content)) return *integer;
+  const auto* fraction = std::get_if<double>(&content);
+  constexpr double twoToThe63rd = 9223372036854775808.0;
+  if (!fraction || !(*fraction >= -twoToThe63rd && *fraction < twoToThe63rd) ||
+      std::trunc(*fraction) != *fraction) {
+    return std::nullopt;
+  }
+  return static_cast<std::int64_t>(*fraction);
 }
 
 std::int64_t PropertyValue::asInteger() const {

@@ -189,6 +189,10 @@ class FakeEditorWindow::Host : public CustomViewHost {
   CustomView& view;
 };
 
+FakeEditorWindow::FakeEditorWindow(const EditorWindowAttributes& windowAttributes,
+                                   FakeApplication& application, CallNotes& callNotes)
+    : attributes(windowAttributes), owner(application), notes(callNotes) {}
+
 FakeEditorWindow::~FakeEditorWindow() = default;
 
 void FakeEditorWindow::center() {

@@ -120,8 +120,7 @@ class FakeHUDWindow : public HUDWindow {
 class FakeEditorWindow : public EditorWindow {
  public:
   FakeEditorWindow(const EditorWindowAttributes& windowAttributes, FakeApplication& application,
-                   CallNotes& callNotes)
-      : attributes(windowAttributes), owner(application), notes(callNotes) {}
+                   CallNotes& callNotes);
   ~FakeEditorWindow() override;
   FakeEditorWindow(const FakeEditorWindow&) = delete;
   FakeEditorWindow& operator=(const FakeEditorWindow&) = delete;

@@ -255,6 +255,7 @@ std::int32_t FakeGammaTables::writeTable(DisplayID display, std::span<const floa
                                          std::span<const float> green,
                                          std::span<const float> blue) {
   calls.push_back("write " + std::to_string(display) + " " + std::to_string(red.size()));
+  notes.add("gamma " + calls.back());
   if (writeStatus[display] != 0) return writeStatus[display];
   tables[display] = {
       {red.begin(), red.end()}, {green.begin(), green.end()}, {blue.begin(), blue.end()}};
@@ -263,6 +264,7 @@ std::int32_t FakeGammaTables::writeTable(DisplayID display, std::span<const floa
 
 void FakeGammaTables::restoreCalibratedTables() {
   calls.emplace_back("restore all");
+  notes.add("gamma restore all");
 }
 
 void FakeGammaTables::add(DisplayID display, std::uint32_t entries) {
@@ -281,10 +283,12 @@ std::optional<PropertyValue> FakeUserDefaults::object(std::string_view key) cons
 }
 
 void FakeUserDefaults::set(std::string_view key, const PropertyValue& value) {
+  notes.add("set " + std::string(key));
   values[std::string(key)] = value;
 }
 
 void FakeUserDefaults::remove(std::string_view key) {
+  notes.add("remove " + std::string(key));
   values.erase(std::string(key));
 }
 
@@ -293,6 +297,9 @@ ProcessResult FakeProcessRunner::run(const std::string& executable,
   std::vector<std::string> whole{executable};
   whole.insert(whole.end(), arguments.begin(), arguments.end());
   runs.push_back(whole);
+  // The first arguments say what is done, the last one may be long.
+  notes.add("run " + executable + (arguments.size() > 1 ? " " + arguments[1] : ""));
+  if (tool) return tool(arguments);
   if (results.empty()) return ProcessNotStarted{"nothing to run"};
   ProcessResult result = results.front();
   if (results.size() > 1) results.erase(results.begin());
@@ -456,7 +463,16 @@ void FakeMachine::pointAt(DisplayID display) {
   }
 }
 
+void FakeMachine::noteEverything() {
+  for (OptionalNotes* optional :
+       {&gamma.notes, &settings.notes, &access.notes, &processRunner.notes, &apps.notes,
+        &announcements.notes, &suiteNotes}) {
+    optional->target = &notes;
+  }
+}
+
 std::unique_ptr<DefaultsSuite> FakeMachine::openDefaultsSuite(const std::string& name) {
+  suiteNotes.add("open suite " + name);
   const auto found = suites.find(name);
   if (found == suites.end()) return nullptr;
   return std::make_unique<FakeDefaultsSuite>(found->second);

@@ -37,6 +37,15 @@ struct FakeDisplay {
   bool isBuiltIn = false;
 };
 
+/// Where a fake that usually keeps its calls to itself notes them, when told to.
+struct OptionalNotes {
+  void add(const std::string& what) const {
+    if (target != nullptr) target->add(what);
+  }
+
+  CallNotes* target = nullptr;
+};
+
 class FakeDisplaySystem : public DisplaySystem {
  public:
   std::optional<std::uint32_t> onlineDisplayCount() override;
@@ -176,6 +185,7 @@ class FakeGammaTables : public GammaTables {
   std::map<DisplayID, std::int32_t> writeStatus;
   /// "capacity <id>", "read <id> <count>", "write <id> <count>", "restore all".
   std::vector<std::string> calls;
+  OptionalNotes notes;
 };
 
 class FakeUserDefaults : public UserDefaults {
@@ -185,18 +195,21 @@ class FakeUserDefaults : public UserDefaults {
   void remove(std::string_view key) override;
 
   PropertyValue::Dictionary values;
+  OptionalNotes notes;
 };
 
 class FakeAccessibility : public AccessibilityAccess {
  public:
   bool isTrusted() override { return trusted; }
   bool requestTrust() override {
+    notes.add("ask for the Accessibility grant");
     ++prompts;
     return trusted;
   }
 
   bool trusted = false;
   int prompts = 0;
+  OptionalNotes notes;
 };
 
 class FakeProcessRunner : public ProcessRunner {
@@ -208,6 +221,9 @@ class FakeProcessRunner : public ProcessRunner {
   std::vector<ProcessResult> results;
   /// Executable and arguments of each run.
   std::vector<std::vector<std::string>> runs;
+  /// Takes the place of `results` when set.
+  std::function<ProcessResult(const std::vector<std::string>& arguments)> tool;
+  OptionalNotes notes;
 };
 
 class FakeApplications : public Applications {
@@ -215,12 +231,20 @@ class FakeApplications : public Applications {
   std::optional<std::string> bundleIdentifier() override { return bundle; }
   std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) override;
   ProcessID ownProcessID() override { return ownID; }
-  bool announce() override { return isAnnounced = true; }
+  bool announce() override {
+    notes.add("announce");
+    if (atAnnouncing) atAnnouncing();
+    return isAnnounced = canAnnounce;
+  }
 
   std::optional<std::string> bundle = "com.quorrel.brivane";
   std::map<std::string, std::vector<ProcessID>> running;
   ProcessID ownID = 100;
+  bool canAnnounce = true;
+  /// Happens while the program announces itself.
+  std::function<void()> atAnnouncing;
   bool isAnnounced = false;
+  OptionalNotes notes;
 };
 
 class FakeSystemLog : public SystemLog {
@@ -310,10 +334,22 @@ class FakeKeyboard : public Keyboard {
 /// Announcements that a test makes by calling `announce…`; they reach their observers at once.
 class FakeNotifications : public SystemNotifications {
  public:
-  Observation observeScreenParameters(Task handler) override { return screens.add(handler); }
-  Observation observeDidWake(Task handler) override { return wake.add(handler); }
-  Observation observeScreensDidWake(Task handler) override { return screensWake.add(handler); }
-  Observation observeTermination(Task handler) override { return termination.add(handler); }
+  Observation observeScreenParameters(Task handler) override {
+    notes.add("observe screen parameters");
+    return screens.add(handler);
+  }
+  Observation observeDidWake(Task handler) override {
+    notes.add("observe wake");
+    return wake.add(handler);
+  }
+  Observation observeScreensDidWake(Task handler) override {
+    notes.add("observe screens' wake");
+    return screensWake.add(handler);
+  }
+  Observation observeTermination(Task handler) override {
+    notes.add("observe termination");
+    return termination.add(handler);
+  }
 
   class Topic {
    public:
@@ -329,6 +365,7 @@ class FakeNotifications : public SystemNotifications {
   Topic wake;
   Topic screensWake;
   Topic termination;
+  OptionalNotes notes;
 };
 
 class FakeSession : public Session {
@@ -404,6 +441,10 @@ class FakeMachine : public ResidentMachine {
   /// Puts the pointer in the middle of the display's screen.
   void pointAt(DisplayID display);
 
+  /// From now on everything that changes something is noted, in one order: gamma tables' writes and
+  /// restores, settings, processes, observers, suites, the prompt, the announcement.
+  void noteEverything();
+
   CallNotes notes;
   FakeDisplaySystem displaySystem;
   FakeIORegistry registry;
@@ -424,6 +465,7 @@ class FakeMachine : public ResidentMachine {
   FakeResources bundles;
   /// Suites by name; one without a dictionary has no domain.
   std::map<std::string, std::optional<PropertyValue::Dictionary>> suites;
+  OptionalNotes suiteNotes;
   /// Last, and so the first to end: tasks that are still running then may use all of the above.
   VirtualRuntime time;
 };

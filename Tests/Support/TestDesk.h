@@ -10,6 +10,7 @@
 #include "Machines/Desk/DeskFile.h"
 #include "Machines/Desk/Machine.h"
 #include "Machines/Desk/VirtualRuntime.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
 
@@ -42,9 +43,21 @@ class TestDesk {
   /// Another program on the same hardware.
   std::unique_ptr<DeskMachine> makeMachine() {
     return std::make_unique<DeskMachine>(std::make_unique<VirtualRuntime>(),
-                                         std::make_unique<LineLog>(lines), hardware);
+                                         std::make_unique<LineLog>(lines), hardware,
+                                         DeskProcess{false, bundles.path});
   }
 
+  VirtualRuntime& time() const { return static_cast<VirtualRuntime&>(machine->runtime()); }
+
+  /// Everything that the hardware's trace says from now on.
+  std::shared_ptr<std::vector<std::string>> trace() const {
+    auto traced = std::make_shared<std::vector<std::string>>();
+    hardware->setTrace([traced](const std::string& line) { traced->push_back(line); });
+    return traced;
+  }
+
+  /// Where the programs' resource bundles lie; empty at first.
+  const TemporaryFolder bundles;
   const LineLog::Lines lines = std::make_shared<std::vector<std::string>>();
   const std::shared_ptr<DeskHardware> hardware;
   const std::unique_ptr<DeskMachine> machine;

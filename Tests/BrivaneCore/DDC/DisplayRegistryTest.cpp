@@ -42,6 +42,14 @@ TEST_F(DisplayRegistryTest, NamesADisplayAfterItsScreen) {
   EXPECT_EQ(registry.localizedName(5), "Inside");
 }
 
+TEST_F(DisplayRegistryTest, NamesSeveralDisplaysInTheOrderAskedForByTheFirstScreenOfEach) {
+  machine.displaySystem.add({9, 0, 0, 0, false}, "Studio");
+  machine.displaySystem.add({5, 0, 0, 0, true}, "Inside");
+  machine.displaySystem.allScreens.push_back({9, {}, "Mirror", 1.0});
+  EXPECT_THAT(registry.localizedNames({5, 7, 9}), ElementsAre("Inside", "Display 7", "Studio"));
+  EXPECT_THAT(registry.localizedNames({}), IsEmpty());
+}
+
 TEST_F(DisplayRegistryTest, NamesADisplayWithoutAScreenByWhatItIs) {
   machine.displaySystem.online = {{9, 0, 0, 0, false}, {5, 0, 0, 0, true}};
   machine.displaySystem.allScreens = {{std::nullopt, {}, "Nameless", 1.0}};

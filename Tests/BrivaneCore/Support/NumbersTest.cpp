@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "BrivaneCore/Support/Numbers.h"
 
@@ -53,6 +56,35 @@ TEST(CheckedSumDeathTest, AnOverflowAborts) {
   testing::FLAGS_gtest_death_test_style = "threadsafe";
   EXPECT_DEATH(checkedSum(std::numeric_limits<std::int64_t>::max(), 1), "64-bit range");
   EXPECT_DEATH(checkedNegation(std::numeric_limits<std::int64_t>::min()), "64-bit range");
+}
+
+TEST(ShortestFloatingPoint, AlwaysShowsThatItIsNoInteger) {
+  const std::vector<std::pair<double, std::string>> texts = {
+      {0.0, "0.0"},
+      {-0.0, "-0.0"},
+      {1.0, "1.0"},
+      {-3.0, "-3.0"},
+      {0.1, "0.1"},
+      {0.1 + 0.2, "0.30000000000000004"},
+      {1732190000.0, "1732190000.0"},
+      {1732190000.123, "1732190000.123"},
+      {1732190000.1234567, "1732190000.1234567"},
+      {0.0001, "0.0001"},
+      {0.00001, "1e-05"},
+      {0.000015, "1.5e-05"},
+      {9007199254740991.0, "9007199254740991.0"},
+      {9007199254740992.0, "9007199254740992.0"},
+      {9007199254740994.0, "9.007199254740994e+15"},
+      {1e16, "1e+16"},
+      {-1.5e300, "-1.5e+300"},
+      {-std::numeric_limits<double>::denorm_min(), "-5e-324"},
+      {-2.2250738585072014e-308, "-2.2250738585072014e-308"},
+      {std::numeric_limits<double>::infinity(), "inf"},
+      {-std::numeric_limits<double>::infinity(), "-inf"},
+      {std::numeric_limits<double>::quiet_NaN(), "nan"},
+      {-std::numeric_limits<double>::quiet_NaN(), "nan"},
+  };
+  for (const auto& [value, text] : texts) EXPECT_EQ(shortestFloatingPoint(value), text);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
+#include <vector>
 
 #include "BrivaneCore/Support/PropertyValue.h"
 
@@ -39,6 +41,8 @@ TEST(PropertyValueAsInteger, OtherKindsAreZero) {
   EXPECT_EQ(PropertyValue{PropertyValue::Array{}}.asInteger(), 0);
   EXPECT_EQ(PropertyValue{PropertyValue::Dictionary{}}.asInteger(), 0);
   EXPECT_EQ(PropertyValue{}.asInteger(), 0);
+  EXPECT_EQ(PropertyValue{PropertyValue::Date{40}}.asInteger(), 0);
+  EXPECT_EQ(PropertyValue{PropertyValue::Data{{0x34}}}.asInteger(), 0);
 }
 
 TEST(PropertyValueAsBoolean, NumbersOtherThanZeroAreTrue) {
@@ -53,6 +57,8 @@ TEST(PropertyValueAsBoolean, TextThatSaysYesIsTrue) {
   for (const auto* yes : {"YES", "yes", "true", "T", "1", " 7"}) EXPECT_TRUE(text(yes).asBoolean());
   for (const auto* no : {"NO", "false", "0", "", "on"}) EXPECT_FALSE(text(no).asBoolean());
   EXPECT_FALSE(PropertyValue{PropertyValue::Array{}}.asBoolean());
+  EXPECT_FALSE(PropertyValue{PropertyValue::Date{1}}.asBoolean());
+  EXPECT_FALSE(PropertyValue{PropertyValue::Data{{1}}}.asBoolean());
 }
 
 TEST(PropertyValueNumber32, OnlyNumbersAreNumbers) {
@@ -61,6 +67,25 @@ TEST(PropertyValueNumber32, OnlyNumbersAreNumbers) {
   EXPECT_EQ(PropertyValue{7.9}.number32(), 7u);
   EXPECT_EQ(text("7").number32(), std::nullopt);
   EXPECT_EQ(PropertyValue{true}.number32(), std::nullopt);
+  EXPECT_EQ(PropertyValue{PropertyValue::Date{7}}.number32(), std::nullopt);
+  EXPECT_EQ(PropertyValue{PropertyValue::Data{{7}}}.number32(), std::nullopt);
+}
+
+TEST(PropertyValueExactInteger, IsTheNumberWhereItIsWhole) {
+  EXPECT_EQ(integer(-7).exactInteger(), -7);
+  EXPECT_EQ(PropertyValue{3.0}.exactInteger(), 3);
+  EXPECT_EQ(PropertyValue{-0.0}.exactInteger(), 0);
+  EXPECT_EQ(PropertyValue{-9223372036854775808.0}.exactInteger(), std::int64_t{-1} << 63);
+  EXPECT_EQ(PropertyValue{true}.exactInteger(), 1);
+  EXPECT_EQ(PropertyValue{false}.exactInteger(), 0);
+}
+
+TEST(PropertyValueExactInteger, EverythingElseIsNone) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const std::vector<PropertyValue> others = {
+      {3.5},     {9223372036854775808.0},  {infinity}, {-infinity}, {std::nan("")},
+      text("3"), {PropertyValue::Array{}}, {}};
+  for (const auto& other : others) EXPECT_EQ(other.exactInteger(), std::nullopt);
 }
 
 }  // namespace

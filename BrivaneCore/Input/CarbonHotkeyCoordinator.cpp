@@ -1,0 +1,146 @@
+// A hotkey's release is told when either its key or a modifier goes up. With the relay's keys,
+// Shift comes and goes while the key stays down (it makes the sweep finer), so their releases are
+// believed only when the keyboard says that the key itself is up.
+
+#include "BrivaneCore/Input/CarbonHotkeyCoordinator.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "BrivaneCore/Input/HotkeyBindingStore.h"
+#include "BrivaneCore/Input/HotkeyNumbers.h"
+#include "BrivaneCore/Input/InputDiagnosticsSettings.h"
+#include "BrivaneCore/Input/VirtualKeyCode.h"
+#include "BrivaneCore/KeyRelay/RelaySettings.h"
+
+namespace brivane {
+namespace {
+
+constexpr std::uint32_t f1 = 122;
+constexpr std::uint32_t f2 = 120;
+constexpr std::uint32_t noModifiers = 0;
+
+/// What a press of the hotkey with that number asks for.
+struct HotkeyPress {
+  std::uint32_t id;
+  BrightnessDirection direction;
+  Adjustment firstStep;
+  HotkeySource source;
+  bool isFine;
+};
+
+constexpr Adjustment stepUp{RampEngine::step, true};
+constexpr Adjustment stepDown{-RampEngine::step, true};
+constexpr auto up = BrightnessDirection::up;
+constexpr auto down = BrightnessDirection::down;
+
+constexpr std::array<HotkeyPress, 8> hotkeyPresses = {{
+    {hotkeyNumber::userUp, up, stepUp, HotkeySource::carbonHotkey, false},
+    {hotkeyNumber::userDown, down, stepDown, HotkeySource::carbonHotkey, false},
+    {hotkeyNumber::functionKeyUp, up, stepUp, HotkeySource::carbonHotkey, false},
+    {hotkeyNumber::functionKeyDown, down, stepDown, HotkeySource::carbonHotkey, false},
+    {hotkeyNumber::relayUp, up, stepUp, HotkeySource::hidRelay, false},
+    {hotkeyNumber::relayDown, down, stepDown, HotkeySource::hidRelay, false},
+    {hotkeyNumber::relayUpFine, up, {1, false}, HotkeySource::hidRelay, true},
+    {hotkeyNumber::relayDownFine, down, {-1, false}, HotkeySource::hidRelay, true},
+}};
+
+HotkeyPress hotkeyPress(std::uint32_t id) {
+  const auto found = std::ranges::find(hotkeyPresses, id, &HotkeyPress::id);
+  if (found != hotkeyPresses.end()) return *found;
+  return {id, down, stepDown, HotkeySource::carbonHotkey, false};
+}
+
+// The key that the user holds for the hotkey, where the keyboard can be asked about it.
+std::optional<std::uint32_t> physicalKey(std::uint32_t id, const RelaySettings& relay) {
+  if (id == hotkeyNumber::relayUp || id == hotkeyNumber::relayUpFine) {
+    return relay.relayUpKey().virtualKeyCode;
+  }
+  if (id == hotkeyNumber::relayDown || id == hotkeyNumber::relayDownFine) {
+    return relay.relayDownKey().virtualKeyCode;
+  }
+  return std::nullopt;
+}
+
+std::string describe(const HotkeyPress& press, bool wasHandled) {
+  return "Brivane: hotkey id=" + std::to_string(press.id) + " brightness " +
+         (press.direction == up ? "UP" : "DOWN") + (press.isFine ? " (fine)" : "") + " -> " +
+         (wasHandled ? "handled" : "no controllable display under cursor");
+}
+
+}  // namespace
+
+CarbonHotkeyCoordinator::CarbonHotkeyCoordinator(ResidentMachine& machine,
+                                                 std::unique_ptr<HotkeyRegistering> hotkeyRegistrar,
+                                                 AdjustmentHandler adjustmentHandler)
+    : handler(std::move(adjustmentHandler)),
+      ramp(machine.runtime(), machine.keyboard(),
+           [this](const Adjustment& adjustment, HotkeySource source) {
+             handler(adjustment, source);
+           }),
+      registrar(std::move(hotkeyRegistrar)),
+      defaults(machine.defaults()),
+      keyboard(machine.keyboard()),
+      log(machine.log()) {
+  installHandler();
+}
+
+void CarbonHotkeyCoordinator::registerHotkeys(bool tapActive) {
+  installHandler();
+  if (HotkeyBindingStore(defaults).customHotkeysEnabled()) registerUserBindings();
+  if (isRelayActive) registerRelayKeys();
+  if (tapActive && !InputDiagnosticsSettings(defaults).keepFunctionKeyFallback()) return;
+  registrar->registerHotkey({f2, noModifiers}, hotkeyNumber::functionKeyUp);
+  registrar->registerHotkey({f1, noModifiers}, hotkeyNumber::functionKeyDown);
+}
+
+void CarbonHotkeyCoordinator::handlePress(std::uint32_t id) {
+  const HotkeyPress press = hotkeyPress(id);
+  const bool wasHandled = handler(press.firstStep, press.source);
+  if (InputDiagnosticsSettings(defaults).verboseKeyLog()) log.write(describe(press, wasHandled));
+  // Also when no display took it: the pointer may come to one while the key is held.
+  ramp.begin(press.direction, press.source);
+}
+
+void CarbonHotkeyCoordinator::handleRelease(std::uint32_t id) {
+  const auto key = physicalKey(id, RelaySettings(defaults));
+  if (!key || !keyboard.isKeyDown(keyboardKeyCode(*key))) {
+    ramp.stop();
+    return;
+  }
+  if (InputDiagnosticsSettings(defaults).verboseKeyLog()) {
+    log.write("Brivane: hotkey id=" + std::to_string(id) +
+              " released but its key is still down — ramp continues");
+  }
+}
+
+void CarbonHotkeyCoordinator::installHandler() {
+  registrar->installHandler(
+      [this, watch = anchor.watch()](std::uint32_t id) {
+        if (watch.isAlive()) handlePress(id);
+      },
+      [this, watch = anchor.watch()](std::uint32_t id) {
+        if (watch.isAlive()) handleRelease(id);
+      });
+}
+
+void CarbonHotkeyCoordinator::registerUserBindings() {
+  const HotkeyBindingStore bindings(defaults);
+  registrar->registerHotkey(bindings.brightnessUpBinding(), hotkeyNumber::userUp);
+  registrar->registerHotkey(bindings.brightnessDownBinding(), hotkeyNumber::userDown);
+}
+
+void CarbonHotkeyCoordinator::registerRelayKeys() {
+  const RelaySettings relay(defaults);
+  const std::uint32_t upKey = relay.relayUpKey().virtualKeyCode;
+  const std::uint32_t downKey = relay.relayDownKey().virtualKeyCode;
+  registrar->registerHotkey({upKey, noModifiers}, hotkeyNumber::relayUp);
+  registrar->registerHotkey({downKey, noModifiers}, hotkeyNumber::relayDown);
+  registrar->registerHotkey({upKey, HotkeyBinding::shift}, hotkeyNumber::relayUpFine);
+  registrar->registerHotkey({downKey, HotkeyBinding::shift}, hotkeyNumber::relayDownFine);
+}
+
+}  // namespace brivane

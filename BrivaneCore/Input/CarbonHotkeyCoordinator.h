@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "BrivaneCore/Input/HeldKeyRamp.h"
+#include "BrivaneCore/Input/HotkeyRegistering.h"
+#include "BrivaneCore/Input/HotkeySource.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneCore/Support/LivenessAnchor.h"
+
+namespace brivane {
+
+/// Decides which hotkeys there are, makes each press an adjustment, and sweeps the level while a
+/// key is held. Main thread.
+class CarbonHotkeyCoordinator {
+ public:
+  CarbonHotkeyCoordinator(ResidentMachine& machine,
+                          std::unique_ptr<HotkeyRegistering> hotkeyRegistrar,
+                          AdjustmentHandler adjustmentHandler);
+  CarbonHotkeyCoordinator(const CarbonHotkeyCoordinator&) = delete;
+  CarbonHotkeyCoordinator& operator=(const CarbonHotkeyCoordinator&) = delete;
+  ~CarbonHotkeyCoordinator() = default;
+
+  /// Registers what the settings, the relay and the event tap call for; those that the system
+  /// refuses are left out. What was registered before has to be unregistered by the caller.
+  void registerHotkeys(bool tapActive);
+
+  void handlePress(std::uint32_t id);
+  void handleRelease(std::uint32_t id);
+
+  const AdjustmentHandler handler;
+  HeldKeyRamp ramp;
+  const std::unique_ptr<HotkeyRegistering> registrar;
+  /// Whether the relay's keys are to be registered.
+  bool isRelayActive = false;
+
+ private:
+  void installHandler();
+  void registerUserBindings();
+  void registerRelayKeys();
+
+  UserDefaults& defaults;
+  Keyboard& keyboard;
+  SystemLog& log;
+  LivenessAnchor anchor;
+};
+
+}  // namespace brivane

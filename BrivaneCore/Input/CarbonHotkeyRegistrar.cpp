@@ -1,0 +1,61 @@
+#include "BrivaneCore/Input/CarbonHotkeyRegistrar.h"
+
+#include <string>
+#include <utility>
+#include <variant>
+
+namespace brivane {
+namespace {
+
+/// 'TLWN', by which the system tells this program's hotkeys from others'.
+constexpr std::uint32_t signature = 0x544C574E;
+
+}  // namespace
+
+CarbonHotkeyRegistrar::CarbonHotkeyRegistrar(HotkeyPort& hotkeyPort, SystemLog& systemLog)
+    : port(hotkeyPort), log(systemLog) {}
+
+CarbonHotkeyRegistrar::~CarbonHotkeyRegistrar() {
+  CarbonHotkeyRegistrar::unregisterAll();
+}
+
+void CarbonHotkeyRegistrar::installHandler(Callback pressed, Callback released) {
+  onPressed = std::move(pressed);
+  onReleased = std::move(released);
+  if (carbonHandler) return;
+  carbonHandler =
+      port.installHandler([this](HotkeyEvent event, HotkeyID hotkey) { handle(event, hotkey); });
+}
+
+bool CarbonHotkeyRegistrar::registerHotkey(const HotkeyBinding& binding, std::uint32_t id) {
+  const auto result = port.registerHotkey(binding.keyCode, binding.modifiers, {signature, id});
+  if (const auto* status = std::get_if<HotkeyStatus>(&result)) {
+    log.write("Brivane: could not register hotkey " + binding.describedKeys() + " (status " +
+              std::to_string(*status) + ") — another app may own it");
+    return false;
+  }
+  carbonRefs.push_back(std::get<HotkeyReference>(result));
+  registeredIDs.insert(id);
+  return true;
+}
+
+bool CarbonHotkeyRegistrar::isRegistered(std::uint32_t id) const {
+  return registeredIDs.contains(id);
+}
+
+void CarbonHotkeyRegistrar::unregisterAll() {
+  for (const HotkeyReference reference : carbonRefs) port.unregisterHotkey(reference);
+  carbonRefs.clear();
+  registeredIDs.clear();
+  if (!carbonHandler) return;
+  port.removeHandler();
+  carbonHandler = false;
+}
+
+void CarbonHotkeyRegistrar::handle(HotkeyEvent event, HotkeyID hotkey) const {
+  // A copy, because what the press sets off may install other callbacks.
+  const Callback callback = event == HotkeyEvent::pressed ? onPressed : onReleased;
+  if (callback) callback(hotkey.id);
+}
+
+}  // namespace brivane

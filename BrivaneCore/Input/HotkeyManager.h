@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+
+#include "BrivaneCore/Input/CarbonHotkeyCoordinator.h"
+#include "BrivaneCore/Input/HotkeySource.h"
+#include "BrivaneCore/Input/MediaKeyEventTap.h"
+#include "BrivaneCore/Input/RelayHotkeySwitching.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneCore/Support/LivenessAnchor.h"
+
+namespace brivane {
+
+/// The whole input path: the event tap, the hotkeys and the ramp of held keys. Dropping it stops
+/// it. Main thread.
+class HotkeyManager : public RelayHotkeySwitching {
+ public:
+  HotkeyManager(ResidentMachine& machine, AdjustmentHandler adjustmentHandler);
+  HotkeyManager(const HotkeyManager&) = delete;
+  HotkeyManager& operator=(const HotkeyManager&) = delete;
+  ~HotkeyManager() override;
+
+  /// Brings everything up that can be, and says in the log what that is.
+  void start();
+
+  /// Whether the tap runs now. Once it does, the plain F1 and F2 hotkeys are given back.
+  bool startEventTap();
+
+  void stop();
+
+  /// Registers the hotkeys as the settings have them now.
+  void reloadBindings();
+
+  bool setRelayHotkeysEnabled(bool enabled) override;
+
+  /// Whether both relay keys are registered.
+  bool relayHotkeysRegistered() const;
+  bool isRelayActive() const { return coordinator.isRelayActive; }
+  bool isEventTapActive() const { return eventTap.isRunning(); }
+
+ private:
+  bool isFunctionKeyRegistered() const;
+  std::string summary(bool tapActive) const;
+  std::string relayState() const;
+
+  const AdjustmentHandler handler;
+  MediaKeyEventTap eventTap;
+  CarbonHotkeyCoordinator coordinator;
+
+  UserDefaults& defaults;
+  SystemLog& log;
+  LivenessAnchor anchor;
+};
+
+}  // namespace brivane

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+
+namespace brivane {
+
+/// Catches the keyboard's own brightness keys, which are no ordinary keys and can't be hotkeys, and
+/// keeps from the system those presses that a display took. The keyboard repeats them by itself, so
+/// nothing is ramped here. Main thread.
+class MediaKeyEventTap {
+ public:
+  explicit MediaKeyEventTap(ResidentMachine& machine);
+  MediaKeyEventTap(const MediaKeyEventTap&) = delete;
+  MediaKeyEventTap& operator=(const MediaKeyEventTap&) = delete;
+  ~MediaKeyEventTap();
+
+  /// Whether the tap runs now; it can't without the Accessibility grant.
+  bool start();
+  void stop();
+  bool isRunning() const { return eventTap != nullptr; }
+
+  /// True when the press was applied to a display. Nothing is applied while it is empty.
+  std::function<bool(BrightnessDirection)> onBrightnessKey;
+
+ private:
+  TapVerdict handle(const TapEvent& event);
+  TapVerdict handleKey(const TapEvent::SystemDefined& key);
+  TapVerdict handleBrightnessKey(BrightnessDirection direction);
+
+  /// Present while the tap runs.
+  std::unique_ptr<EventTap> eventTap;
+
+  EventTapPort& port;
+  AccessibilityAccess& accessibility;
+  const UserDefaults& defaults;
+  SystemLog& log;
+};
+
+}  // namespace brivane

@@ -1,0 +1,205 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/Input/MediaKeyEventTap.h"
+#include "Tests/Support/FakeMachine.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto passThrough = TapVerdict::passThrough;
+constexpr auto swallow = TapVerdict::swallow;
+constexpr std::uint32_t volumeUp = 0;
+constexpr std::uint32_t brightnessUp = 2;
+constexpr std::uint32_t brightnessDown = 3;
+constexpr std::uint32_t keyUp = 0x0B;
+
+struct MediaKeyEventTapTest : testing::Test {
+  MediaKeyEventTapTest() {
+    machine.access.trusted = true;
+    tap->onBrightnessKey = [this](BrightnessDirection direction) {
+      machine.notes.add(direction == BrightnessDirection::up ? "up" : "down");
+      return displayTakesIt;
+    };
+  }
+
+  void start() {
+    ASSERT_TRUE(tap->start());
+    machine.notes.take();
+  }
+  void logKeys() { machine.settings.set("VerboseKeyLog", {true}); }
+  TapVerdict send(std::int16_t subtype, std::int64_t data1, std::int64_t data2 = -1) {
+    return machine.tapPort.send({.type = TapEvent::systemDefined,
+                                 .details = TapEvent::SystemDefined{subtype, data1, data2}});
+  }
+
+  FakeMachine machine;
+  bool displayTakesIt = true;
+  std::unique_ptr<MediaKeyEventTap> tap = std::make_unique<MediaKeyEventTap>(machine);
+};
+
+TEST_F(MediaKeyEventTapTest, StartsWithTheGrantAndEnablesTheTap) {
+  EXPECT_FALSE(tap->isRunning());
+  EXPECT_TRUE(tap->start());
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] create tap", "[0] enable tap"));
+  EXPECT_TRUE(tap->isRunning());
+}
+
+TEST_F(MediaKeyEventTapTest, StartingAgainSucceedsAndDoesNothing) {
+  start();
+  machine.access.trusted = false;
+  EXPECT_TRUE(tap->start()) << "the grant is asked about only for a new tap";
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+}
+
+TEST_F(MediaKeyEventTapTest, WithoutTheGrantNoTapIsTried) {
+  machine.access.trusted = false;
+  EXPECT_FALSE(tap->start());
+  EXPECT_FALSE(tap->isRunning());
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+  EXPECT_EQ(machine.access.prompts, 0);
+}
+
+TEST_F(MediaKeyEventTapTest, ARefusedTapIsNotRunningAndNotRetried) {
+  machine.tapPort.refuses = true;
+  EXPECT_FALSE(tap->start());
+  EXPECT_FALSE(tap->isRunning());
+  machine.time.runFor(std::chrono::minutes(10));
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] create tap"));
+}
+
+TEST_F(MediaKeyEventTapTest, StoppingDisablesTheTapAndTakesItOut) {
+  start();
+  tap->stop();
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] disable tap", "[0] remove tap"));
+  EXPECT_FALSE(tap->isRunning());
+  tap->stop();
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+  EXPECT_TRUE(tap->start());
+}
+
+TEST_F(MediaKeyEventTapTest, DroppingItTakesTheTapOut) {
+  start();
+  tap.reset();
+  EXPECT_FALSE(machine.tapPort.exists);
+}
+
+TEST_F(MediaKeyEventTapTest, APressThatADisplayTakesIsSwallowedAndItsReleasePasses) {
+  start();
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessDown), swallow);
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessDown, keyUp), passThrough);
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp, keyUp), passThrough);
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] down", "[0] up"));
+}
+
+TEST_F(MediaKeyEventTapTest, APressThatNoDisplayTakesPassesToTheSystem) {
+  start();
+  displayTakesIt = false;
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), passThrough);
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessDown), passThrough);
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] up", "[0] down"));
+}
+
+TEST_F(MediaKeyEventTapTest, TheKeyboardsOwnRepeatsArePresses) {
+  start();
+  EXPECT_EQ(send(8, 0x00020A01), swallow);
+  EXPECT_EQ(send(8, 0x00020A01), swallow);
+  EXPECT_EQ(send(8, 0x00020B01), passThrough);
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] up", "[0] up"));
+  EXPECT_EQ(machine.time.timerCount(), 0u) << "they are not ramped";
+}
+
+TEST_F(MediaKeyEventTapTest, EventsThatAreNoSpecialKeysPass) {
+  start();
+  EXPECT_EQ(send(7, 0x00020A00), passThrough);
+  EXPECT_EQ(send(8, 0x00020A00 ^ 0x0100), passThrough);
+  EXPECT_EQ(send(8, 0x00020000), passThrough);
+  EXPECT_EQ(send(8, 0x00020C00), passThrough);
+  EXPECT_EQ(machine.tapPort.send({.type = 10, .details = TapEvent::SystemDefined{8, 0x20A00, 0}}),
+            passThrough);
+  EXPECT_EQ(machine.tapPort.send({.type = 14, .details = std::nullopt}), passThrough);
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+}
+
+TEST_F(MediaKeyEventTapTest, OnlyTheBitsOfKeyAndStateCount) {
+  start();
+  EXPECT_EQ(send(8, 0x7ABC00020AFF), swallow);
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] up"));
+}
+
+TEST_F(MediaKeyEventTapTest, OtherMediaKeysPassAndAreNamedInTheLogWhenAskedFor) {
+  start();
+  EXPECT_EQ(machine.tapPort.sendKey(volumeUp), passThrough);
+  EXPECT_THAT(machine.systemLog.lines, IsEmpty());
+  logKeys();
+  EXPECT_EQ(machine.tapPort.sendKey(volumeUp), passThrough);
+  EXPECT_EQ(machine.tapPort.sendKey(16), passThrough);
+  EXPECT_EQ(machine.tapPort.sendKey(volumeUp, keyUp), passThrough);
+  EXPECT_THAT(machine.systemLog.lines,
+              ElementsAre("Brivane: systemDefined subtype=8 data1=0x00000A00 keyCode=0 state=0x0A "
+                          "data2=-1",
+                          "Brivane: tap saw media key 0 (not brightness)",
+                          "Brivane: systemDefined subtype=8 data1=0x00100A00 keyCode=16 state=0x0A "
+                          "data2=-1",
+                          "Brivane: tap saw media key 16 (not brightness)",
+                          "Brivane: systemDefined subtype=8 data1=0x00000B00 keyCode=0 state=0x0B "
+                          "data2=-1"));
+}
+
+TEST_F(MediaKeyEventTapTest, BrightnessKeysAreLoggedWithWhatBecameOfThem) {
+  start();
+  logKeys();
+  machine.tapPort.sendKey(brightnessUp);
+  displayTakesIt = false;
+  machine.tapPort.sendKey(brightnessDown);
+  EXPECT_THAT(
+      machine.notes.take(),
+      ElementsAre("[0] log Brivane: systemDefined subtype=8 data1=0x00020A00 keyCode=2 "
+                  "state=0x0A data2=-1",
+                  "[0] up", "[0] log Brivane: brightness UP -> HANDLED (event swallowed)",
+                  "[0] log Brivane: systemDefined subtype=8 data1=0x00030A00 keyCode=3 "
+                  "state=0x0A data2=-1",
+                  "[0] down", "[0] log Brivane: brightness DOWN -> PASSED THROUGH to macOS"));
+}
+
+TEST_F(MediaKeyEventTapTest, EverySystemDefinedEventIsLoggedWhenAskedFor) {
+  start();
+  logKeys();
+  send(-3, -1, 7);
+  send(7, 0x1ABCDEF0123, 0x100000002);
+  EXPECT_THAT(machine.systemLog.lines,
+              ElementsAre("Brivane: systemDefined subtype=-3 data1=0xFFFFFFFF keyCode=65535 "
+                          "state=0xFF data2=7",
+                          "Brivane: systemDefined subtype=7 data1=0xCDEF0123 keyCode=52719 "
+                          "state=0x01 data2=2"));
+}
+
+TEST_F(MediaKeyEventTapTest, ATapThatTheSystemDisabledIsEnabledAgainAtOnce) {
+  start();
+  for (const auto notice : {TapEvent::disabledByTimeout, TapEvent::disabledByUserInput}) {
+    machine.tapPort.isEnabled = false;
+    EXPECT_EQ(machine.tapPort.send({.type = notice, .details = std::nullopt}), passThrough);
+    EXPECT_TRUE(machine.tapPort.isEnabled);
+  }
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] enable tap", "[0] enable tap"));
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
+}
+
+TEST_F(MediaKeyEventTapTest, WithoutACallbackEveryPressPasses) {
+  start();
+  logKeys();
+  tap->onBrightnessKey = nullptr;
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), passThrough);
+  EXPECT_EQ(machine.systemLog.lines.back(), "Brivane: brightness UP -> PASSED THROUGH to macOS");
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Tests/Support/FakeFrame.h"
+#include "Tests/Support/TimerNotingRuntime.h"
+
+namespace brivane {
+
+/// A fake machine whose periodic timers are noted too.
+struct TimerNotingMachine : FakeMachine {
+  Runtime& runtime() override { return notingRuntime; }
+  TimerNotingRuntime notingRuntime{time, notes};
+};
+
+/// What the resident program lives on: a machine that notes everything, a key-mapping tool that
+/// keeps what it is given, and a frame.
+struct ResidentBench {
+  ResidentBench() {
+    machine.processRunner.tool = [this](const std::vector<std::string>& arguments) {
+      if (!toolWorks) return FinishedProcess{1, ""};
+      if (arguments.at(1) == "--set") mapping = arguments.at(2);
+      return FinishedProcess{0, mapping};
+    };
+    machine.noteEverything();
+  }
+
+  /// A DDC/CI monitor at 50 of 100 with a gamma table; the pointer is on it.
+  FakeBus::Channel& addMonitor(DisplayID display = 2) {
+    const auto number = std::to_string(display);
+    auto& channel =
+        machine.addMonitor(display, "Monitor " + number, "disp" + number, 1, display, 1);
+    machine.gamma.add(display, 256);
+    machine.pointAt(display);
+    return channel;
+  }
+
+  /// The notes since the last call, without their times and without the bus's.
+  std::vector<std::string> takeNotes() {
+    std::vector<std::string> notes = machine.notes.take();
+    for (auto& note : notes) note.erase(0, note.find("] ") + 2);
+    std::erase_if(notes, [](const std::string& note) {
+      return note.starts_with("read disp") || note.starts_with("write disp");
+    });
+    return notes;
+  }
+
+  void run(Microseconds time) { machine.time.runFor(time); }
+
+  bool toolWorks = true;
+  std::string mapping = "(null)\n";
+  TimerNotingMachine machine;
+  FakeFrame frame{machine.time, machine.notes};
+};
+
+}  // namespace brivane
