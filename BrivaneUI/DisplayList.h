@@ -29,9 +29,19 @@ struct LinearGradient {
   bool operator==(const LinearGradient&) const = default;
 };
 
-using Ink = std::variant<Paint, LinearGradient>;
+/// Concentric circles around `center`: position 0 there, 1 at the distance `radius` and beyond.
+struct RadialGradient {
+  Point center;
+  double radius = 0;
+  std::vector<GradientStop> stops;
 
-/// With continuous corners, limited to half of the shorter side (which gives a capsule).
+  bool operator==(const RadialGradient&) const = default;
+};
+
+using Ink = std::variant<Paint, LinearGradient, RadialGradient>;
+
+/// With continuous corners, limited to half of the shorter side (which gives a capsule). One
+/// without width or height shows nothing.
 struct RoundedRectangle {
   Rect frame;
   double cornerRadius = 0;
@@ -117,5 +127,9 @@ struct FilledPath {
 using Primitive = std::variant<FilledRectangle, StrokedRectangle, MaskedFill, TextRun, SymbolImage,
                                Spinner, FilledPath>;
 using DisplayList = std::vector<Primitive>;
+
+/// The picture in words: one line per primitive with all that the primitive says, lengths and
+/// colours to four decimals. Equal lists give equal texts, on every machine.
+std::string describe(const DisplayList& list);
 
 }  // namespace brivane

@@ -1,0 +1,36 @@
+// The card lies over anything: a white document, a film, another HUD. It is nearly opaque, so that
+// its text keeps its contrast, and its border is lit from above, so that its edge shows on every
+// ground.
+#include "BrivaneUI/CardBackground.h"
+
+#include "BrivaneUI/DynamicColor.h"
+
+namespace brivane {
+namespace {
+
+constexpr double borderWidth = 1;
+constexpr DynamicColor background{{0.965, 0.965, 0.975, 0.96}, {0.125, 0.125, 0.14, 0.95}};
+constexpr DynamicColor borderTop{{1, 1, 1, 0.95}, {1, 1, 1, 0.34}};
+constexpr DynamicColor borderBottom{{0, 0, 0, 0.16}, {1, 1, 1, 0.08}};
+
+/// The stroke is centred on its shape's edge: this keeps all of it inside the card.
+RoundedRectangle borderShape(const Rect& frame, double cornerRadius) {
+  const double inset = borderWidth / 2;
+  return {{frame.x + inset, frame.y + inset, frame.width - borderWidth, frame.height - borderWidth},
+          cornerRadius - inset};
+}
+
+}  // namespace
+
+DisplayList CardBackground::body(const Rect& frame, Appearance appearance) const {
+  const LinearGradient border{
+      {frame.x, frame.y + frame.height},
+      {frame.x, frame.y},
+      {{0, borderTop.resolved(appearance)}, {1, borderBottom.resolved(appearance)}},
+  };
+  const Paint fill = background.resolved(appearance);
+  return {FilledRectangle{{frame, cornerRadius}, fill},
+          StrokedRectangle{borderShape(frame, cornerRadius), borderWidth, border}};
+}
+
+}  // namespace brivane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "BrivaneUI/DynamicColor.h"
+
+namespace brivane {
+
+/// The compiled colour catalogue of a resource bundle: the build makes it of the bundle's
+/// Colors.xcassets. One line per colour and appearance, "<name> <light or dark> <red> <green>
+/// <blue> <alpha>" in sRGB; components are "0", "1" or a fraction such as "0.72".
+class ColorCatalogue {
+ public:
+  /// Its path within the bundle.
+  static constexpr const char* path = "Colors.catalogue";
+
+  /// A line that is no such line is left out.
+  explicit ColorCatalogue(std::string_view text);
+
+  /// Nothing unless the catalogue has the colour for both appearances.
+  std::optional<DynamicColor> color(const std::string& name) const;
+
+ private:
+  void readLine(std::string_view line);
+
+  std::map<std::string, Color> light;
+  std::map<std::string, Color> dark;
+};
+
+}  // namespace brivane

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "BrivaneUI/DisplayList.h"
+
+namespace brivane {
+
+/// A monitor's outline with a few sparkles, in warm light.
+struct SparklingMonitorMark {
+  /// The mark, as wide as the rectangle and standing on its lower edge; `height` of it is used.
+  DisplayList body(const Rect& rect) const;
+
+  /// Of a mark that is `width` wide.
+  static double height(double width);
+};
+
+}  // namespace brivane
