@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Machines/Desk/Frame.h"
 #include "Machines/Desk/OpenDesk.h"
 #include "Machines/Linux/Machine.h"
 
@@ -11,10 +12,16 @@ namespace brivane {
 
 MachineOrProblem pickMachine() {
   const char* desk = std::getenv("BRIVANE_DESK");
-  if (desk == nullptr || std::string_view(desk).empty()) return std::make_unique<LinuxMachine>();
+  if (desk == nullptr || std::string_view(desk).empty()) {
+    return PickedMachine{std::make_unique<LinuxMachine>(), nullptr};
+  }
   auto opened = openDesk(desk);
   if (auto* problem = std::get_if<std::string>(&opened)) return std::move(*problem);
-  return std::move(std::get<std::unique_ptr<DeskMachine>>(opened));
+  auto machine = std::move(std::get<std::unique_ptr<DeskMachine>>(opened));
+  auto openFrame = [hardware = &machine->hardware()](ResidentMachine& resident) {
+    return std::make_unique<DeskFrame>(resident.runtime(), *hardware);
+  };
+  return PickedMachine{std::move(machine), openFrame};
 }
 
 }  // namespace brivane

@@ -4,12 +4,19 @@
 #include <string>
 #include <variant>
 
+#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneCore/Seams/Machine.h"
 
 namespace brivane {
 
+/// A machine, and how the resident program is shown on it; no opener: not at all.
+struct PickedMachine {
+  std::unique_ptr<Machine> machine;
+  FrameOpener openFrame;
+};
+
 /// The machine, or one line for the user that says why there is none.
-using MachineOrProblem = std::variant<std::unique_ptr<Machine>, std::string>;
+using MachineOrProblem = std::variant<PickedMachine, std::string>;
 
 /// The desk that the environment variable BRIVANE_DESK names by its file, or, when that is unset or
 /// empty, the real machine. Call once, from main.

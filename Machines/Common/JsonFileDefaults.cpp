@@ -34,7 +34,7 @@ std::variant<PropertyValue::Dictionary, FileProblem> parse(const std::string& te
     if (!json.is_object()) {
       return FileProblem{std::string("it holds a JSON ") + json.type_name() + ", not an object"};
     }
-    return *propertyFromJson(json).dictionary();
+    return dictionaryFromJson(json);
   } catch (const nlohmann::json::parse_error& error) {
     return FileProblem{"it is no valid JSON at byte " + std::to_string(error.byte)};
   }
@@ -118,7 +118,7 @@ std::optional<FileProblem> JsonFileDefaults::writeUnderLock(Microseconds patienc
   if (stuck != nullptr) return *stuck;
   read();
   if (unreadable && !setAsideBecauseOf(*unreadable)) return unreadable;
-  const auto json = jsonFromProperty({contents()});
+  const auto json = jsonFromDictionary(contents());
   const auto text = json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
   if (auto problem = writeWholeFile(file, text + "\n")) return problem;
   read();

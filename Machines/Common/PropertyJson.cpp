@@ -3,6 +3,8 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "Machines/Common/TaggedProperty.h"
+
 namespace brivane {
 namespace {
 
@@ -21,12 +23,6 @@ PropertyValue fromArray(const nlohmann::json& json) {
   return {array};
 }
 
-PropertyValue fromObject(const nlohmann::json& json) {
-  PropertyValue::Dictionary dictionary;
-  for (const auto& [key, value] : json.items()) dictionary[key] = propertyFromJson(value);
-  return {dictionary};
-}
-
 struct JsonMaker {
   nlohmann::json operator()(PropertyValue::Unsupported) const { return nullptr; }
   nlohmann::json operator()(const PropertyValue::Array& array) const {
@@ -35,9 +31,13 @@ struct JsonMaker {
     return json;
   }
   nlohmann::json operator()(const PropertyValue::Dictionary& dictionary) const {
-    auto json = nlohmann::json::object();
-    for (const auto& [key, value] : dictionary) json[key] = jsonFromProperty(value);
-    return json;
+    return jsonFromDictionary(tagged(dictionary));
+  }
+  nlohmann::json operator()(const PropertyValue::Date& date) const {
+    return jsonFromDictionary(tagged(date));
+  }
+  nlohmann::json operator()(const PropertyValue::Data& data) const {
+    return jsonFromDictionary(tagged(data));
   }
   template <typename Scalar>
   nlohmann::json operator()(const Scalar& scalar) const {
@@ -52,12 +52,24 @@ PropertyValue propertyFromJson(const nlohmann::json& json) {
   if (json.is_number()) return fromNumber(json);
   if (json.is_string()) return {json.get<std::string>()};
   if (json.is_array()) return fromArray(json);
-  if (json.is_object()) return fromObject(json);
+  if (json.is_object()) return untagged(dictionaryFromJson(json));
   return {};
 }
 
 nlohmann::json jsonFromProperty(const PropertyValue& value) {
   return std::visit(JsonMaker{}, value.content);
+}
+
+PropertyValue::Dictionary dictionaryFromJson(const nlohmann::json& object) {
+  PropertyValue::Dictionary dictionary;
+  for (const auto& [key, value] : object.items()) dictionary[key] = propertyFromJson(value);
+  return dictionary;
+}
+
+nlohmann::json jsonFromDictionary(const PropertyValue::Dictionary& dictionary) {
+  auto json = nlohmann::json::object();
+  for (const auto& [key, value] : dictionary) json[key] = jsonFromProperty(value);
+  return json;
 }
 
 }  // namespace brivane

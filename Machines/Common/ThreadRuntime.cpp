@@ -114,6 +114,10 @@ void ThreadRuntime::sleep(Microseconds duration) {
   }
 }
 
+bool ThreadRuntime::isMainThread() const {
+  return std::this_thread::get_id() == mainThread;
+}
+
 void ThreadRuntime::async(Task task) {
   const std::lock_guard lock(mutex);
   tasks.push_back(std::move(task));
@@ -145,6 +149,7 @@ std::shared_ptr<SerialQueue> ThreadRuntime::makeSerialQueue(const std::string&, 
 }
 
 void ThreadRuntime::run() {
+  mainThread = std::this_thread::get_id();
   while (const Task task = takeNextTask()) task();
 }
 

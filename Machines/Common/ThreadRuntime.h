@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <map>
@@ -7,6 +8,7 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -15,9 +17,10 @@
 namespace brivane {
 
 /// The Runtime of plain threads and the real clock, for command-line modes and for desks in real
-/// time. The thread that calls `run()` is the main thread; each queue has a thread of its own, made
-/// when it is first needed. While the machine sleeps a waiting timer's delay stands still, so
-/// timers can come late by up to the delay they had left; `now()` counts that time.
+/// time. The thread that calls `run()` is the main thread, and until then the one that made it.
+/// Each queue has a thread of its own, made when it is first needed. While the machine sleeps a
+/// waiting timer's delay stands still, so timers can come late by up to the delay they had left;
+/// `now()` counts that time.
 class ThreadRuntime : public Runtime {
  public:
   ThreadRuntime();
@@ -25,6 +28,7 @@ class ThreadRuntime : public Runtime {
 
   Instant now() const override;
   void sleep(Microseconds duration) override;
+  bool isMainThread() const override;
   void async(Task task) override;
   TimerID after(Microseconds delay, Task task) override;
   TimerID every(Microseconds period, Task task) override;
@@ -48,6 +52,7 @@ class ThreadRuntime : public Runtime {
   Task takeDueTimerTask(Instant moment);
   Task takeNextTask();
 
+  std::atomic<std::thread::id> mainThread = std::this_thread::get_id();
   std::mutex mutex;
   std::condition_variable somethingToDo;
   std::deque<Task> tasks;

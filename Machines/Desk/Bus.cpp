@@ -106,9 +106,8 @@ Symbol DeskSymbols::displayServicesSymbol(std::string_view name) {
   if (name == "DisplayServicesCanChangeBrightness") {
     return CanChangeBrightnessFunction([this](DisplayID display) {
       if (faults.strikes("DisplayServices.canChangeBrightness")) return false;
-      const auto* const described = hardware.description().display(display);
-      return described != nullptr && described->displayServices &&
-             described->displayServices->canChange;
+      const auto described = hardware.display(display);
+      return described && described->displayServices && described->displayServices->canChange;
     });
   }
   return {};

@@ -1,5 +1,9 @@
 #include "Machines/Desk/Defaults.h"
 
+#include <nlohmann/json.hpp>
+
+#include "Machines/Common/PropertyJson.h"
+
 namespace brivane {
 
 std::optional<PropertyValue> MemoryDefaults::object(std::string_view key) const {
@@ -54,8 +58,11 @@ void SeededDefaults::seed() const {
 }
 
 DeskDefaults::DeskDefaults(std::unique_ptr<UserDefaults> storedDomain, Faults& machineFaults,
-                           SystemLog& systemLog)
-    : domain(std::move(storedDomain)), faults(machineFaults), log(systemLog) {}
+                           SystemLog& systemLog, const Tracer& hardwareTracer)
+    : domain(std::move(storedDomain)),
+      faults(machineFaults),
+      log(systemLog),
+      tracer(hardwareTracer) {}
 
 std::optional<PropertyValue> DeskDefaults::object(std::string_view key) const {
   if (faults.strikes("UserDefaults.object")) return std::nullopt;
@@ -72,9 +79,9 @@ void DeskDefaults::remove(std::string_view key) {
 }
 
 void DeskDefaults::change(std::string_view call, std::string_view key,
-                          std::optional<PropertyValue> value) {
+                          const std::optional<PropertyValue>& value) {
   if (faults.strikes(call)) {
-    unstored.insert_or_assign(std::string(key), std::move(value));
+    unstored.insert_or_assign(std::string(key), value);
     log.write("Brivane: the setting " + std::string(key) +
               " could not be saved; it stays in force until Brivane ends");
     return;
@@ -85,6 +92,14 @@ void DeskDefaults::change(std::string_view call, std::string_view key,
   } else {
     domain->remove(key);
   }
+  note(key, value);
+}
+
+void DeskDefaults::note(std::string_view key, const std::optional<PropertyValue>& value) const {
+  tracer.note([&] {
+    const auto line = "setting " + std::string(key);
+    return value ? line + " = " + jsonFromProperty(*value).dump() : line + " removed";
+  });
 }
 
 }  // namespace brivane

@@ -38,6 +38,9 @@ class SeededDefaults : public UserDefaults {
   void set(std::string_view key, const PropertyValue& value) override;
   void remove(std::string_view key) override;
 
+  /// Everything stored now.
+  PropertyValue::Dictionary contents() const { return seeded().contents(); }
+
  private:
   JsonFileDefaults& seeded() const;
   void seed() const;
@@ -53,18 +56,22 @@ class SeededDefaults : public UserDefaults {
 class DeskDefaults : public UserDefaults {
  public:
   DeskDefaults(std::unique_ptr<UserDefaults> storedDomain, Faults& machineFaults,
-               SystemLog& systemLog);
+               SystemLog& systemLog, const Tracer& hardwareTracer);
 
   std::optional<PropertyValue> object(std::string_view key) const override;
   void set(std::string_view key, const PropertyValue& value) override;
   void remove(std::string_view key) override;
 
  private:
-  void change(std::string_view call, std::string_view key, std::optional<PropertyValue> value);
+  void change(std::string_view call, std::string_view key,
+              const std::optional<PropertyValue>& value);
+
+  void note(std::string_view key, const std::optional<PropertyValue>& value) const;
 
   const std::unique_ptr<UserDefaults> domain;
   Faults& faults;
   SystemLog& log;
+  const Tracer& tracer;
   /// A value, or nothing for a removed key.
   std::map<std::string, std::optional<PropertyValue>, std::less<>> unstored;
 };

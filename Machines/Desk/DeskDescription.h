@@ -151,16 +151,27 @@ struct HIDMappingEntry {
 
 using HIDMapping = std::vector<HIDMappingEntry>;
 
-enum class HIDUtilPresence {
+/// How a tool of the system's is there.
+enum class ToolPresence {
   present,
   missing,
   /// Ends with a status other than 0, whatever it is asked.
   refusing,
 };
 
+/// A key and the modifiers that a hotkey wants with it: a virtual key code, and the sum of 256
+/// (command), 512 (shift), 2048 (option) and 4096 (control).
+struct KeyCombination {
+  std::uint32_t keyCode = 0;
+  std::uint32_t modifiers = 0;
+
+  bool operator==(const KeyCombination&) const = default;
+};
+
 struct RunningApplication {
   std::string bundleIdentifier;
   ProcessID processID = 0;
+  std::vector<KeyCombination> hotkeys;
 };
 
 /// Where an entry point is found.
@@ -177,13 +188,42 @@ struct DefaultsDescription {
   SectionFingerprint fingerprint = 0;
 };
 
-enum class Appearance { light, dark };
+enum class DeskAppearance { light, dark };
 
 enum class KeyboardLayout { us, german, french, none };
+
+/// Which HID usages a keyboard's brightness keys send.
+enum class BrightnessUsages {
+  /// Page 0x0C, usages 0x6F (up) and 0x70 (down).
+  consumer,
+  /// Page 0x00FF, usages 0x04 and 0x05.
+  topCase,
+  /// Page 0xFF01, usages 0x20 and 0x21.
+  vendor,
+};
+
+struct KeyboardDescription {
+  KeyboardLayout layout = KeyboardLayout::us;
+  BrightnessUsages brightnessUsages = BrightnessUsages::consumer;
+  /// From a brightness key's press to its first repeat, and from each repeat to the next.
+  double repeatDelaySeconds = 0.5;
+  double repeatPeriodSeconds = 1.0 / 12;
+};
+
+/// The program as the session knows it.
+struct ProgramDescription {
+  /// Absent: the bundle gives none.
+  std::optional<std::string> executablePath = "/Applications/Brivane.app/Contents/MacOS/Brivane";
+  /// Since 1970. Absent: nobody can tell.
+  std::optional<double> modificationSeconds = 1.7e9;
+  /// Left out: the executable's path, or "Brivane" without one.
+  std::optional<std::vector<std::string>> arguments;
+};
 
 struct LaunchAgentDescription {
   bool isInstalled = false;
   bool isEnabled = true;
+  SectionFingerprint fingerprint = 0;
 };
 
 /// For each call that fails: at which of its occurrences, counted from 1.
@@ -197,7 +237,7 @@ struct DeskDescription {
   SectionFingerprint pointerFingerprint = 0;
   HIDMapping hidMapping;
   SectionFingerprint hidMappingFingerprint = 0;
-  HIDUtilPresence hidUtil = HIDUtilPresence::present;
+  ToolPresence hidUtil = ToolPresence::present;
   bool isAccessibilityGranted = true;
   /// Absent: the program is a bare executable.
   std::optional<std::string> bundleIdentifier = "com.quorrel.brivane";
@@ -206,15 +246,16 @@ struct DeskDescription {
   /// Absent: the earlier application was never used here.
   std::optional<DefaultsDescription> tallowinDefaults;
   std::string language = "en";
-  Appearance appearance = Appearance::light;
-  KeyboardLayout keyboardLayout = KeyboardLayout::us;
+  DeskAppearance appearance = DeskAppearance::light;
+  KeyboardDescription keyboard;
   LaunchAgentDescription launchAgent;
+  ToolPresence launchControl = ToolPresence::present;
+  ProgramDescription program;
+  /// Resource bundles, and files in them as "<bundle>/<path>", that can't be read.
+  std::set<std::string> missingResources;
   LibraryDescription ioKit;
   LibraryDescription displayServicesLibrary;
   FaultPlan faults;
-
-  /// Null for unknown identifiers.
-  const DisplayDescription* display(DisplayID identifier) const;
 };
 
 }  // namespace brivane

@@ -1,9 +1,10 @@
+// What programs do to displays through the seams. The system's own parts are in
+// DeskHardwareSystem.cpp, what happens without any program's doing in DeskHardwareChanges.cpp.
 #include "Machines/Desk/DeskHardware.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "Machines/Desk/Defaults.h"
 #include "Machines/Desk/GammaTable.h"
 
 namespace brivane {
@@ -13,66 +14,110 @@ std::string numbered(const char* what, DisplayID display) {
   return what + std::string("-") + std::to_string(display);
 }
 
+LaunchState initialLaunchState(const LaunchAgentDescription& agent) {
+  return agent.isEnabled ? LaunchState{} : LaunchState{false};
+}
+
+/// "bus 2 write 84 03 10 00 28 AB", with what is unusual about it behind.
+std::string tracedTransfer(DisplayID display, const char* direction, std::uint32_t chip,
+                           std::uint32_t dataAddress, std::span<const std::uint8_t> bytes,
+                           std::int32_t status) {
+  constexpr std::uint32_t usualChip = 0x37;
+  constexpr std::uint32_t usualAddress = 0x51;
+  std::string line = "bus " + std::to_string(display) + " " + direction;
+  if (!bytes.empty()) line += " " + tracedBytes(bytes);
+  if (chip != usualChip) line += ", chip " + std::to_string(chip);
+  if (dataAddress != usualAddress) line += ", address " + std::to_string(dataAddress);
+  return status == 0 ? line : line + ", refused";
+}
+
 }  // namespace
 
 DeskHardware::DeskHardware(DeskDescription deskDescription,
                            std::unique_ptr<StateFolder> stateFolder)
     : desk(std::move(deskDescription)),
       folder(std::move(stateFolder)),
+      attached(desk.displays),
+      isGranted(desk.isAccessibilityGranted),
+      currentAppearance(desk.appearance),
       pointerState(desk.pointer, folder.get(), "pointer", desk.pointerFingerprint),
-      mapping(desk.hidMapping, folder.get(), "hid-mapping", desk.hidMappingFingerprint) {
-  for (const auto& display : desk.displays) {
-    displays.emplace(display.identifier, attach(display));
-  }
+      mapping(desk.hidMapping, folder.get(), "hid-mapping", desk.hidMappingFingerprint),
+      launch(initialLaunchState(desk.launchAgent), folder.get(), "launch-agent",
+             desk.launchAgent.fingerprint),
+      ownInput(desk) {
+  for (const auto& display : desk.displays) parts.emplace(display.identifier, makeParts(display));
   domains["com.quorrel.brivane"] = {desk.brivaneDefaults, desk.brivaneDefaults.values};
   if (const auto& earlier = desk.tallowinDefaults) {
     domains["com.quorrel.tallowin"] = {*earlier, earlier->values};
   }
+  if (folder) announcedProcess.emplace(folder->path / "resident.lock");
 }
 
-DeskHardware::Display DeskHardware::attach(const DisplayDescription& description) const {
-  Display display{description, {}, {}, {}, {}};
+DeskHardware::Parts DeskHardware::makeParts(const DisplayDescription& description) const {
+  Parts made;
   const auto identifier = description.identifier;
   if (const auto& firmware = description.firmware) {
-    display.firmware.emplace(*firmware);
-    display.monitor.emplace(display.firmware->initialState(), folder.get(),
-                            numbered("monitor", identifier), firmware->fingerprint);
+    made.firmware.emplace(*firmware);
+    made.monitor.emplace(made.firmware->initialState(), folder.get(),
+                         numbered("monitor", identifier), firmware->fingerprint);
   }
   if (const auto& gamma = description.gamma) {
-    display.gamma.emplace(GammaState{}, folder.get(), numbered("gamma", identifier),
-                          gamma->fingerprint);
+    made.gamma.emplace(GammaState{}, folder.get(), numbered("gamma", identifier),
+                       gamma->fingerprint);
   }
   if (const auto& services = description.displayServices) {
-    display.panel.emplace(PanelState{services->level}, folder.get(),
-                          numbered("display-services", identifier), services->fingerprint);
+    made.panel.emplace(PanelState{services->level}, folder.get(),
+                       numbered("display-services", identifier), services->fingerprint);
   }
-  return display;
+  return made;
 }
 
-DeskHardware::Display* DeskHardware::find(DisplayID display) {
-  const auto found = displays.find(display);
-  return found == displays.end() ? nullptr : &found->second;
+DeskHardware::Parts* DeskHardware::find(DisplayID display) {
+  const auto found = parts.find(display);
+  return found == parts.end() ? nullptr : &found->second;
+}
+
+DeskHardware::Parts* DeskHardware::findAttached(DisplayID display) {
+  return attached.find(display) ? find(display) : nullptr;
 }
 
 std::int32_t DeskHardware::writeI2C(DisplayID display, std::uint32_t chip,
                                     std::uint32_t dataAddress, std::span<const std::uint8_t> bytes,
                                     Instant now) {
-  const std::lock_guard lock(mutex);
-  auto* const found = find(display);
-  if (found == nullptr || !found->monitor) return MonitorFirmware::notAcknowledged;
-  return found->monitor->update([&](MonitorState& state) {
-    return found->firmware->write(state, chip, dataAddress, bytes, now);
-  });
+  const auto transfer = [&] {
+    const std::lock_guard lock(mutex);
+    auto* const found = findAttached(display);
+    if (isSystemAsleep || found == nullptr || !found->monitor) {
+      return MonitorFirmware::notAcknowledged;
+    }
+    return found->monitor->update([&](MonitorState& state) {
+      return found->firmware->write(state, chip, dataAddress, bytes, now);
+    });
+  };
+  const auto status = transfer();
+  ownTracer->note(
+      [&] { return tracedTransfer(display, "write", chip, dataAddress, bytes, status); });
+  return status;
 }
 
 std::int32_t DeskHardware::readI2C(DisplayID display, std::uint32_t chip, std::uint32_t dataAddress,
                                    std::span<std::uint8_t> bytes, Instant now) {
-  const std::lock_guard lock(mutex);
-  auto* const found = find(display);
-  if (found == nullptr || !found->monitor) return MonitorFirmware::notAcknowledged;
-  return found->monitor->update([&](MonitorState& state) {
-    return found->firmware->read(state, chip, dataAddress, bytes, now);
+  const auto transfer = [&] {
+    const std::lock_guard lock(mutex);
+    auto* const found = findAttached(display);
+    if (isSystemAsleep || found == nullptr || !found->monitor) {
+      return MonitorFirmware::notAcknowledged;
+    }
+    return found->monitor->update([&](MonitorState& state) {
+      return found->firmware->read(state, chip, dataAddress, bytes, now);
+    });
+  };
+  const auto status = transfer();
+  ownTracer->note([&] {
+    const auto received = status == 0 ? bytes : bytes.first(0);
+    return tracedTransfer(display, "read", chip, dataAddress, received, status);
   });
+  return status;
 }
 
 std::optional<MonitorState> DeskHardware::monitor(DisplayID display) {
@@ -82,47 +127,18 @@ std::optional<MonitorState> DeskHardware::monitor(DisplayID display) {
   return found->monitor->read();
 }
 
-template <typename Operation>
-bool DeskHardware::changeMonitor(DisplayID display, const Operation& operation) {
-  const std::lock_guard lock(mutex);
-  auto* const found = find(display);
-  if (found == nullptr || !found->monitor) return false;
-  return found->monitor->update([&](MonitorState& state) {
-    operation(*found->firmware, state);
-    return true;
-  });
-}
-
-bool DeskHardware::setLevelByButtons(DisplayID display, std::uint16_t level) {
-  return changeMonitor(display, [&](const auto& firmware, auto& state) {
-    firmware.setLevelByButtons(state, level);
-  });
-}
-
-bool DeskHardware::setMood(DisplayID display, MonitorMood mood) {
-  return changeMonitor(display, [&](const auto&, auto& state) { state.mood = mood; });
-}
-
-bool DeskHardware::fallAsleep(DisplayID display) {
-  return changeMonitor(display,
-                       [](const auto& firmware, auto& state) { firmware.fallAsleep(state); });
-}
-
-bool DeskHardware::wake(DisplayID display, Instant now) {
-  return changeMonitor(display,
-                       [&](const auto& firmware, auto& state) { firmware.wake(state, now); });
-}
-
 std::uint32_t DeskHardware::gammaCapacity(DisplayID display) const {
-  const auto* const described = desk.display(display);
-  return described == nullptr || !described->gamma ? 0 : described->gamma->capacity;
+  const auto described = attached.find(display);
+  return !described || !described->gamma ? 0 : described->gamma->capacity;
 }
 
 std::optional<GammaTable> DeskHardware::gammaTable(DisplayID display) {
+  const auto described = attached.find(display);
+  if (!described || !described->gamma) return std::nullopt;
+  const auto& gamma = *described->gamma;
   const std::lock_guard lock(mutex);
   auto* const found = find(display);
   if (found == nullptr || !found->gamma) return std::nullopt;
-  const auto& gamma = *found->description.gamma;
   const auto state = found->gamma->read();
   return resampled(state.written ? *state.written : calibratedTable(gamma), gamma.capacity);
 }
@@ -132,76 +148,81 @@ bool DeskHardware::setGammaTable(DisplayID display, GammaTable table) {
     std::ranges::replace_if(
         curve, [](float sample) { return !std::isfinite(sample); }, 0.0F);
   }
+  const bool isTaken = takeGammaTable(display, table);
+  ownTracer->note([&] {
+    return "gamma " + std::to_string(display) + " " + tracedTable(table) +
+           (isTaken ? "" : ", refused");
+  });
+  return isTaken;
+}
+
+bool DeskHardware::takeGammaTable(DisplayID display, const GammaTable& table) {
   const std::lock_guard lock(mutex);
-  auto* const found = find(display);
+  auto* const found = findAttached(display);
   if (found == nullptr || !found->gamma) return false;
+  if (found->gammaRefusals > 0) {
+    --found->gammaRefusals;
+    return false;
+  }
   return found->gamma->update([&](GammaState& state) {
-    state.written = std::move(table);
+    state.written = table;
     return true;
   });
 }
 
 void DeskHardware::restoreCalibratedTables() {
+  for (const auto& display : *attached.all()) forgetGamma(display.identifier);
+  ownTracer->note([] { return std::string("gamma of all displays calibrated"); });
+}
+
+/// The display shows its calibrated table again.
+void DeskHardware::forgetGamma(DisplayID display) {
   const std::lock_guard lock(mutex);
-  for (auto& [identifier, display] : displays) {
-    if (!display.gamma) continue;
-    display.gamma->update([](GammaState& state) {
-      state.written.reset();
-      return true;
-    });
-  }
+  auto* const found = find(display);
+  if (found == nullptr || !found->gamma) return;
+  found->gamma->update([](GammaState& state) {
+    state.written.reset();
+    return true;
+  });
 }
 
 std::optional<float> DeskHardware::panelLevel(DisplayID display) {
   const std::lock_guard lock(mutex);
-  auto* const found = find(display);
+  auto* const found = findAttached(display);
   if (found == nullptr || !found->panel) return std::nullopt;
   return found->panel->read().level;
 }
 
 bool DeskHardware::setPanelLevel(DisplayID display, float level) {
+  const auto shown = changePanelLevel(display, [&](float) { return level; });
+  ownTracer->note([&] {
+    return "display-services " + std::to_string(display) +
+           (shown ? " level " + tracedNumber(*shown) : " refused");
+  });
+  return shown.has_value();
+}
+
+/// The level that the panel shows then; nothing when it can't be changed so.
+std::optional<float> DeskHardware::changePanelLevel(
+    DisplayID display, const std::function<float(float level)>& wanted) {
+  const auto described = attached.find(display);
+  if (!described || !described->displayServices || !described->displayServices->canChange) {
+    return std::nullopt;
+  }
   const std::lock_guard lock(mutex);
   auto* const found = find(display);
-  if (found == nullptr || !found->panel || std::isnan(level)) return false;
-  if (!found->description.displayServices->canChange) return false;
-  return found->panel->update([&](PanelState& state) {
+  if (found == nullptr || !found->panel) return std::nullopt;
+  return found->panel->update([&](PanelState& state) -> std::optional<float> {
+    const float level = wanted(state.level);
+    if (std::isnan(level)) return std::nullopt;
     state.level = std::clamp(level, 0.0F, 1.0F);
-    return true;
+    return state.level;
   });
 }
 
 Point DeskHardware::pointer() {
   const std::lock_guard lock(mutex);
   return pointerState.read();
-}
-
-void DeskHardware::movePointer(Point position) {
-  const std::lock_guard lock(mutex);
-  pointerState.update([&](Point& state) {
-    state = position;
-    return true;
-  });
-}
-
-HIDMapping DeskHardware::hidMapping() {
-  const std::lock_guard lock(mutex);
-  return mapping.read();
-}
-
-void DeskHardware::setHIDMapping(const HIDMapping& newMapping) {
-  const std::lock_guard lock(mutex);
-  mapping.update([&](HIDMapping& state) {
-    state = newMapping;
-    return true;
-  });
-}
-
-std::unique_ptr<UserDefaults> DeskHardware::openDomain(const std::string& name) {
-  const auto found = domains.find(name);
-  if (found == domains.end()) return nullptr;
-  auto& domain = found->second;
-  if (!folder) return std::make_unique<MemoryDefaults>(domain.valuesInMemory);
-  return std::make_unique<SeededDefaults>(*folder, name, domain.description);
 }
 
 }  // namespace brivane

@@ -1,54 +1,93 @@
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 
 #include "BrivaneCore/Seams/UserDefaults.h"
+#include "BrivaneCore/Support/Observation.h"
+#include "Machines/Common/AnnouncedProcess.h"
+#include "Machines/Desk/AttachedDisplays.h"
 #include "Machines/Desk/DeskDescription.h"
 #include "Machines/Desk/HardwareState.h"
+#include "Machines/Desk/HotkeyTable.h"
+#include "Machines/Desk/KeyTable.h"
 #include "Machines/Desk/MonitorFirmware.h"
 #include "Machines/Desk/StoredState.h"
+#include "Machines/Desk/TapStream.h"
+#include "Machines/Desk/Trace.h"
 
 namespace brivane {
 
-/// The simulated hardware: what a desk file describes and what it remembers. It outlives every
-/// program that uses it: several machines may share one in memory, several processes one folder.
+/// What the system announces to all programs on a desk.
+enum class HardwareNotice { screenParameters, didWake, screensDidWake, appearance };
+
+/// The keyboard as all programs on a desk share it. Main thread.
+struct DeskInput {
+  explicit DeskInput(const DeskDescription& desk) : hotkeys(desk.applications) {}
+
+  HotkeyTable hotkeys;
+  TapStream taps;
+  /// The keys that are down, and what the HID mapping made of each when it was pressed.
+  std::map<HIDUsage, HIDUsage> keysDown;
+};
+
+/// The simulated hardware: what a desk file describes, what became of it, and what it remembers. It
+/// outlives every program that uses it: several machines may share one in memory, several
+/// processes one folder.
 ///
-/// Any thread, the settings domains aside. Unknown displays have no firmware, no gamma table and no
-/// display services.
+/// Any thread, but for the settings domains, the input, and what happens to the hardware beside the
+/// seams ("changes" below), which are for the main thread. Displays that are unknown or not plugged
+/// in have no firmware, no gamma table and no display services.
 class DeskHardware {
  public:
   /// `stateFolder` is where the state lives; null: in this object alone.
   explicit DeskHardware(DeskDescription deskDescription,
                         std::unique_ptr<StateFolder> stateFolder = nullptr);
 
+  /// The desk as its file describes it: of what can change, how it was at first.
   const DeskDescription& description() const { return desk; }
 
-  /// The display's side of an I2C transfer; see `MonitorFirmware`.
+  void setTrace(Trace trace) { ownTracer->set(std::move(trace)); }
+  const Tracer& tracer() const { return *ownTracer; }
+  /// For those who may outlive the hardware.
+  std::shared_ptr<const Tracer> sharedTracer() const { return ownTracer; }
+
+  /// Called on the thread that changed the hardware, after the change. It may not observe or stop
+  /// observing from within. Main thread.
+  using NoticeHandler = std::function<void(HardwareNotice notice)>;
+  Observation observe(NoticeHandler handler);
+
+  // Displays
+
+  AttachedDisplays::Snapshot displays() const { return attached.all(); }
+  /// Null for displays that are not plugged in.
+  std::shared_ptr<const DisplayDescription> display(DisplayID display) const {
+    return attached.find(display);
+  }
+
+  /// The display's side of an I2C transfer; see `MonitorFirmware`. While the machine sleeps, nobody
+  /// acknowledges.
   std::int32_t writeI2C(DisplayID display, std::uint32_t chip, std::uint32_t dataAddress,
                         std::span<const std::uint8_t> bytes, Instant now);
   std::int32_t readI2C(DisplayID display, std::uint32_t chip, std::uint32_t dataAddress,
                        std::span<std::uint8_t> bytes, Instant now);
 
-  /// Nothing without firmware.
+  /// Nothing without firmware. It goes on when the display is unplugged.
   std::optional<MonitorState> monitor(DisplayID display);
-
-  /// What happens to a monitor beside the bus. False without firmware.
-  bool setLevelByButtons(DisplayID display, std::uint16_t level);
-  bool setMood(DisplayID display, MonitorMood mood);
-  bool fallAsleep(DisplayID display);
-  bool wake(DisplayID display, Instant now);
 
   /// Samples per channel; 0 without a gamma table.
   std::uint32_t gammaCapacity(DisplayID display) const;
   /// The table in force, of the display's capacity; nothing without one.
   std::optional<GammaTable> gammaTable(DisplayID display);
   /// Puts a table of any count from 2 in force. It reads back as many samples as the display holds,
-  /// interpolated linearly; samples that are no finite numbers become 0. False without a table.
+  /// interpolated linearly; samples that are no finite numbers become 0. False without a table and
+  /// while it is refused.
   bool setGammaTable(DisplayID display, GammaTable table);
   void restoreCalibratedTables();
 
@@ -59,14 +98,73 @@ class DeskHardware {
   bool setPanelLevel(DisplayID display, float level);
 
   Point pointer();
-  void movePointer(Point position);
+
+  // The system
 
   HIDMapping hidMapping();
   void setHIDMapping(const HIDMapping& mapping);
 
+  /// What a brightness key does that no program took: the built-in panel, if there is one whose
+  /// level can be changed, goes a sixteenth of its range up or down.
+  void changeSystemBrightness(BrightnessKey key);
+
+  LaunchState launchState();
+  void setLaunchAgentEnabled(bool isEnabled);
+
+  bool isAccessibilityGranted() const { return isGranted; }
+  DeskAppearance appearance() const { return currentAppearance; }
+
+  DeskInput& input() { return ownInput; }
+
   /// A settings domain of the desk's user; null when the desk has no such domain. For the main
   /// thread; it must outlive neither this nor the folder's Runtime.
   std::unique_ptr<UserDefaults> openDomain(const std::string& name);
+  /// Everything in such a domain; nothing when the desk has none.
+  std::optional<PropertyValue::Dictionary> domainContents(const std::string& name);
+
+  // The programs on the desk. In memory they get numbers of their own, 501 and up; in a folder they
+  // are real processes, of which one can be announced. Main thread.
+
+  ProcessID nextProcessID();
+  std::vector<ProcessID> announcedPrograms();
+  /// False when another process of the folder is announced.
+  bool announceProgram(ProcessID program);
+  void endProgram(ProcessID program);
+
+  // Changes. Each returns false when the display is not plugged in (or has no such part), and then
+  // nothing happens. What the system would announce is announced.
+
+  /// Behind all others, with the calibrated gamma table and the firmware new; false also when there
+  /// is a display of that identifier.
+  bool plug(const DisplayDescription& display);
+  bool unplug(DisplayID display);
+  /// As it was when it was unplugged, but with the calibrated gamma table; false when it never was.
+  bool replug(DisplayID display);
+  bool setFrame(DisplayID display, const Rect& frame);
+  bool setHeadroom(DisplayID display, double headroom);
+  bool setScreenPresence(DisplayID display, ScreenPresence presence);
+  bool swapPorts(DisplayID one, DisplayID other);
+  /// The next so many gamma tables for the display are refused.
+  bool refuseGamma(DisplayID display, int times);
+
+  /// What happens to a monitor beside the bus.
+  bool setLevelByButtons(DisplayID display, std::uint16_t level);
+  bool setMood(DisplayID display, MonitorMood mood);
+  bool fallAsleep(DisplayID display);
+  bool wake(DisplayID display, Instant now);
+
+  /// All monitors fall asleep or wake; the screens' waking is announced, the machine's too and
+  /// before it.
+  void sleepScreens();
+  void wakeScreens(Instant now);
+  void sleepSystem();
+  void wakeSystem(Instant now);
+
+  void movePointer(Point position);
+  void setAccessibilityGranted(bool granted);
+  void setAppearance(DeskAppearance appearance);
+  /// The system announces it although nothing changed.
+  void announce(HardwareNotice notice);
 
  private:
   struct Domain {
@@ -74,26 +172,44 @@ class DeskHardware {
     PropertyValue::Dictionary valuesInMemory;
   };
 
-  struct Display {
-    const DisplayDescription& description;
+  /// What a display has beside its description; it outlives being unplugged.
+  struct Parts {
     std::optional<MonitorFirmware> firmware;
     std::optional<StoredState<MonitorState>> monitor;
     std::optional<StoredState<GammaState>> gamma;
     std::optional<StoredState<PanelState>> panel;
+    int gammaRefusals = 0;
   };
 
-  Display attach(const DisplayDescription& description) const;
-  Display* find(DisplayID display);
+  Parts makeParts(const DisplayDescription& description) const;
+  Parts* find(DisplayID display);
+  Parts* findAttached(DisplayID display);
+  bool takeGammaTable(DisplayID display, const GammaTable& table);
+  void forgetGamma(DisplayID display);
+  std::optional<float> changePanelLevel(DisplayID display,
+                                        const std::function<float(float level)>& wanted);
+  bool screensChanged(bool happened, const std::string& line);
   template <typename Operation>
-  bool changeMonitor(DisplayID display, const Operation& operation);
+  bool changeMonitor(DisplayID display, const std::string& line, const Operation& operation);
 
   const DeskDescription desk;
   const std::unique_ptr<StateFolder> folder;
+  const std::shared_ptr<Tracer> ownTracer = std::make_shared<Tracer>();
+  AttachedDisplays attached;
+  std::atomic<bool> isSystemAsleep = false;
+  std::atomic<bool> isGranted;
+  std::atomic<DeskAppearance> currentAppearance;
   std::mutex mutex;
-  std::map<DisplayID, Display> displays;
+  std::map<DisplayID, Parts> parts;
   StoredState<Point> pointerState;
   StoredState<HIDMapping> mapping;
+  StoredState<LaunchState> launch;
   std::map<std::string, Domain> domains;
+  DeskInput ownInput;
+  std::vector<std::weak_ptr<NoticeHandler>> noticeHandlers;
+  std::optional<AnnouncedProcess> announcedProcess;
+  std::set<ProcessID> programsInMemory;
+  ProcessID lastProcessID = 500;
 };
 
 }  // namespace brivane

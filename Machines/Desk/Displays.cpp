@@ -6,13 +6,14 @@ namespace brivane {
 
 std::optional<std::uint32_t> DeskDisplays::onlineDisplayCount() {
   if (faults.strikes("DisplaySystem.onlineDisplayCount")) return std::nullopt;
-  return static_cast<std::uint32_t>(desk.displays.size());
+  return static_cast<std::uint32_t>(hardware.displays()->size());
 }
 
 std::optional<std::vector<DisplayID>> DeskDisplays::onlineDisplayList(std::uint32_t maximum) {
   if (faults.strikes("DisplaySystem.onlineDisplayList")) return std::nullopt;
+  const auto displays = hardware.displays();
   std::vector<DisplayID> list;
-  for (const auto& display : desk.displays) {
+  for (const auto& display : *displays) {
     if (list.size() < maximum) list.push_back(display.identifier);
   }
   return list;
@@ -20,21 +21,22 @@ std::optional<std::vector<DisplayID>> DeskDisplays::onlineDisplayList(std::uint3
 
 bool DeskDisplays::isBuiltIn(DisplayID display) {
   if (faults.strikes("DisplaySystem.isBuiltIn")) return false;
-  const auto* const described = desk.display(display);
-  return described != nullptr && described->isBuiltIn;
+  const auto described = hardware.display(display);
+  return described && described->isBuiltIn;
 }
 
 PanelIdentity DeskDisplays::panelIdentity(DisplayID display) {
   if (faults.strikes("DisplaySystem.panelIdentity")) return {};
-  const auto* const described = desk.display(display);
-  if (described == nullptr) return {};
+  const auto described = hardware.display(display);
+  if (!described) return {};
   return {described->vendor, described->model, described->serial};
 }
 
 std::vector<Screen> DeskDisplays::screens() {
   if (faults.strikes("DisplaySystem.screens")) return {};
+  const auto displays = hardware.displays();
   std::vector<Screen> list;
-  for (const auto& display : desk.displays) {
+  for (const auto& display : *displays) {
     if (display.screen == ScreenPresence::none) continue;
     Screen screen{std::nullopt, display.frame, display.name, display.headroom};
     if (display.screen == ScreenPresence::numbered) screen.number = display.identifier;

@@ -6,11 +6,11 @@
 
 namespace brivane {
 
-/// The desk's displays and screens, in the desk file's order.
+/// The desk's displays and screens, in the order they were plugged in.
 class DeskDisplays : public DisplaySystem {
  public:
   DeskDisplays(DeskHardware& deskHardware, Faults& machineFaults)
-      : hardware(deskHardware), desk(deskHardware.description()), faults(machineFaults) {}
+      : hardware(deskHardware), faults(machineFaults) {}
 
   std::optional<std::uint32_t> onlineDisplayCount() override;
   std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
@@ -24,7 +24,6 @@ class DeskDisplays : public DisplaySystem {
 
  private:
   DeskHardware& hardware;
-  const DeskDescription& desk;
   Faults& faults;
 };
 

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <atomic>
+#include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "Machines/Desk/DeskDescription.h"
+#include "Machines/Desk/Trace.h"
 
 namespace brivane {
 
@@ -14,16 +18,30 @@ namespace brivane {
 /// counted from 1, per machine. Any thread.
 class Faults {
  public:
-  explicit Faults(FaultPlan faultPlan) : plan(std::move(faultPlan)) {}
+  /// Failures are noted in the trace, if there is one.
+  explicit Faults(FaultPlan faultPlan, std::shared_ptr<const Tracer> hardwareTracer = nullptr)
+      : plan(std::move(faultPlan)), tracer(std::move(hardwareTracer)) {}
 
   /// Counts one occurrence of the call; whether it fails.
   bool strikes(std::string_view call);
+
+  /// Called for every call and whether it fails; for before the first call.
+  using CallTrace = std::function<void(std::string_view call, bool fails)>;
+  void setCallTrace(CallTrace newCallTrace) { callTrace = std::move(newCallTrace); }
+
+  /// From now on every call fails, and none is counted or traced.
+  void failAlways() { failsAlways = true; }
 
   /// The names of all calls that can fail.
   static const std::vector<std::string_view>& calls();
 
  private:
+  bool isPlanned(std::string_view call);
+
   const FaultPlan plan;
+  const std::shared_ptr<const Tracer> tracer;
+  CallTrace callTrace;
+  std::atomic<bool> failsAlways = false;
   std::mutex mutex;
   std::map<std::string, std::int64_t, std::less<>> occurrences;
 };

@@ -187,6 +187,19 @@ void fromJson(const JsonItem& item, HIDMapping& state) {
   readHIDMapping(item, state);
 }
 
+JsonValue toJson(const LaunchState& state) {
+  JsonValue::Object members;
+  if (state.isEnabled) members.push_back({"enabled", {*state.isEnabled}});
+  return {std::move(members)};
+}
+
+void fromJson(const JsonItem& item, LaunchState& state) {
+  state.isEnabled.reset();
+  auto section = item.section();
+  if (section.find("enabled")) section.read("enabled", state.isEnabled.emplace());
+  section.finish();
+}
+
 JsonValue toJson(const SeedState& state) {
   return {JsonValue::Object{{"seeded", {state.isSeeded}}}};
 }

@@ -36,6 +36,13 @@ struct SeedState {
   bool operator==(const SeedState&) const = default;
 };
 
+/// What the launch-agent tool was told last; nothing when it never was.
+struct LaunchState {
+  std::optional<bool> isEnabled;
+
+  bool operator==(const LaunchState&) const = default;
+};
+
 JsonValue toJson(const MonitorState& state);
 void fromJson(const JsonItem& item, MonitorState& state);
 
@@ -51,6 +58,9 @@ void fromJson(const JsonItem& item, Point& state);
 
 JsonValue toJson(const HIDMapping& state);
 void fromJson(const JsonItem& item, HIDMapping& state);
+
+JsonValue toJson(const LaunchState& state);
+void fromJson(const JsonItem& item, LaunchState& state);
 
 JsonValue toJson(const SeedState& state);
 void fromJson(const JsonItem& item, SeedState& state);

@@ -1,5 +1,7 @@
 #include "Machines/Desk/JsonProperty.h"
 
+#include "Machines/Common/TaggedProperty.h"
+
 namespace brivane {
 namespace {
 
@@ -34,7 +36,7 @@ struct PropertyMaker {
     return {propertyArray(value, isComplete)};
   }
   PropertyValue operator()(const JsonValue::Object& value) const {
-    return {propertyDictionary(value, isComplete)};
+    return untagged(propertyDictionary(value, isComplete));
   }
   PropertyValue operator()(std::nullptr_t) const { return refused(); }
   PropertyValue operator()(std::uint64_t) const { return refused(); }

@@ -11,7 +11,9 @@ void StandardErrorLog::write(std::string_view line) {
 }
 
 void DeskLog::write(std::string_view line) {
-  if (!faults.strikes("SystemLog.write")) target.write(line);
+  if (faults.strikes("SystemLog.write")) return;
+  target.write(line);
+  tracer.note([&] { return "log " + std::string(line); });
 }
 
 }  // namespace brivane

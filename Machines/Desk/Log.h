@@ -14,13 +14,15 @@ class StandardErrorLog : public SystemLog {
 /// The seam: a log whose lines can be made to get lost.
 class DeskLog : public SystemLog {
  public:
-  DeskLog(SystemLog& systemLog, Faults& machineFaults) : target(systemLog), faults(machineFaults) {}
+  DeskLog(SystemLog& systemLog, Faults& machineFaults, const Tracer& hardwareTracer)
+      : target(systemLog), faults(machineFaults), tracer(hardwareTracer) {}
 
   void write(std::string_view line) override;
 
  private:
   SystemLog& target;
   Faults& faults;
+  const Tracer& tracer;
 };
 
 }  // namespace brivane

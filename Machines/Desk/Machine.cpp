@@ -2,29 +2,54 @@
 
 namespace brivane {
 
-bool DeskAccessibility::isTrusted() {
-  return !faults.strikes("AccessibilityAccess.isTrusted") && isGranted;
-}
-
-bool DeskAccessibility::requestTrust() {
-  return !faults.strikes("AccessibilityAccess.requestTrust") && isGranted;
-}
-
 DeskMachine::DeskMachine(std::unique_ptr<Runtime> machineRuntime,
                          std::unique_ptr<SystemLog> systemLog,
-                         std::shared_ptr<DeskHardware> deskHardware)
+                         std::shared_ptr<DeskHardware> deskHardware, const DeskProcess& process)
     : targetLog(std::move(systemLog)),
-      faults(std::make_shared<Faults>(deskHardware->description().faults)),
       sharedHardware(std::move(deskHardware)),
-      ownLog(*targetLog, *faults),
+      faults(std::make_shared<Faults>(sharedHardware->description().faults,
+                                      sharedHardware->sharedTracer())),
+      ownLog(*targetLog, *faults, sharedHardware->tracer()),
       ownDisplays(*sharedHardware, *faults),
-      ownRegistry(sharedHardware->description(), faults),
+      ownRegistry(*sharedHardware, faults),
       ownGammaTables(*sharedHardware, *faults),
-      ownAccessibility(sharedHardware->description().isAccessibilityGranted, *faults),
+      ownAccessibility(*sharedHardware, *faults),
       ownProcesses(*sharedHardware, *faults),
-      ownApplications(sharedHardware->description(), *faults),
+      ownApplications(*sharedHardware, *faults),
       ownSymbols(*sharedHardware, *faults, *machineRuntime),
+      ownHotkeys(*sharedHardware, *faults),
+      ownEventTaps(*sharedHardware, faults),
+      ownKeyboard(*sharedHardware, *faults, *machineRuntime),
+      ownNotifications(*sharedHardware, *faults, *machineRuntime, process.usesSignals),
+      ownSession(*sharedHardware, *faults),
+      ownResources(sharedHardware->description(), *faults, process.resources),
       ownRuntime(std::move(machineRuntime)),
-      ownDefaults(sharedHardware->openDomain("com.quorrel.brivane"), *faults, *targetLog) {}
+      ownDefaults(sharedHardware->openDomain("com.quorrel.brivane"), *faults, ownLog,
+                  sharedHardware->tracer()) {}
+
+DeskMachine::~DeskMachine() {
+  // What waits for signals is a task, and the Runtime waits for its tasks.
+  ownNotifications.end();
+}
+
+std::unique_ptr<DefaultsSuite> DeskMachine::openDefaultsSuite(const std::string& name) {
+  if (faults->strikes("ResidentMachine.openDefaultsSuite")) return nullptr;
+  // A program's own domain is no suite to it.
+  if (name == sharedHardware->description().bundleIdentifier) return nullptr;
+  return std::make_unique<DeskDefaultsSuite>(*sharedHardware, *faults);
+}
+
+void DeskMachine::setCallTrace(Faults::CallTrace callTrace) {
+  faults->setCallTrace(std::move(callTrace));
+}
+
+void DeskMachine::kill() {
+  faults->failAlways();
+  ownNotifications.end();
+  ownHotkeys.releaseAll();
+  ownEventTaps.releaseAll();
+  ownApplications.end();
+  sharedHardware->tracer().note([] { return std::string("program killed"); });
+}
 
 }  // namespace brivane

@@ -1,38 +1,46 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
 #include <memory>
+#include <string_view>
 
-#include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+#include "Machines/Desk/Accessibility.h"
+#include "Machines/Desk/Applications.h"
 #include "Machines/Desk/Bus.h"
 #include "Machines/Desk/Defaults.h"
+#include "Machines/Desk/DefaultsSuite.h"
 #include "Machines/Desk/DeskHardware.h"
 #include "Machines/Desk/Displays.h"
+#include "Machines/Desk/EventTaps.h"
 #include "Machines/Desk/Faults.h"
 #include "Machines/Desk/Gamma.h"
+#include "Machines/Desk/Hotkeys.h"
+#include "Machines/Desk/Keyboard.h"
 #include "Machines/Desk/Log.h"
+#include "Machines/Desk/Notifications.h"
 #include "Machines/Desk/Processes.h"
 #include "Machines/Desk/Registry.h"
+#include "Machines/Desk/Resources.h"
+#include "Machines/Desk/Session.h"
 
 namespace brivane {
 
-class DeskAccessibility : public AccessibilityAccess {
- public:
-  DeskAccessibility(bool granted, Faults& machineFaults)
-      : isGranted(granted), faults(machineFaults) {}
-
-  bool isTrusted() override;
-  bool requestTrust() override;
-
- private:
-  const bool isGranted;
-  Faults& faults;
+/// What the real process gives a program on a desk.
+struct DeskProcess {
+  /// Whether the process's signals ask the program to end. Only for Runtimes of real time.
+  bool usesSignals = false;
+  /// Where the resource bundles lie; there are none in an empty path.
+  std::filesystem::path resources;
 };
 
 /// One program's view of a desk. Several machines may share one hardware.
-class DeskMachine : public Machine {
+class DeskMachine : public ResidentMachine {
  public:
   DeskMachine(std::unique_ptr<Runtime> machineRuntime, std::unique_ptr<SystemLog> systemLog,
-              std::shared_ptr<DeskHardware> deskHardware);
+              std::shared_ptr<DeskHardware> deskHardware, const DeskProcess& process = {});
+  ~DeskMachine() override;
 
   Runtime& runtime() override { return *ownRuntime; }
   DisplaySystem& displays() override { return ownDisplays; }
@@ -40,19 +48,35 @@ class DeskMachine : public Machine {
   SymbolLoader& symbols() override { return ownSymbols; }
   GammaTables& gammaTables() override { return ownGammaTables; }
   UserDefaults& defaults() override { return ownDefaults; }
-  AccessibilityAccess& accessibility() override { return ownAccessibility; }
+  DeskAccessibility& accessibility() override { return ownAccessibility; }
   ProcessRunner& processes() override { return ownProcesses; }
   Applications& applications() override { return ownApplications; }
   SystemLog& log() override { return ownLog; }
+  HotkeyPort& hotkeys() override { return ownHotkeys; }
+  EventTapPort& eventTaps() override { return ownEventTaps; }
+  DeskKeyboard& keyboard() override { return ownKeyboard; }
+  DeskNotifications& notifications() override { return ownNotifications; }
+  DeskSession& session() override { return ownSession; }
+  Resources& resources() override { return ownResources; }
+  std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
+  ResidentMachine* resident() override { return this; }
 
   DeskHardware& hardware() { return *sharedHardware; }
+
+  /// Called for every call of a seam, with its name ("GammaTables.writeTable") and whether it is
+  /// made to fail; on the calling thread. For before the first call. Null: nobody listens.
+  void setCallTrace(Faults::CallTrace callTrace);
+
+  /// Ends the program as a signal does that can't be caught: whatever its objects still do fails
+  /// and reaches nothing. They may be destroyed at leisure, the machine last. Main thread.
+  void kill();
 
  private:
   // The settings end before the Runtime, whose clock they wait by; everything that a task on
   // another queue may use ends after it.
   const std::unique_ptr<SystemLog> targetLog;
-  const std::shared_ptr<Faults> faults;
   const std::shared_ptr<DeskHardware> sharedHardware;
+  const std::shared_ptr<Faults> faults;
   DeskLog ownLog;
   DeskDisplays ownDisplays;
   DeskRegistry ownRegistry;
@@ -61,6 +85,12 @@ class DeskMachine : public Machine {
   DeskProcesses ownProcesses;
   DeskApplications ownApplications;
   DeskSymbols ownSymbols;
+  DeskHotkeys ownHotkeys;
+  DeskEventTaps ownEventTaps;
+  DeskKeyboard ownKeyboard;
+  DeskNotifications ownNotifications;
+  DeskSession ownSession;
+  DeskResources ownResources;
   const std::unique_ptr<Runtime> ownRuntime;
   DeskDefaults ownDefaults;
 };

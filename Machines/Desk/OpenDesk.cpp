@@ -1,5 +1,6 @@
 #include "Machines/Desk/OpenDesk.h"
 
+#include "Machines/Common/ResourceFolder.h"
 #include "Machines/Common/ThreadRuntime.h"
 #include "Machines/Desk/DeskFile.h"
 #include "Machines/Desk/Log.h"
@@ -17,7 +18,8 @@ std::variant<std::unique_ptr<DeskMachine>, std::string> openDesk(
   auto hardware =
       std::make_shared<DeskHardware>(std::get<DeskDescription>(std::move(read)),
                                      std::make_unique<StateFolder>(folder, *runtime, *log));
-  return std::make_unique<DeskMachine>(std::move(runtime), std::move(log), std::move(hardware));
+  return std::make_unique<DeskMachine>(std::move(runtime), std::move(log), std::move(hardware),
+                                       DeskProcess{true, resourceFolder()});
 }
 
 }  // namespace brivane

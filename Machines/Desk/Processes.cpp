@@ -1,45 +1,57 @@
 #include "Machines/Desk/Processes.h"
 
-#include <unistd.h>
-
 #include "Machines/Desk/HIDUtil.h"
+#include "Machines/Desk/LaunchControl.h"
 
 namespace brivane {
+namespace {
+
+using Tool = FinishedProcess (*)(const std::vector<std::string>& arguments, DeskHardware& hardware);
+
+ProcessResult runPresent(ToolPresence presence, Tool tool,
+                         const std::vector<std::string>& arguments, DeskHardware& hardware) {
+  switch (presence) {
+    case ToolPresence::present:
+      return tool(arguments, hardware);
+    case ToolPresence::refusing:
+      return FinishedProcess{1, ""};
+    case ToolPresence::missing:
+      break;
+  }
+  return ProcessNotStarted{"No such file or directory"};
+}
+
+std::string tracedRun(const std::string& executable, const std::vector<std::string>& arguments,
+                      const ProcessResult& result) {
+  std::string line = "run " + executable;
+  for (const auto& argument : arguments) line += " " + argument;
+  const auto* const finished = std::get_if<FinishedProcess>(&result);
+  return line + (finished == nullptr ? ", not started"
+                                     : ", status " + std::to_string(finished->exitStatus));
+}
+
+}  // namespace
 
 ProcessResult DeskProcesses::run(const std::string& executable,
                                  const std::vector<std::string>& arguments) {
   if (faults.strikes("ProcessRunner.run")) {
     return ProcessNotStarted{"Resource temporarily unavailable"};
   }
-  const auto presence = hardware.description().hidUtil;
-  if (executable != "/usr/bin/hidutil" || presence == HIDUtilPresence::missing) {
-    return ProcessNotStarted{"No such file or directory"};
+  auto result = runTool(executable, arguments);
+  hardware.tracer().note([&] { return tracedRun(executable, arguments, result); });
+  return result;
+}
+
+ProcessResult DeskProcesses::runTool(const std::string& executable,
+                                     const std::vector<std::string>& arguments) {
+  const auto& desk = hardware.description();
+  if (executable == "/usr/bin/hidutil") {
+    return runPresent(desk.hidUtil, runHIDUtil, arguments, hardware);
   }
-  if (presence == HIDUtilPresence::refusing) return FinishedProcess{1, ""};
-  return runHIDUtil(arguments, hardware);
-}
-
-std::optional<std::string> DeskApplications::bundleIdentifier() {
-  if (faults.strikes("Applications.bundleIdentifier")) return std::nullopt;
-  return desk.bundleIdentifier;
-}
-
-std::vector<ProcessID> DeskApplications::runningApplications(const std::string& bundleIdentifier) {
-  if (faults.strikes("Applications.runningApplications")) return {};
-  std::vector<ProcessID> running;
-  for (const auto& application : desk.applications) {
-    if (application.bundleIdentifier == bundleIdentifier) running.push_back(application.processID);
+  if (executable == "/bin/launchctl") {
+    return runPresent(desk.launchControl, runLaunchControl, arguments, hardware);
   }
-  if (isAnnounced && bundleIdentifier == desk.bundleIdentifier) running.push_back(ownProcessID());
-  return running;
-}
-
-ProcessID DeskApplications::ownProcessID() {
-  return ::getpid();
-}
-
-bool DeskApplications::announce() {
-  return isAnnounced = true;
+  return ProcessNotStarted{"No such file or directory"};
 }
 
 }  // namespace brivane

@@ -144,7 +144,8 @@ class TreeBuilder {
 std::unique_ptr<RegistryIterator> DeskRegistry::allServices() {
   if (faults->strikes("IORegistry.allServices")) return nullptr;
   TreeBuilder builder(faults);
-  for (const auto& display : desk.displays) builder.addDisplay(display);
+  const auto displays = hardware.displays();
+  for (const auto& display : *displays) builder.addDisplay(display);
   return std::make_unique<DeskIterator>(std::move(builder.entries), faults);
 }
 

@@ -9,9 +9,36 @@ namespace {
 
 constexpr std::size_t mostEntries = 1000;
 constexpr std::int64_t highestOccurrence = 1'000'000'000;
+constexpr std::int64_t highestKeyCode = 127;
+constexpr std::int64_t allModifiers = 256 + 512 + 2048 + 4096;
+constexpr double shortestRepeat = 0.001;
+constexpr double longestRepeat = 60;
+constexpr double latestModification = 1e12;
 
 template <typename Choice>
 using Choices = std::vector<std::pair<std::string_view, Choice>>;
+
+void readOptional(const JsonItem& item, std::optional<std::string>& text) {
+  text.reset();
+  if (!item.isNull()) item.to(text.emplace());
+}
+
+const Choices<ToolPresence>& toolPresences() {
+  static const Choices<ToolPresence> choices = {{"present", ToolPresence::present},
+                                                {"missing", ToolPresence::missing},
+                                                {"refusing", ToolPresence::refusing}};
+  return choices;
+}
+
+void readHotkeys(const JsonItem& item, std::vector<KeyCombination>& hotkeys) {
+  for (const auto& element : item.elements(0, mostEntries)) {
+    auto section = element.section();
+    auto& combination = hotkeys.emplace_back();
+    section.require("keyCode", combination.keyCode, 0, highestKeyCode);
+    section.read("modifiers", combination.modifiers, 0, allModifiers);
+    section.finish();
+  }
+}
 
 void readApplications(const JsonItem& item, std::vector<RunningApplication>& applications) {
   for (const auto& element : item.elements(0, mostEntries)) {
@@ -20,6 +47,7 @@ void readApplications(const JsonItem& item, std::vector<RunningApplication>& app
     section.require("bundleIdentifier", application.bundleIdentifier);
     application.processID = static_cast<ProcessID>(1000 + applications.size());
     section.read("processID", application.processID, 1, std::numeric_limits<ProcessID>::max());
+    if (const auto hotkeys = section.find("hotkeys")) readHotkeys(*hotkeys, application.hotkeys);
     section.finish();
   }
 }
@@ -45,20 +73,44 @@ void readGrants(const JsonItem& item, DeskDescription& desk) {
   section.finish();
 }
 
-void readKeyboard(const JsonItem& item, DeskDescription& desk) {
+void readKeyboard(const JsonItem& item, KeyboardDescription& keyboard) {
   auto section = item.section();
-  section.read("layout", desk.keyboardLayout,
+  section.read("layout", keyboard.layout,
                Choices<KeyboardLayout>{{"us", KeyboardLayout::us},
                                        {"german", KeyboardLayout::german},
                                        {"french", KeyboardLayout::french},
                                        {"none", KeyboardLayout::none}});
+  section.read("brightnessUsages", keyboard.brightnessUsages,
+               Choices<BrightnessUsages>{{"consumer", BrightnessUsages::consumer},
+                                         {"topCase", BrightnessUsages::topCase},
+                                         {"vendor", BrightnessUsages::vendor}});
+  section.read("repeatDelaySeconds", keyboard.repeatDelaySeconds, shortestRepeat, longestRepeat);
+  section.read("repeatPeriodSeconds", keyboard.repeatPeriodSeconds, shortestRepeat, longestRepeat);
   section.finish();
 }
 
-void readLaunchAgent(const JsonItem& item, DeskDescription& desk) {
+void readLaunchAgent(const JsonItem& item, LaunchAgentDescription& agent) {
   auto section = item.section();
-  section.read("installed", desk.launchAgent.isInstalled);
-  section.read("enabled", desk.launchAgent.isEnabled);
+  section.read("installed", agent.isInstalled);
+  section.read("enabled", agent.isEnabled);
+  section.finish();
+  agent.fingerprint = item.fingerprint();
+}
+
+void readTexts(const JsonItem& item, std::vector<std::string>& texts) {
+  for (const auto& element : item.elements(0, mostEntries)) element.to(texts.emplace_back());
+}
+
+void readProgram(const JsonItem& item, ProgramDescription& program) {
+  auto section = item.section();
+  if (const auto path = section.find("executable")) readOptional(*path, program.executablePath);
+  if (const auto modified = section.find("modified")) {
+    program.modificationSeconds.reset();
+    if (!modified->isNull()) {
+      modified->to(program.modificationSeconds.emplace(), 0, latestModification);
+    }
+  }
+  if (const auto list = section.find("arguments")) readTexts(*list, program.arguments.emplace());
   section.finish();
 }
 
@@ -109,11 +161,6 @@ void readFaults(const JsonItem& item, FaultPlan& plan) {
   section.finish();
 }
 
-void readBundleIdentifier(const JsonItem& item, std::optional<std::string>& identifier) {
-  identifier.reset();
-  if (!item.isNull()) item.to(identifier.emplace());
-}
-
 }  // namespace
 
 void readHIDMapping(const JsonItem& item, HIDMapping& mapping) {
@@ -132,21 +179,26 @@ void readSystem(JsonSection& section, DeskDescription& desk) {
     readHIDMapping(*mapping, desk.hidMapping);
     desk.hidMappingFingerprint = mapping->fingerprint();
   }
-  section.read("hidutil", desk.hidUtil,
-               Choices<HIDUtilPresence>{{"present", HIDUtilPresence::present},
-                                        {"missing", HIDUtilPresence::missing},
-                                        {"refusing", HIDUtilPresence::refusing}});
+  section.read("hidutil", desk.hidUtil, toolPresences());
+  section.read("launchctl", desk.launchControl, toolPresences());
   if (const auto grants = section.find("grants")) readGrants(*grants, desk);
   if (const auto identifier = section.find("bundleIdentifier")) {
-    readBundleIdentifier(*identifier, desk.bundleIdentifier);
+    readOptional(*identifier, desk.bundleIdentifier);
   }
   if (const auto list = section.find("applications")) readApplications(*list, desk.applications);
   if (const auto defaults = section.find("defaults")) readDefaults(*defaults, desk);
   section.read("language", desk.language);
-  section.read("appearance", desk.appearance,
-               Choices<Appearance>{{"light", Appearance::light}, {"dark", Appearance::dark}});
-  if (const auto keyboard = section.find("keyboard")) readKeyboard(*keyboard, desk);
-  if (const auto agent = section.find("launchAgent")) readLaunchAgent(*agent, desk);
+  section.read(
+      "appearance", desk.appearance,
+      Choices<DeskAppearance>{{"light", DeskAppearance::light}, {"dark", DeskAppearance::dark}});
+  if (const auto keyboard = section.find("keyboard")) readKeyboard(*keyboard, desk.keyboard);
+  if (const auto agent = section.find("launchAgent")) readLaunchAgent(*agent, desk.launchAgent);
+  if (const auto program = section.find("program")) readProgram(*program, desk.program);
+  if (const auto missing = section.find("missingResources")) {
+    std::vector<std::string> names;
+    readTexts(*missing, names);
+    desk.missingResources = {names.begin(), names.end()};
+  }
   if (const auto libraries = section.find("libraries")) readLibraries(*libraries, desk);
   if (const auto faults = section.find("faults")) readFaults(*faults, desk.faults);
 }

@@ -91,6 +91,10 @@ void VirtualRuntime::sleep(Microseconds duration) {
   yield(lock, self);
 }
 
+bool VirtualRuntime::isMainThread() const {
+  return std::this_thread::get_id() == mainThread;
+}
+
 void VirtualRuntime::async(Task task) {
   const Lock lock(mutex);
   give(mainActor(), std::move(task));

@@ -10,6 +10,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "BrivaneCore/Seams/Runtime.h"
@@ -33,6 +34,7 @@ class VirtualRuntime : public Runtime {
 
   Instant now() const override;
   void sleep(Microseconds duration) override;
+  bool isMainThread() const override;
   void async(Task task) override;
   TimerID after(Microseconds delay, Task task) override;
   TimerID every(Microseconds period, Task task) override;
@@ -102,6 +104,7 @@ class VirtualRuntime : public Runtime {
   bool someoneElseIsBusy() const;
   Actor& mainActor() const { return *actors.front(); }
 
+  const std::thread::id mainThread = std::this_thread::get_id();
   mutable std::mutex mutex;
   Instant time{};
   std::uint64_t nextSequence = 1;

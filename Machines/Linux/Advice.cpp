@@ -3,7 +3,7 @@
 namespace brivane {
 namespace {
 
-std::string displayRemedy(const Session& session) {
+std::string displayRemedy(const GraphicsSession& session) {
   if (session.hasDisplayName) {
     return "check DISPLAY and XAUTHORITY, and that it is your own session's server";
   }
@@ -14,7 +14,7 @@ std::string displayRemedy(const Session& session) {
 
 }  // namespace
 
-std::optional<std::string> adviceFor(const Session& session, const Findings& findings) {
+std::optional<std::string> adviceFor(const GraphicsSession& session, const Findings& findings) {
   if (session.displayProblem) {
     return "Brivane sees no displays because " + *session.displayProblem + ": " +
            displayRemedy(session) + ".";

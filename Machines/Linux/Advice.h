@@ -8,7 +8,7 @@
 namespace brivane {
 
 /// What a session says about its window system.
-struct Session {
+struct GraphicsSession {
   /// Why no X server could be asked, as a clause without a full stop; nothing when none was needed
   /// or all is well.
   std::optional<std::string> displayProblem;
@@ -20,6 +20,6 @@ struct Session {
 
 /// One line for the user: the most important thing that is missing, and what to do about it.
 /// Nothing when nothing is missing.
-std::optional<std::string> adviceFor(const Session& session, const Findings& findings);
+std::optional<std::string> adviceFor(const GraphicsSession& session, const Findings& findings);
 
 }  // namespace brivane

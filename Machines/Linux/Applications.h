@@ -4,13 +4,11 @@
 #include <optional>
 
 #include "BrivaneCore/Seams/Applications.h"
-#include "Machines/Linux/FileDescriptor.h"
+#include "Machines/Common/AnnouncedProcess.h"
 
 namespace brivane {
 
-/// The one resident program of a user, told by a lock on a file: the system knows the lock's
-/// holder, and lets go of the lock however the holder ends. One object per process: the system
-/// drops a process's lock when any of its open files of that name is closed.
+/// The one resident program of a user. One object per process, see `AnnouncedProcess`.
 class LinuxApplications : public Applications {
  public:
   /// Without a folder nobody can announce himself and nobody is found.
@@ -25,9 +23,8 @@ class LinuxApplications : public Applications {
   bool announce() override;
 
  private:
-  const std::optional<std::filesystem::path> lockFile;
-  /// Open while this process is announced.
-  FileDescriptor ownLock;
+  const std::optional<std::filesystem::path> folder;
+  std::optional<AnnouncedProcess> announced;
 };
 
 }  // namespace brivane

@@ -19,7 +19,7 @@
 #include <utility>
 #include <vector>
 
-#include "Machines/Linux/FileDescriptor.h"
+#include "Machines/Common/FileDescriptor.h"
 #include "Machines/Linux/Registry.h"
 #include "Machines/Linux/Sysfs.h"
 

@@ -8,7 +8,7 @@
 #include <charconv>
 
 #include "BrivaneCore/Support/Numbers.h"
-#include "Machines/Linux/FileDescriptor.h"
+#include "Machines/Common/FileDescriptor.h"
 
 namespace brivane {
 

@@ -32,7 +32,9 @@ TEST_F(UserDefaultsConformance, EveryKindComesBackAsItWasStored) {
        {PropertyValue{true}, PropertyValue{false}, PropertyValue{std::int64_t{0}},
         PropertyValue{std::int64_t{-40}}, PropertyValue{0.25}, PropertyValue{std::string("ä 名")},
         PropertyValue{PropertyValue::Array{{std::int64_t{1}}}},
-        PropertyValue{PropertyValue::Dictionary{{"inner", {true}}}}}) {
+        PropertyValue{PropertyValue::Dictionary{{"inner", {true}}}},
+        PropertyValue{PropertyValue::Date{776995200.5}},
+        PropertyValue{PropertyValue::Data{{0x00, 0x0A, 0xFF}}}}) {
     machine.defaults().set(key, value);
     EXPECT_EQ(machine.defaults().object(key), value);
   }

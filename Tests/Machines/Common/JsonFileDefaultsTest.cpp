@@ -68,12 +68,24 @@ TEST_F(JsonFileDefaultsTest, EveryKindOfValueComesBackAsItWasStored) {
       {"text", {std::string("ä \" \\ 名")}},
       {"list", {PropertyValue::Array{{std::int64_t{1}}, {std::string("two")}}}},
       {"map", {PropertyValue::Dictionary{{"inner", {false}}}}},
+      {"date", {PropertyValue::Date{776995200.25}}},
+      {"earlyDate", {PropertyValue::Date{-1}}},
+      {"data", {PropertyValue::Data{{0x00, 0x0A, 0xFF}}}},
+      {"noData", {PropertyValue::Data{}}},
+      {"deepDate", {PropertyValue::Array{{PropertyValue::Date{1}}}}},
+      {"likeADate", {PropertyValue::Dictionary{{"$date", {7.0}}}}},
+      {"likeATag", {PropertyValue::Dictionary{{"$$data", {std::string("0a")}}}}},
   };
   {
     auto defaults = open();
     for (const auto& [key, value] : values) defaults.set(key, value);
   }
   EXPECT_EQ(open().contents(), values);
+}
+
+TEST_F(JsonFileDefaultsTest, SettingsMayHaveKeysThatLookLikeADate) {
+  open().set("$date", {std::int64_t{5}});
+  EXPECT_EQ(open().contents(), (PropertyValue::Dictionary{{"$date", {std::int64_t{5}}}}));
 }
 
 TEST_F(JsonFileDefaultsTest, ARemovedKeyIsAbsentAndTheOthersStay) {

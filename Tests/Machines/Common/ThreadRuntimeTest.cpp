@@ -46,6 +46,26 @@ TEST_F(ThreadRuntimeTest, MainTasksRunInTheirOrderOnTheThreadThatRuns) {
   EXPECT_THAT(notes, ElementsAre("first", "second"));
 }
 
+TEST_F(ThreadRuntimeTest, TheThreadThatRunsIsTheMainThread) {
+  EXPECT_TRUE(runtime.isMainThread());
+  const auto queue = runtime.makeSerialQueue("work", QueueQuality::utility);
+  bool onQueue = true;
+  bool inTask = false;
+  std::thread([&] {
+    queue->async([&] {
+      onQueue = runtime.isMainThread();
+      runtime.async([&] {
+        inTask = runtime.isMainThread();
+        runtime.stop();
+      });
+    });
+    runtime.run();
+  }).join();
+  EXPECT_FALSE(onQueue);
+  EXPECT_TRUE(inTask);
+  EXPECT_FALSE(runtime.isMainThread());
+}
+
 TEST_F(ThreadRuntimeTest, TimersFireInTheOrderOfTheirDeadlinesAndNotEarly) {
   const Instant start = runtime.now();
   runtime.after(milliseconds(20), [&] {

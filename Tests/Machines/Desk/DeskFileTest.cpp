@@ -199,11 +199,16 @@ TEST(DeskFile, OfNothingIsADeskWithoutDisplays) {
   EXPECT_EQ(desk.pointer, (Point{0, 0}));
   EXPECT_EQ(desk.bundleIdentifier, "com.quorrel.brivane");
   EXPECT_TRUE(desk.isAccessibilityGranted);
-  EXPECT_EQ(desk.hidUtil, HIDUtilPresence::present);
+  EXPECT_EQ(desk.hidUtil, ToolPresence::present);
   EXPECT_FALSE(desk.tallowinDefaults.has_value());
   EXPECT_EQ(desk.language, "en");
-  EXPECT_EQ(desk.appearance, Appearance::light);
-  EXPECT_EQ(desk.keyboardLayout, KeyboardLayout::us);
+  EXPECT_EQ(desk.appearance, DeskAppearance::light);
+  EXPECT_EQ(desk.keyboard.layout, KeyboardLayout::us);
+  EXPECT_EQ(desk.keyboard.brightnessUsages, BrightnessUsages::consumer);
+  EXPECT_EQ(desk.keyboard.repeatDelaySeconds, 0.5);
+  EXPECT_EQ(desk.keyboard.repeatPeriodSeconds, 1.0 / 12);
+  EXPECT_EQ(desk.launchControl, ToolPresence::present);
+  EXPECT_THAT(desk.missingResources, IsEmpty());
   EXPECT_FALSE(desk.launchAgent.isInstalled);
 }
 
@@ -323,7 +328,7 @@ TEST(DeskFile, ReadsEveryKeyBesideTheDisplays) {
       "faults": {"GammaTables.writeTable": [2, 3], "SymbolLoader.find": [1]}})");
   EXPECT_EQ(desk.pointer, (Point{-3, 4.5}));
   EXPECT_THAT(desk.hidMapping, ElementsAre(HIDMappingEntry{30064771129u, 18446744073709551615u}));
-  EXPECT_EQ(desk.hidUtil, HIDUtilPresence::refusing);
+  EXPECT_EQ(desk.hidUtil, ToolPresence::refusing);
   EXPECT_FALSE(desk.isAccessibilityGranted);
   EXPECT_EQ(desk.bundleIdentifier, std::nullopt);
   EXPECT_EQ(desk.applications.at(0).processID, 4242);
@@ -332,8 +337,8 @@ TEST(DeskFile, ReadsEveryKeyBesideTheDisplays) {
                 {"ddc.1.2.3", {true}}, {"brightness.1.2.3", {std::int64_t{40}}}, {"x", {0.5}}}));
   EXPECT_TRUE(desk.tallowinDefaults.has_value());
   EXPECT_EQ(desk.language, "de");
-  EXPECT_EQ(desk.appearance, Appearance::dark);
-  EXPECT_EQ(desk.keyboardLayout, KeyboardLayout::german);
+  EXPECT_EQ(desk.appearance, DeskAppearance::dark);
+  EXPECT_EQ(desk.keyboard.layout, KeyboardLayout::german);
   EXPECT_TRUE(desk.launchAgent.isInstalled);
   EXPECT_FALSE(desk.launchAgent.isEnabled);
   EXPECT_FALSE(desk.ioKit.canBeOpened);
@@ -447,6 +452,27 @@ TEST(DeskFile, ThatComesWithTheProgramHasScreensThatShareNoPoint) {
       EXPECT_TRUE(isApart) << left.name << ", " << right.name;
     }
   }
+}
+
+TEST(DeskFile, SaysWhatTheResidentProgramMeets) {
+  const auto desk = parsed(R"({
+      "keyboard": {"layout": "french", "brightnessUsages": "vendor", "repeatDelaySeconds": 0.25,
+                   "repeatPeriodSeconds": 0.03},
+      "applications": [{"bundleIdentifier": "a", "hotkeys": [{"keyCode": 126, "modifiers": 6144},
+                                                             {"keyCode": 1}]}],
+      "launchctl": "missing", "missingResources": ["A.bundle"],
+      "program": {"executable": "/x", "modified": 5, "arguments": ["y", "z"]}})");
+  EXPECT_EQ(desk.keyboard.layout, KeyboardLayout::french);
+  EXPECT_EQ(desk.keyboard.brightnessUsages, BrightnessUsages::vendor);
+  EXPECT_EQ(desk.keyboard.repeatDelaySeconds, 0.25);
+  EXPECT_EQ(desk.keyboard.repeatPeriodSeconds, 0.03);
+  EXPECT_THAT(desk.applications.at(0).hotkeys,
+              ElementsAre(KeyCombination{126, 6144}, KeyCombination{1, 0}));
+  EXPECT_EQ(desk.launchControl, ToolPresence::missing);
+  EXPECT_THAT(desk.missingResources, ElementsAre("A.bundle"));
+  EXPECT_EQ(desk.program.executablePath, "/x");
+  EXPECT_EQ(desk.program.modificationSeconds, 5);
+  EXPECT_EQ(desk.program.arguments, (std::vector<std::string>{"y", "z"}));
 }
 
 }  // namespace

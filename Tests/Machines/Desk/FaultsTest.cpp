@@ -127,6 +127,111 @@ bool removeFails(DeskMachine& machine) {
   return staysInProgram(machine, std::nullopt);
 }
 
+// Keyboard
+
+constexpr HotkeyID hotkey = {1, 2};
+
+/// Whether a press of F13 is somebody's hotkey, and nothing is left behind.
+bool isTaken(DeskMachine& machine) {
+  bool isUnclaimed = false;
+  machine.keyboard().onUnclaimedKey = [&](const UnclaimedKey&) { isUnclaimed = true; };
+  machine.keyboard().pressKey(105);
+  machine.keyboard().releaseKey(105);
+  machine.keyboard().onUnclaimedKey = nullptr;
+  return !isUnclaimed;
+}
+
+bool installHandlerFails(DeskMachine& machine) {
+  return !machine.hotkeys().installHandler([](HotkeyEvent, HotkeyID) {});
+}
+
+bool removeHandlerFails(DeskMachine& machine) {
+  int calls = 0;
+  machine.hotkeys().installHandler([&](HotkeyEvent, HotkeyID) { ++calls; });
+  const auto reference =
+      std::get<HotkeyReference>(machine.hotkeys().registerHotkey(105, 0, hotkey));
+  machine.hotkeys().removeHandler();
+  isTaken(machine);
+  machine.hotkeys().unregisterHotkey(reference);
+  return calls > 0;
+}
+
+bool registerHotkeyFails(DeskMachine& machine) {
+  const auto result = machine.hotkeys().registerHotkey(105, 0, hotkey);
+  const auto* const reference = std::get_if<HotkeyReference>(&result);
+  EXPECT_EQ(isTaken(machine), reference != nullptr);
+  if (reference != nullptr) machine.hotkeys().unregisterHotkey(*reference);
+  return reference == nullptr;
+}
+
+bool unregisterHotkeyFails(DeskMachine& machine) {
+  const auto reference =
+      std::get<HotkeyReference>(machine.hotkeys().registerHotkey(105, 0, hotkey));
+  machine.hotkeys().unregisterHotkey(reference);
+  const bool failed = isTaken(machine);
+  machine.hardware().input().hotkeys.remove(reference);
+  return failed;
+}
+
+bool createTapFails(DeskMachine& machine) {
+  return machine.eventTaps().createTap([](const TapEvent&) { return TapVerdict::passThrough; }) ==
+         nullptr;
+}
+
+bool setEnabledFails(DeskMachine& machine) {
+  int seen = 0;
+  const auto tap = machine.eventTaps().createTap([&](const TapEvent&) {
+    ++seen;
+    return TapVerdict::swallow;
+  });
+  tap->setEnabled(true);
+  machine.keyboard().pressBrightness(BrightnessKey::up);
+  machine.keyboard().releaseBrightness(BrightnessKey::up);
+  return seen == 0;
+}
+
+bool modifierFlagsFails(DeskMachine& machine) {
+  machine.keyboard().pressKey(56);
+  return machine.keyboard().modifierFlags() == 0;
+}
+
+bool isKeyDownFails(DeskMachine& machine) {
+  machine.keyboard().pressKey(105);
+  return !machine.keyboard().isKeyDown(105);
+}
+
+// Notifications
+
+using Observe = Observation (SystemNotifications::*)(Task handler);
+
+/// Whether whoever observes so hears nothing of what happens then.
+bool staysUnheard(DeskMachine& machine, Observe observe) {
+  int heard = 0;
+  const auto observation = (machine.notifications().*observe)([&] { ++heard; });
+  machine.hardware().announce(HardwareNotice::screenParameters);
+  machine.hardware().announce(HardwareNotice::didWake);
+  machine.hardware().announce(HardwareNotice::screensDidWake);
+  machine.notifications().askToEnd();
+  static_cast<VirtualRuntime&>(machine.runtime()).settle();
+  EXPECT_LE(heard, 1);
+  return heard == 0;
+}
+
+// Session
+
+constexpr auto program = "/Applications/Brivane.app/Contents/MacOS/Brivane";
+
+bool openURLFails(DeskMachine& machine) {
+  const auto before = machine.session().openedURLs().size();
+  machine.session().openURL("example:");
+  return machine.session().openedURLs().size() == before;
+}
+
+bool persistentDomainFails(DeskMachine& machine) {
+  return !machine.openDefaultsSuite("com.quorrel.tallowin")
+              ->persistentDomain("com.quorrel.tallowin");
+}
+
 const std::map<std::string_view, Call>& calls() {
   static const std::map<std::string_view, Call> all = {
       {"AVService.create", createFails},
@@ -135,10 +240,12 @@ const std::map<std::string_view, Call>& calls() {
       {"AccessibilityAccess.isTrusted", [](auto& m) { return !m.accessibility().isTrusted(); }},
       {"AccessibilityAccess.requestTrust",
        [](auto& m) { return !m.accessibility().requestTrust(); }},
+      {"Applications.announce", [](auto& m) { return !m.applications().announce(); }},
       {"Applications.bundleIdentifier",
        [](auto& m) { return !m.applications().bundleIdentifier(); }},
       {"Applications.runningApplications",
        [](auto& m) { return m.applications().runningApplications("org.example.other").empty(); }},
+      {"DefaultsSuite.persistentDomain", persistentDomainFails},
       {"DisplayServices.canChangeBrightness", canChangeBrightnessFails},
       {"DisplayServices.getBrightness", getBrightnessFails},
       {"DisplayServices.setBrightness", setBrightnessFails},
@@ -152,11 +259,20 @@ const std::map<std::string_view, Call>& calls() {
       {"DisplaySystem.pointerPosition",
        [](auto& m) { return m.displays().pointerPosition().x < -1e6; }},
       {"DisplaySystem.screens", [](auto& m) { return m.displays().screens().empty(); }},
+      {"EventTap.setEnabled", setEnabledFails},
+      {"EventTapPort.createTap", createTapFails},
       {"GammaTables.capacity", [](auto& m) { return m.gammaTables().capacity(1) == 0; }},
       {"GammaTables.readTable", readTableFails},
       {"GammaTables.restoreCalibratedTables", restoreFails},
       {"GammaTables.writeTable", writeTableFails},
+      {"HotkeyPort.installHandler", installHandlerFails},
+      {"HotkeyPort.registerHotkey", registerHotkeyFails},
+      {"HotkeyPort.removeHandler", removeHandlerFails},
+      {"HotkeyPort.unregisterHotkey", unregisterHotkeyFails},
       {"IORegistry.allServices", [](auto& m) { return m.ioRegistry().allServices() == nullptr; }},
+      {"Keyboard.baseCharacter", [](auto& m) { return !m.keyboard().baseCharacter(0); }},
+      {"Keyboard.isKeyDown", isKeyDownFails},
+      {"Keyboard.modifierFlags", modifierFlagsFails},
       {"ProcessRunner.run", runFails},
       {"RegistryEntry.className", [](auto& m) { return !second(m)->className(); }},
       {"RegistryEntry.name", [](auto& m) { return !second(m)->name(); }},
@@ -165,8 +281,27 @@ const std::map<std::string_view, Call>& calls() {
        [](auto& m) { return !entryOfClass(m, "DCPAVServiceProxy")->property("Location"); }},
       {"RegistryIterator.next",
        [](auto& m) { return m.ioRegistry().allServices()->next() == nullptr; }},
+      {"ResidentMachine.openDefaultsSuite",
+       [](auto& m) { return m.openDefaultsSuite("com.quorrel.tallowin") == nullptr; }},
+      {"Resources.preferredLanguages",
+       [](auto& m) { return m.resources().preferredLanguages().empty(); }},
+      {"Resources.read", [](auto& m) { return !m.resources().read("A.bundle", "file"); }},
+      {"Session.arguments", [](auto& m) { return m.session().arguments().empty(); }},
+      {"Session.executablePath", [](auto& m) { return !m.session().executablePath(); }},
+      {"Session.fileExists", [](auto& m) { return !m.session().fileExists(program); }},
+      {"Session.modificationSeconds",
+       [](auto& m) { return !m.session().modificationSeconds(program); }},
+      {"Session.openURL", openURLFails},
       {"SymbolLoader.find", findFails},
       {"SymbolLoader.open", [](auto& m) { return m.symbols().open(ioKit, lazyBinding) == 0; }},
+      {"SystemNotifications.observeDidWake",
+       [](auto& m) { return staysUnheard(m, &SystemNotifications::observeDidWake); }},
+      {"SystemNotifications.observeScreenParameters",
+       [](auto& m) { return staysUnheard(m, &SystemNotifications::observeScreenParameters); }},
+      {"SystemNotifications.observeScreensDidWake",
+       [](auto& m) { return staysUnheard(m, &SystemNotifications::observeScreensDidWake); }},
+      {"SystemNotifications.observeTermination",
+       [](auto& m) { return staysUnheard(m, &SystemNotifications::observeTermination); }},
       {"UserDefaults.object", [](auto& m) { return !m.defaults().object("stored"); }},
       {"UserDefaults.remove", removeFails},
       {"UserDefaults.set", setFails},
@@ -177,7 +312,8 @@ const std::map<std::string_view, Call>& calls() {
 std::string deskWith(const std::string& faults) {
   return R"({"displays": [{"identifier": 1, "builtIn": true, "serial": 5, "firmware": {}}],
              "applications": [{"bundleIdentifier": "org.example.other"}],
-             "defaults": {"com.quorrel.brivane": {"stored": 1}}, "faults": {)" +
+             "defaults": {"com.quorrel.brivane": {"stored": 1}, "com.quorrel.tallowin": {}},
+             "faults": {)" +
          faults + "}}";
 }
 
@@ -187,6 +323,8 @@ TEST_P(FaultsOfEachCall, StrikeAtTheSecondAndFourthCallAndAtNoOther) {
   const auto found = calls().find(GetParam());
   ASSERT_NE(found, calls().end()) << "this call has no test";
   TestDesk desk(deskWith("\"" + std::string(GetParam()) + "\": [2, 4]"));
+  std::filesystem::create_directory(desk.bundles / "A.bundle");
+  desk.bundles.write("A.bundle/file", "content");
   std::vector<bool> failed;
   for (int occurrence = 1; occurrence <= 5; ++occurrence) {
     failed.push_back(found->second(*desk.machine));
@@ -221,6 +359,25 @@ TEST(Faults, OfASettingAreSaidInTheLogAndEndWithTheNextChange) {
   desk.machine->defaults().set("key", {true});
   EXPECT_EQ(other->defaults().object("key"), PropertyValue{true});
   EXPECT_EQ(desk.machine->defaults().object("key"), PropertyValue{true});
+}
+
+TEST(Faults, AreTracedAndSoIsEveryCallWhenAskedFor) {
+  TestDesk desk(deskWith(R"("DisplaySystem.screens": [2])"));
+  const auto traced = desk.trace();
+  std::vector<std::string> made;
+  desk.machine->setCallTrace([&](std::string_view call, bool fails) {
+    made.push_back(std::string(call) + (fails ? " fails" : ""));
+  });
+  desk.machine->displays().screens();
+  desk.machine->gammaTables().capacity(1);
+  desk.machine->displays().screens();
+  EXPECT_THAT(made, ElementsAre("DisplaySystem.screens", "GammaTables.capacity",
+                                "DisplaySystem.screens fails"));
+  EXPECT_THAT(*traced, ElementsAre("fault DisplaySystem.screens"));
+}
+
+TEST(Faults, NamesAreSorted) {
+  EXPECT_TRUE(std::ranges::is_sorted(Faults::calls()));
 }
 
 TEST(Faults, AreCountedForEachProgram) {

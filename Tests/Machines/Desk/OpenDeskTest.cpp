@@ -3,6 +3,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <csignal>
+#include <utility>
+
 #include "Machines/Desk/OpenDesk.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -142,6 +146,87 @@ TEST_F(OpenDeskTest, ReadsAMonitorThatAnotherProcessAsked) {
   EXPECT_EQ(reply[1], 0x80) << "not ready: the clock is the same in both";
   machine->hardware().readI2C(1, 0x37, 0x51, reply, now + std::chrono::seconds(60));
   EXPECT_EQ(reply[9], 20);
+}
+
+/// Another process that announces itself on the desk and stays until it is killed.
+class AnnouncedChild {
+ public:
+  explicit AnnouncedChild(const std::filesystem::path& desk) {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(pipe(ends.data()), 0);
+    process = fork();
+    if (process == 0) {
+      const auto machine = std::get<std::unique_ptr<DeskMachine>>(openDesk(desk));
+      const char answer = machine->applications().announce() ? 'y' : 'n';
+      EXPECT_EQ(write(ends[1], &answer, 1), 1);
+      pause();
+      _exit(0);
+    }
+    char answer = 0;
+    EXPECT_EQ(read(ends[0], &answer, 1), 1);
+    EXPECT_EQ(answer, 'y');
+    for (const int end : ends) close(end);
+  }
+  ~AnnouncedChild() { end(); }
+
+  void end() {
+    if (process == 0) return;
+    kill(process, SIGKILL);
+    waitpid(std::exchange(process, 0), nullptr, 0);
+  }
+
+  pid_t process = 0;
+};
+
+TEST_F(OpenDeskTest, FindsAnotherProcessThatIsAnnouncedUntilItIsKilled) {
+  const auto machine = open("{}");
+  Applications& applications = machine->applications();
+  EXPECT_THAT(applications.runningApplications("com.quorrel.brivane"), IsEmpty());
+  AnnouncedChild child(folder / "desk.json");
+  EXPECT_THAT(applications.runningApplications("com.quorrel.brivane"), ElementsAre(child.process));
+  EXPECT_FALSE(applications.announce()) << "there can be one";
+  child.end();
+  EXPECT_THAT(applications.runningApplications("com.quorrel.brivane"), IsEmpty());
+  EXPECT_TRUE(applications.announce());
+  EXPECT_THAT(applications.runningApplications("com.quorrel.brivane"), ElementsAre(getpid()));
+}
+
+TEST_F(OpenDeskTest, FindsNobodyAnnouncedOnAnotherDesk) {
+  const AnnouncedChild child(write("{}"));
+  const auto other = std::get<std::unique_ptr<DeskMachine>>(openDesk(folder.write("o.json", "{}")));
+  EXPECT_THAT(other->applications().runningApplications("com.quorrel.brivane"), IsEmpty());
+}
+
+TEST_F(OpenDeskTest, TheProcesssSignalsAskTheProgramToEnd) {
+  const auto machine = open("{}");
+  int asked = 0;
+  const auto handler = [&] {
+    ++asked;
+    machine->runtime().stop();
+  };
+  const auto one = machine->notifications().observeTermination(handler);
+  auto two = machine->notifications().observeTermination(handler);
+  raise(SIGTERM);
+  machine->runtime().run();
+  EXPECT_EQ(asked, 2) << "everybody who asked to know";
+  two.reset();
+  raise(SIGHUP);
+  machine->runtime().run();
+  EXPECT_EQ(asked, 3);
+}
+
+TEST_F(OpenDeskTest, EndsWhileSomebodyStillWaitsForSignals) {
+  Observation left;
+  left = open("{}")->notifications().observeTermination([] {});
+  EXPECT_NE(left, nullptr);
+}
+
+TEST_F(OpenDeskTest, HasTheEarlierApplicationsSettingsInItsFolder) {
+  const auto machine = open(R"({"defaults": {"com.quorrel.tallowin": {"a": 1}}})");
+  const auto suite = machine->openDefaultsSuite("com.quorrel.tallowin");
+  EXPECT_EQ(suite->persistentDomain("com.quorrel.tallowin"),
+            (PropertyValue::Dictionary{{"a", {std::int64_t{1}}}}));
+  EXPECT_EQ(suite->persistentDomain("org.example.other"), std::nullopt);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Machines/Desk/VirtualRuntime.h"
@@ -27,6 +28,21 @@ TEST_F(VirtualRuntimeTest, TimeStandsStillUntilSomethingWaits) {
   EXPECT_EQ(runtime.now(), start);
   runtime.sleep(milliseconds(40));
   EXPECT_EQ(runtime.now() - start, milliseconds(40));
+}
+
+TEST_F(VirtualRuntimeTest, OnlyTheThreadThatMadeItIsTheMainThread) {
+  bool inTask = false;
+  bool onQueue = true;
+  bool onForeignThread = true;
+  runtime.async([&] { inTask = runtime.isMainThread(); });
+  const auto queue = runtime.makeSerialQueue("work", QueueQuality::utility);
+  queue->async([&] { onQueue = runtime.isMainThread(); });
+  std::thread([&] { onForeignThread = runtime.isMainThread(); }).join();
+  runtime.settle();
+  EXPECT_TRUE(runtime.isMainThread());
+  EXPECT_TRUE(inTask);
+  EXPECT_FALSE(onQueue);
+  EXPECT_FALSE(onForeignThread);
 }
 
 TEST_F(VirtualRuntimeTest, MainTasksWaitUntilTheMainThreadIsInARun) {

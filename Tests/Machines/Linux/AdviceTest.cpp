@@ -12,26 +12,26 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::Optional;
 
-const Session allWell{std::nullopt, true, false};
+const GraphicsSession allWell{std::nullopt, true, false};
 
 TEST(Advice, NothingMissingIsNothingSaid) {
   EXPECT_EQ(adviceFor(allWell, Findings{}), std::nullopt);
 }
 
 TEST(Advice, AServerThatCannotBeReachedIsAQuestionOfDISPLAYAndXAUTHORITY) {
-  const Session session{"the X server \":7\" cannot be reached", true, false};
+  const GraphicsSession session{"the X server \":7\" cannot be reached", true, false};
   EXPECT_THAT(adviceFor(session, Findings{}),
               Optional(AllOf(HasSubstr("the X server \":7\" cannot be reached"),
                              HasSubstr("check DISPLAY and XAUTHORITY"))));
 }
 
 TEST(Advice, ASessionWithWaylandOnlyIsSentToX11) {
-  const Session session{"DISPLAY is not set", false, true};
+  const GraphicsSession session{"DISPLAY is not set", false, true};
   EXPECT_THAT(adviceFor(session, Findings{}), Optional(HasSubstr("log in to an X11 session")));
 }
 
 TEST(Advice, ATextConsoleIsToldToSetDISPLAY) {
-  const Session session{"DISPLAY is not set", false, false};
+  const GraphicsSession session{"DISPLAY is not set", false, false};
   EXPECT_THAT(adviceFor(session, Findings{}), Optional(HasSubstr("set DISPLAY")));
 }
 

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace brivane {
+
+/// Where the built or installed program that this process runs keeps its resource bundles:
+/// "../share/brivane" beside the folder of its executable.
+std::filesystem::path resourceFolder();
+
+/// The bytes of a file of at most 16 MiB in a bundle within `folder`; nothing when it can't be
+/// read.
+std::optional<std::string> readResource(const std::filesystem::path& folder,
+                                        const std::string& bundle, const std::string& path);
+
+}  // namespace brivane

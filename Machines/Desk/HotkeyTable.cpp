@@ -1,0 +1,62 @@
+#include "Machines/Desk/HotkeyTable.h"
+
+#include <algorithm>
+
+namespace brivane {
+
+HotkeyTable::HotkeyTable(const std::vector<RunningApplication>& applications) {
+  for (const auto& application : applications) {
+    for (const auto& combination : application.hotkeys) add(combination, nullptr);
+  }
+}
+
+std::variant<HotkeyReference, HotkeyStatus> HotkeyTable::add(KeyCombination combination,
+                                                             Receiver receiver) {
+  const bool isTaken = std::ranges::any_of(
+      entries, [&](const auto& entry) { return entry.second.combination == combination; });
+  if (isTaken) return alreadyTaken;
+  const auto reference = nextReference++;
+  entries.emplace(reference, Entry{combination, std::move(receiver)});
+  return reference;
+}
+
+bool HotkeyTable::remove(HotkeyReference reference) {
+  return entries.erase(reference) != 0;
+}
+
+bool HotkeyTable::press(KeyCombination combination) {
+  const auto found = std::ranges::find_if(
+      entries, [&](const auto& entry) { return entry.second.combination == combination; });
+  if (found == entries.end()) return false;
+  found->second.isDown = true;
+  // Whoever is told may take the entry away.
+  const auto receiver = found->second.receiver;
+  if (receiver) receiver(HotkeyEvent::pressed);
+  return true;
+}
+
+void HotkeyTable::releaseKey(std::uint32_t keyCode) {
+  releaseWhere([&](const KeyCombination& held) { return held.keyCode == keyCode; });
+}
+
+void HotkeyTable::keepModifiers(std::uint32_t modifiers) {
+  releaseWhere([&](const KeyCombination& held) { return (held.modifiers & ~modifiers) != 0; });
+}
+
+template <typename Condition>
+void HotkeyTable::releaseWhere(const Condition& condition) {
+  std::vector<HotkeyReference> released;
+  for (auto& [reference, entry] : entries) {
+    if (!entry.isDown || !condition(entry.combination)) continue;
+    entry.isDown = false;
+    released.push_back(reference);
+  }
+  for (const auto reference : released) {
+    const auto found = entries.find(reference);
+    if (found == entries.end()) continue;
+    const auto receiver = found->second.receiver;
+    if (receiver) receiver(HotkeyEvent::released);
+  }
+}
+
+}  // namespace brivane

@@ -1,0 +1,147 @@
+// What one press sets off is decided when the key goes down; the release follows the same way even
+// when the mapping was changed in between, as it does in a real keyboard's driver.
+#include "Machines/Desk/Keyboard.h"
+
+#include <algorithm>
+
+#include "Machines/Desk/KeyboardLayouts.h"
+
+namespace brivane {
+namespace {
+
+constexpr std::int16_t specialKeySubtype = 8;
+
+TapEvent specialKeyEvent(BrightnessKey key, bool isDown, bool isRepeat) {
+  const std::int64_t type = key == BrightnessKey::up ? 2 : 3;
+  const std::int64_t state = isDown ? 0x0A : 0x0B;
+  const std::int64_t data = type << 16 | state << 8 | (isRepeat ? 1 : 0);
+  return {TapEvent::systemDefined, TapEvent::SystemDefined{specialKeySubtype, data, -1}};
+}
+
+/// The modifiers that are down, as hotkeys count them.
+std::uint32_t modifiersDown(const DeskInput& input) {
+  std::uint32_t modifiers = 0;
+  for (const auto& [physical, arrived] : input.keysDown) {
+    if (const auto keyCode = keyOfUsage(arrived)) modifiers |= modifierOfKey(*keyCode);
+  }
+  return modifiers;
+}
+
+std::uint64_t asFlags(std::uint32_t modifiers) {
+  std::uint64_t flags = 0;
+  if ((modifiers & 256U) != 0) flags |= modifierFlag::command;
+  if ((modifiers & 512U) != 0) flags |= modifierFlag::shift;
+  if ((modifiers & 2048U) != 0) flags |= modifierFlag::option;
+  if ((modifiers & 4096U) != 0) flags |= modifierFlag::control;
+  return flags;
+}
+
+}  // namespace
+
+std::optional<std::string> DeskKeyboard::baseCharacter(std::uint16_t keyCode) {
+  if (faults.strikes("Keyboard.baseCharacter")) return std::nullopt;
+  return characterOfKey(hardware.description().keyboard.layout, keyCode);
+}
+
+std::uint64_t DeskKeyboard::modifierFlags() {
+  if (faults.strikes("Keyboard.modifierFlags")) return 0;
+  return asFlags(modifiersDown(hardware.input()));
+}
+
+bool DeskKeyboard::isKeyDown(std::uint16_t keyCode) {
+  if (faults.strikes("Keyboard.isKeyDown")) return false;
+  const auto usage = usageOfKey(keyCode);
+  return usage && std::ranges::any_of(hardware.input().keysDown,
+                                      [&](const auto& key) { return key.second == *usage; });
+}
+
+void DeskKeyboard::pressKey(std::uint16_t keyCode) {
+  if (const auto usage = usageOfKey(keyCode)) press(*usage);
+}
+
+void DeskKeyboard::releaseKey(std::uint16_t keyCode) {
+  if (const auto usage = usageOfKey(keyCode)) release(*usage);
+}
+
+void DeskKeyboard::pressBrightness(BrightnessKey key) {
+  press(usageOf(key));
+}
+
+void DeskKeyboard::releaseBrightness(BrightnessKey key) {
+  release(usageOf(key));
+}
+
+void DeskKeyboard::press(HIDUsage physical) {
+  const HIDUsage arrived = mapped(physical);
+  if (!hardware.input().keysDown.emplace(physical, arrived).second) return;
+  if (const auto key = brightnessKeyOfUsage(arrived)) {
+    startRepeating(physical, *key);
+    brightnessDown(*key, false);
+  } else if (const auto keyCode = keyOfUsage(arrived)) {
+    keyDown(*keyCode);
+  }
+}
+
+void DeskKeyboard::release(HIDUsage physical) {
+  auto& keysDown = hardware.input().keysDown;
+  const auto found = keysDown.find(physical);
+  if (found == keysDown.end()) return;
+  const HIDUsage arrived = found->second;
+  keysDown.erase(found);
+  if (const auto repeat = repeats.extract(physical)) runtime.cancel(repeat.mapped());
+  if (const auto key = brightnessKeyOfUsage(arrived)) {
+    hardware.input().taps.send(specialKeyEvent(*key, false, false));
+  } else if (const auto keyCode = keyOfUsage(arrived)) {
+    keyUp(*keyCode);
+  }
+}
+
+void DeskKeyboard::keyDown(std::uint16_t keyCode) {
+  if (modifierOfKey(keyCode) != 0) return;
+  const auto modifiers = modifiersDown(hardware.input());
+  if (hardware.input().hotkeys.press({keyCode, modifiers})) return;
+  if (onUnclaimedKey) onUnclaimedKey({keyCode, asFlags(modifiers)});
+}
+
+void DeskKeyboard::keyUp(std::uint16_t keyCode) {
+  auto& input = hardware.input();
+  input.hotkeys.releaseKey(keyCode);
+  input.hotkeys.keepModifiers(modifiersDown(input));
+}
+
+void DeskKeyboard::brightnessDown(BrightnessKey key, bool isRepeat) {
+  const bool passed = hardware.input().taps.send(specialKeyEvent(key, true, isRepeat));
+  if (passed) hardware.changeSystemBrightness(key);
+}
+
+void DeskKeyboard::startRepeating(HIDUsage physical, BrightnessKey key) {
+  const auto& keyboard = hardware.description().keyboard;
+  const auto period = fromSeconds(keyboard.repeatPeriodSeconds);
+  const auto first = [this, physical, key, period] {
+    repeats[physical] = runtime.every(period, [this, key] { brightnessDown(key, true); });
+    brightnessDown(key, true);
+  };
+  repeats[physical] = runtime.after(fromSeconds(keyboard.repeatDelaySeconds), first);
+}
+
+/// A mapping is applied once, never to its own result.
+HIDUsage DeskKeyboard::mapped(HIDUsage physical) {
+  const auto mapping = hardware.hidMapping();
+  const auto found = std::ranges::find(mapping, physical, &HIDMappingEntry::source);
+  return found == mapping.end() ? physical : found->destination;
+}
+
+HIDUsage DeskKeyboard::usageOf(BrightnessKey key) const {
+  const bool isUp = key == BrightnessKey::up;
+  switch (hardware.description().keyboard.brightnessUsages) {
+    case BrightnessUsages::topCase:
+      return isUp ? 0xFF'0000'0004 : 0xFF'0000'0005;
+    case BrightnessUsages::vendor:
+      return isUp ? 0xFF01'0000'0020 : 0xFF01'0000'0021;
+    case BrightnessUsages::consumer:
+      break;
+  }
+  return isUp ? 0xC'0000'006F : 0xC'0000'0070;
+}
+
+}  // namespace brivane

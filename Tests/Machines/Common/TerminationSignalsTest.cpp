@@ -1,0 +1,63 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Machines/Common/TerminationSignals.h"
+#include "Machines/Common/ThreadRuntime.h"
+
+namespace brivane {
+namespace {
+
+class TerminationSignalsTest : public testing::TestWithParam<int> {};
+
+TEST_P(TerminationSignalsTest, BecomeATaskOfTheMainQueueAndDoNothingElse) {
+  ThreadRuntime runtime;
+  int heard = 0;
+  TerminationSignals signals(runtime, [&] {
+    ++heard;
+    runtime.stop();
+  });
+  raise(GetParam());
+  EXPECT_EQ(heard, 0) << "not in the middle of something else";
+  runtime.run();
+  raise(GetParam());
+  runtime.run();
+  EXPECT_EQ(heard, 2);
+}
+
+TEST_P(TerminationSignalsTest, DoAgainWhatTheyDidBeforeOnceNobodyWaits) {
+  const pid_t child = fork();
+  if (child == 0) {
+    // Other tests may have left the signal ignored.
+    std::signal(GetParam(), SIG_DFL);
+    ThreadRuntime runtime;
+    {
+      const TerminationSignals signals(runtime, [] {});
+    }
+    raise(GetParam());
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, TerminationSignalsTest, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST(TerminationSignals, CanBeWaitedForAgain) {
+  ThreadRuntime runtime;
+  for (int i = 0; i < 3; ++i) {
+    bool isHeard = false;
+    const TerminationSignals signals(runtime, [&] {
+      isHeard = true;
+      runtime.stop();
+    });
+    raise(SIGTERM);
+    runtime.run();
+    EXPECT_TRUE(isHeard);
+  }
+}
+
+}  // namespace
+}  // namespace brivane

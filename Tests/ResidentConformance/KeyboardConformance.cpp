@@ -1,0 +1,218 @@
+// Hotkeys, event taps and the state of the keyboard.
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "Tests/ResidentConformance/ResidentUnderTest.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint16_t f18 = 79;
+constexpr std::uint16_t f19 = 80;
+constexpr std::uint16_t leftShift = 56;
+constexpr std::uint32_t shift = 512;
+
+// Hotkeys
+
+class HotkeyPortConformance : public ResidentConformance {
+ protected:
+  HotkeyPortConformance() { listen(); }
+
+  void listen() {
+    hotkeys.installHandler([this](HotkeyEvent event, HotkeyID hotkey) {
+      heard.push_back((event == HotkeyEvent::pressed ? "pressed " : "released ") +
+                      std::to_string(hotkey.signature) + "/" + std::to_string(hotkey.id));
+    });
+  }
+
+  void tap(std::uint16_t keyCode) {
+    underTest->pressKey(keyCode);
+    underTest->settle();
+    underTest->releaseKey(keyCode);
+    underTest->settle();
+  }
+
+  HotkeyReference registered(std::uint32_t keyCode, std::uint32_t modifiers, HotkeyID hotkey) {
+    const auto result = hotkeys.registerHotkey(keyCode, modifiers, hotkey);
+    EXPECT_TRUE(std::holds_alternative<HotkeyReference>(result));
+    return std::get<HotkeyReference>(result);
+  }
+
+  HotkeyPort& hotkeys = machine.hotkeys();
+  std::vector<std::string> heard;
+};
+
+TEST_F(HotkeyPortConformance, APressAndItsReleaseComeOnceEachWithTheIdentityOfTheHotkey) {
+  EXPECT_NE(registered(f19, 0, {7, 5}), 0u);
+  tap(f19);
+  EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
+}
+
+TEST_F(HotkeyPortConformance, OnlyExactlyTheModifiersOfTheHotkeyCount) {
+  registered(f19, 0, {7, 5});
+  registered(f19, shift, {7, 7});
+  underTest->pressKey(leftShift);
+  tap(f19);
+  underTest->releaseKey(leftShift);
+  tap(f19);
+  EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "pressed 7/5", "released 7/5"));
+}
+
+TEST_F(HotkeyPortConformance, ReleasingTheModifierIsARelease) {
+  registered(f19, shift, {7, 7});
+  underTest->pressKey(leftShift);
+  underTest->pressKey(f19);
+  underTest->settle();
+  underTest->releaseKey(leftShift);
+  underTest->settle();
+  EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7"));
+  underTest->releaseKey(f19);
+  underTest->settle();
+  EXPECT_EQ(heard.size(), 2u);
+}
+
+TEST_F(HotkeyPortConformance, ACombinationIsHadByOneAtATime) {
+  const auto first = registered(f19, 0, {7, 5});
+  const auto second = hotkeys.registerHotkey(f19, 0, {7, 6});
+  ASSERT_TRUE(std::holds_alternative<HotkeyStatus>(second));
+  EXPECT_NE(std::get<HotkeyStatus>(second), 0);
+  hotkeys.unregisterHotkey(first);
+  registered(f19, 0, {7, 6});
+  tap(f19);
+  EXPECT_THAT(heard, ElementsAre("pressed 7/6", "released 7/6"));
+}
+
+TEST_F(HotkeyPortConformance, ACombinationOfAnotherProgramIsRefused) {
+  underTest->occupy(f18, shift);
+  EXPECT_TRUE(std::holds_alternative<HotkeyStatus>(hotkeys.registerHotkey(f18, shift, {7, 1})));
+  registered(f18, 0, {7, 2});
+}
+
+TEST_F(HotkeyPortConformance, AnUnregisteredHotkeyIsSilentAndUnregisteringAgainIsSafe) {
+  const auto reference = registered(f19, 0, {7, 5});
+  hotkeys.unregisterHotkey(reference);
+  hotkeys.unregisterHotkey(reference);
+  tap(f19);
+  EXPECT_THAT(heard, IsEmpty());
+}
+
+TEST_F(HotkeyPortConformance, RegistrationsOutliveTheirHandler) {
+  registered(f19, 0, {7, 5});
+  hotkeys.removeHandler();
+  tap(f19);
+  EXPECT_THAT(heard, IsEmpty());
+  listen();
+  tap(f19);
+  EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
+}
+
+// Event taps
+
+class EventTapConformance : public ResidentConformance {
+ protected:
+  std::unique_ptr<EventTap> makeTap(TapVerdict verdict) {
+    return machine.eventTaps().createTap([this, verdict](const TapEvent& event) {
+      events.push_back(event);
+      return verdict;
+    });
+  }
+
+  void tapBrightnessUp() {
+    underTest->pressBrightnessUp();
+    underTest->settle();
+    underTest->releaseBrightnessUp();
+    underTest->settle();
+  }
+
+  std::vector<TapEvent> events;
+};
+
+TEST_F(EventTapConformance, ABrightnessKeyComesAsASystemDefinedEventWithItsTypeAndState) {
+  const auto tap = makeTap(TapVerdict::swallow);
+  ASSERT_NE(tap, nullptr);
+  tap->setEnabled(true);
+  tapBrightnessUp();
+  ASSERT_EQ(events.size(), 2u);
+  for (const TapEvent& event : events) {
+    EXPECT_EQ(event.type, TapEvent::systemDefined);
+    ASSERT_TRUE(event.details.has_value());
+    EXPECT_EQ(event.details->subtype, 8);
+    EXPECT_EQ(event.details->data1 >> 16 & 0xFFFF, 2);
+    EXPECT_EQ(event.details->data1 & 1, 0) << "no repeat";
+  }
+  EXPECT_EQ(events[0].details->data1 >> 8 & 0xFF, 0x0A);
+  EXPECT_EQ(events[1].details->data1 >> 8 & 0xFF, 0x0B);
+}
+
+TEST_F(EventTapConformance, ATapSeesNothingBeforeItIsEnabledOrAfterItIsDisabledOrDropped) {
+  auto tap = makeTap(TapVerdict::passThrough);
+  ASSERT_NE(tap, nullptr);
+  tapBrightnessUp();
+  tap->setEnabled(true);
+  tap->setEnabled(false);
+  tapBrightnessUp();
+  tap->setEnabled(true);
+  tap.reset();
+  tapBrightnessUp();
+  EXPECT_THAT(events, IsEmpty());
+}
+
+TEST_F(EventTapConformance, ATapCanBeMadeAgainAfterItWasDropped) {
+  makeTap(TapVerdict::swallow).reset();
+  const auto tap = makeTap(TapVerdict::swallow);
+  ASSERT_NE(tap, nullptr);
+  tap->setEnabled(true);
+  tapBrightnessUp();
+  EXPECT_EQ(events.size(), 2u);
+}
+
+// The keyboard
+
+using KeyboardConformance = ResidentConformance;
+
+TEST_F(KeyboardConformance, AKeyIsDownFromItsPressToItsRelease) {
+  Keyboard& keyboard = machine.keyboard();
+  EXPECT_FALSE(keyboard.isKeyDown(f19));
+  underTest->pressKey(f19);
+  underTest->settle();
+  EXPECT_TRUE(keyboard.isKeyDown(f19));
+  EXPECT_FALSE(keyboard.isKeyDown(f18));
+  underTest->releaseKey(f19);
+  underTest->settle();
+  EXPECT_FALSE(keyboard.isKeyDown(f19));
+}
+
+TEST_F(KeyboardConformance, TheModifiersAreThoseThatAreHeld) {
+  constexpr std::uint64_t all =
+      modifierFlag::shift | modifierFlag::control | modifierFlag::option | modifierFlag::command;
+  Keyboard& keyboard = machine.keyboard();
+  EXPECT_EQ(keyboard.modifierFlags() & all, 0u);
+  const std::vector<std::pair<std::uint16_t, std::uint64_t>> keys = {{56, modifierFlag::shift},
+                                                                     {59, modifierFlag::control},
+                                                                     {58, modifierFlag::option},
+                                                                     {55, modifierFlag::command}};
+  for (const auto& [keyCode, flag] : keys) {
+    underTest->pressKey(keyCode);
+    underTest->settle();
+    EXPECT_EQ(keyboard.modifierFlags() & all, flag);
+    underTest->releaseKey(keyCode);
+    underTest->settle();
+  }
+  EXPECT_EQ(keyboard.modifierFlags() & all, 0u);
+}
+
+TEST_F(KeyboardConformance, KeysGiveWhatTheirLayoutPrintsAndModifiersGiveNothing) {
+  Keyboard& keyboard = machine.keyboard();
+  EXPECT_EQ(keyboard.baseCharacter(0), "a");
+  EXPECT_EQ(keyboard.baseCharacter(6), "z");
+  EXPECT_EQ(keyboard.baseCharacter(29), "0");
+  EXPECT_EQ(keyboard.baseCharacter(leftShift), std::nullopt);
+}
+
+}  // namespace
+}  // namespace brivane
