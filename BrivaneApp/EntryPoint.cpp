@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include "BrivaneApp/AppDelegate.h"
 #include "BrivaneApp/Diagnostics.h"
 #include "BrivaneApp/RunningInstance.h"
 
@@ -28,14 +29,35 @@ void runCommandLineMode(const std::vector<std::string>& arguments, Machine& mach
   if (const auto advice = machine.advice()) out << *advice << std::endl;
 }
 
-void runResident(Machine& machine, std::ostream& err) {
-  if (const auto process = otherRunningInstance(machine.applications())) {
-    err << "Brivane is already running (pid " << *process << "); exiting." << std::endl;
-    return;
-  }
+/// Whether another instance runs, which then is all that this one says.
+bool yieldsToAnother(Applications& applications, std::ostream& err) {
+  const auto process = otherRunningInstance(applications);
+  if (!process) return false;
+  err << "Brivane is already running (pid " << *process << "); exiting." << std::endl;
+  return true;
+}
+
+int saysItIsStillBeingBuilt(std::ostream& err) {
   err << "Brivane: the menu-bar program is still being built; "
          "use --probe, --set <0-100> or --unmap until then."
       << std::endl;
+  return 0;
+}
+
+int runResident(Machine& anyMachine, const FrameOpener& openFrame, std::ostream& err) {
+  auto& applications = anyMachine.applications();
+  if (yieldsToAnother(applications, err)) return 0;
+  ResidentMachine* const machine = anyMachine.resident();
+  if (machine == nullptr || !openFrame) return saysItIsStillBeingBuilt(err);
+  // Two that start at the same moment both find nobody; only one of them can announce itself. A
+  // system without a place for announcements tells neither, and then both may run.
+  if (!applications.announce() && yieldsToAnother(applications, err)) return 0;
+  const auto frame = openFrame(*machine);
+  if (!frame) return saysItIsStillBeingBuilt(err);
+  AppDelegate delegate(*machine, *frame);
+  frame->application().setDelegate(&delegate);
+  frame->application().setActivationPolicy(ActivationPolicy::accessory);
+  return frame->application().run();
 }
 
 }  // namespace
@@ -44,13 +66,10 @@ bool isCommandLineMode(const std::vector<std::string>& arguments) {
   return holds(arguments, "--unmap") || holds(arguments, "--probe") || holds(arguments, "--set");
 }
 
-int runBrivane(const std::vector<std::string>& arguments, Machine& machine, std::ostream& out,
-               std::ostream& err) {
-  if (isCommandLineMode(arguments)) {
-    runCommandLineMode(arguments, machine, out);
-  } else {
-    runResident(machine, err);
-  }
+int runBrivane(const std::vector<std::string>& arguments, Machine& machine,
+               const FrameOpener& openFrame, std::ostream& out, std::ostream& err) {
+  if (!isCommandLineMode(arguments)) return runResident(machine, openFrame, err);
+  runCommandLineMode(arguments, machine, out);
   return 0;
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
 
 namespace brivane {
 
@@ -12,9 +15,11 @@ namespace brivane {
 /// exit status 0.
 bool isCommandLineMode(const std::vector<std::string>& arguments);
 
-/// The whole program on a machine: a command-line mode, or the resident start. Returns the exit
-/// status. `arguments` is the whole list, the program's path included.
+/// The whole program on a machine: a command-line mode, or the resident start, which alone opens a
+/// frame and stays until the application ends. Returns the exit status. `arguments` is the whole
+/// list, the program's path included.
 int runBrivane(const std::vector<std::string>& arguments, Machine& machine,
-               std::ostream& standardOutput, std::ostream& standardError);
+               const FrameOpener& openFrame, std::ostream& standardOutput,
+               std::ostream& standardError);
 
 }  // namespace brivane

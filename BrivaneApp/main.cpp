@@ -12,6 +12,6 @@ int main(int argc, char** argv) {
     std::cerr << *problem << std::endl;
     return brivane::isCommandLineMode(arguments) ? 0 : 1;
   }
-  auto& machine = *std::get<std::unique_ptr<brivane::Machine>>(picked);
-  return brivane::runBrivane(arguments, machine, std::cout, std::cerr);
+  const auto& [machine, openFrame] = std::get<brivane::PickedMachine>(picked);
+  return brivane::runBrivane(arguments, *machine, openFrame, std::cout, std::cerr);
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "BrivaneApp/Frame/Application.h"
 #include "BrivaneApp/Frame/EditorWindow.h"
 #include "BrivaneApp/Frame/HUDWindow.h"
 #include "BrivaneApp/Frame/StatusItem.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
 
 namespace brivane {
 
@@ -21,5 +23,9 @@ class Frame {
   virtual std::unique_ptr<EditorWindow> makeEditorWindow(
       const EditorWindowAttributes& attributes) = 0;
 };
+
+/// Opens what a person sees of the resident program on that machine; null when there is nothing to
+/// show it with.
+using FrameOpener = std::function<std::unique_ptr<Frame>(ResidentMachine& machine)>;
 
 }  // namespace brivane

@@ -48,7 +48,7 @@ class CommandLineModesTest : public testing::Test {
     arguments.insert(arguments.begin(), "/Applications/Brivane");
     out.str("");
     err.str("");
-    EXPECT_EQ(runBrivane(arguments, machine, out, err), 0);
+    EXPECT_EQ(runBrivane(arguments, machine, openFrame, out, err), 0);
     return out.str();
   }
 
@@ -60,6 +60,11 @@ class CommandLineModesTest : public testing::Test {
   }
 
   FakeMachine machine;
+  int framesOpened = 0;
+  FrameOpener openFrame = [this](ResidentMachine&) -> std::unique_ptr<Frame> {
+    ++framesOpened;
+    return nullptr;
+  };
   std::ostringstream out;
   std::ostringstream err;
 };
@@ -67,7 +72,6 @@ class CommandLineModesTest : public testing::Test {
 using SetModeTest = CommandLineModesTest;
 using UnmapModeTest = CommandLineModesTest;
 using ProbeModeTest = CommandLineModesTest;
-using ResidentStartTest = CommandLineModesTest;
 
 // --set
 
@@ -379,32 +383,27 @@ TEST_F(ProbeModeTest, DisplaysAreInTheOrderOfTheWindowSystem) {
   EXPECT_NE(report.find("[2] Alpha"), std::string::npos);
 }
 
-// No switch
+// What makes a mode
 
-TEST_F(ResidentStartTest, AnotherInstanceIsNamedOnStandardErrorAndNothingElseHappens) {
-  machine.apps.running["com.quorrel.brivane"] = {machine.apps.ownID, 4711};
-  EXPECT_EQ(run({}), "");
-  EXPECT_EQ(err.str(), "Brivane is already running (pid 4711); exiting.\n");
-  EXPECT_THAT(machine.processRunner.runs, IsEmpty());
-}
-
-TEST_F(ResidentStartTest, OutsideABundleNoSuchTestIsMade) {
-  machine.apps.bundle.reset();
-  machine.apps.running[""] = {4711};
-  machine.apps.running["com.quorrel.brivane"] = {4711};
-  run({});
-  EXPECT_THAT(err.str(), HasSubstr("still being built"));
-}
-
-TEST_F(ResidentStartTest, TheProgramsOwnPathIsAnArgumentToo) {
-  EXPECT_EQ(runBrivane({"--unmap"}, machine, out, err), 0);
+TEST_F(CommandLineModesTest, TheProgramsOwnPathIsAnArgumentToo) {
+  EXPECT_EQ(runBrivane({"--unmap"}, machine, openFrame, out, err), 0);
   EXPECT_THAT(out.str(), HasSubstr("nothing to clear"));
 }
 
-TEST_F(ResidentStartTest, SwitchesCountOnlyWhenTheyAreWrittenExactly) {
+TEST_F(CommandLineModesTest, SwitchesCountOnlyWhenTheyAreWrittenExactly) {
   for (const auto* argument : {"--Probe", "-probe", "--probe=1", "probe", "--settings"}) {
     EXPECT_EQ(run({argument}), "") << argument;
   }
+  EXPECT_EQ(framesOpened, 5);
+}
+
+TEST_F(CommandLineModesTest, NoneOfThemBuildsAnythingOfTheResidentProgram) {
+  machine.noteEverything();
+  for (const auto* mode : {"--unmap", "--probe", "--set"}) run({mode});
+  EXPECT_EQ(framesOpened, 0);
+  EXPECT_FALSE(machine.apps.isAnnounced);
+  EXPECT_THAT(machine.notes.take(), testing::Each(HasSubstr("run /usr/bin/hidutil --get")));
+  EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
 }  // namespace

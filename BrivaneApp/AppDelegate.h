@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+
+#include "BrivaneApp/CompositionRoot.h"
+#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneApp/TerminationCoordinator.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+
+namespace brivane {
+
+/// Starts the resident program when the application has launched, and cleans up when it ends. Main
+/// thread.
+class AppDelegate : public ApplicationDelegate {
+ public:
+  /// Machine and frame must outlive it.
+  AppDelegate(ResidentMachine& residentMachine, Frame& programFrame);
+
+  void applicationDidFinishLaunching() override;
+  void applicationWillTerminate() override;
+
+ private:
+  void carrySettingsOver();
+  void makeTermination();
+  void startInput();
+  void startDisplays();
+
+  /// Both absent until the launch has finished.
+  std::shared_ptr<CompositionRoot> root;
+  std::unique_ptr<TerminationCoordinator> termination;
+
+  ResidentMachine& machine;
+  Frame& frame;
+};
+
+}  // namespace brivane

@@ -1,0 +1,178 @@
+// Key presses come faster than the HUD fades. What keeps an old fade from hiding a newer level is
+// the generation: every present takes a new one, and the timer and the fade's end, which carry the
+// one they were made in, do nothing when it is no longer in force.
+#include "BrivaneApp/BrightnessHUD.h"
+
+#include <algorithm>
+
+#include "BrivaneCore/Support/Time.h"
+
+namespace brivane {
+namespace {
+
+constexpr double heightAboveScreenEdge = 130;
+constexpr double fadeSeconds = 0.28;
+
+// The Mac's own numbers.
+constexpr std::uint64_t borderless = 0;
+constexpr std::uint64_t buffered = 2;
+constexpr std::int64_t statusWindowLevel = 25;
+constexpr std::uint64_t canJoinAllSpaces = 1;
+constexpr std::uint64_t stationary = 16;
+constexpr std::uint64_t ignoresCycle = 64;
+constexpr std::uint64_t fullScreenAuxiliary = 256;
+constexpr std::int64_t noAnimation = 2;
+constexpr std::uint64_t widthSizable = 2;
+constexpr std::uint64_t heightSizable = 16;
+
+HUDWindowAttributes windowAttributes(const HUDMetrics& metrics) {
+  return {
+      .contentRect = {0, 0, metrics.width, metrics.height},
+      .styleMask = borderless,
+      .backing = buffered,
+      .isDeferred = false,
+      .isOpaque = false,
+      .hasClearBackground = true,
+      .hasShadow = true,
+      .ignoresMouseEvents = true,
+      .isReleasedWhenClosed = false,
+      .hidesOnDeactivate = false,
+      .level = statusWindowLevel,
+      .collectionBehavior = canJoinAllSpaces | stationary | ignoresCycle | fullScreenAuxiliary,
+      .animationBehavior = noAnimation,
+      .autoresizingMask = widthSizable | heightSizable,
+  };
+}
+
+}  // namespace
+
+BrightnessHUD::BrightnessHUD(Machine& machine, Frame& itsFrame, CatalogColor& itsColors,
+                             const StringCatalogue& itsStrings)
+    : runtime(machine.runtime()),
+      displays(machine.displays()),
+      frame(itsFrame),
+      colors(itsColors),
+      strings(itsStrings),
+      metrics(HUDMetrics::standard(itsStrings)) {}
+
+BrightnessHUD::~BrightnessHUD() {
+  anchor.kill();
+  cancelDismissWork();
+}
+
+void BrightnessHUD::present(const HUDModel::State& state, DisplayID displayID,
+                            double durationSeconds) {
+  if (!runtime.isMainThread()) {
+    runtime.async([this, watch = anchor.watch(), state, displayID, durationSeconds] {
+      if (watch.isAlive()) present(state, displayID, durationSeconds);
+    });
+    return;
+  }
+  const std::uint64_t token = ++generation;
+  HUDWindow& hudWindow = ensureWindow();
+  const bool wasVisible = hudWindow.isVisible();
+  reposition(hudWindow, displayID);
+  show(state, displayID, wasVisible);
+  if (wasVisible) {
+    // Through the animator, which takes the place of a fade that is running.
+    hudWindow.animateAlpha(1, 0, AnimationTiming::linear, {});
+  } else {
+    hudWindow.setAlpha(1);
+  }
+  hudWindow.orderFrontRegardless();
+  scheduleFadeOut(durationSeconds, token);
+}
+
+void BrightnessHUD::dismiss() {
+  if (runtime.isMainThread()) {
+    hideNow();
+    return;
+  }
+  runtime.async([this, watch = anchor.watch()] {
+    if (watch.isAlive()) hideNow();
+  });
+}
+
+bool BrightnessHUD::isVisible() const {
+  return window && window->isVisible();
+}
+
+HUDWindow& BrightnessHUD::ensureWindow() {
+  if (!window) {
+    window = frame.makeHUDWindow(windowAttributes(metrics));
+    installHostingView();
+    observeAppearanceChanges();
+  }
+  return *window;
+}
+
+void BrightnessHUD::installHostingView() {
+  const HUDEnvironment environment{frame.application().effectiveAppearance(), colors, strings};
+  const BrightnessHUDView view{hudModel, metrics.cornerRadius, metrics,
+                               BrightnessHUDView::defaultBoostColor(colors)};
+  hostingView = std::make_unique<HUDHostingView>(*window, view, environment);
+}
+
+void BrightnessHUD::observeAppearanceChanges() {
+  appearanceObserver =
+      frame.application().observeEffectiveAppearance([this, watch = anchor.watch()] {
+        runtime.async([this, watch] {
+          if (watch.isAlive() && window) installHostingView();
+        });
+      });
+}
+
+void BrightnessHUD::reposition(HUDWindow& hudWindow, DisplayID displayID) {
+  const auto screen = screenFor(displayID);
+  if (!screen) return;
+  const Rect target{screen->frame.x + screen->frame.width / 2 - metrics.width / 2,
+                    screen->frame.y + heightAboveScreenEdge, metrics.width, metrics.height};
+  if (hudWindow.frame() != target) hudWindow.setFrame(target);
+}
+
+std::optional<Screen> BrightnessHUD::screenFor(DisplayID displayID) {
+  const auto screens = displays.screens();
+  const auto found = std::ranges::find(screens, displayID, &Screen::number);
+  if (found != screens.end()) return *found;
+  if (auto main = displays.mainScreen()) return main;
+  if (!screens.empty()) return screens.front();
+  return std::nullopt;
+}
+
+/// A HUD that appears or jumps to another display shows the new content at once, instead of moving
+/// there from the value of another time or display.
+void BrightnessHUD::show(const HUDModel::State& state, DisplayID displayID, bool wasVisible) {
+  const bool animates = wasVisible && lastDisplayID == displayID;
+  lastDisplayID = displayID;
+  hudModel->setState(state,
+                     animates ? HUDModel::Animations::enabled : HUDModel::Animations::disabled);
+}
+
+void BrightnessHUD::scheduleFadeOut(double durationSeconds, std::uint64_t token) {
+  cancelDismissWork();
+  dismissWork = runtime.after(fromSeconds(durationSeconds), [this, watch = anchor.watch(), token] {
+    if (watch.isAlive()) fadeOut(token);
+  });
+}
+
+void BrightnessHUD::fadeOut(std::uint64_t token) {
+  if (generation != token || !window) return;
+  window->animateAlpha(0, fadeSeconds, AnimationTiming::easeIn,
+                       [this, watch = anchor.watch(), token] {
+                         if (watch.isAlive() && generation == token) hideNow();
+                       });
+}
+
+void BrightnessHUD::hideNow() {
+  cancelDismissWork();
+  if (!window) return;
+  window->orderOut();
+  window->setAlpha(0);
+}
+
+void BrightnessHUD::cancelDismissWork() {
+  if (dismissWork) runtime.cancel(*dismissWork);
+  dismissWork.reset();
+}
+
+}  // namespace brivane

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneApp/HUDHostingView.h"
+#include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/CatalogColor.h"
+#include "BrivaneUI/HUDMetrics.h"
+#include "BrivaneUI/HUDModel.h"
+#include "BrivaneUI/StringCatalogue.h"
+
+namespace brivane {
+
+/// Puts the HUD on a screen: one click-through window, made on first use and used again, that fades
+/// out a given time after the last update. Main thread, but for `present` and `dismiss`. What it is
+/// made over must outlive it.
+class BrightnessHUD {
+ public:
+  BrightnessHUD(Machine& machine, Frame& frame, CatalogColor& colors,
+                const StringCatalogue& strings);
+  BrightnessHUD(const BrightnessHUD&) = delete;
+  BrightnessHUD& operator=(const BrightnessHUD&) = delete;
+  ~BrightnessHUD();
+
+  /// Any thread; from another than the main thread it takes effect a little later. Shows the state
+  /// on the display, or on the main screen when no screen has that number, and begins to fade
+  /// `durationSeconds` after this call, unless another one comes meanwhile.
+  void present(const HUDModel::State& state, DisplayID displayID, double durationSeconds);
+
+  /// Any thread, as `present`. Hides the HUD at once.
+  void dismiss();
+
+  /// Ordered in, be it in the middle of its fade.
+  bool isVisible() const;
+
+  const HUDModel& model() const { return *hudModel; }
+
+ private:
+  HUDWindow& ensureWindow();
+  void installHostingView();
+  void observeAppearanceChanges();
+  void reposition(HUDWindow& hudWindow, DisplayID displayID);
+  std::optional<Screen> screenFor(DisplayID displayID);
+  void show(const HUDModel::State& state, DisplayID displayID, bool wasVisible);
+  void scheduleFadeOut(double durationSeconds, std::uint64_t token);
+  void fadeOut(std::uint64_t token);
+  void hideNow();
+  void cancelDismissWork();
+
+  Runtime& runtime;
+  DisplaySystem& displays;
+  Frame& frame;
+  CatalogColor& colors;
+  const StringCatalogue& strings;
+  const HUDMetrics metrics;
+
+  std::unique_ptr<HUDWindow> window;
+  const std::shared_ptr<HUDModel> hudModel = std::make_shared<HUDModel>();
+  std::optional<TimerID> dismissWork;
+  /// Counts the presents: work that belongs to an earlier one finds that it is out of date.
+  std::uint64_t generation = 0;
+  std::optional<DisplayID> lastDisplayID;
+  Observation appearanceObserver;
+  std::unique_ptr<HUDHostingView> hostingView;
+  LivenessAnchor anchor;
+};
+
+}  // namespace brivane

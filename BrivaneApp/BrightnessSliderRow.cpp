@@ -1,0 +1,75 @@
+// A hand moves a slider far more often than a monitor can take a level. The first move is written
+// at once, later ones wait for their turn, and the newest value wins; so the position in which the
+// hand lets go is always written.
+
+#include "BrivaneApp/BrightnessSliderRow.h"
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "BrivaneApp/Strings.h"
+
+namespace brivane {
+namespace {
+
+constexpr double secondsBetweenWrites = 0.07;
+/// How long the slider isn't moved after a write: until then the level that is read may be older.
+constexpr double secondsOfRestAfterWrite = 0.4;
+
+}  // namespace
+
+BrightnessSliderRow::BrightnessSliderRow(Runtime& itsRuntime, SliderPlace place,
+                                         PercentRange levels, Apply applyLevel)
+    : slider(place), apply(std::move(applyLevel)), range(levels), runtime(itsRuntime) {}
+
+BrightnessSliderRow::~BrightnessSliderRow() {
+  anchor.kill();
+  runtime.cancel(flushWork);
+}
+
+MenuSlider BrightnessSliderRow::item(const StringCatalogue& catalogue,
+                                     const std::string& displayName, Percent percent) {
+  return {static_cast<double>(range.lower), static_cast<double>(range.upper),
+          static_cast<double>(percent),
+          catalogue.format(strings::menuSliderAccessibilityLabel, {displayName}),
+          [this](double value) { sliderMoved(value); }};
+}
+
+void BrightnessSliderRow::follow(Percent level) {
+  if (pendingValue || secondsSinceLastWrite() < secondsOfRestAfterWrite) return;
+  const auto position = static_cast<double>(level);
+  if (std::abs(position - slider.menu.sliderValue(slider.index)) < 1) return;
+  slider.menu.setSliderValue(slider.index, position);
+}
+
+void BrightnessSliderRow::sliderMoved(double value) {
+  const Percent level = std::llround(value);
+  if (level == pendingValue) return;
+  pendingValue = level;
+  const double elapsed = secondsSinceLastWrite();
+  if (elapsed >= secondsBetweenWrites) {
+    flush();
+  } else if (flushWork == 0) {
+    flushWork =
+        runtime.after(fromSeconds(secondsBetweenWrites - elapsed), [this, watch = anchor.watch()] {
+          if (watch.isAlive()) flush();
+        });
+  }
+}
+
+void BrightnessSliderRow::flush() {
+  // A timer that comes late must not write again right after a move that went ahead of it.
+  runtime.cancel(std::exchange(flushWork, 0));
+  if (!pendingValue) return;
+  const Percent level = *std::exchange(pendingValue, std::nullopt);
+  lastWrite = runtime.now();
+  apply(level);
+}
+
+double BrightnessSliderRow::secondsSinceLastWrite() const {
+  if (!lastWrite) return std::numeric_limits<double>::infinity();
+  return secondsBetween(*lastWrite, runtime.now());
+}
+
+}  // namespace brivane

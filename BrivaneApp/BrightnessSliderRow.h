@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "BrivaneApp/Frame/StatusItem.h"
+#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Seams/Runtime.h"
+#include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/StringCatalogue.h"
+
+namespace brivane {
+
+/// A slider in a menu, by its position.
+struct SliderPlace {
+  MenuView& menu;
+  std::size_t index = 0;
+};
+
+/// One display's slider. It paces the writes of a drag, since a monitor takes tens of milliseconds
+/// for each, and follows the display's level when nobody drags it. Main thread.
+class BrightnessSliderRow {
+ public:
+  using Apply = std::function<void(Percent level)>;
+
+  /// `levels` are the slider's ends; `applyLevel` writes a level for the row's display. A write
+  /// that waits when the row is dropped is dropped with it.
+  BrightnessSliderRow(Runtime& itsRuntime, SliderPlace place, PercentRange levels,
+                      Apply applyLevel);
+  ~BrightnessSliderRow();
+  BrightnessSliderRow(const BrightnessSliderRow&) = delete;
+  BrightnessSliderRow& operator=(const BrightnessSliderRow&) = delete;
+
+  /// What to put at the row's place in the menu. It calls the row, which must outlive it there.
+  MenuSlider item(const StringCatalogue& catalogue, const std::string& displayName,
+                  Percent percent);
+
+  /// Moves the slider to the level, unless a write of its own waits or is just over, or the slider
+  /// is there.
+  void follow(Percent level);
+
+ private:
+  void sliderMoved(double value);
+  void flush();
+  double secondsSinceLastWrite() const;
+
+  const SliderPlace slider;
+  const Apply apply;
+  const PercentRange range;
+  /// Absent before the first.
+  std::optional<Instant> lastWrite;
+  std::optional<Percent> pendingValue;
+  /// 0 when none is scheduled.
+  TimerID flushWork = 0;
+
+  Runtime& runtime;
+  LivenessAnchor anchor;
+};
+
+}  // namespace brivane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "BrivaneApp/Stoppable.h"
+#include "BrivaneCore/Policy/BrightnessController.h"
+#include "BrivaneCore/Seams/Runtime.h"
+
+namespace brivane {
+
+/// Has the controller look every five seconds for levels that were changed with the monitors' own
+/// buttons. Main thread.
+class CacheResyncScheduler : public Stoppable {
+ public:
+  CacheResyncScheduler(Runtime& machineRuntime, BrightnessController& brightnessController);
+  ~CacheResyncScheduler() override;
+  CacheResyncScheduler(const CacheResyncScheduler&) = delete;
+  CacheResyncScheduler& operator=(const CacheResyncScheduler&) = delete;
+
+  void start();
+  void stop() override;
+
+ private:
+  BrightnessController& controller;
+  TimerID resyncTimer = 0;
+
+  Runtime& runtime;
+};
+
+}  // namespace brivane

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+
+#include "BrivaneApp/AccessibilityRetryController.h"
+#include "BrivaneApp/BrightnessHUD.h"
+#include "BrivaneApp/CacheResyncScheduler.h"
+#include "BrivaneApp/DisplayReconciler.h"
+#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneApp/HotkeyEditor.h"
+#include "BrivaneApp/KeyPressCoordinator.h"
+#include "BrivaneApp/StatusItemController.h"
+#include "BrivaneApp/SystemBrightnessKeyController.h"
+#include "BrivaneCore/Input/HotkeyManager.h"
+#include "BrivaneCore/KeyRelay/KeyMappingStore.h"
+#include "BrivaneCore/Policy/AppleDisplayBackend.h"
+#include "BrivaneCore/Policy/BrightnessController.h"
+#include "BrivaneCore/Policy/BrightnessStore.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneUI/CatalogColor.h"
+#include "BrivaneUI/StringCatalogue.h"
+
+namespace brivane {
+
+/// The resident program's long-lived objects, made and connected in one place; starting them is the
+/// delegate's business. An object uses those above it directly; what has to call in the other
+/// direction holds its target weakly, so that the whole graph ends with the root. Main thread.
+class CompositionRoot {
+ private:
+  const std::shared_ptr<AppleDisplayBackend> appleDisplays;
+  BrightnessStore store;
+  const StringCatalogue applicationTexts;
+  const StringCatalogue userInterfaceTexts;
+  CatalogColor colors;
+
+ public:
+  /// Machine and frame must outlive it.
+  CompositionRoot(ResidentMachine& machine, Frame& frame);
+  CompositionRoot(const CompositionRoot&) = delete;
+  CompositionRoot& operator=(const CompositionRoot&) = delete;
+
+  std::shared_ptr<BrightnessController> controller;
+  std::shared_ptr<KeyMappingStore> keyMapping;
+  std::shared_ptr<BrightnessHUD> hud;
+  std::shared_ptr<StatusItemController> statusItem;
+  std::shared_ptr<HotkeyEditor> hotkeyEditor;
+  std::shared_ptr<HotkeyManager> hotkeys;
+  std::shared_ptr<KeyPressCoordinator> keyPress;
+  std::shared_ptr<SystemBrightnessKeyController> systemBrightnessKeys;
+  std::shared_ptr<DisplayReconciler> displayReconciler;
+  std::shared_ptr<AccessibilityRetryController> accessibilityRetry;
+  std::shared_ptr<CacheResyncScheduler> cacheResync;
+
+ private:
+  void makeController(ResidentMachine& machine);
+  void makeInput(ResidentMachine& machine, Frame& frame);
+  void makeFollowers(ResidentMachine& machine);
+  void connectMenu();
+};
+
+}  // namespace brivane

@@ -1,0 +1,99 @@
+// Screens announce changes far more often than they change, and monitors answer long after they
+// were announced. So an announcement counts only when the arrangement differs, levels are restored
+// a little later, and whoever is still missing then is asked again every two seconds.
+#include "BrivaneApp/DisplayReconciler.h"
+
+#include <utility>
+
+namespace brivane {
+namespace {
+
+constexpr Microseconds restoreDelay = std::chrono::seconds(2);
+constexpr Microseconds recoveryPeriod = std::chrono::seconds(2);
+constexpr Microseconds recoveryDuration = std::chrono::seconds(180);
+
+}  // namespace
+
+DisplayReconciler::DisplayReconciler(ResidentMachine& machine,
+                                     DisplayInvalidating& brightnessController,
+                                     MenuRefreshing& statusItemMenu,
+                                     SystemBrightnessKeyController& systemBrightnessKeyController,
+                                     DisplayArrangement currentArrangement)
+    : controller(brightnessController),
+      statusItem(statusItemMenu),
+      systemBrightnessKeys(systemBrightnessKeyController),
+      arrangement(std::move(currentArrangement)),
+      runtime(machine.runtime()),
+      displays(machine.displays()),
+      notifications(machine.notifications()),
+      log(machine.log()),
+      diagnostics(machine.defaults()),
+      relaySettings(machine.defaults()) {}
+
+DisplayReconciler::~DisplayReconciler() {
+  anchor.kill();
+  DisplayReconciler::stop();
+}
+
+void DisplayReconciler::observeDisplayChanges() {
+  screenParameters = notifications.observeScreenParameters([this] { screenParametersChanged(); });
+}
+
+void DisplayReconciler::observeWake() {
+  didWake = notifications.observeDidWake([this] { reprobeAfterWake(); });
+  screensDidWake = notifications.observeScreensDidWake([this] { reprobeAfterWake(); });
+}
+
+void DisplayReconciler::screenParametersChanged() {
+  auto current = DisplayArrangement::current(displays);
+  if (current == arrangement) {
+    if (diagnostics.verboseKeyLog()) {
+      log.write("Brivane: screen parameters changed but the arrangement did not — ignoring");
+    }
+    return;
+  }
+  arrangement = std::move(current);
+  controller.invalidate();
+  startRecoveryPolling();
+  runtime.after(restoreDelay, [this, self = anchor.watch()] {
+    if (self.isAlive()) restoreDisplays();
+  });
+}
+
+void DisplayReconciler::reprobeAfterWake() {
+  controller.invalidate();
+  startRecoveryPolling();
+  if (relaySettings.systemBrightnessKeysEnabled()) systemBrightnessKeys.applyMapping();
+  restoreDisplays();
+}
+
+void DisplayReconciler::restoreDisplays() {
+  extendedRangePending = !controller.reapplyGammaRamps();
+  controller.restoreSavedBrightness([this, self = anchor.watch()] {
+    if (self.isAlive()) statusItem.refresh();
+  });
+}
+
+void DisplayReconciler::startRecoveryPolling() {
+  stop();
+  const Instant deadline = runtime.now() + recoveryDuration;
+  recoveryTimer = runtime.every(recoveryPeriod, [this, deadline] { poll(deadline); });
+}
+
+void DisplayReconciler::poll(Instant deadline) {
+  if (extendedRangePending) extendedRangePending = !controller.reapplyGammaRamps();
+  const bool isWaiting = controller.hasUnresolvedDisplays() || extendedRangePending;
+  if (isWaiting && runtime.now() >= deadline) return stop();
+  if (isWaiting) {
+    controller.retryPendingNow();
+  } else {
+    stop();
+  }
+  statusItem.refresh();
+}
+
+void DisplayReconciler::stop() {
+  runtime.cancel(std::exchange(recoveryTimer, 0));
+}
+
+}  // namespace brivane

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneApp/HotkeyCaptureField.h"
+#include "BrivaneCore/Input/HotkeyBindingStore.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneUI/StringCatalogue.h"
+
+namespace brivane {
+
+/// A small window to change the two hotkeys in, or to have the factory's back. A change is stored
+/// at once. Main thread.
+class HotkeyEditor {
+ public:
+  /// `changed` is called after each change and is not empty; the catalogue is the application's.
+  /// The other arguments must outlive the editor.
+  HotkeyEditor(ResidentMachine& machine, Frame& itsFrame, const StringCatalogue& stringCatalogue,
+               std::function<void()> changed);
+  ~HotkeyEditor();
+  HotkeyEditor(const HotkeyEditor&) = delete;
+  HotkeyEditor& operator=(const HotkeyEditor&) = delete;
+
+  /// Brings the window to the front. There is one; closing it keeps it for the next time.
+  void show();
+
+  void resetDefaults();
+
+ private:
+  using SetBinding = void (HotkeyBindingStore::*)(const HotkeyBinding&);
+  using Fields = std::vector<std::unique_ptr<HotkeyCaptureField>>;
+
+  void makeWindow();
+  void windowWillClose();
+  void buildContent(double width, double height);
+  void addRow(std::string_view labelKey, const Rect& row, const HotkeyBinding& binding,
+              SetBinding setBinding, std::vector<WindowItem>& items, Fields& newFields);
+
+  std::unique_ptr<EditorWindow> window;
+  const std::function<void()> onChange;
+
+  Frame& frame;
+  Keyboard& keyboard;
+  const StringCatalogue& catalogue;
+  HotkeyBindingStore bindings;
+  /// Those in the window.
+  Fields fields;
+};
+
+}  // namespace brivane

@@ -1,0 +1,144 @@
+// An open menu is never rebuilt merely because a number changed: that would end a drag and move
+// the items under the pointer. Titles and sliders are changed in place; only another set of
+// displays with sliders, or news from elsewhere, builds the menu anew.
+
+#include "BrivaneApp/StatusItemController.h"
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+#include "BrivaneApp/Strings.h"
+#include "BrivaneUI/AppIconArtwork.h"
+
+namespace brivane {
+namespace {
+
+constexpr double liveUpdatePeriodSeconds = 0.25;
+constexpr double secondsBetweenResyncs = 1.0;
+
+}  // namespace
+
+StatusItemController::StatusItemController(ResidentMachine& machine, Frame& frame,
+                                           const StringCatalogue& stringCatalogue,
+                                           BrightnessController& brightnessController)
+    : controller(brightnessController),
+      statusItem(frame.makeStatusItem()),
+      menu(statusItem->menu()),
+      runtime(machine.runtime()),
+      displays(machine.displays()),
+      keyboard(machine.keyboard()),
+      application(frame.application()),
+      catalogue(stringCatalogue),
+      texts(stringCatalogue),
+      bindings(machine.defaults()),
+      relaySettings(machine.defaults()),
+      brightnessSettings(machine.defaults()),
+      loginItem(machine) {
+  configureButton();
+  menu.setDelegate(this);
+}
+
+StatusItemController::~StatusItemController() {
+  anchor.kill();
+  stopLiveUpdates();
+}
+
+void StatusItemController::refresh() {
+  runtime.async([this, watch = anchor.watch()] {
+    if (!watch.isAlive()) return;
+    configureButton();
+    if (isMenuOpen) rebuildMenu();
+  });
+}
+
+void StatusItemController::menuWillOpen() {
+  isMenuOpen = true;
+  rebuildMenu();
+  startLiveUpdates();
+}
+
+void StatusItemController::menuDidClose() {
+  isMenuOpen = false;
+  stopLiveUpdates();
+}
+
+void StatusItemController::configureButton() {
+  statusItem->configureButton({AppIconArtwork().body(), AppIconArtwork::canvas,
+                               AppIconArtwork::canvas, catalogue.text(strings::menuTooltip)});
+}
+
+void StatusItemController::startLiveUpdates() {
+  stopLiveUpdates();
+  liveUpdateTimer =
+      runtime.every(fromSeconds(liveUpdatePeriodSeconds), [this, watch = anchor.watch()] {
+        if (watch.isAlive()) applyLiveValues();
+      });
+}
+
+void StatusItemController::stopLiveUpdates() {
+  runtime.cancel(std::exchange(liveUpdateTimer, 0));
+}
+
+void StatusItemController::applyLiveValues() {
+  const auto levels = controllableLevels();
+  if (!std::ranges::equal(std::views::keys(levels), renderedControllable)) {
+    rebuildMenu();
+    return;
+  }
+  for (const auto& [display, item] : statusItems) menu.setTitle(item, statusTitle(display));
+  for (const auto& [display, level] : levels) {
+    menu.setTitle(headerItems.at(display), texts.levelTitle(displayNames.at(display), level));
+    sliderRows.at(display).follow(level);
+  }
+  resyncAtMostOncePerSecond();
+}
+
+std::map<DisplayID, Percent> StatusItemController::controllableLevels() {
+  std::map<DisplayID, Percent> levels;
+  for (const DisplayTarget& target : controller.refreshTargets()) {
+    if (const auto level = controller.level(target.displayID)) levels[target.displayID] = *level;
+  }
+  return levels;
+}
+
+void StatusItemController::resyncAtMostOncePerSecond() {
+  const Instant now = runtime.now();
+  if (lastLiveResync && secondsBetween(*lastLiveResync, now) < secondsBetweenResyncs) return;
+  lastLiveResync = now;
+  controller.resyncCache();
+}
+
+void StatusItemController::editHotkeys() {
+  if (onEditHotkeys) onEditHotkeys();
+}
+
+void StatusItemController::toggleSystemBrightnessKeys() {
+  auto& [item, isChecked] = systemBrightnessKeysItem;
+  if (onToggleSystemBrightnessKeys) onToggleSystemBrightnessKeys(!isChecked);
+  // A relay that could not be installed has turned its setting off.
+  isChecked = relaySettings.systemBrightnessKeysEnabled();
+  menu.setChecked(item, isChecked);
+}
+
+void StatusItemController::restoreSavedBrightness() {
+  controller.restoreSavedBrightness({});
+}
+
+void StatusItemController::undimAll() {
+  controller.restoreAllExtendedRange();
+}
+
+void StatusItemController::retryNow() {
+  controller.retryNow();
+}
+
+void StatusItemController::toggleLaunchAtLogin() {
+  loginItem.setEnabled(!loginItem.isEnabled());
+}
+
+void StatusItemController::quit() {
+  application.terminate();
+}
+
+}  // namespace brivane

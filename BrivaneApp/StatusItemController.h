@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "BrivaneApp/BrightnessSliderRow.h"
+#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneApp/LoginItem.h"
+#include "BrivaneApp/MenuRefreshing.h"
+#include "BrivaneApp/StatusMenuText.h"
+#include "BrivaneCore/Input/HotkeyBindingStore.h"
+#include "BrivaneCore/KeyRelay/RelaySettings.h"
+#include "BrivaneCore/Policy/BrightnessController.h"
+#include "BrivaneCore/Policy/BrightnessSettings.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/StringCatalogue.h"
+
+namespace brivane {
+
+/// The program's place in the status bar: a menu with a block per display, the hotkeys in force and
+/// the program's commands. While it is open it follows the levels four times a second. Main thread.
+class StatusItemController : public MenuDelegate, public MenuRefreshing {
+ public:
+  /// All arguments must outlive the controller; the catalogue is the application's.
+  StatusItemController(ResidentMachine& machine, Frame& frame,
+                       const StringCatalogue& stringCatalogue,
+                       BrightnessController& brightnessController);
+  ~StatusItemController() override;
+  StatusItemController(const StatusItemController&) = delete;
+  StatusItemController& operator=(const StatusItemController&) = delete;
+
+  /// Levels or states changed elsewhere. Takes effect as a later task of the main queue.
+  void refresh() override;
+
+  void menuWillOpen() override;
+  void menuDidClose() override;
+
+ private:
+  BrightnessController& controller;
+
+ public:
+  /// Opens the hotkey editor.
+  std::function<void()> onEditHotkeys;
+  /// Switches the key relay; whether it is on afterwards is for the settings to say.
+  std::function<void(bool enabled)> onToggleSystemBrightnessKeys;
+
+ private:
+  /// By its position in the menu.
+  using MenuItemIndex = std::size_t;
+
+  void configureButton();
+
+  void rebuildMenu();
+  void forgetDisplays();
+  void addDisplay(const DisplayTarget& target, std::vector<MenuItem>& items);
+  void addLevel(const DisplayTarget& target, Percent level, std::vector<MenuItem>& items);
+  void addStatus(const DisplayTarget& target, std::vector<MenuItem>& items);
+  void addHotkeySection(std::vector<MenuItem>& items);
+  void addLevelCommands(std::vector<MenuItem>& items);
+  void addProgramCommands(std::vector<MenuItem>& items);
+  MenuCommand command(std::string_view titleKey, void (StatusItemController::*action)(),
+                      bool isChecked = false, const std::string& keyEquivalent = "");
+  std::string statusTitle(DisplayID display) const;
+
+  void startLiveUpdates();
+  void stopLiveUpdates();
+  void applyLiveValues();
+  std::map<DisplayID, Percent> controllableLevels();
+  void resyncAtMostOncePerSecond();
+
+  void editHotkeys();
+  void toggleSystemBrightnessKeys();
+  void restoreSavedBrightness();
+  void undimAll();
+  void retryNow();
+  void toggleLaunchAtLogin();
+  void quit();
+
+  const std::unique_ptr<StatusItem> statusItem;
+  MenuView& menu;
+  bool isMenuOpen = false;
+  std::map<DisplayID, MenuItemIndex> headerItems;
+  std::map<DisplayID, MenuItemIndex> statusItems;
+  std::set<DisplayID> renderedControllable;
+  std::map<DisplayID, BrightnessSliderRow> sliderRows;
+  std::map<DisplayID, std::string> displayNames;
+  /// 0 while the menu is closed.
+  TimerID liveUpdateTimer = 0;
+  /// Absent before the first.
+  std::optional<Instant> lastLiveResync;
+
+  struct CheckedItem {
+    MenuItemIndex index = 0;
+    bool isChecked = false;
+  };
+  CheckedItem systemBrightnessKeysItem;
+
+  Runtime& runtime;
+  DisplaySystem& displays;
+  Keyboard& keyboard;
+  Application& application;
+  const StringCatalogue& catalogue;
+  const StatusMenuText texts;
+  const HotkeyBindingStore bindings;
+  const RelaySettings relaySettings;
+  const BrightnessSettings brightnessSettings;
+  LoginItem loginItem;
+  LivenessAnchor anchor;
+};
+
+}  // namespace brivane

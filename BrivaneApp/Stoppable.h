@@ -1,0 +1,14 @@
+#pragma once
+
+namespace brivane {
+
+/// A long-lived object with timers or subscriptions of its own. Main thread.
+class Stoppable {
+ public:
+  virtual ~Stoppable() = default;
+
+  /// Ends its timers. It may be called again, and the object may be used and destroyed afterwards.
+  virtual void stop() = 0;
+};
+
+}  // namespace brivane

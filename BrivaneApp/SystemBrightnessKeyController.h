@@ -1,0 +1,53 @@
+#pragma once
+
+#include "BrivaneApp/Stoppable.h"
+#include "BrivaneCore/Input/RelayHotkeySwitching.h"
+#include "BrivaneCore/KeyRelay/KeyMappingStore.h"
+#include "BrivaneCore/KeyRelay/RelaySettings.h"
+#include "BrivaneCore/Policy/BuiltInPanelDriving.h"
+#include "BrivaneCore/Seams/Machine.h"
+
+namespace brivane {
+
+/// Takes the keyboard's own brightness keys over from the operating system, and gives them back:
+/// key mapping, relay hotkeys and the built-in panel go together, all or nothing. Main thread;
+/// every operation but `stop` blocks it for the key mapping's calls.
+class SystemBrightnessKeyController : public Stoppable {
+ public:
+  SystemBrightnessKeyController(Machine& machine, BuiltInPanelDriving& brightnessController,
+                                KeyMappingStore& keyMappingStore, RelayHotkeySwitching& relay);
+  ~SystemBrightnessKeyController() override;
+  SystemBrightnessKeyController(const SystemBrightnessKeyController&) = delete;
+  SystemBrightnessKeyController& operator=(const SystemBrightnessKeyController&) = delete;
+
+  /// Stores the setting and acts on it. What can't be switched on whole is undone, said in the log,
+  /// and stored as off.
+  void setEnabled(bool enabled);
+
+  /// Applies the key mapping again, whatever is in force now, and changes nothing else.
+  void applyMapping();
+
+  /// Ends the minute's check; the mapping stays.
+  void stop() override;
+
+ private:
+  void switchOn();
+  void switchOff();
+  void undo();
+  void release();
+  void store(bool enabled);
+  void startRelayVerification();
+  void verifyRelay();
+
+  BuiltInPanelDriving& controller;
+  KeyMappingStore& keyMapping;
+  RelayHotkeySwitching& hotkeys;
+  TimerID relayVerifyTimer = 0;
+
+  Runtime& runtime;
+  UserDefaults& defaults;
+  SystemLog& log;
+  const RelaySettings settings;
+};
+
+}  // namespace brivane

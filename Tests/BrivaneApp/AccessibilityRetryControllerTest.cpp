@@ -1,0 +1,139 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "BrivaneApp/AccessibilityRetryController.h"
+#include "Tests/Support/FakeMachine.h"
+
+namespace brivane {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr std::uint32_t f1 = 122;
+constexpr std::uint32_t f2 = 120;
+constexpr std::uint32_t upArrow = 126;
+constexpr std::uint32_t f19 = 80;
+constexpr std::uint32_t controlAndOption = 6144;
+
+/// A menu that notes its refreshes among the machine's calls.
+struct NotingMenu : MenuRefreshing {
+  explicit NotingMenu(CallNotes& callNotes) : notes(callNotes) {}
+  void refresh() override { notes.add("refresh"); }
+  CallNotes& notes;
+};
+
+struct AccessibilityRetryControllerTest : testing::Test {
+  AccessibilityRetryControllerTest() {
+    hotkeys.start();
+    machine.notes.take();
+  }
+
+  std::vector<std::string> notesWithin(Microseconds time) {
+    machine.time.runFor(time);
+    return machine.notes.take();
+  }
+
+  FakeMachine machine;
+  NotingMenu menu{machine.notes};
+  HotkeyManager hotkeys{machine, [](const Adjustment&, HotkeySource) { return true; }};
+  AccessibilityRetryController retry{machine, hotkeys, menu};
+};
+
+TEST_F(AccessibilityRetryControllerTest, WithoutTheGrantNothingIsTriedHoweverLongItTakes) {
+  retry.start();
+  EXPECT_THAT(notesWithin(10min), IsEmpty());
+  EXPECT_EQ(machine.time.timerCount(), 1u);
+  EXPECT_EQ(machine.access.prompts, 0);
+}
+
+TEST_F(AccessibilityRetryControllerTest, TheGrantIsLookedForEveryTwoSeconds) {
+  retry.start();
+  notesWithin(10min + 1ms);
+  machine.access.trusted = true;
+  EXPECT_THAT(notesWithin(2s - 1ms - 1us), IsEmpty());
+  EXPECT_FALSE(hotkeys.isEventTapActive());
+  notesWithin(1us);
+  EXPECT_TRUE(hotkeys.isEventTapActive());
+  EXPECT_TRUE(machine.tapPort.isEnabled);
+}
+
+TEST_F(AccessibilityRetryControllerTest, OnceTheTapRunsTheMenuIsRefreshedItIsSaidAndTheTimerEnds) {
+  retry.start();
+  machine.access.trusted = true;
+  const auto notes = notesWithin(2s);
+  ASSERT_GE(notes.size(), 2u);
+  EXPECT_EQ(notes[notes.size() - 2], "[2000] refresh");
+  EXPECT_EQ(notes.back(),
+            "[2000] log Brivane: Accessibility granted — brightness keys now active.");
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+  EXPECT_THAT(notesWithin(1min), IsEmpty());
+}
+
+TEST_F(AccessibilityRetryControllerTest, ATapThatIsRefusedInSpiteOfTheGrantIsTriedAgain) {
+  retry.start();
+  machine.access.trusted = machine.tapPort.refuses = true;
+  EXPECT_THAT(notesWithin(4s), ElementsAre("[2000] create tap", "[4000] create tap"));
+  machine.tapPort.refuses = false;
+  EXPECT_THAT(notesWithin(2s), Contains(HasSubstr("Accessibility granted")));
+}
+
+TEST_F(AccessibilityRetryControllerTest,
+       TheGrantGivesF1AndF2BackAndRegistersTheBindingsAndTheRelayAgain) {
+  hotkeys.setRelayHotkeysEnabled(true);
+  ASSERT_TRUE(machine.hotkeyPort.holds(f1, 0));
+  ASSERT_TRUE(machine.hotkeyPort.holds(f2, 0));
+  machine.notes.take();
+  retry.start();
+  machine.access.trusted = true;
+  const auto notes = notesWithin(2s);
+  EXPECT_FALSE(machine.hotkeyPort.holds(f1, 0));
+  EXPECT_FALSE(machine.hotkeyPort.holds(f2, 0));
+  EXPECT_TRUE(machine.hotkeyPort.holds(upArrow, controlAndOption));
+  EXPECT_TRUE(machine.hotkeyPort.holds(f19, 0));
+  EXPECT_THAT(notes, Contains(HasSubstr("register hotkey 1 ")));
+  EXPECT_THAT(notes, Contains(HasSubstr("register hotkey 5 ")));
+}
+
+TEST_F(AccessibilityRetryControllerTest, F1AndF2StayWhenTheSettingsKeepThem) {
+  machine.settings.values["KeepFunctionKeyFallback"] = {true};
+  retry.start();
+  machine.access.trusted = true;
+  notesWithin(2s);
+  EXPECT_TRUE(hotkeys.isEventTapActive());
+  EXPECT_TRUE(machine.hotkeyPort.holds(f1, 0));
+}
+
+TEST_F(AccessibilityRetryControllerTest, StartedTwiceItTicksOnceFromTheSecondStartOn) {
+  retry.start();
+  notesWithin(1s);
+  retry.start();
+  EXPECT_EQ(machine.time.timerCount(), 1u);
+  machine.access.trusted = true;
+  EXPECT_THAT(notesWithin(2s - 1us), IsEmpty());
+  EXPECT_THAT(notesWithin(1us), Not(IsEmpty()));
+}
+
+TEST_F(AccessibilityRetryControllerTest, StoppingEndsIt) {
+  retry.start();
+  retry.stop();
+  machine.access.trusted = true;
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+  EXPECT_THAT(notesWithin(1min), IsEmpty());
+}
+
+TEST_F(AccessibilityRetryControllerTest, ItsTimerEndsWithIt) {
+  {
+    AccessibilityRetryController other(machine, hotkeys, menu);
+    other.start();
+    EXPECT_EQ(machine.time.timerCount(), 1u);
+  }
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,200 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "BrivaneApp/CompositionRoot.h"
+#include "Tests/Support/ResidentBench.h"
+
+namespace brivane {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::IsEmpty;
+
+constexpr std::uint32_t upArrow = 126;
+constexpr std::uint32_t downArrow = 125;
+constexpr std::uint32_t controlAndOption = 6144;
+constexpr Adjustment brighter = {.delta = 5, .snapToStep = true};
+
+struct CompositionRootTest : testing::Test, ResidentBench {
+  void make() {
+    root = std::make_unique<CompositionRoot>(machine, frame);
+    takeNotes();
+  }
+
+  /// The levels of all monitors have been read.
+  void makeWithLevels() {
+    make();
+    root->controller->restoreSavedBrightness({});
+    run(1s);
+    takeNotes();
+  }
+
+  std::vector<std::weak_ptr<void>> allObjects() {
+    return {root->controller,         root->keyMapping,           root->hud,
+            root->statusItem,         root->hotkeyEditor,         root->hotkeys,
+            root->keyPress,           root->systemBrightnessKeys, root->displayReconciler,
+            root->accessibilityRetry, root->cacheResync};
+  }
+
+  std::unique_ptr<CompositionRoot> root;
+};
+
+TEST_F(CompositionRootTest, MakingItStartsNothingAndTouchesNoDisplay) {
+  addMonitor();
+  make();
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+  EXPECT_THAT(machine.processRunner.runs, IsEmpty());
+  EXPECT_THAT(machine.gamma.calls, IsEmpty());
+  EXPECT_EQ(machine.announcements.screens.observerCount(), 0u);
+  EXPECT_EQ(machine.announcements.wake.observerCount(), 0u);
+  EXPECT_EQ(frame.hudWindow, nullptr);
+  EXPECT_EQ(frame.editorWindow, nullptr);
+  EXPECT_NE(frame.statusItem, nullptr);
+}
+
+TEST_F(CompositionRootTest, AHotkeyChangesTheDisplayUnderThePointerAndShowsItsLevel) {
+  auto& monitor = addMonitor();
+  makeWithLevels();
+  root->hotkeys->start();
+  machine.hotkeyPort.press(upArrow, controlAndOption);
+  EXPECT_EQ(monitor.current, 55);
+  EXPECT_EQ(root->hud->model().state(), HUDModel::State(HUDModel::Level{55}));
+  machine.hotkeyPort.release(upArrow, controlAndOption);
+  machine.hotkeyPort.press(downArrow, controlAndOption);
+  EXPECT_EQ(monitor.current, 50);
+}
+
+TEST_F(CompositionRootTest, ABrightnessKeyIsSwallowedOnlyWhenADisplayTakesIt) {
+  addMonitor();
+  machine.access.trusted = true;
+  makeWithLevels();
+  root->hotkeys->start();
+  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::swallow);
+  machine.displaySystem.pointer = {-1, -1};
+  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::passThrough);
+}
+
+TEST_F(CompositionRootTest, APressAfterTheCoordinatorIsGonePassesThrough) {
+  addMonitor();
+  machine.access.trusted = true;
+  makeWithLevels();
+  root->hotkeys->start();
+  root->keyPress.reset();
+  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::passThrough);
+}
+
+TEST_F(CompositionRootTest, BoostingUsesAGainOfAtMostFourAndTablesOf256Entries) {
+  addMonitor().current = 100;
+  machine.gamma.add(2, 1024);
+  machine.displaySystem.allScreens[0].potentialHeadroom = 16;
+  makeWithLevels();
+  EXPECT_TRUE(root->controller->setLevel(200, 2));
+  const auto& boosted = machine.gamma.tables.at(2);
+  EXPECT_EQ(boosted.red.size(), 256u);
+  EXPECT_FLOAT_EQ(boosted.red.back(), 4.0F);
+}
+
+TEST_F(CompositionRootTest, ChoosingToChangeTheHotkeysShowsTheEditor) {
+  make();
+  frame.statusItem->ownMenu.open();
+  frame.statusItem->ownMenu.choose("menu.changeHotkeys");
+  ASSERT_NE(frame.editorWindow, nullptr);
+  EXPECT_TRUE(frame.editorWindow->visible);
+}
+
+TEST_F(CompositionRootTest, AChangedHotkeyIsRegisteredAndTheMenuRefreshed) {
+  make();
+  root->hotkeys->start();
+  machine.settings.values["BrightnessUpKeyCode"] = {std::int64_t{115}};
+  takeNotes();
+  const int configurations = frame.statusItem->configurations;
+  root->hotkeyEditor->resetDefaults();
+  EXPECT_THAT(takeNotes(), Contains("register hotkey 1 key 126 modifiers 6144"));
+  machine.time.settle();
+  EXPECT_GT(frame.statusItem->configurations, configurations);
+}
+
+TEST_F(CompositionRootTest, TheMenuSwitchesTheRelay) {
+  machine.settings.values["SystemBrightnessKeysEnabled"] = {false};
+  make();
+  auto& menu = frame.statusItem->ownMenu;
+  menu.open();
+  menu.choose("menu.useSystemBrightnessKeys");
+  EXPECT_THAT(takeNotes(), Contains("log Brivane: system brightness keys relayed through F19/F20"));
+  menu.open();
+  menu.choose("menu.useSystemBrightnessKeys");
+  EXPECT_THAT(takeNotes(), Contains("log Brivane: system brightness keys released back to macOS"));
+}
+
+TEST_F(CompositionRootTest, TheRelayHandsTheBuiltInPanelToTheKeys) {
+  machine.displayServices.install(machine.loader);
+  machine.displayServices.levels[1] = 0.5F;
+  machine.displayServices.canChange[1] = true;
+  machine.displaySystem.add({1, 1552, 1, 0, true}, "Built-in");
+  machine.pointAt(1);
+  make();
+  EXPECT_FALSE(root->keyPress->handle(brighter));
+  root->systemBrightnessKeys->setEnabled(true);
+  EXPECT_TRUE(root->keyPress->handle(brighter));
+  EXPECT_FLOAT_EQ(machine.displayServices.levels[1], 0.55F);
+}
+
+TEST_F(CompositionRootTest, TheArrangementAtItsMakingIsWhatChangesAreComparedWith) {
+  addMonitor();
+  make();
+  root->displayReconciler->observeDisplayChanges();
+  machine.announcements.screens.announce();
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+}
+
+TEST_F(CompositionRootTest, NothingKeepsTheGraphAliveOnceTheRootIsDropped) {
+  machine.access.trusted = false;
+  addMonitor(2);
+  auto& silent = addMonitor(3);
+  silent.answers = false;
+  machine.settings.values["ddc.1.3.1"] = {true};
+  machine.pointAt(2);
+  makeWithLevels();
+  // Everything that can be under way is.
+  root->hotkeys->start();
+  root->systemBrightnessKeys->setEnabled(true);
+  root->accessibilityRetry->start();
+  root->displayReconciler->observeDisplayChanges();
+  root->displayReconciler->observeWake();
+  root->cacheResync->start();
+  machine.announcements.wake.announce();
+  root->controller->setLevel(-30, 2);
+  root->hotkeyEditor->show();
+  frame.statusItem->ownMenu.open();
+  machine.hotkeyPort.press(upArrow, controlAndOption);
+  run(500ms);
+  machine.pointAt(3);
+  EXPECT_TRUE(root->keyPress->handle(brighter));
+  // The grant, the relay, the resynchronisation, the recovery, the open menu, the connecting HUD.
+  EXPECT_GE(machine.notingRuntime.periodicTimerCount(), 6u);
+  const auto objects = allObjects();
+  root.reset();
+  for (const auto& object : objects) EXPECT_TRUE(object.expired());
+  EXPECT_EQ(frame.statusItem, nullptr);
+  EXPECT_EQ(frame.hudWindow, nullptr);
+  EXPECT_EQ(frame.editorWindow, nullptr);
+  EXPECT_EQ(machine.announcements.screens.observerCount(), 0u);
+  EXPECT_EQ(machine.announcements.wake.observerCount(), 0u);
+  EXPECT_EQ(machine.announcements.screensWake.observerCount(), 0u);
+  EXPECT_EQ(frame.app.appearanceTopic.observerCount(), 0u);
+  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+  EXPECT_EQ(machine.hotkeyPort.handler, nullptr);
+  EXPECT_EQ(machine.notingRuntime.periodicTimerCount(), 0u);
+  // A retry of the silent monitor may be due still; it finds nobody, on the bus neither.
+  machine.notes.take();
+  run(10s);
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "BrivaneApp/EntryPoint.h"
+#include "Tests/Support/FakeFrame.h"
+
+namespace brivane {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr auto stillBeingBuilt =
+    "Brivane: the menu-bar program is still being built; use --probe, --set <0-100> or --unmap "
+    "until then.\n";
+
+/// A machine that the resident program can't live on.
+struct ToolMachine : FakeMachine {
+  ResidentMachine* resident() override { return nullptr; }
+};
+
+struct ResidentStartTest : testing::Test {
+  FrameOpener opener() {
+    return [this](ResidentMachine& itsMachine) {
+      EXPECT_EQ(&itsMachine, &machine);
+      machine.notes.add("open frame");
+      auto opened = std::make_unique<FakeFrame>(machine.time, machine.notes);
+      frame = opened.get();
+      return opened;
+    };
+  }
+
+  /// Starts the program; `whileRunning` happens five seconds later, and the application is
+  /// terminated after another five if it still runs.
+  int start(const Task& whileRunning = {}) {
+    if (whileRunning) machine.time.after(5s, whileRunning);
+    machine.time.after(10s, [this] { frame->app.terminate(); });
+    return runBrivane({"/Applications/Brivane"}, machine, opener(), out, err);
+  }
+
+  /// The notes up to the first that holds `text`, which is left out.
+  std::vector<std::string> notesBefore(const std::string& text) {
+    std::vector<std::string> notes = machine.notes.take();
+    const auto end = std::ranges::find_if(
+        notes, [&](const std::string& note) { return note.find(text) != std::string::npos; });
+    notes.erase(end, notes.end());
+    return notes;
+  }
+
+  FakeMachine machine;
+  FakeFrame* frame = nullptr;
+  std::ostringstream out;
+  std::ostringstream err;
+};
+
+TEST_F(ResidentStartTest, ItIsAnnouncedThenTheDelegateSetThenAnAccessoryMadeAndRun) {
+  machine.noteEverything();
+  EXPECT_EQ(start(), 0);
+  EXPECT_THAT(notesBefore("gamma"),
+              ElementsAre("[0] announce", "[0] open frame", "[0] set delegate",
+                          "[0] set activation policy 1", "[0] run"));
+  EXPECT_EQ(out.str(), "");
+  EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(ResidentStartTest, TheExitStatusIsTheApplications) {
+  EXPECT_EQ(start([this] { frame->app.exit(7); }), 7);
+}
+
+TEST_F(ResidentStartTest, AnotherInstanceIsNamedOnStandardErrorAndNothingElseHappens) {
+  machine.noteEverything();
+  machine.apps.running["com.quorrel.brivane"] = {machine.apps.ownID, 4711, 4712};
+  EXPECT_EQ(start(), 0);
+  EXPECT_EQ(out.str(), "");
+  EXPECT_EQ(err.str(), "Brivane is already running (pid 4711); exiting.\n");
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+  EXPECT_EQ(frame, nullptr);
+}
+
+TEST_F(ResidentStartTest, ItIsNotItsOwnOtherInstance) {
+  machine.apps.running["com.quorrel.brivane"] = {machine.apps.ownID};
+  start();
+  EXPECT_NE(frame, nullptr);
+  EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(ResidentStartTest, OutsideABundleNoSuchTestIsMade) {
+  machine.apps.bundle.reset();
+  machine.apps.running[""] = {4711};
+  machine.apps.running["com.quorrel.brivane"] = {4711};
+  start();
+  EXPECT_NE(frame, nullptr);
+  EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(ResidentStartTest, OfTwoThatStartAtOnceTheOneThatCanNotAnnounceItselfNamesTheOther) {
+  machine.apps.canAnnounce = false;
+  machine.apps.atAnnouncing = [this] { machine.apps.running["com.quorrel.brivane"] = {4711}; };
+  EXPECT_EQ(start(), 0);
+  EXPECT_EQ(err.str(), "Brivane is already running (pid 4711); exiting.\n");
+  EXPECT_EQ(frame, nullptr);
+}
+
+TEST_F(ResidentStartTest, WhereNobodyCanAnnounceItselfItGoesOn) {
+  machine.apps.canAnnounce = false;
+  start();
+  EXPECT_NE(frame, nullptr);
+  EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(ResidentStartTest, AMachineWithNothingToShowItOnSaysSo) {
+  EXPECT_EQ(runBrivane({"Brivane"}, machine, nullptr, out, err), 0);
+  EXPECT_EQ(err.str(), stillBeingBuilt);
+  EXPECT_FALSE(machine.apps.isAnnounced);
+  err.str("");
+  ToolMachine tools;
+  EXPECT_EQ(runBrivane({"Brivane"}, tools, opener(), out, err), 0);
+  EXPECT_EQ(err.str(), stillBeingBuilt);
+  EXPECT_FALSE(tools.apps.isAnnounced);
+  EXPECT_EQ(frame, nullptr);
+}
+
+TEST_F(ResidentStartTest, QuittingCleansUpOnceAndLeavesNothingBehind) {
+  machine.noteEverything();
+  const int status = start([this] { machine.notes.take(); });
+  EXPECT_EQ(status, 0);
+  const auto notes = machine.notes.take();
+  EXPECT_EQ(std::ranges::count(notes, "[10000] terminate"), 1);
+  EXPECT_EQ(std::ranges::count(notes, "[10000] gamma restore all"), 3) << "one for each effect";
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+}
+
+TEST_F(ResidentStartTest, TheSignalCleansUpAndEndsTheProgramWithStatusZeroUnseenByTheDelegate) {
+  machine.noteEverything();
+  machine.processRunner.results = {FinishedProcess{0, "(null)\n"}};
+  const int status = start([this] {
+    machine.notes.take();
+    machine.announcements.termination.announce();
+    machine.notes.add("the signal's task returns");
+    EXPECT_EQ(frame->app.exitStatus, 0);
+  });
+  EXPECT_EQ(status, 0);
+  const auto notes = notesBefore("the signal's task returns");
+  EXPECT_THAT(notes, testing::Contains(HasSubstr("gamma restore all")));
+  EXPECT_THAT(notes, testing::Contains(HasSubstr("run /usr/bin/hidutil --get")));
+  EXPECT_THAT(notes.back(), HasSubstr("exit 0"));
+  EXPECT_THAT(notes, Not(testing::Contains(HasSubstr("terminate"))));
+}
+
+}  // namespace
+}  // namespace brivane
