@@ -58,10 +58,10 @@ check "BrivaneApp includes only what is below it, and the file that picks a mach
     grep -v '^BrivaneApp/main.cpp:.*Machines/PickMachine.h')"
 check "machines implement seams and know nothing of policy" "$(
   sources 'Machines/*.h' 'Machines/*.cpp' | xargs -r grep -nE '^#include "Brivane' |
-    grep -vE '#include "BrivaneCore/(Seams|Support)/')"
+    grep -vE '#include "(BrivaneCore/(Seams|Support)|BrivaneApp/Frame)/|#include "BrivaneUI/(Appearance|Color|DisplayList).h')"
 for machine in $(sources Machines | cut -d/ -f2 | grep -v '\.' | sort -u); do
   check "Machines/$machine includes no other machine" "$(
-    includes_outside "Machines/$machine" "BrivaneCore|Machines/$machine|Machines/Common")"
+    includes_outside "Machines/$machine" "BrivaneCore|BrivaneUI|BrivaneApp/Frame|Machines/$machine|Machines/Common")"
 done
 check "only one file names the machines" "$(
   sources 'BrivaneCore' 'BrivaneUI' 'BrivaneApp' 'Machines/PickMachine.h' |
@@ -71,6 +71,17 @@ check "every source file is in the build" "$(
   comm -23 <(sources '*.cpp' ':!*.in' | sort -u) \
     <(grep -hoE '"file": "[^"]+"' build/compile_commands.json | sed "s|.*\"$PWD/||; s|\"$||" |
       sort -u))"
+
+check "docs/scenarios.md names every form of a step" "$(
+  grep -ohE '^      \{"[^"]+"' Tools/BrivaneDesk/*Steps.cpp Tools/BrivaneDesk/*Expectations.cpp |
+    sed 's/.*"\(.*\)"/\1/' | while read -r form; do
+      grep -qF -- "\`$form\`" docs/scenarios.md || echo "$form"
+    done)"
+
+# The linker merges two types of one name without a word, and one runs the other's destructor.
+check "no two headers define a type of one name" "$(
+  sources '*.h' | xargs -r grep -hoE '^(struct|class|enum class|union) [A-Za-z]+( final)?( :[^{;]*)? ?\{' |
+    sed -E 's/^(struct|class|enum class|union) ([A-Za-z]+).*/\2/' | sort | uniq -d)"
 
 check "every header has a guard" "$(sources '*.h' | xargs -r grep -L '^#pragma once')"
 

@@ -1,0 +1,192 @@
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+#include "Tests/Support/TemporaryFolder.h"
+#include "Tools/BrivaneDesk/RandomDay.h"
+#include "Tools/BrivaneDesk/RunCommand.h"
+#include "Tools/BrivaneDesk/ScenarioRun.h"
+#include "Tools/BrivaneDesk/SwarmCommand.h"
+#include "Tools/BrivaneDesk/TranscriptFile.h"
+
+namespace brivane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+
+const std::string oneMonitor =
+    R"(desk {"displays": [{"identifier": 1, "name": "Halden", "firmware": {"level": 40}}]})"
+    "\n";
+
+struct Result {
+  int status = 0;
+  std::string output;
+};
+
+class RunCommandTest : public ::testing::Test {
+ public:
+  Result run(bool regenerates = false, bool traces = false) {
+    std::ostringstream out;
+    RunOptions options{files, regenerates, traces, {}};
+    const int status = runScenarios(options, out);
+    return {status, out.str()};
+  }
+  void write(const std::string& name, const std::string& text) {
+    files.push_back(folder.write(name, text));
+  }
+
+  TemporaryFolder folder;
+  std::vector<std::filesystem::path> files;
+};
+
+TEST_F(RunCommandTest, AMissingTranscriptIsAFailureThatSaysHowToWriteOne) {
+  write("day.scenario", oneMonitor + "at 1s buttons 1 30\nexpect level 1 = 30%\n");
+  auto result = run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.output, HasSubstr("day.transcript is missing"));
+  EXPECT_THAT(result.output, HasSubstr("--regenerate"));
+  EXPECT_EQ(run(true).status, 0);
+  result = run();
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.output, EndsWith("1 of 1 scenarios passed, 1 expectations, 1.000000 s "
+                                      "simulated\n"));
+}
+
+TEST_F(RunCommandTest, ATranscriptThatDiffersIsShownAtItsFirstDifference) {
+  write("day.scenario", oneMonitor + "at 1s buttons 1 30\nat 2s end\nat 3s end\n");
+  ASSERT_EQ(run(true).status, 0);
+  const auto file = folder / "day.transcript";
+  std::string text = TemporaryFolder::read(file);
+  const std::string line = "    2.000000  > end";
+  ASSERT_NE(text.find(line), std::string::npos);
+  text.replace(text.find(line), line.size(), "    2.000000  > rest");
+  folder.write("day.transcript", text);
+  const auto result = run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.output, HasSubstr("    -     2.000000  > rest\n    +     2.000000  > end\n"));
+}
+
+TEST_F(RunCommandTest, AFailedExpectationNamesTheStepAndWhatWasFoundAndTheNextFileIsPlayed) {
+  write("bad.scenario", oneMonitor + "at 1.5s expect level 1 = 41%\n");
+  write("good.scenario", oneMonitor + "at 1s expect level 1 = 40%\n");
+  const auto result = run(true);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.output, HasSubstr("bad.scenario: line 2, at 1.500000 s: expect level 1 = 41%\n"
+                                       "    found 40%\n"));
+  EXPECT_THAT(result.output, HasSubstr("1 of 2 scenarios passed"));
+  EXPECT_THAT(folder.names(), ElementsAre("bad.scenario", "good.scenario", "good.transcript"));
+}
+
+TEST_F(RunCommandTest, AMistakeInAScenarioOrItsDeskIsOneLine) {
+  write("one.scenario", oneMonitor + "prss up\n");
+  write("two.scenario", "desk {\"displas\": []}\n");
+  write("three.scenario", "desk missing.json\n");
+  files.push_back(folder / "none.scenario");
+  const auto result = run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(std::ranges::count(result.output, '\n'), 5) << result.output;
+  EXPECT_THAT(result.output, HasSubstr("one.scenario: line 2: unknown step \"prss\""));
+  EXPECT_THAT(result.output, HasSubstr("two.scenario: line 1: desk: /: unknown key \"displas\", "
+                                       "did you mean \"displays\"?"));
+}
+
+std::vector<std::string> withoutTimes(const ScenarioOutcome& outcome) {
+  std::vector<std::string> lines;
+  for (const auto& line : outcome.transcript) lines.push_back(line.substr(14));
+  return lines;
+}
+
+ScenarioOutcome play(const std::string& text) {
+  const auto loaded = loadScenarioText(text, "day.scenario");
+  if (const auto* const mistake = std::get_if<std::string>(&loaded)) {
+    ADD_FAILURE() << *mistake;
+    return {};
+  }
+  auto outcome = playScenario(std::get<LoadedScenario>(loaded), {});
+  for (const auto& failure : outcome.failures) {
+    ADD_FAILURE() << failure.line << " " << failure.step << " found " << failure.found;
+  }
+  return outcome;
+}
+
+TEST(ScenarioRun, AKilledProgramLeavesTheHardwareAsItIsAndTheNextOneClearsIt) {
+  const auto outcome = play(oneMonitor +
+                            "at 0s start\n"
+                            "+1s hold control+option+down for 2s\n"
+                            "expect gamma 1 = dimmed\n"
+                            "expect mapping relay\n"
+                            "kill\n"
+                            "+1s expect gamma 1 = dimmed\n"
+                            "expect mapping relay\n"
+                            "expect program ended\n"
+                            "start\n"
+                            "+1s expect gamma 1 = calibrated\n"
+                            "quit\n"
+                            "+1s expect exit 0\n"
+                            "expect clean\n");
+  const auto lines = withoutTimes(outcome);
+  EXPECT_EQ(std::ranges::count(lines, "program killed"), 1);
+  EXPECT_EQ(std::ranges::count(lines, "program ended with status 0"), 1);
+}
+
+TEST(ScenarioRun, WhatADroppedProgramDoesAtTheEndIsNotInTheTranscript) {
+  const auto outcome = play(oneMonitor + "at 0s start\nat 1s end\n");
+  EXPECT_EQ(outcome.transcript.back(), "    1.000000  > end");
+}
+
+TEST(ScenarioRun, AStepComesAfterWhatTheProgramHasSetForTheSameMoment) {
+  play(oneMonitor +
+       "at 0s start\n"
+       "at 1s key control+option+up\n"
+       "at 2.199999s expect no trace \"alpha to 0\"\n");
+}
+
+TEST(ScenarioRun, ASecondStartFindsTheFirst) {
+  play(oneMonitor +
+       "at 0s start\n"
+       "at 1s start second\n"
+       "expect output \"Brivane is already running\"\n"
+       "expect program running\n");
+}
+
+TEST(ScenarioRun, ACommandWorksBesideTheRunningProgram) {
+  play(oneMonitor +
+       "at 0s start\n"
+       "at 1s expect mapping relay\n"
+       "unmap\n"
+       "expect mapping empty\n"
+       "command --set 70\n"
+       "expect level 1 = 70%\n");
+}
+
+TEST(ScenarioRun, TranscriptsLeaveOutWhatTheyAreTold) {
+  const auto outcome = play(oneMonitor +
+                            "at 1s transcript off\n"
+                            "at 2s buttons 1 30\n"
+                            "at 3s transcript on\n"
+                            "at 4s expect trace \"buttons 1 30\"\n");
+  EXPECT_THAT(withoutTimes(outcome), ElementsAre("> transcript off", "transcript goes on"));
+}
+
+TEST(RandomDay, OneSeedGivesOneDayAndEveryDayIsAScenario) {
+  EXPECT_EQ(randomDay(7), randomDay(7));
+  EXPECT_NE(randomDay(7), randomDay(8));
+  for (std::uint64_t seed = 0; seed < 200; ++seed) {
+    const auto loaded = loadScenarioText(randomDay(seed), "day.scenario");
+    const auto* const mistake = std::get_if<std::string>(&loaded);
+    EXPECT_EQ(mistake, nullptr) << (mistake == nullptr ? "" : *mistake);
+  }
+}
+
+TEST(SwarmCommand, SeedsAreARange) {
+  EXPECT_EQ(parseSeeds("3..7"), (SeedRange{3, 7}));
+  EXPECT_EQ(parseSeeds("5"), (SeedRange{5, 5}));
+  for (const auto* const text : {"", "7..3", "a..b", "1..", "..2", "-1..2", "0..1000000"}) {
+    EXPECT_EQ(parseSeeds(text), std::nullopt) << text;
+  }
+}
+
+}  // namespace
+}  // namespace brivane

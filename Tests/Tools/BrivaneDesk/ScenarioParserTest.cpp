@@ -1,0 +1,182 @@
+#include <gmock/gmock.h>
+
+#include "Tools/BrivaneDesk/ScenarioParser.h"
+#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Tokens.h"
+
+namespace brivane {
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+Scenario parsed(const std::string& text) {
+  auto result = parseScenario(text, "day.scenario");
+  if (const auto* const mistake = std::get_if<std::string>(&result)) {
+    ADD_FAILURE() << *mistake;
+    return {};
+  }
+  return std::get<Scenario>(std::move(result));
+}
+
+Step onlyStep(const std::string& line) {
+  const auto scenario = parsed("desk default\n" + line);
+  return scenario.steps.size() == 1 ? scenario.steps.front() : Step{};
+}
+
+std::string mistakeIn(const std::string& text) {
+  const auto result = parseScenario(text, "day.scenario");
+  const auto* const mistake = std::get_if<std::string>(&result);
+  return mistake == nullptr ? "no mistake" : *mistake;
+}
+
+TEST(Tokens, TimesAreExactToTheMicrosecond) {
+  struct Case {
+    std::string text;
+    std::optional<long long> microseconds;
+  };
+  const std::vector<Case> cases = {
+      {"0s", 0},
+      {"1.5s", 1'500'000},
+      {"0.000001s", 1},
+      {"250ms", 250'000},
+      {"7us", 7},
+      {"1h30min", 5'400'000'000},
+      {"0.5min", 30'000'000},
+      {"1min0.25s", 60'250'000},
+      {"0.0000001s", std::nullopt},
+      {"0.5us", std::nullopt},
+      {"1.s", std::nullopt},
+      {"5", std::nullopt},
+      {"s", std::nullopt},
+      {"", std::nullopt},
+      {"-1s", std::nullopt},
+      {"1 s", std::nullopt},
+      {"9999999999s", std::nullopt},
+  };
+  for (const auto& [text, expected] : cases) EXPECT_EQ(parseMicroseconds(text), expected) << text;
+}
+
+TEST(Tokens, QuotesBracesAndCommentsBoundWords) {
+  const auto split = splitLine(R"(  a "b \"c\" #" {1, "}"}  # rest "not read)");
+  ASSERT_TRUE(std::holds_alternative<std::vector<Token>>(split));
+  std::vector<std::string> texts;
+  for (const auto& token : std::get<std::vector<Token>>(split)) texts.push_back(token.text);
+  EXPECT_THAT(texts, ::testing::ElementsAre("a", "b \"c\" #", R"({1, "}"})"));
+}
+
+TEST(ScenarioParser, KnowsThreeOriginsOfADesk) {
+  EXPECT_EQ(parsed("# first\n\ndesk default").origin, DeskOrigin::defaultDesk);
+  const auto file = parsed("desk two.json");
+  EXPECT_EQ(file.origin, DeskOrigin::file);
+  EXPECT_EQ(file.desk, "two.json");
+  const auto text = parsed("desk {\n  \"displays\": [{\"identifier\": 1}]\n}\nat 1s end");
+  EXPECT_EQ(text.origin, DeskOrigin::text);
+  EXPECT_EQ(text.desk, "{\n  \"displays\": [{\"identifier\": 1}]\n}");
+  EXPECT_EQ(text.steps.size(), 1U);
+  EXPECT_EQ(text.steps.front().line, 4);
+}
+
+TEST(ScenarioParser, TimesCountFromTheStartOrFromTheEndOfTheStepBefore) {
+  const auto scenario = parsed(
+      "desk default\n"
+      "at 1.5s press up\n"
+      "release up\n"
+      "+0.3s hold up for 2s\n"
+      "+1us end\n"
+      "end\n");
+  const std::vector<Microseconds> expected = {milliseconds(1500), milliseconds(1500),
+                                              milliseconds(1800), microseconds(3'800'001)};
+  EXPECT_EQ(mistakeIn("desk default\nat 3s end\nat 2s end"),
+            "day.scenario: line 3: this step is earlier than the one before it");
+  for (std::size_t index = 0; index < expected.size() && index < scenario.steps.size(); ++index) {
+    EXPECT_EQ(scenario.steps[index].time, expected[index]);
+  }
+}
+
+TEST(ScenarioParser, AStepDuringAHoldIsPlacedByItsOwnTime) {
+  const auto scenario =
+      parsed("desk default\nat 1s hold up for 2s\nat 1.5s press shift\n+10ms end");
+  ASSERT_EQ(scenario.steps.size(), 3U);
+  EXPECT_EQ(scenario.steps[1].time, milliseconds(1500));
+  EXPECT_EQ(scenario.steps[2].time, milliseconds(1510));
+}
+
+TEST(ScenarioParser, AKeyIsDownForFiftyMilliseconds) {
+  const auto scenario = parsed("desk default\nkey up\nend");
+  ASSERT_EQ(scenario.steps.size(), 2U);
+  EXPECT_EQ(scenario.steps[1].time, milliseconds(50));
+}
+
+TEST(ScenarioParser, ReadsEveryKindOfArgument) {
+  EXPECT_EQ(onlyStep("press control+option+up").arguments.at(0),
+            Argument(Keys{{"control", "option", "up"}}));
+  EXPECT_EQ(onlyStep("pointer 4294967295").arguments.at(0), Argument(std::int64_t{4294967295}));
+  EXPECT_EQ(onlyStep("pointer {-5.5,20}").arguments.at(0), Argument(Point{-5.5, 20}));
+  EXPECT_EQ(onlyStep("pointer nowhere").form, "pointer nowhere");
+  EXPECT_EQ(onlyStep("setting A.b = true").arguments.at(1), Argument(PropertyValue{true}));
+  EXPECT_EQ(onlyStep("setting A = \"x y\"").arguments.at(1),
+            Argument(PropertyValue{std::string("x y")}));
+  EXPECT_EQ(onlyStep("setting A = 1.5").arguments.at(1), Argument(PropertyValue{1.5}));
+  EXPECT_EQ(onlyStep("command --set 40").arguments.at(0), Argument(Words{{"--set", "40"}}));
+  EXPECT_EQ(onlyStep("slider \"Left\" #2 drag to -30 over 1.5s").arguments.at(1),
+            Argument(std::int64_t{2}));
+  EXPECT_EQ(onlyStep("expect level 2 = 40%").form, "expect level DISPLAY = PERCENT");
+  EXPECT_EQ(onlyStep("expect level 2 = 40").form, "expect level DISPLAY = COUNT");
+  EXPECT_EQ(onlyStep("mood 2 busError").arguments.at(1), Argument(std::string("busError")));
+}
+
+TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
+  struct Case {
+    std::string step;
+    std::string complaint;
+  };
+  const std::vector<Case> cases = {
+      {"prss up", "unknown step \"prss\", did you mean \"press\"?"},
+      {"+1s xyzzy", "unknown step \"xyzzy\""},
+      {"press control+opton+up",
+       "expected keys such as control+option+up, found \"control+opton+up\", did you mean "
+       "\"option\"?"},
+      {"pointer left",
+       "expected a display's number, a point such as {100,200} or nowhere, found \"left\""},
+      {"pointer",
+       "expected a display's number, a point such as {100,200} or nowhere, found the "
+       "end of the line"},
+      {"pointer 2 now", "expected the end of the line, found \"now\""},
+      {"pointer 0",
+       "expected a display's number, a point such as {100,200} or nowhere, found \"0\""},
+      {"hold up for 2", "expected a length of time such as 1.5s or 250ms, found \"2\""},
+      {"appearance drak", "expected light, dark, found \"drak\", did you mean \"dark\"?"},
+      {"expect hud level 201", "expected a level from -100 to 200, found \"201\""},
+      {"menu choose Quit", "expected a text in quotation marks, found \"Quit\""},
+      {"menu choose \"Quit", "the text that begins with \"Quit has no closing quotation mark"},
+      {"at soon end", "expected a time such as 1.5s after \"at\", found \"soon\""},
+      {"at", "expected a time such as 1.5s after \"at\", found the end of the line"},
+      {"+x end", "expected a time such as +0.3s, found \"+x\""},
+      {"at 1s", "expected a step after the time, found the end of the line"},
+      {"desk default", "the scenario has a desk already"},
+  };
+  for (const auto& [step, complaint] : cases) {
+    EXPECT_EQ(mistakeIn("desk default\n\n" + step + "\n"), "day.scenario: line 3: " + complaint);
+  }
+}
+
+TEST(ScenarioParser, ADeskComesFirst) {
+  EXPECT_EQ(mistakeIn(""), "day.scenario: line 1: expected a line such as: desk default");
+  EXPECT_EQ(mistakeIn("at 1s start"),
+            "day.scenario: line 1: expected the desk first: desk default, desk FILE or desk {…}, "
+            "found \"at\"");
+  EXPECT_EQ(mistakeIn("desk {\n\"displays\": [\n"),
+            "day.scenario: line 1: the desk's opening brace is never closed");
+}
+
+TEST(StepTable, NoFormAppearsTwice) {
+  std::vector<std::string_view> forms = stepForms();
+  EXPECT_GT(forms.size(), 50U);
+  std::ranges::sort(forms);
+  EXPECT_EQ(std::ranges::adjacent_find(forms), forms.end());
+}
+
+}  // namespace
+}  // namespace brivane

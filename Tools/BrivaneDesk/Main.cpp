@@ -1,0 +1,84 @@
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Machines/Common/ResourceFolder.h"
+#include "Tools/BrivaneDesk/RunCommand.h"
+#include "Tools/BrivaneDesk/SwarmCommand.h"
+
+namespace {
+
+constexpr std::string_view help = R"(brivane-desk run FILE... [--regenerate] [--trace]
+    plays scenarios (docs/scenarios.md) on the shipping program, in virtual
+    time, and compares what happened with the transcript beside each of them
+
+    --regenerate   writes the transcripts instead
+    --trace        prints everything as it happens
+
+brivane-desk swarm --seeds A..B [--keep FOLDER]
+    plays a random day on a random desk for each seed
+
+    --keep         where scenarios that failed are written; by default the
+                   current folder
+)";
+
+/// One line about what was typed, and the exit status of a command that wasn't understood.
+int misunderstood(const std::string& what) {
+  std::cerr << "brivane-desk: " << what << "; --help lists what there is" << std::endl;
+  return 2;
+}
+
+int run(const std::vector<std::string>& arguments) {
+  brivane::RunOptions options;
+  options.resources = brivane::resourceFolder();
+  for (const auto& argument : arguments) {
+    if (argument == "--regenerate") {
+      options.regenerates = true;
+    } else if (argument == "--trace") {
+      options.traces = true;
+    } else if (argument.starts_with("--")) {
+      return misunderstood("run has no option " + argument);
+    } else {
+      options.files.emplace_back(argument);
+    }
+  }
+  if (options.files.empty()) return misunderstood("run needs a scenario");
+  return brivane::runScenarios(options, std::cout);
+}
+
+int swarm(const std::vector<std::string>& arguments) {
+  brivane::SwarmOptions options;
+  options.resources = brivane::resourceFolder();
+  bool hasSeeds = false;
+  for (std::size_t index = 0; index < arguments.size(); ++index) {
+    const bool hasValue = index + 1 < arguments.size();
+    if (arguments[index] == "--seeds" && hasValue) {
+      const auto seeds = brivane::parseSeeds(arguments[++index]);
+      if (!seeds) return misunderstood("expected seeds such as 1..20, found " + arguments[index]);
+      options.seeds = *seeds;
+      hasSeeds = true;
+    } else if (arguments[index] == "--keep" && hasValue) {
+      options.keepFolder = arguments[++index];
+    } else {
+      return misunderstood("swarm does not understand " + arguments[index]);
+    }
+  }
+  if (!hasSeeds) return misunderstood("swarm needs --seeds, such as --seeds 1..20");
+  return brivane::runSwarm(options, std::cout);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (arguments.empty() || arguments.front() == "--help" || arguments.front() == "-h") {
+    std::cout << help;
+    return arguments.empty() ? 2 : 0;
+  }
+  const std::string command = arguments.front();
+  arguments.erase(arguments.begin());
+  if (command == "run") return run(arguments);
+  if (command == "swarm") return swarm(arguments);
+  return misunderstood("there is no command " + command);
+}

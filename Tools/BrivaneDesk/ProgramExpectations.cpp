@@ -1,0 +1,117 @@
+#include <algorithm>
+
+#include "Tools/BrivaneDesk/Stage.h"
+#include "Tools/BrivaneDesk/StepTable.h"
+
+namespace brivane {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// The last few lines, for a person who wonders why the one they look for isn't there.
+std::string lastOf(const Lines& lines) {
+  constexpr std::size_t shown = 8;
+  if (lines.empty()) return "nothing at all";
+  std::string text = "these lines, latest last:";
+  const std::size_t first = lines.size() > shown ? lines.size() - shown : 0;
+  for (std::size_t index = first; index < lines.size(); ++index) text += "\n      " + lines[index];
+  return text;
+}
+
+auto holding(const std::string& text) {
+  return [&text](const std::string& line) { return line.find(text) != std::string::npos; };
+}
+
+StepProblem mustHold(const Lines& lines, const std::string& text) {
+  if (std::ranges::any_of(lines, holding(text))) return std::nullopt;
+  return lastOf(lines);
+}
+
+StepProblem mustNotHold(const Lines& lines, const std::string& text) {
+  const auto found = std::ranges::find_if(lines, holding(text));
+  return found == lines.end() ? StepProblem() : "the line: " + *found;
+}
+
+StepProblem expectProgram(Stage& stage, const StepArguments& arguments) {
+  const std::string is = stage.isRunning() ? "running" : "ended";
+  return is == arguments.text(0) ? StepProblem() : "a program that is " + is;
+}
+
+StepProblem expectExit(Stage& stage, const StepArguments& arguments) {
+  if (stage.isRunning()) return "a program that is running";
+  const auto status = stage.exitStatus();
+  if (!status) return "a program that never ended by itself";
+  if (*status == arguments.whole(0)) return std::nullopt;
+  return "exit status " + std::to_string(*status);
+}
+
+StepProblem expectOutput(Stage& stage, const StepArguments& arguments) {
+  return mustHold({stage.commandOutput()}, arguments.text(0));
+}
+
+StepProblem expectLog(Stage& stage, const StepArguments& arguments) {
+  return mustHold(stage.log(), arguments.text(0));
+}
+
+StepProblem expectLogTimes(Stage& stage, const StepArguments& arguments) {
+  const auto times = std::ranges::count_if(stage.log(), holding(arguments.text(0)));
+  if (times == arguments.whole(1)) return std::nullopt;
+  return "it " + std::to_string(times) + " times";
+}
+
+StepProblem expectNoLog(Stage& stage, const StepArguments& arguments) {
+  return mustNotHold(stage.log(), arguments.text(0));
+}
+
+StepProblem expectTrace(Stage& stage, const StepArguments& arguments) {
+  return mustHold(stage.recorded(), arguments.text(0));
+}
+
+StepProblem expectNoTrace(Stage& stage, const StepArguments& arguments) {
+  return mustNotHold(stage.recorded(), arguments.text(0));
+}
+
+std::optional<PropertyValue> settingOf(Stage& stage, const std::string& key) {
+  return stage.hardware().openDomain("com.quorrel.brivane")->object(key);
+}
+
+std::string describe(const PropertyValue& value) {
+  if (const auto* const flag = std::get_if<bool>(&value.content)) return *flag ? "true" : "false";
+  if (const auto* const number = std::get_if<std::int64_t>(&value.content)) {
+    return std::to_string(*number);
+  }
+  if (const auto* const number = std::get_if<double>(&value.content)) return tracedNumber(*number);
+  if (const auto* const text = value.text()) return '"' + *text + '"';
+  return "a list or a dictionary";
+}
+
+StepProblem expectSetting(Stage& stage, const StepArguments& arguments) {
+  const auto value = settingOf(stage, arguments.text(0));
+  if (!value) return "no such setting";
+  if (*value == arguments.get<PropertyValue>(1)) return std::nullopt;
+  return describe(*value);
+}
+
+StepProblem expectNoSetting(Stage& stage, const StepArguments& arguments) {
+  const auto value = settingOf(stage, arguments.text(0));
+  return value ? describe(*value) : StepProblem();
+}
+
+}  // namespace
+
+std::vector<StepKind> programExpectations() {
+  return {
+      {"expect program running|ended", expectProgram},
+      {"expect exit COUNT", expectExit},
+      {"expect output TEXT", expectOutput},
+      {"expect log TEXT", expectLog},
+      {"expect log TEXT COUNT times", expectLogTimes},
+      {"expect no log TEXT", expectNoLog},
+      {"expect trace TEXT", expectTrace},
+      {"expect no trace TEXT", expectNoTrace},
+      {"expect setting NAME = VALUE", expectSetting},
+      {"expect setting NAME absent", expectNoSetting},
+  };
+}
+
+}  // namespace brivane

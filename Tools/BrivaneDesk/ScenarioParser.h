@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "Tools/BrivaneDesk/Scenario.h"
+
+namespace brivane {
+
+/// The scenario that the text describes; or what is wrong with it, in one line that begins with
+/// `fileName` and the line's number and says what was expected there.
+std::variant<Scenario, std::string> parseScenario(std::string_view text, std::string_view fileName);
+
+}  // namespace brivane

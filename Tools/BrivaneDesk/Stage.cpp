@@ -1,0 +1,184 @@
+// While a program runs, what is planned happens as tasks on its main queue; while none does, it
+// simply happens, and the clock jumps. Each process has a runtime of its own, set forward to the
+// moment at which the process begins, so that a killed program's timers die with it.
+#include "Tools/BrivaneDesk/Stage.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <sstream>
+#include <utility>
+
+#include "BrivaneApp/EntryPoint.h"
+
+namespace brivane {
+namespace {
+
+std::string timeText(Microseconds time) {
+  std::array<char, 48> text{};
+  std::snprintf(text.data(), text.size(), "%12.6f  ", toSeconds(time));
+  return text.data();
+}
+
+}  // namespace
+
+/// The lines also come by way of the hardware's trace.
+class Stage::Log : public SystemLog {
+ public:
+  explicit Log(Stage& owner) : stage(owner) {}
+  void write(std::string_view line) override {
+    if (stage.isRecording) stage.logLines.emplace_back(line);
+  }
+
+ private:
+  Stage& stage;
+};
+
+Stage::Stage(const DeskDescription& desk, StageOptions stageOptions)
+    : options(std::move(stageOptions)),
+      sharedHardware(std::make_shared<DeskHardware>(desk)),
+      idleKeyboard(*sharedHardware, idleFaults, idleRuntime) {
+  sharedHardware->setTrace([this](const std::string& line) { record(line); });
+}
+
+Stage::~Stage() {
+  sharedHardware->setTrace({});
+}
+
+Microseconds Stage::now() const {
+  return clock == nullptr ? idleTime : clock->now().time_since_epoch();
+}
+
+void Stage::plan(Microseconds time, Rank rank, std::function<void()> action) {
+  planned.emplace(PlanKey{time, rank, nextPlan++}, std::move(action));
+}
+
+void Stage::play() {
+  while (!planned.empty()) {
+    idleTime = std::max(idleTime, planned.begin()->first.time);
+    takeNext();
+    if (isStartRequested) runProgram();
+  }
+}
+
+void Stage::takeNext() {
+  const auto action = std::move(planned.begin()->second);
+  planned.erase(planned.begin());
+  action();
+}
+
+std::unique_ptr<VirtualRuntime> Stage::makeRuntime() const {
+  auto runtime = options.seed ? std::make_unique<VirtualRuntime>(*options.seed)
+                              : std::make_unique<VirtualRuntime>();
+  runtime->runFor(now());
+  return runtime;
+}
+
+std::unique_ptr<DeskMachine> Stage::makeMachine() {
+  auto made = std::make_unique<DeskMachine>(makeRuntime(), std::make_unique<Log>(*this),
+                                            sharedHardware, DeskProcess{false, options.resources});
+  if (options.listensToCalls && options.onLine) {
+    made->setCallTrace([this](std::string_view call, bool fails) {
+      options.onLine(timeText(now()) + "  call " + std::string(call) + (fails ? ", fails" : ""));
+    });
+  }
+  return made;
+}
+
+void Stage::runProgram() {
+  isStartRequested = false;
+  isKilled = false;
+  machine = makeMachine();
+  clock = &machine->runtime();
+  machine->keyboard().onUnclaimedKey = [this](const UnclaimedKey& key) {
+    auto* const editor = frame == nullptr ? nullptr : frame->editorWindow();
+    if (editor != nullptr && editor->isVisible()) editor->press({key.keyCode, key.modifierFlags});
+  };
+  awaitNext();
+  std::ostringstream printedText;
+  const int status = runBrivane(
+      {"Brivane"}, *machine,
+      [this](ResidentMachine&) -> std::unique_ptr<Frame> {
+        auto made = std::make_unique<DeskFrame>(machine->runtime(), *sharedHardware,
+                                                [this](const std::string& line) { record(line); });
+        frame = made.get();
+        return made;
+      },
+      printedText, printedText);
+  endProgram(status, printedText.str());
+}
+
+void Stage::endProgram(int status, const std::string& printedText) {
+  idleTime = std::max(idleTime, now());
+  if (!isKilled) {
+    printed(printedText);
+    lastExitStatus = status;
+    record("program ended with status " + std::to_string(status));
+  }
+  frame = nullptr;
+  clock = nullptr;
+  isRecording = false;
+  machine.reset();
+  isRecording = true;
+}
+
+void Stage::killProgram() {
+  isKilled = true;
+  isRecording = false;
+  idleTime = now();
+  machine->kill();
+  machine->runtime().stop();
+}
+
+void Stage::runCommand(const std::vector<std::string>& arguments) {
+  std::vector<std::string> all = {"Brivane"};
+  all.insert(all.end(), arguments.begin(), arguments.end());
+  const auto second = makeMachine();
+  const Runtime* const clockBefore = std::exchange(clock, &second->runtime());
+  std::ostringstream text;
+  runBrivane(
+      all, *second, [](ResidentMachine&) -> std::unique_ptr<Frame> { return nullptr; }, text, text);
+  lastOutput = text.str();
+  printed(lastOutput);
+  clock = clockBefore;
+}
+
+void Stage::printed(const std::string& text) {
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) record("prints: " + line);
+}
+
+void Stage::awaitNext() {
+  Runtime& runtime = machine->runtime();
+  if (planned.empty()) {
+    // A program that is ending already comes to its own end first.
+    runtime.after(Microseconds(0), [this] { killProgram(); });
+    return;
+  }
+  const Microseconds wait = planned.begin()->first.time - now();
+  // Once the moment has come, behind everything that the program has set for the same moment.
+  runtime.after(wait, [this, &runtime] {
+    runtime.after(Microseconds(0), [this] {
+      takeNext();
+      if (!isKilled) awaitNext();
+    });
+  });
+}
+
+int Stage::beepCount() const {
+  return frame == nullptr ? 0 : frame->application().beepCount();
+}
+
+DeskKeyboard& Stage::keyboard() {
+  return machine ? machine->keyboard() : idleKeyboard;
+}
+
+void Stage::record(const std::string& line) {
+  if (!isRecording) return;
+  allLines.push_back(line);
+  std::string timed = timeText(now()) + line;
+  if (options.onLine) options.onLine(timed);
+  if (isTranscribing) lines.push_back(std::move(timed));
+}
+
+}  // namespace brivane

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Machines/Desk/Frame.h"
+#include "Machines/Desk/Machine.h"
+#include "Machines/Desk/VirtualRuntime.h"
+
+namespace brivane {
+
+/// How a scenario is played beside what it says.
+struct StageOptions {
+  /// Where the resource bundles lie.
+  std::filesystem::path resources;
+  /// Is given every line as it happens; may be empty.
+  std::function<void(const std::string& line)> onLine;
+  /// Whether `onLine` is also given every call of a seam.
+  bool listensToCalls = false;
+  /// Makes the order of simultaneous events a matter of chance, drawn from it.
+  std::optional<std::uint64_t> seed;
+};
+
+/// What a scenario takes place on: one hardware, the program that runs on it or doesn't, and a
+/// clock that goes on whether it does or not. What steps have planned for later happens in between.
+class Stage {
+ public:
+  Stage(const DeskDescription& desk, StageOptions stageOptions);
+  ~Stage();
+  Stage(const Stage&) = delete;
+  Stage& operator=(const Stage&) = delete;
+
+  // Time and what is planned
+
+  /// Since the start of the scenario.
+  Microseconds now() const;
+  /// Of what is planned for one moment, consequences of earlier steps come first, and then whatever
+  /// was planned first.
+  enum class Rank { consequence, step };
+  void plan(Microseconds time, Rank rank, std::function<void()> action);
+  /// Carries out what is planned, in its order, until nothing is. A program that is still running
+  /// then is dropped as by a kill, unseen.
+  void play();
+
+  // The program
+
+  bool isRunning() const { return machine != nullptr; }
+  /// Begins when the step that asks for it is over.
+  void startProgram() { isStartRequested = true; }
+  /// The program ends without any clean-up; the hardware stays as it is.
+  void killProgram();
+  /// A second process of the program on the same hardware, from its start to its end.
+  void runCommand(const std::vector<std::string>& arguments);
+  /// Null when it isn't running, here and below.
+  DeskMachine* program() const { return machine.get(); }
+  DeskFrame* programFrame() const { return frame; }
+  /// Of the last program that came to an end by itself.
+  std::optional<int> exitStatus() const { return lastExitStatus; }
+  const std::string& commandOutput() const { return lastOutput; }
+  int beepCount() const;
+
+  // The hardware
+
+  DeskHardware& hardware() { return *sharedHardware; }
+  /// The running program's, or, without one, the same keys with no program to press them for.
+  DeskKeyboard& keyboard();
+
+  // What is written down
+
+  void record(const std::string& line);
+  /// Lines that are recorded from now on count for expectations only.
+  void setTranscribing(bool transcribing) { isTranscribing = transcribing; }
+  /// The transcript: every line with its time.
+  const std::vector<std::string>& transcript() const { return lines; }
+  /// Every line that was recorded, without times.
+  const std::vector<std::string>& recorded() const { return allLines; }
+  const std::vector<std::string>& log() const { return logLines; }
+
+ private:
+  class Log;
+  struct PlanKey {
+    Microseconds time;
+    Rank rank;
+    std::uint64_t sequence;
+
+    auto operator<=>(const PlanKey&) const = default;
+  };
+
+  std::unique_ptr<VirtualRuntime> makeRuntime() const;
+  std::unique_ptr<DeskMachine> makeMachine();
+  void runProgram();
+  void endProgram(int status, const std::string& printed);
+  void printed(const std::string& text);
+  void awaitNext();
+  void takeNext();
+
+  const StageOptions options;
+  const std::shared_ptr<DeskHardware> sharedHardware;
+  /// For keys that are pressed while no program runs.
+  VirtualRuntime idleRuntime;
+  Faults idleFaults{{}};
+  DeskKeyboard idleKeyboard;
+
+  std::map<PlanKey, std::function<void()>> planned;
+  std::uint64_t nextPlan = 1;
+  Microseconds idleTime{0};
+  /// The clock of the process that runs now; null: `idleTime` counts.
+  const Runtime* clock = nullptr;
+
+  std::unique_ptr<DeskMachine> machine;
+  DeskFrame* frame = nullptr;
+  bool isStartRequested = false;
+  bool isKilled = false;
+  std::optional<int> lastExitStatus;
+  std::string lastOutput;
+
+  bool isRecording = true;
+  bool isTranscribing = true;
+  std::vector<std::string> lines;
+  std::vector<std::string> allLines;
+  std::vector<std::string> logLines;
+};
+
+}  // namespace brivane

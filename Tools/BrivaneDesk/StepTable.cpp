@@ -1,0 +1,26 @@
+#include "Tools/BrivaneDesk/StepTable.h"
+
+namespace brivane {
+
+const std::vector<StepKind>& stepTable() {
+  static const std::vector<StepKind> table = [] {
+    std::vector<StepKind> all;
+    for (const auto& part : {programSteps(), hardwareSteps(), frameSteps(), programExpectations(),
+                             hardwareExpectations(), frameExpectations()}) {
+      all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
+  }();
+  return table;
+}
+
+const std::vector<std::string_view>& stepForms() {
+  static const std::vector<std::string_view> forms = [] {
+    std::vector<std::string_view> all;
+    for (const auto& kind : stepTable()) all.push_back(kind.form);
+    return all;
+  }();
+  return forms;
+}
+
+}  // namespace brivane
