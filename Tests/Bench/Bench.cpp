@@ -9,19 +9,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <iomanip>
 #include <iostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
 #include "Machines/Common/ThreadRuntime.h"
+#include "Tests/Bench/ResidentFigures.h"
+#include "Tests/Bench/Table.h"
 #include "Tests/EndToEnd/Linux/LinuxWorld.h"
 #include "Tests/Support/FakeMachine.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -29,6 +28,8 @@
 namespace brivane {
 namespace {
 
+using bench::median;
+using bench::printRow;
 using Clock = std::chrono::steady_clock;
 constexpr int rounds = 41;
 // What a set must wait for: 40 ms for the reply to its read, 10 ms before and between its writes.
@@ -36,11 +37,6 @@ constexpr double protocolWaitMilliseconds = 60;
 
 double millisecondsSince(Clock::time_point start) {
   return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
 }
 
 struct ProcessFigures {
@@ -96,26 +92,6 @@ ProcessFigures medianOf(const std::vector<std::string>& words, int count = round
   return {median(firstLine), median(end), median(memory)};
 }
 
-void printHeader() {
-  std::cout << std::left << std::setw(52) << "what" << std::right << std::setw(14) << "measured"
-            << std::setw(14) << "floor" << std::setw(12) << "ratio"
-            << "  target\n"
-            << std::string(112, '-') << "\n";
-}
-
-std::string figure(double value, const std::string& unit) {
-  std::ostringstream text;
-  text << std::fixed << std::setprecision(value < 100 ? 2 : 0) << value << " " << unit;
-  return text.str();
-}
-
-void printRow(const std::string& what, double measured, double floor, const std::string& unit,
-              const std::string& target) {
-  std::cout << std::left << std::setw(52) << what << std::right << std::setw(14)
-            << figure(measured, unit) << std::setw(14) << figure(floor, unit) << std::setw(12)
-            << figure(floor > 0 ? measured / floor : 0, "x") << "  " << target << std::endl;
-}
-
 /// Simulated seconds per second of one core, with four monitors that are polled.
 double simulatedSecondsPerSecond() {
   FakeMachine machine;
@@ -130,21 +106,12 @@ double simulatedSecondsPerSecond() {
   coordinator.prewarm(nullptr);
   machine.time.every(std::chrono::seconds(5), [&] { coordinator.resyncCache(); });
   constexpr auto simulated = std::chrono::hours(3);
-  rusage before{};
-  rusage after{};
-  getrusage(RUSAGE_SELF, &before);
+  const double before = bench::cpuSeconds();
   for (int hour = 0; hour < simulated.count(); ++hour) {
     machine.time.runFor(std::chrono::hours(1));
     machine.notes.take();
   }
-  getrusage(RUSAGE_SELF, &after);
-  const auto seconds = [](const rusage& usage) {
-    const auto microseconds = [](const timeval& time) {
-      return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_usec);
-    };
-    return (microseconds(usage.ru_utime) + microseconds(usage.ru_stime)) / 1e6;
-  };
-  return std::chrono::duration<double>(simulated).count() / (seconds(after) - seconds(before));
+  return std::chrono::duration<double>(simulated).count() / (bench::cpuSeconds() - before);
 }
 
 void measureProcesses(const std::filesystem::path& programs, const std::filesystem::path& desk) {
@@ -223,8 +190,10 @@ int main(int argc, char** argv) {
     brivane::measureMockedBus(programs);
     return 0;
   }
-  brivane::printHeader();
+  brivane::bench::printHeader();
   brivane::measureProcesses(programs, programs / "../../Machines/Desk/default-desk.json");
   const double speed = brivane::simulatedSecondsPerSecond();
-  brivane::printRow("simulated seconds per second of one core", speed, 1, "s", ">= 3600 s");
+  brivane::bench::printRow("simulated seconds per second, four polled monitors", speed, 1, "s",
+                           ">= 3600 s");
+  brivane::bench::measureResidentProgram(programs / "../share/brivane");
 }

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <filesystem>
+
+namespace brivane::bench {
+
+/// Rows about the whole resident program on simulated machines in virtual time; `resources` is
+/// where the built bundles lie.
+void measureResidentProgram(const std::filesystem::path& resources);
+
+}  // namespace brivane::bench
