@@ -4,6 +4,7 @@
 
 #include "BrivaneApp/BrightnessSliderRow.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -30,17 +31,20 @@ BrightnessSliderRow::~BrightnessSliderRow() {
 
 MenuSlider BrightnessSliderRow::item(const StringCatalogue& catalogue,
                                      const std::string& displayName, Percent percent) {
-  return {static_cast<double>(range.lower), static_cast<double>(range.upper),
-          static_cast<double>(percent),
+  return {static_cast<double>(range.lower), static_cast<double>(range.upper), position(percent),
           catalogue.format(strings::menuSliderAccessibilityLabel, {displayName}),
           [this](double value) { sliderMoved(value); }};
 }
 
 void BrightnessSliderRow::follow(Percent level) {
   if (pendingValue || secondsSinceLastWrite() < secondsOfRestAfterWrite) return;
-  const auto position = static_cast<double>(level);
-  if (std::abs(position - slider.menu.sliderValue(slider.index)) < 1) return;
-  slider.menu.setSliderValue(slider.index, position);
+  if (std::abs(position(level) - slider.menu.sliderValue(slider.index)) < 1) return;
+  slider.menu.setSliderValue(slider.index, position(level));
+}
+
+/// A display may still be dimmed or boosted when that is no longer on offer.
+double BrightnessSliderRow::position(Percent level) const {
+  return static_cast<double>(std::clamp(level, range.lower, range.upper));
 }
 
 void BrightnessSliderRow::sliderMoved(double value) {

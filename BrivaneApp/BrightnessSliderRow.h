@@ -37,11 +37,12 @@ class BrightnessSliderRow {
   MenuSlider item(const StringCatalogue& catalogue, const std::string& displayName,
                   Percent percent);
 
-  /// Moves the slider to the level, unless a write of its own waits or is just over, or the slider
-  /// is there.
+  /// Moves the slider to the level, or the end that is nearer to it, unless a write of its own
+  /// waits or is just over, or the slider is there.
   void follow(Percent level);
 
  private:
+  double position(Percent level) const;
   void sliderMoved(double value);
   void flush();
   double secondsSinceLastWrite() const;

@@ -25,6 +25,7 @@ struct MenuText {
 struct MenuSlider {
   double minimum = 0;
   double maximum = 100;
+  /// Between the two.
   double value = 0;
   std::string accessibilityLabel;
   /// Called on the main thread at every move of the user's hand, with the slider's new value; never

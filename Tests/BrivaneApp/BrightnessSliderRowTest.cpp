@@ -42,6 +42,19 @@ TEST_F(BrightnessSliderRowTest, TheSliderHasTheRangeTheLevelAndALabelWithTheDisp
               ElementsAre("slider -100..200 50 menu.slider.accessibilityLabel (Studio)"));
 }
 
+TEST_F(BrightnessSliderRowTest, ALevelThatIsNotOnOfferIsShownAtTheNearerEnd) {
+  row = std::make_unique<BrightnessSliderRow>(machine.time, SliderPlace{menu, 0},
+                                              PercentRange{0, 100}, [](Percent) {});
+  show(-30);
+  EXPECT_EQ(position(), 0);
+  show(150);
+  EXPECT_EQ(position(), 100);
+  row->follow(-30);
+  EXPECT_EQ(position(), 0);
+  row->follow(150);
+  EXPECT_EQ(position(), 100);
+}
+
 TEST_F(BrightnessSliderRowTest, TheFirstMoveIsWrittenAtOnce) {
   drag(51);
   EXPECT_THAT(writes, ElementsAre(Write{0, 51}));
