@@ -41,6 +41,8 @@ StatusItemController::StatusItemController(ResidentMachine& machine, Frame& fram
 
 StatusItemController::~StatusItemController() {
   anchor.kill();
+  // An open menu closes as it goes and tells its delegate so; its sliders call the rows until then.
+  statusItem.reset();
   stopLiveUpdates();
 }
 

@@ -84,7 +84,7 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   void toggleLaunchAtLogin();
   void quit();
 
-  const std::unique_ptr<StatusItem> statusItem;
+  std::unique_ptr<StatusItem> statusItem;
   MenuView& menu;
   bool isMenuOpen = false;
   std::map<DisplayID, MenuItemIndex> headerItems;

@@ -8,6 +8,7 @@
 #include "Tests/Support/ApplicationTexts.h"
 #include "Tests/Support/ControllerBench.h"
 #include "Tests/Support/FakeFrame.h"
+#include "Tests/Support/WhenDropped.h"
 
 namespace brivane {
 namespace {
@@ -427,6 +428,19 @@ TEST_F(StatusItemControllerTest, NothingHappensAfterItIsGone) {
   EXPECT_EQ(machine.time.timerCount(), 0U);
   pass(milliseconds(1000));
   EXPECT_EQ(controller.level(3), 70);
+}
+
+TEST_F(StatusItemControllerTest, TheMenuGoesBeforeWhatItCalls) {
+  addAnsweringMonitor(3, 55);
+  menu().open();
+  menu().drag(1, 70);
+  menu().drag(1, 71);
+  std::size_t timersThen = 0;
+  const auto noteTimers = [&] { timersThen = machine.time.timerCount(); };
+  menu().items.emplace_back(MenuCommand{"last", false, "", [kept = whenDropped(noteTimers)] {}});
+  status.reset();
+  EXPECT_EQ(timersThen, 2U) << "live updates, and the row's waiting write";
+  EXPECT_EQ(machine.time.timerCount(), 0U);
 }
 
 // Commands
