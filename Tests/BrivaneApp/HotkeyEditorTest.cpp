@@ -5,6 +5,7 @@
 #include "BrivaneApp/HotkeyEditor.h"
 #include "Tests/Support/ApplicationTexts.h"
 #include "Tests/Support/FakeFrame.h"
+#include "Tests/Support/WhenDropped.h"
 
 namespace brivane {
 namespace {
@@ -175,6 +176,20 @@ TEST_F(HotkeyEditorTest, TheFieldsAreRebuiltOnlyAfterTheResetWasReported) {
   EXPECT_EQ(window().contentChanges, 2);
 }
 
+TEST_F(HotkeyEditorTest, ResetLaysTheContentOutInTheWindowAsLargeAsItIsNow) {
+  editor->show();
+  window().width = 520;
+  window().height = 300;
+  window().pressButton("hotkeyEditor.resetDefaults");
+  EXPECT_THAT(layout(window()),
+              ElementsAre("label {20, 256} {480, 18} hotkeyEditor.instructions 12",
+                          "label {20, 208} {170, 20} hotkeyEditor.increaseBrightness 13",
+                          "field {200, 204} {300, 30} hotkeyEditor.increaseBrightness: ⌃⌥↑",
+                          "label {20, 160} {170, 20} hotkeyEditor.decreaseBrightness 13",
+                          "field {200, 156} {300, 30} hotkeyEditor.decreaseBrightness: ⌃⌥↓",
+                          "button {348, 20} {152, 26} hotkeyEditor.resetDefaults"));
+}
+
 TEST_F(HotkeyEditorTest, ResetEndsACaptureThatIsUnderWay) {
   editor->show();
   window().click(brightenField);
@@ -186,9 +201,18 @@ TEST_F(HotkeyEditorTest, ResetEndsACaptureThatIsUnderWay) {
 
 TEST_F(HotkeyEditorTest, TheWindowGoesBeforeTheFieldsInIt) {
   editor->show();
-  window().click(brightenField);
+  bool fieldsLive = true;
+  bool fieldsLivedThen = false;
+  for (CustomView* const view : window().views()) {
+    dynamic_cast<HotkeyCaptureField&>(*view).onCapture =
+        [kept = whenDropped([&] { fieldsLive = false; })](const HotkeyBinding&) {};
+  }
+  window().items.emplace_back(
+      WindowButton{{}, "last", [kept = whenDropped([&] { fieldsLivedThen = fieldsLive; })] {}});
   editor.reset();
   EXPECT_EQ(frame.editorWindow, nullptr);
+  EXPECT_TRUE(fieldsLivedThen);
+  EXPECT_FALSE(fieldsLive);
 }
 
 TEST_F(HotkeyEditorTest, ResetWithoutAWindowStillRestoresAndReports) {

@@ -64,7 +64,7 @@ TEST_F(LoginItemTest, AsksTheToolForTheUsersDisabledAgents) {
   EXPECT_THAT(runs, ElementsAre(ElementsAre("/bin/launchctl", "print-disabled", "gui/501")));
 }
 
-TEST_F(LoginItemTest, TheFirstLineThatNamesTheAgentDecidesAndItsAbsenceMeansOn) {
+TEST_F(LoginItemTest, TheFirstLineThatHoldsTheAgentsLabelDecidesAndItsAbsenceMeansOn) {
   install();
   struct Case {
     std::string printed;
@@ -81,6 +81,8 @@ TEST_F(LoginItemTest, TheFirstLineThatNamesTheAgentDecidesAndItsAbsenceMeansOn) 
            {"\"com.quorrel.brivane\" => false\n\"com.quorrel.brivane\" => true\n", true},
            {"\"com.quorrel.brivane\" => true\n\"com.quorrel.brivane\" => false\n", false},
            {"\"com.other\" => disabled\n\"com.quorrel.brivane\" => enabled\n", true},
+           {"\"com.quorrel.brivane.helper\" => true\n\"com.quorrel.brivane\" => false\n", false},
+           {"disabled services = {\"com.quorrel.brivane\" => false}\n", false},
        }) {
     toolPrints(printed);
     EXPECT_EQ(item.isEnabled(), isEnabled) << printed;

@@ -516,7 +516,10 @@ TEST_F(StatusItemControllerTest, RetryingForgetsTheBackOff) {
   pass(milliseconds(8000));
   menu().close();
   ASSERT_GE(controller.retryStatus(2).attempts, 2);
+  ASSERT_GE(controller.retryStatus(2).secondsUntilNextAttempt, 2);
   channel.answers = true;
+  pass(milliseconds(100));
+  ASSERT_EQ(controller.level(2), std::nullopt);
   menu().choose("menu.retryDisconnected");
   pass(milliseconds(100));
   EXPECT_EQ(controller.level(2), 50);

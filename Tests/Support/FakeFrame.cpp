@@ -193,7 +193,9 @@ FakeEditorWindow::FakeEditorWindow(const EditorWindowAttributes& windowAttribute
                                    FakeApplication& application, CallNotes& callNotes)
     : attributes(windowAttributes), owner(application), notes(callNotes) {}
 
-FakeEditorWindow::~FakeEditorWindow() = default;
+FakeEditorWindow::~FakeEditorWindow() {
+  for (CustomView* const view : views()) view->setHost(nullptr);
+}
 
 void FakeEditorWindow::center() {
   notes.add("center editor");

@@ -128,8 +128,8 @@ class FakeEditorWindow : public EditorWindow {
   void onWillClose(Task handler) override { willClose = std::move(handler); }
   void center() override;
   void setContent(std::vector<WindowItem> newItems) override;
-  double contentWidth() override { return attributes.contentWidth; }
-  double contentHeight() override { return attributes.contentHeight; }
+  double contentWidth() override { return width; }
+  double contentHeight() override { return height; }
   void makeKeyAndOrderFront() override;
 
   /// The custom views in the order of the content.
@@ -141,6 +141,9 @@ class FakeEditorWindow : public EditorWindow {
   void close();
 
   const EditorWindowAttributes attributes;
+  /// Of the content.
+  double width = attributes.contentWidth;
+  double height = attributes.contentHeight;
   std::vector<WindowItem> items;
   CustomView* firstResponder = nullptr;
   bool visible = false;
