@@ -13,6 +13,8 @@ class DeskEventTap : public EventTap {
         isRunning(std::move(running)) {}
 
   ~DeskEventTap() override {
+    // An event that is on its way holds the taps that it has yet to pass.
+    tap->isEnabled = false;
     if (*isRunning) tracer->note([] { return std::string("tap removed"); });
   }
 

@@ -171,6 +171,18 @@ TEST_F(DeskKeyboardTest, TheTapMadeLastSeesAPressFirst) {
   EXPECT_THAT(seen, SizeIs(1));
 }
 
+TEST_F(DeskKeyboardTest, ATapThatAnEarlierOneDropsSeesNothingOfTheSameEvent) {
+  auto dropped = enabledTap(TapVerdict::swallow);
+  const auto earlier = desk.machine->eventTaps().createTap([&](const TapEvent&) {
+    dropped.reset();
+    return TapVerdict::passThrough;
+  });
+  earlier->setEnabled(true);
+  keyboard.pressBrightness(BrightnessKey::up);
+  EXPECT_THAT(seen, IsEmpty());
+  EXPECT_FLOAT_EQ(panelLevel(), 0.5625F);
+}
+
 // The HID mapping
 
 class BrightnessUsagesTest
