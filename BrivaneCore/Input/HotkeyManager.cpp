@@ -19,9 +19,10 @@ HotkeyManager::HotkeyManager(ResidentMachine& machine, AdjustmentHandler adjustm
                   handler),
       defaults(machine.defaults()),
       log(machine.log()) {
-  eventTap.onBrightnessKey = [this, watch = anchor.watch()](BrightnessDirection direction) {
+  eventTap.onBrightnessKey = [adjust = handler,
+                              watch = anchor.watch()](BrightnessDirection direction) {
     return watch.isAlive() &&
-           handler({.delta = delta(direction), .snapToStep = true}, HotkeySource::mediaKey);
+           adjust({.delta = delta(direction), .snapToStep = true}, HotkeySource::mediaKey);
   };
 }
 

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <string>
 
-#include "BrivaneCore/Input/AccessibilityPermission.h"
 #include "BrivaneCore/Input/InputDiagnosticsSettings.h"
 
 namespace brivane {
@@ -61,7 +60,7 @@ MediaKeyEventTap::~MediaKeyEventTap() {
 
 bool MediaKeyEventTap::start() {
   if (eventTap) return true;
-  if (!AccessibilityPermission(accessibility).isGranted()) return false;
+  if (!accessibility.isTrusted()) return false;
   auto tap = port.createTap([this](const TapEvent& event) { return handle(event); });
   if (!tap) return false;
   tap->setEnabled(true);
@@ -102,11 +101,15 @@ TapVerdict MediaKeyEventTap::handleKey(const TapEvent::SystemDefined& key) {
 }
 
 TapVerdict MediaKeyEventTap::handleBrightnessKey(BrightnessDirection direction) {
-  const bool wasHandled = onBrightnessKey && onBrightnessKey(direction);
-  if (InputDiagnosticsSettings(defaults).verboseKeyLog()) {
-    log.write(std::string("Brivane: brightness ") +
-              (direction == BrightnessDirection::up ? "UP" : "DOWN") + " -> " +
-              (wasHandled ? "HANDLED (event swallowed)" : "PASSED THROUGH to macOS"));
+  // Copies, because what the press sets off may replace the callback or drop the tap.
+  const auto callback = onBrightnessKey;
+  const InputDiagnosticsSettings diagnostics(defaults);
+  SystemLog& systemLog = log;
+  const bool wasHandled = callback && callback(direction);
+  if (diagnostics.verboseKeyLog()) {
+    systemLog.write(std::string("Brivane: brightness ") +
+                    (direction == BrightnessDirection::up ? "UP" : "DOWN") + " -> " +
+                    (wasHandled ? "HANDLED (event swallowed)" : "PASSED THROUGH to macOS"));
   }
   return wasHandled ? TapVerdict::swallow : TapVerdict::passThrough;
 }

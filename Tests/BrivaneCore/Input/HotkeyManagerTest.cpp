@@ -218,6 +218,31 @@ TEST_F(HotkeyManagerTest, SwitchingTheRelayOnRegistersItsKeysAndOffGivesThemBack
   EXPECT_EQ(machine.hotkeyPort.registrations.size(), 2u);
 }
 
+TEST_F(HotkeyManagerTest, SwitchingTheRelayUnregistersEverythingBeforeItRegistersAnew) {
+  grant();
+  start();
+  manager->setRelayHotkeysEnabled(true);
+  EXPECT_THAT(
+      machine.notes.take(),
+      ElementsAre("[0] unregister hotkey 1", "[0] unregister hotkey 2", "[0] remove hotkey handler",
+                  "[0] install hotkey handler", "[0] register hotkey 1 key 126 modifiers 6144",
+                  "[0] register hotkey 2 key 125 modifiers 6144",
+                  "[0] register hotkey 5 key 80 modifiers 0",
+                  "[0] register hotkey 6 key 90 modifiers 0",
+                  "[0] register hotkey 7 key 80 modifiers 512",
+                  "[0] register hotkey 8 key 90 modifiers 512"));
+}
+
+TEST_F(HotkeyManagerTest, SwitchingTheRelayWithoutTheTapKeepsTheFunctionKeys) {
+  start();
+  for (const bool enabled : {true, false}) {
+    manager->setRelayHotkeysEnabled(enabled);
+    EXPECT_TRUE(machine.hotkeyPort.holds(120, 0));
+    EXPECT_TRUE(machine.hotkeyPort.holds(122, 0));
+  }
+  EXPECT_FALSE(manager->isEventTapActive()) << "it doesn't try the tap";
+}
+
 TEST_F(HotkeyManagerTest, SwitchingTheRelayEndsASweep) {
   grant();
   start();
@@ -266,6 +291,19 @@ TEST_F(HotkeyManagerTest, StoppingTakesOutTheTapEndsTheSweepAndUnregistersEveryt
   EXPECT_FALSE(manager->isEventTapActive());
   manager->stop();
   EXPECT_THAT(machine.notes.take(), IsEmpty());
+}
+
+TEST_F(HotkeyManagerTest, ABrightnessKeyMayDropTheManagerAndIsStillDecided) {
+  grant();
+  manager = std::make_unique<HotkeyManager>(
+      machine, [this, answer = std::vector<bool>{true}](const Adjustment&, HotkeySource) {
+        manager.reset();
+        return answer.front();
+      });
+  start();
+  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::swallow);
+  EXPECT_FALSE(machine.tapPort.exists);
+  EXPECT_TRUE(machine.hotkeyPort.registrations.empty());
 }
 
 TEST_F(HotkeyManagerTest, DroppingItIsStoppingIt) {

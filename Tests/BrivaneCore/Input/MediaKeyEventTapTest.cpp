@@ -170,6 +170,17 @@ TEST_F(MediaKeyEventTapTest, BrightnessKeysAreLoggedWithWhatBecameOfThem) {
                   "[0] down", "[0] log Brivane: brightness DOWN -> PASSED THROUGH to macOS"));
 }
 
+TEST_F(MediaKeyEventTapTest, TheSwitchOfTheLogIsReadAnewForEachEvent) {
+  start();
+  logKeys();
+  machine.tapPort.sendKey(volumeUp, keyUp);
+  EXPECT_EQ(machine.systemLog.lines.size(), 1u);
+  machine.settings.remove("VerboseKeyLog");
+  machine.tapPort.sendKey(volumeUp);
+  machine.tapPort.sendKey(brightnessUp);
+  EXPECT_EQ(machine.systemLog.lines.size(), 1u);
+}
+
 TEST_F(MediaKeyEventTapTest, EverySystemDefinedEventIsLoggedWhenAskedFor) {
   start();
   logKeys();
@@ -191,6 +202,36 @@ TEST_F(MediaKeyEventTapTest, ATapThatTheSystemDisabledIsEnabledAgainAtOnce) {
   }
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] enable tap", "[0] enable tap"));
   EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
+}
+
+TEST_F(MediaKeyEventTapTest, ANoticeThatTheTapWasDisabledIsNotLogged) {
+  start();
+  logKeys();
+  machine.tapPort.send({.type = TapEvent::disabledByTimeout, .details = std::nullopt});
+  EXPECT_THAT(machine.systemLog.lines, IsEmpty());
+}
+
+TEST_F(MediaKeyEventTapTest, APressMayStopTheTapThatSawIt) {
+  start();
+  tap->onBrightnessKey = [this](BrightnessDirection) {
+    tap->stop();
+    return true;
+  };
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
+  EXPECT_FALSE(tap->isRunning());
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), passThrough);
+}
+
+TEST_F(MediaKeyEventTapTest, APressMayDropTheTapThatSawItAndIsStillDecidedAndLogged) {
+  start();
+  logKeys();
+  tap->onBrightnessKey = [this, answer = std::vector<bool>{true}](BrightnessDirection) {
+    tap.reset();
+    return answer.front();
+  };
+  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
+  EXPECT_FALSE(machine.tapPort.exists);
+  EXPECT_EQ(machine.systemLog.lines.back(), "Brivane: brightness UP -> HANDLED (event swallowed)");
 }
 
 TEST_F(MediaKeyEventTapTest, WithoutACallbackEveryPressPasses) {
