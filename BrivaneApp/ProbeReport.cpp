@@ -4,7 +4,6 @@
 
 #include "BrivaneApp/Diagnostics.h"
 #include "BrivaneApp/RunningInstance.h"
-#include "BrivaneCore/Input/AccessibilityPermission.h"
 #include "BrivaneCore/KeyRelay/HIDUtilKeyMapping.h"
 #include "BrivaneCore/KeyRelay/RelaySettings.h"
 #include "BrivaneCore/Policy/CursorRouter.h"
@@ -27,8 +26,7 @@ void Diagnostics::runProbe() {
   printRunningInstance();
   Stack stack(machine);
   print("  DDC transport available: " + yesOrNo(stack.registry->ddcAvailable()));
-  print("  Accessibility granted:   " +
-        yesOrNo(AccessibilityPermission(machine.accessibility()).isGranted()));
+  print("  Accessibility granted:   " + yesOrNo(machine.accessibility().isTrusted()));
   const KeyRelay relay = readKeyRelay();
   printKeyRelay(relay);
   print("");

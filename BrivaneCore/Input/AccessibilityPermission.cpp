@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "BrivaneCore/Support/Fatal.h"
 #include "BrivaneCore/Support/Numbers.h"
 
 namespace brivane {
@@ -18,22 +17,16 @@ std::string executableName(Session& session) {
 
 }  // namespace
 
-AccessibilityPermission::AccessibilityPermission(AccessibilityAccess& accessibilityAccess)
-    : access(accessibilityAccess) {}
-
-AccessibilityPermission::AccessibilityPermission(ResidentMachine& residentMachine)
-    : access(residentMachine.accessibility()), machine(&residentMachine) {}
-
 bool AccessibilityPermission::isGranted() const {
-  return access.isTrusted();
+  return machine.accessibility().isTrusted();
 }
 
 bool AccessibilityPermission::requestIfNeeded() {
-  return access.requestTrust();
+  return machine.accessibility().requestTrust();
 }
 
 bool AccessibilityPermission::requestOncePerBuild() {
-  UserDefaults& defaults = resident().defaults();
+  UserDefaults& defaults = machine.defaults();
   const std::string identity = buildIdentity();
   const auto prompted = defaults.object(promptedBuildKey);
   if (prompted && prompted->text() && *prompted->text() == identity) return isGranted();
@@ -43,17 +36,12 @@ bool AccessibilityPermission::requestOncePerBuild() {
 }
 
 void AccessibilityPermission::openSettingsPane() {
-  resident().session().openURL(
+  machine.session().openURL(
       "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
 }
 
-ResidentMachine& AccessibilityPermission::resident() {
-  if (!machine) fatal("the Accessibility grant is asked for on a machine that has no session");
-  return *machine;
-}
-
-std::string AccessibilityPermission::buildIdentity() {
-  Session& session = resident().session();
+std::string AccessibilityPermission::buildIdentity() const {
+  Session& session = machine.session();
   const std::string name = executableName(session);
   return name + "@" + shortestFloatingPoint(session.modificationSeconds(name).value_or(0));
 }

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "BrivaneCore/Seams/AccessibilityAccess.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
 
 namespace brivane {
@@ -10,10 +9,7 @@ namespace brivane {
 /// The user's grant without which the keyboard's own brightness keys can't be caught. Main thread.
 class AccessibilityPermission {
  public:
-  /// Enough for `isGranted` and `requestIfNeeded`; the other operations are programming errors
-  /// without a resident machine, and abort.
-  explicit AccessibilityPermission(AccessibilityAccess& accessibilityAccess);
-  explicit AccessibilityPermission(ResidentMachine& residentMachine);
+  explicit AccessibilityPermission(ResidentMachine& residentMachine) : machine(residentMachine) {}
 
   bool isGranted() const;
 
@@ -28,11 +24,9 @@ class AccessibilityPermission {
   void openSettingsPane();
 
  private:
-  ResidentMachine& resident();
-  std::string buildIdentity();
+  std::string buildIdentity() const;
 
-  AccessibilityAccess& access;
-  ResidentMachine* const machine = nullptr;
+  ResidentMachine& machine;
 };
 
 }  // namespace brivane

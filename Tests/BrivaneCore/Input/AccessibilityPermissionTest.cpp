@@ -23,18 +23,16 @@ struct AccessibilityPermissionTest : testing::Test {
   std::optional<PropertyValue> promptedBuild() { return machine.settings.object(promptedKey); }
 
   FakeMachine machine;
-  AccessibilityPermission permission{static_cast<ResidentMachine&>(machine)};
+  AccessibilityPermission permission{machine};
 };
 
-TEST(AccessibilityPermission, IsGrantedWhileTheSystemTrustsThisProcess) {
-  FakeAccessibility access;
-  const AccessibilityPermission permission(access);
+TEST_F(AccessibilityPermissionTest, IsGrantedWhileTheSystemTrustsThisProcess) {
   EXPECT_FALSE(permission.isGranted());
-  access.trusted = true;
+  machine.access.trusted = true;
   EXPECT_TRUE(permission.isGranted());
-  access.trusted = false;
+  machine.access.trusted = false;
   EXPECT_FALSE(permission.isGranted());
-  EXPECT_EQ(access.prompts, 0);
+  EXPECT_EQ(machine.access.prompts, 0);
 }
 
 TEST_F(AccessibilityPermissionTest, RequestingHasTheSystemAsk) {
@@ -51,7 +49,7 @@ TEST_F(AccessibilityPermissionTest, ABuildIsPromptedForOnceHoweverOftenItStarts)
   EXPECT_EQ(machine.access.prompts, 1);
   EXPECT_EQ(promptedBuild(), PropertyValue{std::string("/bin/brivane@1732190000.123")});
   for (int start = 0; start < 3; ++start) {
-    AccessibilityPermission next(static_cast<ResidentMachine&>(machine));
+    AccessibilityPermission next(machine);
     EXPECT_FALSE(next.requestOncePerBuild());
   }
   machine.access.trusted = true;
@@ -125,7 +123,7 @@ struct LookingMachine : FakeMachine {
 TEST(AccessibilityPermission, TheBuildIsStoredBeforeTheSystemAsks) {
   LookingMachine machine;
   machine.userSession.executable = "/bin/brivane";
-  AccessibilityPermission(static_cast<ResidentMachine&>(machine)).requestOncePerBuild();
+  AccessibilityPermission(machine).requestOncePerBuild();
   EXPECT_EQ(machine.looking.prompts, 1);
   EXPECT_EQ(machine.looking.storedMeanwhile, PropertyValue{std::string("/bin/brivane@0.0")});
 }
@@ -136,15 +134,6 @@ TEST_F(AccessibilityPermissionTest, TheSettingsPaneIsOpenedByItsAddress) {
               ElementsAre("x-apple.systempreferences:com.apple.preference.security?Privacy_"
                           "Accessibility"));
   EXPECT_EQ(machine.access.prompts, 0);
-}
-
-TEST(AccessibilityPermission, WithoutASessionOnlyTheGrantItselfCanBeAskedFor) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";
-  FakeAccessibility access;
-  AccessibilityPermission permission(access);
-  EXPECT_FALSE(permission.requestIfNeeded());
-  EXPECT_DEATH(permission.requestOncePerBuild(), "has no session");
-  EXPECT_DEATH(permission.openSettingsPane(), "has no session");
 }
 
 }  // namespace
