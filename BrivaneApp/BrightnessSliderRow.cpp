@@ -66,7 +66,8 @@ void BrightnessSliderRow::flush() {
   // A timer that comes late must not write again right after a move that went ahead of it.
   runtime.cancel(std::exchange(flushWork, 0));
   if (!pendingValue) return;
-  const Percent level = *std::exchange(pendingValue, std::nullopt);
+  const Percent level = *pendingValue;
+  pendingValue.reset();
   lastWrite = runtime.now();
   apply(level);
 }

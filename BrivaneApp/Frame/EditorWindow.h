@@ -101,7 +101,8 @@ class EditorWindow {
   /// Called before the window closes, as its user wishes.
   virtual void onWillClose(Task handler) = 0;
   virtual void center() = 0;
-  /// Replaces the content. The views of the content before are given up by this call.
+  /// Replaces the content. The views of the content before are given up by this call, which may
+  /// come from within a button's `pressed`.
   virtual void setContent(std::vector<WindowItem> items) = 0;
   /// The size of the content as it is now.
   virtual double contentWidth() = 0;

@@ -74,6 +74,7 @@ DeskEditorWindow::DeskEditorWindow(const EditorWindowAttributes& windowAttribute
 
 DeskEditorWindow::~DeskEditorWindow() {
   anchor.kill();
+  for (const auto& host : hosts) host->leave();
 }
 
 void DeskEditorWindow::center() {

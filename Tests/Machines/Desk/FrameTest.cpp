@@ -304,6 +304,12 @@ TEST_F(DeskEditorWindowTest, ReplacedViewsLoseTheirHost) {
   EXPECT_NE(dim.host, nullptr);
 }
 
+TEST_F(DeskEditorWindowTest, ViewsOutliveTheWindowWithoutAHost) {
+  window.reset();
+  EXPECT_EQ(brighten.host, nullptr);
+  EXPECT_EQ(dim.host, nullptr);
+}
+
 TEST_F(DeskEditorWindowTest, ButtonsArePressedByTheirTitle) {
   EXPECT_TRUE(editor.pressButton("Reset"));
   EXPECT_FALSE(editor.pressButton("Resett"));
