@@ -45,18 +45,21 @@ class HUDWindow {
  public:
   virtual ~HUDWindow() = default;
 
-  /// In global screen coordinates.
+  /// In global screen coordinates; y upwards.
   virtual Rect frame() = 0;
+  /// Doesn't draw the content anew.
   virtual void setFrame(const Rect& frame) = 0;
 
   /// Ordered in, whatever its alpha.
   virtual bool isVisible() = 0;
 
+  /// At once. Ends an animation that is running, so that the alpha stays what it is set to; the
+  /// animation's completion still runs.
   virtual void setAlpha(double alpha) = 0;
 
   /// Moves the alpha from where it is to `alpha` and takes the place of an animation that is
   /// running. A duration of 0 sets it at once. `completion`, if any, runs as a main-queue task when
-  /// the duration is over, even if another animation took this one's place.
+  /// the duration is over, even if the animation was ended or another took its place.
   virtual void animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
                             Task completion) = 0;
 

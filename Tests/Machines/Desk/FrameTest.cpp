@@ -125,6 +125,18 @@ TEST_F(DeskHUDWindowTest, ANewAnimationBeginsWhereTheAlphaIsAndTheOldCompletionS
   EXPECT_EQ(completions, 1);
 }
 
+TEST_F(DeskHUDWindowTest, SettingTheAlphaEndsAnAnimationWhoseCompletionStillRuns) {
+  int completions = 0;
+  window->animateAlpha(0, 0.28, AnimationTiming::easeIn, [&] { ++completions; });
+  runtime.runFor(milliseconds(140));
+  window->setAlpha(1);
+  EXPECT_DOUBLE_EQ(hud.alphaNow(), 1);
+  EXPECT_FALSE(hud.isFading());
+  runtime.runFor(milliseconds(140));
+  EXPECT_DOUBLE_EQ(hud.alphaNow(), 1);
+  EXPECT_EQ(completions, 1);
+}
+
 TEST_F(DeskHUDWindowTest, SaysWhatItShowsAsAPersonWouldReadIt) {
   window->updateContent(levelPicture("40", 46.66), ContentChange::animated);
   EXPECT_THAT(lines.back(),
