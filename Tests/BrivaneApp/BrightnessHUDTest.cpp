@@ -85,19 +85,40 @@ TEST_F(BrightnessHUDTest, OneWindowServesEveryPresent) {
   EXPECT_EQ(window().installations, 1);
 }
 
-TEST_F(BrightnessHUDTest, AFirstPresentMovesSetsTheAlphaAndComesToTheFrontInThisOrder) {
+TEST_F(BrightnessHUDTest, AFirstPresentMovesShowsSetsTheAlphaAndComesToTheFrontInThisOrder) {
   machine.notes.take();
   hud->present(level(40), left, 1.2);
   EXPECT_THAT(machine.notes.take(),
-              ElementsAre("[0] move HUD", "[0] HUD alpha 1", "[0] HUD front"));
+              ElementsAre("[0] new HUD view", "[0] move HUD", "[0] HUD content at once",
+                          "[0] HUD alpha 1", "[0] HUD front"));
   EXPECT_TRUE(isShown());
+}
+
+TEST_F(BrightnessHUDTest, APresentAfterItHidSetsTheAlphaDirectlyAgain) {
+  hud->present(level(40), left, 1.2);
+  wait(2000);
+  machine.notes.take();
+  hud->present(level(45), left, 1.2);
+  EXPECT_THAT(machine.notes.take(),
+              ElementsAre("[2000] HUD content at once", "[2000] HUD alpha 1", "[2000] HUD front"));
 }
 
 TEST_F(BrightnessHUDTest, AnUpdateCancelsARunningFadeThroughTheAnimatorAndComesToTheFront) {
   hud->present(level(40), left, 1.2);
+  wait(1300);
   machine.notes.take();
   hud->present(level(45), left, 1.2);
-  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] HUD alpha to 1 in 0 linear", "[0] HUD front"));
+  EXPECT_THAT(machine.notes.take(),
+              ElementsAre("[1300] HUD content moves", "[1300] HUD alpha to 1 in 0 linear",
+                          "[1300] HUD front"));
+}
+
+TEST_F(BrightnessHUDTest, AJumpToAnotherDisplayMovesTheWindowBeforeItShowsTheNewContent) {
+  hud->present(level(40), left, 1.2);
+  machine.notes.take();
+  hud->present(level(45), right, 1.2);
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] move HUD", "[0] HUD content at once",
+                                                "[0] HUD alpha to 1 in 0 linear", "[0] HUD front"));
 }
 
 TEST_F(BrightnessHUDTest, ItShowsTheLevelAndTheConnectingCard) {
@@ -195,6 +216,7 @@ TEST_F(BrightnessHUDTest, TwoPresentsHalfASecondApartHideItAfterTheSecond) {
   hud->present(level(40), left, 1.2);
   wait(500);
   hud->present(level(45), left, 1.2);
+  EXPECT_EQ(machine.time.timerCount(), 1u) << "the first timer is gone";
   wait(1199);
   EXPECT_TRUE(isShown());
   wait(1);
@@ -241,6 +263,26 @@ TEST_F(BrightnessHUDTest, DismissDuringTheFadeHidesItAtOnce) {
   EXPECT_TRUE(isHidden());
   wait(1000);
   EXPECT_TRUE(isHidden());
+}
+
+TEST_F(BrightnessHUDTest, APresentAfterADismissalInTheMiddleOfTheFadeStaysForItsWholeTime) {
+  hud->present(level(40), left, 1.2);
+  wait(1300);
+  hud->dismiss();
+  hud->present(level(45), left, 1.2);
+  wait(1199);
+  EXPECT_TRUE(isShown());
+  wait(281);
+  EXPECT_TRUE(isHidden());
+}
+
+TEST_F(BrightnessHUDTest, TheEndOfAFadeThatWasDismissedHidesItAgain) {
+  hud->present(level(40), left, 1.2);
+  wait(1300);
+  hud->dismiss();
+  machine.notes.take();
+  wait(180);
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[1480] HUD out", "[1480] HUD alpha 0"));
 }
 
 TEST_F(BrightnessHUDTest, FromAnotherThreadPresentAndDismissTakeEffectOnTheMainThread) {
@@ -306,7 +348,9 @@ TEST_F(BrightnessHUDTest, ADroppedHUDLeavesNoWindowTimerOrObserver) {
   EXPECT_EQ(frame.hudWindow, nullptr);
   EXPECT_EQ(machine.time.timerCount(), 0u);
   EXPECT_EQ(frame.app.appearanceTopic.observerCount(), 0u);
+  machine.notes.take();
   wait(5000);
+  EXPECT_THAT(machine.notes.take(), IsEmpty()) << "the rebuild for the dark appearance is dropped";
 }
 
 TEST_F(BrightnessHUDTest, AHUDDroppedDuringTheFadeIsNotTouchedByItsEnd) {

@@ -158,11 +158,13 @@ void FakeHUDWindow::orderOut() {
 }
 
 void FakeHUDWindow::installContentView(const DisplayList& newContent) {
+  notes.add("new HUD view");
   content = newContent;
   ++installations;
 }
 
 void FakeHUDWindow::updateContent(const DisplayList& newContent, ContentChange change) {
+  notes.add(change == ContentChange::animated ? "HUD content moves" : "HUD content at once");
   content = newContent;
   lastChange = change;
 }

@@ -84,7 +84,7 @@ struct FakeStatusItem : StatusItem {
   FakeMenu ownMenu;
 };
 
-/// Its alpha moves as time passes.
+/// Its alpha jumps to where an animation would take it.
 class FakeHUDWindow : public HUDWindow {
  public:
   FakeHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime,
@@ -102,7 +102,6 @@ class FakeHUDWindow : public HUDWindow {
   void installContentView(const DisplayList& newContent) override;
   void updateContent(const DisplayList& newContent, ContentChange change) override;
 
-  /// Where the alpha is going to.
   double alpha = 1;
   const HUDWindowAttributes attributes;
   Rect ownFrame;
