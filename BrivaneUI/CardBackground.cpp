@@ -10,8 +10,8 @@ namespace {
 
 constexpr double borderWidth = 1;
 constexpr DynamicColor background{{0.965, 0.965, 0.975, 0.96}, {0.125, 0.125, 0.14, 0.95}};
-constexpr DynamicColor borderTop{{1, 1, 1, 0.95}, {1, 1, 1, 0.34}};
-constexpr DynamicColor borderBottom{{0, 0, 0, 0.16}, {1, 1, 1, 0.08}};
+constexpr DynamicColor borderTop{{0, 0, 0, 0.08}, {1, 1, 1, 0.34}};
+constexpr DynamicColor borderBottom{{0, 0, 0, 0.18}, {1, 1, 1, 0.08}};
 
 /// The stroke is centred on its shape's edge: this keeps all of it inside the card.
 RoundedRectangle borderShape(const Rect& frame, double cornerRadius) {
