@@ -11,7 +11,8 @@ namespace brivane {
 
 /// The compiled colour catalogue of a resource bundle: the build makes it of the bundle's
 /// Colors.xcassets. One line per colour and appearance, "<name> <light or dark> <red> <green>
-/// <blue> <alpha>" in sRGB; components are "0", "1" or a fraction such as "0.72".
+/// <blue> <alpha>" in sRGB; components are "0", "1" or a fraction such as "0.72", at most
+/// 15 characters long.
 class ColorCatalogue {
  public:
   /// Its path within the bundle.

@@ -129,6 +129,9 @@ function(check_strings)
   endforeach()
 endfunction()
 
+# In characters: the catalogue's reader takes a longer one for a mistake.
+set(longest_component 15)
+
 # One line of the catalogue from one entry of a colour set.
 function(compile_color json index name file result)
   set(appearance light)
@@ -143,7 +146,8 @@ function(compile_color json index name file result)
   endif()
   foreach(component red green blue alpha)
     string(JSON value ERROR_VARIABLE error GET "${json}" colors ${index} color components ${component})
-    if(NOT "${value}" MATCHES "^(0|1|0[.][0-9]+)$")
+    string(LENGTH "${value}" length)
+    if(NOT "${value}" MATCHES "^(0|1|0[.][0-9]+)$" OR length GREATER longest_component)
       fail("${file}: colour ${index} needs a ${component} of 0, 1 or a fraction such as 0.72")
     endif()
     string(APPEND line " ${value}")

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "BrivaneUI/ColorCatalogue.h"
 #include "Machines/Common/ChildProcess.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -151,6 +152,17 @@ TEST_F(CompileBundleTest, ALineThatIsNoTextFails) {
   writeStrings("de", "/* 1 */\n\"menu.a\" = \"%@ %d\"\n");
   expectFailure("de.lproj/Localizable.strings",
                 ":2: expected a comment or \"key\" = \"text\" and a semicolon");
+}
+
+TEST_F(CompileBundleTest, AColourFinerThanTheCatalogueCanSayFails) {
+  writeColor("0.1234567890123");
+  EXPECT_EQ(compile().status, 0);
+  const ColorCatalogue catalogue(TemporaryFolder::read(folder / "B.bundle/Colors.catalogue"));
+  EXPECT_TRUE(catalogue.color("Glow"));
+  std::filesystem::remove_all(folder / "B.bundle");
+  writeColor("0.12345678901234");
+  expectFailure("Glow.colorset/Contents.json",
+                ": colour 0 needs a red of 0, 1 or a fraction such as 0.72");
 }
 
 TEST_F(CompileBundleTest, AColourOutOfRangeOrSpaceOrAppearanceFails) {
