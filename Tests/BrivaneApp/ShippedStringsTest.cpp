@@ -134,6 +134,8 @@ TEST(ShippedStrings, PlaceholdersTakeTheNameTheLevelAndTheKeys) {
                 testing::ContainsRegex("⌃⌥↑.*⌃⌥↓"))
         << language;
     EXPECT_THAT(catalogue.format(strings::menuDisplayNextTry, {"3"}), HasSubstr("3")) << language;
+    const StringCatalogue hudTexts(resources, machine.log(), userInterfaceBundle);
+    EXPECT_THAT(hudTexts.format(strings::hudConnectingNextTry, {"3"}), HasSubstr("3")) << language;
   }
 }
 

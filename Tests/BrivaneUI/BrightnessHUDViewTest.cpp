@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "BrivaneUI/BrightnessHUDView.h"
 #include "BrivaneUI/Strings.h"
 #include "Tests/Support/BuiltResources.h"
@@ -103,31 +105,75 @@ TEST_F(BrightnessHUDViewTest, WhileARetryRunsTheCardSaysSo) {
   EXPECT_THAT(describe(body(HUDModel::Connecting{"LG", 0})), HasSubstr("\"LG · Retrying now…\""));
 }
 
-TEST_F(BrightnessHUDViewTest, EveryPartOfTheCardLiesWithinIt) {
+/// The rectangles that a card's content is drawn in, without the card itself.
+struct ContentBoxes {
+  std::vector<Rect> operator()(const FilledRectangle& part) const { return {part.shape.frame}; }
+  std::vector<Rect> operator()(const MaskedFill& part) const {
+    return {part.mask.frame, part.area};
+  }
+  std::vector<Rect> operator()(const TextRun& part) const { return {part.box}; }
+  std::vector<Rect> operator()(const SymbolImage& part) const { return {part.box}; }
+  std::vector<Rect> operator()(const Spinner& part) const { return {part.box}; }
+  std::vector<Rect> operator()(const StrokedRectangle&) const { return {}; }
+  std::vector<Rect> operator()(const FilledPath&) const { return {}; }
+};
+
+TEST_F(BrightnessHUDViewTest, AllContentLiesWithinTheCardAndItsPaddingAroundItsMiddle) {
   for (const HUDModel::State& state :
-       {HUDModel::State(HUDModel::Level{-100}), HUDModel::State(HUDModel::Level{200}),
+       {HUDModel::State(HUDModel::Level{-100}), HUDModel::State(HUDModel::Level{-99}),
+        HUDModel::State(HUDModel::Level{200}), HUDModel::State(HUDModel::Level{5000}),
         HUDModel::State(HUDModel::Connecting{"LG", 3})}) {
-    for (const Primitive& primitive : body(state)) {
-      if (const auto* text = std::get_if<TextRun>(&primitive)) {
-        EXPECT_GE(text->box.y, 0);
-        EXPECT_LE(text->box.y + text->box.height, 54);
-        EXPECT_LE(text->box.x + text->box.width, 360 - 22);
+    DisplayList content = body(state);
+    content.erase(content.begin(), content.begin() + 2);
+    double lowest = metrics.height;
+    double highest = 0;
+    for (const Primitive& primitive : content) {
+      for (const Rect& box : std::visit(ContentBoxes{}, primitive)) {
+        EXPECT_GE(box.x, 22);
+        EXPECT_LE(box.x + box.width, 360 - 22);
+        lowest = std::min(lowest, box.y);
+        highest = std::max(highest, box.y + box.height);
       }
     }
+    EXPECT_GE(lowest, 0);
+    EXPECT_DOUBLE_EQ(lowest + highest, 54);
   }
 }
 
-TEST_F(BrightnessHUDViewTest, TheLayoutFollowsTheMetrics) {
-  metrics.connectingSpinnerScale = ControlSize::regular;
-  metrics.connectingSpinnerInset = 2;
-  metrics.connectingLineSpacing = 4;
+TEST_F(BrightnessHUDViewTest, TheLevelRowFollowsTheMetrics) {
+  metrics.width = 400;
+  metrics.height = 60;
+  metrics.iconSize = 20;
+  metrics.iconColumnWidth = 30;
+  metrics.valueSize = 17;
+  metrics.valueColumnWidth = 40;
   metrics.barHeight = 10;
+  metrics.spacing = 10;
   metrics.horizontalPadding = 30;
+  EXPECT_EQ(only<SymbolImage>(HUDModel::Level{40}).box, (Rect{35, 20, 20, 20}));
+  EXPECT_EQ(only<MaskedFill>(HUDModel::Level{40}).area, (Rect{70, 25, 250, 10}));
+  EXPECT_EQ(only<TextRun>(HUDModel::Level{40}).box, (Rect{330, 0, 40, 60}));
+  EXPECT_EQ(only<TextRun>(HUDModel::Level{40}).size, 17);
+}
+
+TEST_F(BrightnessHUDViewTest, TheConnectingRowFollowsTheMetrics) {
   metrics.cornerRadius = 12;
-  EXPECT_EQ(only<Spinner>(HUDModel::Connecting{"LG", 3}).box.width, 28);
-  EXPECT_EQ(only<MaskedFill>(HUDModel::Level{40}).area, (Rect{66, 22, 211, 10}));
+  metrics.connectingTitle = "Wait";
+  metrics.connectingTitleSize = 15;
+  metrics.connectingSubtitleSize = 10;
+  metrics.connectingLineSpacing = 4;
+  metrics.connectingSpinnerInset = 2;
+  metrics.connectingSpinnerScale = ControlSize::regular;
   EXPECT_EQ(only<FilledRectangle>(HUDModel::Connecting{"LG", 3}).shape,
             (RoundedRectangle{{0, 0, 360, 54}, 12}));
+  EXPECT_EQ(only<Spinner>(HUDModel::Connecting{"LG", 3}).box.width, 28);
+  const DisplayList list = body(HUDModel::Connecting{"LG", 3});
+  const auto& title = std::get<TextRun>(list.at(3));
+  const auto& line = std::get<TextRun>(list.at(4));
+  EXPECT_EQ(title.text, "Wait");
+  EXPECT_EQ(title.size, 15);
+  EXPECT_EQ(line.size, 10);
+  EXPECT_EQ(title.box.y - (line.box.y + line.box.height), 4);
 }
 
 TEST_F(BrightnessHUDViewTest, CardsOfAllLevelsHaveTheSamePrimitives) {

@@ -44,11 +44,13 @@ TEST(LevelBar, AtMinusOneHundredAndBelowNothingIsFilled) {
   EXPECT_EQ(fillWidth(-100, 300), 0);
   EXPECT_EQ(fillWidth(-101, 300), 0);
   EXPECT_EQ(fillWidth(-5000, 300), 0);
+  EXPECT_EQ(fillWidth(std::numeric_limits<std::int64_t>::min(), 300), 0);
 }
 
 TEST(LevelBar, AtTwoHundredAndAboveTheWholeBarIsFilled) {
   EXPECT_EQ(fillWidth(200, 227), 227);
   EXPECT_EQ(fillWidth(5000, 227), 227);
+  EXPECT_EQ(fillWidth(std::numeric_limits<std::int64_t>::max() - 100, 227), 227);
 }
 
 TEST(LevelBar, AFillIsNeverNarrowerThanTheBarIsHigh) {
@@ -58,7 +60,10 @@ TEST(LevelBar, AFillIsNeverNarrowerThanTheBarIsHigh) {
 }
 
 TEST(LevelBar, ALevelAtTheEndOfTheNumbersIsAProgrammingError) {
-  EXPECT_DEATH(fillWidth(std::numeric_limits<std::int64_t>::max(), 300), "left the 64-bit range");
+  for (const std::int64_t below : {0, 99}) {
+    EXPECT_DEATH(fillWidth(std::numeric_limits<std::int64_t>::max() - below, 300),
+                 "left the 64-bit range");
+  }
 }
 
 TEST_F(LevelBarTest, TheTrackIsACapsuleOfFullWidthUnderTheFill) {
