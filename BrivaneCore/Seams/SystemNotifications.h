@@ -21,7 +21,8 @@ class SystemNotifications {
   virtual Observation observeScreensDidWake(Task handler) = 0;
 
   /// The process was asked to end by a signal (SIGTERM; SIGINT and SIGHUP too where a terminal can
-  /// send them). As long as the observation is kept these signals do nothing else.
+  /// send them). As long as the observation is kept these signals do nothing else; after that they
+  /// do nothing, so that a second one can't cut short what the first one began.
   virtual Observation observeTermination(Task handler) = 0;
 };
 

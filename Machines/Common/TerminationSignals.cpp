@@ -7,8 +7,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 
 #include "BrivaneCore/Support/Fatal.h"
 
@@ -25,6 +27,13 @@ void writeToPipe(int) {
   const int before = errno;
   [[maybe_unused]] const auto written = ::write(handlersPipe, &signalled, 1);
   errno = before;
+}
+
+void setAction(void (*handler)(int)) {
+  struct sigaction action {};
+  action.sa_handler = handler;
+  action.sa_flags = SA_RESTART;
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) ::sigaction(signal, &action, nullptr);
 }
 
 void hand(int pipe, Runtime& runtime, const Task& handler) {
@@ -53,18 +62,11 @@ TerminationSignals::TerminationSignals(Runtime& machineRuntime, Task handler)
   queue->async([pipe = readEnd.get(), &machineRuntime, task = std::move(handler)] {
     hand(pipe, machineRuntime, task);
   });
-  struct sigaction action {};
-  action.sa_handler = writeToPipe;
-  action.sa_flags = SA_RESTART;
-  for (std::size_t i = 0; i < signals.size(); ++i) {
-    ::sigaction(signals[i], &action, &earlierActions[i]);
-  }
+  setAction(writeToPipe);
 }
 
 TerminationSignals::~TerminationSignals() {
-  for (std::size_t i = 0; i < signals.size(); ++i) {
-    ::sigaction(signals[i], &earlierActions[i], nullptr);
-  }
+  setAction(SIG_IGN);
   handlersPipe = -1;
   while (::write(writeEnd.get(), &ended, 1) < 0 && errno == EINTR) {
   }

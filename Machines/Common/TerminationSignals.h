@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-#include <csignal>
 #include <memory>
 
 #include "BrivaneCore/Seams/Runtime.h"
@@ -10,8 +8,9 @@
 namespace brivane {
 
 /// While it exists, SIGTERM, SIGINT and SIGHUP do nothing but put a task on the main queue;
-/// afterwards they do again what they did before. One at a time in a process. Main thread; it must
-/// end before the Runtime, which has to be one of real time.
+/// afterwards they do nothing: a program that was asked to end twice still ends in its own way. One
+/// at a time in a process. Main thread; it must end before the Runtime, which has to be one of real
+/// time.
 class TerminationSignals {
  public:
   TerminationSignals(Runtime& machineRuntime, Task handler);
@@ -20,11 +19,8 @@ class TerminationSignals {
   ~TerminationSignals();
 
  private:
-  static constexpr std::array<int, 3> signals = {SIGTERM, SIGINT, SIGHUP};
-
   FileDescriptor readEnd;
   FileDescriptor writeEnd;
-  std::array<struct sigaction, signals.size()> earlierActions{};
   const std::shared_ptr<SerialQueue> queue;
 };
 

@@ -26,7 +26,7 @@ class DeskNotifications : public SystemNotifications {
   /// As a signal does.
   void askToEnd();
 
-  /// Nothing is announced any more, and signals do again what they did before.
+  /// Nothing is announced any more, and signals that were observed do nothing.
   void end();
 
  private:

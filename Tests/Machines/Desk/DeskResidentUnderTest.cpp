@@ -2,6 +2,7 @@
 #include "Machines/Common/ThreadRuntime.h"
 #include "Machines/Desk/DeskFile.h"
 #include "Tests/ResidentConformance/ResidentUnderTest.h"
+#include "Tests/Support/SignalDispositions.h"
 #include "Tests/Support/TestDesk.h"
 
 namespace brivane {
@@ -52,6 +53,7 @@ class DeskResidentUnderTest : public ResidentUnderTest {
   }
 
  private:
+  const SignalDispositions dispositions;
   TemporaryFolder folder;
   std::unique_ptr<DeskMachine> desk;
 };

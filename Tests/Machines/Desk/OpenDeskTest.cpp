@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Machines/Desk/OpenDesk.h"
+#include "Tests/Support/SignalDispositions.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
@@ -198,6 +199,7 @@ TEST_F(OpenDeskTest, FindsNobodyAnnouncedOnAnotherDesk) {
 }
 
 TEST_F(OpenDeskTest, TheProcesssSignalsAskTheProgramToEnd) {
+  const SignalDispositions dispositions;
   const auto machine = open("{}");
   int asked = 0;
   const auto handler = [&] {
@@ -216,6 +218,7 @@ TEST_F(OpenDeskTest, TheProcesssSignalsAskTheProgramToEnd) {
 }
 
 TEST_F(OpenDeskTest, EndsWhileSomebodyStillWaitsForSignals) {
+  const SignalDispositions dispositions;
   Observation left;
   left = open("{}")->notifications().observeTermination([] {});
   EXPECT_NE(left, nullptr);
