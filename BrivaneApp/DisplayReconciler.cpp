@@ -28,7 +28,8 @@ DisplayReconciler::DisplayReconciler(ResidentMachine& machine,
       notifications(machine.notifications()),
       log(machine.log()),
       diagnostics(machine.defaults()),
-      relaySettings(machine.defaults()) {}
+      relaySettings(machine.defaults()),
+      restores(machine.runtime()) {}
 
 DisplayReconciler::~DisplayReconciler() {
   anchor.kill();
@@ -55,9 +56,7 @@ void DisplayReconciler::screenParametersChanged() {
   arrangement = std::move(current);
   controller.invalidate();
   startRecoveryPolling();
-  runtime.after(restoreDelay, [this, self = anchor.watch()] {
-    if (self.isAlive()) restoreDisplays();
-  });
+  restores.after(restoreDelay, [this] { restoreDisplays(); });
 }
 
 void DisplayReconciler::reprobeAfterWake() {

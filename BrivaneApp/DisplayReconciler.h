@@ -7,6 +7,7 @@
 #include "BrivaneCore/Input/InputDiagnosticsSettings.h"
 #include "BrivaneCore/Policy/DisplayInvalidating.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneCore/Support/DelayedTasks.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 
 namespace brivane {
@@ -59,6 +60,7 @@ class DisplayReconciler : public Stoppable {
   Observation screenParameters;
   Observation didWake;
   Observation screensDidWake;
+  DelayedTasks restores;
   LivenessAnchor anchor;
 };
 

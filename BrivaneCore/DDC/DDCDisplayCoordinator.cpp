@@ -35,7 +35,8 @@ DDCDisplayCoordinator::DDCDisplayCoordinator(
       runtime(machine.runtime()),
       displays(machine.displays()),
       log(machine.log()),
-      appleDisplays(std::move(appleDisplayBackend)) {}
+      appleDisplays(std::move(appleDisplayBackend)),
+      retries(machine.runtime()) {}
 
 BrightnessBackendKind DDCDisplayCoordinator::backend(DisplayID display) {
   if (const auto decided = lookUp(backends, display)) return *decided;

@@ -18,6 +18,7 @@
 #include "BrivaneCore/Policy/BrightnessStore.h"
 #include "BrivaneCore/Policy/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Support/DelayedTasks.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 
 namespace brivane {
@@ -133,6 +134,7 @@ class DDCDisplayCoordinator {
   DisplaySystem& displays;
   SystemLog& log;
   const std::shared_ptr<AppleDisplayBackend> appleDisplays;
+  DelayedTasks retries;
   LivenessAnchor anchor;
 };
 

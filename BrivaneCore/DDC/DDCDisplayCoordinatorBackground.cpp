@@ -130,9 +130,7 @@ void DDCDisplayCoordinator::markAnswering(DisplayID display, const VCPReading& l
 void DDCDisplayCoordinator::noteReadFailure(DisplayID display) {
   const auto failure = tracker.recordFailure(display);
   if (failure.isNewFailure) logLine(display, "stopped answering DDC");
-  runtime.after(fromSeconds(failure.backoff), [this, display, watch = anchor.watch()] {
-    if (watch.isAlive()) retryAfterFailure(display);
-  });
+  retries.after(fromSeconds(failure.backoff), [this, display] { retryAfterFailure(display); });
 }
 
 void DDCDisplayCoordinator::retryAfterFailure(DisplayID display) {

@@ -39,6 +39,31 @@ struct CompositionRootTest : testing::Test, ResidentBench {
             root->accessibilityRetry, root->cacheResync};
   }
 
+  void dragFirstSlider(double value) {
+    auto& menu = frame.statusItem->ownMenu;
+    const auto slider = std::ranges::find_if(
+        menu.items, [](const MenuItem& item) { return std::holds_alternative<MenuSlider>(item); });
+    ASSERT_NE(slider, menu.items.end());
+    menu.drag(static_cast<std::size_t>(slider - menu.items.begin()), value);
+  }
+
+  /// From now on every object that holds the way to the monitors, and every service of one, holds
+  /// the answer too.
+  std::weak_ptr<int> watchBusHolders() {
+    auto& library = machine.loader.libraries["/System/Library/Frameworks/IOKit.framework/IOKit"];
+    auto& symbol = library.at("IOAVServiceCreateWithService");
+    auto holder = std::make_shared<int>(0);
+    symbol = CreateAVServiceFunction(
+        [holder, create = std::get<CreateAVServiceFunction>(symbol)](const RegistryEntry& proxy) {
+          auto service = create(proxy);
+          const auto address = service.get();
+          auto held = std::make_shared<std::pair<std::shared_ptr<AVService>, std::shared_ptr<int>>>(
+              std::move(service), holder);
+          return std::shared_ptr<AVService>(std::move(held), address);
+        });
+    return holder;
+  }
+
   std::unique_ptr<CompositionRoot> root;
 };
 
@@ -158,7 +183,10 @@ TEST_F(CompositionRootTest, NothingKeepsTheGraphAliveOnceTheRootIsDropped) {
   silent.answers = false;
   machine.settings.values["ddc.1.3.1"] = {true};
   machine.pointAt(2);
+  const auto busHolder = watchBusHolders();
+  const auto holdersBefore = busHolder.use_count();
   makeWithLevels();
+  EXPECT_GT(busHolder.use_count(), holdersBefore);
   // Everything that can be under way is.
   root->hotkeys->start();
   root->systemBrightnessKeys->setEnabled(true);
@@ -172,10 +200,17 @@ TEST_F(CompositionRootTest, NothingKeepsTheGraphAliveOnceTheRootIsDropped) {
   frame.statusItem->ownMenu.open();
   machine.hotkeyPort.press(upArrow, controlAndOption);
   run(500ms);
+  machine.displaySystem.allScreens[0].frame.height += 1;
+  machine.announcements.screens.announce();
+  run(500ms);
   machine.pointAt(3);
   EXPECT_TRUE(root->keyPress->handle(brighter));
+  dragFirstSlider(40);
+  dragFirstSlider(41);
   // The grant, the relay, the resynchronisation, the recovery, the open menu, the connecting HUD.
   EXPECT_GE(machine.notingRuntime.periodicTimerCount(), 6u);
+  // The restore after the change, the retry of the silent monitor, the slider's second write.
+  EXPECT_GE(machine.time.timerCount(), 6u + 3u);
   const auto objects = allObjects();
   root.reset();
   for (const auto& object : objects) EXPECT_TRUE(object.expired());
@@ -188,12 +223,12 @@ TEST_F(CompositionRootTest, NothingKeepsTheGraphAliveOnceTheRootIsDropped) {
   EXPECT_EQ(frame.app.appearanceTopic.observerCount(), 0u);
   EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
   EXPECT_EQ(machine.hotkeyPort.handler, nullptr);
-  EXPECT_EQ(machine.notingRuntime.periodicTimerCount(), 0u);
-  // A retry of the silent monitor may be due still; it finds nobody, on the bus neither.
+  EXPECT_EQ(machine.time.timerCount(), 0u);
   machine.notes.take();
   run(10s);
   EXPECT_EQ(machine.time.timerCount(), 0u);
   EXPECT_THAT(machine.notes.take(), IsEmpty());
+  EXPECT_EQ(busHolder.use_count(), holdersBefore) << "nor does a task of the DDC queue keep it";
 }
 
 }  // namespace
