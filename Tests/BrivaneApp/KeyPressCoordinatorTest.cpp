@@ -5,6 +5,7 @@
 #include "BrivaneUI/Strings.h"
 #include "Tests/Support/ControllerBench.h"
 #include "Tests/Support/FakeFrame.h"
+#include "Tests/Support/TimerNotingRuntime.h"
 
 namespace brivane {
 namespace {
@@ -169,18 +170,23 @@ TEST_F(KeyPressCoordinatorTest, WhenTheMonitorAnswersTheHUDIsDismissedAtTheNextT
 }
 
 TEST_F(KeyPressCoordinatorTest, APressThatIsHandledStopsTheTickerBeforeTheLevelIsShown) {
-  auto& channel = addConnectingMonitor(2);
+  addConnectingMonitor(2);
   addAnsweringMonitor(3, 50);
+  TimerNotingRuntime noting(machine.time, machine.notes);
+  KeyPressCoordinator noted(noting, controller, hud, menu);
   machine.pointAt(2);
-  coordinator.handle(brighter);
+  noted.handle(brighter);
   run(100ms);
   machine.pointAt(3);
-  channel.answers = false;
-  coordinator.handle(brighter);
-  for (int tick = 0; tick < 4; ++tick) {
-    EXPECT_EQ(hud.model().state(), HUDModel::State(Level{55}));
-    run(250ms);
-  }
+  machine.notes.take();
+  noted.handle(brighter);
+  auto notes = machine.notes.take();
+  std::erase_if(notes, [](const std::string& note) {
+    return !note.ends_with("no more every 250 ms") && !note.ends_with("HUD front");
+  });
+  EXPECT_THAT(notes, testing::ElementsAre(testing::HasSubstr("no more every 250 ms"),
+                                          testing::HasSubstr("HUD front")));
+  EXPECT_EQ(hud.model().state(), HUDModel::State(Level{55}));
 }
 
 TEST_F(KeyPressCoordinatorTest, ASecondPressOnAConnectingMonitorStartsTheTickerAnew) {

@@ -9,8 +9,8 @@
 
 namespace brivane {
 
-/// A runtime that notes which periodic timers are set and cancelled: "every 250 ms", "no more every
-/// 250 ms".
+/// A runtime that notes which periodic timers are set and cancelled, "every 250 ms" and "no more
+/// every 250 ms", and which queue is given a task, "task for <label>" and "task for main".
 class TimerNotingRuntime : public Runtime {
  public:
   TimerNotingRuntime(Runtime& realRuntime, CallNotes& callNotes)
@@ -19,7 +19,10 @@ class TimerNotingRuntime : public Runtime {
   Instant now() const override { return runtime.now(); }
   void sleep(Microseconds duration) override { runtime.sleep(duration); }
   bool isMainThread() const override { return runtime.isMainThread(); }
-  void async(Task task) override { runtime.async(std::move(task)); }
+  void async(Task task) override {
+    notes.add("task for main");
+    runtime.async(std::move(task));
+  }
   TimerID after(Microseconds delay, Task task) override {
     return runtime.after(delay, std::move(task));
   }
@@ -38,7 +41,7 @@ class TimerNotingRuntime : public Runtime {
   }
   std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label,
                                                QueueQuality quality) override {
-    return runtime.makeSerialQueue(label, quality);
+    return std::make_shared<Queue>(runtime.makeSerialQueue(label, quality), notes, label);
   }
   void run() override { runtime.run(); }
   void stop() override { runtime.stop(); }
@@ -47,6 +50,23 @@ class TimerNotingRuntime : public Runtime {
   std::size_t periodicTimerCount() const { return periods.size(); }
 
  private:
+  class Queue : public SerialQueue {
+   public:
+    Queue(std::shared_ptr<SerialQueue> realQueue, CallNotes& callNotes, std::string itsLabel)
+        : queue(std::move(realQueue)), notes(callNotes), label(std::move(itsLabel)) {}
+
+    void async(Task task) override {
+      notes.add("task for " + label);
+      queue->async(std::move(task));
+    }
+    void sync(const Task& task) override { queue->sync(task); }
+
+   private:
+    const std::shared_ptr<SerialQueue> queue;
+    CallNotes& notes;
+    const std::string label;
+  };
+
   Runtime& runtime;
   CallNotes& notes;
   std::map<TimerID, std::string> periods;
