@@ -161,7 +161,7 @@ TEST_F(AppDelegateTest, TheProgramEndsInThisOrder) {
   const Notes expected = {
       "gamma restore all", "gamma restore all", "gamma restore all",
       // the grant, the resynchronisation, the recovery, the connecting HUD, the relay
-      "no more every 2000 ms", "no more every 5000 ms", "no more every 2000 ms",
+      "no more every 2000 ms", "no more every 5000 ms", "no more every 2000 ms too",
       "no more every 250 ms", "no more every 60000 ms",
       // the mapping
       "run /usr/bin/hidutil --get", "run /usr/bin/hidutil --set",

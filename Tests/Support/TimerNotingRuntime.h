@@ -10,7 +10,8 @@
 namespace brivane {
 
 /// A runtime that notes which periodic timers are set and cancelled, "every 250 ms" and "no more
-/// every 250 ms", and which queue is given a task, "task for <label>" and "task for main".
+/// every 250 ms" (and "every 250 ms too" for one that is set beside another), and which queue is
+/// given a task, "task for <label>" and "task for main".
 class TimerNotingRuntime : public Runtime {
  public:
   TimerNotingRuntime(Runtime& realRuntime, CallNotes& callNotes)
@@ -28,8 +29,12 @@ class TimerNotingRuntime : public Runtime {
   }
   TimerID every(Microseconds period, Task task) override {
     const TimerID timer = runtime.every(period, std::move(task));
-    periods[timer] = "every " + std::to_string(period.count() / 1000) + " ms";
-    notes.add(periods[timer]);
+    std::string text = "every " + std::to_string(period.count() / 1000) + " ms";
+    for (const auto& [other, otherText] : periods) {
+      if (otherText == text) text += " too";
+    }
+    notes.add(text);
+    periods[timer] = std::move(text);
     return timer;
   }
   void cancel(TimerID timer) override {

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <sstream>
+#include <utility>
 
 namespace brivane {
 namespace {
@@ -97,12 +98,34 @@ RunningProgram::~RunningProgram() {
 
 ProgramResult RunningProgram::wait() {
   ProgramResult result;
+  result.errors = std::move(earlyErrors);
   readBoth(output, result.output, errors, result.errors);
   int status = 0;
   waitpid(child, &status, 0);
   child = -1;
   result.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   return result;
+}
+
+bool RunningProgram::waitForError(const std::string& text) {
+  while (earlyErrors.find(text) == std::string::npos) {
+    std::array<char, 4096> buffer{};
+    const ssize_t count = read(errors, buffer.data(), buffer.size());
+    if (count <= 0) return false;
+    earlyErrors.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+void RunningProgram::signal(int number) const {
+  if (child > 0) kill(child, number);
+}
+
+bool RunningProgram::hasEnded() const {
+  siginfo_t information{};
+  const int options = WEXITED | WNOHANG | WNOWAIT;
+  return waitid(P_PID, static_cast<id_t>(child), &information, options) != 0 ||
+         information.si_pid != 0;
 }
 
 ProgramResult runProgram(const std::string& name, const std::vector<std::string>& arguments,

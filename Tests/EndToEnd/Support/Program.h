@@ -42,10 +42,20 @@ class RunningProgram {
 
   ProgramResult wait();
 
+  /// Waits until the text was written to standard error; false when the program ends without it.
+  bool waitForError(const std::string& text);
+
+  /// Sends it the signal. Not after it was waited for.
+  void signal(int number) const;
+  bool hasEnded() const;
+  pid_t processID() const { return child; }
+
  private:
   pid_t child = -1;
   int output = -1;
   int errors = -1;
+  /// What `waitForError` has read already.
+  std::string earlyErrors;
 };
 
 ProgramResult runProgram(const std::string& name, const std::vector<std::string>& arguments,
