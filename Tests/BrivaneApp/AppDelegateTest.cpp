@@ -173,21 +173,31 @@ TEST_F(AppDelegateTest, TheProgramEndsInThisOrder) {
   EXPECT_EQ(mapping, "{\"UserKeyMapping\":[]}");
 }
 
-TEST_F(AppDelegateTest, ADimmedDisplayIsLeftAsItWasBefore) {
+TEST_F(AppDelegateTest, ADisplayIsLeftAsItWasWhenTheProgramEndsWhileAHeldKeyDimsOrBoostsIt) {
   auto& monitor = addMonitor();
   const auto before = machine.gamma.tables.at(2);
-  launch();
-  run(2s);
-  monitor.current = 0;
-  run(6s);
-  for (int press = 0; press < 6; ++press) {
-    machine.hotkeyPort.press(125, controlAndOption);
-    machine.hotkeyPort.release(125, controlAndOption);
+  struct Held {
+    std::uint16_t key;
+    std::uint16_t hardwareLevel;
+  };
+  for (const auto& [key, hardwareLevel] : {Held{125, 0}, Held{126, 100}}) {
+    monitor.current = hardwareLevel;
+    delegate = std::make_unique<AppDelegate>(machine, frame);
+    launch();
+    run(2s);
+    machine.keys.keysDown = {key};
+    machine.hotkeyPort.press(key, controlAndOption);
+    run(1s);
+    const auto earlier = machine.gamma.tables.at(2);
+    run(100ms);
+    EXPECT_NE(machine.gamma.tables.at(2), earlier) << "in the middle of the ramp";
+    EXPECT_THAT(terminate(), Contains("gamma restore all"));
+    EXPECT_EQ(machine.gamma.tables.at(2), before);
+    EXPECT_EQ(monitor.current, hardwareLevel);
+    machine.gamma.calls.clear();
+    run(10s);
+    EXPECT_THAT(machine.gamma.calls, IsEmpty()) << "the ramp is over";
   }
-  ASSERT_NE(machine.gamma.tables.at(2), before);
-  machine.gamma.calls.clear();
-  EXPECT_THAT(terminate(), Contains("gamma restore all"));
-  EXPECT_EQ(machine.gamma.calls.back(), "restore all");
 }
 
 TEST_F(AppDelegateTest, TheSignalCleansUpAndExits) {

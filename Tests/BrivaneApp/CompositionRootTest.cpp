@@ -131,14 +131,16 @@ TEST_F(CompositionRootTest, ChoosingToChangeTheHotkeysShowsTheEditor) {
   EXPECT_TRUE(frame.editorWindow->visible);
 }
 
-TEST_F(CompositionRootTest, AChangedHotkeyIsRegisteredAndTheMenuRefreshed) {
+TEST_F(CompositionRootTest, AChangedHotkeyIsRegisteredAndThenTheMenuRefreshed) {
   make();
   root->hotkeys->start();
   machine.settings.values["BrightnessUpKeyCode"] = {std::int64_t{115}};
   takeNotes();
   const int configurations = frame.statusItem->configurations;
   root->hotkeyEditor->resetDefaults();
-  EXPECT_THAT(takeNotes(), Contains("register hotkey 1 key 126 modifiers 6144"));
+  const auto notes = takeNotes();
+  EXPECT_THAT(notes, Contains("register hotkey 1 key 126 modifiers 6144"));
+  EXPECT_EQ(notes.back(), "task for main") << "the menu's refresh";
   machine.time.settle();
   EXPECT_GT(frame.statusItem->configurations, configurations);
 }
