@@ -1,4 +1,4 @@
-// A hotkey's release is told when either its key or a modifier goes up. With the relay's keys,
+// A hotkey's release is told when a modifier goes up, and when its key does. With the relay's keys,
 // Shift comes and goes while the key stays down (it makes the sweep finer), so their releases are
 // believed only when the keyboard says that the key itself is up.
 

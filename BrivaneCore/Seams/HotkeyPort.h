@@ -32,8 +32,9 @@ class HotkeyPort {
   virtual ~HotkeyPort() = default;
 
   /// From now on the handler is called on the main thread once when a registered combination goes
-  /// down and once when it goes up again, without repeats in between; releasing either the key or a
-  /// modifier is going up. There is one handler; false when the system refuses it.
+  /// down, without repeats, and once when it goes up again. Releasing a modifier is going up; the
+  /// key, which is still down then, is told again when it goes up itself. There is one handler;
+  /// false when the system refuses it.
   virtual bool installHandler(Handler handler) = 0;
 
   /// No handler is called any more. Registrations stay.

@@ -28,7 +28,7 @@ bool HotkeyTable::press(KeyCombination combination) {
   const auto found = std::ranges::find_if(
       entries, [&](const auto& entry) { return entry.second.combination == combination; });
   if (found == entries.end()) return false;
-  found->second.isDown = true;
+  found->second.hold = Hold::whole;
   // Whoever is told may take the entry away.
   const auto receiver = found->second.receiver;
   if (receiver) receiver(HotkeyEvent::pressed);
@@ -36,19 +36,25 @@ bool HotkeyTable::press(KeyCombination combination) {
 }
 
 void HotkeyTable::releaseKey(std::uint32_t keyCode) {
-  releaseWhere([&](const KeyCombination& held) { return held.keyCode == keyCode; });
+  const auto isHeld = [&](const Entry& entry) {
+    return entry.hold != Hold::none && entry.combination.keyCode == keyCode;
+  };
+  releaseWhere(isHeld, Hold::none);
 }
 
 void HotkeyTable::keepModifiers(std::uint32_t modifiers) {
-  releaseWhere([&](const KeyCombination& held) { return (held.modifiers & ~modifiers) != 0; });
+  const auto losesModifier = [&](const Entry& entry) {
+    return entry.hold == Hold::whole && (entry.combination.modifiers & ~modifiers) != 0;
+  };
+  releaseWhere(losesModifier, Hold::keyWithoutModifiers);
 }
 
 template <typename Condition>
-void HotkeyTable::releaseWhere(const Condition& condition) {
+void HotkeyTable::releaseWhere(const Condition& condition, Hold remaining) {
   std::vector<HotkeyReference> released;
   for (auto& [reference, entry] : entries) {
-    if (!entry.isDown || !condition(entry.combination)) continue;
-    entry.isDown = false;
+    if (!condition(entry)) continue;
+    entry.hold = remaining;
     released.push_back(reference);
   }
   for (const auto reference : released) {

@@ -30,19 +30,22 @@ class HotkeyTable {
   /// An ordinary key goes down while exactly the modifiers of `combination` are; whether it is
   /// somebody's hotkey.
   bool press(KeyCombination combination);
+  /// The key goes up, and the hotkeys held with it do, also those that have lost a modifier before.
   void releaseKey(std::uint32_t keyCode);
-  /// Hotkeys that need a modifier which is not in `modifiers` go up.
+  /// Hotkeys that need a modifier which is not in `modifiers` go up, although their key is down.
   void keepModifiers(std::uint32_t modifiers);
 
  private:
+  enum class Hold { none, keyWithoutModifiers, whole };
+
   struct Entry {
     KeyCombination combination;
     Receiver receiver;
-    bool isDown = false;
+    Hold hold = Hold::none;
   };
 
   template <typename Condition>
-  void releaseWhere(const Condition& condition);
+  void releaseWhere(const Condition& condition, Hold remaining);
 
   std::map<HotkeyReference, Entry> entries;
   HotkeyReference nextReference = 1;

@@ -63,7 +63,7 @@ TEST_F(HotkeyPortConformance, OnlyExactlyTheModifiersOfTheHotkeyCount) {
   EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "pressed 7/5", "released 7/5"));
 }
 
-TEST_F(HotkeyPortConformance, ReleasingTheModifierIsARelease) {
+TEST_F(HotkeyPortConformance, ReleasingTheModifierIsAReleaseAndSoIsReleasingItsKeyLater) {
   registered(f19, shift, {7, 7});
   underTest->pressKey(leftShift);
   underTest->pressKey(f19);
@@ -73,7 +73,7 @@ TEST_F(HotkeyPortConformance, ReleasingTheModifierIsARelease) {
   EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7"));
   underTest->releaseKey(f19);
   underTest->settle();
-  EXPECT_EQ(heard.size(), 2u);
+  EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "released 7/7"));
 }
 
 TEST_F(HotkeyPortConformance, ACombinationIsHadByOneAtATime) {

@@ -247,6 +247,23 @@ TEST_F(CarbonHotkeyCoordinatorTest, ShiftPressedWhileTheRelayKeyIsDownMakesTheSw
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
+TEST_F(CarbonHotkeyCoordinatorTest, ShiftLetGoBeforeTheRelayKeyLeavesTheSweepToTheKeysOwnRelease) {
+  coordinator->isRelayActive = true;
+  coordinator->registerHotkeys(true);
+  machine.notes.take();
+  machine.keys.flags = modifierFlag::shift;
+  machine.keys.keysDown = {80};
+  machine.hotkeyPort.press(80, shift);
+  EXPECT_THAT(notesWithin(milliseconds(420)),
+              ElementsAre("[0] step 1 hidRelay", "[410] step 1 hidRelay"));
+  machine.keys.flags = 0;
+  machine.hotkeyPort.release(80, shift);
+  EXPECT_THAT(notesWithin(milliseconds(120)), ElementsAre("[530] step 5 hidRelay"));
+  machine.keys.keysDown.clear();
+  machine.hotkeyPort.release(80, shift);
+  EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
+}
+
 /// Keeps the callbacks, as a system might that is late.
 class KeepingRegistrar : public HotkeyRegistering {
  public:
