@@ -59,8 +59,10 @@ std::string HotkeyBinding::describedKeys() const {
 std::string HotkeyBinding::keyName(std::uint32_t keyCode, Keyboard& keyboard) {
   const auto fixed = std::ranges::find(fixedKeyNames, keyCode, &FixedKeyName::keyCode);
   if (fixed != fixedKeyNames.end()) return std::string(fixed->name);
-  const auto character = keyboard.baseCharacter(keyboardKeyCode(keyCode));
-  if (character && !character->empty()) return upperCased(*character);
+  if (keyboard.hasLayout()) {
+    const auto character = keyboard.baseCharacter(keyboardKeyCode(keyCode));
+    if (character && !character->empty()) return upperCased(*character);
+  }
   return "Key " + std::to_string(keyCode);
 }
 

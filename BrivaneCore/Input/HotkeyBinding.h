@@ -27,8 +27,8 @@ struct HotkeyBinding {
   std::string describedKeys() const;
 
   /// The name of the key alone: its glyph or label where it has a fixed one, else what the layout
-  /// prints on it in upper case, else "Key " and its code. Main thread. A key without a fixed name
-  /// and with a code above 65535 is a programming error and aborts.
+  /// prints on it in upper case, else "Key " and its code. Main thread. To look for a code above
+  /// 65535 in a layout is a programming error and aborts.
   static std::string keyName(std::uint32_t keyCode, Keyboard& keyboard);
 
   bool operator==(const HotkeyBinding&) const = default;

@@ -21,8 +21,11 @@ class Keyboard {
  public:
   virtual ~Keyboard() = default;
 
+  /// Whether there is a current layout, with the data that say what its keys give.
+  virtual bool hasLayout() = 0;
+
   /// The text that the key gives in the current layout when pressed alone; nothing without a
-  /// layout, without layout data, and for keys that give none.
+  /// layout, and for keys that give none.
   virtual std::optional<std::string> baseCharacter(std::uint16_t keyCode) = 0;
 
   /// Which modifiers are down (see `modifierFlag`).

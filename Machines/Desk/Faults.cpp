@@ -38,6 +38,7 @@ const std::vector<std::string_view>& Faults::calls() {
       "HotkeyPort.unregisterHotkey",
       "IORegistry.allServices",
       "Keyboard.baseCharacter",
+      "Keyboard.hasLayout",
       "Keyboard.isKeyDown",
       "Keyboard.modifierFlags",
       "ProcessRunner.run",

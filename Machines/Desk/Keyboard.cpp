@@ -38,6 +38,11 @@ std::uint64_t asFlags(std::uint32_t modifiers) {
 
 }  // namespace
 
+bool DeskKeyboard::hasLayout() {
+  if (faults.strikes("Keyboard.hasLayout")) return false;
+  return hardware.description().keyboard.layout != KeyboardLayout::none;
+}
+
 std::optional<std::string> DeskKeyboard::baseCharacter(std::uint16_t keyCode) {
   if (faults.strikes("Keyboard.baseCharacter")) return std::nullopt;
   return characterOfKey(hardware.description().keyboard.layout, keyCode);

@@ -33,6 +33,7 @@ class DeskKeyboard : public Keyboard {
   DeskKeyboard(DeskHardware& deskHardware, Faults& machineFaults, Runtime& machineRuntime)
       : hardware(deskHardware), faults(machineFaults), runtime(machineRuntime) {}
 
+  bool hasLayout() override;
   std::optional<std::string> baseCharacter(std::uint16_t keyCode) override;
   std::uint64_t modifierFlags() override;
   bool isKeyDown(std::uint16_t keyCode) override;

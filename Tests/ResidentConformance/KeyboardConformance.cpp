@@ -208,6 +208,7 @@ TEST_F(KeyboardConformance, TheModifiersAreThoseThatAreHeld) {
 
 TEST_F(KeyboardConformance, KeysGiveWhatTheirLayoutPrintsAndModifiersGiveNothing) {
   Keyboard& keyboard = machine.keyboard();
+  EXPECT_TRUE(keyboard.hasLayout());
   EXPECT_EQ(keyboard.baseCharacter(0), "a");
   EXPECT_EQ(keyboard.baseCharacter(6), "z");
   EXPECT_EQ(keyboard.baseCharacter(29), "0");

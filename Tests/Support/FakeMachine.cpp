@@ -317,6 +317,7 @@ void FakeSystemLog::write(std::string_view line) {
 
 bool FakeHotkeyPort::installHandler(Handler newHandler) {
   notes.add("install hotkey handler");
+  if (refusesHandler) return false;
   handler = std::move(newHandler);
   return true;
 }

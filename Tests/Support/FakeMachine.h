@@ -284,6 +284,7 @@ class FakeHotkeyPort : public HotkeyPort {
   bool release(std::uint32_t keyCode, std::uint32_t modifiers);
   bool holds(std::uint32_t keyCode, std::uint32_t modifiers) const;
 
+  bool refusesHandler = false;
   Handler handler;
   std::map<HotkeyReference, Registration> registrations;
   /// Combinations (key code, modifiers) that another program has.
@@ -322,10 +323,12 @@ class FakeEventTapPort : public EventTapPort {
 
 class FakeKeyboard : public Keyboard {
  public:
+  bool hasLayout() override { return layout; }
   std::optional<std::string> baseCharacter(std::uint16_t keyCode) override;
   std::uint64_t modifierFlags() override { return flags; }
   bool isKeyDown(std::uint16_t keyCode) override { return keysDown.contains(keyCode); }
 
+  bool layout = true;
   std::map<std::uint16_t, std::string> characters;
   std::uint64_t flags = 0;
   std::set<std::uint16_t> keysDown;

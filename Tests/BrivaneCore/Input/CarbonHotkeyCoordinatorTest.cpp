@@ -190,6 +190,30 @@ TEST_F(CarbonHotkeyCoordinatorTest, APressThatNoDisplayTakesSaysSoAndStillSweeps
       << "and goes on whatever becomes of its steps";
 }
 
+TEST_F(CarbonHotkeyCoordinatorTest, APressDuringWhichHotkeysAreRegisteredAnewStillSweeps) {
+  coordinator.reset();
+  coordinator = std::make_unique<CarbonHotkeyCoordinator>(
+      machine, std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyPort, machine.systemLog),
+      [this](const Adjustment&, HotkeySource) {
+        coordinator->ramp.stop();
+        coordinator->registrar->unregisterAll();
+        coordinator->registerHotkeys(true);
+        return true;
+      });
+  coordinator->registerHotkeys(true);
+  machine.hotkeyPort.press(126, 6144);
+  EXPECT_EQ(machine.time.timerCount(), 1u);
+  machine.hotkeyPort.release(126, 6144);
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+}
+
+TEST_F(CarbonHotkeyCoordinatorTest, RegisteringLeavesASweepGoing) {
+  coordinator->handlePress(1);
+  coordinator->registerHotkeys(true);
+  machine.notes.take();
+  EXPECT_THAT(notesWithin(milliseconds(420)), ElementsAre("[410] step 5 carbonHotkey"));
+}
+
 TEST_F(CarbonHotkeyCoordinatorTest, AReleaseEndsTheSweep) {
   for (const std::uint32_t id : {1u, 2u, 3u, 4u, 5u, 6u, 7u, 8u, 9u}) {
     coordinator->handlePress(id);

@@ -35,6 +35,11 @@ TEST_F(CarbonHotkeyRegistrarTest, AHotkeyIsRegisteredUnderTheSignatureTLWNAndIts
   EXPECT_THAT(machine.systemLog.lines, IsEmpty());
 }
 
+TEST_F(CarbonHotkeyRegistrarTest, AllModifierBitsGoToTheSystemAsTheyAre) {
+  EXPECT_TRUE(registrar->registerHotkey({126, 0x80000500}, 1));
+  EXPECT_TRUE(machine.hotkeyPort.holds(126, 0x80000500));
+}
+
 TEST_F(CarbonHotkeyRegistrarTest, ARefusalIsLoggedWithKeysAndStatusAndNotTriedAgain) {
   machine.hotkeyPort.taken = {{126, 6144}};
   EXPECT_FALSE(registrar->registerHotkey({126, 6144}, 1));
@@ -58,6 +63,20 @@ TEST_F(CarbonHotkeyRegistrarTest, OneHandlerIsInstalledHoweverOftenTheCallbacksC
   machine.hotkeyPort.release(126, 6144);
   machine.hotkeyPort.press(125, 6144);
   EXPECT_THAT(calls, ElementsAre("pressed 1", "released 1", "pressed 2"));
+}
+
+TEST_F(CarbonHotkeyRegistrarTest,
+       AHandlerThatTheSystemRefusedIsAskedForAgainNextTimeAndNeverGivenBack) {
+  machine.hotkeyPort.refusesHandler = true;
+  registrar->installHandler(note("pressed"), note("released"));
+  registrar->unregisterAll();
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] install hotkey handler"));
+  machine.hotkeyPort.refusesHandler = false;
+  registrar->installHandler(note("pressed"), note("released"));
+  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] install hotkey handler"));
+  registrar->registerHotkey({126, 6144}, 1);
+  machine.hotkeyPort.press(126, 6144);
+  EXPECT_THAT(calls, ElementsAre("pressed 1"));
 }
 
 TEST_F(CarbonHotkeyRegistrarTest, TheSignatureOfAnEventIsNotChecked) {

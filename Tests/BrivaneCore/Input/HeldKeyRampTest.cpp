@@ -183,6 +183,19 @@ TEST_F(HeldKeyRampTest, AStepMayStopTheRamp) {
   EXPECT_EQ(taken, 1);
 }
 
+TEST_F(HeldKeyRampTest, AStepMayBeginTheRampAnew) {
+  std::unique_ptr<HeldKeyRamp> own;
+  own = std::make_unique<HeldKeyRamp>(machine.time, machine.keys,
+                                      [&](const Adjustment& adjustment, HotkeySource source) {
+                                        steps.add(adjustment, source);
+                                        own->begin(down, HotkeySource::hidRelay);
+                                      });
+  own->begin(up, HotkeySource::carbonHotkey);
+  EXPECT_THAT(stepsWithin(milliseconds(900)),
+              ElementsAre("[410] step 5 carbonHotkey", "[820] step -5 hidRelay"));
+  EXPECT_EQ(machine.time.timerCount(), 1u);
+}
+
 TEST_F(HeldKeyRampTest, FromTheBottomToTheTopTakesOneSecondAndAFifthOrSixSeconds) {
   Percent level = 0;
   HeldKeyRamp own(machine.time, machine.keys,

@@ -105,6 +105,7 @@ TEST_F(HotkeyBindingStoreTest, OnlyAnExplicitNoTurnsTheBindingsOff) {
     EXPECT_FALSE(store.customHotkeysEnabled());
   }
   EXPECT_EQ(store.brightnessUpBinding(), (HotkeyBinding{126, 6144}));
+  EXPECT_EQ(store.brightnessDownBinding(), (HotkeyBinding{125, 6144}));
 }
 
 }  // namespace

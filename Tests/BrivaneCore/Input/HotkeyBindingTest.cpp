@@ -63,7 +63,14 @@ TEST_F(HotkeyBindingTest, AKeyThatTheLayoutGivesNothingForIsNamedByItsCode) {
   EXPECT_EQ(HotkeyBinding::keyName(93, keyboard), "Key 93");
 }
 
-TEST_F(HotkeyBindingTest, AKeyCodeThatNoKeyboardHasAborts) {
+TEST_F(HotkeyBindingTest, WithoutALayoutEveryOtherKeyIsNamedByItsCode) {
+  keyboard.layout = false;
+  EXPECT_EQ(HotkeyBinding::keyName(0, keyboard), "Key 0");
+  EXPECT_EQ(HotkeyBinding::keyName(126, keyboard), "↑");
+  EXPECT_EQ(HotkeyBinding::keyName(65536, keyboard), "Key 65536") << "nobody looks it up";
+}
+
+TEST_F(HotkeyBindingTest, AKeyCodeThatNoKeyboardHasAbortsWhenALayoutIsAsked) {
   testing::FLAGS_gtest_death_test_style = "threadsafe";
   EXPECT_DEATH(HotkeyBinding::keyName(65536, keyboard), "key code 65536 does not fit the 16 bits");
 }

@@ -271,6 +271,7 @@ const std::map<std::string_view, Call>& calls() {
       {"HotkeyPort.unregisterHotkey", unregisterHotkeyFails},
       {"IORegistry.allServices", [](auto& m) { return m.ioRegistry().allServices() == nullptr; }},
       {"Keyboard.baseCharacter", [](auto& m) { return !m.keyboard().baseCharacter(0); }},
+      {"Keyboard.hasLayout", [](auto& m) { return !m.keyboard().hasLayout(); }},
       {"Keyboard.isKeyDown", isKeyDownFails},
       {"Keyboard.modifierFlags", modifierFlagsFails},
       {"ProcessRunner.run", runFails},

@@ -410,6 +410,8 @@ TEST(KeyboardLayouts, ShareSpaceKeypadAndControlCharacters) {
 }
 
 TEST(KeyboardLayouts, WithoutALayoutNoKeyGivesAnything) {
+  EXPECT_TRUE(TestDesk(R"({"keyboard": {"layout": "us"}})").machine->keyboard().hasLayout());
+  EXPECT_FALSE(TestDesk(R"({"keyboard": {"layout": "none"}})").machine->keyboard().hasLayout());
   EXPECT_EQ(characterOfKey(KeyboardLayout::none, 0), std::nullopt);
   EXPECT_EQ(TestDesk(R"({"keyboard": {"layout": "none"}})").machine->keyboard().baseCharacter(0),
             std::nullopt);
