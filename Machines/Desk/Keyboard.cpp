@@ -27,6 +27,12 @@ std::uint32_t modifiersDown(const DeskInput& input) {
   return modifiers;
 }
 
+/// Whether a key that arrives under the usage is down; the mapping can make two keys one.
+bool isDown(const DeskInput& input, HIDUsage arrived) {
+  return std::ranges::any_of(input.keysDown,
+                             [arrived](const auto& key) { return key.second == arrived; });
+}
+
 std::uint64_t asFlags(std::uint32_t modifiers) {
   std::uint64_t flags = 0;
   if ((modifiers & 256U) != 0) flags |= modifierFlag::command;
@@ -56,8 +62,7 @@ std::uint64_t DeskKeyboard::modifierFlags() {
 bool DeskKeyboard::isKeyDown(std::uint16_t keyCode) {
   if (faults.strikes("Keyboard.isKeyDown")) return false;
   const auto usage = usageOfKey(keyCode);
-  return usage && std::ranges::any_of(hardware.input().keysDown,
-                                      [&](const auto& key) { return key.second == *usage; });
+  return usage && isDown(hardware.input(), *usage);
 }
 
 void DeskKeyboard::pressKey(std::uint16_t keyCode) {
@@ -78,11 +83,12 @@ void DeskKeyboard::releaseBrightness(BrightnessKey key) {
 
 void DeskKeyboard::press(HIDUsage physical) {
   const HIDUsage arrived = mapped(physical);
+  const bool wasDown = isDown(hardware.input(), arrived);
   if (!hardware.input().keysDown.emplace(physical, arrived).second) return;
   if (const auto key = brightnessKeyOfUsage(arrived)) {
     startRepeating(physical, *key);
     brightnessDown(*key, false);
-  } else if (const auto keyCode = keyOfUsage(arrived)) {
+  } else if (const auto keyCode = keyOfUsage(arrived); keyCode && !wasDown) {
     keyDown(*keyCode);
   }
 }
@@ -96,7 +102,8 @@ void DeskKeyboard::release(HIDUsage physical) {
   if (const auto repeat = repeats.extract(physical)) runtime.cancel(repeat.mapped());
   if (const auto key = brightnessKeyOfUsage(arrived)) {
     hardware.input().taps.send(specialKeyEvent(*key, false, false));
-  } else if (const auto keyCode = keyOfUsage(arrived)) {
+  } else if (const auto keyCode = keyOfUsage(arrived);
+             keyCode && !isDown(hardware.input(), arrived)) {
     keyUp(*keyCode);
   }
 }

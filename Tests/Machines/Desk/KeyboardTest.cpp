@@ -243,6 +243,19 @@ TEST_F(DeskKeyboardTest, AMappingThatChangesWhileAKeyIsDownLeavesItsReleaseAsItW
   EXPECT_THAT(events, ElementsAre("pressed 5", "released 5"));
 }
 
+TEST_F(DeskKeyboardTest, TwoKeysThatTheMappingMakesOneAreUpWhenBothAre) {
+  registerHotkey(f19, 0, 5);
+  map(51539607663, 0x70000006E);
+  keyboard.pressKey(f19);
+  keyboard.pressBrightness(BrightnessKey::up);
+  keyboard.releaseKey(f19);
+  EXPECT_TRUE(keyboard.isKeyDown(f19));
+  EXPECT_THAT(events, ElementsAre("pressed 5"));
+  keyboard.releaseBrightness(BrightnessKey::up);
+  EXPECT_FALSE(keyboard.isKeyDown(f19));
+  EXPECT_THAT(events, ElementsAre("pressed 5", "released 5"));
+}
+
 // Hotkeys
 
 TEST_F(DeskKeyboardTest, AHotkeyIsPressedAndReleasedOnceHoweverLongItIsHeld) {
