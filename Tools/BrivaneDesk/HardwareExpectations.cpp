@@ -26,7 +26,9 @@ std::optional<std::int64_t> shownPercent(DeskHardware& hardware, DisplayID displ
 }
 
 StepProblem expectPercent(Stage& stage, const StepArguments& arguments) {
-  const auto percent = shownPercent(stage.hardware(), arguments.display(0));
+  const DisplayID display = arguments.display(0);
+  const auto percent = shownPercent(stage.hardware(), display);
+  if (!percent && !stage.hardware().display(display)) return "no such display plugged in";
   if (!percent) return "a display without a level of its own";
   if (*percent == arguments.whole(1)) return std::nullopt;
   return percentText(*percent);

@@ -58,7 +58,7 @@ class Complaint {
     if (place == slots.size()) return addOnce("the end of the line");
     const auto choices = slots[place].choices();
     words.insert(words.end(), choices.begin(), choices.end());
-    addOnce(slots[place].expectation());
+    for (const auto& expectation : slots[place].expectations()) addOnce(expectation);
   }
 
   std::string text() const {

@@ -13,16 +13,19 @@ namespace {
 
 std::variant<DeskDescription, std::string> readDesk(const Scenario& scenario,
                                                     const std::filesystem::path& file) {
+  const auto place = file.string() + ": line " + std::to_string(scenario.deskLine) + ": ";
   switch (scenario.origin) {
     case DeskOrigin::defaultDesk:
       return parseDesk(defaultDesk, "default desk");
-    case DeskOrigin::file:
-      return readDeskFile(file.parent_path() / scenario.desk);
+    case DeskOrigin::file: {
+      auto read = readDeskFile(file.parent_path() / scenario.desk);
+      if (const auto* const mistake = std::get_if<std::string>(&read)) return place + *mistake;
+      return read;
+    }
     case DeskOrigin::text:
       break;
   }
-  return parseDesk(scenario.desk,
-                   file.string() + ": line " + std::to_string(scenario.deskLine) + ": desk");
+  return parseDesk(scenario.desk, place + "desk");
 }
 
 /// Takes the steps and keeps what went wrong.

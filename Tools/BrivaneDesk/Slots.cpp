@@ -159,11 +159,10 @@ Reading Slot::argument(const Token& token) const {
   return token.text;
 }
 
-std::string Slot::expectation() const {
-  if (const auto* const kind = kindOf(word)) return std::string(kind->expectation);
-  std::string text;
-  for (const auto choice : choices()) text += (text.empty() ? "" : ", ") + std::string(choice);
-  return text;
+std::vector<std::string> Slot::expectations() const {
+  if (const auto* const kind = kindOf(word)) return {std::string(kind->expectation)};
+  const auto words = choices();
+  return {words.begin(), words.end()};
 }
 
 std::vector<std::string_view> Slot::choices() const {

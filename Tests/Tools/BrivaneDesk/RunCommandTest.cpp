@@ -90,6 +90,12 @@ TEST_F(RunCommandTest, AMistakeInAScenarioOrItsDeskIsOneLine) {
   EXPECT_THAT(result.output, HasSubstr("one.scenario: line 2: unknown step \"prss\""));
   EXPECT_THAT(result.output, HasSubstr("two.scenario: line 1: desk: /: unknown key \"displas\", "
                                        "did you mean \"displays\"?"));
+  EXPECT_THAT(result.output, HasSubstr("three.scenario: line 1: "));
+}
+
+TEST_F(RunCommandTest, ALevelOfADisplayThatIsNotThereIsFoundMissing) {
+  write("one.scenario", oneMonitor + "at 1s expect level 9 = 40%\n");
+  EXPECT_THAT(run().output, HasSubstr("    found no such display plugged in\n"));
 }
 
 std::vector<std::string> withoutTimes(const ScenarioOutcome& outcome) {
