@@ -88,6 +88,7 @@ StepProblem expectGammaKnown(Stage& stage, const StepArguments&) {
 StepProblem expectMapping(Stage& stage, const StepArguments& arguments) {
   const auto mapping = stage.hardware().hidMapping();
   if (readMapping(mapping) == arguments.text(0)) return std::nullopt;
+  if (mapping.empty()) return "an empty mapping";
   return std::string(readMapping(mapping)) + ": " + tracedMapping(mapping);
 }
 

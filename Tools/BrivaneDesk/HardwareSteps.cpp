@@ -125,9 +125,11 @@ StepProblem numberOf(Stage& stage, const StepArguments& arguments) {
   return unless(stage.hardware().setScreenPresence(display, presence), display, notAttached);
 }
 
-StepProblem headroom(Stage& stage, const StepArguments& arguments) {
+StepProblem changeHeadroom(Stage& stage, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  return unless(stage.hardware().setHeadroom(display, arguments.number(1)), display, notAttached);
+  const double headroom = arguments.number(1);
+  if (headroom < 1 || headroom > 64) return "a headroom that is not from 1 to 64";
+  return unless(stage.hardware().setHeadroom(display, headroom), display, notAttached);
 }
 
 StepProblem refuseGamma(Stage& stage, const StepArguments& arguments) {
@@ -229,7 +231,7 @@ std::vector<StepKind> hardwareSteps() {
       {"swap DISPLAY and DISPLAY", swapPorts},
       {"announce screens", announceScreens},
       {"number DISPLAY missing|present", numberOf},
-      {"headroom DISPLAY NUMBER", headroom},
+      {"headroom DISPLAY NUMBER", changeHeadroom},
       {"refuse gamma DISPLAY COUNT times", refuseGamma},
       {"mood DISPLAY answering|silent|busError|nullReply|garbled|stale|shifted|doubled", mood},
       {"buttons DISPLAY COUNT", buttons},

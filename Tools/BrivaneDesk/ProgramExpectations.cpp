@@ -46,7 +46,8 @@ StepProblem expectExit(Stage& stage, const StepArguments& arguments) {
 }
 
 StepProblem expectOutput(Stage& stage, const StepArguments& arguments) {
-  return mustHold({stage.commandOutput()}, arguments.text(0));
+  const std::string output = stage.commandOutput();
+  return mustHold(output.empty() ? Lines() : Lines{output}, arguments.text(0));
 }
 
 StepProblem expectLog(Stage& stage, const StepArguments& arguments) {

@@ -12,6 +12,7 @@
 namespace brivane {
 namespace {
 
+using ::testing::ContainsRegex;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -84,13 +85,27 @@ TEST_F(RunCommandTest, AMistakeInAScenarioOrItsDeskIsOneLine) {
   write("two.scenario", "desk {\"displas\": []}\n");
   write("three.scenario", "desk missing.json\n");
   files.push_back(folder / "none.scenario");
+  files.push_back(folder / "");
   const auto result = run();
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(std::ranges::count(result.output, '\n'), 5) << result.output;
+  EXPECT_EQ(std::ranges::count(result.output, '\n'), 6) << result.output;
   EXPECT_THAT(result.output, HasSubstr("one.scenario: line 2: unknown step \"prss\""));
   EXPECT_THAT(result.output, HasSubstr("two.scenario: line 1: desk: /: unknown key \"displas\", "
                                        "did you mean \"displays\"?"));
-  EXPECT_THAT(result.output, HasSubstr("three.scenario: line 1: "));
+  EXPECT_THAT(result.output, ContainsRegex("three.scenario: line 1: [^\n]*missing.json: "));
+  EXPECT_THAT(result.output, HasSubstr("none.scenario: the file can't be read\n"));
+  EXPECT_THAT(result.output, HasSubstr((folder / "").string() + ": the file can't be read\n"));
+}
+
+TEST_F(RunCommandTest, WhatWasFoundCanBeReadWhereThereIsNothing) {
+  write("day.scenario", oneMonitor + R"(expect output "x"
+expect mapping relay
+headroom 1 0.5
+)");
+  const auto result = run(true);
+  EXPECT_THAT(result.output, HasSubstr("expect output \"x\"\n    found nothing at all\n"));
+  EXPECT_THAT(result.output, HasSubstr("expect mapping relay\n    found an empty mapping\n"));
+  EXPECT_THAT(result.output, HasSubstr("found a headroom that is not from 1 to 64\n"));
 }
 
 TEST_F(RunCommandTest, ALevelOfADisplayThatIsNotThereIsFoundMissing) {

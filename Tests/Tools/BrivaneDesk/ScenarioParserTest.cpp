@@ -149,6 +149,8 @@ TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
       {"hold up for 2", "expected a length of time such as 1.5s or 250ms, found \"2\""},
       {"appearance drak", "expected light or dark, found \"drak\", did you mean \"dark\"?"},
       {"expect gamma 1 = xyzzy", "expected calibrated, dimmed or boosted, found \"xyzzy\""},
+      {"expect gamma 2 = dimed",
+       "expected calibrated, dimmed or boosted, found \"dimed\", did you mean \"dimmed\"?"},
       {"expect hud level 201", "expected a level from -100 to 200, found \"201\""},
       {"menu choose Quit", "expected a text in quotation marks, found \"Quit\""},
       {"menu choose \"Quit", "the text that begins with \"Quit has no closing quotation mark"},
