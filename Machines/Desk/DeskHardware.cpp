@@ -129,18 +129,21 @@ std::optional<MonitorState> DeskHardware::monitor(DisplayID display) {
 
 std::uint32_t DeskHardware::gammaCapacity(DisplayID display) const {
   const auto described = attached.find(display);
-  return !described || !described->gamma ? 0 : described->gamma->capacity;
+  if (!described) return 0;
+  const auto& gamma = described->gamma;
+  return gamma ? gamma->capacity : 0;
 }
 
 std::optional<GammaTable> DeskHardware::gammaTable(DisplayID display) {
   const auto described = attached.find(display);
-  if (!described || !described->gamma) return std::nullopt;
-  const auto& gamma = *described->gamma;
+  if (!described) return std::nullopt;
+  const auto& gamma = described->gamma;
+  if (!gamma) return std::nullopt;
   const std::lock_guard lock(mutex);
   auto* const found = find(display);
   if (found == nullptr || !found->gamma) return std::nullopt;
   const auto state = found->gamma->read();
-  return resampled(state.written ? *state.written : calibratedTable(gamma), gamma.capacity);
+  return resampled(state.written ? *state.written : calibratedTable(*gamma), gamma->capacity);
 }
 
 bool DeskHardware::setGammaTable(DisplayID display, GammaTable table) {
@@ -206,9 +209,9 @@ bool DeskHardware::setPanelLevel(DisplayID display, float level) {
 std::optional<float> DeskHardware::changePanelLevel(
     DisplayID display, const std::function<float(float level)>& wanted) {
   const auto described = attached.find(display);
-  if (!described || !described->displayServices || !described->displayServices->canChange) {
-    return std::nullopt;
-  }
+  if (!described) return std::nullopt;
+  const auto& services = described->displayServices;
+  if (!services || !services->canChange) return std::nullopt;
   const std::lock_guard lock(mutex);
   auto* const found = find(display);
   if (found == nullptr || !found->panel) return std::nullopt;
