@@ -12,7 +12,8 @@
 
 namespace brivane {
 
-/// A press of a key in a window that has the keyboard's attention.
+/// A press of a key in a window that has the keyboard's attention; of modifiers only what is down
+/// with it is told.
 struct KeyPress {
   /// A virtual key code, see `Keyboard`.
   std::uint16_t keyCode = 0;
@@ -67,6 +68,7 @@ struct WindowButton {
   Rect frame;
   /// With a rounded bezel.
   std::string title;
+  /// Called on the main thread; it may replace the window's content.
   std::function<void()> pressed;
 };
 

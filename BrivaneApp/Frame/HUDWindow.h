@@ -40,7 +40,7 @@ enum class AnimationTiming { linear, easeIn };
 enum class ContentChange { animated, immediate };
 
 /// The HUD's window: it never becomes key or main and never activates the program. It begins
-/// hidden. Main thread.
+/// hidden, with an alpha of 1. Main thread.
 class HUDWindow {
  public:
   virtual ~HUDWindow() = default;

@@ -29,7 +29,8 @@ struct TapEvent {
 
 enum class TapVerdict { passThrough, swallow };
 
-/// A tap in the stream of system-defined events. Dropping it takes it out.
+/// A tap in the stream of system-defined events. Dropping it takes it out, from within its own
+/// handler too.
 class EventTap {
  public:
   virtual ~EventTap() = default;

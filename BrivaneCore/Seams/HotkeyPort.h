@@ -33,8 +33,8 @@ class HotkeyPort {
 
   /// From now on the handler is called on the main thread once when a registered combination goes
   /// down, without repeats, and once when it goes up again. Releasing a modifier is going up; the
-  /// key, which is still down then, is told again when it goes up itself. There is one handler;
-  /// false when the system refuses it.
+  /// key, which is still down then, is told again when it goes up itself. There is one handler: a
+  /// new one takes its place. False when the system refuses it.
   virtual bool installHandler(Handler handler) = 0;
 
   /// No handler is called any more. Registrations stay.
@@ -47,7 +47,7 @@ class HotkeyPort {
                                                                      std::uint32_t modifiers,
                                                                      HotkeyID hotkey) = 0;
 
-  /// Safe for references that are over.
+  /// Safe for references that are over. A combination that is down is not reported as going up.
   virtual void unregisterHotkey(HotkeyReference reference) = 0;
 };
 

@@ -70,7 +70,7 @@ class Runtime {
   /// Main thread: runs main-queue tasks as they come, until `stop()`.
   virtual void run() = 0;
 
-  /// Any thread: `run()` returns after the task that is running now.
+  /// Any thread: the `run()` that is going on returns after the task that is running now.
   virtual void stop() = 0;
 };
 
