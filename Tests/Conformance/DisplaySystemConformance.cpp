@@ -71,6 +71,17 @@ TEST_F(DisplaySystemConformance, ScreensHaveNamesAndHeadroomOfAtLeastOne) {
   }
 }
 
+TEST_F(DisplaySystemConformance, TheMainScreenIsOneOfTheScreens) {
+  const auto main = machine.displays().mainScreen();
+  ASSERT_TRUE(main.has_value());
+  EXPECT_THAT(displayIDs(), testing::Contains(main->number.value_or(0)));
+  for (const Screen& screen : machine.displays().screens()) {
+    if (screen.number != main->number) continue;
+    EXPECT_EQ(main->frame, screen.frame);
+    EXPECT_EQ(main->localizedName, screen.localizedName);
+  }
+}
+
 TEST_F(DisplaySystemConformance, ThePointerInAnyCornerPixelIsOnThatScreenAndNoOther) {
   const auto screens = machine.displays().screens();
   for (const Screen& screen : screens) {

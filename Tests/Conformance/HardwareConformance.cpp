@@ -45,6 +45,30 @@ TEST_F(IORegistryConformance, EveryEntryHasAClassAndANameAndLeadsToARoot) {
   }
 }
 
+TEST_F(IORegistryConformance, ParentsComeBeforeTheirChildrenAndNothingAfterTheEnd) {
+  const auto walk = machine.ioRegistry().allServices();
+  std::set<std::string> namesBefore;
+  while (const auto entry = walk->next()) {
+    const auto above = entry->parent();
+    if (above) {
+      EXPECT_THAT(namesBefore, testing::Contains(*above->name())) << *entry->name();
+    }
+    namesBefore.insert(*entry->name());
+  }
+  EXPECT_EQ(walk->next(), nullptr);
+}
+
+TEST_F(IORegistryConformance, AnEntryOutlivesItsPass) {
+  std::shared_ptr<const RegistryEntry> last;
+  {
+    const auto walk = machine.ioRegistry().allServices();
+    while (auto entry = walk->next()) last = std::move(entry);
+  }
+  ASSERT_NE(last, nullptr);
+  EXPECT_TRUE(last->name().has_value());
+  EXPECT_NE(last->parent(), nullptr);
+}
+
 TEST_F(IORegistryConformance, APropertyThatIsNotThereIsAbsent) {
   for (const auto& entry : allEntries()) EXPECT_EQ(entry->property("No such key"), std::nullopt);
 }

@@ -106,6 +106,14 @@ TEST_F(ApplicationsConformance, ACommandLineToolIsNoRunningApplication) {
               testing::Not(Contains(machine.applications().ownProcessID())));
 }
 
+TEST_F(ApplicationsConformance, WhoIsAnnouncedIsARunningApplication) {
+  Applications& applications = machine.applications();
+  const auto identifier = applications.bundleIdentifier();
+  ASSERT_TRUE(identifier.has_value());
+  ASSERT_TRUE(applications.announce());
+  EXPECT_THAT(applications.runningApplications(*identifier), Contains(applications.ownProcessID()));
+}
+
 TEST_F(ApplicationsConformance, TheGrantIsTheSameHoweverOftenItIsAskedFor) {
   const bool granted = machine.accessibility().isTrusted();
   EXPECT_EQ(machine.accessibility().isTrusted(), granted);
@@ -155,6 +163,65 @@ TEST_F(RuntimeConformance, ACancelledTimerNeverFires) {
   runtime.after(std::chrono::milliseconds(10), [&] { runtime.stop(); });
   runtime.run();
   EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(RuntimeConformance, ATimerMayCancelItselfAndPeriodsThatABusyMainThreadMissedAreLeftOut) {
+  const Instant start = runtime.now();
+  std::vector<Instant> ticks;
+  TimerID timer = 0;
+  timer = runtime.every(std::chrono::milliseconds(20), [&] {
+    ticks.push_back(runtime.now());
+    if (ticks.size() == 1) runtime.sleep(std::chrono::milliseconds(70));
+    if (ticks.size() < 3) return;
+    runtime.cancel(timer);
+    runtime.after(std::chrono::milliseconds(60), [&] { runtime.stop(); });
+  });
+  runtime.run();
+  ASSERT_EQ(ticks.size(), 3u);
+  EXPECT_GE(ticks[0] - start, std::chrono::milliseconds(20));
+  EXPECT_GE(ticks[1] - start, std::chrono::milliseconds(90));
+  // Four periods were over by then; the third tick is at a multiple that was not.
+  EXPECT_GE(ticks[2] - start, std::chrono::milliseconds(100));
+}
+
+TEST_F(RuntimeConformance, OtherThreadsGiveTheMainQueueItsTasksAndKnowThatTheyAreOthers) {
+  EXPECT_TRUE(runtime.isMainThread());
+  bool isMainThere = true;
+  const auto queue = runtime.makeSerialQueue("conformance", QueueQuality::utility);
+  queue->async([&] {
+    isMainThere = runtime.isMainThread();
+    runtime.async([&] {
+      notes.emplace_back(runtime.isMainThread() ? "on the main thread" : "elsewhere");
+      runtime.stop();
+    });
+  });
+  runtime.run();
+  EXPECT_FALSE(isMainThere);
+  EXPECT_THAT(notes, ElementsAre("on the main thread"));
+}
+
+TEST_F(RuntimeConformance, StoppingEndsTheRunAfterTheTaskThatIsRunning) {
+  runtime.async([&] {
+    runtime.stop();
+    notes.emplace_back("to its end");
+  });
+  runtime.async([&] { notes.emplace_back("next run"); });
+  runtime.run();
+  EXPECT_THAT(notes, ElementsAre("to its end"));
+  runtime.async([&] { runtime.stop(); });
+  runtime.run();
+  EXPECT_THAT(notes, ElementsAre("to its end", "next run"));
+}
+
+TEST_F(RuntimeConformance, AQueuesTaskRunsThoughNobodyHoldsTheQueue) {
+  runtime.makeSerialQueue("conformance", QueueQuality::utility)->async([&] {
+    runtime.async([&] {
+      notes.emplace_back("ran");
+      runtime.stop();
+    });
+  });
+  runtime.run();
+  EXPECT_THAT(notes, ElementsAre("ran"));
 }
 
 TEST_F(RuntimeConformance, AQueueRunsItsTasksInTheirOrderBesideTheMainThread) {

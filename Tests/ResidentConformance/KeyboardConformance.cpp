@@ -111,6 +111,15 @@ TEST_F(HotkeyPortConformance, RegistrationsOutliveTheirHandler) {
   EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
 }
 
+TEST_F(HotkeyPortConformance, ANewHandlerTakesThePlaceOfTheOneBefore) {
+  registered(f19, 0, {7, 5});
+  std::vector<std::uint32_t> second;
+  hotkeys.installHandler([&](HotkeyEvent, HotkeyID hotkey) { second.push_back(hotkey.id); });
+  tap(f19);
+  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(second, ElementsAre(5u, 5u));
+}
+
 // Event taps
 
 class EventTapConformance : public ResidentConformance {
