@@ -85,7 +85,7 @@ class DeskHardware {
   std::uint32_t gammaCapacity(DisplayID display) const;
   /// The table in force, of the display's capacity; nothing without one.
   std::optional<GammaTable> gammaTable(DisplayID display);
-  /// Puts a table of any count from 2 in force. It reads back as many samples as the display holds,
+  /// Puts a table of any count from 1 in force. It reads back as many samples as the display holds,
   /// interpolated linearly; samples that are no finite numbers become 0. False without a table and
   /// while it is refused.
   bool setGammaTable(DisplayID display, GammaTable table);

@@ -81,9 +81,9 @@ void readHeadroom(JsonSection& section, double& headroom) {
 
 void readIdentifier(JsonSection& section, DisplayDescription& display,
                     const std::vector<DisplayDescription>& others) {
+  section.require("identifier", display.identifier, 1, largestNumber);
   const auto item = section.find("identifier");
-  if (!item) return section.complain("the key \"identifier\" is missing");
-  item->to(display.identifier, 1, largestNumber);
+  if (!item) return;
   const auto same = std::ranges::find(others, display.identifier, &DisplayDescription::identifier);
   if (same == others.end()) return;
   item->complain(std::to_string(display.identifier) + " is already the identifier of /displays/" +

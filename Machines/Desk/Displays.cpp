@@ -33,7 +33,10 @@ PanelIdentity DeskDisplays::panelIdentity(DisplayID display) {
 }
 
 std::vector<Screen> DeskDisplays::screens() {
-  if (faults.strikes("DisplaySystem.screens")) return {};
+  return faults.strikes("DisplaySystem.screens") ? std::vector<Screen>() : allScreens();
+}
+
+std::vector<Screen> DeskDisplays::allScreens() const {
   const auto displays = hardware.displays();
   std::vector<Screen> list;
   for (const auto& display : *displays) {
@@ -46,7 +49,8 @@ std::vector<Screen> DeskDisplays::screens() {
 }
 
 std::optional<Screen> DeskDisplays::mainScreen() {
-  const auto all = screens();
+  if (faults.strikes("DisplaySystem.mainScreen")) return std::nullopt;
+  const auto all = allScreens();
   return all.empty() ? std::nullopt : std::optional(all.front());
 }
 

@@ -23,6 +23,8 @@ class DeskDisplays : public DisplaySystem {
   Point pointerPosition() override;
 
  private:
+  std::vector<Screen> allScreens() const;
+
   DeskHardware& hardware;
   Faults& faults;
 };

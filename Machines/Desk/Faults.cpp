@@ -21,6 +21,7 @@ const std::vector<std::string_view>& Faults::calls() {
       "DisplayServices.getBrightness",
       "DisplayServices.setBrightness",
       "DisplaySystem.isBuiltIn",
+      "DisplaySystem.mainScreen",
       "DisplaySystem.onlineDisplayCount",
       "DisplaySystem.onlineDisplayList",
       "DisplaySystem.panelIdentity",

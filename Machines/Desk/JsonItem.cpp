@@ -79,7 +79,7 @@ void JsonItem::to(std::uint64_t& target) const {
 void JsonItem::to(PropertyValue& target) const {
   if (error) return;
   auto property = propertyFromJsonValue(value);
-  if (!property) return reject("a value without null or numbers beyond 63 bits");
+  if (!property) return reject("a value without null, numbers beyond 63 bits or unknown \"$…\"");
   target = std::move(*property);
 }
 

@@ -36,7 +36,10 @@ struct PropertyMaker {
     return {propertyArray(value, isComplete)};
   }
   PropertyValue operator()(const JsonValue::Object& value) const {
-    return untagged(propertyDictionary(value, isComplete));
+    auto property = untagged(propertyDictionary(value, isComplete));
+    const bool isTag = value.size() == 1 && value.front().key.starts_with('$') &&
+                       !value.front().key.starts_with("$$");
+    return isTag && property.dictionary() != nullptr ? refused() : property;
   }
   PropertyValue operator()(std::nullptr_t) const { return refused(); }
   PropertyValue operator()(std::uint64_t) const { return refused(); }

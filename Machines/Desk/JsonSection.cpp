@@ -25,6 +25,18 @@ void JsonSection::complain(const std::string& what) const {
   note(error, path, what);
 }
 
+/// A slip in its name is nearer to what happened than its absence.
+void JsonSection::complainOfMissing(std::string_view key) const {
+  for (const auto& member : members) {
+    const auto hint = suggestion(member.key, {key});
+    const bool isOther = std::ranges::find(known, member.key) != known.end();
+    if (!isOther && !hint.empty()) {
+      return complain("unknown key " + jsonExcerpt({member.key}) + hint);
+    }
+  }
+  complain("the key \"" + std::string(key) + "\" is missing");
+}
+
 void JsonSection::finish() const {
   for (const auto& member : members) {
     if (std::ranges::find(known, member.key) != known.end()) continue;

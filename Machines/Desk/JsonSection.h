@@ -33,7 +33,7 @@ class JsonSection {
     if (const auto item = find(key)) {
       item->to(target, limits...);
     } else {
-      complain("the key \"" + std::string(key) + "\" is missing");
+      complainOfMissing(key);
     }
   }
 
@@ -44,6 +44,8 @@ class JsonSection {
   void finish() const;
 
  private:
+  void complainOfMissing(std::string_view key) const;
+
   const JsonValue::Object& members;
   std::string path;
   JsonError& error;

@@ -36,6 +36,10 @@ void readHotkeys(const JsonItem& item, std::vector<KeyCombination>& hotkeys) {
     auto& combination = hotkeys.emplace_back();
     section.require("keyCode", combination.keyCode, 0, highestKeyCode);
     section.read("modifiers", combination.modifiers, 0, allModifiers);
+    if ((combination.modifiers & ~static_cast<std::uint32_t>(allModifiers)) != 0) {
+      section.complain("expected \"modifiers\" to be a sum of 256, 512, 2048 and 4096, found " +
+                       std::to_string(combination.modifiers));
+    }
     section.finish();
   }
 }

@@ -95,10 +95,9 @@ INSTANTIATE_TEST_SUITE_P(
                 R"( did you mean "none"?)"},
         BadDesk{R"({"appearance": 5})", R"(/appearance: expected "light" or "dark", found 5)"},
         BadDesk{R"({"bundleIdentifier": false})", "/bundleIdentifier: expected text, found false"},
-        BadDesk{
-            R"({"defaults": {"com.quorrel.brivane": {"a/b": null}}})",
-            "/defaults/com.quorrel.brivane/a/b: expected a value without null or numbers beyond "
-            "63 bits, found null"},
+        BadDesk{R"({"defaults": {"com.quorrel.brivane": {"a/b": null}}})",
+                "/defaults/com.quorrel.brivane/a/b: expected a value without null, numbers beyond "
+                "63 bits or unknown \"$…\", found null"},
         BadDesk{
             R"({"language": ")" + std::string(100, 'x') + "\x01\"}",
             "line 1, column 115: invalid string: control character U+0001 (SOH) must be escaped "
@@ -154,6 +153,17 @@ INSTANTIATE_TEST_SUITE_P(
     MissingAndRepeated, DeskFileErrors,
     testing::Values(
         BadDesk{R"({"displays": [{}]})", R"(/displays/0: the key "identifier" is missing)"},
+        BadDesk{R"({"displays": [{"identifir": 1}]})",
+                R"(/displays/0: unknown key "identifir", did you mean "identifier"?)"},
+        BadDesk{R"({"hidMapping": [{"source": 1, "destinaton": 2}]})",
+                R"(/hidMapping/0: unknown key "destinaton", did you mean "destination"?)"},
+        BadDesk{
+            R"({"applications": [{"bundleIdentifier": "a", "hotkeys": [{"keyCode": 1, "modifiers": 1}]}]})",
+            R"(/applications/0/hotkeys/0: expected "modifiers" to be a sum of 256, 512, 2048 )"
+            R"(and 4096, found 1)"},
+        BadDesk{R"({"defaults": {"com.quorrel.brivane": {"a": {"$data": "zz"}}}})",
+                R"(/defaults/com.quorrel.brivane/a: expected a value without null, numbers beyond )"
+                R"(63 bits or unknown "$…", found an object)"},
         BadDesk{R"({"pointer": {"x": 1}})", R"(/pointer: the key "y" is missing)"},
         BadDesk{R"({"hidMapping": [{"source": 1}]})",
                 R"(/hidMapping/0: the key "destination" is missing)"},

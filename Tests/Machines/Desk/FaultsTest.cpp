@@ -250,6 +250,7 @@ const std::map<std::string_view, Call>& calls() {
       {"DisplayServices.getBrightness", getBrightnessFails},
       {"DisplayServices.setBrightness", setBrightnessFails},
       {"DisplaySystem.isBuiltIn", [](auto& m) { return !m.displays().isBuiltIn(1); }},
+      {"DisplaySystem.mainScreen", [](auto& m) { return !m.displays().mainScreen(); }},
       {"DisplaySystem.onlineDisplayCount",
        [](auto& m) { return !m.displays().onlineDisplayCount(); }},
       {"DisplaySystem.onlineDisplayList",
