@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Tools/BrivaneDesk/GammaReading.h"
 #include "Tools/BrivaneDesk/MappingReading.h"
@@ -92,6 +94,18 @@ StepProblem expectMapping(Stage& stage, const StepArguments& arguments) {
   return std::string(readMapping(mapping)) + ": " + tracedMapping(mapping);
 }
 
+/// In whatever order.
+StepProblem expectOriginalMapping(Stage& stage, const StepArguments&) {
+  const auto isBefore = [](const HIDMappingEntry& left, const HIDMappingEntry& right) {
+    return std::pair(left.source, left.destination) < std::pair(right.source, right.destination);
+  };
+  auto mapping = stage.hardware().hidMapping();
+  auto original = stage.hardware().description().hidMapping;
+  std::ranges::sort(mapping, isBefore);
+  std::ranges::sort(original, isBefore);
+  return mapping == original ? StepProblem() : tracedMapping(mapping);
+}
+
 StepProblem expectClean(Stage& stage, const StepArguments&) {
   const auto displays = stage.hardware().displays();
   for (const auto& display : *displays) {
@@ -117,6 +131,7 @@ std::vector<StepKind> hardwareExpectations() {
       {"expect gamma DISPLAY peak NUMBER", expectPeak},
       {"expect gamma known", expectGammaKnown},
       {"expect mapping empty|relay|foreign|partial", expectMapping},
+      {"expect mapping as at first", expectOriginalMapping},
       {"expect clean", expectClean},
   };
 }

@@ -9,12 +9,14 @@
 
 namespace {
 
-constexpr std::string_view help = R"(brivane-desk run FILE... [--regenerate] [--trace]
+constexpr std::string_view help = R"(brivane-desk run FILE... [--regenerate] [--trace] [--seed N]
     plays scenarios (docs/scenarios.md) on the shipping program, in virtual
     time, and compares what happened with the transcript beside each of them
 
     --regenerate   writes the transcripts instead
     --trace        prints everything as it happens
+    --seed         plays as the swarm does: simultaneous events come in an
+                   order drawn from N, and no transcript is compared
 
 brivane-desk swarm --seeds A..B [--keep FOLDER]
     plays a random day on a random desk for each seed
@@ -32,8 +34,15 @@ int misunderstood(const std::string& what) {
 int run(const std::vector<std::string>& arguments) {
   brivane::RunOptions options;
   options.resources = brivane::resourceFolder();
-  for (const auto& argument : arguments) {
-    if (argument == "--regenerate") {
+  for (std::size_t index = 0; index < arguments.size(); ++index) {
+    const auto& argument = arguments[index];
+    if (argument == "--seed" && index + 1 < arguments.size()) {
+      const auto seeds = brivane::parseSeeds(arguments[++index]);
+      if (!seeds || seeds->first != seeds->last) {
+        return misunderstood("expected a seed such as 7, found " + arguments[index]);
+      }
+      options.seed = seeds->first;
+    } else if (argument == "--regenerate") {
       options.regenerates = true;
     } else if (argument == "--trace") {
       options.traces = true;

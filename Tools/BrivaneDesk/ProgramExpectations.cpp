@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
+#include "Machines/Common/PropertyJson.h"
 #include "Tools/BrivaneDesk/Stage.h"
 #include "Tools/BrivaneDesk/StepTable.h"
 
@@ -77,13 +79,7 @@ std::optional<PropertyValue> settingOf(Stage& stage, const std::string& key) {
 }
 
 std::string describe(const PropertyValue& value) {
-  if (const auto* const flag = std::get_if<bool>(&value.content)) return *flag ? "true" : "false";
-  if (const auto* const number = std::get_if<std::int64_t>(&value.content)) {
-    return std::to_string(*number);
-  }
-  if (const auto* const number = std::get_if<double>(&value.content)) return tracedNumber(*number);
-  if (const auto* const text = value.text()) return '"' + *text + '"';
-  return "a list or a dictionary";
+  return jsonFromProperty(value).dump();
 }
 
 StepProblem expectSetting(Stage& stage, const StepArguments& arguments) {

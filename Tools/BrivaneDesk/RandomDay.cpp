@@ -48,7 +48,10 @@ class Day {
       displays.push_back({index + 1});
       text += "  " + displayText(index) + (index + 1 < count ? ",\n" : "\n");
     }
-    line(chance(25) ? "], \"grants\": {\"accessibility\": false}}" : "]}");
+    line(std::string("],") +
+         (chance(30) ? " \"hidMapping\": [{\"source\": 30064771129, \"destination\": 30064771113}],"
+                     : "") +
+         " \"grants\": {\"accessibility\": " + (chance(25) ? "false" : "true") + "}}");
   }
 
   std::string displayText(int index) {
@@ -106,7 +109,6 @@ class Day {
         return later("wake");
       case 8:
         later("kill");
-        later("expect gamma known");
         return later("start");
       case 9:
         return later("headroom " + number + " " + oneOf(std::array{"1", "1.6", "3"}),
@@ -115,7 +117,7 @@ class Day {
         return later("setting " + oneOf(std::array{"SubZeroDimming", "BrightenPastMaximum"}) +
                      (chance(50) ? " = true" : " = false"));
       default:
-        return later("expect gamma known");
+        return later("announce screens");
     }
   }
 
@@ -164,10 +166,10 @@ class Day {
         line("refuse gamma " + number + " 0 times");
       }
     }
-    line("+2min expect gamma known");
-    line(chance(50) ? "quit" : "signal");
+    line(std::string("+2min ") + (chance(50) ? "quit" : "signal"));
     line("+1s expect exit 0");
     line("expect clean");
+    line("expect mapping as at first");
   }
 
   std::mt19937_64 random;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <iosfwd>
+#include <optional>
 #include <vector>
 
 namespace brivane {
@@ -12,6 +14,9 @@ struct RunOptions {
   bool regenerates = false;
   /// Prints everything as it happens, every call of a seam included.
   bool traces = false;
+  /// Plays as the swarm does: the order of simultaneous events is drawn from it, every gamma table
+  /// must be a known curve, and there is no transcript to compare with.
+  std::optional<std::uint64_t> seed;
   /// Where the resource bundles lie.
   std::filesystem::path resources;
 };

@@ -47,6 +47,8 @@ struct Step {
   /// The form that it was written in, from the table of forms.
   std::string_view form;
   std::vector<Argument> arguments;
+  /// The identifiers of the displays that it names.
+  std::vector<std::int64_t> displays;
 };
 
 enum class DeskOrigin { defaultDesk, file, text };

@@ -74,7 +74,7 @@ class Complaint {
   }
 
   std::string hint() const {
-    if (place >= tokens.size()) return "";
+    if (place >= tokens.size() || tokens[place].isQuoted) return "";
     // Of several keys the one that is none is meant.
     std::string_view word = tokens[place].text;
     while (word.find('+') != std::string_view::npos) {
@@ -107,6 +107,16 @@ std::vector<Argument> argumentsOf(const std::vector<Slot>& slots, const Tokens& 
   return arguments;
 }
 
+/// Forms with a slot that takes the rest name no displays.
+std::vector<std::int64_t> displaysIn(const std::vector<Slot>& slots, const Tokens& tokens) {
+  std::vector<std::int64_t> displays;
+  for (std::size_t index = 0; index < slots.size(); ++index) {
+    if (!slots[index].isDisplay()) continue;
+    displays.push_back(std::get<std::int64_t>(*slots[index].argument(tokens[index])));
+  }
+  return displays;
+}
+
 /// Fills in form, arguments and duration; or says what is wrong.
 std::optional<std::string> readStep(const Tokens& tokens, Step& step) {
   std::size_t longest = 0;
@@ -117,6 +127,7 @@ std::optional<std::string> readStep(const Tokens& tokens, Step& step) {
     if (!fitted.isWhole) continue;
     step.form = form;
     step.arguments = argumentsOf(slots, tokens);
+    step.displays = displaysIn(slots, tokens);
     if (form == "key KEYS") step.duration = keyTapDuration;
     for (const auto& argument : step.arguments) {
       if (const auto* const duration = std::get_if<Microseconds>(&argument)) {
@@ -173,23 +184,35 @@ class Parser {
 
   /// A desk's JSON may go over several lines, up to the brace that closes it.
   bool readDeskText() {
-    std::string_view start = line;
-    start.remove_prefix(std::min(start.find_first_not_of(" \t"), start.size()));
-    if (!start.starts_with("desk {")) return false;
+    std::string_view start = afterBlanks(line);
+    if (!start.starts_with("desk")) return false;
+    start = afterBlanks(start.substr(4));
+    if (!start.starts_with('{')) return false;
     scenario.origin = DeskOrigin::text;
     scenario.deskLine = lineNumber;
-    std::string text(start.substr(5));
-    while (std::holds_alternative<std::string>(splitLine(oneLine(text)))) {
+    std::string text(start);
+    auto words = splitLine(oneLine(text));
+    while (std::holds_alternative<std::string>(words)) {
       if (!nextLine()) {
         lineNumber = scenario.deskLine;
         complain("the desk's opening brace is never closed");
         return true;
       }
       text += '\n' + std::string(line);
+      words = splitLine(oneLine(text));
     }
-    scenario.desk = std::move(text);
+    const auto& tokens = std::get<Tokens>(words);
+    if (tokens.size() > 1) {
+      complain("expected the end of the line after the desk, found \"" + tokens[1].text + '"');
+    }
+    scenario.desk = text.substr(0, tokens.front().text.size());
     hasDesk = true;
     return true;
+  }
+
+  static std::string_view afterBlanks(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text;
   }
 
   static std::string oneLine(std::string text) {

@@ -1,10 +1,16 @@
 #include "Tools/BrivaneDesk/ScenarioRun.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <set>
+#include <string_view>
+#include <system_error>
 
+#include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/DeskFile.h"
 #include "Tools/BrivaneDesk/DefaultDesk.h"
+#include "Tools/BrivaneDesk/GammaReading.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"
 #include "Tools/BrivaneDesk/StepTable.h"
 
@@ -28,10 +34,28 @@ std::variant<DeskDescription, std::string> readDesk(const Scenario& scenario,
   return parseDesk(scenario.desk, place + "desk");
 }
 
+/// A step that names a display which the desk doesn't have.
+std::optional<std::string> findUnknownDisplay(const Scenario& scenario,
+                                              const DeskDescription& desk) {
+  for (const Step& step : scenario.steps) {
+    for (const auto display : step.displays) {
+      if (std::ranges::count(desk.displays, display, &DisplayDescription::identifier) > 0) continue;
+      std::string known;
+      for (const auto& described : desk.displays) {
+        known += (known.empty() ? " (" : ", ") + std::to_string(described.identifier);
+      }
+      return "line " + std::to_string(step.line) + ": expected one of the desk's displays" + known +
+             (known.empty() ? "" : ")") + ", found " + std::to_string(display);
+    }
+  }
+  return std::nullopt;
+}
+
 /// Takes the steps and keeps what went wrong.
 class Player {
  public:
-  Player(const LoadedScenario& loaded, const StageOptions& options) : stage(loaded.desk, options) {
+  Player(const LoadedScenario& loaded, const StageOptions& options)
+      : stage(loaded.desk, options.watchesGamma ? watching(options) : options) {
     for (const Step& step : loaded.scenario.steps) {
       stage.plan(step.time, Stage::Rank::step, [this, &step] { take(step); });
     }
@@ -45,7 +69,35 @@ class Player {
   }
 
  private:
+  StageOptions watching(StageOptions options) {
+    options.onLine = [this, onLine = options.onLine](const std::string& line) {
+      if (onLine) onLine(line);
+      if (line.ends_with("  program started")) refusedDisplays.clear();
+      const auto start = line.find(gammaLine);
+      if (start != std::string::npos) watchGamma(std::string_view(line).substr(start));
+    };
+    return options;
+  }
+
+  /// `line` begins with `gammaLine`.
+  void watchGamma(std::string_view line) {
+    line.remove_prefix(gammaLine.size());
+    const auto display = parseInteger(line.substr(0, line.find(' ')));
+    if (!display) return;
+    const auto identifier = static_cast<DisplayID>(*display);
+    if (line.ends_with(", refused")) {
+      if (stage.hardware().display(identifier)) refusedDisplays.insert(identifier);
+      return;
+    }
+    const auto reading = readGamma(stage.hardware(), identifier);
+    const bool isKnown = !reading || reading->kind != GammaReading::Kind::other;
+    if (isKnown || refusedDisplays.contains(identifier)) return;
+    outcome.failures.push_back({lineTaken, "every gamma table is a known curve", stage.now(),
+                                "display " + std::to_string(identifier) + " " + reading->text()});
+  }
+
   void take(const Step& step) {
+    lineTaken = step.line;
     if (step.text.starts_with("expect ")) {
       ++outcome.expectations;
     } else {
@@ -60,18 +112,25 @@ class Player {
     }
   }
 
-  Stage stage;
+  static constexpr std::string_view gammaLine = "  gamma ";
+
+  int lineTaken = 0;
+  /// Whose restoring may have been refused: what stayed in force there can be taken for the
+  /// calibrated table by the program that runs.
+  std::set<DisplayID> refusedDisplays;
   ScenarioOutcome outcome;
+  Stage stage;
 };
 
 }  // namespace
 
 std::variant<LoadedScenario, std::string> loadScenario(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
+  // A folder can be opened, but reading it throws.
+  std::error_code failed;
+  std::ifstream stream;
+  if (!std::filesystem::is_directory(file, failed)) stream.open(file, std::ios::binary);
+  if (!stream.is_open()) return file.string() + ": the file can't be read";
   const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  if (!stream || std::filesystem::is_directory(file)) {
-    return file.string() + ": the file can't be read";
-  }
   return loadScenarioText(text, file);
 }
 
@@ -82,6 +141,8 @@ std::variant<LoadedScenario, std::string> loadScenarioText(const std::string& te
   auto& scenario = std::get<Scenario>(parsed);
   auto desk = readDesk(scenario, name);
   if (auto* const mistake = std::get_if<std::string>(&desk)) return std::move(*mistake);
+  const auto unknown = findUnknownDisplay(scenario, std::get<DeskDescription>(desk));
+  if (unknown) return name.string() + ": " + *unknown;
   return LoadedScenario{std::move(scenario), std::get<DeskDescription>(std::move(desk))};
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 #include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/JsonItem.h"
@@ -33,7 +34,8 @@ Reading readWhole(std::string_view text, std::int64_t lowest, std::int64_t highe
 Reading readNumber(std::string_view text) {
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  const bool isWhole = error == std::errc() && end == text.data() + text.size();
+  if (!isWhole || !std::isfinite(number)) return std::nullopt;
   return number;
 }
 
@@ -53,7 +55,8 @@ Reading readPercent(const Token& token) {
   std::string_view text = token.text;
   if (!text.ends_with('%')) return std::nullopt;
   text.remove_suffix(1);
-  return readWhole(text, 0, 100);
+  // A monitor may show more than its maximum: up to 65535 of 1.
+  return readWhole(text, 0, 6'553'500);
 }
 
 Reading readOrdinal(const Token& token) {

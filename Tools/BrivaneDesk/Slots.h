@@ -25,7 +25,10 @@ class Slot {
   /// The argument that a fitting word gives; nothing for a word that stands for itself.
   std::optional<Argument> argument(const Token& token) const;
 
-  /// What a person could have written here, such as `a display's number`, or the words themselves.
+  bool isDisplay() const { return word == "DISPLAY"; }
+
+  /// What a person should have written here: one thing such as `a display's number`, or the words
+  /// to choose from.
   std::vector<std::string> expectations() const;
   /// The words that could stand here, when they can be listed.
   std::vector<std::string_view> choices() const;

@@ -22,6 +22,9 @@ struct StageOptions {
   std::function<void(const std::string& line)> onLine;
   /// Whether `onLine` is also given every call of a seam.
   bool listensToCalls = false;
+  /// Every gamma table that is put in force must be a known curve of the calibrated one, unless one
+  /// was refused on that display before.
+  bool watchesGamma = false;
   /// Makes the order of simultaneous events a matter of chance, drawn from it.
   std::optional<std::uint64_t> seed;
 };

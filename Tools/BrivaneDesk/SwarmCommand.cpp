@@ -12,11 +12,9 @@ namespace {
 
 /// What went wrong with the day; nothing when all is well.
 std::optional<std::string> playDay(const std::string& day, const std::string& name,
-                                   const std::filesystem::path& resources) {
+                                   const StageOptions& options) {
   const auto loaded = loadScenarioText(day, name);
   if (const auto* const mistake = std::get_if<std::string>(&loaded)) return *mistake;
-  StageOptions options;
-  options.resources = resources;
   const auto& scenario = std::get<LoadedScenario>(loaded);
   const auto outcome = playScenario(scenario, options);
   if (!outcome.failures.empty()) {
@@ -44,14 +42,23 @@ std::optional<SeedRange> parseSeeds(std::string_view text) {
 }
 
 int runSwarm(const SwarmOptions& options, std::ostream& out) {
+  StageOptions stageOptions;
+  stageOptions.resources = options.resources;
+  stageOptions.watchesGamma = true;
   int failed = 0;
   for (std::uint64_t seed = options.seeds.first; seed <= options.seeds.last; ++seed) {
     const std::string day = randomDay(seed);
     const std::string name = "seed-" + std::to_string(seed) + ".scenario";
     // On the disk before it is played: a crash leaves it there as well.
     const auto file = options.keepFolder / name;
-    std::ofstream(file, std::ios::binary) << day << std::flush;
-    const auto problem = playDay(day, name, options.resources);
+    std::ofstream stream(file, std::ios::binary);
+    stream << day << std::flush;
+    if (!stream) {
+      out << file.string() << ": can't be written" << std::endl;
+      return 1;
+    }
+    stageOptions.seed = seed;
+    const auto problem = playDay(day, name, stageOptions);
     if (!problem) {
       std::filesystem::remove(file);
       out << "seed " << seed << ": well" << std::endl;
@@ -59,7 +66,8 @@ int runSwarm(const SwarmOptions& options, std::ostream& out) {
     }
     ++failed;
     out << "seed " << seed << ": " << *problem << "\n    The day is in " << file.string()
-        << "; play it with: brivane-desk run --trace " << file.string() << std::endl;
+        << "; play it with: brivane-desk run --seed " << seed << " --trace " << file.string()
+        << std::endl;
   }
   const auto all = options.seeds.last - options.seeds.first + 1;
   out << all - static_cast<std::uint64_t>(failed) << " of " << all << " seeds went well"

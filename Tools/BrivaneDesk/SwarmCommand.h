@@ -26,8 +26,10 @@ struct SwarmOptions {
   std::filesystem::path resources;
 };
 
-/// Plays the random day of each seed twice: every expectation of the day has to hold, and both have
-/// to give one transcript. The exit status: 0 when all went well, else 1.
+/// Plays the random day of each seed twice, with the order of simultaneous events drawn from the
+/// seed: every expectation of the day has to hold, every gamma table that is put in force has to be
+/// a known curve, and both have to give one transcript. The exit status: 0 when all went well,
+/// else 1.
 int runSwarm(const SwarmOptions& options, std::ostream& out);
 
 }  // namespace brivane

@@ -90,6 +90,15 @@ std::optional<long long> takeMicroseconds(std::string_view& text) {
   return result;
 }
 
+/// "#2" is a word, unless the line begins with it.
+bool isComment(std::string_view rest, bool beginsLine) {
+  if (!rest.starts_with('#')) return false;
+  rest.remove_prefix(1);
+  const bool hasNumber = !takeDigits(rest).empty();
+  const bool isWord = rest.empty() || blanks.find(rest.front()) != std::string_view::npos;
+  return beginsLine || !hasNumber || !isWord;
+}
+
 }  // namespace
 
 std::variant<std::vector<Token>, std::string> splitLine(std::string_view line) {
@@ -97,7 +106,7 @@ std::variant<std::vector<Token>, std::string> splitLine(std::string_view line) {
   std::size_t position = 0;
   while ((position = line.find_first_not_of(blanks, position)) != std::string_view::npos) {
     const std::size_t start = position;
-    if (line[start] == '#' && (start + 1 == line.size() || !isDigit(line[start + 1]))) break;
+    if (isComment(line.substr(start), tokens.empty())) break;
     if (line[start] == '"') {
       ++position;
       auto text = readQuoted(line, position);

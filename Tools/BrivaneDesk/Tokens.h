@@ -20,7 +20,7 @@ struct Token {
 /// The line's words, or what is wrong with it. Words are separated by blanks; `"…"` is one word, in
 /// which `\"` and `\\` stand for the quotation mark and the backslash; so is everything between an
 /// opening brace or bracket and the one that closes it. `#` at the start of a word begins a
-/// comment.
+/// comment, but for a word such as `#2` that isn't the line's first.
 std::variant<std::vector<Token>, std::string> splitLine(std::string_view line);
 
 /// A length of time such as "1.5s", "250ms" or "1h30min", exact to the microsecond; nothing for

@@ -30,7 +30,7 @@ class RunCommandTest : public ::testing::Test {
  public:
   Result run(bool regenerates = false, bool traces = false) {
     std::ostringstream out;
-    RunOptions options{files, regenerates, traces, {}};
+    RunOptions options{files, regenerates, traces, {}, {}};
     const int status = runScenarios(options, out);
     return {status, out.str()};
   }
@@ -108,9 +108,51 @@ headroom 1 0.5
   EXPECT_THAT(result.output, HasSubstr("found a headroom that is not from 1 to 64\n"));
 }
 
-TEST_F(RunCommandTest, ALevelOfADisplayThatIsNotThereIsFoundMissing) {
-  write("one.scenario", oneMonitor + "at 1s expect level 9 = 40%\n");
+TEST_F(RunCommandTest, ALevelOfADisplayThatIsUnpluggedIsFoundMissing) {
+  write("one.scenario", oneMonitor + "unplug 1\nat 1s expect level 1 = 40%\n");
   EXPECT_THAT(run().output, HasSubstr("    found no such display plugged in\n"));
+}
+
+TEST_F(RunCommandTest, ASettingThatIsAnotherIsShownAsItIs) {
+  write("day.scenario", oneMonitor +
+                            "setting A = {\"$date\": 1.5}\nexpect setting A = 1.5\n"
+                            "setting A = 3.0\nexpect setting A = 3\n");
+  const auto result = run();
+  EXPECT_THAT(result.output, HasSubstr("    found {\"$date\":1.5}\n"));
+  EXPECT_THAT(result.output, HasSubstr("    found 3.0\n"));
+}
+
+TEST_F(RunCommandTest, AFolderIsNoScenario) {
+  files.push_back(folder / ".");
+  const auto result = run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.output, HasSubstr(": the file can't be read\n"));
+}
+
+TEST_F(RunCommandTest, AStepThatNamesAnUnknownDisplayIsAMistakeWhereverItStands) {
+  for (const auto* const step :
+       {"unplug 9", "pointer 9", "swap 1 and 9", "expect level 9 = 40%", "expect hud level 5 on 9",
+        "expect gamma 9 = dimmed by 4", "mood 9 silent", "move 9 to {0,0}"}) {
+    files.clear();
+    write("day.scenario", oneMonitor + "at 1h " + step + "\n");
+    const auto result = run();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.output,
+                HasSubstr("day.scenario: line 2: expected one of the desk's displays (1), found 9\n"
+                          "0 of 1"))
+        << step;
+  }
+}
+
+TEST_F(RunCommandTest, AStepThatCannotBeTakenSaysWhyAndNothingOfATranscript) {
+  write("day.scenario", oneMonitor + "at 1s headroom 1 0.5\nswap 1 and 1\nplug 1\n");
+  const auto result = run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.output, HasSubstr("line 2, at 1.000000 s: headroom 1 0.5\n"
+                                       "    found a headroom is from 1 to 64\n"));
+  EXPECT_THAT(result.output, HasSubstr("found a display swaps with another one\n"));
+  EXPECT_THAT(result.output, HasSubstr("found display 1 was not unplugged before\n"));
+  EXPECT_THAT(result.output, testing::Not(HasSubstr("transcript")));
 }
 
 std::vector<std::string> withoutTimes(const ScenarioOutcome& outcome) {
@@ -199,6 +241,42 @@ TEST(RandomDay, OneSeedGivesOneDayAndEveryDayIsAScenario) {
     const auto* const mistake = std::get_if<std::string>(&loaded);
     EXPECT_EQ(mistake, nullptr) << (mistake == nullptr ? "" : *mistake);
   }
+}
+
+TEST(ScenarioRun, ATableThatIsNoKnownCurveIsSeenTheMomentItIsPutInForce) {
+  // So steep that its boosted curve can't be told from the few samples that are written.
+  const auto loaded = loadScenarioText(
+      "desk {\"displays\": [{\"identifier\": 1, \"headroom\": 2, \"firmware\": {\"level\": 100}, "
+      "\"gamma\": {\"calibrated\": {\"exponents\": [0.1, 0.1, 0.1]}}}]}\n"
+      "at 0s start\n+1s key control+option+up\n+1s key control+option+down\n+1s end\n",
+      "day.scenario");
+  const auto& scenario = std::get<LoadedScenario>(loaded);
+  EXPECT_TRUE(playScenario(scenario, {}).failures.empty());
+  StageOptions watching;
+  watching.watchesGamma = true;
+  const auto outcome = playScenario(scenario, watching);
+  ASSERT_FALSE(outcome.failures.empty());
+  EXPECT_EQ(outcome.failures.front().line, 3);
+  EXPECT_EQ(outcome.failures.front().time, std::chrono::seconds(1));
+  EXPECT_THAT(outcome.failures.front().found, HasSubstr("display 1 no curve of Brivane's"));
+}
+
+TEST(ScenarioRun, ADayOnWhichAMappingIsLeftOtherThanAtFirstIsNoticed) {
+  const std::string desk =
+      "desk {\"hidMapping\": [{\"source\": 5, \"destination\": 6}, "
+      "{\"source\": 7, \"destination\": 8}]}\n";
+  play(desk + "at 0s start\n+1s quit\n+1s expect clean\nexpect mapping as at first\n");
+  const auto loaded = loadScenarioText(
+      desk + "expect mapping as at first\nmapping cleared\nexpect mapping as at first\n", "day");
+  const auto outcome = playScenario(std::get<LoadedScenario>(loaded), {});
+  ASSERT_EQ(outcome.failures.size(), 1U);
+  EXPECT_EQ(outcome.failures.front().line, 4);
+}
+
+TEST(SwarmCommand, AFolderThatCannotBeWrittenIsSaidSo) {
+  std::ostringstream out;
+  EXPECT_EQ(runSwarm({{1, 2}, "/no/such/folder", {}}, out), 1);
+  EXPECT_EQ(out.str(), "/no/such/folder/seed-1.scenario: can't be written\n");
 }
 
 TEST(SwarmCommand, SeedsAreARange) {

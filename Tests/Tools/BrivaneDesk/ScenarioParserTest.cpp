@@ -95,6 +95,20 @@ TEST(ScenarioParser, TimesCountFromTheStartOrFromTheEndOfTheStepBefore) {
   }
 }
 
+TEST(ScenarioParser, ACommentMayBeginWithANumberAndAnOrdinalIsNone) {
+  const auto scenario = parsed(
+      "# 1\n#2 two\n  desk\t {\"displays\": [\n]}  # three\n#4\nend #5th\n"
+      "slider \"Left\" #2 to 30 # six\n");
+  EXPECT_EQ(scenario.desk, "{\"displays\": [\n]}");
+  ASSERT_EQ(scenario.steps.size(), 2U);
+  EXPECT_EQ(scenario.steps[1].form, "slider TEXT ORDINAL to NUMBER");
+}
+
+TEST(ScenarioParser, NothingButACommentFollowsTheDesk) {
+  EXPECT_EQ(mistakeIn("desk {} end\n"),
+            "day.scenario: line 1: expected the end of the line after the desk, found \"end\"");
+}
+
 TEST(ScenarioParser, AStepDuringAHoldIsPlacedByItsOwnTime) {
   const auto scenario =
       parsed("desk default\nat 1s hold up for 2s\nat 1.5s press shift\n+10ms end");
@@ -151,6 +165,11 @@ TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
       {"expect gamma 1 = xyzzy", "expected calibrated, dimmed or boosted, found \"xyzzy\""},
       {"expect gamma 2 = dimed",
        "expected calibrated, dimmed or boosted, found \"dimed\", did you mean \"dimmed\"?"},
+      {"expect gamma 1 = bright", "expected calibrated, dimmed or boosted, found \"bright\""},
+      {"pointer {nan,0}",
+       "expected a display's number, a point such as {100,200} or nowhere, found \"{nan,0}\""},
+      {"headroom 2 inf", "expected a number, found \"inf\""},
+      {"\"press\" up", "unknown step \"press\""},
       {"expect hud level 201", "expected a level from -100 to 200, found \"201\""},
       {"menu choose Quit", "expected a text in quotation marks, found \"Quit\""},
       {"menu choose \"Quit", "the text that begins with \"Quit has no closing quotation mark"},
