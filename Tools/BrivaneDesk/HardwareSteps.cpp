@@ -109,7 +109,7 @@ StepProblem move(Stage& stage, const StepArguments& arguments) {
 }
 
 StepProblem swapPorts(Stage& stage, const StepArguments& arguments) {
-  if (arguments.display(0) == arguments.display(1)) return "a display swaps with another one";
+  if (arguments.display(0) == arguments.display(1)) return "the same display twice";
   if (stage.hardware().swapPorts(arguments.display(0), arguments.display(1))) return std::nullopt;
   return "one of the two displays is not plugged in";
 }

@@ -162,7 +162,6 @@ TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
        "expected a display's number, a point such as {100,200} or nowhere, found \"0\""},
       {"hold up for 2", "expected a length of time such as 1.5s or 250ms, found \"2\""},
       {"appearance drak", "expected light or dark, found \"drak\", did you mean \"dark\"?"},
-      {"expect gamma 1 = xyzzy", "expected calibrated, dimmed or boosted, found \"xyzzy\""},
       {"expect gamma 2 = dimed",
        "expected calibrated, dimmed or boosted, found \"dimed\", did you mean \"dimmed\"?"},
       {"expect gamma 1 = bright", "expected calibrated, dimmed or boosted, found \"bright\""},
