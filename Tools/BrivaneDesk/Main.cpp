@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -31,9 +32,19 @@ int misunderstood(const std::string& what) {
   return 2;
 }
 
+/// Without them every text is its bare key and every transcript another.
+std::filesystem::path resources() {
+  auto folder = brivane::resourceFolder();
+  if (!std::filesystem::is_directory(folder)) {
+    std::cerr << "brivane-desk: there are no texts and colours in " << folder.string()
+              << "; build them with ./test scenarios" << std::endl;
+  }
+  return folder;
+}
+
 int run(const std::vector<std::string>& arguments) {
   brivane::RunOptions options;
-  options.resources = brivane::resourceFolder();
+  options.resources = resources();
   for (std::size_t index = 0; index < arguments.size(); ++index) {
     const auto& argument = arguments[index];
     if (argument == "--seed" && index + 1 < arguments.size()) {
@@ -58,7 +69,7 @@ int run(const std::vector<std::string>& arguments) {
 
 int swarm(const std::vector<std::string>& arguments) {
   brivane::SwarmOptions options;
-  options.resources = brivane::resourceFolder();
+  options.resources = resources();
   bool hasSeeds = false;
   for (std::size_t index = 0; index < arguments.size(); ++index) {
     const bool hasValue = index + 1 < arguments.size();

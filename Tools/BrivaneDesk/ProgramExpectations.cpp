@@ -29,6 +29,12 @@ StepProblem mustHold(const Lines& lines, const std::string& text) {
   return lastOf(lines);
 }
 
+StepProblem mustHoldTimes(const Lines& lines, const StepArguments& arguments) {
+  const auto times = std::ranges::count_if(lines, holding(arguments.text(0)));
+  if (times == arguments.whole(1)) return std::nullopt;
+  return "it " + std::to_string(times) + " times";
+}
+
 StepProblem mustNotHold(const Lines& lines, const std::string& text) {
   const auto found = std::ranges::find_if(lines, holding(text));
   return found == lines.end() ? StepProblem() : "the line: " + *found;
@@ -57,9 +63,7 @@ StepProblem expectLog(Stage& stage, const StepArguments& arguments) {
 }
 
 StepProblem expectLogTimes(Stage& stage, const StepArguments& arguments) {
-  const auto times = std::ranges::count_if(stage.log(), holding(arguments.text(0)));
-  if (times == arguments.whole(1)) return std::nullopt;
-  return "it " + std::to_string(times) + " times";
+  return mustHoldTimes(stage.log(), arguments);
 }
 
 StepProblem expectNoLog(Stage& stage, const StepArguments& arguments) {
@@ -68,6 +72,10 @@ StepProblem expectNoLog(Stage& stage, const StepArguments& arguments) {
 
 StepProblem expectTrace(Stage& stage, const StepArguments& arguments) {
   return mustHold(stage.recorded(), arguments.text(0));
+}
+
+StepProblem expectTraceTimes(Stage& stage, const StepArguments& arguments) {
+  return mustHoldTimes(stage.recorded(), arguments);
 }
 
 StepProblem expectNoTrace(Stage& stage, const StepArguments& arguments) {
@@ -105,6 +113,7 @@ std::vector<StepKind> programExpectations() {
       {"expect log TEXT COUNT times", expectLogTimes},
       {"expect no log TEXT", expectNoLog},
       {"expect trace TEXT", expectTrace},
+      {"expect trace TEXT COUNT times", expectTraceTimes},
       {"expect no trace TEXT", expectNoTrace},
       {"expect setting NAME = VALUE", expectSetting},
       {"expect setting NAME absent", expectNoSetting},

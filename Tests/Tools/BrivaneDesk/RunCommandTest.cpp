@@ -100,10 +100,13 @@ TEST_F(RunCommandTest, AMistakeInAScenarioOrItsDeskIsOneLine) {
 TEST_F(RunCommandTest, WhatWasFoundCanBeReadWhereThereIsNothing) {
   write("day.scenario", oneMonitor + R"(expect output "x"
 expect mapping relay
+start
+expect trace "program started" 2 times
 )");
   const auto result = run(true);
   EXPECT_THAT(result.output, HasSubstr("expect output \"x\"\n    found nothing at all\n"));
   EXPECT_THAT(result.output, HasSubstr("expect mapping relay\n    found an empty mapping\n"));
+  EXPECT_THAT(result.output, HasSubstr("\"program started\" 2 times\n    found it 1 times\n"));
 }
 
 TEST_F(RunCommandTest, ALevelOfADisplayThatIsUnpluggedIsFoundMissing) {
