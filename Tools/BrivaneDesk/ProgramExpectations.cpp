@@ -54,7 +54,7 @@ StepProblem expectExit(Stage& stage, const StepArguments& arguments) {
 }
 
 StepProblem expectOutput(Stage& stage, const StepArguments& arguments) {
-  const std::string output = stage.commandOutput();
+  const std::string& output = stage.commandOutput();
   return mustHold(output.empty() ? Lines() : Lines{output}, arguments.text(0));
 }
 

@@ -151,6 +151,7 @@ TEST_F(RunCommandTest, AStepThatCannotBeTakenSaysWhyAndNothingOfATranscript) {
 
 std::vector<std::string> withoutTimes(const ScenarioOutcome& outcome) {
   std::vector<std::string> lines;
+  lines.reserve(outcome.transcript.size());
   for (const auto& line : outcome.transcript) lines.push_back(line.substr(14));
   return lines;
 }
