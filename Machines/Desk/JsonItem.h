@@ -80,6 +80,7 @@ template <typename Choice>
 void JsonItem::to(Choice& target,
                   const std::vector<std::pair<std::string_view, Choice>>& choices) const {
   std::vector<std::string_view> words;
+  words.reserve(choices.size());
   for (const auto& choice : choices) words.push_back(choice.first);
   if (const auto chosen = choose(words)) target = choices[*chosen].second;
 }
