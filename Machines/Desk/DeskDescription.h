@@ -13,6 +13,7 @@
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneCore/Support/Geometry.h"
 #include "BrivaneCore/Support/PropertyValue.h"
+#include "Machines/Common/HotkeyTable.h"
 
 // What a desk file says, as plain values. docs/desk.md describes every member for people; the
 // defaults here are the desk file's defaults, except where a member says otherwise.
@@ -157,15 +158,6 @@ enum class ToolPresence {
   missing,
   /// Ends with a status other than 0, whatever it is asked.
   refusing,
-};
-
-/// A key and the modifiers that a hotkey wants with it: a virtual key code, and the sum of 256
-/// (command), 512 (shift), 2048 (option) and 4096 (control).
-struct KeyCombination {
-  std::uint32_t keyCode = 0;
-  std::uint32_t modifiers = 0;
-
-  bool operator==(const KeyCombination&) const = default;
 };
 
 struct RunningApplication {

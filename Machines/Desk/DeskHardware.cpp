@@ -33,6 +33,12 @@ std::string tracedTransfer(DisplayID display, const char* direction, std::uint32
 
 }  // namespace
 
+DeskInput::DeskInput(const DeskDescription& desk) {
+  for (const auto& application : desk.applications) {
+    for (const auto& combination : application.hotkeys) hotkeys.add(combination, nullptr);
+  }
+}
+
 DeskHardware::DeskHardware(DeskDescription deskDescription,
                            std::unique_ptr<StateFolder> stateFolder)
     : desk(std::move(deskDescription)),

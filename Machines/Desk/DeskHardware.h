@@ -12,14 +12,14 @@
 #include "BrivaneCore/Seams/UserDefaults.h"
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/AnnouncedProcess.h"
+#include "Machines/Common/HotkeyTable.h"
 #include "Machines/Desk/AttachedDisplays.h"
 #include "Machines/Desk/DeskDescription.h"
 #include "Machines/Desk/HardwareState.h"
-#include "Machines/Desk/HotkeyTable.h"
 #include "Machines/Desk/KeyTable.h"
 #include "Machines/Desk/MonitorFirmware.h"
 #include "Machines/Desk/StoredState.h"
-#include "Machines/Desk/TapStream.h"
+#include "Machines/Common/TapStream.h"
 #include "Machines/Desk/Trace.h"
 
 namespace brivane {
@@ -29,7 +29,8 @@ enum class HardwareNotice { screenParameters, didWake, screensDidWake, appearanc
 
 /// The keyboard as all programs on a desk share it. Main thread.
 struct DeskInput {
-  explicit DeskInput(const DeskDescription& desk) : hotkeys(desk.applications) {}
+  /// The applications' hotkeys come before all others.
+  explicit DeskInput(const DeskDescription& desk);
 
   HotkeyTable hotkeys;
   TapStream taps;

@@ -9,13 +9,8 @@
 namespace brivane {
 namespace {
 
-constexpr std::int16_t specialKeySubtype = 8;
-
 TapEvent specialKeyEvent(BrightnessKey key, bool isDown, bool isRepeat) {
-  const std::int64_t type = key == BrightnessKey::up ? 2 : 3;
-  const std::int64_t state = isDown ? 0x0A : 0x0B;
-  const std::int64_t data = type << 16 | state << 8 | (isRepeat ? 1 : 0);
-  return {TapEvent::systemDefined, TapEvent::SystemDefined{specialKeySubtype, data, -1}};
+  return brightnessKeyEvent(key == BrightnessKey::up, isDown, isRepeat);
 }
 
 /// The modifiers that are down, as hotkeys count them.

@@ -7,7 +7,10 @@
 
 namespace brivane {
 
-/// The stream of special keys and the taps in it, of all programs on the desk. Main thread.
+/// A press or release of one of the keyboard's two brightness keys, as taps see it.
+TapEvent brightnessKeyEvent(bool isUpKey, bool isDown, bool isRepeat);
+
+/// The stream of special keys and the taps in it. Main thread.
 class TapStream {
  public:
   struct Tap {
@@ -17,6 +20,8 @@ class TapStream {
 
   /// At the head of the stream, disabled. It is in the stream until the last reference is dropped.
   std::shared_ptr<Tap> add(EventTapPort::Handler handler);
+
+  bool hasEnabledTap();
 
   /// Whether the event came through all taps that are enabled.
   bool send(const TapEvent& event);

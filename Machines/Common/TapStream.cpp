@@ -1,14 +1,26 @@
-#include "Machines/Desk/TapStream.h"
+#include "Machines/Common/TapStream.h"
 
 #include <algorithm>
 
 namespace brivane {
+
+TapEvent brightnessKeyEvent(bool isUpKey, bool isDown, bool isRepeat) {
+  constexpr std::int16_t specialKeySubtype = 8;
+  const std::int64_t type = isUpKey ? 2 : 3;
+  const std::int64_t state = isDown ? 0x0A : 0x0B;
+  const std::int64_t data = type << 16 | state << 8 | (isRepeat ? 1 : 0);
+  return {TapEvent::systemDefined, TapEvent::SystemDefined{specialKeySubtype, data, -1}};
+}
 
 std::shared_ptr<TapStream::Tap> TapStream::add(EventTapPort::Handler handler) {
   auto tap = std::make_shared<Tap>(Tap{std::move(handler)});
   std::erase_if(taps, [](const auto& earlier) { return earlier.expired(); });
   taps.push_back(tap);
   return tap;
+}
+
+bool TapStream::hasEnabledTap() {
+  return std::ranges::any_of(tapsFromTheHead(), [](const auto& tap) { return tap->isEnabled; });
 }
 
 bool TapStream::send(const TapEvent& event) {

@@ -1,14 +1,9 @@
-#include "Machines/Desk/HotkeyTable.h"
+#include "Machines/Common/HotkeyTable.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace brivane {
-
-HotkeyTable::HotkeyTable(const std::vector<RunningApplication>& applications) {
-  for (const auto& application : applications) {
-    for (const auto& combination : application.hotkeys) add(combination, nullptr);
-  }
-}
 
 std::variant<HotkeyReference, HotkeyStatus> HotkeyTable::add(KeyCombination combination,
                                                              Receiver receiver) {

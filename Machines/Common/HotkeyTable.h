@@ -4,14 +4,21 @@
 #include <functional>
 #include <map>
 #include <variant>
-#include <vector>
 
 #include "BrivaneCore/Seams/HotkeyPort.h"
-#include "Machines/Desk/DeskDescription.h"
 
 namespace brivane {
 
-/// The system's hotkeys, of all programs on the desk. Who comes first has a combination. Main
+/// A key and the modifiers that a hotkey wants with it: a virtual key code, and the sum of 256
+/// (command), 512 (shift), 2048 (option) and 4096 (control).
+struct KeyCombination {
+  std::uint32_t keyCode = 0;
+  std::uint32_t modifiers = 0;
+
+  bool operator==(const KeyCombination&) const = default;
+};
+
+/// Hotkeys, and what a keyboard's keys mean to them. Who comes first has a combination. Main
 /// thread.
 class HotkeyTable {
  public:
@@ -19,9 +26,6 @@ class HotkeyTable {
 
   /// The status of a combination that somebody has already.
   static constexpr HotkeyStatus alreadyTaken = -9878;
-
-  /// The applications' hotkeys come before all others.
-  explicit HotkeyTable(const std::vector<RunningApplication>& applications);
 
   std::variant<HotkeyReference, HotkeyStatus> add(KeyCombination combination, Receiver receiver);
   /// The receiver is not called any more. False when there is no such hotkey.
