@@ -13,7 +13,12 @@ namespace brivane {
 MachineOrProblem pickMachine() {
   const char* desk = std::getenv("BRIVANE_DESK");
   if (desk == nullptr || std::string_view(desk).empty()) {
-    return PickedMachine{std::make_unique<LinuxMachine>(), nullptr};
+    // Nothing is shown yet; the keys work.
+    auto openFrame =
+        [stage = std::make_shared<DeskHardware>(DeskDescription())](ResidentMachine& resident) {
+          return std::make_unique<DeskFrame>(resident.runtime(), *stage);
+        };
+    return PickedMachine{std::make_unique<LinuxMachine>(), openFrame};
   }
   auto opened = openDesk(desk);
   if (auto* problem = std::get_if<std::string>(&opened)) return std::move(*problem);

@@ -27,8 +27,11 @@ std::ptrdiff_t rank(const std::filesystem::path& backlight) {
 }  // namespace
 
 LinuxBacklight::LinuxBacklight(DisplaySystem& displaySystem, Findings& itsFindings,
-                               std::filesystem::path classFolder)
-    : displays(displaySystem), findings(itsFindings), folder(std::move(classFolder)) {}
+                               SessionBacklight& byLogind, std::filesystem::path classFolder)
+    : displays(displaySystem),
+      findings(itsFindings),
+      session(byLogind),
+      folder(std::move(classFolder)) {}
 
 bool LinuxBacklight::exists() const {
   return !namesIn(folder).empty();
@@ -52,13 +55,17 @@ std::int32_t LinuxBacklight::set(DisplayID display, float level) const {
   if (!maximum) return EIO;
   const std::int64_t steps = std::llround(level * static_cast<double>(*maximum));
   const int error = writeAttribute(*backlight / "brightness", std::to_string(steps));
-  findings.backlightDenied = error == EACCES || error == EPERM;
-  return error;
+  const bool isDenied = error == EACCES || error == EPERM;
+  const bool isSetByLogind =
+      isDenied && session.set(backlight->filename(), static_cast<std::uint32_t>(steps)) == 0;
+  findings.backlightDenied = isDenied && !isSetByLogind;
+  return isSetByLogind ? 0 : error;
 }
 
 bool LinuxBacklight::canChange(DisplayID display) const {
   const auto backlight = backlightOf(display);
-  return backlight && ::access((*backlight / "brightness").c_str(), W_OK) == 0;
+  return backlight &&
+         (::access((*backlight / "brightness").c_str(), W_OK) == 0 || session.canSet());
 }
 
 std::optional<std::filesystem::path> LinuxBacklight::backlightOf(DisplayID display) const {

@@ -6,6 +6,7 @@
 
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "Machines/Linux/Findings.h"
+#include "Machines/Linux/SessionBacklight.h"
 
 namespace brivane {
 
@@ -13,14 +14,15 @@ namespace brivane {
 /// other display is refused. Failures are the system's error numbers. Main and DDC queue.
 class LinuxBacklight {
  public:
-  LinuxBacklight(DisplaySystem& displaySystem, Findings& itsFindings,
+  /// All must outlive this.
+  LinuxBacklight(DisplaySystem& displaySystem, Findings& itsFindings, SessionBacklight& byLogind,
                  std::filesystem::path classFolder = "/sys/class/backlight");
 
   /// Whether there is any backlight.
   bool exists() const;
 
   /// See GetBrightnessFunction, SetBrightnessFunction, CanChangeBrightnessFunction. The backlight
-  /// takes the step nearest to the level.
+  /// takes the step nearest to the level. Where this user may not write it, logind is asked to.
   std::int32_t get(DisplayID display, float& level) const;
   std::int32_t set(DisplayID display, float level) const;
   bool canChange(DisplayID display) const;
@@ -31,6 +33,7 @@ class LinuxBacklight {
 
   DisplaySystem& displays;
   Findings& findings;
+  SessionBacklight& session;
   const std::filesystem::path folder;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -14,11 +15,13 @@ namespace brivane {
 /// and never held. Main and DDC queue.
 ///
 /// Failures are the system's error numbers. A call to a panel on stand-by fails without touching
-/// the wire: some monitors wake up from any message.
+/// the wire, as every call does while the machine sleeps: some monitors wake up from any message.
 class LinuxBus {
  public:
-  LinuxBus(const Connectors& itsConnectors, Findings& itsFindings)
-      : connectors(itsConnectors), findings(itsFindings) {}
+  /// `machineSleeps`: whether the machine is on its way to sleep, sleeps or wakes.
+  LinuxBus(const Connectors& itsConnectors, Findings& itsFindings,
+           const std::atomic<bool>& machineSleeps)
+      : connectors(itsConnectors), findings(itsFindings), systemSleeps(machineSleeps) {}
 
   /// Whether there is any I2C device file.
   bool exists() const;
@@ -36,6 +39,7 @@ class LinuxBus {
 
   const Connectors& connectors;
   Findings& findings;
+  const std::atomic<bool>& systemSleeps;
 };
 
 }  // namespace brivane

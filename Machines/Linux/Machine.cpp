@@ -1,31 +1,36 @@
 #include "Machines/Linux/Machine.h"
 
-#include <cstdlib>
 #include <string>
 
+#include "Machines/Common/ResourceFolder.h"
 #include "Machines/Linux/Advice.h"
 #include "Machines/Linux/Defaults.h"
+#include "Machines/Linux/DefaultsSuite.h"
+#include "Machines/Linux/Environment.h"
 #include "Machines/Linux/RuntimeFolder.h"
 
 namespace brivane {
 namespace {
 
-std::string environment(const char* variable) {
-  const char* const value = std::getenv(variable);
-  return value != nullptr ? value : "";
-}
+constexpr auto ownDomain = "com.quorrel.brivane";
 
 }  // namespace
 
 LinuxMachine::LinuxMachine()
-    : connection(environment("DISPLAY")),
+    : connection(environmentText("DISPLAY")),
       runningPrograms(runtimeFolder()),
-      settings(defaultsFile("com.quorrel.brivane"), threads, systemLog,
-               JsonFileDefaults::Durability::synced) {}
+      bundles(resourceFolder()),
+      settings(defaultsFile(ownDomain), threads, systemLog, JsonFileDefaults::Durability::synced),
+      events(environmentText("DISPLAY"), threads) {}
+
+std::unique_ptr<DefaultsSuite> LinuxMachine::openDefaultsSuite(const std::string& name) {
+  if (name == ownDomain) return nullptr;
+  return std::make_unique<LinuxDefaultsSuite>(threads, systemLog);
+}
 
 std::optional<std::string> LinuxMachine::advice() {
-  return adviceFor({connection.problem(), !environment("DISPLAY").empty(),
-                    !environment("WAYLAND_DISPLAY").empty()},
+  return adviceFor({connection.problem(), !environmentText("DISPLAY").empty(),
+                    !environmentText("WAYLAND_DISPLAY").empty()},
                    findings);
 }
 

@@ -1,27 +1,39 @@
 #pragma once
 
-#include "BrivaneCore/Seams/Machine.h"
+#include <atomic>
+
+#include "BrivaneCore/Seams/ResidentMachine.h"
 #include "Machines/Common/JsonFileDefaults.h"
 #include "Machines/Common/ThreadRuntime.h"
 #include "Machines/Linux/Accessibility.h"
 #include "Machines/Linux/Applications.h"
+#include "Machines/Linux/AutostartEntry.h"
 #include "Machines/Linux/Backlight.h"
 #include "Machines/Linux/Bus.h"
 #include "Machines/Linux/Connectors.h"
 #include "Machines/Linux/Displays.h"
+#include "Machines/Linux/EventTaps.h"
 #include "Machines/Linux/Findings.h"
 #include "Machines/Linux/Gamma.h"
+#include "Machines/Linux/Hotkeys.h"
+#include "Machines/Linux/Keyboard.h"
 #include "Machines/Linux/Log.h"
+#include "Machines/Linux/Notifications.h"
 #include "Machines/Linux/Processes.h"
 #include "Machines/Linux/Registry.h"
+#include "Machines/Linux/Resources.h"
+#include "Machines/Linux/Session.h"
+#include "Machines/Linux/SessionBacklight.h"
 #include "Machines/Linux/Symbols.h"
 #include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/XEvents.h"
+#include "Machines/Linux/XKeymap.h"
 
 namespace brivane {
 
 /// A PC with an X server. Making one asks nothing of hardware or window system: each part opens
 /// what it needs when it is first used.
-class LinuxMachine : public Machine {
+class LinuxMachine : public ResidentMachine {
  public:
   LinuxMachine();
 
@@ -35,26 +47,46 @@ class LinuxMachine : public Machine {
   ProcessRunner& processes() override { return processRunner; }
   Applications& applications() override { return runningPrograms; }
   SystemLog& log() override { return systemLog; }
+  HotkeyPort& hotkeys() override { return hotkeyGrabs; }
+  EventTapPort& eventTaps() override { return brightnessKeys; }
+  Keyboard& keyboard() override { return xKeyboard; }
+  SystemNotifications& notifications() override { return announcements; }
+  Session& session() override { return userSession; }
+  Resources& resources() override { return bundles; }
+  /// Null for this program's own domain.
+  std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
+  ResidentMachine* resident() override { return this; }
   std::optional<std::string> advice() override;
 
  private:
   Findings findings;
   LinuxLog systemLog;
+  std::atomic<bool> systemSleeps = false;
+  AutostartEntry entry{AutostartEntry::usualFolders()};
   XConnection connection;
   LinuxDisplays displaySystem{connection};
   LinuxGammaTables gamma{connection};
   Connectors connectors;
-  LinuxBus bus{connectors, findings};
-  LinuxBacklight backlight{displaySystem, findings};
+  LinuxBus bus{connectors, findings, systemSleeps};
+  SessionBacklight sessionBacklight;
+  LinuxBacklight backlight{displaySystem, findings, sessionBacklight};
   LinuxIORegistry registry{connectors};
   LinuxSymbolLoader symbolLoader{bus, backlight};
-  LinuxProcessRunner processRunner{findings};
+  LinuxProcessRunner processRunner{findings, entry};
   LinuxApplications runningPrograms;
   LinuxAccessibility grant;
+  LinuxSession userSession{entry};
+  LinuxResources bundles;
   /// Below everything that its queues' tasks use.
   ThreadRuntime threads;
-  /// Main thread only; it still needs the clock when it ends.
+  // Main thread only; they still need the clock and the queues when they end.
   JsonFileDefaults settings;
+  XEvents events;
+  XKeymap keymap{events};
+  LinuxKeyboard xKeyboard{events, keymap};
+  LinuxHotkeys hotkeyGrabs{events, keymap, xKeyboard};
+  LinuxEventTaps brightnessKeys{events, systemLog};
+  LinuxNotifications announcements{events, threads, systemSleeps, [this] { settings.sync(); }};
 };
 
 }  // namespace brivane

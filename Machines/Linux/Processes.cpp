@@ -1,8 +1,6 @@
 #include "Machines/Linux/Processes.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
 #include <utility>
 
 #include "Machines/Common/ChildProcess.h"
@@ -11,30 +9,25 @@
 namespace brivane {
 namespace {
 
-struct StandIn {
-  std::string_view tool;
-  std::string_view program;
-};
-
-constexpr std::array<StandIn, 1> standIns = {{{"/usr/bin/hidutil", "brivane-hidutil"}}};
-
 bool isSetting(const std::vector<std::string>& arguments) {
   return std::find(arguments.begin(), arguments.end(), "--set") != arguments.end();
 }
 
 }  // namespace
 
-LinuxProcessRunner::LinuxProcessRunner(Findings& itsFindings,
+LinuxProcessRunner::LinuxProcessRunner(Findings& itsFindings, const AutostartEntry& programsEntry,
                                        std::optional<std::filesystem::path> programFolder)
-    : findings(itsFindings), folder(std::move(programFolder)) {}
+    : findings(itsFindings), entry(programsEntry), folder(std::move(programFolder)) {}
 
 ProcessResult LinuxProcessRunner::run(const std::string& executable,
                                       const std::vector<std::string>& arguments) {
-  const auto* found = std::find_if(standIns.begin(), standIns.end(), [&](const StandIn& standIn) {
-    return standIn.tool == executable;
-  });
-  if (found == standIns.end()) return runChildProcess(executable, arguments);
-  auto result = runChildProcess(standInFolder() / found->program, arguments);
+  if (executable == "/usr/bin/hidutil") return runKeyMapping(arguments);
+  if (executable == "/bin/launchctl") return runLaunchControl(arguments, entry.asLaunchAgent());
+  return runChildProcess(executable, arguments);
+}
+
+ProcessResult LinuxProcessRunner::runKeyMapping(const std::vector<std::string>& arguments) {
+  auto result = runChildProcess(standInFolder() / "brivane-hidutil", arguments);
   const auto* finished = std::get_if<FinishedProcess>(&result);
   if (finished != nullptr && isSetting(arguments)) {
     findings.keymapsDenied = finished->exitStatus == HIDUtil::notPermitted;

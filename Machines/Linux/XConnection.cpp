@@ -56,12 +56,6 @@ void tellVersion(xcb_connection_t* connection) {
   xcb_discard_reply(connection, version.sequence);
 }
 
-xcb_window_t rootOf(xcb_connection_t* connection, int screenNumber) {
-  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-  for (; screenNumber > 0 && screens.rem > 1; --screenNumber) xcb_screen_next(&screens);
-  return screens.data->root;
-}
-
 /// Every client is told when the keyboard mapping changes, whether it asked or not; unread, that
 /// would pile up.
 void discardEvents(xcb_connection_t* connection) {
@@ -70,6 +64,12 @@ void discardEvents(xcb_connection_t* connection) {
 }
 
 }  // namespace
+
+xcb_window_t rootOf(xcb_connection_t* connection, int screenNumber) {
+  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+  for (; screenNumber > 0 && screens.rem > 1; --screenNumber) xcb_screen_next(&screens);
+  return screens.data->root;
+}
 
 XConnection::XConnection(std::string itsDisplayName) : displayName(std::move(itsDisplayName)) {}
 

@@ -19,6 +19,9 @@ struct FreeXReply {
 template <typename Reply>
 using XReply = std::unique_ptr<Reply, FreeXReply>;
 
+/// The root window of the connection's screen with that number.
+xcb_window_t rootOf(xcb_connection_t* connection, int screenNumber);
+
 /// An X server that answers: whom to ask about what.
 struct XServer {
   xcb_connection_t* connection = nullptr;

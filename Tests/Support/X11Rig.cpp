@@ -3,6 +3,8 @@
 
 #include "Tests/Support/X11Rig.h"
 
+#include <xcb/xtest.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
@@ -253,10 +255,69 @@ void X11Rig::setGamma(std::size_t monitor, const Ramps& ramps) {
         "gamma ramps");
 }
 
-void X11Rig::useEvdevKeymap() {
+void X11Rig::useEvdevKeymap(const std::string& layout) {
   const std::string command =
-      "setxkbmap -display " + display() + " -rules evdev -model pc105 -layout us";
+      "setxkbmap -display " + display() + " -rules evdev -model pc105 -layout " + layout;
   if (std::system(command.c_str()) != 0) throw std::runtime_error("setxkbmap failed");
+}
+
+void X11Rig::pressKey(xcb_keycode_t key) {
+  fakeKey(XCB_KEY_PRESS, key);
+}
+
+void X11Rig::releaseKey(xcb_keycode_t key) {
+  fakeKey(XCB_KEY_RELEASE, key);
+}
+
+void X11Rig::fakeKey(std::uint8_t type, xcb_keycode_t key) {
+  constexpr std::uint8_t anyDevice = 0;
+  check(xcb_test_fake_input_checked(connection, type, key, XCB_CURRENT_TIME, root, 0, 0, anyDevice),
+        "a key");
+}
+
+void X11Rig::grabKey(xcb_keycode_t key, std::uint16_t modifiers) {
+  check(xcb_grab_key_checked(connection, 0, root, modifiers, key, XCB_GRAB_MODE_ASYNC,
+                             XCB_GRAB_MODE_ASYNC),
+        "another program a key");
+}
+
+bool X11Rig::isKeyTaken(xcb_keycode_t key, std::uint16_t modifiers) {
+  const Owned<xcb_generic_error_t> error(xcb_request_check(
+      connection, xcb_grab_key_checked(connection, 0, root, modifiers, key, XCB_GRAB_MODE_ASYNC,
+                                       XCB_GRAB_MODE_ASYNC)));
+  if (error) return true;
+  check(xcb_ungrab_key_checked(connection, key, root, modifiers), "to give a key back");
+  return false;
+}
+
+std::vector<std::string> X11Rig::takeTypedKeys() {
+  if (typedInto == XCB_NONE) {
+    typedInto = xcb_generate_id(connection);
+    const std::uint32_t wanted = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
+    check(xcb_create_window_checked(connection, XCB_COPY_FROM_PARENT, typedInto, root, 0, 0, 10, 10,
+                                    0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                                    XCB_CW_EVENT_MASK, &wanted),
+          "a window");
+    check(xcb_map_window_checked(connection, typedInto), "to show a window");
+    check(
+        xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_NONE, typedInto, XCB_CURRENT_TIME),
+        "the focus");
+  }
+  const Owned<xcb_get_input_focus_reply_t> roundTrip(
+      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+  std::vector<std::string> keys;
+  while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
+    const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+    if (event->response_type == XCB_KEY_PRESS) keys.push_back("+" + std::to_string(key.detail));
+    if (event->response_type == XCB_KEY_RELEASE) keys.push_back("-" + std::to_string(key.detail));
+  }
+  return keys;
+}
+
+void X11Rig::switchScreenSaver(bool isOn) {
+  check(xcb_force_screen_saver_checked(connection,
+                                       isOn ? XCB_SCREEN_SAVER_ACTIVE : XCB_SCREEN_SAVER_RESET),
+        "its screen saver");
 }
 
 }  // namespace brivane

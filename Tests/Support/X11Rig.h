@@ -76,7 +76,20 @@ class X11Rig {
   void setGamma(std::size_t monitor, const Ramps& ramps);
 
   /// Gives the server the keyboard of a PC, whose key codes are evdev's plus 8.
-  void useEvdevKeymap();
+  void useEvdevKeymap(const std::string& layout = "us");
+
+  /// A key goes down or up, as if on a keyboard.
+  void pressKey(xcb_keycode_t key);
+  void releaseKey(xcb_keycode_t key);
+  /// Has the rig, as some other program, take the key with exactly these of X's modifiers.
+  void grabKey(xcb_keycode_t key, std::uint16_t modifiers);
+  /// Whether some program has the key with exactly these modifiers.
+  bool isKeyTaken(xcb_keycode_t key, std::uint16_t modifiers);
+  /// The keys that the rig has been sent, because it had them or nobody else wanted them: "+38"
+  /// down, "-38" up. From the first call on; a window of the rig's has the focus then.
+  std::vector<std::string> takeTypedKeys();
+  /// Switches the screen saver on or off.
+  void switchScreenSaver(bool isOn);
 
  private:
   struct Connector {
@@ -97,7 +110,10 @@ class X11Rig {
   void setOutputProperty(std::size_t monitor, const std::string& name, xcb_atom_t type,
                          std::uint8_t bits, std::uint32_t count, const void* data);
 
+  void fakeKey(std::uint8_t type, xcb_keycode_t key);
+
   XorgServer server;
+  xcb_window_t typedInto = XCB_NONE;
   xcb_connection_t* connection = nullptr;
   xcb_window_t root = XCB_NONE;
   std::vector<Connector> connectors;

@@ -17,7 +17,10 @@ constexpr DisplayID monitor = 2;
 
 class BacklightTest : public testing::Test {
  protected:
-  BacklightTest() { displays.online = {{laptop, 1, 1, 1, true}, {monitor, 2, 2, 2, false}}; }
+  BacklightTest() {
+    displays.online = {{laptop, 1, 1, 1, true}, {monitor, 2, 2, 2, false}};
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/no/such/bus", 1);
+  }
 
   void add(const std::string& name, const std::string& type, int level, int maximum) {
     std::filesystem::create_directories(folder / name);
@@ -39,7 +42,8 @@ class BacklightTest : public testing::Test {
   TemporaryFolder folder;
   FakeDisplaySystem displays;
   Findings findings;
-  LinuxBacklight backlight{displays, findings, folder.path};
+  SessionBacklight logind;
+  LinuxBacklight backlight{displays, findings, logind, folder.path};
 };
 
 TEST_F(BacklightTest, TheBuiltInPanelHasTheBacklightsLevel) {

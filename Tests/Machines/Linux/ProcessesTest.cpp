@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
+#include <string>
 
 #include "Machines/Linux/Processes.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -18,7 +20,8 @@ class ProcessesTest : public testing::Test {
 
   TemporaryFolder folder;
   Findings findings;
-  LinuxProcessRunner runner{findings, folder.path};
+  AutostartEntry entry{{folder / "autostart"}};
+  LinuxProcessRunner runner{findings, entry, folder.path};
 };
 
 TEST_F(ProcessesTest, TheKeyMappingToolIsBrivanesOwnWithTheSameArguments) {
@@ -30,7 +33,18 @@ TEST_F(ProcessesTest, TheKeyMappingToolIsBrivanesOwnWithTheSameArguments) {
 TEST_F(ProcessesTest, AnyOtherProgramRunsAsItIs) {
   EXPECT_EQ(runner.run("/bin/sh", {"-c", "echo here"}),
             ProcessResult(FinishedProcess{0, "here\n"}));
-  EXPECT_TRUE(std::holds_alternative<ProcessNotStarted>(runner.run("/bin/launchctl", {"list"})));
+  EXPECT_TRUE(std::holds_alternative<ProcessNotStarted>(runner.run("/no/such/program", {})));
+}
+
+TEST_F(ProcessesTest, TheLaunchAgentsToolSpeaksOfTheAutostartEntry) {
+  const std::string domain = "gui/" + std::to_string(getuid());
+  std::filesystem::create_directories(folder / "autostart");
+  folder.write("autostart/com.quorrel.brivane.desktop", "[Desktop Entry]\n");
+  EXPECT_EQ(runner.run("/bin/launchctl", {"disable", domain + "/com.quorrel.brivane"}),
+            ProcessResult(FinishedProcess{0, ""}));
+  EXPECT_EQ(runner.run("/bin/launchctl", {"print-disabled", domain}),
+            ProcessResult(FinishedProcess{
+                0, "disabled services = {\n\t\"com.quorrel.brivane\" => disabled\n}\n"}));
 }
 
 TEST_F(ProcessesTest, AMissingToolIsNotStarted) {

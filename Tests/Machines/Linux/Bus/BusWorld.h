@@ -81,10 +81,12 @@ class BusTest : public BusWorld {
 
   Findings findings;
   Connectors connectors;
-  LinuxBus bus{connectors, findings};
+  std::atomic<bool> systemSleeps = false;
+  LinuxBus bus{connectors, findings, systemSleeps};
   LinuxIORegistry registry{connectors};
   FakeDisplaySystem displays;
-  LinuxBacklight backlight{displays, findings};
+  SessionBacklight sessionBacklight;
+  LinuxBacklight backlight{displays, findings, sessionBacklight};
   LinuxSymbolLoader loader{bus, backlight};
   ThreadRuntime runtime;
 };

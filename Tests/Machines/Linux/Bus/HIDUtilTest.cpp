@@ -61,7 +61,8 @@ class HIDUtilTest : public BusWorld {
 
   TemporaryFolder session;
   Findings findings;
-  LinuxProcessRunner runner{findings};
+  AutostartEntry entry{{}};
+  LinuxProcessRunner runner{findings, entry};
   FakeMachine elsewhere;
   HIDUtilKeyMapping mapping{HIDUtilKeyMapping::defaultRunner(runner, elsewhere.systemLog)};
   const RelayKey f13 = key(105);

@@ -1,0 +1,98 @@
+// Entries are text: a line "[Desktop Entry]" and then a key and its value on each line, until the
+// next line in brackets. Of two entries with one name, the user's own counts and no other.
+#include "Machines/Linux/AutostartEntry.h"
+
+#include <unistd.h>
+
+#include <sstream>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+#include "Machines/Common/WholeFile.h"
+#include "Machines/Linux/Environment.h"
+
+namespace brivane {
+namespace {
+
+constexpr auto fileName = "com.quorrel.brivane.desktop";
+constexpr std::string_view group = "[Desktop Entry]";
+constexpr std::string_view hiddenKey = "Hidden=";
+constexpr std::size_t maximumBytes = 1 << 20;
+
+/// The entry's lines; those that say whether it is hidden are put into `hidden`, the last counts.
+std::vector<std::string> linesWithout(const std::string& text, std::optional<bool>& hidden) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  bool isInGroup = false;
+  for (std::string line; std::getline(stream, line);) {
+    if (line.starts_with('[')) isInGroup = line.starts_with(group);
+    if (isInGroup && line.starts_with(hiddenKey)) {
+      hidden = line.substr(hiddenKey.size()).starts_with("true");
+    } else {
+      lines.push_back(line);
+    }
+  }
+  return lines;
+}
+
+std::string withHidden(const std::string& text, bool isHidden) {
+  std::optional<bool> before;
+  std::string changed;
+  for (const std::string& line : linesWithout(text, before)) {
+    changed += line + "\n";
+    if (!line.starts_with(group)) continue;
+    changed += std::string(hiddenKey) + (isHidden ? "true" : "false") + "\n";
+  }
+  return changed;
+}
+
+}  // namespace
+
+AutostartEntry::AutostartEntry(std::vector<std::filesystem::path> autostartFolders)
+    : folders(std::move(autostartFolders)) {}
+
+std::vector<std::filesystem::path> AutostartEntry::usualFolders() {
+  std::vector<std::filesystem::path> folders = {userSettingsFolder() / "autostart"};
+  const std::string announced = environmentText("XDG_CONFIG_DIRS");
+  std::istringstream shared(announced.empty() ? "/etc/xdg" : announced);
+  for (std::string folder; std::getline(shared, folder, ':');) {
+    if (folder.starts_with('/')) folders.push_back(std::filesystem::path(folder) / "autostart");
+  }
+  return folders;
+}
+
+bool AutostartEntry::isInstalled() const {
+  return read().has_value();
+}
+
+std::optional<bool> AutostartEntry::isEnabled() const {
+  std::optional<bool> hidden;
+  linesWithout(read().value_or(""), hidden);
+  if (!hidden) return std::nullopt;
+  return !*hidden;
+}
+
+bool AutostartEntry::setEnabled(bool enabled) const {
+  const auto text = read();
+  return text && !writeWholeFile(folders.front() / fileName, withHidden(*text, !enabled));
+}
+
+LaunchAgent AutostartEntry::asLaunchAgent() const {
+  return {"gui/" + std::to_string(::getuid()), launchAgentFile(), isInstalled(), isEnabled(),
+          [this](bool enabled) { return setEnabled(enabled); }};
+}
+
+std::optional<std::string> AutostartEntry::read() const {
+  for (const auto& folder : folders) {
+    auto content = readWholeFile(folder / fileName, maximumBytes);
+    if (auto* const text = std::get_if<std::string>(&content)) return std::move(*text);
+  }
+  return std::nullopt;
+}
+
+std::filesystem::path launchAgentFile() {
+  return userHomeFolder() / "Library/LaunchAgents/com.quorrel.brivane.plist";
+}
+
+}  // namespace brivane

@@ -1,0 +1,100 @@
+// A synchronous grab freezes the keyboard with the press that sets it off, until this program says
+// what becomes of it: to be taken back and go where it would have gone, or to stay here, and the
+// keyboard goes on.
+#include "Machines/Linux/EventTaps.h"
+
+#include <linux/input-event-codes.h>
+
+#include <array>
+#include <utility>
+
+#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Linux/XConnection.h"
+
+namespace brivane {
+namespace {
+
+constexpr xcb_keycode_t brightnessDown = KEY_BRIGHTNESSDOWN + firstXKeyCode;
+constexpr xcb_keycode_t brightnessUp = KEY_BRIGHTNESSUP + firstXKeyCode;
+constexpr std::array<xcb_keycode_t, 2> brightnessKeys = {brightnessDown, brightnessUp};
+
+}  // namespace
+
+class LinuxEventTaps::Tap : public EventTap {
+ public:
+  Tap(LinuxEventTaps& itsPort, std::shared_ptr<TapStream::Tap> tapInStream)
+      : port(itsPort), tap(std::move(tapInStream)) {}
+  ~Tap() override { Tap::setEnabled(false); }
+  Tap(const Tap&) = delete;
+  Tap& operator=(const Tap&) = delete;
+
+  void setEnabled(bool enabled) override {
+    if (std::exchange(tap->isEnabled, enabled) != enabled) port.grabOrUngrab();
+  }
+
+ private:
+  LinuxEventTaps& port;
+  const std::shared_ptr<TapStream::Tap> tap;
+};
+
+LinuxEventTaps::LinuxEventTaps(XEvents& itsEvents, SystemLog& systemLog)
+    : events(itsEvents),
+      log(systemLog),
+      keys(events.observe([this](const xcb_generic_event_t& event) { handle(event); })) {}
+
+std::unique_ptr<EventTap> LinuxEventTaps::createTap(Handler handler) {
+  if (events.connection() == nullptr) return nullptr;
+  return std::make_unique<Tap>(*this, stream.add(std::move(handler)));
+}
+
+void LinuxEventTaps::grabOrUngrab() {
+  const bool isWanted = stream.hasEnabledTap();
+  if (std::exchange(hasGrabs, isWanted) == isWanted) return;
+  xcb_connection_t* const connection = events.connection();
+  if (connection == nullptr) return;
+  bool isRefused = false;
+  for (const xcb_keycode_t key : brightnessKeys) {
+    if (!isWanted) xcb_ungrab_key(connection, key, events.root(), XCB_MOD_MASK_ANY);
+    if (isWanted && !grab(connection, key)) isRefused = true;
+  }
+  xcb_flush(connection);
+  if (!isRefused) return;
+  log.write(
+      "Brivane: another program has the keyboard's brightness keys; switch them off there, or use "
+      "the hotkeys");
+}
+
+bool LinuxEventTaps::grab(xcb_connection_t* connection, xcb_keycode_t key) {
+  const auto request = xcb_grab_key_checked(connection, 0, events.root(), XCB_MOD_MASK_ANY, key,
+                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
+  return !XReply<xcb_generic_error_t>(xcb_request_check(connection, request));
+}
+
+void LinuxEventTaps::handle(const xcb_generic_event_t& event) {
+  const auto key = reinterpret_cast<const xcb_key_press_event_t&>(event).detail;
+  if (key != brightnessDown && key != brightnessUp) return;
+  if (event.response_type == XCB_KEY_PRESS) keyPressed(key);
+  if (event.response_type == XCB_KEY_RELEASE) keyReleased(key);
+}
+
+void LinuxEventTaps::keyPressed(xcb_keycode_t key) {
+  const bool isRepeat = swallowedKeys.contains(key);
+  const bool hasPassed = stream.send(brightnessKeyEvent(key == brightnessUp, true, isRepeat));
+  // A repeat isn't held back by the server any more: this does nothing to it.
+  allow(hasPassed ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_ASYNC_KEYBOARD);
+  if (!hasPassed) swallowedKeys.insert(key);
+}
+
+void LinuxEventTaps::keyReleased(xcb_keycode_t key) {
+  swallowedKeys.erase(key);
+  stream.send(brightnessKeyEvent(key == brightnessUp, false, false));
+}
+
+void LinuxEventTaps::allow(std::uint8_t mode) {
+  xcb_connection_t* const connection = events.connection();
+  if (connection == nullptr) return;
+  xcb_allow_events(connection, mode, XCB_CURRENT_TIME);
+  xcb_flush(connection);
+}
+
+}  // namespace brivane

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <xcb/xproto.h>
+
+#include <memory>
+#include <set>
+
+#include "BrivaneCore/Seams/EventTapPort.h"
+#include "BrivaneCore/Seams/SystemLog.h"
+#include "BrivaneCore/Support/Observation.h"
+#include "Machines/Common/TapStream.h"
+#include "Machines/Linux/XEvents.h"
+
+namespace brivane {
+
+/// The keyboard's two brightness keys, which wait in the X server for a verdict as long as a tap is
+/// enabled. When another program has them, taps are made all the same and see nothing, and one line
+/// of the log says so. There are no taps without an X server.
+///
+/// Of a press that passed, the repeats are told as presses of their own and the release is not told
+/// at all: the keyboard is others' then. What follows a swallowed press is swallowed with it,
+/// whatever the verdicts.
+class LinuxEventTaps : public EventTapPort {
+ public:
+  /// Both must outlive this, and this must outlive its taps.
+  LinuxEventTaps(XEvents& itsEvents, SystemLog& systemLog);
+
+  std::unique_ptr<EventTap> createTap(Handler handler) override;
+
+ private:
+  class Tap;
+
+  void grabOrUngrab();
+  bool grab(xcb_connection_t* connection, xcb_keycode_t key);
+  void handle(const xcb_generic_event_t& event);
+  void keyPressed(xcb_keycode_t key);
+  void keyReleased(xcb_keycode_t key);
+  void allow(std::uint8_t mode);
+
+  XEvents& events;
+  SystemLog& log;
+  TapStream stream;
+  bool hasGrabs = false;
+  /// Keys whose press was swallowed and that have not gone up since.
+  std::set<xcb_keycode_t> swallowedKeys;
+  Observation keys;
+};
+
+}  // namespace brivane

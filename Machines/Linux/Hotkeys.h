@@ -1,0 +1,59 @@
+#pragma once
+
+#include <xcb/xproto.h>
+
+#include <map>
+#include <memory>
+#include <set>
+
+#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "BrivaneCore/Support/Observation.h"
+#include "Machines/Common/HotkeyTable.h"
+#include "Machines/Linux/Keyboard.h"
+#include "Machines/Linux/XEvents.h"
+#include "Machines/Linux/XKeymap.h"
+
+namespace brivane {
+
+/// Hotkeys as grabbed keys. The statuses are X's error codes (10: another program has the
+/// combination, or this one; 2: no such key on a PC's keyboard) and 107 without an X server.
+class LinuxHotkeys : public HotkeyPort {
+ public:
+  /// All must outlive this.
+  LinuxHotkeys(XEvents& itsEvents, XKeymap& itsKeymap, LinuxKeyboard& itsKeyboard);
+
+  bool installHandler(Handler newHandler) override;
+  void removeHandler() override;
+  std::variant<HotkeyReference, HotkeyStatus> registerHotkey(std::uint32_t keyCode,
+                                                             std::uint32_t modifiers,
+                                                             HotkeyID hotkey) override;
+  void unregisterHotkey(HotkeyReference reference) override;
+
+ private:
+  struct GrabbedKey {
+    xcb_keycode_t key = 0;
+    XModifiers meaning;
+    std::uint16_t modifiers = 0;
+  };
+
+  HotkeyStatus grab(xcb_connection_t* connection, const GrabbedKey& grabbed);
+  void ungrab(const GrabbedKey& grabbed);
+  void handle(const xcb_generic_event_t& event);
+  void keyPressed(const xcb_key_press_event_t& press);
+  void keyReleased(xcb_keycode_t key);
+  void holdKeyboard();
+  void release(xcb_keycode_t key);
+
+  XEvents& events;
+  XKeymap& keymap;
+  LinuxKeyboard& keyboard;
+  const std::shared_ptr<Handler> handler = std::make_shared<Handler>();
+  HotkeyTable table;
+  std::map<HotkeyReference, GrabbedKey> grabs;
+  /// The keys that went down as hotkeys and have not been seen to go up.
+  std::set<xcb_keycode_t> heldKeys;
+  bool holdsKeyboard = false;
+  Observation keys;
+};
+
+}  // namespace brivane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "BrivaneCore/Seams/Keyboard.h"
+#include "Machines/Linux/XEvents.h"
+#include "Machines/Linux/XKeymap.h"
+
+namespace brivane {
+
+/// The X server's keyboard. Without a server there is no layout and no key is down.
+class LinuxKeyboard : public Keyboard {
+ public:
+  /// Both must outlive this.
+  LinuxKeyboard(XEvents& itsEvents, XKeymap& itsKeymap) : events(itsEvents), keymap(itsKeymap) {}
+
+  bool hasLayout() override;
+  std::optional<std::string> baseCharacter(std::uint16_t keyCode) override;
+  std::uint64_t modifierFlags() override;
+  bool isKeyDown(std::uint16_t keyCode) override;
+
+  /// Which modifiers are down, as hotkeys count them.
+  std::uint32_t heldModifiers();
+
+ private:
+  XEvents& events;
+  XKeymap& keymap;
+};
+
+}  // namespace brivane

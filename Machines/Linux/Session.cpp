@@ -1,0 +1,58 @@
+#include "Machines/Linux/Session.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <sstream>
+
+#include "Machines/Common/ChildProcess.h"
+#include "Machines/Linux/Environment.h"
+#include "Machines/Linux/Sysfs.h"
+
+namespace brivane {
+
+std::uint32_t LinuxSession::userID() {
+  return ::getuid();
+}
+
+std::string LinuxSession::homeFolder() {
+  std::string home = userHomeFolder();
+  while (home.size() > 1 && home.ends_with('/')) home.pop_back();
+  return home;
+}
+
+bool LinuxSession::fileExists(const std::string& path) {
+  if (path == launchAgentFile()) return entry.isInstalled();
+  std::error_code unreadable;  // then it is as good as not there
+  return std::filesystem::exists(path, unreadable);
+}
+
+std::optional<double> LinuxSession::modificationSeconds(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  constexpr double nanosecondsPerSecond = 1e9;
+  return static_cast<double>(status.st_mtim.tv_sec) +
+         static_cast<double>(status.st_mtim.tv_nsec) / nanosecondsPerSecond;
+}
+
+std::optional<std::string> LinuxSession::executablePath() {
+  std::error_code unreadable;
+  const auto path = std::filesystem::read_symlink("/proc/self/exe", unreadable);
+  if (unreadable) return std::nullopt;
+  return path.string();
+}
+
+std::vector<std::string> LinuxSession::arguments() {
+  std::istringstream words(readAttribute("/proc/self/cmdline").value_or(""));
+  std::vector<std::string> arguments;
+  for (std::string word; std::getline(words, word, '\0');) arguments.push_back(word);
+  return arguments;
+}
+
+void LinuxSession::openURL(const std::string& url) {
+  // The shell ends at once and leaves the opener to itself.
+  runChildProcess("/bin/sh", {"-c", "xdg-open \"$1\" >/dev/null 2>&1 &", "sh", url});
+}
+
+}  // namespace brivane

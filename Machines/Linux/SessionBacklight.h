@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "Machines/Linux/SystemBus.h"
+
+namespace brivane {
+
+/// logind's way to a backlight: it sets one for whoever sits at the screen. Library and bus are
+/// opened when they are first needed. Any thread.
+class SessionBacklight {
+ public:
+  /// Whether this process belongs to a session that may set backlights now.
+  bool canSet();
+
+  /// `name` as the kernel's folder of backlights has it. 0, or the system's error number.
+  std::int32_t set(const std::string& name, std::uint32_t steps);
+
+ private:
+  /// Null without a bus.
+  sd_bus* connected();
+
+  std::mutex mutex;
+  std::optional<SystemBusLibrary> library;
+  SystemBusLibrary::Connection bus;
+};
+
+}  // namespace brivane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <xcb/xproto.h>
+
+#include <cstdint>
+
+namespace brivane {
+
+/// Which of the X server's modifier bits stand for what. Shift, Lock and Control are fixed; the
+/// others are the keyboard layout's choice, by convention these.
+struct XModifiers {
+  std::uint16_t option = XCB_MOD_MASK_1;
+  std::uint16_t command = XCB_MOD_MASK_4;
+  std::uint16_t numLock = XCB_MOD_MASK_2;
+
+  bool operator==(const XModifiers&) const = default;
+};
+
+/// The modifiers of a hotkey (256 command, 512 shift, 2048 option, 4096 control) as X's bits, and
+/// the other way round; other bits are left out.
+std::uint16_t xModifiers(const XModifiers& meaning, std::uint32_t modifiers);
+std::uint32_t hotkeyModifiers(const XModifiers& meaning, std::uint32_t state);
+
+/// The hotkey modifiers as flags of key events, see `modifierFlag`.
+std::uint64_t modifierFlagsOf(std::uint32_t modifiers);
+
+}  // namespace brivane

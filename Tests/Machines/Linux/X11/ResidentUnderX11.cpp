@@ -1,0 +1,94 @@
+// The Linux machine in the resident program's conformance suite: a real X server and its keyboard.
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Linux/Machine.h"
+#include "Tests/ResidentConformance/ResidentUnderTest.h"
+#include "Tests/Support/FakeLogind.h"
+#include "Tests/Support/SignalDispositions.h"
+#include "Tests/Support/TemporaryFolder.h"
+#include "Tests/Support/X11Rig.h"
+
+namespace brivane {
+namespace {
+
+constexpr xcb_keycode_t brightnessUp = 233;
+
+class X11UnderTest : public ResidentUnderTest {
+ public:
+  X11UnderTest() {
+    rig.useEvdevKeymap();
+    std::filesystem::create_directories(home / ".config/brivane");
+    home.write(".config/brivane/com.quorrel.tallowin.json", R"({"greeting": "hello"})");
+    enter();
+    linux = std::make_unique<LinuxMachine>();
+  }
+
+  ~X11UnderTest() override {
+    linux.reset();
+    for (const auto& file : addedFiles) std::filesystem::remove_all(file.parent_path());
+  }
+
+  ResidentMachine& machine() override { return *linux; }
+
+  void pressKey(std::uint16_t keyCode) override { rig.pressKey(xKey(keyCode)); }
+  void releaseKey(std::uint16_t keyCode) override { rig.releaseKey(xKey(keyCode)); }
+  void pressBrightnessUp() override { rig.pressKey(brightnessUp); }
+  void releaseBrightnessUp() override { rig.releaseKey(brightnessUp); }
+  void occupy(std::uint32_t keyCode, std::uint32_t modifiers) override {
+    rig.grabKey(xKey(keyCode), xModifiers({}, modifiers));
+  }
+
+  void changeScreens() override { rig.move(0, 0, ++top); }
+  void sleepAndWake() override {
+    logind.announceSleep(true);
+    logind.announceSleep(false);
+  }
+
+  void addResource(const std::string& bundle, const std::string& path,
+                   const std::string& content) override {
+    addedFiles.push_back(resourceFolder() / bundle / path);
+    std::filesystem::create_directories(addedFiles.back().parent_path());
+    std::ofstream(addedFiles.back(), std::ios::binary) << content;
+  }
+
+  /// The server and the bus have told what they did long before.
+  void settle() override {
+    linux->runtime().after(std::chrono::milliseconds(30), [this] { linux->runtime().stop(); });
+    linux->runtime().run();
+  }
+
+ private:
+  static xcb_keycode_t xKey(std::uint32_t keyCode) {
+    return static_cast<xcb_keycode_t>(evdevCodeOfKey(keyCode).value() + firstXKeyCode);
+  }
+
+  void enter() const {
+    setenv("DISPLAY", rig.display().c_str(), 1);
+    setenv("HOME", home.path.c_str(), 1);
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", logind.address().c_str(), 1);
+    unsetenv("XDG_CONFIG_HOME");
+    unsetenv("XAUTHORITY");
+  }
+
+  const SignalDispositions dispositions;
+  const TemporaryFolder home;
+  X11Rig rig;
+  FakeLogind logind;
+  int top = 0;
+  std::vector<std::filesystem::path> addedFiles;
+  std::unique_ptr<LinuxMachine> linux;
+};
+
+}  // namespace
+
+std::unique_ptr<ResidentUnderTest> makeResidentUnderTest() {
+  return std::make_unique<X11UnderTest>();
+}
+
+}  // namespace brivane
