@@ -38,14 +38,16 @@ XkbLibrary::Keymap XkbLibrary::readKeymap(const Context& context,
       context &&
       setUpExtension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
                      XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr) != 0;
-  if (!canAsk) return nullptr;
-  return {keymapOfDevice(context.get(), connection, coreKeyboard(connection),
-                         XKB_KEYMAP_COMPILE_NO_FLAGS),
+  const auto keyboard = canAsk ? coreKeyboard(connection) : -1;
+  if (keyboard < 0) return nullptr;
+  return {keymapOfDevice(context.get(), connection, keyboard, XKB_KEYMAP_COMPILE_NO_FLAGS),
           dropKeymap};
 }
 
 XkbLibrary::State XkbLibrary::readState(const Keymap& keymap, xcb_connection_t* connection) const {
-  return {stateOfDevice(keymap.get(), connection, coreKeyboard(connection)), dropState};
+  const auto keyboard = coreKeyboard(connection);
+  if (keyboard < 0) return nullptr;
+  return {stateOfDevice(keymap.get(), connection, keyboard), dropState};
 }
 
 XkbLibrary::State XkbLibrary::makeState(const Keymap& keymap) const {

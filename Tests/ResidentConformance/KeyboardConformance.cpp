@@ -76,6 +76,20 @@ TEST_F(HotkeyPortConformance, ReleasingTheModifierIsAReleaseAndSoIsReleasingItsK
   EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "released 7/7"));
 }
 
+TEST_F(HotkeyPortConformance, TwoHeldTogetherAreReleasedEachInItsTurn) {
+  registered(f18, 0, {7, 5});
+  registered(f19, 0, {7, 6});
+  underTest->pressKey(f18);
+  underTest->pressKey(f19);
+  underTest->settle();
+  underTest->releaseKey(f18);
+  underTest->settle();
+  EXPECT_THAT(heard, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5"));
+  underTest->releaseKey(f19);
+  underTest->settle();
+  EXPECT_THAT(heard, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5", "released 7/6"));
+}
+
 TEST_F(HotkeyPortConformance, ACombinationIsHadByOneAtATime) {
   const auto first = registered(f19, 0, {7, 5});
   const auto second = hotkeys.registerHotkey(f19, 0, {7, 6});

@@ -11,7 +11,6 @@ namespace brivane {
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
@@ -133,13 +132,6 @@ TEST_F(LinuxCommandsTest, UnmapTakesBackWhatTheMappingToolWasTold) {
   ASSERT_EQ(mapped.exitStatus, 0) << mapped.errors;
   EXPECT_THAT(run({"--unmap"}).output, StartsWith("Brightness key mapping cleared."));
   EXPECT_THAT(run({"--unmap"}).output, StartsWith("No Brivane entries"));
-}
-
-TEST_F(LinuxCommandsTest, AStartWithoutASwitchSaysWhatIsMissingYet) {
-  const ProgramResult result = run({});
-  EXPECT_EQ(result.output, "");
-  EXPECT_THAT(linesOf(result.errors), SizeIs(1));
-  EXPECT_THAT(result.errors, Not(HasSubstr("already running")));
 }
 
 }  // namespace

@@ -1,0 +1,66 @@
+#include <gmock/gmock.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Machines/Linux/Resources.h"
+#include "Machines/Linux/Session.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(LinuxSession, HasTheMacsLaunchAgentWhenItsAutostartEntryIsInstalled) {
+  const TemporaryFolder folder;
+  setenv("HOME", (folder.path.string() + "/").c_str(), 1);
+  const AutostartEntry entry({folder / "autostart"});
+  LinuxSession session(entry);
+  EXPECT_EQ(session.homeFolder(), folder.path.string());
+  const auto agent = session.homeFolder() + "/Library/LaunchAgents/com.quorrel.brivane.plist";
+  EXPECT_FALSE(session.fileExists(agent));
+  std::filesystem::create_directories(folder / "autostart");
+  folder.write("autostart/com.quorrel.brivane.desktop", "[Desktop Entry]\n");
+  EXPECT_TRUE(session.fileExists(agent));
+}
+
+TEST(LinuxSession, HasNoSlashBehindAHomeThatIsTheRoot) {
+  setenv("HOME", "/", 1);
+  const AutostartEntry entry({});
+  EXPECT_EQ(LinuxSession(entry).homeFolder(), "/");
+}
+
+struct Locale {
+  std::string all;
+  std::string messages;
+  std::string language;
+  std::string list;
+  std::vector<std::string> expected;
+};
+
+class PreferredLanguages : public testing::TestWithParam<Locale> {};
+
+TEST_P(PreferredLanguages, AreThoseOfTheLocaleOfMessages) {
+  const Locale& locale = GetParam();
+  setenv("LC_ALL", locale.all.c_str(), 1);
+  setenv("LC_MESSAGES", locale.messages.c_str(), 1);
+  setenv("LANG", locale.language.c_str(), 1);
+  setenv("LANGUAGE", locale.list.c_str(), 1);
+  EXPECT_EQ(LinuxResources({}).preferredLanguages(), locale.expected);
+  for (const auto* variable : {"LC_ALL", "LC_MESSAGES", "LANG", "LANGUAGE"}) unsetenv(variable);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Each, PreferredLanguages,
+    testing::Values(Locale{"", "", "", "", {"en"}}, Locale{"C", "de_DE", "de_DE", "de", {"en"}},
+                    Locale{"POSIX", "", "", "", {"en"}}, Locale{"C.UTF-8", "", "", "", {"en"}},
+                    Locale{"", "", "de_CH.UTF-8", "", {"de-CH"}},
+                    Locale{"", "fr_CA@euro", "de_DE", "", {"fr-CA"}},
+                    Locale{"zh_CN.UTF-8", "fr_CA", "de_DE", "", {"zh-CN"}},
+                    Locale{"", "", "en_GB.UTF-8", "de:fr_CA:", {"de", "fr-CA", "en-GB"}}));
+
+}  // namespace
+}  // namespace brivane

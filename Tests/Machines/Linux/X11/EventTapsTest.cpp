@@ -1,0 +1,120 @@
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Machines/Linux/EventTaps.h"
+#include "Tests/Machines/Linux/X11/XInput.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class NotedLog : public SystemLog {
+ public:
+  void write(std::string_view line) override { lines.emplace_back(line); }
+  std::vector<std::string> lines;
+};
+
+class EventTaps : public XInputTest {
+ protected:
+  std::unique_ptr<EventTap> tapFor(TapVerdict verdict) {
+    auto tap = taps.createTap([this, verdict](const TapEvent& event) {
+      seen.push_back(event.details->data1);
+      return verdict;
+    });
+    tap->setEnabled(true);
+    return tap;
+  }
+
+  NotedLog log;
+  LinuxEventTaps taps{events, log};
+  std::vector<std::int64_t> seen;
+};
+
+TEST_F(EventTaps, ASwallowedKeyReachesNobodyElse) {
+  rig.takeTypedKeys();
+  const auto swallowing = tapFor(TapVerdict::swallow);
+  tap(xKey::brightnessDown);
+  EXPECT_THAT(seen, ElementsAre(0x30A00, 0x30B00));
+  EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
+}
+
+TEST_F(EventTaps, AKeyThatPassesGoesWhereItWouldHaveGone) {
+  rig.takeTypedKeys();
+  const auto passing = tapFor(TapVerdict::passThrough);
+  tap(xKey::brightnessUp);
+  EXPECT_THAT(seen, ElementsAre(0x20A00));
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
+}
+
+TEST_F(EventTaps, TheKeyboardGoesOnAfterEitherVerdictAndWhileASwallowedKeyIsHeld) {
+  rig.takeTypedKeys();
+  for (const auto verdict : {TapVerdict::swallow, TapVerdict::passThrough}) {
+    const auto either = tapFor(verdict);
+    tap(xKey::brightnessUp);
+    rig.takeTypedKeys();
+    tap(xKey::a);
+    EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38"));
+  }
+}
+
+TEST_F(EventTaps, WithAnyModifierTheKeysAreSeen) {
+  const auto swallowing = tapFor(TapVerdict::swallow);
+  rig.pressKey(xKey::leftShift);
+  tap(xKey::brightnessUp);
+  rig.releaseKey(xKey::leftShift);
+  EXPECT_THAT(seen, ElementsAre(0x20A00, 0x20B00));
+}
+
+TEST_F(EventTaps, TheRepeatsOfASwallowedKeyAreToldAsSuch) {
+  const auto swallowing = tapFor(TapVerdict::swallow);
+  rig.pressKey(xKey::brightnessUp);
+  settle(std::chrono::milliseconds(1200));
+  rig.releaseKey(xKey::brightnessUp);
+  settle();
+  ASSERT_GE(seen.size(), 4u);
+  EXPECT_EQ(seen[0], 0x20A00);
+  EXPECT_EQ(seen[1], 0x20A01);
+  EXPECT_EQ(seen.back(), 0x20B00);
+}
+
+TEST_F(EventTaps, ATapThatIsDroppedWithinItsHandlerLeavesTheKeyboardToOthers) {
+  rig.takeTypedKeys();
+  std::unique_ptr<EventTap> own;
+  own = taps.createTap([&](const TapEvent&) {
+    own.reset();
+    return TapVerdict::passThrough;
+  });
+  own->setEnabled(true);
+  tap(xKey::brightnessUp);
+  EXPECT_EQ(own, nullptr);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
+  tap(xKey::brightnessUp);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
+}
+
+TEST_F(EventTaps, AKeyThatAnotherProgramHasIsLeftToItAndOneLineSaysSo) {
+  rig.grabKey(xKey::brightnessUp, 0);
+  const auto swallowing = tapFor(TapVerdict::swallow);
+  ASSERT_NE(swallowing, nullptr);
+  EXPECT_THAT(log.lines, ElementsAre(HasSubstr("another program has the keyboard's brightness")));
+  tap(xKey::brightnessUp);
+  EXPECT_THAT(seen, IsEmpty());
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
+  tap(xKey::brightnessDown);
+  EXPECT_THAT(seen, ElementsAre(0x30A00, 0x30B00));
+}
+
+TEST_F(EventTaps, WithoutAServerThereAreNone) {
+  XEvents nowhere("", runtime);
+  LinuxEventTaps none(nowhere, log);
+  EXPECT_EQ(none.createTap([](const TapEvent&) { return TapVerdict::swallow; }), nullptr);
+}
+
+}  // namespace
+}  // namespace brivane

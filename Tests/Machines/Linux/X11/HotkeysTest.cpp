@@ -1,0 +1,153 @@
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "Machines/Linux/Hotkeys.h"
+#include "Tests/Machines/Linux/X11/XInput.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint32_t f18 = 79;
+constexpr std::uint32_t f19 = 80;
+constexpr std::uint32_t f20 = 90;
+constexpr std::uint32_t shift = 512;
+
+class Hotkeys : public XInputTest {
+ protected:
+  Hotkeys() {
+    hotkeys.installHandler([this](HotkeyEvent event, HotkeyID hotkey) {
+      heard.push_back((event == HotkeyEvent::pressed ? "+" : "-") + std::to_string(hotkey.id));
+    });
+  }
+
+  HotkeyReference add(std::uint32_t keyCode, std::uint32_t modifiers, std::uint32_t id) {
+    const auto result = hotkeys.registerHotkey(keyCode, modifiers, {7, id});
+    const auto* const reference = std::get_if<HotkeyReference>(&result);
+    EXPECT_NE(reference, nullptr);
+    return reference != nullptr ? *reference : 0;
+  }
+
+  HotkeyStatus refusal(std::uint32_t keyCode, std::uint32_t modifiers) {
+    const auto result = hotkeys.registerHotkey(keyCode, modifiers, {7, 99});
+    const auto* const status = std::get_if<HotkeyStatus>(&result);
+    return status != nullptr ? *status : 0;
+  }
+
+  LinuxHotkeys hotkeys{events, keymap, keyboard};
+  std::vector<std::string> heard;
+};
+
+TEST_F(Hotkeys, WorkWithCapsLockAndNumLockInEveryState) {
+  add(f19, 0, 5);
+  for (const auto lock : {xKey::capsLock, xKey::numLock, xKey::capsLock, xKey::numLock}) {
+    heard.clear();
+    tap(lock);
+    tap(xKey::f19);
+    EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+  }
+}
+
+TEST_F(Hotkeys, AHeldKeyIsToldOnceHoweverOftenItRepeats) {
+  add(f19, 0, 5);
+  rig.pressKey(xKey::f19);
+  settle(std::chrono::milliseconds(1200));
+  EXPECT_THAT(heard, ElementsAre("+5"));
+  rig.releaseKey(xKey::f19);
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+}
+
+TEST_F(Hotkeys, OfAKeyWithoutASymbolWorkToo) {
+  add(f20, 0, 6);
+  tap(xKey::f24);
+  EXPECT_THAT(heard, ElementsAre("+6", "-6"));
+}
+
+TEST_F(Hotkeys, OneOfTwoShiftsGoingUpIsNoReleaseAndTheLastOneIs) {
+  add(f19, shift, 7);
+  for (const auto key : {xKey::leftShift, xKey::rightShift, xKey::f19}) rig.pressKey(key);
+  settle();
+  rig.releaseKey(xKey::leftShift);
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+7"));
+  rig.releaseKey(xKey::rightShift);
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+7", "-7"));
+  rig.releaseKey(xKey::f19);
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+7", "-7", "-7"));
+}
+
+TEST_F(Hotkeys, ASecondOneThatIsHeldLongerThanTheFirstIsToldToGoUpHoweverSoon) {
+  add(f18, 0, 5);
+  add(f19, 0, 6);
+  rig.pressKey(xKey::f18);
+  rig.pressKey(xKey::f19);
+  rig.releaseKey(xKey::f18);
+  rig.releaseKey(xKey::f19);
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6"));
+}
+
+TEST_F(Hotkeys, TheKeyboardIsEverybodysAgainAfterTheLastOneWentUp) {
+  add(f18, 0, 5);
+  add(f19, 0, 6);
+  rig.takeTypedKeys();
+  rig.pressKey(xKey::f18);
+  rig.pressKey(xKey::f19);
+  settle();
+  rig.releaseKey(xKey::f18);
+  settle();
+  tap(xKey::a);
+  EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
+  rig.releaseKey(xKey::f19);
+  settle();
+  tap(xKey::a);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38"));
+}
+
+TEST_F(Hotkeys, ThatAnotherProgramHasInOneLockVariantAreRefusedWithXsErrorAndLeftToIt) {
+  rig.grabKey(xKey::f19, XCB_MOD_MASK_LOCK);
+  EXPECT_EQ(refusal(f19, 0), 10);
+  EXPECT_FALSE(rig.isKeyTaken(xKey::f19, 0)) << "nothing of it is kept";
+  EXPECT_EQ(refusal(0xFFFF, 0), 2) << "there is no such key";
+}
+
+TEST_F(Hotkeys, AreGivenBackWhenTheyAreUnregistered) {
+  const auto reference = add(f19, shift, 7);
+  EXPECT_TRUE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK));
+  hotkeys.unregisterHotkey(reference);
+  EXPECT_FALSE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK));
+}
+
+TEST_F(Hotkeys, RegisteredAnewWhileTheKeyIsDownAreNotPressedByItsRepeats) {
+  const auto reference = add(f19, 0, 5);
+  rig.pressKey(xKey::f19);
+  settle();
+  hotkeys.unregisterHotkey(reference);
+  add(f19, 0, 6);
+  settle(std::chrono::milliseconds(1200));
+  EXPECT_THAT(heard, ElementsAre("+5"));
+  rig.releaseKey(xKey::f19);
+  settle();
+  tap(xKey::f19);
+  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-6"));
+}
+
+TEST_F(Hotkeys, WithoutAServerAreRefused) {
+  rig.killServer();
+  EXPECT_EQ(refusal(f19, 0), 107);
+  XEvents nowhere("", runtime);
+  XKeymap noKeymap(nowhere);
+  LinuxKeyboard noKeyboard(nowhere, noKeymap);
+  LinuxHotkeys others(nowhere, noKeymap, noKeyboard);
+  EXPECT_EQ(std::get<HotkeyStatus>(others.registerHotkey(f19, 0, {7, 1})), 107);
+}
+
+}  // namespace
+}  // namespace brivane
