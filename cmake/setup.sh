@@ -6,7 +6,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 say() { printf '%s\n' "$*" >&2; }
 
 # What it takes to build and run the program.
-program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-dev libxcb-randr0-dev)
+program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-dev libxcb-randr0-dev
+  libxcb-xkb-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev libsystemd-dev)
 
 # A kernel with the three monitors that Tests/EndToEnd/Linux expects.
 linux_world=(build/bin/ddc-bus-host
