@@ -159,7 +159,7 @@ TEST_F(HIDUtilTest, ADeviceWithoutAKeymapIsLeftAlone) {
 TEST_F(HIDUtilTest, AKeyboardThatIsGoneDoesNotKeepTheOthersFromGettingTheirKeysBack) {
   ASSERT_TRUE(mapping.apply(f19, f20));
   {
-    const Vanished entry("/sys/class/input/event5");
+    const Vanished folder("/sys/class/input/event5");
     const Vanished node("/dev/input/event5");
     EXPECT_TRUE(mapping.isApplied(f19, f20));
     EXPECT_EQ(mapping.revert(), RevertOutcome::removed);
