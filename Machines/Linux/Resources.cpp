@@ -13,7 +13,7 @@ namespace {
 
 std::string messageLocale() {
   for (const auto* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const std::string value = environmentText(variable);
+    std::string value = environmentText(variable);
     if (!value.empty()) return value;
   }
   return "C";

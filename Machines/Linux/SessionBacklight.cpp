@@ -28,7 +28,7 @@ std::int32_t SessionBacklight::set(const std::string& name, std::uint32_t steps)
 }
 
 sd_bus* SessionBacklight::connected() {
-  if (!library) library.emplace();
+  if (!library) library = std::make_unique<const SystemBusLibrary>();
   if (!library->isLoaded()) return nullptr;
   if (!bus) bus = library->connect();
   return bus.get();

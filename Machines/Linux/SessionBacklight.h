@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 
 #include "Machines/Linux/SystemBus.h"
@@ -24,7 +24,7 @@ class SessionBacklight {
   sd_bus* connected();
 
   std::mutex mutex;
-  std::optional<SystemBusLibrary> library;
+  std::unique_ptr<const SystemBusLibrary> library;
   SystemBusLibrary::Connection bus;
 };
 

@@ -84,7 +84,7 @@ const XKeymap::Layout* XKeymap::current() {
 }
 
 XkbLibrary::Keymap XKeymap::read() {
-  if (!library) library.emplace();
+  if (!library) library = std::make_unique<const XkbLibrary>();
   if (!library->isLoaded()) return nullptr;
   if (!context) context = library->makeContext();
   xcb_connection_t* const connection = events.connection();

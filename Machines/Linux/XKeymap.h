@@ -2,6 +2,7 @@
 
 #include <xcb/xproto.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -42,7 +43,7 @@ class XKeymap {
                           std::uint16_t otherwise) const;
 
   XEvents& events;
-  std::optional<XkbLibrary> library;
+  std::unique_ptr<const XkbLibrary> library;
   XkbLibrary::Context context;
   std::optional<Layout> layout;
   Observation changes;

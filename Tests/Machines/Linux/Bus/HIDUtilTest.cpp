@@ -61,8 +61,8 @@ class HIDUtilTest : public BusWorld {
 
   TemporaryFolder session;
   Findings findings;
-  AutostartEntry entry{{}};
-  LinuxProcessRunner runner{findings, entry};
+  AutostartEntry autostart{{}};
+  LinuxProcessRunner runner{findings, autostart};
   FakeMachine elsewhere;
   HIDUtilKeyMapping mapping{HIDUtilKeyMapping::defaultRunner(runner, elsewhere.systemLog)};
   const RelayKey f13 = key(105);
