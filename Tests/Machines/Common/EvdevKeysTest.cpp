@@ -27,7 +27,7 @@ TEST(EvdevKeys, ArePairedOneToOneAndFitIntoAnXServersKeyCodes) {
     EXPECT_EQ(keyOfEvdevCode(*evdevCode), keyCode);
     EXPECT_LE(*evdevCode + firstXKeyCode, 255U);
   }
-  EXPECT_EQ(count, 119);
+  EXPECT_EQ(count, 114);
 }
 
 TEST(EvdevKeys, OfTheRelayAreTheOnesThatTheKeyboardsAreMappedTo) {
