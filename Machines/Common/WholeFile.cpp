@@ -43,11 +43,33 @@ bool writeAll(int descriptor, const std::string& content) {
   return true;
 }
 
+bool isBefore(const timespec& one, const timespec& other) {
+  return one.tv_sec != other.tv_sec ? one.tv_sec < other.tv_sec : one.tv_nsec < other.tv_nsec;
+}
+
+/// File times advance in steps of some milliseconds, and a file that was replaced leaves its number
+/// to a later one: versions written within one step could look the same. So each is dated at least
+/// a nanosecond after the one that it replaces.
+void dateAfter(const std::filesystem::path& replaced, int descriptor) {
+  constexpr long lastNanosecond = 999'999'999;
+  struct stat before {};
+  struct stat now {};
+  if (::stat(replaced.c_str(), &before) != 0 || ::fstat(descriptor, &now) != 0) return;
+  timespec date = before.st_mtim;
+  if (isBefore(date, now.st_mtim)) return;
+  if (++date.tv_nsec > lastNanosecond) date = {date.tv_sec + 1, 0};
+  const std::array<timespec, 2> times = {{{0, UTIME_OMIT}, date}};
+  ::futimens(descriptor, times.data());
+}
+
 std::optional<FileProblem> writeNewFile(const std::filesystem::path& file,
+                                        const std::filesystem::path& replaced,
                                         const std::string& content) {
   Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
   if (descriptor.number < 0) return lastProblem();
-  if (!writeAll(descriptor.number, content) || !descriptor.close()) return lastProblem();
+  if (!writeAll(descriptor.number, content)) return lastProblem();
+  dateAfter(replaced, descriptor.number);
+  if (!descriptor.close()) return lastProblem();
   return std::nullopt;
 }
 
@@ -105,11 +127,11 @@ std::optional<FileProblem> writeWholeFile(const std::filesystem::path& file,
                                           const std::string& content) {
   std::filesystem::path fresh = file;
   fresh += ".new";
-  auto problem = writeNewFile(fresh, content);
+  auto problem = writeNewFile(fresh, file, content);
   if (problem && problem->isAbsent) {
     std::error_code ignored;  // the second try says what is wrong
     std::filesystem::create_directories(file.parent_path(), ignored);
-    problem = writeNewFile(fresh, content);
+    problem = writeNewFile(fresh, file, content);
   }
   if (!problem && ::rename(fresh.c_str(), file.c_str()) != 0) problem = lastProblem();
   if (problem) ::unlink(fresh.c_str());
