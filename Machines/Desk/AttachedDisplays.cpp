@@ -5,19 +5,33 @@
 namespace brivane {
 namespace {
 
-using Displays = std::vector<DisplayDescription>;
+auto place(std::vector<AttachedDisplay>& displays, DisplayID display) {
+  return std::ranges::find(displays, display, &AttachedDisplay::identifier);
+}
 
-auto place(Displays& displays, DisplayID display) {
-  return std::ranges::find(displays, display, &DisplayDescription::identifier);
+auto place(std::vector<UnpluggedDisplay>& displays, DisplayID display) {
+  return std::ranges::find(displays, display, [](const UnpluggedDisplay& unplugged) {
+    return unplugged.display.identifier;
+  });
+}
+
+/// Stands for all that the desk file says of what can change.
+SectionFingerprint fingerprint(const DisplaysState& initial) {
+  return jsonFingerprint(toJson(initial));
 }
 
 }  // namespace
 
-AttachedDisplays::AttachedDisplays(Displays displays)
-    : current(std::make_shared<const Displays>(std::move(displays))) {}
+AttachedDisplays::AttachedDisplays(const std::vector<DisplayDescription>& displays,
+                                   StateFolder* folder)
+    : state(initialDisplays(displays), folder, "displays", fingerprint(initialDisplays(displays))),
+      current(std::make_shared<const std::vector<DisplayDescription>>(displays)) {
+  for (const auto& display : displays) descriptions.emplace(display.identifier, display);
+}
 
 AttachedDisplays::Snapshot AttachedDisplays::all() const {
   const std::lock_guard lock(mutex);
+  if (state.isOutdated()) showState();
   return current;
 }
 
@@ -28,61 +42,77 @@ std::shared_ptr<const DisplayDescription> AttachedDisplays::find(DisplayID displ
   return {snapshot, &*found};
 }
 
-bool AttachedDisplays::update(const std::function<bool(Displays&)>& operation) {
-  const std::lock_guard lock(mutex);
-  auto changed = std::make_shared<Displays>(*current);
-  if (!operation(*changed)) return false;
-  current = std::move(changed);
-  return true;
+void AttachedDisplays::showState() const {
+  auto shown = std::make_shared<std::vector<DisplayDescription>>();
+  for (const auto& attached : state.read().attached) {
+    const auto found = descriptions.find(attached.identifier);
+    if (found == descriptions.end()) continue;
+    auto& display = shown->emplace_back(found->second);
+    display.frame = attached.frame;
+    display.port = attached.port;
+    display.screen = attached.screen;
+    display.headroom = attached.headroom;
+  }
+  current = std::move(shown);
 }
 
-bool AttachedDisplays::plug(DisplayDescription display) {
-  return update([&](Displays& displays) {
-    if (place(displays, display.identifier) != displays.end()) return false;
-    unplugged.erase(display.identifier);
-    displays.push_back(std::move(display));
+bool AttachedDisplays::update(const std::function<bool(DisplaysState&)>& operation) {
+  const std::lock_guard lock(mutex);
+  const bool happened = state.update(operation);
+  showState();
+  return happened;
+}
+
+bool AttachedDisplays::plug(const DisplayDescription& display) {
+  return update([&](DisplaysState& displays) {
+    if (place(displays.attached, display.identifier) != displays.attached.end()) return false;
+    std::erase_if(displays.unplugged, [&](const UnpluggedDisplay& unplugged) {
+      return unplugged.display.identifier == display.identifier;
+    });
+    displays.attached.push_back(attachedDisplay(display));
+    descriptions.insert_or_assign(display.identifier, display);
     return true;
   });
 }
 
 bool AttachedDisplays::unplug(DisplayID display) {
-  return update([&](Displays& displays) {
-    const auto found = place(displays, display);
-    if (found == displays.end()) return false;
-    const auto index = static_cast<std::size_t>(found - displays.begin());
-    unplugged.insert_or_assign(display, Unplugged{std::move(*found), index});
-    displays.erase(found);
+  return update([&](DisplaysState& displays) {
+    const auto found = place(displays.attached, display);
+    if (found == displays.attached.end()) return false;
+    const auto index = static_cast<std::size_t>(found - displays.attached.begin());
+    displays.unplugged.push_back({std::move(*found), index});
+    displays.attached.erase(found);
     return true;
   });
 }
 
 bool AttachedDisplays::replug(DisplayID display) {
-  return update([&](Displays& displays) {
-    const auto found = unplugged.find(display);
-    if (found == unplugged.end()) return false;
-    const auto index = std::min(found->second.place, displays.size());
-    displays.insert(displays.begin() + static_cast<std::ptrdiff_t>(index),
-                    std::move(found->second.description));
-    unplugged.erase(found);
+  return update([&](DisplaysState& displays) {
+    const auto found = place(displays.unplugged, display);
+    if (found == displays.unplugged.end()) return false;
+    const auto index = std::min(found->place, displays.attached.size());
+    displays.attached.insert(displays.attached.begin() + static_cast<std::ptrdiff_t>(index),
+                             std::move(found->display));
+    displays.unplugged.erase(found);
     return true;
   });
 }
 
 bool AttachedDisplays::change(DisplayID display,
-                              const std::function<void(DisplayDescription&)>& operation) {
-  return update([&](Displays& displays) {
-    const auto found = place(displays, display);
-    if (found == displays.end()) return false;
+                              const std::function<void(AttachedDisplay&)>& operation) {
+  return update([&](DisplaysState& displays) {
+    const auto found = place(displays.attached, display);
+    if (found == displays.attached.end()) return false;
     operation(*found);
     return true;
   });
 }
 
 bool AttachedDisplays::swapPorts(DisplayID one, DisplayID other) {
-  return update([&](Displays& displays) {
-    const auto first = place(displays, one);
-    const auto second = place(displays, other);
-    if (first == displays.end() || second == displays.end()) return false;
+  return update([&](DisplaysState& displays) {
+    const auto first = place(displays.attached, one);
+    const auto second = place(displays.attached, other);
+    if (first == displays.attached.end() || second == displays.attached.end()) return false;
     std::swap(first->port, second->port);
     return true;
   });

@@ -231,6 +231,7 @@ struct DeskDescription {
   SectionFingerprint hidMappingFingerprint = 0;
   ToolPresence hidUtil = ToolPresence::present;
   bool isAccessibilityGranted = true;
+  SectionFingerprint grantsFingerprint = 0;
   /// Absent: the program is a bare executable.
   std::optional<std::string> bundleIdentifier = "com.quorrel.brivane";
   std::vector<RunningApplication> applications;
@@ -239,6 +240,7 @@ struct DeskDescription {
   std::optional<DefaultsDescription> tallowinDefaults;
   std::string language = "en";
   DeskAppearance appearance = DeskAppearance::light;
+  SectionFingerprint appearanceFingerprint = 0;
   KeyboardDescription keyboard;
   LaunchAgentDescription launchAgent;
   ToolPresence launchControl = ToolPresence::present;

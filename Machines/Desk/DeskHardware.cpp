@@ -43,20 +43,25 @@ DeskHardware::DeskHardware(DeskDescription deskDescription,
                            std::unique_ptr<StateFolder> stateFolder)
     : desk(std::move(deskDescription)),
       folder(std::move(stateFolder)),
-      attached(desk.displays),
-      isGranted(desk.isAccessibilityGranted),
-      currentAppearance(desk.appearance),
+      attached(desk.displays, folder.get()),
       pointerState(desk.pointer, folder.get(), "pointer", desk.pointerFingerprint),
       mapping(desk.hidMapping, folder.get(), "hid-mapping", desk.hidMappingFingerprint),
       launch(initialLaunchState(desk.launchAgent), folder.get(), "launch-agent",
              desk.launchAgent.fingerprint),
-      ownInput(desk) {
+      system({}, folder.get(), "system", 0),
+      grant({desk.isAccessibilityGranted}, folder.get(), "grants", desk.grantsFingerprint),
+      currentAppearance(desk.appearance, folder.get(), "appearance", desk.appearanceFingerprint),
+      pressed({}, folder.get(), "keys-down", 0),
+      ownInput(desk),
+      events(folder.get()) {
   for (const auto& display : desk.displays) parts.emplace(display.identifier, makeParts(display));
   domains["com.quorrel.brivane"] = {desk.brivaneDefaults, desk.brivaneDefaults.values};
   if (const auto& earlier = desk.tallowinDefaults) {
     domains["com.quorrel.tallowin"] = {*earlier, earlier->values};
   }
-  if (folder) announcedProcess.emplace(folder->path / "resident.lock");
+  if (!folder) return;
+  announcedProcess.emplace(folder->path / "resident.lock");
+  keyboardProcess.emplace(folder->path / "keyboard.lock");
 }
 
 DeskHardware::Parts DeskHardware::makeParts(const DisplayDescription& description) const {
@@ -93,7 +98,7 @@ std::int32_t DeskHardware::writeI2C(DisplayID display, std::uint32_t chip,
   const auto transfer = [&] {
     const std::lock_guard lock(mutex);
     auto* const found = findAttached(display);
-    if (isSystemAsleep || found == nullptr || !found->monitor) {
+    if (system.read().isAsleep || found == nullptr || !found->monitor) {
       return MonitorFirmware::notAcknowledged;
     }
     return found->monitor->update([&](MonitorState& state) {
@@ -111,7 +116,7 @@ std::int32_t DeskHardware::readI2C(DisplayID display, std::uint32_t chip, std::u
   const auto transfer = [&] {
     const std::lock_guard lock(mutex);
     auto* const found = findAttached(display);
-    if (isSystemAsleep || found == nullptr || !found->monitor) {
+    if (system.read().isAsleep || found == nullptr || !found->monitor) {
       return MonitorFirmware::notAcknowledged;
     }
     return found->monitor->update([&](MonitorState& state) {
@@ -169,11 +174,11 @@ bool DeskHardware::takeGammaTable(DisplayID display, const GammaTable& table) {
   const std::lock_guard lock(mutex);
   auto* const found = findAttached(display);
   if (found == nullptr || !found->gamma) return false;
-  if (found->gammaRefusals > 0) {
-    --found->gammaRefusals;
-    return false;
-  }
   return found->gamma->update([&](GammaState& state) {
+    if (state.refusals > 0) {
+      --state.refusals;
+      return false;
+    }
     state.written = table;
     return true;
   });
@@ -230,8 +235,7 @@ std::optional<float> DeskHardware::changePanelLevel(
 }
 
 Point DeskHardware::pointer() {
-  const std::lock_guard lock(mutex);
-  return pointerState.read();
+  return readState(pointerState);
 }
 
 }  // namespace brivane

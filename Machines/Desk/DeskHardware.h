@@ -1,6 +1,6 @@
 #pragma once
 
-#include <atomic>
+#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -8,6 +8,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <type_traits>
 
 #include "BrivaneCore/Seams/UserDefaults.h"
 #include "BrivaneCore/Support/Observation.h"
@@ -15,6 +16,7 @@
 #include "Machines/Common/HotkeyTable.h"
 #include "Machines/Desk/AttachedDisplays.h"
 #include "Machines/Desk/DeskDescription.h"
+#include "Machines/Desk/EventQueue.h"
 #include "Machines/Desk/HardwareState.h"
 #include "Machines/Desk/KeyTable.h"
 #include "Machines/Desk/MonitorFirmware.h"
@@ -24,18 +26,14 @@
 
 namespace brivane {
 
-/// What the system announces to all programs on a desk.
-enum class HardwareNotice { screenParameters, didWake, screensDidWake, appearance };
-
-/// The keyboard as all programs on a desk share it. Main thread.
+/// What programs ask of the keyboard: in memory all programs on the desk, in a folder those of one
+/// process. Main thread.
 struct DeskInput {
   /// The applications' hotkeys come before all others.
   explicit DeskInput(const DeskDescription& desk);
 
   HotkeyTable hotkeys;
   TapStream taps;
-  /// The keys that are down, and what the HID mapping made of each when it was pressed.
-  std::map<HIDUsage, HIDUsage> keysDown;
 };
 
 /// The simulated hardware: what a desk file describes, what became of it, and what it remembers. It
@@ -59,10 +57,25 @@ class DeskHardware {
   /// For those who may outlive the hardware.
   std::shared_ptr<const Tracer> sharedTracer() const { return ownTracer; }
 
-  /// Called on the thread that changed the hardware, after the change. It may not observe or stop
-  /// observing from within. Main thread.
+  /// Called on the main thread: after a change here, by whoever made it; after one by another
+  /// process, by `meetEvents`. It may not observe or stop observing from within. Main thread.
   using NoticeHandler = std::function<void(HardwareNotice notice)>;
   Observation observe(NoticeHandler handler);
+
+  // Other processes. In memory there are none. Main thread.
+
+  /// Where they share the hardware; nothing in memory.
+  std::optional<std::filesystem::path> stateFolder() const;
+  /// The file in that folder whose change means that something has happened.
+  static constexpr auto eventsFile = "events.json";
+  /// From now on what they announce counts, for `meetEvents`.
+  void follow();
+  /// From now on the keyboard's keys come to this process, as soon as no other one has them.
+  void takeKeyboard();
+  /// Nobody can call `meetEvents` in time: says so in one line of the log.
+  void reportUnwatched();
+  /// Tells the observers of what other processes have announced since the last time.
+  void meetEvents();
 
   // Displays
 
@@ -112,10 +125,24 @@ class DeskHardware {
   LaunchState launchState();
   void setLaunchAgentEnabled(bool isEnabled);
 
-  bool isAccessibilityGranted() const { return isGranted; }
-  DeskAppearance appearance() const { return currentAppearance; }
+  bool isSystemAsleep();
+  bool isAccessibilityGranted();
+  DeskAppearance appearance();
 
   DeskInput& input() { return ownInput; }
+
+  KeysDown keysDown();
+  /// False when the key is down already.
+  bool putKeyDown(HIDUsage key, HIDUsage arrived);
+  /// As what it arrived when it was pressed; nothing when it isn't down.
+  std::optional<HIDUsage> takeKeyUp(HIDUsage key);
+
+  /// What a key sets off is one process's affair. Hands the change to that process when it isn't
+  /// this one; false when it is this one, or nobody follows. Main thread.
+  bool handKeyOver(const KeyChange& change);
+  /// Called for keys that were handed to this process. Main thread.
+  using KeyHandler = std::function<void(const KeyChange& change)>;
+  Observation observeKeys(KeyHandler handler);
 
   /// A settings domain of the desk's user; null when the desk has no such domain. For the main
   /// thread; it must outlive neither this nor the folder's Runtime.
@@ -164,6 +191,8 @@ class DeskHardware {
   void movePointer(Point position);
   void setAccessibilityGranted(bool granted);
   void setAppearance(DeskAppearance appearance);
+  /// The system finds all event taps that are enabled too slow, and disables them.
+  void timeOutTaps();
   /// The system announces it although nothing changed.
   void announce(HardwareNotice notice);
 
@@ -179,7 +208,6 @@ class DeskHardware {
     std::optional<StoredState<MonitorState>> monitor;
     std::optional<StoredState<GammaState>> gamma;
     std::optional<StoredState<PanelState>> panel;
-    int gammaRefusals = 0;
   };
 
   Parts makeParts(const DisplayDescription& description) const;
@@ -192,23 +220,48 @@ class DeskHardware {
   bool screensChanged(bool happened, const std::string& line);
   template <typename Operation>
   bool changeMonitor(DisplayID display, const std::string& line, const Operation& operation);
+  template <typename State>
+  State readState(StoredState<State>& state) {
+    const std::lock_guard lock(mutex);
+    return state.read();
+  }
+  template <typename State>
+  void replaceState(StoredState<State>& state, const std::type_identity_t<State>& value) {
+    const std::lock_guard lock(mutex);
+    state.update([&](State& changed) {
+      changed = value;
+      return true;
+    });
+  }
+  void tell(const std::vector<DeskEvent>& happened);
+  void tellOf(HardwareNotice notice);
+  void tellOf(const KeyChange& change);
+  void tellOf(TapTimeout timeout);
 
   const DeskDescription desk;
   const std::unique_ptr<StateFolder> folder;
   const std::shared_ptr<Tracer> ownTracer = std::make_shared<Tracer>();
   AttachedDisplays attached;
-  std::atomic<bool> isSystemAsleep = false;
-  std::atomic<bool> isGranted;
-  std::atomic<DeskAppearance> currentAppearance;
   std::mutex mutex;
   std::map<DisplayID, Parts> parts;
   StoredState<Point> pointerState;
   StoredState<HIDMapping> mapping;
   StoredState<LaunchState> launch;
+  StoredState<SystemState> system;
+  StoredState<GrantState> grant;
+  StoredState<DeskAppearance> currentAppearance;
+  StoredState<KeysDown> pressed;
   std::map<std::string, Domain> domains;
   DeskInput ownInput;
+  EventQueue events;
+  std::deque<DeskEvent> untold;
+  bool isTelling = false;
   std::vector<std::weak_ptr<NoticeHandler>> noticeHandlers;
+  std::vector<std::weak_ptr<KeyHandler>> keyHandlers;
   std::optional<AnnouncedProcess> announcedProcess;
+  /// The one whose affair the keys are.
+  std::optional<AnnouncedProcess> keyboardProcess;
+  bool wantsKeyboard = false;
   std::set<ProcessID> programsInMemory;
   ProcessID lastProcessID = 500;
 };

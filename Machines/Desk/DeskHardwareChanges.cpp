@@ -3,6 +3,7 @@
 
 #include "Machines/Desk/DeskHardware.h"
 #include "Machines/Desk/FirmwareSection.h"
+#include "Machines/Desk/SystemSection.h"
 
 namespace brivane {
 namespace {
@@ -31,34 +32,11 @@ std::string tracedPresence(ScreenPresence presence) {
   return "";
 }
 
-std::string noticeName(HardwareNotice notice) {
-  switch (notice) {
-    case HardwareNotice::screenParameters:
-      return "screen-parameters";
-    case HardwareNotice::didWake:
-      return "did-wake";
-    case HardwareNotice::screensDidWake:
-      return "screens-did-wake";
-    case HardwareNotice::appearance:
-      return "appearance";
-  }
-  return "";
-}
-
 }  // namespace
 
-Observation DeskHardware::observe(NoticeHandler handler) {
-  auto observed = std::make_shared<NoticeHandler>(std::move(handler));
-  std::erase_if(noticeHandlers, [](const auto& earlier) { return earlier.expired(); });
-  noticeHandlers.push_back(observed);
-  return observed;
-}
-
 void DeskHardware::announce(HardwareNotice notice) {
-  ownTracer->note([&] { return "notice " + noticeName(notice); });
-  for (const auto& observed : noticeHandlers) {
-    if (const auto handler = observed.lock()) (*handler)(notice);
-  }
+  ownTracer->note([&] { return "notice " + std::string(noticeName(notice)); });
+  tell(events.add(notice));
 }
 
 /// Traces and announces a change of the screens that happened; returns whether it did.
@@ -93,20 +71,20 @@ bool DeskHardware::replug(DisplayID display) {
 
 bool DeskHardware::setFrame(DisplayID display, const Rect& frame) {
   return screensChanged(
-      attached.change(display, [&](DisplayDescription& changed) { changed.frame = frame; }),
+      attached.change(display, [&](AttachedDisplay& changed) { changed.frame = frame; }),
       displayLine(display, "frame " + tracedPoint(frame.x, frame.y) + " " +
                                tracedPoint(frame.width, frame.height)));
 }
 
 bool DeskHardware::setHeadroom(DisplayID display, double headroom) {
   return screensChanged(
-      attached.change(display, [&](DisplayDescription& changed) { changed.headroom = headroom; }),
+      attached.change(display, [&](AttachedDisplay& changed) { changed.headroom = headroom; }),
       displayLine(display, "headroom " + tracedNumber(headroom)));
 }
 
 bool DeskHardware::setScreenPresence(DisplayID display, ScreenPresence presence) {
   return screensChanged(
-      attached.change(display, [&](DisplayDescription& changed) { changed.screen = presence; }),
+      attached.change(display, [&](AttachedDisplay& changed) { changed.screen = presence; }),
       displayLine(display, tracedPresence(presence)));
 }
 
@@ -119,8 +97,10 @@ bool DeskHardware::refuseGamma(DisplayID display, int times) {
   const std::lock_guard lock(mutex);
   auto* const found = findAttached(display);
   if (found == nullptr || !found->gamma) return false;
-  found->gammaRefusals = times;
-  return true;
+  return found->gamma->update([&](GammaState& state) {
+    state.refusals = times;
+    return true;
+  });
 }
 
 template <typename Operation>
@@ -173,38 +153,30 @@ void DeskHardware::wakeScreens(Instant now) {
 void DeskHardware::sleepSystem() {
   ownTracer->note([] { return std::string("system asleep"); });
   sleepScreens();
-  isSystemAsleep = true;
+  replaceState(system, {true});
 }
 
 void DeskHardware::wakeSystem(Instant now) {
-  isSystemAsleep = false;
+  replaceState(system, {false});
   ownTracer->note([] { return std::string("system awake"); });
   announce(HardwareNotice::didWake);
   wakeScreens(now);
 }
 
 void DeskHardware::movePointer(Point position) {
-  {
-    const std::lock_guard lock(mutex);
-    pointerState.update([&](Point& state) {
-      state = position;
-      return true;
-    });
-  }
+  replaceState(pointerState, position);
   ownTracer->note([&] { return "pointer " + tracedPoint(position.x, position.y); });
 }
 
 void DeskHardware::setAccessibilityGranted(bool granted) {
-  isGranted = granted;
+  replaceState(grant, {granted});
   ownTracer->note(
       [&] { return std::string("accessibility ") + (granted ? "granted" : "revoked"); });
 }
 
 void DeskHardware::setAppearance(DeskAppearance appearance) {
-  currentAppearance = appearance;
-  ownTracer->note([&] {
-    return std::string("appearance ") + (appearance == DeskAppearance::dark ? "dark" : "light");
-  });
+  replaceState(currentAppearance, appearance);
+  ownTracer->note([&] { return "appearance " + std::string(appearanceName(appearance)); });
   announce(HardwareNotice::appearance);
 }
 

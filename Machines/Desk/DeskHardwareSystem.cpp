@@ -26,34 +26,32 @@ void DeskHardware::changeSystemBrightness(BrightnessKey key) {
 }
 
 HIDMapping DeskHardware::hidMapping() {
-  const std::lock_guard lock(mutex);
-  return mapping.read();
+  return readState(mapping);
 }
 
 void DeskHardware::setHIDMapping(const HIDMapping& newMapping) {
-  {
-    const std::lock_guard lock(mutex);
-    mapping.update([&](HIDMapping& state) {
-      state = newMapping;
-      return true;
-    });
-  }
+  replaceState(mapping, newMapping);
   ownTracer->note([&] { return "hid-mapping " + tracedMapping(newMapping); });
 }
 
+bool DeskHardware::isSystemAsleep() {
+  return readState(system).isAsleep;
+}
+
+bool DeskHardware::isAccessibilityGranted() {
+  return readState(grant).isGranted;
+}
+
+DeskAppearance DeskHardware::appearance() {
+  return readState(currentAppearance);
+}
+
 LaunchState DeskHardware::launchState() {
-  const std::lock_guard lock(mutex);
-  return launch.read();
+  return readState(launch);
 }
 
 void DeskHardware::setLaunchAgentEnabled(bool isEnabled) {
-  {
-    const std::lock_guard lock(mutex);
-    launch.update([&](LaunchState& state) {
-      state.isEnabled = isEnabled;
-      return true;
-    });
-  }
+  replaceState(launch, {isEnabled});
   ownTracer->note(
       [&] { return std::string("launch-agent ") + (isEnabled ? "enabled" : "disabled"); });
 }

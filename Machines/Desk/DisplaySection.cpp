@@ -20,13 +20,12 @@ constexpr std::int64_t deepestPanel = 64;
 constexpr std::uint32_t appleVendor = 1552;
 constexpr std::uint32_t plainVendor = 8738;
 
-void readFrame(const JsonItem& item, Rect& frame) {
-  auto section = item.section();
-  section.require("x", frame.x, -farthestCoordinate, farthestCoordinate);
-  section.require("y", frame.y, -farthestCoordinate, farthestCoordinate);
-  section.require("width", frame.width, 1, farthestCoordinate);
-  section.require("height", frame.height, 1, farthestCoordinate);
-  section.finish();
+const std::vector<std::pair<std::string_view, ScreenPresence>>& presences() {
+  static const std::vector<std::pair<std::string_view, ScreenPresence>> names = {
+      {"numbered", ScreenPresence::numbered},
+      {"unnumbered", ScreenPresence::unnumbered},
+      {"none", ScreenPresence::none}};
+  return names;
 }
 
 /// null removes the property, anything else stands in its place.
@@ -72,11 +71,6 @@ void readPart(JsonSection& section, std::string_view key, std::optional<Part>& p
   if (!item) return;
   part.reset();
   if (!item->isNull()) read(*item, part.emplace());
-}
-
-void readHeadroom(JsonSection& section, double& headroom) {
-  const auto item = section.find("headroom");
-  if (item && !item->isNull()) item->to(headroom, 1, largestHeadroom);
 }
 
 void readIdentifier(JsonSection& section, DisplayDescription& display,
@@ -129,11 +123,7 @@ DisplayDescription readDisplay(const JsonItem& item,
   section.read("serial", display.serial, 0, largestNumber);
   if (const auto frame = section.find("frame")) readFrame(*frame, display.frame);
   section.read("port", display.port);
-  section.read("screen", display.screen,
-               std::vector<std::pair<std::string_view, ScreenPresence>>{
-                   {"numbered", ScreenPresence::numbered},
-                   {"unnumbered", ScreenPresence::unnumbered},
-                   {"none", ScreenPresence::none}});
+  readPresence(section, display.screen);
   if (const auto registry = section.find("registry")) readRegistry(*registry, display.registry);
   readPart(section, "firmware", display.firmware, readFirmware);
   readPart(section, "gamma", display.gamma, readGamma);
@@ -150,6 +140,29 @@ void readPoint(const JsonItem& item, Point& point) {
   section.require("x", point.x, -farthestCoordinate, farthestCoordinate);
   section.require("y", point.y, -farthestCoordinate, farthestCoordinate);
   section.finish();
+}
+
+void readFrame(const JsonItem& item, Rect& frame) {
+  auto section = item.section();
+  section.require("x", frame.x, -farthestCoordinate, farthestCoordinate);
+  section.require("y", frame.y, -farthestCoordinate, farthestCoordinate);
+  section.require("width", frame.width, 1, farthestCoordinate);
+  section.require("height", frame.height, 1, farthestCoordinate);
+  section.finish();
+}
+
+void readPresence(JsonSection& section, ScreenPresence& presence) {
+  section.read("screen", presence, presences());
+}
+
+std::string_view presenceName(ScreenPresence presence) {
+  using Name = std::pair<std::string_view, ScreenPresence>;
+  return std::ranges::find(presences(), presence, &Name::second)->first;
+}
+
+void readHeadroom(JsonSection& section, double& headroom) {
+  const auto item = section.find("headroom");
+  if (item && !item->isNull()) item->to(headroom, 1, largestHeadroom);
 }
 
 void readDisplays(const JsonItem& item, std::vector<DisplayDescription>& displays) {

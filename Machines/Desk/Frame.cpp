@@ -28,7 +28,7 @@ Trace orNobody(const Trace& trace) {
   return trace ? trace : [](const std::string&) {};
 }
 
-Appearance appearanceOf(const DeskHardware& hardware) {
+Appearance appearanceOf(DeskHardware& hardware) {
   return hardware.appearance() == DeskAppearance::dark ? Appearance::dark : Appearance::light;
 }
 

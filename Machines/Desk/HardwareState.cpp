@@ -4,7 +4,6 @@
 #include <charconv>
 #include <limits>
 
-#include "Machines/Desk/DisplaySection.h"
 #include "Machines/Desk/FirmwareSection.h"
 #include "Machines/Desk/SystemSection.h"
 
@@ -16,6 +15,10 @@ namespace {
 
 constexpr std::int64_t largestValue = 65535;
 constexpr std::int64_t longestTime = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t mostRefusals = std::numeric_limits<std::int64_t>::max();
+constexpr std::size_t mostKeys = 1000;
+// Twice as far as a desk file allows: "nowhere" is beyond the farthest display.
+constexpr double farthestCoordinate = 2'000'000;
 constexpr unsigned digitsPerSample = 8;
 
 JsonValue whole(std::uint64_t number) {
@@ -134,16 +137,24 @@ void fromJson(const JsonItem& item, MonitorState& state) {
 }
 
 JsonValue toJson(const GammaState& state) {
-  if (!state.written) return {nullptr};
-  const auto& [red, green, blue] = *state.written;
-  return {JsonValue::Object{
-      {"red", {hexadecimal(red)}}, {"green", {hexadecimal(green)}}, {"blue", {hexadecimal(blue)}}}};
+  if (state == GammaState{}) return {nullptr};
+  JsonValue::Object members;
+  if (state.refusals != 0) members.push_back({"refusals", {state.refusals}});
+  if (state.written) {
+    const auto& [red, green, blue] = *state.written;
+    members.push_back({"red", {hexadecimal(red)}});
+    members.push_back({"green", {hexadecimal(green)}});
+    members.push_back({"blue", {hexadecimal(blue)}});
+  }
+  return {std::move(members)};
 }
 
 void fromJson(const JsonItem& item, GammaState& state) {
-  state.written.reset();
+  state = {};
   if (item.isNull()) return;
   auto section = item.section();
+  section.read("refusals", state.refusals, 0, mostRefusals);
+  if (state.refusals != 0 && !section.find("red")) return section.finish();
   auto& [red, green, blue] = state.written.emplace();
   readCurve(section, "red", red);
   readCurve(section, "green", green);
@@ -171,7 +182,10 @@ JsonValue toJson(const Point& state) {
 }
 
 void fromJson(const JsonItem& item, Point& state) {
-  readPoint(item, state);
+  auto section = item.section();
+  section.require("x", state.x, -farthestCoordinate, farthestCoordinate);
+  section.require("y", state.y, -farthestCoordinate, farthestCoordinate);
+  section.finish();
 }
 
 JsonValue toJson(const HIDMapping& state) {
@@ -198,6 +212,55 @@ void fromJson(const JsonItem& item, LaunchState& state) {
   auto section = item.section();
   if (section.find("enabled")) section.read("enabled", state.isEnabled.emplace());
   section.finish();
+}
+
+JsonValue toJson(const SystemState& state) {
+  return {JsonValue::Object{{"asleep", {state.isAsleep}}}};
+}
+
+void fromJson(const JsonItem& item, SystemState& state) {
+  auto section = item.section();
+  section.read("asleep", state.isAsleep);
+  section.finish();
+}
+
+JsonValue toJson(const GrantState& state) {
+  return {JsonValue::Object{{"granted", {state.isGranted}}}};
+}
+
+void fromJson(const JsonItem& item, GrantState& state) {
+  auto section = item.section();
+  section.read("granted", state.isGranted);
+  section.finish();
+}
+
+JsonValue toJson(DeskAppearance state) {
+  return {std::string(appearanceName(state))};
+}
+
+void fromJson(const JsonItem& item, DeskAppearance& state) {
+  readAppearance(item, state);
+}
+
+JsonValue toJson(const KeysDown& state) {
+  JsonValue::Array keys;
+  for (const auto& [key, arrived] : state.arrived) {
+    keys.push_back({JsonValue::Object{{"key", whole(key)}, {"arrived", whole(arrived)}}});
+  }
+  return {std::move(keys)};
+}
+
+void fromJson(const JsonItem& item, KeysDown& state) {
+  state.arrived.clear();
+  for (const auto& element : item.elements(0, mostKeys)) {
+    auto section = element.section();
+    HIDUsage key = 0;
+    HIDUsage arrived = 0;
+    section.require("key", key);
+    section.require("arrived", arrived);
+    section.finish();
+    state.arrived[key] = arrived;
+  }
 }
 
 JsonValue toJson(const SeedState& state) {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <optional>
 
 #include "Machines/Desk/DeskDescription.h"
 #include "Machines/Desk/JsonSection.h"
+#include "Machines/Desk/KeyTable.h"
 #include "Machines/Desk/MonitorFirmware.h"
 
 // What the parts of the simulated hardware remember beside a monitor's firmware, and all of it as
@@ -15,9 +17,12 @@ namespace brivane {
 /// Red, green and blue, of the same count.
 using GammaTable = std::array<GammaCurve, 3>;
 
-/// One display's gamma table as it was last written; absent while the calibrated one is in force.
+/// One display's gamma table.
 struct GammaState {
+  /// As it was last written; absent while the calibrated one is in force.
   std::optional<GammaTable> written;
+  /// How many of the next tables are refused.
+  std::int64_t refusals = 0;
 
   bool operator==(const GammaState&) const = default;
 };
@@ -43,6 +48,28 @@ struct LaunchState {
   bool operator==(const LaunchState&) const = default;
 };
 
+/// The machine itself.
+struct SystemState {
+  bool isAsleep = false;
+
+  bool operator==(const SystemState&) const = default;
+};
+
+/// What the user has granted the program.
+struct GrantState {
+  bool isGranted = true;
+
+  bool operator==(const GrantState&) const = default;
+};
+
+/// The keys that are down.
+struct KeysDown {
+  /// What the HID mapping made of each when it was pressed.
+  std::map<HIDUsage, HIDUsage> arrived;
+
+  bool operator==(const KeysDown&) const = default;
+};
+
 JsonValue toJson(const MonitorState& state);
 void fromJson(const JsonItem& item, MonitorState& state);
 
@@ -61,6 +88,18 @@ void fromJson(const JsonItem& item, HIDMapping& state);
 
 JsonValue toJson(const LaunchState& state);
 void fromJson(const JsonItem& item, LaunchState& state);
+
+JsonValue toJson(const SystemState& state);
+void fromJson(const JsonItem& item, SystemState& state);
+
+JsonValue toJson(const GrantState& state);
+void fromJson(const JsonItem& item, GrantState& state);
+
+JsonValue toJson(DeskAppearance state);
+void fromJson(const JsonItem& item, DeskAppearance& state);
+
+JsonValue toJson(const KeysDown& state);
+void fromJson(const JsonItem& item, KeysDown& state);
 
 JsonValue toJson(const SeedState& state);
 void fromJson(const JsonItem& item, SeedState& state);

@@ -14,17 +14,17 @@ TapEvent specialKeyEvent(BrightnessKey key, bool isDown, bool isRepeat) {
 }
 
 /// The modifiers that are down, as hotkeys count them.
-std::uint32_t modifiersDown(const DeskInput& input) {
+std::uint32_t modifiersDown(const KeysDown& keys) {
   std::uint32_t modifiers = 0;
-  for (const auto& [physical, arrived] : input.keysDown) {
+  for (const auto& [physical, arrived] : keys.arrived) {
     if (const auto keyCode = keyOfUsage(arrived)) modifiers |= modifierOfKey(*keyCode);
   }
   return modifiers;
 }
 
 /// Whether a key that arrives under the usage is down; the mapping can make two keys one.
-bool isDown(const DeskInput& input, HIDUsage arrived) {
-  return std::ranges::any_of(input.keysDown,
+bool isDown(const KeysDown& keys, HIDUsage arrived) {
+  return std::ranges::any_of(keys.arrived,
                              [arrived](const auto& key) { return key.second == arrived; });
 }
 
@@ -39,6 +39,13 @@ std::uint64_t asFlags(std::uint32_t modifiers) {
 
 }  // namespace
 
+DeskKeyboard::DeskKeyboard(DeskHardware& deskHardware, Faults& machineFaults,
+                           Runtime& machineRuntime)
+    : hardware(deskHardware),
+      faults(machineFaults),
+      runtime(machineRuntime),
+      handedKeys(deskHardware.observeKeys([this](const KeyChange& change) { take(change); })) {}
+
 bool DeskKeyboard::hasLayout() {
   if (faults.strikes("Keyboard.hasLayout")) return false;
   return hardware.description().keyboard.layout != KeyboardLayout::none;
@@ -51,35 +58,47 @@ std::optional<std::string> DeskKeyboard::baseCharacter(std::uint16_t keyCode) {
 
 std::uint64_t DeskKeyboard::modifierFlags() {
   if (faults.strikes("Keyboard.modifierFlags")) return 0;
-  return asFlags(modifiersDown(hardware.input()));
+  return asFlags(modifiersDown(hardware.keysDown()));
 }
 
 bool DeskKeyboard::isKeyDown(std::uint16_t keyCode) {
   if (faults.strikes("Keyboard.isKeyDown")) return false;
   const auto usage = usageOfKey(keyCode);
-  return usage && isDown(hardware.input(), *usage);
+  return usage && isDown(hardware.keysDown(), *usage);
 }
 
 void DeskKeyboard::pressKey(std::uint16_t keyCode) {
-  if (const auto usage = usageOfKey(keyCode)) press(*usage);
+  if (const auto usage = usageOfKey(keyCode)) change({*usage, true});
 }
 
 void DeskKeyboard::releaseKey(std::uint16_t keyCode) {
-  if (const auto usage = usageOfKey(keyCode)) release(*usage);
+  if (const auto usage = usageOfKey(keyCode)) change({*usage, false});
 }
 
 void DeskKeyboard::pressBrightness(BrightnessKey key) {
-  press(usageOf(key));
+  change({usageOf(key), true});
 }
 
 void DeskKeyboard::releaseBrightness(BrightnessKey key) {
-  release(usageOf(key));
+  change({usageOf(key), false});
+}
+
+void DeskKeyboard::change(const KeyChange& change) {
+  if (!hardware.handKeyOver(change)) take(change);
+}
+
+void DeskKeyboard::take(const KeyChange& change) {
+  if (change.isDown) {
+    press(change.key);
+  } else {
+    release(change.key);
+  }
 }
 
 void DeskKeyboard::press(HIDUsage physical) {
   const HIDUsage arrived = mapped(physical);
-  const bool wasDown = isDown(hardware.input(), arrived);
-  if (!hardware.input().keysDown.emplace(physical, arrived).second) return;
+  const bool wasDown = isDown(hardware.keysDown(), arrived);
+  if (!hardware.putKeyDown(physical, arrived)) return;
   if (const auto key = brightnessKeyOfUsage(arrived)) {
     startRepeating(physical, *key);
     brightnessDown(*key, false);
@@ -89,31 +108,29 @@ void DeskKeyboard::press(HIDUsage physical) {
 }
 
 void DeskKeyboard::release(HIDUsage physical) {
-  auto& keysDown = hardware.input().keysDown;
-  const auto found = keysDown.find(physical);
-  if (found == keysDown.end()) return;
-  const HIDUsage arrived = found->second;
-  keysDown.erase(found);
+  const auto wasDown = hardware.takeKeyUp(physical);
+  if (!wasDown) return;
+  const HIDUsage arrived = *wasDown;
   if (const auto repeat = repeats.extract(physical)) runtime.cancel(repeat.mapped());
   if (const auto key = brightnessKeyOfUsage(arrived)) {
     hardware.input().taps.send(specialKeyEvent(*key, false, false));
   } else if (const auto keyCode = keyOfUsage(arrived);
-             keyCode && !isDown(hardware.input(), arrived)) {
+             keyCode && !isDown(hardware.keysDown(), arrived)) {
     keyUp(*keyCode);
   }
 }
 
 void DeskKeyboard::keyDown(std::uint16_t keyCode) {
   if (modifierOfKey(keyCode) != 0) return;
-  const auto modifiers = modifiersDown(hardware.input());
+  const auto modifiers = modifiersDown(hardware.keysDown());
   if (hardware.input().hotkeys.press({keyCode, modifiers})) return;
   if (onUnclaimedKey) onUnclaimedKey({keyCode, asFlags(modifiers)});
 }
 
 void DeskKeyboard::keyUp(std::uint16_t keyCode) {
-  auto& input = hardware.input();
-  input.hotkeys.releaseKey(keyCode);
-  input.hotkeys.keepModifiers(modifiersDown(input));
+  auto& hotkeys = hardware.input().hotkeys;
+  hotkeys.releaseKey(keyCode);
+  hotkeys.keepModifiers(modifiersDown(hardware.keysDown()));
 }
 
 void DeskKeyboard::brightnessDown(BrightnessKey key, bool isRepeat) {

@@ -27,11 +27,11 @@ struct UnclaimedKey {
 /// A key goes through the HID mapping first. What comes out as a brightness key goes through the
 /// event taps and, unless one swallows it, to the operating system, which changes the built-in
 /// panel; held down, it repeats. What comes out as an ordinary key goes to whoever has it as a
-/// hotkey, else to `onUnclaimedKey`. Main thread; when a call returns, all of that has happened.
+/// hotkey, else to `onUnclaimedKey`. Main thread; when a call returns, all of that has happened, or
+/// the key was handed to the process whose affair it is.
 class DeskKeyboard : public Keyboard {
  public:
-  DeskKeyboard(DeskHardware& deskHardware, Faults& machineFaults, Runtime& machineRuntime)
-      : hardware(deskHardware), faults(machineFaults), runtime(machineRuntime) {}
+  DeskKeyboard(DeskHardware& deskHardware, Faults& machineFaults, Runtime& machineRuntime);
 
   bool hasLayout() override;
   std::optional<std::string> baseCharacter(std::uint16_t keyCode) override;
@@ -49,6 +49,8 @@ class DeskKeyboard : public Keyboard {
   std::function<void(const UnclaimedKey& key)> onUnclaimedKey;
 
  private:
+  void change(const KeyChange& change);
+  void take(const KeyChange& change);
   void press(HIDUsage physical);
   void release(HIDUsage physical);
   void keyDown(std::uint16_t keyCode);
@@ -62,6 +64,7 @@ class DeskKeyboard : public Keyboard {
   Faults& faults;
   Runtime& runtime;
   std::map<HIDUsage, TimerID> repeats;
+  const Observation handedKeys;
 };
 
 }  // namespace brivane

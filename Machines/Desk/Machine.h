@@ -29,8 +29,9 @@ namespace brivane {
 
 /// What the real process gives a program on a desk.
 struct DeskProcess {
-  /// Whether the process's signals ask the program to end. Only for Runtimes of real time.
-  bool usesSignals = false;
+  /// Whether it is one: its signals ask the program to end, and what other processes do to the desk
+  /// reaches it. Only for Runtimes of real time.
+  bool isReal = false;
   /// Where the resource bundles lie; there are none in an empty path.
   std::filesystem::path resources;
 };

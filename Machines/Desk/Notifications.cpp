@@ -3,37 +3,51 @@
 namespace brivane {
 
 DeskNotifications::DeskNotifications(DeskHardware& deskHardware, Faults& machineFaults,
-                                     Runtime& machineRuntime, bool processHasSignals)
-    : faults(machineFaults),
+                                     Runtime& machineRuntime, bool processIsReal)
+    : hardware(deskHardware),
+      faults(machineFaults),
       runtime(machineRuntime),
-      usesSignals(processHasSignals),
+      isReal(processIsReal),
       hardwareNotices(
           deskHardware.observe([this](HardwareNotice notice) { announceNotice(notice); })) {}
 
 Observation DeskNotifications::observeScreenParameters(Task handler) {
   if (faults.strikes("SystemNotifications.observeScreenParameters")) return nullptr;
+  followOtherProcesses();
   return topics->screenParameters.observe(std::move(handler));
 }
 
 Observation DeskNotifications::observeDidWake(Task handler) {
   if (faults.strikes("SystemNotifications.observeDidWake")) return nullptr;
+  followOtherProcesses();
   return topics->didWake.observe(std::move(handler));
 }
 
 Observation DeskNotifications::observeScreensDidWake(Task handler) {
   if (faults.strikes("SystemNotifications.observeScreensDidWake")) return nullptr;
+  followOtherProcesses();
   return topics->screensDidWake.observe(std::move(handler));
 }
 
 Observation DeskNotifications::observeTermination(Task handler) {
   if (faults.strikes("SystemNotifications.observeTermination")) return nullptr;
   auto observation = topics->termination.observe(std::move(handler));
-  if (!usesSignals) return observation;
+  if (!isReal) return observation;
   struct WithSignals {
     Observation observation;
     std::shared_ptr<Signals> signals;
   };
   return std::make_shared<WithSignals>(WithSignals{std::move(observation), waitForSignals()});
+}
+
+void DeskNotifications::followOtherProcesses() {
+  const auto folder = hardware.stateFolder();
+  if (!isReal || !folder || otherProcesses) return;
+  otherProcesses = std::make_unique<FolderWatch>(*folder, DeskHardware::eventsFile, runtime,
+                                                 [this] { hardware.meetEvents(); });
+  if (!otherProcesses->isWatching()) hardware.reportUnwatched();
+  hardware.follow();
+  hardware.takeKeyboard();
 }
 
 std::shared_ptr<DeskNotifications::Signals> DeskNotifications::waitForSignals() {
@@ -49,6 +63,7 @@ void DeskNotifications::askToEnd() {
 }
 
 void DeskNotifications::end() {
+  otherProcesses.reset();
   hardwareNotices.reset();
   *topics = {};
   if (const auto shared = signals.lock()) shared->reset();

@@ -7,16 +7,18 @@
 #include "Machines/Common/Topic.h"
 #include "Machines/Desk/DeskHardware.h"
 #include "Machines/Desk/Faults.h"
+#include "Machines/Desk/FolderWatch.h"
 
 namespace brivane {
 
-/// What happens to the hardware, announced to one program. An observation that is made to fail
-/// never hears anything.
+/// What happens to the hardware, announced to one program. In a real process that includes what
+/// other processes do to it, from the first observation on: a program that observes nothing pays
+/// nothing. An observation that is made to fail never hears anything.
 class DeskNotifications : public SystemNotifications {
  public:
-  /// `processHasSignals`: whether the process's own signals ask it to end, beside `askToEnd`.
+  /// See `DeskProcess`.
   DeskNotifications(DeskHardware& deskHardware, Faults& machineFaults, Runtime& machineRuntime,
-                    bool processHasSignals);
+                    bool processIsReal);
 
   Observation observeScreenParameters(Task handler) override;
   Observation observeDidWake(Task handler) override;
@@ -39,17 +41,20 @@ class DeskNotifications : public SystemNotifications {
 
   using Signals = std::unique_ptr<TerminationSignals>;
 
+  void followOtherProcesses();
   std::shared_ptr<Signals> waitForSignals();
   void announceSoon(Topic Topics::*topic);
   void announceNotice(HardwareNotice notice);
 
+  DeskHardware& hardware;
   Faults& faults;
   Runtime& runtime;
-  const bool usesSignals;
+  const bool isReal;
   const std::shared_ptr<Topics> topics = std::make_shared<Topics>();
   /// Shared by all who observe the termination; empty once this has ended.
   std::weak_ptr<Signals> signals;
   Observation hardwareNotices;
+  std::unique_ptr<FolderWatch> otherProcesses;
 };
 
 }  // namespace brivane

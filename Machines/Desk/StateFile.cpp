@@ -4,7 +4,8 @@
 
 #include "Machines/Desk/JsonParser.h"
 
-// Every access reads the file again: another process may have pressed the monitor's buttons.
+// Every access reads the file again, and whoever only looks asks first whether there is a new one:
+// another process may have pressed the monitor's buttons.
 
 namespace brivane {
 namespace {
@@ -27,15 +28,21 @@ StateFile::StateFile(StateFolder& stateFolder, const std::string& name,
 
 void StateFile::access(const Access& access) {
   const auto lock = folder.lock();
+  lastSeen = stampOf(file);
   auto problem = load(access, std::holds_alternative<FileLock>(lock));
   const auto state = access.change(memoryStands);
   if (!state) return;
   if (const auto* stuck = std::get_if<FileProblem>(&lock)) problem = *stuck;
   if (!problem) problem = save(*state);
   memoryStands = problem.has_value();
+  lastSeen = stampOf(file);
   if (!problem) return;
   folder.report("Brivane: the desk's state can't be saved in " + folder.path.string() + " (" +
                 problem->reason + "); it stays in memory until Brivane ends");
+}
+
+bool StateFile::isOutdated() const {
+  return !memoryStands && stampOf(file) != lastSeen;
 }
 
 /// What keeps the file from being replaced.

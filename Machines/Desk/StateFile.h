@@ -37,6 +37,10 @@ class StateFile {
   /// no other process has the folder.
   void access(const Access& access);
 
+  /// Whether the file is another one than after the last access (before the first: whether there is
+  /// one). Asks for no lock.
+  bool isOutdated() const;
+
  private:
   std::optional<FileProblem> load(const Access& access, bool isLocked);
   std::optional<std::string> parseFile(const std::string& text, const Access& access) const;
@@ -46,6 +50,7 @@ class StateFile {
   StateFolder& folder;
   const std::filesystem::path file;
   const std::string startedFrom;
+  std::optional<FileStamp> lastSeen;
   /// The last change could not be written.
   bool memoryStands = false;
 };

@@ -18,6 +18,7 @@ std::variant<FileLock, FileProblem> StateFolder::lock() {
 }
 
 void StateFolder::report(const std::string& line) {
+  const std::lock_guard guard(mutex);
   if (reported.insert(line).second) log.write(line);
 }
 

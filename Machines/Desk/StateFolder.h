@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -13,7 +15,7 @@
 namespace brivane {
 
 /// The folder in which the state of a desk's hardware lives, shared by all processes on the desk.
-/// It is made when it is first needed. Not for use by two threads at once.
+/// It is made when it is first needed. Any thread.
 class StateFolder {
  public:
   StateFolder(std::filesystem::path folder, Runtime& machineRuntime, SystemLog& systemLog)
@@ -31,7 +33,8 @@ class StateFolder {
   SystemLog& log;
 
  private:
-  bool lockIsStuck = false;
+  std::atomic<bool> lockIsStuck = false;
+  std::mutex mutex;
   std::set<std::string> reported;
 };
 

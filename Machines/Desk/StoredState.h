@@ -22,8 +22,12 @@ class StoredState {
   }
 
   State read() {
-    return update([](const State& state) { return state; });
+    if (isOutdated()) update([](const State&) { return true; });
+    return current;
   }
+
+  /// Whether somebody else has changed the state since it was last read or updated here.
+  bool isOutdated() const { return file && file->isOutdated(); }
 
   /// Runs `operation` on the state, which it may change, and returns what that returns. In between
   /// nobody else changes the state.

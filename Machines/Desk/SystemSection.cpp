@@ -1,5 +1,6 @@
 #include "Machines/Desk/SystemSection.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "Machines/Desk/Faults.h"
@@ -27,6 +28,12 @@ const Choices<ToolPresence>& toolPresences() {
   static const Choices<ToolPresence> choices = {{"present", ToolPresence::present},
                                                 {"missing", ToolPresence::missing},
                                                 {"refusing", ToolPresence::refusing}};
+  return choices;
+}
+
+const Choices<DeskAppearance>& appearances() {
+  static const Choices<DeskAppearance> choices = {{"light", DeskAppearance::light},
+                                                  {"dark", DeskAppearance::dark}};
   return choices;
 }
 
@@ -75,6 +82,7 @@ void readGrants(const JsonItem& item, DeskDescription& desk) {
   auto section = item.section();
   section.read("accessibility", desk.isAccessibilityGranted);
   section.finish();
+  desk.grantsFingerprint = item.fingerprint();
 }
 
 void readKeyboard(const JsonItem& item, KeyboardDescription& keyboard) {
@@ -178,6 +186,15 @@ void readHIDMapping(const JsonItem& item, HIDMapping& mapping) {
   }
 }
 
+void readAppearance(const JsonItem& item, DeskAppearance& appearance) {
+  item.to(appearance, appearances());
+}
+
+std::string_view appearanceName(DeskAppearance appearance) {
+  using Name = std::pair<std::string_view, DeskAppearance>;
+  return std::ranges::find(appearances(), appearance, &Name::second)->first;
+}
+
 void readSystem(JsonSection& section, DeskDescription& desk) {
   if (const auto mapping = section.find("hidMapping")) {
     readHIDMapping(*mapping, desk.hidMapping);
@@ -192,9 +209,10 @@ void readSystem(JsonSection& section, DeskDescription& desk) {
   if (const auto list = section.find("applications")) readApplications(*list, desk.applications);
   if (const auto defaults = section.find("defaults")) readDefaults(*defaults, desk);
   section.read("language", desk.language);
-  section.read(
-      "appearance", desk.appearance,
-      Choices<DeskAppearance>{{"light", DeskAppearance::light}, {"dark", DeskAppearance::dark}});
+  if (const auto appearance = section.find("appearance")) {
+    readAppearance(*appearance, desk.appearance);
+    desk.appearanceFingerprint = appearance->fingerprint();
+  }
   if (const auto keyboard = section.find("keyboard")) readKeyboard(*keyboard, desk.keyboard);
   if (const auto agent = section.find("launchAgent")) readLaunchAgent(*agent, desk.launchAgent);
   if (const auto program = section.find("program")) readProgram(*program, desk.program);

@@ -11,4 +11,8 @@ void readSystem(JsonSection& section, DeskDescription& desk);
 /// Reads a list of HID mapping entries, as desk files and state files hold it.
 void readHIDMapping(const JsonItem& item, HIDMapping& mapping);
 
+/// An appearance's name in desk files and state files.
+void readAppearance(const JsonItem& item, DeskAppearance& appearance);
+std::string_view appearanceName(DeskAppearance appearance);
+
 }  // namespace brivane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "Machines/Desk/DeskEvent.h"
+#include "Machines/Desk/StoredState.h"
+
+namespace brivane {
+
+/// What happens on a desk, in one order for all its processes. Each of them takes every event that
+/// happens after it began to follow; one that sleeps through more than 256 misses the oldest. Not
+/// for use by two threads at once.
+class EventQueue {
+ public:
+  /// `folder` is where processes share the events; null: they stay in this object.
+  explicit EventQueue(StateFolder* folder) : state({}, folder, "events", 0) {}
+
+  /// What has happened so far is not taken.
+  void follow();
+
+  /// Adds an event, and takes all that this process has not taken yet, the new one last. Before
+  /// `follow` that is the new one alone.
+  std::vector<DeskEvent> add(const DeskEvent& event);
+
+  /// The events that this process has not taken yet; none before `follow`.
+  std::vector<DeskEvent> take();
+
+ private:
+  std::vector<DeskEvent> takeFrom(const EventsState& events);
+
+  StoredState<EventsState> state;
+  /// The number of the last one taken; absent before `follow`.
+  std::optional<std::uint64_t> taken;
+};
+
+}  // namespace brivane
