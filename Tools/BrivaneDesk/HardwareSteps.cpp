@@ -1,8 +1,9 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "Tools/BrivaneDesk/KeyNames.h"
-#include "Tools/BrivaneDesk/Stage.h"
+#include "Tools/BrivaneDesk/Scene.h"
 #include "Tools/BrivaneDesk/StepTable.h"
 
 namespace brivane {
@@ -16,6 +17,14 @@ StepProblem unless(bool happened, std::uint32_t display, const std::string& what
 constexpr const char* notAttached = "is not plugged in";
 constexpr const char* noFirmware = "is not plugged in, or has no firmware";
 
+constexpr const char* tooFar = "a coordinate that is not from -1000000 to 1000000";
+
+/// For a desk file, and so for what is kept beside it.
+bool isTooFar(const Point& point) {
+  constexpr double farthest = 1'000'000;
+  return std::abs(point.x) > farthest || std::abs(point.y) > farthest;
+}
+
 void pressOne(DeskKeyboard& keyboard, const std::string& name) {
   if (const auto code = keyCodeOf(name)) return keyboard.pressKey(*code);
   keyboard.pressBrightness(name == "brightness-up" ? BrightnessKey::up : BrightnessKey::down);
@@ -26,117 +35,118 @@ void releaseOne(DeskKeyboard& keyboard, const std::string& name) {
   keyboard.releaseBrightness(name == "brightness-up" ? BrightnessKey::up : BrightnessKey::down);
 }
 
-void pressAll(Stage& stage, const Keys& keys) {
-  for (const auto& name : keys.names) pressOne(stage.keyboard(), name);
+void pressAll(Scene& scene, const Keys& keys) {
+  for (const auto& name : keys.names) pressOne(scene.keyboard(), name);
 }
 
-void releaseAll(Stage& stage, const Keys& keys) {
+void releaseAll(Scene& scene, const Keys& keys) {
   for (auto name = keys.names.rbegin(); name != keys.names.rend(); ++name) {
-    releaseOne(stage.keyboard(), *name);
+    releaseOne(scene.keyboard(), *name);
   }
 }
 
-void pressFor(Stage& stage, const Keys& keys, Microseconds duration) {
-  stage.plan(stage.now() + duration, Stage::Rank::consequence,
-             [&stage, keys] { releaseAll(stage, keys); });
-  pressAll(stage, keys);
+void pressFor(Scene& scene, const Keys& keys, Microseconds duration) {
+  scene.later(duration, [&scene, keys] { releaseAll(scene, keys); });
+  pressAll(scene, keys);
 }
 
-StepProblem press(Stage& stage, const StepArguments& arguments) {
-  pressAll(stage, arguments.get<Keys>(0));
+StepProblem press(Scene& scene, const StepArguments& arguments) {
+  pressAll(scene, arguments.get<Keys>(0));
   return std::nullopt;
 }
 
-StepProblem release(Stage& stage, const StepArguments& arguments) {
-  releaseAll(stage, arguments.get<Keys>(0));
+StepProblem release(Scene& scene, const StepArguments& arguments) {
+  releaseAll(scene, arguments.get<Keys>(0));
   return std::nullopt;
 }
 
-StepProblem hold(Stage& stage, const StepArguments& arguments) {
-  pressFor(stage, arguments.get<Keys>(0), arguments.get<Microseconds>(1));
+StepProblem hold(Scene& scene, const StepArguments& arguments) {
+  pressFor(scene, arguments.get<Keys>(0), arguments.get<Microseconds>(1));
   return std::nullopt;
 }
 
-StepProblem key(Stage& stage, const StepArguments& arguments) {
-  pressFor(stage, arguments.get<Keys>(0), keyTapDuration);
+StepProblem key(Scene& scene, const StepArguments& arguments) {
+  pressFor(scene, arguments.get<Keys>(0), keyTapDuration);
   return std::nullopt;
 }
 
-StepProblem tapTimeout(Stage& stage, const StepArguments&) {
-  stage.hardware().input().taps.disableByTimeout();
+StepProblem tapTimeout(Scene& scene, const StepArguments&) {
+  scene.hardware().timeOutTaps();
   return std::nullopt;
 }
 
-StepProblem pointerOnDisplay(Stage& stage, const StepArguments& arguments) {
-  const auto display = stage.hardware().display(arguments.display(0));
+StepProblem pointerOnDisplay(Scene& scene, const StepArguments& arguments) {
+  const auto display = scene.hardware().display(arguments.display(0));
   if (!display) return unless(false, arguments.display(0), notAttached);
   const Rect& frame = display->frame;
-  stage.hardware().movePointer({frame.x + frame.width / 2, frame.y + frame.height / 2});
+  scene.hardware().movePointer({frame.x + frame.width / 2, frame.y + frame.height / 2});
   return std::nullopt;
 }
 
-StepProblem pointerAt(Stage& stage, const StepArguments& arguments) {
-  stage.hardware().movePointer(arguments.get<Point>(0));
+StepProblem pointerAt(Scene& scene, const StepArguments& arguments) {
+  if (isTooFar(arguments.get<Point>(0))) return tooFar;
+  scene.hardware().movePointer(arguments.get<Point>(0));
   return std::nullopt;
 }
 
 /// Left of every screen.
-StepProblem pointerNowhere(Stage& stage, const StepArguments&) {
-  const auto displays = stage.hardware().displays();
+StepProblem pointerNowhere(Scene& scene, const StepArguments&) {
+  const auto displays = scene.hardware().displays();
   double left = 0;
   for (const auto& display : *displays) left = std::min(left, display.frame.x);
-  stage.hardware().movePointer({left - 1000, 0});
+  scene.hardware().movePointer({left - 1000, 0});
   return std::nullopt;
 }
 
-StepProblem unplug(Stage& stage, const StepArguments& arguments) {
+StepProblem unplug(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  return unless(stage.hardware().unplug(display), display, notAttached);
+  return unless(scene.hardware().unplug(display), display, notAttached);
 }
 
-StepProblem plug(Stage& stage, const StepArguments& arguments) {
+StepProblem plug(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  return unless(stage.hardware().replug(display), display, "was not unplugged before");
+  return unless(scene.hardware().replug(display), display, "was not unplugged before");
 }
 
-StepProblem move(Stage& stage, const StepArguments& arguments) {
+StepProblem move(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  const auto attached = stage.hardware().display(display);
+  const auto attached = scene.hardware().display(display);
   if (!attached) return unless(false, display, notAttached);
   const auto& corner = arguments.get<Point>(1);
+  if (isTooFar(corner)) return tooFar;
   const Rect frame{corner.x, corner.y, attached->frame.width, attached->frame.height};
-  return unless(stage.hardware().setFrame(display, frame), display, notAttached);
+  return unless(scene.hardware().setFrame(display, frame), display, notAttached);
 }
 
-StepProblem swapPorts(Stage& stage, const StepArguments& arguments) {
+StepProblem swapPorts(Scene& scene, const StepArguments& arguments) {
   if (arguments.display(0) == arguments.display(1)) return "the same display twice";
-  if (stage.hardware().swapPorts(arguments.display(0), arguments.display(1))) return std::nullopt;
+  if (scene.hardware().swapPorts(arguments.display(0), arguments.display(1))) return std::nullopt;
   return "one of the two displays is not plugged in";
 }
 
-StepProblem announceScreens(Stage& stage, const StepArguments&) {
-  stage.hardware().announce(HardwareNotice::screenParameters);
+StepProblem announceScreens(Scene& scene, const StepArguments&) {
+  scene.hardware().announce(HardwareNotice::screenParameters);
   return std::nullopt;
 }
 
-StepProblem numberOf(Stage& stage, const StepArguments& arguments) {
+StepProblem numberOf(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const auto presence =
       arguments.text(1) == "present" ? ScreenPresence::numbered : ScreenPresence::unnumbered;
-  return unless(stage.hardware().setScreenPresence(display, presence), display, notAttached);
+  return unless(scene.hardware().setScreenPresence(display, presence), display, notAttached);
 }
 
-StepProblem changeHeadroom(Stage& stage, const StepArguments& arguments) {
+StepProblem changeHeadroom(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const double headroom = arguments.number(1);
   if (headroom < 1 || headroom > 64) return "a headroom that is not from 1 to 64";
-  return unless(stage.hardware().setHeadroom(display, headroom), display, notAttached);
+  return unless(scene.hardware().setHeadroom(display, headroom), display, notAttached);
 }
 
-StepProblem refuseGamma(Stage& stage, const StepArguments& arguments) {
+StepProblem refuseGamma(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const auto times = static_cast<int>(arguments.whole(1));
-  return unless(stage.hardware().refuseGamma(display, times), display,
+  return unless(scene.hardware().refuseGamma(display, times), display,
                 "is not plugged in, or has no gamma table");
 }
 
@@ -150,73 +160,85 @@ constexpr auto moods =
                                                              {"shifted", MonitorMood::shifted},
                                                              {"doubled", MonitorMood::doubled}});
 
-StepProblem mood(Stage& stage, const StepArguments& arguments) {
+StepProblem mood(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const auto* const chosen = std::ranges::find(moods, std::string_view(arguments.text(1)),
                                                &std::pair<std::string_view, MonitorMood>::first);
-  return unless(stage.hardware().setMood(display, chosen->second), display, noFirmware);
+  return unless(scene.hardware().setMood(display, chosen->second), display, noFirmware);
 }
 
-StepProblem buttons(Stage& stage, const StepArguments& arguments) {
+StepProblem buttons(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const std::int64_t level = arguments.whole(1);
   if (level > 65535) return "a monitor's level is at most 65535";
-  return unless(stage.hardware().setLevelByButtons(display, static_cast<std::uint16_t>(level)),
+  return unless(scene.hardware().setLevelByButtons(display, static_cast<std::uint16_t>(level)),
                 display, noFirmware);
 }
 
-StepProblem monitorSleep(Stage& stage, const StepArguments& arguments) {
+StepProblem monitorSleep(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  auto& hardware = stage.hardware();
+  auto& hardware = scene.hardware();
   const bool happened = arguments.text(1) == "sleeps"
                             ? hardware.fallAsleep(display)
-                            : hardware.wake(display, Instant(stage.now()));
+                            : hardware.wake(display, Instant(scene.now()));
   return unless(happened, display, noFirmware);
 }
 
-StepProblem sleepSystem(Stage& stage, const StepArguments&) {
-  stage.hardware().sleepSystem();
+StepProblem sleepSystem(Scene& scene, const StepArguments&) {
+  scene.hardware().sleepSystem();
   return std::nullopt;
 }
 
-StepProblem wakeSystem(Stage& stage, const StepArguments&) {
-  stage.hardware().wakeSystem(Instant(stage.now()));
+StepProblem wakeSystem(Scene& scene, const StepArguments&) {
+  scene.hardware().wakeSystem(Instant(scene.now()));
   return std::nullopt;
 }
 
-StepProblem screens(Stage& stage, const StepArguments& arguments) {
+StepProblem screens(Scene& scene, const StepArguments& arguments) {
   if (arguments.text(0) == "sleep") {
-    stage.hardware().sleepScreens();
+    scene.hardware().sleepScreens();
   } else {
-    stage.hardware().wakeScreens(Instant(stage.now()));
+    scene.hardware().wakeScreens(Instant(scene.now()));
   }
   return std::nullopt;
 }
 
-StepProblem appearance(Stage& stage, const StepArguments& arguments) {
-  stage.hardware().setAppearance(arguments.text(0) == "dark" ? DeskAppearance::dark
+StepProblem appearance(Scene& scene, const StepArguments& arguments) {
+  scene.hardware().setAppearance(arguments.text(0) == "dark" ? DeskAppearance::dark
                                                              : DeskAppearance::light);
   return std::nullopt;
 }
 
-StepProblem grant(Stage& stage, const StepArguments&) {
-  stage.hardware().setAccessibilityGranted(true);
+StepProblem grant(Scene& scene, const StepArguments&) {
+  scene.hardware().setAccessibilityGranted(true);
   return std::nullopt;
 }
 
-StepProblem revoke(Stage& stage, const StepArguments&) {
-  stage.hardware().setAccessibilityGranted(false);
+StepProblem revoke(Scene& scene, const StepArguments&) {
+  scene.hardware().setAccessibilityGranted(false);
   return std::nullopt;
 }
 
-StepProblem clearMapping(Stage& stage, const StepArguments&) {
-  stage.hardware().setHIDMapping({});
+StepProblem clearMapping(Scene& scene, const StepArguments&) {
+  scene.hardware().setHIDMapping({});
+  return std::nullopt;
+}
+
+StepProblem setSetting(Scene& scene, const StepArguments& arguments) {
+  scene.hardware()
+      .openDomain("com.quorrel.brivane")
+      ->set(arguments.text(0), arguments.get<PropertyValue>(1));
+  return std::nullopt;
+}
+
+StepProblem removeSetting(Scene& scene, const StepArguments& arguments) {
+  scene.hardware().openDomain("com.quorrel.brivane")->remove(arguments.text(0));
   return std::nullopt;
 }
 
 }  // namespace
 
-std::vector<StepKind> hardwareSteps() {
+std::vector<HardwareStep> hardwareSteps() {
   return {
       {"press KEYS", press},
       {"release KEYS", release},
@@ -244,6 +266,8 @@ std::vector<StepKind> hardwareSteps() {
       {"grant accessibility", grant},
       {"revoke accessibility", revoke},
       {"mapping cleared", clearMapping},
+      {"setting NAME = VALUE", setSetting},
+      {"setting NAME removed", removeSetting},
   };
 }
 

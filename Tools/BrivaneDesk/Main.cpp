@@ -2,11 +2,14 @@
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Machines/Common/ResourceFolder.h"
+#include "Tools/BrivaneDesk/PokeCommand.h"
 #include "Tools/BrivaneDesk/RunCommand.h"
 #include "Tools/BrivaneDesk/SwarmCommand.h"
+#include "Tools/BrivaneDesk/WatchCommand.h"
 
 namespace {
 
@@ -24,6 +27,22 @@ brivane-desk swarm --seeds A..B [--keep FOLDER]
 
     --keep         where scenarios that failed are written; by default the
                    current folder
+
+brivane-desk poke [DESK] STEP
+    does one step (docs/scenarios.md) to a running desk: programs on it meet
+    it at once, and without any it is there for the next one. For instance:
+
+    brivane-desk poke unplug 3
+    brivane-desk poke mood 2 silent
+    brivane-desk poke key control+option+up
+    brivane-desk poke "move 2 to {-1920,0}"
+
+brivane-desk watch [DESK]
+    prints what a desk's hardware is like, and then every change, until it is
+    interrupted
+
+    DESK           the desk's file; by default the one in BRIVANE_DESK, else
+                   the desk that ./run uses
 )";
 
 /// One line about what was typed, and the exit status of a command that wasn't understood.
@@ -100,5 +119,7 @@ int main(int argc, char** argv) {
   arguments.erase(arguments.begin());
   if (command == "run") return run(arguments);
   if (command == "swarm") return swarm(arguments);
+  if (command == "poke") return brivane::poke(std::move(arguments), std::cout, std::cerr);
+  if (command == "watch") return brivane::watchDesk(std::move(arguments), std::cout, std::cerr);
   return misunderstood("there is no command " + command);
 }

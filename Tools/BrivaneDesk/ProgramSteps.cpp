@@ -63,18 +63,6 @@ StepProblem transcript(Stage& stage, const StepArguments& arguments) {
   return std::nullopt;
 }
 
-StepProblem setSetting(Stage& stage, const StepArguments& arguments) {
-  stage.hardware()
-      .openDomain("com.quorrel.brivane")
-      ->set(arguments.text(0), arguments.get<PropertyValue>(1));
-  return std::nullopt;
-}
-
-StepProblem removeSetting(Stage& stage, const StepArguments& arguments) {
-  stage.hardware().openDomain("com.quorrel.brivane")->remove(arguments.text(0));
-  return std::nullopt;
-}
-
 }  // namespace
 
 std::vector<StepKind> programSteps() {
@@ -88,8 +76,6 @@ std::vector<StepKind> programSteps() {
       {"unmap", unmap},
       {"end", end},
       {"transcript off|on", transcript},
-      {"setting NAME = VALUE", setSetting},
-      {"setting NAME removed", removeSetting},
   };
 }
 

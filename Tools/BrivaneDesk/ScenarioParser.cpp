@@ -144,6 +144,14 @@ std::optional<std::string> readStep(const Tokens& tokens, Step& step) {
   return complaint.text();
 }
 
+std::variant<Step, std::string> stepOf(std::string_view line, const Tokens& tokens) {
+  Step step;
+  step.text = std::string(line.substr(tokens.front().position));
+  while (step.text.ends_with(' ') || step.text.ends_with('\r')) step.text.pop_back();
+  if (auto mistake = readStep(tokens, step)) return std::move(*mistake);
+  return step;
+}
+
 class Parser {
  public:
   Parser(std::string_view scenarioText, std::string_view scenarioName)
@@ -239,12 +247,11 @@ class Parser {
     tokens.erase(tokens.begin(), tokens.begin() + static_cast<std::ptrdiff_t>(timeWords));
     if (tokens.empty())
       return complain("expected a step after the time, found the end of the line");
-    Step step;
+    auto read = stepOf(line, tokens);
+    if (const auto* const mistake = std::get_if<std::string>(&read)) return complain(*mistake);
+    auto& step = std::get<Step>(read);
     step.line = lineNumber;
-    step.text = std::string(line.substr(tokens.front().position));
-    while (step.text.ends_with(' ') || step.text.ends_with('\r')) step.text.pop_back();
     step.time = time;
-    if (const auto mistake = readStep(tokens, step)) return complain(*mistake);
     startOfLast = step.time;
     time = step.time + step.duration;
     scenario.steps.push_back(std::move(step));
@@ -288,6 +295,14 @@ class Parser {
 std::variant<Scenario, std::string> parseScenario(std::string_view text,
                                                   std::string_view fileName) {
   return Parser(text, fileName).parse();
+}
+
+std::variant<Step, std::string> parseStep(std::string_view line) {
+  const auto split = splitLine(line);
+  if (const auto* const mistake = std::get_if<std::string>(&split)) return *mistake;
+  const auto& tokens = std::get<Tokens>(split);
+  if (tokens.empty()) return "expected a step, found the end of the line";
+  return stepOf(line, tokens);
 }
 
 }  // namespace brivane

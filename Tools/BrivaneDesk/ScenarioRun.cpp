@@ -34,19 +34,11 @@ std::variant<DeskDescription, std::string> readDesk(const Scenario& scenario,
   return parseDesk(scenario.desk, place + "desk");
 }
 
-/// A step that names a display which the desk doesn't have.
 std::optional<std::string> findUnknownDisplay(const Scenario& scenario,
                                               const DeskDescription& desk) {
   for (const Step& step : scenario.steps) {
-    for (const auto display : step.displays) {
-      if (std::ranges::count(desk.displays, display, &DisplayDescription::identifier) > 0) continue;
-      std::string known;
-      for (const auto& described : desk.displays) {
-        known += (known.empty() ? " (" : ", ") + std::to_string(described.identifier);
-      }
-      return "line " + std::to_string(step.line) + ": expected one of the desk's displays" + known +
-             (known.empty() ? "" : ")") + ", found " + std::to_string(display);
-    }
+    const auto mistake = unknownDisplay(step, desk);
+    if (mistake) return "line " + std::to_string(step.line) + ": " + *mistake;
   }
   return std::nullopt;
 }
@@ -123,6 +115,19 @@ class Player {
 };
 
 }  // namespace
+
+std::optional<std::string> unknownDisplay(const Step& step, const DeskDescription& desk) {
+  for (const auto display : step.displays) {
+    if (std::ranges::count(desk.displays, display, &DisplayDescription::identifier) > 0) continue;
+    std::string known;
+    for (const auto& described : desk.displays) {
+      known += (known.empty() ? " (" : ", ") + std::to_string(described.identifier);
+    }
+    return "expected one of the desk's displays" + known + (known.empty() ? "" : ")") + ", found " +
+           std::to_string(display);
+  }
+  return std::nullopt;
+}
 
 std::variant<LoadedScenario, std::string> loadScenario(const std::filesystem::path& file) {
   // A folder can be opened, but reading it throws.

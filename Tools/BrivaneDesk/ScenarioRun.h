@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -23,6 +24,9 @@ std::variant<LoadedScenario, std::string> loadScenario(const std::filesystem::pa
 /// is relative to.
 std::variant<LoadedScenario, std::string> loadScenarioText(const std::string& text,
                                                            const std::filesystem::path& name);
+
+/// What is wrong with a step that names a display which the desk doesn't have.
+std::optional<std::string> unknownDisplay(const Step& step, const DeskDescription& desk);
 
 /// A step that could not be taken, or an expectation that did not hold.
 struct StepFailure {

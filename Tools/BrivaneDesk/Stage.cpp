@@ -53,6 +53,10 @@ void Stage::plan(Microseconds time, Rank rank, std::function<void()> action) {
   planned.emplace(PlanKey{time, rank, nextPlan++}, std::move(action));
 }
 
+void Stage::later(Microseconds delay, std::function<void()> action) {
+  plan(now() + delay, Rank::consequence, std::move(action));
+}
+
 void Stage::play() {
   while (!planned.empty()) {
     idleTime = std::max(idleTime, planned.begin()->first.time);

@@ -11,6 +11,7 @@
 #include "Machines/Desk/Frame.h"
 #include "Machines/Desk/Machine.h"
 #include "Machines/Desk/VirtualRuntime.h"
+#include "Tools/BrivaneDesk/Scene.h"
 
 namespace brivane {
 
@@ -31,21 +32,22 @@ struct StageOptions {
 
 /// What a scenario takes place on: one hardware, the program that runs on it or doesn't, and a
 /// clock that goes on whether it does or not. What steps have planned for later happens in between.
-class Stage {
+class Stage : public Scene {
  public:
   Stage(const DeskDescription& desk, StageOptions stageOptions);
-  ~Stage();
+  ~Stage() override;
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
 
   // Time and what is planned
 
   /// Since the start of the scenario.
-  Microseconds now() const;
+  Microseconds now() const override;
   /// Of what is planned for one moment, consequences of earlier steps come first, and then whatever
   /// was planned first.
   enum class Rank { consequence, step };
   void plan(Microseconds time, Rank rank, std::function<void()> action);
+  void later(Microseconds delay, std::function<void()> action) override;
   /// Carries out what is planned, in its order, until nothing is. A program that is still running
   /// then is dropped as by a kill, unseen.
   void play();
@@ -69,9 +71,9 @@ class Stage {
 
   // The hardware
 
-  DeskHardware& hardware() { return *sharedHardware; }
+  DeskHardware& hardware() override { return *sharedHardware; }
   /// The running program's, or, without one, the same keys with no program to press them for.
-  DeskKeyboard& keyboard();
+  DeskKeyboard& keyboard() override;
 
   // What is written down
 

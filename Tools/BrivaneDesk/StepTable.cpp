@@ -1,12 +1,23 @@
 #include "Tools/BrivaneDesk/StepTable.h"
 
+#include "Tools/BrivaneDesk/Stage.h"
+
 namespace brivane {
+namespace {
+
+std::vector<StepKind> onStages(const std::vector<HardwareStep>& steps) {
+  std::vector<StepKind> kinds;
+  for (const auto& step : steps) kinds.push_back({step.form, step.take});
+  return kinds;
+}
+
+}  // namespace
 
 const std::vector<StepKind>& stepTable() {
   static const std::vector<StepKind> table = [] {
     std::vector<StepKind> all;
-    for (const auto& part : {programSteps(), hardwareSteps(), frameSteps(), programExpectations(),
-                             hardwareExpectations(), frameExpectations()}) {
+    for (const auto& part : {programSteps(), onStages(hardwareSteps()), frameSteps(),
+                             programExpectations(), hardwareExpectations(), frameExpectations()}) {
       all.insert(all.end(), part.begin(), part.end());
     }
     return all;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 
 namespace brivane {
 
+class Scene;
 class Stage;
 
 /// The arguments of one step, in the order of its form's slots.
@@ -41,7 +43,13 @@ using StepProblem = std::optional<std::string>;
 struct StepKind {
   /// See `Slot` for what its words mean.
   std::string_view form;
-  StepProblem (*take)(Stage& stage, const StepArguments& arguments);
+  std::function<StepProblem(Stage& stage, const StepArguments& arguments)> take;
+};
+
+/// A step that happens to the hardware alone, whether or not a program runs on it.
+struct HardwareStep {
+  std::string_view form;
+  StepProblem (*take)(Scene& scene, const StepArguments& arguments);
 };
 
 /// Everything that a scenario can say.
@@ -50,7 +58,7 @@ const std::vector<std::string_view>& stepForms();
 
 // The table's parts.
 std::vector<StepKind> programSteps();
-std::vector<StepKind> hardwareSteps();
+std::vector<HardwareStep> hardwareSteps();
 std::vector<StepKind> frameSteps();
 std::vector<StepKind> programExpectations();
 std::vector<StepKind> hardwareExpectations();

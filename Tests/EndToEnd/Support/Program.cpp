@@ -53,6 +53,18 @@ void readBoth(int first, std::string& firstText, int second, std::string& second
   }
 }
 
+/// Waits for more of the text; false when there is none any more, or for a minute.
+bool readSome(int descriptor, std::string& text) {
+  constexpr int patienceMilliseconds = 60'000;
+  pollfd open{descriptor, POLLIN, 0};
+  if (poll(&open, 1, patienceMilliseconds) != 1) return false;
+  std::array<char, 4096> buffer{};
+  const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+  if (count <= 0) return false;
+  text.append(buffer.data(), static_cast<std::size_t>(count));
+  return true;
+}
+
 }  // namespace
 
 std::filesystem::path programFolder() {
@@ -99,6 +111,7 @@ RunningProgram::~RunningProgram() {
 ProgramResult RunningProgram::wait() {
   ProgramResult result;
   result.errors = std::move(earlyErrors);
+  result.output = std::move(earlyOutput);
   readBoth(output, result.output, errors, result.errors);
   int status = 0;
   waitpid(child, &status, 0);
@@ -109,11 +122,18 @@ ProgramResult RunningProgram::wait() {
 
 bool RunningProgram::waitForError(const std::string& text) {
   while (earlyErrors.find(text) == std::string::npos) {
-    std::array<char, 4096> buffer{};
-    const ssize_t count = read(errors, buffer.data(), buffer.size());
-    if (count <= 0) return false;
-    earlyErrors.append(buffer.data(), static_cast<std::size_t>(count));
+    if (!readSome(errors, earlyErrors)) return false;
   }
+  return true;
+}
+
+bool RunningProgram::waitForOutput(const std::string& text) {
+  auto place = earlyOutput.find(text, foundOutput);
+  while (place == std::string::npos) {
+    if (!readSome(output, earlyOutput)) return false;
+    place = earlyOutput.find(text, foundOutput);
+  }
+  foundOutput = place + text.size();
   return true;
 }
 

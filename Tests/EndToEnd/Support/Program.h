@@ -42,8 +42,11 @@ class RunningProgram {
 
   ProgramResult wait();
 
-  /// Waits until the text was written to standard error; false when the program ends without it.
+  /// Waits until the text was written to standard error; false when the program ends without it, or
+  /// writes nothing for a minute.
   bool waitForError(const std::string& text);
+  /// The same for standard output, behind what an earlier call has found.
+  bool waitForOutput(const std::string& text);
 
   /// Sends it the signal. Not after it was waited for.
   void signal(int number) const;
@@ -54,8 +57,10 @@ class RunningProgram {
   pid_t child = -1;
   int output = -1;
   int errors = -1;
-  /// What `waitForError` has read already.
+  /// What `waitForError` and `waitForOutput` have read already.
   std::string earlyErrors;
+  std::string earlyOutput;
+  std::size_t foundOutput = 0;
 };
 
 ProgramResult runProgram(const std::string& name, const std::vector<std::string>& arguments,

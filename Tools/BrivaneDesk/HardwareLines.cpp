@@ -1,0 +1,64 @@
+#include "Tools/BrivaneDesk/HardwareLines.h"
+
+#include <nlohmann/json.hpp>
+
+#include "Machines/Common/PropertyJson.h"
+#include "Machines/Desk/FirmwareSection.h"
+#include "Machines/Desk/SystemSection.h"
+#include "Tools/BrivaneDesk/GammaReading.h"
+
+namespace brivane {
+namespace {
+
+std::string displayText(const DisplayDescription& display) {
+  const Rect& frame = display.frame;
+  std::string text = "at " + tracedNumber(frame.x) + " " + tracedNumber(frame.y) + ", " +
+                     tracedNumber(frame.width) + " x " + tracedNumber(frame.height) + ", port " +
+                     display.port;
+  if (display.headroom > 1) text += ", headroom " + tracedNumber(display.headroom);
+  if (display.screen == ScreenPresence::unnumbered) text += ", a screen without a number";
+  if (display.screen == ScreenPresence::none) text += ", no screen";
+  return text;
+}
+
+std::string monitorText(const MonitorState& monitor) {
+  return "level " + std::to_string(monitor.shownLevel) + ", " + std::to_string(monitor.writeCount) +
+         (monitor.writeCount == 1 ? " write" : " writes") + ", " +
+         std::string(moodName(monitor.mood)) + (monitor.isAsleep ? ", asleep" : "");
+}
+
+void addDisplay(DeskHardware& hardware, DisplayID identifier,
+                std::map<std::string, std::string>& lines) {
+  const auto number = std::to_string(identifier);
+  const auto display = hardware.display(identifier);
+  lines["display " + number] = display ? displayText(*display) : "unplugged";
+  const auto monitor = hardware.monitor(identifier);
+  if (monitor) lines["monitor " + number] = monitorText(*monitor);
+  const auto gamma = readGamma(hardware, identifier);
+  if (gamma) lines["gamma " + number] = gamma->text();
+  const auto level = hardware.panelLevel(identifier);
+  if (level) lines["display-services " + number] = "level " + tracedNumber(*level);
+}
+
+}  // namespace
+
+std::map<std::string, std::string> hardwareLines(DeskHardware& hardware) {
+  std::map<std::string, std::string> lines;
+  for (const auto& display : hardware.description().displays) {
+    addDisplay(hardware, display.identifier, lines);
+  }
+  const Point pointer = hardware.pointer();
+  lines["pointer"] = tracedNumber(pointer.x) + " " + tracedNumber(pointer.y);
+  lines["hid-mapping"] = tracedMapping(hardware.hidMapping());
+  lines["keyboard"] = std::to_string(hardware.keysDown().arrived.size()) + " keys down";
+  lines["accessibility"] = hardware.isAccessibilityGranted() ? "granted" : "revoked";
+  lines["appearance"] = appearanceName(hardware.appearance());
+  lines["system"] = hardware.isSystemAsleep() ? "asleep" : "awake";
+  const auto settings = hardware.domainContents("com.quorrel.brivane");
+  for (const auto& [key, value] : settings.value_or(PropertyValue::Dictionary())) {
+    lines["setting " + key] = jsonFromProperty(value).dump();
+  }
+  return lines;
+}
+
+}  // namespace brivane

@@ -1,0 +1,109 @@
+// A step takes place in this process, on hardware that it shares with others through the desk's
+// folder. Only keys are another process's affair: see DeskHardware::handKeyOver.
+#include "Tools/BrivaneDesk/PokeCommand.h"
+
+#include <algorithm>
+#include <list>
+#include <ostream>
+#include <utility>
+
+#include "Tools/BrivaneDesk/LiveDesk.h"
+#include "Tools/BrivaneDesk/ScenarioParser.h"
+#include "Tools/BrivaneDesk/ScenarioRun.h"
+#include "Tools/BrivaneDesk/Scene.h"
+#include "Tools/BrivaneDesk/StepTable.h"
+
+namespace brivane {
+namespace {
+
+constexpr int undone = 1;
+constexpr int misunderstood = 2;
+
+class LiveScene : public Scene {
+ public:
+  explicit LiveScene(DeskMachine& deskMachine) : machine(deskMachine) {}
+
+  DeskHardware& hardware() override { return machine.hardware(); }
+  DeskKeyboard& keyboard() override { return machine.keyboard(); }
+  Microseconds now() const override { return machine.runtime().now().time_since_epoch(); }
+
+  void later(Microseconds delay, std::function<void()> action) override {
+    const auto planned = pending.insert(pending.end(), std::move(action));
+    machine.runtime().after(delay, [this, planned] {
+      (*planned)();
+      pending.erase(planned);
+      if (pending.empty()) machine.runtime().stop();
+    });
+  }
+
+  /// Until everything planned has happened. When the process is asked to end, it happens at once:
+  /// no key stays down.
+  void finish() {
+    if (pending.empty()) return;
+    const auto ending =
+        machine.notifications().observeTermination([this] { machine.runtime().stop(); });
+    machine.runtime().run();
+    for (const auto& action : std::exchange(pending, {})) action();
+  }
+
+ private:
+  DeskMachine& machine;
+  std::list<std::function<void()>> pending;
+};
+
+/// The words as one line; those that were one to the shell stay one.
+std::string asLine(const std::vector<std::string>& words) {
+  if (words.size() == 1) return words.front();
+  std::string line;
+  for (const auto& word : words) {
+    const bool isPlain = word.find_first_of(" \t") == std::string::npos || word.starts_with('"') ||
+                         word.starts_with('{') || word.starts_with('[');
+    line += (line.empty() ? "" : " ") + (isPlain ? word : '"' + word + '"');
+  }
+  return line;
+}
+
+const HardwareStep* findStep(const std::vector<HardwareStep>& steps, std::string_view form) {
+  const auto found = std::ranges::find(steps, form, &HardwareStep::form);
+  return found == steps.end() ? nullptr : &*found;
+}
+
+std::string refusal(const Step& step) {
+  if (step.form.starts_with("expect ")) return "an expectation looks at a scenario, not at a desk";
+  return '"' + step.text + "\" is no step for a desk: it is done to the program's own process";
+}
+
+}  // namespace
+
+int poke(std::vector<std::string> words, std::ostream& out, std::ostream& errors) {
+  const auto complain = [&errors](const std::string& what, int status) {
+    errors << "brivane-desk: " << what << std::endl;
+    return status;
+  };
+  const auto [desk, stepWords] = deskWords(std::move(words));
+  if (stepWords.empty())
+    return complain("poke needs a step, such as: poke unplug 3", misunderstood);
+  const auto parsed = parseStep(asLine(stepWords));
+  if (const auto* mistake = std::get_if<std::string>(&parsed)) {
+    return complain(*mistake, misunderstood);
+  }
+  const auto& step = std::get<Step>(parsed);
+  const auto steps = hardwareSteps();
+  const auto* const kind = findStep(steps, step.form);
+  if (kind == nullptr) return complain(refusal(step), misunderstood);
+
+  const auto opened = openLiveDesk(desk);
+  if (const auto* problem = std::get_if<std::string>(&opened)) return complain(*problem, undone);
+  auto& machine = *std::get<std::unique_ptr<DeskMachine>>(opened);
+  if (const auto unknown = unknownDisplay(step, machine.hardware().description())) {
+    return complain(*unknown, misunderstood);
+  }
+  machine.hardware().setTrace([&out](const std::string& line) { out << line << std::endl; });
+  LiveScene scene(machine);
+  const auto problem = kind->take(scene, StepArguments(step.arguments));
+  scene.finish();
+  if (problem) return complain(*problem, undone);
+  return 0;
+}
+
+}  // namespace brivane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+
+#include "Machines/Desk/DeskHardware.h"
+#include "Machines/Desk/Keyboard.h"
+
+namespace brivane {
+
+/// Where what a step says happens to the hardware: in a scenario, or on a desk that others use.
+class Scene {
+ public:
+  virtual ~Scene() = default;
+
+  virtual DeskHardware& hardware() = 0;
+  virtual DeskKeyboard& keyboard() = 0;
+
+  /// By the clock of the hardware.
+  virtual Microseconds now() const = 0;
+  /// Carries `action` out then, before any step of that moment.
+  virtual void later(Microseconds delay, std::function<void()> action) = 0;
+};
+
+}  // namespace brivane

@@ -1,0 +1,65 @@
+// Every change to a desk is a file renamed into its folder. What changed is told from the hardware
+// as it is then: changes that come faster than they can be read are seen as one.
+#include "Tools/BrivaneDesk/WatchCommand.h"
+
+#include <ostream>
+
+#include "Machines/Desk/FolderWatch.h"
+#include "Tools/BrivaneDesk/HardwareLines.h"
+#include "Tools/BrivaneDesk/LiveDesk.h"
+
+namespace brivane {
+namespace {
+
+using Lines = std::map<std::string, std::string>;
+
+void print(const Lines& now, const Lines& before, std::ostream& out) {
+  for (const auto& [part, text] : now) {
+    const auto found = before.find(part);
+    if (found == before.end() || found->second != text) out << part << ": " << text << std::endl;
+  }
+  for (const auto& [part, text] : before) {
+    if (!now.contains(part)) out << part << ": gone" << std::endl;
+  }
+}
+
+}  // namespace
+
+int watchDesk(std::vector<std::string> words, std::ostream& out, std::ostream& errors) {
+  const auto [desk, rest] = deskWords(std::move(words));
+  if (!rest.empty()) {
+    errors << "brivane-desk: watch needs nothing but a desk's file, found " << rest.front()
+           << std::endl;
+    return 2;
+  }
+  const auto opened = openLiveDesk(desk);
+  if (const auto* const problem = std::get_if<std::string>(&opened)) {
+    errors << "brivane-desk: " << *problem << std::endl;
+    return 1;
+  }
+  auto& machine = *std::get<std::unique_ptr<DeskMachine>>(opened);
+  auto& hardware = machine.hardware();
+  const auto ending =
+      machine.notifications().observeTermination([&machine] { machine.runtime().stop(); });
+  const auto notices = hardware.observe(
+      [&out](HardwareNotice notice) { out << "notice " << noticeName(notice) << std::endl; });
+  Lines before;
+  const auto look = [&] {
+    auto now = hardwareLines(hardware);
+    print(now, before, out);
+    before = std::move(now);
+    hardware.meetEvents();
+  };
+  const FolderWatch watch(*hardware.stateFolder(), "", machine.runtime(), look);
+  if (!watch.isWatching()) {
+    errors << "brivane-desk: " << hardware.stateFolder()->string() << " can't be watched"
+           << std::endl;
+    return 1;
+  }
+  hardware.follow();
+  look();
+  machine.runtime().run();
+  return 0;
+}
+
+}  // namespace brivane
