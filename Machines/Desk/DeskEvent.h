@@ -31,7 +31,7 @@ struct TapTimeout {
 /// What the programs on a desk are told in the order in which it happened.
 using DeskEvent = std::variant<HardwareNotice, KeyChange, TapTimeout>;
 
-/// The latest events of a desk, and the number of the last one; the first ever has number 1.
+/// The latest events of a desk, and the number of the last one; 0 before the first.
 struct EventsState {
   std::uint64_t last = 0;
   std::vector<DeskEvent> events;

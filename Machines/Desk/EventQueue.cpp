@@ -7,6 +7,13 @@ namespace {
 
 constexpr std::size_t keptEvents = 256;
 
+/// A queue that begins anew while somebody follows (its folder was removed) must not repeat numbers
+/// that were taken: they count on from the time.
+std::uint64_t firstNumber(const StateFolder* folder) {
+  if (folder == nullptr) return 0;
+  return static_cast<std::uint64_t>(folder->runtime.now().time_since_epoch().count());
+}
+
 }  // namespace
 
 void EventQueue::follow() {
@@ -15,6 +22,7 @@ void EventQueue::follow() {
 
 std::vector<DeskEvent> EventQueue::add(const DeskEvent& event) {
   const auto events = state.update([&](EventsState& changed) {
+    if (changed.last == 0) changed.last = firstNumber(folder);
     ++changed.last;
     changed.events.push_back(event);
     if (changed.events.size() > keptEvents) changed.events.erase(changed.events.begin());
@@ -30,7 +38,7 @@ std::vector<DeskEvent> EventQueue::take() {
 }
 
 std::vector<DeskEvent> EventQueue::takeFrom(const EventsState& events) {
-  // The folder was emptied, and the events count from one again.
+  // There is no event any more.
   if (*taken > events.last) taken = 0;
   const auto count = std::min<std::uint64_t>(events.last - *taken, events.events.size());
   taken = events.last;

@@ -14,7 +14,8 @@ namespace brivane {
 class EventQueue {
  public:
   /// `folder` is where processes share the events; null: they stay in this object.
-  explicit EventQueue(StateFolder* folder) : state({}, folder, "events", 0) {}
+  explicit EventQueue(StateFolder* stateFolder)
+      : folder(stateFolder), state({}, folder, "events", 0) {}
 
   /// What has happened so far is not taken.
   void follow();
@@ -29,6 +30,7 @@ class EventQueue {
  private:
   std::vector<DeskEvent> takeFrom(const EventsState& events);
 
+  StateFolder* const folder;
   StoredState<EventsState> state;
   /// The number of the last one taken; absent before `follow`.
   std::optional<std::uint64_t> taken;

@@ -7,9 +7,11 @@
 #include <csignal>
 #include <utility>
 
+#include "Machines/Desk/Frame.h"
 #include "Machines/Desk/OpenDesk.h"
 #include "Tests/Support/SignalDispositions.h"
 #include "Tests/Support/TemporaryFolder.h"
+#include "Tests/Support/TestDesk.h"
 
 namespace brivane {
 namespace {
@@ -19,6 +21,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
+using testing::UnorderedElementsAre;
 
 const PropertyValue forty = {std::int64_t{40}};
 
@@ -230,6 +233,87 @@ TEST_F(OpenDeskTest, HasTheEarlierApplicationsSettingsInItsFolder) {
   EXPECT_EQ(suite->persistentDomain("com.quorrel.tallowin"),
             (PropertyValue::Dictionary{{"a", {std::int64_t{1}}}}));
   EXPECT_EQ(suite->persistentDomain("org.example.other"), std::nullopt);
+}
+
+/// An opened desk in real time, and what another process does to it.
+class WatchingDeskTest : public OpenDeskTest {
+ protected:
+  static constexpr auto text = R"({"displays": [{"identifier": 1}, {"identifier": 2}]})";
+
+  WatchingDeskTest() {
+    auto& notifications = machine->notifications();
+    observations = {notifications.observeScreenParameters([this] { hear("screens"); }),
+                    notifications.observeDidWake([this] { hear("wake"); }),
+                    notifications.observeScreensDidWake([this] { hear("screens wake"); }),
+                    frame.application().observeEffectiveAppearance([this] { hear("appearance"); })};
+  }
+
+  void hear(const char* what) {
+    heard.emplace_back(what);
+    if (heard.size() >= expected) machine->runtime().stop();
+  }
+
+  /// The first so many things that are heard before a long time has passed.
+  std::vector<std::string> news(std::size_t count) {
+    expected = count;
+    auto& runtime = machine->runtime();
+    const auto timeout = runtime.after(std::chrono::seconds(20), [&] { runtime.stop(); });
+    if (heard.size() < expected) runtime.run();
+    runtime.cancel(timeout);
+    return std::exchange(heard, {});
+  }
+
+  const std::unique_ptr<DeskMachine> machine = open(text);
+  DeskFrame frame{machine->runtime(), machine->hardware()};
+  FolderDesk other{text, state};
+  std::vector<Observation> observations;
+  std::vector<std::string> heard;
+  std::size_t expected = 100;
+};
+
+TEST_F(WatchingDeskTest, AProgramHearsInItsOrderWhatAnotherProcessDoesToTheHardware) {
+  other.hardware.unplug(2);
+  EXPECT_THAT(news(1), ElementsAre("screens"));
+  EXPECT_EQ(machine->displays().onlineDisplayCount(), 1u);
+  other.hardware.sleepSystem();
+  other.hardware.wakeSystem(other.runtime.now());
+  other.hardware.replug(2);
+  EXPECT_THAT(news(3), ElementsAre("wake", "screens wake", "screens"));
+  EXPECT_EQ(machine->displays().onlineDisplayCount(), 2u);
+}
+
+TEST_F(WatchingDeskTest, ItsFrameTakesTheAppearanceThatAnotherProcessPicks) {
+  other.hardware.setAppearance(DeskAppearance::dark);
+  EXPECT_THAT(news(1), ElementsAre("appearance"));
+  EXPECT_EQ(frame.application().effectiveAppearance(), Appearance::dark);
+}
+
+TEST_F(WatchingDeskTest, ItHearsOfItsOwnDoingOnce) {
+  machine->hardware().unplug(2);
+  machine->hardware().setAppearance(DeskAppearance::dark);
+  other.hardware.announce(HardwareNotice::didWake);
+  EXPECT_THAT(news(3), UnorderedElementsAre("appearance", "screens", "wake"));
+}
+
+TEST_F(WatchingDeskTest, ItGoesOnHearingWhenTheFolderIsRemovedWhileItRuns) {
+  other.hardware.unplug(2);
+  EXPECT_THAT(news(1), ElementsAre("screens"));
+  std::filesystem::remove_all(state);
+  other.hardware.announce(HardwareNotice::didWake);
+  EXPECT_THAT(news(1), ElementsAre("wake"));
+}
+
+TEST_F(OpenDeskTest, SaysInOneLineThatTheFolderCannotBeWatched) {
+  folder.write("desk.json.state", "a file");
+  testing::internal::CaptureStderr();
+  {
+    const auto machine = open("{}");
+    const auto observation = machine->notifications().observeDidWake([] {});
+    const auto another = machine->notifications().observeScreenParameters([] {});
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Brivane: the desk's state in " + state.string() +
+                " can't be watched; what other processes do to the desk is noticed late\n");
 }
 
 }  // namespace
