@@ -122,6 +122,7 @@ void ThreadRuntime::async(Task task) {
   const std::lock_guard lock(mutex);
   tasks.push_back(std::move(task));
   somethingToDo.notify_all();
+  wakeHost(Instant::min());
 }
 
 TimerID ThreadRuntime::after(Microseconds delay, Task task) {
@@ -157,6 +158,53 @@ void ThreadRuntime::stop() {
   const std::lock_guard lock(mutex);
   stopped = true;
   somethingToDo.notify_all();
+  wakeHost(Instant::min());
+}
+
+void ThreadRuntime::beginHosting(Task wakeUp) {
+  const std::lock_guard lock(mutex);
+  mainThread = std::this_thread::get_id();
+  wake = std::move(wakeUp);
+  isHostAwake = false;
+  hostDeadline.reset();
+  if (stopped || !tasks.empty()) {
+    wakeHost(Instant::min());
+  } else if (!deadlines.empty()) {
+    wakeHost(deadlines.begin()->first);
+  }
+}
+
+void ThreadRuntime::endHosting() {
+  const std::lock_guard lock(mutex);
+  wake = {};
+}
+
+/// Only what is there at the beginning: tasks that queue further ones, and timers that are due
+/// again at once, must not keep the host from its own events.
+HostedTurn ThreadRuntime::runDue() {
+  const Instant moment = now();
+  std::unique_lock lock(mutex);
+  isHostAwake = true;
+  for (auto left = tasks.size(); !stopped;) {
+    Task task = takeDueTimerTask(moment);
+    if (!task && left > 0) {
+      task = takeQueuedTask();
+      --left;
+    }
+    if (!task) break;
+    lock.unlock();
+    task();
+    task = {};
+    lock.lock();
+  }
+  isHostAwake = false;
+  hostDeadline.reset();
+  if (!tasks.empty()) {
+    hostDeadline = moment;
+  } else if (!deadlines.empty()) {
+    hostDeadline = deadlines.begin()->first;
+  }
+  return {std::exchange(stopped, false), hostDeadline};
 }
 
 TimerID ThreadRuntime::addTimer(Microseconds delay, Microseconds period, Task task) {
@@ -167,6 +215,7 @@ TimerID ThreadRuntime::addTimer(Microseconds delay, Microseconds period, Task ta
   timers.emplace(id, Timer{start, period, std::move(task), deadline});
   deadlines.emplace(deadline, id);
   somethingToDo.notify_all();
+  wakeHost(deadline);
   return id;
 }
 
@@ -190,11 +239,7 @@ Task ThreadRuntime::takeNextTask() {
   while (!stopped) {
     const Instant moment = now();
     if (Task due = takeDueTimerTask(moment)) return due;
-    if (!tasks.empty()) {
-      Task task = std::move(tasks.front());
-      tasks.pop_front();
-      return task;
-    }
+    if (!tasks.empty()) return takeQueuedTask();
     if (deadlines.empty()) {
       somethingToDo.wait(lock);
     } else {
@@ -203,6 +248,19 @@ Task ThreadRuntime::takeNextTask() {
   }
   stopped = false;
   return {};
+}
+
+Task ThreadRuntime::takeQueuedTask() {
+  Task task = std::move(tasks.front());
+  tasks.pop_front();
+  return task;
+}
+
+/// A host that is awake looks for itself before it goes to sleep.
+void ThreadRuntime::wakeHost(Instant deadline) {
+  if (!wake || isHostAwake || (hostDeadline && *hostDeadline <= deadline)) return;
+  hostDeadline = deadline;
+  wake();
 }
 
 }  // namespace brivane
