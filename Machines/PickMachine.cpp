@@ -4,27 +4,36 @@
 #include <string_view>
 #include <utility>
 
+#include "Machines/Desk/AppearanceOfDesk.h"
 #include "Machines/Desk/Frame.h"
 #include "Machines/Desk/OpenDesk.h"
 #include "Machines/Linux/Machine.h"
+#include "Machines/OpenQtFrame.h"
 
 namespace brivane {
+namespace {
+
+/// On a screen when there is one, else nowhere: a desk needs nobody who looks.
+std::unique_ptr<Frame> openDeskFrame(ResidentMachine& machine, DeskHardware& hardware) {
+  std::unique_ptr<Frame> frame;
+  if (hasScreen()) frame = openQtFrame(machine, std::make_shared<AppearanceOfDesk>(hardware));
+  if (!frame) frame = std::make_unique<DeskFrame>(machine.runtime(), hardware);
+  return frame;
+}
+
+}  // namespace
 
 MachineOrProblem pickMachine() {
   const char* desk = std::getenv("BRIVANE_DESK");
   if (desk == nullptr || std::string_view(desk).empty()) {
-    // Nothing is shown yet; the keys work.
-    auto openFrame =
-        [stage = std::make_shared<DeskHardware>(DeskDescription())](ResidentMachine& resident) {
-          return std::make_unique<DeskFrame>(resident.runtime(), *stage);
-        };
-    return PickedMachine{std::make_unique<LinuxMachine>(), openFrame};
+    return PickedMachine{std::make_unique<LinuxMachine>(),
+                         [](ResidentMachine& machine) { return openQtFrame(machine, nullptr); }};
   }
   auto opened = openDesk(desk);
   if (auto* problem = std::get_if<std::string>(&opened)) return std::move(*problem);
   auto machine = std::move(std::get<std::unique_ptr<DeskMachine>>(opened));
   auto openFrame = [hardware = &machine->hardware()](ResidentMachine& resident) {
-    return std::make_unique<DeskFrame>(resident.runtime(), *hardware);
+    return openDeskFrame(resident, *hardware);
   };
   return PickedMachine{std::move(machine), openFrame};
 }

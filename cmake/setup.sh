@@ -7,7 +7,8 @@ say() { printf '%s\n' "$*" >&2; }
 
 # What it takes to build and run the program.
 program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-dev libxcb-randr0-dev
-  libxcb-xkb-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev libsystemd-dev)
+  libxcb-xkb-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev libsystemd-dev
+  qt6-base-dev qt6-qpa-plugins)
 
 # A kernel with the three monitors that Tests/EndToEnd/Linux expects.
 linux_world=(build/bin/ddc-bus-host

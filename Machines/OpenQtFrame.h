@@ -1,0 +1,18 @@
+#pragma once
+
+#include <memory>
+
+#include "BrivaneApp/Frame/Frame.h"
+#include "Machines/Common/AppearanceSource.h"
+
+namespace brivane {
+
+/// Whether the environment speaks of a screen: an X server, or a Qt platform of the user's choice.
+bool hasScreen();
+
+/// Loads the module with the Qt frame and opens it on the machine. Null, with one line in the
+/// machine's log, when Qt is missing or no screen is reached.
+std::unique_ptr<Frame> openQtFrame(ResidentMachine& machine,
+                                   std::shared_ptr<AppearanceSource> appearance);
+
+}  // namespace brivane

@@ -1,0 +1,84 @@
+// Qt 6.4 knows nothing of light and dark: there are only colours, and few desktops hand theirs to
+// it. What they do offer is a setting at the portal.
+#include "Machines/Qt/Appearances.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace brivane {
+namespace {
+
+Appearance appearanceOf(const QPalette& palette) {
+  const int background = palette.color(QPalette::Window).lightness();
+  const int text = palette.color(QPalette::WindowText).lightness();
+  return background < text ? Appearance::dark : Appearance::light;
+}
+
+void set(QPalette& palette, QPalette::ColorRole role, const QColor& color) {
+  palette.setColor(role, color);
+}
+
+QPalette darkPalette() {
+  QPalette palette(QColor(50, 50, 54), QColor(42, 42, 46));
+  set(palette, QPalette::WindowText, QColor(236, 236, 238));
+  set(palette, QPalette::Text, QColor(236, 236, 238));
+  set(palette, QPalette::ButtonText, QColor(236, 236, 238));
+  set(palette, QPalette::BrightText, Qt::white);
+  set(palette, QPalette::Base, QColor(30, 30, 33));
+  set(palette, QPalette::ToolTipBase, QColor(62, 62, 66));
+  set(palette, QPalette::ToolTipText, QColor(236, 236, 238));
+  set(palette, QPalette::Highlight, QColor(48, 128, 208));
+  set(palette, QPalette::HighlightedText, Qt::white);
+  set(palette, QPalette::PlaceholderText, QColor(236, 236, 238, 128));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, QColor(140, 140, 146));
+  }
+  return palette;
+}
+
+QPalette lightPalette() {
+  QPalette palette(QColor(239, 239, 241), QColor(243, 243, 245));
+  set(palette, QPalette::Base, Qt::white);
+  set(palette, QPalette::Highlight, QColor(38, 110, 190));
+  set(palette, QPalette::HighlightedText, Qt::white);
+  return palette;
+}
+
+}  // namespace
+
+QtAppearances::QtAppearances(std::shared_ptr<AppearanceSource> itsSource)
+    : source(std::move(itsSource)) {
+  update();
+  qApp->installEventFilter(this);
+  if (source) {
+    sourceChanges = source->observe([this] { update(); });
+  } else {
+    portal.ask([this] { update(); });
+  }
+}
+
+bool QtAppearances::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) update();
+  return QObject::eventFilter(watched, event);
+}
+
+std::optional<Appearance> QtAppearances::wished() const {
+  return source ? std::optional(source->appearance()) : portal.preference();
+}
+
+void QtAppearances::update() {
+  const Appearance before = appearance;
+  const auto wish = wished();
+  appearance = wish.value_or(appearanceOf(QApplication::palette()));
+  if (appearance != appearanceOf(QApplication::palette())) {
+    // Other styles may draw with pictures of their own, whatever the colours.
+    if (!hasOwnColors) QApplication::setStyle(QStyleFactory::create("Fusion"));
+    hasOwnColors = true;
+    QApplication::setPalette(appearance == Appearance::dark ? darkPalette() : lightPalette());
+  }
+  if (appearance != before) changes.announce();
+}
+
+}  // namespace brivane

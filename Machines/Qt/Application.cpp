@@ -1,0 +1,83 @@
+#include "Machines/Qt/Application.h"
+
+#include <QWidget>
+#include <algorithm>
+#include <clocale>
+
+namespace brivane {
+namespace {
+
+std::vector<std::string> argumentWords(const QtPlatform& platform) {
+  return {"Brivane", "-platform", platform.name};
+}
+
+std::vector<char*> pointers(std::vector<std::string>& words) {
+  std::vector<char*> result(words.size() + 1, nullptr);
+  std::ranges::transform(words, result.begin(), [](std::string& word) { return word.data(); });
+  return result;
+}
+
+}  // namespace
+
+QtApplication::QtApplication(const QtPlatform& platform, const QtFrameRequest& request)
+    : runtime(request.machine.runtime()),
+      words(argumentWords(platform)),
+      arguments(pointers(words)),
+      argumentCount(static_cast<int>(words.size())),
+      application(argumentCount, arguments.data()),
+      appearances(request.appearance),
+      driver(runtime, request.mainQueue, [] { QCoreApplication::quit(); }) {
+  // Qt takes over the user's locale; numbers in files are written and read with a point.
+  std::setlocale(LC_NUMERIC, "C");
+  QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setApplicationName("Brivane");
+  QApplication::setApplicationDisplayName("Brivane");
+  QApplication::setDesktopFileName("com.quorrel.brivane");
+}
+
+QtApplication::~QtApplication() = default;
+
+int QtApplication::run() {
+  runtime.async([this] {
+    if (delegate != nullptr) delegate->applicationDidFinishLaunching();
+  });
+  QApplication::exec();
+  // The session may end the application without asking it.
+  if (!isEnding) tellDelegateOfTheEnd();
+  return exitStatus;
+}
+
+void QtApplication::terminate() {
+  if (isEnding) return;
+  tellDelegateOfTheEnd();
+  runtime.stop();
+}
+
+void QtApplication::exit(int status) {
+  isEnding = true;
+  exitStatus = status;
+  runtime.stop();
+}
+
+void QtApplication::tellDelegateOfTheEnd() {
+  isEnding = true;
+  if (delegate != nullptr) delegate->applicationWillTerminate();
+}
+
+void QtApplication::activateIgnoringOtherApplications() {
+  for (QWidget* const window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible() || window->windowType() != Qt::Window) continue;
+    window->raise();
+    window->activateWindow();
+  }
+}
+
+void QtApplication::beep() {
+  QApplication::beep();
+}
+
+Observation QtApplication::observeEffectiveAppearance(Task handler) {
+  return appearances.observe(std::move(handler));
+}
+
+}  // namespace brivane

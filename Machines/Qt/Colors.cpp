@@ -1,0 +1,55 @@
+#include "Machines/Qt/Colors.h"
+
+#include <QApplication>
+#include <QPalette>
+
+namespace brivane {
+namespace {
+
+/// Dark ink on light ground and the reverse.
+QColor ink(Appearance appearance, double lightOpacity, double darkOpacity) {
+  return appearance == Appearance::dark
+             ? QColor::fromRgbF(1, 1, 1, static_cast<float>(darkOpacity))
+             : QColor::fromRgbF(0, 0, 0, static_cast<float>(lightOpacity));
+}
+
+/// Opacities at which secondary and tertiary text still reads well on a menu's ground.
+QColor systemColor(SystemColor color, Appearance appearance) {
+  switch (color) {
+    case SystemColor::label:
+      return ink(appearance, 0.88, 0.92);
+    case SystemColor::secondaryLabel:
+      return ink(appearance, 0.6, 0.65);
+    case SystemColor::tertiaryLabel:
+      return ink(appearance, 0.45, 0.48);
+    case SystemColor::accent:
+      return QApplication::palette().color(QPalette::Highlight);
+    case SystemColor::separator:
+      return ink(appearance, 0.22, 0.26);
+    case SystemColor::controlBackground:
+      return appearance == Appearance::dark ? QColor(30, 30, 33) : QColor(255, 255, 255);
+  }
+  return {};
+}
+
+struct Resolving {
+  Appearance appearance;
+
+  QColor operator()(const Color& color) const {
+    return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
+                            static_cast<float>(color.blue), static_cast<float>(color.alpha));
+  }
+  QColor operator()(const SystemPaint& paint) const {
+    QColor color = systemColor(paint.color, appearance);
+    color.setAlphaF(static_cast<float>(color.alphaF() * paint.opacity));
+    return color;
+  }
+};
+
+}  // namespace
+
+QColor resolvedColor(const Paint& paint, Appearance appearance) {
+  return std::visit(Resolving{appearance}, paint);
+}
+
+}  // namespace brivane

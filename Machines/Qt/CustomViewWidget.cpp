@@ -1,0 +1,114 @@
+// Having the keys (being the first responder) and having Qt's focus are two things: a view that
+// gives the keys back keeps the focus, so that Tab goes on from there. It loses both together.
+#include "Machines/Qt/CustomViewWidget.h"
+
+#include <QAccessible>
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPen>
+#include <QPointer>
+#include <utility>
+
+#include "Machines/Qt/Colors.h"
+#include "Machines/Qt/Painter.h"
+#include "Machines/Qt/VirtualKeys.h"
+
+namespace brivane {
+
+CustomViewWidget::CustomViewWidget(const WindowView& itsField, QtApplication& itsApplication,
+                                   QWidget* parent)
+    : QWidget(parent), view(itsField.view), application(itsApplication) {
+  setAccessibleName(QString::fromStdString(itsField.accessibilityLabel));
+  setAccessibleDescription(QString::fromStdString(view->accessibilityText()));
+  if (view->acceptsFirstResponder()) setFocusPolicy(Qt::StrongFocus);
+  view->setHost(this);
+}
+
+void CustomViewWidget::leave() {
+  if (view != nullptr) std::exchange(view, nullptr)->setHost(nullptr);
+}
+
+void CustomViewWidget::setNeedsDisplay() {
+  if (view != nullptr) {
+    setAccessibleDescription(QString::fromStdString(view->accessibilityText()));
+  }
+  update();
+}
+
+void CustomViewWidget::makeFirstResponder() {
+  if (isFirstResponder || view == nullptr || !view->acceptsFirstResponder()) return;
+  setFocus(Qt::OtherFocusReason);
+  isFirstResponder = true;
+}
+
+void CustomViewWidget::resignFirstResponder() {
+  if (!isFirstResponder || view == nullptr || !view->resignFirstResponder()) return;
+  isFirstResponder = false;
+}
+
+void CustomViewWidget::beep() {
+  application.beep();
+}
+
+/// Tab and the window's own shortcuts are keys like any other for a view that has the keys.
+bool CustomViewWidget::event(QEvent* event) {
+  if (isFirstResponder && event->type() == QEvent::ShortcutOverride) {
+    event->accept();
+    return true;
+  }
+  if (isFirstResponder && event->type() == QEvent::KeyPress) {
+    keyPressEvent(static_cast<QKeyEvent*>(event));
+    if (event->isAccepted()) return true;
+  }
+  return QWidget::event(event);
+}
+
+void CustomViewWidget::paintEvent(QPaintEvent*) {
+  if (view == nullptr) return;
+  QPainter painter(this);
+  const QtPainter::View size{.width = static_cast<double>(width()),
+                             .height = static_cast<double>(height()),
+                             .appearance = application.effectiveAppearance()};
+  QtPainter canvas(painter, size);
+  draw(view->draw(), canvas);
+  if (!hasFocus() || isFirstResponder) return;
+  // Where the keyboard is.
+  QColor ring = resolvedColor(SystemPaint{SystemColor::accent, 0.6}, size.appearance);
+  painter.setPen(QPen(ring, 2));
+  painter.drawPath(continuousRectangle(QRectF(rect()).adjusted(1, 1, -1, -1), 6));
+}
+
+void CustomViewWidget::mousePressEvent(QMouseEvent*) {
+  if (view != nullptr) view->mouseDown();
+}
+
+void CustomViewWidget::keyPressEvent(QKeyEvent* event) {
+  event->accept();
+  const auto press = keyPressOf(*event);
+  if (isFirstResponder) {
+    if (!press || view == nullptr) return;
+    const QPointer<CustomViewWidget> self(this);
+    const bool isTaken = view->keyDown(*press);
+    if (self && !isTaken) event->ignore();
+  } else if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return) {
+    if (view != nullptr) view->mouseDown();
+  } else {
+    event->ignore();
+  }
+}
+
+void CustomViewWidget::focusInEvent(QFocusEvent*) {
+  update();
+}
+
+/// Another window in front takes nothing away: the keys come back with this one.
+void CustomViewWidget::focusOutEvent(QFocusEvent* event) {
+  update();
+  if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason) {
+    return;
+  }
+  resignFirstResponder();
+}
+
+}  // namespace brivane

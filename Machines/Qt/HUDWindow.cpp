@@ -1,0 +1,223 @@
+// Window managers would frame the window, place it where they like and take clicks for their frame;
+// so it goes past them. Where nobody blends windows, what should shine through would be black: then
+// the card stands on a ground of its own, and the X server cuts the corners off.
+#include "Machines/Qt/HUDWindow.h"
+
+#include <QBitmap>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWidget>
+#include <algorithm>
+#include <cmath>
+
+#include "Machines/Qt/Compositor.h"
+#include "Machines/Qt/Painter.h"
+#include "Machines/Qt/ScreenMap.h"
+#include "Machines/Qt/Transition.h"
+
+namespace brivane {
+namespace {
+
+constexpr double contentChangeSeconds = 0.14;
+constexpr double secondsPerSpinnerTurn = 0.8;
+constexpr int frameMilliseconds = 16;
+/// A step of the spinner.
+constexpr int spinnerMilliseconds = 100;
+
+Qt::WindowFlags windowFlags(const HUDWindowAttributes& attributes) {
+  Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus |
+                          Qt::BypassWindowManagerHint | Qt::NoDropShadowWindowHint;
+  if (attributes.level > 0) flags |= Qt::WindowStaysOnTopHint;
+  if (attributes.ignoresMouseEvents) flags |= Qt::WindowTransparentForInput;
+  return flags;
+}
+
+QRect desktopPixels() {
+  QRect all;
+  for (const QScreen* const screen : QGuiApplication::screens()) {
+    const QRect points = screen->geometry();
+    all |= QRect(points.topLeft(), (QSizeF(points.size()) * screen->devicePixelRatio()).toSize());
+  }
+  return all;
+}
+
+/// Qt's own coordinates: a screen begins at its first pixel and goes on in points.
+QRect inPoints(const QRect& pixels) {
+  const QScreen* found = QGuiApplication::primaryScreen();
+  for (const QScreen* const screen : QGuiApplication::screens()) {
+    const QRect points = screen->geometry();
+    const QRect own(points.topLeft(),
+                    (QSizeF(points.size()) * screen->devicePixelRatio()).toSize());
+    if (own.contains(pixels.center())) found = screen;
+  }
+  if (found == nullptr) return pixels;
+  const QPoint origin = found->geometry().topLeft();
+  const double scale = found->devicePixelRatio();
+  const QPointF corner = QPointF(pixels.topLeft() - origin) / scale;
+  return {origin + corner.toPoint(), (QSizeF(pixels.size()) / scale).toSize()};
+}
+
+}  // namespace
+
+class QtHUDWindow::View : public QWidget {
+ public:
+  View(QtHUDWindow& hud, Qt::WindowFlags flags) : QWidget(nullptr, flags), owner(hud) {}
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    const double alpha = owner.alphaNow();
+    if (owner.isComposited) {
+      painter.setOpacity(alpha);
+    } else if (alpha > 0) {
+      painter.fillRect(rect(), owner.application.effectiveAppearance() == Appearance::dark
+                                   ? Qt::black
+                                   : Qt::white);
+    }
+    QtPainter canvas(painter, {.width = static_cast<double>(width()),
+                               .height = static_cast<double>(height()),
+                               .appearance = owner.application.effectiveAppearance(),
+                               .spinnerTurns = toSeconds(owner.runtime.now().time_since_epoch()) /
+                                               secondsPerSpinnerTurn});
+    draw(owner.contentNow(), canvas);
+  }
+
+ private:
+  QtHUDWindow& owner;
+};
+
+QtHUDWindow::QtHUDWindow(const HUDWindowAttributes& attributes, Runtime& frameRuntime,
+                         DisplaySystem& machineDisplays, QtApplication& frameApplication)
+    : runtime(frameRuntime),
+      displays(machineDisplays),
+      application(frameApplication),
+      ownFrame(attributes.contentRect),
+      view(std::make_unique<View>(*this, windowFlags(attributes))) {
+  view->setObjectName("Brivane HUD");
+  view->setWindowTitle("Brivane");
+  view->setAttribute(Qt::WA_TranslucentBackground, !attributes.isOpaque);
+  view->setAttribute(Qt::WA_ShowWithoutActivating);
+  view->setAttribute(Qt::WA_X11NetWmWindowTypeNotification);
+  view->resize(static_cast<int>(ownFrame.width), static_cast<int>(ownFrame.height));
+  frameTimer.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&frameTimer, &QTimer::timeout, view.get(), [this] { step(); });
+}
+
+QtHUDWindow::~QtHUDWindow() = default;
+
+QWidget& QtHUDWindow::widget() {
+  return *view;
+}
+
+void QtHUDWindow::setFrame(const Rect& newFrame) {
+  ownFrame = newFrame;
+  place();
+}
+
+void QtHUDWindow::place() {
+  const double scale = view->devicePixelRatioF();
+  view->setGeometry(inPoints(placeOnDesktop(ownFrame, displays.screens(), desktopPixels(), scale)));
+}
+
+void QtHUDWindow::setAlpha(double alpha) {
+  alphaFrom = alphaTo = alpha;
+  alphaCourse = {};
+  view->update();
+}
+
+void QtHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
+                               Task completion) {
+  alphaFrom = alphaNow();
+  alphaTo = alpha;
+  alphaCourse = {runtime.now(), durationSeconds};
+  alphaTiming = timing;
+  view->update();
+  animateWhileNeeded();
+  if (completion) runtime.after(fromSeconds(durationSeconds), std::move(completion));
+}
+
+void QtHUDWindow::orderFrontRegardless() {
+  isComposited = hasCompositor();
+  shapeWithoutCompositor();
+  if (!isOrderedIn) {
+    isOrderedIn = true;
+    place();
+    view->show();
+  }
+  view->raise();
+  animateWhileNeeded();
+}
+
+void QtHUDWindow::orderOut() {
+  isOrderedIn = false;
+  view->hide();
+  frameTimer.stop();
+}
+
+void QtHUDWindow::installContentView(const DisplayList& newContent) {
+  show(newContent, 0);
+}
+
+void QtHUDWindow::updateContent(const DisplayList& newContent, ContentChange change) {
+  show(newContent, change == ContentChange::animated ? contentChangeSeconds : 0);
+}
+
+void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
+  contentFrom = contentNow();
+  content = newContent;
+  contentCourse = {runtime.now(), durationSeconds};
+  hasSpinner = std::ranges::any_of(content, [](const Primitive& primitive) {
+    return std::holds_alternative<Spinner>(primitive);
+  });
+  view->update();
+  animateWhileNeeded();
+}
+
+double QtHUDWindow::progress(const Course& course) const {
+  const double passed = secondsBetween(course.start, runtime.now());
+  if (passed >= course.durationSeconds) return 1;
+  return std::max(passed / course.durationSeconds, 0.0);
+}
+
+double QtHUDWindow::alphaNow() const {
+  const double share = progress(alphaCourse);
+  const double eased = alphaTiming == AnimationTiming::easeIn ? share * share : share;
+  return alphaFrom + (alphaTo - alphaFrom) * eased;
+}
+
+DisplayList QtHUDWindow::contentNow() const {
+  const double left = 1 - progress(contentCourse);
+  return between(contentFrom, content, 1 - left * left);
+}
+
+/// While nothing moves nothing wakes the processor.
+void QtHUDWindow::animateWhileNeeded() {
+  const bool moves = progress(alphaCourse) < 1 || progress(contentCourse) < 1;
+  if (!isOrderedIn || !(moves || hasSpinner)) {
+    frameTimer.stop();
+    return;
+  }
+  const int milliseconds = moves ? frameMilliseconds : spinnerMilliseconds;
+  if (!frameTimer.isActive() || frameTimer.interval() != milliseconds) {
+    frameTimer.start(milliseconds);
+  }
+}
+
+void QtHUDWindow::step() {
+  view->update();
+  animateWhileNeeded();
+}
+
+void QtHUDWindow::shapeWithoutCompositor() {
+  if (isComposited) {
+    view->clearMask();
+    return;
+  }
+  const QtPainter::View size{.width = static_cast<double>(view->width()),
+                             .height = static_cast<double>(view->height())};
+  const QImage picture = renderedPicture(content, size, 1);
+  view->setMask(QBitmap::fromImage(picture.createAlphaMask(Qt::ThresholdDither)));
+}
+
+}  // namespace brivane

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QTimer>
+#include <memory>
+
+#include "BrivaneApp/Frame/HUDWindow.h"
+#include "BrivaneCore/Seams/DisplaySystem.h"
+#include "Machines/Qt/Application.h"
+
+namespace brivane {
+
+/// The HUD's window: no window manager places it, no click and no key reaches it. Its alpha is
+/// painted, which needs no help but a compositor's; without one it has a rounded shape and is there
+/// or not. Main thread.
+class QtHUDWindow : public HUDWindow {
+ public:
+  QtHUDWindow(const HUDWindowAttributes& attributes, Runtime& frameRuntime,
+              DisplaySystem& machineDisplays, QtApplication& frameApplication);
+  ~QtHUDWindow() override;
+  QtHUDWindow(const QtHUDWindow&) = delete;
+  QtHUDWindow& operator=(const QtHUDWindow&) = delete;
+
+  Rect frame() override { return ownFrame; }
+  void setFrame(const Rect& newFrame) override;
+  bool isVisible() override { return isOrderedIn; }
+  void setAlpha(double alpha) override;
+  void animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
+                    Task completion) override;
+  void orderFrontRegardless() override;
+  void orderOut() override;
+  void installContentView(const DisplayList& newContent) override;
+  void updateContent(const DisplayList& newContent, ContentChange change) override;
+
+  /// As it is at this moment, in the middle of an animation too.
+  double alphaNow() const;
+  /// What is drawn at this moment, in the middle of a change too.
+  DisplayList contentNow() const;
+  QWidget& widget();
+
+ private:
+  class View;
+
+  struct Course {
+    Instant start;
+    double durationSeconds = 0;
+  };
+
+  double progress(const Course& course) const;
+  void place();
+  void show(const DisplayList& newContent, double durationSeconds);
+  void animateWhileNeeded();
+  void shapeWithoutCompositor();
+  void step();
+
+  Runtime& runtime;
+  DisplaySystem& displays;
+  QtApplication& application;
+  Rect ownFrame;
+  bool isOrderedIn = false;
+  bool isComposited = true;
+
+  double alphaFrom = 1;
+  double alphaTo = 1;
+  Course alphaCourse;
+  AnimationTiming alphaTiming = AnimationTiming::linear;
+
+  DisplayList contentFrom;
+  DisplayList content;
+  Course contentCourse;
+  bool hasSpinner = false;
+
+  std::unique_ptr<View> view;
+  QTimer frameTimer;
+};
+
+}  // namespace brivane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include "BrivaneCore/Seams/Runtime.h"
+#include "Machines/Common/HostedMainQueue.h"
+
+namespace brivane {
+
+/// Runs a Runtime's main queue from Qt's event loop, whoever runs that. Main thread.
+class MainQueueDriver : public QObject {
+ public:
+  /// `whenStopped` is called after the task that stopped the Runtime.
+  MainQueueDriver(Runtime& itsRuntime, HostedMainQueue& itsQueue, Task whenStopped);
+  ~MainQueueDriver() override;
+  MainQueueDriver(const MainQueueDriver&) = delete;
+  MainQueueDriver& operator=(const MainQueueDriver&) = delete;
+
+ private:
+  void turn();
+
+  Runtime& runtime;
+  HostedMainQueue& queue;
+  const Task stopped;
+  QTimer timer;
+};
+
+}  // namespace brivane

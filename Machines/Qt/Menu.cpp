@@ -1,0 +1,216 @@
+// The program may replace the items from within any closure of an item, the one that is running
+// included; so a row's closure carries the generation of items that it belongs to, and rows that
+// are gone are deleted only when Qt has returned from them.
+#include "Machines/Qt/Menu.h"
+
+#include <QKeyEvent>
+#include <QScreen>
+#include <QWidgetAction>
+#include <utility>
+
+#include "Machines/Qt/MenuRows.h"
+
+namespace brivane {
+namespace {
+
+/// An ampersand would underline the letter after it.
+QString actionText(const MenuCommand& command) {
+  QString text = QString::fromStdString(command.title).replace("&", "&&");
+  if (!command.keyEquivalent.empty()) {
+    text += "\t" + QString::fromStdString(command.keyEquivalent).toUpper();
+  }
+  return text;
+}
+
+void show(QAction& action, const MenuCommand& command) {
+  action.setText(actionText(command));
+  // Styles draw an empty box for what could be ticked.
+  action.setCheckable(command.isChecked);
+  action.setChecked(command.isChecked);
+}
+
+bool isModifier(int key) {
+  return key == Qt::Key_Alt || key == Qt::Key_AltGr || key == Qt::Key_Control ||
+         key == Qt::Key_Shift || key == Qt::Key_Meta || key == Qt::Key_Super_L ||
+         key == Qt::Key_Super_R;
+}
+
+}  // namespace
+
+class QtMenu::Window : public QMenu {
+ public:
+  explicit Window(QtMenu& itsMenu) : menu(itsMenu) {}
+
+ protected:
+  /// A modifier is on its way to a hotkey; on other menus Alt closes the menu.
+  void keyPressEvent(QKeyEvent* event) override {
+    if (isModifier(event->key())) return;
+    if (menu.chooseByKey(event->text())) return;
+    QMenu::keyPressEvent(event);
+  }
+
+ private:
+  QtMenu& menu;
+};
+
+QtMenu::QtMenu(QtApplication& frameApplication)
+    : application(frameApplication), window(std::make_unique<Window>(*this)) {
+  window->setAccessibleName("Brivane");
+  window->setToolTipsVisible(true);
+  QObject::connect(window.get(), &QMenu::aboutToHide, window.get(), [this] { didHide(); });
+}
+
+QtMenu::~QtMenu() {
+  anchor.kill();
+  window->hide();
+}
+
+QMenu& QtMenu::widget() {
+  return *window;
+}
+
+void QtMenu::setItems(std::vector<MenuItem> newItems) {
+  const auto selected = std::ranges::find(actions, window->activeAction());
+  const auto selectedIndex = static_cast<std::size_t>(selected - actions.begin());
+  ++generation;
+  items = std::move(newItems);
+  for (QAction* const action : std::exchange(actions, {})) {
+    window->removeAction(action);
+    action->deleteLater();
+  }
+  for (std::size_t index = 0; index < items.size(); ++index) addRow(index);
+  if (!isOpen) return;
+  if (selectedIndex < actions.size() && actions[selectedIndex]->isEnabled()) {
+    window->setActiveAction(actions[selectedIndex]);
+  }
+  keepOnScreen();
+}
+
+void QtMenu::addRow(std::size_t index) {
+  QAction* const action =
+      std::visit([&](const auto& item) { return makeAction(index, item); }, items[index]);
+  actions.push_back(action);
+  window->addAction(action);
+}
+
+QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuText& text) {
+  auto* const action = new QWidgetAction(window.get());
+  action->setText(QString::fromStdString(text.title));
+  action->setDefaultWidget(new MenuTextRow(text, application));
+  action->setEnabled(false);
+  return action;
+}
+
+QAction* QtMenu::makeAction(std::size_t index, const MenuSlider& slider) {
+  auto* const action = new QWidgetAction(window.get());
+  action->setText(QString::fromStdString(slider.accessibilityLabel));
+  action->setDefaultWidget(
+      new MenuSliderRow(slider, [this, index, itsGeneration = generation](double value) {
+        sliderMoved(index, itsGeneration, value);
+      }));
+  return action;
+}
+
+QAction* QtMenu::makeAction(std::size_t index, const MenuCommand& command) {
+  auto* const action = new QAction(window.get());
+  show(*action, command);
+  QObject::connect(action, &QAction::triggered, window.get(),
+                   [this, index, itsGeneration = generation] { chosen(index, itsGeneration); });
+  return action;
+}
+
+QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuSeparator& /*separator*/) {
+  auto* const action = new QAction(window.get());
+  action->setSeparator(true);
+  return action;
+}
+
+void QtMenu::setTitle(std::size_t index, const std::string& title) {
+  auto& item = items.at(index);
+  if (auto* const command = std::get_if<MenuCommand>(&item)) {
+    command->title = title;
+    show(*actions[index], *command);
+    return;
+  }
+  auto& text = std::get<MenuText>(item);
+  if (text.title == title) return;
+  text.title = title;
+  actions[index]->setText(QString::fromStdString(title));
+  auto* const action = static_cast<QWidgetAction*>(actions[index]);
+  static_cast<MenuTextRow*>(action->defaultWidget())->setTitle(title);
+}
+
+void QtMenu::setChecked(std::size_t index, bool isChecked) {
+  auto& command = std::get<MenuCommand>(items.at(index));
+  command.isChecked = isChecked;
+  show(*actions[index], command);
+}
+
+void QtMenu::setSliderValue(std::size_t index, double value) {
+  std::get<MenuSlider>(items.at(index)).value = value;
+  auto* const action = static_cast<QWidgetAction*>(actions[index]);
+  static_cast<MenuSliderRow*>(action->defaultWidget())->setValue(value);
+}
+
+double QtMenu::sliderValue(std::size_t index) {
+  return std::get<MenuSlider>(items.at(index)).value;
+}
+
+void QtMenu::sliderMoved(std::size_t index, std::uint64_t itsGeneration, double value) {
+  if (itsGeneration != generation) return;
+  auto& slider = std::get<MenuSlider>(items.at(index));
+  slider.value = value;
+  const auto moved = slider.moved;
+  if (moved) moved(value);
+}
+
+/// Qt has ticked a checkable item by itself; what it shows is the program's affair.
+void QtMenu::chosen(std::size_t index, std::uint64_t itsGeneration) {
+  if (itsGeneration != generation) return;
+  const auto& command = std::get<MenuCommand>(items.at(index));
+  show(*actions[index], command);
+  const auto handler = command.chosen;
+  if (handler) handler();
+}
+
+bool QtMenu::chooseByKey(const QString& key) {
+  if (key.isEmpty()) return false;
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    const auto* const command = std::get_if<MenuCommand>(&items[index]);
+    if (command == nullptr || command->keyEquivalent != key.toLower().toStdString()) continue;
+    window->hide();
+    actions[index]->trigger();
+    return true;
+  }
+  return false;
+}
+
+void QtMenu::open(const QPoint& place) {
+  if (isOpen) {
+    window->close();
+    return;
+  }
+  isOpen = true;
+  const auto watch = anchor.watch();
+  if (delegate != nullptr) delegate->menuWillOpen();
+  if (watch.isAlive()) window->popup(place);
+}
+
+void QtMenu::didHide() {
+  if (!std::exchange(isOpen, false)) return;
+  if (delegate != nullptr) delegate->menuDidClose();
+}
+
+/// A menu that has grown must not hang over the edge.
+void QtMenu::keepOnScreen() {
+  if (!window->isVisible() || window->screen() == nullptr) return;
+  window->resize(window->sizeHint());
+  const QRect room = window->screen()->availableGeometry();
+  QRect box = window->geometry();
+  box.moveBottom(std::min(box.bottom(), room.bottom()));
+  box.moveTop(std::max(box.top(), room.top()));
+  box.moveRight(std::min(box.right(), room.right()));
+  window->setGeometry(box);
+}
+
+}  // namespace brivane

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QMenu>
+#include <QPointer>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "BrivaneApp/Frame/StatusItem.h"
+#include "BrivaneCore/Support/LivenessAnchor.h"
+#include "Machines/Qt/Application.h"
+
+namespace brivane {
+
+class MenuTextRow;
+class MenuSliderRow;
+
+/// The status item's menu. Qt's loop runs on while it is open, and the main queue with it. Main
+/// thread.
+class QtMenu : public MenuView {
+ public:
+  explicit QtMenu(QtApplication& frameApplication);
+  ~QtMenu() override;
+  QtMenu(const QtMenu&) = delete;
+  QtMenu& operator=(const QtMenu&) = delete;
+
+  void setDelegate(MenuDelegate* newDelegate) override { delegate = newDelegate; }
+  void setItems(std::vector<MenuItem> newItems) override;
+  void setTitle(std::size_t index, const std::string& title) override;
+  void setChecked(std::size_t index, bool isChecked) override;
+  void setSliderValue(std::size_t index, double value) override;
+  double sliderValue(std::size_t index) override;
+
+  /// Opens the menu with a corner at that place; a menu that is open closes.
+  void open(const QPoint& place);
+  QMenu& widget();
+
+ private:
+  class Window;
+
+  void addRow(std::size_t index);
+  QAction* makeAction(std::size_t index, const MenuText& text);
+  QAction* makeAction(std::size_t index, const MenuSlider& slider);
+  QAction* makeAction(std::size_t index, const MenuCommand& command);
+  QAction* makeAction(std::size_t index, const MenuSeparator& separator);
+  void sliderMoved(std::size_t index, std::uint64_t itsGeneration, double value);
+  void chosen(std::size_t index, std::uint64_t itsGeneration);
+  bool chooseByKey(const QString& key);
+  void didHide();
+  void keepOnScreen();
+
+  QtApplication& application;
+  MenuDelegate* delegate = nullptr;
+  std::vector<MenuItem> items;
+  std::vector<QAction*> actions;
+  std::uint64_t generation = 0;
+  bool isOpen = false;
+  std::unique_ptr<Window> window;
+  LivenessAnchor anchor;
+};
+
+}  // namespace brivane

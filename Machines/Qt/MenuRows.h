@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QSlider>
+#include <QWidget>
+#include <functional>
+
+#include "BrivaneApp/Frame/StatusItem.h"
+#include "Machines/Qt/Application.h"
+
+namespace brivane {
+
+/// A line to read in a menu; a long one loses its middle, because it ends with the level. Main
+/// thread.
+class MenuTextRow : public QWidget {
+ public:
+  MenuTextRow(const MenuText& itsText, QtApplication& itsApplication);
+
+  void setTitle(const std::string& title);
+
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QtApplication& application;
+  MenuTone tone;
+  QString title;
+};
+
+/// A row with a slider over the whole width of a menu. Main thread.
+class MenuSliderRow : public QWidget {
+ public:
+  /// `moved` is called for the user's moves only.
+  MenuSliderRow(const MenuSlider& slider, std::function<void(double)> moved);
+
+  void setValue(double newValue);
+  double value() const { return exactValue; }
+
+ private:
+  const double minimum;
+  double exactValue;
+  bool isFollowing = false;
+  QSlider* control;
+};
+
+}  // namespace brivane

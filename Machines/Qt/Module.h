@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
+#include "Machines/Common/AppearanceSource.h"
+#include "Machines/Common/HostedMainQueue.h"
+
+// What the program and the module with the Qt frame have in common. The toolkit lies in a library
+// of its own, which only the resident start loads; nothing here needs it.
+
+namespace brivane {
+
+/// What the frame is opened with, and why it was not.
+struct QtFrameRequest {
+  ResidentMachine& machine;
+  /// The main queue of the machine's Runtime.
+  HostedMainQueue& mainQueue;
+  /// Null: light or dark is what the desktop says.
+  std::shared_ptr<AppearanceSource> appearance;
+  /// One clause for the user; filled in when there is no frame.
+  std::string problem;
+};
+
+/// The one function that the module exports, under the name below. Call it once, on the main
+/// thread. The caller owns the frame; the module stays loaded until the process ends. Null: nothing
+/// can be shown, see `problem`.
+using OpenQtFrameFunction = Frame* (*)(QtFrameRequest& request);
+inline constexpr auto openQtFrameName = "brivaneOpenQtFrame";
+
+/// Where the module lies, seen from the folder of the program.
+inline constexpr auto qtModulePath = "../lib/brivane/brivane-qt.so";
+
+}  // namespace brivane

@@ -1,0 +1,51 @@
+// The tray never gets the menu itself: sent over the bus, its sliders would be empty lines. It is
+// ours, and the tray only tells that somebody clicked.
+#include "Machines/Qt/StatusItem.h"
+
+#include <QCursor>
+#include <QPixmap>
+
+#include "Machines/Qt/Painter.h"
+
+namespace brivane {
+
+QIcon statusIcon(const StatusButton& button) {
+  QIcon icon;
+  for (const int side : {16, 22, 24, 32, 48, 64, 128}) {
+    const double scale = side / std::max(button.iconWidth, button.iconHeight);
+    const QtPainter::View view{.width = button.iconWidth, .height = button.iconHeight};
+    icon.addPixmap(QPixmap::fromImage(renderedPicture(button.icon, view, scale)));
+  }
+  return icon;
+}
+
+QtStatusItem::QtStatusItem(QtApplication& frameApplication, bool mayHaveTray)
+    : ownMenu(frameApplication) {
+  if (!mayHaveTray) return;
+  host = std::make_unique<TrayHost>();
+  host->waitFor([this] { showInTray(); });
+}
+
+QtStatusItem::~QtStatusItem() = default;
+
+void QtStatusItem::configureButton(const StatusButton& newButton) {
+  const bool isSame =
+      button && button->icon == newButton.icon && button->toolTip == newButton.toolTip;
+  button = newButton;
+  if (!icon || isSame) return;
+  icon->setIcon(statusIcon(*button));
+  icon->setToolTip(QString::fromStdString(button->toolTip));
+}
+
+void QtStatusItem::showInTray() {
+  icon = std::make_unique<QSystemTrayIcon>();
+  if (button) {
+    icon->setIcon(statusIcon(*button));
+    icon->setToolTip(QString::fromStdString(button->toolTip));
+  }
+  QObject::connect(icon.get(), &QSystemTrayIcon::activated, icon.get(),
+                   [this] { ownMenu.open(QCursor::pos()); });
+  icon->show();
+}
+
+}  // namespace brivane

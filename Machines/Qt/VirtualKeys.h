@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QKeyEvent>
+#include <optional>
+
+#include "BrivaneApp/Frame/EditorWindow.h"
+
+namespace brivane {
+
+/// What a key event tells a view; nothing for modifiers by themselves, and for keys that have no
+/// virtual key code.
+std::optional<KeyPress> keyPressOf(const QKeyEvent& event);
+
+}  // namespace brivane
