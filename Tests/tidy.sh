@@ -59,13 +59,15 @@ check "BrivaneApp includes only what is below it, and the file that picks a mach
 check "machines implement seams and know nothing of policy" "$(
   sources 'Machines/*.h' 'Machines/*.cpp' | xargs -r grep -nE '^#include "Brivane' |
     grep -vE '#include "(BrivaneCore/(Seams|Support)|BrivaneApp/Frame)/|#include "BrivaneUI/(Appearance|Color|DisplayList).h')"
+check "Qt is included by Machines/Qt and its tests alone" "$(
+  sources '*.h' '*.cpp' ':!Machines/Qt' ':!Tests/Machines/Qt' | xargs -r grep -nE '^#include <(Q[A-Z]|Qt)')"
 for machine in $(sources Machines | cut -d/ -f2 | grep -v '\.' | sort -u); do
   check "Machines/$machine includes no other machine" "$(
     includes_outside "Machines/$machine" "BrivaneCore|BrivaneUI|BrivaneApp/Frame|Machines/$machine|Machines/Common")"
 done
 check "only one file names the machines" "$(
   sources 'BrivaneCore' 'BrivaneUI' 'BrivaneApp' 'Machines/PickMachine.h' |
-    xargs -r grep -nE '#include "Machines/(Mac|Linux|Desk)/')"
+    xargs -r grep -nE '#include "Machines/(Mac|Linux|Desk|Qt)/')"
 
 check "every source file is in the build" "$(
   comm -23 <(sources '*.cpp' ':!*.in' | sort -u) \

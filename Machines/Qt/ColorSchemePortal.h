@@ -23,7 +23,7 @@ class ColorSchemePortal : public QObject {
   /// Nothing: the desktop prefers neither, or hasn't said.
   std::optional<Appearance> preference() const { return known; }
 
- private slots:
+ private Q_SLOTS:
   void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
  private:

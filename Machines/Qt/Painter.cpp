@@ -79,11 +79,17 @@ void QtPainter::stroke(const StrokedRectangle& rectangle) {
   painter.strokePath(outline(rectangle.shape), pen);
 }
 
-/// The mask's edge is drawn smoothly only as the outline of a fill; a clip would have steps.
+/// The mask's edge is drawn smoothly only as the outline of a fill; a clip would have steps. What
+/// Qt cuts itself it makes of straight lines.
 void QtPainter::fillMasked(const MaskedFill& fill) {
-  QPainterPath area;
-  area.addRect(downwards(fill.area));
-  painter.fillPath(outline(fill.mask).intersected(area), brush(fill.ink));
+  const QRectF area = downwards(fill.area);
+  QPainterPath shape = outline(fill.mask);
+  if (!area.contains(shape.boundingRect())) {
+    QPainterPath inside;
+    inside.addRect(area);
+    shape = shape.intersected(inside);
+  }
+  painter.fillPath(shape, brush(fill.ink));
 }
 
 void QtPainter::fillPath(const FilledPath& path) {
@@ -104,10 +110,8 @@ void QtPainter::drawText(const TextRun& text) {
 void QtPainter::drawSymbol(const SymbolImage& symbol) {
   const QRectF box = downwards(symbol.box);
   const double side = std::min(box.width(), box.height());
-  QTransform placing;
-  placing.translate(box.center().x() - side / 2, box.center().y() - side / 2);
-  placing.scale(side, side);
-  painter.fillPath(placing.map(symbolOutline(symbol.name)),
+  const QRectF square(box.center() - QPointF(side, side) / 2, QSizeF(side, side));
+  painter.fillPath(symbolOutline(symbol.name, square),
                    resolvedColor(symbol.paint, view.appearance));
 }
 

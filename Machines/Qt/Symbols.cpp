@@ -9,9 +9,13 @@ namespace {
 
 constexpr QPointF center{0.5, 0.5};
 
+/// Qt reckons with outlines of about a unit in straight lines; at this many units curves stay
+/// round.
+constexpr double drawingSide = 256;
+
 QPainterPath disc(QPointF middle, double radius) {
   QPainterPath path;
-  path.addEllipse(middle, radius, radius);
+  path.addEllipse(middle * drawingSide, radius * drawingSide, radius * drawingSide);
   return path;
 }
 
@@ -20,8 +24,11 @@ QPainterPath rays(double from, double to, double width) {
   QPainterPath ray;
   ray.addRoundedRect(-width / 2, from, width, to - from, width / 2, width / 2);
   QPainterPath all;
+  const QTransform enlarging = QTransform::fromScale(drawingSide, drawingSide);
   for (int eighth = 0; eighth < 8; ++eighth) {
-    all.addPath(QTransform().translate(center.x(), center.y()).rotate(45.0 * eighth).map(ray));
+    const QTransform turning =
+        QTransform().translate(center.x(), center.y()).rotate(45.0 * eighth) * enlarging;
+    all.addPath(turning.map(ray));
   }
   return all;
 }
@@ -34,18 +41,20 @@ QPainterPath sunMax() {
 
 /// Its rays have shrunk to dots, its disc to a ring.
 QPainterPath sunMin() {
-  QPainterPath path = disc(center, 0.215).subtracted(disc(center, 0.145));
-  path.addPath(rays(0.31, 0.395, 0.085));
+  QPainterPath path = disc(center, 0.22).subtracted(disc(center, 0.148));
+  path.addPath(rays(0.315, 0.42, 0.085));
   return path;
 }
 
 QPainterPath moon() {
-  return disc({0.48, 0.52}, 0.4).subtracted(disc({0.67, 0.33}, 0.335));
+  return disc({0.48, 0.52}, 0.42).subtracted(disc({0.665, 0.335}, 0.34));
 }
 
 /// Four points, with sides that bow inwards.
-QPainterPath star(QPointF middle, double reach) {
-  constexpr double waist = 0.16;
+QPainterPath star(QPointF unitMiddle, double unitReach) {
+  const QPointF middle = unitMiddle * drawingSide;
+  const double reach = unitReach * drawingSide;
+  constexpr double waist = 0.22;
   const std::array<QPointF, 4> points = {{{reach, 0}, {0, reach}, {-reach, 0}, {0, -reach}}};
   QPainterPath path(middle + points[3]);
   QPointF last = points[3];
@@ -66,11 +75,13 @@ QPainterPath sparkles() {
 
 }  // namespace
 
-QPainterPath symbolOutline(const std::string& name) {
-  if (name == "moon.fill") return moon();
-  if (name == "sun.min") return sunMin();
-  if (name == "sun.max.fill") return sunMax();
-  if (name == "sparkles") return sparkles();
+QPainterPath symbolOutline(const std::string& name, const QRectF& square) {
+  QTransform placing = QTransform::fromTranslate(square.x(), square.y());
+  placing.scale(square.width() / drawingSide, square.height() / drawingSide);
+  if (name == "moon.fill") return placing.map(moon());
+  if (name == "sun.min") return placing.map(sunMin());
+  if (name == "sun.max.fill") return placing.map(sunMax());
+  if (name == "sparkles") return placing.map(sparkles());
   return {};
 }
 

@@ -5,9 +5,8 @@
 
 namespace brivane {
 
-/// The outline of the symbol with that name, to be filled, in a square from (0, 0) to (1, 1) with y
-/// downwards; empty for names that aren't known: "moon.fill", "sun.min", "sun.max.fill",
-/// "sparkles".
-QPainterPath symbolOutline(const std::string& name);
+/// The outline of the symbol with that name, to be filled, in that square with y downwards; empty
+/// for names that aren't known. There are "moon.fill", "sun.min", "sun.max.fill" and "sparkles".
+QPainterPath symbolOutline(const std::string& name, const QRectF& square);
 
 }  // namespace brivane

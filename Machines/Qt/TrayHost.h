@@ -17,7 +17,7 @@ class TrayHost : public QObject, private QAbstractNativeEventFilter {
   /// `found` is called once, in this call or later.
   void waitFor(std::function<void()> found);
 
- private slots:
+ private Q_SLOTS:
   void hostRegistered();
 
  private:

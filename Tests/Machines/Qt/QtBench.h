@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QImage>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "Machines/Desk/OpenDesk.h"
+#include "Machines/Qt/Frame.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+
+/// A desk in real time, and the one Qt frame of the process on it, without a screen.
+class QtBench {
+ public:
+  /// Made at the first call; a process can have one.
+  static QtBench& shared();
+  static void drop();
+
+  QtFrame& frame() { return *ownFrame; }
+  DeskMachine& machine() { return *desk; }
+  Runtime& runtime() { return desk->runtime(); }
+
+  /// Runs Qt's loop until the condition holds; false when it still doesn't after a long time.
+  bool runUntil(const std::function<bool()>& holds);
+  /// Runs what is due now.
+  void settle();
+
+ private:
+  QtBench();
+
+  TemporaryFolder folder;
+  std::unique_ptr<DeskMachine> desk;
+  std::unique_ptr<QtFrame> ownFrame;
+};
+
+/// Compares with Tests/Golden/qt/<name>.png, letting pixels at the edges of letters differ a
+/// little; with BRIVANE_REGENERATE=1 the picture becomes the golden file.
+void expectGoldenPicture(const std::string& name, const QImage& picture);
+
+}  // namespace brivane
