@@ -1,0 +1,163 @@
+// The hotkey editor in its window, by mouse and keyboard.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+#include "BrivaneApp/HotkeyEditor.h"
+#include "BrivaneApp/Strings.h"
+#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Qt/EditorWindow.h"
+#include "Tests/Machines/Qt/QtBench.h"
+#include "Tests/Support/BuiltResources.h"
+
+namespace brivane {
+namespace {
+
+class EditorWindowTest : public testing::Test {
+ protected:
+  explicit EditorWindowTest(const std::string& language = "en") : resources(language) {
+    bindings.resetBindings();
+    editor.show();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    bench.settle();
+  }
+  ~EditorWindowTest() override { bindings.resetBindings(); }
+
+  QWidget& window() {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+      if (widget->isVisible() && widget->windowTitle().size() > 0) return *widget;
+    }
+    throw std::runtime_error("no editor is shown");
+  }
+  std::vector<CustomViewWidget*> fields() {
+    std::vector<CustomViewWidget*> found;
+    for (QWidget* const child : window().findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+      auto* const field = dynamic_cast<CustomViewWidget*>(child);
+      if (field != nullptr && field->isVisible()) found.push_back(field);
+    }
+    return found;
+  }
+  std::string reads(int number) {
+    return fields().at(static_cast<std::size_t>(number))->accessibleDescription().toStdString();
+  }
+  void click(int number) {
+    QTest::mouseClick(fields().at(static_cast<std::size_t>(number)), Qt::LeftButton);
+  }
+  /// As an X server tells it.
+  void press(int key, std::uint16_t evdevCode, Qt::KeyboardModifiers modifiers = {}) {
+    QKeyEvent event(QEvent::KeyPress, key, modifiers, evdevCode + firstXKeyCode, 0, 0);
+    QWidget* const focused = window().focusWidget();
+    QApplication::sendEvent(focused != nullptr ? focused : &window(), &event);
+  }
+
+  QtBench& bench = QtBench::shared();
+  BuiltResources resources;
+  StringCatalogue strings{resources, bench.machine().log(), applicationBundle};
+  HotkeyBindingStore bindings{bench.machine().defaults()};
+  int changes = 0;
+  HotkeyEditor editor{bench.machine(), bench.frame(), strings, [this] { ++changes; }};
+};
+
+TEST_F(EditorWindowTest, TheContentHasTheSizeAndTitleThatWereAskedFor) {
+  EXPECT_EQ(window().size(), QSize(420, 210));
+  EXPECT_EQ(window().windowTitle().toStdString(), strings.text(strings::hotkeyEditorWindowTitle));
+  EXPECT_EQ(fields().size(), 2u);
+  EXPECT_EQ(fields()[0]->geometry(), QRect(200, 66, 200, 30));
+}
+
+TEST_F(EditorWindowTest, AClickWaitsForKeysAndTheNextCombinationIsTaken) {
+  click(0);
+  EXPECT_EQ(reads(0), strings.text(strings::hotkeyEditorPressKeys));
+  press(Qt::Key_Control, KEY_LEFTCTRL, Qt::ControlModifier);
+  press(Qt::Key_F5, KEY_F5, Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  EXPECT_EQ(reads(0), "⌃⌥⌘F5");
+  EXPECT_EQ(bindings.brightnessUpBinding(), (HotkeyBinding{96, 6400}));
+  EXPECT_EQ(changes, 1);
+  press(Qt::Key_F6, KEY_F6, Qt::ControlModifier);
+  EXPECT_EQ(changes, 1) << "it waits no more";
+}
+
+TEST_F(EditorWindowTest, EscapeWhileWaitingLeavesTheBindingAndTheWindow) {
+  click(0);
+  press(Qt::Key_Escape, KEY_ESC);
+  EXPECT_EQ(reads(0), "⌃⌥↑");
+  EXPECT_TRUE(window().isVisible());
+  EXPECT_EQ(changes, 0);
+}
+
+TEST_F(EditorWindowTest, EscapeOtherwiseClosesTheWindowWhichComesBack) {
+  QWidget& shown = window();
+  press(Qt::Key_Escape, KEY_ESC);
+  EXPECT_FALSE(shown.isVisible());
+  editor.show();
+  EXPECT_TRUE(shown.isVisible());
+}
+
+TEST_F(EditorWindowTest, AClickOnTheOtherFieldTakesTheKeysFromTheFirst) {
+  click(0);
+  click(1);
+  EXPECT_EQ(reads(0), "⌃⌥↑");
+  EXPECT_EQ(reads(1), strings.text(strings::hotkeyEditorPressKeys));
+}
+
+TEST_F(EditorWindowTest, ByKeyboardTabReachesAFieldAndTheSpaceBarClicksIt) {
+  fields()[0]->setFocus();
+  QTest::keyClick(&window(), Qt::Key_Tab);
+  EXPECT_EQ(window().focusWidget(), fields()[1]);
+  QTest::keyClick(fields()[1], Qt::Key_Space);
+  EXPECT_EQ(reads(1), strings.text(strings::hotkeyEditorPressKeys));
+  press(Qt::Key_Tab, KEY_TAB, Qt::ControlModifier);
+  EXPECT_EQ(bindings.brightnessDownBinding(), (HotkeyBinding{48, 4096})) << "Tab can be captured";
+}
+
+TEST_F(EditorWindowTest, TheButtonRestoresBothFieldsFromWithinItsOwnPress) {
+  click(0);
+  press(Qt::Key_F5, KEY_F5, Qt::ShiftModifier);
+  QTest::mouseClick(window().findChildren<QPushButton*>().at(0), Qt::LeftButton);
+  bench.settle();
+  EXPECT_EQ(reads(0), "⌃⌥↑");
+  EXPECT_EQ(reads(1), "⌃⌥↓");
+  EXPECT_EQ(fields().size(), 2u);
+}
+
+TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhatAFieldIsForAndWhatItSays) {
+  EXPECT_EQ(fields()[0]->accessibleName().toStdString(),
+            strings.text(strings::hotkeyEditorIncreaseBrightness));
+  EXPECT_EQ(fields()[0]->accessibleDescription(), "⌃⌥↑");
+}
+
+TEST_F(EditorWindowTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
+  QWidget* const focused = window().focusWidget();
+  if (focused != nullptr) focused->clearFocus();
+  expectGoldenPicture("editor-light", window().grab().toImage());
+  click(1);
+  expectGoldenPicture("editor-waiting-light", window().grab().toImage());
+}
+
+class EditorInLanguageTest : public EditorWindowTest,
+                             public testing::WithParamInterface<const char*> {
+ protected:
+  EditorInLanguageTest() : EditorWindowTest(GetParam()) {}
+};
+
+TEST_P(EditorInLanguageTest, EveryTextFitsItsPlace) {
+  for (const QLabel* const label : window().findChildren<QLabel*>()) {
+    EXPECT_LE(label->sizeHint().width(), label->width()) << label->text().toStdString();
+  }
+  for (const QPushButton* const button : window().findChildren<QPushButton*>()) {
+    EXPECT_LE(button->fontMetrics().horizontalAdvance(button->text()), button->width() - 12)
+        << button->text().toStdString();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, EditorInLanguageTest,
+                         testing::Values("de", "en", "es", "fr", "ja", "zh-Hans"));
+
+}  // namespace
+}  // namespace brivane

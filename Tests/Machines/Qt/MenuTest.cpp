@@ -1,0 +1,248 @@
+// The menu of the status item, by mouse and keyboard.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QSlider>
+#include <QTest>
+#include <QWidgetAction>
+
+#include "Machines/Qt/StatusItem.h"
+#include "Tests/Machines/Qt/QtBench.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+
+struct Delegate : MenuDelegate {
+  void menuWillOpen() override {
+    notes.emplace_back("opens");
+    if (onOpen) onOpen();
+  }
+  void menuDidClose() override {
+    notes.emplace_back("closed");
+    if (onClose) onClose();
+  }
+
+  std::vector<std::string> notes;
+  std::function<void()> onOpen;
+  std::function<void()> onClose;
+};
+
+class MenuTest : public testing::Test {
+ protected:
+  MenuTest() {
+    menu.setDelegate(&delegate);
+    menu.setItems(items());
+  }
+
+  std::vector<MenuItem> items() {
+    return {
+        MenuText{"Halden H27: 60 %"},
+        MenuSlider{-100, 200, 60, "Brightness of Halden H27",
+                   [this](double value) { values.push_back(value); }},
+        MenuText{"Norvik 24: built in", MenuTone::tertiaryLabel},
+        MenuSeparator{},
+        MenuText{"⌃⌥↑ brightens, ⌃⌥↓ dims", MenuTone::secondaryLabel},
+        command("Change Hotkeys…"),
+        MenuCommand{"Use System Brightness Keys", true, "", note("keys")},
+        command("Restore & Forget"),
+        MenuSeparator{},
+        MenuCommand{"Quit Brivane", false, "q", note("quit")},
+    };
+  }
+
+  MenuCommand command(const std::string& title) { return {title, false, "", note(title)}; }
+  std::function<void()> note(const std::string& text) {
+    return [this, text] { delegate.notes.push_back(text); };
+  }
+
+  void open() {
+    menu.open({40, 40});
+    bench.settle();
+  }
+  QSlider& slider(int number = 0) { return *menu.widget().findChildren<QSlider*>().at(number); }
+  QAction& action(int index) { return *menu.widget().actions().at(index); }
+  void press(Qt::Key key) {
+    QWidget* const focused = QApplication::focusWidget();
+    QTest::keyClick(focused != nullptr ? focused : &menu.widget(), key);
+  }
+
+  QtBench& bench = QtBench::shared();
+  Delegate delegate;
+  std::vector<double> values;
+  std::unique_ptr<StatusItem> statusItem = bench.frame().makeStatusItem();
+  QtMenu& menu = dynamic_cast<QtMenu&>(statusItem->menu());
+};
+
+TEST_F(MenuTest, TheDelegateIsToldBeforeTheMenuShowsAndAfterItHasClosed) {
+  delegate.onOpen = [this] { EXPECT_FALSE(menu.widget().isVisible()); };
+  open();
+  EXPECT_TRUE(menu.widget().isVisible());
+  menu.open({40, 40});
+  EXPECT_FALSE(menu.widget().isVisible()) << "a second click closes it";
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));
+}
+
+TEST_F(MenuTest, TheMainQueueRunsOnWhileTheMenuIsOpen) {
+  open();
+  int ticks = 0;
+  const TimerID timer = bench.runtime().every(std::chrono::milliseconds(5), [&] { ++ticks; });
+  EXPECT_TRUE(bench.runUntil([&] { return ticks >= 3; }));
+  bench.runtime().cancel(timer);
+  EXPECT_TRUE(menu.widget().isVisible());
+}
+
+TEST_F(MenuTest, ACommandIsCalledAfterTheMenuHasClosed) {
+  open();
+  QTest::mouseClick(&menu.widget(), Qt::LeftButton, {},
+                    menu.widget().actionGeometry(&action(5)).center());
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed", "Change Hotkeys…"));
+}
+
+TEST_F(MenuTest, NothingIsChosenFromItemsThatWereReplacedAsTheMenuClosed) {
+  delegate.onClose = [this] { menu.setItems({command("other")}); };
+  open();
+  QTest::mouseClick(&menu.widget(), Qt::LeftButton, {},
+                    menu.widget().actionGeometry(&action(5)).center());
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));
+}
+
+TEST_F(MenuTest, TheKeyOfACommandChoosesIt) {
+  open();
+  QTest::keyClick(&menu.widget(), Qt::Key_Q);
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed", "quit"));
+}
+
+TEST_F(MenuTest, AModifierByItselfLeavesTheMenuOpen) {
+  open();
+  for (const auto key : {Qt::Key_Alt, Qt::Key_Control, Qt::Key_Shift, Qt::Key_Meta}) {
+    QTest::keyClick(&menu.widget(), key);
+  }
+  EXPECT_TRUE(menu.widget().isVisible());
+}
+
+TEST_F(MenuTest, ByKeyboardTheSliderIsReachedFirstMovedSidewaysAndLeft) {
+  open();
+  press(Qt::Key_Down);
+  ASSERT_EQ(QApplication::focusWidget(), &slider());
+  press(Qt::Key_Right);
+  press(Qt::Key_Left);
+  press(Qt::Key_PageUp);
+  EXPECT_THAT(values, ElementsAre(61, 60, 70));
+  press(Qt::Key_Down);
+  EXPECT_EQ(menu.widget().activeAction(), &action(5)) << "lines to read are passed over";
+  press(Qt::Key_Return);
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed", "Change Hotkeys…"));
+}
+
+TEST_F(MenuTest, EscapeClosesItFromTheSliderToo) {
+  open();
+  press(Qt::Key_Down);
+  press(Qt::Key_Escape);
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));
+}
+
+TEST_F(MenuTest, EveryMoveOfTheHandIsToldAndTheProgramsOwnAreNot) {
+  open();
+  menu.setSliderValue(1, 33);
+  EXPECT_EQ(menu.sliderValue(1), 33);
+  EXPECT_THAT(values, testing::IsEmpty());
+  slider().setValue(1000);
+  EXPECT_THAT(values, ElementsAre(0));
+  EXPECT_EQ(menu.sliderValue(1), 0);
+}
+
+TEST_F(MenuTest, ARebuildInTheMiddleOfADragEndsItAndNobodyHearsOfTheOldSlider) {
+  auto again = items();
+  std::get<MenuSlider>(again[1]).moved = [this](double value) {
+    values.push_back(value);
+    menu.setItems(items());
+  };
+  menu.setItems(std::move(again));
+  open();
+  QSlider& old = slider();
+  old.setValue(1500);
+  EXPECT_THAT(values, ElementsAre(50));
+  old.setValue(1600);
+  EXPECT_THAT(values, ElementsAre(50)) << "it is gone";
+  bench.settle();
+  EXPECT_TRUE(menu.widget().isVisible());
+  EXPECT_EQ(menu.widget().findChildren<QSlider*>().size(), 1);
+  EXPECT_EQ(menu.widget().actions().size(), 10);
+}
+
+TEST_F(MenuTest, ARebuildKeepsTheLineThatWasSelected) {
+  open();
+  menu.widget().setActiveAction(&action(6));
+  menu.setItems(items());
+  EXPECT_EQ(menu.widget().activeAction(), &action(6));
+}
+
+TEST_F(MenuTest, OnlyWhatIsTickedShowsATick) {
+  EXPECT_TRUE(action(6).isChecked());
+  EXPECT_FALSE(action(5).isCheckable());
+  menu.setChecked(6, false);
+  EXPECT_FALSE(action(6).isCheckable());
+  menu.setChecked(6, true);
+  EXPECT_TRUE(action(6).isChecked());
+}
+
+TEST_F(MenuTest, ChoosingATickedCommandLeavesTheTickToTheProgram) {
+  action(6).trigger();
+  EXPECT_TRUE(action(6).isChecked());
+  EXPECT_THAT(delegate.notes, ElementsAre("keys"));
+}
+
+TEST_F(MenuTest, TitlesChangeInPlace) {
+  menu.setTitle(0, "Halden H27: 61 %");
+  menu.setTitle(5, "Hotkeys");
+  EXPECT_EQ(action(0).text(), "Halden H27: 61 %");
+  EXPECT_EQ(action(5).text(), "Hotkeys");
+  EXPECT_EQ(action(7).text(), "Restore && Forget") << "an ampersand is one";
+}
+
+TEST_F(MenuTest, WhatAssistiveTechnologyReadsIsThere) {
+  EXPECT_EQ(slider().accessibleName(), "Brightness of Halden H27");
+  const auto* const text = dynamic_cast<QWidgetAction*>(&action(0));
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->defaultWidget()->accessibleName(), "Halden H27: 60 %");
+  EXPECT_FALSE(action(0).isEnabled());
+}
+
+TEST_F(MenuTest, ALongNameLosesItsMiddleAndKeepsItsLevel) {
+  auto longer = items();
+  const std::string name(200, 'm');
+  std::get<MenuText>(longer[0]).title = name + ": 60 %";
+  menu.setItems(std::move(longer));
+  open();
+  EXPECT_LT(menu.widget().width(), 450);
+  EXPECT_EQ(dynamic_cast<QWidgetAction&>(action(0)).defaultWidget()->toolTip().toStdString(),
+            name + ": 60 %");
+  expectGoldenPicture("menu-long-name", menu.widget().grab().toImage());
+}
+
+TEST_F(MenuTest, AMenuThatGrowsStaysOnTheScreen) {
+  menu.open({40, 560});
+  bench.settle();
+  auto more = items();
+  for (int extra = 0; extra < 12; ++extra) more.push_back(command("more"));
+  menu.setItems(std::move(more));
+  const QRect screen = menu.widget().screen()->availableGeometry();
+  EXPECT_TRUE(screen.contains(menu.widget().geometry()));
+}
+
+TEST_F(MenuTest, AStatusItemThatGoesClosesItsMenu) {
+  open();
+  statusItem.reset();
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));
+}
+
+TEST_F(MenuTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
+  open();
+  expectGoldenPicture("menu-light", menu.widget().grab().toImage());
+}
+
+}  // namespace
+}  // namespace brivane
