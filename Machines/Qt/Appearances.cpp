@@ -21,15 +21,15 @@ void set(QPalette& palette, QPalette::ColorRole role, const QColor& color) {
 }
 
 QPalette darkPalette() {
-  QPalette palette(QColor(50, 50, 54), QColor(42, 42, 46));
+  QPalette palette(QColor(66, 66, 71), QColor(42, 42, 46));
   set(palette, QPalette::WindowText, QColor(236, 236, 238));
   set(palette, QPalette::Text, QColor(236, 236, 238));
   set(palette, QPalette::ButtonText, QColor(236, 236, 238));
   set(palette, QPalette::BrightText, Qt::white);
-  set(palette, QPalette::Base, QColor(30, 30, 33));
+  set(palette, QPalette::Base, QColor(38, 38, 42));
   set(palette, QPalette::ToolTipBase, QColor(62, 62, 66));
   set(palette, QPalette::ToolTipText, QColor(236, 236, 238));
-  set(palette, QPalette::Highlight, QColor(48, 128, 208));
+  set(palette, QPalette::Highlight, QColor(64, 150, 236));
   set(palette, QPalette::HighlightedText, Qt::white);
   set(palette, QPalette::PlaceholderText, QColor(236, 236, 238, 128));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
@@ -72,13 +72,22 @@ void QtAppearances::update() {
   const Appearance before = appearance;
   const auto wish = wished();
   appearance = wish.value_or(appearanceOf(QApplication::palette()));
-  if (appearance != appearanceOf(QApplication::palette())) {
-    // Other styles may draw with pictures of their own, whatever the colours.
-    if (!hasOwnColors) QApplication::setStyle(QStyleFactory::create("Fusion"));
-    hasOwnColors = true;
+  if (appearance != appearanceOf(QApplication::palette())) giveColors();
+  if (appearance != before) changes.announce();
+}
+
+/// The desktop's own colours where they match, else this program's. Other styles than Fusion may
+/// draw with pictures of their own, whatever the colours.
+void QtAppearances::giveColors() {
+  if (!colorsBefore) {
+    colorsBefore = QApplication::palette();
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+  }
+  if (appearance == appearanceOf(*colorsBefore)) {
+    QApplication::setPalette(*colorsBefore);
+  } else {
     QApplication::setPalette(appearance == Appearance::dark ? darkPalette() : lightPalette());
   }
-  if (appearance != before) changes.announce();
 }
 
 }  // namespace brivane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPalette>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -28,12 +29,13 @@ class QtAppearances : public QObject {
  private:
   std::optional<Appearance> wished() const;
   void update();
+  void giveColors();
 
   const std::shared_ptr<AppearanceSource> source;
   ColorSchemePortal portal;
   Appearance appearance = Appearance::light;
-  /// The colours in force are this object's.
-  bool hasOwnColors = false;
+  /// The desktop's, once others have been given.
+  std::optional<QPalette> colorsBefore;
   Topic changes;
   Observation sourceChanges;
 };

@@ -4,10 +4,14 @@
 #include <algorithm>
 #include <clocale>
 
+#include "Machines/Qt/Messages.h"
+
 namespace brivane {
 namespace {
 
+/// Before Qt can say anything.
 std::vector<std::string> argumentWords(const QtPlatform& platform) {
+  quietenQt();
   return {"Brivane", "-platform", platform.name};
 }
 

@@ -11,13 +11,16 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Machines/Qt/Compositor.h"
 #include "Machines/Qt/Painter.h"
 #include "Machines/Qt/ScreenMap.h"
 #include "Machines/Qt/Transition.h"
+#include "Machines/Qt/XSelections.h"
 
 namespace brivane {
 namespace {
+
+/// Whoever owns this blends the windows of the first screen; X servers of today have no other.
+constexpr auto compositingManager = "_NET_WM_CM_S0";
 
 constexpr double contentChangeSeconds = 0.14;
 constexpr double secondsPerSpinnerTurn = 0.8;
@@ -138,7 +141,7 @@ void QtHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTi
 }
 
 void QtHUDWindow::orderFrontRegardless() {
-  isComposited = hasCompositor();
+  isComposited = !isOnX() || hasSelectionOwner(compositingManager);
   shapeWithoutCompositor();
   if (!isOrderedIn) {
     isOrderedIn = true;

@@ -13,6 +13,9 @@
 namespace brivane {
 namespace {
 
+/// Above the first and below the last item.
+constexpr int verticalPadding = 4;
+
 /// An ampersand would underline the letter after it.
 QString actionText(const MenuCommand& command) {
   QString text = QString::fromStdString(command.title).replace("&", "&&");
@@ -57,6 +60,7 @@ QtMenu::QtMenu(QtApplication& frameApplication)
     : application(frameApplication), window(std::make_unique<Window>(*this)) {
   window->setAccessibleName("Brivane");
   window->setToolTipsVisible(true);
+  window->setContentsMargins(0, verticalPadding, 0, verticalPadding);
   QObject::connect(window.get(), &QMenu::aboutToHide, window.get(), [this] { didHide(); });
 }
 
@@ -104,8 +108,8 @@ QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuText& text) {
 QAction* QtMenu::makeAction(std::size_t index, const MenuSlider& slider) {
   auto* const action = new QWidgetAction(window.get());
   action->setText(QString::fromStdString(slider.accessibilityLabel));
-  action->setDefaultWidget(
-      new MenuSliderRow(slider, [this, index, itsGeneration = generation](double value) {
+  action->setDefaultWidget(new MenuSliderRow(
+      slider, application, [this, index, itsGeneration = generation](double value) {
         sliderMoved(index, itsGeneration, value);
       }));
   return action;
@@ -120,8 +124,9 @@ QAction* QtMenu::makeAction(std::size_t index, const MenuCommand& command) {
 }
 
 QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuSeparator& /*separator*/) {
-  auto* const action = new QAction(window.get());
-  action->setSeparator(true);
+  auto* const action = new QWidgetAction(window.get());
+  action->setDefaultWidget(new MenuSeparatorRow(application));
+  action->setEnabled(false);
   return action;
 }
 

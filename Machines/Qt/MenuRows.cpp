@@ -3,7 +3,11 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPen>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <algorithm>
 #include <cmath>
 
@@ -35,10 +39,15 @@ SystemColor colorOf(MenuTone tone) {
   return SystemColor::label;
 }
 
-/// Up and down belong to the menu; left and right move the slider.
+/// A groove that is filled up to a round handle, in the program's own colours: Qt's would be hard
+/// to see on a dark menu. Up and down belong to the menu; left and right move the slider, as does a
+/// click beside the handle, at once.
 class RowSlider : public QSlider {
  public:
-  explicit RowSlider(QWidget* parent) : QSlider(Qt::Horizontal, parent) {}
+  RowSlider(QWidget* parent, QtApplication& itsApplication)
+      : QSlider(Qt::Horizontal, parent), application(itsApplication) {}
+
+  QSize sizeHint() const override { return {sliderWidth, 22}; }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
@@ -48,6 +57,46 @@ class RowSlider : public QSlider {
       QSlider::keyPressEvent(event);
     }
   }
+
+  void mousePressEvent(QMouseEvent* event) override {
+    const QRect handle = handleBox();
+    const int x = event->position().toPoint().x();
+    if (event->button() == Qt::LeftButton && (x < handle.left() || x > handle.right())) {
+      setValue(QStyle::sliderValueFromPosition(minimum(), maximum(), x - handle.width() / 2,
+                                               width() - handle.width()));
+    }
+    QSlider::mousePressEvent(event);
+  }
+
+  void paintEvent(QPaintEvent*) override {
+    const Appearance appearance = application.effectiveAppearance();
+    const QPointF middle = QRectF(handleBox()).center();
+    const QRectF groove(2, middle.y() - grooveHeight / 2, width() - 4, grooveHeight);
+    QRectF filled = groove;
+    filled.setRight(middle.x());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(resolvedColor(SystemPaint{SystemColor::separator}, appearance));
+    painter.drawRoundedRect(groove, grooveHeight / 2, grooveHeight / 2);
+    const QColor accent = resolvedColor(SystemPaint{SystemColor::accent}, appearance);
+    painter.setBrush(accent);
+    painter.drawRoundedRect(filled, grooveHeight / 2, grooveHeight / 2);
+    painter.setBrush(appearance == Appearance::dark ? QColor(226, 226, 230) : QColor(Qt::white));
+    painter.setPen(hasFocus() ? QPen(accent, 2) : QPen(QColor(0, 0, 0, 90), 1));
+    painter.drawEllipse(middle, handleRadius, handleRadius);
+  }
+
+ private:
+  QRect handleBox() const {
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    return style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
+  }
+
+  static constexpr double grooveHeight = 4;
+  static constexpr double handleRadius = 7;
+  QtApplication& application;
 };
 
 }  // namespace
@@ -79,8 +128,20 @@ void MenuTextRow::paintEvent(QPaintEvent*) {
   painter.drawText(box, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
 }
 
-MenuSliderRow::MenuSliderRow(const MenuSlider& slider, std::function<void(double)> moved)
-    : minimum(slider.minimum), exactValue(slider.value), control(new RowSlider(this)) {
+QSize MenuSeparatorRow::sizeHint() const {
+  // Menus leave out what has no width.
+  return {1, 9};
+}
+
+void MenuSeparatorRow::paintEvent(QPaintEvent*) {
+  const QRect line(8, height() / 2, width() - 16, 1);
+  QPainter(this).fillRect(line, resolvedColor(SystemPaint{SystemColor::separator, 0.8},
+                                              application.effectiveAppearance()));
+}
+
+MenuSliderRow::MenuSliderRow(const MenuSlider& slider, QtApplication& application,
+                             std::function<void(double)> moved)
+    : minimum(slider.minimum), exactValue(slider.value), control(new RowSlider(this, application)) {
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(leftMargin, 0, rightMargin, verticalMargin);
   layout->addWidget(control);

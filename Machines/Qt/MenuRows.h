@@ -28,11 +28,26 @@ class MenuTextRow : public QWidget {
   QString title;
 };
 
+/// A line between groups of items. Main thread.
+class MenuSeparatorRow : public QWidget {
+ public:
+  explicit MenuSeparatorRow(QtApplication& itsApplication) : application(itsApplication) {}
+
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QtApplication& application;
+};
+
 /// A row with a slider over the whole width of a menu. Main thread.
 class MenuSliderRow : public QWidget {
  public:
   /// `moved` is called for the user's moves only.
-  MenuSliderRow(const MenuSlider& slider, std::function<void(double)> moved);
+  MenuSliderRow(const MenuSlider& slider, QtApplication& application,
+                std::function<void(double)> moved);
 
   void setValue(double newValue);
   double value() const { return exactValue; }

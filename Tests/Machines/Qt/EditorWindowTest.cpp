@@ -138,6 +138,10 @@ TEST_F(EditorWindowTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
   expectGoldenPicture("editor-light", window().grab().toImage());
   click(1);
   expectGoldenPicture("editor-waiting-light", window().grab().toImage());
+  bench.appearance().turn(Appearance::dark);
+  bench.settle();
+  expectGoldenPicture("editor-waiting-dark", window().grab().toImage());
+  bench.appearance().turn(Appearance::light);
 }
 
 class EditorInLanguageTest : public EditorWindowTest,

@@ -242,6 +242,10 @@ TEST_F(MenuTest, AStatusItemThatGoesClosesItsMenu) {
 TEST_F(MenuTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
   open();
   expectGoldenPicture("menu-light", menu.widget().grab().toImage());
+  bench.appearance().turn(Appearance::dark);
+  bench.settle();
+  expectGoldenPicture("menu-dark", menu.widget().grab().toImage());
+  bench.appearance().turn(Appearance::light);
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ QtBench::QtBench() {
       "frame": {"x": 0, "y": 0, "width": 800, "height": 800}}]})");
   desk = std::get<std::unique_ptr<DeskMachine>>(openDesk(file));
   auto& queue = dynamic_cast<HostedMainQueue&>(desk->runtime());
-  QtFrameRequest request{*desk, queue, nullptr, {}};
+  QtFrameRequest request{*desk, queue, appearanceSwitch, {}};
   // Nobody's desktop has a say here.
   ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody", 1);
   ::unsetenv("QT_SCALE_FACTOR");

@@ -6,11 +6,27 @@
 #include <memory>
 #include <string>
 
+#include "Machines/Common/Topic.h"
 #include "Machines/Desk/OpenDesk.h"
 #include "Machines/Qt/Frame.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
+
+/// Whoever says whether it is light or dark.
+class AppearanceSwitch : public AppearanceSource {
+ public:
+  Appearance appearance() override { return now; }
+  Observation observe(Task handler) override { return changes.observe(std::move(handler)); }
+  void turn(Appearance appearance) {
+    now = appearance;
+    changes.announce();
+  }
+
+ private:
+  Appearance now = Appearance::light;
+  Topic changes;
+};
 
 /// A desk in real time, and the one Qt frame of the process on it, without a screen.
 class QtBench {
@@ -22,6 +38,7 @@ class QtBench {
   QtFrame& frame() { return *ownFrame; }
   DeskMachine& machine() { return *desk; }
   Runtime& runtime() { return desk->runtime(); }
+  AppearanceSwitch& appearance() { return *appearanceSwitch; }
 
   /// Runs Qt's loop until the condition holds; false when it still doesn't after a long time.
   bool runUntil(const std::function<bool()>& holds);
@@ -33,6 +50,7 @@ class QtBench {
 
   TemporaryFolder folder;
   std::unique_ptr<DeskMachine> desk;
+  std::shared_ptr<AppearanceSwitch> appearanceSwitch = std::make_shared<AppearanceSwitch>();
   std::unique_ptr<QtFrame> ownFrame;
 };
 

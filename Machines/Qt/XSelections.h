@@ -1,0 +1,20 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <string_view>
+
+namespace brivane {
+
+// What X clients learn of each other through the server that Qt is connected to. Main thread.
+
+/// Whether Qt shows its windows on an X server.
+bool isOnX();
+
+/// None without a server.
+xcb_atom_t xAtom(std::string_view name);
+
+/// Whether some client owns the selection; false without a server.
+bool hasSelectionOwner(std::string_view selection);
+
+}  // namespace brivane

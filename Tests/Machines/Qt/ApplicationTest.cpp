@@ -1,0 +1,131 @@
+// How the application begins and ends, and what it says of light and dark.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPalette>
+
+#include "Tests/Machines/Qt/QtBench.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+
+struct NotingDelegate : ApplicationDelegate {
+  void applicationDidFinishLaunching() override {
+    notes.emplace_back("launched");
+    if (onLaunch) onLaunch();
+  }
+  void applicationWillTerminate() override { notes.emplace_back("ends"); }
+
+  std::vector<std::string> notes;
+  Task onLaunch;
+};
+
+class QtAppearancesTest : public testing::Test {
+ protected:
+  ~QtAppearancesTest() override { bench.appearance().turn(Appearance::light); }
+
+  QtBench& bench = QtBench::shared();
+  Application& application = bench.frame().application();
+};
+
+TEST_F(QtAppearancesTest, EachChangeIsToldOnceWithTheNewAppearanceInForce) {
+  std::vector<Appearance> heard;
+  const auto observation = application.observeEffectiveAppearance(
+      [&] { heard.push_back(application.effectiveAppearance()); });
+  bench.appearance().turn(Appearance::dark);
+  bench.appearance().turn(Appearance::dark);
+  bench.appearance().turn(Appearance::light);
+  EXPECT_THAT(heard, ElementsAre(Appearance::dark, Appearance::light));
+}
+
+TEST_F(QtAppearancesTest, WhoHasDroppedTheObservationHearsNothing) {
+  int heard = 0;
+  auto observation = application.observeEffectiveAppearance([&] { ++heard; });
+  observation.reset();
+  bench.appearance().turn(Appearance::dark);
+  EXPECT_EQ(heard, 0);
+}
+
+TEST_F(QtAppearancesTest, WindowsAndMenusGetColoursToMatch) {
+  bench.appearance().turn(Appearance::dark);
+  EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 80);
+  EXPECT_GT(QApplication::palette().color(QPalette::WindowText).lightness(), 180);
+  bench.appearance().turn(Appearance::light);
+  EXPECT_GT(QApplication::palette().color(QPalette::Window).lightness(), 180);
+}
+
+// An application ends once, so each of these has the process's next one.
+class QtApplicationTest : public testing::Test {
+ protected:
+  QtApplicationTest() {
+    QtBench::drop();
+    QtBench& fresh = QtBench::shared();
+    fresh.frame().application().setDelegate(&delegate);
+  }
+  ~QtApplicationTest() override { QtBench::drop(); }
+
+  Application& application() { return QtBench::shared().frame().application(); }
+  Runtime& runtime() { return QtBench::shared().runtime(); }
+
+  NotingDelegate delegate;
+};
+
+TEST_F(QtApplicationTest, TerminatingTellsTheDelegateAndEndsWithStatusZero) {
+  delegate.onLaunch = [this] { runtime().async([this] { application().terminate(); }); };
+  EXPECT_EQ(application().run(), 0);
+  EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
+}
+
+TEST_F(QtApplicationTest, ExitingEndsWithTheStatusAfterTheTaskAndTellsNobody) {
+  delegate.onLaunch = [this] {
+    application().exit(3);
+    runtime().async([this] { delegate.notes.emplace_back("too late"); });
+    delegate.notes.emplace_back("to its end");
+  };
+  EXPECT_EQ(application().run(), 3);
+  EXPECT_THAT(delegate.notes, ElementsAre("launched", "to its end"));
+}
+
+TEST_F(QtApplicationTest, TerminatingTwiceTellsTheDelegateOnce) {
+  delegate.onLaunch = [this] {
+    application().terminate();
+    application().terminate();
+  };
+  EXPECT_EQ(application().run(), 0);
+  EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
+}
+
+TEST_F(QtApplicationTest, TheDesktopMayEndItAndTheDelegateHears) {
+  delegate.onLaunch = [] { QCoreApplication::quit(); };
+  EXPECT_EQ(application().run(), 0);
+  EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
+}
+
+TEST_F(QtApplicationTest, TimersAndTasksOfOtherThreadsRunWhileItRuns) {
+  int ticks = 0;
+  const auto queue = runtime().makeSerialQueue("work", QueueQuality::utility);
+  delegate.onLaunch = [&] {
+    runtime().every(std::chrono::milliseconds(2), [&] {
+      if (++ticks < 3) return;
+      queue->async([&] { runtime().async([this] { application().terminate(); }); });
+    });
+  };
+  EXPECT_EQ(application().run(), 0);
+  EXPECT_GE(ticks, 3);
+}
+
+TEST_F(QtApplicationTest, ATaskThatQueuesItselfForEverKeepsNobodyFromEnding) {
+  Task again = [&] { runtime().async(again); };
+  delegate.onLaunch = [&] {
+    again();
+    QMetaObject::invokeMethod(
+        qApp, [this] { application().terminate(); }, Qt::QueuedConnection);
+  };
+  EXPECT_EQ(application().run(), 0);
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,109 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QWidget>
+
+#include "Machines/Qt/HUDWindow.h"
+#include "Tests/Machines/Qt/QtBench.h"
+
+namespace brivane {
+namespace {
+
+constexpr HUDWindowAttributes attributes{.contentRect = {0, 0, 360, 54}, .level = 25};
+
+DisplayList bar(double width, const std::string& symbol = "sun.min") {
+  return {FilledRectangle{{{0, 0, 360, 54}, 24}, Paint{Color{0.2, 0.2, 0.2, 1}}},
+          MaskedFill{{{60, 24, width, 6}, 3}, {60, 24, 200, 6}, Paint{Color{1, 1, 1, 1}}},
+          SymbolImage{{20, 18, 18, 18}, symbol, Color{1, 1, 1, 1}}};
+}
+
+class HUDWindowTest : public testing::Test {
+ protected:
+  HUDWindowTest() { window.installContentView(bar(100)); }
+
+  /// At the middle of the card, 0 to 255.
+  int opacity() {
+    const QImage image = window.widget().grab().toImage();
+    return qAlpha(image.pixel(image.rect().center()));
+  }
+  double barWidth() { return std::get<MaskedFill>(window.contentNow().at(1)).mask.frame.width; }
+
+  QtBench& bench = QtBench::shared();
+  std::unique_ptr<HUDWindow> made = bench.frame().makeHUDWindow(attributes);
+  QtHUDWindow& window = dynamic_cast<QtHUDWindow&>(*made);
+};
+
+TEST_F(HUDWindowTest, NeitherClickNorKeyNorWindowManagerReachesIt) {
+  const QWidget& widget = window.widget();
+  for (const auto flag : {Qt::WindowTransparentForInput, Qt::WindowDoesNotAcceptFocus,
+                          Qt::WindowStaysOnTopHint, Qt::BypassWindowManagerHint}) {
+    EXPECT_TRUE(widget.windowFlags().testFlag(flag)) << flag;
+  }
+  EXPECT_TRUE(widget.testAttribute(Qt::WA_ShowWithoutActivating));
+}
+
+TEST_F(HUDWindowTest, ItIsOrderedInAndOutWhateverItsAlpha) {
+  EXPECT_FALSE(window.isVisible());
+  window.setAlpha(0);
+  window.orderFrontRegardless();
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_EQ(opacity(), 0);
+  window.setAlpha(1);
+  EXPECT_EQ(opacity(), 255);
+  window.orderOut();
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_FALSE(window.widget().isVisible());
+}
+
+TEST_F(HUDWindowTest, ItsFrameCountsUpwardsFromTheLowerLeftOfTheMainScreen) {
+  window.setFrame({220, 130, 360, 54});
+  window.orderFrontRegardless();
+  EXPECT_EQ(window.frame(), (Rect{220, 130, 360, 54}));
+  EXPECT_EQ(window.widget().geometry(), QRect(220, 800 - 130 - 54, 360, 54));
+}
+
+TEST_F(HUDWindowTest, AFadeGoesFromWhereTheAlphaIsAndTellsItsEnd) {
+  window.orderFrontRegardless();
+  bool isOver = false;
+  window.animateAlpha(0, 0.05, AnimationTiming::easeIn, [&] { isOver = true; });
+  EXPECT_GT(window.alphaNow(), 0.5);
+  EXPECT_TRUE(bench.runUntil([&] { return isOver; }));
+  EXPECT_EQ(window.alphaNow(), 0);
+  EXPECT_EQ(opacity(), 0);
+}
+
+TEST_F(HUDWindowTest, SettingTheAlphaEndsAFadeWhoseCompletionStillRuns) {
+  window.orderFrontRegardless();
+  bool isOver = false;
+  window.animateAlpha(0, 0.03, AnimationTiming::easeIn, [&] { isOver = true; });
+  window.setAlpha(1);
+  EXPECT_TRUE(bench.runUntil([&] { return isOver; }));
+  EXPECT_EQ(window.alphaNow(), 1);
+}
+
+TEST_F(HUDWindowTest, AnAnimationOfNoLengthSetsTheAlphaAtOnceAndTakesThePlaceOfAFade) {
+  window.orderFrontRegardless();
+  window.animateAlpha(0, 60, AnimationTiming::easeIn, {});
+  window.animateAlpha(1, 0, AnimationTiming::linear, {});
+  EXPECT_EQ(window.alphaNow(), 1);
+}
+
+TEST_F(HUDWindowTest, AnAnimatedChangeMovesTheBarAndOneAtOnceDoesNot) {
+  window.orderFrontRegardless();
+  window.updateContent(bar(180), ContentChange::animated);
+  EXPECT_LT(barWidth(), 180);
+  EXPECT_TRUE(bench.runUntil([&] { return barWidth() == 180; }));
+  window.updateContent(bar(20), ContentChange::immediate);
+  EXPECT_EQ(barWidth(), 20);
+}
+
+TEST_F(HUDWindowTest, AChangeInTheMiddleOfAnotherGoesOnFromWhatIsShown) {
+  window.orderFrontRegardless();
+  window.updateContent(bar(200), ContentChange::animated);
+  EXPECT_TRUE(bench.runUntil([&] { return barWidth() > 110; }));
+  window.updateContent(bar(50), ContentChange::animated);
+  EXPECT_GT(barWidth(), 100);
+}
+
+}  // namespace
+}  // namespace brivane
