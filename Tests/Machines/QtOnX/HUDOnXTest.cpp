@@ -1,0 +1,237 @@
+// The HUD's window on a real X server with three displays, seen from another client.
+#include <gtest/gtest.h>
+#include <xcb/xcb.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QWidget>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+#include "Machines/Desk/OpenDesk.h"
+#include "Machines/Linux/Machine.h"
+#include "Machines/Qt/Frame.h"
+#include "Machines/Qt/HUDWindow.h"
+#include "Tests/Support/TemporaryFolder.h"
+#include "Tests/Support/X11Rig.h"
+
+namespace brivane {
+namespace {
+
+template <typename Reply>
+std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
+  return {reply, &std::free};
+}
+
+/// Another client of the server.
+class Onlooker {
+ public:
+  explicit Onlooker(const std::string& display)
+      : connection(xcb_connect(display.c_str(), nullptr)),
+        root(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root) {}
+  ~Onlooker() { xcb_disconnect(connection); }
+  Onlooker(const Onlooker&) = delete;
+  Onlooker& operator=(const Onlooker&) = delete;
+
+  /// A window over the whole screen, above all others, as a full-screen player's.
+  xcb_window_t cover(std::uint32_t color) {
+    const xcb_window_t window = xcb_generate_id(connection);
+    const std::uint32_t values[] = {color, 1};
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root, 0, 0, 5760, 2160, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                      XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+    xcb_map_window(connection, window);
+    sync();
+    return window;
+  }
+
+  xcb_window_t topmost() {
+    const auto tree = owned(xcb_query_tree_reply(connection, xcb_query_tree(connection, root), {}));
+    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
+    for (int index = xcb_query_tree_children_length(tree.get()) - 1; index >= 0; --index) {
+      const auto attributes = owned(xcb_get_window_attributes_reply(
+          connection, xcb_get_window_attributes(connection, children[index]), nullptr));
+      if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE) return children[index];
+    }
+    return XCB_NONE;
+  }
+
+  /// Who gets a click where the pointer is.
+  xcb_window_t underPointer() {
+    return owned(xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), nullptr))
+        ->child;
+  }
+  xcb_window_t focus() {
+    return owned(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr))
+        ->focus;
+  }
+  std::uint8_t depth(xcb_window_t window) {
+    return owned(xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr))
+        ->depth;
+  }
+  std::uint32_t pixel(int x, int y) {
+    const auto image = owned(xcb_get_image_reply(
+        connection,
+        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, static_cast<std::int16_t>(x),
+                      static_cast<std::int16_t>(y), 1, 1, ~0U),
+        nullptr));
+    return *reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get())) & 0xffffff;
+  }
+
+ private:
+  void sync() { focus(); }
+
+  xcb_connection_t* const connection;
+  const xcb_window_t root;
+};
+
+/// One server and one application for the whole program.
+struct World {
+  World() {
+    ::setenv("DISPLAY", rig.display().c_str(), 1);
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody", 1);
+    linux = std::make_unique<LinuxMachine>();
+    desk = std::get<std::unique_ptr<DeskMachine>>(
+        openDesk(folder.write("desk.json", R"({"displays": []})")));
+    QtFrameRequest request{*desk, dynamic_cast<HostedMainQueue&>(desk->runtime()), nullptr, {}};
+    frame = std::make_unique<QtFrame>(QtPlatform{"xcb", true}, request);
+    onlooker = std::make_unique<Onlooker>(rig.display());
+  }
+
+  X11Rig rig;
+  TemporaryFolder folder;
+  std::unique_ptr<LinuxMachine> linux;
+  std::unique_ptr<DeskMachine> desk;
+  std::unique_ptr<QtFrame> frame;
+  std::unique_ptr<Onlooker> onlooker;
+};
+
+std::unique_ptr<World>& world() {
+  static std::unique_ptr<World> one;
+  return one;
+}
+
+class Ending : public testing::Environment {
+ public:
+  void TearDown() override { world().reset(); }
+};
+const testing::Environment* const ending = testing::AddGlobalTestEnvironment(new Ending);
+
+World& theWorld() {
+  if (!world()) world() = std::make_unique<World>();
+  return *world();
+}
+
+constexpr std::uint32_t ground = 0x3060a0;
+
+class HUDOnXTest : public testing::Test {
+ protected:
+  HUDOnXTest() {
+    window.installContentView(
+        {FilledRectangle{{{0, 0, 360, 54}, 24}, Paint{Color{1, 0.25, 0, 1}}}});
+  }
+
+  bool eventually(const std::function<bool()>& holds) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!holds()) {
+      if (timer.elapsed() > 10'000) return false;
+      QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return true;
+  }
+
+  /// Over the lower middle of the display.
+  void presentOn(std::size_t monitor) {
+    Rect frame;
+    for (const Screen& screen : here.linux->displays().screens()) {
+      // The monitors of the rig are of different widths.
+      if (screen.frame.width == X11Rig::standardDesk()[monitor].width) frame = screen.frame;
+    }
+    window.setFrame({frame.x + frame.width / 2 - 180, frame.y + 130, 360, 54});
+    window.orderFrontRegardless();
+  }
+  xcb_window_t number() { return static_cast<xcb_window_t>(window.widget().winId()); }
+
+  World& here = theWorld();
+  Onlooker& onlooker = *here.onlooker;
+  const xcb_window_t below = onlooker.cover(ground);
+  QtHUDWindow window{{.contentRect = {0, 0, 360, 54}, .level = 25},
+                     here.desk->runtime(),
+                     here.linux->displays(),
+                     here.frame->application()};
+};
+
+TEST_F(HUDOnXTest, OnEachDisplayItIsInTheMiddleAbove130PixelsOfTheLowerEdge) {
+  const auto monitors = X11Rig::standardDesk();
+  for (std::size_t screen = 0; screen < monitors.size(); ++screen) {
+    const RigMonitor& monitor = monitors[screen];
+    const int left = monitor.x + monitor.width / 2 - 180;
+    const int bottom = monitor.y + monitor.height - 130;
+    presentOn(screen);
+    EXPECT_TRUE(eventually([&] {
+      return onlooker.pixel(left + 180, bottom - 1) == 0xff4000 &&
+             onlooker.pixel(left + 180, bottom) == ground &&
+             onlooker.pixel(left + 180, bottom - 54) == 0xff4000 &&
+             onlooker.pixel(left + 180, bottom - 55) == ground &&
+             onlooker.pixel(left + 2, bottom - 27) == 0xff4000 &&
+             onlooker.pixel(left - 1, bottom - 27) == ground &&
+             onlooker.pixel(left + 357, bottom - 27) == 0xff4000 &&
+             onlooker.pixel(left + 360, bottom - 27) == ground;
+    })) << "screen "
+        << screen;
+  }
+}
+
+TEST_F(HUDOnXTest, WithoutACompositorItsCornersShowWhatLiesBelow) {
+  const RigMonitor monitor = X11Rig::standardDesk()[0];
+  const int left = monitor.x + monitor.width / 2 - 180;
+  const int top = monitor.y + monitor.height - 130 - 54;
+  presentOn(0);
+  EXPECT_TRUE(eventually([&] { return onlooker.pixel(left + 180, top + 20) == 0xff4000; }));
+  EXPECT_EQ(onlooker.pixel(left + 1, top + 1), ground);
+  EXPECT_EQ(onlooker.pixel(left + 358, top + 52), ground);
+}
+
+TEST_F(HUDOnXTest, AClickOnItReachesTheWindowBelow) {
+  const RigMonitor monitor = X11Rig::standardDesk()[1];
+  const int x = monitor.x + monitor.width / 2;
+  const int y = monitor.y + monitor.height - 150;
+  here.rig.warpPointer(x, y);
+  presentOn(1);
+  EXPECT_TRUE(eventually([&] { return onlooker.pixel(x, y) == 0xff4000; }));
+  EXPECT_EQ(onlooker.topmost(), number());
+  EXPECT_EQ(onlooker.underPointer(), below);
+}
+
+TEST_F(HUDOnXTest, ItNeverTakesTheKeyboard) {
+  const xcb_window_t before = onlooker.focus();
+  presentOn(1);
+  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+  EXPECT_EQ(onlooker.focus(), before);
+}
+
+TEST_F(HUDOnXTest, EachPresentPutsItAboveWhatHasCoveredItMeanwhile) {
+  presentOn(0);
+  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+  const xcb_window_t player = onlooker.cover(0);
+  EXPECT_EQ(onlooker.topmost(), player);
+  presentOn(0);
+  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+}
+
+TEST_F(HUDOnXTest, ItHasAnAlphaChannelForTheCompositor) {
+  presentOn(0);
+  EXPECT_EQ(onlooker.depth(number()), 32);
+}
+
+TEST_F(HUDOnXTest, OrderedOutItIsGone) {
+  presentOn(0);
+  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+  window.orderOut();
+  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == below; }));
+}
+
+}  // namespace
+}  // namespace brivane
