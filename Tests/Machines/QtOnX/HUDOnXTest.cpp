@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QWidget>
 #include <cstdlib>
 #include <functional>
@@ -13,6 +14,7 @@
 #include "Machines/Linux/Machine.h"
 #include "Machines/Qt/Frame.h"
 #include "Machines/Qt/HUDWindow.h"
+#include "Machines/Qt/XSelections.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/X11Rig.h"
 
@@ -231,6 +233,38 @@ TEST_F(HUDOnXTest, OrderedOutItIsGone) {
   EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
   window.orderOut();
   EXPECT_TRUE(eventually([&] { return onlooker.topmost() == below; }));
+}
+
+/// With somebody who blends windows.
+class HUDOnCompositedXTest : public HUDOnXTest {
+ protected:
+  HUDOnCompositedXTest() {
+    compositor.start("xcompmgr", {"-n"});
+    EXPECT_TRUE(compositor.waitForStarted()) << "package xcompmgr";
+    EXPECT_TRUE(eventually([] { return hasSelectionOwner("_NET_WM_CM_S0"); }));
+  }
+  ~HUDOnCompositedXTest() override {
+    compositor.terminate();
+    compositor.waitForFinished();
+  }
+
+  QProcess compositor;
+};
+
+TEST_F(HUDOnCompositedXTest, WhatLiesBelowShinesThroughAndAFadeGoesAllTheWay) {
+  const RigMonitor monitor = X11Rig::standardDesk()[0];
+  const int left = monitor.x + monitor.width / 2 - 180;
+  const int top = monitor.y + monitor.height - 130 - 54;
+  const auto red = [&] { return onlooker.pixel(left + 180, top + 27) >> 16; };
+  presentOn(0);
+  EXPECT_TRUE(eventually([&] { return red() == 0xff; }));
+  EXPECT_EQ(onlooker.pixel(left + 1, top + 1), ground);
+  window.setAlpha(0.5);
+  EXPECT_TRUE(eventually([&] { return red() > 0x90 && red() < 0xa0; }));
+  bool isOver = false;
+  window.animateAlpha(0, 0.1, AnimationTiming::easeIn, [&] { isOver = true; });
+  EXPECT_TRUE(eventually([&] { return isOver; }));
+  EXPECT_TRUE(eventually([&] { return onlooker.pixel(left + 180, top + 27) == ground; }));
 }
 
 }  // namespace
