@@ -14,6 +14,7 @@
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/AnnouncedProcess.h"
 #include "Machines/Common/HotkeyTable.h"
+#include "Machines/Common/TapStream.h"
 #include "Machines/Desk/AttachedDisplays.h"
 #include "Machines/Desk/DeskDescription.h"
 #include "Machines/Desk/EventQueue.h"
@@ -21,7 +22,6 @@
 #include "Machines/Desk/KeyTable.h"
 #include "Machines/Desk/MonitorFirmware.h"
 #include "Machines/Desk/StoredState.h"
-#include "Machines/Common/TapStream.h"
 #include "Machines/Desk/Trace.h"
 
 namespace brivane {
