@@ -44,6 +44,16 @@ int saysItIsStillBeingBuilt(std::ostream& err) {
   return 0;
 }
 
+/// A program that nobody can see or quit must not start. The machine knows best what is missing,
+/// but speaks only of what it was asked for.
+int saysThatItCannotBeShown(Machine& machine, std::ostream& err) {
+  machine.displays().onlineDisplayCount();
+  const auto advice = machine.advice();
+  err << advice.value_or("Brivane: nothing can be shown on a screen; the system log says why.")
+      << std::endl;
+  return 1;
+}
+
 int runResident(Machine& anyMachine, const FrameOpener& openFrame, std::ostream& err) {
   auto& applications = anyMachine.applications();
   if (yieldsToAnother(applications, err)) return 0;
@@ -53,7 +63,7 @@ int runResident(Machine& anyMachine, const FrameOpener& openFrame, std::ostream&
   // system without a place for announcements tells neither, and then both may run.
   if (!applications.announce() && yieldsToAnother(applications, err)) return 0;
   const auto frame = openFrame(*machine);
-  if (!frame) return saysItIsStillBeingBuilt(err);
+  if (!frame) return saysThatItCannotBeShown(anyMachine, err);
   AppDelegate delegate(*machine, *frame);
   frame->application().setDelegate(&delegate);
   frame->application().setActivationPolicy(ActivationPolicy::accessory);

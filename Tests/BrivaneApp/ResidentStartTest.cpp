@@ -125,6 +125,19 @@ TEST_F(ResidentStartTest, AMachineWithNothingToShowItOnSaysSo) {
   EXPECT_EQ(frame, nullptr);
 }
 
+TEST_F(ResidentStartTest, WithoutAScreenItSaysWhatIsMissingAndEndsWithStatusOne) {
+  struct AdvisingMachine : FakeMachine {
+    std::optional<std::string> advice() override { return "There is no screen."; }
+  };
+  AdvisingMachine advising;
+  const FrameOpener nothing = [](ResidentMachine&) { return nullptr; };
+  EXPECT_EQ(runBrivane({"Brivane"}, advising, nothing, out, err), 1);
+  EXPECT_EQ(err.str(), "There is no screen.\n");
+  err.str("");
+  EXPECT_EQ(runBrivane({"Brivane"}, machine, nothing, out, err), 1);
+  EXPECT_EQ(err.str(), "Brivane: nothing can be shown on a screen; the system log says why.\n");
+}
+
 TEST_F(ResidentStartTest, QuittingCleansUpOnceAndLeavesNothingBehind) {
   machine.noteEverything();
   const int status = start([this] { machine.notes.take(); });

@@ -20,9 +20,11 @@ namespace {
 
 using std::chrono::milliseconds;
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::Ge;
 using testing::IsEmpty;
 using testing::Le;
+using testing::StartsWith;
 
 constexpr std::size_t left = 0;
 constexpr std::size_t middle = 1;
@@ -276,6 +278,14 @@ TEST_F(LinuxResidentTest, ASecondStartNamesTheFirstAndLeavesItAlone) {
   EXPECT_EQ(second.exitStatus, 0);
   EXPECT_EQ(second.errors, "Brivane is already running (pid " +
                                std::to_string(program->processID()) + "); exiting.\n");
+}
+
+TEST_F(LinuxResidentTest, WithoutAnXServerItSaysWhatIsMissingAndEndsWithStatusOne) {
+  auto environment = world.environment();
+  environment["DISPLAY"] = "";
+  const ProgramResult result = runProgram("Brivane", {}, environment);
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(linesOf(result.errors), ElementsAre(StartsWith("Brivane sees no displays because ")));
 }
 
 // The keyboard's own brightness keys
