@@ -21,7 +21,8 @@ CustomViewWidget::CustomViewWidget(const WindowView& itsField, QtApplication& it
     : QWidget(parent), view(itsField.view), application(itsApplication) {
   setAccessibleName(QString::fromStdString(itsField.accessibilityLabel));
   setAccessibleDescription(QString::fromStdString(view->accessibilityText()));
-  if (view->acceptsFirstResponder()) setFocusPolicy(Qt::StrongFocus);
+  // A click gives the focus only when the view asks for the keys.
+  if (view->acceptsFirstResponder()) setFocusPolicy(Qt::TabFocus);
   view->setHost(this);
 }
 

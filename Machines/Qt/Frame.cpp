@@ -2,7 +2,6 @@
 
 #include "Machines/Qt/EditorWindow.h"
 #include "Machines/Qt/HUDWindow.h"
-#include "Machines/Qt/StatusItem.h"
 
 namespace brivane {
 
@@ -10,7 +9,9 @@ QtFrame::QtFrame(const QtPlatform& platform, const QtFrameRequest& request)
     : machine(request.machine), isX11(platform.isX11), ownApplication(platform, request) {}
 
 std::unique_ptr<StatusItem> QtFrame::makeStatusItem() {
-  return std::make_unique<QtStatusItem>(ownApplication, isX11);
+  auto item = std::make_unique<QtStatusItem>(ownApplication, isX11);
+  lastStatusItem = item.get();
+  return item;
 }
 
 std::unique_ptr<HUDWindow> QtFrame::makeHUDWindow(const HUDWindowAttributes& attributes) {

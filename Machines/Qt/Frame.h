@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QPointer>
 #include <memory>
 
 #include "BrivaneApp/Frame/Frame.h"
 #include "Machines/Qt/Application.h"
+#include "Machines/Qt/StatusItem.h"
 
 namespace brivane {
 
@@ -17,10 +19,14 @@ class QtFrame : public Frame {
   std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) override;
   std::unique_ptr<EditorWindow> makeEditorWindow(const EditorWindowAttributes& attributes) override;
 
+  /// What the program made last, for as long as it keeps it; else null.
+  QtStatusItem* statusItem() const { return lastStatusItem; }
+
  private:
   ResidentMachine& machine;
   const bool isX11;
   QtApplication ownApplication;
+  QPointer<QtStatusItem> lastStatusItem;
 };
 
 }  // namespace brivane

@@ -13,7 +13,7 @@ namespace brivane {
 
 /// The program's place in the desktop's tray: there as soon as there is one. Every click opens the
 /// menu, where the pointer is. Main thread.
-class QtStatusItem : public StatusItem {
+class QtStatusItem : public QObject, public StatusItem {
  public:
   /// Without `mayHaveTray` the menu is all there is.
   QtStatusItem(QtApplication& frameApplication, bool mayHaveTray);

@@ -106,11 +106,12 @@ TEST_F(QtApplicationTest, TheDesktopMayEndItAndTheDelegateHears) {
 
 TEST_F(QtApplicationTest, TimersAndTasksOfOtherThreadsRunWhileItRuns) {
   int ticks = 0;
-  const auto queue = runtime().makeSerialQueue("work", QueueQuality::utility);
+  Runtime& clock = runtime();
+  const auto queue = clock.makeSerialQueue("work", QueueQuality::utility);
   delegate.onLaunch = [&] {
-    runtime().every(std::chrono::milliseconds(2), [&] {
-      if (++ticks < 3) return;
-      queue->async([&] { runtime().async([this] { application().terminate(); }); });
+    clock.every(std::chrono::milliseconds(2), [&] {
+      if (++ticks != 3) return;
+      queue->async([&clock, this] { clock.async([this] { application().terminate(); }); });
     });
   };
   EXPECT_EQ(application().run(), 0);

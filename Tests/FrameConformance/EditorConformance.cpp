@@ -1,0 +1,164 @@
+#include <gmock/gmock.h>
+
+#include "BrivaneCore/Seams/Keyboard.h"
+#include "Tests/FrameConformance/FrameUnderTest.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A view that takes the keys when it is clicked and writes down what comes.
+class NotingView : public CustomView {
+ public:
+  NotingView(std::string ownName, std::vector<std::string>& commonNotes)
+      : name(std::move(ownName)), notes(commonNotes) {}
+
+  void setHost(CustomViewHost* newHost) override { host = newHost; }
+  bool acceptsFirstResponder() const override { return accepts; }
+  void mouseDown() override {
+    notes.push_back(name + " clicked");
+    host->makeFirstResponder();
+    host->setNeedsDisplay();
+  }
+  bool keyDown(const KeyPress& press) override {
+    notes.push_back(name + " key " + std::to_string(press.keyCode) + " with " +
+                    std::to_string(press.modifierFlags));
+    return true;
+  }
+  bool resignFirstResponder() override {
+    notes.push_back(name + " resigns");
+    return true;
+  }
+  DisplayList draw() const override {
+    return {FilledRectangle{{{0, 0, 100, 30}, 6}, Paint{Color{}}}};
+  }
+  std::string accessibilityText() const override { return name; }
+
+  CustomViewHost* host = nullptr;
+  bool accepts = true;
+
+ private:
+  const std::string name;
+  std::vector<std::string>& notes;
+};
+
+constexpr std::uint16_t keyF5 = 96;
+
+class EditorConformance : public FrameConformance {
+ protected:
+  EditorConformance() {
+    window->onWillClose([this] {
+      notes.emplace_back("will close");
+      if (onClose) onClose();
+    });
+    window->setContent(items());
+    window->makeKeyAndOrderFront();
+    underTest->pass(0.05);
+  }
+
+  std::vector<WindowItem> items() {
+    return {WindowLabel{{20, 160, 200, 20}, "Keys"},
+            WindowView{{20, 100, 100, 30}, &first, "First"},
+            WindowView{{20, 60, 100, 30}, &second, "Second"},
+            WindowButton{{20, 20, 100, 26}, "Reset", [this] {
+                           notes.emplace_back("pressed");
+                           if (onPress) onPress();
+                         }}};
+  }
+
+  std::vector<std::string> notes;
+  Task onPress;
+  Task onClose;
+  NotingView first{"first", notes};
+  NotingView second{"second", notes};
+  std::unique_ptr<EditorWindow> window = frame.makeEditorWindow(
+      {.contentWidth = 420, .contentHeight = 210, .styleMask = 3, .title = "Editor"});
+};
+
+TEST_F(EditorConformance, TheContentHasTheSizeItWasMadeWith) {
+  EXPECT_EQ(window->contentWidth(), 420);
+  EXPECT_EQ(window->contentHeight(), 210);
+}
+
+TEST_F(EditorConformance, AViewHasAHostWhileItIsContent) {
+  EXPECT_NE(first.host, nullptr);
+  window->setContent({WindowView{{0, 0, 100, 30}, &second, "Second"}});
+  EXPECT_EQ(first.host, nullptr);
+  EXPECT_NE(second.host, nullptr);
+  window.reset();
+  EXPECT_EQ(second.host, nullptr);
+}
+
+TEST_F(EditorConformance, KeysGoToTheViewThatWasClicked) {
+  underTest->click("First");
+  underTest->press({keyF5, modifierFlag::control | modifierFlag::option});
+  underTest->press({keyF5, modifierFlag::shift | modifierFlag::command});
+  EXPECT_THAT(
+      notes, ElementsAre("first clicked", "first key 96 with 786432", "first key 96 with 1179648"));
+}
+
+TEST_F(EditorConformance, AViewThatWasNotClickedGetsNoKeys) {
+  underTest->press({keyF5, modifierFlag::control});
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(EditorConformance, ASecondViewTakesTheKeysFromTheFirst) {
+  underTest->click("First");
+  underTest->click("Second");
+  underTest->press({keyF5, modifierFlag::control});
+  EXPECT_THAT(notes, ElementsAre("first clicked", "second clicked", "first resigns",
+                                 "second key 96 with 262144"));
+}
+
+TEST_F(EditorConformance, KeysThatWereGivenBackGoToNoView) {
+  underTest->click("First");
+  first.host->resignFirstResponder();
+  first.host->resignFirstResponder();
+  underTest->press({keyF5, modifierFlag::control});
+  EXPECT_THAT(notes, ElementsAre("first clicked", "first resigns"));
+}
+
+TEST_F(EditorConformance, AViewThatAcceptsNoKeysGetsNone) {
+  first.accepts = false;
+  underTest->click("First");
+  underTest->press({keyF5, modifierFlag::control});
+  EXPECT_THAT(notes, ElementsAre("first clicked"));
+}
+
+TEST_F(EditorConformance, AButtonMayReplaceTheContentThatItIsIn) {
+  onPress = [this] { window->setContent(items()); };
+  underTest->pressButton("Reset");
+  onPress = {};
+  underTest->pressButton("Reset");
+  EXPECT_THAT(notes, ElementsAre("pressed", "pressed"));
+  EXPECT_NE(first.host, nullptr);
+}
+
+TEST_F(EditorConformance, NewContentHasNoViewWithTheKeys) {
+  underTest->click("First");
+  notes.clear();
+  window->setContent(items());
+  underTest->press({keyF5, modifierFlag::control});
+  EXPECT_THAT(notes, testing::Not(testing::Contains(testing::HasSubstr("key"))));
+}
+
+TEST_F(EditorConformance, ClosingIsToldEachTimeAndTheWindowComesBack) {
+  underTest->closeEditor();
+  window->makeKeyAndOrderFront();
+  underTest->pass(0.05);
+  underTest->click("Second");
+  underTest->closeEditor();
+  EXPECT_THAT(notes, ElementsAre("will close", "second clicked", "will close"));
+}
+
+TEST_F(EditorConformance, TheWindowMayBeDroppedAsItCloses) {
+  onClose = [this] { window.reset(); };
+  underTest->closeEditor();
+  EXPECT_THAT(notes, ElementsAre("will close"));
+  EXPECT_EQ(first.host, nullptr);
+}
+
+}  // namespace
+}  // namespace brivane

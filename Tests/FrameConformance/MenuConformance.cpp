@@ -1,0 +1,143 @@
+#include <gmock/gmock.h>
+
+#include "Tests/FrameConformance/FrameUnderTest.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class MenuConformance : public FrameConformance, public MenuDelegate {
+ protected:
+  MenuConformance() {
+    statusItem->configureButton({{FilledRectangle{{{0, 0, 8, 8}, 2}, Paint{Color{}}}}, 8, 8, "it"});
+    menu.setDelegate(this);
+    menu.setItems(items());
+  }
+
+  void menuWillOpen() override {
+    notes.emplace_back("will open");
+    if (onOpen) onOpen();
+  }
+  void menuDidClose() override {
+    notes.emplace_back("did close");
+    if (onClose) onClose();
+  }
+
+  std::vector<MenuItem> items() {
+    return {MenuText{"Halden"},
+            slider("Halden"),
+            MenuSeparator{},
+            command("Retry"),
+            MenuText{"Norvik", MenuTone::tertiaryLabel},
+            slider("Norvik")};
+  }
+  MenuCommand command(const std::string& title) {
+    return {title, false, "", [this, title] { notes.push_back(title); }};
+  }
+  MenuSlider slider(const std::string& name) {
+    return {0, 100, 50, name, [this, name](double value) {
+              notes.push_back(name + " " + std::to_string(static_cast<int>(value)));
+              if (onMove) onMove();
+            }};
+  }
+
+  // A menu that is open when it goes tells its delegate.
+  std::vector<std::string> notes;
+  Task onOpen;
+  Task onClose;
+  Task onMove;
+  const std::unique_ptr<StatusItem> statusItem = frame.makeStatusItem();
+  MenuView& menu = statusItem->menu();
+};
+
+TEST_F(MenuConformance, TheDelegateHearsOfOpeningAndClosing) {
+  underTest->openMenu();
+  underTest->closeMenu();
+  underTest->openMenu();
+  underTest->closeMenu();
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "will open", "did close"));
+}
+
+TEST_F(MenuConformance, ItemsSetAsItOpensAreWhatItShows) {
+  onOpen = [this] { menu.setItems({command("New")}); };
+  underTest->openMenu();
+  underTest->choose("New");
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "New"));
+}
+
+TEST_F(MenuConformance, ACommandIsCalledAfterTheMenuHasClosed) {
+  underTest->openMenu();
+  underTest->choose("Retry");
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry"));
+}
+
+TEST_F(MenuConformance, AChosenCommandMayReplaceAllItems) {
+  auto renewed = items();
+  std::get<MenuCommand>(renewed[3]).chosen = [this] {
+    menu.setItems({});
+    notes.emplace_back("replaced");
+  };
+  menu.setItems(std::move(renewed));
+  underTest->openMenu();
+  underTest->choose("Retry");
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "replaced"));
+}
+
+TEST_F(MenuConformance, ACommandWhoseItemsAreReplacedAsTheMenuClosesIsNotCalled) {
+  onClose = [this] { menu.setItems(items()); };
+  underTest->openMenu();
+  underTest->choose("Retry");
+  EXPECT_THAT(notes, ElementsAre("will open", "did close"));
+}
+
+TEST_F(MenuConformance, EveryMoveOfASliderIsToldWithItsNewValue) {
+  underTest->openMenu();
+  onMove = [this] { EXPECT_EQ(menu.sliderValue(1), 80); };
+  underTest->drag(0, 80);
+  onMove = {};
+  underTest->drag(1, 0);
+  EXPECT_THAT(notes, ElementsAre("will open", "Halden 80", "Norvik 0"));
+  EXPECT_EQ(menu.sliderValue(5), 0);
+}
+
+TEST_F(MenuConformance, AValueThatTheProgramSetsIsToldToNobody) {
+  underTest->openMenu();
+  menu.setSliderValue(1, 12.5);
+  EXPECT_EQ(menu.sliderValue(1), 12.5);
+  EXPECT_THAT(notes, ElementsAre("will open"));
+}
+
+TEST_F(MenuConformance, AMoveMayReplaceTheItemsAndTheNewSliderTellsOn) {
+  underTest->openMenu();
+  onMove = [this] { menu.setItems(items()); };
+  underTest->drag(0, 60);
+  EXPECT_EQ(menu.sliderValue(1), 50) << "a new slider stands where it was put";
+  onMove = {};
+  underTest->drag(0, 70);
+  EXPECT_THAT(notes, ElementsAre("will open", "Halden 60", "Halden 70"));
+}
+
+TEST_F(MenuConformance, TitlesAndTicksChangeInAnOpenMenu) {
+  underTest->openMenu();
+  menu.setTitle(0, "Halden 61 %");
+  menu.setTitle(3, "Try again");
+  menu.setChecked(3, true);
+  menu.setChecked(3, false);
+  underTest->choose("Try again");
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry"));
+}
+
+TEST_F(MenuConformance, TheMainQueueRunsOnWhileItIsOpen) {
+  underTest->openMenu();
+  int ticks = 0;
+  const TimerID timer = underTest->runtime().every(fromSeconds(0.01), [&] { ++ticks; });
+  underTest->pass(0.2);
+  underTest->runtime().cancel(timer);
+  EXPECT_GE(ticks, 3);
+  EXPECT_THAT(notes, ElementsAre("will open"));
+}
+
+}  // namespace
+}  // namespace brivane
