@@ -12,11 +12,15 @@ namespace brivane {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 class DeskResidentTest : public testing::TestWithParam<int> {
  protected:
-  std::map<std::string, std::string> environment() { return {{"BRIVANE_DESK", desk}}; }
+  /// Without a screen, unless told otherwise.
+  std::map<std::string, std::string> environment() {
+    return {{"BRIVANE_DESK", desk}, {"DISPLAY", display}, {"QT_QPA_PLATFORM", platform}};
+  }
 
   /// Listening to signals, its hotkeys and its relay in force.
   std::unique_ptr<RunningProgram> start() {
@@ -30,6 +34,8 @@ class DeskResidentTest : public testing::TestWithParam<int> {
     return runProgram("Brivane", arguments, environment());
   }
 
+  std::string display;
+  std::string platform;
   TemporaryFolder folder;
   std::filesystem::path desk = folder.write("desk.json", R"({"displays": [{"identifier": 2}]})");
 };
@@ -77,6 +83,44 @@ TEST_F(DeskResidentTest, OutsideABundleTwoCanRun) {
   for (const auto& program : {&one, &two}) (*program)->signal(SIGTERM);
   EXPECT_EQ(one->wait().exitStatus, 0);
   EXPECT_EQ(two->wait().exitStatus, 0);
+}
+
+TEST_F(DeskResidentTest, ShownByQtItEndsOnASignalAsWell) {
+  platform = "offscreen";
+  const auto program = start();
+  program->signal(SIGTERM);
+  const ProgramResult result = program->wait();
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.errors, Not(HasSubstr("plugin"))) << "what Qt says of itself is no news";
+  EXPECT_THAT(run({"--unmap"}).output, StartsWith("No Brivane entries were in the HID mapping"));
+}
+
+TEST_F(DeskResidentTest, AnXServerThatDoesNotAnswerIsOneLineAndNoMore) {
+  display = ":4711";
+  const auto program = start();
+  program->signal(SIGTERM);
+  const ProgramResult result = program->wait();
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(
+      result.errors,
+      HasSubstr("Brivane: nothing can be shown on a screen: the X server :4711 doesn't answer\n"));
+}
+
+TEST_F(DeskResidentTest, WithoutQtTheLogSaysWhatIsMissingAndTheProgramWorks) {
+  // A copy of the program that has no module beside it.
+  const auto programs = folder.path / "bin";
+  std::filesystem::create_directories(programs);
+  std::filesystem::copy(programFolder() / "Brivane", programs / "Brivane");
+  std::filesystem::copy(programFolder().parent_path() / "share", folder.path / "share",
+                        std::filesystem::copy_options::recursive);
+  platform = "offscreen";
+  RunningProgram program((programs / "Brivane").string(), {}, environment());
+  EXPECT_TRUE(program.waitForError("Brivane: system brightness keys relayed through F19/F20\n"));
+  program.signal(SIGTERM);
+  const ProgramResult result = program.wait();
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.errors, HasSubstr("brivane-qt.so: cannot open shared object file"));
+  EXPECT_THAT(result.errors, HasSubstr("(package libqt6widgets6)\n"));
 }
 
 }  // namespace
