@@ -38,7 +38,7 @@ void DeskHardware::follow() {
 }
 
 void DeskHardware::takeKeyboard() {
-  if (!folder) return;
+  if (!folder || !keyboardProcess) return;
   wantsKeyboard = true;
   std::error_code failed;  // the lock tells
   std::filesystem::create_directories(folder->path, failed);
@@ -76,7 +76,7 @@ void DeskHardware::tellOf(HardwareNotice notice) {
 
 void DeskHardware::tellOf(const KeyChange& change) {
   // Who had the keyboard may have ended since.
-  if (!wantsKeyboard || !keyboardProcess->announce()) return;
+  if (!wantsKeyboard || !keyboardProcess || !keyboardProcess->announce()) return;
   for (const auto& observed : keyHandlers) {
     if (const auto handler = observed.lock()) (*handler)(change);
   }
