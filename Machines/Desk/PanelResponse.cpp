@@ -63,7 +63,8 @@ PanelResponse::PanelResponse(const PanelLight& panelLight, const GammaTable& gam
 
 double PanelResponse::light(std::size_t channel, std::uint16_t signal) const {
   const double white = SignalPicture::white;
-  const double output = std::max(tableOutput(channel, signal / white), 0.0);
+  const double drawn = std::min(signal / white, panel.headroom);
+  const double output = std::max(tableOutput(channel, drawn), 0.0);
   const double wanted = output < 1 ? std::pow(output, panelExponent) : output;
   return panel.backlight * std::min(wanted, panel.headroom);
 }

@@ -24,10 +24,10 @@ struct PanelLight {
 /// light, an external monitor more than a built-in one; asleep it gives none.
 std::optional<PanelLight> panelLight(DeskHardware& hardware, DisplayID display);
 
-/// What a panel makes of signals, as light and as seen in a window on another display. Signals go
-/// through the gamma table, which continues in a straight line beyond white. The panel turns what
-/// comes out into light: by the exponent 2.2 up to white, in proportion above, and cuts off what it
-/// can't show.
+/// What a panel makes of signals, as light and as seen in a window on another display. Signals
+/// are cut off at the headroom and go through the gamma table, which continues in a straight line
+/// beyond white. The panel turns what comes out into light: by the exponent 2.2 up to white, in
+/// proportion above, and cuts off what it can't show.
 class PanelResponse {
  public:
   PanelResponse(const PanelLight& panelLight, const GammaTable& gammaTable);

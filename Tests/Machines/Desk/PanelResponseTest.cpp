@@ -46,6 +46,11 @@ TEST(PanelResponse, ADimmingTableDarkensSignalsAndHighlights) {
   EXPECT_DOUBLE_EQ(response.light(0, brightest), 2);
 }
 
+TEST(PanelResponse, WithoutHeadroomADimmedHighlightIsNoBrighterThanDimmedWhite) {
+  const PanelResponse response({1, 1}, scaled(0.5F));
+  EXPECT_EQ(response.light(0, brightest), response.light(0, white));
+}
+
 TEST(PanelResponse, ATableAboveWhiteUsesTheHeadroomAndNoMore) {
   EXPECT_DOUBLE_EQ(PanelResponse({1, 4}, scaled(2)).light(0, white), 2);
   EXPECT_DOUBLE_EQ(PanelResponse({1, 1.5}, scaled(2)).light(0, white), 1.5);
