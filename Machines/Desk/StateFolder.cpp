@@ -22,4 +22,9 @@ void StateFolder::report(const std::string& line) {
   if (reported.insert(line).second) log.write(line);
 }
 
+bool StateFolder::hasReported() {
+  const std::lock_guard guard(mutex);
+  return !reported.empty();
+}
+
 }  // namespace brivane

@@ -27,6 +27,7 @@ class StateFolder {
 
   /// Writes the line to the log, unless this process has done so already.
   void report(const std::string& line);
+  bool hasReported();
 
   const std::filesystem::path path;
   Runtime& runtime;

@@ -33,7 +33,7 @@ brivane-desk poke [DESK] STEP
     it at once, and without any it is there for the next one. For instance:
 
     brivane-desk poke unplug 3
-    brivane-desk poke mood 2 silent
+    brivane-desk poke mood 3 silent
     brivane-desk poke key control+option+up
     brivane-desk poke "move 2 to {-1920,0}"
 

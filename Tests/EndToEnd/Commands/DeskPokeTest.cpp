@@ -218,6 +218,13 @@ TEST_F(DeskPokeTest, WhatCannotBeDoneIsSaidInOneLine) {
   }
 }
 
+TEST_F(DeskPokeTest, WhatCannotBeKeptIsNotSaidToBeDone) {
+  folder.write("desk.json.state", "a file where the folder should be");
+  const auto result = tryPoke("unplug 2");
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.errors, HasSubstr("can't be saved in"));
+}
+
 TEST_F(DeskPokeTest, TheDeskCanBeNamedAndTheStepTypedInWords) {
   const auto result = runProgram("brivane-desk", {"poke", desk, "move", "2", "to", "{-1920,0}"},
                                  {{"BRIVANE_DESK", "/nonexistent/desk.json"}});
