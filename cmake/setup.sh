@@ -7,8 +7,10 @@ say() { printf '%s\n' "$*" >&2; }
 
 # What it takes to build and run the program.
 program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-dev libxcb-randr0-dev
-  libxcb-xkb-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev libsystemd-dev
-  qt6-base-dev qt6-qpa-plugins)
+  libxcb-xkb-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev libsystemd-dev)
+
+# What the visible side takes beside that; a command-line mode does without.
+frame_packages=(qt6-base-dev qt6-qpa-plugins)
 
 # A kernel with the three monitors that Tests/EndToEnd/Linux expects.
 linux_world=(build/bin/ddc-bus-host
@@ -43,20 +45,30 @@ need_packages() {
   rm -f build-packages.log
 }
 
+# is_configured_for FOLDER PART...: whether a build folder has those optional parts of the tree.
+is_configured_for() {
+  local folder=$1 part
+  shift
+  for part in "$@"; do
+    grep -qx "$part:BOOL=ON" "$folder/CMakeCache.txt" 2>/dev/null || return 1
+  done
+}
+
 # build PRESET TARGET...: configures if need be and builds, saying so only if it takes a while. Two
 # commands at once build one after the other.
 build() {
-  local preset=$1 folder=build tests=OFF status
+  local preset=$1 folder=build parts=() options=() part status
   shift
   [ "$preset" = default ] || folder=build/$preset
-  [ "${with_tests:-no}" = yes ] && tests=ON
+  [ "${with_frame:-no}" = yes ] && parts+=(BRIVANE_FRAME)
+  [ "${with_tests:-no}" = yes ] && parts+=(BRIVANE_FRAME BRIVANE_TESTS)
+  for part in "${parts[@]}"; do options+=("-D$part=ON"); done
   mkdir -p "$folder"
   exec 9>build/.lock
   flock 9
-  if [ ! -f "$folder/build.ninja" ] || { [ "$tests" = ON ] &&
-    ! grep -qx 'BRIVANE_TESTS:BOOL=ON' "$folder/CMakeCache.txt" 2>/dev/null; }; then
+  if [ ! -f "$folder/build.ninja" ] || ! is_configured_for "$folder" "${parts[@]}"; then
     say "Configuring ($preset) …"
-    if ! cmake --preset "$preset" -DBRIVANE_TESTS=$tests >"$folder/configure.log" 2>&1; then
+    if ! cmake --preset "$preset" "${options[@]}" >"$folder/configure.log" 2>&1; then
       tail -n 20 "$folder/configure.log" >&2
       say "Configuring failed; the whole output is in $folder/configure.log."
       exit 1

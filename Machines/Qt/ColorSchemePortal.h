@@ -23,10 +23,8 @@ class ColorSchemePortal : public QObject {
   /// Nothing: the desktop prefers neither, or hasn't said.
   std::optional<Appearance> preference() const { return known; }
 
- private Q_SLOTS:
-  void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
  private:
+  Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
   void take(const QVariant& value);
 
   std::function<void()> onChange;

@@ -237,7 +237,7 @@ TEST_F(HUDOnXTest, OrderedOutItIsGone) {
 
 /// With somebody who blends windows.
 class HUDOnCompositedXTest : public HUDOnXTest {
- protected:
+ public:
   HUDOnCompositedXTest() {
     compositor.start("xcompmgr", {"-n"});
     EXPECT_TRUE(compositor.waitForStarted()) << "package xcompmgr";
