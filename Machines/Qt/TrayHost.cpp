@@ -46,11 +46,8 @@ void TrayHost::askWatcher() {
   connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
     const QDBusPendingReply<QDBusVariant> reply = *call;
     call->deleteLater();
-    if (!reply.isError() && reply.value().variant().toBool()) {
-      announce();
-    } else if (hasSelectionOwner(embeddingTray)) {
-      announce();
-    }
+    const bool hasHost = !reply.isError() && reply.value().variant().toBool();
+    if (hasHost || hasSelectionOwner(embeddingTray)) announce();
   });
 }
 

@@ -17,10 +17,8 @@ class TrayHost : public QObject, private QAbstractNativeEventFilter {
   /// `found` is called once, in this call or later.
   void waitFor(std::function<void()> found);
 
- private Q_SLOTS:
-  void hostRegistered();
-
  private:
+  Q_SLOT void hostRegistered();
   void askWatcher();
   void announce();
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
