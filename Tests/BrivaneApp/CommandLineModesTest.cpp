@@ -392,7 +392,8 @@ TEST_F(CommandLineModesTest, TheProgramsOwnPathIsAnArgumentToo) {
 
 TEST_F(CommandLineModesTest, SwitchesCountOnlyWhenTheyAreWrittenExactly) {
   for (const auto* argument : {"--Probe", "-probe", "--probe=1", "probe", "--settings"}) {
-    EXPECT_EQ(run({argument}), "") << argument;
+    runBrivane({"/Applications/Brivane", argument}, machine, openFrame, out, err);
+    EXPECT_EQ(out.str(), "") << argument;
   }
   EXPECT_EQ(framesOpened, 5);
 }

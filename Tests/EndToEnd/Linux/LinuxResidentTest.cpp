@@ -55,7 +55,7 @@ class LinuxResidentTest : public testing::Test {
     pointAtLeft();
   }
 
-  ~LinuxResidentTest() override {
+  void TearDown() override {
     if (!program) return;
     program->signal(SIGTERM);
     EXPECT_EQ(program->wait().exitStatus, 0);
