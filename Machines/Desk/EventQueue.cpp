@@ -29,19 +29,19 @@ std::vector<DeskEvent> EventQueue::add(const DeskEvent& event) {
     return changed;
   });
   if (!taken) return {event};
-  return takeFrom(events);
+  return takeFrom(events, *taken);
 }
 
 std::vector<DeskEvent> EventQueue::take() {
   if (!taken || !state.isOutdated()) return {};
-  return takeFrom(state.read());
+  return takeFrom(state.read(), *taken);
 }
 
-std::vector<DeskEvent> EventQueue::takeFrom(const EventsState& events) {
+std::vector<DeskEvent> EventQueue::takeFrom(const EventsState& events, std::uint64_t& lastTaken) {
   // There is no event any more.
-  if (*taken > events.last) taken = 0;
-  const auto count = std::min<std::uint64_t>(events.last - *taken, events.events.size());
-  taken = events.last;
+  if (lastTaken > events.last) lastTaken = 0;
+  const auto count = std::min<std::uint64_t>(events.last - lastTaken, events.events.size());
+  lastTaken = events.last;
   return {events.events.end() - static_cast<std::ptrdiff_t>(count), events.events.end()};
 }
 

@@ -28,7 +28,7 @@ class EventQueue {
   std::vector<DeskEvent> take();
 
  private:
-  std::vector<DeskEvent> takeFrom(const EventsState& events);
+  std::vector<DeskEvent> takeFrom(const EventsState& events, std::uint64_t& lastTaken);
 
   StateFolder* const folder;
   StoredState<EventsState> state;

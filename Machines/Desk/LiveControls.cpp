@@ -18,7 +18,9 @@ void step(DeskHardware& hardware, DisplayID display, int direction) {
   const auto described = hardware.display(display);
   const auto monitor = hardware.monitor(display);
   if (!described || !monitor) return;
-  const int maximum = described->firmware->maximum;
+  const auto& firmware = described->firmware;
+  if (!firmware) return;
+  const int maximum = firmware->maximum;
   const int change = direction * std::max(1, maximum / 10);
   const int level = std::clamp(monitor->shownLevel + change, 0, maximum);
   hardware.setLevelByButtons(display, static_cast<std::uint16_t>(level));
@@ -56,9 +58,10 @@ std::string monitorStatus(const MonitorState& monitor, std::uint16_t maximum) {
 void addMonitor(LiveControls& strip, DeskHardware& hardware, const DisplayDescription& display,
                 const Runtime& runtime) {
   const auto monitor = hardware.monitor(display.identifier);
-  if (!monitor) return;
+  const auto& firmware = display.firmware;
+  if (!monitor || !firmware) return;
   const auto identifier = display.identifier;
-  strip.status.push_back(monitorStatus(*monitor, display.firmware->maximum));
+  strip.status.push_back(monitorStatus(*monitor, firmware->maximum));
   strip.controls.push_back(
       LiveButton{"−", [&hardware, identifier] { step(hardware, identifier, -1); }});
   strip.controls.push_back(

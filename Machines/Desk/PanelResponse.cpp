@@ -40,13 +40,13 @@ std::optional<PanelLight> panelLight(DeskHardware& hardware, DisplayID display) 
   if (!described) return std::nullopt;
   PanelLight light{1, std::max(described->headroom, 1.0)};
   const auto monitor = hardware.monitor(display);
+  const auto& firmware = described->firmware;
   if (hardware.isSystemAsleep() || (monitor && monitor->isAsleep)) {
     light.backlight = 0;
   } else if (const auto level = hardware.panelLevel(display)) {
     light.backlight = withFloor(darkestBuiltIn, double{*level});
-  } else if (monitor) {
-    const double maximum = described->firmware->maximum;
-    light.backlight = withFloor(darkestMonitor, monitor->shownLevel / maximum);
+  } else if (monitor && firmware) {
+    light.backlight = withFloor(darkestMonitor, monitor->shownLevel * 1.0 / firmware->maximum);
   }
   return light;
 }

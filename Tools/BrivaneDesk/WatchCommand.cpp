@@ -39,6 +39,7 @@ int watchDesk(std::vector<std::string> words, std::ostream& out, std::ostream& e
   }
   auto& machine = *std::get<std::unique_ptr<DeskMachine>>(opened);
   auto& hardware = machine.hardware();
+  const auto folder = hardware.stateFolder().value_or("");
   const auto ending =
       machine.notifications().observeTermination([&machine] { machine.runtime().stop(); });
   const auto notices = hardware.observe(
@@ -50,10 +51,9 @@ int watchDesk(std::vector<std::string> words, std::ostream& out, std::ostream& e
     before = std::move(now);
     hardware.meetEvents();
   };
-  const FolderWatch watch(*hardware.stateFolder(), "", machine.runtime(), look);
+  const FolderWatch watch(folder, "", machine.runtime(), look);
   if (!watch.isWatching()) {
-    errors << "brivane-desk: " << hardware.stateFolder()->string() << " can't be watched"
-           << std::endl;
+    errors << "brivane-desk: " << folder.string() << " can't be watched" << std::endl;
     return 1;
   }
   hardware.follow();
