@@ -112,7 +112,8 @@ std::vector<std::int64_t> displaysIn(const std::vector<Slot>& slots, const Token
   std::vector<std::int64_t> displays;
   for (std::size_t index = 0; index < slots.size(); ++index) {
     if (!slots[index].isDisplay()) continue;
-    displays.push_back(std::get<std::int64_t>(*slots[index].argument(tokens[index])));
+    const auto argument = slots[index].argument(tokens[index]);
+    if (argument) displays.push_back(std::get<std::int64_t>(*argument));
   }
   return displays;
 }

@@ -7,6 +7,7 @@ namespace {
 
 std::vector<StepKind> onStages(const std::vector<HardwareStep>& steps) {
   std::vector<StepKind> kinds;
+  kinds.reserve(steps.size());
   for (const auto& step : steps) kinds.push_back({step.form, step.take});
   return kinds;
 }

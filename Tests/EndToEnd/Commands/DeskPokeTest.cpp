@@ -238,7 +238,7 @@ TEST_F(DeskPokeTest, TheDeskCanBeNamedAndTheStepTypedInWords) {
 
 TEST_F(DeskPokeTest, PokesThatAreKilledLeaveEveryPartWholeAndTheProgramAtWork) {
   start();
-  for (int round = 0; round < 120; ++round) {
+  for (std::size_t round = 0; round < 120; ++round) {
     const std::vector<std::string> steps = {"unplug 2", "plug 2",       "sleep",
                                             "wake",     "mood 2 stale", "mood 2 answering"};
     const RunningProgram killed("brivane-desk", {"poke", steps[round % steps.size()]},
