@@ -37,13 +37,6 @@ bool yieldsToAnother(Applications& applications, std::ostream& err) {
   return true;
 }
 
-int saysItIsStillBeingBuilt(std::ostream& err) {
-  err << "Brivane: the menu-bar program is still being built; "
-         "use --probe, --set <0-100> or --unmap until then."
-      << std::endl;
-  return 0;
-}
-
 /// A program that nobody can see or quit must not start. The machine knows best what is missing,
 /// but speaks only of what it was asked for.
 int saysThatItCannotBeShown(Machine& machine, std::ostream& err) {
@@ -54,17 +47,15 @@ int saysThatItCannotBeShown(Machine& machine, std::ostream& err) {
   return 1;
 }
 
-int runResident(Machine& anyMachine, const FrameOpener& openFrame, std::ostream& err) {
-  auto& applications = anyMachine.applications();
+int runResident(ResidentMachine& machine, const FrameOpener& openFrame, std::ostream& err) {
+  auto& applications = machine.applications();
   if (yieldsToAnother(applications, err)) return 0;
-  ResidentMachine* const machine = anyMachine.resident();
-  if (machine == nullptr || !openFrame) return saysItIsStillBeingBuilt(err);
   // Two that start at the same moment both find nobody; only one of them can announce itself. A
   // system without a place for announcements tells neither, and then both may run.
   if (!applications.announce() && yieldsToAnother(applications, err)) return 0;
-  const auto frame = openFrame(*machine);
-  if (!frame) return saysThatItCannotBeShown(anyMachine, err);
-  AppDelegate delegate(*machine, *frame);
+  const auto frame = openFrame(machine);
+  if (!frame) return saysThatItCannotBeShown(machine, err);
+  AppDelegate delegate(machine, *frame);
   frame->application().setDelegate(&delegate);
   frame->application().setActivationPolicy(ActivationPolicy::accessory);
   return frame->application().run();
@@ -76,7 +67,7 @@ bool isCommandLineMode(const std::vector<std::string>& arguments) {
   return holds(arguments, "--unmap") || holds(arguments, "--probe") || holds(arguments, "--set");
 }
 
-int runBrivane(const std::vector<std::string>& arguments, Machine& machine,
+int runBrivane(const std::vector<std::string>& arguments, ResidentMachine& machine,
                const FrameOpener& openFrame, std::ostream& out, std::ostream& err) {
   if (!isCommandLineMode(arguments)) return runResident(machine, openFrame, err);
   runCommandLineMode(arguments, machine, out);

@@ -18,7 +18,7 @@ bool isCommandLineMode(const std::vector<std::string>& arguments);
 /// The whole program on a machine: a command-line mode, or the resident start, which alone opens a
 /// frame and stays until the application ends. Returns the exit status. `arguments` is the whole
 /// list, the program's path included.
-int runBrivane(const std::vector<std::string>& arguments, Machine& machine,
+int runBrivane(const std::vector<std::string>& arguments, ResidentMachine& machine,
                const FrameOpener& openFrame, std::ostream& standardOutput,
                std::ostream& standardError);
 

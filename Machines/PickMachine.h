@@ -5,13 +5,13 @@
 #include <variant>
 
 #include "BrivaneApp/Frame/Frame.h"
-#include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
 
 namespace brivane {
 
-/// A machine, and how the resident program is shown on it; no opener: not at all.
+/// A machine, and how the resident program is shown on it.
 struct PickedMachine {
-  std::unique_ptr<Machine> machine;
+  std::unique_ptr<ResidentMachine> machine;
   FrameOpener openFrame;
 };
 

@@ -16,8 +16,6 @@
 
 namespace brivane {
 
-class ResidentMachine;
-
 /// Everything that hardware and operating system offer, in one hand. The parts live as long as the
 /// machine; destroying a machine ends its Runtime before anything that a task could use.
 class Machine {
@@ -34,9 +32,6 @@ class Machine {
   virtual ProcessRunner& processes() = 0;
   virtual Applications& applications() = 0;
   virtual SystemLog& log() = 0;
-
-  /// This machine as one that the resident program can live on; null when it is none.
-  virtual ResidentMachine* resident() { return nullptr; }
 
   /// Main. One line for the user about what this machine lacks and what to do about it, as far as
   /// the calls made so far have shown; nothing when nothing is missing.

@@ -60,7 +60,6 @@ class DeskMachine : public ResidentMachine {
   DeskSession& session() override { return ownSession; }
   Resources& resources() override { return ownResources; }
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
-  ResidentMachine* resident() override { return this; }
 
   DeskHardware& hardware() { return *sharedHardware; }
 

@@ -55,7 +55,6 @@ class LinuxMachine : public ResidentMachine {
   Resources& resources() override { return bundles; }
   /// Null for this program's own domain.
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
-  ResidentMachine* resident() override { return this; }
   std::optional<std::string> advice() override;
 
  private:

@@ -15,15 +15,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr auto stillBeingBuilt =
-    "Brivane: the menu-bar program is still being built; use --probe, --set <0-100> or --unmap "
-    "until then.\n";
-
-/// A machine that the resident program can't live on.
-struct ToolMachine : FakeMachine {
-  ResidentMachine* resident() override { return nullptr; }
-};
-
 struct ResidentStartTest : testing::Test {
   FrameOpener opener() {
     return [this](ResidentMachine& itsMachine) {
@@ -111,18 +102,6 @@ TEST_F(ResidentStartTest, WhereNobodyCanAnnounceItselfItGoesOn) {
   start();
   EXPECT_NE(frame, nullptr);
   EXPECT_EQ(err.str(), "");
-}
-
-TEST_F(ResidentStartTest, AMachineWithNothingToShowItOnSaysSo) {
-  EXPECT_EQ(runBrivane({"Brivane"}, machine, nullptr, out, err), 0);
-  EXPECT_EQ(err.str(), stillBeingBuilt);
-  EXPECT_FALSE(machine.apps.isAnnounced);
-  err.str("");
-  ToolMachine tools;
-  EXPECT_EQ(runBrivane({"Brivane"}, tools, opener(), out, err), 0);
-  EXPECT_EQ(err.str(), stillBeingBuilt);
-  EXPECT_FALSE(tools.apps.isAnnounced);
-  EXPECT_EQ(frame, nullptr);
 }
 
 TEST_F(ResidentStartTest, WithoutAScreenItSaysWhatIsMissingAndEndsWithStatusOne) {

@@ -434,7 +434,6 @@ class FakeMachine : public ResidentMachine {
   Session& session() override { return userSession; }
   Resources& resources() override { return bundles; }
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
-  ResidentMachine* resident() override { return this; }
 
   /// An external monitor with everything it needs to speak DDC/CI: display and screen `id`, named
   /// `name`; panel, proxy and channel at `port`.
