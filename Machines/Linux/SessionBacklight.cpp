@@ -7,11 +7,13 @@ namespace brivane {
 bool SessionBacklight::canSet() {
   const std::scoped_lock lock(mutex);
   sd_bus* const connection = connected();
+  if (connection == nullptr) return false;
   int isActive = 0;
-  return connection != nullptr &&
-         library->getProperty(connection, logind::service, logind::sessionPath,
-                              logind::sessionInterface, "Active", nullptr, 'b', &isActive) >= 0 &&
-         isActive != 0;
+  const int result =
+      library->getProperty(connection, logind::service, logind::sessionPath,
+                           logind::sessionInterface, "Active", nullptr, 'b', &isActive);
+  forgetBusAfter(result);
+  return result >= 0 && isActive != 0;
 }
 
 std::int32_t SessionBacklight::set(const std::string& name, std::uint32_t steps) {
@@ -21,10 +23,12 @@ std::int32_t SessionBacklight::set(const std::string& name, std::uint32_t steps)
   const int result = library->callMethod(connection, logind::service, logind::sessionPath,
                                          logind::sessionInterface, "SetBrightness", nullptr,
                                          nullptr, "ssu", "backlight", name.c_str(), steps);
-  if (result >= 0) return 0;
-  // After a lost connection the next call makes a new one.
-  bus.reset();
-  return -result;
+  forgetBusAfter(result);
+  return result >= 0 ? 0 : -result;
+}
+
+void SessionBacklight::forgetBusAfter(int result) {
+  if (result < 0) bus.reset();
 }
 
 sd_bus* SessionBacklight::connected() {

@@ -22,6 +22,8 @@ class SessionBacklight {
  private:
   /// Null without a bus.
   sd_bus* connected();
+  /// It may have been lost: after a failure the next call makes a new connection.
+  void forgetBusAfter(int result);
 
   std::mutex mutex;
   std::unique_ptr<const SystemBusLibrary> library;

@@ -91,6 +91,19 @@ TEST(SessionBacklight, IsSetThroughLogindByTheSessionAtTheScreen) {
   EXPECT_THAT(logind.brightnessCalls(), ElementsAre("backlight intel_backlight 300"));
 }
 
+TEST(SessionBacklight, FindsABusAgainThatWasGoneForAWhile) {
+  SessionBacklight backlight;
+  {
+    FakeLogind first;
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", first.address().c_str(), 1);
+    EXPECT_TRUE(backlight.canSet());
+  }
+  EXPECT_FALSE(backlight.canSet());
+  FakeLogind second;
+  setenv("DBUS_SYSTEM_BUS_ADDRESS", second.address().c_str(), 1);
+  EXPECT_TRUE(backlight.canSet());
+}
+
 TEST(SessionBacklight, CantBeSetWithoutABus) {
   setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/no/such/bus", 1);
   SessionBacklight backlight;
