@@ -33,7 +33,8 @@ LinuxHotkeys::LinuxHotkeys(XEvents& itsEvents, XKeymap& itsKeymap, LinuxKeyboard
     : events(itsEvents),
       keymap(itsKeymap),
       keyboard(itsKeyboard),
-      keys(events.observe([this](const xcb_generic_event_t& event) { handle(event); })) {}
+      keys(events.observe([this](const xcb_generic_event_t& event) { handle(event); })),
+      layout(keymap.observeChanges([this] { followLayout(); })) {}
 
 bool LinuxHotkeys::installHandler(Handler newHandler) {
   *handler = std::move(newHandler);
@@ -104,6 +105,22 @@ void LinuxHotkeys::ungrab(const GrabbedKey& grabbed) {
     xcb_ungrab_key(connection, grabbed.key, events.root(), modifiers);
   }
   xcb_flush(connection);
+}
+
+/// Takes the combinations with the bits that their modifiers have now. One that another program has
+/// with those stays silent.
+void LinuxHotkeys::followLayout() {
+  const XModifiers meaning = keymap.modifiers();
+  xcb_connection_t* const connection = events.connection();
+  const auto differs = [&](const auto& entry) { return entry.second.meaning != meaning; };
+  if (connection == nullptr || std::ranges::none_of(grabs, differs)) return;
+  // All of them first: the bits of one may be another's now.
+  for (const auto& [reference, grabbed] : grabs) ungrab(grabbed);
+  for (auto& [reference, grabbed] : grabs) {
+    grabbed.modifiers = xModifiers(meaning, hotkeyModifiers(grabbed.meaning, grabbed.modifiers));
+    grabbed.meaning = meaning;
+    grab(connection, grabbed);
+  }
 }
 
 void LinuxHotkeys::handle(const xcb_generic_event_t& event) {

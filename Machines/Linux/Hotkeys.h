@@ -38,6 +38,7 @@ class LinuxHotkeys : public HotkeyPort {
 
   HotkeyStatus grab(xcb_connection_t* connection, const GrabbedKey& grabbed);
   void ungrab(const GrabbedKey& grabbed);
+  void followLayout();
   void handle(const xcb_generic_event_t& event);
   void keyPressed(const xcb_key_press_event_t& press);
   void keyReleased(xcb_keycode_t key);
@@ -54,6 +55,7 @@ class LinuxHotkeys : public HotkeyPort {
   std::set<xcb_keycode_t> heldKeys;
   bool holdsKeyboard = false;
   Observation keys;
+  Observation layout;
 };
 
 }  // namespace brivane

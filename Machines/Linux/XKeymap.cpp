@@ -89,19 +89,23 @@ XkbLibrary::Keymap XKeymap::read() {
   if (!context) context = library->makeContext();
   xcb_connection_t* const connection = events.connection();
   if (connection == nullptr) return nullptr;
-  observeChanges(connection);
+  listen(connection);
   return library->readKeymap(context, connection);
 }
 
-void XKeymap::observeChanges(xcb_connection_t* connection) {
-  if (changes) return;
+void XKeymap::listen(xcb_connection_t* connection) {
+  if (announcements) return;
   constexpr std::uint16_t wanted =
       XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
   constexpr std::uint16_t everyPart = 0xFF;
   xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, wanted, 0, wanted, everyPart,
                         everyPart, nullptr);
-  changes = events.observe([this](const xcb_generic_event_t& event) {
-    if (announcesLayout(events.connection(), event)) layout.reset();
+  announcements = events.observe([this](const xcb_generic_event_t& event) {
+    // The server may have gone since it sent the event.
+    xcb_connection_t* const asked = events.connection();
+    if (asked == nullptr || !announcesLayout(asked, event)) return;
+    layout.reset();
+    changed.announce();
   });
 }
 

@@ -5,8 +5,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "BrivaneCore/Support/Observation.h"
+#include "Machines/Common/Topic.h"
 #include "Machines/Linux/XEvents.h"
 #include "Machines/Linux/XModifiers.h"
 #include "Machines/Linux/XkbLibrary.h"
@@ -30,6 +32,9 @@ class XKeymap {
   /// X's conventions where there is no layout.
   XModifiers modifiers();
 
+  /// Announced after changes of a layout that has been asked for, though it may be the same again.
+  Observation observeChanges(Task handler) { return changed.observe(std::move(handler)); }
+
  private:
   struct Layout {
     XkbLibrary::Keymap keymap;
@@ -38,7 +43,7 @@ class XKeymap {
 
   const Layout* current();
   XkbLibrary::Keymap read();
-  void observeChanges(xcb_connection_t* connection);
+  void listen(xcb_connection_t* connection);
   std::uint16_t bitsOfKey(const XkbLibrary::Keymap& keymap, xkb_keysym_t symbol,
                           std::uint16_t otherwise) const;
 
@@ -46,7 +51,8 @@ class XKeymap {
   std::unique_ptr<const XkbLibrary> library;
   XkbLibrary::Context context;
   std::optional<Layout> layout;
-  Observation changes;
+  Topic changed;
+  Observation announcements;
 };
 
 }  // namespace brivane

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ constexpr std::uint32_t f18 = 79;
 constexpr std::uint32_t f19 = 80;
 constexpr std::uint32_t f20 = 90;
 constexpr std::uint32_t shift = 512;
+constexpr std::uint32_t option = 2048;
 
 class Hotkeys : public XInputTest {
  protected:
@@ -137,6 +139,45 @@ TEST_F(Hotkeys, RegisteredAnewWhileTheKeyIsDownAreNotPressedByItsRepeats) {
   settle();
   tap(xKey::f19);
   EXPECT_THAT(heard, ElementsAre("+5", "+6", "-6"));
+}
+
+TEST_F(Hotkeys, FollowTheirModifiersToTheBitsThatTheLayoutGivesThem) {
+  add(f19, option, 5);
+  const std::string change = "xmodmap -display " + rig.display() +
+                             " -e 'clear mod1' -e 'clear mod3' -e 'add mod3 = Alt_L'";
+  ASSERT_EQ(std::system(change.c_str()), 0);
+  settle();
+  EXPECT_TRUE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_3));
+  EXPECT_FALSE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_1));
+  rig.pressKey(xKey::leftAlt);
+  tap(xKey::f19);
+  rig.releaseKey(xKey::leftAlt);
+  EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+}
+
+TEST_F(Hotkeys, HeldWhileTheLayoutChangesAreToldToGoUpAndWorkAgain) {
+  add(f19, 0, 5);
+  rig.pressKey(xKey::f19);
+  settle();
+  rig.useEvdevKeymap("de");
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+5"));
+  rig.releaseKey(xKey::f19);
+  settle();
+  tap(xKey::f19);
+  EXPECT_THAT(heard, ElementsAre("+5", "-5", "+5", "-5"));
+}
+
+TEST_F(Hotkeys, WorkInTheSecondLayoutOfAKeyboardToo) {
+  rig.useEvdevKeymap("us,de -option grp:caps_toggle");
+  add(f19, option, 5);
+  EXPECT_EQ(keyboard.baseCharacter(16), "y");
+  tap(xKey::capsLock);
+  EXPECT_EQ(keyboard.baseCharacter(16), "z");
+  rig.pressKey(xKey::leftAlt);
+  tap(xKey::f19);
+  rig.releaseKey(xKey::leftAlt);
+  EXPECT_THAT(heard, ElementsAre("+5", "-5"));
 }
 
 TEST_F(Hotkeys, WithoutAServerAreRefused) {

@@ -49,6 +49,17 @@ TEST_F(KeyboardOnX11, LocksAreNoModifiers) {
   EXPECT_EQ(keyboard.modifierFlags(), 0u);
 }
 
+TEST_F(KeyboardOnX11, AServerThatGoesWhileItsNewsAreHandedOutIsNoMoreThanGone) {
+  const auto earlier = events.observe([this](const xcb_generic_event_t&) {
+    rig.killServer();
+    keyboard.modifierFlags();
+  });
+  EXPECT_TRUE(keyboard.hasLayout());
+  rig.useEvdevKeymap("de");
+  settle();
+  EXPECT_FALSE(keyboard.hasLayout());
+}
+
 TEST_F(KeyboardOnX11, WithoutAServerThereIsNoLayoutAndNoKeyIsDown) {
   EXPECT_TRUE(keyboard.hasLayout());
   rig.killServer();

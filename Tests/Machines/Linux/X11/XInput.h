@@ -17,6 +17,7 @@ inline constexpr xcb_keycode_t capsLock = 66;
 inline constexpr xcb_keycode_t numLock = 77;
 inline constexpr xcb_keycode_t leftShift = 50;
 inline constexpr xcb_keycode_t rightShift = 62;
+inline constexpr xcb_keycode_t leftAlt = 64;
 inline constexpr xcb_keycode_t f18 = 196;
 inline constexpr xcb_keycode_t f19 = 197;
 inline constexpr xcb_keycode_t f24 = 202;
