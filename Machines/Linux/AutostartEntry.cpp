@@ -17,8 +17,18 @@ namespace {
 
 constexpr auto fileName = "com.quorrel.brivane.desktop";
 constexpr std::string_view group = "[Desktop Entry]";
-constexpr std::string_view hiddenKey = "Hidden=";
+constexpr std::string_view hiddenKey = "Hidden";
 constexpr std::size_t maximumBytes = 1 << 20;
+
+/// What the line says of the key; nothing when it is about something else. Blanks around the equals
+/// sign are of no account.
+std::optional<std::string_view> valueIn(std::string_view line, std::string_view key) {
+  if (!line.starts_with(key)) return std::nullopt;
+  const auto sign = line.find_first_not_of(' ', key.size());
+  if (sign == std::string_view::npos || line[sign] != '=') return std::nullopt;
+  const auto value = line.find_first_not_of(' ', sign + 1);
+  return value == std::string_view::npos ? "" : line.substr(value);
+}
 
 /// The entry's lines; those that say whether it is hidden are put into `hidden`, the last counts.
 std::vector<std::string> linesWithout(const std::string& text, std::optional<bool>& hidden) {
@@ -27,8 +37,9 @@ std::vector<std::string> linesWithout(const std::string& text, std::optional<boo
   bool isInGroup = false;
   for (std::string line; std::getline(stream, line);) {
     if (line.starts_with('[')) isInGroup = line.starts_with(group);
-    if (isInGroup && line.starts_with(hiddenKey)) {
-      hidden = line.substr(hiddenKey.size()).starts_with("true");
+    const auto value = isInGroup ? valueIn(line, hiddenKey) : std::nullopt;
+    if (value) {
+      hidden = value->starts_with("true");
     } else {
       lines.push_back(line);
     }
@@ -42,7 +53,7 @@ std::string withHidden(const std::string& text, bool isHidden) {
   for (const std::string& line : linesWithout(text, before)) {
     changed += line + "\n";
     if (!line.starts_with(group)) continue;
-    changed += std::string(hiddenKey) + (isHidden ? "true" : "false") + "\n";
+    changed += std::string(hiddenKey) + (isHidden ? "=true" : "=false") + "\n";
   }
   return changed;
 }

@@ -58,6 +58,18 @@ TEST_F(AutostartEntryTest, OfTheUserCountsAndTheSystemsDoesNot) {
   EXPECT_EQ(entry.isEnabled(), false);
 }
 
+TEST_F(AutostartEntryTest, MayHaveBlanksAroundItsEqualsSigns) {
+  put("own", std::string(entryText) + "Hidden = true\n");
+  EXPECT_EQ(entry.isEnabled(), false);
+  EXPECT_TRUE(entry.setEnabled(true));
+  EXPECT_EQ(text("own"), "[Desktop Entry]\nHidden=false\nType=Application\nExec=Brivane\n");
+}
+
+TEST_F(AutostartEntryTest, IsNotHiddenByAKeyWhoseNameOnlyBeginsSo) {
+  put("own", std::string(entryText) + "HiddenUntil=true\n");
+  EXPECT_EQ(entry.isEnabled(), std::nullopt);
+}
+
 TEST_F(AutostartEntryTest, IsHiddenByItsOwnGroupAlone) {
   put("own", std::string(entryText) + "[Desktop Action quit]\nHidden=true\n");
   EXPECT_EQ(entry.isEnabled(), std::nullopt);

@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <stdlib.h>
 
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Machines/Linux/Resources.h"
@@ -31,6 +33,28 @@ TEST(LinuxSession, HasNoSlashBehindAHomeThatIsTheRoot) {
   setenv("HOME", "/", 1);
   const AutostartEntry entry({});
   EXPECT_EQ(LinuxSession(entry).homeFolder(), "/");
+}
+
+TEST(LinuxSession, HasAURLOpenedAsItStandsAndDoesNotWaitForWhateverOpensIt) {
+  const TemporaryFolder folder;
+  const auto opener = folder.write("xdg-open",
+                                   "#!/bin/sh\n"
+                                   "printf '%s' \"$*\" >\"${0%/*}/part\"\n"
+                                   "mv \"${0%/*}/part\" \"${0%/*}/opened\"\n"
+                                   "exec sleep 2\n");
+  std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+  const std::string usual = getenv("PATH");
+  setenv("PATH", (folder.path.string() + ":" + usual).c_str(), 1);
+  const AutostartEntry entry({});
+  const auto begin = std::chrono::steady_clock::now();
+  LinuxSession(entry).openURL("a:b?c=$(d)&e='f' \"g\"");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+  setenv("PATH", usual.c_str(), 1);
+  const auto opened = folder / "opened";
+  for (int round = 0; round < 300 && !std::filesystem::exists(opened); ++round) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_EQ(TemporaryFolder::read(opened), "a:b?c=$(d)&e='f' \"g\"");
 }
 
 struct Locale {
