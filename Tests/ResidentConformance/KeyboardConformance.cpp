@@ -115,6 +115,33 @@ TEST_F(HotkeyPortConformance, AnUnregisteredHotkeyIsSilentAndUnregisteringAgainI
   EXPECT_THAT(heard, IsEmpty());
 }
 
+TEST_F(HotkeyPortConformance, UnregisteredWhileItIsDownIsNotToldToGoUp) {
+  const auto reference = registered(f19, 0, {7, 5});
+  underTest->pressKey(f19);
+  underTest->settle();
+  hotkeys.unregisterHotkey(reference);
+  underTest->releaseKey(f19);
+  underTest->settle();
+  EXPECT_THAT(heard, ElementsAre("pressed 7/5"));
+}
+
+TEST_F(HotkeyPortConformance, AHandlerMayRegisterEverythingAnewWhenItHearsOfAPress) {
+  auto reference = registered(f19, 0, {7, 5});
+  hotkeys.installHandler([&](HotkeyEvent event, HotkeyID hotkey) {
+    heard.push_back((event == HotkeyEvent::pressed ? "pressed " : "released ") +
+                    std::to_string(hotkey.id));
+    if (event == HotkeyEvent::released) return;
+    hotkeys.unregisterHotkey(reference);
+    hotkeys.removeHandler();
+    listen();
+    reference = registered(f19, 0, {7, hotkey.id + 1});
+  });
+  tap(f19);
+  EXPECT_THAT(heard, ElementsAre("pressed 5"));
+  tap(f19);
+  EXPECT_THAT(heard, ElementsAre("pressed 5", "pressed 7/6", "released 7/6"));
+}
+
 TEST_F(HotkeyPortConformance, RegistrationsOutliveTheirHandler) {
   registered(f19, 0, {7, 5});
   hotkeys.removeHandler();
@@ -192,6 +219,34 @@ TEST_F(EventTapConformance, ATapCanBeMadeAgainAfterItWasDropped) {
   tap->setEnabled(true);
   tapBrightnessUp();
   EXPECT_EQ(events.size(), 2u);
+}
+
+TEST_F(EventTapConformance, TheLatestTapIsAskedFirstAndWhatItSwallowsTheOthersDontSee) {
+  const auto earlier = makeTap(TapVerdict::swallow);
+  earlier->setEnabled(true);
+  std::vector<std::size_t> seenBefore;
+  const auto later = machine.eventTaps().createTap([&](const TapEvent&) {
+    seenBefore.push_back(events.size());
+    return seenBefore.size() < 2 ? TapVerdict::passThrough : TapVerdict::swallow;
+  });
+  later->setEnabled(true);
+  tapBrightnessUp();
+  EXPECT_THAT(seenBefore, ElementsAre(0u, 1u));
+  EXPECT_EQ(events.size(), 1u);
+}
+
+TEST_F(EventTapConformance, ATapMayBeDroppedWithinItsOwnHandler) {
+  std::unique_ptr<EventTap> own;
+  int seen = 0;
+  own = machine.eventTaps().createTap([&](const TapEvent&) {
+    ++seen;
+    own.reset();
+    return TapVerdict::swallow;
+  });
+  own->setEnabled(true);
+  tapBrightnessUp();
+  tapBrightnessUp();
+  EXPECT_EQ(seen, 1);
 }
 
 // The keyboard

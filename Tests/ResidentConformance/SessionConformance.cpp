@@ -46,6 +46,20 @@ TEST_F(SystemNotificationsConformance, EveryObserverHearsUntilItsLastCopyIsDropp
   EXPECT_GE(kept, 2);
 }
 
+TEST_F(SystemNotificationsConformance, AnObserverMayStopObservingWhenItHears) {
+  int heard = 0;
+  Observation own;
+  own = notifications.observeScreenParameters([&] {
+    ++heard;
+    own.reset();
+  });
+  underTest->changeScreens();
+  underTest->settle();
+  underTest->changeScreens();
+  underTest->settle();
+  EXPECT_EQ(heard, 1);
+}
+
 TEST_F(SystemNotificationsConformance, WakingIsAnnouncedOfTheMachineAndOfItsScreens) {
   int machineWoke = 0;
   int screensWoke = 0;

@@ -54,6 +54,20 @@ TEST_F(Hotkeys, WorkWithCapsLockAndNumLockInEveryState) {
   }
 }
 
+TEST_F(Hotkeys, ReachNoOtherProgramAndWhatIsNoneDoes) {
+  add(f19, shift, 7);
+  rig.takeTypedKeys();
+  rig.pressKey(xKey::leftShift);
+  rig.takeTypedKeys();
+  tap(xKey::f19);
+  EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
+  rig.releaseKey(xKey::leftShift);
+  rig.takeTypedKeys();
+  tap(xKey::f19);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+197", "-197"));
+  EXPECT_THAT(heard, ElementsAre("+7", "-7"));
+}
+
 TEST_F(Hotkeys, AHeldKeyIsToldOnceHoweverOftenItRepeats) {
   add(f19, 0, 5);
   rig.pressKey(xKey::f19);
