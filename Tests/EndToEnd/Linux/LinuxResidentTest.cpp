@@ -7,7 +7,9 @@
 #include <chrono>
 #include <csignal>
 #include <functional>
+#include <map>
 #include <memory>
+#include <string>
 #include <thread>
 
 #include "Tests/EndToEnd/Linux/LinuxWorld.h"
@@ -61,11 +63,16 @@ class LinuxResidentTest : public testing::Test {
     EXPECT_EQ(program->wait().exitStatus, 0);
   }
 
+  std::map<std::string, std::string> environment() const {
+    auto environment = world.environment();
+    environment["DBUS_SYSTEM_BUS_ADDRESS"] = busAddress;
+    return environment;
+  }
+
   /// Its hotkeys in force and every monitor's level known.
   void start() {
-    auto environment = world.environment();
-    environment["DBUS_SYSTEM_BUS_ADDRESS"] = logind.address();
-    program = std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, environment);
+    program =
+        std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, environment());
     ASSERT_TRUE(eventually([&] { return world.screens.isKeyTaken(f19, 0); }));
     std::this_thread::sleep_for(milliseconds(500));
   }
@@ -105,6 +112,7 @@ class LinuxResidentTest : public testing::Test {
 
   LinuxWorld world;
   FakeLogind logind;
+  std::string busAddress = logind.address();
   std::unique_ptr<RunningProgram> program;
 };
 
@@ -278,6 +286,49 @@ TEST_F(LinuxResidentTest, ASecondStartNamesTheFirstAndLeavesItAlone) {
   EXPECT_EQ(second.exitStatus, 0);
   EXPECT_EQ(second.errors, "Brivane is already running (pid " +
                                std::to_string(program->processID()) + "); exiting.\n");
+}
+
+TEST_F(LinuxResidentTest, OfTwoThatStartAtTheSameMomentOneStaysAndTheOtherNamesIt) {
+  for (int round = 0; round < 5; ++round) {
+    std::array<std::unique_ptr<RunningProgram>, 2> both;
+    for (auto& one : both) {
+      one = std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, environment());
+    }
+    ASSERT_TRUE(eventually([&] { return both[0]->hasEnded() || both[1]->hasEnded(); }));
+    const bool firstStays = both[1]->hasEnded();
+    const auto& stays = both.at(firstStays ? 0 : 1);
+    const ProgramResult gone = both.at(firstStays ? 1 : 0)->wait();
+    EXPECT_EQ(gone.exitStatus, 0);
+    EXPECT_EQ(gone.errors, "Brivane is already running (pid " + std::to_string(stays->processID()) +
+                               "); exiting.\n");
+    ASSERT_TRUE(eventually([&] { return world.screens.isKeyTaken(f19, 0); }));
+    EXPECT_FALSE(stays->hasEnded());
+    stays->signal(SIGTERM);
+    EXPECT_EQ(stays->wait().exitStatus, 0);
+  }
+}
+
+TEST_F(LinuxResidentTest, WithoutASystemBusEverythingButTheWakeWorks) {
+  busAddress = "unix:path=/no/such/bus";
+  start();
+  tap(up);
+  EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
+}
+
+TEST_F(LinuxResidentTest, AfterAnotherKeyboardLayoutTheHotkeysWorkAndAHeldKeyStillEnds) {
+  start();
+  world.screens.useEvdevKeymap("fr");
+  tap(up);
+  EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
+  press(down);
+  ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") < 55; }));
+  world.screens.useEvdevKeymap("de");
+  release(down);
+  std::this_thread::sleep_for(milliseconds(300));
+  const auto level = world.luminance("HDMI-A-1");
+  EXPECT_GT(level, 0);
+  std::this_thread::sleep_for(milliseconds(300));
+  EXPECT_EQ(world.luminance("HDMI-A-1"), level);
 }
 
 TEST_F(LinuxResidentTest, WithoutAnXServerItSaysWhatIsMissingAndEndsWithStatusOne) {
