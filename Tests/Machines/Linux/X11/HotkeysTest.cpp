@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cstdlib>
+#include <map>
+#include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -192,6 +196,37 @@ TEST_F(Hotkeys, WorkInTheSecondLayoutOfAKeyboardToo) {
   tap(xKey::f19);
   rig.releaseKey(xKey::leftAlt);
   EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+}
+
+TEST_F(Hotkeys, HoweverKeysRollOverEachOtherEveryHotkeyGoesUpAndTheKeyboardIsFreeAfterwards) {
+  add(f18, 0, 1);
+  add(f19, 0, 2);
+  add(f19, shift, 3);
+  add(f20, shift, 4);
+  const std::array keys = {xKey::f18, xKey::f19, xKey::f24, xKey::leftShift, xKey::a};
+  std::minstd_rand random(42);
+  std::set<xcb_keycode_t> down;
+  for (int step = 0; step < 400; ++step) {
+    const auto key = keys.at(random() % keys.size());
+    if (down.erase(key) != 0) {
+      rig.releaseKey(key);
+    } else {
+      down.insert(key);
+      rig.pressKey(key);
+    }
+    if (random() % 2 == 0) settle(std::chrono::milliseconds(random() % 3));
+  }
+  for (const auto key : down) rig.releaseKey(key);
+  settle();
+  std::map<char, char> last;
+  for (const std::string& news : heard) {
+    EXPECT_FALSE(news[0] == '+' && last[news[1]] == '+') << "pressed twice";
+    last[news[1]] = news[0];
+  }
+  EXPECT_EQ(last, (std::map<char, char>{{'1', '-'}, {'2', '-'}, {'3', '-'}, {'4', '-'}}));
+  rig.takeTypedKeys();
+  tap(xKey::a);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38"));
 }
 
 TEST_F(Hotkeys, WithoutAServerAreRefused) {

@@ -60,6 +60,14 @@ TEST_F(KeyboardOnX11, AServerThatGoesWhileItsNewsAreHandedOutIsNoMoreThanGone) {
   EXPECT_FALSE(keyboard.hasLayout());
 }
 
+TEST_F(KeyboardOnX11, KeysGiveWhatTheyGiveAloneWhateverIsHeldOrLocked) {
+  tap(xKey::capsLock);
+  rig.pressKey(xKey::leftShift);
+  EXPECT_EQ(keyboard.baseCharacter(0), "a");
+  EXPECT_EQ(keyboard.baseCharacter(29), "0");
+  rig.releaseKey(xKey::leftShift);
+}
+
 TEST_F(KeyboardOnX11, WithoutAServerThereIsNoLayoutAndNoKeyIsDown) {
   EXPECT_TRUE(keyboard.hasLayout());
   rig.killServer();
