@@ -127,6 +127,9 @@ void LinuxHotkeys::handle(const xcb_generic_event_t& event) {
   const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
   if (event.response_type == XCB_KEY_PRESS) keyPressed(key);
   if (event.response_type == XCB_KEY_RELEASE) keyReleased(key.detail);
+  // What was sent because of a hold that has ended since is not followed by its release.
+  const bool isOfEarlierHold = event.full_sequence < endOfHold;
+  if (event.response_type == XCB_KEY_RELEASE || isOfEarlierHold) outliveGrab();
 }
 
 void LinuxHotkeys::keyPressed(const xcb_key_press_event_t& press) {
@@ -140,13 +143,16 @@ void LinuxHotkeys::keyPressed(const xcb_key_press_event_t& press) {
 
 void LinuxHotkeys::keyReleased(xcb_keycode_t key) {
   if (heldKeys.contains(key)) release(key);
-  if (!heldKeys.empty()) {
-    table.keepModifiers(keyboard.heldModifiers());
-    holdKeyboard();
-  }
+  if (!heldKeys.empty()) table.keepModifiers(keyboard.heldModifiers());
+}
+
+/// The grab that told of the held keys may have ended: the whole keyboard is held until they are
+/// up.
+void LinuxHotkeys::outliveGrab() {
+  if (!heldKeys.empty()) holdKeyboard();
   if (heldKeys.empty() && std::exchange(holdsKeyboard, false)) {
     if (auto* const connection = events.connection()) {
-      xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+      endOfHold = xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME).sequence;
       xcb_flush(connection);
     }
   }

@@ -42,6 +42,7 @@ class LinuxHotkeys : public HotkeyPort {
   void handle(const xcb_generic_event_t& event);
   void keyPressed(const xcb_key_press_event_t& press);
   void keyReleased(xcb_keycode_t key);
+  void outliveGrab();
   void holdKeyboard();
   void release(xcb_keycode_t key);
 
@@ -54,6 +55,8 @@ class LinuxHotkeys : public HotkeyPort {
   /// The keys that went down as hotkeys and have not been seen to go up.
   std::set<xcb_keycode_t> heldKeys;
   bool holdsKeyboard = false;
+  /// The number of the request that ended the last hold; events up to it have smaller numbers.
+  std::uint32_t endOfHold = 0;
   Observation keys;
   Observation layout;
 };

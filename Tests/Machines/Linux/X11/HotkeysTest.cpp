@@ -131,6 +131,22 @@ TEST_F(Hotkeys, TheKeyboardIsEverybodysAgainAfterTheLastOneWentUp) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38"));
 }
 
+TEST_F(Hotkeys, PressedAgainBeforeItsReleaseWasReadIsToldToGoUpOnceMore) {
+  add(f18, 0, 5);
+  add(f19, 0, 6);
+  rig.pressKey(xKey::f18);
+  rig.pressKey(xKey::f19);
+  settle();
+  rig.releaseKey(xKey::f18);
+  settle();
+  rig.releaseKey(xKey::f19);
+  rig.pressKey(xKey::f19);
+  settle();
+  rig.releaseKey(xKey::f19);
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6", "+6", "-6"));
+}
+
 TEST_F(Hotkeys, ThatAnotherProgramHasInOneLockVariantAreRefusedWithXsErrorAndLeftToIt) {
   rig.grabKey(xKey::f19, XCB_MOD_MASK_LOCK);
   EXPECT_EQ(refusal(f19, 0), 10);
