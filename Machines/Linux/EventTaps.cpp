@@ -71,17 +71,18 @@ bool LinuxEventTaps::grab(xcb_connection_t* connection, xcb_keycode_t key) {
 }
 
 void LinuxEventTaps::handle(const xcb_generic_event_t& event) {
-  const auto key = reinterpret_cast<const xcb_key_press_event_t&>(event).detail;
-  if (key != brightnessDown && key != brightnessUp) return;
-  if (event.response_type == XCB_KEY_PRESS) keyPressed(key);
-  if (event.response_type == XCB_KEY_RELEASE) keyReleased(key);
+  const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
+  if (key.detail != brightnessDown && key.detail != brightnessUp) return;
+  if (event.response_type == XCB_KEY_PRESS) keyPressed(key.detail, key.time);
+  if (event.response_type == XCB_KEY_RELEASE) keyReleased(key.detail);
 }
 
-void LinuxEventTaps::keyPressed(xcb_keycode_t key) {
+void LinuxEventTaps::keyPressed(xcb_keycode_t key, xcb_timestamp_t time) {
   const bool isRepeat = swallowedKeys.contains(key);
   const bool hasPassed = stream.send(brightnessKeyEvent(key == brightnessUp, true, isRepeat));
-  // A repeat isn't held back by the server any more: this does nothing to it.
-  allow(hasPassed ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_ASYNC_KEYBOARD);
+  // The server may not be holding this press back: it is a repeat, or another key's grab brought it
+  // here. Then this does nothing, even when a later press is held back by now: the time says which.
+  allow(hasPassed ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_ASYNC_KEYBOARD, time);
   if (!hasPassed) swallowedKeys.insert(key);
 }
 
@@ -90,10 +91,10 @@ void LinuxEventTaps::keyReleased(xcb_keycode_t key) {
   stream.send(brightnessKeyEvent(key == brightnessUp, false, false));
 }
 
-void LinuxEventTaps::allow(std::uint8_t mode) {
+void LinuxEventTaps::allow(std::uint8_t mode, xcb_timestamp_t time) {
   xcb_connection_t* const connection = events.connection();
   if (connection == nullptr) return;
-  xcb_allow_events(connection, mode, XCB_CURRENT_TIME);
+  xcb_allow_events(connection, mode, time);
   xcb_flush(connection);
 }
 

@@ -33,9 +33,9 @@ class LinuxEventTaps : public EventTapPort {
   void grabOrUngrab();
   bool grab(xcb_connection_t* connection, xcb_keycode_t key);
   void handle(const xcb_generic_event_t& event);
-  void keyPressed(xcb_keycode_t key);
+  void keyPressed(xcb_keycode_t key, xcb_timestamp_t time);
   void keyReleased(xcb_keycode_t key);
-  void allow(std::uint8_t mode);
+  void allow(std::uint8_t mode, xcb_timestamp_t time);
 
   XEvents& events;
   SystemLog& log;

@@ -1,18 +1,24 @@
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "Machines/Linux/EventTaps.h"
+#include "Machines/Linux/Hotkeys.h"
 #include "Tests/Machines/Linux/X11/XInput.h"
 
 namespace brivane {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class NotedLog : public SystemLog {
  public:
@@ -81,6 +87,32 @@ TEST_F(EventTaps, TheRepeatsOfASwallowedKeyAreToldAsSuch) {
   EXPECT_EQ(seen[0], 0x20A00);
   EXPECT_EQ(seen[1], 0x20A01);
   EXPECT_EQ(seen.back(), 0x20B00);
+}
+
+TEST_F(EventTaps, TheVerdictOnAPressThatWasNotHeldBackIsNotThatOnTheNextOne) {
+  LinuxHotkeys hotkeys(events, keymap, keyboard);
+  constexpr std::uint32_t f19 = 80;
+  hotkeys.registerHotkey(f19, 0, {7, 5});
+  rig.takeTypedKeys();
+  TapVerdict verdict = TapVerdict::passThrough;
+  const auto changing = taps.createTap([&](const TapEvent& event) {
+    seen.push_back(event.details->data1);
+    return std::exchange(verdict, TapVerdict::swallow);
+  });
+  changing->setEnabled(true);
+  rig.pressKey(xKey::f19);
+  rig.pressKey(xKey::brightnessDown);  // sent here because F19 is held
+  rig.releaseKey(xKey::brightnessDown);
+  rig.releaseKey(xKey::f19);
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  rig.pressKey(xKey::brightnessUp);
+  settle();
+  rig.releaseKey(xKey::brightnessUp);
+  settle();
+  ASSERT_GE(seen.size(), 3u);
+  EXPECT_EQ(seen[0], 0x30A00);
+  EXPECT_EQ(seen[2], 0x20A00);
+  EXPECT_THAT(rig.takeTypedKeys(), Not(Contains("+233")));
 }
 
 TEST_F(EventTaps, ATapThatIsDroppedWithinItsHandlerLeavesTheKeyboardToOthers) {
