@@ -3,12 +3,17 @@
 // are gone are deleted only when Qt has returned from them.
 #include "Machines/Qt/Menu.h"
 
+#include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScreen>
+#include <QSlider>
 #include <QWidgetAction>
+#include <algorithm>
 #include <utility>
 
 #include "Machines/Qt/MenuRows.h"
+#include "Machines/Qt/VirtualKeys.h"
 
 namespace brivane {
 namespace {
@@ -16,9 +21,13 @@ namespace {
 /// Above the first and below the last item.
 constexpr int verticalPadding = 4;
 
-/// An ampersand would underline the letter after it.
+/// An ampersand would make a key of the letter after it.
+QString actionText(const std::string& title) {
+  return QString::fromStdString(title).replace("&", "&&");
+}
+
 QString actionText(const MenuCommand& command) {
-  QString text = QString::fromStdString(command.title).replace("&", "&&");
+  QString text = actionText(command.title);
   if (!command.keyEquivalent.empty()) {
     text += "\t" + QString::fromStdString(command.keyEquivalent).toUpper();
   }
@@ -32,17 +41,14 @@ void show(QAction& action, const MenuCommand& command) {
   action.setChecked(command.isChecked);
 }
 
-bool isModifier(int key) {
-  return key == Qt::Key_Alt || key == Qt::Key_AltGr || key == Qt::Key_Control ||
-         key == Qt::Key_Shift || key == Qt::Key_Meta || key == Qt::Key_Super_L ||
-         key == Qt::Key_Super_R;
-}
-
 }  // namespace
 
 class QtMenu::Window : public QMenu {
  public:
   explicit Window(QtMenu& itsMenu) : menu(itsMenu) {}
+
+  /// Until the hand that is down now lets go, nothing comes of what it does.
+  void dropHand() { isHandDropped = true; }
 
  protected:
   /// A modifier is on its way to a hotkey; on other menus Alt closes the menu.
@@ -52,8 +58,23 @@ class QtMenu::Window : public QMenu {
     QMenu::keyPressEvent(event);
   }
 
+  void mousePressEvent(QMouseEvent* event) override {
+    isHandDropped = false;
+    QMenu::mousePressEvent(event);
+  }
+
+  void mouseMoveEvent(QMouseEvent* event) override {
+    if (event->buttons() == Qt::NoButton) isHandDropped = false;
+    if (!isHandDropped) QMenu::mouseMoveEvent(event);
+  }
+
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (!std::exchange(isHandDropped, false)) QMenu::mouseReleaseEvent(event);
+  }
+
  private:
   QtMenu& menu;
+  bool isHandDropped = false;
 };
 
 QtMenu::QtMenu(QtApplication& frameApplication)
@@ -74,8 +95,9 @@ QMenu& QtMenu::widget() {
 }
 
 void QtMenu::setItems(std::vector<MenuItem> newItems) {
-  const auto selected = std::ranges::find(actions, window->activeAction());
-  const auto selectedIndex = static_cast<std::size_t>(selected - actions.begin());
+  const auto selected = selectedIndex();
+  const bool hadKeys = hasRowKeys();
+  if (isSliderHeld()) window->dropHand();
   ++generation;
   items = std::move(newItems);
   for (QAction* const action : std::exchange(actions, {})) {
@@ -84,10 +106,30 @@ void QtMenu::setItems(std::vector<MenuItem> newItems) {
   }
   for (std::size_t index = 0; index < items.size(); ++index) addRow(index);
   if (!isOpen) return;
-  if (selectedIndex < actions.size() && actions[selectedIndex]->isEnabled()) {
-    window->setActiveAction(actions[selectedIndex]);
-  }
+  if (selected) select(*selected, hadKeys);
   keepOnScreen();
+}
+
+std::optional<std::size_t> QtMenu::selectedIndex() const {
+  const auto selected = std::ranges::find(actions, window->activeAction());
+  if (selected == actions.end()) return std::nullopt;
+  return static_cast<std::size_t>(selected - actions.begin());
+}
+
+bool QtMenu::isSliderHeld() const {
+  return std::ranges::any_of(window->findChildren<QSlider*>(), &QSlider::isSliderDown);
+}
+
+bool QtMenu::hasRowKeys() const {
+  const QWidget* const focused = QApplication::focusWidget();
+  return focused != nullptr && window->isAncestorOf(focused);
+}
+
+void QtMenu::select(std::size_t index, bool givesKeys) {
+  if (index >= actions.size() || !actions[index]->isEnabled()) return;
+  window->setActiveAction(actions[index]);
+  auto* const row = qobject_cast<QWidgetAction*>(actions[index]);
+  if (givesKeys && row != nullptr) row->defaultWidget()->setFocus(Qt::TabFocusReason);
 }
 
 void QtMenu::addRow(std::size_t index) {
@@ -99,7 +141,7 @@ void QtMenu::addRow(std::size_t index) {
 
 QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuText& text) {
   auto* const action = new QWidgetAction(window.get());
-  action->setText(QString::fromStdString(text.title));
+  action->setText(actionText(text.title));
   action->setDefaultWidget(new MenuTextRow(text, application));
   action->setEnabled(false);
   return action;
@@ -107,7 +149,7 @@ QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuText& text) {
 
 QAction* QtMenu::makeAction(std::size_t index, const MenuSlider& slider) {
   auto* const action = new QWidgetAction(window.get());
-  action->setText(QString::fromStdString(slider.accessibilityLabel));
+  action->setText(actionText(slider.accessibilityLabel));
   action->setDefaultWidget(new MenuSliderRow(
       slider, application, [this, index, itsGeneration = generation](double value) {
         sliderMoved(index, itsGeneration, value);
@@ -140,9 +182,10 @@ void QtMenu::setTitle(std::size_t index, const std::string& title) {
   auto& text = std::get<MenuText>(item);
   if (text.title == title) return;
   text.title = title;
-  actions[index]->setText(QString::fromStdString(title));
   auto* const action = static_cast<QWidgetAction*>(actions[index]);
   static_cast<MenuTextRow*>(action->defaultWidget())->setTitle(title);
+  // Has the menu ask its rows anew how wide they are.
+  action->setText(actionText(title));
 }
 
 void QtMenu::setChecked(std::size_t index, bool isChecked) {
@@ -183,8 +226,9 @@ bool QtMenu::chooseByKey(const QString& key) {
   for (std::size_t index = 0; index < items.size(); ++index) {
     const auto* const command = std::get_if<MenuCommand>(&items[index]);
     if (command == nullptr || command->keyEquivalent != key.toLower().toStdString()) continue;
+    const auto itsGeneration = generation;
     window->hide();
-    actions[index]->trigger();
+    chosen(index, itsGeneration);
     return true;
   }
   return false;

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "BrivaneApp/Frame/StatusItem.h"
@@ -38,6 +39,10 @@ class QtMenu : public MenuView {
  private:
   class Window;
 
+  std::optional<std::size_t> selectedIndex() const;
+  bool isSliderHeld() const;
+  bool hasRowKeys() const;
+  void select(std::size_t index, bool givesKeys);
   void addRow(std::size_t index);
   QAction* makeAction(std::size_t index, const MenuText& text);
   QAction* makeAction(std::size_t index, const MenuSlider& slider);

@@ -22,10 +22,13 @@ constexpr int verticalMargin = 4;
 constexpr int longestTextWidth = 340;
 constexpr int sliderWidth = 220;
 
-/// Qt's sliders count in whole steps; this many make a unit.
-constexpr double stepsPerUnit = 10;
+// Qt's sliders count in whole steps, and assistive technology reads them out: a step is a unit.
 constexpr int unitsPerKey = 1;
 constexpr int unitsPerPage = 10;
+
+int steps(double value) {
+  return static_cast<int>(std::lround(value));
+}
 
 SystemColor colorOf(MenuTone tone) {
   switch (tone) {
@@ -141,30 +144,27 @@ void MenuSeparatorRow::paintEvent(QPaintEvent*) {
 
 MenuSliderRow::MenuSliderRow(const MenuSlider& slider, QtApplication& application,
                              std::function<void(double)> moved)
-    : minimum(slider.minimum), exactValue(slider.value), control(new RowSlider(this, application)) {
+    : control(new RowSlider(this, application)) {
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(leftMargin, 0, rightMargin, verticalMargin);
   layout->addWidget(control);
   control->setMinimumWidth(sliderWidth);
   control->setFocusPolicy(Qt::StrongFocus);
   control->setAccessibleName(QString::fromStdString(slider.accessibilityLabel));
-  control->setSingleStep(static_cast<int>(unitsPerKey * stepsPerUnit));
-  control->setPageStep(static_cast<int>(unitsPerPage * stepsPerUnit));
-  control->setRange(0, static_cast<int>(std::lround((slider.maximum - minimum) * stepsPerUnit)));
+  control->setSingleStep(unitsPerKey);
+  control->setPageStep(unitsPerPage);
+  control->setRange(steps(slider.minimum), steps(slider.maximum));
   setFocusPolicy(Qt::StrongFocus);
   setFocusProxy(control);
   setValue(slider.value);
-  connect(control, &QSlider::valueChanged, this, [this, moved = std::move(moved)](int steps) {
-    if (isFollowing) return;
-    exactValue = minimum + steps / stepsPerUnit;
-    moved(exactValue);
+  connect(control, &QSlider::valueChanged, this, [this, moved = std::move(moved)](int value) {
+    if (!isFollowing) moved(value);
   });
 }
 
 void MenuSliderRow::setValue(double newValue) {
-  exactValue = newValue;
   isFollowing = true;
-  control->setValue(static_cast<int>(std::lround((newValue - minimum) * stepsPerUnit)));
+  control->setValue(steps(newValue));
   isFollowing = false;
 }
 

@@ -50,11 +50,8 @@ class MenuSliderRow : public QWidget {
                 std::function<void(double)> moved);
 
   void setValue(double newValue);
-  double value() const { return exactValue; }
 
  private:
-  const double minimum;
-  double exactValue;
   bool isFollowing = false;
   QSlider* control;
 };

@@ -15,6 +15,8 @@ std::uint64_t flags(Qt::KeyboardModifiers modifiers) {
   return result;
 }
 
+}  // namespace
+
 bool isModifier(int key) {
   switch (key) {
     case Qt::Key_Control:
@@ -31,8 +33,6 @@ bool isModifier(int key) {
       return false;
   }
 }
-
-}  // namespace
 
 std::optional<KeyPress> keyPressOf(const QKeyEvent& event) {
   const std::uint32_t xKeyCode = event.nativeScanCode();

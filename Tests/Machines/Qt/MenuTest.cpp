@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QSlider>
 #include <QTest>
@@ -115,6 +116,32 @@ TEST_F(MenuTest, TheKeyOfACommandChoosesIt) {
   EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed", "quit"));
 }
 
+TEST_F(MenuTest, TheKeyOfACommandChoosesItFromTheSliderToo) {
+  open();
+  press(Qt::Key_Down);
+  ASSERT_EQ(QApplication::focusWidget(), &slider());
+  press(Qt::Key_Q);
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed", "quit"));
+}
+
+TEST_F(MenuTest, AKeyChoosesNothingFromItemsThatWereReplacedAsTheMenuClosed) {
+  delegate.onClose = [this] { menu.setItems({command("other")}); };
+  open();
+  QTest::keyClick(&menu.widget(), Qt::Key_Q);
+  EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));
+}
+
+TEST_F(MenuTest, AnAmpersandInTheNameOfADisplayIsNoKey) {
+  auto renamed = items();
+  std::get<MenuSlider>(renamed[1]).accessibilityLabel = "Brightness of R&D";
+  menu.setItems(std::move(renamed));
+  open();
+  QTest::keyClick(&menu.widget(), Qt::Key_D);
+  EXPECT_TRUE(menu.widget().isVisible());
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&slider())->text(QAccessible::Name),
+            "Brightness of R&D");
+}
+
 TEST_F(MenuTest, AModifierByItselfLeavesTheMenuOpen) {
   open();
   for (const auto key : {Qt::Key_Alt, Qt::Key_Control, Qt::Key_Shift, Qt::Key_Meta}) {
@@ -149,7 +176,7 @@ TEST_F(MenuTest, EveryMoveOfTheHandIsToldAndTheProgramsOwnAreNot) {
   menu.setSliderValue(1, 33);
   EXPECT_EQ(menu.sliderValue(1), 33);
   EXPECT_THAT(values, testing::IsEmpty());
-  slider().setValue(1000);
+  slider().setValue(0);
   EXPECT_THAT(values, ElementsAre(0));
   EXPECT_EQ(menu.sliderValue(1), 0);
 }
@@ -163,14 +190,77 @@ TEST_F(MenuTest, ARebuildInTheMiddleOfADragEndsItAndNobodyHearsOfTheOldSlider) {
   menu.setItems(std::move(again));
   open();
   QSlider& old = slider();
-  old.setValue(1500);
+  old.setValue(50);
   EXPECT_THAT(values, ElementsAre(50));
-  old.setValue(1600);
+  old.setValue(70);
   EXPECT_THAT(values, ElementsAre(50)) << "it is gone";
   bench.settle();
   EXPECT_TRUE(menu.widget().isVisible());
   EXPECT_EQ(menu.widget().findChildren<QSlider*>().size(), 1);
   EXPECT_EQ(menu.widget().actions().size(), 10);
+}
+
+TEST_F(MenuTest, ByMouseTheHandleGoesWhereTheHandIs) {
+  open();
+  const int middle = slider().height() / 2;
+  const int half = slider().width() / 2;
+  QTest::mousePress(&slider(), Qt::LeftButton, {}, {half + 60, middle});
+  ASSERT_THAT(values, testing::SizeIs(1)) << "a click beside the handle moves it at once";
+  EXPECT_NEAR(values.back(), 137, 3);
+  QTest::mouseMove(&slider(), {half, middle});
+  EXPECT_NEAR(values.back(), 50, 3);
+  QTest::mouseMove(&slider(), {-500, middle});
+  EXPECT_EQ(values.back(), -100);
+  QTest::mouseRelease(&slider(), Qt::LeftButton, {}, {-500, middle});
+  EXPECT_EQ(menu.sliderValue(1), -100);
+  EXPECT_TRUE(menu.widget().isVisible());
+}
+
+TEST_F(MenuTest, TheHandThatDragsASliderAwayFromUnderItChoosesNothingAsItLetsGo) {
+  open();
+  QTest::mousePress(&slider(), Qt::LeftButton, {}, slider().rect().center());
+  values.clear();
+  menu.setItems(items());
+  bench.settle();
+  const QPoint quit = menu.widget().actionGeometry(&action(9)).center();
+  QTest::mouseMove(&menu.widget(), quit);
+  QTest::mouseRelease(&menu.widget(), Qt::LeftButton, {}, quit);
+  EXPECT_THAT(values, testing::IsEmpty());
+  EXPECT_THAT(delegate.notes, ElementsAre("opens"));
+}
+
+TEST_F(MenuTest, ARebuildLeavesTheKeysWithTheSliderThatHadThem) {
+  open();
+  press(Qt::Key_Down);
+  menu.setItems(items());
+  bench.settle();
+  EXPECT_EQ(QApplication::focusWidget(), &slider());
+  press(Qt::Key_Right);
+  EXPECT_THAT(values, ElementsAre(61));
+}
+
+TEST_F(MenuTest, AnotherSliderDoesNotInheritTheKeys) {
+  auto two = items();
+  two.insert(two.begin() + 2, items()[1]);
+  menu.setItems(std::move(two));
+  open();
+  press(Qt::Key_Down);
+  auto without = items();
+  without[1] = MenuText{"Halden H27: no answer"};
+  without.push_back(items()[1]);
+  menu.setItems(std::move(without));
+  bench.settle();
+  EXPECT_FALSE(slider().hasFocus());
+}
+
+TEST_F(MenuTest, AMenuThatOpensLongerThanItWasHasNothingSelected) {
+  delegate.onOpen = [this] {
+    auto more = items();
+    more.push_back(command("more"));
+    menu.setItems(std::move(more));
+  };
+  open();
+  EXPECT_EQ(menu.widget().activeAction(), nullptr);
 }
 
 TEST_F(MenuTest, ARebuildKeepsTheLineThatWasSelected) {
@@ -201,6 +291,24 @@ TEST_F(MenuTest, TitlesChangeInPlace) {
   EXPECT_EQ(action(0).text(), "Halden H27: 61 %");
   EXPECT_EQ(action(5).text(), "Hotkeys");
   EXPECT_EQ(action(7).text(), "Restore && Forget") << "an ampersand is one";
+}
+
+TEST_F(MenuTest, ATitleThatGrowsInAnOpenMenuIsShownWhole) {
+  open();
+  menu.setTitle(0, "Halden H27 on the left of the desk: 100 %");
+  bench.settle();
+  const QWidget& row = *dynamic_cast<QWidgetAction&>(action(0)).defaultWidget();
+  EXPECT_GE(row.width(), row.sizeHint().width());
+}
+
+TEST_F(MenuTest, AssistiveTechnologyReadsTheLevelOfASliderWithinItsBounds) {
+  QAccessibleInterface* const read = QAccessible::queryAccessibleInterface(&slider());
+  ASSERT_NE(read->valueInterface(), nullptr);
+  EXPECT_EQ(read->valueInterface()->minimumValue().toInt(), -100);
+  EXPECT_EQ(read->valueInterface()->maximumValue().toInt(), 200);
+  EXPECT_EQ(read->valueInterface()->currentValue().toInt(), 60);
+  menu.setSliderValue(1, -33);
+  EXPECT_EQ(read->valueInterface()->currentValue().toInt(), -33);
 }
 
 TEST_F(MenuTest, WhatAssistiveTechnologyReadsIsThere) {
