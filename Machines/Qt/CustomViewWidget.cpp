@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPen>
 #include <QPointer>
@@ -15,6 +16,13 @@
 #include "Machines/Qt/VirtualKeys.h"
 
 namespace brivane {
+namespace {
+
+bool isClick(int key) {
+  return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+}  // namespace
 
 CustomViewWidget::CustomViewWidget(const WindowView& itsField, QtApplication& itsApplication,
                                    QWidget* parent)
@@ -80,8 +88,8 @@ void CustomViewWidget::paintEvent(QPaintEvent*) {
   painter.drawPath(continuousRectangle(QRectF(rect()).adjusted(1, 1, -1, -1), 6));
 }
 
-void CustomViewWidget::mousePressEvent(QMouseEvent*) {
-  if (view != nullptr) view->mouseDown();
+void CustomViewWidget::mousePressEvent(QMouseEvent* event) {
+  if (view != nullptr && event->button() == Qt::LeftButton) view->mouseDown();
 }
 
 void CustomViewWidget::keyPressEvent(QKeyEvent* event) {
@@ -92,7 +100,7 @@ void CustomViewWidget::keyPressEvent(QKeyEvent* event) {
     const QPointer<CustomViewWidget> self(this);
     const bool isTaken = view->keyDown(*press);
     if (self && !isTaken) event->ignore();
-  } else if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return) {
+  } else if (isClick(event->key())) {
     if (view != nullptr) view->mouseDown();
   } else {
     event->ignore();

@@ -138,6 +138,8 @@ QWidget* QtEditorWindow::make(const WindowButton& button) {
   auto* const widget =
       new QPushButton(QString::fromStdString(button.title).replace("&", "&&"), window.get());
   widget->setGeometry(upsideDown(button.frame, window->height()));
+  // Return presses it as the space bar does.
+  widget->setAutoDefault(true);
   constexpr double bezel = 16;
   widget->setFont(fitted(systemFont(13, FontWeight::regular), QString::fromStdString(button.title),
                          button.frame.width - bezel));

@@ -49,6 +49,7 @@ class EditorWindowTest : public testing::Test {
   void click(int number) {
     QTest::mouseClick(fields().at(static_cast<std::size_t>(number)), Qt::LeftButton);
   }
+  QPushButton& button() { return *window().findChildren<QPushButton*>().at(0); }
   /// As an X server tells it.
   void press(int key, std::uint16_t evdevCode, Qt::KeyboardModifiers modifiers = {}) {
     QKeyEvent event(QEvent::KeyPress, key, modifiers, evdevCode + firstXKeyCode, 0, 0);
@@ -116,10 +117,53 @@ TEST_F(EditorWindowTest, ByKeyboardTabReachesAFieldAndTheSpaceBarClicksIt) {
   EXPECT_EQ(bindings.brightnessDownBinding(), (HotkeyBinding{48, 4096})) << "Tab can be captured";
 }
 
+TEST_F(EditorWindowTest, ReturnAndEnterClickAFieldToo) {
+  for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+    fields()[0]->setFocus();
+    QTest::keyClick(fields()[0], key);
+    EXPECT_EQ(reads(0), strings.text(strings::hotkeyEditorPressKeys)) << key;
+    press(Qt::Key_Escape, KEY_ESC);
+  }
+}
+
+TEST_F(EditorWindowTest, OnlyTheLeftButtonClicksAField) {
+  for (const auto button : {Qt::RightButton, Qt::MiddleButton}) {
+    QTest::mouseClick(fields()[0], button);
+    EXPECT_EQ(reads(0), "⌃⌥↑") << button;
+  }
+  click(0);
+  QTest::mouseClick(fields()[0], Qt::RightButton);
+  EXPECT_EQ(reads(0), strings.text(strings::hotkeyEditorPressKeys)) << "it goes on waiting";
+}
+
+TEST_F(EditorWindowTest, ACombinationNeedsAModifier) {
+  click(0);
+  press(Qt::Key_A, KEY_A);
+  EXPECT_EQ(reads(0), strings.text(strings::hotkeyEditorPressKeys));
+  press(Qt::Key_A, KEY_A, Qt::ShiftModifier);
+  EXPECT_EQ(bindings.brightnessUpBinding(), (HotkeyBinding{0, 512}));
+}
+
+TEST_F(EditorWindowTest, AClickBesideTheFieldsEndsTheWaiting) {
+  click(0);
+  QTest::mouseClick(&window(), Qt::LeftButton, {}, {5, 205});
+  EXPECT_EQ(reads(0), "⌃⌥↑");
+}
+
+TEST_F(EditorWindowTest, TheSpaceBarAndReturnPressTheButton) {
+  for (const auto key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+    const int before = changes;
+    button().setFocus();
+    QTest::keyClick(&button(), key);
+    bench.settle();
+    EXPECT_EQ(changes, before + 1) << key;
+  }
+}
+
 TEST_F(EditorWindowTest, TheButtonRestoresBothFieldsFromWithinItsOwnPress) {
   click(0);
   press(Qt::Key_F5, KEY_F5, Qt::ShiftModifier);
-  QTest::mouseClick(window().findChildren<QPushButton*>().at(0), Qt::LeftButton);
+  QTest::mouseClick(&button(), Qt::LeftButton);
   bench.settle();
   EXPECT_EQ(reads(0), "⌃⌥↑");
   EXPECT_EQ(reads(1), "⌃⌥↓");
