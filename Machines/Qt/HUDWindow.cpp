@@ -70,10 +70,9 @@ class QtHUDWindow::View : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    const double alpha = owner.alphaNow();
     if (owner.isComposited) {
-      painter.setOpacity(alpha);
-    } else if (alpha > 0) {
+      painter.setOpacity(owner.alphaNow());
+    } else {
       painter.fillRect(rect(), owner.application.effectiveAppearance() == Appearance::dark
                                    ? Qt::black
                                    : Qt::white);
@@ -126,6 +125,7 @@ void QtHUDWindow::place() {
 void QtHUDWindow::setAlpha(double alpha) {
   alphaFrom = alphaTo = alpha;
   alphaCourse = {};
+  reveal();
   view->update();
 }
 
@@ -135,6 +135,7 @@ void QtHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTi
   alphaTo = alpha;
   alphaCourse = {runtime.now(), durationSeconds};
   alphaTiming = timing;
+  reveal();
   view->update();
   animateWhileNeeded();
   if (completion) runtime.after(fromSeconds(durationSeconds), std::move(completion));
@@ -142,19 +143,18 @@ void QtHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTi
 
 void QtHUDWindow::orderFrontRegardless() {
   isComposited = !isOnX() || hasSelectionOwner(compositingManager);
+  isOrderedIn = true;
+  // The displays may have moved under a frame that has stayed what it is.
+  place();
   shapeWithoutCompositor();
-  if (!isOrderedIn) {
-    isOrderedIn = true;
-    place();
-    view->show();
-  }
+  reveal();
   view->raise();
   animateWhileNeeded();
 }
 
 void QtHUDWindow::orderOut() {
   isOrderedIn = false;
-  view->hide();
+  reveal();
   frameTimer.stop();
 }
 
@@ -167,7 +167,7 @@ void QtHUDWindow::updateContent(const DisplayList& newContent, ContentChange cha
 }
 
 void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
-  contentFrom = contentNow();
+  contentFrom = interrupted(contentFrom, content, contentProgress());
   content = newContent;
   contentCourse = {runtime.now(), durationSeconds};
   hasSpinner = std::ranges::any_of(content, [](const Primitive& primitive) {
@@ -189,9 +189,18 @@ double QtHUDWindow::alphaNow() const {
   return alphaFrom + (alphaTo - alphaFrom) * eased;
 }
 
-DisplayList QtHUDWindow::contentNow() const {
+double QtHUDWindow::contentProgress() const {
   const double left = 1 - progress(contentCourse);
-  return between(contentFrom, content, 1 - left * left);
+  return 1 - left * left;
+}
+
+DisplayList QtHUDWindow::contentNow() const {
+  return between(contentFrom, content, contentProgress());
+}
+
+/// Nobody but a compositor shows a window that can't be seen as nothing.
+void QtHUDWindow::reveal() {
+  view->setVisible(isOrderedIn && (isComposited || alphaNow() > 0));
 }
 
 /// While nothing moves nothing wakes the processor.
@@ -208,6 +217,7 @@ void QtHUDWindow::animateWhileNeeded() {
 }
 
 void QtHUDWindow::step() {
+  reveal();
   view->update();
   animateWhileNeeded();
 }

@@ -46,8 +46,10 @@ class QtHUDWindow : public HUDWindow {
   };
 
   double progress(const Course& course) const;
+  double contentProgress() const;
   void place();
   void show(const DisplayList& newContent, double durationSeconds);
+  void reveal();
   void animateWhileNeeded();
   void shapeWithoutCompositor();
   void step();

@@ -1,6 +1,8 @@
 #include "Machines/Qt/Transition.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 namespace brivane {
 namespace {
@@ -26,32 +28,48 @@ Rect between(const Rect& from, const Rect& to, double progress) {
           between(from.width, to.width, progress), between(from.height, to.height, progress)};
 }
 
+bool haveSameParts(const DisplayList& from, const DisplayList& to) {
+  return std::ranges::equal(from, to, {}, &Primitive::index, &Primitive::index);
+}
+
+/// Of two primitives of the same kind.
+Primitive interrupted(const Primitive& from, const Primitive& to, double progress) {
+  const auto* const oldBar = std::get_if<MaskedFill>(&from);
+  if (oldBar == nullptr) return to;
+  MaskedFill bar = std::get<MaskedFill>(to);
+  bar.mask.frame = between(oldBar->mask.frame, bar.mask.frame, progress);
+  return bar;
+}
+
 void add(DisplayList& list, const Primitive& from, const Primitive& to, double progress) {
   const auto* const oldSymbol = std::get_if<SymbolImage>(&from);
   const auto* const newSymbol = std::get_if<SymbolImage>(&to);
-  const auto* const oldBar = std::get_if<MaskedFill>(&from);
-  const auto* const newBar = std::get_if<MaskedFill>(&to);
-  if (oldSymbol != nullptr && newSymbol != nullptr && oldSymbol->name != newSymbol->name) {
-    list.emplace_back(faded(*oldSymbol, 1 - progress));
-    list.emplace_back(faded(*newSymbol, progress));
-  } else if (oldBar != nullptr && newBar != nullptr) {
-    MaskedFill bar = *newBar;
-    bar.mask.frame = between(oldBar->mask.frame, newBar->mask.frame, progress);
-    list.emplace_back(bar);
-  } else {
-    list.push_back(to);
+  if (oldSymbol == nullptr || oldSymbol->name == newSymbol->name) {
+    list.push_back(interrupted(from, to, progress));
+    return;
   }
+  list.emplace_back(faded(*oldSymbol, 1 - progress));
+  list.emplace_back(faded(*newSymbol, progress));
 }
 
 }  // namespace
 
 DisplayList between(const DisplayList& from, const DisplayList& to, double progress) {
-  if (progress >= 1 || from.size() != to.size()) return to;
+  if (progress >= 1 || !haveSameParts(from, to)) return to;
   DisplayList list;
   for (std::size_t index = 0; index < to.size(); ++index) {
-    if (from[index].index() != to[index].index()) return to;
     add(list, from[index], to[index], progress);
   }
+  return list;
+}
+
+DisplayList interrupted(const DisplayList& from, const DisplayList& to, double progress) {
+  if (!haveSameParts(from, to)) return to;
+  DisplayList list;
+  std::ranges::transform(from, to, std::back_inserter(list),
+                         [progress](const Primitive& before, const Primitive& after) {
+                           return interrupted(before, after, progress);
+                         });
   return list;
 }
 

@@ -105,5 +105,22 @@ TEST_F(HUDWindowTest, AChangeInTheMiddleOfAnotherGoesOnFromWhatIsShown) {
   EXPECT_GT(barWidth(), 100);
 }
 
+TEST_F(HUDWindowTest, AChangeWhileTheSymbolIsReplacedGoesOnFromTheBarThatIsShown) {
+  window.orderFrontRegardless();
+  window.updateContent(bar(200, "sun.max.fill"), ContentChange::animated);
+  EXPECT_TRUE(bench.runUntil([&] { return barWidth() > 110; }));
+  window.updateContent(bar(50, "sun.max.fill"), ContentChange::animated);
+  EXPECT_GT(barWidth(), 100);
+}
+
+TEST_F(HUDWindowTest, BroughtToTheFrontItIsWhereItsDisplayIsNow) {
+  window.setFrame({220, 130, 360, 54});
+  window.orderFrontRegardless();
+  bench.machine().hardware().setFrame(1, {0, 0, 1600, 800});
+  window.orderFrontRegardless();
+  EXPECT_EQ(window.widget().geometry(), QRect(200 - 180, 800 - 130 - 54, 360, 54));
+  bench.machine().hardware().setFrame(1, {0, 0, 800, 800});
+}
+
 }  // namespace
 }  // namespace brivane

@@ -39,6 +39,13 @@ TEST(Transition, AtItsEndItIsTheNewPicture) {
             (DisplayList{symbol("moon.fill"), bar(2)}));
 }
 
+TEST(Transition, OneThatIsInterruptedKeepsItsBarAndHasTheNewSymbolOnly) {
+  EXPECT_EQ(interrupted({symbol("sun.min"), bar(100)}, {symbol("moon.fill"), bar(200)}, 0.5),
+            (DisplayList{symbol("moon.fill"), bar(150)}));
+  EXPECT_EQ(interrupted({bar(10)}, {symbol("moon.fill"), bar(20)}, 0.5),
+            (DisplayList{symbol("moon.fill"), bar(20)}));
+}
+
 TEST(Transition, PicturesOfDifferentPartsHaveNothingInBetween) {
   const DisplayList level = {symbol("sun.min"), bar(10)};
   const DisplayList connecting = {Spinner{{0, 0, 16, 16}}, number("Connecting")};
