@@ -70,8 +70,8 @@ std::optional<Appearance> QtAppearances::wished() const {
 
 void QtAppearances::update() {
   const Appearance before = appearance;
-  const auto wish = wished();
-  appearance = wish.value_or(appearanceOf(QApplication::palette()));
+  const QPalette desktops = colorsBefore.value_or(QApplication::palette());
+  appearance = wished().value_or(appearanceOf(desktops));
   if (appearance != appearanceOf(QApplication::palette())) giveColors();
   if (appearance != before) changes.announce();
 }

@@ -122,5 +122,29 @@ TEST_F(HUDWindowTest, BroughtToTheFrontItIsWhereItsDisplayIsNow) {
   bench.machine().hardware().setFrame(1, {0, 0, 800, 800});
 }
 
+/// A screen of 800 by 800 pixels, at so many per point.
+class HUDWindowScaleTest : public testing::TestWithParam<double> {
+ protected:
+  ~HUDWindowScaleTest() override { QtBench::drop(); }
+};
+
+TEST_P(HUDWindowScaleTest, ItsLowerEdgeStaysAndItIsAsSharpAsTheScreen) {
+  const double scale = GetParam();
+  QtBench& bench = QtBench::renewed({.pixelsPerPoint = scale});
+  const auto made = bench.frame().makeHUDWindow(attributes);
+  auto& window = dynamic_cast<QtHUDWindow&>(*made);
+  window.installContentView(bar(100));
+  window.setFrame({220, 130, 360, 54});
+  window.orderFrontRegardless();
+  const QRectF points = window.widget().geometry();
+  EXPECT_EQ(points.size(), QSizeF(360, 54));
+  EXPECT_NEAR(points.center().x() * scale, 400, 1);
+  EXPECT_NEAR((points.y() + points.height()) * scale, 800 - 130, 1);
+  const QImage image = window.widget().grab().toImage();
+  EXPECT_EQ(image.size(), (QSizeF(360, 54) * scale).toSize());
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, HUDWindowScaleTest, testing::Values(1, 1.5, 2));
+
 }  // namespace
 }  // namespace brivane

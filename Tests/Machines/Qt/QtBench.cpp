@@ -55,7 +55,13 @@ Difference difference(const QImage& one, const QImage& other) {
 }  // namespace
 
 QtBench& QtBench::shared() {
-  if (!theBench()) theBench().reset(new QtBench);
+  if (!theBench()) theBench().reset(new QtBench({}));
+  return *theBench();
+}
+
+QtBench& QtBench::renewed(const Setting& setting) {
+  drop();
+  theBench().reset(new QtBench(setting));
   return *theBench();
 }
 
@@ -63,15 +69,16 @@ void QtBench::drop() {
   theBench().reset();
 }
 
-QtBench::QtBench() {
+QtBench::QtBench(const Setting& setting) {
   const auto file = folder.write("desk.json", R"({"displays": [{"identifier": 1,
       "frame": {"x": 0, "y": 0, "width": 800, "height": 800}}]})");
   desk = std::get<std::unique_ptr<DeskMachine>>(openDesk(file));
   auto& queue = dynamic_cast<HostedMainQueue&>(desk->runtime());
-  QtFrameRequest request{*desk, queue, appearanceSwitch, {}};
-  // Nobody's desktop has a say here.
-  ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody", 1);
-  ::unsetenv("QT_SCALE_FACTOR");
+  QtFrameRequest request{*desk, queue, setting.sessionBus.empty() ? appearanceSwitch : nullptr, {}};
+  // No developer's desktop has a say here.
+  const auto bus = setting.sessionBus.empty() ? "unix:path=/nobody" : setting.sessionBus;
+  ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.c_str(), 1);
+  ::setenv("QT_SCALE_FACTOR", std::to_string(setting.pixelsPerPoint).c_str(), 1);
   ::unsetenv("QT_STYLE_OVERRIDE");
   ::unsetenv("QT_QPA_PLATFORMTHEME");
   ownFrame = std::make_unique<QtFrame>(QtPlatform{"offscreen", false}, request);

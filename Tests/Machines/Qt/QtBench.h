@@ -33,6 +33,13 @@ class QtBench {
  public:
   /// Made at the first call; a process can have one.
   static QtBench& shared();
+  struct Setting {
+    double pixelsPerPoint = 1;
+    /// Where the desktop says whether it is light or dark, in place of the switch.
+    std::string sessionBus = {};
+  };
+  /// Another one in its place.
+  static QtBench& renewed(const Setting& setting);
   static void drop();
 
   QtFrame& frame() { return *ownFrame; }
@@ -46,7 +53,7 @@ class QtBench {
   void settle();
 
  private:
-  QtBench();
+  explicit QtBench(const Setting& setting);
 
   TemporaryFolder folder;
   std::unique_ptr<DeskMachine> desk;
