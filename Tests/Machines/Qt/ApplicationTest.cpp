@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QTest>
 
 #include "Tests/Machines/Qt/QtBench.h"
 
@@ -116,6 +117,35 @@ TEST_F(QtApplicationTest, TimersAndTasksOfOtherThreadsRunWhileItRuns) {
   };
   EXPECT_EQ(application().run(), 0);
   EXPECT_GE(ticks, 3);
+}
+
+class QtApplicationWithMenuTest : public QtApplicationTest {
+ protected:
+  QtApplicationWithMenuTest() {
+    menu.setItems({MenuCommand{"Quit", false, "q", [this] { application().terminate(); }}});
+  }
+
+  std::unique_ptr<StatusItem> statusItem = QtBench::shared().frame().makeStatusItem();
+  QtMenu& menu = dynamic_cast<QtMenu&>(statusItem->menu());
+};
+
+TEST_F(QtApplicationWithMenuTest, ACommandOfTheMenuMayEndIt) {
+  delegate.onLaunch = [this] {
+    menu.open({40, 40});
+    QTest::keyClick(&menu.widget(), Qt::Key_Q);
+  };
+  EXPECT_EQ(application().run(), 0);
+  EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
+  EXPECT_FALSE(menu.widget().isVisible());
+}
+
+TEST_F(QtApplicationWithMenuTest, AnOpenMenuKeepsItFromNothing) {
+  delegate.onLaunch = [this] {
+    menu.open({40, 40});
+    runtime().after(fromSeconds(0.01), [this] { application().terminate(); });
+  };
+  EXPECT_EQ(application().run(), 0);
+  EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
 }
 
 TEST_F(QtApplicationTest, ATaskThatQueuesItselfForEverKeepsNobodyFromEnding) {
