@@ -228,6 +228,16 @@ TEST_F(HUDOnXTest, ItHasAnAlphaChannelForTheCompositor) {
   EXPECT_EQ(onlooker.depth(number()), 32);
 }
 
+TEST_F(HUDOnXTest, WithoutACompositorAnAlphaOfNothingShowsNothing) {
+  presentOn(0);
+  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+  window.animateAlpha(0, 0.05, AnimationTiming::easeIn, {});
+  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == below; }));
+  EXPECT_TRUE(window.isVisible()) << "it is ordered in";
+  window.setAlpha(1);
+  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+}
+
 TEST_F(HUDOnXTest, OrderedOutItIsGone) {
   presentOn(0);
   EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
