@@ -60,6 +60,15 @@ double lineWidth(const QString& text, const QFontMetricsF& metrics, double room)
   return width;
 }
 
+/// Qt cuts the text as if its digits had their own widths; so it may have to cut it shorter.
+QString shortened(const QString& text, const QFontMetricsF& metrics, double room, double width) {
+  QString shown = text;
+  for (double limit = width; limit > 0 && lineWidth(shown, metrics, room) > width; --limit) {
+    shown = metrics.elidedText(text, Qt::ElideRight, limit);
+  }
+  return shown;
+}
+
 double leftEdge(TextAlignment alignment, const QRectF& box, double width) {
   switch (alignment) {
     case TextAlignment::leading:
@@ -96,10 +105,7 @@ void drawTextLine(QPainter& painter, const TextRun& run, const QRectF& box) {
   const QFont font = systemFont(run.size, run.weight);
   const QFontMetricsF metrics(font);
   const double room = run.monospacedDigits ? digitRoom(metrics) : 0;
-  QString text = QString::fromStdString(run.text);
-  if (lineWidth(text, metrics, room) > box.width()) {
-    text = metrics.elidedText(text, Qt::ElideRight, box.width());
-  }
+  const QString text = shortened(QString::fromStdString(run.text), metrics, room, box.width());
   painter.setFont(font);
   const double baseline = box.center().y() + metrics.capHeight() / 2;
   const QPointF origin(leftEdge(run.alignment, box, lineWidth(text, metrics, room)), baseline);

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QFontInfo>
+#include <QGuiApplication>
+
 #include "Machines/Qt/Painter.h"
 #include "Machines/Qt/Symbols.h"
 #include "Tests/Machines/Qt/QtBench.h"
@@ -80,6 +83,41 @@ TEST_F(PainterTest, TextStandsWhereItsAlignmentSays) {
   EXPECT_NEAR(center.center().x(), 40, 1.5);
   EXPECT_GT(trailing.right(), 66);
   EXPECT_NEAR(center.center().y(), 50, 1.5);
+}
+
+/// With digits of different widths.
+class PainterWithUnequalDigitsTest : public PainterTest {
+ protected:
+  PainterWithUnequalDigitsTest() {
+    EXPECT_TRUE(QFontInfo(QFont("Inter")).exactMatch()) << "package fonts-inter";
+    QGuiApplication::setFont(QFont("Inter"));
+  }
+  ~PainterWithUnequalDigitsTest() override { QGuiApplication::setFont(before); }
+
+  static TextRun number(const std::string& words, TextAlignment alignment) {
+    TextRun run = text(words, alignment);
+    run.monospacedDigits = true;
+    return run;
+  }
+
+  const QFont before = QGuiApplication::font();
+};
+
+TEST_F(PainterWithUnequalDigitsTest, WhatFollowsANumberStaysWhereItIsAsItCounts) {
+  const int one = inked(drawn({number("111|", TextAlignment::leading)})).right();
+  const int zero = inked(drawn({number("000|", TextAlignment::leading)})).right();
+  EXPECT_EQ(one, zero);
+  EXPECT_LT(inked(drawn({text("111|", TextAlignment::leading)})).right(), one)
+      << "digits that are not to be of one width are not";
+}
+
+TEST_F(PainterWithUnequalDigitsTest, ALineOfDigitsEndsWithinItsBoxToo) {
+  for (const auto alignment : {TextAlignment::leading, TextAlignment::trailing}) {
+    const QRect box = inked(drawn({number(std::string(40, '1'), alignment)}));
+    EXPECT_GE(box.left(), 10);
+    EXPECT_LE(box.right(), 70);
+    EXPECT_GT(box.width(), 40);
+  }
 }
 
 TEST_F(PainterTest, EverySymbolFillsItsSquareAndStaysInIt) {
