@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QWidgetAction>
 
+#include "Machines/Qt/Colors.h"
+#include "Machines/Qt/MenuRows.h"
 #include "Machines/Qt/StatusItem.h"
 #include "Tests/Machines/Qt/QtBench.h"
 
@@ -62,6 +64,19 @@ class MenuTest : public testing::Test {
   void open() {
     menu.open({40, 40});
     bench.settle();
+  }
+  /// How opaque a letter without gaps is in a line of that tone, 0 to 255.
+  int inkOfLine(MenuTone tone) {
+    MenuTextRow row({"█", tone}, bench.frame().application());
+    row.resize(row.sizeHint());
+    QImage image(row.size(), QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    row.render(&image, {}, {}, QWidget::DrawChildren);
+    int most = 0;
+    for (int x = 0; x < image.width(); ++x) {
+      most = std::max(most, image.pixelColor(x, image.height() / 2).alpha());
+    }
+    return most;
   }
   QSlider& slider(int number = 0) { return *menu.widget().findChildren<QSlider*>().at(number); }
   QAction& action(int index) { return *menu.widget().actions().at(index); }
@@ -317,6 +332,19 @@ TEST_F(MenuTest, WhatAssistiveTechnologyReadsIsThere) {
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->defaultWidget()->accessibleName(), "Halden H27: 60 %");
   EXPECT_FALSE(action(0).isEnabled());
+}
+
+TEST_F(MenuTest, ALineToReadHasTheColourOfItsTone) {
+  const std::vector<std::pair<MenuTone, SystemColor>> tones = {
+      {MenuTone::label, SystemColor::label},
+      {MenuTone::secondaryLabel, SystemColor::secondaryLabel},
+      {MenuTone::tertiaryLabel, SystemColor::tertiaryLabel}};
+  for (const auto appearance : {Appearance::dark, Appearance::light}) {
+    bench.appearance().turn(appearance);
+    for (const auto& [tone, color] : tones) {
+      EXPECT_NEAR(inkOfLine(tone), resolvedColor(SystemPaint{color}, appearance).alpha(), 1);
+    }
+  }
 }
 
 TEST_F(MenuTest, ALongNameLosesItsMiddleAndKeepsItsLevel) {
