@@ -1,0 +1,72 @@
+// Each card is what a press of a hotkey brings up on a monitor that has been at a level before.
+#include <array>
+#include <string>
+
+#include "Tools/Pictures/ContactSheet.h"
+#include "Tools/Pictures/DeskText.h"
+#include "Tools/Pictures/Pictures.h"
+#include "Tools/Pictures/PlayedDesk.h"
+
+namespace brivane {
+namespace {
+
+/// A display that has been at that level before.
+std::string monitorAt(int level) {
+  return R"("displays": [{"identifier": 1, "name": "Halden H27", "model": 27,
+      "serial": 5, "firmware": {"level": 50}}],
+      "defaults": {"com.quorrel.brivane": {"brightness.8738.27.5": )" +
+         std::to_string(level) + "}}";
+}
+
+/// A display that answered yesterday and doesn't now.
+constexpr auto sleepingMonitor =
+    R"("displays": [{"identifier": 1, "name": "Halden H27", "model": 27, "serial": 5,
+        "firmware": {"level": 60, "asleep": true}}],
+       "defaults": {"com.quorrel.brivane": {"ddc.8738.27.5": true, "ddcmax.8738.27.5": 100}})";
+
+/// Until the HUD has come in and stands still.
+constexpr auto shown = std::chrono::milliseconds(300);
+
+struct Shown {
+  int level;
+  std::string caption;
+};
+
+QImage levelCard(Appearance appearance, int level) {
+  PlayedDesk desk(deskText(appearance, monitorAt(level - 5)));
+  desk.press({controlKey, optionKey, upArrow});
+  desk.run(shown);
+  return desk.hud();
+}
+
+QImage connectingCard(Appearance appearance, Microseconds later) {
+  PlayedDesk desk(deskText(appearance, sleepingMonitor));
+  desk.press({controlKey, optionKey, upArrow});
+  desk.run(shown + later);
+  return desk.hud();
+}
+
+}  // namespace
+
+ContactSheet hudPicture(Appearance appearance) {
+  const std::array<Shown, 6> levels = {{{-60, "Below 0 the picture is dimmed in software"},
+                                        {0, "The monitor’s own lowest level"},
+                                        {30, "Below 50"},
+                                        {75, "From 50 on"},
+                                        {100, "The monitor’s own highest level"},
+                                        {160, "Above 100 the picture is brightened in software"}}};
+  ContactSheet sheet(appearance);
+  sheet.beginColumn();
+  for (std::size_t row = 0; row < 3; ++row) {
+    sheet.add(levelCard(appearance, levels[row].level), levels[row].caption);
+  }
+  sheet.add(connectingCard(appearance, {}), "Until a monitor answers");
+  sheet.beginColumn();
+  for (std::size_t row = 3; row < 6; ++row) {
+    sheet.add(levelCard(appearance, levels[row].level), levels[row].caption);
+  }
+  sheet.add(connectingCard(appearance, std::chrono::milliseconds(3000)), "While it is asked again");
+  return sheet;
+}
+
+}  // namespace brivane

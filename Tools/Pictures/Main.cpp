@@ -1,0 +1,68 @@
+// Draws every picture of docs/pictures anew; `./pictures` builds and runs it. A picture of
+// something else is one more function in Pictures.h and one more line below.
+#include <QApplication>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "Tools/Pictures/Pictures.h"
+#include "Tools/Pictures/PlayedDesk.h"
+
+namespace {
+
+struct Named {
+  std::string name;
+  brivane::ContactSheet (*make)(brivane::Appearance appearance);
+};
+
+/// Two files of each, "<name>-light.png" and "<name>-dark.png".
+const std::vector<Named> pictures = {
+    {"hud", brivane::hudPicture},
+    {"menu", brivane::menuPicture},
+    {"menu-states", brivane::menuStatesPicture},
+    {"editor", brivane::editorPicture},
+};
+
+/// Nobody's desktop, fonts or screens have a say.
+void shutTheDesktopOut() {
+  setenv("QT_SCALE_FACTOR", "2", 1);
+  setenv("FONTCONFIG_FILE", std::filesystem::absolute("Tools/Pictures/fonts.conf").c_str(), 1);
+  setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody", 1);
+  for (const auto* const name :
+       {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_FONT_DPI", "QT_SCREEN_SCALE_FACTORS"}) {
+    unsetenv(name);
+  }
+}
+
+/// The desks and their Qt applications are gone by now; a process can have one at a time.
+bool save(const std::filesystem::path& file, const brivane::ContactSheet& sheet) {
+  std::cout << file.string() << std::endl;
+  std::vector<std::string> words = {"brivane-pictures", "-platform", brivane::noScreen};
+  std::vector<char*> arguments = {words[0].data(), words[1].data(), words[2].data(), nullptr};
+  int count = 3;
+  const QApplication application(count, arguments.data());
+  brivane::usePictureFont();
+  if (sheet.picture().save(QString::fromStdString(file.string()), "PNG", 0)) return true;
+  std::cerr << "brivane-pictures: can't write it" << std::endl;
+  return false;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2 || !std::filesystem::is_directory("Tools/Pictures")) {
+    std::cerr << "usage: ./pictures; or, from the root of the tree, brivane-pictures FOLDER\n";
+    return 2;
+  }
+  shutTheDesktopOut();
+  const std::filesystem::path folder = argv[1];
+  std::filesystem::create_directories(folder);
+  bool areAllWritten = true;
+  for (const auto& [name, make] : pictures) {
+    areAllWritten &= save(folder / (name + "-light.png"), make(brivane::Appearance::light));
+    areAllWritten &= save(folder / (name + "-dark.png"), make(brivane::Appearance::dark));
+  }
+  return areAllWritten ? 0 : 1;
+}

@@ -1,0 +1,71 @@
+#include "Tools/Pictures/ContactSheet.h"
+#include "Tools/Pictures/DeskText.h"
+#include "Tools/Pictures/Pictures.h"
+#include "Tools/Pictures/PlayedDesk.h"
+
+namespace brivane {
+namespace {
+
+constexpr auto ordinaryDay =
+    R"("displays": [
+         {"identifier": 1, "name": "Built-in Display", "builtIn": true, "model": 41040,
+          "displayServices": {"level": 0.6}},
+         {"identifier": 3, "name": "Halden H27", "model": 27, "serial": 5,
+          "firmware": {"level": 70}},
+         {"identifier": 4, "name": "Norvik 24", "model": 24, "serial": 7,
+          "firmware": {"level": 45}},
+         {"identifier": 6, "name": "Quellux 32", "model": 32, "serial": 9,
+          "firmware": {"level": 100}}],
+       "defaults": {"com.quorrel.brivane": {
+         "brightness.8738.24.7": -30, "brightness.8738.32.9": 140}},
+       "launchAgent": {"installed": true})";
+
+constexpr auto nobodyAnswers =
+    R"("displays": [
+         {"identifier": 1, "name": "Built-in Display", "builtIn": true, "model": 41040,
+          "displayServices": null},
+         {"identifier": 2, "name": "Halden H27", "model": 27, "serial": 5,
+          "firmware": {"level": 70, "asleep": true}},
+         {"identifier": 3, "name": "Zebrin 22", "model": 22, "serial": 1009, "firmware": null}],
+       "defaults": {"com.quorrel.brivane": {"ddc.8738.27.5": true, "ddcmax.8738.27.5": 100}})";
+
+constexpr auto noDisplays = R"("displays": [])";
+
+constexpr auto german =
+    R"("language": "de", "displays": [
+         {"identifier": 2, "model": 27, "serial": 5, "firmware": {"level": 70},
+          "name": "Halden Professional UltraWide Reference 49 C5 über den Adapter am Dock"}])";
+
+QImage menuOn(Appearance appearance, const char* members) {
+  PlayedDesk desk(deskText(appearance, members));
+  return desk.menu();
+}
+
+QImage withoutBrightnessKeys(Appearance appearance) {
+  PlayedDesk desk(deskText(appearance, nobodyAnswers));
+  desk.choose("Use the Keyboard’s Brightness Keys");
+  desk.run(std::chrono::milliseconds(1850));
+  return desk.menu();
+}
+
+}  // namespace
+
+ContactSheet menuPicture(Appearance appearance) {
+  ContactSheet sheet(appearance);
+  sheet.beginColumn();
+  sheet.add(menuOn(appearance, ordinaryDay), "");
+  return sheet;
+}
+
+ContactSheet menuStatesPicture(Appearance appearance) {
+  ContactSheet sheet(appearance);
+  sheet.beginColumn();
+  sheet.add(menuOn(appearance, nobodyAnswers), "Displays that have no slider, or not yet");
+  sheet.add(withoutBrightnessKeys(appearance), "Brightness keys left to the system; asking again");
+  sheet.beginColumn();
+  sheet.add(menuOn(appearance, german), "A long name, in German");
+  sheet.add(menuOn(appearance, noDisplays), "No display at all");
+  return sheet;
+}
+
+}  // namespace brivane

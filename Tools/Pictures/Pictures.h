@@ -1,0 +1,23 @@
+#pragma once
+
+#include "BrivaneUI/Appearance.h"
+#include "Tools/Pictures/ContactSheet.h"
+
+namespace brivane {
+
+// The pictures of docs/pictures, each made from the shipping program on desks of its own. Main
+// thread.
+
+/// The HUD at six levels, and waiting for a display.
+ContactSheet hudPicture(Appearance appearance);
+
+/// The menu on an ordinary day.
+ContactSheet menuPicture(Appearance appearance);
+
+/// The menu in its other states.
+ContactSheet menuStatesPicture(Appearance appearance);
+
+/// The hotkey editor: as it opens, waiting for keys, and with other hotkeys.
+ContactSheet editorPicture(Appearance appearance);
+
+}  // namespace brivane

@@ -1,0 +1,139 @@
+// Qt's loop never runs here: virtual time has no use for it, and a picture taken between two of its
+// turns would be another one each time. What Qt has posted to itself is delivered by hand.
+#include "Tools/Pictures/PlayedDesk.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QMouseEvent>
+#include <utility>
+#include <variant>
+
+#include "BrivaneCore/Support/Fatal.h"
+#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Desk/AppearanceOfDesk.h"
+#include "Machines/Desk/DeskFile.h"
+#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Qt/CustomViewWidget.h"
+#include "Machines/Qt/StatusItem.h"
+
+namespace brivane {
+namespace {
+
+constexpr auto fontFamily = "Inter";
+constexpr int fontPixels = 13;
+
+class Silence : public SystemLog {
+  void write(std::string_view) override {}
+};
+
+DeskDescription described(const std::string& text) {
+  auto desk = parseDesk(text, "a picture's desk");
+  if (const auto* problem = std::get_if<std::string>(&desk)) fatal(*problem);
+  return std::move(std::get<DeskDescription>(desk));
+}
+
+/// Until nothing more comes of it.
+void deliverWhatQtPosted() {
+  for (int turn = 0; turn < 5; ++turn) {
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+}  // namespace
+
+void usePictureFont() {
+  QFont font(fontFamily);
+  font.setPixelSize(fontPixels);
+  QApplication::setFont(font);
+}
+
+PlayedDesk::PlayedDesk(const std::string& desk)
+    : hardware(std::make_shared<DeskHardware>(described(desk))),
+      machine(std::make_unique<VirtualRuntime>(), std::make_unique<Silence>(), hardware,
+              {false, resourceFolder()}) {
+  QtFrameRequest request{machine, queue, std::make_shared<AppearanceOfDesk>(*hardware), {}};
+  frame = std::make_unique<QtFrame>(QtPlatform{noScreen, false}, request);
+  usePictureFont();
+  delegate.emplace(machine, *frame);
+  delegate->applicationDidFinishLaunching();
+  run(std::chrono::seconds(5));
+}
+
+PlayedDesk::~PlayedDesk() {
+  delegate->applicationWillTerminate();
+  delegate.reset();
+  deliverWhatQtPosted();
+}
+
+void PlayedDesk::run(Microseconds time) {
+  static_cast<VirtualRuntime&>(machine.runtime()).runFor(time);
+  deliverWhatQtPosted();
+}
+
+void PlayedDesk::press(std::initializer_list<std::uint16_t> keys) {
+  for (auto key = keys.begin(); key != keys.end(); ++key) machine.keyboard().pressKey(*key);
+  for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
+    machine.keyboard().releaseKey(*key);
+  }
+}
+
+void PlayedDesk::choose(const std::string& title) {
+  auto& menu = frame->statusItem()->menu();
+  menu.open({100, 100});
+  run(std::chrono::milliseconds(1));
+  for (QAction* const action : menu.widget().actions()) {
+    if (action->text().toStdString() != title) continue;
+    menu.widget().hide();
+    action->trigger();
+    run(std::chrono::milliseconds(200));
+    return;
+  }
+  fatal("the menu has no " + title);
+}
+
+QImage PlayedDesk::menu() {
+  auto& menu = frame->statusItem()->menu();
+  menu.open({100, 100});
+  run(std::chrono::milliseconds(1));
+  QImage picture = menu.widget().grab().toImage();
+  menu.widget().hide();
+  return picture;
+}
+
+QImage PlayedDesk::hud() {
+  for (QWidget* const window : QApplication::topLevelWidgets()) {
+    if (window->objectName() == "Brivane HUD" && window->isVisible()) {
+      return window->grab().toImage();
+    }
+  }
+  fatal("no HUD is shown");
+}
+
+QWidget& PlayedDesk::editorWindow() {
+  for (QWidget* const window : QApplication::topLevelWidgets()) {
+    if (window->windowType() == Qt::Window && window->isVisible()) return *window;
+  }
+  fatal("no editor is shown");
+}
+
+QImage PlayedDesk::editor() {
+  return editorWindow().grab().toImage();
+}
+
+std::string PlayedDesk::editorTitle() {
+  return editorWindow().windowTitle().toStdString();
+}
+
+void PlayedDesk::clickField(int number) {
+  std::vector<CustomViewWidget*> fields;
+  for (QObject* const child : editorWindow().children()) {
+    if (auto* const field = dynamic_cast<CustomViewWidget*>(child)) fields.push_back(field);
+  }
+  const QPointF middle = fields.at(static_cast<std::size_t>(number))->rect().center();
+  QMouseEvent click(QEvent::MouseButtonPress, middle, middle, Qt::LeftButton, Qt::LeftButton, {});
+  QApplication::sendEvent(fields.at(static_cast<std::size_t>(number)), &click);
+  deliverWhatQtPosted();
+}
+
+}  // namespace brivane
