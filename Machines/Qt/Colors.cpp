@@ -13,15 +13,15 @@ QColor ink(Appearance appearance, double lightOpacity, double darkOpacity) {
              : QColor::fromRgbF(0, 0, 0, static_cast<float>(lightOpacity));
 }
 
-/// Opacities at which secondary and tertiary text still reads well on a menu's ground.
+/// On a menu's ground tertiary text still stands out 4.5 to 1, as small letters need it.
 QColor systemColor(SystemColor color, Appearance appearance) {
   switch (color) {
     case SystemColor::label:
       return ink(appearance, 0.88, 0.92);
     case SystemColor::secondaryLabel:
-      return ink(appearance, 0.6, 0.65);
+      return ink(appearance, 0.65, 0.7);
     case SystemColor::tertiaryLabel:
-      return ink(appearance, 0.45, 0.48);
+      return ink(appearance, 0.55, 0.55);
     case SystemColor::accent:
       return QApplication::palette().color(QPalette::Highlight);
     case SystemColor::separator:

@@ -6,12 +6,15 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScreen>
 #include <QSlider>
+#include <QStyle>
 #include <QWidgetAction>
 #include <algorithm>
 #include <utility>
 
+#include "Machines/Qt/Colors.h"
 #include "Machines/Qt/MenuRows.h"
 #include "Machines/Qt/VirtualKeys.h"
 
@@ -70,6 +73,17 @@ class QtMenu::Window : public QMenu {
 
   void mouseReleaseEvent(QMouseEvent* event) override {
     if (!std::exchange(isHandDropped, false)) QMenu::mouseReleaseEvent(event);
+  }
+
+  /// Fusion's edge is darker than the menu: on a dark desktop a dark one would have none.
+  void paintEvent(QPaintEvent* event) override {
+    QMenu::paintEvent(event);
+    if (style()->name() != "fusion" || menu.application.effectiveAppearance() != Appearance::dark) {
+      return;
+    }
+    QPainter painter(this);
+    painter.setPen(resolvedColor(SystemPaint{SystemColor::separator}, Appearance::dark));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
   }
 
  private:

@@ -6,31 +6,31 @@
 namespace brivane {
 namespace {
 
+constexpr std::uint16_t pageUpKey = 116;
 constexpr auto noDisplays = R"("displays": [])";
 
-constexpr auto otherHotkeys =
-    R"("displays": [], "defaults": {"com.quorrel.brivane": {"CustomHotkeysEnabled": true,
+constexpr auto changeHotkeys = "Change Hotkeys…";
+constexpr auto inGerman =
+    R"("language": "de", "displays": [], "defaults": {"com.quorrel.brivane": {"CustomHotkeysEnabled": true,
          "BrightnessUpKeyCode": 24, "BrightnessUpModifiers": 6912,
          "BrightnessDownKeyCode": 96, "BrightnessDownModifiers": 512}})";
-
-void open(PlayedDesk& desk) {
-  desk.choose("Change Hotkeys…");
-}
 
 QImage shown(PlayedDesk& desk, Appearance appearance) {
   return withTitleBar(desk.editor(), desk.editorTitle(), appearance);
 }
 
-QImage opened(Appearance appearance, const char* members) {
+QImage opened(Appearance appearance, const char* members, const std::string& command) {
   PlayedDesk desk(deskText(appearance, members));
-  open(desk);
+  desk.choose(command);
   return shown(desk, appearance);
 }
 
-QImage waiting(Appearance appearance) {
+/// A field that was clicked, before and after keys are pressed.
+QImage clicked(Appearance appearance, bool isTypedInto) {
   PlayedDesk desk(deskText(appearance, noDisplays));
-  open(desk);
+  desk.choose(changeHotkeys);
   desk.clickField(0);
+  if (isTypedInto) desk.typeIntoEditor(pageUpKey);
   return shown(desk, appearance);
 }
 
@@ -39,11 +39,11 @@ QImage waiting(Appearance appearance) {
 ContactSheet editorPicture(Appearance appearance) {
   ContactSheet sheet(appearance);
   sheet.beginColumn();
-  sheet.add(opened(appearance, noDisplays), "The hotkeys as they come");
+  sheet.add(opened(appearance, noDisplays, changeHotkeys), "The hotkeys as they come");
+  sheet.add(clicked(appearance, false), "A field that was clicked waits for keys");
   sheet.beginColumn();
-  sheet.add(waiting(appearance), "A field that was clicked waits for keys");
-  sheet.beginColumn();
-  sheet.add(opened(appearance, otherHotkeys), "Others");
+  sheet.add(clicked(appearance, true), "Keys were pressed; they work at once");
+  sheet.add(opened(appearance, inGerman, "Tastenkurzbefehle ändern …"), "Other hotkeys, in German");
   return sheet;
 }
 

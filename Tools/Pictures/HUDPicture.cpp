@@ -1,7 +1,9 @@
 // Each card is what a press of a hotkey brings up on a monitor that has been at a level before.
 #include <array>
+#include <cstdlib>
 #include <string>
 
+#include "BrivaneCore/Policy/BrightnessVocabulary.h"
 #include "Tools/Pictures/ContactSheet.h"
 #include "Tools/Pictures/DeskText.h"
 #include "Tools/Pictures/Pictures.h"
@@ -10,13 +12,9 @@
 namespace brivane {
 namespace {
 
-/// A display that has been at that level before.
-std::string monitorAt(int level) {
-  return R"("displays": [{"identifier": 1, "name": "Halden H27", "model": 27,
-      "serial": 5, "firmware": {"level": 50}}],
-      "defaults": {"com.quorrel.brivane": {"brightness.8738.27.5": )" +
-         std::to_string(level) + "}}";
-}
+constexpr int levelAtStart = 50;
+constexpr auto monitor =
+    R"("displays": [{"identifier": 1, "name": "Halden H27", "firmware": {"level": 50}}])";
 
 /// A display that answered yesterday and doesn't now.
 constexpr auto sleepingMonitor =
@@ -33,7 +31,10 @@ struct Shown {
 };
 
 QImage levelCard(Appearance appearance, int level) {
-  PlayedDesk desk(deskText(appearance, monitorAt(level - 5)));
+  PlayedDesk desk(deskText(appearance, monitor));
+  // The last step is the one that is seen.
+  const auto steps = static_cast<int>((level - levelAtStart) / brightnessStep - 1);
+  desk.step(steps < 0 ? downArrow : upArrow, std::abs(steps), 1);
   desk.press({controlKey, optionKey, upArrow});
   desk.run(shown);
   return desk.hud();
@@ -51,8 +52,8 @@ QImage connectingCard(Appearance appearance, Microseconds later) {
 ContactSheet hudPicture(Appearance appearance) {
   const std::array<Shown, 6> levels = {{{-60, "Below 0 the picture is dimmed in software"},
                                         {0, "The monitor’s own lowest level"},
-                                        {30, "Below 50"},
-                                        {75, "From 50 on"},
+                                        {30, "Below 50 the sun is small"},
+                                        {75, "From 50 on it shines"},
                                         {100, "The monitor’s own highest level"},
                                         {160, "Above 100 the picture is brightened in software"}}};
   ContactSheet sheet(appearance);
@@ -65,7 +66,8 @@ ContactSheet hudPicture(Appearance appearance) {
   for (std::size_t row = 3; row < 6; ++row) {
     sheet.add(levelCard(appearance, levels[row].level), levels[row].caption);
   }
-  sheet.add(connectingCard(appearance, std::chrono::milliseconds(3000)), "While it is asked again");
+  sheet.add(connectingCard(appearance, std::chrono::milliseconds(1000)),
+            "While one is asked again");
   return sheet;
 }
 

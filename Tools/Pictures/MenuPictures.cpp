@@ -16,8 +16,6 @@ constexpr auto ordinaryDay =
           "firmware": {"level": 45}},
          {"identifier": 6, "name": "Quellux 32", "model": 32, "serial": 9,
           "firmware": {"level": 100}}],
-       "defaults": {"com.quorrel.brivane": {
-         "brightness.8738.24.7": -30, "brightness.8738.32.9": 140}},
        "launchAgent": {"installed": true})";
 
 constexpr auto nobodyAnswers =
@@ -26,7 +24,8 @@ constexpr auto nobodyAnswers =
           "displayServices": null},
          {"identifier": 2, "name": "Halden H27", "model": 27, "serial": 5,
           "firmware": {"level": 70, "asleep": true}},
-         {"identifier": 3, "name": "Zebrin 22", "model": 22, "serial": 1009, "firmware": null}],
+         {"identifier": 3, "name": "Zebrin 22", "model": 22, "serial": 1009,
+          "registry": {"proxy": false}}],
        "defaults": {"com.quorrel.brivane": {"ddc.8738.27.5": true, "ddcmax.8738.27.5": 100}})";
 
 constexpr auto noDisplays = R"("displays": [])";
@@ -41,19 +40,22 @@ QImage menuOn(Appearance appearance, const char* members) {
   return desk.menu();
 }
 
-QImage withoutBrightnessKeys(Appearance appearance) {
+QImage minutesLater(Appearance appearance) {
   PlayedDesk desk(deskText(appearance, nobodyAnswers));
   desk.choose("Use the Keyboard’s Brightness Keys");
-  desk.run(std::chrono::milliseconds(1850));
+  desk.run(std::chrono::minutes(4));
   return desk.menu();
 }
 
 }  // namespace
 
 ContactSheet menuPicture(Appearance appearance) {
+  PlayedDesk desk(deskText(appearance, ordinaryDay));
+  desk.step(downArrow, 15, 4);
+  desk.step(upArrow, 8, 6);
   ContactSheet sheet(appearance);
   sheet.beginColumn();
-  sheet.add(menuOn(appearance, ordinaryDay), "");
+  sheet.add(desk.menu(), "");
   return sheet;
 }
 
@@ -61,7 +63,7 @@ ContactSheet menuStatesPicture(Appearance appearance) {
   ContactSheet sheet(appearance);
   sheet.beginColumn();
   sheet.add(menuOn(appearance, nobodyAnswers), "Displays that have no slider, or not yet");
-  sheet.add(withoutBrightnessKeys(appearance), "Brightness keys left to the system; asking again");
+  sheet.add(minutesLater(appearance), "Given up; brightness keys left to the system");
   sheet.beginColumn();
   sheet.add(menuOn(appearance, german), "A long name, in German");
   sheet.add(menuOn(appearance, noDisplays), "No display at all");

@@ -4,11 +4,13 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <utility>
 #include <variant>
 
 #include "BrivaneCore/Support/Fatal.h"
+#include "Machines/Common/EvdevKeys.h"
 #include "Machines/Common/ResourceFolder.h"
 #include "Machines/Desk/AppearanceOfDesk.h"
 #include "Machines/Desk/DeskFile.h"
@@ -78,6 +80,16 @@ void PlayedDesk::press(std::initializer_list<std::uint16_t> keys) {
   }
 }
 
+void PlayedDesk::step(std::uint16_t arrow, int times, DisplayID display) {
+  const Rect place = hardware->display(display)->frame;
+  hardware->movePointer({place.x + place.width / 2, place.y + place.height / 2});
+  for (int time = 0; time < times; ++time) {
+    press({controlKey, optionKey, arrow});
+    run(std::chrono::milliseconds(250));
+  }
+  run(std::chrono::seconds(5));
+}
+
 void PlayedDesk::choose(const std::string& title) {
   auto& menu = frame->statusItem()->menu();
   menu.open({100, 100});
@@ -133,6 +145,14 @@ void PlayedDesk::clickField(int number) {
   const QPointF middle = fields.at(static_cast<std::size_t>(number))->rect().center();
   QMouseEvent click(QEvent::MouseButtonPress, middle, middle, Qt::LeftButton, Qt::LeftButton, {});
   QApplication::sendEvent(fields.at(static_cast<std::size_t>(number)), &click);
+  deliverWhatQtPosted();
+}
+
+void PlayedDesk::typeIntoEditor(std::uint16_t keyCode) {
+  const auto code = evdevCodeOfKey(keyCode).value() + firstXKeyCode;
+  const auto modifiers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+  QKeyEvent key(QEvent::KeyPress, Qt::Key_unknown, modifiers, code, 0, 0);
+  QApplication::sendEvent(editorWindow().focusWidget(), &key);
   deliverWhatQtPosted();
 }
 

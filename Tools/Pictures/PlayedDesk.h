@@ -15,8 +15,6 @@
 namespace brivane {
 
 // Virtual key codes, see `Keyboard`.
-inline constexpr std::uint16_t commandKey = 55;
-inline constexpr std::uint16_t shiftKey = 56;
 inline constexpr std::uint16_t optionKey = 58;
 inline constexpr std::uint16_t controlKey = 59;
 inline constexpr std::uint16_t downArrow = 125;
@@ -37,10 +35,16 @@ class PlayedDesk {
   /// Presses keys one after the other, and releases them the other way round.
   void press(std::initializer_list<std::uint16_t> keys);
 
+  /// Presses control, option and the arrow that often, with the pointer on that display, and lets
+  /// the HUD go away again.
+  void step(std::uint16_t arrow, int times, DisplayID display);
+
   /// Chooses the command of the menu with that title.
   void choose(const std::string& title);
   /// Clicks a field of the hotkey editor, the upper one being 0.
   void clickField(int number);
+  /// A key with control, option and command, as an X server tells the editor of it.
+  void typeIntoEditor(std::uint16_t keyCode);
 
   // What a person sees; each dies with a sentence when it isn't shown.
   QImage hud();
