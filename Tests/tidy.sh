@@ -59,8 +59,9 @@ check "BrivaneApp includes only what is below it, and the file that picks a mach
 check "machines implement seams and know nothing of policy" "$(
   sources 'Machines/*.h' 'Machines/*.cpp' | xargs -r grep -nE '^#include "Brivane' |
     grep -vE '#include "(BrivaneCore/(Seams|Support)|BrivaneApp/Frame)/|#include "BrivaneUI/(Appearance|Color|DisplayList|Canvas).h')"
-check "Qt is included by Machines/Qt and its tests alone" "$(
-  sources '*.h' '*.cpp' ':!Machines/Qt' ':!Tests/Machines/Qt' ':!Tests/Machines/QtOnX' | xargs -r grep -nE '^#include <(Q[A-Z]|Qt)')"
+check "Qt is included by Machines/Qt, its tests and the pictures alone" "$(
+  sources '*.h' '*.cpp' ':!Machines/Qt' ':!Tests/Machines/Qt' ':!Tests/Machines/QtOnX' \
+    ':!Tools/Pictures' | xargs -r grep -nE '^#include <(Q[A-Z]|Qt)')"
 for machine in $(sources Machines | cut -d/ -f2 | grep -v '\.' | sort -u); do
   check "Machines/$machine includes no other machine" "$(
     includes_outside "Machines/$machine" "BrivaneCore|BrivaneUI|BrivaneApp/Frame|Machines/$machine|Machines/Common")"
@@ -80,6 +81,14 @@ check "docs/scenarios.md names every form of a step" "$(
       grep -qF -- "\`$form\`" docs/scenarios.md || echo "$form"
     done)"
 
+check "whatever a text shows or links to is there" "$(
+  sources '*.md' | while read -r file; do
+    grep -ohE '\]\([^)# ]+|(src|srcset)="[^"]+' "$file" | sed -E 's/^(\]\(|[a-z]+=")//' | grep -v '^https\?:' |
+      while read -r target; do
+        [ -e "$(dirname "$file")/$target" ] || echo "$file: $target"
+      done
+  done)"
+
 # The linker merges two types of one name without a word, and one runs the other's destructor.
 check "no two headers define a type of one name" "$(
   sources '*.h' | xargs -r grep -hoE '^(struct|class|enum class|union) [A-Za-z]+( final)?( :[^{;]*)? ?\{' |
@@ -91,7 +100,7 @@ check "every file is formatted" "$(
   sources '*.h' '*.cpp' | xargs clang-format-16 --dry-run --Werror >build/tidy-format.log 2>&1 ||
     { grep 'error:' build/tidy-format.log || cat build/tidy-format.log; } | cut -d: -f1 | sort -u)"
 
-check "scripts parse" "$(for script in run test bench .ci/run $(sources '*.sh'); do
+check "scripts parse" "$(for script in run test bench pictures .ci/run $(sources '*.sh'); do
   [ -f "$script" ] && bash -n "$script" 2>&1; done)"
 
 check "no path of this machine is in the tree" "$(git grep -nIF -e "$PWD/" -e "$HOME/" -- .)"

@@ -28,6 +28,14 @@ constexpr auto nobodyAnswers =
           "registry": {"proxy": false}}],
        "defaults": {"com.quorrel.brivane": {"ddc.8738.27.5": true, "ddcmax.8738.27.5": 100}})";
 
+constexpr auto noAnswerFromTheSystem =
+    R"("displays": [
+         {"identifier": 2, "name": "Apple Display", "vendor": 1552, "model": 5, "firmware": null,
+          "displayServices": {"level": 0.8}},
+         {"identifier": 3, "name": "Norvik 24", "model": 24, "firmware": {"level": 45}}],
+       "faults": {"DisplayServices.getBrightness":
+         [1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20]})";
+
 constexpr auto noDisplays = R"("displays": [])";
 
 constexpr auto german =
@@ -40,10 +48,10 @@ QImage menuOn(Appearance appearance, const char* members) {
   return desk.menu();
 }
 
-QImage minutesLater(Appearance appearance) {
-  PlayedDesk desk(deskText(appearance, nobodyAnswers));
+/// A display that the operating system should drive, and can't.
+QImage unknownLevel(Appearance appearance) {
+  PlayedDesk desk(deskText(appearance, noAnswerFromTheSystem));
   desk.choose("Use the Keyboard’s Brightness Keys");
-  desk.run(std::chrono::minutes(4));
   return desk.menu();
 }
 
@@ -63,7 +71,7 @@ ContactSheet menuStatesPicture(Appearance appearance) {
   ContactSheet sheet(appearance);
   sheet.beginColumn();
   sheet.add(menuOn(appearance, nobodyAnswers), "Displays that have no slider, or not yet");
-  sheet.add(minutesLater(appearance), "Given up; brightness keys left to the system");
+  sheet.add(unknownLevel(appearance), "One that says no level; brightness keys left alone");
   sheet.beginColumn();
   sheet.add(menuOn(appearance, german), "A long name, in German");
   sheet.add(menuOn(appearance, noDisplays), "No display at all");

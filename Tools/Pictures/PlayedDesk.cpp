@@ -98,7 +98,7 @@ void PlayedDesk::choose(const std::string& title) {
     if (action->text().toStdString() != title) continue;
     menu.widget().hide();
     action->trigger();
-    run(std::chrono::milliseconds(200));
+    run(std::chrono::milliseconds(1));
     return;
   }
   fatal("the menu has no " + title);
