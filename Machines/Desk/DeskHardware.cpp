@@ -18,7 +18,7 @@ LaunchState initialLaunchState(const LaunchAgentDescription& agent) {
   return agent.isEnabled ? LaunchState{} : LaunchState{false};
 }
 
-/// "bus 2 write 84 03 10 00 28 AB", with what is unusual about it behind.
+/// "bus 2 write 84 03 10 00 28 D1", with what is unusual about it behind.
 std::string tracedTransfer(DisplayID display, const char* direction, std::uint32_t chip,
                            std::uint32_t dataAddress, std::span<const std::uint8_t> bytes,
                            std::int32_t status) {
@@ -92,20 +92,24 @@ DeskHardware::Parts* DeskHardware::findAttached(DisplayID display) {
   return attached.find(display) ? find(display) : nullptr;
 }
 
+/// Runs the firmware's side of an I2C transfer, when somebody is there.
+template <typename Operation>
+std::int32_t DeskHardware::transfer(DisplayID display, const Operation& operation) {
+  const std::lock_guard lock(mutex);
+  auto* const found = findAttached(display);
+  if (system.read().isAsleep || found == nullptr || !found->monitor) {
+    return MonitorFirmware::notAcknowledged;
+  }
+  return found->monitor->update(
+      [&](MonitorState& state) { return operation(*found->firmware, state); });
+}
+
 std::int32_t DeskHardware::writeI2C(DisplayID display, std::uint32_t chip,
                                     std::uint32_t dataAddress, std::span<const std::uint8_t> bytes,
                                     Instant now) {
-  const auto transfer = [&] {
-    const std::lock_guard lock(mutex);
-    auto* const found = findAttached(display);
-    if (system.read().isAsleep || found == nullptr || !found->monitor) {
-      return MonitorFirmware::notAcknowledged;
-    }
-    return found->monitor->update([&](MonitorState& state) {
-      return found->firmware->write(state, chip, dataAddress, bytes, now);
-    });
-  };
-  const auto status = transfer();
+  const auto status = transfer(display, [&](const auto& firmware, auto& state) {
+    return firmware.write(state, chip, dataAddress, bytes, now);
+  });
   ownTracer->note(
       [&] { return tracedTransfer(display, "write", chip, dataAddress, bytes, status); });
   return status;
@@ -113,17 +117,9 @@ std::int32_t DeskHardware::writeI2C(DisplayID display, std::uint32_t chip,
 
 std::int32_t DeskHardware::readI2C(DisplayID display, std::uint32_t chip, std::uint32_t dataAddress,
                                    std::span<std::uint8_t> bytes, Instant now) {
-  const auto transfer = [&] {
-    const std::lock_guard lock(mutex);
-    auto* const found = findAttached(display);
-    if (system.read().isAsleep || found == nullptr || !found->monitor) {
-      return MonitorFirmware::notAcknowledged;
-    }
-    return found->monitor->update([&](MonitorState& state) {
-      return found->firmware->read(state, chip, dataAddress, bytes, now);
-    });
-  };
-  const auto status = transfer();
+  const auto status = transfer(display, [&](const auto& firmware, auto& state) {
+    return firmware.read(state, chip, dataAddress, bytes, now);
+  });
   ownTracer->note([&] {
     const auto received = status == 0 ? bytes : bytes.first(0);
     return tracedTransfer(display, "read", chip, dataAddress, received, status);

@@ -215,6 +215,8 @@ class DeskHardware {
   Parts makeParts(const DisplayDescription& description) const;
   Parts* find(DisplayID display);
   Parts* findAttached(DisplayID display);
+  template <typename Operation>
+  std::int32_t transfer(DisplayID display, const Operation& operation);
   bool takeGammaTable(DisplayID display, const GammaTable& table);
   void forgetGamma(DisplayID display);
   std::optional<float> changePanelLevel(DisplayID display,

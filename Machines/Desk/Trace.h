@@ -37,7 +37,7 @@ class Tracer {
   Trace trace;
 };
 
-/// "84 03 10 00 28 AB".
+/// "84 03 10 00 28 D1".
 std::string tracedBytes(std::span<const std::uint8_t> bytes);
 
 /// "256 samples, digest 0123456789ABCDEF, peak 0.5": as many samples per channel as were
