@@ -163,6 +163,7 @@ bool DeskHardware::setGammaTable(DisplayID display, GammaTable table) {
     return "gamma " + std::to_string(display) + " " + tracedTable(table) +
            (isTaken ? "" : ", refused");
   });
+  tellOfGamma(display, isTaken);
   return isTaken;
 }
 

@@ -106,6 +106,10 @@ class DeskHardware {
   /// while it is refused.
   bool setGammaTable(DisplayID display, GammaTable table);
   void restoreCalibratedTables();
+  /// Called after every table that a program puts in force or tries to; it may read the hardware.
+  /// While somebody observes, tables are for the main thread.
+  using GammaHandler = std::function<void(DisplayID display, bool isTaken)>;
+  Observation observeGamma(GammaHandler handler);
 
   /// The display-services level, 0 to 1; nothing when they don't know the display.
   std::optional<float> panelLevel(DisplayID display);
@@ -241,6 +245,7 @@ class DeskHardware {
   void tellOf(HardwareNotice notice);
   void tellOf(const KeyChange& change);
   void tellOf(TapTimeout timeout);
+  void tellOfGamma(DisplayID display, bool isTaken);
 
   const DeskDescription desk;
   const std::unique_ptr<StateFolder> folder;
@@ -262,6 +267,7 @@ class DeskHardware {
   bool isTelling = false;
   std::vector<std::weak_ptr<NoticeHandler>> noticeHandlers;
   std::vector<std::weak_ptr<KeyHandler>> keyHandlers;
+  std::vector<std::weak_ptr<GammaHandler>> gammaHandlers;
   std::optional<AnnouncedProcess> announcedProcess;
   /// The one whose affair the keys are.
   std::optional<AnnouncedProcess> keyboardProcess;

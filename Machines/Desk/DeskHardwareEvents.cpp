@@ -28,6 +28,16 @@ Observation DeskHardware::observeKeys(KeyHandler handler) {
   return added(keyHandlers, std::move(handler));
 }
 
+Observation DeskHardware::observeGamma(GammaHandler handler) {
+  return added(gammaHandlers, std::move(handler));
+}
+
+void DeskHardware::tellOfGamma(DisplayID display, bool isTaken) {
+  for (const auto& observed : gammaHandlers) {
+    if (const auto handler = observed.lock()) (*handler)(display, isTaken);
+  }
+}
+
 std::optional<std::filesystem::path> DeskHardware::stateFolder() const {
   if (!folder) return std::nullopt;
   return folder->path;

@@ -4,10 +4,8 @@
 #include <fstream>
 #include <iterator>
 #include <set>
-#include <string_view>
 #include <system_error>
 
-#include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/DeskFile.h"
 #include "Tools/BrivaneDesk/DefaultDesk.h"
 #include "Tools/BrivaneDesk/GammaReading.h"
@@ -46,8 +44,11 @@ std::optional<std::string> findUnknownDisplay(const Scenario& scenario,
 /// Takes the steps and keeps what went wrong.
 class Player {
  public:
-  Player(const LoadedScenario& loaded, const StageOptions& options)
-      : stage(loaded.desk, options.watchesGamma ? watching(options) : options) {
+  Player(const LoadedScenario& loaded, const StageOptions& options) : stage(loaded.desk, options) {
+    if (options.watchesGamma) {
+      gammaWrites = stage.hardware().observeGamma(
+          [this](DisplayID display, bool isTaken) { watchGamma(display, isTaken); });
+    }
     for (const Step& step : loaded.scenario.steps) {
       stage.plan(step.time, Stage::Rank::step, [this, &step] { take(step); });
     }
@@ -61,31 +62,16 @@ class Player {
   }
 
  private:
-  StageOptions watching(StageOptions options) {
-    options.onLine = [this, onLine = options.onLine](const std::string& line) {
-      if (onLine) onLine(line);
-      if (line.ends_with("  program started")) refusedDisplays.clear();
-      const auto start = line.find(gammaLine);
-      if (start != std::string::npos) watchGamma(std::string_view(line).substr(start));
-    };
-    return options;
-  }
-
-  /// `line` begins with `gammaLine`.
-  void watchGamma(std::string_view line) {
-    line.remove_prefix(gammaLine.size());
-    const auto display = parseInteger(line.substr(0, line.find(' ')));
-    if (!display) return;
-    const auto identifier = static_cast<DisplayID>(*display);
-    if (line.ends_with(", refused")) {
-      if (stage.hardware().display(identifier)) refusedDisplays.insert(identifier);
+  void watchGamma(DisplayID display, bool isTaken) {
+    if (!isTaken) {
+      if (stage.hardware().display(display)) refusedDisplays.insert(display);
       return;
     }
-    const auto reading = readGamma(stage.hardware(), identifier);
+    const auto reading = readGamma(stage.hardware(), display);
     const bool isKnown = !reading || reading->kind != GammaReading::Kind::other;
-    if (isKnown || refusedDisplays.contains(identifier)) return;
+    if (isKnown || refusedDisplays.contains(display)) return;
     outcome.failures.push_back({lineTaken, "every gamma table is a known curve", stage.now(),
-                                "display " + std::to_string(identifier) + " " + reading->text()});
+                                "display " + std::to_string(display) + " " + reading->text()});
   }
 
   void take(const Step& step) {
@@ -99,12 +85,11 @@ class Player {
       if (kind.form != step.form) continue;
       const Microseconds time = stage.now();
       const auto problem = kind.take(stage, StepArguments(step.arguments));
+      if (!problem && step.form == "start") refusedDisplays.clear();
       if (problem) outcome.failures.push_back({step.line, step.text, time, *problem});
       return;
     }
   }
-
-  static constexpr std::string_view gammaLine = "  gamma ";
 
   int lineTaken = 0;
   /// Whose restoring may have been refused: what stayed in force there can be taken for the
@@ -112,6 +97,7 @@ class Player {
   std::set<DisplayID> refusedDisplays;
   ScenarioOutcome outcome;
   Stage stage;
+  Observation gammaWrites;
 };
 
 }  // namespace

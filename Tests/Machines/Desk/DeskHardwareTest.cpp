@@ -162,6 +162,24 @@ TEST(DeskHardware, ReadsATableOfAnotherSizeBackInItsOwn) {
   EXPECT_EQ(hardware.gammaTable(1)->front(), (GammaCurve{0, 1, 2, 3, 4}));
 }
 
+TEST(DeskHardware, WhoObservesGammaHearsOfEachTableAndWhetherItWasTakenAndMayLookAtIt) {
+  DeskHardware hardware(deskFrom(twoMonitors));
+  std::vector<std::string> heard;
+  auto observation = hardware.observeGamma([&](DisplayID display, bool isTaken) {
+    const auto table = hardware.gammaTable(display);
+    heard.push_back(std::to_string(display) + (isTaken ? " taken" : " refused") +
+                    (table ? " " + tracedNumber(table->front().back()) : ""));
+  });
+  hardware.setGammaTable(1, flat(0.5F));
+  hardware.refuseGamma(1, 1);
+  hardware.setGammaTable(1, flat(0.25F));
+  hardware.setGammaTable(7, flat(1));
+  hardware.restoreCalibratedTables();
+  observation.reset();
+  hardware.setGammaTable(1, flat(1));
+  EXPECT_THAT(heard, ElementsAre("1 taken 0.5", "1 refused 0.5", "7 refused"));
+}
+
 TEST(DeskHardware, TakesSamplesThatAreNoNumbersAsBlack) {
   DeskHardware hardware(deskFrom(R"({"displays": [{"identifier": 1, "gamma": {"capacity": 3}}]})"));
   const GammaCurve odd = {std::numeric_limits<float>::quiet_NaN(),
