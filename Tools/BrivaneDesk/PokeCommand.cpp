@@ -28,6 +28,10 @@ class LiveScene : public Scene {
   Microseconds now() const override { return machine.runtime().now().time_since_epoch(); }
 
   void later(Microseconds delay, std::function<void()> action) override {
+    // What is planned undoes what comes next: no signal may end the process in between.
+    if (!ending) {
+      ending = machine.notifications().observeTermination([this] { machine.runtime().stop(); });
+    }
     const auto planned = pending.insert(pending.end(), std::move(action));
     machine.runtime().after(delay, [this, planned] {
       (*planned)();
@@ -40,8 +44,6 @@ class LiveScene : public Scene {
   /// no key stays down.
   void finish() {
     if (pending.empty()) return;
-    const auto ending =
-        machine.notifications().observeTermination([this] { machine.runtime().stop(); });
     machine.runtime().run();
     for (const auto& action : std::exchange(pending, {})) action();
   }
@@ -49,6 +51,7 @@ class LiveScene : public Scene {
  private:
   DeskMachine& machine;
   std::list<std::function<void()>> pending;
+  Observation ending;
 };
 
 /// The words as one line; those that were one to the shell stay one.

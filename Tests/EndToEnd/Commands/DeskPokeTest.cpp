@@ -188,6 +188,17 @@ TEST_F(DeskPokeTest, APokeThatIsAskedToEndLeavesNoKeyDown) {
   EXPECT_TRUE(shows("keyboard: 0 keys down"));
 }
 
+TEST_F(DeskPokeTest, HoweverEarlyAPokeIsAskedToEndItLeavesNoKeyDown) {
+  for (std::size_t round = 0; round < 60; ++round) {
+    RunningProgram held("brivane-desk", {"poke", "hold a+b+c for 1h"}, environment());
+    std::this_thread::sleep_for(std::chrono::microseconds(250 * round));
+    held.signal(SIGTERM);
+    held.wait();
+    const auto keys = TemporaryFolder::read(folder / "desk.json.state" / "keys-down.json");
+    ASSERT_THAT(keys, Not(HasSubstr("arrived"))) << "round " << round;
+  }
+}
+
 TEST_F(DeskPokeTest, AStepThatNeedsTheProgramsOwnProcessIsRefusedInOneLine) {
   for (const std::string step : {"menu open", "slider \"Halden\" to 30", "editor close", "quit",
                                  "kill", "start", "command --probe", "transcript off"}) {
