@@ -41,10 +41,11 @@ bool hasScreen() {
 }
 
 std::unique_ptr<Frame> openQtFrame(ResidentMachine& machine,
-                                   std::shared_ptr<AppearanceSource> appearance) {
+                                   std::shared_ptr<AppearanceSource> appearance,
+                                   SharedWindowSystem* windowSystem) {
   auto* const mainQueue = dynamic_cast<HostedMainQueue*>(&machine.runtime());
   if (mainQueue == nullptr) return nullptr;
-  QtFrameRequest request{machine, *mainQueue, std::move(appearance), {}};
+  QtFrameRequest request{machine, *mainQueue, std::move(appearance), {}, windowSystem};
   const auto open = load(request.problem);
   std::unique_ptr<Frame> frame(open == nullptr ? nullptr : open(request));
   if (!frame) {

@@ -4,6 +4,7 @@
 
 #include "BrivaneApp/Frame/Frame.h"
 #include "Machines/Common/AppearanceSource.h"
+#include "Machines/Common/SharedWindowSystem.h"
 
 namespace brivane {
 
@@ -13,6 +14,7 @@ bool hasScreen();
 /// Loads the module with the Qt frame and opens it on the machine. Null, with one line in the
 /// machine's log, when Qt is missing or no screen is reached.
 std::unique_ptr<Frame> openQtFrame(ResidentMachine& machine,
-                                   std::shared_ptr<AppearanceSource> appearance);
+                                   std::shared_ptr<AppearanceSource> appearance,
+                                   SharedWindowSystem* windowSystem);
 
 }  // namespace brivane

@@ -16,7 +16,8 @@ namespace {
 /// On a screen when there is one, else nowhere: a desk needs nobody who looks.
 std::unique_ptr<Frame> openDeskFrame(ResidentMachine& machine, DeskHardware& hardware) {
   std::unique_ptr<Frame> frame;
-  if (hasScreen()) frame = openQtFrame(machine, std::make_shared<AppearanceOfDesk>(hardware));
+  if (hasScreen())
+    frame = openQtFrame(machine, std::make_shared<AppearanceOfDesk>(hardware), nullptr);
   if (!frame) frame = std::make_unique<DeskFrame>(machine.runtime(), hardware);
   return frame;
 }
@@ -26,8 +27,11 @@ std::unique_ptr<Frame> openDeskFrame(ResidentMachine& machine, DeskHardware& har
 MachineOrProblem pickMachine() {
   const char* desk = std::getenv("BRIVANE_DESK");
   if (desk == nullptr || std::string_view(desk).empty()) {
-    return PickedMachine{std::make_unique<LinuxMachine>(),
-                         [](ResidentMachine& machine) { return openQtFrame(machine, nullptr); }};
+    auto machine = std::make_unique<LinuxMachine>();
+    auto openFrame = [windowSystem = &machine->windowSystem()](ResidentMachine& resident) {
+      return openQtFrame(resident, nullptr, windowSystem);
+    };
+    return PickedMachine{std::move(machine), openFrame};
   }
   auto opened = openDesk(desk);
   if (auto* problem = std::get_if<std::string>(&opened)) return std::move(*problem);

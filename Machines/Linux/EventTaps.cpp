@@ -18,6 +18,10 @@ constexpr xcb_keycode_t brightnessDown = KEY_BRIGHTNESSDOWN + firstXKeyCode;
 constexpr xcb_keycode_t brightnessUp = KEY_BRIGHTNESSUP + firstXKeyCode;
 constexpr std::array<xcb_keycode_t, 2> brightnessKeys = {brightnessDown, brightnessUp};
 
+bool isBrightnessKey(xcb_keycode_t key) {
+  return key == brightnessDown || key == brightnessUp;
+}
+
 }  // namespace
 
 class LinuxEventTaps::Tap : public EventTap {
@@ -72,18 +76,31 @@ bool LinuxEventTaps::grab(xcb_connection_t* connection, xcb_keycode_t key) {
 
 void LinuxEventTaps::handle(const xcb_generic_event_t& event) {
   const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
-  if (key.detail != brightnessDown && key.detail != brightnessUp) return;
-  if (event.response_type == XCB_KEY_PRESS) keyPressed(key.detail, key.time);
+  if (!isBrightnessKey(key.detail)) return;
   if (event.response_type == XCB_KEY_RELEASE) keyReleased(key.detail);
+  if (event.response_type != XCB_KEY_PRESS) return;
+  // The server may not be holding this press back: it is a repeat, or another key's grab brought it
+  // here. Then a verdict does nothing, even when a later press is held back by now: the time says
+  // which.
+  const bool hasPassed = keyPressed(key.detail);
+  allow(hasPassed ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_ASYNC_KEYBOARD, key.time);
 }
 
-void LinuxEventTaps::keyPressed(xcb_keycode_t key, xcb_timestamp_t time) {
+bool LinuxEventTaps::take(const WindowKey& key) {
+  if (!isBrightnessKey(key.keyCode) || !stream.hasEnabledTap()) return false;
+  if (key.isPress) {
+    keyPressed(key.keyCode);
+  } else {
+    keyReleased(key.keyCode);
+  }
+  return true;
+}
+
+bool LinuxEventTaps::keyPressed(xcb_keycode_t key) {
   const bool isRepeat = swallowedKeys.contains(key);
   const bool hasPassed = stream.send(brightnessKeyEvent(key == brightnessUp, true, isRepeat));
-  // The server may not be holding this press back: it is a repeat, or another key's grab brought it
-  // here. Then this does nothing, even when a later press is held back by now: the time says which.
-  allow(hasPassed ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_ASYNC_KEYBOARD, time);
   if (!hasPassed) swallowedKeys.insert(key);
+  return hasPassed;
 }
 
 void LinuxEventTaps::keyReleased(xcb_keycode_t key) {

@@ -8,6 +8,7 @@
 #include "BrivaneCore/Seams/EventTapPort.h"
 #include "BrivaneCore/Seams/SystemLog.h"
 #include "BrivaneCore/Support/Observation.h"
+#include "Machines/Common/SharedWindowSystem.h"
 #include "Machines/Common/TapStream.h"
 #include "Machines/Linux/XEvents.h"
 
@@ -27,13 +28,20 @@ class LinuxEventTaps : public EventTapPort {
 
   std::unique_ptr<EventTap> createTap(Handler handler) override;
 
+  /// A key that was sent to a window of this program which has the keyboard; whether it is one of
+  /// the brightness keys and a tap is enabled. It goes nowhere else, whatever the verdict.
+  bool take(const WindowKey& key);
+  /// No such window has the keyboard any more.
+  void keyboardIsBack() { swallowedKeys.clear(); }
+
  private:
   class Tap;
 
   void grabOrUngrab();
   bool grab(xcb_connection_t* connection, xcb_keycode_t key);
   void handle(const xcb_generic_event_t& event);
-  void keyPressed(xcb_keycode_t key, xcb_timestamp_t time);
+  /// Whether it passes on.
+  bool keyPressed(xcb_keycode_t key);
   void keyReleased(xcb_keycode_t key);
   void allow(std::uint8_t mode, xcb_timestamp_t time);
 

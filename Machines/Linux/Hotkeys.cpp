@@ -3,6 +3,9 @@
 // release would never arrive: a user who rolls from one key to the next would find the second one
 // held for ever. So while hotkeys are held beyond that moment, the whole keyboard is.
 //
+// A menu of this program holds the keyboard, too, and no grab of a key counts meanwhile. The keys
+// that the menu is sent come here by `take`.
+//
 // A grab wants its modifiers exactly, Caps Lock and Num Lock among them, which no user means.
 #include "Machines/Linux/Hotkeys.h"
 
@@ -125,20 +128,35 @@ void LinuxHotkeys::followLayout() {
 
 void LinuxHotkeys::handle(const xcb_generic_event_t& event) {
   const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
-  if (event.response_type == XCB_KEY_PRESS) keyPressed(key);
+  if (event.response_type == XCB_KEY_PRESS) keyPressed(key.detail, key.state);
   if (event.response_type == XCB_KEY_RELEASE) keyReleased(key.detail);
   // What was sent because of a hold that has ended since is not followed by its release.
   const bool isOfEarlierHold = event.full_sequence < endOfHold;
   if (event.response_type == XCB_KEY_RELEASE || isOfEarlierHold) outliveGrab();
 }
 
-void LinuxHotkeys::keyPressed(const xcb_key_press_event_t& press) {
-  const auto keyCode = keyOfEvdevCode(press.detail - firstXKeyCode);
-  const bool isRepeat = heldKeys.contains(press.detail);
+bool LinuxHotkeys::take(const WindowKey& key) {
+  const bool wasHeld = heldKeys.contains(key.keyCode);
+  if (key.isPress) {
+    keyPressed(key.keyCode, key.modifiers);
+  } else {
+    keyReleased(key.keyCode);
+  }
+  return wasHeld || heldKeys.contains(key.keyCode);
+}
+
+void LinuxHotkeys::keyboardIsBack() {
+  if (!heldKeys.empty()) table.keepModifiers(keyboard.heldModifiers());
+  outliveGrab();
+}
+
+void LinuxHotkeys::keyPressed(xcb_keycode_t key, std::uint16_t modifierBits) {
+  const auto keyCode = keyOfEvdevCode(key - firstXKeyCode);
+  const bool isRepeat = heldKeys.contains(key);
   if (!keyCode || isRepeat) return;
-  heldKeys.insert(press.detail);
-  const auto modifiers = hotkeyModifiers(keymap.modifiers(), press.state);
-  if (!table.press({*keyCode, modifiers})) heldKeys.erase(press.detail);
+  heldKeys.insert(key);
+  const auto modifiers = hotkeyModifiers(keymap.modifiers(), modifierBits);
+  if (!table.press({*keyCode, modifiers})) heldKeys.erase(key);
 }
 
 void LinuxHotkeys::keyReleased(xcb_keycode_t key) {

@@ -9,6 +9,7 @@
 #include "BrivaneCore/Seams/HotkeyPort.h"
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/HotkeyTable.h"
+#include "Machines/Common/SharedWindowSystem.h"
 #include "Machines/Linux/Keyboard.h"
 #include "Machines/Linux/XEvents.h"
 #include "Machines/Linux/XKeymap.h"
@@ -29,6 +30,12 @@ class LinuxHotkeys : public HotkeyPort {
                                                              HotkeyID hotkey) override;
   void unregisterHotkey(HotkeyReference reference) override;
 
+  /// A key that was sent to a window of this program which has the keyboard; whether it is a
+  /// hotkey's.
+  bool take(const WindowKey& key);
+  /// No such window has the keyboard any more.
+  void keyboardIsBack();
+
  private:
   struct GrabbedKey {
     xcb_keycode_t key = 0;
@@ -40,7 +47,7 @@ class LinuxHotkeys : public HotkeyPort {
   void ungrab(const GrabbedKey& grabbed);
   void followLayout();
   void handle(const xcb_generic_event_t& event);
-  void keyPressed(const xcb_key_press_event_t& press);
+  void keyPressed(xcb_keycode_t key, std::uint16_t modifierBits);
   void keyReleased(xcb_keycode_t key);
   void outliveGrab();
   void holdKeyboard();

@@ -25,6 +25,7 @@
 #include "Machines/Linux/Session.h"
 #include "Machines/Linux/SessionBacklight.h"
 #include "Machines/Linux/Symbols.h"
+#include "Machines/Linux/WindowSystem.h"
 #include "Machines/Linux/XConnection.h"
 #include "Machines/Linux/XEvents.h"
 #include "Machines/Linux/XKeymap.h"
@@ -57,6 +58,9 @@ class LinuxMachine : public ResidentMachine {
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
   std::optional<std::string> advice() override;
 
+  /// For the frame.
+  SharedWindowSystem& windowSystem() { return sharedWindowSystem; }
+
  private:
   Findings findings;
   LinuxLog systemLog;
@@ -85,6 +89,7 @@ class LinuxMachine : public ResidentMachine {
   LinuxKeyboard xKeyboard{events, keymap};
   LinuxHotkeys hotkeyGrabs{events, keymap, xKeyboard};
   LinuxEventTaps brightnessKeys{events, systemLog};
+  LinuxWindowSystem sharedWindowSystem{hotkeyGrabs, brightnessKeys};
   LinuxNotifications announcements{events, threads, systemSleeps, [this] { settings.sync(); }};
 };
 

@@ -25,6 +25,7 @@ std::vector<char*> pointers(std::vector<std::string>& words) {
 
 QtApplication::QtApplication(const QtPlatform& platform, const QtFrameRequest& request)
     : runtime(request.machine.runtime()),
+      sharedWindowSystem(request.windowSystem),
       words(argumentWords(platform)),
       arguments(pointers(words)),
       argumentCount(static_cast<int>(words.size())),

@@ -31,10 +31,14 @@ class QtApplication : public Application {
   Appearance effectiveAppearance() override { return appearances.current(); }
   Observation observeEffectiveAppearance(Task handler) override;
 
+  /// Null when the machine has no use for the keys of windows.
+  SharedWindowSystem* windowSystem() const { return sharedWindowSystem; }
+
  private:
   void tellDelegateOfTheEnd();
 
   Runtime& runtime;
+  SharedWindowSystem* const sharedWindowSystem;
   /// Qt keeps pointers to these.
   std::vector<std::string> words;
   std::vector<char*> arguments;

@@ -93,6 +93,7 @@ class QtMenu::Window : public QMenu {
 
 QtMenu::QtMenu(QtApplication& frameApplication)
     : application(frameApplication), window(std::make_unique<Window>(*this)) {
+  if (auto* const system = application.windowSystem()) keys.emplace(*system, *window);
   window->setAccessibleName("Brivane");
   window->setToolTipsVisible(true);
   window->setContentsMargins(0, verticalPadding, 0, verticalPadding);
@@ -261,7 +262,18 @@ void QtMenu::open(const QPoint& place) {
 
 void QtMenu::didHide() {
   if (!std::exchange(isOpen, false)) return;
+  if (keys) giveKeyboardBackSoon();
   if (delegate != nullptr) delegate->menuDidClose();
+}
+
+/// Qt lets go of the keyboard only after it has told that the menu hides.
+void QtMenu::giveKeyboardBackSoon() {
+  QMetaObject::invokeMethod(
+      window.get(),
+      [this] {
+        if (!isOpen) keys->giveKeyboardBack();
+      },
+      Qt::QueuedConnection);
 }
 
 /// A menu that has grown must not hang over the edge.

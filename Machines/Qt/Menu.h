@@ -10,6 +10,7 @@
 #include "BrivaneApp/Frame/StatusItem.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "Machines/Qt/Application.h"
+#include "Machines/Qt/GrabbedKeys.h"
 
 namespace brivane {
 
@@ -52,6 +53,7 @@ class QtMenu : public MenuView {
   void chosen(std::size_t index, std::uint64_t itsGeneration);
   bool chooseByKey(const QString& key);
   void didHide();
+  void giveKeyboardBackSoon();
   void keepOnScreen();
 
   QtApplication& application;
@@ -61,6 +63,7 @@ class QtMenu : public MenuView {
   std::uint64_t generation = 0;
   bool isOpen = false;
   std::unique_ptr<Window> window;
+  std::optional<GrabbedKeys> keys;
   LivenessAnchor anchor;
 };
 

@@ -7,6 +7,7 @@
 #include "BrivaneCore/Seams/ResidentMachine.h"
 #include "Machines/Common/AppearanceSource.h"
 #include "Machines/Common/HostedMainQueue.h"
+#include "Machines/Common/SharedWindowSystem.h"
 
 // What the program and the module with the Qt frame have in common. The toolkit lies in a library
 // of its own, which only the resident start loads; nothing here needs it.
@@ -22,6 +23,8 @@ struct QtFrameRequest {
   std::shared_ptr<AppearanceSource> appearance;
   /// One clause for the user; filled in when there is no frame.
   std::string problem;
+  /// Null: the machine has no use for the keys that the frame's windows are sent.
+  SharedWindowSystem* windowSystem = nullptr;
 };
 
 /// The one function that the module exports, under the name below. Call it once, on the main

@@ -33,6 +33,20 @@ xcb_atom_t xAtom(std::string_view name) {
   return reply ? reply->atom : xcb_atom_t{XCB_NONE};
 }
 
+void waitForX() {
+  if (!isOnX()) return;
+  const auto cookie = xcb_get_input_focus(connection());
+  std::free(xcb_get_input_focus_reply(connection(), cookie, nullptr));
+}
+
+bool isKeyDownOnX(xcb_keycode_t key) {
+  if (!isOnX()) return false;
+  const std::unique_ptr<xcb_query_keymap_reply_t, Free> down(
+      xcb_query_keymap_reply(connection(), xcb_query_keymap(connection()), nullptr));
+  constexpr unsigned bitsPerByte = 8;
+  return down && (down->keys[key / bitsPerByte] >> key % bitsPerByte & 1) != 0;
+}
+
 bool hasSelectionOwner(std::string_view selection) {
   if (!isOnX()) return false;
   const auto cookie = xcb_get_selection_owner(connection(), xAtom(selection));

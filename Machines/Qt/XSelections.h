@@ -11,6 +11,12 @@ namespace brivane {
 /// Whether Qt shows its windows on an X server.
 bool isOnX();
 
+/// Waits until the server has done all that Qt has asked of it.
+void waitForX();
+
+/// Whether the key is down; false without a server.
+bool isKeyDownOnX(xcb_keycode_t key);
+
 /// None without a server.
 xcb_atom_t xAtom(std::string_view name);
 

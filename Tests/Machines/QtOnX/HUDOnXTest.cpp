@@ -2,21 +2,15 @@
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QWidget>
 #include <cstdlib>
 #include <functional>
 #include <memory>
 
-#include "Machines/Desk/OpenDesk.h"
-#include "Machines/Linux/Machine.h"
-#include "Machines/Qt/Frame.h"
 #include "Machines/Qt/HUDWindow.h"
 #include "Machines/Qt/XSelections.h"
-#include "Tests/Support/TemporaryFolder.h"
-#include "Tests/Support/X11Rig.h"
+#include "Tests/Machines/QtOnX/OnXWorld.h"
 
 namespace brivane {
 namespace {
@@ -88,43 +82,6 @@ class Onlooker {
   const xcb_window_t root;
 };
 
-/// One server and one application for the whole program.
-struct World {
-  World() {
-    ::setenv("DISPLAY", rig.display().c_str(), 1);
-    ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody", 1);
-    linux = std::make_unique<LinuxMachine>();
-    desk = std::get<std::unique_ptr<DeskMachine>>(
-        openDesk(folder.write("desk.json", R"({"displays": []})")));
-    QtFrameRequest request{*desk, dynamic_cast<HostedMainQueue&>(desk->runtime()), nullptr, {}};
-    frame = std::make_unique<QtFrame>(QtPlatform{"xcb", true}, request);
-    onlooker = std::make_unique<Onlooker>(rig.display());
-  }
-
-  X11Rig rig;
-  TemporaryFolder folder;
-  std::unique_ptr<LinuxMachine> linux;
-  std::unique_ptr<DeskMachine> desk;
-  std::unique_ptr<QtFrame> frame;
-  std::unique_ptr<Onlooker> onlooker;
-};
-
-std::unique_ptr<World>& world() {
-  static std::unique_ptr<World> one;
-  return one;
-}
-
-class Ending : public testing::Environment {
- public:
-  void TearDown() override { world().reset(); }
-};
-const testing::Environment* const ending = testing::AddGlobalTestEnvironment(new Ending);
-
-World& theWorld() {
-  if (!world()) world() = std::make_unique<World>();
-  return *world();
-}
-
 constexpr std::uint32_t ground = 0x3060a0;
 
 class HUDOnXTest : public testing::Test {
@@ -134,15 +91,7 @@ class HUDOnXTest : public testing::Test {
         {FilledRectangle{{{0, 0, 360, 54}, 24}, Paint{Color{1, 0.25, 0, 1}}}});
   }
 
-  bool eventually(const std::function<bool()>& holds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!holds()) {
-      if (timer.elapsed() > 10'000) return false;
-      QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-    return true;
-  }
+  bool eventually(const std::function<bool()>& holds) { return here.eventually(holds); }
 
   /// Over the lower middle of the display.
   void presentOn(std::size_t monitor) {
@@ -156,8 +105,8 @@ class HUDOnXTest : public testing::Test {
   }
   xcb_window_t number() { return static_cast<xcb_window_t>(window.widget().winId()); }
 
-  World& here = theWorld();
-  Onlooker& onlooker = *here.onlooker;
+  OnXWorld& here = OnXWorld::shared();
+  Onlooker onlooker{here.rig.display()};
   const xcb_window_t below = onlooker.cover(ground);
   QtHUDWindow window{{.contentRect = {0, 0, 360, 54}, .level = 25},
                      here.desk->runtime(),

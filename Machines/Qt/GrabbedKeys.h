@@ -1,0 +1,42 @@
+#pragma once
+
+#include <xcb/xproto.h>
+
+#include <QAbstractNativeEventFilter>
+#include <QWidget>
+#include <optional>
+#include <set>
+
+#include "Machines/Common/SharedWindowSystem.h"
+
+namespace brivane {
+
+/// Hands on, before Qt acts on them, the keys that X sends to a popup which has the keyboard. Main
+/// thread.
+class GrabbedKeys : public QAbstractNativeEventFilter {
+ public:
+  /// Both must outlive this. The popup is never given the focus, so it has no keys but those.
+  GrabbedKeys(SharedWindowSystem& sharedSystem, const QWidget& itsPopup);
+  ~GrabbedKeys() override;
+  GrabbedKeys(const GrabbedKeys&) = delete;
+  GrabbedKeys& operator=(const GrabbedKeys&) = delete;
+
+  /// The popup has closed.
+  void giveKeyboardBack();
+
+  bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+
+ private:
+  bool take(const xcb_key_press_event_t& event);
+  void pressed(const xcb_key_press_event_t& event);
+  void released(const xcb_key_press_event_t& event);
+
+  SharedWindowSystem& system;
+  const QWidget& popup;
+  /// The keys that are down and nothing to the popup.
+  std::set<xcb_keycode_t> takenKeys;
+  /// Of one of them, and not told yet.
+  std::optional<xcb_key_press_event_t> doubtfulRelease;
+};
+
+}  // namespace brivane
