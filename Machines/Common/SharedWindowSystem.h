@@ -2,6 +2,9 @@
 
 #include <cstdint>
 
+#include "BrivaneCore/Seams/Runtime.h"
+#include "BrivaneCore/Support/Observation.h"
+
 namespace brivane {
 
 /// A key that an X server sent to one of the frame's windows.
@@ -25,6 +28,16 @@ class SharedWindowSystem {
 
   /// The window has given the keyboard back, maybe with keys still down.
   virtual void keyboardIsBack() = 0;
+
+  /// The handler is called as a main-queue task once the machine's own connection has broken.
+  virtual Observation observeServerGone(Task handler) = 0;
+
+  /// Says in one line, in the log and on standard error, that the program ends because the server
+  /// has gone.
+  virtual void sayThatServerHasGone() = 0;
+
+  /// The process ends without the machine's end: what must outlive a power cut goes to disk now.
+  virtual void saveBeforeExit() = 0;
 };
 
 }  // namespace brivane

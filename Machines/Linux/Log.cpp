@@ -14,7 +14,15 @@ LinuxLog::LinuxLog() : isSeen(::isatty(STDERR_FILENO) == 1) {
 
 void LinuxLog::write(std::string_view line) {
   ::syslog(LOG_NOTICE, "%.*s", static_cast<int>(line.size()), line.data());
-  if (!isSeen) return;
+  if (isSeen) writeToStandardError(line);
+}
+
+void LinuxLog::writeVisibly(std::string_view line) {
+  write(line);
+  if (!isSeen) writeToStandardError(line);
+}
+
+void LinuxLog::writeToStandardError(std::string_view line) {
   // In one piece, so that lines of several threads don't mix.
   const std::string whole = std::string(line) + "\n";
   [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, whole.data(), whole.size());

@@ -10,8 +10,12 @@ class LinuxLog : public SystemLog {
   LinuxLog();
 
   void write(std::string_view line) override;
+  /// To standard error whatever that is.
+  void writeVisibly(std::string_view line);
 
  private:
+  static void writeToStandardError(std::string_view line);
+
   const bool isSeen;
 };
 

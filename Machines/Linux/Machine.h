@@ -89,7 +89,7 @@ class LinuxMachine : public ResidentMachine {
   LinuxKeyboard xKeyboard{events, keymap};
   LinuxHotkeys hotkeyGrabs{events, keymap, xKeyboard};
   LinuxEventTaps brightnessKeys{events, systemLog};
-  LinuxWindowSystem sharedWindowSystem{hotkeyGrabs, brightnessKeys};
+  LinuxWindowSystem sharedWindowSystem{{events, hotkeyGrabs, brightnessKeys, systemLog, settings}};
   LinuxNotifications announcements{events, threads, systemSleeps, [this] { settings.sync(); }};
 };
 

@@ -1,27 +1,35 @@
 #pragma once
 
+#include "Machines/Common/JsonFileDefaults.h"
 #include "Machines/Common/SharedWindowSystem.h"
 #include "Machines/Linux/EventTaps.h"
 #include "Machines/Linux/Hotkeys.h"
+#include "Machines/Linux/Log.h"
+#include "Machines/Linux/XEvents.h"
 
 namespace brivane {
 
-/// What the frame's windows tell hotkeys and taps.
+/// What the frame has to do with the machine's keys, and what both do when their server goes.
 class LinuxWindowSystem : public SharedWindowSystem {
  public:
-  /// Both must outlive this.
-  LinuxWindowSystem(LinuxHotkeys& grabbedHotkeys, LinuxEventTaps& grabbedBrightnessKeys)
-      : hotkeys(grabbedHotkeys), brightnessKeys(grabbedBrightnessKeys) {}
+  /// All must outlive this.
+  struct Parts {
+    XEvents& events;
+    LinuxHotkeys& hotkeys;
+    LinuxEventTaps& brightnessKeys;
+    LinuxLog& log;
+    JsonFileDefaults& settings;
+  };
+  explicit LinuxWindowSystem(const Parts& itsParts) : parts(itsParts) {}
 
-  bool take(const WindowKey& key) override { return hotkeys.take(key) || brightnessKeys.take(key); }
-  void keyboardIsBack() override {
-    hotkeys.keyboardIsBack();
-    brightnessKeys.keyboardIsBack();
-  }
+  bool take(const WindowKey& key) override;
+  void keyboardIsBack() override;
+  Observation observeServerGone(Task handler) override;
+  void sayThatServerHasGone() override;
+  void saveBeforeExit() override;
 
  private:
-  LinuxHotkeys& hotkeys;
-  LinuxEventTaps& brightnessKeys;
+  const Parts parts;
 };
 
 }  // namespace brivane

@@ -24,7 +24,7 @@ void useDetectableAutoRepeat(xcb_connection_t* connection) {
 }  // namespace
 
 XEvents::XEvents(std::string itsDisplayName, Runtime& machineRuntime)
-    : displayName(std::move(itsDisplayName)), runtime(machineRuntime) {}
+    : display(std::move(itsDisplayName)), runtime(machineRuntime) {}
 
 XEvents::~XEvents() {
   anchor.kill();
@@ -47,15 +47,20 @@ Observation XEvents::observe(Handler handler) {
 }
 
 void XEvents::open() {
-  if (displayName.empty()) return;
+  if (display.empty()) return;
   std::signal(SIGPIPE, SIG_IGN);
   int screenNumber = 0;
-  server = xcb_connect(displayName.c_str(), &screenNumber);
+  server = xcb_connect(display.c_str(), &screenNumber);
   if (xcb_connection_has_error(server) != 0) return;
   rootWindow = rootOf(server, screenNumber);
   const auto* xkb = xcb_get_extension_data(server, &xcb_xkb_id);
   if (xkb != nullptr && xkb->present != 0) useDetectableAutoRepeat(server);
-  watch.emplace(runtime, "x events", xcb_get_file_descriptor(server), [this] { return handOut(); });
+  watch.emplace(runtime, "x events", xcb_get_file_descriptor(server), [this] {
+    const LivenessAnchor::Watch alive = anchor.watch();
+    const bool isThere = handOut();
+    if (!isThere && alive.isAlive()) gone.announce();
+    return isThere;
+  });
 }
 
 void XEvents::handOutSoon() {

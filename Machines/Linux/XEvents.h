@@ -6,11 +6,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "BrivaneCore/Support/Observation.h"
+#include "Machines/Common/Topic.h"
 #include "Machines/Linux/DescriptorWatch.h"
 
 namespace brivane {
@@ -38,17 +40,23 @@ class XEvents {
   /// Every event goes to every handler; as tasks of the main queue, never from within a call.
   Observation observe(Handler handler);
 
+  /// Called by a task of the main queue once, when a connection that there was has broken.
+  Observation observeGone(Task handler) { return gone.observe(std::move(handler)); }
+
+  const std::string& displayName() const { return display; }
+
  private:
   void open();
   void handOutSoon();
   bool handOut();
 
-  const std::string displayName;
+  const std::string display;
   Runtime& runtime;
   bool wasOpened = false;
   xcb_connection_t* server = nullptr;
   xcb_window_t rootWindow = XCB_NONE;
   std::vector<std::weak_ptr<Handler>> handlers;
+  Topic gone;
   bool isHandingOutSoon = false;
   std::optional<DescriptorWatch> watch;
   LivenessAnchor anchor;

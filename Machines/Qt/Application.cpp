@@ -3,17 +3,10 @@
 #include <QWidget>
 #include <algorithm>
 #include <clocale>
-
-#include "Machines/Qt/Messages.h"
+#include <cstdlib>
 
 namespace brivane {
 namespace {
-
-/// Before Qt can say anything.
-std::vector<std::string> argumentWords(const QtPlatform& platform) {
-  quietenQt();
-  return {"Brivane", "-platform", platform.name};
-}
 
 std::vector<char*> pointers(std::vector<std::string>& words) {
   std::vector<char*> result(words.size() + 1, nullptr);
@@ -26,12 +19,17 @@ std::vector<char*> pointers(std::vector<std::string>& words) {
 QtApplication::QtApplication(const QtPlatform& platform, const QtFrameRequest& request)
     : runtime(request.machine.runtime()),
       sharedWindowSystem(request.windowSystem),
-      words(argumentWords(platform)),
+      log(request.machine.log()),
+      messages([this] { serverHasGone(); }),
+      words{"Brivane", "-platform", platform.name},
       arguments(pointers(words)),
       argumentCount(static_cast<int>(words.size())),
       application(argumentCount, arguments.data()),
       appearances(request.appearance),
       driver(runtime, request.mainQueue, [] { QCoreApplication::quit(); }) {
+  if (sharedWindowSystem != nullptr) {
+    machineLosesServer = sharedWindowSystem->observeServerGone([this] { serverHasGone(); });
+  }
   // Qt takes over the user's locale; numbers in files are written and read with a point.
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setQuitOnLastWindowClosed(false);
@@ -62,6 +60,26 @@ void QtApplication::exit(int status) {
   isEnding = true;
   exitStatus = status;
   runtime.stop();
+}
+
+/// Qt can't do without its server and ends the process by itself, at once. Nobody's destructor runs
+/// then, so what the end of the program owes to the machine is done before.
+void QtApplication::serverHasGone() {
+  if (!isEnding) {
+    exitStatus = 1;
+    sayThatServerHasGone();
+    tellDelegateOfTheEnd();
+  }
+  if (sharedWindowSystem != nullptr) sharedWindowSystem->saveBeforeExit();
+  std::_Exit(exitStatus);
+}
+
+void QtApplication::sayThatServerHasGone() {
+  if (sharedWindowSystem != nullptr) {
+    sharedWindowSystem->sayThatServerHasGone();
+  } else {
+    log.write("Brivane ends because the X server has gone.");
+  }
 }
 
 void QtApplication::tellDelegateOfTheEnd() {

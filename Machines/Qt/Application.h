@@ -7,6 +7,7 @@
 #include "BrivaneApp/Frame/Application.h"
 #include "Machines/Qt/Appearances.h"
 #include "Machines/Qt/MainQueueDriver.h"
+#include "Machines/Qt/Messages.h"
 #include "Machines/Qt/Module.h"
 #include "Machines/Qt/Platform.h"
 
@@ -36,9 +37,14 @@ class QtApplication : public Application {
 
  private:
   void tellDelegateOfTheEnd();
+  [[noreturn]] void serverHasGone();
+  void sayThatServerHasGone();
 
   Runtime& runtime;
   SharedWindowSystem* const sharedWindowSystem;
+  SystemLog& log;
+  /// Before Qt can say anything, and after it has said all.
+  const QtMessages messages;
   /// Qt keeps pointers to these.
   std::vector<std::string> words;
   std::vector<char*> arguments;
@@ -49,6 +55,7 @@ class QtApplication : public Application {
   bool isEnding = false;
   int exitStatus = 0;
   MainQueueDriver driver;
+  Observation machineLosesServer;
 };
 
 }  // namespace brivane

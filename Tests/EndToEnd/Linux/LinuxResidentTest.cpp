@@ -22,6 +22,7 @@ namespace {
 
 using std::chrono::milliseconds;
 using testing::AllOf;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::Ge;
 using testing::IsEmpty;
@@ -66,6 +67,7 @@ class LinuxResidentTest : public testing::Test {
   std::map<std::string, std::string> environment() const {
     auto environment = world.environment();
     environment["DBUS_SYSTEM_BUS_ADDRESS"] = busAddress;
+    environment["QT_QPA_PLATFORM"] = qtPlatform;
     return environment;
   }
 
@@ -113,6 +115,7 @@ class LinuxResidentTest : public testing::Test {
   LinuxWorld world;
   FakeLogind logind;
   std::string busAddress = logind.address();
+  std::string qtPlatform;
   std::unique_ptr<RunningProgram> program;
 };
 
@@ -337,6 +340,58 @@ TEST_F(LinuxResidentTest, WithoutAnXServerItSaysWhatIsMissingAndEndsWithStatusOn
   const ProgramResult result = runProgram("Brivane", {}, environment);
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(linesOf(result.errors), ElementsAre(StartsWith("Brivane sees no displays because ")));
+}
+
+class LinuxResidentServerDeathTest : public LinuxResidentTest {
+ protected:
+  std::string keyMapping() {
+    return runProgram("brivane-hidutil", {"property", "--get", "UserKeyMapping"},
+                      world.environment())
+        .output;
+  }
+
+  void expectOneLineAndStatusOne() {
+    const ProgramResult result = program->wait();
+    program.reset();
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors,
+              "Brivane ends because the X server \"" + world.screens.display() + "\" has gone.\n");
+  }
+};
+
+TEST_F(LinuxResidentServerDeathTest, TheProgramSaysSoGivesTheBrightnessKeysBackAndEnds) {
+  const std::string before = keyMapping();
+  start();
+  ASSERT_NE(keyMapping(), before);
+  world.screens.killServer();
+  expectOneLineAndStatusOne();
+  EXPECT_EQ(keyMapping(), before);
+}
+
+TEST_F(LinuxResidentServerDeathTest, WithItsHUDOnTheScreenAndAKeyHeldItEndsInTheSameWay) {
+  start();
+  press(down);
+  ASSERT_TRUE(becomes("HDMI-A-1", 0));
+  world.screens.killServer();
+  expectOneLineAndStatusOne();
+}
+
+TEST_F(LinuxResidentServerDeathTest, WithItsWindowsNotOnThatServerItEndsToo) {
+  qtPlatform = "offscreen";
+  start();
+  world.screens.killServer();
+  expectOneLineAndStatusOne();
+}
+
+TEST_F(LinuxResidentServerDeathTest, AfterASignalTheEndGoesOnAsItBegan) {
+  const std::string before = keyMapping();
+  start();
+  program->signal(SIGTERM);
+  world.screens.killServer();
+  const ProgramResult result = program->wait();
+  program.reset();
+  EXPECT_THAT(result.exitStatus, AnyOf(0, 1)) << "whichever came first";
+  EXPECT_EQ(keyMapping(), before);
 }
 
 // The keyboard's own brightness keys
