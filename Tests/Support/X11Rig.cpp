@@ -282,12 +282,14 @@ void X11Rig::grabKey(xcb_keycode_t key, std::uint16_t modifiers) {
 }
 
 bool X11Rig::isKeyTaken(xcb_keycode_t key, std::uint16_t modifiers) {
+  // Nobody who wants the key at this moment may find it taken by the question.
+  xcb_grab_server(connection);
   const Owned<xcb_generic_error_t> error(xcb_request_check(
       connection, xcb_grab_key_checked(connection, 0, root, modifiers, key, XCB_GRAB_MODE_ASYNC,
                                        XCB_GRAB_MODE_ASYNC)));
-  if (error) return true;
-  check(xcb_ungrab_key_checked(connection, key, root, modifiers), "to give a key back");
-  return false;
+  if (!error) check(xcb_ungrab_key_checked(connection, key, root, modifiers), "to give a key back");
+  check(xcb_ungrab_server_checked(connection), "to go on");
+  return error != nullptr;
 }
 
 std::vector<std::string> X11Rig::takeTypedKeys() {
