@@ -48,6 +48,11 @@ void CustomViewWidget::setNeedsDisplay() {
 void CustomViewWidget::makeFirstResponder() {
   if (isFirstResponder || view == nullptr || !view->acceptsFirstResponder()) return;
   setFocus(Qt::OtherFocusReason);
+  // In a window that isn't active Qt tells nobody that the focus has gone.
+  for (QObject* const sibling : parent()->children()) {
+    auto* const other = dynamic_cast<CustomViewWidget*>(sibling);
+    if (other != nullptr) other->resignFirstResponder();
+  }
   isFirstResponder = true;
 }
 

@@ -107,6 +107,17 @@ TEST_F(EditorWindowTest, AClickOnTheOtherFieldTakesTheKeysFromTheFirst) {
   EXPECT_EQ(reads(1), strings.text(strings::hotkeyEditorPressKeys));
 }
 
+TEST_F(EditorWindowTest, InAWindowBehindOthersOnlyOneFieldWaitsToo) {
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+  const auto all = fields();
+  QTest::mouseClick(all[0], Qt::LeftButton);
+  QTest::mouseClick(all[1], Qt::LeftButton);
+  EXPECT_EQ(all[0]->accessibleDescription(), "⌃⌥↑");
+}
+
 TEST_F(EditorWindowTest, ByKeyboardTabReachesAFieldAndTheSpaceBarClicksIt) {
   fields()[0]->setFocus();
   QTest::keyClick(&window(), Qt::Key_Tab);
