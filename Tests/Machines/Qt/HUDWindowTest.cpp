@@ -65,11 +65,24 @@ TEST_F(HUDWindowTest, ItsFrameCountsUpwardsFromTheLowerLeftOfTheMainScreen) {
 TEST_F(HUDWindowTest, AFadeGoesFromWhereTheAlphaIsAndTellsItsEnd) {
   window.orderFrontRegardless();
   bool isOver = false;
+  window.setAlpha(0.5);
+  window.animateAlpha(0.1, 60, AnimationTiming::linear, {});
+  EXPECT_NEAR(window.alphaNow(), 0.5, 0.1);
   window.animateAlpha(0, 0.05, AnimationTiming::easeIn, [&] { isOver = true; });
-  EXPECT_GT(window.alphaNow(), 0.5);
   EXPECT_TRUE(bench.runUntil([&] { return isOver; }));
   EXPECT_EQ(window.alphaNow(), 0);
   EXPECT_EQ(opacity(), 0);
+}
+
+TEST_F(HUDWindowTest, AFadeThatEasesInBeginsMoreSlowlyThanALinearOne) {
+  const auto other = bench.frame().makeHUDWindow(attributes);
+  const auto& linear = dynamic_cast<QtHUDWindow&>(*other);
+  other->animateAlpha(0, 20, AnimationTiming::linear, {});
+  window.animateAlpha(0, 20, AnimationTiming::easeIn, {});
+  EXPECT_TRUE(bench.runUntil([&] { return linear.alphaNow() < 0.99; }));
+  const double straight = linear.alphaNow();
+  EXPECT_GT(window.alphaNow(), straight);
+  EXPECT_LT(window.alphaNow(), 1);
 }
 
 TEST_F(HUDWindowTest, SettingTheAlphaEndsAFadeWhoseCompletionStillRuns) {

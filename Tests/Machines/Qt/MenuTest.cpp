@@ -94,6 +94,7 @@ class MenuTest : public testing::Test {
 
 TEST_F(MenuTest, TheDelegateIsToldBeforeTheMenuShowsAndAfterItHasClosed) {
   delegate.onOpen = [this] { EXPECT_FALSE(menu.widget().isVisible()); };
+  delegate.onClose = [this] { EXPECT_FALSE(menu.widget().isVisible()); };
   open();
   EXPECT_TRUE(menu.widget().isVisible());
   menu.open({40, 40});
