@@ -25,9 +25,10 @@ struct NotingDelegate : ApplicationDelegate {
 };
 
 class QtAppearancesTest : public testing::Test {
- protected:
+ public:
   ~QtAppearancesTest() override { bench.appearance().turn(Appearance::light); }
 
+ protected:
   QtBench& bench = QtBench::shared();
   Application& application = bench.frame().application();
 };
@@ -60,13 +61,15 @@ TEST_F(QtAppearancesTest, WindowsAndMenusGetColoursToMatch) {
 
 // An application ends once, so each of these has the process's next one.
 class QtApplicationTest : public testing::Test {
+ public:
+  ~QtApplicationTest() override { QtBench::drop(); }
+
  protected:
   QtApplicationTest() {
     QtBench::drop();
     QtBench& fresh = QtBench::shared();
     fresh.frame().application().setDelegate(&delegate);
   }
-  ~QtApplicationTest() override { QtBench::drop(); }
 
   Application& application() { return QtBench::shared().frame().application(); }
   Runtime& runtime() { return QtBench::shared().runtime(); }

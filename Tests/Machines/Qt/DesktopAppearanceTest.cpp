@@ -83,9 +83,10 @@ class Portal : public QDBusVirtualObject {
 };
 
 class DesktopAppearanceTest : public testing::Test {
- protected:
+ public:
   ~DesktopAppearanceTest() override { QtBench::drop(); }
 
+ protected:
   void begin() {
     Application& application =
         QtBench::renewed({.sessionBus = sessionBus.address()}).frame().application();

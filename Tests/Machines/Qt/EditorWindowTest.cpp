@@ -20,6 +20,9 @@ namespace brivane {
 namespace {
 
 class EditorWindowTest : public testing::Test {
+ public:
+  ~EditorWindowTest() override { bindings.resetBindings(); }
+
  protected:
   explicit EditorWindowTest(const std::string& language = "en") : resources(language) {
     bindings.resetBindings();
@@ -27,7 +30,6 @@ class EditorWindowTest : public testing::Test {
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
     bench.settle();
   }
-  ~EditorWindowTest() override { bindings.resetBindings(); }
 
   QWidget& window() {
     for (QWidget* const widget : QApplication::topLevelWidgets()) {

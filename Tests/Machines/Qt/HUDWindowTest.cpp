@@ -137,7 +137,7 @@ TEST_F(HUDWindowTest, BroughtToTheFrontItIsWhereItsDisplayIsNow) {
 
 /// A screen of 800 by 800 pixels, at so many per point.
 class HUDWindowScaleTest : public testing::TestWithParam<double> {
- protected:
+ public:
   ~HUDWindowScaleTest() override { QtBench::drop(); }
 };
 

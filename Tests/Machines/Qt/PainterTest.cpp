@@ -87,12 +87,14 @@ TEST_F(PainterTest, TextStandsWhereItsAlignmentSays) {
 
 /// With digits of different widths.
 class PainterWithUnequalDigitsTest : public PainterTest {
+ public:
+  ~PainterWithUnequalDigitsTest() override { QGuiApplication::setFont(before); }
+
  protected:
   PainterWithUnequalDigitsTest() {
     EXPECT_TRUE(QFontInfo(QFont("Inter")).exactMatch()) << "package fonts-inter";
     QGuiApplication::setFont(QFont("Inter"));
   }
-  ~PainterWithUnequalDigitsTest() override { QGuiApplication::setFont(before); }
 
   static TextRun number(const std::string& words, TextAlignment alignment) {
     TextRun run = text(words, alignment);
