@@ -159,6 +159,7 @@ void QtHUDWindow::orderOut() {
 }
 
 void QtHUDWindow::installContentView(const DisplayList& newContent) {
+  shapedSize = {};
   show(newContent, 0);
 }
 
@@ -222,11 +223,15 @@ void QtHUDWindow::step() {
   animateWhileNeeded();
 }
 
+/// Every picture in a view has the same outline; a held key brings many.
 void QtHUDWindow::shapeWithoutCompositor() {
   if (isComposited) {
     view->clearMask();
+    shapedSize = {};
     return;
   }
+  if (shapedSize == view->size()) return;
+  shapedSize = view->size();
   const QtPainter::View size{.width = static_cast<double>(view->width()),
                              .height = static_cast<double>(view->height())};
   const QImage picture = renderedPicture(content, size, 1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <QTimer>
 #include <memory>
 
@@ -60,6 +61,8 @@ class QtHUDWindow : public HUDWindow {
   Rect ownFrame;
   bool isOrderedIn = false;
   bool isComposited = true;
+  /// What the X server has cut out; empty for nothing.
+  QSize shapedSize;
 
   double alphaFrom = 1;
   double alphaTo = 1;

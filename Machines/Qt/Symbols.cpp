@@ -73,15 +73,25 @@ QPainterPath sparkles() {
   return path;
 }
 
+/// Their outlines in the unit square are worked out once: a moon, cut out of a disc, takes longer
+/// than drawing a whole card.
+struct Symbols {
+  QPainterPath moonFill = moon();
+  QPainterPath sunMinimum = sunMin();
+  QPainterPath sunMaximumFill = sunMax();
+  QPainterPath sparkle = sparkles();
+};
+
 }  // namespace
 
 QPainterPath symbolOutline(const std::string& name, const QRectF& square) {
   QTransform placing = QTransform::fromTranslate(square.x(), square.y());
   placing.scale(square.width() / drawingSide, square.height() / drawingSide);
-  if (name == "moon.fill") return placing.map(moon());
-  if (name == "sun.min") return placing.map(sunMin());
-  if (name == "sun.max.fill") return placing.map(sunMax());
-  if (name == "sparkles") return placing.map(sparkles());
+  static const Symbols symbols;
+  if (name == "moon.fill") return placing.map(symbols.moonFill);
+  if (name == "sun.min") return placing.map(symbols.sunMinimum);
+  if (name == "sun.max.fill") return placing.map(symbols.sunMaximumFill);
+  if (name == "sparkles") return placing.map(symbols.sparkle);
   return {};
 }
 
