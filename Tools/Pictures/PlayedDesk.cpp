@@ -57,7 +57,7 @@ PlayedDesk::PlayedDesk(const std::string& desk)
   QtFrameRequest request{machine, queue, std::make_shared<AppearanceOfDesk>(*hardware), {}};
   frame = std::make_unique<QtFrame>(QtPlatform{noScreen, false}, request);
   usePictureFont();
-  delegate.emplace(machine, *frame);
+  delegate = std::make_unique<AppDelegate>(machine, *frame);
   delegate->applicationDidFinishLaunching();
   run(std::chrono::seconds(5));
 }
@@ -149,7 +149,7 @@ void PlayedDesk::clickField(int number) {
 }
 
 void PlayedDesk::typeIntoEditor(std::uint16_t keyCode) {
-  const auto code = evdevCodeOfKey(keyCode).value() + firstXKeyCode;
+  const auto code = evdevCodeOfKey(keyCode).value_or(0) + firstXKeyCode;
   const auto modifiers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
   QKeyEvent key(QEvent::KeyPress, Qt::Key_unknown, modifiers, code, 0, 0);
   QApplication::sendEvent(editorWindow().focusWidget(), &key);

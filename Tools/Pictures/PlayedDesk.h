@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "BrivaneApp/AppDelegate.h"
@@ -65,7 +64,7 @@ class PlayedDesk {
   DeskMachine machine;
   NoQueue queue;
   std::unique_ptr<QtFrame> frame;
-  std::optional<AppDelegate> delegate;
+  std::unique_ptr<AppDelegate> delegate;
 };
 
 /// What Qt is started with where there is no screen: a large one of its own.
