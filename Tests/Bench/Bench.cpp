@@ -21,6 +21,7 @@
 #include "Machines/Common/ThreadRuntime.h"
 #include "Tests/Bench/ResidentFigures.h"
 #include "Tests/Bench/Table.h"
+#include "Tests/Bench/VisibleFigures.h"
 #include "Tests/EndToEnd/Linux/LinuxWorld.h"
 #include "Tests/Support/FakeMachine.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -188,6 +189,7 @@ int main(int argc, char** argv) {
   const auto programs = std::filesystem::canonical("/proc/self/exe").parent_path();
   if (argc > 1 && std::string(argv[1]) == "--mocked-bus") {
     brivane::measureMockedBus(programs);
+    brivane::bench::measureVisibleProgram(programs);
     return 0;
   }
   brivane::bench::printHeader();
