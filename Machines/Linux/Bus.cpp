@@ -90,7 +90,8 @@ std::int32_t LinuxBus::transfer(const AVService& service, std::uint32_t chip, bo
                                 std::span<std::uint8_t> bytes) const {
   const auto* panel = dynamic_cast<const I2CService*>(&service);
   if (panel == nullptr) return EINVAL;
-  if (systemSleeps || connectors.isAsleep(panel->channel.connector)) return EHOSTDOWN;
+  const auto passage = sleepGate.enter();
+  if (!passage || connectors.isAsleep(panel->channel.connector)) return EHOSTDOWN;
   const std::string node = "/dev/i2c-" + std::to_string(panel->channel.bus);
   const FileDescriptor bus(::open(node.c_str(), O_RDWR | O_CLOEXEC));
   const std::int32_t openError = bus.isOpen() ? 0 : errno;

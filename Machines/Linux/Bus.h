@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -8,6 +7,7 @@
 #include "BrivaneCore/Seams/SymbolLoader.h"
 #include "Machines/Linux/Connectors.h"
 #include "Machines/Linux/Findings.h"
+#include "Machines/Linux/SleepGate.h"
 
 namespace brivane {
 
@@ -18,10 +18,9 @@ namespace brivane {
 /// the wire, as every call does while the machine sleeps: some monitors wake up from any message.
 class LinuxBus {
  public:
-  /// `machineSleeps`: whether the machine is on its way to sleep, sleeps or wakes.
-  LinuxBus(const Connectors& itsConnectors, Findings& itsFindings,
-           const std::atomic<bool>& machineSleeps)
-      : connectors(itsConnectors), findings(itsFindings), systemSleeps(machineSleeps) {}
+  /// All must outlive this.
+  LinuxBus(const Connectors& itsConnectors, Findings& itsFindings, SleepGate& itsSleepGate)
+      : connectors(itsConnectors), findings(itsFindings), sleepGate(itsSleepGate) {}
 
   /// Whether there is any I2C device file.
   bool exists() const;
@@ -39,7 +38,7 @@ class LinuxBus {
 
   const Connectors& connectors;
   Findings& findings;
-  const std::atomic<bool>& systemSleeps;
+  SleepGate& sleepGate;
 };
 
 }  // namespace brivane

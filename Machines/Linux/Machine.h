@@ -1,7 +1,5 @@
 #pragma once
 
-#include <atomic>
-
 #include "BrivaneCore/Seams/ResidentMachine.h"
 #include "Machines/Common/JsonFileDefaults.h"
 #include "Machines/Common/ThreadRuntime.h"
@@ -24,6 +22,7 @@
 #include "Machines/Linux/Resources.h"
 #include "Machines/Linux/Session.h"
 #include "Machines/Linux/SessionBacklight.h"
+#include "Machines/Linux/SleepGate.h"
 #include "Machines/Linux/Symbols.h"
 #include "Machines/Linux/WindowSystem.h"
 #include "Machines/Linux/XConnection.h"
@@ -64,13 +63,13 @@ class LinuxMachine : public ResidentMachine {
  private:
   Findings findings;
   LinuxLog systemLog;
-  std::atomic<bool> systemSleeps = false;
+  SleepGate sleepGate;
   AutostartEntry entry{AutostartEntry::usualFolders()};
   XConnection connection;
   LinuxDisplays displaySystem{connection};
   LinuxGammaTables gamma{connection};
   Connectors connectors;
-  LinuxBus bus{connectors, findings, systemSleeps};
+  LinuxBus bus{connectors, findings, sleepGate};
   SessionBacklight sessionBacklight;
   LinuxBacklight backlight{displaySystem, findings, sessionBacklight};
   LinuxIORegistry registry{connectors};
@@ -90,7 +89,7 @@ class LinuxMachine : public ResidentMachine {
   LinuxHotkeys hotkeyGrabs{events, keymap, xKeyboard};
   LinuxEventTaps brightnessKeys{events, systemLog};
   LinuxWindowSystem sharedWindowSystem{{events, hotkeyGrabs, brightnessKeys, systemLog, settings}};
-  LinuxNotifications announcements{events, threads, systemSleeps, [this] { settings.sync(); }};
+  LinuxNotifications announcements{events, threads, sleepGate, [this] { settings.sync(); }};
 };
 
 }  // namespace brivane

@@ -25,11 +25,11 @@ std::optional<int> firstEventOf(xcb_connection_t* connection, xcb_extension_t* e
 }  // namespace
 
 LinuxNotifications::LinuxNotifications(XEvents& itsEvents, Runtime& machineRuntime,
-                                       std::atomic<bool>& systemSleeps, Task sleepBegins)
+                                       SleepGate& itsSleepGate, Task saveEverything)
     : events(itsEvents),
       runtime(machineRuntime),
-      isAsleep(systemSleeps),
-      onSleepBegins(std::move(sleepBegins)) {}
+      sleepGate(itsSleepGate),
+      saveBeforeSleep(std::move(saveEverything)) {}
 
 Observation LinuxNotifications::observeScreenParameters(Task handler) {
   listenToScreens();
@@ -102,8 +102,12 @@ void LinuxNotifications::handle(const xcb_generic_event_t& event) {
 }
 
 void LinuxNotifications::sleepChanged(bool goesToSleep) {
-  isAsleep = goesToSleep;
-  if (goesToSleep) return onSleepBegins();
+  if (goesToSleep) {
+    sleepGate.shut();
+    saveBeforeSleep();
+    return;
+  }
+  sleepGate.open();
   // They may be dropped by the handlers that they call.
   const auto all = topics;
   all->didWake.announce();

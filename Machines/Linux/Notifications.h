@@ -1,12 +1,12 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <optional>
 
 #include "BrivaneCore/Seams/SystemNotifications.h"
 #include "Machines/Common/TerminationSignals.h"
 #include "Machines/Common/Topic.h"
+#include "Machines/Linux/SleepGate.h"
 #include "Machines/Linux/SleepWatch.h"
 #include "Machines/Linux/XEvents.h"
 
@@ -17,10 +17,10 @@ namespace brivane {
 /// It must end before the Runtime, after all who observe.
 class LinuxNotifications : public SystemNotifications {
  public:
-  /// Both must outlive this. `systemSleeps` is true while the machine goes to sleep, sleeps and
-  /// wakes, as soon as anybody observes its wake; `sleepBegins` is called when it becomes true.
-  LinuxNotifications(XEvents& itsEvents, Runtime& machineRuntime, std::atomic<bool>& systemSleeps,
-                     Task sleepBegins);
+  /// All must outlive this. As soon as anybody observes the machine's wake, its sleep waits until
+  /// the gate is shut and `saveEverything` has returned.
+  LinuxNotifications(XEvents& itsEvents, Runtime& machineRuntime, SleepGate& itsSleepGate,
+                     Task saveEverything);
 
   Observation observeScreenParameters(Task handler) override;
   Observation observeDidWake(Task handler) override;
@@ -42,8 +42,8 @@ class LinuxNotifications : public SystemNotifications {
 
   XEvents& events;
   Runtime& runtime;
-  std::atomic<bool>& isAsleep;
-  const Task onSleepBegins;
+  SleepGate& sleepGate;
+  const Task saveBeforeSleep;
   const std::shared_ptr<Topics> topics = std::make_shared<Topics>();
   /// Shared by all who observe the termination.
   std::weak_ptr<TerminationSignals> signals;

@@ -1,4 +1,8 @@
+// logind sends its word and sleeps at once, unless somebody holds a "delay inhibitor": a descriptor
+// that it gives out on request and waits to be closed. Each sleep takes a new one.
 #include "Machines/Linux/SleepWatch.h"
+
+#include <fcntl.h>
 
 #include <utility>
 
@@ -12,6 +16,7 @@ SleepWatch::SleepWatch(Runtime& machineRuntime, Handler sleepHandler)
       library.matchSignal(bus.get(), nullptr, logind::service, logind::managerPath,
                           logind::managerInterface, "PrepareForSleep", receive, this) >= 0;
   if (!isMatched) return;
+  askForInhibitor();
   watch.emplace(machineRuntime, "sleep", library.descriptor(bus.get()),
                 [this] { return readAll(); });
   // What came together with the answers so far is read already.
@@ -23,7 +28,41 @@ SleepWatch::SleepWatch(Runtime& machineRuntime, Handler sleepHandler)
 int SleepWatch::receive(sd_bus_message* message, void* self, sd_bus_error* /*error*/) {
   auto& watch = *static_cast<SleepWatch*>(self);
   int goesToSleep = 0;
-  if (watch.library.readMessage(message, "b", &goesToSleep) > 0) watch.handler(goesToSleep != 0);
+  if (watch.library.readMessage(message, "b", &goesToSleep) > 0) {
+    watch.sleepChanged(goesToSleep != 0);
+  }
+  return 0;
+}
+
+void SleepWatch::sleepChanged(bool goesToSleep) {
+  isAboutToSleep = goesToSleep;
+  if (!goesToSleep) {
+    askForInhibitor();
+    // Whoever hears of the wake may drop this.
+    handler(false);
+    return;
+  }
+  handler(true);
+  inhibitor = FileDescriptor();
+}
+
+/// Doesn't wait for it: a start should not, and sleep is far away.
+void SleepWatch::askForInhibitor() {
+  library.callMethodLater(bus.get(), nullptr, logind::service, logind::managerPath,
+                          logind::managerInterface, "Inhibit", receiveInhibitor, this, "ssss",
+                          "sleep", "Brivane", "Settings are saved, and monitors left alone",
+                          "delay");
+  library.flush(bus.get());
+}
+
+int SleepWatch::receiveInhibitor(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
+  auto& watch = *static_cast<SleepWatch*>(self);
+  int descriptor = -1;
+  if (watch.library.readMessage(reply, "h", &descriptor) <= 0) return 0;
+  // One that comes too late would be waited for in vain.
+  if (!watch.isAboutToSleep) {
+    watch.inhibitor = FileDescriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+  }
   return 0;
 }
 

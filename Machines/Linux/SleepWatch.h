@@ -5,13 +5,15 @@
 
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
+#include "Machines/Common/FileDescriptor.h"
 #include "Machines/Linux/DescriptorWatch.h"
 #include "Machines/Linux/SystemBus.h"
 
 namespace brivane {
 
-/// Hears from logind that the machine goes to sleep and that it woke. Without logind, or without a
-/// system bus, it never hears anything. Main thread; it must end before the Runtime.
+/// Hears from logind that the machine goes to sleep and that it woke, and has it wait with the
+/// sleep (some seconds at most) until the handler has returned. Without logind, or without a system
+/// bus, it never hears anything. Main thread; it must end before the Runtime.
 class SleepWatch {
  public:
   /// Called as a main-queue task: true when the machine is about to sleep, false when it woke.
@@ -23,11 +25,17 @@ class SleepWatch {
 
  private:
   static int receive(sd_bus_message* message, void* self, sd_bus_error* error);
+  static int receiveInhibitor(sd_bus_message* reply, void* self, sd_bus_error* error);
+  void sleepChanged(bool goesToSleep);
+  void askForInhibitor();
   bool readAll();
 
   const Handler handler;
   const SystemBusLibrary library;
   SystemBusLibrary::Connection bus;
+  /// Sleep waits as long as this is open.
+  FileDescriptor inhibitor;
+  bool isAboutToSleep = false;
   std::optional<DescriptorWatch> watch;
   LivenessAnchor anchor;
 };

@@ -17,6 +17,7 @@ bool SystemBusLibrary::load() {
          systemd.find("sd_bus_process", process) && systemd.find("sd_bus_get_fd", descriptor) &&
          systemd.find("sd_bus_flush", flush) && systemd.find("sd_bus_message_read", readMessage) &&
          systemd.find("sd_bus_call_method", callMethod) &&
+         systemd.find("sd_bus_call_method_async", callMethodLater) &&
          systemd.find("sd_bus_get_property_trivial", getProperty);
 }
 

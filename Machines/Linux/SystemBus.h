@@ -26,6 +26,7 @@ class SystemBusLibrary {
   decltype(&sd_bus_flush) flush = nullptr;
   decltype(&sd_bus_message_read) readMessage = nullptr;
   decltype(&sd_bus_call_method) callMethod = nullptr;
+  decltype(&sd_bus_call_method_async) callMethodLater = nullptr;
   decltype(&sd_bus_get_property_trivial) getProperty = nullptr;
 
  private:

@@ -1,6 +1,7 @@
 #include "Tests/Support/FakeLogind.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -61,6 +62,29 @@ const std::array<sd_bus_vtable, 4> sessionTable = {
      SD_BUS_METHOD("SetBrightness", "ssu", "", setBrightness, SD_BUS_VTABLE_UNPRIVILEGED),
      SD_BUS_PROPERTY("Active", "b", getActive, 0, 0), SD_BUS_VTABLE_END}};
 
+int inhibit(sd_bus_message* message, void* fake, sd_bus_error* /*error*/) {
+  const char* what = nullptr;
+  const char* who = nullptr;
+  const char* why = nullptr;
+  const char* mode = nullptr;
+  std::array<int, 2> pipe{};
+  auto& logind = *static_cast<FakeLogind*>(fake);
+  if (logind.refusesInhibitors ||
+      sd_bus_message_read(message, "ssss", &what, &who, &why, &mode) < 0 ||
+      ::pipe2(pipe.data(), O_CLOEXEC) != 0) {
+    return sd_bus_reply_method_errorf(message, SD_BUS_ERROR_INVALID_ARGS, "no");
+  }
+  logind.noteInhibitor(std::string(what) + " " + mode + " " + who, pipe[0]);
+  const int result = sd_bus_reply_method_return(message, "h", pipe[1]);
+  ::close(pipe[1]);
+  return result;
+}
+
+const std::array<sd_bus_vtable, 3> managerTable = {
+    {SD_BUS_VTABLE_START(0),
+     SD_BUS_METHOD("Inhibit", "ssss", "h", inhibit, SD_BUS_VTABLE_UNPRIVILEGED),
+     SD_BUS_VTABLE_END}};
+
 std::string readLine(int descriptor) {
   std::string line;
   char character = 0;
@@ -79,6 +103,9 @@ FakeLogind::FakeLogind() {
   require(sd_bus_add_object_vtable(bus, nullptr, session, "org.freedesktop.login1.Session",
                                    sessionTable.data(), this),
           "an object");
+  require(sd_bus_add_object_vtable(bus, nullptr, manager, "org.freedesktop.login1.Manager",
+                                   managerTable.data(), this),
+          "an object");
   require(sd_bus_request_name(bus, name, 0), "logind's name");
   server = std::thread([this] { serve(); });
 }
@@ -87,6 +114,7 @@ FakeLogind::~FakeLogind() {
   isEnding = true;
   if (server.joinable()) server.join();
   sd_bus_flush_close_unref(bus);
+  for (const Inhibitor& inhibitor : given) ::close(inhibitor.readEnd);
   ::kill(daemon, SIGTERM);
   ::waitpid(daemon, nullptr, 0);
 }
@@ -102,6 +130,20 @@ void FakeLogind::announceSleep(bool goesToSleep) {
 std::vector<std::string> FakeLogind::brightnessCalls() {
   const std::scoped_lock lock(mutex);
   return calls;
+}
+
+std::vector<std::string> FakeLogind::inhibitors() {
+  const std::scoped_lock lock(mutex);
+  std::vector<std::string> held;
+  for (const auto& [kind, readEnd] : given) {
+    pollfd end{readEnd, 0, 0};
+    if (::poll(&end, 1, 0) == 0) held.push_back(kind);
+  }
+  return held;
+}
+
+void FakeLogind::noteInhibitor(const std::string& kind, int readEnd) {
+  given.push_back({kind, readEnd});
 }
 
 void FakeLogind::note(const std::string& call) {

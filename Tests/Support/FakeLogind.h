@@ -33,9 +33,14 @@ class FakeLogind {
 
   /// Whether the session may set brightnesses: it is the one at the screen.
   std::atomic<bool> isActive = true;
+  std::atomic<bool> refusesInhibitors = false;
+
+  /// "sleep delay Brivane" for each inhibitor that somebody holds now.
+  std::vector<std::string> inhibitors();
 
   /// For the bus's callbacks.
   void note(const std::string& call);
+  void noteInhibitor(const std::string& kind, int readEnd);
 
  private:
   void startDaemon();
@@ -47,6 +52,12 @@ class FakeLogind {
   std::mutex mutex;
   sd_bus* bus = nullptr;
   std::vector<std::string> calls;
+  struct Inhibitor {
+    std::string kind;
+    /// Of a pipe whose other end the holder has.
+    int readEnd = -1;
+  };
+  std::vector<Inhibitor> given;
   std::atomic<bool> isEnding = false;
   std::thread server;
 };

@@ -439,6 +439,22 @@ TEST_F(LinuxResidentTest, WhileTheMachineSleepsNothingIsWrittenAndAfterwardsItIs
   EXPECT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") > level; }));
 }
 
+TEST_F(LinuxResidentTest, SleepWaitsForTheWireAndAHeldKeyLeavesItAloneThen) {
+  start();
+  EXPECT_THAT(logind.inhibitors(), ElementsAre("sleep delay Brivane"));
+  press(down);
+  ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") < 40; }));
+  logind.announceSleep(true);
+  ASSERT_TRUE(eventually([&] { return logind.inhibitors().empty(); }));
+  const auto messages = world.wireLog();
+  std::this_thread::sleep_for(milliseconds(1000));
+  EXPECT_EQ(world.wireLog(), messages);
+  release(down);
+  logind.announceSleep(false);
+  EXPECT_TRUE(eventually([&] { return !logind.inhibitors().empty(); }));
+  EXPECT_TRUE(eventually([&] { return world.wireLog().size() > messages.size(); }));
+}
+
 TEST_F(LinuxResidentTest, ADisplayThatIsMovedOrWasOffIsStillTheOneUnderThePointer) {
   start();
   world.screens.move(left, 0, 1000);

@@ -22,6 +22,13 @@ std::uint16_t LinuxWorld::luminance(const std::string& connector) const {
   return static_cast<std::uint16_t>(level);
 }
 
+std::vector<std::string> LinuxWorld::wireLog() const {
+  std::ifstream file(bus / "wire.log");
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);) lines.push_back(line);
+  return lines;
+}
+
 void LinuxWorld::turn(const std::string& connector, const std::string& knob,
                       const std::string& value) const {
   std::ofstream(bus / connector / knob) << value << "\n";

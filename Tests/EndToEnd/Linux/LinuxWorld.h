@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/X11Rig.h"
@@ -19,6 +20,8 @@ class LinuxWorld {
 
   /// The raw luminance that the monitor at the connector shows.
   std::uint16_t luminance(const std::string& connector) const;
+  /// All that went over the buses, a line each: when in microseconds, whereto and what.
+  std::vector<std::string> wireLog() const;
   void turn(const std::string& connector, const std::string& knob, const std::string& value) const;
 
   /// What a program needs to be told to run in this world.

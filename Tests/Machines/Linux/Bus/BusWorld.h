@@ -81,8 +81,8 @@ class BusTest : public BusWorld {
 
   Findings findings;
   Connectors connectors;
-  std::atomic<bool> systemSleeps = false;
-  LinuxBus bus{connectors, findings, systemSleeps};
+  SleepGate sleepGate;
+  LinuxBus bus{connectors, findings, sleepGate};
   LinuxIORegistry registry{connectors};
   FakeDisplaySystem displays;
   SessionBacklight sessionBacklight;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Machines/Linux/Notifications.h"
@@ -17,22 +18,32 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class Notifications : public XInputTest {
  protected:
   Notifications() { setenv("DBUS_SYSTEM_BUS_ADDRESS", logind.address().c_str(), 1); }
 
   Task note(const std::string& what) {
-    return [this, what] { heard.push_back(what + (asleep ? " asleep" : "")); };
+    return [this, what] {
+      const bool held = !logind.inhibitors().empty();
+      heard.push_back(what + (gate.enter() ? "" : " asleep") + (held ? " held" : ""));
+    };
+  }
+
+  /// Waits until that many inhibitors are held.
+  bool holds(std::size_t count) {
+    for (int round = 0; round < 100 && logind.inhibitors().size() != count; ++round) settle();
+    return logind.inhibitors().size() == count;
   }
 
   /// The different things that were heard.
   std::set<std::string> kinds() { return {heard.begin(), heard.end()}; }
 
   FakeLogind logind;
-  std::atomic<bool> asleep = false;
+  SleepGate gate;
   std::vector<std::string> heard;
-  LinuxNotifications notifications{events, runtime, asleep, [this] { note("sleep begins")(); }};
+  LinuxNotifications notifications{events, runtime, gate, [this] { note("saved")(); }};
 };
 
 TEST_F(Notifications, ScreensThatMoveGoOffAndComeBackAreAnnouncedEachTime) {
@@ -55,19 +66,59 @@ TEST_F(Notifications, ScreensThatWakeFromTheSaverAreAnnouncedAndTheirSleepIsNot)
   EXPECT_THAT(heard, IsEmpty());
   rig.switchScreenSaver(false);
   settle();
-  EXPECT_THAT(heard, ElementsAre("screens woke"));
+  EXPECT_THAT(heard, ElementsAre(StartsWith("screens woke")));
 }
 
 TEST_F(Notifications, SleepIsOverForTheProgramBeforeItsWakeIsAnnounced) {
   const auto observation = notifications.observeDidWake(note("woke"));
+  ASSERT_TRUE(holds(1));
   logind.announceSleep(true);
-  settle();
-  EXPECT_TRUE(asleep);
-  EXPECT_THAT(heard, ElementsAre("sleep begins asleep"));
+  ASSERT_TRUE(holds(0));
+  EXPECT_FALSE(gate.enter());
+  EXPECT_THAT(heard, ElementsAre("saved asleep held"));
   logind.announceSleep(false);
   settle();
-  EXPECT_FALSE(asleep);
-  EXPECT_THAT(heard, ElementsAre("sleep begins asleep", "woke"));
+  EXPECT_TRUE(gate.enter());
+  EXPECT_THAT(heard, ElementsAre("saved asleep held", StartsWith("woke")));
+}
+
+TEST_F(Notifications, SleepWaitsForTheProgramAndForNoLonger) {
+  EXPECT_THAT(logind.inhibitors(), IsEmpty());
+  const auto observation = notifications.observeDidWake([] {});
+  for (int night = 0; night < 2; ++night) {
+    ASSERT_TRUE(holds(1));
+    EXPECT_THAT(logind.inhibitors(), ElementsAre("sleep delay Brivane"));
+    logind.announceSleep(true);
+    ASSERT_TRUE(holds(0));
+    logind.announceSleep(false);
+  }
+}
+
+TEST_F(Notifications, SleepWaitsForAMessageThatIsOnTheWire) {
+  const auto observation = notifications.observeDidWake([] {});
+  ASSERT_TRUE(holds(1));
+  const auto queue = runtime.makeSerialQueue("wire", QueueQuality::utility);
+  std::atomic<bool> isOnTheWire = false;
+  queue->async([&] {
+    const auto passage = gate.enter();
+    isOnTheWire = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    heard.push_back(logind.inhibitors().empty() ? "sleeps already" : "still awake");
+  });
+  while (!isOnTheWire) std::this_thread::yield();
+  logind.announceSleep(true);
+  ASSERT_TRUE(holds(0));
+  EXPECT_THAT(heard, ElementsAre("still awake", "saved asleep held"));
+}
+
+TEST_F(Notifications, ASystemThatGivesNoInhibitorIsHeardAllTheSame) {
+  logind.refusesInhibitors = true;
+  const auto observation = notifications.observeDidWake(note("woke"));
+  settle();
+  logind.announceSleep(true);
+  logind.announceSleep(false);
+  settle();
+  EXPECT_THAT(heard, ElementsAre("saved asleep", "woke"));
 }
 
 TEST_F(Notifications, WithoutABusNothingIsEverHeard) {
