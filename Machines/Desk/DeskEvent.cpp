@@ -32,14 +32,20 @@ DeskEvent readEvent(const JsonItem& item) {
   auto section = item.section();
   HardwareNotice notice = HardwareNotice::screenParameters;
   KeyChange change;
-  bool timeout = false;
+  bool isTimeout = false;
+  const bool isNotice = section.find("notice").has_value();
   section.read("notice", notice, notices());
   section.read("key", change.key);
+  const bool hasDirection = section.find("down").has_value();
   section.read("down", change.isDown);
-  section.read("tapTimeout", timeout);
+  section.read("tapTimeout", isTimeout);
   section.finish();
-  if (timeout) return TapTimeout{};
-  if (change.key != 0) return change;
+  const bool isKey = change.key != 0;
+  if (int{isNotice} + int{isKey} + int{isTimeout} != 1 || isKey != hasDirection) {
+    section.complain("expected one kind of event");
+  }
+  if (isTimeout) return TapTimeout{};
+  if (isKey) return change;
   return notice;
 }
 

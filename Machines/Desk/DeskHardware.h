@@ -72,8 +72,8 @@ class DeskHardware {
   void follow();
   /// From now on the keyboard's keys come to this process, as soon as no other one has them.
   void takeKeyboard();
-  /// Whether something was wrong with the folder, which the log says then.
-  bool isFolderBroken() const { return folder && folder->hasReported(); }
+  /// Whether some change could not be written to the folder, which the log says then.
+  bool hasUnsaved() const { return folder && folder->hasUnsaved(); }
   /// Nobody can call `meetEvents` in time: says so in one line of the log.
   void reportUnwatched();
   /// Tells the observers of what other processes have announced since the last time.

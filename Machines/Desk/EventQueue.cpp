@@ -21,6 +21,7 @@ void EventQueue::follow() {
 }
 
 std::vector<DeskEvent> EventQueue::add(const DeskEvent& event) {
+  if (state.isOutdated()) forgetUnsaved();
   const auto events = state.update([&](EventsState& changed) {
     if (changed.last == 0) changed.last = firstNumber(folder);
     ++changed.last;
@@ -29,12 +30,19 @@ std::vector<DeskEvent> EventQueue::add(const DeskEvent& event) {
     return changed;
   });
   if (!taken) return {event};
+  unsaved = state.isSaved() ? 0 : unsaved + 1;
   return takeFrom(events, *taken);
 }
 
 std::vector<DeskEvent> EventQueue::take() {
   if (!taken || !state.isOutdated()) return {};
+  forgetUnsaved();
   return takeFrom(state.read(), *taken);
+}
+
+void EventQueue::forgetUnsaved() {
+  if (taken) *taken -= std::min(unsaved, *taken);
+  unsaved = 0;
 }
 
 std::vector<DeskEvent> EventQueue::takeFrom(const EventsState& events, std::uint64_t& lastTaken) {

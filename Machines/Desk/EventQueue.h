@@ -29,11 +29,15 @@ class EventQueue {
 
  private:
   std::vector<DeskEvent> takeFrom(const EventsState& events, std::uint64_t& lastTaken);
+  void forgetUnsaved();
 
   StateFolder* const folder;
   StoredState<EventsState> state;
   /// The number of the last one taken; absent before `follow`.
   std::optional<std::uint64_t> taken;
+  /// How many of those taken last could not be written: other processes give their numbers to
+  /// other events.
+  std::uint64_t unsaved = 0;
 };
 
 }  // namespace brivane

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 #include "Machines/Desk/FirmwareSection.h"
@@ -86,7 +87,9 @@ std::optional<GammaCurve> curve(std::string_view text) {
     const char* const end = text.data() + digitsPerSample;
     const auto parsed = std::from_chars(text.data(), end, bits, 16);
     if (parsed.ec != std::errc{} || parsed.ptr != end) return std::nullopt;
-    samples.push_back(std::bit_cast<float>(bits));
+    const auto sample = std::bit_cast<float>(bits);
+    if (!std::isfinite(sample)) return std::nullopt;
+    samples.push_back(sample);
   }
   return samples;
 }
@@ -97,7 +100,9 @@ void readCurve(JsonSection& section, std::string_view key, GammaCurve& target) {
   std::string text;
   item->to(text);
   auto samples = curve(text);
-  if (!samples) return item->complain("expected eight hexadecimal digits for each of the samples");
+  if (!samples)
+    return item->complain(
+        "expected eight hexadecimal digits for each of the samples, finite numbers");
   target = std::move(*samples);
 }
 

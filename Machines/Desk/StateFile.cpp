@@ -28,6 +28,8 @@ StateFile::StateFile(StateFolder& stateFolder, const std::string& name,
 
 void StateFile::access(const Access& access) {
   const auto lock = folder.lock();
+  // Whoever could write meanwhile has the newer hardware.
+  if (isOutdated()) memoryStands = false;
   lastSeen = stampOf(file);
   auto problem = load(access, std::holds_alternative<FileLock>(lock));
   const auto state = access.change(memoryStands);
@@ -35,14 +37,12 @@ void StateFile::access(const Access& access) {
   if (const auto* stuck = std::get_if<FileProblem>(&lock)) problem = *stuck;
   if (!problem) problem = save(*state);
   memoryStands = problem.has_value();
+  if (problem) return folder.reportUnsaved(problem->reason);
   lastSeen = stampOf(file);
-  if (!problem) return;
-  folder.report("Brivane: the desk's state can't be saved in " + folder.path.string() + " (" +
-                problem->reason + "); it stays in memory until Brivane ends");
 }
 
 bool StateFile::isOutdated() const {
-  return !memoryStands && stampOf(file) != lastSeen;
+  return stampOf(file) != lastSeen;
 }
 
 /// What keeps the file from being replaced.

@@ -16,8 +16,9 @@ namespace brivane {
 /// section was edited, the state counts as absent.
 ///
 /// A file that can't be read is set aside with a dated name, never overwritten. When the state
-/// can't be written, what the caller has in memory stands, and writing is tried again with the next
-/// change. Each is said in one line of the log. Not for use by two threads at once.
+/// can't be written, what the caller has in memory stands until another process can write, and
+/// writing is tried again with the next change. Each is said in one line of the log. Not for use by
+/// two threads at once.
 class StateFile {
  public:
   /// `name` is the file's, without its ending.
@@ -40,6 +41,9 @@ class StateFile {
   /// Whether the file is another one than after the last access (before the first: whether there is
   /// one). Asks for no lock.
   bool isOutdated() const;
+
+  /// Whether the last change was written; true before the first.
+  bool isSaved() const { return !memoryStands; }
 
  private:
   std::optional<FileProblem> load(const Access& access, bool isLocked);

@@ -22,9 +22,10 @@ void StateFolder::report(const std::string& line) {
   if (reported.insert(line).second) log.write(line);
 }
 
-bool StateFolder::hasReported() {
-  const std::lock_guard guard(mutex);
-  return !reported.empty();
+void StateFolder::reportUnsaved(const std::string& reason) {
+  anyUnsaved = true;
+  report("Brivane: the desk's state can't be saved in " + path.string() + " (" + reason +
+         "); it stays in memory until Brivane ends");
 }
 
 }  // namespace brivane

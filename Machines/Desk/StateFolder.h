@@ -27,7 +27,9 @@ class StateFolder {
 
   /// Writes the line to the log, unless this process has done so already.
   void report(const std::string& line);
-  bool hasReported();
+  /// A change could not be written: says so, and why, in one line of the log.
+  void reportUnsaved(const std::string& reason);
+  bool hasUnsaved() const { return anyUnsaved; }
 
   const std::filesystem::path path;
   Runtime& runtime;
@@ -35,6 +37,7 @@ class StateFolder {
 
  private:
   std::atomic<bool> lockIsStuck = false;
+  std::atomic<bool> anyUnsaved = false;
   std::mutex mutex;
   std::set<std::string> reported;
 };

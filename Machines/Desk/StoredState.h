@@ -29,6 +29,9 @@ class StoredState {
   /// Whether somebody else has changed the state since it was last read or updated here.
   bool isOutdated() const { return file && file->isOutdated(); }
 
+  /// False while the last change could not be written, and stands in this process alone.
+  bool isSaved() const { return !file || file->isSaved(); }
+
   /// Runs `operation` on the state, which it may change, and returns what that returns. In between
   /// nobody else changes the state.
   template <typename Operation>

@@ -106,7 +106,7 @@ int poke(std::vector<std::string> words, std::ostream& out, std::ostream& errors
   const auto problem = kind->take(scene, StepArguments(step.arguments));
   scene.finish();
   if (problem) return complain(*problem, undone);
-  return machine.hardware().isFolderBroken() ? undone : 0;
+  return machine.hardware().hasUnsaved() ? undone : 0;
 }
 
 }  // namespace brivane

@@ -452,6 +452,36 @@ TEST_F(DeskFolderTest, OnAFullDiskTheProgramGoesOnAndLeavesNoPartOfAFile) {
   EXPECT_EQ(status, 0);
 }
 
+TEST_F(DeskFolderTest, WhoCouldNotSaveAChangeStillMeetsWhatOthersDoLater) {
+  auto one = open();
+  auto two = open();
+  set(one.hardware, 1, 10);
+  std::filesystem::create_directory(state / "monitor-1.json.new");
+  EXPECT_TRUE(set(one.hardware, 1, 20));
+  EXPECT_EQ(one.hardware.monitor(1)->shownLevel, 20);
+  EXPECT_TRUE(one.hardware.hasUnsaved());
+  std::filesystem::remove(state / "monitor-1.json.new");
+  two.hardware.setLevelByButtons(1, 70);
+  EXPECT_EQ(one.hardware.monitor(1)->shownLevel, 70);
+  one.hardware.setMood(1, MonitorMood::silent);
+  EXPECT_EQ(two.hardware.monitor(1)->shownLevel, 70) << "and nothing of theirs is overwritten";
+}
+
+TEST_F(DeskFolderTest, AGammaStateOfSamplesThatAreNoNumbersIsSetAside) {
+  {
+    auto desk = open();
+    desk.hardware.setGammaTable(1, flat(0.5F));
+  }
+  std::string text = TemporaryFolder::read(state / "gamma-1.json");
+  text.replace(text.find("3f000000"), 8, "7fc00000");
+  std::ofstream(state / "gamma-1.json") << text;
+  auto desk = open();
+  EXPECT_EQ(desk.hardware.gammaTable(1)->front().back(), 1.0F) << "the calibrated one";
+  ASSERT_THAT(*desk.lines, SizeIs(1));
+  EXPECT_THAT(desk.lines->front(), HasSubstr("(/state/red: expected eight hexadecimal digits"));
+  EXPECT_FALSE(desk.hardware.hasUnsaved()) << "that lost nothing of what is done now";
+}
+
 TEST_F(DeskFolderTest, ALockThatIsNeverLetGoOfCostsOneWaitAndNoMore) {
   auto desk = open();
   std::filesystem::create_directory(state);

@@ -2,6 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <fstream>
+#include <utility>
+
 #include "Tests/Support/TestDesk.h"
 
 namespace brivane {
@@ -234,6 +238,42 @@ TEST_F(SharedHardwareTest, EventsGoOnWhenTheFolderWasEmptied) {
   one.hardware.announce(HardwareNotice::appearance);
   two.hardware.meetEvents();
   EXPECT_THAT(told, ElementsAre(HardwareNotice::appearance));
+}
+
+TEST_F(SharedHardwareTest, EventsThatCouldNotBeWrittenAreToldWhereTheyHappenedAndHideNoOthers) {
+  FolderDesk one(deskText, state);
+  FolderDesk two(deskText, state);
+  one.hardware.announce(HardwareNotice::appearance);
+  two.hardware.follow();
+  listen(two.hardware);
+  std::filesystem::create_directory(state / "events.json.new");
+  two.hardware.announce(HardwareNotice::didWake);
+  two.hardware.announce(HardwareNotice::screensDidWake);
+  EXPECT_THAT(std::exchange(told, {}),
+              ElementsAre(HardwareNotice::didWake, HardwareNotice::screensDidWake));
+  std::filesystem::remove(state / "events.json.new");
+  one.hardware.announce(HardwareNotice::screenParameters);
+  two.hardware.meetEvents();
+  EXPECT_THAT(std::exchange(told, {}), ElementsAre(HardwareNotice::screenParameters));
+  one.hardware.announce(HardwareNotice::didWake);
+  two.hardware.announce(HardwareNotice::appearance);
+  EXPECT_THAT(told, ElementsAre(HardwareNotice::didWake, HardwareNotice::appearance));
+}
+
+TEST_F(SharedHardwareTest, AQueueWithAnEventOfNoKindIsSetAside) {
+  for (const std::string odd : {"{}", R"({"down": true})", R"({"key": 0, "down": true})",
+                                R"({"notice": "did-wake", "key": 5, "down": true})",
+                                R"({"key": 5})", R"({"tapTimeout": false})"}) {
+    FolderDesk desk(deskText, state);
+    desk.hardware.announce(HardwareNotice::didWake);
+    std::string text = stateOf("events");
+    const auto start = text.find("{\"notice\"");
+    text.replace(start, text.find('}', start) + 1 - start, odd);
+    std::ofstream(state / "events.json") << text;
+    desk.hardware.follow();
+    ASSERT_THAT(*desk.lines, SizeIs(1)) << odd;
+    EXPECT_THAT(desk.lines->front(), HasSubstr("can't be read (/state/events/0"));
+  }
 }
 
 TEST_F(SharedHardwareTest, ATapThatIsTimedOutByAnotherProcessIsDisabledAndTold) {
