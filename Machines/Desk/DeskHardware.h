@@ -181,7 +181,7 @@ class DeskHardware {
   /// The next so many gamma tables for the display are refused.
   bool refuseGamma(DisplayID display, int times);
 
-  /// What happens to a monitor beside the bus.
+  /// What happens to a monitor beside the bus, whether or not it is plugged in.
   bool setLevelByButtons(DisplayID display, std::uint16_t level);
   bool setMood(DisplayID display, MonitorMood mood);
   bool fallAsleep(DisplayID display);

@@ -15,7 +15,7 @@ StepProblem unless(bool happened, std::uint32_t display, const std::string& what
 }
 
 constexpr const char* notAttached = "is not plugged in";
-constexpr const char* noFirmware = "is not plugged in, or has no firmware";
+constexpr const char* noFirmware = "has no firmware";
 
 constexpr const char* tooFar = "a coordinate that is not from -1000000 to 1000000";
 
@@ -224,16 +224,30 @@ StepProblem clearMapping(Scene& scene, const StepArguments&) {
   return std::nullopt;
 }
 
+/// Another process sees what is stored; where that failed, the log has said why.
+StepProblem changeSetting(Scene& scene, const std::string& key,
+                          const std::optional<PropertyValue>& value) {
+  constexpr auto domain = "com.quorrel.brivane";
+  auto& hardware = scene.hardware();
+  if (const auto settings = hardware.openDomain(domain); value) {
+    settings->set(key, *value);
+  } else {
+    settings->remove(key);
+  }
+  const auto stored = hardware.domainContents(domain).value_or(PropertyValue::Dictionary());
+  const auto found = stored.find(key);
+  const bool isStored =
+      value ? found != stored.end() && found->second == *value : found == stored.end();
+  if (isStored) return std::nullopt;
+  return "the setting " + key + " was not kept";
+}
+
 StepProblem setSetting(Scene& scene, const StepArguments& arguments) {
-  scene.hardware()
-      .openDomain("com.quorrel.brivane")
-      ->set(arguments.text(0), arguments.get<PropertyValue>(1));
-  return std::nullopt;
+  return changeSetting(scene, arguments.text(0), arguments.get<PropertyValue>(1));
 }
 
 StepProblem removeSetting(Scene& scene, const StepArguments& arguments) {
-  scene.hardware().openDomain("com.quorrel.brivane")->remove(arguments.text(0));
-  return std::nullopt;
+  return changeSetting(scene, arguments.text(0), std::nullopt);
 }
 
 }  // namespace

@@ -86,7 +86,11 @@ int poke(std::vector<std::string> words, std::ostream& out, std::ostream& errors
   const auto [desk, stepWords] = deskWords(std::move(words));
   if (stepWords.empty())
     return complain("poke needs a step, such as: poke unplug 3", misunderstood);
-  const auto parsed = parseStep(asLine(stepWords));
+  const auto typed = asLine(stepWords);
+  if (typed.find_first_of("\r\n") != std::string::npos) {
+    return complain("a step is one line", misunderstood);
+  }
+  const auto parsed = parseStep(typed);
   if (const auto* mistake = std::get_if<std::string>(&parsed)) {
     return complain(*mistake, misunderstood);
   }

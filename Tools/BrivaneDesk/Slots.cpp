@@ -126,7 +126,7 @@ struct Kind {
 
 constexpr auto kinds = std::to_array<Kind>({
     {"DISPLAY", "a display's number", readDisplay},
-    {"COUNT", "a whole number from 0", readCount},
+    {"COUNT", "a whole number from 0 to 1000000000", readCount},
     {"LEVEL", "a level from -100 to 200", readLevel},
     {"PERCENT", "a percentage such as 40%", readPercent},
     {"ORDINAL", "a place such as #2", readOrdinal},

@@ -217,8 +217,11 @@ TEST_F(DeskPokeTest, WhatCannotBeDoneIsSaidInOneLine) {
       {"unplg 2", "unknown step \"unplg\", did you mean \"unplug\"?"},
       {"unplug 7", "expected one of the desk's displays (1, 2), found 7"},
       {"plug 2", "display 2 was not unplugged before"},
-      {"mood 1 silent", "display 1 is not plugged in, or has no firmware"},
+      {"mood 1 silent", "display 1 has no firmware"},
       {"expect beeps 1", "an expectation looks at a scenario, not at a desk"},
+      {"buttons 2 99999999999",
+       "expected a whole number from 0 to 1000000000, found \"99999999999\""},
+      {"unplug 2\nplug 2", "a step is one line"},
       {"move 2 to {2000000,0}", "a coordinate that is not from -1000000 to 1000000"},
       {"", "expected a step, found the end of the line"}};
   for (const auto& [step, complaint] : cases) {
@@ -234,6 +237,24 @@ TEST_F(DeskPokeTest, WhatCannotBeKeptIsNotSaidToBeDone) {
   const auto result = tryPoke("unplug 2");
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(result.errors, HasSubstr("can't be saved in"));
+}
+
+TEST_F(DeskPokeTest, WhatWasInTheWayAndIsSetAsideKeepsNothingFromBeingDone) {
+  poke("buttons 2 60");
+  folder.write("desk.json.state/monitor-2.json", "broken");
+  const auto result = tryPoke("buttons 2 70");
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.errors, HasSubstr("it was set aside as monitor-2.json.unreadable-"));
+  EXPECT_THAT(probe(), HasSubstr("DDC:     current=70 max=100"));
+}
+
+TEST_F(DeskPokeTest, ASettingThatCannotBeKeptIsNotSaidToBeDone) {
+  poke("setting Answer = 42");
+  std::filesystem::create_directory(folder / "desk.json.state/com.quorrel.brivane.json.new");
+  const auto result = tryPoke("setting Answer removed");
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.errors, AllOf(HasSubstr("settings could not be saved"),
+                                   HasSubstr("brivane-desk: the setting Answer was not kept\n")));
 }
 
 TEST_F(DeskPokeTest, TheDeskCanBeNamedAndTheStepTypedInWords) {
