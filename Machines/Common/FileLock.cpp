@@ -23,8 +23,9 @@ std::variant<FileLock, FileProblem> FileLock::acquire(const std::filesystem::pat
                                                       Runtime& runtime, Microseconds patience) {
   int descriptor = openLockFile(lockFile);
   if (descriptor < 0 && errno == ENOENT) {
-    std::error_code ignored;  // the second try tells
-    std::filesystem::create_directories(lockFile.parent_path(), ignored);
+    std::error_code failed;
+    std::filesystem::create_directories(lockFile.parent_path(), failed);
+    if (failed) return FileProblem{failed.message()};
     descriptor = openLockFile(lockFile);
   }
   if (descriptor < 0) return FileProblem{std::generic_category().message(errno)};

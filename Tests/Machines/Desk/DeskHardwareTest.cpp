@@ -411,6 +411,20 @@ TEST_F(DeskFolderTest, InAReadOnlyFolderTheProgramGoesOnWithWhatItFindsThere) {
   EXPECT_THAT(names(), ElementsAre("lock", "monitor-1.json"));
 }
 
+TEST_F(DeskFolderTest, WhereTheFolderMayNotBeMadeTheLineSaysThat) {
+  const int status = inAnotherProcess([&] {
+    std::filesystem::permissions(folder.path, std::filesystem::perms(0555));
+    constexpr uid_t nobody = 65534;
+    EXPECT_TRUE(geteuid() != 0 || setuid(nobody) == 0);
+    auto desk = open();
+    EXPECT_TRUE(set(desk.hardware, 1, 20));
+    EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 20);
+    EXPECT_THAT(*desk.lines, ElementsAre(HasSubstr("(Permission denied)")));
+  });
+  EXPECT_EQ(status, 0);
+  std::filesystem::permissions(folder.path, std::filesystem::perms(0755));
+}
+
 TEST_F(DeskFolderTest, AnUnreadableStateThatCannotBeSetAsideIsNotOverwritten) {
   std::filesystem::create_directory(state);
   std::ofstream(state / "monitor-1.json") << "broken";
