@@ -70,7 +70,8 @@ class DeskHardware {
   static constexpr auto eventsFile = "events.json";
   /// From now on what they announce counts, for `meetEvents`.
   void follow();
-  /// From now on the keyboard's keys come to this process, as soon as no other one has them.
+  /// From now on the keyboard's keys come to this process, when no other one has them, or from the
+  /// first `meetEvents` on after that one has ended.
   void takeKeyboard();
   /// Whether some change could not be written to the folder, which the log says then.
   bool hasUnsaved() const { return folder && folder->hasUnsaved(); }

@@ -62,6 +62,8 @@ void DeskHardware::reportUnwatched() {
 }
 
 void DeskHardware::meetEvents() {
+  // Nobody is told that who had the keyboard has ended, but it may have.
+  if (wantsKeyboard && keyboardProcess) keyboardProcess->announce();
   tell(events.take());
 }
 

@@ -179,6 +179,22 @@ TEST_F(DeskPokeTest, AfterTheProgramsEndKeysAreTheSystemsAffairAgain) {
   EXPECT_EQ(tryPoke("key brightness-down").output, "system brightness down, level 0.4375\n");
 }
 
+TEST_F(DeskPokeTest, AProgramThatRanBesideTheOneWithTheKeysHasThemAfterItsEnd) {
+  use(R"({"displays": [{"identifier": 2, "firmware": {"level": 40}}], "bundleIdentifier": null})");
+  start();
+  const auto first = std::move(program);
+  program = std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, environment());
+  ASSERT_TRUE(program->waitForError("Brivane: system brightness keys relayed through F19/F20\n"));
+  first->signal(SIGKILL);
+  first->wait();
+  poke("announce screens");
+  // It can still be looking for its displays.
+  for (int i = 0; i < 50 && probe().find("current=40") != std::string::npos; ++i) {
+    poke("key control+option+up");
+  }
+  EXPECT_THAT(probe(), ContainsRegex("current=(45|50) "));
+}
+
 TEST_F(DeskPokeTest, APokeThatIsAskedToEndLeavesNoKeyDown) {
   start();
   RunningProgram held("brivane-desk", {"poke", "hold control+option+up for 1h"}, environment());
