@@ -42,10 +42,11 @@ bool hasScreen() {
 
 std::unique_ptr<Frame> openQtFrame(ResidentMachine& machine,
                                    std::shared_ptr<AppearanceSource> appearance,
-                                   SharedWindowSystem* windowSystem) {
+                                   SharedWindowSystem* windowSystem,
+                                   std::shared_ptr<LiveDesk> desk) {
   auto* const mainQueue = dynamic_cast<HostedMainQueue*>(&machine.runtime());
   if (mainQueue == nullptr) return nullptr;
-  QtFrameRequest request{machine, *mainQueue, std::move(appearance), {}, windowSystem};
+  QtFrameRequest request{machine, *mainQueue, std::move(appearance), {}, windowSystem, std::move(desk)};
   const auto open = load(request.problem);
   std::unique_ptr<Frame> frame(open == nullptr ? nullptr : open(request));
   if (!frame) {

@@ -4,6 +4,7 @@
 
 #include "BrivaneApp/Frame/Frame.h"
 #include "Machines/Common/AppearanceSource.h"
+#include "Machines/Common/LiveDesk.h"
 #include "Machines/Common/SharedWindowSystem.h"
 
 namespace brivane {
@@ -12,9 +13,11 @@ namespace brivane {
 bool hasScreen();
 
 /// Loads the module with the Qt frame and opens it on the machine. Null, with one line in the
-/// machine's log, when Qt is missing or no screen is reached.
+/// machine's log, when Qt is missing or no screen is reached. The monitors of a simulated machine
+/// are windows; for a real one `desk` is null.
 std::unique_ptr<Frame> openQtFrame(ResidentMachine& machine,
                                    std::shared_ptr<AppearanceSource> appearance,
-                                   SharedWindowSystem* windowSystem);
+                                   SharedWindowSystem* windowSystem,
+                                   std::shared_ptr<LiveDesk> desk);
 
 }  // namespace brivane

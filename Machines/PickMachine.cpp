@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Machines/Desk/AppearanceOfDesk.h"
+#include "Machines/Desk/DeskOnScreen.h"
 #include "Machines/Desk/Frame.h"
 #include "Machines/Desk/OpenDesk.h"
 #include "Machines/Linux/Machine.h"
@@ -14,10 +15,13 @@ namespace brivane {
 namespace {
 
 /// On a screen when there is one, else nowhere: a desk needs nobody who looks.
-std::unique_ptr<Frame> openDeskFrame(ResidentMachine& machine, DeskHardware& hardware) {
+std::unique_ptr<Frame> openDeskFrame(DeskMachine& machine) {
+  DeskHardware& hardware = machine.hardware();
   std::unique_ptr<Frame> frame;
-  if (hasScreen())
-    frame = openQtFrame(machine, std::make_shared<AppearanceOfDesk>(hardware), nullptr);
+  if (hasScreen()) {
+    frame = openQtFrame(machine, std::make_shared<AppearanceOfDesk>(hardware), nullptr,
+                        std::make_shared<DeskOnScreen>(machine));
+  }
   if (!frame) frame = std::make_unique<DeskFrame>(machine.runtime(), hardware);
   return frame;
 }
@@ -29,16 +33,14 @@ MachineOrProblem pickMachine() {
   if (desk == nullptr || std::string_view(desk).empty()) {
     auto machine = std::make_unique<LinuxMachine>();
     auto openFrame = [windowSystem = &machine->windowSystem()](ResidentMachine& resident) {
-      return openQtFrame(resident, nullptr, windowSystem);
+      return openQtFrame(resident, nullptr, windowSystem, nullptr);
     };
     return PickedMachine{std::move(machine), openFrame};
   }
   auto opened = openDesk(desk);
   if (auto* problem = std::get_if<std::string>(&opened)) return std::move(*problem);
   auto machine = std::move(std::get<std::unique_ptr<DeskMachine>>(opened));
-  auto openFrame = [hardware = &machine->hardware()](ResidentMachine& resident) {
-    return openDeskFrame(resident, *hardware);
-  };
+  auto openFrame = [desk = machine.get()](ResidentMachine&) { return openDeskFrame(*desk); };
   return PickedMachine{std::move(machine), openFrame};
 }
 

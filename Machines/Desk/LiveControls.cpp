@@ -13,6 +13,11 @@ constexpr std::array moods = {MonitorMood::answering, MonitorMood::silent,  Moni
                               MonitorMood::shifted,   MonitorMood::doubled};
 constexpr std::array headrooms = {1.0, 1.6, 2.0, 4.0};
 
+/// Twins differ by their number alone.
+std::string titleOf(const DisplayDescription& display) {
+  return display.name + " (" + std::to_string(display.identifier) + ")";
+}
+
 /// A tenth of the monitor's range, as its own menu goes.
 void step(DeskHardware& hardware, DisplayID display, int direction) {
   const auto described = hardware.display(display);
@@ -63,16 +68,18 @@ void addMonitor(LiveControls& strip, DeskHardware& hardware, const DisplayDescri
   const auto identifier = display.identifier;
   strip.status.push_back(monitorStatus(*monitor, firmware->maximum));
   strip.controls.push_back(
-      LiveButton{"−", [&hardware, identifier] { step(hardware, identifier, -1); }});
+      LiveButton{"−", [&hardware, identifier] { step(hardware, identifier, -1); }, "Darker"});
   strip.controls.push_back(
-      LiveButton{"+", [&hardware, identifier] { step(hardware, identifier, 1); }});
+      LiveButton{"+", [&hardware, identifier] { step(hardware, identifier, 1); }, "Brighter"});
   strip.controls.push_back(moodChoice(hardware, identifier, monitor->mood));
   if (monitor->isAsleep) {
-    strip.controls.push_back(LiveButton{
-        "Wake", [&hardware, &runtime, identifier] { hardware.wake(identifier, runtime.now()); }});
+    strip.controls.push_back(
+        LiveButton{"Wake",
+                   [&hardware, &runtime, identifier] { hardware.wake(identifier, runtime.now()); },
+                   {}});
   } else {
     strip.controls.push_back(
-        LiveButton{"Sleep", [&hardware, identifier] { hardware.fallAsleep(identifier); }});
+        LiveButton{"Sleep", [&hardware, identifier] { hardware.fallAsleep(identifier); }, {}});
   }
 }
 
@@ -87,13 +94,13 @@ bool areAllAsleep(DeskHardware& hardware) {
 }
 
 LiveButton sleepButton(DeskHardware& hardware, const Runtime& runtime) {
-  if (!hardware.isSystemAsleep()) return {"Sleep", [&hardware] { hardware.sleepSystem(); }};
-  return {"Wake", [&hardware, &runtime] { hardware.wakeSystem(runtime.now()); }};
+  if (!hardware.isSystemAsleep()) return {"Sleep", [&hardware] { hardware.sleepSystem(); }, {}};
+  return {"Wake", [&hardware, &runtime] { hardware.wakeSystem(runtime.now()); }, {}};
 }
 
 LiveButton screensButton(DeskHardware& hardware, const Runtime& runtime) {
-  if (!areAllAsleep(hardware)) return {"Screens Off", [&hardware] { hardware.sleepScreens(); }};
-  return {"Screens On", [&hardware, &runtime] { hardware.wakeScreens(runtime.now()); }};
+  if (!areAllAsleep(hardware)) return {"Screens Off", [&hardware] { hardware.sleepScreens(); }, {}};
+  return {"Screens On", [&hardware, &runtime] { hardware.wakeScreens(runtime.now()); }, {}};
 }
 
 LiveChoice appearanceChoice(DeskHardware& hardware) {
@@ -118,7 +125,7 @@ LiveControls monitorControls(DeskHardware& hardware, DisplayID display, const Ru
   const auto described = hardware.display(display);
   if (!described) return {};
   LiveControls strip;
-  strip.title = described->name;
+  strip.title = titleOf(*described);
   addMonitor(strip, hardware, *described, runtime);
   if (const auto level = hardware.panelLevel(display)) {
     strip.status.push_back("Level " + tracedNumber(*level));
@@ -133,7 +140,7 @@ LiveControls machineControls(DeskHardware& hardware, const Runtime& runtime) {
   for (const auto& display : hardware.description().displays) {
     if (hardware.display(display.identifier)) continue;
     const auto plug = [&hardware, identifier = display.identifier] { hardware.replug(identifier); };
-    panel.controls.push_back(LiveButton{"Plug In " + display.name, plug});
+    panel.controls.push_back(LiveButton{"Plug In " + titleOf(display), plug, {}});
   }
   panel.controls.push_back(sleepButton(hardware, runtime));
   if (!hardware.isSystemAsleep()) panel.controls.push_back(screensButton(hardware, runtime));

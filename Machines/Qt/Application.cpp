@@ -90,6 +90,8 @@ void QtApplication::tellDelegateOfTheEnd() {
 void QtApplication::activateIgnoringOtherApplications() {
   for (QWidget* const window : QApplication::topLevelWidgets()) {
     if (!window->isVisible() || window->windowType() != Qt::Window) continue;
+    // The monitors of a simulated machine are where its windows are.
+    if (window->property("isPartOfDesk").toBool()) continue;
     window->raise();
     window->activateWindow();
   }

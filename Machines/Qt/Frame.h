@@ -5,6 +5,7 @@
 
 #include "BrivaneApp/Frame/Frame.h"
 #include "Machines/Qt/Application.h"
+#include "Machines/Qt/DeskWindows.h"
 #include "Machines/Qt/StatusItem.h"
 
 namespace brivane {
@@ -21,11 +22,14 @@ class QtFrame : public Frame {
 
   /// What the program made last, for as long as it keeps it; else null.
   QtStatusItem* statusItem() const { return lastStatusItem; }
+  /// Null on a real machine.
+  DeskWindows* desk() const { return deskWindows.get(); }
 
  private:
   ResidentMachine& machine;
   const bool isX11;
   QtApplication ownApplication;
+  std::unique_ptr<DeskWindows> deskWindows;
   QPointer<QtStatusItem> lastStatusItem;
 };
 

@@ -90,10 +90,12 @@ class QtHUDWindow::View : public QWidget {
 };
 
 QtHUDWindow::QtHUDWindow(const HUDWindowAttributes& attributes, Runtime& frameRuntime,
-                         DisplaySystem& machineDisplays, QtApplication& frameApplication)
+                         DisplaySystem& machineDisplays, QtApplication& frameApplication,
+                         const DeskWindows* deskWindows)
     : runtime(frameRuntime),
       displays(machineDisplays),
       application(frameApplication),
+      desk(deskWindows),
       ownFrame(attributes.contentRect),
       view(std::make_unique<View>(*this, windowFlags(attributes))) {
   view->setObjectName("Brivane HUD");
@@ -118,6 +120,10 @@ void QtHUDWindow::setFrame(const Rect& newFrame) {
 }
 
 void QtHUDWindow::place() {
+  if (desk != nullptr) {
+    view->setGeometry(desk->placeOver(ownFrame));
+    return;
+  }
   const double scale = view->devicePixelRatioF();
   view->setGeometry(inPoints(placeOnDesktop(ownFrame, displays.screens(), desktopPixels(), scale)));
 }

@@ -7,6 +7,7 @@
 #include "BrivaneApp/Frame/HUDWindow.h"
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "Machines/Qt/Application.h"
+#include "Machines/Qt/DeskWindows.h"
 
 namespace brivane {
 
@@ -15,8 +16,10 @@ namespace brivane {
 /// or not. Main thread.
 class QtHUDWindow : public HUDWindow {
  public:
+  /// `deskWindows` are the screens of a simulated machine; null: they are the real ones.
   QtHUDWindow(const HUDWindowAttributes& attributes, Runtime& frameRuntime,
-              DisplaySystem& machineDisplays, QtApplication& frameApplication);
+              DisplaySystem& machineDisplays, QtApplication& frameApplication,
+              const DeskWindows* deskWindows = nullptr);
   ~QtHUDWindow() override;
   QtHUDWindow(const QtHUDWindow&) = delete;
   QtHUDWindow& operator=(const QtHUDWindow&) = delete;
@@ -58,6 +61,7 @@ class QtHUDWindow : public HUDWindow {
   Runtime& runtime;
   DisplaySystem& displays;
   QtApplication& application;
+  const DeskWindows* const desk;
   Rect ownFrame;
   bool isOrderedIn = false;
   bool isComposited = true;

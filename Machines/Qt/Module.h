@@ -7,6 +7,7 @@
 #include "BrivaneCore/Seams/ResidentMachine.h"
 #include "Machines/Common/AppearanceSource.h"
 #include "Machines/Common/HostedMainQueue.h"
+#include "Machines/Common/LiveDesk.h"
 #include "Machines/Common/SharedWindowSystem.h"
 
 // What the program and the module with the Qt frame have in common. The toolkit lies in a library
@@ -25,6 +26,8 @@ struct QtFrameRequest {
   std::string problem;
   /// Null: the machine has no use for the keys that the frame's windows are sent.
   SharedWindowSystem* windowSystem = nullptr;
+  /// A machine whose monitors are windows; null: its screens are the real ones.
+  std::shared_ptr<LiveDesk> desk = nullptr;
 };
 
 /// The one function that the module exports, under the name below. Call it once, on the main

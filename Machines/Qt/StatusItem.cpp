@@ -30,18 +30,20 @@ QtStatusItem::~QtStatusItem() = default;
 
 void QtStatusItem::configureButton(const StatusButton& newButton) {
   const bool isSame =
-      button && button->icon == newButton.icon && button->toolTip == newButton.toolTip;
-  button = newButton;
-  if (!icon || isSame) return;
-  icon->setIcon(statusIcon(*button));
-  icon->setToolTip(QString::fromStdString(button->toolTip));
+      ownButton && ownButton->icon == newButton.icon && ownButton->toolTip == newButton.toolTip;
+  ownButton = newButton;
+  if (isSame) return;
+  if (configured) configured();
+  if (!icon) return;
+  icon->setIcon(statusIcon(*ownButton));
+  icon->setToolTip(QString::fromStdString(ownButton->toolTip));
 }
 
 void QtStatusItem::showInTray() {
   icon = std::make_unique<QSystemTrayIcon>();
-  if (button) {
-    icon->setIcon(statusIcon(*button));
-    icon->setToolTip(QString::fromStdString(button->toolTip));
+  if (ownButton) {
+    icon->setIcon(statusIcon(*ownButton));
+    icon->setToolTip(QString::fromStdString(ownButton->toolTip));
   }
   QObject::connect(icon.get(), &QSystemTrayIcon::activated, icon.get(),
                    [this] { ownMenu.open(QCursor::pos()); });

@@ -2,6 +2,7 @@
 
 #include <QIcon>
 #include <QSystemTrayIcon>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -24,11 +25,17 @@ class QtStatusItem : public QObject, public StatusItem {
   void configureButton(const StatusButton& newButton) override;
   QtMenu& menu() override { return ownMenu; }
 
+  /// As it was configured last; nothing before.
+  const std::optional<StatusButton>& button() const { return ownButton; }
+  /// The handler is called when the button was configured.
+  void onConfigured(std::function<void()> handler) { configured = std::move(handler); }
+
  private:
   void showInTray();
 
   QtMenu ownMenu;
-  std::optional<StatusButton> button;
+  std::optional<StatusButton> ownButton;
+  std::function<void()> configured;
   std::unique_ptr<QSystemTrayIcon> icon;
   std::unique_ptr<TrayHost> host;
 };

@@ -59,7 +59,7 @@ class LiveControlsTest : public testing::Test {
 };
 
 TEST_F(LiveControlsTest, AMonitorsStripTellsItsLevelAndItsWrites) {
-  EXPECT_EQ(strip().title, "Halden H27");
+  EXPECT_EQ(strip().title, "Halden H27 (2)");
   EXPECT_THAT(strip().status, ElementsAre("Level 153 of 255, 0 writes"));
   EXPECT_THAT(titles(strip()), ElementsAre("−", "+", "Mood", "Sleep", "Headroom"));
   const std::array<std::uint8_t, 6> setForty = {0x84, 0x03, 0x10, 0x00, 0x28, 0xD1};
@@ -112,9 +112,9 @@ TEST_F(LiveControlsTest, AnUnpluggedDisplayHasNoStripAndCanBePluggedInAtThePanel
   hardware.unplug(2);
   EXPECT_THAT(strip().controls, IsEmpty());
   press(old, "+");
-  press(panel(), "Plug In Halden H27");
+  press(panel(), "Plug In Halden H27 (2)");
   EXPECT_EQ(hardware.monitor(2)->shownLevel, 153) << "a button of a window that is closing";
-  EXPECT_EQ(strip().title, "Halden H27");
+  EXPECT_EQ(strip().title, "Halden H27 (2)");
 }
 
 TEST_F(LiveControlsTest, TheMachineSleepsAndWakes) {

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "Machines/Common/LiveControls.h"
+
+namespace brivane {
+
+/// The buttons and choices of a part of a simulated machine. Main thread.
+class ControlRow : public QWidget {
+ public:
+  /// `subject` is what assistive technology says they belong to.
+  ControlRow(QWidget* parent, const QString& subject, int controlHeight);
+
+  /// Widgets stay as they are where they can, so that nobody loses a list that is open or the
+  /// keyboard's focus.
+  void show(const LiveControls& newControls);
+  /// What the choices are about stands before them where there is room for it in one row.
+  void fit(int width);
+
+ private:
+  bool hasWidgetsFor(const LiveControls& newControls) const;
+  void rebuild();
+  void update(std::size_t index);
+  QWidget* makeWidget(std::size_t index);
+  void press(std::size_t index);
+  void choose(std::size_t index, int option);
+
+  const QString subject;
+  const int height;
+  LiveControls controls;
+  std::vector<QWidget*> widgets;
+  std::vector<QWidget*> labels;
+};
+
+}  // namespace brivane

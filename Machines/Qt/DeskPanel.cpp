@@ -1,0 +1,91 @@
+#include "Machines/Qt/DeskPanel.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace brivane {
+namespace {
+
+constexpr int margin = 6;
+constexpr int controlHeight = 26;
+constexpr int iconSide = 18;
+
+}  // namespace
+
+DeskPanel::DeskPanel(std::function<void()> whenClosed)
+    : QWidget(nullptr, Qt::Window), closed(std::move(whenClosed)) {
+  setObjectName("desk panel");
+  setProperty("isPartOfDesk", true);
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  auto* const row = new QHBoxLayout(this);
+  row->setContentsMargins(margin, margin, margin, margin);
+  row->setSpacing(margin);
+  button = new QToolButton(this);
+  button->setFixedSize(controlHeight + 6, controlHeight);
+  button->setIconSize({iconSide, iconSide});
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::StrongFocus);
+  button->setEnabled(false);
+  connect(button, &QToolButton::clicked, this, [this] { openMenu(); });
+  row->addWidget(button, 0, Qt::AlignTop);
+  controls = new ControlRow(this, {}, controlHeight);
+  row->addWidget(controls, 1);
+  auto* const quit = new QPushButton("Quit", this);
+  quit->setFixedHeight(controlHeight);
+  quit->setAccessibleName("Quit Brivane");
+  connect(quit, &QPushButton::clicked, this, [this] { close(); });
+  row->addWidget(quit, 0, Qt::AlignTop);
+}
+
+void DeskPanel::show(const LiveControls& machine) {
+  QString title = QString::fromStdString(machine.title);
+  for (const std::string& line : machine.status) title += ", " + QString::fromStdString(line);
+  if (windowTitle() != title) setWindowTitle(title);
+  controls->show(machine);
+  fitHeight();
+}
+
+/// As wide as all controls in one row, as far as there is room.
+void DeskPanel::place(const QRect& room) {
+  layout()->activate();
+  const int width = std::min(sizeHint().width(), room.width());
+  setFixedWidth(width);
+  fitHeight();
+  move(room.x() + (room.width() - width) / 2, room.y());
+}
+
+void DeskPanel::fitHeight() {
+  if (!layout()->hasHeightForWidth()) return;
+  setFixedHeight(layout()->heightForWidth(width()));
+}
+
+void DeskPanel::setStatusItem(QtStatusItem* item) {
+  statusItem = item;
+  connect(item, &QObject::destroyed, this, [this] { updateStatusItem(); });
+  updateStatusItem();
+}
+
+void DeskPanel::updateStatusItem() {
+  const bool hasItem = statusItem && statusItem->button();
+  button->setEnabled(hasItem);
+  if (!hasItem) {
+    button->setIcon({});
+    return;
+  }
+  const StatusButton& shown = *statusItem->button();
+  button->setIcon(statusIcon(shown));
+  button->setToolTip(QString::fromStdString(shown.toolTip));
+  button->setAccessibleName(QString::fromStdString(shown.toolTip));
+}
+
+void DeskPanel::openMenu() {
+  if (statusItem) statusItem->menu().open(button->mapToGlobal(button->rect().bottomLeft()));
+}
+
+void DeskPanel::closeEvent(QCloseEvent* event) {
+  event->accept();
+  closed();
+}
+
+}  // namespace brivane

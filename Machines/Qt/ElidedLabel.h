@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QWidget>
+
+namespace brivane {
+
+/// A line that ends in an ellipsis where there is no room for all of it; the tool tip has the rest.
+/// Main thread.
+class ElidedLabel : public QWidget {
+ public:
+  explicit ElidedLabel(QWidget* parent);
+
+  void setText(const QString& newText);
+  const QString& text() const { return ownText; }
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QString ownText;
+};
+
+}  // namespace brivane
