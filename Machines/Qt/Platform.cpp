@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdlib>
+#include <utility>
 
 namespace brivane {
 namespace {
@@ -14,11 +15,12 @@ std::string variable(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-bool answers(const std::string& display) {
-  xcb_connection_t* const connection = xcb_connect(display.c_str(), nullptr);
-  const bool isGood = xcb_connection_has_error(connection) == 0;
-  xcb_disconnect(connection);
-  return isGood;
+/// Null when the server doesn't answer.
+std::shared_ptr<void> connect(const std::string& display) {
+  const std::shared_ptr<xcb_connection_t> connection(xcb_connect(display.c_str(), nullptr),
+                                                     xcb_disconnect);
+  if (xcb_connection_has_error(connection.get()) != 0) return nullptr;
+  return connection;
 }
 
 }  // namespace
@@ -29,8 +31,9 @@ std::variant<QtPlatform, std::string> findQtPlatform() {
   if (!name.starts_with(x11)) return QtPlatform{name, false};
   const std::string display = variable("DISPLAY");
   if (display.empty()) return "DISPLAY is not set";
-  if (!answers(display)) return "the X server " + display + " doesn't answer";
-  return QtPlatform{name, true};
+  auto connection = connect(display);
+  if (!connection) return "the X server " + display + " doesn't answer";
+  return QtPlatform{name, true, std::move(connection)};
 }
 
 }  // namespace brivane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <variant>
 
@@ -11,6 +12,9 @@ struct QtPlatform {
   std::string name;
   /// An X server shows the windows.
   bool isX11 = false;
+  /// Hold it until Qt has reached the server: one that nobody is connected to any more starts
+  /// over, and refuses whoever comes meanwhile.
+  std::shared_ptr<void> connection = nullptr;
 };
 
 /// What the environment asks for with QT_QPA_PLATFORM, else X11: Wayland keeps clients from placing
