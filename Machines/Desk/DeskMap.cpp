@@ -92,11 +92,9 @@ DeskMap DeskMap::fitting(const std::vector<Rect>& frames, const LiveRoom& room) 
 LivePlace DeskMap::window(const Rect& frame) const {
   const double left = originX + frame.x * scale;
   const double top = originY - (frame.y + frame.height) * scale;
-  const int right = rounded(left + frame.width * scale);
-  const int bottom = rounded(top + frame.height * scale);
   return {rounded(left) + margin, rounded(top) + margin,
-          std::max(right - rounded(left) - 2 * margin, room.smallestWidth),
-          std::max(bottom - rounded(top) - 2 * margin, room.smallestHeight)};
+          std::max(rounded(frame.width * scale) - 2 * margin, room.smallestWidth),
+          std::max(rounded(frame.height * scale) - 2 * margin, room.smallestHeight)};
 }
 
 Rect DeskMap::movedFrame(const Rect& frame, int windowX, int windowY) const {

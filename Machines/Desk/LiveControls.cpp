@@ -15,7 +15,7 @@ constexpr std::array headrooms = {1.0, 1.6, 2.0, 4.0};
 
 /// Twins differ by their number alone.
 std::string titleOf(const DisplayDescription& display) {
-  return display.name + " (" + std::to_string(display.identifier) + ")";
+  return "[" + std::to_string(display.identifier) + "] " + display.name;
 }
 
 /// A tenth of the monitor's range, as its own menu goes.
@@ -55,7 +55,7 @@ LiveChoice headroomChoice(DeskHardware& hardware, DisplayID display, double head
 }
 
 std::string monitorStatus(const MonitorState& monitor, std::uint16_t maximum) {
-  return "Level " + std::to_string(monitor.shownLevel) + " of " + std::to_string(maximum) + ", " +
+  return std::to_string(monitor.shownLevel) + " of " + std::to_string(maximum) + ", " +
          std::to_string(monitor.writeCount) + (monitor.writeCount == 1 ? " write" : " writes") +
          (monitor.isAsleep ? ", asleep" : "");
 }
@@ -137,15 +137,16 @@ LiveControls monitorControls(DeskHardware& hardware, DisplayID display, const Ru
 LiveControls machineControls(DeskHardware& hardware, const Runtime& runtime) {
   LiveControls panel{"Desk", {}, {}};
   panel.status.emplace_back(hardware.isSystemAsleep() ? "Asleep" : "Awake");
+  panel.controls.push_back(sleepButton(hardware, runtime));
+  if (!hardware.isSystemAsleep()) panel.controls.push_back(screensButton(hardware, runtime));
+  panel.controls.push_back(appearanceChoice(hardware));
+  panel.controls.push_back(grantChoice(hardware));
+  // Last, so that no other control moves when a display comes or goes.
   for (const auto& display : hardware.description().displays) {
     if (hardware.display(display.identifier)) continue;
     const auto plug = [&hardware, identifier = display.identifier] { hardware.replug(identifier); };
     panel.controls.push_back(LiveButton{"Plug In " + titleOf(display), plug, {}});
   }
-  panel.controls.push_back(sleepButton(hardware, runtime));
-  if (!hardware.isSystemAsleep()) panel.controls.push_back(screensButton(hardware, runtime));
-  panel.controls.push_back(appearanceChoice(hardware));
-  panel.controls.push_back(grantChoice(hardware));
   return panel;
 }
 

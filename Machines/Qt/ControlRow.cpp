@@ -14,7 +14,8 @@
 namespace brivane {
 namespace {
 
-constexpr int gap = 4;
+// Beside the text of a control.
+constexpr int choicePadding = 29;
 
 QString text(const std::string& words) {
   return QString::fromStdString(words);
@@ -33,7 +34,7 @@ void update(QPushButton& widget, const LiveButton& button, const QString& subjec
   widget.setToolTip(button.description.empty() ? QString() : text(button.description));
   // A sign needs less room than a word.
   const int length = widget.fontMetrics().horizontalAdvance(widget.text());
-  widget.setFixedWidth(std::max(length + 14, widget.height()));
+  widget.setFixedWidth(std::max(length + widget.height() / 2, widget.height()));
 }
 
 void update(QComboBox& widget, const LiveChoice& choice, const QString& subject) {
@@ -45,6 +46,11 @@ void update(QComboBox& widget, const LiveChoice& choice, const QString& subject)
     widget.clear();
     widget.addItems(options);
   }
+  int longest = 0;
+  for (const QString& option : options) {
+    longest = std::max(longest, widget.fontMetrics().horizontalAdvance(option));
+  }
+  widget.setFixedWidth(longest + choicePadding);
   const int chosen = static_cast<int>(choice.chosen);
   if (widget.currentIndex() != chosen) widget.setCurrentIndex(chosen);
   widget.setAccessibleName(spoken(choice.title, subject));
@@ -53,8 +59,8 @@ void update(QComboBox& widget, const LiveChoice& choice, const QString& subject)
 
 }  // namespace
 
-ControlRow::ControlRow(QWidget* parent, const QString& itsSubject, int controlHeight)
-    : QWidget(parent), subject(itsSubject), height(controlHeight) {
+ControlRow::ControlRow(QWidget* parent, const QString& itsSubject, int controlHeight, int gapPoints)
+    : QWidget(parent), subject(itsSubject), height(controlHeight), gap(gapPoints) {
   setLayout(new FlowLayout(this, gap));
 }
 
@@ -99,7 +105,7 @@ void ControlRow::rebuild() {
 
 void ControlRow::fit(int width) {
   int needed = -gap;
-  for (QWidget* const widget : widgets) needed += widget->sizeHint().width() + gap;
+  for (QWidget* const widget : widgets) needed += widget->minimumWidth() + gap;
   for (QWidget* const label : labels) needed += label->sizeHint().width() + gap;
   for (QWidget* const label : labels) label->setVisible(needed <= width);
   updateGeometry();

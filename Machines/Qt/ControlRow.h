@@ -11,7 +11,7 @@ namespace brivane {
 class ControlRow : public QWidget {
  public:
   /// `subject` is what assistive technology says they belong to.
-  ControlRow(QWidget* parent, const QString& subject, int controlHeight);
+  ControlRow(QWidget* parent, const QString& subject, int controlHeight, int gapPoints);
 
   /// Widgets stay as they are where they can, so that nobody loses a list that is open or the
   /// keyboard's focus.
@@ -29,6 +29,7 @@ class ControlRow : public QWidget {
 
   const QString subject;
   const int height;
+  const int gap;
   LiveControls controls;
   std::vector<QWidget*> widgets;
   std::vector<QWidget*> labels;

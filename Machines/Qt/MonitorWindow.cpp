@@ -3,12 +3,14 @@
 // elsewhere nobody has moved it, so what happens right after the window was placed doesn't count.
 #include "Machines/Qt/MonitorWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace brivane {
 namespace {
@@ -17,6 +19,9 @@ constexpr int bezel = 5;
 constexpr int chinMargin = bezel + 1;
 constexpr int controlHeight = 20;
 constexpr int fontPixels = 11;
+constexpr int smallFontPixels = 10;
+/// Of a window that has to do with the small font.
+constexpr int narrowWidth = 250;
 /// Long enough for the pauses of a hand that drags.
 constexpr int movedMilliseconds = 150;
 constexpr int settledMilliseconds = 400;
@@ -30,9 +35,6 @@ MonitorWindow::MonitorWindow(DisplayID itsDisplay, Handlers itsHandlers)
   setObjectName("monitor " + QString::number(itsDisplay));
   setProperty("isPartOfDesk", true);
   setAttribute(Qt::WA_ShowWithoutActivating);
-  QFont font = this->font();
-  font.setPixelSize(fontPixels);
-  setFont(font);
   chin = new QWidget(this);
   auto* const rows = new QVBoxLayout(chin);
   rows->setContentsMargins(chinMargin, 3, chinMargin, bezel);
@@ -40,9 +42,6 @@ MonitorWindow::MonitorWindow(DisplayID itsDisplay, Handlers itsHandlers)
   auto* const heading = new QHBoxLayout;
   heading->setSpacing(6);
   name = new ElidedLabel(chin);
-  QFont bold = font;
-  bold.setBold(true);
-  name->setFont(bold);
   status = new ElidedLabel(chin);
   status->setForegroundRole(QPalette::PlaceholderText);
   auto* const close = new QToolButton(chin);
@@ -53,11 +52,12 @@ MonitorWindow::MonitorWindow(DisplayID itsDisplay, Handlers itsHandlers)
   close->setToolTip("Unplug");
   close->setAccessibleName("Unplug");
   connect(close, &QToolButton::clicked, this, [this] { this->close(); });
-  heading->addWidget(name, 2);
-  heading->addWidget(status, 3);
+  heading->addWidget(name);
+  heading->addStretch(1);
+  heading->addWidget(status);
   heading->addWidget(close);
   rows->addLayout(heading);
-  controls = new ControlRow(chin, {}, controlHeight);
+  controls = new ControlRow(chin, {}, controlHeight, 3);
   rows->addWidget(controls);
   moving.setSingleShot(true);
   moving.setInterval(movedMilliseconds);
@@ -75,8 +75,10 @@ void MonitorWindow::show(const LiveMonitor& monitor) {
     lines.append(QString::fromStdString(line));
   }
   status->setText(lines.join(", "));
-  controls->show(monitor.controls);
+  chin->setToolTip(title + "\n" + status->text());
   place(monitor.place);
+  chooseFont();
+  controls->show(monitor.controls);
   layOut();
   if (!isVisible()) QWidget::show();
 }
@@ -93,8 +95,19 @@ void MonitorWindow::place(const LivePlace& newPlace) {
   move(newPlace.x, newPlace.y);
 }
 
-/// What isn't needed below is the picture's.
+void MonitorWindow::chooseFont() {
+  QFont chosen = QApplication::font();
+  chosen.setPixelSize(width() < narrowWidth ? smallFontPixels : fontPixels);
+  if (chin->font().pixelSize() == chosen.pixelSize()) return;
+  chin->setFont(chosen);
+  chosen.setBold(true);
+  name->setFont(chosen);
+}
+
+/// What isn't needed below is the picture's. What can be read of the monitor changes, its name
+/// doesn't: where there isn't room for both, the name is cut first.
 void MonitorWindow::layOut() {
+  status->setMinimumWidth(std::min(status->sizeHint().width(), width() * 3 / 5));
   controls->fit(width() - 2 * chinMargin);
   const int needed = chin->layout()->heightForWidth(width());
   const QRect box(0, height() - needed, width(), needed);

@@ -27,7 +27,7 @@ class MonitorWindow : public QWidget {
   MonitorWindow(DisplayID itsDisplay, Handlers itsHandlers);
 
   /// The smallest window that can be used.
-  static QSize smallestSize() { return {190, 132}; }
+  static QSize smallestSize() { return {176, 112}; }
 
   DisplayID display() const { return ownDisplay; }
   void show(const LiveMonitor& monitor);
@@ -48,6 +48,7 @@ class MonitorWindow : public QWidget {
  private:
   void place(const LivePlace& newPlace);
   void layOut();
+  void chooseFont();
   void tellOfMove();
 
   const DisplayID ownDisplay;

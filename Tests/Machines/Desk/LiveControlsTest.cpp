@@ -59,12 +59,12 @@ class LiveControlsTest : public testing::Test {
 };
 
 TEST_F(LiveControlsTest, AMonitorsStripTellsItsLevelAndItsWrites) {
-  EXPECT_EQ(strip().title, "Halden H27 (2)");
-  EXPECT_THAT(strip().status, ElementsAre("Level 153 of 255, 0 writes"));
+  EXPECT_EQ(strip().title, "[2] Halden H27");
+  EXPECT_THAT(strip().status, ElementsAre("153 of 255, 0 writes"));
   EXPECT_THAT(titles(strip()), ElementsAre("−", "+", "Mood", "Sleep", "Headroom"));
   const std::array<std::uint8_t, 6> setForty = {0x84, 0x03, 0x10, 0x00, 0x28, 0xD1};
   hardware.writeI2C(2, 0x37, 0x51, setForty, desk.time().now());
-  EXPECT_THAT(strip().status, ElementsAre("Level 40 of 255, 1 write"));
+  EXPECT_THAT(strip().status, ElementsAre("40 of 255, 1 write"));
 }
 
 TEST_F(LiveControlsTest, ItsButtonsGoATenthAndStopAtTheEnds) {
@@ -88,7 +88,7 @@ TEST_F(LiveControlsTest, ItsMoodIsOneOfEight) {
 TEST_F(LiveControlsTest, ItSleepsAndWakes) {
   press(strip(), "Sleep");
   EXPECT_TRUE(hardware.monitor(2)->isAsleep);
-  EXPECT_THAT(strip().status, ElementsAre("Level 153 of 255, 0 writes, asleep"));
+  EXPECT_THAT(strip().status, ElementsAre("153 of 255, 0 writes, asleep"));
   press(strip(), "Wake");
   EXPECT_FALSE(hardware.monitor(2)->isAsleep);
 }
@@ -112,9 +112,9 @@ TEST_F(LiveControlsTest, AnUnpluggedDisplayHasNoStripAndCanBePluggedInAtThePanel
   hardware.unplug(2);
   EXPECT_THAT(strip().controls, IsEmpty());
   press(old, "+");
-  press(panel(), "Plug In Halden H27 (2)");
+  press(panel(), "Plug In [2] Halden H27");
   EXPECT_EQ(hardware.monitor(2)->shownLevel, 153) << "a button of a window that is closing";
-  EXPECT_EQ(strip().title, "Halden H27 (2)");
+  EXPECT_EQ(strip().title, "[2] Halden H27");
 }
 
 TEST_F(LiveControlsTest, TheMachineSleepsAndWakes) {

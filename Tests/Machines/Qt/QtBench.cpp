@@ -8,9 +8,13 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "Machines/Desk/DeskOnScreen.h"
+
 namespace brivane {
 namespace {
 
+constexpr auto plainDesk = R"({"displays": [{"identifier": 1,
+    "frame": {"x": 0, "y": 0, "width": 800, "height": 800}}]})";
 constexpr int patienceMilliseconds = 20'000;
 /// Of 255.
 constexpr int largestDifference = 40;
@@ -70,11 +74,12 @@ void QtBench::drop() {
 }
 
 QtBench::QtBench(const Setting& setting) {
-  const auto file = folder.write("desk.json", R"({"displays": [{"identifier": 1,
-      "frame": {"x": 0, "y": 0, "width": 800, "height": 800}}]})");
+  const bool isShown = !setting.deskText.empty();
+  const auto file = folder.write("desk.json", isShown ? setting.deskText : plainDesk);
   desk = std::get<std::unique_ptr<DeskMachine>>(openDesk(file));
   auto& queue = dynamic_cast<HostedMainQueue&>(desk->runtime());
   QtFrameRequest request{*desk, queue, setting.sessionBus.empty() ? appearanceSwitch : nullptr, {}};
+  if (isShown) request.desk = std::make_shared<DeskOnScreen>(*desk);
   // No developer's desktop has a say here.
   const auto bus = setting.sessionBus.empty() ? "unix:path=/nobody" : setting.sessionBus;
   ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.c_str(), 1);

@@ -37,6 +37,8 @@ class QtBench {
     double pixelsPerPoint = 1;
     /// Where the desktop says whether it is light or dark, in place of the switch.
     std::string sessionBus = {};
+    /// A desk of its own, its monitors shown as windows.
+    std::string deskText = {};
   };
   /// Another one in its place.
   static QtBench& renewed(const Setting& setting);
@@ -44,6 +46,8 @@ class QtBench {
 
   QtFrame& frame() { return *ownFrame; }
   DeskMachine& machine() { return *desk; }
+  /// The folder of the desk's file, "desk.json".
+  const std::filesystem::path& home() const { return folder.path; }
   Runtime& runtime() { return desk->runtime(); }
   AppearanceSwitch& appearance() { return *appearanceSwitch; }
 
