@@ -53,6 +53,10 @@ class QtMenu::Window : public QMenu {
   /// Until the hand that is down now lets go, nothing comes of what it does.
   void dropHand() { isHandDropped = true; }
 
+  /// Qt follows every single item that comes or goes while the menu is open, and closes one that
+  /// has become empty; so the size stays until all items are replaced.
+  QSize sizeHint() const override { return menu.isReplacing ? size() : QMenu::sizeHint(); }
+
  protected:
   /// A modifier is on its way to a hotkey; on other menus Alt closes the menu.
   void keyPressEvent(QKeyEvent* event) override {
@@ -115,11 +119,13 @@ void QtMenu::setItems(std::vector<MenuItem> newItems) {
   if (isSliderHeld()) window->dropHand();
   ++generation;
   items = std::move(newItems);
+  isReplacing = true;
   for (QAction* const action : std::exchange(actions, {})) {
     window->removeAction(action);
     action->deleteLater();
   }
   for (std::size_t index = 0; index < items.size(); ++index) addRow(index);
+  isReplacing = false;
   if (!isOpen) return;
   if (selected) select(*selected, hadKeys);
   keepOnScreen();

@@ -62,6 +62,7 @@ class QtMenu : public MenuView {
   std::vector<QAction*> actions;
   std::uint64_t generation = 0;
   bool isOpen = false;
+  bool isReplacing = false;
   std::unique_ptr<Window> window;
   std::optional<GrabbedKeys> keys;
   LivenessAnchor anchor;

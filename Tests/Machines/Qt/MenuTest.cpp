@@ -286,6 +286,34 @@ TEST_F(MenuTest, ARebuildKeepsTheLineThatWasSelected) {
   EXPECT_EQ(menu.widget().activeAction(), &action(6));
 }
 
+TEST_F(MenuTest, ARebuildThatAddsLinesSelectsNone) {
+  open();
+  auto more = items();
+  more.push_back(command("more"));
+  menu.setItems(std::move(more));
+  EXPECT_EQ(menu.widget().activeAction(), nullptr);
+}
+
+TEST_F(MenuTest, WhileItsLinesAreReplacedTheMenuKeepsItsSize) {
+  struct Resizes : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+      if (event->type() == QEvent::Resize) ++count;
+      return false;
+    }
+    int count = 0;
+  } resizes;
+  open();
+  menu.widget().installEventFilter(&resizes);
+  menu.setItems(items());
+  bench.settle();
+  EXPECT_EQ(resizes.count, 0) << "an X server would show each";
+  auto more = items();
+  more.push_back(command("more"));
+  menu.setItems(std::move(more));
+  bench.settle();
+  EXPECT_EQ(resizes.count, 1);
+}
+
 TEST_F(MenuTest, OnlyWhatIsTickedShowsATick) {
   EXPECT_TRUE(action(6).isChecked());
   EXPECT_FALSE(action(5).isCheckable());
