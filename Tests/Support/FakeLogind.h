@@ -1,29 +1,23 @@
 #pragma once
 
-#include <sys/types.h>
-#include <systemd/sd-bus.h>
-
 #include <atomic>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "Tests/Support/TemporaryFolder.h"
+#include "Tests/Support/PrivateBus.h"
 
 namespace brivane {
 
 /// A system bus of its own with somebody on it who answers to logind's name.
 class FakeLogind {
  public:
-  /// Throws when there is no "dbus-daemon" or it doesn't start.
   FakeLogind();
   ~FakeLogind();
   FakeLogind(const FakeLogind&) = delete;
   FakeLogind& operator=(const FakeLogind&) = delete;
 
   /// What DBUS_SYSTEM_BUS_ADDRESS has to say to programs that shall meet it.
-  const std::string& address() const { return busAddress; }
+  const std::string& address() const { return bus.address(); }
 
   /// Tells everybody that the machine goes to sleep, or that it woke.
   void announceSleep(bool goesToSleep);
@@ -43,14 +37,7 @@ class FakeLogind {
   void noteInhibitor(const std::string& kind, int readEnd);
 
  private:
-  void startDaemon();
-  void serve();
-
-  const TemporaryFolder folder;
-  pid_t daemon = -1;
-  std::string busAddress;
-  std::mutex mutex;
-  sd_bus* bus = nullptr;
+  const PrivateBus bus;
   std::vector<std::string> calls;
   struct Inhibitor {
     std::string kind;
@@ -58,8 +45,7 @@ class FakeLogind {
     int readEnd = -1;
   };
   std::vector<Inhibitor> given;
-  std::atomic<bool> isEnding = false;
-  std::thread server;
+  BusPeer peer{bus.address()};
 };
 
 }  // namespace brivane

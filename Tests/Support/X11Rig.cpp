@@ -262,17 +262,32 @@ void X11Rig::useEvdevKeymap(const std::string& layout) {
 }
 
 void X11Rig::pressKey(xcb_keycode_t key) {
-  fakeKey(XCB_KEY_PRESS, key);
+  fakeInput(XCB_KEY_PRESS, key);
 }
 
 void X11Rig::releaseKey(xcb_keycode_t key) {
-  fakeKey(XCB_KEY_RELEASE, key);
+  fakeInput(XCB_KEY_RELEASE, key);
 }
 
-void X11Rig::fakeKey(std::uint8_t type, xcb_keycode_t key) {
+void X11Rig::movePointer(int x, int y) {
+  constexpr std::uint8_t absolute = 0;
+  fakeInput(XCB_MOTION_NOTIFY, absolute, x, y);
+}
+
+void X11Rig::pressButton(std::uint8_t button) {
+  fakeInput(XCB_BUTTON_PRESS, button);
+}
+
+void X11Rig::releaseButton(std::uint8_t button) {
+  fakeInput(XCB_BUTTON_RELEASE, button);
+}
+
+void X11Rig::fakeInput(std::uint8_t type, std::uint8_t detail, int x, int y) {
   constexpr std::uint8_t anyDevice = 0;
-  check(xcb_test_fake_input_checked(connection, type, key, XCB_CURRENT_TIME, root, 0, 0, anyDevice),
-        "a key");
+  check(xcb_test_fake_input_checked(connection, type, detail, XCB_CURRENT_TIME, root,
+                                    static_cast<std::int16_t>(x), static_cast<std::int16_t>(y),
+                                    anyDevice),
+        "a key or a hand on the mouse");
 }
 
 void X11Rig::grabKey(xcb_keycode_t key, std::uint16_t modifiers) {

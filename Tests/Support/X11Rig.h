@@ -81,6 +81,10 @@ class X11Rig {
   /// A key goes down or up, as if on a keyboard.
   void pressKey(xcb_keycode_t key);
   void releaseKey(xcb_keycode_t key);
+  /// The pointer moves to a pixel of the X screen, and its buttons go down or up, as by hand.
+  void movePointer(int x, int y);
+  void pressButton(std::uint8_t button = 1);
+  void releaseButton(std::uint8_t button = 1);
   /// Has the rig, as some other program, take the key with exactly these of X's modifiers.
   void grabKey(xcb_keycode_t key, std::uint16_t modifiers);
   /// Whether some program has the key with exactly these modifiers.
@@ -110,7 +114,7 @@ class X11Rig {
   void setOutputProperty(std::size_t monitor, const std::string& name, xcb_atom_t type,
                          std::uint8_t bits, std::uint32_t count, const void* data);
 
-  void fakeKey(std::uint8_t type, xcb_keycode_t key);
+  void fakeInput(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
 
   XorgServer server;
   xcb_window_t typedInto = XCB_NONE;

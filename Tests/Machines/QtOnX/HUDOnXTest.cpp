@@ -11,76 +11,10 @@
 #include "Machines/Qt/HUDWindow.h"
 #include "Machines/Qt/XSelections.h"
 #include "Tests/Machines/QtOnX/OnXWorld.h"
+#include "Tests/Support/Onlooker.h"
 
 namespace brivane {
 namespace {
-
-template <typename Reply>
-std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
-  return {reply, &std::free};
-}
-
-/// Another client of the server.
-class Onlooker {
- public:
-  explicit Onlooker(const std::string& display)
-      : connection(xcb_connect(display.c_str(), nullptr)),
-        root(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root) {}
-  ~Onlooker() { xcb_disconnect(connection); }
-  Onlooker(const Onlooker&) = delete;
-  Onlooker& operator=(const Onlooker&) = delete;
-
-  /// A window over the whole screen, above all others, as a full-screen player's.
-  xcb_window_t cover(std::uint32_t color) {
-    const xcb_window_t window = xcb_generate_id(connection);
-    const std::uint32_t values[] = {color, 1};
-    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root, 0, 0, 5760, 2160, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-                      XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
-    xcb_map_window(connection, window);
-    sync();
-    return window;
-  }
-
-  xcb_window_t topmost() {
-    const auto tree = owned(xcb_query_tree_reply(connection, xcb_query_tree(connection, root), {}));
-    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
-    for (int index = xcb_query_tree_children_length(tree.get()) - 1; index >= 0; --index) {
-      const auto attributes = owned(xcb_get_window_attributes_reply(
-          connection, xcb_get_window_attributes(connection, children[index]), nullptr));
-      if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE) return children[index];
-    }
-    return XCB_NONE;
-  }
-
-  /// Who gets a click where the pointer is.
-  xcb_window_t underPointer() {
-    return owned(xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), nullptr))
-        ->child;
-  }
-  xcb_window_t focus() {
-    return owned(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr))
-        ->focus;
-  }
-  std::uint8_t depth(xcb_window_t window) {
-    return owned(xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr))
-        ->depth;
-  }
-  std::uint32_t pixel(int x, int y) {
-    const auto image = owned(xcb_get_image_reply(
-        connection,
-        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, static_cast<std::int16_t>(x),
-                      static_cast<std::int16_t>(y), 1, 1, ~0U),
-        nullptr));
-    return *reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get())) & 0xffffff;
-  }
-
- private:
-  void sync() { focus(); }
-
-  xcb_connection_t* const connection;
-  const xcb_window_t root;
-};
 
 constexpr std::uint32_t ground = 0x3060a0;
 

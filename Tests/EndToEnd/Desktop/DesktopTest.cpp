@@ -1,0 +1,187 @@
+#include "Tests/EndToEnd/Desktop/DesktopTest.h"
+
+#include <algorithm>
+#include <csignal>
+
+namespace brivane {
+
+using std::chrono::milliseconds;
+
+namespace {
+
+/// The lines of pixels that differ in most of their length, from the first to the last such line.
+std::optional<PixelBox> litUp(const Picture& before, const Picture& now) {
+  if (now.height != before.height || now.width != before.width) return std::nullopt;
+  int first = -1;
+  int last = -1;
+  for (int y = 0; y < now.height; ++y) {
+    int changed = 0;
+    for (int x = 0; x < now.width; ++x) changed += before.at(x, y) != now.at(x, y) ? 1 : 0;
+    if (changed < now.width / 2) continue;
+    if (first < 0) first = y;
+    last = y;
+  }
+  if (first < 0) return std::nullopt;
+  return PixelBox{0, first, now.width, last - first + 1};
+}
+
+/// As the filled part of a slider is, and no text.
+bool isColorful(std::uint32_t pixel) {
+  const auto red = static_cast<int>(pixel >> 16);
+  const auto green = static_cast<int>(pixel >> 8 & 0xff);
+  const auto blue = static_cast<int>(pixel & 0xff);
+  return std::max({red, green, blue}) - std::min({red, green, blue}) > 60;
+}
+
+}  // namespace
+
+bool eventually(const std::function<bool()>& condition) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    std::this_thread::sleep_for(milliseconds(5));
+  }
+  return true;
+}
+
+DesktopTest::DesktopTest() {
+  world.screens.useEvdevKeymap();
+  pointAtLeft();
+}
+
+void DesktopTest::TearDown() {
+  if (!program) return;
+  program->signal(SIGTERM);
+  if (!eventually([&] { return program->hasEnded(); })) program->signal(SIGKILL);
+  EXPECT_EQ(program->wait().exitStatus, 0);
+}
+
+std::map<std::string, std::string> DesktopTest::environment() {
+  auto all = world.environment();
+  all["DBUS_SESSION_BUS_ADDRESS"] = sessionBus.address();
+  all["DBUS_SYSTEM_BUS_ADDRESS"] = logind.address();
+  // Whatever the desktop of this test's own user says.
+  for (const auto* name : {"QT_SCALE_FACTOR", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME",
+                           "QT_QPA_PLATFORM", "XDG_CURRENT_DESKTOP", "XDG_CONFIG_DIRS", "LANGUAGE",
+                           "LC_ALL", "LC_MESSAGES", "WAYLAND_DISPLAY"}) {
+    all[name] = "";
+  }
+  all["LANG"] = "C.UTF-8";
+  return all;
+}
+
+void DesktopTest::start(const std::map<std::string, std::string>& changes) {
+  auto all = environment();
+  for (const auto& [variable, value] : changes) all[variable] = value;
+  program = std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, all);
+  ASSERT_TRUE(eventually([&] { return world.screens.isKeyTaken(xKey::f19, 0); }));
+}
+
+void DesktopTest::expectCleanEnd() {
+  ASSERT_TRUE(eventually([&] { return program->hasEnded(); }));
+  const ProgramResult result = program->wait();
+  program.reset();
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors, "");
+  EXPECT_FALSE(world.screens.isKeyTaken(xKey::f19, 0));
+  for (const SeenWindow& window : onlooker.windows()) EXPECT_NE(window.title, "Brivane");
+}
+
+void DesktopTest::tap(xcb_keycode_t key) {
+  world.screens.pressKey(key);
+  world.screens.releaseKey(key);
+}
+
+void DesktopTest::tapWith(const std::vector<xcb_keycode_t>& modifiers, xcb_keycode_t key) {
+  for (const auto modifier : modifiers) world.screens.pressKey(modifier);
+  tap(key);
+  for (const auto modifier : modifiers) world.screens.releaseKey(modifier);
+}
+
+void DesktopTest::click(int x, int y, std::uint8_t button) {
+  world.screens.movePointer(x, y);
+  world.screens.pressButton(button);
+  world.screens.releaseButton(button);
+}
+
+void DesktopTest::click(const PixelBox& box, std::uint8_t button) {
+  click(box.x + box.width / 2, box.y + box.height / 2, button);
+}
+
+std::optional<SeenWindow> DesktopTest::menu() {
+  const auto found = onlooker.find("Brivane");
+  return found && found->isUnmanaged && found->box.height > 200 ? found : std::nullopt;
+}
+
+bool DesktopTest::doesMenuOpen() {
+  return eventually([&] { return handles().size() == 2; });
+}
+
+bool DesktopTest::doesMenuClose() {
+  return eventually([&] { return !menu(); });
+}
+
+std::optional<PixelBox> DesktopTest::menuLine(int fromLast) {
+  const auto window = menu();
+  if (!window) return std::nullopt;
+  const Picture before = onlooker.picture(window->box);
+  std::optional<PixelBox> line;
+  for (int step = 0; step < fromLast; ++step) {
+    tap(xKey::up);
+    const auto there = line;
+    if (!eventually([&] {
+          line = litUp(before, onlooker.picture(window->box));
+          return line && (!there || line->y + line->height <= there->y);
+        })) {
+      return std::nullopt;
+    }
+  }
+  line->x += window->box.x;
+  line->y += window->box.y;
+  return line;
+}
+
+void DesktopTest::choose(int fromLast) {
+  ASSERT_TRUE(doesMenuOpen());
+  const auto line = menuLine(fromLast);
+  ASSERT_TRUE(line) << "nothing lights up";
+  click(*line);
+  ASSERT_TRUE(doesMenuClose());
+}
+
+std::vector<PixelBox> DesktopTest::handles() {
+  constexpr int shortest = 20;
+  constexpr int handleSide = 14;
+  std::vector<PixelBox> found;
+  const auto window = menu();
+  if (!window) return found;
+  const Picture shown = onlooker.picture(window->box);
+  for (int y = 0; y < shown.height; ++y) {
+    int run = 0;
+    int end = 0;
+    for (int x = 0; x < shown.width; ++x) {
+      if (!isColorful(shown.at(x, y))) continue;
+      ++run;
+      end = x;
+    }
+    const int top = window->box.y + y - handleSide / 2;
+    if (run < shortest || (!found.empty() && top < found.back().y + handleSide)) continue;
+    found.push_back({window->box.x + end, top + 1, handleSide, handleSide});
+  }
+  return found;
+}
+
+bool DesktopTest::becomes(const std::string& connector, std::uint16_t level) {
+  return eventually([&] { return world.luminance(connector) == level; });
+}
+
+bool DesktopTest::doHotkeysWork() {
+  const auto before = world.luminance("HDMI-A-1");
+  return eventually([&] {
+    tapHotkey(xKey::down);
+    std::this_thread::sleep_for(milliseconds(100));
+    return world.luminance("HDMI-A-1") < before;
+  });
+}
+
+}  // namespace brivane

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Tests/EndToEnd/Linux/LinuxWorld.h"
+#include "Tests/EndToEnd/Support/Program.h"
+#include "Tests/Support/FakeLogind.h"
+#include "Tests/Support/FakeTrayHost.h"
+#include "Tests/Support/Onlooker.h"
+
+namespace brivane {
+
+// X's key codes are evdev's plus 8.
+namespace xKey {
+inline constexpr xcb_keycode_t escape = 9;
+inline constexpr xcb_keycode_t tab = 23;
+inline constexpr xcb_keycode_t q = 24;
+inline constexpr xcb_keycode_t enter = 36;
+inline constexpr xcb_keycode_t control = 37;
+inline constexpr xcb_keycode_t option = 64;
+inline constexpr xcb_keycode_t space = 65;
+inline constexpr xcb_keycode_t up = 111;
+inline constexpr xcb_keycode_t down = 116;
+inline constexpr xcb_keycode_t f19 = 197;
+}  // namespace xKey
+
+// The menu's lines, counted from the last.
+namespace menuLineFromLast {
+inline constexpr int quit = 1;
+inline constexpr int launchAtLogin = 2;
+inline constexpr int retryDisconnected = 3;
+inline constexpr int undimAll = 4;
+inline constexpr int restoreSaved = 5;
+inline constexpr int systemKeys = 6;
+inline constexpr int changeHotkeys = 7;
+}  // namespace menuLineFromLast
+
+/// Waits until it holds, for at most some seconds.
+bool eventually(const std::function<bool()>& condition);
+
+/// The built program on a whole PC with a session bus of its own, in the hands of somebody who sees
+/// the screen and has a mouse and a keyboard.
+class DesktopTest : public testing::Test {
+ protected:
+  DesktopTest();
+  void TearDown() override;
+
+  /// What a program on this desktop needs to be told.
+  std::map<std::string, std::string> environment();
+  /// Until its hotkeys are in force.
+  void start(const std::map<std::string, std::string>& changes = {});
+  /// Ends with status 0, silent, and leaves neither window, hotkey nor gamma behind.
+  void expectCleanEnd();
+
+  void tap(xcb_keycode_t key);
+  void tapWith(const std::vector<xcb_keycode_t>& modifiers, xcb_keycode_t key);
+  /// Control and option with the key.
+  void tapHotkey(xcb_keycode_t key) { tapWith({xKey::control, xKey::option}, key); }
+  void click(int x, int y, std::uint8_t button = 1);
+  void click(const PixelBox& box, std::uint8_t button = 1);
+  void pointAtLeft() { world.screens.movePointer(800, 450); }
+
+  /// The program's menu, if it is open.
+  std::optional<SeenWindow> menu();
+  /// And has sliders for both monitors that can be driven: before, its lines still move.
+  bool doesMenuOpen();
+  bool doesMenuClose();
+  /// Where the menu's line is, counted from the last: found by what lights up as the keyboard goes
+  /// there. Only what can be chosen counts.
+  std::optional<PixelBox> menuLine(int fromLast);
+  void choose(int fromLast);
+  /// The handles of the menu's sliders, from top to bottom.
+  std::vector<PixelBox> handles();
+
+  bool becomes(const std::string& connector, std::uint16_t level);
+  /// The hotkeys step the left monitor. Presses before the program knows its level do nothing, so
+  /// this presses until something happens.
+  bool doHotkeysWork();
+
+  LinuxWorld world;
+  PrivateBus sessionBus;
+  FakeLogind logind;
+  Onlooker onlooker{world.screens.display()};
+  std::unique_ptr<RunningProgram> program;
+};
+
+}  // namespace brivane

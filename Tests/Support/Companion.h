@@ -1,0 +1,26 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace brivane {
+
+/// A program of the desktop that runs beside the one under test, such as a panel: started by its
+/// name in the path, ended with this object, and with the test however that ends. What it says is
+/// of no account.
+class Companion {
+ public:
+  Companion(const std::vector<std::string>& words,
+            const std::map<std::string, std::string>& environment);
+  ~Companion();
+  Companion(const Companion&) = delete;
+  Companion& operator=(const Companion&) = delete;
+
+ private:
+  pid_t child = -1;
+};
+
+}  // namespace brivane

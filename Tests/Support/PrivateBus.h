@@ -1,0 +1,67 @@
+#pragma once
+
+#include <sys/types.h>
+#include <systemd/sd-bus.h>
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+
+/// A message bus of its own, on which anybody may be anybody. It ends with this object.
+class PrivateBus {
+ public:
+  /// Throws when there is no "dbus-daemon" or it doesn't start.
+  PrivateBus();
+  ~PrivateBus();
+  PrivateBus(const PrivateBus&) = delete;
+  PrivateBus& operator=(const PrivateBus&) = delete;
+
+  /// What DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS has to say.
+  const std::string& address() const { return busAddress; }
+
+ private:
+  const TemporaryFolder folder;
+  pid_t daemon = -1;
+  std::string busAddress;
+};
+
+/// Somebody on such a bus, who answers on a thread of its own.
+class BusPeer {
+ public:
+  explicit BusPeer(const std::string& address);
+  ~BusPeer();
+  BusPeer(const BusPeer&) = delete;
+  BusPeer& operator=(const BusPeer&) = delete;
+
+  /// Nobody else uses the connection, and no callback runs, while `work` does. Callbacks have that
+  /// already.
+  template <typename Work>
+  auto alone(Work work) {
+    const std::scoped_lock lock(mutex);
+    return work(bus);
+  }
+
+  /// Offers an object and then answers to the name. For constructors: `table` and `owner` stay.
+  void offer(const char* path, const char* interface, const sd_bus_vtable* table, void* owner);
+  void own(const char* name);
+  bool isOnBus(const std::string& name);
+
+ private:
+  void serve();
+
+  std::mutex mutex;
+  sd_bus* bus = nullptr;
+  std::atomic<bool> isEnding = false;
+  std::thread server;
+};
+
+/// Throws when the bus has refused.
+void requireBus(int result, const char* what);
+
+}  // namespace brivane
