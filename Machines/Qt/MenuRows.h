@@ -51,6 +51,11 @@ class MenuSliderRow : public QWidget {
 
   void setValue(double newValue);
 
+ protected:
+  // A click that just misses the slider; the menu would take it for a choice and close.
+  void mousePressEvent(QMouseEvent*) override {}
+  void mouseReleaseEvent(QMouseEvent*) override {}
+
  private:
   bool isFollowing = false;
   QSlider* control;

@@ -2,6 +2,11 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 namespace brivane {
 
@@ -160,6 +165,7 @@ std::vector<PixelBox> DesktopTest::handles() {
     int run = 0;
     int end = 0;
     for (int x = 0; x < shown.width; ++x) {
+      if (run > shortest && x > end + 1) break;
       if (!isColorful(shown.at(x, y))) continue;
       ++run;
       end = x;
@@ -182,6 +188,35 @@ bool DesktopTest::doHotkeysWork() {
     std::this_thread::sleep_for(milliseconds(100));
     return world.luminance("HDMI-A-1") < before;
   });
+}
+
+std::string DesktopTest::wireLog() {
+  return TemporaryFolder::read(std::filesystem::path(std::getenv("BRIVANE_DDC_BUS")) / "wire.log");
+}
+
+std::vector<std::string> DesktopTest::wireLines() {
+  return linesOf(wireLog().substr(wireStart));
+}
+
+std::vector<DesktopTest::Write> DesktopTest::writes(const std::string& connector) {
+  constexpr auto setLuminance = " write 51 84 03 10 ";
+  std::vector<Write> found;
+  for (const std::string& line : wireLines()) {
+    const auto place = line.find(" " + connector + setLuminance);
+    if (place == std::string::npos) continue;
+    std::istringstream bytes(line.substr(place + connector.size() + 1 + std::strlen(setLuminance)));
+    unsigned high = 0;
+    unsigned low = 0;
+    bytes >> std::hex >> high >> low;
+    found.push_back(
+        {std::chrono::microseconds(std::stoll(line)), static_cast<std::uint16_t>(high << 8 | low)});
+  }
+  return found;
+}
+
+void DesktopTest::writeSettings(const std::string& json) {
+  std::filesystem::create_directories(world.settings().parent_path());
+  std::ofstream(world.settings()) << json;
 }
 
 }  // namespace brivane

@@ -29,6 +29,8 @@ inline constexpr xcb_keycode_t control = 37;
 inline constexpr xcb_keycode_t option = 64;
 inline constexpr xcb_keycode_t space = 65;
 inline constexpr xcb_keycode_t up = 111;
+inline constexpr xcb_keycode_t left = 113;
+inline constexpr xcb_keycode_t right = 114;
 inline constexpr xcb_keycode_t down = 116;
 inline constexpr xcb_keycode_t f19 = 197;
 }  // namespace xKey
@@ -86,11 +88,27 @@ class DesktopTest : public testing::Test {
   /// this presses until something happens.
   bool doHotkeysWork();
 
+  /// What has gone over the monitors' buses and to the keyboards since the test began.
+  std::vector<std::string> wireLines();
+  /// What has been set at the monitor, each with its time.
+  struct Write {
+    std::chrono::microseconds time;
+    std::uint16_t level;
+  };
+  std::vector<Write> writes(const std::string& connector);
+  /// The user's settings, or what they shall be at the start.
+  std::string settings() { return TemporaryFolder::read(world.settings()); }
+  void writeSettings(const std::string& json);
+
   LinuxWorld world;
   PrivateBus sessionBus;
   FakeLogind logind;
   Onlooker onlooker{world.screens.display()};
   std::unique_ptr<RunningProgram> program;
+
+ private:
+  const std::size_t wireStart = wireLog().size();
+  static std::string wireLog();
 };
 
 }  // namespace brivane

@@ -1,0 +1,249 @@
+// Every item of the menu, by a real pointer and a real keyboard.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "Tests/EndToEnd/Desktop/DesktopTest.h"
+
+namespace brivane {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::AllOf;
+using testing::Contains;
+using testing::EndsWith;
+using testing::Ge;
+using testing::HasSubstr;
+using testing::Le;
+using testing::Not;
+
+constexpr auto onlyHardware = R"({"SubZeroDimming": false, "BrightenPastMaximum": false})";
+
+class MenuOnDesktopTest : public DesktopTest {
+ protected:
+  // Of the sliders, from top to bottom.
+  static constexpr std::size_t middleSlider = 0;
+  static constexpr std::size_t leftSlider = 1;
+  // Of the rig's monitors.
+  static constexpr std::size_t left = 0;
+  static constexpr std::size_t middle = 1;
+  static constexpr std::size_t right = 2;
+
+  void open() {
+    ASSERT_TRUE(eventually([&] { return !host.items().empty(); }));
+    host.click(host.items().back());
+    ASSERT_TRUE(doesMenuOpen());
+  }
+  void openAndChoose(int lineFromLast) {
+    open();
+    choose(lineFromLast);
+  }
+
+  int handleX(std::size_t slider) {
+    const auto found = handles();
+    return slider < found.size() ? found[slider].x + found[slider].width / 2 : -1;
+  }
+
+  /// Takes the slider by its handle and moves it as far, as a hand does.
+  void drag(std::size_t slider, int toX) {
+    const auto found = handles();
+    ASSERT_LT(slider, found.size());
+    const PixelBox from = found[slider];
+    const int x = from.x + from.width / 2;
+    const int y = from.y + from.height / 2;
+    world.screens.movePointer(x, y);
+    world.screens.pressButton();
+    constexpr int steps = 60;
+    for (int step = 1; step <= steps; ++step) {
+      world.screens.movePointer(x + (toX - x) * step / steps, y);
+      std::this_thread::sleep_for(milliseconds(8));
+    }
+    world.screens.releaseButton();
+  }
+
+  std::uint16_t peak(std::size_t monitor) { return world.screens.gamma(monitor)[0].back(); }
+  /// Of a gamma table that may be brightened.
+  std::uint16_t grey(std::size_t monitor) { return world.screens.gamma(monitor)[0][100]; }
+
+  FakeTrayHost host{sessionBus.address()};
+};
+
+TEST_F(MenuOnDesktopTest, ADraggedSliderWritesAtMostEvery70MillisecondsAndTheLastExactly) {
+  writeSettings(onlyHardware);
+  start();
+  open();
+  const int half = handleX(leftSlider);
+  drag(leftSlider, half + 200);
+  ASSERT_TRUE(becomes("HDMI-A-1", 100)) << world.luminance("HDMI-A-1");
+  ASSERT_TRUE(eventually([&] { return handleX(leftSlider) > half + 50; }));
+  const int full = handleX(leftSlider);
+  const int target = full - (full - half) * 63 / 50;
+  drag(leftSlider, target);
+  EXPECT_TRUE(eventually([&] {
+    const auto level = world.luminance("HDMI-A-1");
+    return level >= 36 && level <= 38 &&
+           settings().find("\"brightness.2646.4097.11\": " + std::to_string(level)) !=
+               std::string::npos;
+  })) << world.luminance("HDMI-A-1")
+      << settings();
+  EXPECT_THAT(handleX(leftSlider), AllOf(Ge(target - 2), Le(target + 2)));
+  auto all = writes("HDMI-A-1");
+  EXPECT_EQ(all.back().level, world.luminance("HDMI-A-1"));
+  EXPECT_GE(all.size(), 6u) << "it follows the hand";
+  // Each level goes out twice in a row.
+  const auto isSame = [](const Write& one, const Write& next) { return one.level == next.level; };
+  all.erase(std::ranges::unique(all, isSame).begin(), all.end());
+  for (std::size_t index = 1; index < all.size(); ++index) {
+    // The log is written by another process, a little later or sooner.
+    EXPECT_GE(all[index].time - all[index - 1].time, milliseconds(65)) << index;
+  }
+  EXPECT_EQ(world.luminance("DP-1"), 255);
+}
+
+TEST_F(MenuOnDesktopTest, AClickBesideTheHandleMovesItThere) {
+  writeSettings(onlyHardware);
+  start();
+  open();
+  const auto handle = handles().at(leftSlider);
+  click(handle.x + 50, handle.y + handle.height / 2);
+  EXPECT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") >= 60; }));
+  EXPECT_LE(world.luminance("HDMI-A-1"), 80);
+  EXPECT_TRUE(menu());
+}
+
+TEST_F(MenuOnDesktopTest, AClickThatJustMissesTheSliderLeavesTheMenuOpen) {
+  start();
+  open();
+  const SeenWindow window = *menu();
+  const auto handle = handles().at(leftSlider);
+  click(window.box.x + window.box.width - 5, handle.y + handle.height / 2);
+  click(window.box.x + 5, handle.y + handle.height / 2);
+  const int before = handleX(leftSlider);
+  click(handle.x + 50, handle.y + handle.height / 2);
+  EXPECT_TRUE(eventually([&] { return handleX(leftSlider) > before + 20; }));
+}
+
+TEST_F(MenuOnDesktopTest, AtTheEndsOfTheSliderThatDisplayIsDimmedAndBrightenedAndNoOther) {
+  start();
+  open();
+  const auto before = peak(left);
+  const auto greyBefore = grey(middle);
+  const int leftX = handleX(leftSlider);
+  drag(leftSlider, leftX - 300);
+  drag(middleSlider, leftX + 400);
+  EXPECT_TRUE(becomes("HDMI-A-1", 0));
+  EXPECT_TRUE(eventually([&] { return peak(left) < before / 2; }));
+  EXPECT_TRUE(eventually([&] { return grey(middle) > greyBefore; }));
+  EXPECT_EQ(peak(middle), before);
+  EXPECT_EQ(peak(right), before);
+  EXPECT_EQ(world.luminance("DP-1"), 255);
+  ASSERT_TRUE(menu());
+  tap(xKey::escape);
+  ASSERT_TRUE(doesMenuClose());
+
+  host.click(host.items().back());
+  ASSERT_TRUE(eventually([&] { return menu().has_value(); }));
+  const auto line = menuLine(menuLineFromLast::undimAll);
+  ASSERT_TRUE(line);
+  click(*line);
+  EXPECT_TRUE(eventually([&] { return peak(left) == before && grey(middle) == greyBefore; }));
+}
+
+TEST_F(MenuOnDesktopTest, ALevelThatChangesAtTheMonitorMovesTheOpenMenusSlider) {
+  start();
+  open();
+  const int before = handleX(leftSlider);
+  world.turn("HDMI-A-1", "level", "90");
+  EXPECT_TRUE(eventually([&] { return handleX(leftSlider) >= before + 20; }));
+  EXPECT_TRUE(writes("HDMI-A-1").empty());
+}
+
+TEST_F(MenuOnDesktopTest, ByKeyboardASliderIsReachedAndMoved) {
+  start();
+  open();
+  tap(xKey::down);
+  tap(xKey::down);
+  for (int times = 0; times < 3; ++times) tap(xKey::right);
+  EXPECT_TRUE(becomes("HDMI-A-1", 53)) << world.luminance("HDMI-A-1");
+  EXPECT_EQ(world.luminance("DP-1"), 255);
+}
+
+TEST_F(MenuOnDesktopTest, TheKeyQQuits) {
+  start();
+  open();
+  tap(xKey::q);
+  expectCleanEnd();
+}
+
+TEST_F(MenuOnDesktopTest, AClickBesideTheMenuClosesIt) {
+  start();
+  open();
+  click(100, 100);
+  EXPECT_TRUE(doesMenuClose());
+}
+
+TEST_F(MenuOnDesktopTest, LaunchAtLoginSwitchesTheAutostartEntryAndTicksItsLine) {
+  const auto folder = world.home / ".config/autostart";
+  const auto entry = folder / "com.quorrel.brivane.desktop";
+  std::filesystem::create_directories(folder);
+  std::ofstream(entry) << "[Desktop Entry]\nType=Application\nName=Brivane\nExec=Brivane\n";
+  start();
+  const auto look = [&] {
+    open();
+    const auto line = menuLine(menuLineFromLast::launchAtLogin);
+    EXPECT_TRUE(line);
+    const auto picture = onlooker.picture({line->x + 4, line->y, 20, line->height});
+    click(*line);
+    EXPECT_TRUE(doesMenuClose());
+    return picture;
+  };
+  const auto ticked = look();
+  EXPECT_THAT(TemporaryFolder::read(entry), HasSubstr("\nHidden=true\n"));
+  EXPECT_FALSE(look() == ticked);
+  EXPECT_THAT(TemporaryFolder::read(entry), HasSubstr("\nHidden=false\n"));
+  EXPECT_TRUE(look() == ticked);
+}
+
+TEST_F(MenuOnDesktopTest, TheKeyboardsBrightnessKeysAreGivenBackAndTakenAgain) {
+  start();
+  EXPECT_TRUE(eventually(
+      [&] { return !wireLines().empty() && wireLines().back().ends_with("224 -> 194"); }));
+  openAndChoose(menuLineFromLast::systemKeys);
+  EXPECT_TRUE(eventually([&] { return !world.screens.isKeyTaken(xKey::f19, 0); }));
+  EXPECT_TRUE(
+      eventually([&] { return wireLines().back().ends_with("remap 70 00 0c 00 194 -> 224"); }));
+  EXPECT_TRUE(eventually([&] {
+    return settings().find("\"SystemBrightnessKeysEnabled\": false") != std::string::npos;
+  }));
+  openAndChoose(menuLineFromLast::systemKeys);
+  EXPECT_TRUE(eventually([&] { return world.screens.isKeyTaken(xKey::f19, 0); }));
+}
+
+TEST_F(MenuOnDesktopTest, RestoreSavedBrightnessBringsBackWhatWasSetLast) {
+  writeSettings(R"({"brightness.2646.4097.11": 45})");
+  start();
+  world.turn("HDMI-A-1", "level", "90");
+  openAndChoose(menuLineFromLast::restoreSaved);
+  EXPECT_TRUE(becomes("HDMI-A-1", 45)) << world.luminance("HDMI-A-1");
+}
+
+TEST_F(MenuOnDesktopTest, RetryAsksTheDisplaysThatDidNotAnswerAtOnce) {
+  world.turn("HDMI-A-1", "mood", "wire:ENXIO");
+  start();
+  const auto attempts = [&] {
+    return std::ranges::count_if(wireLines(), [](const std::string& line) {
+      return line.find("HDMI-A-1 error") != std::string::npos;
+    });
+  };
+  // The pauses between its own attempts become longer.
+  ASSERT_TRUE(eventually([&] { return attempts() >= 6; }));
+  host.click(host.items().back());
+  ASSERT_TRUE(eventually([&] { return handles().size() == 1; }));
+  world.turn("HDMI-A-1", "mood", "");
+  choose(menuLineFromLast::retryDisconnected);
+  open();
+}
+
+}  // namespace
+}  // namespace brivane
