@@ -26,15 +26,15 @@ QtApplication::QtApplication(const QtPlatform& platform, const QtFrameRequest& r
       argumentCount(static_cast<int>(words.size())),
       application(argumentCount, arguments.data()),
       appearances(request.appearance),
-      driver(runtime, request.mainQueue, [] { QCoreApplication::quit(); }) {
+      driver(runtime, request.mainQueue, [] { QCoreApplication::exit(); }) {
   if (sharedWindowSystem != nullptr) {
     machineLosesServer = sharedWindowSystem->observeServerGone([this] { serverHasGone(); });
   }
   // Qt takes over the user's locale; numbers in files are written and read with a point.
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setQuitOnLastWindowClosed(false);
+  // Given a name for display too, Qt would add it to every window's title.
   QApplication::setApplicationName("Brivane");
-  QApplication::setApplicationDisplayName("Brivane");
   QApplication::setDesktopFileName("com.quorrel.brivane");
 }
 

@@ -52,11 +52,8 @@ class QtEditorWindow::Window : public QWidget {
       : QWidget(nullptr, flags), owner(itsOwner) {}
 
  protected:
-  void closeEvent(QCloseEvent* event) override {
-    // The owner hides the window, unless its user has dropped both.
-    event->ignore();
-    owner.userCloses();
-  }
+  /// The event stays accepted: a window that refuses keeps the whole application from ending.
+  void closeEvent(QCloseEvent*) override { owner.userCloses(); }
 
   void keyPressEvent(QKeyEvent* event) override {
     if (event->key() == Qt::Key_Escape) {

@@ -2,6 +2,7 @@
 // ours, and the tray only tells that somebody clicked.
 #include "Machines/Qt/StatusItem.h"
 
+#include <QApplication>
 #include <QCursor>
 #include <QPixmap>
 
@@ -33,6 +34,8 @@ void QtStatusItem::configureButton(const StatusButton& newButton) {
       ownButton && ownButton->icon == newButton.icon && ownButton->toolTip == newButton.toolTip;
   ownButton = newButton;
   if (isSame) return;
+  // For the title bars and task bars of the program's windows.
+  QApplication::setWindowIcon(statusIcon(*ownButton));
   if (configured) configured();
   if (!icon) return;
   icon->setIcon(statusIcon(*ownButton));

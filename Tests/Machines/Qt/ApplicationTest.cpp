@@ -108,6 +108,19 @@ TEST_F(QtApplicationTest, TheDesktopMayEndItAndTheDelegateHears) {
   EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
 }
 
+TEST_F(QtApplicationTest, TheDesktopMayEndItWithTheEditorOpen) {
+  const auto editor = QtBench::shared().frame().makeEditorWindow(
+      {.contentWidth = 420, .contentHeight = 210, .styleMask = 3, .title = "Keys"});
+  delegate.onLaunch = [&] {
+    editor->makeKeyAndOrderFront();
+    QCoreApplication::quit();
+    // Whoever still runs afterwards ends with another status.
+    runtime().after(std::chrono::seconds(5), [this] { application().exit(9); });
+  };
+  EXPECT_EQ(application().run(), 0);
+  EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
+}
+
 TEST_F(QtApplicationTest, TimersAndTasksOfOtherThreadsRunWhileItRuns) {
   int ticks = 0;
   Runtime& clock = runtime();
