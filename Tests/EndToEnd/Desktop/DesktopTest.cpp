@@ -75,10 +75,10 @@ std::map<std::string, std::string> DesktopTest::environment() {
   return all;
 }
 
-void DesktopTest::start(const std::map<std::string, std::string>& changes) {
+void DesktopTest::start(const std::map<std::string, std::string>& changes, ProgramLimits limits) {
   auto all = environment();
   for (const auto& [variable, value] : changes) all[variable] = value;
-  program = std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, all);
+  program = std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, all, limits);
   ASSERT_TRUE(eventually([&] { return world.screens.isKeyTaken(xKey::f19, 0); }));
 }
 

@@ -59,7 +59,7 @@ class DesktopTest : public testing::Test {
   /// What a program on this desktop needs to be told.
   std::map<std::string, std::string> environment();
   /// Until its hotkeys are in force.
-  void start(const std::map<std::string, std::string>& changes = {});
+  void start(const std::map<std::string, std::string>& changes = {}, ProgramLimits limits = {});
   /// Ends with status 0, silent, and leaves neither window, hotkey nor gamma behind.
   void expectCleanEnd();
 

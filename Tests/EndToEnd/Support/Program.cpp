@@ -33,6 +33,15 @@ void limit(ProgramLimits limits) {
   setrlimit(RLIMIT_FSIZE, &largest);
 }
 
+/// A pipe, or a terminal: its own side first, then the program's.
+bool openErrors(std::array<int, 2>& ends, bool isTerminal) {
+  if (!isTerminal) return pipe2(ends.data(), O_CLOEXEC) == 0;
+  ends[0] = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+  if (ends[0] < 0 || grantpt(ends[0]) != 0 || unlockpt(ends[0]) != 0) return false;
+  ends[1] = open(ptsname(ends[0]), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  return ends[1] >= 0;
+}
+
 /// Reads both to their ends, side by side, so that neither fills up and blocks the writer.
 void readBoth(int first, std::string& firstText, int second, std::string& secondText) {
   std::array<pollfd, 2> open = {{{first, POLLIN, 0}, {second, POLLIN, 0}}};
@@ -87,7 +96,8 @@ RunningProgram::RunningProgram(const std::string& name, const std::vector<std::s
   pointers.push_back(nullptr);
   std::array<int, 2> outputPipe{};
   std::array<int, 2> errorPipe{};
-  if (pipe2(outputPipe.data(), O_CLOEXEC) != 0 || pipe2(errorPipe.data(), O_CLOEXEC) != 0) return;
+  if (pipe2(outputPipe.data(), O_CLOEXEC) != 0) return;
+  if (!openErrors(errorPipe, limits.hasTerminal)) return;
   child = fork();
   if (child == 0) {
     setEnvironment(environment);

@@ -17,10 +17,12 @@ struct ProgramResult {
   std::string errors;
 };
 
-/// What a program may not do.
+/// What a program may not do, and what it may.
 struct ProgramLimits {
   /// Larger files can't be written, as on a full disk; 0: no limit.
   std::uint64_t largestFileBytes = 0;
+  /// Standard error is a terminal.
+  bool hasTerminal = false;
 };
 
 /// The folder of the built programs, this test among them.

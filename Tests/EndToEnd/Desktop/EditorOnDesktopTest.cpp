@@ -1,0 +1,177 @@
+// The hotkey editor, from the menu to the first press of the new combination.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "Tests/EndToEnd/Desktop/DesktopTest.h"
+#include "Tests/Support/Companion.h"
+
+namespace brivane {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr auto title = "Brightness Hotkeys";
+
+class EditorOnDesktopTest : public DesktopTest {
+ protected:
+  /// With a window manager, as every desktop has one.
+  void openEditor() {
+    EXPECT_TRUE(eventually([&] { return onlooker.hasRootProperty("_NET_SUPPORTING_WM_CHECK"); }))
+        << "package openbox";
+    if (!program) start();
+    ASSERT_TRUE(eventually([&] { return !host.items().empty(); }));
+    host.click(host.items().back());
+    choose(menuLineFromLast::changeHotkeys);
+    ASSERT_TRUE(eventually([&] { return editor().has_value(); }));
+    ASSERT_TRUE(eventually([&] { return onlooker.focus() == editor()->number; })) << "it is active";
+  }
+
+  std::optional<SeenWindow> editor() { return onlooker.find(title); }
+
+  /// The fields, from the upper left of the window's content.
+  PixelBox field(int number) {
+    const PixelBox box = editor()->box;
+    return {box.x + 200, box.y + 66 + 48 * number, 200, 30};
+  }
+  Picture look(int number) { return onlooker.picture(field(number)); }
+
+  /// A field that waits has another ground.
+  bool isWaiting(int number) {
+    const PixelBox box = field(number);
+    return onlooker.pixel(box.x + 8, box.y + 8) != 0xffffff;
+  }
+  void clickField(int number) {
+    click(field(number));
+    ASSERT_TRUE(eventually([&] { return isWaiting(number); }));
+  }
+  bool isTaken(xcb_keycode_t key, std::uint16_t modifiers) {
+    return eventually([&] { return world.screens.isKeyTaken(key, modifiers); });
+  }
+
+  static constexpr std::uint16_t controlMask = 4;
+  static constexpr std::uint16_t optionMask = 8;
+  static constexpr std::uint16_t shiftMask = 1;
+  static constexpr xcb_keycode_t shift = 50;
+  static constexpr xcb_keycode_t f5 = 71;
+  static constexpr xcb_keycode_t a = 38;
+
+  FakeTrayHost host{sessionBus.address()};
+  // It would have control, option and an arrow for itself.
+  const std::filesystem::path noKeys = world.home.path / "openbox.xml";
+  const bool isWritten = bool(std::ofstream(noKeys) << R"(<openbox_config><mouse>
+      <context name="Close"><mousebind button="Left" action="Click"><action name="Close"/>
+      </mousebind></context></mouse></openbox_config>)");
+  Companion manager{{"openbox", "--sm-disable", "--config-file", noKeys}, environment()};
+};
+
+TEST_F(EditorOnDesktopTest, ACapturedCombinationWorksAtOnceAndTheOldOneNoMore) {
+  openEditor();
+  const Picture before = look(0);
+  clickField(0);
+  tapWith({xKey::control, shift}, f5);
+  ASSERT_TRUE(eventually([&] { return !isWaiting(0); }));
+  EXPECT_FALSE(look(0) == before) << "it shows the new one";
+  ASSERT_TRUE(isTaken(f5, controlMask | shiftMask));
+  EXPECT_FALSE(world.screens.isKeyTaken(xKey::up, controlMask | optionMask));
+  EXPECT_TRUE(world.screens.isKeyTaken(xKey::down, controlMask | optionMask));
+  pointAtLeft();
+  tapWith({xKey::control, shift}, f5);
+  EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
+  tapHotkey(xKey::up);
+  tapHotkey(xKey::down);
+  EXPECT_TRUE(becomes("HDMI-A-1", 50)) << world.luminance("HDMI-A-1");
+}
+
+TEST_F(EditorOnDesktopTest, EscapeLeavesTheOldCombinationAndASecondOneClosesTheWindow) {
+  openEditor();
+  clickField(1);
+  tap(xKey::escape);
+  EXPECT_TRUE(eventually([&] { return !isWaiting(1); }));
+  EXPECT_TRUE(world.screens.isKeyTaken(xKey::down, controlMask | optionMask));
+  tap(xKey::escape);
+  EXPECT_TRUE(eventually([&] { return !editor(); }));
+}
+
+TEST_F(EditorOnDesktopTest, ABareKeyKeepsTheFieldWaiting) {
+  openEditor();
+  clickField(0);
+  tap(a);
+  tapWith({shift}, a);
+  ASSERT_TRUE(eventually([&] { return !isWaiting(0); }));
+  EXPECT_TRUE(isTaken(a, shiftMask));
+  EXPECT_FALSE(world.screens.isKeyTaken(a, 0));
+}
+
+TEST_F(EditorOnDesktopTest, TheKeyboardBeginsAtTheFirstFieldAndTabGoesOnToTheSecondAndTheButton) {
+  openEditor();
+  tap(xKey::space);
+  ASSERT_TRUE(eventually([&] { return isWaiting(0); }));
+  tapWith({shift}, f5);
+  ASSERT_TRUE(isTaken(f5, shiftMask));
+  tap(xKey::tab);
+  tap(xKey::enter);
+  ASSERT_TRUE(eventually([&] { return isWaiting(1); }));
+  tapWith({shift}, a);
+  ASSERT_TRUE(isTaken(a, shiftMask));
+  tap(xKey::tab);
+  tap(xKey::space);
+  EXPECT_TRUE(isTaken(xKey::up, controlMask | optionMask)) << "the defaults are back";
+  EXPECT_TRUE(isTaken(xKey::down, controlMask | optionMask));
+  EXPECT_FALSE(world.screens.isKeyTaken(f5, shiftMask));
+  EXPECT_FALSE(world.screens.isKeyTaken(a, shiftMask));
+}
+
+TEST_F(EditorOnDesktopTest, APresentHotkeyGoesOnWorkingWhileAFieldWaits) {
+  openEditor();
+  clickField(0);
+  pointAtLeft();
+  tapHotkey(xKey::up);
+  EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
+  EXPECT_TRUE(isWaiting(0));
+}
+
+TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasDoesNotReachTheField) {
+  world.screens.grabKey(f5, controlMask);
+  openEditor();
+  clickField(0);
+  tapWith({xKey::control}, f5);
+  tapWith({shift}, a);
+  EXPECT_TRUE(isTaken(a, shiftMask)) << "it waited for the next";
+  EXPECT_TRUE(world.screens.isKeyTaken(xKey::down, controlMask | optionMask));
+}
+
+TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasWithNumLockIsSaidToBeTaken) {
+  constexpr std::uint16_t numLockMask = 16;
+  world.screens.grabKey(f5, controlMask | numLockMask);
+  start({}, {.hasTerminal = true});
+  openEditor();
+  clickField(0);
+  tapWith({xKey::control}, f5);
+  EXPECT_TRUE(program->waitForError(
+      "Brivane: could not register hotkey ctrl+key96 (status 10) — another app may own it"));
+  EXPECT_FALSE(world.screens.isKeyTaken(f5, controlMask)) << "in part is not at all";
+}
+
+TEST_F(EditorOnDesktopTest, WithTheEditorOpenAndAFieldWaitingTheProgramEndsAllTheSame) {
+  openEditor();
+  clickField(0);
+  program->signal(SIGTERM);
+  expectCleanEnd();
+}
+
+TEST_F(EditorOnDesktopTest, TheWindowsCloseButtonHidesItAndTheMenuBringsItBack) {
+  openEditor();
+  const PixelBox content = editor()->box;
+  click(content.x + content.width - 10, content.y - 10);
+  ASSERT_TRUE(eventually([&] { return !editor(); }));
+  openEditor();
+  host.click(host.items().back());
+  choose(menuLineFromLast::quit);
+  expectCleanEnd();
+}
+
+}  // namespace
+}  // namespace brivane
