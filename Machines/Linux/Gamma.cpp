@@ -1,10 +1,12 @@
 // Gamma on X belongs to the CRTC, not to the output: a display that is switched off and on again
-// may come back on another one, so the CRTC is looked up anew for every call. Every write waits for
-// the server's verdict: a program that quits right after restoring must not lose the last requests.
+// may come back on another one, so the CRTC is looked up anew for every call. A CRTC keeps its
+// ramps while it feeds nothing; whose they were nobody knows then. Every write waits for the
+// server's verdict: a program that quits right after restoring must not lose the last requests.
 
 #include "Machines/Linux/Gamma.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "Machines/Linux/HardwareRamp.h"
@@ -102,6 +104,11 @@ std::int32_t LinuxGammaTables::writeTable(DisplayID display, std::span<const flo
 }
 
 void LinuxGammaTables::restoreCalibratedTables() {
+  calibrateActiveOutputs();
+  clearIdleRamps();
+}
+
+void LinuxGammaTables::calibrateActiveOutputs() {
   const auto server = connection.server();
   const auto outputs = server ? activeOutputs(*server) : std::nullopt;
   if (!outputs) return;
@@ -115,6 +122,24 @@ void LinuxGammaTables::restoreCalibratedTables() {
     const std::uint16_t size = readGammaSize(*server, sizes[index]);
     if (size < 2) continue;
     writes.push_back(askToCalibrate(*server, outputs->at(index).crtc, size, profiles[index]));
+  }
+  for (const xcb_void_cookie_t write : writes) succeeded(*server, write);
+}
+
+/// A display that went off while it was dimmed must not come back so.
+void LinuxGammaTables::clearIdleRamps() {
+  const auto server = connection.server();
+  if (!server) return;
+  std::vector<std::pair<xcb_randr_crtc_t, xcb_randr_get_crtc_gamma_size_cookie_t>> questions;
+  for (const xcb_randr_crtc_t crtc : idleCRTCs(*server)) {
+    questions.emplace_back(crtc, xcb_randr_get_crtc_gamma_size(server->connection, crtc));
+  }
+  std::vector<xcb_void_cookie_t> writes;
+  for (const auto& [crtc, question] : questions) {
+    const std::uint16_t size = readGammaSize(*server, question);
+    if (size < 2) continue;
+    const Ramp linear = linearRamp(size);
+    writes.push_back(askToSet(*server, crtc, linear, linear, linear));
   }
   for (const xcb_void_cookie_t write : writes) succeeded(*server, write);
 }

@@ -11,7 +11,7 @@ namespace brivane {
 /// The gamma ramps of RandR's CRTCs. A display's table is the ramp of the CRTC that feeds it: of
 /// the CRTC's own size (tables of other counts are interpolated to it), with 16-bit levels (what
 /// lies outside 0 to 1 is cut off). It outlives this process. The calibrated table is the one in
-/// the output's colour profile, else the linear one.
+/// the output's colour profile, else the linear one; CRTCs that feed nothing get that too.
 class LinuxGammaTables : public GammaTables {
  public:
   /// `itsConnection` must outlive this.
@@ -25,6 +25,9 @@ class LinuxGammaTables : public GammaTables {
   void restoreCalibratedTables() override;
 
  private:
+  void calibrateActiveOutputs();
+  void clearIdleRamps();
+
   XConnection& connection;
 };
 

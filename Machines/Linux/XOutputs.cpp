@@ -67,6 +67,21 @@ std::optional<std::vector<XOutput>> activeOutputs(const XServer& server) {
   return outputs;
 }
 
+std::vector<xcb_randr_crtc_t> idleCRTCs(const XServer& server) {
+  xcb_connection_t* const connection = server.connection;
+  const auto cookie = xcb_randr_get_screen_resources_current(connection, server.root);
+  const XReply<xcb_randr_get_screen_resources_current_reply_t> screen(
+      xcb_randr_get_screen_resources_current_reply(connection, cookie, nullptr));
+  if (!screen) return {};
+  std::vector<xcb_randr_crtc_t> idle;
+  for (const auto& [crtc, question] : askForCRTCs(connection, screen.get())) {
+    const XReply<xcb_randr_get_crtc_info_reply_t> info(
+        xcb_randr_get_crtc_info_reply(connection, question, nullptr));
+    if (info && info->num_outputs == 0) idle.push_back(crtc);
+  }
+  return idle;
+}
+
 xcb_randr_crtc_t crtcOf(const XServer& server, xcb_randr_output_t output) {
   const auto cookie = xcb_randr_get_output_info(server.connection, output, XCB_CURRENT_TIME);
   const XReply<xcb_randr_get_output_info_reply_t> info(

@@ -32,6 +32,9 @@ struct XOutput {
 /// output first, then from left to right, then from top to bottom. Nothing when the server fails.
 std::optional<std::vector<XOutput>> activeOutputs(const XServer& server);
 
+/// Every CRTC that feeds no output now; none when the server fails.
+std::vector<xcb_randr_crtc_t> idleCRTCs(const XServer& server);
+
 /// The CRTC that feeds the output; `XCB_NONE` without one and for unknown outputs.
 xcb_randr_crtc_t crtcOf(const XServer& server, xcb_randr_output_t output);
 
