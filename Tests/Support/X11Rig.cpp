@@ -331,6 +331,23 @@ std::vector<std::string> X11Rig::takeTypedKeys() {
   return keys;
 }
 
+std::vector<X11Rig::Box> X11Rig::shownWindows() {
+  const auto tree = required(
+      xcb_query_tree_reply(connection, xcb_query_tree(connection, root), nullptr), "its windows");
+  std::vector<Box> boxes;
+  for (const xcb_window_t window :
+       std::span(xcb_query_tree_children(tree.get()), tree->children_len)) {
+    // Any of them may have gone by now.
+    const Owned<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        connection, xcb_get_window_attributes(connection, window), nullptr));
+    const Owned<xcb_get_geometry_reply_t> place(
+        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr));
+    if (!attributes || !place || attributes->map_state != XCB_MAP_STATE_VIEWABLE) continue;
+    boxes.push_back({place->x, place->y, place->width, place->height});
+  }
+  return boxes;
+}
+
 void X11Rig::switchScreenSaver(bool isOn) {
   check(xcb_force_screen_saver_checked(connection,
                                        isOn ? XCB_SCREEN_SAVER_ACTIVE : XCB_SCREEN_SAVER_RESET),

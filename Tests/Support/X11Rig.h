@@ -92,6 +92,16 @@ class X11Rig {
   /// The keys that the rig has been sent, because it had them or nobody else wanted them: "+38"
   /// down, "-38" up. From the first call on; a window of the rig's has the focus then.
   std::vector<std::string> takeTypedKeys();
+  /// Where the windows are that can be seen, the topmost last.
+  struct Box {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    bool operator==(const Box&) const = default;
+  };
+  std::vector<Box> shownWindows();
+
   /// Switches the screen saver on or off.
   void switchScreenSaver(bool isOn);
 

@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <thread>
 
@@ -110,6 +111,47 @@ class LinuxResidentTest : public testing::Test {
     return eventually([&] { return world.luminance(connector) == level; });
   }
 
+  /// When each level first went out to the monitor, in messages after the first so many.
+  std::map<int, std::chrono::microseconds> firstTimes(std::size_t skipped,
+                                                      const std::string& connector) {
+    std::map<int, std::chrono::microseconds> times;
+    const auto lines = world.wireLog();
+    for (std::size_t index = skipped; index < lines.size(); ++index) {
+      std::istringstream line(lines[index]);
+      std::int64_t time = 0;
+      std::string device;
+      std::string event;
+      int level = 0;
+      line >> time >> device >> event >> level;
+      if (device == connector && event == "level") {
+        times.emplace(level, std::chrono::microseconds(time));
+      }
+    }
+    return times;
+  }
+
+  /// A table that rises by so much per level.
+  static X11Rig::Ramps line(std::size_t rise) {
+    std::vector<std::uint16_t> levels;
+    for (std::size_t level = 0; level < 256; ++level) {
+      levels.push_back(static_cast<std::uint16_t>(level * rise));
+    }
+    return {levels, levels, levels};
+  }
+
+  /// Where HUDs are shown, "x,y" in X's pixels.
+  std::vector<std::string> huds() {
+    std::vector<std::string> places;
+    for (const auto& box : world.screens.shownWindows()) {
+      if (box.width != 360 || box.height != 54) continue;
+      places.push_back(std::to_string(box.x) + "," + std::to_string(box.y));
+    }
+    return places;
+  }
+  bool showsHUDAt(int x, int y) {
+    return huds() == std::vector{std::to_string(x) + "," + std::to_string(y)};
+  }
+
   std::uint16_t peak(std::size_t monitor) { return world.screens.gamma(monitor)[0].back(); }
 
   LinuxWorld world;
@@ -149,6 +191,25 @@ TEST_F(LinuxResidentTest, AHeldKeySweepsAtItsPaceUntilItsRelease) {
   EXPECT_LT(level, 100);
   std::this_thread::sleep_for(milliseconds(300));
   EXPECT_EQ(world.luminance("HDMI-A-1"), level) << "the release ended it";
+}
+
+TEST_F(LinuxResidentTest, AHeldKeysMessagesGoOutAtItsPaceInItsSteps) {
+  start();
+  tap(down, 10);
+  ASSERT_TRUE(becomes("HDMI-A-1", 0));
+  std::this_thread::sleep_for(milliseconds(100));
+  const std::size_t before = world.wireLog().size();
+  press(up);
+  ASSERT_TRUE(becomes("HDMI-A-1", 100));
+  release(up);
+  const auto times = firstTimes(before, "HDMI-A-1");
+  ASSERT_TRUE(times.contains(5));
+  ASSERT_TRUE(times.contains(10));
+  EXPECT_GE(times.at(10) - times.at(5), milliseconds(350)) << "the press's own step comes first";
+  ASSERT_TRUE(times.contains(90));
+  // Eighty points at a hundred in 1.2 s; levels may be left out when the machine is slow.
+  EXPECT_THAT(times.at(90) - times.at(10), AllOf(Ge(milliseconds(860)), Le(milliseconds(1060))));
+  for (const auto& [level, time] : times) EXPECT_EQ(level % 5, 0);
 }
 
 TEST_F(LinuxResidentTest, WithShiftARelayedKeySweepsFinely) {
@@ -239,14 +300,6 @@ class LinuxResidentEndTest : public LinuxResidentTest {
     return ICCProfileBuilder().tag("vcgt", ICCProfileBuilder::table(3, 256, 2, entries)).bytes();
   }
 
-  static X11Rig::Ramps line(std::size_t rise) {
-    std::vector<std::uint16_t> levels;
-    for (std::size_t level = 0; level < 256; ++level) {
-      levels.push_back(static_cast<std::uint16_t>(level * rise));
-    }
-    return {levels, levels, levels};
-  }
-
   bool isCalibrated() {
     return world.screens.gamma(left) == line(250) && world.screens.gamma(middle) == line(240) &&
            world.screens.gamma(right) == line(257);
@@ -281,6 +334,16 @@ TEST_F(LinuxResidentEndTest, AfterAKillTheNextStartMakesEveryTableTheCalibratedO
   EXPECT_FALSE(isCalibrated()) << "gamma outlives the program on X";
   start();
   EXPECT_TRUE(isCalibrated()) << testing::PrintToString(peaks());
+}
+
+TEST_F(LinuxResidentEndTest, AfterASignalADisplayThatWentOffDimmedDoesNotComeBackSo) {
+  start();
+  disturb();
+  for (const auto display : {left, middle}) world.screens.turnOff(display);
+  std::this_thread::sleep_for(milliseconds(300));
+  EXPECT_EQ(end(SIGTERM).exitStatus, 0);
+  for (const auto display : {left, middle}) world.screens.turnOn(display);
+  for (const auto display : {left, middle}) EXPECT_EQ(world.screens.gamma(display), line(257));
 }
 
 TEST_F(LinuxResidentTest, ASecondStartNamesTheFirstAndLeavesItAlone) {
@@ -469,6 +532,57 @@ TEST_F(LinuxResidentTest, ADisplayThatIsMovedOrWasOffIsStillTheOneUnderThePointe
   tap(down);
   EXPECT_TRUE(becomes("DP-1", 242)) << world.luminance("DP-1");
   EXPECT_EQ(world.luminance("HDMI-A-1"), 55);
+}
+
+TEST_F(LinuxResidentTest, TheHUDIsShownInTheMiddleOfTheDisplayAboveItsLowerEdge) {
+  start();
+  tap(up);
+  EXPECT_TRUE(eventually([&] { return showsHUDAt(800 - 180, 900 - 130 - 54); }));
+  pointAtMiddle();
+  tap(up);
+  EXPECT_TRUE(eventually([&] { return showsHUDAt(1600 + 960 - 180, 300 + 1080 - 130 - 54); }));
+  EXPECT_TRUE(eventually([&] { return !showsHUDAt(1600 + 960 - 180, 300 + 1080 - 130 - 54); }))
+      << "it goes by itself";
+}
+
+TEST_F(LinuxResidentTest, OnADisplayThatHasMovedTheHUDMovesWithIt) {
+  start();
+  tap(up);
+  EXPECT_TRUE(eventually([&] { return showsHUDAt(800 - 180, 900 - 130 - 54); }));
+  world.screens.move(left, 0, 1000);
+  world.screens.warpPointer(800, 1450);
+  std::this_thread::sleep_for(milliseconds(2500));
+  tap(up);
+  EXPECT_TRUE(eventually([&] { return showsHUDAt(800 - 180, 1000 + 900 - 130 - 54); }))
+      << testing::PrintToString(huds());
+}
+
+TEST_F(LinuxResidentTest, ADisplayThatWasOffIsBroughtBackToItsLevelAndDimming) {
+  start();
+  pointAtMiddle();
+  tap(down, 2);
+  ASSERT_TRUE(becomes("DP-1", 230)) << world.luminance("DP-1");
+  pointAtLeft();
+  tap(down, 14);
+  ASSERT_TRUE(becomes("HDMI-A-1", 0));
+  ASSERT_TRUE(eventually([&] { return peak(left) < 55000; }));
+  std::this_thread::sleep_for(milliseconds(300));
+  const auto dimmed = world.screens.gamma(left);
+  const std::size_t before = world.wireLog().size();
+  for (const auto display : {left, middle}) world.screens.turnOff(display);
+  std::this_thread::sleep_for(milliseconds(2500));
+  // Power saving, or a hand, has changed what they show.
+  world.turn("DP-1", "level", "100");
+  world.turn("HDMI-A-1", "level", "70");
+  world.screens.setGamma(left, line(257));
+  for (const auto display : {left, middle}) world.screens.turnOn(display);
+  EXPECT_TRUE(becomes("DP-1", 230)) << world.luminance("DP-1");
+  EXPECT_TRUE(becomes("HDMI-A-1", 0)) << world.luminance("HDMI-A-1");
+  EXPECT_TRUE(eventually([&] { return world.screens.gamma(left) == dimmed; })) << peak(left);
+  EXPECT_GT(world.wireLog().size(), before);
+  pointAtMiddle();
+  tap(up);
+  EXPECT_TRUE(becomes("DP-1", 242)) << world.luminance("DP-1");
 }
 
 }  // namespace

@@ -18,7 +18,10 @@ LinuxWorld::LinuxWorld() {
 
 std::uint16_t LinuxWorld::luminance(const std::string& connector) const {
   unsigned level = 0;
-  std::ifstream(bus / connector / "level") >> level;
+  // While the monitor changes its level the file is empty for a moment.
+  for (int attempt = 0; attempt < 1000; ++attempt) {
+    if (std::ifstream(bus / connector / "level") >> level) break;
+  }
   return static_cast<std::uint16_t>(level);
 }
 
