@@ -44,6 +44,7 @@ class LinuxEventTaps::Tap : public EventTap {
 LinuxEventTaps::LinuxEventTaps(XEvents& itsEvents, SystemLog& systemLog)
     : events(itsEvents),
       log(systemLog),
+      releases(itsEvents),
       keys(events.observe([this](const xcb_generic_event_t& event) { handle(event); })) {}
 
 std::unique_ptr<EventTap> LinuxEventTaps::createTap(Handler handler) {
@@ -75,6 +76,7 @@ bool LinuxEventTaps::grab(xcb_connection_t* connection, xcb_keycode_t key) {
 }
 
 void LinuxEventTaps::handle(const xcb_generic_event_t& event) {
+  if (const auto released = releases.releasedKey(event)) return passedKeyReleased(*released);
   const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
   if (!isBrightnessKey(key.detail)) return;
   if (event.response_type == XCB_KEY_RELEASE) keyReleased(key.detail);
@@ -83,6 +85,7 @@ void LinuxEventTaps::handle(const xcb_generic_event_t& event) {
   // here. Then a verdict does nothing, even when a later press is held back by now: the time says
   // which.
   const bool hasPassed = keyPressed(key.detail);
+  if (hasPassed) awaitRelease(key.detail);
   allow(hasPassed ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_ASYNC_KEYBOARD, key.time);
 }
 
@@ -97,10 +100,28 @@ bool LinuxEventTaps::take(const WindowKey& key) {
 }
 
 bool LinuxEventTaps::keyPressed(xcb_keycode_t key) {
-  const bool isRepeat = swallowedKeys.contains(key);
+  const bool isRepeat = swallowedKeys.contains(key) || passedKeys.contains(key);
   const bool hasPassed = stream.send(brightnessKeyEvent(key == brightnessUp, true, isRepeat));
-  if (!hasPassed) swallowedKeys.insert(key);
+  if (!hasPassed) {
+    swallowedKeys.insert(key);
+    passedKeys.erase(key);
+  }
   return hasPassed;
+}
+
+/// Once the press has gone on, the grab that brought it here tells nothing more.
+void LinuxEventTaps::awaitRelease(xcb_keycode_t key) {
+  if (!swallowedKeys.contains(key) && releases.listen()) passedKeys.insert(key);
+}
+
+void LinuxEventTaps::passedKeyReleased(xcb_keycode_t key) {
+  if (passedKeys.erase(key) == 0) return;
+  if (passedKeys.empty()) releases.stopListening();
+  stream.send(brightnessKeyEvent(key == brightnessUp, false, false));
+}
+
+void LinuxEventTaps::keyboardIsBack() {
+  swallowedKeys.clear();
 }
 
 void LinuxEventTaps::keyReleased(xcb_keycode_t key) {

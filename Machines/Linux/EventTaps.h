@@ -11,6 +11,7 @@
 #include "Machines/Common/SharedWindowSystem.h"
 #include "Machines/Common/TapStream.h"
 #include "Machines/Linux/XEvents.h"
+#include "Machines/Linux/XKeyReleases.h"
 
 namespace brivane {
 
@@ -18,9 +19,9 @@ namespace brivane {
 /// enabled. When another program has them, taps are made all the same and see nothing, and one line
 /// of the log says so. There are no taps without an X server.
 ///
-/// Of a press that passed, the repeats are told as presses of their own and the release is not told
-/// at all: the keyboard is others' then. What follows a swallowed press is swallowed with it,
-/// whatever the verdicts.
+/// The release of a press that passed is told when it has gone on already, whatever the verdict;
+/// and only by servers with the input extension 2.1. What follows a swallowed press is swallowed
+/// with it, whatever the verdicts.
 class LinuxEventTaps : public EventTapPort {
  public:
   /// Both must outlive this, and this must outlive its taps.
@@ -32,7 +33,7 @@ class LinuxEventTaps : public EventTapPort {
   /// the brightness keys and a tap is enabled. It goes nowhere else, whatever the verdict.
   bool take(const WindowKey& key);
   /// No such window has the keyboard any more.
-  void keyboardIsBack() { swallowedKeys.clear(); }
+  void keyboardIsBack();
 
  private:
   class Tap;
@@ -43,6 +44,8 @@ class LinuxEventTaps : public EventTapPort {
   /// Whether it passes on.
   bool keyPressed(xcb_keycode_t key);
   void keyReleased(xcb_keycode_t key);
+  void awaitRelease(xcb_keycode_t key);
+  void passedKeyReleased(xcb_keycode_t key);
   void allow(std::uint8_t mode, xcb_timestamp_t time);
 
   XEvents& events;
@@ -51,6 +54,9 @@ class LinuxEventTaps : public EventTapPort {
   bool hasGrabs = false;
   /// Keys whose press was swallowed and that have not gone up since.
   std::set<xcb_keycode_t> swallowedKeys;
+  /// Keys whose press went to others, as their release will.
+  std::set<xcb_keycode_t> passedKeys;
+  XKeyReleases releases;
   Observation keys;
 };
 

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <string>
@@ -54,8 +55,80 @@ TEST_F(EventTaps, AKeyThatPassesGoesWhereItWouldHaveGone) {
   rig.takeTypedKeys();
   const auto passing = tapFor(TapVerdict::passThrough);
   tap(xKey::brightnessUp);
-  EXPECT_THAT(seen, ElementsAre(0x20A00));
+  EXPECT_THAT(seen, ElementsAre(0x20A00, 0x20B00));
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
+}
+
+TEST_F(EventTaps, AKeyThatPassesAfterItHasGoneUpIsToldWithItsRelease) {
+  rig.takeTypedKeys();
+  const auto passing = tapFor(TapVerdict::passThrough);
+  for (int time = 0; time < 2; ++time) {
+    seen.clear();
+    rig.pressKey(xKey::brightnessUp);
+    rig.releaseKey(xKey::brightnessUp);
+    settle();
+    EXPECT_THAT(seen, ElementsAre(0x20A00, 0x20B00));
+    EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
+  }
+}
+
+TEST_F(EventTaps, TheRepeatsOfAKeyThatPassesAreToldAsSuch) {
+  rig.takeTypedKeys();
+  const auto passing = tapFor(TapVerdict::passThrough);
+  rig.pressKey(xKey::brightnessUp);
+  settle(std::chrono::milliseconds(1200));
+  rig.releaseKey(xKey::brightnessUp);
+  settle();
+  ASSERT_GE(seen.size(), 4u);
+  EXPECT_EQ(seen[0], 0x20A00);
+  EXPECT_EQ(seen[1], 0x20A01);
+  EXPECT_EQ(seen.back(), 0x20B00);
+  EXPECT_EQ(std::ranges::count(seen, 0x20B00), 1);
+}
+
+TEST_F(EventTaps, AReleaseIsToldOnceWhenTheVerdictChangesWhileTheKeyIsHeld) {
+  rig.takeTypedKeys();
+  auto verdict = TapVerdict::passThrough;
+  const auto changing = taps.createTap([&](const TapEvent& event) {
+    seen.push_back(event.details->data1);
+    return verdict;
+  });
+  changing->setEnabled(true);
+  for (const auto later : {TapVerdict::swallow, TapVerdict::passThrough}) {
+    seen.clear();
+    rig.pressKey(xKey::brightnessUp);
+    settle();
+    verdict = later;
+    settle(std::chrono::milliseconds(1200));
+    rig.releaseKey(xKey::brightnessUp);
+    settle();
+    EXPECT_EQ(seen.back(), 0x20B00);
+    EXPECT_EQ(std::ranges::count(seen, 0x20B00), 1);
+  }
+}
+
+TEST_F(EventTaps, OtherKeysAreNobodysBusiness) {
+  rig.takeTypedKeys();
+  const auto passing = tapFor(TapVerdict::passThrough);
+  rig.pressKey(xKey::brightnessUp);
+  settle();
+  tap(xKey::a);
+  EXPECT_THAT(seen, ElementsAre(0x20A00));
+  rig.releaseKey(xKey::brightnessUp);
+  settle();
+  EXPECT_THAT(seen, ElementsAre(0x20A00, 0x20B00));
+}
+
+TEST_F(EventTaps, KeysThatAnotherProgramHasInOneLockVariantAreLeftToOthersAndOneLineSaysSo) {
+  for (const auto key : {xKey::brightnessUp, xKey::brightnessDown}) {
+    rig.grabKey(key, XCB_MOD_MASK_LOCK);
+  }
+  rig.takeTypedKeys();
+  const auto swallowing = tapFor(TapVerdict::swallow);
+  EXPECT_THAT(log.lines, ElementsAre(HasSubstr("another program has the keyboard's brightness")));
+  tap(xKey::brightnessUp);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
+  EXPECT_THAT(seen, IsEmpty());
 }
 
 TEST_F(EventTaps, TheKeyboardGoesOnAfterEitherVerdictAndWhileASwallowedKeyIsHeld) {
