@@ -16,7 +16,6 @@
 namespace brivane {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -74,7 +73,7 @@ class MenuKeysOnXTest : public testing::Test {
     menu.setItems({slider, command("First"), command("Second")});
   }
 
-  ~MenuKeysOnXTest() override {
+  void TearDown() override {
     for (const auto reference : references) here.linux->hotkeys().unregisterHotkey(reference);
     here.linux->hotkeys().removeHandler();
   }
