@@ -60,6 +60,10 @@ double MeasuredProcess::proportionalMegabytes() const {
   return static_cast<double>(numberIn(procFolder() / "smaps_rollup", "Pss")) / 1024;
 }
 
+double MeasuredProcess::residentMegabytes() const {
+  return static_cast<double>(numberIn(procFolder() / "smaps_rollup", "Rss")) / 1024;
+}
+
 std::map<pid_t, std::int64_t> MeasuredProcess::wakeUps() const {
   std::map<pid_t, std::int64_t> all;
   for (const auto& thread : std::filesystem::directory_iterator(procFolder() / "task")) {

@@ -24,6 +24,8 @@ class MeasuredProcess {
   /// Its share of the memory that it uses: what it has for itself, and of what it shares with
   /// others its part.
   double proportionalMegabytes() const;
+  /// All of the memory that it uses, whoever else does.
+  double residentMegabytes() const;
 
   /// How often each of its threads, by number, has gone to sleep and so was woken.
   std::map<pid_t, std::int64_t> wakeUps() const;
