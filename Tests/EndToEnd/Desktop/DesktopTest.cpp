@@ -114,8 +114,11 @@ void DesktopTest::click(const PixelBox& box, std::uint8_t button) {
 }
 
 std::optional<SeenWindow> DesktopTest::menu() {
-  const auto found = onlooker.find("Brivane");
-  return found && found->isUnmanaged && found->box.height > 200 ? found : std::nullopt;
+  // The HUD has the same title.
+  for (const SeenWindow& window : onlooker.windows()) {
+    if (window.title == "Brivane" && window.isUnmanaged && window.box.height > 200) return window;
+  }
+  return std::nullopt;
 }
 
 bool DesktopTest::doesMenuOpen() {

@@ -171,6 +171,57 @@ TEST_F(MenuOnDesktopTest, ByKeyboardASliderIsReachedAndMoved) {
   EXPECT_EQ(world.luminance("DP-1"), 255);
 }
 
+TEST_F(MenuOnDesktopTest, HotkeysActWhileItIsOpenAndMoveItsSlider) {
+  start();
+  open();
+  const int before = handleX(leftSlider);
+  for (int times = 0; times < 4; ++times) tapHotkey(xKey::up);
+  EXPECT_TRUE(becomes("HDMI-A-1", 70)) << world.luminance("HDMI-A-1");
+  EXPECT_TRUE(eventually([&] { return handleX(leftSlider) >= before + 10; }));
+  EXPECT_TRUE(menu());
+}
+
+TEST_F(MenuOnDesktopTest, AHeldHotkeySweepsWhileItIsOpenUntilItsRelease) {
+  start();
+  open();
+  for (const auto key : {xKey::control, xKey::option, xKey::down}) world.screens.pressKey(key);
+  ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") <= 30; }));
+  for (const auto key : {xKey::down, xKey::option, xKey::control}) world.screens.releaseKey(key);
+  std::this_thread::sleep_for(milliseconds(300));
+  const auto level = world.luminance("HDMI-A-1");
+  EXPECT_GT(level, 0);
+  std::this_thread::sleep_for(milliseconds(500));
+  EXPECT_EQ(world.luminance("HDMI-A-1"), level);
+  EXPECT_TRUE(menu());
+}
+
+TEST_F(MenuOnDesktopTest, AHotkeyThatIsHeldWhileItClosesSweepsUntilItsRelease) {
+  start();
+  open();
+  for (const auto key : {xKey::control, xKey::option, xKey::down}) world.screens.pressKey(key);
+  ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") <= 40; }));
+  click(1500, 100);
+  ASSERT_TRUE(doesMenuClose());
+  for (const auto key : {xKey::down, xKey::option, xKey::control}) world.screens.releaseKey(key);
+  std::this_thread::sleep_for(milliseconds(500));
+  const auto gamma = world.screens.gamma(left);
+  const auto level = world.luminance("HDMI-A-1");
+  std::this_thread::sleep_for(milliseconds(500));
+  EXPECT_EQ(world.luminance("HDMI-A-1"), level);
+  EXPECT_EQ(world.screens.gamma(left), gamma);
+}
+
+TEST_F(MenuOnDesktopTest, ADisplayThatGoesOffTakesItsSliderAlongAndBringsItBack) {
+  start();
+  open();
+  ASSERT_EQ(handles().size(), 2u);
+  world.screens.turnOff(middle);
+  EXPECT_TRUE(eventually([&] { return handles().size() == 1; }));
+  world.screens.turnOn(middle);
+  EXPECT_TRUE(eventually([&] { return handles().size() == 2; }));
+  EXPECT_TRUE(menu());
+}
+
 TEST_F(MenuOnDesktopTest, TheKeyQQuits) {
   start();
   open();
