@@ -46,7 +46,8 @@ std::unique_ptr<Frame> openQtFrame(ResidentMachine& machine,
                                    std::shared_ptr<LiveDesk> desk) {
   auto* const mainQueue = dynamic_cast<HostedMainQueue*>(&machine.runtime());
   if (mainQueue == nullptr) return nullptr;
-  QtFrameRequest request{machine, *mainQueue, std::move(appearance), {}, windowSystem, std::move(desk)};
+  QtFrameRequest request{machine, *mainQueue,   std::move(appearance),
+                         {},      windowSystem, std::move(desk)};
   const auto open = load(request.problem);
   std::unique_ptr<Frame> frame(open == nullptr ? nullptr : open(request));
   if (!frame) {

@@ -21,23 +21,18 @@ QString text(const std::string& words) {
   return QString::fromStdString(words);
 }
 
-/// A name alone says nothing when the eye can't see what it belongs to.
-QString spoken(const std::string& words, const QString& subject) {
-  return subject.isEmpty() ? text(words) : text(words) + ", " + subject;
-}
-
-void update(QPushButton& widget, const LiveButton& button, const QString& subject) {
+void update(QPushButton& widget, const LiveButton& button) {
   const QString title = text(button.title).replace("&", "&&");
   if (widget.text() != title) widget.setText(title);
   const std::string& words = button.description.empty() ? button.title : button.description;
-  widget.setAccessibleName(spoken(words, subject));
+  widget.setAccessibleName(text(words));
   widget.setToolTip(button.description.empty() ? QString() : text(button.description));
   // A sign needs less room than a word.
   const int length = widget.fontMetrics().horizontalAdvance(widget.text());
   widget.setFixedWidth(std::max(length + widget.height() / 2, widget.height()));
 }
 
-void update(QComboBox& widget, const LiveChoice& choice, const QString& subject) {
+void update(QComboBox& widget, const LiveChoice& choice) {
   QStringList options;
   for (const std::string& option : choice.options) options.append(text(option));
   QStringList now;
@@ -53,14 +48,14 @@ void update(QComboBox& widget, const LiveChoice& choice, const QString& subject)
   widget.setFixedWidth(longest + choicePadding);
   const int chosen = static_cast<int>(choice.chosen);
   if (widget.currentIndex() != chosen) widget.setCurrentIndex(chosen);
-  widget.setAccessibleName(spoken(choice.title, subject));
+  widget.setAccessibleName(text(choice.title));
   widget.setToolTip(text(choice.title));
 }
 
 }  // namespace
 
-ControlRow::ControlRow(QWidget* parent, const QString& itsSubject, int controlHeight, int gapPoints)
-    : QWidget(parent), subject(itsSubject), height(controlHeight), gap(gapPoints) {
+ControlRow::ControlRow(QWidget* parent, int controlHeight, int gapPoints)
+    : QWidget(parent), height(controlHeight), gap(gapPoints) {
   setLayout(new FlowLayout(this, gap));
 }
 
@@ -125,10 +120,9 @@ QWidget* ControlRow::makeWidget(std::size_t index) {
 void ControlRow::update(std::size_t index) {
   const LiveControl& control = controls.controls[index];
   if (const auto* const button = std::get_if<LiveButton>(&control)) {
-    brivane::update(static_cast<QPushButton&>(*widgets[index]), *button, subject);
+    brivane::update(static_cast<QPushButton&>(*widgets[index]), *button);
   } else {
-    brivane::update(static_cast<QComboBox&>(*widgets[index]), std::get<LiveChoice>(control),
-                    subject);
+    brivane::update(static_cast<QComboBox&>(*widgets[index]), std::get<LiveChoice>(control));
   }
 }
 

@@ -10,8 +10,7 @@ namespace brivane {
 /// The buttons and choices of a part of a simulated machine. Main thread.
 class ControlRow : public QWidget {
  public:
-  /// `subject` is what assistive technology says they belong to.
-  ControlRow(QWidget* parent, const QString& subject, int controlHeight, int gapPoints);
+  ControlRow(QWidget* parent, int controlHeight, int gapPoints);
 
   /// Widgets stay as they are where they can, so that nobody loses a list that is open or the
   /// keyboard's focus.
@@ -27,7 +26,6 @@ class ControlRow : public QWidget {
   void press(std::size_t index);
   void choose(std::size_t index, int option);
 
-  const QString subject;
   const int height;
   const int gap;
   LiveControls controls;

@@ -2,7 +2,7 @@
 // somebody asks for it, so it is told now and then, and always before a key.
 #include "Machines/Qt/DeskInputFilter.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <algorithm>
@@ -115,7 +115,10 @@ bool DeskInputFilter::isAnyDown(std::initializer_list<std::uint16_t> keyCodes) c
 void DeskInputFilter::keepKeys(QWindow& window) {
   const bool isWanted =
       isAnyDown({leftControl, rightControl}) && isAnyDown({leftOption, rightOption});
-  if (isWanted == !keeper.isNull()) return;
+  // A menu that is open keeps them already.
+  if (isWanted == !keeper.isNull() || (isWanted && QApplication::activePopupWidget() != nullptr)) {
+    return;
+  }
   if (keeper) keeper->setKeyboardGrabEnabled(false);
   keeper = isWanted ? &window : nullptr;
   if (keeper) keeper->setKeyboardGrabEnabled(true);

@@ -29,7 +29,7 @@ DeskPanel::DeskPanel(std::function<void()> whenClosed)
   button->setEnabled(false);
   connect(button, &QToolButton::clicked, this, [this] { openMenu(); });
   row->addWidget(button, 0, Qt::AlignTop);
-  controls = new ControlRow(this, {}, controlHeight, margin);
+  controls = new ControlRow(this, controlHeight, margin);
   row->addWidget(controls, 1);
   auto* const quit = new QPushButton("Quit", this);
   quit->setFixedHeight(controlHeight);

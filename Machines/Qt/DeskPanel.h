@@ -15,7 +15,7 @@ namespace brivane {
 /// the machine itself. Main thread.
 class DeskPanel : public QWidget {
  public:
-  /// `quit` ends the program: closing the panel is closing the desk.
+  /// The handler is to end the program: closing the panel is closing the desk.
   explicit DeskPanel(std::function<void()> whenClosed);
 
   void show(const LiveControls& machine);

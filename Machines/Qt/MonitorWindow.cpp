@@ -57,7 +57,7 @@ MonitorWindow::MonitorWindow(DisplayID itsDisplay, Handlers itsHandlers)
   heading->addWidget(status);
   heading->addWidget(close);
   rows->addLayout(heading);
-  controls = new ControlRow(chin, {}, controlHeight, 3);
+  controls = new ControlRow(chin, controlHeight, 3);
   rows->addWidget(controls);
   moving.setSingleShot(true);
   moving.setInterval(movedMilliseconds);

@@ -290,5 +290,58 @@ TEST_F(DeskWindowsTest, ThePictureOfTheDeskIsWrittenBesideItsFileAndAfterEachCha
   EXPECT_FALSE(std::filesystem::exists(bench.home() / "desk.json.state" / "desk.png"));
 }
 
+TEST(DeskWindowsInDetail, AtTwoPixelsPerPointThePictureHasThem) {
+  QtBench& bench = QtBench::renewed(
+      {.pixelsPerPoint = 2, .sessionBus = {}, .deskText = R"({"displays": [{"identifier": 2}]})"});
+  const MonitorWindow* const window = bench.frame().desk()->window(2);
+  ASSERT_NE(window, nullptr);
+  EXPECT_EQ(window->pictureSize(), 2 * window->pictureBox().size());
+  QtBench::drop();
+}
+
+TEST(DeskWindowsInDetail, ALongNameIsCutAndTheToolTipHasAllOfIt) {
+  QtBench& bench = QtBench::renewed({.pixelsPerPoint = 1, .sessionBus = {}, .deskText = R"({
+      "displays": [{"identifier": 2, "firmware": {},
+                    "name": "A display whose name is much longer than anybody would read",
+                    "frame": {"x": 0, "y": 0, "width": 1000, "height": 800}},
+                   {"identifier": 3, "frame": {"x": 1000, "y": 0, "width": 4000, "height": 800}}]})"});
+  const MonitorWindow* const window = bench.frame().desk()->window(2);
+  ASSERT_NE(window, nullptr);
+  EXPECT_EQ(window->width(), MonitorWindow::smallestSize().width());
+  for (const QWidget* const part : window->findChildren<QWidget*>()) {
+    if (!part->isVisible()) continue;
+    const QRect box(part->mapTo(window, QPoint()), part->size());
+    EXPECT_TRUE(window->rect().contains(box)) << part->accessibleName().toStdString();
+  }
+  bool isTold = false;
+  for (const QWidget* const part : window->findChildren<QWidget*>()) {
+    isTold = isTold || part->toolTip().contains("longer than anybody would read");
+  }
+  EXPECT_TRUE(isTold);
+  QtBench::drop();
+}
+
+TEST(DeskWindowsInDetail, EveryControlHasANameThatCanBeSpokenAndTheFocus) {
+  QtBench& bench = QtBench::renewed({.pixelsPerPoint = 1, .sessionBus = {}, .deskText = R"({
+      "displays": [{"identifier": 2, "firmware": {}}, {"identifier": 3}]})"});
+  bench.machine().hardware().unplug(3);
+  bench.settle();
+  const DeskWindows& desk = *bench.frame().desk();
+  for (const QWidget* const window : {static_cast<QWidget*>(desk.window(2)),
+                                      static_cast<QWidget*>(&bench.frame().desk()->panel())}) {
+    int controls = 0;
+    for (const QWidget* const part : window->findChildren<QWidget*>()) {
+      const bool isControl = qobject_cast<const QAbstractButton*>(part) != nullptr ||
+                             qobject_cast<const QComboBox*>(part) != nullptr;
+      if (!isControl || !part->isEnabled()) continue;
+      ++controls;
+      EXPECT_FALSE(part->accessibleName().isEmpty());
+      EXPECT_NE(part->focusPolicy() & Qt::TabFocus, 0) << part->accessibleName().toStdString();
+    }
+    EXPECT_GE(controls, 6);
+  }
+  QtBench::drop();
+}
+
 }  // namespace
 }  // namespace brivane
