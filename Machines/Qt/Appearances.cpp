@@ -70,8 +70,9 @@ std::optional<Appearance> QtAppearances::wished() const {
 
 void QtAppearances::update() {
   const Appearance before = appearance;
-  const QPalette desktops = colorsBefore.value_or(QApplication::palette());
-  appearance = wished().value_or(appearanceOf(desktops));
+  // Colours that were given by this say nothing of the desktop.
+  const QPalette desktop = colorsBefore.value_or(QApplication::palette());
+  appearance = wished().value_or(appearanceOf(desktop));
   if (appearance != appearanceOf(QApplication::palette())) giveColors();
   if (appearance != before) changes.announce();
 }

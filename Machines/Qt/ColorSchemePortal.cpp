@@ -30,8 +30,7 @@ void ColorSchemePortal::ask(std::function<void()> changed) {
   onChange = std::move(changed);
   auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
-  bus.connect(service, path, interface, "SettingChanged", this,
-              SLOT(settingChanged(QString, QString, QDBusVariant)));
+  bus.connect(service, path, interface, "SettingChanged", this, SLOT(settingChanged(QDBusMessage)));
   auto message = QDBusMessage::createMethodCall(service, path, interface, "Read");
   message << appearanceGroup << colorSchemeKey;
   auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), this);
@@ -42,9 +41,11 @@ void ColorSchemePortal::ask(std::function<void()> changed) {
   });
 }
 
-void ColorSchemePortal::settingChanged(const QString& group, const QString& key,
-                                       const QDBusVariant& value) {
-  if (group == appearanceGroup && key == colorSchemeKey) take(value.variant());
+void ColorSchemePortal::settingChanged(const QDBusMessage& news) {
+  const auto words = news.arguments();
+  if (words.size() == 3 && words[0] == appearanceGroup && words[1] == colorSchemeKey) {
+    take(words[2]);
+  }
 }
 
 void ColorSchemePortal::take(const QVariant& value) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDBusMessage>
-#include <QDBusVariant>
 #include <QObject>
 #include <functional>
 #include <optional>
@@ -24,7 +23,9 @@ class ColorSchemePortal : public QObject {
   std::optional<Appearance> preference() const { return known; }
 
  private:
-  Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+  /// Group, key and value. A slot that names the value's type can't always be connected: Qt gets to
+  /// know that type on another thread.
+  Q_SLOT void settingChanged(const QDBusMessage& news);
   void take(const QVariant& value);
 
   std::function<void()> onChange;
