@@ -65,12 +65,13 @@ QSizeF ContactSheet::size(const Column& column) {
 }
 
 QImage ContactSheet::picture() const {
-  QSizeF whole(2 * margin - gap, 0);
+  if (columns.empty()) return whole.convertToFormat(QImage::Format_RGB888);
+  QSizeF room(2 * margin - gap, 0);
   for (const Column& column : columns) {
-    whole.setWidth(whole.width() + gap + size(column).width());
-    whole.setHeight(std::max(whole.height(), size(column).height() + 2 * margin));
+    room.setWidth(room.width() + gap + size(column).width());
+    room.setHeight(std::max(room.height(), size(column).height() + 2 * margin));
   }
-  QImage image = blank(whole);
+  QImage image = blank(room);
   image.fill(ground(appearance));
   QPainter painter(&image);
   QPointF corner(margin, margin);

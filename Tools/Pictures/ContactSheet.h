@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "BrivaneUI/Appearance.h"
@@ -13,6 +14,8 @@ namespace brivane {
 class ContactSheet {
  public:
   explicit ContactSheet(Appearance itsAppearance) : appearance(itsAppearance) {}
+  /// A picture that needs no ground and no caption.
+  explicit ContactSheet(QImage wholePicture) : whole(std::move(wholePicture)) {}
 
   void beginColumn() { columns.emplace_back(); }
   /// Below what the column holds already; without a caption there is no line.
@@ -32,7 +35,8 @@ class ContactSheet {
   static QSizeF size(const Column& column);
   void draw(QPainter& painter, QPointF corner, const Cell& cell) const;
 
-  const Appearance appearance;
+  Appearance appearance = Appearance::light;
+  QImage whole;
   std::vector<Column> columns;
 };
 

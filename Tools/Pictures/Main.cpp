@@ -23,6 +23,7 @@ const std::vector<Named> pictures = {
     {"menu", brivane::menuPicture},
     {"menu-states", brivane::menuStatesPicture},
     {"editor", brivane::editorPicture},
+    {"desk", brivane::deskPicture},
 };
 
 /// Nobody's desktop, fonts or screens have a say.
@@ -30,6 +31,8 @@ void shutTheDesktopOut() {
   setenv("QT_SCALE_FACTOR", "2", 1);
   setenv("FONTCONFIG_FILE", std::filesystem::absolute("Tools/Pictures/fonts.conf").c_str(), 1);
   setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody", 1);
+  // Such as that nobody has logged in.
+  setenv("QT_LOGGING_RULES", "default.warning=false", 1);
   for (const auto* const name :
        {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_FONT_DPI", "QT_SCREEN_SCALE_FACTORS"}) {
     unsetenv(name);

@@ -20,4 +20,7 @@ ContactSheet menuStatesPicture(Appearance appearance);
 /// The hotkey editor: as it opens, waiting for keys, and with other hotkeys.
 ContactSheet editorPicture(Appearance appearance);
 
+/// The windows of three monitors, one dimmed, one brightened, and the HUD over the third.
+ContactSheet deskPicture(Appearance appearance);
+
 }  // namespace brivane

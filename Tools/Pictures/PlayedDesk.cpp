@@ -14,13 +14,17 @@
 #include "Machines/Common/ResourceFolder.h"
 #include "Machines/Desk/AppearanceOfDesk.h"
 #include "Machines/Desk/DeskFile.h"
+#include "Machines/Desk/DeskOnScreen.h"
 #include "Machines/Desk/VirtualRuntime.h"
 #include "Machines/Qt/CustomViewWidget.h"
+#include "Machines/Qt/DeskPicture.h"
 #include "Machines/Qt/StatusItem.h"
 
 namespace brivane {
 namespace {
 
+/// As large as a desktop's.
+constexpr auto desktopScreen = "offscreen:configfile=Tools/Pictures/desk-screen.json";
 constexpr auto fontFamily = "Inter";
 constexpr int fontPixels = 13;
 
@@ -50,12 +54,14 @@ void usePictureFont() {
   QApplication::setFont(font);
 }
 
-PlayedDesk::PlayedDesk(const std::string& desk)
+PlayedDesk::PlayedDesk(const std::string& desk, Shows shows)
     : hardware(std::make_shared<DeskHardware>(described(desk))),
       machine(std::make_unique<VirtualRuntime>(), std::make_unique<Silence>(), hardware,
               {false, resourceFolder()}) {
   QtFrameRequest request{machine, queue, std::make_shared<AppearanceOfDesk>(*hardware), {}};
-  frame = std::make_unique<QtFrame>(QtPlatform{noScreen, false}, request);
+  if (shows == Shows::windows) request.desk = std::make_shared<DeskOnScreen>(machine);
+  const char* const screens = shows == Shows::windows ? desktopScreen : noScreen;
+  frame = std::make_unique<QtFrame>(QtPlatform{screens, false}, request);
   usePictureFont();
   delegate = std::make_unique<AppDelegate>(machine, *frame);
   delegate->applicationDidFinishLaunching();
@@ -131,6 +137,13 @@ QWidget& PlayedDesk::editorWindow() {
 
 QImage PlayedDesk::editor() {
   return editorWindow().grab().toImage();
+}
+
+/// A desk in memory has no folder whose changes would make its windows look again.
+QImage PlayedDesk::screen() {
+  hardware->setAppearance(hardware->appearance());
+  run(std::chrono::milliseconds(1));
+  return DeskPicture::take();
 }
 
 std::string PlayedDesk::editorTitle() {

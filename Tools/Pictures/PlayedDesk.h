@@ -24,8 +24,11 @@ inline constexpr std::uint16_t upArrow = 126;
 /// One at a time. Main thread.
 class PlayedDesk {
  public:
+  /// What is to be seen: the program alone, or the monitors' windows with it, as ./run shows them.
+  enum class Shows { program, windows };
+
   /// `desk` is the text of a desk file (docs/desk.md). The program has run for five seconds.
-  explicit PlayedDesk(const std::string& desk);
+  explicit PlayedDesk(const std::string& desk, Shows shows = Shows::program);
   ~PlayedDesk();
   PlayedDesk(const PlayedDesk&) = delete;
   PlayedDesk& operator=(const PlayedDesk&) = delete;
@@ -49,6 +52,8 @@ class PlayedDesk {
   QImage hud();
   QImage menu();
   QImage editor();
+  /// All windows.
+  QImage screen();
   std::string editorTitle();
 
  private:
