@@ -88,6 +88,8 @@ void ControlRow::rebuild() {
       labels.push_back(new QLabel(text(choice->title), this));
       labels.back()->setFixedHeight(height);
       layout()->addWidget(labels.back());
+      // What has never been shown takes no room in a layout.
+      labels.back()->show();
     }
     QWidget* const widget = makeWidget(index);
     widget->setFixedHeight(height);

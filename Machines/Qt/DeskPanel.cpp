@@ -43,21 +43,22 @@ void DeskPanel::show(const LiveControls& machine) {
   for (const std::string& line : machine.status) title += ", " + QString::fromStdString(line);
   if (windowTitle() != title) setWindowTitle(title);
   controls->show(machine);
-  fitHeight();
+  if (!room.isNull()) fit();
 }
 
-/// As wide as all controls in one row, as far as there is room.
-void DeskPanel::place(const QRect& room) {
+void DeskPanel::place(const QRect& itsRoom) {
+  room = itsRoom;
+  fit();
+  move(room.x() + (room.width() - width()) / 2, room.y());
+}
+
+/// As wide as all controls in one row, as far as there is room. It grows to the right, so that
+/// nothing moves away from under the mouse.
+void DeskPanel::fit() {
   layout()->activate();
-  const int width = std::min(sizeHint().width(), room.width());
-  setFixedWidth(width);
-  fitHeight();
-  move(room.x() + (room.width() - width) / 2, room.y());
-}
-
-void DeskPanel::fitHeight() {
-  if (!layout()->hasHeightForWidth()) return;
-  setFixedHeight(layout()->heightForWidth(width()));
+  setFixedWidth(std::min(sizeHint().width(), room.width()));
+  if (layout()->hasHeightForWidth()) setFixedHeight(layout()->heightForWidth(width()));
+  if (x() + width() > room.x() + room.width()) move(room.x() + room.width() - width(), y());
 }
 
 void DeskPanel::setStatusItem(QtStatusItem* item) {

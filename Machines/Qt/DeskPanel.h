@@ -20,7 +20,7 @@ class DeskPanel : public QWidget {
 
   void show(const LiveControls& machine);
   /// At the upper edge of that part of the screen, in its middle.
-  void place(const QRect& room);
+  void place(const QRect& itsRoom);
   void setStatusItem(QtStatusItem* item);
   /// The item looks different.
   void updateStatusItem();
@@ -32,9 +32,10 @@ class DeskPanel : public QWidget {
 
  private:
   void openMenu();
-  void fitHeight();
+  void fit();
 
   const std::function<void()> closed;
+  QRect room;
   QPointer<QtStatusItem> statusItem;
   QToolButton* button;
   ControlRow* controls;
