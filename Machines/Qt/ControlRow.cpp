@@ -64,6 +64,8 @@ void ControlRow::show(const LiveControls& newControls) {
   controls = newControls;
   if (!isSame) rebuild();
   for (std::size_t index = 0; index < widgets.size(); ++index) update(index);
+  // A layout hears of wider controls in a row only later.
+  updateGeometry();
 }
 
 bool ControlRow::hasWidgetsFor(const LiveControls& newControls) const {
