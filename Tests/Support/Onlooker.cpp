@@ -1,5 +1,6 @@
 #include "Tests/Support/Onlooker.h"
 
+#include <array>
 #include <cstdlib>
 #include <memory>
 #include <ranges>
@@ -47,6 +48,12 @@ xcb_window_t Onlooker::open(const std::string& title, const PixelBox& box, std::
                     XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
   xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING,
                       8, static_cast<std::uint32_t>(title.size()), title.data());
+  // The user's own place and size, which a window manager leaves as they are.
+  const std::array<std::uint32_t, 18> hints = {
+      3, static_cast<std::uint32_t>(box.x), static_cast<std::uint32_t>(box.y),
+      static_cast<std::uint32_t>(box.width), static_cast<std::uint32_t>(box.height)};
+  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
+                      XCB_ATOM_WM_SIZE_HINTS, 32, hints.size(), hints.data());
   if (isFullScreen) {
     const xcb_atom_t state = atom("_NET_WM_STATE_FULLSCREEN");
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_STATE"),
@@ -55,6 +62,11 @@ xcb_window_t Onlooker::open(const std::string& title, const PixelBox& box, std::
   xcb_map_window(connection, window);
   sync();
   return window;
+}
+
+void Onlooker::show(xcb_window_t window) {
+  xcb_map_window(connection, window);
+  sync();
 }
 
 int Onlooker::takeClicks() {

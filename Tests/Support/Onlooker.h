@@ -54,6 +54,7 @@ class Onlooker {
   /// the window manager.
   xcb_window_t open(const std::string& title, const PixelBox& box, std::uint32_t color,
                     bool isFullScreen = false);
+  void show(xcb_window_t window);
   /// The presses of buttons that the windows have been sent since the last call.
   int takeClicks();
 

@@ -1,0 +1,182 @@
+// The HUD of the built program: where, how large, for how long, and in nobody's way.
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+
+#include "Tests/EndToEnd/Desktop/DesktopTest.h"
+#include "Tests/Support/Companion.h"
+
+namespace brivane {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::uint32_t ground = 0x3060a0;
+
+class HUDOnDesktopTest : public DesktopTest {
+ protected:
+  std::optional<SeenWindow> hud() {
+    const auto found = onlooker.find("Brivane");
+    return found && found->box.height < 200 ? found : std::nullopt;
+  }
+  /// Presses the hotkey where the pointer is, until the program knows a level to change.
+  bool doesHUDShow() {
+    return eventually([&] {
+      tapHotkey(xKey::down);
+      std::this_thread::sleep_for(milliseconds(50));
+      return hud().has_value();
+    });
+  }
+  bool isHUDAt(const PixelBox& box, int tolerance = 0) {
+    return eventually([&] {
+      const auto window = hud();
+      if (window) lastSeen = window;
+      // Qt's own pixels are larger at these scales, and its places whole ones.
+      return window && window->box.width == box.width && window->box.height == box.height &&
+             std::abs(window->box.x - box.x) <= tolerance &&
+             std::abs(window->box.y - box.y) <= tolerance;
+    });
+  }
+  std::optional<SeenWindow> lastSeen;
+  static std::string text(const std::optional<SeenWindow>& window) {
+    if (!window) return "none";
+    const PixelBox& box = window->box;
+    return std::to_string(box.width) + "x" + std::to_string(box.height) + " at " +
+           std::to_string(box.x) + ", " + std::to_string(box.y);
+  }
+  void pointAtMiddle() { world.screens.movePointer(2500, 800); }
+
+  /// The left monitor's lower middle, 130 pixels above its edge, in pixels of that scale.
+  static PixelBox boxOnLeft(double scale) {
+    const auto width = static_cast<int>(360 * scale);
+    const auto height = static_cast<int>(54 * scale);
+    return {800 - width / 2, 900 - 130 - height, width, height};
+  }
+};
+
+TEST_F(HUDOnDesktopTest, ItShowsOnTheDisplayThatChanges) {
+  start();
+  ASSERT_TRUE(doesHUDShow());
+  EXPECT_TRUE(isHUDAt({620, 716, 360, 54})) << text(lastSeen);
+  pointAtMiddle();
+  tapHotkey(xKey::down);
+  EXPECT_TRUE(isHUDAt({2380, 1196, 360, 54})) << text(lastSeen);
+  EXPECT_TRUE(hud()->isUnmanaged);
+  EXPECT_EQ(onlooker.topmost(), hud()->number);
+}
+
+TEST_F(HUDOnDesktopTest, ItIsGoneSomewhatMoreThanASecondAfterTheLastPress) {
+  start();
+  ASSERT_TRUE(doesHUDShow());
+  tapHotkey(xKey::up);
+  const auto pressed = std::chrono::steady_clock::now();
+  ASSERT_TRUE(eventually([&] { return !hud(); }));
+  EXPECT_GE(std::chrono::steady_clock::now() - pressed, milliseconds(1200));
+}
+
+TEST_F(HUDOnDesktopTest, AHeldKeyKeepsItUpWhileTheLevelSweeps) {
+  start();
+  ASSERT_TRUE(doesHUDShow());
+  const auto before = onlooker.picture(hud()->box);
+  for (const auto key : {xKey::control, xKey::option, xKey::up}) world.screens.pressKey(key);
+  EXPECT_TRUE(becomes("HDMI-A-1", 100));
+  ASSERT_TRUE(hud());
+  EXPECT_FALSE(onlooker.picture(hud()->box) == before);
+  for (const auto key : {xKey::up, xKey::option, xKey::control}) world.screens.releaseKey(key);
+}
+
+// Under a window manager
+
+class HUDUnderManagerTest : public HUDOnDesktopTest {
+ protected:
+  HUDUnderManagerTest() {
+    EXPECT_TRUE(eventually([&] { return onlooker.hasRootProperty("_NET_CLIENT_LIST"); }))
+        << "package openbox";
+  }
+
+  /// Shown and in front, and the pointer where the HUD comes to be.
+  xcb_window_t openBelow(bool isFullScreen) {
+    const xcb_window_t window = onlooker.open("Work", {0, 0, 1500, 850}, ground, isFullScreen);
+    EXPECT_TRUE(eventually([&] {
+      // A window manager that is still starting may drop the first wish.
+      onlooker.show(window);
+      return onlooker.pixel(800, 740) == ground && onlooker.focus() == window;
+    }));
+    world.screens.movePointer(800, 740);
+    return window;
+  }
+
+  const std::filesystem::path noKeys = world.home.path / "openbox.xml";
+  const bool isWritten =
+      bool(std::ofstream(noKeys)
+           << "<openbox_config><focus><focusNew>yes</focusNew></focus></openbox_config>");
+  Companion manager{{"openbox", "--sm-disable", "--config-file", noKeys}, environment()};
+};
+
+class HUDOverAWindowTest : public HUDUnderManagerTest, public testing::WithParamInterface<bool> {};
+
+TEST_P(HUDOverAWindowTest, ItIsInFrontTakesNoFocusAndAClickReachesTheWindowBelow) {
+  const xcb_window_t below = openBelow(GetParam());
+  start();
+  ASSERT_TRUE(doesHUDShow());
+  EXPECT_TRUE(isHUDAt({620, 716, 360, 54})) << text(lastSeen);
+  EXPECT_TRUE(eventually([&] { return onlooker.pixel(640, 743) != ground; })) << "it is in front";
+  EXPECT_EQ(onlooker.focus(), below);
+  onlooker.takeClicks();
+  click(800, 743);
+  EXPECT_TRUE(eventually([&] { return onlooker.takeClicks() == 1; }));
+  EXPECT_EQ(onlooker.focus(), below);
+  ASSERT_TRUE(eventually([&] { return !hud(); }));
+  EXPECT_EQ(onlooker.focus(), below);
+  EXPECT_EQ(onlooker.pixel(800, 743), ground);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, HUDOverAWindowTest, testing::Bool(),
+                         [](const auto& one) { return one.param ? "FullScreen" : "Ordinary"; });
+
+// At other scales
+
+class HUDAtScaleTest : public HUDOnDesktopTest, public testing::WithParamInterface<double> {};
+
+TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
+  const double scale = GetParam();
+  onlooker.cover(ground);
+  start({{"QT_SCALE_FACTOR", std::to_string(scale)}});
+  ASSERT_TRUE(doesHUDShow());
+  const int tolerance = scale == 1 ? 0 : 1;
+  ASSERT_TRUE(isHUDAt(boxOnLeft(scale), tolerance)) << text(lastSeen);
+  const PixelBox box = lastSeen->box;
+  // Every second pixel would be like its neighbour if a small picture had been enlarged.
+  EXPECT_TRUE(eventually([&] {
+    const Picture shown = onlooker.picture(box);
+    int fine = 0;
+    for (int y = 0; y + 1 < shown.height; y += 2) {
+      for (int x = 0; x + 1 < shown.width; x += 2) {
+        fine +=
+            shown.at(x, y) != shown.at(x + 1, y) || shown.at(x, y) != shown.at(x, y + 1) ? 1 : 0;
+      }
+    }
+    return fine > 150;
+  }));
+  // And its outermost pixels are its own.
+  const int middle = box.x + box.width / 2;
+  EXPECT_NE(onlooker.pixel(middle, box.y), ground);
+  EXPECT_EQ(onlooker.pixel(middle, box.y - 1), ground);
+  EXPECT_NE(onlooker.pixel(middle, box.y + box.height - 1), ground);
+  EXPECT_EQ(onlooker.pixel(middle, box.y + box.height), ground);
+  EXPECT_EQ(onlooker.pixel(box.x + 1, box.y + 1), ground) << "the corners are cut off";
+  pointAtMiddle();
+  tapHotkey(xKey::down);
+  EXPECT_TRUE(
+      isHUDAt({2560 - box.width / 2, 1380 - 130 - box.height, box.width, box.height}, tolerance))
+      << text(lastSeen);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, HUDAtScaleTest, testing::Values(1.0, 1.5, 2.0), [](const auto& one) {
+  return "Percent" + std::to_string(static_cast<int>(one.param * 100));
+});
+
+}  // namespace
+}  // namespace brivane
