@@ -57,6 +57,7 @@ TEST_F(AppearanceOnDesktopTest, TheHUDFollowsTheDesktop) {
   const auto cardBecomes = [&](bool isDark) {
     return eventually([&] {
       tapHotkey(xKey::down);
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
       const auto pixel = onlooker.pixel(800, 720) & 0xff;
       return onlooker.find("Brivane") && (isDark ? pixel > 0 && pixel < 90 : pixel > 180);
     });
