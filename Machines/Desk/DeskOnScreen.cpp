@@ -18,6 +18,7 @@ BrightnessKey asBrightnessKey(LiveBrightnessKey key) {
 
 std::vector<Rect> valuesOf(const std::map<DisplayID, Rect>& frames) {
   std::vector<Rect> values;
+  values.reserve(frames.size());
   for (const auto& [display, frame] : frames) values.push_back(frame);
   return values;
 }
@@ -75,19 +76,19 @@ std::map<DisplayID, Rect> DeskOnScreen::framesNow() const {
   return now;
 }
 
-void DeskOnScreen::layOut() {
+const DeskMap& DeskOnScreen::layOut() {
   auto now = framesNow();
   const bool isSame = now == frames;
   frames = std::move(now);
-  if (map && (isSame || map->fits(valuesOf(frames)))) return;
-  map = DeskMap::fitting(valuesOf(frames), room.value_or(LiveRoom{}));
+  if (map && (isSame || map->fits(valuesOf(frames)))) return *map;
+  return map.emplace(DeskMap::fitting(valuesOf(frames), room.value_or(LiveRoom{})));
 }
 
 std::vector<LiveMonitor> DeskOnScreen::monitors() {
-  layOut();
+  const DeskMap& now = layOut();
   std::vector<LiveMonitor> all;
   for (const auto& display : *hardware.displays()) {
-    all.push_back({display.identifier, map->window(display.frame),
+    all.push_back({display.identifier, now.window(display.frame),
                    monitorControls(hardware, display.identifier, machine.runtime())});
   }
   return all;

@@ -48,7 +48,7 @@ class DeskOnScreen : public LiveDesk {
   };
 
   void announceSoon();
-  void layOut();
+  const DeskMap& layOut();
   std::map<DisplayID, Rect> framesNow() const;
 
   DeskMachine& machine;

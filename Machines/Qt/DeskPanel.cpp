@@ -68,16 +68,12 @@ void DeskPanel::setStatusItem(QtStatusItem* item) {
 }
 
 void DeskPanel::updateStatusItem() {
-  const bool hasItem = statusItem && statusItem->button();
-  button->setEnabled(hasItem);
-  if (!hasItem) {
-    button->setIcon({});
-    return;
-  }
-  const StatusButton& shown = *statusItem->button();
-  button->setIcon(statusIcon(shown));
-  button->setToolTip(QString::fromStdString(shown.toolTip));
-  button->setAccessibleName(QString::fromStdString(shown.toolTip));
+  const auto shown = statusItem ? statusItem->button() : std::nullopt;
+  button->setEnabled(shown.has_value());
+  button->setIcon(shown ? statusIcon(*shown) : QIcon());
+  const auto name = QString::fromStdString(shown ? shown->toolTip : std::string());
+  button->setToolTip(name);
+  button->setAccessibleName(name);
 }
 
 void DeskPanel::openMenu() {

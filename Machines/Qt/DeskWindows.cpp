@@ -115,11 +115,12 @@ QRect DeskWindows::placeOver(const Rect& frame) const {
   const QSize size(static_cast<int>(std::lround(frame.width)),
                    static_cast<int>(std::lround(frame.height)));
   QPointF foot(room.center().x(), room.bottom());
-  const auto spot = desk->spotAt({frame.x + frame.width / 2, frame.y});
-  if (const MonitorWindow* const over = spot ? window(spot->display) : nullptr) {
-    const QRectF box = QRectF(over->pictureBox()).translated(over->pos());
-    if (const QScreen* const screen = over->screen()) room = screen->availableGeometry();
-    foot = {box.x() + spot->x * box.width(), box.y() + spot->y * box.height()};
+  if (const auto spot = desk->spotAt({frame.x + frame.width / 2, frame.y})) {
+    if (const MonitorWindow* const over = window(spot->display)) {
+      const QRectF box = QRectF(over->pictureBox()).translated(over->pos());
+      if (const QScreen* const screen = over->screen()) room = screen->availableGeometry();
+      foot = {box.x() + spot->x * box.width(), box.y() + spot->y * box.height()};
+    }
   }
   const QPoint corner(static_cast<int>(std::lround(foot.x() - size.width() / 2.0)),
                       static_cast<int>(std::lround(foot.y())) - size.height());

@@ -23,12 +23,13 @@ constexpr std::uint16_t control = 59;
 constexpr std::uint16_t option = 58;
 
 class DeskWindowsTest : public testing::Test {
- protected:
+ public:
   DeskWindowsTest() { bench.settle(); }
   ~DeskWindowsTest() override { QtBench::drop(); }
   DeskWindowsTest(const DeskWindowsTest&) = delete;
   DeskWindowsTest& operator=(const DeskWindowsTest&) = delete;
 
+ protected:
   MonitorWindow* window(DisplayID display) { return bench.frame().desk()->window(display); }
   DeskPanel& panel() { return bench.frame().desk()->panel(); }
 
