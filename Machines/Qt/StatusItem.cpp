@@ -22,32 +22,32 @@ QIcon statusIcon(const StatusButton& button) {
 
 QtStatusItem::QtStatusItem(QtApplication& frameApplication, bool mayHaveTray)
     : ownMenu(frameApplication) {
-  if (!mayHaveTray) return;
-  host = std::make_unique<TrayHost>();
-  host->waitFor([this] { showInTray(); });
+  if (mayHaveTray) host = std::make_unique<TrayHost>();
 }
 
 QtStatusItem::~QtStatusItem() = default;
 
 void QtStatusItem::configureButton(const StatusButton& newButton) {
+  const bool isFirst = !ownButton;
   const bool isSame =
-      ownButton && ownButton->icon == newButton.icon && ownButton->toolTip == newButton.toolTip;
+      !isFirst && ownButton->icon == newButton.icon && ownButton->toolTip == newButton.toolTip;
   ownButton = newButton;
   if (isSame) return;
   // For the title bars and task bars of the program's windows.
   QApplication::setWindowIcon(statusIcon(*ownButton));
   if (configured) configured();
-  if (!icon) return;
-  icon->setIcon(statusIcon(*ownButton));
+  if (icon) updateTray();
+  if (isFirst && host) host->waitFor([this] { showInTray(); });
+}
+
+void QtStatusItem::updateTray() {
+  icon->setIcon(QApplication::windowIcon());
   icon->setToolTip(QString::fromStdString(ownButton->toolTip));
 }
 
 void QtStatusItem::showInTray() {
   icon = std::make_unique<QSystemTrayIcon>();
-  if (ownButton) {
-    icon->setIcon(statusIcon(*ownButton));
-    icon->setToolTip(QString::fromStdString(ownButton->toolTip));
-  }
+  updateTray();
   QObject::connect(icon.get(), &QSystemTrayIcon::activated, icon.get(),
                    [this] { ownMenu.open(QCursor::pos()); });
   icon->show();

@@ -31,6 +31,7 @@ class QtStatusItem : public QObject, public StatusItem {
   void onConfigured(std::function<void()> handler) { configured = std::move(handler); }
 
  private:
+  void updateTray();
   void showInTray();
 
   QtMenu ownMenu;

@@ -18,8 +18,19 @@ namespace {
 constexpr auto watcherService = "org.kde.StatusNotifierWatcher";
 constexpr auto watcherPath = "/StatusNotifierWatcher";
 
+/// How long a start waits for the watcher, which answers in less than one of them; a desktop that
+/// is just starting, too, may take its time.
+constexpr int patienceMilliseconds = 50;
+
 /// Whoever owns this embeds windows of other clients as status items.
 constexpr auto embeddingTray = "_NET_SYSTEM_TRAY_S0";
+
+QDBusMessage question() {
+  auto message = QDBusMessage::createMethodCall(watcherService, watcherPath,
+                                                "org.freedesktop.DBus.Properties", "Get");
+  message << watcherService << "IsStatusNotifierHostRegistered";
+  return message;
+}
 
 }  // namespace
 
@@ -32,23 +43,26 @@ void TrayHost::waitFor(std::function<void()> found) {
   connect(&watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { askWatcher(); });
   bus.connect(watcherService, watcherPath, watcherService, "StatusNotifierHostRegistered", this,
               SLOT(hostRegistered()));
+  // Qt's loop, and with it a reply that comes later, has to wait for the rest of the start.
+  heard(bus.call(question(), QDBus::Block, patienceMilliseconds));
+  if (!whenFound) return;
   askWatcher();
   if (isOnX()) qApp->installNativeEventFilter(this);
 }
 
-/// The bus is asked first: a desktop that has both shows the item better over it.
 void TrayHost::askWatcher() {
-  auto message = QDBusMessage::createMethodCall(watcherService, watcherPath,
-                                                "org.freedesktop.DBus.Properties", "Get");
-  message << watcherService << "IsStatusNotifierHostRegistered";
   auto* const call =
-      new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+      new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question()), this);
   connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
-    const QDBusPendingReply<QDBusVariant> reply = *call;
     call->deleteLater();
-    const bool hasHost = !reply.isError() && reply.value().variant().toBool();
-    if (hasHost || hasSelectionOwner(embeddingTray)) announce();
+    heard(call->reply());
   });
+}
+
+/// The bus counts first: a desktop that has both shows the item better over it.
+void TrayHost::heard(const QDBusPendingReply<QDBusVariant>& reply) {
+  const bool hasHost = !reply.isError() && reply.value().variant().toBool();
+  if (hasHost || hasSelectionOwner(embeddingTray)) announce();
 }
 
 void TrayHost::hostRegistered() {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QAbstractNativeEventFilter>
+#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 #include <QObject>
 #include <functional>
 
@@ -20,6 +22,7 @@ class TrayHost : public QObject, private QAbstractNativeEventFilter {
  private:
   Q_SLOT void hostRegistered();
   void askWatcher();
+  void heard(const QDBusPendingReply<QDBusVariant>& reply);
   void announce();
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
