@@ -168,11 +168,14 @@ double millisecondsToPixel(X11Rig& screens, Onlooker& onlooker, xcb_keycode_t ke
   const std::uint32_t before = onlooker.pixel(x, y);
   const auto pressed = Clock::now();
   screens.pressKey(key);
-  const auto end = pressed + 10s;
+  bool isSeen = false;
   auto seen = pressed;
-  while (onlooker.pixel(x, y) == before && seen < end) seen = Clock::now();
+  while (!isSeen && seen < pressed + 10s) {
+    isSeen = onlooker.pixel(x, y) != before;
+    seen = Clock::now();
+  }
   screens.releaseKey(key);
-  if (seen >= end) std::cerr << "nothing came up after key " << int{key} << std::endl;
+  if (!isSeen) std::cerr << "nothing came up after key " << int{key} << std::endl;
   return milliseconds(seen - pressed);
 }
 
