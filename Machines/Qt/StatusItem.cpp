@@ -36,11 +36,12 @@ void QtStatusItem::configureButton(const StatusButton& newButton) {
   // For the title bars and task bars of the program's windows.
   QApplication::setWindowIcon(statusIcon(*ownButton));
   if (configured) configured();
-  if (icon) updateTray();
+  updateTray();
   if (isFirst && host) host->waitFor([this] { showInTray(); });
 }
 
 void QtStatusItem::updateTray() {
+  if (!icon || !ownButton) return;
   icon->setIcon(QApplication::windowIcon());
   icon->setToolTip(QString::fromStdString(ownButton->toolTip));
 }
