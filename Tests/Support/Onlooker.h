@@ -25,7 +25,8 @@ struct Picture {
   std::vector<std::uint32_t> pixels;
 
   std::uint32_t at(int x, int y) const {
-    return pixels.at(static_cast<std::size_t>(y * width + x));
+    return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                     static_cast<std::size_t>(x));
   }
   friend bool operator==(const Picture&, const Picture&) = default;
 };

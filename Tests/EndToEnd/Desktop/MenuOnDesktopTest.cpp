@@ -248,7 +248,7 @@ TEST_F(MenuOnDesktopTest, LaunchAtLoginSwitchesTheAutostartEntryAndTicksItsLine)
     open();
     const auto line = menuLine(menuLineFromLast::launchAtLogin);
     EXPECT_TRUE(line);
-    const auto picture = onlooker.picture({line->x + 4, line->y, 20, line->height});
+    auto picture = onlooker.picture({line->x + 4, line->y, 20, line->height});
     click(*line);
     EXPECT_TRUE(doesMenuClose());
     return picture;

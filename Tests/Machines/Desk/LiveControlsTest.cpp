@@ -17,8 +17,8 @@ class LiveControlsTest : public testing::Test {
   }
 
   static std::vector<std::string> titles(const LiveControls& controls) {
-    std::vector<std::string> all;
-    for (const auto& control : controls.controls) all.push_back(titleOf(control));
+    std::vector<std::string> all(controls.controls.size());
+    std::ranges::transform(controls.controls, all.begin(), titleOf);
     return all;
   }
 
