@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "Machines/Desk/LiveControls.h"
 #include "Tests/Support/TestDesk.h"
 
