@@ -34,4 +34,10 @@ std::optional<std::string> LinuxMachine::advice() {
                    findings);
 }
 
+void LinuxMachine::sayThatSystemBusIsMissing() {
+  systemLog.writeVisibly(
+      "Brivane has no system bus: it hears of no sleep and no wake, and can't ask logind to set a "
+      "built-in panel; everything else works.");
+}
+
 }  // namespace brivane

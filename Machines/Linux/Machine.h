@@ -61,6 +61,8 @@ class LinuxMachine : public ResidentMachine {
   SharedWindowSystem& windowSystem() { return sharedWindowSystem; }
 
  private:
+  void sayThatSystemBusIsMissing();
+
   Findings findings;
   LinuxLog systemLog;
   SleepGate sleepGate;
@@ -89,7 +91,8 @@ class LinuxMachine : public ResidentMachine {
   LinuxHotkeys hotkeyGrabs{events, keymap, xKeyboard};
   LinuxEventTaps brightnessKeys{events, systemLog};
   LinuxWindowSystem sharedWindowSystem{{events, hotkeyGrabs, brightnessKeys, systemLog, settings}};
-  LinuxNotifications announcements{events, threads, sleepGate, [this] { settings.sync(); }};
+  LinuxNotifications announcements{events, threads, sleepGate, [this] { settings.sync(); },
+                                   [this] { sayThatSystemBusIsMissing(); }};
 };
 
 }  // namespace brivane

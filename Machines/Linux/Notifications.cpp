@@ -25,11 +25,13 @@ std::optional<int> firstEventOf(xcb_connection_t* connection, xcb_extension_t* e
 }  // namespace
 
 LinuxNotifications::LinuxNotifications(XEvents& itsEvents, Runtime& machineRuntime,
-                                       SleepGate& itsSleepGate, Task saveEverything)
+                                       SleepGate& itsSleepGate, Task saveEverything,
+                                       Task sayThatBusIsMissing)
     : events(itsEvents),
       runtime(machineRuntime),
       sleepGate(itsSleepGate),
-      saveBeforeSleep(std::move(saveEverything)) {}
+      saveBeforeSleep(std::move(saveEverything)),
+      busIsMissing(std::move(sayThatBusIsMissing)) {}
 
 Observation LinuxNotifications::observeScreenParameters(Task handler) {
   listenToScreens();
@@ -80,7 +82,8 @@ void LinuxNotifications::listenToScreens() {
 
 void LinuxNotifications::listenToSleep() {
   if (sleep) return;
-  sleep.emplace(runtime, [this](bool goesToSleep) { sleepChanged(goesToSleep); });
+  sleep.emplace(
+      runtime, [this](bool goesToSleep) { sleepChanged(goesToSleep); }, busIsMissing);
 }
 
 void LinuxNotifications::handle(const xcb_generic_event_t& event) {

@@ -18,9 +18,10 @@ namespace brivane {
 class LinuxNotifications : public SystemNotifications {
  public:
   /// All must outlive this. As soon as anybody observes the machine's wake, its sleep waits until
-  /// the gate is shut and `saveEverything` has returned.
+  /// the gate is shut and `saveEverything` has returned; `sayThatBusIsMissing` is called when
+  /// neither is heard of for want of a system bus.
   LinuxNotifications(XEvents& itsEvents, Runtime& machineRuntime, SleepGate& itsSleepGate,
-                     Task saveEverything);
+                     Task saveEverything, Task sayThatBusIsMissing);
 
   Observation observeScreenParameters(Task handler) override;
   Observation observeDidWake(Task handler) override;
@@ -44,6 +45,7 @@ class LinuxNotifications : public SystemNotifications {
   Runtime& runtime;
   SleepGate& sleepGate;
   const Task saveBeforeSleep;
+  const Task busIsMissing;
   const std::shared_ptr<Topics> topics = std::make_shared<Topics>();
   /// Shared by all who observe the termination.
   std::weak_ptr<TerminationSignals> signals;

@@ -8,14 +8,16 @@
 
 namespace brivane {
 
-SleepWatch::SleepWatch(Runtime& machineRuntime, Handler sleepHandler)
-    : handler(std::move(sleepHandler)) {
+SleepWatch::SleepWatch(Runtime& machineRuntime, Handler sleepHandler, Task busIsMissing)
+    : handler(std::move(sleepHandler)), sayThatBusIsMissing(std::move(busIsMissing)) {
   if (library.isLoaded()) bus = library.connect();
-  if (!bus) return;
   const bool isMatched =
-      library.matchSignal(bus.get(), nullptr, logind::service, logind::managerPath,
-                          logind::managerInterface, "PrepareForSleep", receive, this) >= 0;
-  if (!isMatched) return;
+      bus && library.matchSignal(bus.get(), nullptr, logind::service, logind::managerPath,
+                                 logind::managerInterface, "PrepareForSleep", receive, this) >= 0;
+  if (!isMatched) {
+    sayThatBusIsMissing();
+    return;
+  }
   askForInhibitor();
   watch.emplace(machineRuntime, "sleep", library.descriptor(bus.get()),
                 [this] { return readAll(); });
@@ -68,11 +70,22 @@ int SleepWatch::receiveInhibitor(sd_bus_message* reply, void* self, sd_bus_error
 
 /// False when the bus has gone.
 bool SleepWatch::readAll() {
-  int result = 0;
-  do {
+  const LivenessAnchor::Watch alive = anchor.watch();
+  int result = bus ? 1 : 0;
+  while (result > 0) {
     result = library.process(bus.get(), nullptr);
-  } while (result > 0);
-  return result == 0;
+    if (!alive.isAlive()) return false;
+  }
+  if (result < 0) busHasGone();
+  return alive.isAlive() && bus != nullptr;
+}
+
+void SleepWatch::busHasGone() {
+  bus.reset();
+  // No sleep that would have to wait is heard of any more.
+  inhibitor = FileDescriptor();
+  sayThatBusIsMissing();
+  if (std::exchange(isAboutToSleep, false)) handler(false);
 }
 
 }  // namespace brivane

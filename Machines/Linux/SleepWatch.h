@@ -13,13 +13,15 @@ namespace brivane {
 
 /// Hears from logind that the machine goes to sleep and that it woke, and has it wait with the
 /// sleep (some seconds at most) until the handler has returned. Without logind, or without a system
-/// bus, it never hears anything. Main thread; it must end before the Runtime.
+/// bus, it never hears anything. When the bus goes while the machine sleeps, it counts as awake.
+/// Main thread; it must end before the Runtime.
 class SleepWatch {
  public:
   /// Called as a main-queue task: true when the machine is about to sleep, false when it woke.
   using Handler = std::function<void(bool goesToSleep)>;
 
-  SleepWatch(Runtime& machineRuntime, Handler sleepHandler);
+  /// `busIsMissing` is called once there is no system bus: by the constructor, or when it has gone.
+  SleepWatch(Runtime& machineRuntime, Handler sleepHandler, Task busIsMissing);
   SleepWatch(const SleepWatch&) = delete;
   SleepWatch& operator=(const SleepWatch&) = delete;
 
@@ -29,8 +31,10 @@ class SleepWatch {
   void sleepChanged(bool goesToSleep);
   void askForInhibitor();
   bool readAll();
+  void busHasGone();
 
   const Handler handler;
+  const Task sayThatBusIsMissing;
   const SystemBusLibrary library;
   SystemBusLibrary::Connection bus;
   /// Sleep waits as long as this is open.

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <set>
 #include <string>
 #include <thread>
@@ -40,10 +41,21 @@ class Notifications : public XInputTest {
   /// The different things that were heard.
   std::set<std::string> kinds() { return {heard.begin(), heard.end()}; }
 
-  FakeLogind logind;
+  /// Waits until so much has been heard.
+  bool hears(std::size_t count) {
+    for (int round = 0; round < 100 && heard.size() < count; ++round) settle();
+    return heard.size() >= count;
+  }
+
+  /// The bus goes, and logind with it.
+  void endBus() { logindOnBus.reset(); }
+
+  std::unique_ptr<FakeLogind> logindOnBus = std::make_unique<FakeLogind>();
+  FakeLogind& logind = *logindOnBus;
   SleepGate gate;
   std::vector<std::string> heard;
-  LinuxNotifications notifications{events, runtime, gate, [this] { note("saved")(); }};
+  LinuxNotifications notifications{events, runtime, gate, [this] { note("saved")(); },
+                                   [this] { heard.emplace_back("no bus"); }};
 };
 
 TEST_F(Notifications, ScreensThatMoveGoOffAndComeBackAreAnnouncedEachTime) {
@@ -121,12 +133,37 @@ TEST_F(Notifications, ASystemThatGivesNoInhibitorIsHeardAllTheSame) {
   EXPECT_THAT(heard, ElementsAre("saved asleep", "woke"));
 }
 
-TEST_F(Notifications, WithoutABusNothingIsEverHeard) {
+TEST_F(Notifications, WithoutABusThatIsSaidOnceAndNothingElseIsEverHeard) {
   setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/no/such/bus", 1);
   const auto observation = notifications.observeDidWake(note("woke"));
+  const auto other = notifications.observeScreensDidWake(note("screens woke"));
   logind.announceSleep(false);
   settle();
-  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(heard, ElementsAre("no bus"));
+}
+
+TEST_F(Notifications, ABusThatGoesWhileTheMachineSleepsLeavesItAwake) {
+  const auto observation = notifications.observeDidWake(
+      [this] { heard.emplace_back(gate.enter() ? "woke" : "sleeps"); });
+  ASSERT_TRUE(holds(1));
+  logind.announceSleep(true);
+  ASSERT_TRUE(hears(1));
+  EXPECT_FALSE(gate.enter());
+  endBus();
+  ASSERT_TRUE(hears(3));
+  settle();
+  EXPECT_TRUE(gate.enter());
+  EXPECT_THAT(heard, ElementsAre("saved asleep held", "no bus", "woke"));
+}
+
+TEST_F(Notifications, ABusThatGoesOtherwiseIsSaidOnceAndIsNoWake) {
+  const auto observation = notifications.observeDidWake([this] { heard.emplace_back("woke"); });
+  ASSERT_TRUE(holds(1));
+  endBus();
+  ASSERT_TRUE(hears(1));
+  settle();
+  EXPECT_TRUE(gate.enter());
+  EXPECT_THAT(heard, ElementsAre("no bus"));
 }
 
 TEST(SessionBacklight, IsSetThroughLogindByTheSessionAtTheScreen) {
