@@ -104,7 +104,7 @@ bool LinuxEventTaps::keyPressed(xcb_keycode_t key) {
   const bool hasPassed = stream.send(brightnessKeyEvent(key == brightnessUp, true, isRepeat));
   if (!hasPassed) {
     swallowedKeys.insert(key);
-    passedKeys.erase(key);
+    awaitReleaseNoMore(key);
   }
   return hasPassed;
 }
@@ -114,9 +114,14 @@ void LinuxEventTaps::awaitRelease(xcb_keycode_t key) {
   if (!swallowedKeys.contains(key) && releases.listen()) passedKeys.insert(key);
 }
 
-void LinuxEventTaps::passedKeyReleased(xcb_keycode_t key) {
-  if (passedKeys.erase(key) == 0) return;
+bool LinuxEventTaps::awaitReleaseNoMore(xcb_keycode_t key) {
+  const bool wasAwaited = passedKeys.erase(key) != 0;
   if (passedKeys.empty()) releases.stopListening();
+  return wasAwaited;
+}
+
+void LinuxEventTaps::passedKeyReleased(xcb_keycode_t key) {
+  if (!awaitReleaseNoMore(key)) return;
   stream.send(brightnessKeyEvent(key == brightnessUp, false, false));
 }
 
@@ -126,6 +131,7 @@ void LinuxEventTaps::keyboardIsBack() {
 
 void LinuxEventTaps::keyReleased(xcb_keycode_t key) {
   swallowedKeys.erase(key);
+  awaitReleaseNoMore(key);
   stream.send(brightnessKeyEvent(key == brightnessUp, false, false));
 }
 

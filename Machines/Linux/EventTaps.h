@@ -45,6 +45,8 @@ class LinuxEventTaps : public EventTapPort {
   bool keyPressed(xcb_keycode_t key);
   void keyReleased(xcb_keycode_t key);
   void awaitRelease(xcb_keycode_t key);
+  /// Whether it was awaited.
+  bool awaitReleaseNoMore(xcb_keycode_t key);
   void passedKeyReleased(xcb_keycode_t key);
   void allow(std::uint8_t mode, xcb_timestamp_t time);
 

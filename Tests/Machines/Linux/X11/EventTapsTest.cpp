@@ -107,6 +107,25 @@ TEST_F(EventTaps, AReleaseIsToldOnceWhenTheVerdictChangesWhileTheKeyIsHeld) {
   }
 }
 
+TEST_F(EventTaps, KeysThatOthersAreTypingWakeNobodyOnceAHeldKeyIsSwallowedAndWentUp) {
+  auto verdict = TapVerdict::passThrough;
+  const auto changing = taps.createTap([&](const TapEvent&) { return verdict; });
+  changing->setEnabled(true);
+  int woken = 0;
+  const auto every = events.observe([&](const xcb_generic_event_t&) { ++woken; });
+  rig.pressKey(xKey::brightnessUp);
+  settle();
+  verdict = TapVerdict::swallow;
+  ASSERT_GE(woken, 1);
+  settle(std::chrono::milliseconds(1200));
+  ASSERT_GE(woken, 2) << "the key repeats";
+  rig.releaseKey(xKey::brightnessUp);
+  settle();
+  woken = 0;
+  tap(xKey::a);
+  EXPECT_EQ(woken, 0);
+}
+
 TEST_F(EventTaps, OtherKeysAreNobodysBusiness) {
   rig.takeTypedKeys();
   const auto passing = tapFor(TapVerdict::passThrough);
