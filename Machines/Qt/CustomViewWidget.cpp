@@ -2,7 +2,7 @@
 // gives the keys back keeps the focus, so that Tab goes on from there. It loses both together.
 #include "Machines/Qt/CustomViewWidget.h"
 
-#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -22,16 +22,49 @@ bool isClick(int key) {
   return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
+/// To assistive technology a view is a button: it has a name, says something, and can be pressed.
+class AccessibleView : public QAccessibleWidget {
+ public:
+  explicit AccessibleView(CustomViewWidget& itsView)
+      : QAccessibleWidget(&itsView, QAccessible::Button), view(itsView) {}
+
+  QStringList actionNames() const override {
+    return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+  }
+
+  void doAction(const QString& name) override {
+    if (name == pressAction()) {
+      view.click();
+    } else {
+      QAccessibleWidget::doAction(name);
+    }
+  }
+
+ private:
+  CustomViewWidget& view;
+};
+
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+  auto* const view = dynamic_cast<CustomViewWidget*>(object);
+  return view != nullptr ? new AccessibleView(*view) : nullptr;
+}
+
 }  // namespace
 
 CustomViewWidget::CustomViewWidget(const WindowView& itsField, QtApplication& itsApplication,
                                    QWidget* parent)
     : QWidget(parent), view(itsField.view), application(itsApplication) {
+  // Once is enough, and more often does no harm.
+  QAccessible::installFactory(makeAccessible);
   setAccessibleName(QString::fromStdString(itsField.accessibilityLabel));
   setAccessibleDescription(QString::fromStdString(view->accessibilityText()));
   // A click gives the focus only when the view asks for the keys.
   if (view->acceptsFirstResponder()) setFocusPolicy(Qt::TabFocus);
   view->setHost(this);
+}
+
+void CustomViewWidget::click() {
+  if (view != nullptr) view->mouseDown();
 }
 
 void CustomViewWidget::leave() {
@@ -94,7 +127,7 @@ void CustomViewWidget::paintEvent(QPaintEvent*) {
 }
 
 void CustomViewWidget::mousePressEvent(QMouseEvent* event) {
-  if (view != nullptr && event->button() == Qt::LeftButton) view->mouseDown();
+  if (event->button() == Qt::LeftButton) click();
 }
 
 void CustomViewWidget::keyPressEvent(QKeyEvent* event) {
@@ -106,7 +139,7 @@ void CustomViewWidget::keyPressEvent(QKeyEvent* event) {
     const bool isTaken = view->keyDown(*press);
     if (self && !isTaken) event->ignore();
   } else if (isClick(event->key())) {
-    if (view != nullptr) view->mouseDown();
+    click();
   } else {
     event->ignore();
   }

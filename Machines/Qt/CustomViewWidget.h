@@ -13,6 +13,8 @@ class CustomViewWidget : public QWidget, public CustomViewHost {
  public:
   CustomViewWidget(const WindowView& itsField, QtApplication& itsApplication, QWidget* parent);
 
+  /// As a hand does.
+  void click();
   /// The view is content of its window no more.
   void leave();
 

@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <array>
+#include <set>
 
 #include "BrivaneApp/HotkeyEditor.h"
 #include "BrivaneApp/Strings.h"
@@ -52,6 +55,9 @@ class EditorWindowTest : public testing::Test {
     QTest::mouseClick(fields().at(static_cast<std::size_t>(number)), Qt::LeftButton);
   }
   QPushButton& button() { return *window().findChildren<QPushButton*>().at(0); }
+  static QAccessibleInterface& accessible(QWidget& widget) {
+    return *QAccessible::queryAccessibleInterface(&widget);
+  }
   /// As an X server tells it.
   void press(int key, std::uint16_t evdevCode, Qt::KeyboardModifiers modifiers = {}) {
     QKeyEvent event(QEvent::KeyPress, key, modifiers, evdevCode + firstXKeyCode, 0, 0);
@@ -184,9 +190,48 @@ TEST_F(EditorWindowTest, TheButtonRestoresBothFieldsFromWithinItsOwnPress) {
 }
 
 TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhatAFieldIsForAndWhatItSays) {
-  EXPECT_EQ(fields()[0]->accessibleName().toStdString(),
-            strings.text(strings::hotkeyEditorIncreaseBrightness));
-  EXPECT_EQ(fields()[0]->accessibleDescription(), "⌃⌥↑");
+  const std::array names = {strings::hotkeyEditorIncreaseBrightness,
+                            strings::hotkeyEditorDecreaseBrightness};
+  const std::array combinations = {"⌃⌥↑", "⌃⌥↓"};
+  for (std::size_t number = 0; number < 2; ++number) {
+    const auto& field = accessible(*fields().at(number));
+    EXPECT_EQ(field.role(), QAccessible::Button);
+    EXPECT_EQ(field.text(QAccessible::Name).toStdString(), strings.text(names.at(number)));
+    EXPECT_EQ(field.text(QAccessible::Description).toStdString(), combinations.at(number));
+    EXPECT_TRUE(field.state().focusable);
+    EXPECT_FALSE(field.state().disabled || field.state().invisible);
+  }
+}
+
+TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhichFieldHasTheKeysAndPressesOne) {
+  fields()[1]->setFocus();
+  EXPECT_FALSE(accessible(*fields()[0]).state().focused);
+  EXPECT_TRUE(accessible(*fields()[1]).state().focused);
+  auto& field = accessible(*fields()[0]);
+  field.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_TRUE(field.state().focused);
+  EXPECT_EQ(field.text(QAccessible::Description).toStdString(),
+            strings.text(strings::hotkeyEditorPressKeys));
+}
+
+TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheButtonAndPressesIt) {
+  auto& read = accessible(button());
+  EXPECT_EQ(read.role(), QAccessible::Button);
+  EXPECT_EQ(read.text(QAccessible::Name).toStdString(),
+            strings.text(strings::hotkeyEditorResetDefaults));
+  EXPECT_TRUE(read.state().focusable);
+  EXPECT_FALSE(read.state().disabled || read.state().invisible);
+  read.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 1; })) << "Qt shows it pressed for a moment";
+}
+
+TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheTitleOfTheWindowAndWhatIsInIt) {
+  const auto& read = accessible(window());
+  EXPECT_EQ(read.text(QAccessible::Name).toStdString(),
+            strings.text(strings::hotkeyEditorWindowTitle));
+  std::multiset<int> roles;
+  for (int child = 0; child < read.childCount(); ++child) roles.insert(read.child(child)->role());
+  EXPECT_EQ(roles.count(QAccessible::Button), 3u);
 }
 
 TEST_F(EditorWindowTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
