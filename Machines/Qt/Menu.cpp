@@ -99,7 +99,6 @@ QtMenu::QtMenu(QtApplication& frameApplication)
     : application(frameApplication), window(std::make_unique<Window>(*this)) {
   if (auto* const system = application.windowSystem()) keys.emplace(*system, *window);
   window->setAccessibleName("Brivane");
-  window->setToolTipsVisible(true);
   window->setContentsMargins(0, verticalPadding, 0, verticalPadding);
   QObject::connect(window.get(), &QMenu::aboutToHide, window.get(), [this] { didHide(); });
 }
