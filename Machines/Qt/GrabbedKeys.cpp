@@ -60,7 +60,10 @@ bool GrabbedKeys::take(const xcb_key_press_event_t& event) {
 void GrabbedKeys::pressed(const xcb_key_press_event_t& event) {
   const auto release = std::exchange(doubtfulRelease, std::nullopt);
   const bool isRepeat = release && release->detail == event.detail && release->time == event.time;
-  if (release && !isRepeat) system.take({false, release->detail, release->state});
+  if (release && !isRepeat) {
+    takenKeys.erase(release->detail);
+    system.take({false, release->detail, release->state});
+  }
   if (system.take({true, event.detail, event.state})) takenKeys.insert(event.detail);
 }
 
