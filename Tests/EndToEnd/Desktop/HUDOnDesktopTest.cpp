@@ -70,8 +70,8 @@ TEST_F(HUDOnDesktopTest, ItShowsOnTheDisplayThatChanges) {
 TEST_F(HUDOnDesktopTest, ItIsGoneSomewhatMoreThanASecondAfterTheLastPress) {
   start();
   ASSERT_TRUE(doesHUDShow());
-  tapHotkey(xKey::up);
   const auto pressed = std::chrono::steady_clock::now();
+  tapHotkey(xKey::up);
   ASSERT_TRUE(eventually([&] { return !hud(); }));
   EXPECT_GE(std::chrono::steady_clock::now() - pressed, milliseconds(1200));
 }
