@@ -34,6 +34,7 @@ class QtApplication : public Application {
 
   /// Null when the machine has no use for the keys of windows.
   SharedWindowSystem* windowSystem() const { return sharedWindowSystem; }
+  SystemLog& systemLog() const { return log; }
 
  private:
   void tellDelegateOfTheEnd();

@@ -22,7 +22,7 @@ QIcon statusIcon(const StatusButton& button) {
 
 QtStatusItem::QtStatusItem(QtApplication& frameApplication, bool mayHaveTray)
     : ownMenu(frameApplication) {
-  if (mayHaveTray) host = std::make_unique<TrayHost>();
+  if (mayHaveTray) host = std::make_unique<TrayHost>(frameApplication.systemLog());
 }
 
 QtStatusItem::~QtStatusItem() = default;

@@ -37,6 +37,11 @@ QDBusMessage question() {
 void TrayHost::waitFor(std::function<void()> found) {
   whenFound = std::move(found);
   auto bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) {
+    log.write(
+        "Brivane has no session bus: only an XEmbed tray can show its status item, and the "
+        "desktop's choice of light or dark isn't heard; everything else works.");
+  }
   watcher.setConnection(bus);
   watcher.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
   watcher.addWatchedService(watcherService);

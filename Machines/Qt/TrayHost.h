@@ -7,6 +7,8 @@
 #include <QObject>
 #include <functional>
 
+#include "BrivaneCore/Seams/SystemLog.h"
+
 namespace brivane {
 
 /// Waits for somebody who shows status items: a StatusNotifierHost on the session bus, or an XEmbed
@@ -16,7 +18,11 @@ class TrayHost : public QObject, private QAbstractNativeEventFilter {
   Q_OBJECT
 
  public:
-  /// `found` is called once, in this call or later.
+  /// It must outlive this.
+  explicit TrayHost(SystemLog& systemLog) : log(systemLog) {}
+
+  /// `found` is called once, in this call or later. Without a session bus a line of the log says
+  /// so.
   void waitFor(std::function<void()> found);
 
  private:
@@ -26,6 +32,7 @@ class TrayHost : public QObject, private QAbstractNativeEventFilter {
   void announce();
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
+  SystemLog& log;
   std::function<void()> whenFound;
   QDBusServiceWatcher watcher;
 };
