@@ -172,8 +172,11 @@ void DeskOnScreen::releaseBrightness(LiveBrightnessKey key) {
 std::optional<std::filesystem::path> DeskOnScreen::pictureFile() {
   auto folder = hardware.stateFolder();
   if (!folder) return std::nullopt;
-  // "<desk>.json.state" lies beside "<desk>.json".
-  return folder->replace_extension().replace_extension(".png");
+  // "my-desk.json.state" lies beside "my-desk.json". No other ending is taken off, so that the
+  // picture never is the desk file itself.
+  folder->replace_extension();
+  if (folder->extension() == ".json") folder->replace_extension();
+  return *folder += ".png";
 }
 
 }  // namespace brivane

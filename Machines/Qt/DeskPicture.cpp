@@ -41,7 +41,8 @@ bool changesPicture(QEvent::Type type) {
 
 }  // namespace
 
-DeskPicture::DeskPicture(std::filesystem::path pictureFile) : file(std::move(pictureFile)) {
+DeskPicture::DeskPicture(std::filesystem::path pictureFile, SystemLog& systemLog)
+    : file(std::move(pictureFile)), log(systemLog) {
   settling.setSingleShot(true);
   settling.setInterval(settlingMilliseconds);
   connect(&settling, &QTimer::timeout, this, [this] { write(); });
@@ -74,7 +75,17 @@ QImage DeskPicture::take() {
 /// Never seen half-written.
 void DeskPicture::write() {
   QSaveFile whole(QString::fromStdString(file.string()));
-  if (whole.open(QIODevice::WriteOnly) && take().save(&whole, "PNG")) whole.commit();
+  const bool isWritten =
+      whole.open(QIODevice::WriteOnly) && take().save(&whole, "PNG") && whole.commit();
+  tell(isWritten ? QString("") : whole.errorString());
+}
+
+void DeskPicture::tell(const QString& problem) {
+  if (toldProblem == problem) return;
+  toldProblem = problem;
+  log.write(problem.isEmpty() ? "Brivane: a picture of the desk is kept in " + file.string()
+                              : "Brivane: the picture of the desk can't be written to " +
+                                    file.string() + ": " + problem.toStdString());
 }
 
 }  // namespace brivane

@@ -4,14 +4,18 @@
 #include <QObject>
 #include <QTimer>
 #include <filesystem>
+#include <optional>
+
+#include "BrivaneCore/Seams/SystemLog.h"
 
 namespace brivane {
 
 /// Where no screen shows the windows: a picture of all of them, in a file that is replaced whole
-/// shortly after each change. Main thread.
+/// shortly after each change. The log has a line that says where it is, or why it isn't. Main
+/// thread.
 class DeskPicture : public QObject {
  public:
-  explicit DeskPicture(std::filesystem::path pictureFile);
+  DeskPicture(std::filesystem::path pictureFile, SystemLog& systemLog);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -20,8 +24,12 @@ class DeskPicture : public QObject {
 
  private:
   void write();
+  void tell(const QString& problem);
 
   const std::filesystem::path file;
+  SystemLog& log;
+  /// As the log has it; empty for none, and nothing before the first picture.
+  std::optional<QString> toldProblem;
   QTimer settling;
 };
 

@@ -31,13 +31,13 @@ QRect moved(QRect box, const QRect& room) {
 }  // namespace
 
 DeskWindows::DeskWindows(std::shared_ptr<LiveDesk> liveDesk, QtApplication& frameApplication,
-                         bool isSeen)
+                         SystemLog& log, bool isSeen)
     : desk(std::move(liveDesk)),
       application(frameApplication),
       ownPanel([this] { application.terminate(); }),
       input(*desk, [this](const QWindow& window, QPointF point) { return spotOf(window, point); }) {
   const auto file = isSeen ? std::nullopt : desk->pictureFile();
-  if (file) picture.emplace(*file);
+  if (file) picture.emplace(*file, log);
   if (QScreen* const screen = QGuiApplication::primaryScreen()) {
     connect(screen, &QScreen::availableGeometryChanged, this, [this] { roomChanged(); });
   }

@@ -20,7 +20,8 @@ namespace brivane {
 class DeskWindows : public QObject {
  public:
   /// `isSeen`: on a screen; else there is a picture in a file.
-  DeskWindows(std::shared_ptr<LiveDesk> liveDesk, QtApplication& frameApplication, bool isSeen);
+  DeskWindows(std::shared_ptr<LiveDesk> liveDesk, QtApplication& frameApplication, SystemLog& log,
+              bool isSeen);
   ~DeskWindows() override;
   DeskWindows(const DeskWindows&) = delete;
   DeskWindows& operator=(const DeskWindows&) = delete;

@@ -8,7 +8,7 @@ namespace brivane {
 QtFrame::QtFrame(const QtPlatform& platform, const QtFrameRequest& request)
     : machine(request.machine), isX11(platform.isX11), ownApplication(platform, request) {
   if (request.desk) {
-    deskWindows = std::make_unique<DeskWindows>(request.desk, ownApplication, isX11);
+    deskWindows = std::make_unique<DeskWindows>(request.desk, ownApplication, machine.log(), isX11);
   }
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Machines/Desk/DeskOnScreen.h"
+#include "Machines/Desk/OpenDesk.h"
 #include "Tests/Support/TestDesk.h"
 
 namespace brivane {
@@ -155,6 +156,18 @@ TEST_F(DeskOnScreenTest, ChangesAreToldSoonAndOnceForAllThatHappenedMeanwhile) {
   EXPECT_EQ(told, 0) << "whoever made it may be in the middle of something";
   desk.time().settle();
   EXPECT_EQ(told, 1);
+}
+
+TEST(DeskOnScreenInAFolder, ThePictureLiesBesideTheDeskFileAndIsNeverTheDeskFile) {
+  const TemporaryFolder folder;
+  for (const auto& [file, picture] : {std::pair{"my-desk.json", "my-desk.png"},
+                                      {"plain", "plain.png"},
+                                      {"my.desk", "my.desk.png"},
+                                      {"desk.png", "desk.png.png"}}) {
+    const auto machine = std::get<std::unique_ptr<DeskMachine>>(
+        openDesk(folder.write(file, R"({"displays": [{"identifier": 1}]})")));
+    EXPECT_EQ(DeskOnScreen(*machine).pictureFile(), folder.path / picture);
+  }
 }
 
 TEST_F(DeskOnScreenTest, InMemoryThereIsNoPictureFile) {
