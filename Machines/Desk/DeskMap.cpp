@@ -11,19 +11,6 @@ namespace {
 /// On every side of a window, in points of the screen.
 constexpr int margin = 2;
 
-Rect around(const std::vector<Rect>& frames) {
-  Rect all = frames.front();
-  for (const Rect& frame : frames) {
-    const double right = std::max(all.x + all.width, frame.x + frame.width);
-    const double top = std::max(all.y + all.height, frame.y + frame.height);
-    all.x = std::min(all.x, frame.x);
-    all.y = std::min(all.y, frame.y);
-    all.width = right - all.x;
-    all.height = top - all.y;
-  }
-  return all;
-}
-
 int rounded(double length) {
   return static_cast<int>(std::lround(length));
 }
@@ -58,6 +45,47 @@ Stretch upwards(const Rect& frame) {
   return {frame.y, frame.height};
 }
 
+Stretch downwards(const Rect& frame) {
+  return {-(frame.y + frame.height), frame.height};
+}
+
+/// The windows of all displays in one direction of the room.
+struct Row {
+  std::vector<Stretch> displays;
+  double from = 0;
+  double roomLength = 0;
+  double smallestWindow = 0;
+
+  /// The largest scale at which none ends outside of the room. Those that are larger than their
+  /// displays begin where these do.
+  double largestScale() const {
+    double scale = 1;
+    for (const Stretch& display : displays) {
+      if (display.to() > from) scale = std::min(scale, roomLength / (display.to() - from));
+      if (display.from > from && roomLength > smallestWindow) {
+        scale = std::min(scale, (roomLength - smallestWindow) / (display.from - from));
+      }
+    }
+    return scale;
+  }
+  double lengthAt(double scale) const {
+    double length = 0;
+    for (const Stretch& display : displays) {
+      const double window = std::max(display.length * scale, smallestWindow);
+      length = std::max(length, (display.from - from) * scale + window);
+    }
+    return length;
+  }
+};
+
+Row rowOf(const std::vector<Rect>& frames, Stretch (*along)(const Rect&), int roomLength,
+          int smallestWindow) {
+  Row row{{}, 0, static_cast<double>(roomLength), smallestWindow + 2.0 * margin};
+  for (const Rect& frame : frames) row.displays.push_back(along(frame));
+  row.from = std::ranges::min(row.displays, {}, &Stretch::from).from;
+  return row;
+}
+
 /// The shortest way within reach, in the direction that `along` looks; 0 when there is none.
 double shortestWay(const Rect& frame, const std::vector<Rect>& others, double reach,
                    Stretch (*along)(const Rect&), Stretch (*beside)(const Rect&)) {
@@ -78,14 +106,13 @@ double shortestWay(const Rect& frame, const std::vector<Rect>& others, double re
 DeskMap DeskMap::fitting(const std::vector<Rect>& frames, const LiveRoom& room) {
   DeskMap map;
   map.room = room;
-  const Rect all = frames.empty() ? Rect{0, 0, 1, 1} : around(frames);
+  if (frames.empty()) return map;
   const LivePlace& area = room.area;
-  if (all.width > 0 && all.height > 0) {
-    map.scale = std::min({1.0, area.width / all.width, area.height / all.height});
-  }
-  map.originX = area.x + (area.width - all.width * map.scale) / 2 - all.x * map.scale;
-  map.originY =
-      area.y + (area.height - all.height * map.scale) / 2 + (all.y + all.height) * map.scale;
+  const Row columns = rowOf(frames, across, area.width, room.smallestWidth);
+  const Row rows = rowOf(frames, downwards, area.height, room.smallestHeight);
+  map.scale = std::min(columns.largestScale(), rows.largestScale());
+  map.originX = area.x + (area.width - columns.lengthAt(map.scale)) / 2 - columns.from * map.scale;
+  map.originY = area.y + (area.height - rows.lengthAt(map.scale)) / 2 - rows.from * map.scale;
   return map;
 }
 
@@ -107,10 +134,8 @@ bool DeskMap::fits(const std::vector<Rect>& frames) const {
   const LivePlace& area = room.area;
   return std::ranges::all_of(frames, [&](const Rect& frame) {
     const LivePlace place = window(frame);
-    // Windows that are larger than their displays may hang over at the right and below.
-    return place.x >= area.x && place.y >= area.y &&
-           place.x + rounded(frame.width * scale) <= area.x + area.width + 2 * margin &&
-           place.y + rounded(frame.height * scale) <= area.y + area.height + 2 * margin;
+    return place.x >= area.x && place.y >= area.y && place.x + place.width <= area.x + area.width &&
+           place.y + place.height <= area.y + area.height;
   });
 }
 

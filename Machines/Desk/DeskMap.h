@@ -9,10 +9,10 @@ namespace brivane {
 
 /// How a desk's displays lie on a real screen: all at one scale, so that the arrangement of the
 /// windows is that of the displays. Between the windows of displays that touch there is a small
-/// gap.
+/// gap. A window that would be too small is larger than its display, and may lie over others.
 class DeskMap {
  public:
-  /// The largest scale at which all frames have their place in the room, but no larger than life;
+  /// The largest scale at which all windows have their place in the room, but no larger than life;
   /// in the middle of it.
   static DeskMap fitting(const std::vector<Rect>& frames, const LiveRoom& room);
 

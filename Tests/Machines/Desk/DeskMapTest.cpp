@@ -36,6 +36,17 @@ TEST(DeskMap, AWindowKeepsASizeThatCanBeUsed) {
   EXPECT_EQ(place.height, 60);
 }
 
+TEST(DeskMap, WindowsThatAreLargerThanTheirDisplaysAreInTheRoomToo) {
+  std::vector<Rect> frames;
+  for (int i = 0; i < 12; ++i) frames.push_back({1920.0 * i, -1080.0 * i, 1920, 1080});
+  const auto map = DeskMap::fitting(frames, room);
+  EXPECT_THAT(numbers(map.window(frames.front())), testing::ElementsAre(2, 18, 100, 60));
+  EXPECT_THAT(numbers(map.window(frames.back())), testing::ElementsAre(898, 522, 100, 60));
+  EXPECT_TRUE(map.fits(frames));
+  frames.push_back({1920 * 11.5, -1080.0 * 11, 960, 1080});
+  EXPECT_FALSE(map.fits(frames)) << "there is room for the display, but not for its window";
+}
+
 TEST(DeskMap, WithoutDisplaysOrWithEmptyOnesThereIsStillAMap) {
   EXPECT_EQ(DeskMap::fitting({}, room).pointsPerPoint(), 1);
   const auto map = DeskMap::fitting({{5, 5, 0, 0}}, room);
