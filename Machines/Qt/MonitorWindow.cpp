@@ -172,19 +172,27 @@ void MonitorWindow::mousePressEvent(QMouseEvent* event) {
   activateWindow();
   raise();
   grip = event->globalPosition().toPoint() - pos();
+  isDragged = false;
 }
 
 void MonitorWindow::mouseMoveEvent(QMouseEvent* event) {
   if (!grip) return;
   const QPoint goal = event->globalPosition().toPoint() - *grip;
-  if (goal != pos()) move(goal);
+  if (goal == pos()) return;
+  isDragged = true;
+  move(goal);
 }
 
 void MonitorWindow::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !grip) return;
   grip.reset();
   moving.stop();
-  tellOfMove();
+  // A click doesn't move a window, wherever a window manager has put it.
+  if (isDragged) {
+    tellOfMove();
+  } else if (isAway && placed) {
+    place(*placed);
+  }
 }
 
 }  // namespace brivane

@@ -63,6 +63,7 @@ class MonitorWindow : public QWidget {
   bool isAway = false;
   /// From the window's corner to where it was taken.
   std::optional<QPoint> grip;
+  bool isDragged = false;
   /// Runs while the window is on its way.
   QTimer moving;
   /// Runs while a window manager may still move what was placed.

@@ -129,6 +129,29 @@ TEST_F(DeskWindowsTest, AWindowThatIsDraggedRearranges) {
   EXPECT_EQ(window(2)->size(), window(1)->size());
 }
 
+TEST_F(DeskWindowsTest, AClickRearrangesNothingWhereverTheWindowIs) {
+  const QPoint before = window(2)->pos();
+  const Rect frame{1500, -400, 1500, 1000};
+  hardware.setFrame(2, frame);
+  EXPECT_TRUE(bench.runUntil([&] { return window(2)->pos() != before; }));
+  // As a window manager does that wants it elsewhere.
+  window(2)->move(window(2)->pos() + QPoint(0, 20));
+  QTest::mouseClick(window(2), Qt::LeftButton, {}, window(2)->pictureBox().center());
+  EXPECT_EQ(hardware.display(2)->frame, frame);
+}
+
+TEST_F(DeskWindowsTest, AWindowThatIsHeldButNotDraggedFollowsARearrangementAfterwards) {
+  const QPoint before = window(2)->pos();
+  const QPoint place = window(2)->pictureBox().center();
+  QTest::mousePress(window(2), Qt::LeftButton, {}, place);
+  hardware.setFrame(2, {1500, -400, 1500, 1000});
+  bench.settle();
+  EXPECT_EQ(window(2)->pos(), before) << "not out of anybody's hand";
+  QTest::mouseRelease(window(2), Qt::LeftButton, {}, place);
+  EXPECT_GT(window(2)->y(), before.y() + 80);
+  EXPECT_EQ(hardware.display(2)->frame, (Rect{1500, -400, 1500, 1000}));
+}
+
 TEST_F(DeskWindowsTest, AWindowManagersMoveRearrangesOnceItIsOver) {
   QTest::qWait(500);
   int notices = 0;
