@@ -54,6 +54,10 @@ bool DeskInputFilter::eventFilter(QObject* watched, QEvent* event) {
         if (!telling.isActive()) telling.start();
       }
       return false;
+    case QEvent::Hide:
+      // The focus of a window that goes is lost without a word.
+      if (&window == QGuiApplication::focusWindow()) releaseAll();
+      return false;
     default:
       return false;
   }

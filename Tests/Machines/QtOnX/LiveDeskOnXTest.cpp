@@ -94,6 +94,11 @@ class LiveDeskOnXTest : public testing::Test {
     return TemporaryFolder::read(folder / "desk.json.state" / (name + ".json"));
   }
 
+  bool areKeysUp() {
+    const std::string keys = state("keys-down");
+    return keys.empty() || keys.find("[]") != std::string::npos;
+  }
+
   bool shown(const std::string& title) { return onlooker.find(title).has_value(); }
   PixelBox box(const std::string& title) {
     const auto window = onlooker.find(title);
@@ -161,7 +166,7 @@ TEST_F(LiveDeskOnXTest, RealKeysActOnTheMonitorUnderTheMouse) {
     return state("monitor-3").find("\"writeCount\":0") == std::string::npos &&
            !state("monitor-3").empty();
   }));
-  EXPECT_TRUE(eventually([&] { return state("keys-down").find("[]") != std::string::npos; }));
+  EXPECT_TRUE(eventually([&] { return areKeysUp(); }));
   EXPECT_THAT(state("monitor-2"), Not(HasSubstr("\"writeCount\":1")));
   expectCleanEnd();
 }
@@ -207,6 +212,32 @@ TEST_F(LiveDeskOnXTest, AMonitorsWindowIsClosedWhileItsSliderIsDragged) {
   rig.releaseKey(escape);
   EXPECT_TRUE(shown("[3] Norvik 24"));
   expectCleanEnd();
+}
+
+TEST_F(LiveDeskOnXTest, KeysThatAreHeldWhenTheirWindowIsClosedGoUp) {
+  const PixelBox window = box("[3] Norvik 24");
+  click(window.x + window.width / 2, window.y + window.height / 3);
+  pause(200);
+  rig.pressKey(control);
+  rig.pressKey(option);
+  ASSERT_TRUE(eventually([&] { return !areKeysUp(); }));
+  close(rig.display(), onlooker.find("[3] Norvik 24")->number);
+  EXPECT_TRUE(eventually([&] { return !shown("[3] Norvik 24"); }));
+  EXPECT_TRUE(eventually([&] { return areKeysUp(); })) << "nobody will tell of their releases";
+  rig.releaseKey(option);
+  rig.releaseKey(control);
+  expectCleanEnd();
+}
+
+TEST_F(LiveDeskOnXTest, TheProgramIsEndedInTheMiddleOfADrag) {
+  const PixelBox before = box("[3] Norvik 24");
+  rig.movePointer(before.x + 50, before.y + 50);
+  rig.pressButton();
+  for (int step = 1; step <= 5; ++step) rig.movePointer(before.x + 50, before.y + 50 + 30 * step);
+  EXPECT_TRUE(eventually([&] { return box("[3] Norvik 24").y > before.y; }));
+  expectCleanEnd();
+  EXPECT_THAT(state("displays"), Not(HasSubstr("\"unplugged\":[{")));
+  EXPECT_THAT(state("displays"), Not(HasSubstr("\"y\":-"))) << "it was never put down";
 }
 
 TEST_F(LiveDeskOnXTest, EndingTheProgramUnplugsNothing) {
