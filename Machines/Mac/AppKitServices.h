@@ -1,0 +1,48 @@
+#pragma once
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/Seams/Applications.h"
+#include "BrivaneCore/Seams/DisplaySystem.h"
+#include "BrivaneCore/Seams/EventTapPort.h"
+#include "BrivaneCore/Seams/Runtime.h"
+#include "BrivaneCore/Support/Observation.h"
+
+namespace brivane {
+
+/// What only AppKit tells or does; the rest of the machine is made of C interfaces. Main thread,
+/// unless said otherwise.
+class AppKitServices {
+ public:
+  virtual ~AppKitServices() = default;
+
+  /// As in `DisplaySystem`; `screens` on the main thread and the DDC queue.
+  virtual std::vector<Screen> screens() = 0;
+  virtual std::optional<Screen> mainScreen() = 0;
+  virtual Point pointerPosition() = 0;
+
+  /// The modifiers that are down now, whichever application has the keyboard (see `modifierFlag`).
+  virtual std::uint64_t modifierFlags() = 0;
+
+  /// What a system-defined event carries; nothing when it can't be converted. The event stays the
+  /// caller's.
+  virtual std::optional<TapEvent::SystemDefined> systemDefined(CGEventRef event) = 0;
+
+  virtual std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) = 0;
+  /// Connects this process to the window system, which makes it a running application.
+  virtual void becomeApplication() = 0;
+  virtual void openURL(const std::string& url) = 0;
+
+  /// Handlers are called by the announcement itself, on the main thread: the machine turns them
+  /// into main-queue tasks.
+  virtual Observation observeScreenParameters(Task handler) = 0;
+  virtual Observation observeDidWake(Task handler) = 0;
+  virtual Observation observeScreensDidWake(Task handler) = 0;
+};
+
+}  // namespace brivane
