@@ -1,3 +1,5 @@
+// Not every system can make a pipe that children don't inherit in one step; children are started by
+// the main thread alone, so there is none in between.
 #include "Machines/Common/ChildProcess.h"
 
 #include <fcntl.h>
@@ -9,6 +11,9 @@
 #include <cerrno>
 #include <csignal>
 #include <system_error>
+
+/// Some systems' headers leave it to the program to declare it.
+extern "C" char** environ;  // NOLINT(readability-redundant-declaration)
 
 namespace brivane {
 namespace {
@@ -82,9 +87,10 @@ int waitForExit(pid_t child) {
 ProcessResult runChildProcess(const std::string& executable,
                               const std::vector<std::string>& arguments) {
   std::array<int, 2> pipe{};
-  if (::pipe2(pipe.data(), O_CLOEXEC) != 0) {
+  if (::pipe(pipe.data()) != 0) {
     return ProcessNotStarted{std::generic_category().message(errno)};
   }
+  for (const int end : pipe) ::fcntl(end, F_SETFD, FD_CLOEXEC);
   const auto started = start(executable, arguments, pipe[1]);
   ::close(pipe[1]);
   FinishedProcess finished;
