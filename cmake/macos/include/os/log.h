@@ -30,8 +30,7 @@ extern struct mach_header __dso_handle;
 void _os_log_impl(void* dso, os_log_t log, os_log_type_t type, const char* format, uint8_t* buffer,
                   uint32_t size);
 #else
-void brivane_recorded_os_log(os_log_t log, os_log_type_t type, const char* format, ...)
-    __attribute__((format(printf, 3, 4)));
+void brivane_recorded_os_log(os_log_t log, os_log_type_t type, const char* format, ...);
 #endif
 
 #if defined(__cplusplus)

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Machines/Mac/CFReference.h"
+
+namespace brivane {
+
+/// Empty when the bytes are no UTF-8.
+CFReference<CFStringRef> makeCFText(std::string_view text);
+
+/// As UTF-8; half of a surrogate pair becomes a question mark.
+std::string textOf(CFStringRef text);
+
+/// Nothing for null.
+std::optional<std::string> optionalTextOf(CFStringRef text);
+
+/// The path that a file's URL names; nothing for null and for what is no file.
+std::optional<std::string> pathOf(CFURLRef url);
+
+}  // namespace brivane

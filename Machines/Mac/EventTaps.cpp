@@ -1,0 +1,75 @@
+// A tap that its own handler drops is still being called, so what the call needs is held by the
+// call itself. The system makes taps that are enabled; the seam's are not.
+#include "Machines/Mac/EventTaps.h"
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include <utility>
+
+#include "Machines/Mac/CFReference.h"
+
+namespace brivane {
+namespace {
+
+constexpr CGEventMask systemDefinedEvents = CGEventMask{1} << TapEvent::systemDefined;
+
+/// What a tap's callback is given.
+struct Listener : std::enable_shared_from_this<Listener> {
+  Listener(AppKitServices& services, EventTapPort::Handler itsHandler)
+      : appKit(services), handler(std::move(itsHandler)) {}
+
+  AppKitServices& appKit;
+  const EventTapPort::Handler handler;
+};
+
+/// The event goes on as it came, and null swallows it. A tap that has been disabled hears so with
+/// an event that may be null.
+CGEventRef tapCallback(CGEventTapProxy, CGEventType type, CGEventRef event, void* userInfo) {
+  const auto listener = static_cast<Listener*>(userInfo)->shared_from_this();
+  TapEvent seen{static_cast<std::uint32_t>(type), std::nullopt};
+  if (seen.type == TapEvent::systemDefined && event != nullptr) {
+    seen.details = listener->appKit.systemDefined(event);
+  }
+  return listener->handler(seen) == TapVerdict::swallow ? nullptr : event;
+}
+
+class MacEventTap : public EventTap {
+ public:
+  MacEventTap(std::shared_ptr<Listener> itsListener, CFReference<CFMachPortRef> itsPort,
+              CFReference<CFRunLoopSourceRef> itsSource)
+      : listener(std::move(itsListener)), port(std::move(itsPort)), source(std::move(itsSource)) {
+    CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
+  }
+  MacEventTap(const MacEventTap&) = delete;
+  MacEventTap& operator=(const MacEventTap&) = delete;
+  ~MacEventTap() override {
+    CGEventTapEnable(port.get(), false);
+    CFMachPortInvalidate(port.get());
+    CFRunLoopRemoveSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
+  }
+
+  void setEnabled(bool enabled) override { CGEventTapEnable(port.get(), enabled); }
+
+ private:
+  const std::shared_ptr<Listener> listener;
+  const CFReference<CFMachPortRef> port;
+  const CFReference<CFRunLoopSourceRef> source;
+};
+
+}  // namespace
+
+std::unique_ptr<EventTap> MacEventTaps::createTap(Handler handler) {
+  auto listener = std::make_shared<Listener>(appKit, std::move(handler));
+  CFReference port(CGEventTapCreate(kCGHIDEventTap, kCGHeadInsertEventTap, kCGEventTapOptionDefault,
+                                    systemDefinedEvents, tapCallback, listener.get()));
+  if (!port) return nullptr;
+  CGEventTapEnable(port.get(), false);
+  CFReference source(CFMachPortCreateRunLoopSource(kCFAllocatorDefault, port.get(), 0));
+  if (!source) {
+    CFMachPortInvalidate(port.get());
+    return nullptr;
+  }
+  return std::make_unique<MacEventTap>(std::move(listener), std::move(port), std::move(source));
+}
+
+}  // namespace brivane

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "BrivaneCore/Seams/EventTapPort.h"
+#include "Machines/Mac/AppKitServices.h"
+
+namespace brivane {
+
+/// Taps at the lowest level that there is, where events come from the hardware.
+class MacEventTaps : public EventTapPort {
+ public:
+  /// `services` must outlive this and all taps.
+  explicit MacEventTaps(AppKitServices& services) : appKit(services) {}
+
+  std::unique_ptr<EventTap> createTap(Handler handler) override;
+
+ private:
+  AppKitServices& appKit;
+};
+
+}  // namespace brivane

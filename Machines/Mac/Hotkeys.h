@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+
+#include "BrivaneCore/Seams/HotkeyPort.h"
+
+namespace brivane {
+
+/// Carbon's hotkeys, with the application as their target. The statuses are Carbon's own.
+class MacHotkeys : public HotkeyPort {
+ public:
+  MacHotkeys() = default;
+  MacHotkeys(const MacHotkeys&) = delete;
+  MacHotkeys& operator=(const MacHotkeys&) = delete;
+  ~MacHotkeys() override;
+
+  bool installHandler(Handler newHandler) override;
+  void removeHandler() override;
+  std::variant<HotkeyReference, HotkeyStatus> registerHotkey(std::uint32_t keyCode,
+                                                             std::uint32_t modifiers,
+                                                             HotkeyID hotkey) override;
+  void unregisterHotkey(HotkeyReference reference) override;
+
+  /// For the handler that Carbon knows: a hotkey's event, whose status it returns.
+  std::int32_t handle(void* carbonEvent);
+
+ private:
+  Handler handler;
+  /// Carbon's reference to the handler; null when none is installed.
+  void* installed = nullptr;
+  /// Carbon's references by the seam's, which are never used twice: Carbon's may be.
+  std::map<HotkeyReference, void*> registered;
+  HotkeyReference nextReference = 1;
+};
+
+}  // namespace brivane

@@ -1,0 +1,23 @@
+// The log hides what a line is made of unless it is told that it may be seen; and it wants a format
+// that the compiler knows.
+#include "Machines/Mac/Log.h"
+
+#include <os/log.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace brivane {
+
+MacLog::MacLog() : isSeen(::isatty(STDERR_FILENO) == 1) {}
+
+void MacLog::write(std::string_view line) {
+  std::string whole(line);
+  os_log(OS_LOG_DEFAULT, "%{public}s", whole.c_str());
+  if (!isSeen) return;
+  // In one piece, so that lines of several threads don't mix.
+  whole += '\n';
+  [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, whole.data(), whole.size());
+}
+
+}  // namespace brivane

@@ -1,0 +1,12 @@
+#include "Machines/Mac/Processes.h"
+
+#include "Machines/Common/ChildProcess.h"
+
+namespace brivane {
+
+ProcessResult MacProcessRunner::run(const std::string& executable,
+                                    const std::vector<std::string>& arguments) {
+  return runChildProcess(executable, arguments);
+}
+
+}  // namespace brivane

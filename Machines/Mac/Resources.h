@@ -1,0 +1,15 @@
+#pragma once
+
+#include "BrivaneCore/Seams/Resources.h"
+
+namespace brivane {
+
+/// The resource bundles in the main bundle's folder of resources, and the languages of the user's
+/// system settings.
+class MacResources : public Resources {
+ public:
+  std::optional<std::string> read(const std::string& bundle, const std::string& path) override;
+  std::vector<std::string> preferredLanguages() override;
+};
+
+}  // namespace brivane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "BrivaneCore/Seams/Runtime.h"
+
+namespace brivane {
+
+/// The Runtime of the main run loop and of dispatch's queues. The thread that makes it is the main
+/// thread. `run()` runs the main run loop; the resident program's application object does so
+/// itself, and tasks and timers go on while a menu is open or a slider is held. While the machine
+/// sleeps a waiting timer's delay stands still; `now()` counts that time.
+class MacRuntime : public Runtime {
+ public:
+  MacRuntime();
+  ~MacRuntime() override;
+
+  Instant now() const override;
+  void sleep(Microseconds duration) override;
+  bool isMainThread() const override;
+  void async(Task task) override;
+  TimerID after(Microseconds delay, Task task) override;
+  TimerID every(Microseconds period, Task task) override;
+  void cancel(TimerID timer) override;
+  std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label,
+                                               QueueQuality quality) override;
+  void run() override;
+  void stop() override;
+
+ private:
+  class MainQueue;
+  class Timers;
+  class Queue;
+
+  const std::thread::id mainThread = std::this_thread::get_id();
+  const std::shared_ptr<MainQueue> mainQueue;
+  const std::unique_ptr<Timers> timers;
+  std::vector<std::shared_ptr<Queue>> queues;
+};
+
+}  // namespace brivane

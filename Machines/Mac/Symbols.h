@@ -1,0 +1,15 @@
+#pragma once
+
+#include "BrivaneCore/Seams/SymbolLoader.h"
+
+namespace brivane {
+
+/// The dynamic loader. The entry points are private ones whose shapes nobody has published; an
+/// address becomes a typed function by its name alone.
+class MacSymbolLoader : public SymbolLoader {
+ public:
+  LibraryHandle open(std::string_view path, int mode) override;
+  Symbol find(LibraryHandle library, std::string_view name) override;
+};
+
+}  // namespace brivane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+
+#include "BrivaneCore/Seams/Runtime.h"
+
+namespace brivane {
+
+/// While it exists, SIGTERM, SIGINT and SIGHUP do nothing but put a task on the main queue;
+/// afterwards they do nothing. Main thread.
+class TerminationSources {
+ public:
+  /// `machineRuntime` must outlive this.
+  TerminationSources(Runtime& machineRuntime, Task itsHandler);
+  TerminationSources(const TerminationSources&) = delete;
+  TerminationSources& operator=(const TerminationSources&) = delete;
+  ~TerminationSources();
+
+ private:
+  struct Sources;
+
+  static void signalled(void* context);
+
+  Runtime& runtime;
+  const Task handler;
+  const std::unique_ptr<Sources> sources;
+};
+
+}  // namespace brivane

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/Seams/EventTapPort.h"
+#include "Machines/Common/HotkeyTable.h"
+
+namespace brivane::fake {
+
+/// The keyboard, Carbon's hotkeys and handlers, and the event taps.
+struct Input {
+  std::set<std::uint16_t> keysDown;
+  HotkeyTable hotkeys;
+  /// What each key gives in the layout; absent: the input source has no layout data.
+  std::optional<std::map<std::uint16_t, std::u16string>> layout;
+  bool hasInputSource = true;
+  /// The events of special keys that came through all taps.
+  std::vector<TapEvent::SystemDefined> passed;
+
+  /// By virtual key code; modifiers too.
+  void press(std::uint16_t keyCode);
+  void release(std::uint16_t keyCode);
+  /// A press (0x0A) or release (0x0B) of the special key of that type.
+  void specialKey(int type, int state);
+  /// An event of another type, which may have no content.
+  void otherEvent(CGEventType type);
+  /// As Carbon knows them: 512 is shift.
+  std::uint32_t carbonModifiers() const;
+  /// As events have them (see `modifierFlag`).
+  std::uint64_t modifierFlags() const;
+};
+
+Input& input();
+void resetInput();
+
+/// What an event of a special key carries; nothing for other events.
+std::optional<TapEvent::SystemDefined> detailsOf(CGEventRef event);
+
+/// Carbon's handlers and hotkeys, and taps, that are still in force.
+std::size_t liveRegistrations();
+
+}  // namespace brivane::fake

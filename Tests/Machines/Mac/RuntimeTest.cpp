@@ -1,0 +1,120 @@
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <memory>
+
+#include "Machines/Mac/Runtime.h"
+#include "Tests/Machines/Mac/MacBench.h"
+#include "Tests/Support/WhenDropped.h"
+
+namespace brivane {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using std::chrono::milliseconds;
+
+class MacRuntimeTest : public MacTest {
+ protected:
+  std::vector<std::string> notes;
+  std::optional<MacRuntime> runtime = std::optional<MacRuntime>(std::in_place);
+
+  Task note(std::string text) {
+    return [this, text] { notes.push_back(text); };
+  }
+};
+
+TEST_F(MacRuntimeTest, NothingRunsAfterTheTaskThatStops) {
+  runtime->async([&] { runtime->stop(); });
+  runtime->async(note("later"));
+  runtime->after(Microseconds(0), note("a timer"));
+  runtime->run();
+  EXPECT_THAT(notes, testing::Not(Contains("later")));
+  runtime->after(milliseconds(5), [&] { runtime->stop(); });
+  runtime->run();
+  EXPECT_THAT(notes, testing::UnorderedElementsAre("later", "a timer"));
+}
+
+TEST_F(MacRuntimeTest, AStopFromAnotherThreadBeforeTheRunBeginsIsNotLost) {
+  runtime->makeSerialQueue("stopper", QueueQuality::utility)->sync([&] { runtime->stop(); });
+  runtime->run();
+  runtime->async([&] { runtime->stop(); });
+  runtime->run();
+}
+
+TEST_F(MacRuntimeTest, ATimerThatIsDueWhenNothingIsToRunAnyMoreWaitsForTheNextRun) {
+  runtime->after(milliseconds(1), [&] { runtime->stop(); });
+  runtime->after(milliseconds(1), note("same moment"));
+  runtime->sleep(milliseconds(3));
+  runtime->run();
+  EXPECT_THAT(notes, IsEmpty());
+  runtime->after(milliseconds(1), [&] { runtime->stop(); });
+  runtime->run();
+  EXPECT_THAT(notes, ElementsAre("same moment"));
+}
+
+TEST_F(MacRuntimeTest, ARepeatingTimerCancelledWithinItsTaskIsGoneWithAllThatItHeld) {
+  int dropped = 0;
+  TimerID timer = 0;
+  timer = runtime->every(milliseconds(1), [&, held = whenDropped([&] { ++dropped; })] {
+    runtime->cancel(timer);
+    notes.emplace_back("tick");
+    EXPECT_EQ(dropped, 0);
+    runtime->after(milliseconds(5), [&] { runtime->stop(); });
+  });
+  runtime->run();
+  EXPECT_THAT(notes, ElementsAre("tick"));
+  EXPECT_EQ(dropped, 1);
+}
+
+TEST_F(MacRuntimeTest, WhatATimersTaskHeldMayCancelAnotherTimerWhenItGoes) {
+  const TimerID other = runtime->every(milliseconds(1), note("other"));
+  const TimerID timer =
+      runtime->after(milliseconds(1), [held = whenDropped([&] { runtime->cancel(other); })] {});
+  runtime->cancel(timer);
+  runtime->after(milliseconds(5), [&] { runtime->stop(); });
+  runtime->run();
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(MacRuntimeTest, QueuesHaveTheirLabelsAndQualities) {
+  runtime->makeSerialQueue("first", QueueQuality::userInitiated);
+  runtime->makeSerialQueue("second", QueueQuality::utility);
+  EXPECT_THAT(fake::mac().calls,
+              ElementsAre("quality 25", "queue first", "quality 17", "queue second"));
+}
+
+TEST_F(MacRuntimeTest, ItsEndWaitsForTheRunningTaskAndDropsAllOthers) {
+  std::atomic<int> ran = 0;
+  std::atomic<bool> hasBegun = false;
+  int dropped = 0;
+  const auto queue = runtime->makeSerialQueue("worker", QueueQuality::utility);
+  queue->async([&] {
+    hasBegun = true;
+    runtime->sleep(milliseconds(20));
+    ++ran;
+  });
+  queue->async([&] { ran += 100; });
+  runtime->async([&, held = whenDropped([&] { ++dropped; })] { notes.emplace_back("main"); });
+  runtime->every(milliseconds(1),
+                 [&, held = whenDropped([&] { ++dropped; })] { notes.emplace_back("tick"); });
+  while (!hasBegun) runtime->sleep(Microseconds(100));
+  runtime.reset();
+  EXPECT_EQ(ran, 1);
+  EXPECT_EQ(dropped, 2);
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(MacRuntimeTest, TheMainThreadIsTheOneThatMadeIt) {
+  bool isMainThere = true;
+  runtime->makeSerialQueue("worker", QueueQuality::utility)->sync([&] {
+    isMainThere = runtime->isMainThread();
+  });
+  EXPECT_FALSE(isMainThere);
+  EXPECT_TRUE(runtime->isMainThread());
+}
+
+}  // namespace
+}  // namespace brivane

@@ -1,0 +1,189 @@
+// Settings, the grant, applications, the log, the session and resources.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "Machines/Mac/Accessibility.h"
+#include "Machines/Mac/Applications.h"
+#include "Machines/Mac/Defaults.h"
+#include "Machines/Mac/Log.h"
+#include "Machines/Mac/Processes.h"
+#include "Machines/Mac/Resources.h"
+#include "Machines/Mac/Session.h"
+#include "Tests/Machines/Mac/FakeAppKitServices.h"
+#include "Tests/Machines/Mac/MacBench.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto ownDomain = "com.quorrel.brivane";
+
+// Settings
+
+class MacDefaultsTest : public MacTest {
+ protected:
+  fake::Preferences& preferences = fake::system().preferences;
+  MacLog log;
+  MacDefaults defaults{log};
+};
+
+TEST_F(MacDefaultsTest, WhatIsSetIsStoredInTheProgramsOwnDomainAtOnce) {
+  defaults.set("BrightnessUpKeyCode", {std::int64_t{126}});
+  EXPECT_EQ(preferences.stored[ownDomain],
+            (PropertyValue::Dictionary{{"BrightnessUpKeyCode", {std::int64_t{126}}}}));
+  defaults.remove("BrightnessUpKeyCode");
+  EXPECT_THAT(preferences.stored[ownDomain], IsEmpty());
+}
+
+TEST_F(MacDefaultsTest, WhatAnotherProcessStoresIsSeenAtOnce) {
+  EXPECT_EQ(defaults.object("VerboseKeyLog"), std::nullopt);
+  preferences.stored[ownDomain]["VerboseKeyLog"] = {true};
+  EXPECT_EQ(defaults.object("VerboseKeyLog"), (PropertyValue{true}));
+}
+
+TEST_F(MacDefaultsTest, WhatCannotBeSavedIsInForceForThisProcessAndSaidInTheLog) {
+  preferences.canBeSaved = false;
+  defaults.set("SubZeroDimming", {false});
+  EXPECT_EQ(defaults.object("SubZeroDimming"), (PropertyValue{false}));
+  EXPECT_THAT(fake::system().log, ElementsAre("Brivane: settings could not be saved"));
+}
+
+TEST_F(MacDefaultsTest, NeitherAKeyThatIsNoTextNorAValueThatIsNoneIsStored) {
+  defaults.set("\xFF", {true});
+  defaults.set("key", {});
+  defaults.remove("\xFF");
+  EXPECT_EQ(defaults.object("\xFF"), std::nullopt);
+  EXPECT_EQ(MacDefaultsSuite().persistentDomain("\xFF"), std::nullopt);
+  EXPECT_FALSE(preferences.stored.contains(ownDomain));
+}
+
+TEST_F(MacDefaultsTest, AnotherApplicationsDomainIsReadWhole) {
+  const PropertyValue::Dictionary content = {{"SubZeroDimming", {false}},
+                                             {"brightness.1.2.3", {std::int64_t{40}}}};
+  preferences.stored["com.quorrel.tallowin"] = content;
+  EXPECT_EQ(MacDefaultsSuite().persistentDomain("com.quorrel.tallowin"), content);
+  EXPECT_EQ(MacDefaultsSuite().persistentDomain("org.example.nobody"), std::nullopt);
+}
+
+// The grant
+
+TEST_F(MacTest, TheGrantIsAskedForQuietlyAndOnRequestWithTheSystemsPrompt) {
+  MacAccessibility grant;
+  EXPECT_TRUE(grant.isTrusted());
+  EXPECT_THAT(fake::mac().calls, IsEmpty());
+  EXPECT_TRUE(grant.requestTrust());
+  EXPECT_THAT(fake::mac().calls, ElementsAre("AX prompt"));
+  fake::system().isTrusted = false;
+  EXPECT_FALSE(grant.isTrusted());
+  EXPECT_FALSE(grant.requestTrust());
+}
+
+// Applications
+
+class MacApplicationsTest : public MacTest {
+ protected:
+  FakeAppKitServices appKit;
+  MacApplications applications{appKit};
+};
+
+TEST_F(MacApplicationsTest, ABareExecutableHasNoBundleIdentifier) {
+  EXPECT_EQ(applications.bundleIdentifier(), ownDomain);
+  fake::system().bundleIdentifier.reset();
+  EXPECT_EQ(applications.bundleIdentifier(), std::nullopt);
+  fake::system().hasMainBundle = false;
+  EXPECT_EQ(applications.bundleIdentifier(), std::nullopt);
+}
+
+TEST_F(MacApplicationsTest, TheWorkspaceKnowsWhoRuns) {
+  appKit.applications = {{ownDomain, {41, 42}}};
+  EXPECT_THAT(applications.runningApplications(ownDomain), ElementsAre(41, 42));
+  EXPECT_EQ(applications.ownProcessID(), getpid());
+  int connected = 0;
+  appKit.whenBecomingApplication = [&] { ++connected; };
+  EXPECT_TRUE(applications.announce());
+  EXPECT_EQ(connected, 1);
+}
+
+// The log and child processes
+
+TEST_F(MacTest, ALineIsLoggedAsItIsPercentSignsAndAll) {
+  MacLog().write("Brivane: 100% %s");
+  EXPECT_THAT(fake::system().log, ElementsAre("Brivane: 100% %s"));
+}
+
+TEST_F(MacTest, AChildsOutputAndStatusComeBack) {
+  const auto result =
+      MacProcessRunner().run("/bin/sh", {"-c", "printf \"$1\"; exit 3", "sh", "a b"});
+  EXPECT_EQ(std::get<FinishedProcess>(result), (FinishedProcess{3, "a b"}));
+}
+
+// The session
+
+class MacSessionTest : public MacTest {
+ protected:
+  FakeAppKitServices appKit;
+  MacSession session{appKit};
+};
+
+TEST_F(MacSessionTest, UserAndHomeAreThoseOfTheAccount) {
+  EXPECT_EQ(session.userID(), getuid());
+  const std::string account = getpwuid(getuid())->pw_dir;
+  EXPECT_THAT(account, testing::StartsWith(session.homeFolder()));
+}
+
+TEST_F(MacSessionTest, TheExecutableIsTheMainBundlesOwn) {
+  EXPECT_EQ(session.executablePath(), "/Applications/Brivane.app/Contents/MacOS/Brivane");
+  fake::system().executable.reset();
+  EXPECT_EQ(session.executablePath(), std::nullopt);
+  fake::system().hasMainBundle = false;
+  EXPECT_EQ(session.executablePath(), std::nullopt);
+}
+
+TEST_F(MacSessionTest, ArgumentsBeginWithTheProgramsPath) {
+  fake::system().arguments = {"/a/Brivane", "--set", "40"};
+  EXPECT_THAT(session.arguments(), ElementsAre("/a/Brivane", "--set", "40"));
+}
+
+TEST_F(MacSessionTest, AFilesModificationIsToldToTheNanosecond) {
+  const TemporaryFolder folder;
+  const auto file = folder.write("file", "");
+  const timespec times[] = {{1, 0}, {1700000000, 250000000}};
+  ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+  EXPECT_EQ(session.modificationSeconds(file), 1700000000.25);
+}
+
+TEST_F(MacSessionTest, URLsAreOpenedByTheWorkspace) {
+  session.openURL("x:y");
+  EXPECT_THAT(appKit.openedURLs, ElementsAre("x:y"));
+}
+
+// Resources
+
+TEST_F(MacTest, ABundlesFilesLieInTheMainBundlesResources) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directories(folder / "A.bundle/de.lproj");
+  folder.write("A.bundle/de.lproj/file", "text");
+  fake::system().resourceFolder = folder.path.string();
+  MacResources resources;
+  EXPECT_EQ(resources.read("A.bundle", "de.lproj/file"), "text");
+  fake::system().resourceFolder.reset();
+  EXPECT_EQ(resources.read("A.bundle", "de.lproj/file"), std::nullopt);
+  fake::system().hasMainBundle = false;
+  EXPECT_EQ(resources.read("A.bundle", "de.lproj/file"), std::nullopt);
+}
+
+TEST_F(MacTest, LanguagesComeInTheUsersOrder) {
+  fake::system().languages = {{"zh-Hans-CN", "de-DE"}};
+  EXPECT_THAT(MacResources().preferredLanguages(), ElementsAre("zh-Hans-CN", "de-DE"));
+  fake::system().languages.reset();
+  EXPECT_THAT(MacResources().preferredLanguages(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace brivane
