@@ -10,6 +10,8 @@
 #include <system_error>
 #include <utility>
 
+#include "Machines/Common/ModifiedAt.h"
+
 namespace brivane {
 namespace {
 
@@ -55,8 +57,8 @@ void dateAfter(const std::filesystem::path& replaced, int descriptor) {
   struct stat before {};
   struct stat now {};
   if (::stat(replaced.c_str(), &before) != 0 || ::fstat(descriptor, &now) != 0) return;
-  timespec date = before.st_mtim;
-  if (isBefore(date, now.st_mtim)) return;
+  timespec date = modifiedAt(before);
+  if (isBefore(date, modifiedAt(now))) return;
   if (++date.tv_nsec > lastNanosecond) date = {date.tv_sec + 1, 0};
   const std::array<timespec, 2> times = {{{0, UTIME_OMIT}, date}};
   ::futimens(descriptor, times.data());
@@ -92,9 +94,9 @@ std::optional<FileStamp> stampOf(const std::filesystem::path& file) {
   struct stat status {};
   if (::stat(file.c_str(), &status) != 0) return std::nullopt;
   constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
-  return FileStamp{status.st_dev, status.st_ino,
-                   status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec,
-                   status.st_size};
+  const timespec modified = modifiedAt(status);
+  return FileStamp{static_cast<std::uint64_t>(status.st_dev), status.st_ino,
+                   modified.tv_sec * nanosecondsPerSecond + modified.tv_nsec, status.st_size};
 }
 
 std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path& file,

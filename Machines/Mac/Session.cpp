@@ -6,23 +6,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "Machines/Common/ModifiedAt.h"
 #include "Machines/Mac/CFText.h"
 
 namespace brivane {
-namespace {
-
-#ifdef __APPLE__
-timespec modifiedAt(const struct stat& status) {
-  return status.st_mtimespec;
-}
-#else
-timespec modifiedAt(const struct stat& status) {
-  return status.st_mtim;
-}
-#endif
-
-}  // namespace
-
 std::uint32_t MacSession::userID() {
   return ::getuid();
 }
