@@ -1,0 +1,66 @@
+// The program's command-line modes on a Mac, from its arguments to the bytes on the bus.
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+#include "BrivaneApp/EntryPoint.h"
+#include "Tests/Machines/Mac/Fakes/FakeSystem.h"
+#include "Tests/Machines/Mac/MacUnderTest.h"
+
+namespace brivane {
+namespace {
+
+using testing::HasSubstr;
+
+class MacProgram : public testing::Test {
+ protected:
+  std::string run(std::vector<std::string> words) {
+    words.insert(words.begin(), "Brivane");
+    fake::system().arguments = words;
+    std::ostringstream out;
+    std::ostringstream err;
+    const auto noFrame = [](ResidentMachine&) { return std::unique_ptr<Frame>(); };
+    EXPECT_EQ(runBrivane(words, *machine, noFrame, out, err), 0);
+    EXPECT_EQ(err.str(), "");
+    return out.str();
+  }
+
+  MacWorld world;
+  std::unique_ptr<MacMachine> machine = world.makeMachine();
+};
+
+TEST_F(MacProgram, SetsTheMonitorUnderThePointerThroughItsOwnService) {
+  world.appKit->pointer = {1600, 100};
+  run({"--set", "40"});
+  EXPECT_EQ(world.monitors[2]->state.shownLevel, 20) << "40 percent of 50";
+  EXPECT_EQ(world.monitors[1]->state.shownLevel, 21);
+  EXPECT_EQ(fake::system().preferences.stored["com.quorrel.brivane"].at("brightness.2.5.0"),
+            (PropertyValue{std::int64_t{40}}));
+}
+
+TEST_F(MacProgram, ReportsWhatDisplayServicesAndMonitorsSay) {
+  world.appKit->pointer = {100, 100};
+  const std::string report = run({"--probe"});
+  for (const auto* line :
+       {"  DDC transport available: yes\n", "  Accessibility granted:   yes\n",
+        "  [1] Built-in\n      built-in: yes\n      vendor=1552 model=9 serial=0\n"
+        "      control: Apple display via DisplayServices -> 50%\n",
+        "  [2] Upper\n      built-in: no\n      vendor=2 model=3 serial=4\n",
+        "      DDC:     current=21 max=7000\n", "      DDC:     current=21 max=50\n"}) {
+    EXPECT_THAT(report, HasSubstr(line));
+  }
+  EXPECT_THAT(report, testing::Not(HasSubstr("could not be determined")));
+}
+
+TEST_F(MacProgram, TakesItsOwnKeyMappingOutAgain) {
+  machine->processes().run("/usr/bin/hidutil",
+                           {"property", "--set",
+                            R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":1,)"
+                            R"("HIDKeyboardModifierMappingDst":2}]})"});
+  EXPECT_THAT(run({"--unmap"}), testing::Not(HasSubstr("failed")));
+  EXPECT_THAT(TemporaryFolder::read(world.folder / "mapping"),
+              HasSubstr("\"HIDKeyboardModifierMappingSrc\":1,"));
+}
+
+}  // namespace
+}  // namespace brivane
