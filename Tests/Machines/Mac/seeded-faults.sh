@@ -36,7 +36,7 @@ is_found() {
     echo "it doesn't link"
     return 1
   }
-  ASAN_OPTIONS=detect_stack_use_after_return=1 timeout 60 "$work/tests" --gtest_filter="$3" >"$work/log" 2>&1
+  ASAN_OPTIONS=detect_stack_use_after_return=1 timeout 30 "$work/tests" --gtest_filter="$3" >"$work/log" 2>&1
   local status=$?
   grep -q "^\[ RUN " "$work/log" || echo "there is no such test"
   [ $status -ne 0 ] && grep -q "^\[ RUN " "$work/log"

@@ -234,7 +234,12 @@ CFRunLoopRef CFRunLoopGetMain(void) {
   return reinterpret_cast<CFRunLoopRef>(&loop());
 }
 
+/// Being stopped is a matter of one run: who stops a loop that doesn't run stops nothing.
 void CFRunLoopRun(void) {
+  {
+    const std::lock_guard lock(loop().mutex);
+    loop().isStopped = false;
+  }
   while (true) {
     for (CFRunLoopTimerRef timer : dueTimers()) fire(timer);
     takeSignals();

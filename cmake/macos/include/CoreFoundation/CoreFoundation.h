@@ -49,9 +49,7 @@ typedef const void* CFTypeRef;
 typedef CFTypeRef CFPropertyListRef;
 typedef const struct BRIVANE_BRIDGED(NSString) __CFString* CFStringRef;
 typedef const struct BRIVANE_BRIDGED(NSArray) __CFArray* CFArrayRef;
-typedef struct BRIVANE_BRIDGED(NSMutableArray) __CFArray* CFMutableArrayRef;
 typedef const struct BRIVANE_BRIDGED(NSDictionary) __CFDictionary* CFDictionaryRef;
-typedef struct BRIVANE_BRIDGED(NSMutableDictionary) __CFDictionary* CFMutableDictionaryRef;
 typedef const struct BRIVANE_BRIDGED(NSData) __CFData* CFDataRef;
 typedef const struct BRIVANE_BRIDGED(NSDate) __CFDate* CFDateRef;
 typedef const struct BRIVANE_BRIDGED(NSNumber) __CFNumber* CFNumberRef;
@@ -111,7 +109,6 @@ enum CFNumberType : CFIndex {
   kCFNumberSInt32Type = 3,
   kCFNumberSInt64Type = 4,
   kCFNumberFloat64Type = 6,
-  kCFNumberDoubleType = 13,
 };
 
 extern const CFBooleanRef kCFBooleanTrue;
@@ -217,7 +214,6 @@ extern const CFRunLoopMode kCFRunLoopCommonModes;
 CFRunLoopRef CFRunLoopGetMain(void);
 void CFRunLoopRun(void);
 void CFRunLoopStop(CFRunLoopRef loop);
-void CFRunLoopWakeUp(CFRunLoopRef loop);
 void CFRunLoopAddSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopMode mode);
 void CFRunLoopRemoveSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopMode mode);
 CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMachPortRef port,

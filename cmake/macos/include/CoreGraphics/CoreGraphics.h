@@ -45,7 +45,6 @@ typedef uint16_t CGKeyCode;
 typedef uint64_t CGEventMask;
 
 enum CGEventType : uint32_t {
-  kCGEventNull = 0,
   kCGEventTapDisabledByTimeout = 0xFFFFFFFE,
   kCGEventTapDisabledByUserInput = 0xFFFFFFFF,
 };
