@@ -45,6 +45,7 @@ TEST_F(MacInputTest, AHotkeyCarriesItsSignatureAndNumberAndItsModifiersAsTheyAre
   fake::input().press(f19);
   settle();
   EXPECT_THAT(heard, ElementsAre(HotkeyID{0x544C574E, 7}));
+  EXPECT_THAT(fake::mac().calls, ElementsAre("hotkey 80 512 1414289230 7"));
 }
 
 TEST_F(MacInputTest, AHandlerThatTheSystemRefusesIsNotInstalled) {
@@ -147,6 +148,21 @@ TEST_F(MacInputTest, ATapThatTheSystemDisabledHearsSoWithoutAnEventAndMayEnableI
   settle();
   EXPECT_THAT(types, ElementsAre(TapEvent::disabledByTimeout, TapEvent::disabledByUserInput));
   EXPECT_EQ(fake::mac().calls.back(), "tap on");
+}
+
+TEST_F(MacInputTest, AHandlerThatDropsItsTapStillHasAllThatItHolds) {
+  MacEventTaps taps(appKit);
+  std::unique_ptr<EventTap> own;
+  std::string heard;
+  own = taps.createTap([&, held = std::string(100, 'x')](const TapEvent&) {
+    own.reset();
+    heard = held;
+    return TapVerdict::swallow;
+  });
+  own->setEnabled(true);
+  fake::input().specialKey(2, 0x0A);
+  settle();
+  EXPECT_EQ(heard.size(), 100u);
 }
 
 TEST_F(MacInputTest, AnEventThatCannotBeConvertedIsSeenWithoutItsContent) {

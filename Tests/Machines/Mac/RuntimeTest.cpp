@@ -38,9 +38,11 @@ TEST_F(MacRuntimeTest, NothingRunsAfterTheTaskThatStops) {
 }
 
 TEST_F(MacRuntimeTest, AStopFromAnotherThreadBeforeTheRunBeginsIsNotLost) {
-  runtime->makeSerialQueue("stopper", QueueQuality::utility)->sync([&] { runtime->stop(); });
+  const auto queue = runtime->makeSerialQueue("stopper", QueueQuality::utility);
+  const auto stopThere = [&] { queue->sync([&] { runtime->stop(); }); };
+  stopThere();
   runtime->run();
-  runtime->async([&] { runtime->stop(); });
+  fake::whenLoopNextBegins(stopThere);
   runtime->run();
 }
 

@@ -243,6 +243,8 @@ OSStatus RegisterEventHotKey(UInt32 keyCode, UInt32 modifiers, EventHotKeyID hot
                              EventTargetRef target, OptionBits options,
                              EventHotKeyRef* registered) {
   if (target != GetApplicationEventTarget() || options != 0) fail("a hotkey with options");
+  mac().note("hotkey " + std::to_string(keyCode) + " " + std::to_string(modifiers) + " " +
+             std::to_string(hotkey.signature) + " " + std::to_string(hotkey.id));
   const auto added = input().hotkeys.add({keyCode, modifiers}, [hotkey](HotkeyEvent event) {
     deliver(event == HotkeyEvent::pressed ? 5 : 6, hotkey);
   });

@@ -63,6 +63,7 @@ struct Loop {
   std::map<CFRunLoopTimerRef, Timer> timers;
   std::vector<SignalSource*> sources;
   bool isStopped = false;
+  Work meanwhile;
 };
 
 Loop& loop() {
@@ -201,6 +202,10 @@ void postToMainLoop(std::function<void()> event) {
   loop().changed.notify_all();
 }
 
+void whenLoopNextBegins(std::function<void()> meanwhile) {
+  loop().meanwhile = std::move(meanwhile);
+}
+
 void drainMainQueue() {
   while (true) {
     {
@@ -236,6 +241,7 @@ CFRunLoopRef CFRunLoopGetMain(void) {
 
 /// Being stopped is a matter of one run: who stops a loop that doesn't run stops nothing.
 void CFRunLoopRun(void) {
+  if (const Work meanwhile = std::exchange(loop().meanwhile, {})) meanwhile();
   {
     const std::lock_guard lock(loop().mutex);
     loop().isStopped = false;

@@ -8,6 +8,9 @@ namespace brivane::fake {
 /// Has the main run loop call this when it next runs, as it does with the window server's events.
 void postToMainLoop(std::function<void()> event);
 
+/// What happens elsewhere just when the main run loop is about to begin to run, once.
+void whenLoopNextBegins(std::function<void()> meanwhile);
+
 /// Runs what is left on the main queue, which must not do anything any more.
 void drainMainQueue();
 
