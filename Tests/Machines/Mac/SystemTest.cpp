@@ -5,6 +5,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
+#include <cstdlib>
+
 #include "Machines/Mac/Accessibility.h"
 #include "Machines/Mac/Applications.h"
 #include "Machines/Mac/Defaults.h"
@@ -115,6 +118,20 @@ TEST_F(MacApplicationsTest, TheWorkspaceKnowsWhoRuns) {
 TEST_F(MacTest, ALineIsLoggedAsItIsPercentSignsAndAll) {
   MacLog().write("Brivane: 100% %s");
   EXPECT_THAT(fake::system().log, ElementsAre("Brivane: 100% %s"));
+}
+
+TEST_F(MacTest, WhoStartsTheProgramInATerminalSeesTheLogThereToo) {
+  const int keyboardSide = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_EQ(grantpt(keyboardSide) + unlockpt(keyboardSide), 0);
+  const int terminal = open(ptsname(keyboardSide), O_RDWR | O_NOCTTY);
+  const int before = dup(STDERR_FILENO);
+  dup2(terminal, STDERR_FILENO);
+  MacLog().write("Brivane: seen");
+  dup2(before, STDERR_FILENO);
+  std::array<char, 64> seen{};
+  EXPECT_EQ(read(keyboardSide, seen.data(), seen.size()), 15);
+  EXPECT_STREQ(seen.data(), "Brivane: seen\r\n");
+  for (const int descriptor : {keyboardSide, terminal, before}) close(descriptor);
 }
 
 TEST_F(MacTest, AChildsOutputAndStatusComeBack) {
