@@ -13,7 +13,7 @@
 
 #include "Machines/Qt/Painter.h"
 #include "Machines/Qt/ScreenMap.h"
-#include "Machines/Qt/Transition.h"
+#include "Machines/Common/Transition.h"
 #include "Machines/Qt/XSelections.h"
 
 namespace brivane {

@@ -1,4 +1,4 @@
-#include "Machines/Qt/Transition.h"
+#include "Machines/Common/Transition.h"
 
 #include <algorithm>
 #include <cstddef>

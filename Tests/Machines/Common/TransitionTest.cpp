@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Machines/Qt/Transition.h"
+#include "Machines/Common/Transition.h"
 
 namespace brivane {
 namespace {
