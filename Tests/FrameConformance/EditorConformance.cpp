@@ -73,8 +73,11 @@ class EditorConformance : public FrameConformance {
   Task onClose;
   NotingView first{"first", notes};
   NotingView second{"second", notes};
-  std::unique_ptr<EditorWindow> window = frame.makeEditorWindow(
-      {.contentWidth = 420, .contentHeight = 210, .styleMask = 3, .title = "Editor"});
+  std::unique_ptr<EditorWindow> window = frame.makeEditorWindow({.contentWidth = 420,
+                                                                 .contentHeight = 210,
+                                                                 .styleMask = 3,
+                                                                 .isReleasedWhenClosed = false,
+                                                                 .title = "Editor"});
 };
 
 TEST_F(EditorConformance, TheContentHasTheSizeItWasMadeWith) {
@@ -104,12 +107,16 @@ TEST_F(EditorConformance, AViewThatWasNotClickedGetsNoKeys) {
   EXPECT_THAT(notes, IsEmpty());
 }
 
+/// A desktop may give the keys to a view that accepts them before the view hears of the click.
 TEST_F(EditorConformance, ASecondViewTakesTheKeysFromTheFirst) {
   underTest->click("First");
+  EXPECT_THAT(notes, ElementsAre("first clicked"));
+  notes.clear();
   underTest->click("Second");
+  EXPECT_THAT(notes, testing::UnorderedElementsAre("second clicked", "first resigns"));
+  notes.clear();
   underTest->press({keyF5, modifierFlag::control});
-  EXPECT_THAT(notes, ElementsAre("first clicked", "second clicked", "first resigns",
-                                 "second key 96 with 262144"));
+  EXPECT_THAT(notes, ElementsAre("second key 96 with 262144"));
 }
 
 TEST_F(EditorConformance, KeysThatWereGivenBackGoToNoView) {

@@ -1,0 +1,34 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <string>
+
+#include "BrivaneCore/Support/Geometry.h"
+
+// Texts and rectangles on their way between the program and AppKit, which counts y upwards from the
+// lower left too.
+
+namespace brivane {
+
+/// Empty for what isn't UTF-8.
+inline NSString* nsString(const std::string& text) {
+  NSString* const string = [NSString stringWithUTF8String:text.c_str()];
+  return string == nil ? @"" : string;
+}
+
+/// Empty for nil.
+inline std::string utf8Text(NSString* string) {
+  const char* const text = string.UTF8String;
+  return text == nullptr ? std::string() : std::string(text);
+}
+
+inline NSRect nsRect(const Rect& rect) {
+  return NSMakeRect(rect.x, rect.y, rect.width, rect.height);
+}
+
+inline Rect rectOf(const NSRect& rect) {
+  return {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height};
+}
+
+}  // namespace brivane

@@ -1,0 +1,152 @@
+// AppKit's own way to end, `terminate:`, tells the delegate and ends the process within the call.
+// What ends by `exit` leaves the run loop instead, so that everything comes down in its order; the
+// loop notices that it was stopped only at the next event, so one is posted.
+#include "Machines/Mac/Application.h"
+
+#include <utility>
+
+/// What AppKit tells of the application. It may outlive the application, which takes itself out.
+@interface BrivaneApplicationDelegate : NSObject <NSApplicationDelegate> {
+ @public
+  brivane::MacApplication* application;
+}
+@end
+
+namespace {
+
+NSString* const appearanceKey = @"effectiveAppearance";
+/// Tells this observation from others of the same object.
+char appearanceContext;
+
+}  // namespace
+
+@implementation BrivaneApplicationDelegate
+
+- (void)applicationDidFinishLaunching:(NSNotification*)notification {
+  if (application != nullptr) application->didFinishLaunching();
+}
+
+- (void)applicationWillTerminate:(NSNotification*)notification {
+  if (application != nullptr) application->willTerminate();
+}
+
+/// There is no state to restore; without an answer AppKit warns at each start.
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)itsApplication {
+  return YES;
+}
+
+- (void)observeValueForKeyPath:(NSString*)keyPath
+                      ofObject:(id)object
+                        change:(NSDictionary<NSKeyValueChangeKey, id>*)change
+                       context:(void*)context {
+  if (context != &appearanceContext) {
+    [super observeValueForKeyPath:keyPath ofObject:object change:change context:context];
+  } else if (application != nullptr) {
+    application->appearanceMayHaveChanged();
+  }
+}
+
+@end
+
+namespace brivane {
+namespace {
+
+Appearance currentAppearance() {
+  NSAppearanceName const best = [NSApplication.sharedApplication.effectiveAppearance
+      bestMatchFromAppearancesWithNames:@[ NSAppearanceNameAqua, NSAppearanceNameDarkAqua ]];
+  return [best isEqualToString:NSAppearanceNameDarkAqua] ? Appearance::dark : Appearance::light;
+}
+
+}  // namespace
+
+MacApplication::MacApplication(Runtime& frameRuntime)
+    : runtime(frameRuntime),
+      systemDelegate([[BrivaneApplicationDelegate alloc] init]),
+      shownAppearance(currentAppearance()) {
+  systemDelegate->application = this;
+  NSApplication* const application = NSApplication.sharedApplication;
+  application.delegate = systemDelegate;
+  [application addObserver:systemDelegate
+                forKeyPath:appearanceKey
+                   options:NSKeyValueObservingOptionNew
+                   context:&appearanceContext];
+}
+
+MacApplication::~MacApplication() {
+  systemDelegate->application = nullptr;
+  NSApplication* const application = NSApplication.sharedApplication;
+  [application removeObserver:systemDelegate forKeyPath:appearanceKey context:&appearanceContext];
+  application.delegate = nil;
+}
+
+void MacApplication::setActivationPolicy(ActivationPolicy policy) {
+  [NSApplication.sharedApplication
+      setActivationPolicy:static_cast<NSApplicationActivationPolicy>(policy)];
+}
+
+int MacApplication::run() {
+  [NSApplication.sharedApplication run];
+  return exitStatus;
+}
+
+void MacApplication::terminate() {
+  if (isEnding) return;
+  [NSApplication.sharedApplication terminate:nil];
+}
+
+void MacApplication::exit(int status) {
+  isEnding = true;
+  exitStatus = status;
+  endings.announce();
+  runtime.stop();
+  NSApplication* const application = NSApplication.sharedApplication;
+  [application stop:nil];
+  NSEvent* const event = [NSEvent otherEventWithType:NSEventTypeApplicationDefined
+                                            location:NSMakePoint(0, 0)
+                                       modifierFlags:0
+                                           timestamp:0
+                                        windowNumber:0
+                                             context:nil
+                                             subtype:0
+                                               data1:0
+                                               data2:0];
+  [application postEvent:event atStart:YES];
+}
+
+void MacApplication::activateIgnoringOtherApplications() {
+  [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+}
+
+void MacApplication::beep() {
+  NSBeep();
+}
+
+Appearance MacApplication::effectiveAppearance() {
+  return currentAppearance();
+}
+
+Observation MacApplication::observeEffectiveAppearance(Task handler) {
+  return appearanceChanges.observe(std::move(handler));
+}
+
+Observation MacApplication::observeEnd(Task handler) {
+  return endings.observe(std::move(handler));
+}
+
+void MacApplication::didFinishLaunching() {
+  if (delegate != nullptr) delegate->applicationDidFinishLaunching();
+}
+
+/// From `terminate`, or because the user logs out.
+void MacApplication::willTerminate() {
+  if (std::exchange(isEnding, true)) return;
+  if (delegate != nullptr) delegate->applicationWillTerminate();
+}
+
+/// AppKit tells of every new appearance object, of another accent colour too.
+void MacApplication::appearanceMayHaveChanged() {
+  const Appearance now = currentAppearance();
+  if (std::exchange(shownAppearance, now) != now) appearanceChanges.announce();
+}
+
+}  // namespace brivane

@@ -1,0 +1,47 @@
+// Some system colours are translucent themselves; setting an alpha takes the place of theirs, so it
+// is multiplied in.
+#include "Machines/Mac/DrawnColors.h"
+
+#include <variant>
+
+namespace brivane {
+namespace {
+
+NSColor* drawnColor(const Color& color) {
+  return [NSColor colorWithSRGBRed:color.red green:color.green blue:color.blue alpha:color.alpha];
+}
+
+NSColor* drawnColor(const SystemPaint& paint) {
+  NSColor* const color = systemColor(paint.color);
+  if (paint.opacity == 1) return color;
+  NSColor* const resolved = [color colorUsingColorSpace:NSColorSpace.sRGBColorSpace];
+  // A colour that isn't made of components, a pattern, has no alpha of its own.
+  if (resolved == nil) return [color colorWithAlphaComponent:paint.opacity];
+  return [resolved colorWithAlphaComponent:resolved.alphaComponent * paint.opacity];
+}
+
+}  // namespace
+
+NSColor* systemColor(SystemColor color) {
+  switch (color) {
+    case SystemColor::label:
+      return NSColor.labelColor;
+    case SystemColor::secondaryLabel:
+      return NSColor.secondaryLabelColor;
+    case SystemColor::tertiaryLabel:
+      return NSColor.tertiaryLabelColor;
+    case SystemColor::accent:
+      return NSColor.controlAccentColor;
+    case SystemColor::separator:
+      return NSColor.separatorColor;
+    case SystemColor::controlBackground:
+      return NSColor.controlBackgroundColor;
+  }
+  return NSColor.labelColor;
+}
+
+NSColor* drawnColor(const Paint& paint) {
+  return std::visit([](const auto& kind) { return drawnColor(kind); }, paint);
+}
+
+}  // namespace brivane

@@ -1,0 +1,55 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <memory>
+#include <vector>
+
+#include "BrivaneApp/Frame/EditorWindow.h"
+
+@class BrivaneEditorHands;
+
+namespace brivane {
+
+/// A small window with a few controls on the Mac. The program may drop it from within any of its
+/// handlers. Main thread.
+class MacEditorWindow : public EditorWindow {
+ public:
+  MacEditorWindow(const EditorWindowAttributes& attributes, Runtime& frameRuntime);
+  ~MacEditorWindow() override;
+  MacEditorWindow(const MacEditorWindow&) = delete;
+  MacEditorWindow& operator=(const MacEditorWindow&) = delete;
+
+  void onWillClose(Task handler) override { whenClosing = std::move(handler); }
+  void center() override;
+  void setContent(std::vector<WindowItem> newItems) override;
+  double contentWidth() override;
+  double contentHeight() override;
+  void makeKeyAndOrderFront() override;
+
+  // What the user's hands do.
+  void willClose();
+  void pressed(NSButton* button);
+
+ private:
+  class Host;
+  struct Button {
+    NSButton* button;
+    std::function<void()> pressed;
+  };
+
+  NSView* make(const WindowLabel& label);
+  NSView* make(const WindowButton& button);
+  NSView* make(const WindowView& field);
+  void leaveFields();
+  void keepForNow(NSObject* object);
+
+  Runtime& runtime;
+  NSWindow* window;
+  BrivaneEditorHands* hands;
+  Task whenClosing;
+  std::vector<Button> buttons;
+  std::vector<std::unique_ptr<Host>> hosts;
+};
+
+}  // namespace brivane

@@ -1,0 +1,176 @@
+// What is dropped from within one of its own events, a closing window or a pressed button, is kept
+// until AppKit has returned from the event.
+#include "Machines/Mac/EditorWindow.h"
+
+#include <utility>
+
+#include "Machines/Mac/AppKitValues.h"
+#include "Machines/Mac/FieldView.h"
+
+/// What AppKit tells of the window. It may outlive the window, which takes itself out.
+@interface BrivaneEditorHands : NSObject <NSWindowDelegate> {
+ @public
+  brivane::MacEditorWindow* window;
+}
+- (void)pressed:(NSButton*)button;
+@end
+
+@implementation BrivaneEditorHands
+
+- (void)windowWillClose:(NSNotification*)notification {
+  if (window != nullptr) window->willClose();
+}
+
+- (void)pressed:(NSButton*)button {
+  if (window != nullptr) window->pressed(button);
+}
+
+@end
+
+namespace brivane {
+namespace {
+
+constexpr double controlFontSize = 13;
+constexpr double smallestFontSize = 9;
+/// Of a rounded button, left and right of its title.
+constexpr double bezelWidth = 24;
+
+/// Translations are longer than the text that the place was made for.
+NSFont* fittedFont(NSString* text, double size, double width) {
+  NSFont* font = [NSFont systemFontOfSize:size];
+  while (size > smallestFontSize &&
+         [text sizeWithAttributes:@{NSFontAttributeName : font}].width > width) {
+    size -= 1;
+    font = [NSFont systemFontOfSize:size];
+  }
+  return font;
+}
+
+}  // namespace
+
+class MacEditorWindow::Host : public CustomViewHost {
+ public:
+  Host(NSWindow* itsWindow, CustomView* itsView, BrivaneFieldView* fieldView)
+      : window(itsWindow), view(itsView), field(fieldView) {}
+
+  void setNeedsDisplay() override { field.needsDisplay = YES; }
+  void makeFirstResponder() override {
+    if (field.acceptsFirstResponder) [window makeFirstResponder:field];
+  }
+  void resignFirstResponder() override {
+    if (window.firstResponder == field) [window makeFirstResponder:nil];
+  }
+  void beep() override { NSBeep(); }
+
+  /// The view is content of the window no more.
+  void leave() {
+    [field leaveField];
+    view->setHost(nullptr);
+  }
+
+ private:
+  NSWindow* const window;
+  CustomView* const view;
+  BrivaneFieldView* const field;
+};
+
+MacEditorWindow::MacEditorWindow(const EditorWindowAttributes& attributes, Runtime& frameRuntime)
+    : runtime(frameRuntime),
+      window([[NSWindow alloc]
+          initWithContentRect:NSMakeRect(0, 0, attributes.contentWidth, attributes.contentHeight)
+                    styleMask:static_cast<NSWindowStyleMask>(attributes.styleMask)
+                      backing:static_cast<NSBackingStoreType>(attributes.backing)
+                        defer:attributes.isDeferred]),
+      hands([[BrivaneEditorHands alloc] init]) {
+  hands->window = this;
+  window.title = nsString(attributes.title);
+  window.releasedWhenClosed = attributes.isReleasedWhenClosed;
+  window.delegate = hands;
+}
+
+MacEditorWindow::~MacEditorWindow() {
+  hands->window = nullptr;
+  leaveFields();
+  [window orderOut:nil];
+  keepForNow(window);
+}
+
+void MacEditorWindow::center() {
+  [window center];
+}
+
+double MacEditorWindow::contentWidth() {
+  return window.contentView.frame.size.width;
+}
+
+double MacEditorWindow::contentHeight() {
+  return window.contentView.frame.size.height;
+}
+
+void MacEditorWindow::makeKeyAndOrderFront() {
+  [window makeKeyAndOrderFront:nil];
+}
+
+void MacEditorWindow::setContent(std::vector<WindowItem> newItems) {
+  leaveFields();
+  [window makeFirstResponder:nil];
+  keepForNow(window.contentView);
+  buttons.clear();
+  NSView* const content =
+      [[NSView alloc] initWithFrame:NSMakeRect(0, 0, contentWidth(), contentHeight())];
+  for (const WindowItem& item : newItems) {
+    [content addSubview:std::visit([this](const auto& part) { return make(part); }, item)];
+  }
+  window.contentView = content;
+}
+
+NSView* MacEditorWindow::make(const WindowLabel& label) {
+  NSString* const text = nsString(label.text);
+  NSTextField* const field = [NSTextField labelWithString:text];
+  field.frame = nsRect(label.frame);
+  field.font = fittedFont(text, label.fontSize, label.frame.width);
+  return field;
+}
+
+NSView* MacEditorWindow::make(const WindowButton& button) {
+  NSString* const title = nsString(button.title);
+  NSButton* const control = [NSButton buttonWithTitle:title
+                                               target:hands
+                                               action:@selector(pressed:)];
+  control.bezelStyle = NSBezelStyleRounded;
+  control.frame = nsRect(button.frame);
+  control.font = fittedFont(title, controlFontSize, button.frame.width - bezelWidth);
+  buttons.push_back({control, button.pressed});
+  return control;
+}
+
+NSView* MacEditorWindow::make(const WindowView& field) {
+  BrivaneFieldView* const view = [[BrivaneFieldView alloc] initWithField:field];
+  hosts.push_back(std::make_unique<Host>(window, field.view, view));
+  field.view->setHost(hosts.back().get());
+  return view;
+}
+
+void MacEditorWindow::leaveFields() {
+  for (const auto& host : std::exchange(hosts, {})) host->leave();
+}
+
+void MacEditorWindow::keepForNow(NSObject* object) {
+  runtime.async([object] { (void)object; });
+}
+
+void MacEditorWindow::willClose() {
+  const Task handler = whenClosing;
+  if (handler) handler();
+}
+
+void MacEditorWindow::pressed(NSButton* button) {
+  for (const Button& own : buttons) {
+    if (own.button != button) continue;
+    const auto handler = own.pressed;
+    if (handler) handler();
+    return;
+  }
+}
+
+}  // namespace brivane

@@ -1,0 +1,68 @@
+// A press with Command down is offered as a key equivalent before anybody gets it as a key; a field
+// that has the keys takes it then, or it could never be part of a hotkey.
+#include "Machines/Mac/FieldView.h"
+
+#include "Machines/Mac/AppKitValues.h"
+#include "Machines/Mac/Painter.h"
+
+@implementation BrivaneFieldView {
+  /// Null once it has left.
+  brivane::CustomView* view;
+}
+
+- (instancetype)initWithField:(const brivane::WindowView&)field {
+  self = [super initWithFrame:brivane::nsRect(field.frame)];
+  if (self == nil) return nil;
+  view = field.view;
+  [self setAccessibilityElement:YES];
+  [self setAccessibilityRole:NSAccessibilityButtonRole];
+  [self setAccessibilityLabel:brivane::nsString(field.accessibilityLabel)];
+  return self;
+}
+
+- (void)leaveField {
+  view = nullptr;
+}
+
+- (BOOL)acceptsFirstResponder {
+  return view != nullptr && view->acceptsFirstResponder();
+}
+
+- (BOOL)resignFirstResponder {
+  return view == nullptr || view->resignFirstResponder();
+}
+
+- (void)mouseDown:(NSEvent*)event {
+  if (view != nullptr) view->mouseDown();
+}
+
+- (void)keyDown:(NSEvent*)event {
+  if (![self takesKey:event]) [super keyDown:event];
+}
+
+- (BOOL)performKeyEquivalent:(NSEvent*)event {
+  return self.window.firstResponder == self && event.type == NSEventTypeKeyDown &&
+         [self takesKey:event];
+}
+
+- (BOOL)takesKey:(NSEvent*)event {
+  return view != nullptr && view->keyDown({event.keyCode, event.modifierFlags});
+}
+
+- (void)drawRect:(NSRect)dirtyRect {
+  if (view == nullptr) return;
+  brivane::MacPainter painter;
+  brivane::draw(view->draw(), painter);
+}
+
+- (id)accessibilityValue {
+  return view == nullptr ? nil : brivane::nsString(view->accessibilityText());
+}
+
+- (BOOL)accessibilityPerformPress {
+  if (view == nullptr) return NO;
+  view->mouseDown();
+  return YES;
+}
+
+@end

@@ -1,0 +1,21 @@
+#include "Machines/Mac/Frame.h"
+
+#include "Machines/Mac/EditorWindow.h"
+#include "Machines/Mac/HUDWindow.h"
+#include "Machines/Mac/StatusItem.h"
+
+namespace brivane {
+
+std::unique_ptr<StatusItem> MacFrame::makeStatusItem() {
+  return std::make_unique<MacStatusItem>(ownApplication);
+}
+
+std::unique_ptr<HUDWindow> MacFrame::makeHUDWindow(const HUDWindowAttributes& attributes) {
+  return std::make_unique<MacHUDWindow>(attributes, runtime);
+}
+
+std::unique_ptr<EditorWindow> MacFrame::makeEditorWindow(const EditorWindowAttributes& attributes) {
+  return std::make_unique<MacEditorWindow>(attributes, runtime);
+}
+
+}  // namespace brivane

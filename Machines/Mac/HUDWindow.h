@@ -1,0 +1,51 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "BrivaneApp/Frame/HUDWindow.h"
+#include "BrivaneCore/Support/LivenessAnchor.h"
+
+@class BrivaneHUDWindow, BrivanePictureView;
+
+namespace brivane {
+
+/// The HUD's window on the Mac. Main thread.
+class MacHUDWindow : public HUDWindow {
+ public:
+  MacHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime);
+  ~MacHUDWindow() override;
+  MacHUDWindow(const MacHUDWindow&) = delete;
+  MacHUDWindow& operator=(const MacHUDWindow&) = delete;
+
+  Rect frame() override;
+  void setFrame(const Rect& frame) override;
+  bool isVisible() override;
+  void setAlpha(double alpha) override;
+  void animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
+                    Task completion) override;
+  void orderFrontRegardless() override;
+  void orderOut() override;
+  void installContentView(const DisplayList& newContent) override;
+  void updateContent(const DisplayList& newContent, ContentChange change) override;
+
+ private:
+  void show(const DisplayList& newContent, double durationSeconds);
+  double progress() const;
+  void showMoment();
+  void endChange();
+
+  const HUDWindowAttributes attributes;
+  Runtime& runtime;
+  BrivaneHUDWindow* window;
+  BrivanePictureView* view = nil;
+  bool mayBeFading = false;
+
+  DisplayList contentFrom;
+  DisplayList content;
+  Instant changeStart;
+  double changeSeconds = 0;
+  /// 0: nothing moves.
+  TimerID changeTimer = 0;
+};
+
+}  // namespace brivane

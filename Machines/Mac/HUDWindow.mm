@@ -1,0 +1,162 @@
+// AppKit moves the window's alpha; what moves within the picture is drawn here, step by step, since
+// the picture is only a list. While nothing moves nothing wakes the processor.
+#include "Machines/Mac/HUDWindow.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Machines/Common/Transition.h"
+#include "Machines/Mac/AppKitValues.h"
+#include "Machines/Mac/PictureView.h"
+
+@interface BrivaneHUDWindow : NSWindow
+@end
+
+@implementation BrivaneHUDWindow
+
+- (BOOL)canBecomeKeyWindow {
+  return NO;
+}
+
+- (BOOL)canBecomeMainWindow {
+  return NO;
+}
+
+@end
+
+namespace brivane {
+namespace {
+
+constexpr double contentChangeSeconds = 0.14;
+constexpr Microseconds contentStep{16'667};
+
+CAMediaTimingFunction* function(AnimationTiming timing) {
+  return [CAMediaTimingFunction functionWithName:timing == AnimationTiming::easeIn
+                                                     ? kCAMediaTimingFunctionEaseIn
+                                                     : kCAMediaTimingFunctionLinear];
+}
+
+BrivaneHUDWindow* makeWindow(const HUDWindowAttributes& attributes) {
+  BrivaneHUDWindow* const window = [[BrivaneHUDWindow alloc]
+      initWithContentRect:nsRect(attributes.contentRect)
+                styleMask:static_cast<NSWindowStyleMask>(attributes.styleMask)
+                  backing:static_cast<NSBackingStoreType>(attributes.backing)
+                    defer:attributes.isDeferred];
+  window.opaque = attributes.isOpaque;
+  if (attributes.hasClearBackground) window.backgroundColor = NSColor.clearColor;
+  window.hasShadow = attributes.hasShadow;
+  window.ignoresMouseEvents = attributes.ignoresMouseEvents;
+  window.releasedWhenClosed = attributes.isReleasedWhenClosed;
+  window.hidesOnDeactivate = attributes.hidesOnDeactivate;
+  window.level = static_cast<NSWindowLevel>(attributes.level);
+  window.collectionBehavior =
+      static_cast<NSWindowCollectionBehavior>(attributes.collectionBehavior);
+  window.animationBehavior = static_cast<NSWindowAnimationBehavior>(attributes.animationBehavior);
+  return window;
+}
+
+}  // namespace
+
+MacHUDWindow::MacHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime)
+    : attributes(windowAttributes), runtime(frameRuntime), window(makeWindow(windowAttributes)) {}
+
+MacHUDWindow::~MacHUDWindow() {
+  endChange();
+  [window orderOut:nil];
+}
+
+Rect MacHUDWindow::frame() {
+  return rectOf(window.frame);
+}
+
+void MacHUDWindow::setFrame(const Rect& frame) {
+  [window setFrame:nsRect(frame) display:NO];
+}
+
+bool MacHUDWindow::isVisible() {
+  return window.visible;
+}
+
+/// A running fade would go on after a value that is set directly, and put its own in its place.
+void MacHUDWindow::setAlpha(double alpha) {
+  if (std::exchange(mayBeFading, false)) {
+    animateAlpha(alpha, 0, AnimationTiming::linear, {});
+  }
+  window.alphaValue = alpha;
+}
+
+void MacHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
+                                Task completion) {
+  mayBeFading = durationSeconds > 0;
+  void (^whenOver)(void) = nil;
+  if (completion) {
+    // The window may be gone by then.
+    Runtime* const queue = &runtime;
+    whenOver = ^{
+      queue->async(completion);
+    };
+  }
+  [NSAnimationContext
+      runAnimationGroup:^(NSAnimationContext* context) {
+        context.duration = durationSeconds;
+        context.timingFunction = function(timing);
+        [window animator].alphaValue = alpha;
+      }
+      completionHandler:whenOver];
+}
+
+void MacHUDWindow::orderFrontRegardless() {
+  [window orderFrontRegardless];
+}
+
+void MacHUDWindow::orderOut() {
+  [window orderOut:nil];
+  endChange();
+  if (view != nil) [view showPicture:content];
+}
+
+void MacHUDWindow::installContentView(const DisplayList& newContent) {
+  const Rect& size = attributes.contentRect;
+  view = [[BrivanePictureView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
+  view.autoresizingMask = static_cast<NSAutoresizingMaskOptions>(attributes.autoresizingMask);
+  show(newContent, 0);
+  window.contentView = view;
+  [window invalidateShadow];
+}
+
+void MacHUDWindow::updateContent(const DisplayList& newContent, ContentChange change) {
+  const bool moves = change == ContentChange::animated && window.visible;
+  show(newContent, moves ? contentChangeSeconds : 0);
+}
+
+void MacHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
+  contentFrom = interrupted(contentFrom, content, progress());
+  content = newContent;
+  changeStart = runtime.now();
+  changeSeconds = durationSeconds;
+  showMoment();
+  if (progress() < 1 && changeTimer == 0) {
+    changeTimer = runtime.every(contentStep, [this] { showMoment(); });
+  }
+}
+
+/// From 0 to 1, fast at first.
+double MacHUDWindow::progress() const {
+  const double passed = secondsBetween(changeStart, runtime.now());
+  if (passed >= changeSeconds) return 1;
+  const double left = 1 - std::max(passed / changeSeconds, 0.0);
+  return 1 - left * left;
+}
+
+void MacHUDWindow::showMoment() {
+  const double share = progress();
+  if (view != nil) [view showPicture:between(contentFrom, content, share)];
+  if (share >= 1) endChange();
+}
+
+void MacHUDWindow::endChange() {
+  changeSeconds = 0;
+  runtime.cancel(std::exchange(changeTimer, 0));
+}
+
+}  // namespace brivane

@@ -1,0 +1,186 @@
+// The program may replace the items from within any closure of an item, the one that is running
+// included; so closures are copied before they are called, and what comes from an item or slider
+// that the menu no longer has is dropped.
+#include "Machines/Mac/Menu.h"
+
+#include <utility>
+
+#include "Machines/Mac/AppKitValues.h"
+#include "Machines/Mac/DrawnColors.h"
+#include "Machines/Mac/SliderRow.h"
+
+/// What AppKit tells of the menu. It may outlive the menu, which takes itself out.
+@interface BrivaneMenuHands : NSObject <NSMenuDelegate> {
+ @public
+  brivane::MacMenu* menu;
+}
+- (void)chose:(NSMenuItem*)item;
+- (void)moved:(NSSlider*)slider;
+@end
+
+@implementation BrivaneMenuHands
+
+- (void)menuWillOpen:(NSMenu*)openedMenu {
+  if (menu != nullptr) menu->willOpen();
+}
+
+- (void)menuDidClose:(NSMenu*)closedMenu {
+  if (menu != nullptr) menu->didClose();
+}
+
+- (void)chose:(NSMenuItem*)item {
+  if (menu != nullptr) menu->chose(item);
+}
+
+- (void)moved:(NSSlider*)slider {
+  if (menu != nullptr) menu->moved(slider);
+}
+
+@end
+
+namespace brivane {
+namespace {
+
+NSControlStateValue stateOf(bool isChecked) {
+  return isChecked ? NSControlStateValueOn : NSControlStateValueOff;
+}
+
+SystemColor colorOf(MenuTone tone) {
+  switch (tone) {
+    case MenuTone::secondaryLabel:
+      return SystemColor::secondaryLabel;
+    case MenuTone::tertiaryLabel:
+      return SystemColor::tertiaryLabel;
+    case MenuTone::label:
+      break;
+  }
+  return SystemColor::label;
+}
+
+/// A disabled line would be grey whatever its tone.
+NSAttributedString* titleOf(const MenuText& text) {
+  return [[NSAttributedString alloc]
+      initWithString:nsString(text.title)
+          attributes:@{
+            NSFontAttributeName : [NSFont menuFontOfSize:0],
+            NSForegroundColorAttributeName : systemColor(colorOf(text.tone)),
+          }];
+}
+
+}  // namespace
+
+MacMenu::MacMenu()
+    : menu([[NSMenu alloc] initWithTitle:@""]), hands([[BrivaneMenuHands alloc] init]) {
+  hands->menu = this;
+  menu.autoenablesItems = NO;
+  menu.delegate = hands;
+}
+
+MacMenu::~MacMenu() {
+  hands->menu = nullptr;
+  // AppKit tells of the closing only later.
+  if (!isOpen) return;
+  didClose();
+  [menu cancelTracking];
+}
+
+void MacMenu::setItems(std::vector<MenuItem> newItems) {
+  items = std::move(newItems);
+  shown.clear();
+  [menu removeAllItems];
+  for (const MenuItem& item : items) {
+    shown.push_back(std::visit([this](const auto& kind) { return makeItem(kind); }, item));
+    [menu addItem:shown.back()];
+  }
+}
+
+NSMenuItem* MacMenu::makeItem(const MenuText& text) {
+  NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:nsString(text.title)
+                                                      action:nil
+                                               keyEquivalent:@""];
+  item.attributedTitle = titleOf(text);
+  item.enabled = NO;
+  return item;
+}
+
+NSMenuItem* MacMenu::makeItem(const MenuSlider& slider) {
+  NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
+  item.view = [[BrivaneSliderRow alloc] initWithSlider:slider
+                                                target:hands
+                                                action:@selector(moved:)];
+  return item;
+}
+
+NSMenuItem* MacMenu::makeItem(const MenuCommand& command) {
+  NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:nsString(command.title)
+                                                      action:@selector(chose:)
+                                               keyEquivalent:nsString(command.keyEquivalent)];
+  item.target = hands;
+  item.state = stateOf(command.isChecked);
+  item.enabled = YES;
+  return item;
+}
+
+NSMenuItem* MacMenu::makeItem(const MenuSeparator&) {
+  return [NSMenuItem separatorItem];
+}
+
+void MacMenu::setTitle(std::size_t index, const std::string& title) {
+  NSMenuItem* const item = shown.at(index);
+  item.title = nsString(title);
+  if (auto* const text = std::get_if<MenuText>(&items.at(index))) {
+    text->title = title;
+    item.attributedTitle = titleOf(*text);
+  }
+}
+
+void MacMenu::setChecked(std::size_t index, bool isChecked) {
+  shown.at(index).state = stateOf(isChecked);
+}
+
+void MacMenu::setSliderValue(std::size_t index, double value) {
+  sliderAt(index).doubleValue = value;
+}
+
+double MacMenu::sliderValue(std::size_t index) {
+  return sliderAt(index).doubleValue;
+}
+
+NSSlider* MacMenu::sliderAt(std::size_t index) const {
+  return static_cast<BrivaneSliderRow*>(shown.at(index).view).slider;
+}
+
+void MacMenu::cancelTracking() {
+  if (isOpen) [menu cancelTracking];
+}
+
+void MacMenu::willOpen() {
+  isOpen = true;
+  if (delegate != nullptr) delegate->menuWillOpen();
+}
+
+void MacMenu::didClose() {
+  if (!std::exchange(isOpen, false)) return;
+  if (delegate != nullptr) delegate->menuDidClose();
+}
+
+void MacMenu::chose(NSMenuItem* item) {
+  for (std::size_t index = 0; index < shown.size(); ++index) {
+    if (shown[index] != item) continue;
+    const auto handler = std::get<MenuCommand>(items[index]).chosen;
+    if (handler) handler();
+    return;
+  }
+}
+
+void MacMenu::moved(NSSlider* slider) {
+  for (std::size_t index = 0; index < shown.size(); ++index) {
+    const auto* const row = std::get_if<MenuSlider>(&items[index]);
+    if (row == nullptr || sliderAt(index) != slider) continue;
+    const auto handler = row->moved;
+    if (handler) handler(slider.doubleValue);
+    return;
+  }
+}
+
+}  // namespace brivane

@@ -1,0 +1,14 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "BrivaneApp/Frame/StatusItem.h"
+
+/// A row of a menu with a slider, as wide as the menu.
+@interface BrivaneSliderRow : NSView
+/// The target's action gets the slider at every step of a drag.
+- (instancetype)initWithSlider:(const brivane::MenuSlider&)item
+                        target:(id)target
+                        action:(SEL)action;
+@property(nonatomic, readonly) NSSlider* slider;
+@end

@@ -1,0 +1,35 @@
+#include "Machines/Mac/SliderRow.h"
+
+#include "Machines/Mac/AppKitValues.h"
+
+namespace {
+
+constexpr double rowWidth = 260;
+constexpr double rowHeight = 28;
+/// Where the menu's titles begin.
+constexpr double margin = 14;
+
+}  // namespace
+
+@implementation BrivaneSliderRow
+
+- (instancetype)initWithSlider:(const brivane::MenuSlider&)item
+                        target:(id)target
+                        action:(SEL)action {
+  self = [super initWithFrame:NSMakeRect(0, 0, rowWidth, rowHeight)];
+  if (self == nil) return nil;
+  self.autoresizingMask = NSViewWidthSizable;
+  _slider = [NSSlider sliderWithValue:item.value
+                             minValue:item.minimum
+                             maxValue:item.maximum
+                               target:target
+                               action:action];
+  _slider.frame = NSMakeRect(margin, 0, rowWidth - 2 * margin, rowHeight);
+  _slider.autoresizingMask = NSViewWidthSizable;
+  _slider.continuous = YES;
+  [_slider setAccessibilityLabel:brivane::nsString(item.accessibilityLabel)];
+  [self addSubview:_slider];
+  return self;
+}
+
+@end

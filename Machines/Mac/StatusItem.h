@@ -1,0 +1,28 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "Machines/Mac/Application.h"
+#include "Machines/Mac/Menu.h"
+
+namespace brivane {
+
+/// The program's place in the menu bar. Main thread.
+class MacStatusItem : public StatusItem {
+ public:
+  explicit MacStatusItem(MacApplication& application);
+  ~MacStatusItem() override;
+  MacStatusItem(const MacStatusItem&) = delete;
+  MacStatusItem& operator=(const MacStatusItem&) = delete;
+
+  void configureButton(const StatusButton& button) override;
+  MenuView& menu() override { return ownMenu; }
+
+ private:
+  /// The status bar keeps no item that nobody else does.
+  NSStatusItem* item;
+  MacMenu ownMenu;
+  const Observation applicationEnds;
+};
+
+}  // namespace brivane

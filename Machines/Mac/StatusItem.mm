@@ -1,0 +1,49 @@
+#include "Machines/Mac/StatusItem.h"
+
+#include "Machines/Mac/AppKitValues.h"
+#include "Machines/Mac/Painter.h"
+
+namespace brivane {
+namespace {
+
+/// As high as the system's own symbols in the menu bar.
+constexpr double iconHeight = 18;
+
+NSImage* imageOf(const StatusButton& button) {
+  const DisplayList icon = button.icon;
+  const double scale = iconHeight / button.iconHeight;
+  return [NSImage imageWithSize:NSMakeSize(button.iconWidth * scale, iconHeight)
+                        flipped:NO
+                 drawingHandler:^BOOL(NSRect) {
+                   [NSGraphicsContext saveGraphicsState];
+                   NSAffineTransform* const transform = [NSAffineTransform transform];
+                   [transform scaleBy:scale];
+                   [transform concat];
+                   MacPainter painter;
+                   draw(icon, painter);
+                   [NSGraphicsContext restoreGraphicsState];
+                   return YES;
+                 }];
+}
+
+}  // namespace
+
+MacStatusItem::MacStatusItem(MacApplication& application)
+    : item([NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength]),
+      applicationEnds(application.observeEnd([this] { ownMenu.cancelTracking(); })) {
+  item.autosaveName = @"com.quorrel.brivane.status";
+  item.menu = ownMenu.systemMenu();
+}
+
+MacStatusItem::~MacStatusItem() {
+  [NSStatusBar.systemStatusBar removeStatusItem:item];
+}
+
+void MacStatusItem::configureButton(const StatusButton& button) {
+  NSImage* const image = imageOf(button);
+  item.button.image = image;
+  item.button.toolTip = nsString(button.toolTip);
+  [item.button setAccessibilityLabel:nsString(button.toolTip)];
+}
+
+}  // namespace brivane

@@ -1,0 +1,80 @@
+#include <gmock/gmock.h>
+
+#include "Machines/Mac/Application.h"
+#include "Tests/Machines/Mac/AppKit/AppKitBench.h"
+#include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
+
+namespace brivane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class MacApplicationTest : public AppKitTest, public ApplicationDelegate {
+ protected:
+  MacApplicationTest() { application.setDelegate(this); }
+
+  void applicationDidFinishLaunching() override { notes.emplace_back("launched"); }
+  void applicationWillTerminate() override { notes.emplace_back("will end"); }
+
+  MacApplication& application = frame.application();
+  std::vector<std::string> notes;
+};
+
+TEST_F(MacApplicationTest, ItHasNoDockIconAsAnAccessory) {
+  application.setActivationPolicy(ActivationPolicy::accessory);
+  application.setActivationPolicy(ActivationPolicy::regular);
+  EXPECT_THAT(desktop.notes, ElementsAre("policy 1", "policy 0"));
+}
+
+TEST_F(MacApplicationTest, ItComesToTheFrontWhateverIsThere) {
+  application.activateIgnoringOtherApplications();
+  EXPECT_THAT(desktop.notes, ElementsAre("activate, whatever is in front"));
+}
+
+TEST_F(MacApplicationTest, ItBeeps) {
+  application.beep();
+  EXPECT_THAT(desktop.notes, ElementsAre("beep"));
+}
+
+TEST_F(MacApplicationTest, TheDelegateHearsWhenTheUserLogsOut) {
+  [NSApplication.sharedApplication terminate:nil];
+  EXPECT_THAT(notes, ElementsAre("will end"));
+}
+
+TEST_F(MacApplicationTest, WhoEndsByExitIsNotToldWhenTheUserLogsOutMeanwhile) {
+  application.exit(3);
+  [NSApplication.sharedApplication terminate:nil];
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(MacApplicationTest, AppKitIsToldThatThereIsNoUnsafeStateToRestore) {
+  NSApplication* const system = NSApplication.sharedApplication;
+  EXPECT_TRUE([system.delegate applicationSupportsSecureRestorableState:system]);
+}
+
+TEST_F(MacApplicationTest, AnnouncementsOfTheSameAppearanceAreNoChange) {
+  int changes = 0;
+  const auto observation = application.observeEffectiveAppearance([&] { ++changes; });
+  desktop.setDark(false);
+  EXPECT_EQ(changes, 0);
+  desktop.setDark(true);
+  EXPECT_EQ(changes, 1);
+}
+
+TEST_F(MacApplicationTest, ObservationsOfOthersGoToWhoeverIsAboveInTheClass) {
+  NSObject* const delegate = static_cast<NSObject*>(NSApplication.sharedApplication.delegate);
+  EXPECT_DEATH([delegate observeValueForKeyPath:@"other" ofObject:nil change:nil context:nil],
+               "nobody has asked to be told of other");
+}
+
+TEST_F(MacApplicationTest, WhatAppKitTellsAfterItsEndReachesNobody) {
+  const id<NSApplicationDelegate> delegate = NSApplication.sharedApplication.delegate;
+  bench.frame.reset();
+  [delegate applicationDidFinishLaunching:[NSNotification new]];
+  [delegate applicationWillTerminate:[NSNotification new]];
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+}  // namespace
+}  // namespace brivane

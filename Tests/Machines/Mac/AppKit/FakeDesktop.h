@@ -1,0 +1,115 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "BrivaneCore/Seams/Runtime.h"
+#include "BrivaneCore/Support/Geometry.h"
+
+namespace brivane {
+
+/// What of the Mac's window system the fake AppKit needs: one for the process, empty at first, and
+/// the user's hands on it. Main thread.
+class FakeDesktop {
+ public:
+  static FakeDesktop& shared();
+
+  /// Nothing that the program has made may be left.
+  void reset();
+
+  /// The main run loop, and the time that animations take.
+  struct MainLoop {
+    std::function<void()> run;
+    std::function<void()> stop;
+    std::function<void(Task)> async;
+    std::function<void(double seconds, Task)> after;
+  };
+  MainLoop loop;
+
+  /// What was asked for of which nothing else remains, in order.
+  std::vector<std::string> notes;
+  std::vector<std::string> takeNotes();
+
+  bool isDark = false;
+  /// AppKit announces changes of the appearance that change nothing we see, too.
+  void setDark(bool dark);
+
+  NSMutableArray<NSScreen*>* screens;
+  NSScreen* mainScreen = nil;
+  NSPoint pointer{};
+  NSEventModifierFlags modifiers = 0;
+  NSMutableArray<NSRunningApplication*>* runningApplications;
+
+  /// As the status bar has them.
+  NSMutableArray<NSStatusItem*>* statusItems;
+  /// Those that exist, shown or not; weakly.
+  std::vector<NSWindow * __weak> windows;
+  NSWindow* windowTitled(const std::string& title);
+  NSMenu* __weak openMenu = nil;
+
+  // The user's hands.
+  void open(NSMenu* menu);
+  void close();
+  /// In the open menu.
+  void choose(const std::string& title);
+  void drag(NSSlider* slider, double value);
+  void click(NSView* view, NSWindow* window);
+  void press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags);
+  void press(NSButton* button);
+
+  // Drawing
+
+  /// One line for each thing drawn since the last time.
+  std::vector<std::string> drawn;
+  std::vector<std::string> drawnBy(NSView* view);
+};
+
+/// All views below, itself first.
+std::vector<NSView*> viewsBelow(NSView* view);
+NSArray<NSMenuItem*>* itemsOf(NSMenu* menu);
+NSScreen* makeFakeScreen(id number, const Rect& frame, const std::string& name, double headroom);
+NSRunningApplication* makeFakeApplication(const std::string& bundleIdentifier, int process);
+/// "label", "label*0.5", "rgb(1 0.5 0)*0.7".
+std::string textOfColor(NSColor* color);
+std::string textOfFont(NSFont* font);
+
+/// How the alpha was last asked to move.
+struct FakeFade {
+  double alpha = 1;
+  double seconds = 0;
+  std::string timing;
+};
+
+}  // namespace brivane
+
+@interface NSWindow (FakeAppKit)
+/// The user clicks the close button.
+- (void)fakeUserCloses;
+- (brivane::FakeFade)fakeLastFade;
+- (NSWindowStyleMask)fakeStyleMask;
+- (BOOL)fakeIsKey;
+- (BOOL)fakeIsCentered;
+- (BOOL)fakeDisplayedLastFrame;
+@end
+
+@interface NSView (FakeAppKit)
+- (NSArray<NSView*>*)fakeSubviews;
+- (NSString*)fakeRole;
+@end
+
+@interface NSProgressIndicator (FakeAppKit)
+- (BOOL)fakeIsTurning;
+@end
+
+@interface NSMenuItem (FakeAppKit)
+- (NSString*)fakeKeyEquivalent;
+- (BOOL)fakeIsSeparator;
+@end
+
+@interface NSImage (FakeAppKit)
+/// Draws it; the lines of what it draws are in `drawn`.
+- (void)fakeDraw;
+@end

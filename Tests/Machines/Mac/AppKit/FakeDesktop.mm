@@ -1,0 +1,505 @@
+// The application, menus, screens and the user's hands.
+#include "Tests/Machines/Mac/AppKit/FakeDesktop.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
+#include "Tests/Machines/Mac/ObjC/Classes.h"
+
+extern "C" void objc_msgSend(void);
+
+using brivane::FakeDesktop;
+using brivane::stringOf;
+using brivane::textOf;
+
+namespace {
+
+void send(SEL action, id target, id sender) {
+  reinterpret_cast<void (*)(id, SEL, id)>(objc_msgSend)(target, action, sender);
+}
+
+void note(const std::string& line) {
+  FakeDesktop::shared().notes.push_back(line);
+}
+
+}  // namespace
+
+// Events
+
+@interface NSEvent () {
+ @public
+  NSEventType ownType;
+  NSEventModifierFlags ownFlags;
+  unsigned short ownKeyCode;
+  short ownSubtype;
+  NSInteger ownData1;
+  NSInteger ownData2;
+}
+@end
+
+/// What a test makes of an event of CoreGraphics: a pointer to one of these.
+struct __CGEvent {
+  NSEventType type;
+  short subtype;
+  NSInteger data1;
+  NSInteger data2;
+};
+
+@implementation NSEvent
++ (NSPoint)mouseLocation {
+  return FakeDesktop::shared().pointer;
+}
++ (NSEventModifierFlags)modifierFlags {
+  return FakeDesktop::shared().modifiers;
+}
++ (NSEvent*)eventWithCGEvent:(CGEventRef)source {
+  if (source == nullptr) return nil;
+  NSEvent* const event = [NSEvent new];
+  event->ownType = source->type;
+  event->ownSubtype = source->subtype;
+  event->ownData1 = source->data1;
+  event->ownData2 = source->data2;
+  return event;
+}
++ (NSEvent*)otherEventWithType:(NSEventType)type
+                      location:(NSPoint)location
+                 modifierFlags:(NSEventModifierFlags)flags
+                     timestamp:(NSTimeInterval)time
+                  windowNumber:(NSInteger)windowNumber
+                       context:(NSGraphicsContext*)context
+                       subtype:(short)subtype
+                         data1:(NSInteger)data1
+                         data2:(NSInteger)data2 {
+  NSEvent* const event = [NSEvent new];
+  event->ownType = type;
+  return event;
+}
+- (NSEventType)type {
+  return ownType;
+}
+- (NSEventModifierFlags)modifierFlags {
+  return ownFlags;
+}
+- (unsigned short)keyCode {
+  if (ownType != NSEventTypeKeyDown) brivane::objc::fail("no key event has no key");
+  return ownKeyCode;
+}
+- (short)subtype {
+  [self requireFields];
+  return ownSubtype;
+}
+- (NSInteger)data1 {
+  [self requireFields];
+  return ownData1;
+}
+- (NSInteger)data2 {
+  [self requireFields];
+  return ownData2;
+}
+/// AppKit raises an exception.
+- (void)requireFields {
+  if (ownType != NSEventTypeSystemDefined) brivane::objc::fail("the event has no such field");
+}
+- (id)copyWithZone:(struct _NSZone*)zone {
+  return self;
+}
+@end
+
+// The application
+
+const NSAppearanceName NSAppearanceNameAqua = @"NSAppearanceNameAqua";
+const NSAppearanceName NSAppearanceNameDarkAqua = @"NSAppearanceNameDarkAqua";
+const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
+    @"NSApplicationDidChangeScreenParametersNotification";
+
+@implementation NSAppearance
+- (NSAppearanceName)bestMatchFromAppearancesWithNames:(NSArray<NSAppearanceName>*)names {
+  for (NSAppearanceName name in names) {
+    if ([name isEqualToString:NSAppearanceNameDarkAqua] == FakeDesktop::shared().isDark) {
+      return name;
+    }
+  }
+  return nil;
+}
+@end
+
+@interface NSApplication () {
+ @public
+  BOOL isStopped;
+  BOOL isToldOfStop;
+}
+@end
+
+@implementation NSApplication
+@synthesize delegate;
++ (__kindof NSApplication*)sharedApplication {
+  static NSApplication* const application = [NSApplication new];
+  return application;
+}
+- (NSAppearance*)effectiveAppearance {
+  return [NSAppearance new];
+}
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
+  note("policy " + std::to_string(policy));
+  return YES;
+}
+- (void)activateIgnoringOtherApps:(BOOL)ignoring {
+  note(ignoring ? "activate, whatever is in front" : "activate");
+}
+/// The loop goes on until `stop:`, and notices that at the next event.
+- (void)run {
+  isStopped = NO;
+  isToldOfStop = NO;
+  FakeDesktop::MainLoop& loop = FakeDesktop::shared().loop;
+  loop.async([self] {
+    @autoreleasepool {
+      const id<NSApplicationDelegate> listener = self.delegate;
+      if ([listener respondsToSelector:@selector(applicationDidFinishLaunching:)]) {
+        [listener applicationDidFinishLaunching:[NSNotification new]];
+      }
+    }
+  });
+  do {
+    @autoreleasepool {
+      loop.run();
+    }
+  } while (!isToldOfStop);
+}
+- (void)stop:(id)sender {
+  isStopped = YES;
+}
+- (void)postEvent:(NSEvent*)event atStart:(BOOL)isFirst {
+  if (!isStopped) return;
+  isToldOfStop = YES;
+  FakeDesktop::shared().loop.stop();
+}
+/// The process doesn't end here, so that a test can go on.
+- (void)terminate:(id)sender {
+  const id<NSApplicationDelegate> listener = self.delegate;
+  if ([listener respondsToSelector:@selector(applicationWillTerminate:)]) {
+    [listener applicationWillTerminate:[NSNotification new]];
+  }
+  isToldOfStop = YES;
+  FakeDesktop::shared().loop.stop();
+}
+@end
+
+void NSBeep() {
+  note("beep");
+}
+
+// Screens and other applications
+
+const NSNotificationName NSWorkspaceDidWakeNotification = @"NSWorkspaceDidWakeNotification";
+const NSNotificationName NSWorkspaceScreensDidWakeNotification =
+    @"NSWorkspaceScreensDidWakeNotification";
+
+@interface NSScreen () {
+ @public
+  NSRect ownFrame;
+  NSDictionary* description;
+  NSString* name;
+  CGFloat headroom;
+}
+@end
+
+@implementation NSScreen
++ (NSArray<NSScreen*>*)screens {
+  return [FakeDesktop::shared().screens copy];
+}
++ (NSScreen*)mainScreen {
+  return FakeDesktop::shared().mainScreen;
+}
+- (NSRect)frame {
+  return ownFrame;
+}
+- (NSDictionary<NSDeviceDescriptionKey, id>*)deviceDescription {
+  return description;
+}
+- (NSString*)localizedName {
+  return name;
+}
+- (CGFloat)maximumPotentialExtendedDynamicRangeColorComponentValue {
+  return headroom;
+}
+@end
+
+@implementation NSWorkspace {
+  NSNotificationCenter* center;
+}
++ (NSWorkspace*)sharedWorkspace {
+  static NSWorkspace* const workspace = [NSWorkspace new];
+  return workspace;
+}
+- (NSNotificationCenter*)notificationCenter {
+  if (center == nil) center = [NSNotificationCenter new];
+  return center;
+}
+- (BOOL)openURL:(NSURL*)url {
+  note("open " + textOf(url.absoluteString));
+  return YES;
+}
+@end
+
+@interface NSRunningApplication () {
+ @public
+  NSString* identifier;
+  int process;
+}
+@end
+
+@implementation NSRunningApplication
++ (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)wanted {
+  NSMutableArray<NSRunningApplication*>* const found = [NSMutableArray array];
+  for (NSRunningApplication* application in FakeDesktop::shared().runningApplications) {
+    if ([application->identifier isEqualToString:wanted]) [found addObject:application];
+  }
+  return found;
+}
+- (int)processIdentifier {
+  return process;
+}
+@end
+
+// Menus
+
+@interface NSMenu () {
+ @public
+  NSMutableArray<NSMenuItem*>* items;
+}
+@end
+
+@implementation NSMenu
+@synthesize delegate, autoenablesItems;
+- (instancetype)initWithTitle:(NSString*)title {
+  if ((self = [super init])) {
+    items = [NSMutableArray array];
+    self.autoenablesItems = YES;
+  }
+  return self;
+}
+- (void)addItem:(NSMenuItem*)item {
+  [items addObject:item];
+}
+- (void)removeAllItems {
+  [items removeAllObjects];
+}
+- (void)cancelTracking {
+  note("tracking is cancelled");
+  if (FakeDesktop::shared().openMenu == self) FakeDesktop::shared().close();
+}
+- (id)copyWithZone:(struct _NSZone*)zone {
+  return self;
+}
+@end
+
+@interface NSMenuItem () {
+ @public
+  NSString* key;
+  SEL action;
+  BOOL isSeparator;
+}
+@end
+
+@implementation NSMenuItem
+@synthesize title, attributedTitle, enabled, state, target, view, tag;
++ (NSMenuItem*)separatorItem {
+  NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
+  item->isSeparator = YES;
+  return item;
+}
+- (instancetype)initWithTitle:(NSString*)itsTitle
+                       action:(SEL)itsAction
+                keyEquivalent:(NSString*)itsKey {
+  if ((self = [super init])) {
+    self.title = itsTitle;
+    self.enabled = YES;
+    action = itsAction;
+    key = itsKey;
+  }
+  return self;
+}
+- (NSString*)fakeKeyEquivalent {
+  return key;
+}
+- (BOOL)fakeIsSeparator {
+  return isSeparator;
+}
+- (id)copyWithZone:(struct _NSZone*)zone {
+  return self;
+}
+@end
+
+@interface NSStatusItem () {
+ @public
+  NSStatusBarButton* ownButton;
+  NSString* ownName;
+}
+@end
+
+@implementation NSStatusBarButton
+@end
+
+@implementation NSStatusItem
+@synthesize menu;
+- (NSString*)autosaveName {
+  return ownName;
+}
+- (void)setAutosaveName:(NSString*)name {
+  ownName = name == nil ? @"Item-0" : name;
+}
+- (NSStatusBarButton*)button {
+  return ownButton;
+}
+@end
+
+@implementation NSStatusBar
++ (NSStatusBar*)systemStatusBar {
+  static NSStatusBar* const bar = [NSStatusBar new];
+  return bar;
+}
+- (CGFloat)thickness {
+  return 22;
+}
+- (NSStatusItem*)statusItemWithLength:(CGFloat)length {
+  NSStatusItem* const item = [NSStatusItem new];
+  item->ownButton = [NSStatusBarButton new];
+  [FakeDesktop::shared().statusItems addObject:item];
+  note("status item of length " + std::to_string(static_cast<int>(length)));
+  return item;
+}
+- (void)removeStatusItem:(NSStatusItem*)item {
+  [FakeDesktop::shared().statusItems removeObject:item];
+}
+@end
+
+// The user's hands
+
+namespace brivane {
+
+FakeDesktop& FakeDesktop::shared() {
+  static FakeDesktop desktop;
+  return desktop;
+}
+
+void FakeDesktop::reset() {
+  @autoreleasepool {
+    *this = FakeDesktop();
+    screens = [NSMutableArray array];
+    runningApplications = [NSMutableArray array];
+    statusItems = [NSMutableArray array];
+  }
+}
+
+std::vector<std::string> FakeDesktop::takeNotes() {
+  return std::exchange(notes, {});
+}
+
+void FakeDesktop::setDark(bool dark) {
+  isDark = dark;
+  announceChange(NSApplication.sharedApplication, @"effectiveAppearance");
+}
+
+NSWindow* FakeDesktop::windowTitled(const std::string& title) {
+  for (NSWindow* const window : windows) {
+    if (window != nil && window.title != nil && textOf(window.title) == title) return window;
+  }
+  return nil;
+}
+
+void FakeDesktop::open(NSMenu* menu) {
+  @autoreleasepool {
+    openMenu = menu;
+    [menu.delegate menuWillOpen:menu];
+  }
+}
+
+void FakeDesktop::close() {
+  @autoreleasepool {
+    NSMenu* const menu = std::exchange(openMenu, nil);
+    [menu.delegate menuDidClose:menu];
+  }
+}
+
+void FakeDesktop::choose(const std::string& title) {
+  @autoreleasepool {
+    for (NSMenuItem* item in [itemsOf(openMenu) copy]) {
+      if (!item.enabled || item->action == nullptr || textOf(item.title) != title) continue;
+      close();
+      send(item->action, item.target, item);
+      return;
+    }
+    note("no command " + title);
+  }
+}
+
+void FakeDesktop::drag(NSSlider* slider, double value) {
+  @autoreleasepool {
+    slider.doubleValue = std::clamp(value, slider.minValue, slider.maxValue);
+    if (slider.isContinuous) send(slider.action, slider.target, slider);
+  }
+}
+
+/// A view that accepts the keys has them before it hears of the click.
+void FakeDesktop::click(NSView* view, NSWindow* window) {
+  @autoreleasepool {
+    if (view.acceptsFirstResponder) [window makeFirstResponder:view];
+    NSEvent* const event = [NSEvent new];
+    event->ownType = NSEventTypeLeftMouseDown;
+    [view mouseDown:event];
+  }
+}
+
+void FakeDesktop::press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags) {
+  @autoreleasepool {
+    NSEvent* const event = [NSEvent new];
+    event->ownType = NSEventTypeKeyDown;
+    event->ownKeyCode = keyCode;
+    event->ownFlags = flags;
+    if ((flags & NSEventModifierFlagCommand) != 0) {
+      for (NSView* const& view : viewsBelow(window.contentView)) {
+        if ([view performKeyEquivalent:event]) return;
+      }
+    }
+    [window.firstResponder keyDown:event];
+  }
+}
+
+void FakeDesktop::press(NSButton* button) {
+  @autoreleasepool {
+    __weak NSButton* const seen = button;
+    send(button.action, button.target, button);
+    if (seen == nil) objc::fail("a button went while it was pressed");
+  }
+}
+
+std::vector<std::string> FakeDesktop::drawnBy(NSView* view) {
+  @autoreleasepool {
+    drawn.clear();
+    [view drawRect:view.bounds];
+    return std::exchange(drawn, {});
+  }
+}
+
+NSArray<NSMenuItem*>* itemsOf(NSMenu* menu) {
+  return [menu->items copy];
+}
+
+NSScreen* makeFakeScreen(id number, const Rect& frame, const std::string& name, double headroom) {
+  NSScreen* const screen = [NSScreen new];
+  screen->ownFrame = NSMakeRect(frame.x, frame.y, frame.width, frame.height);
+  screen->description = number == nil ? @{@"other" : @"thing"} : @{@"NSScreenNumber" : number};
+  screen->name = stringOf(name);
+  screen->headroom = headroom;
+  return screen;
+}
+
+NSRunningApplication* makeFakeApplication(const std::string& bundleIdentifier, int process) {
+  NSRunningApplication* const application = [NSRunningApplication new];
+  application->identifier = stringOf(bundleIdentifier);
+  application->process = process;
+  return application;
+}
+
+}  // namespace brivane

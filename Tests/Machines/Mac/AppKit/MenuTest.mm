@@ -1,0 +1,135 @@
+#include <gmock/gmock.h>
+
+#include "Machines/Mac/StatusItem.h"
+#include "Tests/Machines/Mac/AppKit/AppKitBench.h"
+#include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
+
+namespace brivane {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class MacMenuTest : public AppKitTest, public MenuDelegate {
+ protected:
+  MacMenuTest() { item->menu().setDelegate(this); }
+
+  void menuWillOpen() override { notes.emplace_back("will open"); }
+  void menuDidClose() override { notes.emplace_back("did close"); }
+
+  NSStatusItem* systemItem() { return desktop.statusItems[0]; }
+  NSMenu* systemMenu() { return systemItem().menu; }
+  NSMenuItem* systemItem(NSUInteger index) { return itemsOf(systemMenu())[index]; }
+
+  std::vector<std::string> notes;
+  std::unique_ptr<StatusItem> item = frame.makeStatusItem();
+};
+
+TEST_F(MacMenuTest, TheItemIsSquareAndKeepsThePlaceThatItsUserGaveIt) {
+  EXPECT_THAT(desktop.notes, ElementsAre("status item of length -2"));
+  EXPECT_EQ(textOf(systemItem().autosaveName), "com.quorrel.brivane.status");
+}
+
+TEST_F(MacMenuTest, TheItemLeavesTheStatusBarAsItGoes) {
+  item.reset();
+  EXPECT_EQ(desktop.statusItems.count, 0U);
+}
+
+TEST_F(MacMenuTest, TheButtonShowsThePictureScaledToTheStatusBar) {
+  item->configureButton({{FilledRectangle{{{0, 0, 36, 36}, 0}, Paint{Color{}}}}, 36, 36, "It"});
+  NSStatusBarButton* const button = systemItem().button;
+  EXPECT_EQ(textOf(button.toolTip), "It");
+  EXPECT_EQ(textOf([button accessibilityLabel]), "It");
+  EXPECT_EQ(button.image.size.width, 18);
+  EXPECT_EQ(button.image.size.height, 18);
+  [button.image fakeDraw];
+  EXPECT_THAT(desktop.drawn,
+              ElementsAre("save", "scale 0.5", "fill rgb(0 0 0)*1: rect 0,0 36x36", "restore"));
+}
+
+TEST_F(MacMenuTest, AppKitIsNotAskedWhichItemsCanBeChosen) {
+  EXPECT_FALSE(systemMenu().autoenablesItems);
+}
+
+TEST_F(MacMenuTest, LinesToReadCannotBeChosenAndHaveTheirTone) {
+  item->menu().setItems({MenuText{"a", MenuTone::label}, MenuText{"b", MenuTone::secondaryLabel},
+                         MenuText{"c", MenuTone::tertiaryLabel}});
+  std::vector<std::string> looks;
+  for (NSMenuItem* line in itemsOf(systemMenu())) {
+    EXPECT_FALSE(line.enabled);
+    NSDictionary* const attributes = [line.attributedTitle fakeAttributes];
+    looks.push_back(textOf(line.attributedTitle.string) + " " +
+                    textOfColor(attributes[NSForegroundColorAttributeName]) + " " +
+                    textOfFont(attributes[NSFontAttributeName]));
+  }
+  EXPECT_THAT(looks,
+              ElementsAre("a label*0.8 menu 13 weight 0", "b secondaryLabel*0.5 menu 13 weight 0",
+                          "c tertiaryLabel*0.25 menu 13 weight 0"));
+}
+
+TEST_F(MacMenuTest, ALinesNewTitleKeepsItsTone) {
+  item->menu().setItems({MenuText{"a", MenuTone::tertiaryLabel}});
+  item->menu().setTitle(0, "b");
+  NSMenuItem* const line = systemItem(0);
+  EXPECT_EQ(textOf(line.attributedTitle.string), "b");
+  EXPECT_EQ(textOfColor([line.attributedTitle fakeAttributes][NSForegroundColorAttributeName]),
+            "tertiaryLabel*0.25");
+}
+
+TEST_F(MacMenuTest, CommandsHaveTheirTickAndKey) {
+  item->menu().setItems({MenuCommand{"Start at login", true, "", {}},
+                         MenuCommand{"Quit", false, "q", {}}, MenuSeparator{}});
+  EXPECT_TRUE(systemItem(0).enabled);
+  EXPECT_EQ(systemItem(0).state, NSControlStateValueOn);
+  EXPECT_EQ(textOf([systemItem(0) fakeKeyEquivalent]), "");
+  EXPECT_EQ(systemItem(1).state, NSControlStateValueOff);
+  EXPECT_EQ(textOf([systemItem(1) fakeKeyEquivalent]), "q");
+  EXPECT_TRUE([systemItem(2) fakeIsSeparator]);
+}
+
+TEST_F(MacMenuTest, ASliderIsContinuousAndGrowsWithTheMenu) {
+  item->menu().setItems({MenuSlider{-100, 200, 42, "Halden", {}}});
+  NSView* const row = systemItem(0).view;
+  EXPECT_EQ(row.autoresizingMask, static_cast<NSUInteger>(NSViewWidthSizable));
+  auto* const slider = static_cast<NSSlider*>([row fakeSubviews][0]);
+  EXPECT_EQ(slider.minValue, -100);
+  EXPECT_EQ(slider.maxValue, 200);
+  EXPECT_EQ(slider.doubleValue, 42);
+  EXPECT_TRUE(slider.continuous);
+  EXPECT_EQ(slider.autoresizingMask, static_cast<NSUInteger>(NSViewWidthSizable));
+  EXPECT_EQ(textOf([slider accessibilityLabel]), "Halden");
+}
+
+TEST_F(MacMenuTest, ASliderThatTheMenuNoLongerHasTellsNobody) {
+  item->menu().setItems(
+      {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("old"); }}});
+  auto* const old = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  item->menu().setItems(
+      {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("new"); }}});
+  desktop.drag(old, 60);
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(MacMenuTest, AnOpenMenuThatGoesIsClosedAndTellsSoOnce) {
+  desktop.open(systemMenu());
+  item.reset();
+  EXPECT_THAT(notes, ElementsAre("will open", "did close"));
+  EXPECT_THAT(desktop.notes, Contains("tracking is cancelled"));
+}
+
+TEST_F(MacMenuTest, AnOpenMenuDoesNotKeepTheApplicationFromEnding) {
+  desktop.open(systemMenu());
+  frame.application().exit(0);
+  EXPECT_THAT(notes, ElementsAre("will open", "did close"));
+}
+
+TEST_F(MacMenuTest, AClosedMenuHasNoTrackingToCancel) {
+  frame.application().exit(0);
+  item.reset();
+  EXPECT_THAT(notes, IsEmpty());
+  EXPECT_THAT(desktop.notes, testing::Not(Contains("tracking is cancelled")));
+}
+
+}  // namespace
+}  // namespace brivane

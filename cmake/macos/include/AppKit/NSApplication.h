@@ -1,0 +1,40 @@
+#pragma once
+
+#import <AppKit/NSAppearance.h>
+#import <AppKit/NSEvent.h>
+#import <AppKit/NSResponder.h>
+
+@class NSApplication;
+
+#pragma clang assume_nonnull begin
+
+typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
+  NSApplicationActivationPolicyRegular = 0,
+  NSApplicationActivationPolicyAccessory = 1,
+};
+
+@protocol NSApplicationDelegate <NSObject>
+@optional
+- (void)applicationDidFinishLaunching:(NSNotification*)notification;
+- (void)applicationWillTerminate:(NSNotification*)notification;
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application;
+@end
+
+@interface NSApplication : NSResponder
+@property(class, readonly, strong) __kindof NSApplication* sharedApplication;
+@property(nullable, weak) id<NSApplicationDelegate> delegate;
+@property(readonly, strong) NSAppearance* effectiveAppearance;
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
+- (void)activateIgnoringOtherApps:(BOOL)ignoring;
+- (void)run;
+/// The run ends once an event has been handled.
+- (void)stop:(nullable id)sender;
+/// Tells the delegate, then ends the process.
+- (void)terminate:(nullable id)sender;
+- (void)postEvent:(NSEvent*)event atStart:(BOOL)isFirst;
+@end
+
+BRIVANE_EXPORT const NSNotificationName NSApplicationDidChangeScreenParametersNotification;
+BRIVANE_EXPORT void NSBeep(void);
+
+#pragma clang assume_nonnull end

@@ -1,0 +1,39 @@
+#pragma once
+
+#import <AppKit/NSControl.h>
+
+@class NSMenu, NSMenuItem;
+
+#pragma clang assume_nonnull begin
+
+@protocol NSMenuDelegate <NSObject>
+@optional
+- (void)menuWillOpen:(NSMenu*)menu;
+- (void)menuDidClose:(NSMenu*)menu;
+@end
+
+@interface NSMenu : NSObject <NSCopying>
+- (instancetype)initWithTitle:(NSString*)title NS_DESIGNATED_INITIALIZER;
+@property(nullable, weak) id<NSMenuDelegate> delegate;
+/// Whether the menu enables items by asking their targets.
+@property BOOL autoenablesItems;
+- (void)addItem:(NSMenuItem*)item;
+- (void)removeAllItems;
+- (void)cancelTracking;
+@end
+
+@interface NSMenuItem : NSObject <NSCopying>
++ (NSMenuItem*)separatorItem;
+- (instancetype)initWithTitle:(NSString*)title
+                       action:(nullable SEL)action
+                keyEquivalent:(NSString*)key NS_DESIGNATED_INITIALIZER;
+@property(copy) NSString* title;
+@property(nullable, copy) NSAttributedString* attributedTitle;
+@property(getter=isEnabled) BOOL enabled;
+@property NSControlStateValue state;
+@property(nullable, weak) id target;
+@property(nullable, strong) NSView* view;
+@property NSInteger tag;
+@end
+
+#pragma clang assume_nonnull end

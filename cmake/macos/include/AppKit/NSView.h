@@ -1,0 +1,39 @@
+#pragma once
+
+#import <AppKit/NSResponder.h>
+
+@class NSWindow;
+
+#pragma clang assume_nonnull begin
+
+typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
+  NSViewWidthSizable = 2,
+  NSViewHeightSizable = 16,
+};
+
+@interface NSView : NSResponder
+- (instancetype)initWithFrame:(NSRect)frame NS_DESIGNATED_INITIALIZER;
+@property NSRect frame;
+@property(readonly) NSRect bounds;
+@property NSAutoresizingMaskOptions autoresizingMask;
+@property BOOL needsDisplay;
+@property(nullable, readonly, unsafe_unretained) NSWindow* window;
+@property(nullable, copy) NSString* toolTip;
+- (void)addSubview:(NSView*)view;
+- (void)removeFromSuperview;
+- (void)drawRect:(NSRect)dirtyRect;
+@end
+
+typedef NSString* NSAccessibilityRole;
+BRIVANE_EXPORT const NSAccessibilityRole NSAccessibilityButtonRole;
+
+@interface NSView (NSAccessibility)
+- (void)setAccessibilityElement:(BOOL)isElement;
+- (void)setAccessibilityRole:(nullable NSAccessibilityRole)role;
+- (void)setAccessibilityLabel:(nullable NSString*)label;
+- (nullable NSString*)accessibilityLabel;
+- (nullable id)accessibilityValue;
+- (BOOL)accessibilityPerformPress;
+@end
+
+#pragma clang assume_nonnull end
