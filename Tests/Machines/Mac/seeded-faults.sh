@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Makes each mistake of seeded-faults.txt in a copy of its file, builds the Mac's tests with it and runs
-# the test that is to find it. Prints one line for each; fails when one is not found.
+# Makes each mistake of the lists seeded-faults.txt in a copy of its file, builds the Mac's tests with it
+# and runs the test that is to find it. Prints one line for each; fails when one is not found.
 #   Tests/Machines/Mac/seeded-faults.sh [WORDS]   all, or those whose line has the words
 set -u
 . "$(dirname "$0")/../../../cmake/setup.sh"
 with_tests=yes
-build asan brivane-mac-tests
+build asan brivane-mac-tests brivane-mac-appkit-tests
 
 folder=build/asan
 work=$(mktemp -d)
@@ -15,11 +15,9 @@ found=0 missed=0
 # command_for OUTPUT: how ninja makes it, seen from the build folder.
 command_for() { ninja -C $folder -t commands -s "$1"; }
 
-link=$(command_for bin/brivane-mac-tests | tail -n 1)
-
 # is_found FILE SED TEST: whether the test fails with the mistake.
 is_found() {
-  local file=$1 name=${1%.cpp} object
+  local file=$1 name=${1%.*} object
   sed "$2" "Machines/Mac/$file" >"$work/$file"
   if cmp -s "$work/$file" "Machines/Mac/$file"; then
     echo "the mistake can't be made any more"
@@ -32,7 +30,7 @@ is_found() {
     echo "it doesn't compile"
     return 1
   }
-  (cd $folder && eval "${link/ -o bin\/brivane-mac-tests / $work/$name.o -o $work/tests }") >"$work/log" 2>&1 || {
+  (cd $folder && eval "${link/ -o bin\/$program / $work/$name.o -o $work/tests }") >"$work/log" 2>&1 || {
     echo "it doesn't link"
     return 1
   }
@@ -44,8 +42,18 @@ is_found() {
 
 trim() { sed 's/^ *//; s/ *$//' <<<"$1"; }
 
-while IFS= read -r line; do
-  case $line in '#'* | '') continue ;; *"${1:-}"*) ;; *) continue ;; esac
+# try LIST PROGRAM [WORDS]
+try() {
+  program=$2
+  link=$(command_for bin/$program | tail -n 1)
+  while IFS= read -r line; do
+    try_line "$line" "${3:-}"
+  done <"$1"
+}
+
+try_line() {
+  local line=$1 what file mistake test reason
+  case $line in '#'* | '') return ;; *"$2"*) ;; *) return ;; esac
   IFS=$'\x01' read -r what file mistake test <<<"$(sed 's/ | /\x01/g' <<<"$line")"
   if reason=$(is_found "$(trim "$file")" "$mistake" "$(trim "$test")"); then
     found=$((found + 1))
@@ -54,6 +62,9 @@ while IFS= read -r line; do
     missed=$((missed + 1))
     echo "MISSED  $what ${reason:+($reason)}"
   fi
-done <Tests/Machines/Mac/seeded-faults.txt
+}
+
+try Tests/Machines/Mac/seeded-faults.txt brivane-mac-tests "${1:-}"
+try Tests/Machines/Mac/AppKit/seeded-faults.txt brivane-mac-appkit-tests "${1:-}"
 echo "$found mistakes found, $missed missed"
 [ $missed -eq 0 ]

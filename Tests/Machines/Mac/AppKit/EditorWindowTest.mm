@@ -108,6 +108,13 @@ TEST_F(MacEditorWindowTest, AFieldThatHasTheKeysGetsThoseWithCommandOnce) {
   EXPECT_THAT(field.keys, ElementsAre(96));
 }
 
+TEST_F(MacEditorWindowTest, AFieldTakesAKeyWithCommandBeforeItIsOneOfAMenu) {
+  field.host->makeFirstResponder();
+  NSEvent* const event = desktop.keyDown(96, NSEventModifierFlagCommand);
+  EXPECT_TRUE([view(1) performKeyEquivalent:event]);
+  EXPECT_THAT(field.keys, ElementsAre(96));
+}
+
 TEST_F(MacEditorWindowTest, AFieldWithoutTheKeysTakesNoKeyWithCommand) {
   desktop.press(systemWindow(), 12, NSEventModifierFlagCommand);
   EXPECT_THAT(field.keys, IsEmpty());

@@ -3,6 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,14 @@
 #include "BrivaneCore/Support/Geometry.h"
 
 namespace brivane {
+
+/// What an event of CoreGraphics is to AppKit.
+struct FakeEventContent {
+  NSEventType type = NSEventTypeSystemDefined;
+  short subtype = 0;
+  NSInteger data1 = 0;
+  NSInteger data2 = 0;
+};
 
 /// What of the Mac's window system the fake AppKit needs: one for the process, empty at first, and
 /// the user's hands on it. Main thread.
@@ -43,6 +52,9 @@ class FakeDesktop {
   NSEventModifierFlags modifiers = 0;
   NSMutableArray<NSRunningApplication*>* runningApplications;
 
+  /// Nothing: the event can't be converted.
+  std::function<std::optional<FakeEventContent>(CGEventRef)> contentOfEvent;
+
   /// As the status bar has them.
   NSMutableArray<NSStatusItem*>* statusItems;
   /// Those that exist, shown or not; weakly.
@@ -58,6 +70,7 @@ class FakeDesktop {
   void drag(NSSlider* slider, double value);
   void click(NSView* view, NSWindow* window);
   void press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags);
+  NSEvent* keyDown(std::uint16_t keyCode, NSEventModifierFlags flags);
   void press(NSButton* button);
 
   // Drawing

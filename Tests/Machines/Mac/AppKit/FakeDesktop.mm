@@ -38,14 +38,6 @@ void note(const std::string& line) {
 }
 @end
 
-/// What a test makes of an event of CoreGraphics: a pointer to one of these.
-struct __CGEvent {
-  NSEventType type;
-  short subtype;
-  NSInteger data1;
-  NSInteger data2;
-};
-
 @implementation NSEvent
 + (NSPoint)mouseLocation {
   return FakeDesktop::shared().pointer;
@@ -54,12 +46,13 @@ struct __CGEvent {
   return FakeDesktop::shared().modifiers;
 }
 + (NSEvent*)eventWithCGEvent:(CGEventRef)source {
-  if (source == nullptr) return nil;
+  const auto content = FakeDesktop::shared().contentOfEvent(source);
+  if (!content) return nil;
   NSEvent* const event = [NSEvent new];
-  event->ownType = source->type;
-  event->ownSubtype = source->subtype;
-  event->ownData1 = source->data1;
-  event->ownData2 = source->data2;
+  event->ownType = content->type;
+  event->ownSubtype = content->subtype;
+  event->ownData1 = content->data1;
+  event->ownData2 = content->data2;
   return event;
 }
 + (NSEvent*)otherEventWithType:(NSEventType)type
@@ -451,12 +444,17 @@ void FakeDesktop::click(NSView* view, NSWindow* window) {
   }
 }
 
+NSEvent* FakeDesktop::keyDown(std::uint16_t keyCode, NSEventModifierFlags flags) {
+  NSEvent* const event = [NSEvent new];
+  event->ownType = NSEventTypeKeyDown;
+  event->ownKeyCode = keyCode;
+  event->ownFlags = flags;
+  return event;
+}
+
 void FakeDesktop::press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags) {
   @autoreleasepool {
-    NSEvent* const event = [NSEvent new];
-    event->ownType = NSEventTypeKeyDown;
-    event->ownKeyCode = keyCode;
-    event->ownFlags = flags;
+    NSEvent* const event = keyDown(keyCode, flags);
     if ((flags & NSEventModifierFlagCommand) != 0) {
       for (NSView* const& view : viewsBelow(window.contentView)) {
         if ([view performKeyEquivalent:event]) return;

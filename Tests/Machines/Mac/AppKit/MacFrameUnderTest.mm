@@ -52,9 +52,12 @@ class MacFrameUnderTest : public FrameUnderTest {
     ADD_FAILURE() << "no button " << title;
   }
   void closeEditor() override {
+    // AppKit keeps it no longer than the program does.
+    NSWindow* __unsafe_unretained window = nil;
     @autoreleasepool {
-      [editor() fakeUserCloses];
+      window = editor();
     }
+    [window fakeUserCloses];
   }
 
  private:

@@ -111,6 +111,20 @@ TEST_F(MacMenuTest, ASliderThatTheMenuNoLongerHasTellsNobody) {
   EXPECT_THAT(notes, IsEmpty());
 }
 
+TEST_F(MacMenuTest, AClosureLivesUntilItReturnsThoughItsItemIsReplaced) {
+  const std::string ownName(100, 'x');
+  const auto replace = [this, ownName] {
+    item->menu().setItems({});
+    notes.push_back(ownName);
+  };
+  item->menu().setItems({MenuSlider{0, 100, 50, "a", [replace](double) { replace(); }}});
+  desktop.drag(static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]), 60);
+  item->menu().setItems({MenuCommand{"Go", false, "", replace}});
+  desktop.open(systemMenu());
+  desktop.choose("Go");
+  EXPECT_THAT(notes, ElementsAre(ownName, "will open", "did close", ownName));
+}
+
 TEST_F(MacMenuTest, AnOpenMenuThatGoesIsClosedAndTellsSoOnce) {
   desktop.open(systemMenu());
   item.reset();

@@ -1,16 +1,10 @@
 #include <gmock/gmock.h>
 
+#include <thread>
+
 #include "Machines/Mac/SystemAppKit.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
-
-/// An event of CoreGraphics, as the stand-in has it.
-struct __CGEvent {
-  NSEventType type;
-  short subtype;
-  NSInteger data1;
-  NSInteger data2;
-};
 
 namespace brivane {
 namespace {
@@ -42,6 +36,14 @@ TEST_F(SystemAppKitTest, ScreensComeInTheSystemsOrderWithAllThatIsKnownOfThem) {
   EXPECT_EQ(screens[1].potentialHeadroom, 1);
 }
 
+/// The DDC queue has no pool of its own.
+TEST_F(SystemAppKitTest, ScreensAreReadWhereNoPoolIs) {
+  [desktop.screens addObject:makeFakeScreen([NSNumber numberWithUnsignedInt : 2], {}, "a", 1)];
+  std::size_t count = 0;
+  std::thread([&] { count = appKit.screens().size(); }).join();
+  EXPECT_EQ(count, 1U);
+}
+
 TEST_F(SystemAppKitTest, AScreenWithoutANumericNumberHasNone) {
   [desktop.screens addObject:makeFakeScreen(nil, {}, "a", 1)];
   [desktop.screens addObject:makeFakeScreen(@"7", {}, "b", 1)];
@@ -66,8 +68,10 @@ TEST_F(SystemAppKitTest, ModifiersAreThoseThatAreDownNow) {
 }
 
 TEST_F(SystemAppKitTest, ASystemDefinedEventTellsWhatItCarries) {
-  __CGEvent event{NSEventTypeSystemDefined, 8, 0x20A00, -1};
-  const auto details = appKit.systemDefined(&event);
+  desktop.contentOfEvent = [](CGEventRef) {
+    return FakeEventContent{NSEventTypeSystemDefined, 8, 0x20A00, -1};
+  };
+  const auto details = appKit.systemDefined(nullptr);
   ASSERT_TRUE(details.has_value());
   EXPECT_EQ(details->subtype, 8);
   EXPECT_EQ(details->data1, 0x20A00);
@@ -75,8 +79,9 @@ TEST_F(SystemAppKitTest, ASystemDefinedEventTellsWhatItCarries) {
 }
 
 TEST_F(SystemAppKitTest, OtherEventsCarryNothing) {
-  __CGEvent key{NSEventTypeKeyDown, 0, 0, 0};
-  EXPECT_FALSE(appKit.systemDefined(&key).has_value());
+  desktop.contentOfEvent = [](CGEventRef) { return FakeEventContent{NSEventTypeKeyDown}; };
+  EXPECT_FALSE(appKit.systemDefined(nullptr).has_value());
+  desktop.contentOfEvent = [](CGEventRef) { return std::nullopt; };
   EXPECT_FALSE(appKit.systemDefined(nullptr).has_value());
 }
 

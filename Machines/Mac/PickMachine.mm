@@ -1,0 +1,26 @@
+// The Mac's own answer to which machine there is: a Mac. Desks are for Linux, where the program is
+// developed and tested.
+#include "Machines/PickMachine.h"
+
+#include "Machines/Mac/Frame.h"
+#include "Machines/Mac/Machine.h"
+#include "Machines/Mac/SystemAppKit.h"
+
+namespace brivane {
+namespace {
+
+std::unique_ptr<Frame> openFrame(ResidentMachine& machine) {
+  @autoreleasepool {
+    return std::make_unique<MacFrame>(machine.runtime());
+  }
+}
+
+}  // namespace
+
+MachineOrProblem pickMachine() {
+  @autoreleasepool {
+    return PickedMachine{std::make_unique<MacMachine>(std::make_unique<SystemAppKit>()), openFrame};
+  }
+}
+
+}  // namespace brivane
