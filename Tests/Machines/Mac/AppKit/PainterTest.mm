@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "Machines/Mac/DrawnColors.h"
 #include "Machines/Mac/Painter.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 
@@ -56,6 +57,17 @@ TEST_F(MacPainterTest, SystemColoursKeepTheirOwnTranslucence) {
               ElementsAre("fill tertiaryLabel*0.25: rect 10,20 30x40"));
 }
 
+TEST_F(MacPainterTest, EverySystemColourIsTheDesktopsOwn) {
+  const std::vector<std::pair<SystemColor, std::string>> names = {
+      {SystemColor::label, "label*0.8"},
+      {SystemColor::secondaryLabel, "secondaryLabel*0.5"},
+      {SystemColor::tertiaryLabel, "tertiaryLabel*0.25"},
+      {SystemColor::accent, "accent*1"},
+      {SystemColor::separator, "separator*0.1"},
+      {SystemColor::controlBackground, "controlBackground*1"}};
+  for (const auto& [color, name] : names) EXPECT_EQ(textOfColor(systemColor(color)), name);
+}
+
 TEST_F(MacPainterTest, ALineIsTheAreaBetweenTwoOutlinesAroundTheEdge) {
   EXPECT_THAT(drawn(StrokedRectangle{square, 2, Paint{SystemPaint{SystemColor::separator, 1}}}),
               ElementsAre(testing::AllOf(testing::StartsWith("fill separator*0.1: even-odd, move"),
@@ -106,6 +118,17 @@ TEST_F(MacPainterTest, PlainTextIsInTheSystemsFont) {
   EXPECT_THAT(drawn(TextRun{.box = {0, 0, 100, 12}, .text = "a", .size = 10, .paint = Color{}}),
               ElementsAre("text 'a' in 0,0 100x12, system 10 weight 0, rgb(0 0 0)*1, aligned 0, "
                           "breaking 4"));
+}
+
+TEST_F(MacPainterTest, TextMayBeHeavierAndInTheMiddle) {
+  EXPECT_THAT(drawn(TextRun{.box = {0, 0, 100, 12},
+                            .text = "a",
+                            .size = 10,
+                            .weight = FontWeight::semibold,
+                            .alignment = TextAlignment::center,
+                            .paint = Color{}}),
+              ElementsAre("text 'a' in 0,0 100x12, system 10 weight 0.3, rgb(0 0 0)*1, aligned " +
+                          std::to_string(NSTextAlignmentCenter) + ", breaking 4"));
 }
 
 TEST_F(MacPainterTest, ASymbolIsAsLargeAsFitsInTheMiddleOfItsBox) {
