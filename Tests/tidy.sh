@@ -64,7 +64,8 @@ check "Qt is included by Machines/Qt, its tests, figures and pictures alone" "$(
     ':!Tests/Bench/*Program.cpp' ':!Tools/Pictures' | xargs -r grep -nE '^#include <(Q[A-Z]|Qt)')"
 for machine in $(sources Machines | cut -d/ -f2 | grep -v '\.' | sort -u); do
   check "Machines/$machine includes no other machine" "$(
-    includes_outside "Machines/$machine" "BrivaneCore|BrivaneUI|BrivaneApp/Frame|Machines/$machine|Machines/Common")"
+    includes_outside "Machines/$machine" "BrivaneCore|BrivaneUI|BrivaneApp/Frame|Machines/$machine|Machines/Common" |
+      grep -v '^Machines/Mac/PickMachine.mm:.*Machines/PickMachine.h')"
 done
 check "only one file names the machines" "$(
   sources 'BrivaneCore' 'BrivaneUI' 'BrivaneApp' 'Machines/PickMachine.h' |
