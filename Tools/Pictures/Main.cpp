@@ -1,12 +1,15 @@
-// Draws every picture of docs/pictures anew; `./pictures` builds and runs it. A picture of
-// something else is one more function in Pictures.h and one more line below.
+// Draws every picture of docs/pictures and the Mac's icon file anew; `./pictures` builds and runs
+// it. A picture of something else is one more function in Pictures.h and one more line below.
 #include <QApplication>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "Tools/Pictures/IconFile.h"
 #include "Tools/Pictures/Pictures.h"
 #include "Tools/Pictures/PlayedDesk.h"
 
@@ -40,23 +43,36 @@ void shutTheDesktopOut() {
 }
 
 /// The desks and their Qt applications are gone by now; a process can have one at a time.
-bool save(const std::filesystem::path& file, const brivane::ContactSheet& sheet) {
+bool save(const std::filesystem::path& file, const std::function<bool()>& write) {
   std::cout << file.string() << std::endl;
   std::vector<std::string> words = {"brivane-pictures", "-platform", brivane::noScreen};
   std::vector<char*> arguments = {words[0].data(), words[1].data(), words[2].data(), nullptr};
   int count = 3;
   const QApplication application(count, arguments.data());
   brivane::usePictureFont();
-  if (sheet.picture().save(QString::fromStdString(file.string()), "PNG", 0)) return true;
+  if (write()) return true;
   std::cerr << "brivane-pictures: can't write it" << std::endl;
   return false;
+}
+
+bool savePicture(const std::filesystem::path& file, const brivane::ContactSheet& sheet) {
+  return save(
+      file, [&] { return sheet.picture().save(QString::fromStdString(file.string()), "PNG", 0); });
+}
+
+bool saveIcon(const std::filesystem::path& file) {
+  return save(file, [&] {
+    std::ofstream stream(file, std::ios::binary);
+    stream << brivane::appIconFile();
+    return stream.flush().good();
+  });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2 || !std::filesystem::is_directory("Tools/Pictures")) {
-    std::cerr << "usage: ./pictures; or, from the root of the tree, brivane-pictures FOLDER\n";
+  if (argc != 3 || !std::filesystem::is_directory("Tools/Pictures")) {
+    std::cerr << "usage: ./pictures; or, from the root of the tree, brivane-pictures FOLDER ICON\n";
     return 2;
   }
   shutTheDesktopOut();
@@ -64,8 +80,9 @@ int main(int argc, char** argv) {
   std::filesystem::create_directories(folder);
   bool areAllWritten = true;
   for (const auto& [name, make] : pictures) {
-    areAllWritten &= save(folder / (name + "-light.png"), make(brivane::Appearance::light));
-    areAllWritten &= save(folder / (name + "-dark.png"), make(brivane::Appearance::dark));
+    areAllWritten &= savePicture(folder / (name + "-light.png"), make(brivane::Appearance::light));
+    areAllWritten &= savePicture(folder / (name + "-dark.png"), make(brivane::Appearance::dark));
   }
+  areAllWritten &= saveIcon(argv[2]);
   return areAllWritten ? 0 : 1;
 }

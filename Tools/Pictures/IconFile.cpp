@@ -1,0 +1,61 @@
+// An icon file is "icns", the length of all, and for each picture a name of four letters, its
+// length with this header, and the bytes of a PNG file. Numbers are big-endian. The name says how
+// many points the picture is wide, and at which scale; a Mac scales down for the sizes not here.
+#include "Tools/Pictures/IconFile.h"
+
+#include <QBuffer>
+#include <array>
+#include <cstdint>
+#include <map>
+
+#include "BrivaneUI/AppIconArtwork.h"
+#include "Machines/Qt/Painter.h"
+
+namespace brivane {
+namespace {
+
+struct Size {
+  const char* name;
+  int pixels;
+};
+
+constexpr std::array sizes = {
+    Size{"ic11", 32},   // 16 points, twice the pixels
+    Size{"ic12", 64},   // 32, twice
+    Size{"ic07", 128},  // 128
+    Size{"ic13", 256},  // 128, twice
+    Size{"ic08", 256},  // 256
+    Size{"ic14", 512},  // 256, twice
+    Size{"ic09", 512},  // 512
+    Size{"ic10", 1024}  // 512, twice
+};
+
+constexpr std::size_t headerSize = 8;
+
+std::string header(const std::string& name, std::size_t contentSize) {
+  const std::size_t size = headerSize + contentSize;
+  std::string bytes = name;
+  for (const int shift : {24, 16, 8, 0}) bytes += static_cast<char>(size >> shift & 0xFF);
+  return bytes;
+}
+
+std::string png(int pixels) {
+  constexpr double canvas = AppIconArtwork::canvas;
+  QBuffer buffer;
+  renderedPicture(AppIconArtwork().body(), {canvas, canvas}, pixels / canvas)
+      .save(&buffer, "PNG", 0);
+  return buffer.data().toStdString();
+}
+
+}  // namespace
+
+std::string appIconFile() {
+  std::string pictures;
+  for (const auto& [name, pixels] : sizes) {
+    const std::string picture = png(pixels);
+    pictures += header(name, picture.size()) + picture;
+  }
+  return header("icns", pictures.size()) + pictures;
+}
+
+}  // namespace brivane
