@@ -5,6 +5,18 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
 
+# The Mac's loader could take what the program exports of the C++ library for the system's.
+if(APPLE)
+  set(CMAKE_OBJCXX_STANDARD 20)
+  set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+  set(CMAKE_OBJCXX_EXTENSIONS OFF)
+  set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+  set(CMAKE_OBJCXX_VISIBILITY_PRESET hidden)
+  set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+  set(CMAKE_CXX_FLAGS_MINSIZEREL "-Os")
+  set(CMAKE_OBJCXX_FLAGS_MINSIZEREL "-Os")
+endif()
+
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
                     "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 # Levels and gamma samples are the same on every processor: no fusing of a product with a sum.

@@ -1,0 +1,76 @@
+# Brivane.app, from the Mac's machine and the portable rooms: compiled and linked with the system's
+# own development kit on a Mac, with the stand-ins beside this file elsewhere.
+
+enable_language(OBJCXX)
+
+file(GLOB_RECURSE mac_sources CONFIGURE_DEPENDS
+  "${PROJECT_SOURCE_DIR}/Machines/Mac/*.cpp" "${PROJECT_SOURCE_DIR}/Machines/Mac/*.mm")
+if(NOT mac_sources MATCHES "/main[.]")
+  list(APPEND mac_sources BrivaneApp/main.cpp)
+endif()
+add_executable(Brivane ${mac_sources})
+target_compile_options(Brivane PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
+
+set(common_sources ChildProcess HotkeyTable ResourceFolder TapStream Topic)
+list(TRANSFORM common_sources PREPEND Machines/Common/)
+list(TRANSFORM common_sources APPEND .cpp)
+add_library(brivane-machine-common STATIC ${common_sources})
+target_link_libraries(brivane-machine-common PUBLIC brivane-core)
+
+target_link_libraries(Brivane PRIVATE brivane-app brivane-machine-common objc)
+foreach(framework AppKit ApplicationServices Carbon CoreFoundation CoreGraphics Foundation IOKit)
+  target_link_libraries(Brivane PRIVATE "-framework ${framework}")
+endforeach()
+target_link_options(Brivane PRIVATE LINKER:-dead_strip LINKER:-dead_strip_dylibs)
+
+# A stub names each function with the library that exports it, which is where the system will look.
+if(CMAKE_CROSSCOMPILING)
+  find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
+  set(stubs "${CMAKE_BINARY_DIR}/stubs")
+  set(make_stubs "${BRIVANE_CROSS}/make_stubs.py")
+  add_custom_command(
+    OUTPUT "${stubs}/stamp"
+    COMMAND Python3::Interpreter "${make_stubs}" "${BRIVANE_CROSS}/symbols.txt" "${stubs}"
+    COMMAND "${CMAKE_COMMAND}" -E touch "${stubs}/stamp"
+    DEPENDS "${make_stubs}" "${BRIVANE_CROSS}/symbols.txt"
+    COMMENT "Making the libraries to link against"
+    VERBATIM)
+  add_custom_target(brivane-stubs DEPENDS "${stubs}/stamp")
+  add_dependencies(Brivane brivane-stubs)
+  set_property(TARGET Brivane APPEND PROPERTY LINK_DEPENDS "${stubs}/stamp")
+  target_link_options(Brivane PRIVATE "-F${stubs}" "-L${stubs}")
+endif()
+
+file(GLOB languages CONFIGURE_DEPENDS LIST_DIRECTORIES true
+  RELATIVE "${PROJECT_SOURCE_DIR}/BrivaneApp/Resources" "${PROJECT_SOURCE_DIR}/BrivaneApp/Resources/*.lproj")
+list(TRANSFORM languages REPLACE "^(.*)[.]lproj$" "    <string>\\1</string>\n")
+list(JOIN languages "" LANGUAGES)
+file(STRINGS "${PROJECT_SOURCE_DIR}/LICENSE" COPYRIGHT REGEX "^Copyright" LIMIT_COUNT 1)
+set(info "${CMAKE_BINARY_DIR}/Info.plist")
+configure_file("${CMAKE_CURRENT_LIST_DIR}/Info.plist.in" "${info}" @ONLY)
+
+# Kept from the newer looks that a newer development kit stands for; and the same wherever built.
+if(CMAKE_CROSSCOMPILING)
+  set(sealer "${BRIVANE_CROSS}/seal.py")
+  set(seal "${Python3_EXECUTABLE}" "${sealer}" --sdk 14.0)
+else()
+  set(seal codesign --force --sign -)
+endif()
+set(app "${CMAKE_BINARY_DIR}/Brivane.app")
+set(package "Brivane-${PROJECT_VERSION}")
+set(share "${CMAKE_BINARY_DIR}/share/brivane")
+set(icon "${CMAKE_CURRENT_LIST_DIR}/Brivane.icns")
+set(make_app "${CMAKE_CURRENT_LIST_DIR}/MakeApp.cmake")
+set(extras "${PROJECT_SOURCE_DIR}/install.sh" "${PROJECT_SOURCE_DIR}/uninstall.sh"
+  "${PROJECT_SOURCE_DIR}/LICENSE")
+add_custom_command(
+  OUTPUT "${CMAKE_BINARY_DIR}/${package}.zip" "${CMAKE_BINARY_DIR}/${package}.zip.sha256"
+  COMMAND "${CMAKE_COMMAND}" "-DAPP=${app}" "-DEXECUTABLE=$<TARGET_FILE:Brivane>" "-DINFO=${info}"
+    "-DRESOURCES=${icon};${share}/Brivane_BrivaneApp.bundle;${share}/Brivane_BrivaneUI.bundle"
+    "-DSTRIP=${CMAKE_STRIP}" "-DSEAL=${seal}" "-DPACKAGE=${package}" "-DEXTRAS=${extras}"
+    -P "${make_app}"
+  DEPENDS Brivane "${info}" "${icon}" "${make_app}" "${sealer}" ${extras}
+    "${CMAKE_BINARY_DIR}/brivane-app-bundle.stamp" "${CMAKE_BINARY_DIR}/brivane-ui-bundle.stamp"
+  COMMENT "Making Brivane.app"
+  VERBATIM)
+add_custom_target(brivane-mac-app ALL DEPENDS "${CMAKE_BINARY_DIR}/${package}.zip")
