@@ -1,0 +1,182 @@
+#!/usr/bin/env python3
+"""Damages copies of the built app, and sees that verify_app.py notices each damage.
+
+    fault_tests.py FOLDER   with Brivane.app and its archive in it; run at the root of the tree
+
+Prints "ok NAME" or "FAILED NAME"; ends with status 1 if any damage passed.
+"""
+
+import pathlib
+import plistlib
+import shutil
+import struct
+import sys
+import tempfile
+
+import mach_o
+import verify_app as verify
+
+EXECUTABLE = "MacOS/Brivane"
+TEXTS = "Resources/Brivane_BrivaneApp.bundle/de.lproj/Localizable.strings"
+ICON = "Resources/Brivane.icns"
+
+
+def contents(folder):
+    return folder / "Brivane.app" / "Contents"
+
+
+def change(folder, name, edit):
+    path = contents(folder) / name
+    data = bytearray(path.read_bytes())
+    edit(data)
+    path.write_bytes(data)
+
+
+def change_field(folder, command, offset, form, *values):
+    """Overwrites a field of the first load command of that kind."""
+
+    def edit(data):
+        start = mach_o.MachO(bytes(data)).all(command)[0]
+        struct.pack_into(form, data, start + offset, *values)
+
+    change(folder, EXECUTABLE, edit)
+
+
+def replace(folder, name, old, new):
+    """In the last place where it stands."""
+
+    def edit(data):
+        start = data.rindex(old)
+        assert len(old) == len(new)
+        data[start : start + len(old)] = new
+
+    change(folder, name, edit)
+
+
+def change_information(folder, key, value):
+    path = contents(folder) / "Info.plist"
+    path.write_bytes(plistlib.dumps(plistlib.loads(path.read_bytes()) | {key: value}))
+
+
+def set_flag(folder, bit):
+    def edit(data):
+        (flags,) = struct.unpack_from("<I", data, 24)
+        struct.pack_into("<I", data, 24, flags | bit)
+
+    change(folder, EXECUTABLE, edit)
+
+
+def sign_as_the_linker_does(folder):
+    """The flag that says so, in the code directory right behind the signature's index."""
+
+    def edit(data):
+        offset, _ = mach_o.MachO(bytes(data)).fields(mach_o.SIGNATURE, "<2I")
+        struct.pack_into(">I", data, offset + 12 + 3 * 8 + 12, 0x20002)
+
+    change(folder, EXECUTABLE, edit)
+
+
+def first_archive(folder):
+    return next(folder.glob("*.zip"))
+
+
+def flip(data, index):
+    data[index] ^= 1
+
+
+FAULTS = [
+    ("a bit of the code is another", "every_page_has_its_hash",
+     lambda folder: change(folder, EXECUTABLE, lambda data: flip(data, 0x8000))),
+    ("a bit of the last hash is another", "every_page_has_its_hash",
+     lambda folder: change(folder, EXECUTABLE, lambda data: data.__setitem__(
+         slice(len(data) - 64, len(data) - 32), bytes(32)))),
+    ("it wants a newer system", "it_runs_from_macos_13_on",
+     lambda folder: change_field(folder, mach_o.BUILD_VERSION, 12, "<I", 14 << 16)),
+    ("it claims the newest kit", "it_runs_from_macos_13_on",
+     lambda folder: change_field(folder, mach_o.BUILD_VERSION, 16, "<I", 26 << 16)),
+    ("a load command is unknown", "load_commands_are_known_and_whole",
+     lambda folder: change_field(folder, mach_o.UUID, 0, "<I", 0x1F)),
+    ("code can be written", "segments_lie_well",
+     lambda folder: change_field(folder, mach_o.SEGMENT, 60, "<I", 7)),
+    ("the system may replace parts of its C++ library", "executable_is_for_apple_silicon",
+     lambda folder: set_flag(folder, 0x8000)),
+    ("it can't be executed", "executable_is_for_apple_silicon",
+     lambda folder: (contents(folder) / EXECUTABLE).chmod(0o644)),
+    ("pointers stay where they were linked", "pointers_follow_the_program",
+     lambda folder: change_field(folder, mach_o.FIX_UPS, 12, "<I", 0)),
+    ("a symbol comes from another library", "symbols_come_from_their_libraries",
+     lambda folder: replace(folder, EXECUTABLE, b"/A/CoreGraphics\0", b"/A/CoreGraphicz\0")),
+    ("a framework's version folder is wrong", "symbols_come_from_their_libraries",
+     lambda folder: replace(folder, EXECUTABLE, b"Versions/A/IOKit\0", b"Versions/C/IOKit\0")),
+    ("a name is spelt wrong", "symbols_come_from_their_libraries",
+     lambda folder: replace(folder, EXECUTABLE, b"_CFRelease\0", b"_XFRelease\0")),
+    ("it exports a function", "nothing_of_it_is_offered_to_others",
+     lambda folder: replace(folder, EXECUTABLE, b"\0__Znwm\0", b"\0_letme\0")),
+    ("only the linker signed it", "signature_is_that_of_the_app",
+     sign_as_the_linker_does),
+    ("the signature is for another app", "signature_is_that_of_the_app",
+     lambda folder: replace(folder, EXECUTABLE, b"com.quorrel.brivane\0", b"com.quorrel.brivana\0")),
+    ("the signature is cut off", "signature_is_that_of_the_app",
+     lambda folder: change(folder, EXECUTABLE, lambda data: data.__delitem__(slice(-64, None)))),
+    ("the information changed after sealing", "signature_covers_the_other_files",
+     lambda folder: change_information(folder, "LSUIElement", True)),
+    ("it would show in the Dock", "information_is_complete",
+     lambda folder: change_information(folder, "LSUIElement", False)),
+    ("a language is missing in the information", "information_is_complete",
+     lambda folder: change_information(folder, "CFBundleLocalizations", ["en"])),
+    ("a text changed after sealing", "resources_are_sealed",
+     lambda folder: change(folder, TEXTS, lambda data: flip(data, 10))),
+    ("a text isn't the tree's", "files_are_those_of_the_tree",
+     lambda folder: change(folder, TEXTS, lambda data: flip(data, 10))),
+    ("a language is missing", "files_are_those_of_the_tree",
+     lambda folder: shutil.rmtree((contents(folder) / TEXTS).parent)),
+    ("a file was added after sealing", "resources_are_sealed",
+     lambda folder: (contents(folder) / "Resources/more").write_text("more")),
+    ("a link leads out", "files_are_those_of_the_tree",
+     lambda folder: (contents(folder) / "Resources/link").symlink_to("/tmp")),
+    ("it is too large", "it_is_small",
+     lambda folder: change(folder, ICON, lambda data: data.extend(bytes(3_000_000)))),
+    ("it tells where it was built", "it_names_no_path_of_the_builder",
+     lambda folder: change(folder, ICON, lambda data: data.extend(f"{pathlib.Path.cwd()}/x".encode()))),
+    ("the archive holds another build", "archive_holds_the_app",
+     lambda folder: change(folder, ICON, lambda data: flip(data, 100))),
+    ("the archive arrived damaged", "archive_holds_the_app",
+     lambda folder: first_archive(folder).write_bytes(first_archive(folder).read_bytes() + b"x")),
+]
+
+
+def failing_checks(app):
+    return {check.__name__ for check in verify.CHECKS if verify.findings(check, app)}
+
+
+def notices(built, damage, expected):
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        shutil.copytree(built / "Brivane.app", folder / "Brivane.app")
+        for archive in built.glob("Brivane-*.zip*"):
+            shutil.copy(archive, folder)
+        damage(folder)
+        return expected in failing_checks(verify.App(folder))
+
+
+def two_readers_are_compared(built):
+    """The name is changed for one of them only."""
+    app = verify.App(built)
+    data = app.executable.data.replace(b"_CFRelease\0", b"_XFRelease\0")
+    app.executable = mach_o.MachO(data)
+    return "another_reader_agrees" in failing_checks(app)
+
+
+def main():
+    built = pathlib.Path(sys.argv[1])
+    results = {name: notices(built, damage, expected) for name, expected, damage in FAULTS}
+    results["a reader makes a mistake"] = two_readers_are_compared(built)
+    tried = {expected for _, expected, _ in FAULTS} | {"another_reader_agrees"}
+    results["every check has its damage"] = tried == {check.__name__ for check in verify.CHECKS}
+    for name, noticed in results.items():
+        print("ok" if noticed else "FAILED", name)
+    sys.exit(not all(results.values()))
+
+
+if __name__ == "__main__":
+    main()
