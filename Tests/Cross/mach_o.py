@@ -55,7 +55,9 @@ class Segment:
 class MachO:
     def __init__(self, data):
         self.data = data
-        magic, self.processor, _, self.kind, count, _, self.flags, _ = struct.unpack_from("<8I", data)
+        magic, self.processor, _, self.kind = struct.unpack_from("<4I", data)
+        count, size_of_commands, self.flags = struct.unpack_from("<3I", data, 16)
+        self.headers_size = 32 + size_of_commands
         if magic != 0xFEEDFACF:
             raise ValueError("not a Mach-O file for one 64-bit processor")
         self.commands = []

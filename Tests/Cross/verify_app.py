@@ -34,7 +34,7 @@ FOUNDATION = (
     "|KeyValueChange[A-Za-z]*Key"
 )
 FAMILIES = [
-    (r"_(__)?objc_\w+|_sel_registerName|_OBJC_(META)?CLASS_\$_NSObject", "libobjc"),
+    (r"__?objc_\w+|_sel_registerName|_OBJC_(META)?CLASS_\$_NSObject", "libobjc"),
     (r"_k?CF[A-Z]\w+|___CFConstantStringClassReference|___NS(Array|Dictionary)0__", "CoreFoundation"),
     (r"_k?CG[A-Z]\w+", "CoreGraphics"),
     (r"_k?IO[A-Z]\w+", "IOKit"),
@@ -213,8 +213,10 @@ def segments_lie_well(app):
 def pointers_follow_the_program(app):
     """Every pointer to the program's own parts is moved when the program lies elsewhere."""
     program = app.executable
-    # A flag in the class descriptions looks like the very start, to which no pointer goes.
-    start = 1 + min(segment.address for segment in program.segments() if segment.file_size)
+    # Pairs of small numbers look like places in the headers, to which no pointer goes.
+    start = program.headers_size + min(
+        segment.address for segment in program.segments() if segment.file_size
+    )
     end = max(segment.address + segment.size for segment in program.segments())
     known = set(program.moved_addresses()) | {address for _, _, address in program.bindings()}
     for segment in program.segments():

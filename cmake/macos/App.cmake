@@ -11,7 +11,7 @@ endif()
 add_executable(Brivane ${mac_sources})
 target_compile_options(Brivane PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
 
-set(common_sources ChildProcess ResourceFolder Topic WholeFile)
+set(common_sources ChildProcess ResourceFolder Topic Transition WholeFile)
 list(TRANSFORM common_sources PREPEND Machines/Common/)
 list(TRANSFORM common_sources APPEND .cpp)
 add_library(brivane-machine-common STATIC ${common_sources})
