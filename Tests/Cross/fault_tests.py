@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Damages copies of the built app, and sees that verify_app.py notices each damage.
+"""Damages copies of the built app, and sees that verify_app.py notices each damage; and makes
+mistakes in the list of symbols, which end the build.
 
     fault_tests.py FOLDER   with Brivane.app and its archive in it; run at the root of the tree
 
@@ -10,6 +11,7 @@ import pathlib
 import plistlib
 import shutil
 import struct
+import subprocess
 import sys
 import tempfile
 
@@ -110,6 +112,8 @@ FAULTS = [
      lambda folder: replace(folder, EXECUTABLE, b"Versions/A/IOKit\0", b"Versions/C/IOKit\0")),
     ("a name is spelt wrong", "symbols_come_from_their_libraries",
      lambda folder: replace(folder, EXECUTABLE, b"_CFRelease\0", b"_XFRelease\0")),
+    ("the list of classes is lost", "objective_c_finds_its_lists",
+     lambda folder: replace(folder, EXECUTABLE, b"__objc_classlist", b"__objc_classlisp")),
     ("it exports a function", "nothing_of_it_is_offered_to_others",
      lambda folder: replace(folder, EXECUTABLE, b"\0__Znwm\0", b"\0_letme\0")),
     ("only the linker signed it", "signature_is_that_of_the_app",
@@ -167,9 +171,31 @@ def two_readers_are_compared(built):
     return "another_reader_agrees" in failing_checks(app)
 
 
+CARBON = "[Carbon /System/Carbon 1 1]\n"
+LISTS = [
+    ("a list without mistakes makes stubs", CARBON + "UCKeyTranslate # a remark\n", 0),
+    ("a symbol of another framework is refused", CARBON + "CFRelease\n", 1),
+    ("a symbol that no header declares is refused", CARBON + "UCKeyTranslated\n", 1),
+    ("a symbol that stands twice is refused", CARBON + "UCKeyTranslate UCKeyTranslate\n", 1),
+    ("a symbol without a library is refused", "UCKeyTranslate\n", 1),
+]
+
+
+def stubs_end_with(text, status):
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        (folder / "include").symlink_to(pathlib.Path("cmake/macos/include").resolve())
+        (folder / "symbols.txt").write_text(text)
+        command = ["cmake/macos/make_stubs.py", folder / "symbols.txt", folder / "stubs"]
+        ended = subprocess.run([sys.executable, *command], capture_output=True, check=False)
+        made = (folder / "stubs/Carbon.framework/Carbon.tbd").exists()
+        return ended.returncode == status and made == (status == 0)
+
+
 def main():
     built = pathlib.Path(sys.argv[1])
     results = {name: notices(built, damage, expected) for name, expected, damage in FAULTS}
+    results |= {name: stubs_end_with(text, status) for name, text, status in LISTS}
     results["a reader makes a mistake"] = two_readers_are_compared(built)
     tried = {expected for _, expected, _ in FAULTS} | {"another_reader_agrees"}
     results["every check has its damage"] = tried == {check.__name__ for check in verify.CHECKS}

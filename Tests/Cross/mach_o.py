@@ -78,6 +78,15 @@ class MachO:
     def segments(self):
         return [Segment(self.data, offset) for offset in self.all(SEGMENT)]
 
+    def sections(self):
+        """The name of each section with its place and size in the file."""
+        for segment in self.all(SEGMENT):
+            (count,) = struct.unpack_from("<I", self.data, segment + 64)
+            for section in range(segment + 72, segment + 72 + 80 * count, 80):
+                name = self.data[section : section + 16].rstrip(b"\0").decode()
+                size, offset = struct.unpack_from("<QI", self.data, section + 40)
+                yield name, (offset, size)
+
     def libraries(self):
         """The paths of the libraries, in the order of their numbers (from 1)."""
         offsets = self.all(LOAD_LIBRARY)

@@ -247,6 +247,19 @@ def symbols_come_from_their_libraries(app):
             yield f"{library} is loaded for nothing"
 
 
+def objective_c_finds_its_lists(app):
+    """The run time looks for these by name; a linker that drops one makes classes unknown."""
+    sections = dict(app.executable.sections())
+    for name in ("classlist", "imageinfo", "classrefs", "selrefs", "const", "data"):
+        if not sections.get(f"__objc_{name}"):
+            yield f"no __objc_{name}"
+    # From each source one pair: version 0, and the flags of a program for this system.
+    offset, size = sections.get("__objc_imageinfo") or (0, 0)
+    pairs = set(struct.iter_unpack("<2I", app.executable.data[offset : offset + size]))
+    if pairs != {(0, 0x40)}:
+        yield f"image information {pairs}"
+
+
 def nothing_of_it_is_offered_to_others(app):
     # The linked-in library's own, which nobody looks for here.
     free = {"__mh_execute_header", "___dso_handle", "__Znwm", "__ZdaPv", "__ZdlPv", "__ZdlPvm"}
@@ -385,6 +398,7 @@ CHECKS = [
     pointers_follow_the_program,
     symbols_come_from_their_libraries,
     another_reader_agrees,
+    objective_c_finds_its_lists,
     nothing_of_it_is_offered_to_others,
     signature_is_that_of_the_app,
     every_page_has_its_hash,

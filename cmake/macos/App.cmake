@@ -28,11 +28,12 @@ if(CMAKE_CROSSCOMPILING)
   find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
   set(stubs "${CMAKE_BINARY_DIR}/stubs")
   set(make_stubs "${BRIVANE_CROSS}/make_stubs.py")
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${BRIVANE_CROSS}/include/*.h")
   add_custom_command(
     OUTPUT "${stubs}/stamp"
     COMMAND Python3::Interpreter "${make_stubs}" "${BRIVANE_CROSS}/symbols.txt" "${stubs}"
     COMMAND "${CMAKE_COMMAND}" -E touch "${stubs}/stamp"
-    DEPENDS "${make_stubs}" "${BRIVANE_CROSS}/symbols.txt"
+    DEPENDS "${make_stubs}" "${BRIVANE_CROSS}/symbols.txt" ${headers}
     COMMENT "Making the libraries to link against"
     VERBATIM)
   add_custom_target(brivane-stubs DEPENDS "${stubs}/stamp")

@@ -3,10 +3,13 @@
 
     make_stubs.py symbols.txt FOLDER
 
-symbols.txt says what each library exports. A stub says the same in the linker's own form.
+symbols.txt says what each library exports. A stub says the same in the linker's own form. A name
+that our headers declare for another framework, or not at all, ends the build here: the linker
+would take it, and a Mac would not.
 """
 
 import pathlib
+import re
 import sys
 
 
@@ -61,9 +64,22 @@ def read_libraries(path):
     return libraries
 
 
+def undeclared(library, headers):
+    """What the framework's own headers don't name. The compiler itself uses what begins with an
+    underscore, and libobjc."""
+    if library.name == "libobjc":
+        return []
+    texts = [path.read_text() for path in sorted((headers / library.name).rglob("*.h"))]
+    words = set(re.findall(r"\w+", "\n".join(texts)))
+    names = [symbol[1:] for symbol in library.symbols] + library.classes
+    return [name for name in names if not name.startswith("_") and name not in words]
+
+
 def main():
     symbols, folder = map(pathlib.Path, sys.argv[1:])
     for library in read_libraries(symbols):
+        for name in undeclared(library, symbols.parent / "include"):
+            sys.exit(f"{symbols}: {name}: no header in include/{library.name} has it")
         path = library.stub_path(folder)
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(library.stub())
