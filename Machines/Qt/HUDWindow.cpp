@@ -11,9 +11,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Machines/Common/Transition.h"
 #include "Machines/Qt/Painter.h"
 #include "Machines/Qt/ScreenMap.h"
-#include "Machines/Common/Transition.h"
 #include "Machines/Qt/XSelections.h"
 
 namespace brivane {

@@ -40,7 +40,7 @@ TEST_F(CFProperty, WhatNoObjectCanStandForIsLeftOutOfItsContainer) {
 }
 
 TEST_F(CFProperty, AKeyThatIsNoTextIsPassedOver) {
-  fake::Object* const dictionary = fake::makeObject(fake::dictionaryKind);
+  fake::FakeObject* const dictionary = fake::makeObject(fake::dictionaryKind);
   const CFReference<CFTypeRef> owner(dictionary);
   dictionary->items = {fake::makePropertyList({std::int64_t{7}}), fake::makePropertyList({true})};
   EXPECT_EQ(propertyOf(dictionary), (PropertyValue{PropertyValue::Dictionary{}}));

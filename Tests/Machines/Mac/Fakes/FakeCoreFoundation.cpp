@@ -27,7 +27,7 @@ struct ConstantString {
 
 struct Heap {
   std::recursive_mutex mutex;
-  std::map<const void*, std::unique_ptr<Object>> objects;
+  std::map<const void*, std::unique_ptr<FakeObject>> objects;
   std::size_t live = 0;
 };
 
@@ -41,7 +41,7 @@ Heap& heap() {
   std::abort();
 }
 
-Object* find(CFTypeRef reference) {
+FakeObject* find(CFTypeRef reference) {
   const std::lock_guard lock(heap().mutex);
   if (reference == nullptr) fail("null was used as an object");
   const auto found = heap().objects.find(reference);
@@ -106,9 +106,9 @@ CFTypeID kindOf(const PropertyValue& value) {
 }
 
 /// The two Booleans are always there and belong to nobody.
-Object* boolean(bool flag) {
-  static Object yes{booleanKind, 1, {true}, {}, {}};
-  static Object no{booleanKind, 1, {false}, {}, {}};
+FakeObject* boolean(bool flag) {
+  static FakeObject yes{booleanKind, 1, {true}, {}, {}};
+  static FakeObject no{booleanKind, 1, {false}, {}, {}};
   return flag ? &yes : &no;
 }
 
@@ -122,12 +122,12 @@ CFTypeRef retained(CFTypeRef reference) {
 
 }  // namespace
 
-Object* makeObject(CFTypeID kind, PropertyValue value) {
+FakeObject* makeObject(CFTypeID kind, PropertyValue value) {
   const std::lock_guard lock(heap().mutex);
-  auto object = std::make_unique<Object>();
+  auto object = std::make_unique<FakeObject>();
   object->kind = kind;
   object->value = std::move(value);
-  Object* const made = object.get();
+  FakeObject* const made = object.get();
   heap().objects.emplace(made, std::move(object));
   ++heap().live;
   return made;
@@ -135,7 +135,7 @@ Object* makeObject(CFTypeID kind, PropertyValue value) {
 
 CFTypeRef makePropertyList(const PropertyValue& value) {
   if (const auto* flag = std::get_if<bool>(&value.content)) return retained(boolean(*flag));
-  Object* const object = makeObject(kindOf(value), value);
+  FakeObject* const object = makeObject(kindOf(value), value);
   if (const auto* array = std::get_if<PropertyValue::Array>(&value.content)) {
     for (const auto& item : *array) object->items.push_back(makePropertyList(item));
   }
@@ -148,15 +148,15 @@ CFTypeRef makePropertyList(const PropertyValue& value) {
   return object;
 }
 
-Object& objectAt(CFTypeRef reference) {
-  if (isBoolean(reference)) return *static_cast<Object*>(const_cast<void*>(reference));
-  Object* const object = find(reference);
+FakeObject& objectAt(CFTypeRef reference) {
+  if (isBoolean(reference)) return *static_cast<FakeObject*>(const_cast<void*>(reference));
+  FakeObject* const object = find(reference);
   if (object == nullptr) fail("something that is no object was used as one");
   return *object;
 }
 
 std::string stringOf(CFStringRef text) {
-  if (Object* const object = find(text)) {
+  if (FakeObject* const object = find(text)) {
     const std::string* const bytes = object->value.text();
     if (bytes == nullptr) fail("another object was used as a string");
     return *bytes;
@@ -168,7 +168,7 @@ std::string stringOf(CFStringRef text) {
 
 PropertyValue valueOf(CFTypeRef reference) {
   if (CFGetTypeID(reference) == stringKind) return {stringOf(static_cast<CFStringRef>(reference))};
-  const Object& object = objectAt(reference);
+  const FakeObject& object = objectAt(reference);
   if (object.kind == arrayKind) {
     PropertyValue::Array values;
     for (CFTypeRef item : object.items) values.push_back(valueOf(item));
@@ -206,14 +206,14 @@ const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks = {};
 CFTypeRef CFRetain(CFTypeRef reference) {
   const std::lock_guard lock(heap().mutex);
   if (isBoolean(reference)) return reference;
-  if (Object* const object = find(reference)) ++object->references;
+  if (FakeObject* const object = find(reference)) ++object->references;
   return reference;
 }
 
 void CFRelease(CFTypeRef reference) {
   const std::lock_guard lock(heap().mutex);
   if (isBoolean(reference)) return;
-  Object* const object = find(reference);
+  FakeObject* const object = find(reference);
   if (object == nullptr || --object->references > 0) return;
   --heap().live;
   for (CFTypeRef item : std::exchange(object->items, {})) CFRelease(item);
@@ -222,7 +222,7 @@ void CFRelease(CFTypeRef reference) {
 
 CFTypeID CFGetTypeID(CFTypeRef reference) {
   if (isBoolean(reference)) return booleanKind;
-  const Object* const object = find(reference);
+  const FakeObject* const object = find(reference);
   return object == nullptr ? CFTypeID{stringKind} : object->kind;
 }
 
@@ -340,7 +340,7 @@ const UInt8* CFDataGetBytePtr(CFDataRef data) {
 CFArrayRef CFArrayCreate(CFAllocatorRef, const void** values, CFIndex count,
                          const CFArrayCallBacks* callBacks) {
   if (callBacks != &kCFTypeArrayCallBacks) fail("an array doesn't retain its values");
-  Object* const array = makeObject(arrayKind);
+  FakeObject* const array = makeObject(arrayKind);
   for (CFIndex i = 0; i < count; ++i) array->items.push_back(CFRetain(values[i]));
   return reinterpret_cast<CFArrayRef>(array);
 }
@@ -360,7 +360,7 @@ CFDictionaryRef CFDictionaryCreate(CFAllocatorRef, const void** keys, const void
       valueCallBacks != &kCFTypeDictionaryValueCallBacks) {
     fail("a dictionary doesn't retain its content");
   }
-  Object* const dictionary = makeObject(dictionaryKind);
+  FakeObject* const dictionary = makeObject(dictionaryKind);
   for (CFIndex i = 0; i < count; ++i) {
     dictionary->items.push_back(CFRetain(keys[i]));
     dictionary->items.push_back(CFRetain(values[i]));

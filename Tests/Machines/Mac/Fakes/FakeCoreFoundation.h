@@ -26,7 +26,7 @@ enum Kind : CFTypeID {
 
 /// An object of the fake CoreFoundation. Objects stay in memory when they are released for the last
 /// time, so that whoever uses one then is found out: the process ends with a message.
-struct Object {
+struct FakeObject {
   CFTypeID kind = otherKind;
   long references = 1;
   /// Of everything but arrays and dictionaries.
@@ -38,12 +38,12 @@ struct Object {
 };
 
 /// A new object with one reference, the caller's.
-Object* makeObject(CFTypeID kind, PropertyValue value = {});
+FakeObject* makeObject(CFTypeID kind, PropertyValue value = {});
 /// The same for a property list.
 CFTypeRef makePropertyList(const PropertyValue& value);
 
 /// The object, which must be one and live; constant strings are none.
-Object& objectAt(CFTypeRef reference);
+FakeObject& objectAt(CFTypeRef reference);
 
 /// What the object or constant string stands for.
 PropertyValue valueOf(CFTypeRef reference);

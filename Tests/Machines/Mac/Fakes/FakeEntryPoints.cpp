@@ -29,7 +29,7 @@ CFTypeRef createWithService(CFAllocatorRef allocator, io_service_t entry) {
   const std::lock_guard lock(mac().mutex);
   const auto monitor = registryNode(entry).monitor;
   if (allocator != kCFAllocatorDefault || !monitor) return nullptr;
-  Object* const service = makeObject(avServiceKind);
+  FakeObject* const service = makeObject(avServiceKind);
   services()[service] = monitor;
   return service;
 }

@@ -286,7 +286,7 @@ CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef, CFMachPortRef p
                                                  CFIndex order) {
   if (order != 0) fail("a source out of its order");
   if (mac().failureOf("CFMachPortCreateRunLoopSource")) return nullptr;
-  Object* const source = makeObject(runLoopSourceKind);
+  FakeObject* const source = makeObject(runLoopSourceKind);
   source->items.push_back(CFRetain(port));
   tapOf(port)->source = reinterpret_cast<CFRunLoopSourceRef>(source);
   return tapOf(port)->source;

@@ -273,7 +273,7 @@ CFRunLoopTimerRef CFRunLoopTimerCreate(CFAllocatorRef, CFAbsoluteTime fireDate,
                                        CFTimeInterval interval, CFOptionFlags, CFIndex,
                                        CFRunLoopTimerCallBack callout,
                                        CFRunLoopTimerContext* context) {
-  Object* const object = makeObject(timerKind);
+  FakeObject* const object = makeObject(timerKind);
   const auto reference = reinterpret_cast<CFRunLoopTimerRef>(object);
   const auto asDuration = [](double seconds) {
     return std::chrono::ceil<Clock::duration>(std::chrono::duration<double>(seconds));
