@@ -7,12 +7,10 @@
 namespace brivane {
 namespace {
 
-/// What the system answers where there is no monitor to ask.
+/// What the system answers to all three questions where there is no monitor to ask. A serial number
+/// alone may be this one.
 constexpr std::uint32_t noNumber = 0xFFFFFFFF;
-
-std::uint32_t numberOrZero(std::uint32_t number) {
-  return number == noNumber ? 0 : number;
-}
+constexpr PanelIdentity noMonitor = {noNumber, noNumber, noNumber};
 
 }  // namespace
 
@@ -37,8 +35,9 @@ bool MacDisplays::isBuiltIn(DisplayID display) {
 }
 
 PanelIdentity MacDisplays::panelIdentity(DisplayID display) {
-  return {numberOrZero(CGDisplayVendorNumber(display)), numberOrZero(CGDisplayModelNumber(display)),
-          numberOrZero(CGDisplaySerialNumber(display))};
+  const PanelIdentity identity = {CGDisplayVendorNumber(display), CGDisplayModelNumber(display),
+                                  CGDisplaySerialNumber(display)};
+  return identity == noMonitor ? PanelIdentity{} : identity;
 }
 
 }  // namespace brivane

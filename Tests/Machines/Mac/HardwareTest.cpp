@@ -35,8 +35,8 @@ TEST_F(MacDisplaysTest, AWindowServerThatRefusesGivesNeitherACountNorAList) {
 }
 
 TEST_F(MacDisplaysTest, NumbersAreThePanelsOwnInTheirOrderAndZeroWhereThereIsNoMonitor) {
-  fake::mac().displays = {{.id = 7, .panel = {0x610, 22, 0xFFFFFFFE}}};
-  EXPECT_EQ(displays.panelIdentity(7), (PanelIdentity{0x610, 22, 0xFFFFFFFE}));
+  fake::mac().displays = {{.id = 7, .panel = {0x610, 22, 0xFFFFFFFF}}};
+  EXPECT_EQ(displays.panelIdentity(7), (PanelIdentity{0x610, 22, 0xFFFFFFFF}));
   EXPECT_EQ(displays.panelIdentity(8), PanelIdentity{});
 }
 

@@ -52,14 +52,18 @@ TEST_F(MacProgram, ReportsWhatDisplayServicesAndMonitorsSay) {
   EXPECT_THAT(report, testing::Not(HasSubstr("could not be determined")));
 }
 
-TEST_F(MacProgram, TakesItsOwnKeyMappingOutAgain) {
-  machine->processes().run("/usr/bin/hidutil",
-                           {"property", "--set",
-                            R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":1,)"
-                            R"("HIDKeyboardModifierMappingDst":2}]})"});
-  EXPECT_THAT(run({"--unmap"}), testing::Not(HasSubstr("failed")));
-  EXPECT_THAT(TemporaryFolder::read(world.folder / "mapping"),
-              HasSubstr("\"HIDKeyboardModifierMappingSrc\":1,"));
+TEST_F(MacProgram, TakesItsOwnKeyMappingOutAgainAndLeavesTheUsers) {
+  machine->processes().run(
+      "/usr/bin/hidutil",
+      {"property", "--set",
+       R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":1,"HIDKeyboardModifierMappingDst":2},)"
+       R"({"HIDKeyboardModifierMappingSrc":51539607663,)"
+       R"("HIDKeyboardModifierMappingDst":30064771182}]})"});
+  EXPECT_THAT(run({"--unmap"}),
+              HasSubstr("Brightness key mapping cleared. The keys are back with macOS."));
+  const std::string left = TemporaryFolder::read(world.folder / "mapping");
+  EXPECT_THAT(left, HasSubstr("\"HIDKeyboardModifierMappingSrc\":1,"));
+  EXPECT_THAT(left, testing::Not(HasSubstr("51539607663")));
 }
 
 }  // namespace
