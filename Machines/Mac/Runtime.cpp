@@ -94,8 +94,15 @@ class MacRuntime::Timers {
   explicit Timers(std::shared_ptr<MainQueue> queue) : mainQueue(std::move(queue)) {}
   Timers(const Timers&) = delete;
   Timers& operator=(const Timers&) = delete;
-  ~Timers() {
-    for (const auto& [id, timer] : live) CFRunLoopTimerInvalidate(timer.get());
+
+  /// Invalidating drops the tasks, and what those hold may come back here to cancel any timer.
+  void end() {
+    std::map<TimerID, CFReference<CFRunLoopTimerRef>> ended;
+    {
+      const std::lock_guard lock(mutex);
+      ended.swap(live);
+    }
+    for (const auto& [id, timer] : ended) CFRunLoopTimerInvalidate(timer.get());
   }
 
   TimerID add(Microseconds delay, Microseconds period, Task task) {
@@ -204,6 +211,7 @@ MacRuntime::MacRuntime()
 MacRuntime::~MacRuntime() {
   for (const auto& queue : queues) queue->end();
   mainQueue->end();
+  timers->end();
 }
 
 Instant MacRuntime::now() const {

@@ -81,6 +81,18 @@ TEST_F(MacRuntimeTest, WhatATimersTaskHeldMayCancelAnotherTimerWhenItGoes) {
   EXPECT_THAT(notes, IsEmpty());
 }
 
+TEST_F(MacRuntimeTest, WhatATimersTaskHeldMayCancelTheSameTimerWhenTheRuntimeEnds) {
+  MacRuntime& ending = *runtime;
+  int dropped = 0;
+  TimerID timer = 0;
+  timer = ending.every(milliseconds(1), [held = whenDropped([&] {
+                                           ending.cancel(timer);
+                                           ++dropped;
+                                         })] {});
+  runtime.reset();
+  EXPECT_EQ(dropped, 1);
+}
+
 TEST_F(MacRuntimeTest, QueuesHaveTheirLabelsAndQualities) {
   runtime->makeSerialQueue("first", QueueQuality::userInitiated);
   runtime->makeSerialQueue("second", QueueQuality::utility);
