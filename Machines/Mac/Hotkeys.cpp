@@ -15,10 +15,10 @@ OSStatus hotkeyHandler(EventHandlerCallRef, EventRef event, void* userData) {
 }  // namespace
 
 MacHotkeys::~MacHotkeys() {
-  MacHotkeys::removeHandler();
   for (const auto& [reference, hotkey] : registered) {
     UnregisterEventHotKey(static_cast<EventHotKeyRef>(hotkey));
   }
+  MacHotkeys::removeHandler();
 }
 
 bool MacHotkeys::installHandler(Handler newHandler) {

@@ -45,6 +45,7 @@ TEST_F(MacInputTest, AHotkeyCarriesItsSignatureAndNumberAndItsModifiersAsTheyAre
   fake::input().press(f19);
   settle();
   EXPECT_THAT(heard, ElementsAre(HotkeyID{0x544C574E, 7}));
+  EXPECT_EQ(fake::input().handlerStatus, 0);
   EXPECT_THAT(fake::mac().calls, ElementsAre("hotkey 80 512 1414289230 7"));
 }
 
@@ -67,7 +68,7 @@ TEST_F(MacInputTest, ANewHandlerTakesThePlaceOfTheOneBeforeAndCarbonKnowsOne) {
   EXPECT_EQ(fake::liveRegistrations(), 0u);
 }
 
-TEST_F(MacInputTest, AnEventWithoutAHotkeyInItIsNotHandedOn) {
+TEST_F(MacInputTest, AnEventWithoutAHotkeyInItIsNotHandedOnAndItsStatusIsTheSystems) {
   MacHotkeys hotkeys;
   int heard = 0;
   hotkeys.installHandler([&](HotkeyEvent, HotkeyID) { ++heard; });
@@ -75,6 +76,16 @@ TEST_F(MacInputTest, AnEventWithoutAHotkeyInItIsNotHandedOn) {
   fake::mac().failures["GetEventParameter"] = -9870;
   fake::input().press(f19);
   settle();
+  EXPECT_EQ(heard, 0);
+  EXPECT_EQ(fake::input().handlerStatus, -9870);
+}
+
+TEST_F(MacInputTest, ACallWithoutAnEventOrAnOwnerIsNoErrorAndNotHandedOn) {
+  MacHotkeys hotkeys;
+  int heard = 0;
+  hotkeys.installHandler([&](HotkeyEvent, HotkeyID) { ++heard; });
+  EXPECT_EQ(fake::input().callHandler(false, true), 0);
+  EXPECT_EQ(fake::input().callHandler(true, false), 0);
   EXPECT_EQ(heard, 0);
 }
 
@@ -84,15 +95,18 @@ TEST_F(MacInputTest, ARefusedHotkeyHasTheSystemsStatus) {
   EXPECT_EQ(std::get<HotkeyStatus>(hotkeys.registerHotkey(f19, 0, {1, 3})), -9878);
 }
 
-TEST_F(MacInputTest, HotkeysEndWithTheirOwner) {
+TEST_F(MacInputTest, HotkeysEndWithTheirOwnerBeforeTheirHandlerDoes) {
   {
     MacHotkeys hotkeys;
     hotkeys.installHandler([](HotkeyEvent, HotkeyID) {});
     hotkeys.registerHotkey(f19, 0, {1, 2});
     hotkeys.registerHotkey(f19, 512, {1, 3});
     EXPECT_EQ(fake::liveRegistrations(), 3u);
+    fake::mac().calls.clear();
   }
   EXPECT_EQ(fake::liveRegistrations(), 0u);
+  EXPECT_THAT(fake::mac().calls,
+              ElementsAre("hotkey unregistered", "hotkey unregistered", "handler removed"));
 }
 
 // Taps
@@ -139,15 +153,20 @@ TEST_F(MacInputTest, ATapThatTheSystemDisabledHearsSoWithoutAnEventAndMayEnableI
   std::unique_ptr<EventTap> tap;
   tap = taps.createTap([&](const TapEvent& event) {
     types.push_back(event.type);
-    EXPECT_FALSE(event.details.has_value());
-    tap->setEnabled(true);
+    if (event.type != TapEvent::systemDefined) {
+      EXPECT_FALSE(event.details.has_value());
+      tap->setEnabled(true);
+    }
     return TapVerdict::passThrough;
   });
-  fake::input().otherEvent(kCGEventTapDisabledByTimeout);
-  fake::input().otherEvent(kCGEventTapDisabledByUserInput);
+  tap->setEnabled(true);
+  for (const auto reason : {kCGEventTapDisabledByTimeout, kCGEventTapDisabledByUserInput}) {
+    fake::input().disableTaps(reason);
+    fake::input().specialKey(2, 0x0A);
+  }
   settle();
-  EXPECT_THAT(types, ElementsAre(TapEvent::disabledByTimeout, TapEvent::disabledByUserInput));
-  EXPECT_EQ(fake::mac().calls.back(), "tap on");
+  EXPECT_THAT(types, ElementsAre(TapEvent::disabledByTimeout, TapEvent::systemDefined,
+                                 TapEvent::disabledByUserInput, TapEvent::systemDefined));
 }
 
 TEST_F(MacInputTest, AHandlerThatDropsItsTapStillHasAllThatItHolds) {
@@ -204,7 +223,9 @@ TEST_F(MacInputTest, TheThreeSignalsAreIgnoredBeforeTheyAreListenedTo) {
   MacNotifications notifications(appKit, runtime);
   const auto observation = notifications.observeTermination([] {});
   EXPECT_THAT(fake::mac().calls,
-              ElementsAre("ignore signal 15", "ignore signal 2", "ignore signal 1"));
+              ElementsAre("ignore signal 15", "source of signal 15", "resume signal 15",
+                          "ignore signal 2", "source of signal 2", "resume signal 2",
+                          "ignore signal 1", "source of signal 1", "resume signal 1"));
 }
 
 TEST_F(MacInputTest, TwoMayObserveTheTerminationAndTheLastToLeaveEndsTheListening) {

@@ -79,7 +79,7 @@ void deliver(UInt32 kind, EventHotKeyID hotkey) {
     for (const CarbonHandler& handler : handlers) {
       const auto& kinds = handler.kinds;
       if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) continue;
-      handler.function(nullptr, &event, handler.userData);
+      state().input.handlerStatus = handler.function(nullptr, &event, handler.userData);
     }
   });
 }
@@ -149,6 +149,13 @@ void Input::release(std::uint16_t keyCode) {
   }
 }
 
+std::int32_t Input::callHandler(bool withEvent, bool withUserData) {
+  const CarbonHandler handler = state().handlers.front();
+  OpaqueEventRef event{handler.kinds.front(), {}};
+  return handler.function(nullptr, withEvent ? &event : nullptr,
+                          withUserData ? handler.userData : nullptr);
+}
+
 void Input::specialKey(int type, int keyState) {
   const std::int64_t data = std::int64_t{type} << 16 | keyState << 8;
   postToMainLoop([this, data] {
@@ -159,10 +166,11 @@ void Input::specialKey(int type, int keyState) {
   });
 }
 
-void Input::otherEvent(CGEventType type) {
-  postToMainLoop([type] {
+void Input::disableTaps(CGEventType reason) {
+  postToMainLoop([reason] {
+    for (Tap& tap : state().taps) tap.isEnabled = false;
     for (const Tap& tap : std::list<Tap>(state().taps)) {
-      tap.callback(nullptr, type, nullptr, tap.userInfo);
+      if (tap.isInLoop) tap.callback(nullptr, reason, nullptr, tap.userInfo);
     }
   });
 }
@@ -218,6 +226,7 @@ OSStatus InstallEventHandler(EventTargetRef target, EventHandlerUPP handler, Ite
 }
 
 OSStatus RemoveEventHandler(EventHandlerRef handler) {
+  mac().note("handler removed");
   const auto removed = state().handlers.remove_if([&](const CarbonHandler& candidate) {
     return reinterpret_cast<EventHandlerRef>(const_cast<CarbonHandler*>(&candidate)) == handler;
   });
@@ -256,6 +265,7 @@ OSStatus RegisterEventHotKey(UInt32 keyCode, UInt32 modifiers, EventHotKeyID hot
 }
 
 OSStatus UnregisterEventHotKey(EventHotKeyRef hotkey) {
+  mac().note("hotkey unregistered");
   const auto found = state().hotkeys.find(hotkey);
   if (found == state().hotkeys.end()) fail("a hotkey was unregistered twice");
   const bool wasThere = input().hotkeys.remove(found->second);

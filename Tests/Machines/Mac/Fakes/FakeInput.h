@@ -24,13 +24,18 @@ struct Input {
   /// The events of special keys that came through all taps.
   std::vector<TapEvent::SystemDefined> passed;
 
+  /// What Carbon's handler returned last.
+  std::optional<std::int32_t> handlerStatus;
+
   /// By virtual key code; modifiers too.
   void press(std::uint16_t keyCode);
   void release(std::uint16_t keyCode);
+  /// Calls Carbon's handler at once, with or without what it needs; what it returns.
+  std::int32_t callHandler(bool withEvent, bool withUserData);
   /// A press (0x0A) or release (0x0B) of the special key of that type.
   void specialKey(int type, int state);
-  /// An event of another type, which may have no content.
-  void otherEvent(CGEventType type);
+  /// As the system does it for that reason; who is listened to hears so without an event.
+  void disableTaps(CGEventType reason);
   /// As Carbon knows them: 512 is shift.
   std::uint32_t carbonModifiers() const;
   /// As events have them (see `modifierFlag`).

@@ -382,6 +382,7 @@ dispatch_source_t dispatch_source_create(dispatch_source_type_t type, uintptr_t 
   if (queue != &theMainQueue) fail("a signal that isn't told on the main queue");
   auto* const source = new SignalSource;
   source->number = static_cast<int>(handle);
+  mac().note("source of signal " + std::to_string(source->number));
   ++dispatchObjects;
   const std::lock_guard lock(loop().mutex);
   loop().sources.push_back(source);
@@ -397,7 +398,9 @@ void dispatch_source_set_event_handler_f(dispatch_source_t source, dispatch_func
 }
 
 void dispatch_resume(dispatch_object_t object) {
-  static_cast<SignalSource*>(object)->isResumed = true;
+  auto* const source = static_cast<SignalSource*>(object);
+  mac().note("resume signal " + std::to_string(source->number));
+  source->isResumed = true;
 }
 
 void dispatch_source_cancel(dispatch_source_t source) {
