@@ -140,6 +140,13 @@ TEST_F(MacSymbolsTest, LibrariesAreOpenedByTheirFullPathsInTheModeThatIsAskedFor
   EXPECT_THAT(fake::mac().calls, ElementsAre("dlopen " + std::string(ioKit) + " 1"));
 }
 
+TEST_F(MacSymbolsTest, ALibraryThatIsNotThereHasNoHandle) {
+  fake::mac().hasIOKitLibrary = false;
+  fake::mac().hasDisplayServices = false;
+  EXPECT_EQ(symbols.open(ioKit, lazyBinding), 0);
+  EXPECT_EQ(symbols.open(displayServices, lazyBinding), 0);
+}
+
 TEST_F(MacSymbolsTest, ANameMayBeFoundInEverythingThatIsLoadedAlone) {
   const std::string name = "IOAVServiceWriteI2C";
   fake::mac().globalOnly = {name};

@@ -52,6 +52,16 @@ TEST_F(MacProgram, ReportsWhatDisplayServicesAndMonitorsSay) {
   EXPECT_THAT(report, testing::Not(HasSubstr("could not be determined")));
 }
 
+TEST_F(MacProgram, ReportsThatNoMonitorCanBeReachedWithoutTheServicesEntryPoints) {
+  fake::mac().hasIOKitLibrary = false;
+  EXPECT_THAT(run({"--probe"}), HasSubstr("  DDC transport available: no\n"));
+}
+
+TEST_F(MacProgram, ItsOwnSettingsAreNoOtherApplicationsSuite) {
+  EXPECT_EQ(machine->openDefaultsSuite("com.quorrel.brivane"), nullptr);
+  EXPECT_NE(machine->openDefaultsSuite("com.quorrel.tallowin"), nullptr);
+}
+
 TEST_F(MacProgram, TakesItsOwnKeyMappingOutAgainAndLeavesTheUsers) {
   machine->processes().run(
       "/usr/bin/hidutil",

@@ -148,10 +148,17 @@ class MacSessionTest : public MacTest {
   MacSession session{appKit};
 };
 
-TEST_F(MacSessionTest, UserAndHomeAreThoseOfTheAccount) {
+TEST_F(MacSessionTest, UserAndHomeAreThoseOfTheAccountWhateverTheEnvironmentSays) {
+  const char* const found = getenv("HOME");
+  const std::string before = found == nullptr ? "" : found;
+  setenv("HOME", "/elsewhere", 1);
   EXPECT_EQ(session.userID(), getuid());
-  const std::string account = getpwuid(getuid())->pw_dir;
-  EXPECT_THAT(account, testing::StartsWith(session.homeFolder()));
+  EXPECT_EQ(session.homeFolder(), getpwuid(getuid())->pw_dir);
+  if (found == nullptr) {
+    unsetenv("HOME");
+  } else {
+    setenv("HOME", before.c_str(), 1);
+  }
 }
 
 TEST_F(MacSessionTest, TheExecutableIsTheMainBundlesOwn) {
@@ -167,7 +174,7 @@ TEST_F(MacSessionTest, ArgumentsBeginWithTheProgramsPath) {
   EXPECT_THAT(session.arguments(), ElementsAre("/a/Brivane", "--set", "40"));
 }
 
-TEST_F(MacSessionTest, AFilesModificationIsToldToTheNanosecond) {
+TEST_F(MacSessionTest, AFilesModificationIsToldWithItsFraction) {
   const TemporaryFolder folder;
   const auto file = folder.write("file", "");
   const timespec times[] = {{1, 0}, {1700000000, 250000000}};
