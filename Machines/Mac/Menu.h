@@ -45,6 +45,8 @@ class MacMenu : public MenuView {
   BrivaneMenuHands* hands;
   std::vector<MenuItem> items;
   std::vector<NSMenuItem*> shown;
+  /// Replaced while the menu is open: AppKit may be following the mouse within one of them.
+  std::vector<NSMenuItem*> retired;
   bool isOpen = false;
 };
 

@@ -86,6 +86,7 @@ MacMenu::~MacMenu() {
 
 void MacMenu::setItems(std::vector<MenuItem> newItems) {
   items = std::move(newItems);
+  if (isOpen) retired.insert(retired.end(), shown.begin(), shown.end());
   shown.clear();
   [menu removeAllItems];
   for (const MenuItem& item : items) {
@@ -161,6 +162,7 @@ void MacMenu::willOpen() {
 
 void MacMenu::didClose() {
   if (!std::exchange(isOpen, false)) return;
+  retired.clear();
   if (delegate != nullptr) delegate->menuDidClose();
 }
 

@@ -67,7 +67,8 @@ class FakeDesktop {
   void close();
   /// In the open menu.
   void choose(const std::string& title);
-  void drag(NSSlider* slider, double value);
+  /// Nothing here keeps the slider, as nothing in AppKit does while it follows the mouse.
+  void drag(NSSlider* __weak const& slider, double value);
   void click(NSView* view, NSWindow* window);
   void press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags);
   NSEvent* keyDown(std::uint16_t keyCode, NSEventModifierFlags flags);

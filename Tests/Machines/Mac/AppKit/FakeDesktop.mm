@@ -427,11 +427,12 @@ void FakeDesktop::choose(const std::string& title) {
   }
 }
 
-void FakeDesktop::drag(NSSlider* slider, double value) {
+void FakeDesktop::drag(NSSlider* __weak const& slider, double value) {
   @autoreleasepool {
     slider.doubleValue = std::clamp(value, slider.minValue, slider.maxValue);
     if (slider.isContinuous) send(slider.action, slider.target, slider);
   }
+  if (slider == nil) objc::fail("a slider went while it was dragged");
 }
 
 /// A view that accepts the keys has them before it hears of the click.

@@ -125,6 +125,33 @@ TEST_F(MacMenuTest, AClosureLivesUntilItReturnsThoughItsItemIsReplaced) {
   EXPECT_THAT(notes, ElementsAre(ownName, "will open", "did close", ownName));
 }
 
+TEST_F(MacMenuTest, ASliderThatIsReplacedWhileTheMouseHoldsItStaysUntilTheMenuCloses) {
+  NSSlider* __weak held = nil;
+  @autoreleasepool {
+    item->menu().setItems(
+        {MenuSlider{0, 100, 50, "a", [this](double) { item->menu().setItems({}); }}});
+    desktop.open(systemMenu());
+    held = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  }
+  desktop.drag(held, 60);
+  EXPECT_NE(held, nil);
+  desktop.close();
+  EXPECT_EQ(held, nil) << "nobody needs it any more";
+}
+
+TEST_F(MacMenuTest, WhatAClosedMenuReplacesGoesAtOnce) {
+  NSMenuItem* __weak old = nil;
+  @autoreleasepool {
+    item->menu().setItems({MenuText{"a", MenuTone::label}});
+    old = systemItem(0);
+  }
+  ASSERT_NE(old, nil);
+  @autoreleasepool {
+    item->menu().setItems({});
+  }
+  EXPECT_EQ(old, nil);
+}
+
 TEST_F(MacMenuTest, AnOpenMenuThatGoesIsClosedAndTellsSoOnce) {
   desktop.open(systemMenu());
   item.reset();
