@@ -27,7 +27,9 @@ esac
 
 # What this Mac has to be.
 [ "$(id -u)" -ne 0 ] || fail "Run it as yourself, without sudo: the launch agent is yours."
-[ "$(uname -sm)" = "Darwin arm64" ] || fail "Brivane needs a Mac with Apple silicon."
+# In a terminal that is translated from Intel's processors uname names one of those.
+[ "$(uname -s)" = Darwin ] && [ "$(sysctl -n hw.optional.arm64 2>/dev/null)" = 1 ] ||
+  fail "Brivane needs a Mac with Apple silicon."
 system=$(sw_vers -productVersion)
 [ "${system%%.*}" -ge 13 ] || fail "Brivane needs macOS 13 or later; this is macOS $system."
 

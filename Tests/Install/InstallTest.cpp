@@ -23,7 +23,7 @@ using testing::Not;
 
 const std::set<std::string> systemTools = {"codesign", "defaults", "ditto",  "id",    "launchctl",
                                            "pgrep",    "pkill",    "plutil", "sleep", "sw_vers",
-                                           "tccutil",  "uname",    "xattr"};
+                                           "sysctl",   "tccutil",  "uname",  "xattr"};
 /// Nothing else that this machine happens to have.
 const std::set<std::string> commonTools = {"cat", "cp", "dirname", "grep", "mkdir",
                                            "mv",  "rm", "sed",     "sh",   "touch"};
@@ -91,6 +91,7 @@ struct InstallTest : testing::Test {
     makeApp(package() / "Brivane.app", "com.quorrel.brivane");
     set("user", "501\n");
     set("machine", "Darwin arm64\n");
+    set("arm64", "1\n");
     set("system", "13.0\n");
   }
 
@@ -220,7 +221,19 @@ TEST_F(InstallTest, RefusesRootWhoseAgentItWouldBe) {
 
 TEST_F(InstallTest, RefusesOtherProcessors) {
   set("machine", "Darwin x86_64\n");
+  std::filesystem::remove(folder / "state/arm64");
   expectRefusal("Brivane needs a Mac with Apple silicon.");
+}
+
+TEST_F(InstallTest, RefusesOtherSystems) {
+  set("machine", "Linux aarch64\n");
+  expectRefusal("Brivane needs a Mac with Apple silicon.");
+}
+
+TEST_F(InstallTest, InstallsFromATerminalThatIsTranslatedFromIntelsProcessors) {
+  set("machine", "Darwin x86_64\n");
+  EXPECT_EQ(run("install.sh").status, 0);
+  EXPECT_TRUE(std::filesystem::exists(app() / "Contents/MacOS/Brivane"));
 }
 
 TEST_F(InstallTest, RefusesOlderSystems) {
