@@ -10,6 +10,7 @@
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
 #include "Tests/Machines/Mac/Fakes/FakeInput.h"
+#include "Tests/Machines/Mac/Fakes/FakeMac.h"
 #include "Tests/Machines/Mac/Fakes/FakeRunLoop.h"
 #include "Tests/Machines/Mac/Fakes/FakeSystem.h"
 #include "Tests/Machines/Mac/MacUnderTest.h"
@@ -101,6 +102,33 @@ class MacWholeProgram : public testing::Test {
     }
     return nil;
   }
+  void dimBelowTheLowestLevel() {
+    desktop.open(desktop.statusItems[0].menu);
+    ASSERT_NE(slider("Right"), nil);
+    desktop.drag(slider("Right"), -40);
+    desktop.close();
+  }
+  /// The white of the gamma table that is in force: 1 where nothing is dimmed.
+  static float whiteOfRight() {
+    const std::lock_guard lock(fake::mac().mutex);
+    const auto& red = fake::mac().displays[2].table.red;
+    return red.empty() ? 1 : red.back();
+  }
+  void forgetAsAReconnectedDisplayDoes() {
+    MonitorFirmware::setLevelByButtons(world.monitors[2]->state, 21);
+    const std::lock_guard lock(fake::mac().mutex);
+    fake::mac().displays[2].table = {};
+  }
+  bool mapsTheKeys() const {
+    return TemporaryFolder::read(world.folder / "mapping").find("Dst") != std::string::npos;
+  }
+  /// Nobody else can have it then.
+  static bool hasItsHotkey() {
+    constexpr std::uint32_t controlOption = 0x1800;
+    const auto added = fake::input().hotkeys.add({upArrow, controlOption}, nullptr);
+    const auto* const reference = std::get_if<HotkeyReference>(&added);
+    return reference == nullptr || !fake::input().hotkeys.remove(*reference);
+  }
   const PropertyValue::Dictionary& settings() {
     return fake::system().preferences.stored["com.quorrel.brivane"];
   }
@@ -113,6 +141,7 @@ class MacWholeProgram : public testing::Test {
 };
 
 TEST_F(MacWholeProgram, LivesThroughADayAndLeavesNothingBehind) {
+  std::vector<std::string> light;
   then(0.8, [this] {
     EXPECT_EQ(desktop.statusItems.count, 1U);
     EXPECT_THAT(desktop.notes, Contains("policy 1"));
@@ -165,28 +194,67 @@ TEST_F(MacWholeProgram, LivesThroughADayAndLeavesNothingBehind) {
     EXPECT_EQ(settings().at("BrightnessUpKeyCode"), (PropertyValue{std::int64_t{keyF5}}));
     [editor fakeUserCloses];
   });
-  then(0.05, [this] {
+  then(0.05, [this, &light] {
+    light = desktop.drawnBy(hud().contentView);
     desktop.setDark(true);
+  });
+  then(0.05, [this, &light] {
+    EXPECT_NE(desktop.drawnBy(hud().contentView), light) << "dark";
+    dimBelowTheLowestLevel();
+  });
+  then(0.4, [this] {
+    EXPECT_LT(whiteOfRight(), 1);
+    forgetAsAReconnectedDisplayDoes();
     [desktop.screens removeObject:desktop.screens[1]];
-    announce(NSNotificationCenter.defaultCenter,
-             NSApplicationDidChangeScreenParametersNotification);
+    EXPECT_EQ(announce(NSNotificationCenter.defaultCenter,
+                       NSApplicationDidChangeScreenParametersNotification),
+              1);
+  });
+  then(2.8, [this] {
+    EXPECT_EQ(world.monitors[2]->state.shownLevel, 0);
+    EXPECT_LT(whiteOfRight(), 1);
+    forgetAsAReconnectedDisplayDoes();
     NSNotificationCenter* const workspace = NSWorkspace.sharedWorkspace.notificationCenter;
     EXPECT_EQ(announce(workspace, NSWorkspaceDidWakeNotification), 1);
     EXPECT_EQ(announce(workspace, NSWorkspaceScreensDidWakeNotification), 1);
   });
   then(1.2, [this] {
+    EXPECT_EQ(world.monitors[2]->state.shownLevel, 0);
+    EXPECT_LT(whiteOfRight(), 1);
+    EXPECT_TRUE(mapsTheKeys());
     EXPECT_FALSE(hud().visible) << "it has faded";
     desktop.open(desktop.statusItems[0].menu);
   });
   then(0.1, [] { std::raise(SIGTERM); });
   EXPECT_EQ(run(), 0);
   EXPECT_EQ(desktop.openMenu, nil) << "an open menu doesn't outlive the program";
+  EXPECT_EQ(whiteOfRight(), 1) << "nobody is left to brighten it again";
+  EXPECT_FALSE(mapsTheKeys());
 }
 
 TEST_F(MacWholeProgram, EndsFromItsMenu) {
-  then(0.3, [this] { desktop.open(desktop.statusItems[0].menu); });
+  bool isTold = false;
+  then(0.3, [this] {
+    EXPECT_TRUE(mapsTheKeys());
+    EXPECT_TRUE(hasItsHotkey());
+    dimBelowTheLowestLevel();
+  });
+  then(0.4, [this] {
+    EXPECT_LT(whiteOfRight(), 1);
+    desktop.open(desktop.statusItems[0].menu);
+  });
+  // AppKit asks for it once it has told the delegate. There a real process is over, and nothing
+  // that comes down later is of use.
+  desktop.loop.stop = [this, &isTold] {
+    isTold = true;
+    EXPECT_EQ(whiteOfRight(), 1);
+    EXPECT_FALSE(mapsTheKeys());
+    EXPECT_FALSE(hasItsHotkey());
+    CFRunLoopStop(CFRunLoopGetMain());
+  };
   then(0.1, [this] { desktop.choose("Quit Brivane"); });
   EXPECT_EQ(run(), 0);
+  EXPECT_TRUE(isTold);
   EXPECT_EQ(desktop.statusItems.count, 0U);
 }
 
