@@ -2,6 +2,8 @@
 // the picture is only a list. While nothing moves nothing wakes the processor.
 #include "Machines/Mac/HUDWindow.h"
 
+#import <QuartzCore/CAMediaTimingFunction.h>
+
 #include <algorithm>
 #include <utility>
 

@@ -1,5 +1,7 @@
 // Views, controls and windows, as far as their order of events goes: who gets a click or key, and
 // in what order responders give way to each other.
+#import <QuartzCore/CAMediaTimingFunction.h>
+
 #include "Tests/Machines/Mac/AppKit/FakeDesktop.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
 #include "Tests/Machines/Mac/ObjC/Classes.h"

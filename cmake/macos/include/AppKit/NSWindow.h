@@ -2,8 +2,8 @@
 
 #import <AppKit/NSColor.h>
 #import <AppKit/NSView.h>
-#import <QuartzCore/CAMediaTimingFunction.h>
 
+@class CAMediaTimingFunction;
 @class NSWindow;
 
 #pragma clang assume_nonnull begin
