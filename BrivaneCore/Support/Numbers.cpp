@@ -1,8 +1,13 @@
+// Doubles are written with printf and not with std::to_chars, which Apple's library has for them
+// only from macOS 13.3 on. printf takes its decimal point from the locale: only its digits are
+// used.
+
 #include "BrivaneCore/Support/Numbers.h"
 
-#include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <system_error>
 
@@ -11,40 +16,89 @@
 namespace brivane {
 namespace {
 
-// The longest doubles have 309 digits before the point, the smallest 1074 after it.
-constexpr std::size_t longestFixedDouble = 1100;
-// A sign, 17 digits, a point, and an exponent of three digits with its letter and sign.
-constexpr std::size_t longestScientificDouble = 24;
+// The whole number that the digits say, times 10 to the exponent.
+struct Decimal {
+  std::string digits;
+  int exponent = 0;
+};
+
+std::string printed(const char* format, int precision, double value) {
+  const int length = std::snprintf(nullptr, 0, format, precision, value);
+  std::string text(static_cast<std::size_t>(length), ' ');
+  std::snprintf(text.data(), text.size() + 1, format, precision, value);
+  return text;
+}
+
+Decimal rounded(double size, int count) {
+  const std::string text = printed("%.*e", count - 1, size);
+  const std::size_t letter = text.find('e');
+  Decimal decimal{text.substr(0, letter), std::atoi(text.c_str() + letter + 1) - (count - 1)};
+  std::erase_if(decimal.digits, [](char symbol) { return symbol < '0' || symbol > '9'; });
+  return decimal;
+}
+
+bool readsBack(const Decimal& decimal, double size) {
+  const std::string text = decimal.digits + "e" + std::to_string(decimal.exponent);
+  return std::strtod(text.c_str(), nullptr) == size;
+}
+
+// Below a power of two doubles lie twice as close, so that there the nearest short decimal may read
+// back as the double below while the next one above reads back as it should. That one never ends in
+// a zero: it would have been found with fewer digits.
+Decimal shortest(double size) {
+  for (int count = 1; count < std::numeric_limits<double>::max_digits10; ++count) {
+    Decimal decimal = rounded(size, count);
+    if (readsBack(decimal, size)) return decimal;
+    ++decimal.digits.back();
+    if (decimal.digits.back() <= '9' && readsBack(decimal, size)) return decimal;
+  }
+  return rounded(size, std::numeric_limits<double>::max_digits10);
+}
+
+std::string withoutExponent(const Decimal& decimal) {
+  const auto [digits, exponent] = decimal;
+  if (exponent >= 0) return digits + std::string(static_cast<std::size_t>(exponent), '0');
+  const auto afterPoint = static_cast<std::size_t>(-exponent);
+  if (afterPoint >= digits.size()) {
+    return "0." + std::string(afterPoint - digits.size(), '0') + digits;
+  }
+  return std::string(digits).insert(digits.size() - afterPoint, ".");
+}
+
+std::string withExponent(const Decimal& decimal) {
+  std::string text = decimal.digits;
+  const int exponent = decimal.exponent + static_cast<int>(text.size()) - 1;
+  if (text.size() > 1) text.insert(1, ".");
+  const std::string size = std::to_string(std::abs(exponent));
+  return text + (exponent < 0 ? "e-" : "e+") + (size.size() < 2 ? "0" : "") + size;
+}
+
+std::string signOf(double value) {
+  return std::signbit(value) ? "-" : "";
+}
 
 }  // namespace
 
 std::string shortestDecimal(double value) {
-  std::array<char, longestFixedDouble> text{};
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-  return {text.data(), end.ptr};
+  if (std::isnan(value)) return "nan";
+  if (std::isinf(value)) return signOf(value) + "inf";
+  return signOf(value) + withoutExponent(shortest(std::abs(value)));
 }
 
 std::string shortestFloatingPoint(double value) {
   constexpr double largestWithAllDigits = 9007199254740992;  // 2 to the 53rd
   constexpr double smallestWithAllDigits = 0.0001;
-  if (std::isnan(value)) return "nan";
+  if (!std::isfinite(value)) return shortestDecimal(value);
   const double size = std::abs(value);
-  if (size == 0 || (size >= smallestWithAllDigits && size <= largestWithAllDigits)) {
-    const std::string text = shortestDecimal(value);
-    return text.find('.') == std::string::npos ? text + ".0" : text;
+  if (size != 0 && (size < smallestWithAllDigits || size > largestWithAllDigits)) {
+    return signOf(value) + withExponent(shortest(size));
   }
-  std::array<char, longestScientificDouble> text{};
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific);
-  return {text.data(), end.ptr};
+  const std::string text = shortestDecimal(value);
+  return text.find('.') == std::string::npos ? text + ".0" : text;
 }
 
 std::string wholeDecimal(double value) {
-  std::array<char, longestFixedDouble> text{};
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, 0);
-  return {text.data(), end.ptr};
+  return printed("%.*f", 0, value);
 }
 
 std::optional<std::int64_t> parseInteger(std::string_view text) {

@@ -1,7 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,6 +28,33 @@ TEST(ShortestDecimal, ThereIsNeverAnExponent) {
   EXPECT_EQ(shortestDecimal(1e6), "1000000");
   EXPECT_EQ(shortestDecimal(1e-7), "0.0000001");
   EXPECT_EQ(shortestDecimal(std::numeric_limits<double>::max()).size(), 309u);
+}
+
+TEST(ShortestDecimal, BelowAPowerOfTwoWhereDoublesLieCloserItIsStillTheShortest) {
+  // The nearest decimal of 16 digits is 5.684341886080801e-14, the double below.
+  EXPECT_EQ(shortestFloatingPoint(std::ldexp(1, -44)), "5.684341886080802e-14");
+}
+
+TEST(ShortestDecimal, WhatIsNoNumberIsSaid) {
+  EXPECT_EQ(shortestDecimal(std::numeric_limits<double>::quiet_NaN()), "nan");
+  EXPECT_EQ(shortestDecimal(-std::numeric_limits<double>::infinity()), "-inf");
+}
+
+TEST(ShortestDecimal, ItIsWhatTheStandardLibraryWritesForAnyDouble) {
+  std::mt19937_64 random(1);
+  std::array<char, 32> text{};
+  for (int i = 0; i < 5000; ++i) {
+    // Every fourth is a power of two.
+    const std::uint64_t bits = random() & (i % 4 == 0 ? 0x7ff0000000000000 : ~std::uint64_t{0});
+    const auto value = std::bit_cast<double>(bits);
+    const double size = std::abs(value);
+    if (!std::isfinite(value) || (size >= 0.0001 && size <= 9007199254740992) || size == 0)
+      continue;
+    const auto end =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific);
+    ASSERT_EQ(shortestFloatingPoint(value), std::string(text.data(), end.ptr));
+    ASSERT_EQ(std::strtod(shortestDecimal(value).c_str(), nullptr), value);
+  }
 }
 
 TEST(WholeDecimal, SecondsAreRoundedToWholeOnes) {
