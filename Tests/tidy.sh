@@ -31,7 +31,7 @@ includes_outside() { # includes_outside FOLDER ALLOWED-PATTERN: quoted includes 
 
 standard_headers() {
   printf '#include <%s>\n' algorithm any array atomic bit bitset cctype cerrno charconv chrono cmath \
-    compare concepts condition_variable cstddef cstdint cstdlib cstring deque exception filesystem \
+    compare concepts condition_variable cstddef cstdint cstdio cstdlib cstring deque exception filesystem \
     forward_list fstream functional initializer_list iomanip ios iosfwd iostream istream iterator \
     limits list map memory memory_resource mutex new numbers numeric optional ostream queue random \
     ranges ratio regex set span sstream stack stdexcept string string_view system_error thread \
@@ -57,7 +57,7 @@ check "BrivaneApp includes only what is below it, and the file that picks a mach
   includes_outside BrivaneApp 'BrivaneCore|BrivaneUI|BrivaneApp' |
     grep -v '^BrivaneApp/main.cpp:.*Machines/PickMachine.h')"
 check "machines implement seams and know nothing of policy" "$(
-  sources 'Machines/*.h' 'Machines/*.cpp' | xargs -r grep -nE '^#include "Brivane' |
+  sources 'Machines/*.h' 'Machines/*.cpp' 'Machines/*.mm' | xargs -r grep -nE '^#include "Brivane' |
     grep -vE '#include "(BrivaneCore/(Seams|Support)|BrivaneApp/Frame)/|#include "BrivaneUI/(Appearance|Color|DisplayList|Canvas).h')"
 check "Qt is included by Machines/Qt, its tests, figures and pictures alone" "$(
   sources '*.h' '*.cpp' ':!Machines/Qt' ':!Tests/Machines/Qt' ':!Tests/Machines/QtOnX' \
@@ -100,7 +100,7 @@ check "no two headers define a type of one name" "$(
 check "every header has a guard" "$(sources '*.h' | xargs -r grep -L '^#pragma once')"
 
 check "every file is formatted" "$(
-  sources '*.h' '*.cpp' | xargs clang-format-16 --dry-run --Werror >build/tidy-format.log 2>&1 ||
+  sources '*.h' '*.cpp' '*.mm' | xargs clang-format-16 --dry-run --Werror >build/tidy-format.log 2>&1 ||
     { grep 'error:' build/tidy-format.log || cat build/tidy-format.log; } | cut -d: -f1 | sort -u)"
 
 check "scripts parse" "$(for script in run test bench pictures .ci/run $(sources '*.sh'); do
