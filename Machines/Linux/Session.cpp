@@ -18,7 +18,7 @@ std::uint32_t LinuxSession::userID() {
 
 std::string LinuxSession::homeFolder() {
   std::string home = userHomeFolder();
-  while (home.size() > 1 && home.ends_with('/')) home.pop_back();
+  while (home.ends_with('/')) home.pop_back();
   return home;
 }
 

@@ -16,8 +16,8 @@ std::uint32_t MacSession::userID() {
 
 std::string MacSession::homeFolder() {
   const passwd* const account = ::getpwuid(::getuid());
-  std::string home = account == nullptr ? "/" : account->pw_dir;
-  while (home.size() > 1 && home.ends_with('/')) home.pop_back();
+  std::string home = account == nullptr ? "" : account->pw_dir;
+  while (home.ends_with('/')) home.pop_back();
   return home;
 }
 

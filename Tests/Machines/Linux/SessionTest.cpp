@@ -29,10 +29,15 @@ TEST(LinuxSession, HasTheMacsLaunchAgentWhenItsAutostartEntryIsInstalled) {
   EXPECT_TRUE(session.fileExists(agent));
 }
 
-TEST(LinuxSession, HasNoSlashBehindAHomeThatIsTheRoot) {
+TEST(LinuxSession, HasNoSlashAtTheEndOfAHomeThatIsTheRootAndKnowsTheLaunchAgentThere) {
   setenv("HOME", "/", 1);
-  const AutostartEntry entry({});
-  EXPECT_EQ(LinuxSession(entry).homeFolder(), "/");
+  const TemporaryFolder folder;
+  folder.write("com.quorrel.brivane.desktop", "[Desktop Entry]\n");
+  const AutostartEntry entry({folder.path});
+  LinuxSession session(entry);
+  EXPECT_EQ(session.homeFolder(), "");
+  EXPECT_TRUE(
+      session.fileExists(session.homeFolder() + "/Library/LaunchAgents/com.quorrel.brivane.plist"));
 }
 
 TEST(LinuxSession, HasAURLOpenedAsItStandsAndDoesNotWaitForWhateverOpensIt) {

@@ -1,7 +1,6 @@
 // Settings, the grant, applications, the log, the session and resources.
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -149,15 +148,16 @@ class MacSessionTest : public MacTest {
 };
 
 TEST_F(MacSessionTest, UserAndHomeAreThoseOfTheAccountWhateverTheEnvironmentSays) {
-  const char* const found = getenv("HOME");
-  const std::string before = found == nullptr ? "" : found;
-  setenv("HOME", "/elsewhere", 1);
   EXPECT_EQ(session.userID(), getuid());
-  EXPECT_EQ(session.homeFolder(), getpwuid(getuid())->pw_dir);
-  if (found == nullptr) {
-    unsetenv("HOME");
-  } else {
-    setenv("HOME", before.c_str(), 1);
+  EXPECT_EQ(session.homeFolder(), "/Users/someone");
+}
+
+TEST_F(MacSessionTest, AHomeFolderHasNoSlashAtItsEndAndWhoHasNoAccountHasNone) {
+  const std::vector<std::pair<std::optional<std::string>, std::string>> cases = {
+      {"/Users/other//", "/Users/other"}, {"/", ""}, {std::nullopt, ""}};
+  for (const auto& [account, home] : cases) {
+    fake::system().accountFolder = account;
+    EXPECT_EQ(session.homeFolder(), home) << account.value_or("no account");
   }
 }
 

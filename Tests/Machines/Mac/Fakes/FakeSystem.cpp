@@ -4,7 +4,9 @@
 #include <ApplicationServices/ApplicationServices.h>
 #include <crt_externs.h>
 #include <os/log.h>
+#include <pwd.h>
 #include <spawn.h>
+#include <unistd.h>
 
 #include <cstdarg>
 #include <cstdio>
@@ -162,6 +164,17 @@ char*** _NSGetArgv(void) {
   pointers.push_back(nullptr);
   first = pointers.data();
   return &first;
+}
+
+// The account
+
+passwd* fake_getpwuid(uid_t user) {
+  static passwd account{};
+  if (user != ::getuid()) fail("another user's account");
+  auto& folder = fake::system().accountFolder;
+  if (!folder) return nullptr;
+  account.pw_dir = folder->data();
+  return &account;
 }
 
 // The grant

@@ -28,6 +28,8 @@ struct System {
   std::optional<std::string> resourceFolder = "/Applications/Brivane.app/Contents/Resources";
   std::optional<std::vector<std::string>> languages = std::vector<std::string>{"en-US"};
   std::vector<std::string> arguments = {"Brivane"};
+  /// The home folder in the user's account; absent: there is no such account.
+  std::optional<std::string> accountFolder = "/Users/someone";
   /// The Accessibility grant.
   bool isTrusted = true;
   std::vector<std::string> log;
