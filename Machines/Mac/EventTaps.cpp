@@ -43,7 +43,6 @@ class MacEventTap : public EventTap {
   MacEventTap(const MacEventTap&) = delete;
   MacEventTap& operator=(const MacEventTap&) = delete;
   ~MacEventTap() override {
-    CGEventTapEnable(port.get(), false);
     CFMachPortInvalidate(port.get());
     CFRunLoopRemoveSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
   }

@@ -119,8 +119,10 @@ TEST_F(MacInputTest, ATapIsMadeAtTheHeadOfTheHardwaresStreamForSystemDefinedEven
   tap->setEnabled(true);
   EXPECT_THAT(fake::mac().calls, ElementsAre("tap on"));
   fake::mac().calls.clear();
+  tap->setEnabled(false);
   tap.reset();
-  EXPECT_THAT(fake::mac().calls, ElementsAre("tap off", "port invalidated", "source removed"));
+  EXPECT_THAT(fake::mac().calls, ElementsAre("tap off", "port invalidated", "source removed"))
+      << "disabled once, by whoever made it";
 }
 
 TEST_F(MacInputTest, WithoutTheGrantThereIsNoTapAndNothingIsLeftOfOneThatCannotBeListenedTo) {
