@@ -194,7 +194,6 @@ IS_FUNCTION(CGEventSourceKeyState, bool (*)(CGEventSourceStateID, CGKeyCode));
 
 // The I/O registry
 
-IS_FUNCTION(IOObjectRetain, kern_return_t (*)(io_object_t));
 IS_FUNCTION(IOObjectRelease, kern_return_t (*)(io_object_t));
 IS_FUNCTION(IOObjectGetClass, kern_return_t (*)(io_object_t, char*));
 IS_FUNCTION(IOIteratorNext, io_object_t (*)(io_iterator_t));

@@ -47,6 +47,21 @@ fake::Node monitorNodes(const std::string& port, const PanelIdentity& panel,
   return {"AppleARMIODevice", port, {}, {framebuffer, parent}, nullptr};
 }
 
+/// A machine in a process of its own, which has a copy of the settings of its own.
+class MacInAProcess : public MacMachine {
+ public:
+  MacInAProcess(std::unique_ptr<AppKitServices> services, int itsNumber)
+      : MacMachine(std::move(services)), number(itsNumber) {}
+
+  UserDefaults& defaults() override {
+    fake::system().preferences.asking = number;
+    return MacMachine::defaults();
+  }
+
+ private:
+  const int number;
+};
+
 class MacUnderTest : public MachineUnderTest {
  public:
   Machine& machine() override { return *own; }
@@ -160,7 +175,7 @@ std::unique_ptr<MacMachine> MacWorld::makeMachine() {
   made.modifiers = [] { return fake::input().modifierFlags(); };
   made.convert = fake::detailsOf;
   made.whenBecomingApplication = [&made] { made.applications[identifier] = {getpid()}; };
-  return std::make_unique<MacMachine>(std::move(services));
+  return std::make_unique<MacInAProcess>(std::move(services), ++processes);
 }
 
 std::vector<ExpectedDisplay> MacWorld::expectedDisplays() const {

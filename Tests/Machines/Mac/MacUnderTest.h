@@ -35,6 +35,7 @@ class MacWorld {
 
  private:
   std::size_t objectsBefore = 0;
+  int processes = 0;
   const SignalDispositions dispositions;
 };
 

@@ -17,6 +17,9 @@ extern "C" __attribute__((weak)) int __CFConstantStringClassReference[64] = {};
 namespace brivane::fake {
 namespace {
 
+/// Numbers of half the size, which only a mistake makes.
+constexpr auto sInt32Type = static_cast<CFNumberType>(3);
+
 /// What the compiler makes of CFSTR.
 struct ConstantString {
   const void* isa;
@@ -41,11 +44,19 @@ Heap& heap() {
   std::abort();
 }
 
+bool isConstantString(CFTypeRef reference) {
+  return static_cast<const ConstantString*>(reference)->isa == __CFConstantStringClassReference;
+}
+
+/// Null for a constant string, which belongs to nobody.
 FakeObject* find(CFTypeRef reference) {
   const std::lock_guard lock(heap().mutex);
   if (reference == nullptr) fail("null was used as an object");
   const auto found = heap().objects.find(reference);
-  if (found == heap().objects.end()) return nullptr;
+  if (found == heap().objects.end()) {
+    if (!isConstantString(reference)) fail("something that is no object was used as one");
+    return nullptr;
+  }
   if (found->second->references == 0) fail("an object was used after its last release");
   return found->second.get();
 }
@@ -151,7 +162,7 @@ CFTypeRef makePropertyList(const PropertyValue& value) {
 FakeObject& objectAt(CFTypeRef reference) {
   if (isBoolean(reference)) return *static_cast<FakeObject*>(const_cast<void*>(reference));
   FakeObject* const object = find(reference);
-  if (object == nullptr) fail("something that is no object was used as one");
+  if (object == nullptr) fail("a constant string was used as another object");
   return *object;
 }
 
@@ -162,7 +173,6 @@ std::string stringOf(CFStringRef text) {
     return *bytes;
   }
   const auto* const constant = reinterpret_cast<const ConstantString*>(text);
-  if (constant->isa != __CFConstantStringClassReference) fail("an unknown string was used");
   return {constant->bytes, static_cast<std::size_t>(constant->length)};
 }
 
@@ -288,6 +298,8 @@ CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType type, const void* value)
   PropertyValue number;
   if (type == kCFNumberSInt64Type) {
     number = {*static_cast<const std::int64_t*>(value)};
+  } else if (type == sInt32Type) {
+    number = {std::int64_t{*static_cast<const std::int32_t*>(value)}};
   } else if (type == kCFNumberFloat64Type) {
     number = {*static_cast<const double*>(value)};
   } else {

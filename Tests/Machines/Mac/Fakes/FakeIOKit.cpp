@@ -17,6 +17,7 @@ struct IOObjectState {
   int references = 1;
   /// The way from the root to the node, the root first; empty for an iterator.
   std::vector<const Node*> path;
+  bool isIterator = false;
   std::vector<std::vector<const Node*>> ahead;
 };
 
@@ -44,7 +45,7 @@ IOObjectState& stateOf(io_object_t object) {
 
 const Node& nodeOf(io_object_t object) {
   const IOObjectState& state = stateOf(object);
-  if (state.path.empty()) fail("an iterator was used as an entry");
+  if (state.isIterator) fail("an iterator was used as an entry");
   return *state.path.back();
 }
 
@@ -100,6 +101,7 @@ extern "C" {
 
 const mach_port_t kIOMainPortDefault = 0;
 
+/// Nobody declares it: the program retains no such object, only mistakes do.
 kern_return_t IOObjectRetain(io_object_t object) {
   const std::lock_guard lock(objects().mutex);
   ++stateOf(object).references;
@@ -120,18 +122,19 @@ kern_return_t IOObjectGetClass(io_object_t object, io_name_t className) {
 
 io_object_t IOIteratorNext(io_iterator_t iterator) {
   const std::lock_guard lock(objects().mutex);
+  if (!stateOf(iterator).isIterator) fail("an entry was used as an iterator");
   auto& ahead = stateOf(iterator).ahead;
   if (ahead.empty()) return IO_OBJECT_NULL;
   const auto path = ahead.front();
   ahead.erase(ahead.begin());
-  return add({1, path, {}});
+  return add({.path = path});
 }
 
 io_registry_entry_t IORegistryGetRootEntry(mach_port_t mainPort) {
   const std::lock_guard lock(objects().mutex);
   if (mainPort != kIOMainPortDefault) fail("another port than the main one");
   if (failed("IORegistryGetRootEntry") != KERN_SUCCESS) return IO_OBJECT_NULL;
-  return add({1, {&mac().registry}, {}});
+  return add({.path = {&mac().registry}});
 }
 
 kern_return_t IORegistryEntryCreateIterator(io_registry_entry_t entry, const io_name_t plane,
@@ -141,7 +144,8 @@ kern_return_t IORegistryEntryCreateIterator(io_registry_entry_t entry, const io_
   if (options != kIORegistryIterateRecursively) fail("an iterator that doesn't go down");
   const kern_return_t status = failed("IORegistryEntryCreateIterator");
   if (status != KERN_SUCCESS) return status;
-  IOObjectState state;
+  nodeOf(entry);
+  IOObjectState state{.isIterator = true};
   listBelow(stateOf(entry).path, state.ahead);
   *iterator = add(std::move(state));
   return KERN_SUCCESS;
@@ -158,11 +162,12 @@ kern_return_t IORegistryEntryGetParentEntry(io_registry_entry_t entry, const io_
   constexpr kern_return_t noDevice = static_cast<kern_return_t>(0xE00002C0);
   const std::lock_guard lock(objects().mutex);
   requirePlane(plane);
+  nodeOf(entry);
   auto path = stateOf(entry).path;
   path.pop_back();
   if (path.empty()) return noDevice;
   const kern_return_t status = failed("IORegistryEntryGetParentEntry");
-  if (status == KERN_SUCCESS) *parent = add({1, path, {}});
+  if (status == KERN_SUCCESS) *parent = add({.path = path});
   return status;
 }
 

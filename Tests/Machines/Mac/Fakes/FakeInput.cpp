@@ -51,7 +51,6 @@ struct Tap {
   CGEventTapCallBack callback = nullptr;
   void* userInfo = nullptr;
   bool isEnabled = true;
-  bool isInLoop = false;
 };
 
 struct State {
@@ -61,6 +60,8 @@ struct State {
   std::uintptr_t nextHotkey = 0x100;
   /// The head of the stream first.
   std::list<Tap> taps;
+  /// The main run loop's.
+  std::set<CFRunLoopSourceRef> sources;
 };
 
 std::unique_ptr<State>& current() {
@@ -91,13 +92,21 @@ Tap* tapOf(CFMachPortRef port) {
   return nullptr;
 }
 
+bool isInLoop(const Tap& tap) {
+  return state().sources.contains(tap.source);
+}
+
+void takeOutOfLoop(CFRunLoopSourceRef source) {
+  if (state().sources.erase(source) != 0) CFRelease(source);
+}
+
 /// Through every tap in turn; whether it came through.
 bool send(__CGEvent event) {
   std::vector<CFMachPortRef> ports;
   for (const Tap& tap : state().taps) ports.push_back(tap.port);
   for (const CFMachPortRef port : ports) {
     const Tap* const tap = tapOf(port);
-    if (tap == nullptr || !tap->isEnabled || !tap->isInLoop) continue;
+    if (tap == nullptr || !tap->isEnabled || !isInLoop(*tap)) continue;
     if ((tap->mask >> event.type & 1) == 0) continue;
     const CGEventRef result = tap->callback(nullptr, event.type, &event, tap->userInfo);
     if (result == nullptr) return false;
@@ -170,7 +179,7 @@ void Input::disableTaps(CGEventType reason) {
   postToMainLoop([reason] {
     for (Tap& tap : state().taps) tap.isEnabled = false;
     for (const Tap& tap : std::list<Tap>(state().taps)) {
-      if (tap.isInLoop) tap.callback(nullptr, reason, nullptr, tap.userInfo);
+      if (isInLoop(tap)) tap.callback(nullptr, reason, nullptr, tap.userInfo);
     }
   });
 }
@@ -305,20 +314,21 @@ CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef, CFMachPortRef p
 void CFRunLoopAddSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopMode mode) {
   if (loop != CFRunLoopGetMain()) fail("a source of another thread");
   if (mode != kCFRunLoopCommonModes) fail("a tap that stands still while a menu is open");
-  CFRetain(source);
-  for (Tap& tap : state().taps) {
-    if (tap.source == source) tap.isInLoop = true;
-  }
+  if (state().sources.insert(source).second) CFRetain(source);
 }
 
-void CFRunLoopRemoveSource(CFRunLoopRef, CFRunLoopSourceRef source, CFRunLoopMode mode) {
+void CFRunLoopRemoveSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopMode mode) {
+  if (loop != CFRunLoopGetMain()) fail("a source that was never added to that loop");
   if (mode != kCFRunLoopCommonModes) fail("a source that was never added in that mode");
   mac().note("source removed");
-  CFRelease(source);
+  takeOutOfLoop(source);
 }
 
+/// The port's source is invalid with it, and leaves the loop.
 void CFMachPortInvalidate(CFMachPortRef port) {
   mac().note("port invalidated");
+  objectAt(port);
+  if (const Tap* const tap = tapOf(port)) takeOutOfLoop(tap->source);
   state().taps.remove_if([&](const Tap& tap) { return tap.port == port; });
 }
 
@@ -327,16 +337,19 @@ bool CGEventSourceKeyState(CGEventSourceStateID source, CGKeyCode key) {
   return input().keysDown.contains(key);
 }
 
-// The layout
+// The layout, which the system tells on the main thread alone: it ends a process that asks on
+// another
 
 const CFStringRef kTISPropertyUnicodeKeyLayoutData = CFSTR("TISPropertyUnicodeKeyLayoutData");
 
 TISInputSourceRef TISCopyCurrentKeyboardLayoutInputSource(void) {
+  if (!isMainThread()) fail("the layout was asked for off the main thread");
   if (!input().hasInputSource) return nullptr;
   return reinterpret_cast<TISInputSourceRef>(makeObject(inputSourceKind));
 }
 
 void* TISGetInputSourceProperty(TISInputSourceRef source, CFStringRef key) {
+  if (!isMainThread()) fail("the layout was asked for off the main thread");
   if (objectAt(source).kind != inputSourceKind || key != kTISPropertyUnicodeKeyLayoutData) {
     fail("a property that isn't the layout");
   }

@@ -1,6 +1,6 @@
 // The main run loop with its timers, dispatch's queues and its signal sources. A pass of the loop
 // runs all that waits on the main queue before it looks whether it was stopped, as the real one
-// does.
+// does; and a loop that a task of the main queue runs leaves that queue alone.
 #include "Tests/Machines/Mac/Fakes/FakeRunLoop.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -63,6 +63,8 @@ struct Loop {
   std::map<CFRunLoopTimerRef, Timer> timers;
   std::vector<SignalSource*> sources;
   bool isStopped = false;
+  /// Main thread.
+  bool isInMainQueue = false;
   Work meanwhile;
 };
 
@@ -70,6 +72,8 @@ Loop& loop() {
   static Loop only;
   return only;
 }
+
+const std::thread::id mainThread = std::this_thread::get_id();
 
 std::atomic<std::size_t> dispatchObjects = 0;
 std::array<std::atomic<int>, 65> arrived{};
@@ -178,10 +182,22 @@ void runAll(std::deque<Work>& works) {
   for (const Work& work : batch) work();
 }
 
+void serveMainQueue() {
+  if (loop().isInMainQueue) return;
+  loop().isInMainQueue = true;
+  runAll(loop().mainQueue);
+  loop().isInMainQueue = false;
+}
+
+void requireMain(CFRunLoopRef asked) {
+  if (asked != CFRunLoopGetMain()) fail("another loop than the main one");
+}
+
 /// Until something may have to be done; signals come without notice.
 void wait() {
   std::unique_lock lock(loop().mutex);
-  if (loop().isStopped || !loop().mainQueue.empty() || !loop().events.empty()) return;
+  const bool isQueueWaiting = !loop().isInMainQueue && !loop().mainQueue.empty();
+  if (loop().isStopped || isQueueWaiting || !loop().events.empty()) return;
   auto until = Clock::now() + std::chrono::milliseconds(5);
   for (const auto& [reference, timer] : loop().timers) {
     if (timer.isInLoop) until = std::min(until, timer.due);
@@ -195,6 +211,10 @@ void dropContext(Timer& timer) {
 }
 
 }  // namespace
+
+bool isMainThread() {
+  return std::this_thread::get_id() == mainThread;
+}
 
 void postToMainLoop(std::function<void()> event) {
   const std::lock_guard lock(loop().mutex);
@@ -213,7 +233,7 @@ void drainMainQueue() {
       loop().events.clear();
       if (loop().mainQueue.empty()) break;
     }
-    runAll(loop().mainQueue);
+    serveMainQueue();
   }
   loop().isStopped = false;
   for (auto& count : arrived) count = 0;
@@ -241,6 +261,7 @@ CFRunLoopRef CFRunLoopGetMain(void) {
 
 /// Being stopped is a matter of one run: who stops a loop that doesn't run stops nothing.
 void CFRunLoopRun(void) {
+  if (!isMainThread()) fail("the loop of another thread");
   if (const Work meanwhile = std::exchange(loop().meanwhile, {})) meanwhile();
   {
     const std::lock_guard lock(loop().mutex);
@@ -249,7 +270,7 @@ void CFRunLoopRun(void) {
   while (true) {
     for (CFRunLoopTimerRef timer : dueTimers()) fire(timer);
     takeSignals();
-    runAll(loop().mainQueue);
+    serveMainQueue();
     runAll(loop().events);
     {
       const std::lock_guard lock(loop().mutex);
@@ -259,7 +280,8 @@ void CFRunLoopRun(void) {
   }
 }
 
-void CFRunLoopStop(CFRunLoopRef) {
+void CFRunLoopStop(CFRunLoopRef stopped) {
+  requireMain(stopped);
   const std::lock_guard lock(loop().mutex);
   loop().isStopped = true;
   loop().changed.notify_all();
@@ -292,7 +314,8 @@ CFRunLoopTimerRef CFRunLoopTimerCreate(CFAllocatorRef, CFAbsoluteTime fireDate,
   return reference;
 }
 
-void CFRunLoopAddTimer(CFRunLoopRef, CFRunLoopTimerRef timer, CFRunLoopMode mode) {
+void CFRunLoopAddTimer(CFRunLoopRef added, CFRunLoopTimerRef timer, CFRunLoopMode mode) {
+  requireMain(added);
   if (mode != kCFRunLoopCommonModes) fail("a timer that stands still while a menu is open");
   CFRetain(timer);
   const std::lock_guard lock(loop().mutex);

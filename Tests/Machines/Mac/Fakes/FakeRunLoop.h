@@ -5,6 +5,9 @@
 
 namespace brivane::fake {
 
+/// Whether this is the thread that the process began with.
+bool isMainThread();
+
 /// Has the main run loop call this when it next runs, as it does with the window server's events.
 void postToMainLoop(std::function<void()> event);
 

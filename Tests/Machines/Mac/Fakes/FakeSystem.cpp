@@ -36,7 +36,12 @@ CFURLRef urlOf(const std::optional<std::string>& path) {
   return reinterpret_cast<CFURLRef>(makeObject(urlKind, {*path}));
 }
 
-int bundle = 0;
+std::uintptr_t bundle = 0;
+
+Preferences::Process& asking() {
+  Preferences& preferences = fake::system().preferences;
+  return preferences.processes[preferences.asking];
+}
 
 }  // namespace
 
@@ -63,21 +68,20 @@ const CFStringRef kCFPreferencesAnyHost = CFSTR("any host");
 const CFStringRef kCFPreferencesCurrentUser = CFSTR("current user");
 
 CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application) {
-  const auto& domain = fake::system().preferences.copied[stringOf(application)];
+  const auto& domain = asking().copied[stringOf(application)];
   const auto found = domain.find(stringOf(key));
   return found == domain.end() ? nullptr : makePropertyList(found->second);
 }
 
 void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFStringRef application) {
-  Preferences& preferences = fake::system().preferences;
   const std::string domain = stringOf(application);
   const std::string name = stringOf(key);
   if (value == nullptr) {
-    preferences.waiting[domain][name] = std::nullopt;
-    preferences.copied[domain].erase(name);
+    asking().waiting[domain][name] = std::nullopt;
+    asking().copied[domain].erase(name);
   } else {
-    preferences.waiting[domain][name] = valueOf(value);
-    preferences.copied[domain][name] = valueOf(value);
+    asking().waiting[domain][name] = valueOf(value);
+    asking().copied[domain][name] = valueOf(value);
   }
 }
 
@@ -85,23 +89,23 @@ Boolean CFPreferencesAppSynchronize(CFStringRef application) {
   Preferences& preferences = fake::system().preferences;
   if (!preferences.canBeSaved) return 0;
   const std::string domain = stringOf(application);
-  for (const auto& [name, value] : preferences.waiting[domain]) {
+  for (const auto& [name, value] : asking().waiting[domain]) {
     if (value) {
       preferences.stored[domain][name] = *value;
     } else if (preferences.stored.contains(domain)) {
       preferences.stored[domain].erase(name);
     }
   }
-  preferences.waiting.erase(domain);
+  asking().waiting.erase(domain);
   const auto found = preferences.stored.find(domain);
-  preferences.copied[domain] =
+  asking().copied[domain] =
       found == preferences.stored.end() ? PropertyValue::Dictionary{} : found->second;
   return 1;
 }
 
 CFArrayRef CFPreferencesCopyKeyList(CFStringRef application, CFStringRef user, CFStringRef host) {
   if (user != kCFPreferencesCurrentUser || host != kCFPreferencesAnyHost) fail("other settings");
-  const auto& copied = fake::system().preferences.copied;
+  const auto& copied = asking().copied;
   const auto found = copied.find(stringOf(application));
   if (found == copied.end() || found->second.empty()) return nullptr;
   PropertyValue::Array keys;
@@ -112,7 +116,7 @@ CFArrayRef CFPreferencesCopyKeyList(CFStringRef application, CFStringRef user, C
 CFDictionaryRef CFPreferencesCopyMultiple(CFArrayRef keys, CFStringRef application,
                                           CFStringRef user, CFStringRef host) {
   if (user != kCFPreferencesCurrentUser || host != kCFPreferencesAnyHost) fail("other settings");
-  const auto& domain = fake::system().preferences.copied[stringOf(application)];
+  const auto& domain = asking().copied[stringOf(application)];
   PropertyValue::Dictionary values;
   const PropertyValue names = valueOf(keys);
   for (const PropertyValue& name : std::get<PropertyValue::Array>(names.content)) {

@@ -9,13 +9,18 @@
 
 namespace brivane::fake {
 
-/// The settings' server, and this process's copy of what it holds.
+/// The settings' server, and each process's copy of what it holds.
 struct Preferences {
   using Domains = std::map<std::string, PropertyValue::Dictionary>;
+  struct Process {
+    Domains copied;
+    /// What the process has set and not yet synchronised; nothing for a key that was removed.
+    std::map<std::string, std::map<std::string, std::optional<PropertyValue>>> waiting;
+  };
   Domains stored;
-  Domains copied;
-  /// What this process has set and not yet synchronised; nothing for a key that was removed.
-  std::map<std::string, std::map<std::string, std::optional<PropertyValue>>> waiting;
+  std::map<int, Process> processes;
+  /// The process that asks now.
+  int asking = 0;
   bool canBeSaved = true;
 };
 

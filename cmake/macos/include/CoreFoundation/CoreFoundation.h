@@ -106,7 +106,6 @@ CFIndex CFStringGetBytes(CFStringRef text, CFRange range, CFStringEncoding encod
 // Numbers, dates, data
 
 enum CFNumberType : CFIndex {
-  kCFNumberSInt32Type = 3,
   kCFNumberSInt64Type = 4,
   kCFNumberFloat64Type = 6,
 };

@@ -32,7 +32,6 @@ extern "C" {
 
 extern const mach_port_t kIOMainPortDefault;
 
-kern_return_t IOObjectRetain(io_object_t object);
 kern_return_t IOObjectRelease(io_object_t object);
 kern_return_t IOObjectGetClass(io_object_t object, io_name_t className);
 io_object_t IOIteratorNext(io_iterator_t iterator);
