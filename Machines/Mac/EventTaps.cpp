@@ -6,6 +6,7 @@
 
 #include <utility>
 
+#include "Machines/Mac/AutoreleasePool.h"
 #include "Machines/Mac/CFReference.h"
 
 namespace brivane {
@@ -25,6 +26,7 @@ struct Listener : std::enable_shared_from_this<Listener> {
 /// The event goes on as it came, and null swallows it. A tap that has been disabled hears so with
 /// an event that may be null.
 CGEventRef tapCallback(CGEventTapProxy, CGEventType type, CGEventRef event, void* userInfo) {
+  const AutoreleasePool pool;
   const auto listener = static_cast<Listener*>(userInfo)->shared_from_this();
   TapEvent seen{static_cast<std::uint32_t>(type), std::nullopt};
   if (seen.type == TapEvent::systemDefined && event != nullptr) {

@@ -4,11 +4,14 @@
 
 #include <array>
 
+#include "Machines/Mac/AutoreleasePool.h"
+
 namespace brivane {
 namespace {
 
 OSStatus hotkeyHandler(EventHandlerCallRef, EventRef event, void* userData) {
   if (event == nullptr || userData == nullptr) return noErr;
+  const AutoreleasePool pool;
   return static_cast<MacHotkeys*>(userData)->handle(event);
 }
 

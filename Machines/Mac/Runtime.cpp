@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "BrivaneCore/Support/Fatal.h"
+#include "Machines/Mac/AutoreleasePool.h"
 #include "Machines/Mac/CFReference.h"
 
 namespace brivane {
@@ -71,6 +72,7 @@ class MacRuntime::MainQueue : public std::enable_shared_from_this<MainQueue> {
   }
 
   static void runNext(void* context) {
+    const AutoreleasePool pool;
     const std::unique_ptr<Owner> owner(static_cast<Owner*>(context));
     if (const auto task = (*owner)->takeNext()) (*task)();
   }
@@ -133,6 +135,7 @@ class MacRuntime::Timers {
   };
 
   static void fire(CFRunLoopTimerRef, void* info) {
+    const AutoreleasePool pool;
     const Due& due = *static_cast<Due*>(info);
     // The task may cancel its own timer, and with it goes all that is kept for it.
     const auto queue = due.timers.mainQueue;
@@ -175,8 +178,10 @@ class MacRuntime::Queue : public SerialQueue {
   }
 
   void sync(const Task& task) override {
-    dispatch_sync_f(queue, const_cast<Task*>(&task),
-                    [](void* context) { (*static_cast<const Task*>(context))(); });
+    dispatch_sync_f(queue, const_cast<Task*>(&task), [](void* context) {
+      const AutoreleasePool pool;
+      (*static_cast<const Task*>(context))();
+    });
   }
 
   /// Waits for the running task and drops the others.
@@ -194,6 +199,7 @@ class MacRuntime::Queue : public SerialQueue {
   };
 
   static void runWork(void* context) {
+    const AutoreleasePool pool;
     const std::unique_ptr<Work> work(static_cast<Work*>(context));
     if (!*work->hasEnded) work->task();
   }

@@ -200,6 +200,24 @@ TEST_F(MacInputTest, AnEventThatCannotBeConvertedIsSeenWithoutItsContent) {
   EXPECT_THAT(haveDetails, ElementsAre(false));
 }
 
+TEST_F(MacInputTest, WhatTapAndHotkeyAutoreleaseGoesWhenTheyAreThrough) {
+  MacEventTaps taps(appKit);
+  MacHotkeys hotkeys;
+  std::vector<std::size_t> pools;
+  const auto tap = taps.createTap([&](const TapEvent&) {
+    pools.push_back(fake::openPools());
+    return TapVerdict::passThrough;
+  });
+  tap->setEnabled(true);
+  hotkeys.installHandler([&](HotkeyEvent, HotkeyID) { pools.push_back(fake::openPools()); });
+  hotkeys.registerHotkey(f19, 0, {1, 2});
+  fake::input().specialKey(2, 0x0A);
+  fake::input().press(f19);
+  settle();
+  EXPECT_THAT(pools, ElementsAre(1u, 1u));
+  EXPECT_EQ(fake::openPools(), 0u);
+}
+
 // The keyboard
 
 TEST_F(MacInputTest, AKeyWithoutTextAndALayoutWithoutDataGiveNoCharacter) {

@@ -121,6 +121,26 @@ TEST_F(MacRuntimeTest, ItsEndWaitsForTheRunningTaskAndDropsAllOthers) {
   EXPECT_THAT(notes, IsEmpty());
 }
 
+TEST_F(MacRuntimeTest, WhatATaskAutoreleasesGoesWithTheTaskWhereverItRuns) {
+  std::vector<std::size_t> pools;
+  const auto look = [&] { pools.push_back(fake::openPools()); };
+  const auto queue = runtime->makeSerialQueue("worker", QueueQuality::utility);
+  queue->async([look, held = whenDropped(look)] { look(); });
+  queue->sync(look);
+  runtime->async([look, held = whenDropped(look)] { look(); });
+  runtime->async(look);
+  runtime->after(milliseconds(1), look);
+  TimerID repeating = 0;
+  repeating = runtime->every(milliseconds(2), [&] {
+    look();
+    runtime->cancel(repeating);
+    runtime->stop();
+  });
+  runtime->run();
+  EXPECT_THAT(pools, testing::AllOf(testing::SizeIs(8), testing::Each(1u)));
+  EXPECT_EQ(fake::openPools(), 0u);
+}
+
 TEST_F(MacRuntimeTest, TheMainThreadIsTheOneThatMadeIt) {
   bool isMainThere = true;
   runtime->makeSerialQueue("worker", QueueQuality::utility)->sync([&] {

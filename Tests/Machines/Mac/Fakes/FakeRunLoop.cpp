@@ -23,6 +23,7 @@
 #include <utility>
 #include <vector>
 
+#include "Machines/Mac/AutoreleasePool.h"
 #include "Tests/Machines/Mac/Fakes/FakeCoreFoundation.h"
 #include "Tests/Machines/Mac/Fakes/FakeMac.h"
 
@@ -74,6 +75,7 @@ Loop& loop() {
 }
 
 const std::thread::id mainThread = std::this_thread::get_id();
+thread_local std::size_t pools = 0;
 
 std::atomic<std::size_t> dispatchObjects = 0;
 std::array<std::atomic<int>, 65> arrived{};
@@ -216,6 +218,10 @@ bool isMainThread() {
   return std::this_thread::get_id() == mainThread;
 }
 
+std::size_t openPools() {
+  return pools;
+}
+
 void postToMainLoop(std::function<void()> event) {
   const std::lock_guard lock(loop().mutex);
   loop().events.push_back(std::move(event));
@@ -334,6 +340,17 @@ void CFRunLoopTimerInvalidate(CFRunLoopTimerRef reference) {
   }
   dropContext(invalid);
   if (invalid.isInLoop) CFRelease(reference);
+}
+
+// Autorelease pools, where there is no Objective-C
+
+__attribute__((weak)) void* objc_autoreleasePoolPush(void) {
+  return reinterpret_cast<void*>(++pools);
+}
+
+__attribute__((weak)) void objc_autoreleasePoolPop(void* pool) {
+  if (reinterpret_cast<std::size_t>(pool) != pools) fail("a pool was closed that isn't the last");
+  --pools;
 }
 
 // Dispatch

@@ -20,4 +20,7 @@ void drainMainQueue();
 /// Dispatch's queues and sources that somebody still holds.
 std::size_t liveDispatchObjects();
 
+/// This thread's autorelease pools that are open now.
+std::size_t openPools();
+
 }  // namespace brivane::fake
