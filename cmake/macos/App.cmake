@@ -11,6 +11,12 @@ endif()
 add_executable(Brivane ${mac_sources})
 target_compile_options(Brivane PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
 
+# Compiled with a Mac's own kit, it says whether what was declared by hand is what the system has.
+file(GLOB abi_checks CONFIGURE_DEPENDS
+  "${PROJECT_SOURCE_DIR}/Tests/Mac/AbiCheck/*.cpp" "${PROJECT_SOURCE_DIR}/Tests/Mac/AbiCheck/*.mm")
+add_library(brivane-abi-check OBJECT EXCLUDE_FROM_ALL ${abi_checks})
+target_compile_options(brivane-abi-check PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
+
 set(common_sources ChildProcess ResourceFolder Topic Transition WholeFile)
 list(TRANSFORM common_sources PREPEND Machines/Common/)
 list(TRANSFORM common_sources APPEND .cpp)

@@ -12,63 +12,158 @@
 
 #include <csignal>
 #include <cstddef>
-#include <type_traits>
+#include <string_view>
+
+#include "Tests/Mac/AbiCheck/AbiCheck.h"
 
 namespace {
 
-/// A function's type without the promise that it doesn't throw, which some headers make.
-template <typename Function>
-struct Plain;
-template <typename Result, typename... Arguments>
-struct Plain<Result (*)(Arguments...)> {
-  using Type = Result (*)(Arguments...);
-};
-template <typename Result, typename... Arguments>
-struct Plain<Result (*)(Arguments...) noexcept> {
-  using Type = Result (*)(Arguments...);
-};
+// Numbers
 
-// NOLINTBEGIN(cppcoreguidelines-macro-usage)
-#define IS_FUNCTION(name, ...) \
-  static_assert(std::is_same_v<Plain<decltype(&name)>::Type, __VA_ARGS__>, "another " #name)
-#define IS_OBJECT(name, ...) \
-  static_assert(std::is_same_v<decltype(name), __VA_ARGS__>, "another " #name)
-#define IS_TYPE(name, ...) static_assert(std::is_same_v<name, __VA_ARGS__>, "another " #name)
-#define IS_VALUE(name, value) \
-  static_assert(static_cast<long long>(name) == static_cast<long long>(value), "another " #name)
-// NOLINTEND(cppcoreguidelines-macro-usage)
-
-// Sizes and layouts
-
+IS_TYPE(Boolean, unsigned char);
+IS_TYPE(UInt8, unsigned char);
+IS_TYPE(SInt8, signed char);
+IS_TYPE(UInt16, unsigned short);
+IS_TYPE(SInt16, short);
+IS_TYPE(UInt32, unsigned int);
+IS_TYPE(SInt32, int);
+static_assert(sizeof(UInt64) == 8 && UInt64(-1) > 0);
+static_assert(sizeof(SInt64) == 8 && SInt64(-1) < 0);
+IS_TYPE(OSStatus, int);
+IS_TYPE(OSType, unsigned int);
+IS_TYPE(FourCharCode, unsigned int);
+IS_TYPE(OptionBits, unsigned int);
+IS_TYPE(UniChar, unsigned short);
+IS_TYPE(UniCharCount, unsigned long);
+IS_TYPE(ByteCount, unsigned long);
+IS_TYPE(ItemCount, unsigned long);
 IS_TYPE(CFIndex, long);
 IS_TYPE(CFTypeID, unsigned long);
 IS_TYPE(CFOptionFlags, unsigned long);
+IS_TYPE(CFHashCode, unsigned long);
+IS_TYPE(CFTimeInterval, double);
 IS_TYPE(CFAbsoluteTime, double);
-IS_TYPE(CFTypeRef, const void*);
-IS_TYPE(Boolean, unsigned char);
-IS_TYPE(OSStatus, int);
-IS_TYPE(UniChar, unsigned short);
-IS_TYPE(UniCharCount, unsigned long);
+IS_TYPE(CFStringEncoding, unsigned int);
 IS_TYPE(CGFloat, double);
 IS_TYPE(CGGammaValue, float);
 IS_TYPE(CGDirectDisplayID, unsigned int);
 IS_TYPE(CGKeyCode, unsigned short);
 IS_TYPE(CGEventMask, uint64_t);
-IS_TYPE(io_object_t, unsigned int);
-IS_TYPE(io_name_t, char[128]);
+IS_TYPE(boolean_t, int);
 IS_TYPE(kern_return_t, int);
-static_assert(sizeof(CFRange) == 16 && sizeof(CGRect) == 32 && sizeof(CGPoint) == 16);
-static_assert(sizeof(CGError) == 4 && sizeof(CGEventType) == 4 && sizeof(CFNumberType) == 8);
-static_assert(sizeof(EventHotKeyID) == 8 && offsetof(EventHotKeyID, id) == 4);
-static_assert(sizeof(EventTypeSpec) == 8 && offsetof(EventTypeSpec, eventKind) == 4);
-static_assert(sizeof(CFRunLoopTimerContext) == 40 && offsetof(CFRunLoopTimerContext, info) == 8 &&
-              offsetof(CFRunLoopTimerContext, release) == 24);
-static_assert(sizeof(CFArrayCallBacks) == 40 && sizeof(CFDictionaryKeyCallBacks) == 48 &&
-              sizeof(CFDictionaryValueCallBacks) == 40);
+IS_TYPE(mach_port_t, unsigned int);
+IS_TYPE(io_object_t, unsigned int);
+IS_TYPE(io_iterator_t, unsigned int);
+IS_TYPE(io_registry_entry_t, unsigned int);
+IS_TYPE(io_service_t, unsigned int);
+IS_TYPE(io_name_t, char[128]);
+IS_TYPE(IOReturn, int);
+IS_TYPE(IOOptionBits, unsigned int);
+IS_TYPE(EventParamName, unsigned int);
+IS_TYPE(EventParamType, unsigned int);
+IS_NUMBER(CFStringBuiltInEncodings, unsigned int);
+IS_NUMBER(CFNumberType, long);
+IS_NUMBER(CFURLPathStyle, long);
+IS_NUMBER(CGError, int);
+IS_NUMBER(CGEventType, unsigned int);
+IS_NUMBER(CGEventTapLocation, unsigned int);
+IS_NUMBER(CGEventTapPlacement, unsigned int);
+IS_NUMBER(CGEventTapOptions, unsigned int);
+IS_NUMBER(CGEventSourceStateID, int);
+IS_NUMBER(os_log_type_t, unsigned char);
+
+// What only the system looks into
+
+IS_TYPE(CFTypeRef, const void*);
+IS_TYPE(CFPropertyListRef, const void*);
+IS_CONSTANT_REFERENCE(CFAllocatorRef);
+IS_CONSTANT_REFERENCE(CFArrayRef);
+IS_CONSTANT_REFERENCE(CFBooleanRef);
+IS_CONSTANT_REFERENCE(CFDataRef);
+IS_CONSTANT_REFERENCE(CFDateRef);
+IS_CONSTANT_REFERENCE(CFDictionaryRef);
+IS_CONSTANT_REFERENCE(CFNumberRef);
+IS_CONSTANT_REFERENCE(CFStringRef);
+IS_CONSTANT_REFERENCE(CFURLRef);
+IS_TYPE(CFRunLoopMode, CFStringRef);
+IS_REFERENCE(CFBundleRef);
+IS_REFERENCE(CFMachPortRef);
+IS_REFERENCE(CFRunLoopRef);
+IS_REFERENCE(CFRunLoopSourceRef);
+IS_REFERENCE(CFRunLoopTimerRef);
+IS_REFERENCE(CGEventRef);
+IS_REFERENCE(CGEventTapProxy);
+IS_REFERENCE(EventRef);
+IS_REFERENCE(EventTargetRef);
+IS_REFERENCE(EventHandlerRef);
+IS_REFERENCE(EventHandlerCallRef);
+IS_REFERENCE(EventHotKeyRef);
+IS_REFERENCE(TISInputSourceRef);
+static_assert(std::is_class_v<UCKeyboardLayout>);
+IS_REFERENCE(os_log_t);
+
+// Structures
+
+IS_STRUCT(CFRange, 16);
+HAS_FIELD(CFRange, location, 0, CFIndex);
+HAS_FIELD(CFRange, length, 8, CFIndex);
+IS_STRUCT(CGPoint, 16);
+HAS_FIELD(CGPoint, x, 0, CGFloat);
+HAS_FIELD(CGPoint, y, 8, CGFloat);
+IS_STRUCT(CGSize, 16);
+HAS_FIELD(CGSize, width, 0, CGFloat);
+HAS_FIELD(CGSize, height, 8, CGFloat);
+IS_STRUCT(CGRect, 32);
+HAS_FIELD(CGRect, origin, 0, CGPoint);
+HAS_FIELD(CGRect, size, 16, CGSize);
+IS_STRUCT(EventTypeSpec, 8);
+HAS_FIELD(EventTypeSpec, eventClass, 0, OSType);
+HAS_FIELD(EventTypeSpec, eventKind, 4, UInt32);
+IS_STRUCT(EventHotKeyID, 8);
+HAS_FIELD(EventHotKeyID, signature, 0, OSType);
+HAS_FIELD(EventHotKeyID, id, 4, UInt32);
+
+IS_TYPE(CFArrayRetainCallBack, const void* (*)(CFAllocatorRef, const void*));
+IS_TYPE(CFArrayReleaseCallBack, void (*)(CFAllocatorRef, const void*));
+IS_TYPE(CFArrayCopyDescriptionCallBack, CFStringRef (*)(const void*));
+IS_TYPE(CFArrayEqualCallBack, Boolean (*)(const void*, const void*));
+IS_STRUCT(CFArrayCallBacks, 40);
+HAS_FIELD(CFArrayCallBacks, version, 0, CFIndex);
+HAS_FIELD(CFArrayCallBacks, retain, 8, CFArrayRetainCallBack);
+HAS_FIELD(CFArrayCallBacks, release, 16, CFArrayReleaseCallBack);
+HAS_FIELD(CFArrayCallBacks, copyDescription, 24, CFArrayCopyDescriptionCallBack);
+HAS_FIELD(CFArrayCallBacks, equal, 32, CFArrayEqualCallBack);
+
+IS_TYPE(CFDictionaryRetainCallBack, const void* (*)(CFAllocatorRef, const void*));
+IS_TYPE(CFDictionaryReleaseCallBack, void (*)(CFAllocatorRef, const void*));
+IS_TYPE(CFDictionaryCopyDescriptionCallBack, CFStringRef (*)(const void*));
+IS_TYPE(CFDictionaryEqualCallBack, Boolean (*)(const void*, const void*));
+IS_TYPE(CFDictionaryHashCallBack, CFHashCode (*)(const void*));
+IS_STRUCT(CFDictionaryKeyCallBacks, 48);
+HAS_FIELD(CFDictionaryKeyCallBacks, version, 0, CFIndex);
+HAS_FIELD(CFDictionaryKeyCallBacks, retain, 8, CFDictionaryRetainCallBack);
+HAS_FIELD(CFDictionaryKeyCallBacks, release, 16, CFDictionaryReleaseCallBack);
+HAS_FIELD(CFDictionaryKeyCallBacks, copyDescription, 24, CFDictionaryCopyDescriptionCallBack);
+HAS_FIELD(CFDictionaryKeyCallBacks, equal, 32, CFDictionaryEqualCallBack);
+HAS_FIELD(CFDictionaryKeyCallBacks, hash, 40, CFDictionaryHashCallBack);
+IS_STRUCT(CFDictionaryValueCallBacks, 40);
+HAS_FIELD(CFDictionaryValueCallBacks, version, 0, CFIndex);
+HAS_FIELD(CFDictionaryValueCallBacks, retain, 8, CFDictionaryRetainCallBack);
+HAS_FIELD(CFDictionaryValueCallBacks, release, 16, CFDictionaryReleaseCallBack);
+HAS_FIELD(CFDictionaryValueCallBacks, copyDescription, 24, CFDictionaryCopyDescriptionCallBack);
+HAS_FIELD(CFDictionaryValueCallBacks, equal, 32, CFDictionaryEqualCallBack);
+
+IS_STRUCT(CFRunLoopTimerContext, 40);
+HAS_FIELD(CFRunLoopTimerContext, version, 0, CFIndex);
+HAS_FIELD(CFRunLoopTimerContext, info, 8, void*);
+HAS_FIELD(CFRunLoopTimerContext, retain, 16, const void* (*)(const void*));
+HAS_FIELD(CFRunLoopTimerContext, release, 24, void (*)(const void*));
+HAS_FIELD(CFRunLoopTimerContext, copyDescription, 32, CFStringRef (*)(const void*));
 
 // Constants
 
 IS_VALUE(kCFStringEncodingUTF8, 0x08000100);
+IS_VALUE(kCFNumberSInt32Type, 3);
 IS_VALUE(kCFNumberSInt64Type, 4);
 IS_VALUE(kCFNumberFloat64Type, 6);
 IS_VALUE(kCFURLPOSIXPathStyle, 0);
@@ -95,13 +190,15 @@ IS_VALUE(QOS_CLASS_UTILITY, 0x11);
 IS_VALUE(SIGTERM, 15);
 IS_VALUE(SIGINT, 2);
 IS_VALUE(SIGHUP, 1);
-static_assert(kIOServicePlane[0] == 'I' && kIOServicePlane[9] == '\0');
+static_assert(std::string_view(kIOServicePlane) == "IOService");
 
 // CoreFoundation
 
 IS_FUNCTION(CFRetain, CFTypeRef (*)(CFTypeRef));
 IS_FUNCTION(CFRelease, void (*)(CFTypeRef));
 IS_FUNCTION(CFGetTypeID, CFTypeID (*)(CFTypeRef));
+IS_FUNCTION(CFRangeMake, CFRange (*)(CFIndex, CFIndex));
+GIVES(CFSTR("a text"), CFStringRef);
 IS_FUNCTION(CFStringGetTypeID, CFTypeID (*)());
 IS_FUNCTION(CFStringCreateWithBytes,
             CFStringRef (*)(CFAllocatorRef, const UInt8*, CFIndex, CFStringEncoding, Boolean));
@@ -209,6 +306,7 @@ IS_OBJECT(kIOMainPortDefault, const mach_port_t);
 
 // Carbon, keyboard layouts, Accessibility
 
+IS_TYPE(EventHandlerProcPtr, OSStatus (*)(EventHandlerCallRef, EventRef, void*));
 IS_TYPE(EventHandlerUPP, OSStatus (*)(EventHandlerCallRef, EventRef, void*));
 IS_FUNCTION(GetApplicationEventTarget, EventTargetRef (*)());
 IS_FUNCTION(InstallEventHandler, OSStatus (*)(EventTargetRef, EventHandlerUPP, ItemCount,
@@ -222,15 +320,33 @@ IS_FUNCTION(RegisterEventHotKey, OSStatus (*)(UInt32, UInt32, EventHotKeyID, Eve
 IS_FUNCTION(UnregisterEventHotKey, OSStatus (*)(EventHotKeyRef));
 IS_FUNCTION(TISCopyCurrentKeyboardLayoutInputSource, TISInputSourceRef (*)());
 IS_FUNCTION(TISGetInputSourceProperty, void* (*)(TISInputSourceRef, CFStringRef));
+IS_OBJECT(kTISPropertyUnicodeKeyLayoutData, const CFStringRef);
 IS_FUNCTION(UCKeyTranslate,
             OSStatus (*)(const UCKeyboardLayout*, UInt16, UInt16, UInt32, UInt32, OptionBits,
                          UInt32*, UniCharCount, UniCharCount*, UniChar*));
 IS_FUNCTION(LMGetKbdType, UInt8 (*)());
+IS_OBJECT(kAXTrustedCheckOptionPrompt, const CFStringRef);
 IS_FUNCTION(AXIsProcessTrusted, Boolean (*)());
 IS_FUNCTION(AXIsProcessTrustedWithOptions, Boolean (*)(CFDictionaryRef));
 
 // Dispatch and the C library
 
+IS_REFERENCE(dispatch_object_t);
+IS_REFERENCE(dispatch_queue_t);
+IS_REFERENCE(dispatch_queue_attr_t);
+IS_REFERENCE(dispatch_source_t);
+IS_CONSTANT_REFERENCE(dispatch_source_type_t);
+IS_TYPE(dispatch_function_t, void (*)(void*));
+IS_NUMBER(dispatch_qos_class_t, unsigned int);
+GIVES(&_dispatch_source_type_signal, dispatch_source_type_t);
+GIVES(DISPATCH_SOURCE_TYPE_SIGNAL, dispatch_source_type_t);
+static_assert(DISPATCH_QUEUE_SERIAL == nullptr);
+// A queue of its own kind, in newer kits.
+static_assert(std::is_convertible_v<decltype(dispatch_get_main_queue()), dispatch_queue_t>);
+GIVES(dispatch_queue_attr_make_with_qos_class(DISPATCH_QUEUE_SERIAL, QOS_CLASS_UTILITY, 0),
+      dispatch_queue_attr_t);
+IS_FUNCTION(dispatch_queue_attr_make_with_qos_class,
+            dispatch_queue_attr_t (*)(dispatch_queue_attr_t, dispatch_qos_class_t, int));
 IS_FUNCTION(dispatch_queue_create, dispatch_queue_t (*)(const char*, dispatch_queue_attr_t));
 IS_FUNCTION(dispatch_async_f, void (*)(dispatch_queue_t, void*, dispatch_function_t));
 IS_FUNCTION(dispatch_sync_f, void (*)(dispatch_queue_t, void*, dispatch_function_t));
@@ -243,5 +359,22 @@ IS_FUNCTION(dispatch_resume, void (*)(dispatch_object_t));
 IS_FUNCTION(dispatch_release, void (*)(dispatch_object_t));
 IS_FUNCTION(_NSGetArgc, int* (*)());
 IS_FUNCTION(_NSGetArgv, char*** (*)());
+
+// The log
+
+IS_FUNCTION(os_log_type_enabled, bool (*)(os_log_t, os_log_type_t));
+static_assert(std::is_class_v<os_log_s> && std::is_same_v<decltype(_os_log_default), os_log_s>);
+GIVES(OS_LOG_DEFAULT, os_log_t);
+#ifdef __APPLE__
+IS_FUNCTION(_os_log_impl,
+            void (*)(void*, os_log_t, os_log_type_t, const char*, uint8_t*, uint32_t));
+GIVES(&__dso_handle, mach_header*);
+#endif
+
+/// That the two macros take what they are given is all that can be seen of them.
+[[maybe_unused]] void logs(const char* text) {
+  os_log(OS_LOG_DEFAULT, "%{public}s", text);
+  os_log_with_type(OS_LOG_DEFAULT, OS_LOG_TYPE_DEFAULT, "%{public}s", text);
+}
 
 }  // namespace
