@@ -44,11 +44,11 @@ def change_field(folder, command, offset, form, *values):
     change(folder, EXECUTABLE, edit)
 
 
-def replace(folder, name, old, new):
-    """In the last place where it stands."""
+def replace(folder, name, old, new, find=bytearray.rindex):
+    """In the last place where it stands, or the one that is found otherwise."""
 
     def edit(data):
-        start = data.rindex(old)
+        start = find(data, old)
         assert len(old) == len(new)
         data[start : start + len(old)] = new
 
@@ -112,6 +112,16 @@ FAULTS = [
      lambda folder: replace(folder, EXECUTABLE, b"Versions/A/IOKit\0", b"Versions/C/IOKit\0")),
     ("a name is spelt wrong", "symbols_come_from_their_libraries",
      lambda folder: replace(folder, EXECUTABLE, b"_CFRelease\0", b"_XFRelease\0")),
+    ("it asks for a system without one of its symbols", "the_oldest_system_has_all_it_takes",
+     lambda folder: change_field(folder, mach_o.BUILD_VERSION, 12, "<I", 11 << 16)),
+    ("nobody knows which system has a symbol", "the_oldest_system_has_all_it_takes",
+     lambda folder: replace(folder, EXECUTABLE, b"_CFRelease\0", b"_CFSeventh\0", bytearray.index)),
+    ("it looks for a desk", "it_knows_no_desk",
+     lambda folder: change(folder, EXECUTABLE, lambda data: data.extend(b"BRIVANE_DESK\0"))),
+    ("a picture of the icon is missing", "icon_has_every_size",
+     lambda folder: replace(folder, ICON, b"ic13", b"ic14")),
+    ("a picture of the icon is of another size", "icon_has_every_size",
+     lambda folder: replace(folder, ICON, struct.pack(">2I", 1024, 1024), struct.pack(">2I", 512, 512))),
     ("the list of classes is lost", "objective_c_finds_its_lists",
      lambda folder: replace(folder, EXECUTABLE, b"__objc_classlist", b"__objc_classlisp")),
     ("it exports a function", "nothing_of_it_is_offered_to_others",
@@ -173,11 +183,11 @@ def two_readers_are_compared(built):
 
 CARBON = "[Carbon /System/Carbon 1 1]\n"
 LISTS = [
-    ("a list without mistakes makes stubs", CARBON + "UCKeyTranslate # a remark\n", 0),
+    ("a list without mistakes makes stubs", CARBON + "GetEventKind # a remark\n", 0),
     ("a symbol of another framework is refused", CARBON + "CFRelease\n", 1),
-    ("a symbol that no header declares is refused", CARBON + "UCKeyTranslated\n", 1),
-    ("a symbol that stands twice is refused", CARBON + "UCKeyTranslate UCKeyTranslate\n", 1),
-    ("a symbol without a library is refused", "UCKeyTranslate\n", 1),
+    ("a symbol that no header declares is refused", CARBON + "GetEventKinds\n", 1),
+    ("a symbol that stands twice is refused", CARBON + "GetEventKind GetEventKind\n", 1),
+    ("a symbol without a library is refused", "GetEventKind\n", 1),
 ]
 
 

@@ -39,7 +39,8 @@ FAMILIES = [
     (r"_k?CG[A-Z]\w+", "CoreGraphics"),
     (r"_k?IO[A-Z]\w+", "IOKit"),
     (r"_k?AX[A-Z]\w+", "ApplicationServices"),
-    (r"_k?(TIS|UCKey|LMGet)[A-Z]\w+", "Carbon"),
+    (r"_UCKey[A-Z]\w+", "CoreServices"),
+    (r"_k?(TIS|LMGet)[A-Z]\w+", "Carbon"),
     (r"_(Get|Install|Register|Remove|Unregister)\w*(Event|HotKey)\w*", "Carbon"),
     (r"_(OBJC_(META)?CLASS_\$_|k)CA[A-Z]\w+", "QuartzCore"),
     (rf"_(OBJC_(META)?CLASS_\$_)?NS({FOUNDATION})", "Foundation"),
@@ -48,6 +49,11 @@ FAMILIES = [
     (r"_(dispatch|os|_os)_\w+|__(Block|NSConcrete|dispatch)\w*|__?[a-z_]\w*|dyld_stub_binder", "libSystem"),
     (r"__D\w+Rune\w*|___\w+|__Unwind_\w+", "libSystem"),
 ]
+# Pictures of an icon by their names: how many pixels wide each is. These are all sizes that are kept
+# as PNG files; the two smallest for screens of simple resolution the system makes of the next ones.
+ICON_PICTURES = {
+    "ic11": 32, "ic12": 64, "ic07": 128, "ic13": 256, "ic08": 256, "ic14": 512, "ic09": 512, "ic10": 1024,
+}
 # Not in the system's headers: asked for by name at run time, and missing on some system.
 PRIVATE = r"_(IOAVService|DisplayServices|CoreDisplay|(CGS|SLS)[A-Z])\w*"
 
@@ -247,6 +253,52 @@ def symbols_come_from_their_libraries(app):
             yield f"{library} is loaded for nothing"
 
 
+def first_systems():
+    """The first system with each name, from the list beside this file."""
+    version = None
+    for line in pathlib.Path(__file__).with_name("since.txt").read_text().splitlines():
+        for word in line.split("#")[0].split():
+            if word.startswith("["):
+                version = tuple(map(int, word.strip("[]").split(".")))
+            else:
+                yield word, version
+
+
+def the_oldest_system_has_all_it_takes(app):
+    since = dict(first_systems())
+    _, minimum, _, _ = app.executable.fields(mach_o.BUILD_VERSION, "<4I")
+    oldest = (minimum >> 16, minimum >> 8 & 0xFF)
+    names = {name for name, _, _ in app.executable.bindings()}
+    for name in sorted({re.sub(r"^_OBJC_(META)?CLASS_\$_", "_@", name) for name in names}):
+        first = since.get(name.removeprefix("_") if name.startswith("_") else name)
+        if first is None:
+            yield f"{name}: since.txt doesn't say since when"
+        elif first > oldest:
+            yield f"{name}: since {first[0]}.{first[1]}, and the app asks for {oldest[0]}.{oldest[1]}"
+
+
+def it_knows_no_desk(app):
+    """Who wants to try something out must not meet real displays for a desk; on a Mac there is none,
+    and nothing that could look like one."""
+    for name, data in app.files.items():
+        if b"BRIVANE_DESK" in data:
+            yield name
+
+
+def icon_has_every_size(app):
+    icon = app.files["Resources/Brivane.icns"]
+    found, offset = {}, 8
+    while offset < len(icon):
+        name, size = icon[offset : offset + 4].decode(), struct.unpack_from(">I", icon, offset + 4)[0]
+        picture = icon[offset + 8 : offset + max(size, 8)]
+        start, width, height = struct.unpack_from(">8s8x2I", picture)
+        found[name] = width if start == b"\x89PNG\r\n\x1a\n" and width == height else None
+        offset += size
+    yield from differences(found, ICON_PICTURES)
+    if icon[:8] != struct.pack(">4sI", b"icns", len(icon)):
+        yield "its header"
+
+
 def objective_c_finds_its_lists(app):
     """The run time looks for these by name; a linker that drops one makes classes unknown."""
     sections = dict(app.executable.sections())
@@ -397,6 +449,8 @@ CHECKS = [
     segments_lie_well,
     pointers_follow_the_program,
     symbols_come_from_their_libraries,
+    the_oldest_system_has_all_it_takes,
+    it_knows_no_desk,
     another_reader_agrees,
     objective_c_finds_its_lists,
     nothing_of_it_is_offered_to_others,
@@ -404,6 +458,7 @@ CHECKS = [
     every_page_has_its_hash,
     signature_covers_the_other_files,
     resources_are_sealed,
+    icon_has_every_size,
     it_is_small,
     it_names_no_path_of_the_builder,
     archive_holds_the_app,

@@ -24,7 +24,8 @@ add_library(brivane-machine-common STATIC ${common_sources})
 target_link_libraries(brivane-machine-common PUBLIC brivane-core)
 
 target_link_libraries(Brivane PRIVATE brivane-app brivane-machine-common objc)
-foreach(framework AppKit ApplicationServices Carbon CoreFoundation CoreGraphics Foundation IOKit QuartzCore)
+foreach(framework AppKit ApplicationServices Carbon CoreFoundation CoreGraphics CoreServices Foundation
+    IOKit QuartzCore)
   target_link_libraries(Brivane PRIVATE "-framework ${framework}")
 endforeach()
 target_link_options(Brivane PRIVATE LINKER:-dead_strip LINKER:-dead_strip_dylibs)

@@ -340,7 +340,7 @@ IS_TYPE(dispatch_function_t, void (*)(void*));
 IS_NUMBER(dispatch_qos_class_t, unsigned int);
 GIVES(&_dispatch_source_type_signal, dispatch_source_type_t);
 GIVES(DISPATCH_SOURCE_TYPE_SIGNAL, dispatch_source_type_t);
-static_assert(DISPATCH_QUEUE_SERIAL == nullptr);
+static_assert(static_cast<dispatch_queue_attr_t>(DISPATCH_QUEUE_SERIAL) == nullptr);
 // A queue of its own kind, in newer kits.
 static_assert(std::is_convertible_v<decltype(dispatch_get_main_queue()), dispatch_queue_t>);
 GIVES(dispatch_queue_attr_make_with_qos_class(DISPATCH_QUEUE_SERIAL, QOS_CLASS_UTILITY, 0),

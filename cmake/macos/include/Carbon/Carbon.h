@@ -3,6 +3,7 @@
 #pragma once
 
 #include <ApplicationServices/ApplicationServices.h>
+#include <CoreServices/CoreServices.h>
 
 typedef struct OpaqueEventRef* EventRef;
 typedef struct OpaqueEventTargetRef* EventTargetRef;
@@ -49,12 +50,6 @@ extern const CFStringRef kTISPropertyUnicodeKeyLayoutData;
 TISInputSourceRef TISCopyCurrentKeyboardLayoutInputSource(void) CF_RETURNS_RETAINED;
 void* TISGetInputSourceProperty(TISInputSourceRef source, CFStringRef key);
 
-typedef struct UCKeyboardLayout UCKeyboardLayout;
-enum { kUCKeyActionDisplay = 3 };
-OSStatus UCKeyTranslate(const UCKeyboardLayout* layout, UInt16 virtualKeyCode, UInt16 keyAction,
-                        UInt32 modifierKeyState, UInt32 keyboardType, OptionBits options,
-                        UInt32* deadKeyState, UniCharCount maximumLength,
-                        UniCharCount* actualLength, UniChar text[]);
 UInt8 LMGetKbdType(void);
 
 #if defined(__cplusplus)
