@@ -1,10 +1,14 @@
 #!/bin/sh
-# Undoes what install.sh did, for the user who runs it.
+# Undoes what install.sh did, for the user who runs it. Whoever interrupts or refuses it is left with
+# what was there.
 set -eu
 
 label=com.quorrel.brivane
-agent=$HOME/Library/LaunchAgents/$label.plist
 program=Contents/MacOS/Brivane
+agents=$HOME/Library/LaunchAgents
+agent=$agents/$label.plist
+# Tests have one of their own.
+applications=${BRIVANE_APPLICATIONS:-/Applications}
 
 help() {
   cat <<'TEXT'
@@ -16,6 +20,11 @@ Its settings (hotkeys, the levels of each display) stay for the next time;
 TEXT
 }
 
+fail() {
+  printf '%s\n' "$@" >&2
+  exit 1
+}
+
 settings=no
 case ${1:-} in
   '') ;;
@@ -23,48 +32,85 @@ case ${1:-} in
   --help | -h) help; exit 0 ;;
   *) help >&2; exit 2 ;;
 esac
-if [ "$(id -u)" -eq 0 ]; then
-  echo "Run it as yourself, without sudo: the launch agent is yours." >&2
-  exit 1
-fi
+[ "$(id -u)" -ne 0 ] || fail "Run it as yourself, without sudo: the launch agent is yours."
 
 domain=gui/$(id -u)
 is_running() { pgrep -u "$(id -u)" -x Brivane >/dev/null; }
+is_ours() { grep -qs "<string>$label</string>" "$1/Contents/Info.plist"; }
 
-# Ended before anything is taken away, so that it puts the displays back.
-launchctl bootout "$domain/$label" 2>/dev/null || true
-! is_running || pkill -u "$(id -u)" -x Brivane || true
-for _ in 1 2 3 4 5 6 7 8 9 10; do
-  is_running || break
-  sleep 0.5
-done
-if is_running; then
-  echo "Brivane is still running and doesn't end. Quit it from its menu, then try again." >&2
-  exit 1
-fi
-
-# Where the agent says that it is, and where it would be without one.
-apps() {
-  if [ -f "$agent" ]; then
-    sed -n "s|.*<string>\(.*/Brivane\.app\)/$program</string>.*|\1|p" "$agent" |
-      sed 's/&lt;/</g; s/&gt;/>/g; s/&amp;/\&/g'
-  fi
-  printf '%s\n' /Applications/Brivane.app "$HOME/Applications/Brivane.app"
+# Where the agent says that the app is.
+installed() {
+  [ -f "$agent" ] || return 0
+  sed -n "\|/Brivane\.app/$program</string>|{
+    s|.*<string>\(.*\)/$program</string>.*|\1|; s/&lt;/</g; s/&gt;/>/g; s/&amp;/\&/g; p
+  }" "$agent"
 }
 
-apps | while IFS= read -r app; do
-  # Nobody else's app of that name.
-  grep -qs "<string>$label</string>" "$app/Contents/Info.plist" || continue
-  # The mapping of keys stays when a program ends.
-  "$app/$program" --unmap >/dev/null || true
-  rm -rf "$app"
-  echo "Removed $app."
-done
+# The agent also says which folders were made for it.
+was_made() { grep -qs "folders made for it:.* $1 " "$agent"; }
 
-rm -f "$agent"
-# Only what is switched off stays in the system's list.
+ran=no
+# What ran before runs again.
+tidy_up() {
+  trap '' INT TERM HUP
+  [ $ran = no ] || is_running || launchctl bootstrap "$domain" "$agent" 2>/dev/null ||
+    open -g -b "$label"
+}
+trap tidy_up EXIT
+trap 'echo "Interrupted; Brivane is still installed." >&2; exit 130' INT TERM HUP
+
+# Ended before anything is taken away, so that it puts the displays back.
+stop_running() {
+  ! is_running || ran=yes
+  launchctl bootout "$domain/$label" 2>/dev/null || true
+  ! is_running || pkill -u "$(id -u)" -x Brivane || true
+  for _ in 1 2 3 4 5 6 7 8 9 10; do
+    is_running || return 0
+    sleep 0.5
+  done
+  fail "Brivane is still running and doesn't end. Quit it from its menu, then run uninstall.sh again."
+}
+
+# remove APP: unless somebody else's app has that name.
+remove() {
+  folder=${1%/*} hidden=${1%/*}/.Brivane.app
+  if [ ! -w "$folder" ]; then
+    ! is_ours "$1" || echo "$1 stays, because you may not write into $folder."
+    return
+  fi
+  if is_ours "$1"; then
+    # The mapping of keys stays when a program ends; a grant can be withdrawn while the app is there.
+    "$1/$program" --unmap >/dev/null || true
+    tccutil reset Accessibility "$label" >/dev/null 2>&1 || true
+    rm -rf "$hidden.old" 2>/dev/null || refused "$hidden.old"
+    mv "$1" "$hidden.old" 2>/dev/null || refused "$1"
+    ran=no
+    echo "Removed $1."
+  fi
+  # An installation that was killed leaves either.
+  rm -rf "$hidden.new" "$hidden.old" 2>/dev/null || refused "$hidden.old"
+}
+
+refused() {
+  fail "macOS doesn't let $1 be deleted. Allow this terminal in System Settings > Privacy & Security > App Management, then run uninstall.sh again."
+}
+
+stop_running
+# From here on it takes a moment, which nobody interrupts.
+trap '' INT TERM HUP
+app=$(installed)
+[ -z "$app" ] || remove "$app"
+remove "$applications/Brivane.app"
+remove "$HOME/Applications/Brivane.app"
+ran=no
+[ -z "$app" ] || ! was_made app || rmdir "${app%/*}" 2>/dev/null || true
+made_agents=no
+! was_made agents || made_agents=yes
+rm -f "$agent" "$agent.new"
+[ $made_agents = no ] || rmdir "$agents" 2>/dev/null || true
+
+# What was ever switched stays in the system's list; on is what it is without an entry.
 launchctl enable "$domain/$label" 2>/dev/null || true
-tccutil reset Accessibility "$label" >/dev/null 2>&1 || true
 if [ $settings = yes ]; then
   defaults delete "$label" 2>/dev/null || true
   echo "Its settings are gone, too."
