@@ -12,11 +12,13 @@ namespace {
 
 namespace files = std::filesystem;
 
-/// Nothing else that this machine happens to have.
-const std::vector<std::string> tools = {
-    "cat",       "cmp",   "codesign", "defaults", "dirname", "ditto",   "grep",   "id",
-    "launchctl", "mkdir", "mv",       "open",     "pgrep",   "pkill",   "plutil", "rm",
-    "rmdir",     "sed",   "sleep",    "sw_vers",  "sysctl",  "tccutil", "uname",  "xattr"};
+/// Each is a link to Tests/Install/stand-in.
+const std::vector<std::string> standIns = {"codesign", "defaults", "ditto", "id",    "launchctl",
+                                           "mkdir",    "mv",       "open",  "pgrep", "pkill",
+                                           "plutil",   "rm",       "rmdir", "sleep", "sw_vers",
+                                           "sysctl",   "tccutil",  "uname", "xattr"};
+/// Besides, nothing else that this machine happens to have.
+const std::vector<std::string> commonTools = {"cat", "cmp", "dirname", "grep", "sed"};
 
 std::vector<std::string> linesOf(const files::path& file) {
   std::ifstream stream(file);
@@ -36,8 +38,11 @@ PlayedMac::PlayedMac() {
     files::create_directory(folder / name);
   }
   letApplicationsBeWritten(false);
-  for (const auto& tool : tools) {
+  for (const auto& tool : standIns) {
     files::create_symlink(files::absolute("Tests/Install/stand-in"), folder / "bin" / tool);
+  }
+  for (const auto& tool : commonTools) {
+    files::create_symlink("/usr/bin/" + tool, folder / "bin" / tool);
   }
   // A Mac's /bin/sh is bash in the same way.
   files::create_symlink("/bin/bash", folder / "bin/sh");
