@@ -5,6 +5,8 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "Tests/Support/Knob.h"
+
 namespace brivane {
 
 LinuxWorld::LinuxWorld() {
@@ -18,10 +20,7 @@ LinuxWorld::LinuxWorld() {
 
 std::uint16_t LinuxWorld::luminance(const std::string& connector) const {
   unsigned level = 0;
-  // While the monitor changes its level the file is empty for a moment.
-  for (int attempt = 0; attempt < 1000; ++attempt) {
-    if (std::ifstream(bus / connector / "level") >> level) break;
-  }
+  std::ifstream(bus / connector / "level") >> level;
   return static_cast<std::uint16_t>(level);
 }
 
@@ -34,7 +33,7 @@ std::vector<std::string> LinuxWorld::wireLog() const {
 
 void LinuxWorld::turn(const std::string& connector, const std::string& knob,
                       const std::string& value) const {
-  std::ofstream(bus / connector / knob) << value << "\n";
+  turnKnob(bus / connector / knob, value);
 }
 
 std::map<std::string, std::string> LinuxWorld::environment() const {

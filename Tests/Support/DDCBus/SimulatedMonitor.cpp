@@ -6,6 +6,8 @@
 #include <map>
 #include <numeric>
 
+#include "Tests/Support/Knob.h"
+
 namespace brivane {
 namespace {
 
@@ -16,6 +18,7 @@ constexpr std::uint8_t computerAddress = 0x51;
 constexpr std::uint8_t replyAddress = 0x50;
 constexpr std::uint8_t luminance = 0x10;
 constexpr auto replyTime = std::chrono::milliseconds(40);
+constexpr auto slowReplyTime = std::chrono::hours(1);
 
 const std::map<std::string, int> errorNumbers = {
     {"EBUSY", EBUSY},   {"EINVAL", EINVAL},         {"EIO", EIO},    {"ENODEV", ENODEV},
@@ -63,7 +66,8 @@ int SimulatedMonitor::write(unsigned chip, std::span<const std::uint8_t> message
 
 int SimulatedMonitor::read(unsigned chip, std::span<std::uint8_t> reply) {
   if (const int error = wireError(chip)) return error;
-  const bool isReady = std::chrono::steady_clock::now() - lastRequest >= replyTime;
+  const auto needed = hasMood("slow") ? slowReplyTime : replyTime;
+  const bool isReady = std::chrono::steady_clock::now() - lastRequest >= needed;
   const auto message = isReady && !preparedReply.empty() && !hasMood("silent")
                            ? preparedReply
                            : withChecksum({monitorAddress, 0x80});
@@ -83,7 +87,7 @@ void SimulatedMonitor::obey(std::span<const std::uint8_t> command) {
   if (command.size() == 2 && command[0] == 0x01) prepareReply(command[1]);
   if (command.size() == 4 && command[0] == 0x03 && command[1] == luminance) {
     const int level = command[2] << 8 | command[3];
-    std::ofstream(folder / "level") << level << "\n";
+    turnKnob(folder / "level", std::to_string(level));
     note("level " + std::to_string(level));
   }
 }

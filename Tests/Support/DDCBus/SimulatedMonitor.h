@@ -18,6 +18,7 @@ namespace brivane {
 /// Its knobs are files in its folder, read at each message: "level" and "maximum" (of the
 /// luminance), and "mood", words out of:
 ///   silent             every reply is a null message
+///   slow               a reply takes an hour instead of the 40 ms
 ///   wire:<error>       no message gets through ("wire:ENXIO")
 ///   rdwr:<error>       the bus refuses I2C_RDWR ("rdwr:EINVAL")
 ///   slave:<error>      the bus refuses to set the address ("slave:EBUSY")

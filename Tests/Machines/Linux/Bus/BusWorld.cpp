@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "Machines/Linux/HIDUtil/InputDevices.h"
+#include "Tests/Support/Knob.h"
 
 namespace brivane {
 namespace {
@@ -59,7 +60,7 @@ void BusWorld::SetUp() {
 
 void BusWorld::turn(const std::string& device, const std::string& knob,
                     const std::string& value) const {
-  std::ofstream(state / device / knob) << value << "\n";
+  turnKnob(state / device / knob, value);
 }
 
 std::string BusWorld::knob(const std::string& device, const std::string& knob) const {
