@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace brivane {
 namespace {
@@ -267,6 +268,19 @@ void X11Rig::pressKey(xcb_keycode_t key) {
 
 void X11Rig::releaseKey(xcb_keycode_t key) {
   fakeInput(XCB_KEY_RELEASE, key);
+}
+
+void X11Rig::tapKey(xcb_keycode_t key, const std::vector<xcb_keycode_t>& modifiers) {
+  std::vector<std::pair<std::uint8_t, xcb_keycode_t>> events;
+  for (const auto modifier : modifiers) events.emplace_back(XCB_KEY_PRESS, modifier);
+  events.emplace_back(XCB_KEY_PRESS, key);
+  events.emplace_back(XCB_KEY_RELEASE, key);
+  for (const auto modifier : modifiers) events.emplace_back(XCB_KEY_RELEASE, modifier);
+  for (const auto& [type, one] : events) {
+    xcb_test_fake_input(connection, type, one, XCB_CURRENT_TIME, root, 0, 0, 0);
+  }
+  required(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr),
+           "an answer");
 }
 
 void X11Rig::movePointer(int x, int y) {

@@ -81,6 +81,8 @@ class X11Rig {
   /// A key goes down or up, as if on a keyboard.
   void pressKey(xcb_keycode_t key);
   void releaseKey(xcb_keycode_t key);
+  /// A short press, with these held down: in one go, so that it is short on a busy machine too.
+  void tapKey(xcb_keycode_t key, const std::vector<xcb_keycode_t>& modifiers = {});
   /// The pointer moves to a pixel of the X screen, and its buttons go down or up, as by hand.
   void movePointer(int x, int y);
   void pressButton(std::uint8_t button = 1);

@@ -7,7 +7,6 @@
 #include <array>
 #include <chrono>
 #include <csignal>
-#include <functional>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -16,6 +15,7 @@
 
 #include "Tests/EndToEnd/Linux/LinuxWorld.h"
 #include "Tests/EndToEnd/Support/Program.h"
+#include "Tests/Support/Eventually.h"
 #include "Tests/Support/FakeLogind.h"
 #include "Tests/Support/ICCProfileBuilder.h"
 
@@ -41,15 +41,6 @@ constexpr xcb_keycode_t down = 116;
 constexpr xcb_keycode_t f19 = 197;
 constexpr xcb_keycode_t brightnessUp = 233;
 
-/// Waits until it holds, for at most some seconds.
-bool eventually(const std::function<bool()>& condition) {
-  for (int round = 0; round < 500; ++round) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(milliseconds(10));
-  }
-  return false;
-}
-
 class LinuxResidentTest : public testing::Test {
  protected:
   LinuxResidentTest() {
@@ -72,22 +63,35 @@ class LinuxResidentTest : public testing::Test {
 
   /// Its hotkeys in force and every monitor's level known.
   void start() {
-    const std::size_t before = world.wireLog().size();
     program =
         std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, environment());
     ASSERT_TRUE(eventually([&] { return world.screens.isKeyTaken(f19, 0); }));
-    ASSERT_TRUE(eventually([&] { return hasAnswered("HDMI-A-1", before); }));
-    ASSERT_TRUE(eventually([&] { return hasAnswered("DP-1", before); }));
-    // The answer has left the bus, and is still on its way through the program.
-    std::this_thread::sleep_for(milliseconds(300));
+    // It remembers what a monitor counts up to when it comes to know its level.
+    for (const auto* monitor : {"ddcmax.2646.4097.11", "ddcmax.2646.4098.22"}) {
+      ASSERT_TRUE(eventually([&] {
+        return TemporaryFolder::read(world.settings()).find(monitor) != std::string::npos;
+      }));
+    }
   }
 
-  /// Since that line of the log.
-  bool hasAnswered(const std::string& connector, std::size_t line) {
+  /// After a change of the screens, levels are restored two seconds later, and asked for first.
+  void waitForRestoredLevels(const std::vector<std::string>& connectors) {
+    std::this_thread::sleep_for(milliseconds(1900));
+    const std::size_t before = world.wireLog().size();
+    for (const auto& connector : connectors) {
+      ASSERT_TRUE(eventually([&] { return wasOnTheWire(before, connector, "read "); }));
+    }
+    // The answer has left the bus, and is still on its way through the program.
+    atRest([&] { return world.wireLog(); });
+  }
+
+  /// What begins so, since that line of the log.
+  bool wasOnTheWire(std::size_t line, const std::string& connector, const std::string& event) {
     const auto lines = world.wireLog();
     return std::any_of(lines.begin() + static_cast<std::ptrdiff_t>(line), lines.end(),
                        [&](const std::string& message) {
-                         return message.find(" " + connector + " read ") != std::string::npos;
+                         return (message + "\n").find(" " + connector + " " + event) !=
+                                std::string::npos;
                        });
   }
 
@@ -111,15 +115,14 @@ class LinuxResidentTest : public testing::Test {
     for (const auto modifier : {option, control}) world.screens.releaseKey(modifier);
   }
   void tap(xcb_keycode_t key, int times = 1) {
-    for (int time = 0; time < times; ++time) {
-      press(key);
-      release(key);
-      std::this_thread::sleep_for(milliseconds(20));
-    }
+    for (int time = 0; time < times; ++time) world.screens.tapKey(key, {control, option});
   }
 
   bool becomes(const std::string& connector, std::uint16_t level) {
     return eventually([&] { return world.luminance(connector) == level; });
+  }
+  std::uint16_t levelAtRest() {
+    return atRest([&] { return world.luminance("HDMI-A-1"); });
   }
 
   /// When each level first went out to the monitor, in messages after the first so many.
@@ -205,23 +208,14 @@ TEST_F(LinuxResidentTest, ControlOptionUpAndDownStepTheMonitorUnderThePointerAnd
   EXPECT_EQ(world.luminance("HDMI-A-1"), 45);
 }
 
-TEST_F(LinuxResidentTest, AHeldKeySweepsAtItsPaceUntilItsRelease) {
+TEST_F(LinuxResidentTest, AHeldKeySweepsUntilItsRelease) {
   start();
-  tap(down, 8);
-  ASSERT_TRUE(becomes("HDMI-A-1", 10)) << world.luminance("HDMI-A-1");
-  const std::size_t before = world.wireLog().size();
+  tap(down, 10);
+  ASSERT_TRUE(becomes("HDMI-A-1", 0)) << world.luminance("HDMI-A-1");
   press(up);
-  ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") >= 60; }));
+  ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") >= 10; }));
   release(up);
-  // A hundred points take 1.2 s.
-  const Pace pace = paceOf(firstTimes(before, "HDMI-A-1"), 20, 60, 30);
-  EXPECT_LE(pace.shortest, 13.5);
-  EXPECT_GE(pace.longest, 10.5);
-  std::this_thread::sleep_for(milliseconds(300));
-  const auto level = world.luminance("HDMI-A-1");
-  EXPECT_LT(level, 100);
-  std::this_thread::sleep_for(milliseconds(300));
-  EXPECT_EQ(world.luminance("HDMI-A-1"), level) << "the release ended it";
+  EXPECT_LT(levelAtRest(), 100) << "the release ended it";
 }
 
 TEST_F(LinuxResidentTest, AHeldKeysMessagesGoOutAtItsPaceInItsSteps) {
@@ -235,8 +229,9 @@ TEST_F(LinuxResidentTest, AHeldKeysMessagesGoOutAtItsPaceInItsSteps) {
   release(up);
   const auto times = firstTimes(before, "HDMI-A-1");
   ASSERT_TRUE(times.contains(5));
-  ASSERT_TRUE(times.contains(10));
-  EXPECT_GE(times.at(10) - times.at(5), milliseconds(250)) << "the press's own step comes first";
+  const auto swept = times.upper_bound(5);
+  ASSERT_NE(swept, times.end());
+  EXPECT_GE(swept->second - times.at(5), milliseconds(200)) << "the press's own step comes first";
   // A hundred points take 1.2 s; levels may be left out when the machine is slow.
   const Pace pace = paceOf(times, 10, 90, 60);
   EXPECT_LE(pace.shortest, 13);
@@ -249,7 +244,7 @@ TEST_F(LinuxResidentTest, WithShiftARelayedKeySweepsFinely) {
   const std::size_t before = world.wireLog().size();
   world.screens.pressKey(shift);
   world.screens.pressKey(f19);
-  EXPECT_TRUE(becomes("HDMI-A-1", 51)) << world.luminance("HDMI-A-1");
+  EXPECT_TRUE(eventually([&] { return wasOnTheWire(before, "HDMI-A-1", "level 51\n"); }));
   ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") >= 65; }));
   // A hundred points take 6 s, and a message has the level of its moment, up to a point too low.
   const Pace pace = paceOf(firstTimes(before, "HDMI-A-1"), 52, 65, 9);
@@ -267,8 +262,7 @@ TEST_F(LinuxResidentTest, RollingFromOneKeyToTheOtherEndsWithTheLastRelease) {
   world.screens.pressKey(down);
   world.screens.releaseKey(up);
   release(down);
-  std::this_thread::sleep_for(milliseconds(800));
-  EXPECT_EQ(world.luminance("HDMI-A-1"), 50);
+  EXPECT_EQ(levelAtRest(), 50);
 }
 
 TEST_F(LinuxResidentTest, CapsLockAndNumLockChangeNothing) {
@@ -296,7 +290,7 @@ TEST_F(LinuxResidentTest, BelowTheLowestLevelThatDisplaysGammaIsDimmedAndNoOther
   EXPECT_EQ(world.screens.gamma(right), others[1]);
   tap(up, 6);
   EXPECT_TRUE(becomes("HDMI-A-1", 10)) << world.luminance("HDMI-A-1");
-  EXPECT_EQ(world.screens.gamma(left), before);
+  EXPECT_TRUE(eventually([&] { return world.screens.gamma(left) == before; }));
 }
 
 TEST_F(LinuxResidentTest, AboveTheHighestLevelThatDisplaysGammaIsBrightenedAndNoOther) {
@@ -312,7 +306,7 @@ TEST_F(LinuxResidentTest, AboveTheHighestLevelThatDisplaysGammaIsBrightenedAndNo
   EXPECT_EQ(world.screens.gamma(right), others[1]);
   tap(down, 5);
   EXPECT_TRUE(becomes("DP-1", 242));
-  EXPECT_EQ(world.screens.gamma(middle), before);
+  EXPECT_TRUE(eventually([&] { return world.screens.gamma(middle) == before; }));
 }
 
 // The end
@@ -334,6 +328,9 @@ class LinuxResidentEndTest : public LinuxResidentTest {
   }
 
   bool isCalibrated() {
+    return eventually([&] { return isCalibratedNow(); });
+  }
+  bool isCalibratedNow() {
     return world.screens.gamma(left) == line(250) && world.screens.gamma(middle) == line(240) &&
            world.screens.gamma(right) == line(257);
   }
@@ -364,7 +361,7 @@ TEST_F(LinuxResidentEndTest, AfterAKillTheNextStartMakesEveryTableTheCalibratedO
   start();
   disturb();
   EXPECT_EQ(end(SIGKILL).exitStatus, 128 + SIGKILL);
-  EXPECT_FALSE(isCalibrated()) << "gamma outlives the program on X";
+  EXPECT_FALSE(isCalibratedNow()) << "gamma outlives the program on X";
   start();
   EXPECT_TRUE(isCalibrated()) << testing::PrintToString(peaks());
 }
@@ -375,8 +372,10 @@ TEST_F(LinuxResidentEndTest, AfterASignalADisplayThatWentOffDimmedDoesNotComeBac
   for (const auto display : {left, middle}) world.screens.turnOff(display);
   std::this_thread::sleep_for(milliseconds(300));
   EXPECT_EQ(end(SIGTERM).exitStatus, 0);
-  for (const auto display : {left, middle}) world.screens.turnOn(display);
-  for (const auto display : {left, middle}) EXPECT_EQ(world.screens.gamma(display), line(257));
+  for (const auto display : {left, middle}) {
+    world.screens.turnOn(display);
+    EXPECT_TRUE(eventually([&] { return world.screens.gamma(display) == line(257); }));
+  }
 }
 
 TEST_F(LinuxResidentTest, ASecondStartNamesTheFirstAndLeavesItAlone) {
@@ -426,15 +425,16 @@ TEST_F(LinuxResidentTest, AfterAnotherKeyboardLayoutTheHotkeysWorkAndAHeldKeySti
   world.screens.useEvdevKeymap("fr");
   tap(up);
   EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
-  press(down);
-  ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") < 55; }));
+  tap(down, 11);
+  ASSERT_TRUE(becomes("HDMI-A-1", 0)) << world.luminance("HDMI-A-1");
+  // With Shift it has a long way to go, and layouts change slowly.
+  world.screens.pressKey(shift);
+  world.screens.pressKey(f19);
+  ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") > 1; }));
   world.screens.useEvdevKeymap("de");
-  release(down);
-  std::this_thread::sleep_for(milliseconds(300));
-  const auto level = world.luminance("HDMI-A-1");
-  EXPECT_GT(level, 0);
-  std::this_thread::sleep_for(milliseconds(300));
-  EXPECT_EQ(world.luminance("HDMI-A-1"), level);
+  world.screens.releaseKey(f19);
+  world.screens.releaseKey(shift);
+  EXPECT_LT(levelAtRest(), 100);
 }
 
 TEST_F(LinuxResidentTest, WithoutAnXServerItSaysWhatIsMissingAndEndsWithStatusOne) {
@@ -465,7 +465,7 @@ class LinuxResidentServerDeathTest : public LinuxResidentTest {
 TEST_F(LinuxResidentServerDeathTest, TheProgramSaysSoGivesTheBrightnessKeysBackAndEnds) {
   const std::string before = keyMapping();
   start();
-  ASSERT_NE(keyMapping(), before);
+  ASSERT_TRUE(eventually([&] { return keyMapping() != before; }));
   world.screens.killServer();
   expectOneLineAndStatusOne();
   EXPECT_EQ(keyMapping(), before);
@@ -526,21 +526,27 @@ TEST_F(LinuxResidentTest, OverADisplayThatCantBeDrivenABrightnessKeyGoesToWhoeve
 
 TEST_F(LinuxResidentTest, WhileTheMachineSleepsNothingIsWrittenAndAfterwardsItIs) {
   start();
+  ASSERT_TRUE(eventually([&] { return !logind.inhibitors().empty(); }));
   logind.announceSleep(true);
-  std::this_thread::sleep_for(milliseconds(100));
+  ASSERT_TRUE(eventually([&] { return logind.inhibitors().empty(); }));
   tap(up);
   std::this_thread::sleep_for(milliseconds(300));
   EXPECT_EQ(world.luminance("HDMI-A-1"), 50);
   logind.announceSleep(false);
   world.turn("HDMI-A-1", "level", "20");
   std::this_thread::sleep_for(milliseconds(1000));
-  const auto level = world.luminance("HDMI-A-1");
-  tap(up);
-  EXPECT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") > level; }));
+  const auto level = levelAtRest();
+  // Presses before the program knows the level again do nothing.
+  EXPECT_TRUE(eventually([&] {
+    tap(up);
+    std::this_thread::sleep_for(milliseconds(200));
+    return world.luminance("HDMI-A-1") > level;
+  }));
 }
 
 TEST_F(LinuxResidentTest, SleepWaitsForTheWireAndAHeldKeyLeavesItAloneThen) {
   start();
+  ASSERT_TRUE(eventually([&] { return !logind.inhibitors().empty(); }));
   EXPECT_THAT(logind.inhibitors(), ElementsAre("sleep delay Brivane"));
   press(down);
   ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") < 40; }));
@@ -560,11 +566,11 @@ TEST_F(LinuxResidentTest, ADisplayThatIsMovedOrWasOffIsStillTheOneUnderThePointe
   world.screens.move(left, 0, 1000);
   world.screens.turnOff(middle);
   world.screens.warpPointer(800, 1450);
-  std::this_thread::sleep_for(milliseconds(2500));
+  waitForRestoredLevels({"HDMI-A-1"});
   tap(up);
   EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
   world.screens.turnOn(middle);
-  std::this_thread::sleep_for(milliseconds(2500));
+  waitForRestoredLevels({"HDMI-A-1", "DP-1"});
   pointAtMiddle();
   tap(down);
   EXPECT_TRUE(becomes("DP-1", 242)) << world.luminance("DP-1");
@@ -588,7 +594,7 @@ TEST_F(LinuxResidentTest, OnADisplayThatHasMovedTheHUDMovesWithIt) {
   EXPECT_TRUE(eventually([&] { return showsHUDAt(800 - 180, 900 - 130 - 54); }));
   world.screens.move(left, 0, 1000);
   world.screens.warpPointer(800, 1450);
-  std::this_thread::sleep_for(milliseconds(2500));
+  waitForRestoredLevels({"HDMI-A-1"});
   tap(up);
   EXPECT_TRUE(eventually([&] { return showsHUDAt(800 - 180, 1000 + 900 - 130 - 54); }))
       << testing::PrintToString(huds());
@@ -603,8 +609,7 @@ TEST_F(LinuxResidentTest, ADisplayThatWasOffIsBroughtBackToItsLevelAndDimming) {
   tap(down, 14);
   ASSERT_TRUE(becomes("HDMI-A-1", 0));
   ASSERT_TRUE(eventually([&] { return peak(left) < 55000; }));
-  std::this_thread::sleep_for(milliseconds(300));
-  const auto dimmed = world.screens.gamma(left);
+  const auto dimmed = atRest([&] { return world.screens.gamma(left); });
   const std::size_t before = world.wireLog().size();
   for (const auto display : {left, middle}) world.screens.turnOff(display);
   std::this_thread::sleep_for(milliseconds(2500));
@@ -617,6 +622,7 @@ TEST_F(LinuxResidentTest, ADisplayThatWasOffIsBroughtBackToItsLevelAndDimming) {
   EXPECT_TRUE(becomes("HDMI-A-1", 0)) << world.luminance("HDMI-A-1");
   EXPECT_TRUE(eventually([&] { return world.screens.gamma(left) == dimmed; })) << peak(left);
   EXPECT_GT(world.wireLog().size(), before);
+  atRest([&] { return world.wireLog(); });
   pointAtMiddle();
   tap(up);
   EXPECT_TRUE(becomes("DP-1", 242)) << world.luminance("DP-1");
