@@ -3,16 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "Tests/EndToEnd/Linux/LinuxWorld.h"
 #include "Tests/EndToEnd/Support/Program.h"
+#include "Tests/Support/Eventually.h"
 #include "Tests/Support/FakeLogind.h"
 #include "Tests/Support/FakeTrayHost.h"
 #include "Tests/Support/Onlooker.h"
@@ -26,6 +25,7 @@ inline constexpr xcb_keycode_t tab = 23;
 inline constexpr xcb_keycode_t q = 24;
 inline constexpr xcb_keycode_t enter = 36;
 inline constexpr xcb_keycode_t control = 37;
+inline constexpr xcb_keycode_t shift = 50;
 inline constexpr xcb_keycode_t option = 64;
 inline constexpr xcb_keycode_t space = 65;
 inline constexpr xcb_keycode_t up = 111;
@@ -46,9 +46,6 @@ inline constexpr int systemKeys = 6;
 inline constexpr int changeHotkeys = 7;
 }  // namespace menuLineFromLast
 
-/// Waits until it holds, for at most some seconds.
-bool eventually(const std::function<bool()>& condition);
-
 /// The built program on a whole PC with a session bus of its own, in the hands of somebody who sees
 /// the screen and has a mouse and a keyboard.
 class DesktopTest : public testing::Test {
@@ -63,8 +60,10 @@ class DesktopTest : public testing::Test {
   /// Ends with status 0, silent, and leaves neither window, hotkey nor gamma behind.
   void expectCleanEnd();
 
-  void tap(xcb_keycode_t key);
-  void tapWith(const std::vector<xcb_keycode_t>& modifiers, xcb_keycode_t key);
+  void tap(xcb_keycode_t key) { world.screens.tapKey(key); }
+  void tapWith(const std::vector<xcb_keycode_t>& modifiers, xcb_keycode_t key) {
+    world.screens.tapKey(key, modifiers);
+  }
   /// Control and option with the key.
   void tapHotkey(xcb_keycode_t key) { tapWith({xKey::control, xKey::option}, key); }
   void click(int x, int y, std::uint8_t button = 1);
@@ -84,6 +83,7 @@ class DesktopTest : public testing::Test {
   std::vector<PixelBox> handles();
 
   bool becomes(const std::string& connector, std::uint16_t level);
+  std::uint16_t leftLevelAtRest();
   /// The hotkeys step the left monitor. Presses before the program knows its level do nothing, so
   /// this presses until something happens.
   bool doHotkeysWork();

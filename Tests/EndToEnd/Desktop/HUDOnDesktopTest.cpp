@@ -29,8 +29,12 @@ class HUDOnDesktopTest : public DesktopTest {
       return hud().has_value();
     });
   }
+  /// And presses it again and again: it may be for a monitor whose level isn't known yet, and a HUD
+  /// goes soon.
   bool isHUDAt(const PixelBox& box, int tolerance = 0) {
     return eventually([&] {
+      tapHotkey(xKey::down);
+      std::this_thread::sleep_for(milliseconds(50));
       const auto window = hud();
       if (window) lastSeen = window;
       // Qt's own pixels are larger at these scales, and its places whole ones.
@@ -61,10 +65,12 @@ TEST_F(HUDOnDesktopTest, ItShowsOnTheDisplayThatChanges) {
   ASSERT_TRUE(doesHUDShow());
   EXPECT_TRUE(isHUDAt({620, 716, 360, 54})) << text(lastSeen);
   pointAtMiddle();
-  tapHotkey(xKey::down);
-  EXPECT_TRUE(isHUDAt({2380, 1196, 360, 54})) << text(lastSeen);
-  EXPECT_TRUE(hud()->isUnmanaged);
-  EXPECT_EQ(onlooker.topmost(), hud()->number);
+  ASSERT_TRUE(isHUDAt({2380, 1196, 360, 54})) << text(lastSeen);
+  EXPECT_TRUE(lastSeen->isUnmanaged);
+  EXPECT_TRUE(eventually([&] {
+    tapHotkey(xKey::down);
+    return onlooker.topmost() == lastSeen->number;
+  }));
 }
 
 TEST_F(HUDOnDesktopTest, ItIsGoneSomewhatMoreThanASecondAfterTheLastPress) {
@@ -79,11 +85,13 @@ TEST_F(HUDOnDesktopTest, ItIsGoneSomewhatMoreThanASecondAfterTheLastPress) {
 TEST_F(HUDOnDesktopTest, AHeldKeyKeepsItUpWhileTheLevelSweeps) {
   start();
   ASSERT_TRUE(doesHUDShow());
-  const auto before = onlooker.picture(hud()->box);
+  ASSERT_TRUE(isHUDAt({620, 716, 360, 54})) << text(lastSeen);
+  const PixelBox box = lastSeen->box;
+  const auto before = onlooker.picture(box);
   for (const auto key : {xKey::control, xKey::option, xKey::up}) world.screens.pressKey(key);
   EXPECT_TRUE(becomes("HDMI-A-1", 100));
-  ASSERT_TRUE(hud());
-  EXPECT_FALSE(onlooker.picture(hud()->box) == before);
+  EXPECT_TRUE(hud());
+  EXPECT_FALSE(onlooker.picture(box) == before);
   for (const auto key : {xKey::up, xKey::option, xKey::control}) world.screens.releaseKey(key);
 }
 
@@ -122,7 +130,10 @@ TEST_P(HUDOverAWindowTest, ItIsInFrontTakesNoFocusAndAClickReachesTheWindowBelow
   start();
   ASSERT_TRUE(doesHUDShow());
   EXPECT_TRUE(isHUDAt({620, 716, 360, 54})) << text(lastSeen);
-  EXPECT_TRUE(eventually([&] { return onlooker.pixel(640, 743) != ground; })) << "it is in front";
+  EXPECT_TRUE(eventually([&] {
+    tapHotkey(xKey::down);
+    return onlooker.pixel(640, 743) != ground;
+  })) << "it is in front";
   EXPECT_EQ(onlooker.focus(), below);
   onlooker.takeClicks();
   click(800, 743);
@@ -130,7 +141,7 @@ TEST_P(HUDOverAWindowTest, ItIsInFrontTakesNoFocusAndAClickReachesTheWindowBelow
   EXPECT_EQ(onlooker.focus(), below);
   ASSERT_TRUE(eventually([&] { return !hud(); }));
   EXPECT_EQ(onlooker.focus(), below);
-  EXPECT_EQ(onlooker.pixel(800, 743), ground);
+  EXPECT_TRUE(eventually([&] { return onlooker.pixel(800, 743) == ground; }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, HUDOverAWindowTest, testing::Bool(),
@@ -150,6 +161,7 @@ TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
   const PixelBox box = lastSeen->box;
   // Every second pixel would be like its neighbour if a small picture had been enlarged.
   EXPECT_TRUE(eventually([&] {
+    tapHotkey(xKey::down);
     const Picture shown = onlooker.picture(box);
     int fine = 0;
     for (int y = 0; y + 1 < shown.height; y += 2) {
@@ -162,13 +174,15 @@ TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
   }));
   // And its outermost pixels are its own.
   const int middle = box.x + box.width / 2;
-  EXPECT_NE(onlooker.pixel(middle, box.y), ground);
+  EXPECT_TRUE(eventually([&] {
+    tapHotkey(xKey::down);
+    return onlooker.pixel(middle, box.y) != ground &&
+           onlooker.pixel(middle, box.y + box.height - 1) != ground;
+  }));
   EXPECT_EQ(onlooker.pixel(middle, box.y - 1), ground);
-  EXPECT_NE(onlooker.pixel(middle, box.y + box.height - 1), ground);
   EXPECT_EQ(onlooker.pixel(middle, box.y + box.height), ground);
   EXPECT_EQ(onlooker.pixel(box.x + 1, box.y + 1), ground) << "the corners are cut off";
   pointAtMiddle();
-  tapHotkey(xKey::down);
   EXPECT_TRUE(
       isHUDAt({2560 - box.width / 2, 1380 - 130 - box.height, box.width, box.height}, tolerance))
       << text(lastSeen);
