@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -48,6 +49,13 @@ std::unique_ptr<ResidentUnderTest> makeResidentUnderTest();
 class ResidentConformance : public testing::Test {
  protected:
   ResidentConformance() : underTest(makeResidentUnderTest()), machine(underTest->machine()) {}
+
+  /// Settles until it holds, which a busy machine may take long for; false when it never does.
+  bool settleUntil(const std::function<bool()>& holds) {
+    constexpr int patience = 1000;
+    for (int round = 0; round < patience && !holds(); ++round) underTest->settle();
+    return holds();
+  }
 
   std::unique_ptr<ResidentUnderTest> underTest;
   ResidentMachine& machine;

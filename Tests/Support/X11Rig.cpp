@@ -362,6 +362,17 @@ std::vector<X11Rig::Box> X11Rig::shownWindows() {
   return boxes;
 }
 
+void X11Rig::tell(xcb_window_t window, std::uint32_t number) {
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = window;
+  message.type = XCB_ATOM_INTEGER;
+  message.data.data32[0] = number;
+  check(xcb_send_event_checked(connection, 0, window, 0, reinterpret_cast<const char*>(&message)),
+        "to pass a message on");
+}
+
 void X11Rig::switchScreenSaver(bool isOn) {
   check(xcb_force_screen_saver_checked(connection,
                                        isOn ? XCB_SCREEN_SAVER_ACTIVE : XCB_SCREEN_SAVER_RESET),

@@ -104,6 +104,9 @@ class X11Rig {
   };
   std::vector<Box> shownWindows();
 
+  /// Sends the number to whoever made the window: it comes behind all that happened before.
+  void tell(xcb_window_t window, std::uint32_t number);
+
   /// Switches the screen saver on or off.
   void switchScreenSaver(bool isOn);
 

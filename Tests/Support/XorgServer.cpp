@@ -25,7 +25,7 @@ namespace {
 constexpr auto executable = "/usr/lib/xorg/Xorg";
 /// Seen from the top of the tree, where every test program is started.
 constexpr auto configuration = "Tests/Support/X11/xorg.conf";
-constexpr int startPatienceMilliseconds = 20'000;
+constexpr int startPatienceMilliseconds = 60'000;
 constexpr std::size_t logEndBytes = 2000;
 
 std::filesystem::path makeFolder() {

@@ -48,7 +48,7 @@ bool OnXWorld::eventually(const std::function<bool()>& holds) {
   QElapsedTimer timer;
   timer.start();
   while (!holds()) {
-    if (timer.elapsed() > 10'000) return false;
+    if (timer.elapsed() > 60'000) return false;
     QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     linux->runtime().async([this] { linux->runtime().stop(); });
     linux->runtime().run();

@@ -18,7 +18,7 @@ class OnXWorld {
   static OnXWorld& shared();
   static void drop();
 
-  /// Runs Qt's loop and the Linux machine's main queue until it holds; false after ten seconds.
+  /// Runs Qt's loop and the Linux machine's main queue until it holds; false after a minute.
   bool eventually(const std::function<bool()>& holds);
 
   X11Rig rig;

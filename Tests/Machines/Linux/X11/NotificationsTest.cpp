@@ -34,8 +34,7 @@ class Notifications : public XInputTest {
 
   /// Waits until that many inhibitors are held.
   bool holds(std::size_t count) {
-    for (int round = 0; round < 100 && logind.inhibitors().size() != count; ++round) settle();
-    return logind.inhibitors().size() == count;
+    return settleUntil([&] { return logind.inhibitors().size() == count; });
   }
 
   /// The different things that were heard.
@@ -43,8 +42,7 @@ class Notifications : public XInputTest {
 
   /// Waits until so much has been heard.
   bool hears(std::size_t count) {
-    for (int round = 0; round < 100 && heard.size() < count; ++round) settle();
-    return heard.size() >= count;
+    return settleUntil([&] { return heard.size() >= count; });
   }
 
   /// The bus goes, and logind with it.
@@ -89,6 +87,7 @@ TEST_F(Notifications, SleepIsOverForTheProgramBeforeItsWakeIsAnnounced) {
   EXPECT_FALSE(gate.enter());
   EXPECT_THAT(heard, ElementsAre("saved asleep held"));
   logind.announceSleep(false);
+  ASSERT_TRUE(hears(2));
   settle();
   EXPECT_TRUE(gate.enter());
   EXPECT_THAT(heard, ElementsAre("saved asleep held", StartsWith("woke")));
@@ -129,6 +128,7 @@ TEST_F(Notifications, ASystemThatGivesNoInhibitorIsHeardAllTheSame) {
   settle();
   logind.announceSleep(true);
   logind.announceSleep(false);
+  ASSERT_TRUE(hears(2));
   settle();
   EXPECT_THAT(heard, ElementsAre("saved asleep", "woke"));
 }
