@@ -163,7 +163,6 @@ HAS_FIELD(CFRunLoopTimerContext, copyDescription, 32, CFStringRef (*)(const void
 // Constants
 
 IS_VALUE(kCFStringEncodingUTF8, 0x08000100);
-IS_VALUE(kCFNumberSInt32Type, 3);
 IS_VALUE(kCFNumberSInt64Type, 4);
 IS_VALUE(kCFNumberFloat64Type, 6);
 IS_VALUE(kCFURLPOSIXPathStyle, 0);
