@@ -20,7 +20,7 @@ namespace brivane {
 /// "disp…") tie the two together.
 ///
 /// `rescanIfNeeded`, `handle`, `resolvePort` and `scan` run on the DDC queue only. The other
-/// operations keep nothing and are for main and DDC queue.
+/// operations keep nothing: names are for the main thread, the rest for main and DDC queue.
 class DisplayRegistry {
  public:
   DisplayRegistry(DisplaySystem& displaySystem, IORegistry& ioRegistry, SymbolLoader& loader,

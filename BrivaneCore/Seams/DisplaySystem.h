@@ -48,7 +48,7 @@ class DisplaySystem {
   /// displays.
   virtual PanelIdentity panelIdentity(DisplayID display) = 0;
 
-  /// Main and DDC queue. The screens in the window system's order; the first has the menu bar.
+  /// Main. The screens in the window system's order; the first has the menu bar.
   virtual std::vector<Screen> screens() = 0;
 
   /// Main. The screen that has the user's attention; nothing when the window system has none.

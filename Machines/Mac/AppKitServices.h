@@ -15,13 +15,12 @@
 
 namespace brivane {
 
-/// What only AppKit tells or does; the rest of the machine is made of C interfaces. Main thread,
-/// unless said otherwise.
+/// What only AppKit tells or does; the rest of the machine is made of C interfaces. Main thread.
 class AppKitServices {
  public:
   virtual ~AppKitServices() = default;
 
-  /// As in `DisplaySystem`; `screens` on the main thread and the DDC queue.
+  /// As in `DisplaySystem`.
   virtual std::vector<Screen> screens() = 0;
   virtual std::optional<Screen> mainScreen() = 0;
   virtual Point pointerPosition() = 0;

@@ -1,4 +1,4 @@
-// Some of this is called where no pool is: on the DDC queue, and before the application runs.
+// Some of this is called where no pool is: by commands, and before the application runs.
 #include "Machines/Mac/SystemAppKit.h"
 
 #import <AppKit/AppKit.h>
