@@ -84,8 +84,15 @@ void MacApplication::setActivationPolicy(ActivationPolicy policy) {
       setActivationPolicy:static_cast<NSApplicationActivationPolicy>(policy)];
 }
 
+/// The system lets programs that show no window doze, and their timers with them; this one has to
+/// answer keys and keep its times all the same. The machine may sleep as ever.
 int MacApplication::run() {
+  NSProcessInfo* const process = NSProcessInfo.processInfo;
+  const id<NSObject> activity =
+      [process beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                 reason:@"Brightness keys"];
   [NSApplication.sharedApplication run];
+  [process endActivity:activity];
   return exitStatus;
 }
 

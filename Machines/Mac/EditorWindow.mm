@@ -34,6 +34,8 @@ constexpr double controlFontSize = 13;
 constexpr double smallestFontSize = 9;
 /// Of a rounded button, left and right of its title.
 constexpr double bezelWidth = 24;
+/// What a text field keeps free at the two sides of its text.
+constexpr double textPadding = 4;
 
 /// Translations are longer than the text that the place was made for.
 NSFont* fittedFont(NSString* text, double size, double width) {
@@ -128,7 +130,7 @@ NSView* MacEditorWindow::make(const WindowLabel& label) {
   NSString* const text = nsString(label.text);
   NSTextField* const field = [NSTextField labelWithString:text];
   field.frame = nsRect(label.frame);
-  field.font = fittedFont(text, label.fontSize, label.frame.width);
+  field.font = fittedFont(text, label.fontSize, label.frame.width - textPadding);
   return field;
 }
 

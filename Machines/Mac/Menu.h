@@ -24,7 +24,7 @@ class MacMenu : public MenuView {
   double sliderValue(std::size_t index) override;
 
   NSMenu* systemMenu() const { return menu; }
-  /// Takes an open menu off the screen.
+  /// Takes an open menu off the screen at once: one that fades is tracked on until it has faded.
   void cancelTracking();
 
   // What the user's hands do.

@@ -57,6 +57,13 @@ SystemColor colorOf(MenuTone tone) {
   return SystemColor::label;
 }
 
+/// AppKit need not open a menu without items, nor tell anybody that the user has asked for it.
+NSMenuItem* makePlaceholder() {
+  NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
+  item.enabled = NO;
+  return item;
+}
+
 /// A disabled line would be grey whatever its tone.
 NSAttributedString* titleOf(const MenuText& text) {
   return [[NSAttributedString alloc]
@@ -74,6 +81,7 @@ MacMenu::MacMenu()
   hands->menu = this;
   menu.autoenablesItems = NO;
   menu.delegate = hands;
+  [menu addItem:makePlaceholder()];
 }
 
 MacMenu::~MacMenu() {
@@ -81,7 +89,7 @@ MacMenu::~MacMenu() {
   // AppKit tells of the closing only later.
   if (!isOpen) return;
   didClose();
-  [menu cancelTracking];
+  [menu cancelTrackingWithoutAnimation];
 }
 
 void MacMenu::setItems(std::vector<MenuItem> newItems) {
@@ -93,6 +101,7 @@ void MacMenu::setItems(std::vector<MenuItem> newItems) {
     shown.push_back(std::visit([this](const auto& kind) { return makeItem(kind); }, item));
     [menu addItem:shown.back()];
   }
+  if (items.empty()) [menu addItem:makePlaceholder()];
 }
 
 NSMenuItem* MacMenu::makeItem(const MenuText& text) {
@@ -152,7 +161,7 @@ NSSlider* MacMenu::sliderAt(std::size_t index) const {
 }
 
 void MacMenu::cancelTracking() {
-  if (isOpen) [menu cancelTracking];
+  if (isOpen) [menu cancelTrackingWithoutAnimation];
 }
 
 void MacMenu::willOpen() {

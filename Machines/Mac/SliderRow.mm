@@ -1,5 +1,6 @@
 #include "Machines/Mac/SliderRow.h"
 
+#include "BrivaneCore/Support/Fatal.h"
 #include "Machines/Mac/AppKitValues.h"
 
 namespace {
@@ -30,6 +31,12 @@ constexpr double margin = 14;
   [_slider setAccessibilityLabel:brivane::nsString(item.accessibilityLabel)];
   [self addSubview:_slider];
   return self;
+}
+
+/// Every view can be asked to come from an archive; a row has its item's closures, which no archive
+/// holds.
+- (instancetype)initWithCoder:(NSCoder*)coder {
+  brivane::fatal("init(coder:) is not used");
 }
 
 @end

@@ -2,6 +2,8 @@
 
 #import <AppKit/AppKit.h>
 
+#include <memory>
+
 #include "Machines/Mac/Application.h"
 #include "Machines/Mac/Menu.h"
 
@@ -16,12 +18,12 @@ class MacStatusItem : public StatusItem {
   MacStatusItem& operator=(const MacStatusItem&) = delete;
 
   void configureButton(const StatusButton& button) override;
-  MenuView& menu() override { return ownMenu; }
+  MenuView& menu() override { return *ownMenu; }
 
  private:
   /// The status bar keeps no item that nobody else does.
   NSStatusItem* item;
-  MacMenu ownMenu;
+  std::unique_ptr<MacMenu> ownMenu = std::make_unique<MacMenu>();
   const Observation applicationEnds;
 };
 

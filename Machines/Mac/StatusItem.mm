@@ -30,12 +30,14 @@ NSImage* imageOf(const StatusButton& button) {
 
 MacStatusItem::MacStatusItem(MacApplication& application)
     : item([NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength]),
-      applicationEnds(application.observeEnd([this] { ownMenu.cancelTracking(); })) {
+      applicationEnds(application.observeEnd([this] { ownMenu->cancelTracking(); })) {
   item.autosaveName = @"com.quorrel.brivane.status";
-  item.menu = ownMenu.systemMenu();
+  item.menu = ownMenu->systemMenu();
 }
 
 MacStatusItem::~MacStatusItem() {
+  // The place in the menu bar stays until its menu has closed.
+  ownMenu.reset();
   [NSStatusBar.systemStatusBar removeStatusItem:item];
 }
 

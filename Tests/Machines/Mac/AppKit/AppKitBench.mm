@@ -13,6 +13,7 @@ void makeSharedObjects() {
     (void)NSWorkspace.sharedWorkspace.notificationCenter;
     (void)NSNotificationCenter.defaultCenter;
     (void)NSOperationQueue.mainQueue;
+    (void)NSProcessInfo.processInfo;
     (void)NSStatusBar.systemStatusBar;
     (void)NSColorSpace.sRGBColorSpace;
   }

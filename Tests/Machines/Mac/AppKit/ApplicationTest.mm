@@ -37,6 +37,19 @@ TEST_F(MacApplicationTest, ItBeeps) {
   EXPECT_THAT(desktop.notes, ElementsAre("beep"));
 }
 
+TEST_F(MacApplicationTest, ItIsNotPutToDozeWhileItRunsThoughTheMachineMaySleep) {
+  EXPECT_THAT(activities(), IsEmpty());
+  bench.runtime.async([this] {
+    constexpr std::uint64_t keepsTheMachineAwake = 1ULL << 20;
+    constexpr std::uint64_t keepsScreensOn = 1ULL << 40;
+    constexpr std::uint64_t isForTheUser = 0xFFFFFF;
+    EXPECT_THAT(activities(), ElementsAre(isForTheUser & ~keepsTheMachineAwake & ~keepsScreensOn));
+    application.exit(0);
+  });
+  application.run();
+  EXPECT_THAT(activities(), IsEmpty());
+}
+
 TEST_F(MacApplicationTest, TheDelegateHearsWhenTheUserLogsOut) {
   [NSApplication.sharedApplication terminate:nil];
   EXPECT_THAT(notes, ElementsAre("will end"));

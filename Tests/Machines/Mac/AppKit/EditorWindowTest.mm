@@ -88,6 +88,13 @@ TEST_F(MacEditorWindowTest, TextsThatAreTooLongAreSmaller) {
   EXPECT_EQ(textOfFont(static_cast<NSTextField*>(view(1)).font), "system 9 weight 0");
 }
 
+TEST_F(MacEditorWindowTest, ATextAsWideAsItsFieldIsSmallerForFieldsKeepTheirSidesFree) {
+  window->setContent({WindowLabel{{0, 0, 130, 20}, "Twenty characters...", 13},
+                      WindowLabel{{0, 0, 134, 20}, "Twenty characters...", 13}});
+  EXPECT_EQ(textOfFont(static_cast<NSTextField*>(view(0)).font), "system 12 weight 0");
+  EXPECT_EQ(textOfFont(static_cast<NSTextField*>(view(1)).font), "system 13 weight 0");
+}
+
 TEST_F(MacEditorWindowTest, AFieldDrawsItselfAndIsDrawnAnewWhenItAsks) {
   EXPECT_THAT(desktop.drawnBy(view(1)), ElementsAre("fill accent*0.12: rect 0,0 100x30"));
   field.host->setNeedsDisplay();

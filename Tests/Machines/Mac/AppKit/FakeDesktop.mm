@@ -278,8 +278,8 @@ const NSNotificationName NSWorkspaceScreensDidWakeNotification =
 - (void)removeAllItems {
   [items removeAllObjects];
 }
-- (void)cancelTracking {
-  note("tracking is cancelled");
+- (void)cancelTrackingWithoutAnimation {
+  note("tracking ends at once");
   if (FakeDesktop::shared().openMenu == self) FakeDesktop::shared().close();
 }
 - (id)copyWithZone:(struct _NSZone*)zone {
@@ -363,6 +363,7 @@ const NSNotificationName NSWorkspaceScreensDidWakeNotification =
   return item;
 }
 - (void)removeStatusItem:(NSStatusItem*)item {
+  note("the status item is removed");
   [FakeDesktop::shared().statusItems removeObject:item];
 }
 @end
@@ -403,6 +404,8 @@ NSWindow* FakeDesktop::windowTitled(const std::string& title) {
 
 void FakeDesktop::open(NSMenu* menu) {
   @autoreleasepool {
+    // AppKit doesn't ask the delegate whether there is more to come.
+    if (menu->items.count == 0) return note("an empty menu doesn't open");
     openMenu = menu;
     [menu.delegate menuWillOpen:menu];
   }

@@ -3,6 +3,7 @@
 #import <Foundation/Foundation.h>
 
 #include <string>
+#include <vector>
 
 namespace brivane {
 
@@ -16,6 +17,11 @@ int announce(NSNotificationCenter* center, NSNotificationName name);
 
 /// Observers that nobody has removed.
 int observerCount(NSNotificationCenter* center);
+/// Without a queue an observer is told on whatever thread the announcement comes from.
+bool allHearOnTheMainQueue(NSNotificationCenter* center);
+
+/// What the process has told the system that it is about, and not ended.
+const std::vector<NSActivityOptions>& activities();
 
 /// A property has a new value: whoever observes it is told.
 void announceChange(NSObject* object, NSString* keyPath);

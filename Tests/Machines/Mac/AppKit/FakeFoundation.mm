@@ -368,6 +368,7 @@ NSString* stringOf(const std::string& text) {
 @interface TestNotificationObserver : NSObject {
  @public
   NSString* name;
+  NSOperationQueue* queue;
   void (^block)(NSNotification*);
 }
 @end
@@ -394,6 +395,7 @@ NSString* stringOf(const std::string& text) {
                         usingBlock:(void (^)(NSNotification*))block {
   TestNotificationObserver* const observer = [TestNotificationObserver new];
   observer->name = name;
+  observer->queue = queue;
   observer->block = block;
   [observers addObject:observer];
   return observer;
@@ -420,8 +422,70 @@ int announce(NSNotificationCenter* center, NSNotificationName name) {
   }
 }
 
+bool allHearOnTheMainQueue(NSNotificationCenter* center) {
+  @autoreleasepool {
+    for (TestNotificationObserver* observer in center->observers) {
+      if (observer->queue != NSOperationQueue.mainQueue) return false;
+    }
+    return true;
+  }
+}
+
 int observerCount(NSNotificationCenter* center) {
   return static_cast<int>(center->observers.count);
+}
+
+}  // namespace brivane
+
+// Activities
+
+namespace {
+
+std::vector<NSActivityOptions>& ownActivities() {
+  static std::vector<NSActivityOptions> all;
+  return all;
+}
+
+}  // namespace
+
+@interface TestActivity : NSObject {
+ @public
+  NSActivityOptions options;
+  BOOL isOver;
+}
+@end
+@implementation TestActivity
+- (void)end {
+  if (isOver) return;
+  isOver = YES;
+  auto& all = ownActivities();
+  all.erase(std::find(all.begin(), all.end(), options));
+}
+- (void)dealloc {
+  [self end];
+}
+@end
+
+@implementation NSProcessInfo
++ (NSProcessInfo*)processInfo {
+  static NSProcessInfo* const process = [NSProcessInfo new];
+  return process;
+}
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason {
+  TestActivity* const activity = [TestActivity new];
+  activity->options = options;
+  ownActivities().push_back(options);
+  return activity;
+}
+- (void)endActivity:(id<NSObject>)activity {
+  [static_cast<TestActivity*>(activity) end];
+}
+@end
+
+namespace brivane {
+
+const std::vector<NSActivityOptions>& activities() {
+  return ownActivities();
 }
 
 }  // namespace brivane

@@ -55,6 +55,10 @@ const NSAccessibilityRole NSAccessibilityButtonRole = @"AXButton";
   }
   return self;
 }
+- (instancetype)initWithCoder:(NSCoder*)coder {
+  if ((self = [super init])) subviews = [NSMutableArray array];
+  return self;
+}
 - (instancetype)init {
   return [self initWithFrame:NSMakeRect(0, 0, 0, 0)];
 }

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "Machines/Mac/SliderRow.h"
 #include "Machines/Mac/StatusItem.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
@@ -101,6 +102,12 @@ TEST_F(MacMenuTest, ASliderIsContinuousAndGrowsWithTheMenu) {
   EXPECT_EQ(textOf([slider accessibilityLabel]), "Halden");
 }
 
+TEST_F(MacMenuTest, ASlidersRowComesFromNoArchive) {
+  const id archive = [NSObject new];
+  EXPECT_DEATH((void)[[BrivaneSliderRow alloc] initWithCoder:archive],
+               "init\\(coder:\\) is not used");
+}
+
 TEST_F(MacMenuTest, ASliderThatTheMenuNoLongerHasTellsNobody) {
   item->menu().setItems(
       {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("old"); }}});
@@ -152,11 +159,28 @@ TEST_F(MacMenuTest, WhatAClosedMenuReplacesGoesAtOnce) {
   EXPECT_EQ(old, nil);
 }
 
+TEST_F(MacMenuTest, AMenuThatIsFilledOnlyWhenItOpensCanBeOpened) {
+  desktop.open(systemMenu());
+  EXPECT_THAT(notes, ElementsAre("will open"));
+  EXPECT_FALSE(systemItem(0).enabled) << "what stands there meanwhile";
+  item->menu().setItems({MenuText{"a", MenuTone::label}});
+  EXPECT_EQ(itemsOf(systemMenu()).count, 1U) << "nothing but what the program shows";
+  desktop.close();
+}
+
+TEST_F(MacMenuTest, AMenuThatHasLostAllItsItemsCanBeOpened) {
+  item->menu().setItems({MenuText{"a", MenuTone::label}});
+  item->menu().setItems({});
+  desktop.open(systemMenu());
+  EXPECT_THAT(notes, ElementsAre("will open"));
+}
+
 TEST_F(MacMenuTest, AnOpenMenuThatGoesIsClosedAndTellsSoOnce) {
   desktop.open(systemMenu());
   item.reset();
   EXPECT_THAT(notes, ElementsAre("will open", "did close"));
-  EXPECT_THAT(desktop.notes, Contains("tracking is cancelled"));
+  EXPECT_THAT(desktop.notes, ElementsAre("status item of length -2", "tracking ends at once",
+                                         "the status item is removed"));
 }
 
 TEST_F(MacMenuTest, AnOpenMenuDoesNotKeepTheApplicationFromEnding) {
@@ -169,7 +193,7 @@ TEST_F(MacMenuTest, AClosedMenuHasNoTrackingToCancel) {
   frame.application().exit(0);
   item.reset();
   EXPECT_THAT(notes, IsEmpty());
-  EXPECT_THAT(desktop.notes, testing::Not(Contains("tracking is cancelled")));
+  EXPECT_THAT(desktop.notes, testing::Not(Contains("tracking ends at once")));
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <thread>
-
 #include "Machines/Mac/SystemAppKit.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
@@ -36,12 +34,14 @@ TEST_F(SystemAppKitTest, ScreensComeInTheSystemsOrderWithAllThatIsKnownOfThem) {
   EXPECT_EQ(screens[1].potentialHeadroom, 1);
 }
 
-/// The DDC queue has no pool of its own.
-TEST_F(SystemAppKitTest, ScreensAreReadWhereNoPoolIs) {
-  [desktop.screens addObject:makeFakeScreen([NSNumber numberWithUnsignedInt : 2], {}, "a", 1)];
-  std::size_t count = 0;
-  std::thread([&] { count = appKit.screens().size(); }).join();
-  EXPECT_EQ(count, 1U);
+/// Commands look for the screens and run no application, whose loop has a pool for each turn.
+TEST(SystemAppKitWithoutAnApplication, ScreensAreReadWhereNoPoolIs) {
+  const NothingIsLeft check;
+  @autoreleasepool {
+    NSMutableArray<NSScreen*>* const screens = FakeDesktop::shared().screens;
+    [screens addObject:makeFakeScreen([NSNumber numberWithUnsignedInt : 2], {}, "a", 1)];
+  }
+  EXPECT_EQ(SystemAppKit().screens().size(), 1U);
 }
 
 TEST_F(SystemAppKitTest, AScreenWithoutANumericNumberHasNone) {
@@ -124,6 +124,17 @@ TEST_F(SystemAppKitTest, WakingIsHeardFromTheWorkspaceAlone) {
   announce(center, NSWorkspaceScreensDidWakeNotification);
   EXPECT_EQ(wakes, 1);
   EXPECT_EQ(screenWakes, 1);
+}
+
+TEST_F(SystemAppKitTest, WhateverIsAnnouncedIsHeardOnTheMainQueue) {
+  const auto screenParameters = appKit.observeScreenParameters([] {});
+  const auto machine = appKit.observeDidWake([] {});
+  const auto screens = appKit.observeScreensDidWake([] {});
+  NSNotificationCenter* const workspace = NSWorkspace.sharedWorkspace.notificationCenter;
+  EXPECT_EQ(observerCount(NSNotificationCenter.defaultCenter), 1);
+  EXPECT_TRUE(allHearOnTheMainQueue(NSNotificationCenter.defaultCenter));
+  EXPECT_EQ(observerCount(workspace), 2);
+  EXPECT_TRUE(allHearOnTheMainQueue(workspace));
 }
 
 TEST_F(SystemAppKitTest, AnObserverMayStopObservingAsItHears) {

@@ -19,7 +19,7 @@
 @property BOOL autoenablesItems;
 - (void)addItem:(NSMenuItem*)item;
 - (void)removeAllItems;
-- (void)cancelTracking;
+- (void)cancelTrackingWithoutAnimation;
 @end
 
 @interface NSMenuItem : NSObject <NSCopying>

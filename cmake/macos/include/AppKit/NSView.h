@@ -2,7 +2,7 @@
 
 #import <AppKit/NSResponder.h>
 
-@class NSWindow;
+@class NSCoder, NSWindow;
 
 #pragma clang assume_nonnull begin
 
@@ -13,6 +13,7 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 
 @interface NSView : NSResponder
 - (instancetype)initWithFrame:(NSRect)frame NS_DESIGNATED_INITIALIZER;
+- (nullable instancetype)initWithCoder:(NSCoder*)coder NS_DESIGNATED_INITIALIZER;
 @property NSRect frame;
 @property(readonly) NSRect bounds;
 @property NSAutoresizingMaskOptions autoresizingMask;

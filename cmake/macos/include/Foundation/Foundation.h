@@ -10,6 +10,7 @@
 #import <Foundation/NSKeyValueObserving.h>
 #import <Foundation/NSNotification.h>
 #import <Foundation/NSObjCRuntime.h>
+#import <Foundation/NSProcessInfo.h>
 #import <Foundation/NSString.h>
 #import <Foundation/NSURL.h>
 #import <Foundation/NSValue.h>
