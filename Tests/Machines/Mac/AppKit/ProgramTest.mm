@@ -22,6 +22,7 @@ namespace brivane {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 
 constexpr std::uint16_t upArrow = 126;
 constexpr std::uint16_t optionKey = 58;
@@ -85,11 +86,47 @@ class MacWholeProgram : public testing::Test {
     return brivaneMain(1, arguments.data());
   }
 
+  /// The one window without a title.
   NSWindow* hud() {
     for (NSWindow* const window : desktop.windows) {
-      if (window != nil && window.level == 25) return window;
+      if (window != nil && window.title == nil) return window;
     }
     return nil;
+  }
+  void expectAHUDOverEverythingThatTakesNothing() {
+    EXPECT_THAT(desktop.notes, Contains("window, style 0, backing 2"));
+    EXPECT_EQ([hud() fakeStyleMask], 0U);
+    EXPECT_EQ(hud().level, 25);
+    EXPECT_EQ(hud().collectionBehavior, 337U);
+    EXPECT_EQ(hud().animationBehavior, 2);
+    EXPECT_EQ(hud().contentView.autoresizingMask, 18U);
+    EXPECT_EQ(hud().contentView.frame.size.width, 360);
+    EXPECT_EQ(hud().contentView.frame.size.height, 54);
+    EXPECT_EQ(textOfColor(hud().backgroundColor), "clear*0");
+    EXPECT_FALSE(hud().opaque);
+    EXPECT_TRUE(hud().hasShadow);
+    EXPECT_TRUE(hud().ignoresMouseEvents);
+    EXPECT_FALSE(hud().releasedWhenClosed);
+    EXPECT_FALSE(hud().hidesOnDeactivate);
+    EXPECT_FALSE(hud().canBecomeKeyWindow);
+    EXPECT_FALSE(hud().canBecomeMainWindow);
+  }
+  void expectATitledEditorInFullSize(NSWindow* editor) {
+    EXPECT_THAT(desktop.notes, Contains("window, style 3, backing 2"));
+    EXPECT_EQ([editor fakeStyleMask], 3U);
+    EXPECT_EQ(editor.contentView.frame.size.width, 420);
+    EXPECT_EQ(editor.contentView.frame.size.height, 210);
+    EXPECT_FALSE(editor.releasedWhenClosed);
+    EXPECT_TRUE([editor fakeIsCentered]);
+    EXPECT_TRUE([editor fakeIsKey]);
+    std::vector<std::string> fonts;
+    for (NSView* const& view : viewsBelow(editor.contentView)) {
+      if (![view isKindOfClass:[NSTextField class]]) continue;
+      fonts.push_back(textOfFont(static_cast<NSTextField*>(view).font));
+    }
+    EXPECT_THAT(fonts,
+                ElementsAre("system 12 weight 0", "system 13 weight 0", "system 13 weight 0"))
+        << "no text is too long for its place";
   }
   NSSlider* slider(const std::string& label) {
     for (NSMenuItem* item in itemsOf(desktop.openMenu)) {
@@ -155,6 +192,7 @@ TEST_F(MacWholeProgram, LivesThroughADayAndLeavesNothingBehind) {
     fake::input().release(controlKey);
     ASSERT_NE(hud(), nil);
     EXPECT_TRUE(hud().visible);
+    expectAHUDOverEverythingThatTakesNothing();
     EXPECT_EQ(hud().frame.origin.x, 2612) << "the middle of the display under the pointer";
     EXPECT_EQ(hud().frame.origin.y, 32);
     EXPECT_GT(world.monitors[2]->state.shownLevel, 21);
@@ -184,7 +222,7 @@ TEST_F(MacWholeProgram, LivesThroughADayAndLeavesNothingBehind) {
   then(0.1, [this] {
     NSWindow* const editor = desktop.windowTitled("Brightness Hotkeys");
     ASSERT_NE(editor, nil);
-    EXPECT_TRUE([editor fakeIsKey]);
+    expectATitledEditorInFullSize(editor);
     for (NSView* const& view : viewsBelow(editor.contentView)) {
       if ([view fakeRole] == nil) continue;
       desktop.click(view, editor);
