@@ -111,6 +111,9 @@ check "every file is formatted" "$(
 check "scripts parse" "$(for script in run test bench pictures .ci/run $(sources '*.sh'); do
   [ -f "$script" ] && bash -n "$script" 2>&1; done)"
 
+check "each mistake that the Mac's tests are tried on can be made, and its test is there" "$(
+  Tests/Machines/Mac/seeded-faults.sh --check)"
+
 check "no path of this machine is in the tree" "$(git grep -nIF -e "$PWD/" -e "$HOME/" -- .)"
 
 # The files changed since the last commit, or by it when nothing is.

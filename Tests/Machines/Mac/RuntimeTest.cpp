@@ -81,16 +81,20 @@ TEST_F(MacRuntimeTest, WhatATimersTaskHeldMayCancelAnotherTimerWhenItGoes) {
   EXPECT_THAT(notes, IsEmpty());
 }
 
-TEST_F(MacRuntimeTest, WhatATimersTaskHeldMayCancelTheSameTimerWhenTheRuntimeEnds) {
+TEST_F(MacRuntimeTest, WhatATimersTaskHeldMayCancelEveryTimerWhenTheRuntimeEnds) {
   MacRuntime& ending = *runtime;
+  std::vector<TimerID> timers;
   int dropped = 0;
-  TimerID timer = 0;
-  timer = ending.every(milliseconds(1), [held = whenDropped([&] {
-                                           ending.cancel(timer);
-                                           ++dropped;
-                                         })] {});
+  for (int i = 0; i < 3; ++i) {
+    timers.push_back(ending.every(milliseconds(1), [held = whenDropped([&] {
+                                                      for (const TimerID timer : timers) {
+                                                        ending.cancel(timer);
+                                                      }
+                                                      ++dropped;
+                                                    })] {}));
+  }
   runtime.reset();
-  EXPECT_EQ(dropped, 1);
+  EXPECT_EQ(dropped, 3);
 }
 
 TEST_F(MacRuntimeTest, QueuesHaveTheirLabelsAndQualities) {

@@ -1,70 +1,117 @@
 #!/usr/bin/env bash
 # Makes each mistake of the lists seeded-faults.txt in a copy of its file, builds the Mac's tests with it
-# and runs the test that is to find it. Prints one line for each; fails when one is not found.
+# and runs the test that is to find it, which has to pass without the mistake. Prints one line for each;
+# fails when one is not found.
 #   Tests/Machines/Mac/seeded-faults.sh [WORDS]   all, or those whose line has the words
+#   Tests/Machines/Mac/seeded-faults.sh --check   builds and runs nothing: prints the lines whose mistake
+#                                                 can't be made any more or whose test isn't there
 set -u
 . "$(dirname "$0")/../../../cmake/setup.sh"
 with_tests=yes
-build asan brivane-mac-tests brivane-mac-appkit-tests
 
 folder=build/asan
+programs=(brivane-mac-tests brivane-mac-appkit-tests brivane-mac-program-tests)
+lists=(Tests/Machines/Mac/seeded-faults.txt Tests/Machines/Mac/AppKit/seeded-faults.txt)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-found=0 missed=0
+export ASAN_OPTIONS=detect_stack_use_after_return=1
+
+# lines [WORDS]: the mistakes' own.
+lines() { cat "${lists[@]}" | grep -vE '^(#.*)?$' | grep -F -- "${1:-}"; }
+
+# take_apart LINE: sets what, file, mistake and test.
+take_apart() {
+  IFS=$'\x01' read -r what file mistake test <<<"$(sed 's/ *| */\x01/; s/ *| */\x01/; s/\(.*\) | */\1\x01/' <<<"$1")"
+}
+
+# make_mistake TARGET: whether the copy differs from the file.
+make_mistake() {
+  sed "$mistake" "Machines/Mac/$file" >"$1"
+  ! cmp -s "$1" "Machines/Mac/$file"
+}
+
+check_lists() {
+  local sources line
+  [ -n "$(lines)" ] || echo "there is no mistake to make"
+  sources=$(cat Tests/Machines/Mac/*.cpp Tests/Machines/Mac/*/*.mm Tests/*Conformance/*.cpp | tr -s ' \n' ' ')
+  while IFS= read -r line; do
+    take_apart "$line"
+    make_mistake "$work/copy" || echo "$file: the mistake can't be made any more: $what"
+    case $sources in
+      *"(${test%%.*}, ${test#*.})"*) ;;
+      *) echo "$test: there is no such test" ;;
+    esac
+  done < <(lines)
+}
+
+if [ "${1:-}" = --check ]; then
+  check_lists
+  exit
+fi
 
 # command_for OUTPUT: how ninja makes it, seen from the build folder.
-command_for() { ninja -C $folder -t commands -s "$1"; }
+command_for() { ninja -C $folder -t commands -s "$1" | tail -n 1; }
 
-# is_found FILE SED TEST: whether the test fails with the mistake.
+# Which program each test is of, and whether it passes without a mistake: a line "PROGRAM TEST" for each
+# that does.
+run_unfaulted() {
+  local program line tests=
+  while IFS= read -r line; do
+    take_apart "$line"
+    tests+=":$test"
+  done < <(lines "$1")
+  for program in "${programs[@]}"; do
+    $folder/bin/$program --gtest_filter="${tests#:}" 2>&1 |
+      sed -n "s/^\[       OK \] \([^ ]*\) .*/$program \1/p"
+  done >"$work/passing"
+}
+
+# is_found PLACE: whether the test fails with the mistake, which is built in that folder.
 is_found() {
-  local file=$1 name=${1%.*} object
-  sed "$2" "Machines/Mac/$file" >"$work/$file"
-  if cmp -s "$work/$file" "Machines/Mac/$file"; then
-    echo "the mistake can't be made any more"
-    return 1
-  fi
-  object=$(ninja -C $folder -t targets all | grep -oE "[^ ]*brivane-machine-mac[^ ]*/Machines/Mac/$name\.[a-z]+\.o" | head -n 1)
-  local compile
-  compile=$(command_for "$object" | sed -E "s|-o [^ ]+|-o $work/$name.o|; s|-c [^ ]+|-c $work/$file|; s|-MF [^ ]+|-MF $work/d|")
-  (cd $folder && eval "$compile -Wno-unused -Wno-error") >"$work/log" 2>&1 || {
+  local place=$1 program object compile link
+  program=$(grep -m 1 -F -x -f <(printf "%s $test\n" "${programs[@]}") "$work/passing" | cut -d' ' -f1)
+  [ -n "$program" ] || { echo "there is no such test, or it fails without the mistake"; return 1; }
+  make_mistake "$place/$file" || { echo "the mistake can't be made any more"; return 1; }
+  object=$(grep -oE "^[^ ]*/Machines/Mac/$file\.o" "$work/targets" | head -n 1)
+  compile=$(command_for "$object" |
+    sed -E "s|-o [^ ]+|-o $place/object.o|; s|-c [^ ]+|-c $place/$file|; s|-MF [^ ]+|-MF $place/d|")
+  (cd $folder && eval "$compile -Wno-unused -Wno-error") >"$place/log" 2>&1 || {
     echo "it doesn't compile"
     return 1
   }
-  (cd $folder && eval "${link/ -o bin\/$program / $work/$name.o -o $work/tests }") >"$work/log" 2>&1 || {
+  # Objects of a library stay there when the program has what they define already.
+  link=$(command_for bin/$program)
+  link=${link/ $object / }
+  (cd $folder && eval "${link/ -o bin\/$program / $place/object.o -o $place/tests }") >"$place/log" 2>&1 || {
     echo "it doesn't link"
     return 1
   }
-  ASAN_OPTIONS=detect_stack_use_after_return=1 timeout 30 "$work/tests" --gtest_filter="$3" >"$work/log" 2>&1
-  local status=$?
-  grep -q "^\[ RUN " "$work/log" || echo "there is no such test"
-  [ $status -ne 0 ] && grep -q "^\[ RUN " "$work/log"
-}
-
-trim() { sed 's/^ *//; s/ *$//' <<<"$1"; }
-
-# try LIST PROGRAM [WORDS]
-try() {
-  program=$2
-  link=$(command_for bin/$program | tail -n 1)
-  while IFS= read -r line; do
-    try_line "$line" "${3:-}"
-  done <"$1"
+  # A test that ends its process early has not passed, whatever the process's status.
+  timeout 60 "$place/tests" --gtest_filter="$test" >"$place/log" 2>&1
+  grep -q "^\[ RUN " "$place/log" && ! grep -q "^\[       OK \] $test " "$place/log"
 }
 
 try_line() {
-  local line=$1 what file mistake test reason
-  case $line in '#'* | '') return ;; *"$2"*) ;; *) return ;; esac
-  IFS=$'\x01' read -r what file mistake test <<<"$(sed 's/ | /\x01/g' <<<"$line")"
-  if reason=$(is_found "$(trim "$file")" "$mistake" "$(trim "$test")"); then
-    found=$((found + 1))
+  local place reason
+  place=$(mktemp -d "$work/XXXXXX")
+  take_apart "$1"
+  if reason=$(is_found "$place"); then
     echo "found   $what"
   else
-    missed=$((missed + 1))
     echo "MISSED  $what ${reason:+($reason)}"
   fi
+  rm -rf "$place"
 }
 
-try Tests/Machines/Mac/seeded-faults.txt brivane-mac-tests "${1:-}"
-try Tests/Machines/Mac/AppKit/seeded-faults.txt brivane-mac-appkit-tests "${1:-}"
+build asan "${programs[@]}"
+run_unfaulted "${1:-}"
+ninja -C $folder -t targets all >"$work/targets"
+while IFS= read -r line; do
+  while [ "$(jobs -rp | wc -l)" -ge "$(nproc)" ]; do wait -n; done
+  try_line "$line" | tee -a "$work/results" &
+done < <(lines "${1:-}")
+wait
+found=$(grep -c '^found' "$work/results")
+missed=$(grep -c '^MISSED' "$work/results")
 echo "$found mistakes found, $missed missed"
-[ $missed -eq 0 ]
+[ "$found" -gt 0 ] && [ "$missed" -eq 0 ]
