@@ -161,6 +161,7 @@ IS_VALUE(NSViewWidthSizable, 2);
 IS_VALUE(NSViewHeightSizable, 16);
 IS_SUBCLASS(NSView, NSResponder);
 GIVES_OBJECT([[NSView alloc] initWithFrame:Exactly<NSRect>()], NSView*);
+GIVES_OBJECT([[NSView alloc] initWithCoder:any<NSCoder>()], NSView*);
 CAN_WRITE(NSView, frame, setFrame, NSRect);
 CAN_READ(NSView, bounds, NSRect);
 CAN_WRITE(NSView, autoresizingMask, setAutoresizingMask, NSAutoresizingMaskOptions);
@@ -241,7 +242,7 @@ GIVES([valueOf<id<NSMenuDelegate>>() menuDidClose:any<NSMenu>()], void);
 CAN_WRITE(NSMenu, autoenablesItems, setAutoenablesItems, BOOL);
 GIVES([any<NSMenu>() addItem:any<NSMenuItem>()], void);
 GIVES([any<NSMenu>() removeAllItems], void);
-GIVES([any<NSMenu>() cancelTracking], void);
+GIVES([any<NSMenu>() cancelTrackingWithoutAnimation], void);
 
 IS_SUBCLASS(NSMenuItem, NSObject);
 CONFORMS(NSMenuItem, NSCopying);

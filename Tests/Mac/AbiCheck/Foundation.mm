@@ -141,6 +141,19 @@ GIVES([any<NSObject>() removeObserver:any<NSObject>()
                               context:valueOf<void*>()],
       void);
 
+// What the process is at
+
+IS_NUMBER(NSActivityOptions, uint64_t);
+IS_VALUE(NSActivityIdleSystemSleepDisabled, 0x100000);
+IS_VALUE(NSActivityUserInitiated, 0xFFFFFF);
+IS_VALUE(NSActivityUserInitiatedAllowingIdleSystemSleep, 0xEFFFFF);
+IS_SUBCLASS(NSProcessInfo, NSObject);
+GIVES_OBJECT(NSProcessInfo.processInfo, NSProcessInfo*);
+GIVES_OBJECT([any<NSProcessInfo>() beginActivityWithOptions:Exactly<NSActivityOptions>()
+                                                     reason:any<NSString>()],
+             id<NSObject>);
+GIVES([any<NSProcessInfo>() endActivity:valueOf<id<NSObject>>()], void);
+
 // The course of an animation
 
 IS_TYPE(CAMediaTimingFunctionName, NSString*);
