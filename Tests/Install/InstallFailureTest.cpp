@@ -85,6 +85,10 @@ const Failure whenUpdating[] = {
      },
      "HOME/Applications/.Brivane.app.old is of no use and can't be deleted. " + appManagement +
          ", then run install.sh again."},
+    {"SomebodyElsesApp",
+     [](const auto& mac) { PlayedMac::makeApp(mac.app(), "org.example.brivane", "old"); },
+     "HOME/Applications/Brivane.app is somebody else's app. Name another folder: ./install.sh "
+     "FOLDER"},
     {"ForbiddenFolder", [](const auto& mac) { forbidWriting(mac.home() / "Applications"); },
      "You may not write into HOME/Applications. Name another: ./install.sh FOLDER"},
     {"ForbiddenAgents", [](const auto& mac) { forbidWriting(mac.home() / "Library/LaunchAgents"); },
@@ -138,6 +142,16 @@ TEST_P(InstallFailureWhenUpdating, LeavesTheOldAppRunning) {
   EXPECT_EQ(PlayedMac::version(mac.app()), "old");
   EXPECT_EQ(TemporaryFolder::read(mac.agent()), agent);
   EXPECT_TRUE(mac.has("running"));
+}
+
+TEST(InstallFailure, AnOldAppThatAKilledUpdateLeftAsideIsBack) {
+  const PlayedMac mac;
+  mac.playEarlierInstallation(mac.home() / "Applications");
+  std::filesystem::rename(mac.app(), mac.home() / "Applications/.Brivane.app.old");
+  mac.refuse("ditto *");
+  EXPECT_EQ(mac.run("install.sh").status, 1);
+  EXPECT_EQ(PlayedMac::version(mac.app()), "old");
+  EXPECT_EQ(mac.found(), mac.foundWith(mac.home() / "Applications"));
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryTime, InstallFailureAtFirst, testing::ValuesIn(everyTime), nameOf);
