@@ -22,9 +22,9 @@
 #include "Tests/Bench/MeasuredProcess.h"
 #include "Tests/Bench/PlainKeyWindow.h"
 #include "Tests/Bench/Table.h"
-#include "Tests/Bench/TrayWatcher.h"
 #include "Tests/EndToEnd/Linux/LinuxWorld.h"
 #include "Tests/Support/FakeLogind.h"
+#include "Tests/Support/FakeTrayHost.h"
 #include "Tests/Support/Onlooker.h"
 
 namespace brivane::bench {
@@ -70,7 +70,7 @@ struct Desktop {
 
   LinuxWorld world;
   FakeLogind logind;
-  TrayWatcher tray{logind.address()};
+  FakeTrayHost tray{logind.address()};
 };
 
 /// On standard error, because the next row may take a minute.

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdlib>
+#include <thread>
+#include <utility>
 
 namespace brivane {
 namespace {
@@ -15,7 +17,7 @@ int registerItem(sd_bus_message* message, void* host, sd_bus_error* /*error*/) {
   const char* name = nullptr;
   const int result = sd_bus_message_read(message, "s", &name);
   if (result < 0) return result;
-  static_cast<FakeTrayHost*>(host)->registered.emplace_back(name);
+  static_cast<FakeTrayHost*>(host)->noteItem(name);
   sd_bus_emit_signal(sd_bus_message_get_bus(message), watcherPath, watcher,
                      "StatusNotifierItemRegistered", "s", name);
   return sd_bus_reply_method_return(message, "");
@@ -62,6 +64,21 @@ FakeTrayHost::FakeTrayHost(const std::string& sessionBusAddress) : peer(sessionB
 
 std::vector<std::string> FakeTrayHost::items() {
   return peer.alone([this](sd_bus*) { return registered; });
+}
+
+std::optional<FakeTrayHost::Clock::time_point> FakeTrayHost::awaitItem() {
+  const auto deadline = Clock::now() + std::chrono::seconds(10);
+  while (Clock::now() < deadline) {
+    const auto time = peer.alone([this](sd_bus*) { return std::exchange(itemTime, std::nullopt); });
+    if (time) return time;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return std::nullopt;
+}
+
+void FakeTrayHost::noteItem(const char* name) {
+  registered.emplace_back(name);
+  itemTime = Clock::now();
 }
 
 std::string FakeTrayHost::property(const std::string& name, const char* wanted) {

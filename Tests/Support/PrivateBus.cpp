@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
 #include <stdexcept>
 
 namespace brivane {
@@ -109,13 +108,15 @@ bool BusPeer::isOnBus(const std::string& name) {
 }
 
 void BusPeer::serve() {
+  pollfd incoming{sd_bus_get_fd(bus), POLLIN, 0};
   while (!isEnding) {
     {
       const std::scoped_lock lock(mutex);
       while (sd_bus_process(bus, nullptr) > 0) {
       }
     }
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    // Not for long: a call of `alone` may have taken in what is for the callbacks.
+    ::poll(&incoming, 1, 1);
   }
 }
 
