@@ -125,6 +125,15 @@ TEST_F(InstallTest, AnAgentThatIsStillOnItsWayOutIsWaitedFor) {
   EXPECT_TRUE(mac.has("loaded"));
 }
 
+TEST_F(InstallTest, AProgramThatTakesAMomentToStartIsStartedOnce) {
+  mac.playEarlierInstallation(mac.home() / "Applications");
+  mac.set("slow");
+  EXPECT_EQ(mac.run("install.sh").status, 0);
+  const auto called = mac.calls();
+  EXPECT_EQ(std::ranges::count(called, "launchctl bootstrap gui/501 " + mac.agent().string()), 1);
+  EXPECT_THAT(called, Not(Contains("open -g -b com.quorrel.brivane")));
+}
+
 TEST_F(InstallTest, StartsAtLoginEvenIfThatWasSwitchedOff) {
   mac.set("disabled");
   EXPECT_EQ(mac.run("install.sh").status, 0);
