@@ -1,7 +1,8 @@
 // What X tells Qt of a key is what the machine would have been told, with the same codes and
 // modifiers and in the same order. One thing is different: Qt's connection tells a repeat as a
-// release and a press at one time. After a release of a key that is down there comes a press in any
-// case; its time says whether the release was one.
+// release and a press at one time. So what follows a release says whether it was one. Whether the
+// key is down doesn't: it may have gone up since, with its repeats unread. When nothing follows, a
+// message to the popup itself does, behind all that the server has told before.
 #include "Machines/Qt/GrabbedKeys.h"
 
 #include <QCoreApplication>
@@ -12,8 +13,9 @@
 namespace brivane {
 namespace {
 
+constexpr int sentByAnotherClient = 0x80;
+
 int kindOf(const xcb_key_press_event_t& event) {
-  constexpr int sentByAnotherClient = 0x80;
   return event.response_type & ~sentByAnotherClient;
 }
 
@@ -38,6 +40,11 @@ void GrabbedKeys::giveKeyboardBack() {
 
 bool GrabbedKeys::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
   if (type != "xcb_generic_event_t" || !popup.testAttribute(Qt::WA_WState_Created)) return false;
+  if (isOwnMessage(*static_cast<const xcb_client_message_event_t*>(message))) {
+    tellRelease();
+    if (!popup.isVisible()) giveKeyboardBack();
+    return true;
+  }
   const auto& event = *static_cast<const xcb_key_press_event_t*>(message);
   const int kind = kindOf(event);
   const bool isKey = kind == XCB_KEY_PRESS || kind == XCB_KEY_RELEASE;
@@ -58,22 +65,35 @@ bool GrabbedKeys::take(const xcb_key_press_event_t& event) {
 }
 
 void GrabbedKeys::pressed(const xcb_key_press_event_t& event) {
-  const auto release = std::exchange(doubtfulRelease, std::nullopt);
-  const bool isRepeat = release && release->detail == event.detail && release->time == event.time;
-  if (release && !isRepeat) {
-    takenKeys.erase(release->detail);
-    system.take({false, release->detail, release->state});
-  }
+  const bool isRepeat = doubtfulRelease && doubtfulRelease->detail == event.detail &&
+                        doubtfulRelease->time == event.time;
+  if (isRepeat) doubtfulRelease.reset();
+  tellRelease();
   if (system.take({true, event.detail, event.state})) takenKeys.insert(event.detail);
 }
 
 void GrabbedKeys::released(const xcb_key_press_event_t& event) {
-  if (takenKeys.contains(event.detail) && isKeyDownOnX(event.detail)) {
-    doubtfulRelease = event;
+  tellRelease();
+  if (!takenKeys.contains(event.detail)) {
+    system.take({false, event.detail, event.state});
     return;
   }
-  takenKeys.erase(event.detail);
-  system.take({false, event.detail, event.state});
+  doubtfulRelease = event;
+  sendToOneself(static_cast<xcb_window_t>(popup.winId()), ++lastMessage);
+}
+
+bool GrabbedKeys::isOwnMessage(const xcb_client_message_event_t& event) const {
+  return (event.response_type & ~sentByAnotherClient) == XCB_CLIENT_MESSAGE &&
+         event.window == popup.winId() && event.type == XCB_ATOM_INTEGER &&
+         event.data.data32[0] == lastMessage && doubtfulRelease;
+}
+
+/// It was one.
+void GrabbedKeys::tellRelease() {
+  const auto release = std::exchange(doubtfulRelease, std::nullopt);
+  if (!release) return;
+  takenKeys.erase(release->detail);
+  system.take({false, release->detail, release->state});
 }
 
 }  // namespace brivane

@@ -4,6 +4,7 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QWidget>
+#include <cstdint>
 #include <optional>
 #include <set>
 
@@ -30,6 +31,8 @@ class GrabbedKeys : public QAbstractNativeEventFilter {
   bool take(const xcb_key_press_event_t& event);
   void pressed(const xcb_key_press_event_t& event);
   void released(const xcb_key_press_event_t& event);
+  bool isOwnMessage(const xcb_client_message_event_t& event) const;
+  void tellRelease();
 
   SharedWindowSystem& system;
   const QWidget& popup;
@@ -37,6 +40,8 @@ class GrabbedKeys : public QAbstractNativeEventFilter {
   std::set<xcb_keycode_t> takenKeys;
   /// Of one of them, and not told yet.
   std::optional<xcb_key_press_event_t> doubtfulRelease;
+  /// The number of the message that went out with it.
+  std::uint32_t lastMessage = 0;
 };
 
 }  // namespace brivane

@@ -39,12 +39,17 @@ void waitForX() {
   std::free(xcb_get_input_focus_reply(connection(), cookie, nullptr));
 }
 
-bool isKeyDownOnX(xcb_keycode_t key) {
-  if (!isOnX()) return false;
-  const std::unique_ptr<xcb_query_keymap_reply_t, Free> down(
-      xcb_query_keymap_reply(connection(), xcb_query_keymap(connection()), nullptr));
-  constexpr unsigned bitsPerByte = 8;
-  return down && (down->keys[key / bitsPerByte] >> key % bitsPerByte & 1) != 0;
+void sendToOneself(xcb_window_t window, std::uint32_t number) {
+  if (!isOnX()) return;
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = window;
+  message.type = XCB_ATOM_INTEGER;
+  message.data.data32[0] = number;
+  xcb_send_event(connection(), 0, window, XCB_EVENT_MASK_NO_EVENT,
+                 reinterpret_cast<const char*>(&message));
+  xcb_flush(connection());
 }
 
 bool hasSelectionOwner(std::string_view selection) {

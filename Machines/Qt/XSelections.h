@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
 #include <string_view>
 
 namespace brivane {
@@ -14,8 +15,9 @@ bool isOnX();
 /// Waits until the server has done all that Qt has asked of it.
 void waitForX();
 
-/// Whether the key is down; false without a server.
-bool isKeyDownOnX(xcb_keycode_t key);
+/// Sends a window of this program the number as a message of the type INTEGER: it comes behind all
+/// that the server has told before. Nothing without a server.
+void sendToOneself(xcb_window_t window, std::uint32_t number);
 
 /// None without a server.
 xcb_atom_t xAtom(std::string_view name);

@@ -203,6 +203,19 @@ TEST_F(MenuKeysOnXTest, TwoQuickPressesAreTwo) {
   close();
 }
 
+TEST_F(MenuKeysOnXTest, AKeyThatWentUpBeforeItsRepeatsWereReadIsToldOnceAllTheSame) {
+  open();
+  press({f19});
+  EXPECT_TRUE(hears({"+5"}));
+  // The program is busy while the key repeats.
+  std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+  release({f19});
+  EXPECT_TRUE(eventually([&] { return heard.size() >= 2; }));
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+  close();
+}
+
 TEST_F(MenuKeysOnXTest, ReleasingAModifierIsGoingUp) {
   open();
   press({leftShift, f19});
