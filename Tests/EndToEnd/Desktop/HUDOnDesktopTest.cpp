@@ -21,11 +21,15 @@ class HUDOnDesktopTest : public DesktopTest {
     const auto found = onlooker.find("Brivane");
     return found && found->box.height < 200 ? found : std::nullopt;
   }
-  /// Presses the hotkey where the pointer is, until the program knows a level to change.
+  /// Presses the hotkey where the pointer is, and leaves the program the time to draw.
+  void keepShowing() {
+    tapHotkey(xKey::down);
+    std::this_thread::sleep_for(milliseconds(100));
+  }
+  /// Until the program knows a level to change.
   bool doesHUDShow() {
     return eventually([&] {
-      tapHotkey(xKey::down);
-      std::this_thread::sleep_for(milliseconds(50));
+      keepShowing();
       return hud().has_value();
     });
   }
@@ -33,8 +37,7 @@ class HUDOnDesktopTest : public DesktopTest {
   /// goes soon.
   bool isHUDAt(const PixelBox& box, int tolerance = 0) {
     return eventually([&] {
-      tapHotkey(xKey::down);
-      std::this_thread::sleep_for(milliseconds(50));
+      keepShowing();
       const auto window = hud();
       if (window) lastSeen = window;
       // Qt's own pixels are larger at these scales, and its places whole ones.
@@ -68,7 +71,7 @@ TEST_F(HUDOnDesktopTest, ItShowsOnTheDisplayThatChanges) {
   ASSERT_TRUE(isHUDAt({2380, 1196, 360, 54})) << text(lastSeen);
   EXPECT_TRUE(lastSeen->isUnmanaged);
   EXPECT_TRUE(eventually([&] {
-    tapHotkey(xKey::down);
+    keepShowing();
     return onlooker.topmost() == lastSeen->number;
   }));
 }
@@ -131,7 +134,7 @@ TEST_P(HUDOverAWindowTest, ItIsInFrontTakesNoFocusAndAClickReachesTheWindowBelow
   ASSERT_TRUE(doesHUDShow());
   EXPECT_TRUE(isHUDAt({620, 716, 360, 54})) << text(lastSeen);
   EXPECT_TRUE(eventually([&] {
-    tapHotkey(xKey::down);
+    keepShowing();
     return onlooker.pixel(640, 743) != ground;
   })) << "it is in front";
   EXPECT_EQ(onlooker.focus(), below);
@@ -161,7 +164,7 @@ TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
   const PixelBox box = lastSeen->box;
   // Every second pixel would be like its neighbour if a small picture had been enlarged.
   EXPECT_TRUE(eventually([&] {
-    tapHotkey(xKey::down);
+    keepShowing();
     const Picture shown = onlooker.picture(box);
     int fine = 0;
     for (int y = 0; y + 1 < shown.height; y += 2) {
@@ -175,7 +178,7 @@ TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
   // And its outermost pixels are its own.
   const int middle = box.x + box.width / 2;
   EXPECT_TRUE(eventually([&] {
-    tapHotkey(xKey::down);
+    keepShowing();
     return onlooker.pixel(middle, box.y) != ground &&
            onlooker.pixel(middle, box.y + box.height - 1) != ground;
   }));
