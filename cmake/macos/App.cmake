@@ -3,6 +3,11 @@
 
 enable_language(OBJCXX)
 
+# What came before has no algorithms on ranges in its C++ library.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "AppleClang" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 15)
+  message(FATAL_ERROR " Brivane takes the compiler of Xcode 15 or later, and its command line tools do.")
+endif()
+
 file(GLOB_RECURSE mac_sources CONFIGURE_DEPENDS
   "${PROJECT_SOURCE_DIR}/Machines/Mac/*.cpp" "${PROJECT_SOURCE_DIR}/Machines/Mac/*.mm")
 if(NOT mac_sources MATCHES "/main[.]")

@@ -11,7 +11,10 @@ function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-set(fresh "${APP}.new")
+# Of its own name already, because a Mac's tools know an app by it.
+get_filename_component(folder "${APP}" DIRECTORY)
+get_filename_component(name "${APP}" NAME)
+set(fresh "${folder}/fresh/${name}")
 file(REMOVE_RECURSE "${fresh}")
 file(MAKE_DIRECTORY "${fresh}/Contents/MacOS" "${fresh}/Contents/Resources")
 file(COPY_FILE "${INFO}" "${fresh}/Contents/Info.plist")
@@ -24,7 +27,6 @@ file(RENAME "${fresh}" "${APP}")
 
 # The archive holds one folder of its own name. Its files keep their times: by the executable's the
 # program knows that it is another build, which needs a new grant.
-get_filename_component(folder "${APP}" DIRECTORY)
 set(package "${folder}/package/${PACKAGE}")
 file(REMOVE_RECURSE "${package}")
 file(COPY "${APP}" ${EXTRAS} DESTINATION "${package}")
