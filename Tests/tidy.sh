@@ -117,14 +117,28 @@ check "each mistake that the Mac's tests are tried on can be made, and its test 
 check "no path of this machine is in the tree" "$(git grep -nIF -e "$PWD/" -e "$HOME/" -- .)"
 
 # The files changed since the last commit, or by it when nothing is.
-changed=$( (git diff --name-only HEAD; git ls-files --others --exclude-standard) | grep '\.cpp$')
-[ -n "$changed" ] || changed=$(git diff --name-only --diff-filter=d HEAD~1 2>/dev/null | grep '\.cpp$')
+changed=$( (git diff --name-only HEAD; git ls-files --others --exclude-standard) | grep -E '\.(cpp|mm)$')
+[ -n "$changed" ] ||
+  changed=$(git diff --name-only --diff-filter=d HEAD~1 2>/dev/null | grep -E '\.(cpp|mm)$')
 existing=$(for file in $changed; do [ -f "$file" ] && echo "$file"; done |
-  grep -v -e ^Machines/Mac/ -e ^Tests/Machines/Mac/ -e ^Tests/Mac/ | head -n 40)
+  grep -v -e ^Tests/Machines/Mac/ -e ^Tests/Mac/ | head -n 40)
+# How the Mac's sources are compiled for the tests, whose build need not be there.
+mac_commands() {
+  local file options
+  sources 'Machines/Mac/*.cpp' 'Machines/Mac/*.mm' | while read -r file; do
+    options="-std=c++20 -I. -isystem cmake/macos/include -isystem Tests/Machines/Mac/include"
+    [ "${file%.mm}" = "$file" ] || options+=" -fobjc-runtime=macosx-13.0 -fobjc-arc -fblocks"
+    printf ',\n{"directory": "%s", "command": "clang++-16 %s -c %s", "file": "%s"}\n' \
+      "$PWD" "$options" "$file" "$PWD/$file"
+  done
+}
 # It can't read the other compiler's precompiled headers.
 mkdir -p build/tidy
-sed 's| -Winvalid-pch||; s| -include [^ ]*cmake_pch.hxx||' build/compile_commands.json \
-  >build/tidy/compile_commands.json
+{
+  sed 's| -Winvalid-pch||; s| -include [^ ]*cmake_pch.hxx||; $d' build/compile_commands.json
+  mac_commands
+  echo ']'
+} >build/tidy/compile_commands.json
 check "clang-tidy finds nothing in the changed files" "$(
   [ -z "$existing" ] || printf '%s\n' "$existing" |
     xargs -P "$(nproc)" -n 4 clang-tidy-16 -p build/tidy --quiet >build/tidy/log 2>build/tidy/errors ||
