@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "Machines/Desk/DeskOnScreen.h"
+#include "Tests/Support/OneUntilTheTestsEnd.h"
 
 namespace brivane {
 namespace {
@@ -20,17 +21,7 @@ constexpr int patienceMilliseconds = 20'000;
 constexpr int largestDifference = 40;
 constexpr double largestMeanDifference = 0.6;
 
-std::unique_ptr<QtBench>& theBench() {
-  static std::unique_ptr<QtBench> bench;
-  return bench;
-}
-
-/// Qt's application must end before the libraries that it uses do.
-class Ending : public testing::Environment {
- public:
-  void TearDown() override { QtBench::drop(); }
-};
-const testing::Environment* const ending = testing::AddGlobalTestEnvironment(new Ending);
+std::unique_ptr<QtBench>& theBench = oneUntilTheTestsEnd<QtBench>();
 
 struct Difference {
   int largest = 0;
@@ -59,18 +50,18 @@ Difference difference(const QImage& one, const QImage& other) {
 }  // namespace
 
 QtBench& QtBench::shared() {
-  if (!theBench()) theBench().reset(new QtBench({}));
-  return *theBench();
+  if (!theBench) theBench.reset(new QtBench({}));
+  return *theBench;
 }
 
 QtBench& QtBench::renewed(const Setting& setting) {
   drop();
-  theBench().reset(new QtBench(setting));
-  return *theBench();
+  theBench.reset(new QtBench(setting));
+  return *theBench;
 }
 
 void QtBench::drop() {
-  theBench().reset();
+  theBench.reset();
 }
 
 QtBench::QtBench(const Setting& setting) {

@@ -1,35 +1,21 @@
 #include "Tests/Machines/QtOnX/OnXWorld.h"
 
-#include <gtest/gtest.h>
-
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <cstdlib>
 
+#include "Tests/Support/OneUntilTheTestsEnd.h"
+
 namespace brivane {
 namespace {
 
-std::unique_ptr<OnXWorld>& theWorld() {
-  static std::unique_ptr<OnXWorld> one;
-  return one;
-}
-
-/// Qt's application must end before the libraries that it uses do.
-class Ending : public testing::Environment {
- public:
-  void TearDown() override { OnXWorld::drop(); }
-};
-const testing::Environment* const ending = testing::AddGlobalTestEnvironment(new Ending);
+std::unique_ptr<OnXWorld>& theWorld = oneUntilTheTestsEnd<OnXWorld>();
 
 }  // namespace
 
 OnXWorld& OnXWorld::shared() {
-  if (!theWorld()) theWorld().reset(new OnXWorld);
-  return *theWorld();
-}
-
-void OnXWorld::drop() {
-  theWorld().reset();
+  if (!theWorld) theWorld.reset(new OnXWorld);
+  return *theWorld;
 }
 
 OnXWorld::OnXWorld() {

@@ -16,7 +16,6 @@ namespace brivane {
 class OnXWorld {
  public:
   static OnXWorld& shared();
-  static void drop();
 
   /// Runs Qt's loop and the Linux machine's main queue until it holds; false after a minute.
   bool eventually(const std::function<bool()>& holds);
