@@ -115,7 +115,9 @@ RunningProgram::RunningProgram(const std::string& name, const std::vector<std::s
 }
 
 RunningProgram::~RunningProgram() {
-  if (child > 0) wait();
+  if (child <= 0) return;
+  signal(SIGKILL);
+  wait();
 }
 
 ProgramResult RunningProgram::wait() {

@@ -31,7 +31,8 @@ std::filesystem::path programFolder();
 /// The folder above `build`: the tree, or the copy of what tests need of it.
 std::filesystem::path treeFolder();
 
-/// A program that is being run; it is waited for at the latest by the destructor.
+/// A program that is being run. Nothing of it is left behind: one that was not waited for, because
+/// a test has failed, is killed.
 class RunningProgram {
  public:
   /// Starts the built program `name` with this environment on top of the test's own; an empty value
