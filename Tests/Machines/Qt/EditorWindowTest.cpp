@@ -22,6 +22,8 @@
 namespace brivane {
 namespace {
 
+constexpr int patienceMilliseconds = 60'000;
+
 class EditorWindowTest : public testing::Test {
  public:
   ~EditorWindowTest() override { bindings.resetBindings(); }
@@ -30,7 +32,7 @@ class EditorWindowTest : public testing::Test {
   explicit EditorWindowTest(const std::string& language = "en") : resources(language) {
     bindings.resetBindings();
     editor.show();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window(), patienceMilliseconds));
     bench.settle();
   }
 
@@ -119,7 +121,7 @@ TEST_F(EditorWindowTest, InAWindowBehindOthersOnlyOneFieldWaitsToo) {
   QWidget other;
   other.show();
   other.activateWindow();
-  EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&other, patienceMilliseconds));
   const auto all = fields();
   QTest::mouseClick(all[0], Qt::LeftButton);
   QTest::mouseClick(all[1], Qt::LeftButton);
@@ -222,7 +224,8 @@ TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheButtonAndPressesIt) {
   EXPECT_TRUE(read.state().focusable);
   EXPECT_FALSE(read.state().disabled || read.state().invisible);
   read.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 1; })) << "Qt shows it pressed for a moment";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 1; }, patienceMilliseconds))
+      << "Qt shows it pressed for a moment";
 }
 
 TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheTitleOfTheWindowAndWhatIsInIt) {
