@@ -44,6 +44,18 @@ class Hotkeys : public XInputTest {
     return status != nullptr ? *status : 0;
   }
 
+  /// Of two hotkeys, 5 and 6, that were pressed together.
+  void holdTheSecondAlone() {
+    add(f18, 0, 5);
+    add(f19, 0, 6);
+    rig.takeTypedKeys();
+    rig.pressKey(xKey::f18);
+    rig.pressKey(xKey::f19);
+    settle();
+    rig.releaseKey(xKey::f18);
+    settle();
+  }
+
   /// Until it has done what the program has asked for: the rig's requests don't queue behind those.
   void waitForServer() { keyboard.heldModifiers(); }
 
@@ -118,14 +130,7 @@ TEST_F(Hotkeys, ASecondOneThatIsHeldLongerThanTheFirstIsToldToGoUpHoweverSoon) {
 }
 
 TEST_F(Hotkeys, TheKeyboardIsEverybodysAgainAfterTheLastOneWentUp) {
-  add(f18, 0, 5);
-  add(f19, 0, 6);
-  rig.takeTypedKeys();
-  rig.pressKey(xKey::f18);
-  rig.pressKey(xKey::f19);
-  settle();
-  rig.releaseKey(xKey::f18);
-  settle();
+  holdTheSecondAlone();
   tap(xKey::a);
   EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
   rig.releaseKey(xKey::f19);
@@ -135,13 +140,7 @@ TEST_F(Hotkeys, TheKeyboardIsEverybodysAgainAfterTheLastOneWentUp) {
 }
 
 TEST_F(Hotkeys, PressedAgainBeforeItsReleaseWasReadIsToldToGoUpOnceMore) {
-  add(f18, 0, 5);
-  add(f19, 0, 6);
-  rig.pressKey(xKey::f18);
-  rig.pressKey(xKey::f19);
-  settle();
-  rig.releaseKey(xKey::f18);
-  settle();
+  holdTheSecondAlone();
   rig.releaseKey(xKey::f19);
   rig.pressKey(xKey::f19);
   settle();
