@@ -34,6 +34,7 @@ class CenterObserver {
 
  private:
   /// A block keeps a copy of what it uses, though not of references.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param)
   static void (^blockOf(Task handler))(NSNotification*) {
     return ^(NSNotification*) {
       handler();
@@ -124,7 +125,7 @@ Observation SystemAppKit::observeDidWake(Task handler) {
 
 Observation SystemAppKit::observeScreensDidWake(Task handler) {
   return observe(NSWorkspace.sharedWorkspace.notificationCenter,
-                 NSWorkspaceScreensDidWakeNotification, std::move(handler));
+                 NSWorkspaceScreensDidWakeNotification, handler);
 }
 
 }  // namespace brivane
