@@ -34,7 +34,8 @@ case ${1:-} in
 esac
 
 # What this Mac has to be.
-[ "$(id -u)" -ne 0 ] || fail "Run it as yourself, without sudo: the launch agent is yours."
+user=$(id -u)
+[ "$user" -ne 0 ] || fail "Run it as yourself, without sudo: the launch agent is yours."
 # In a terminal that is translated from Intel's processors uname names one of those.
 [ "$(uname -s) $(sysctl -n hw.optional.arm64 2>/dev/null)" = "Darwin 1" ] ||
   fail "Brivane needs a Mac with Apple silicon."
@@ -48,8 +49,8 @@ source=$here/Brivane.app
 codesign --verify --strict "$source" 2>/dev/null ||
   fail "$source isn't whole. Unpack or build it again."
 
-domain=gui/$(id -u)
-is_running() { pgrep -u "$(id -u)" -x Brivane >/dev/null; }
+domain=gui/$user
+is_running() { pgrep -u "$user" -x Brivane >/dev/null; }
 is_ours() { grep -qs "<string>$label</string>" "$1/Contents/Info.plist"; }
 
 # Where the agent says that the app is.
@@ -166,7 +167,7 @@ PLIST
 stop_running() {
   ! is_running || ran=yes
   launchctl bootout "$domain/$label" 2>/dev/null || true
-  ! is_running || pkill -u "$(id -u)" -x Brivane || true
+  ! is_running || pkill -u "$user" -x Brivane || true
   for _ in 1 2 3 4 5 6 7 8 9 10; do
     is_running || return 0
     sleep 0.5

@@ -32,10 +32,11 @@ case ${1:-} in
   --help | -h) help; exit 0 ;;
   *) help >&2; exit 2 ;;
 esac
-[ "$(id -u)" -ne 0 ] || fail "Run it as yourself, without sudo: the launch agent is yours."
+user=$(id -u)
+[ "$user" -ne 0 ] || fail "Run it as yourself, without sudo: the launch agent is yours."
 
-domain=gui/$(id -u)
-is_running() { pgrep -u "$(id -u)" -x Brivane >/dev/null; }
+domain=gui/$user
+is_running() { pgrep -u "$user" -x Brivane >/dev/null; }
 is_ours() { grep -qs "<string>$label</string>" "$1/Contents/Info.plist"; }
 
 # Where the agent says that the app is.
@@ -63,7 +64,7 @@ trap 'echo "Interrupted; Brivane is still installed." >&2; exit 130' INT TERM HU
 stop_running() {
   ! is_running || ran=yes
   launchctl bootout "$domain/$label" 2>/dev/null || true
-  ! is_running || pkill -u "$(id -u)" -x Brivane || true
+  ! is_running || pkill -u "$user" -x Brivane || true
   for _ in 1 2 3 4 5 6 7 8 9 10; do
     is_running || return 0
     sleep 0.5
