@@ -121,12 +121,16 @@ TEST_F(DeskPokeTest, AfterAWakeTheProgramRestoresWhatTheMonitorForgot) {
 }
 
 TEST_F(DeskPokeTest, APluggedInDisplayGetsItsDimmingBack) {
-  use(R"({"displays": [{"identifier": 2, "firmware": {"level": 0}}]})");
+  use(R"({"displays": [{"identifier": 2, "firmware": {"level": 0}}],
+          "defaults": {"com.quorrel.brivane": {"VerboseKeyLog": true}}})");
   start();
   for (int i = 0; i < 2; ++i) poke("key control+option+down");
   ASSERT_TRUE(shows("gamma 2: dimmed by 10"));
   poke("unplug 2");
   ASSERT_TRUE(shows("gamma 2: gone"));
+  // A display that comes back before anybody has looked was never away.
+  poke("announce screens");
+  ASSERT_TRUE(program->waitForError("screen parameters changed but the arrangement did not"));
   poke("plug 2");
   ASSERT_TRUE(shows("gamma 2: calibrated"));
   EXPECT_TRUE(shows("gamma 2: dimmed by 10"));
