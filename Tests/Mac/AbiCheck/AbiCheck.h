@@ -62,8 +62,10 @@ constexpr bool isReference = std::is_pointer_v<Type> && sizeof(Type) == 8 &&
 #define IS_FUNCTION(name, ...)                                                      \
   static_assert(std::is_same_v<abi::Function<decltype(&name)>::Plain, __VA_ARGS__>, \
                 "another " #name)
-#define IS_OBJECT(name, ...) \
-  static_assert(std::is_same_v<decltype(name), __VA_ARGS__>, "another " #name)
+/// Kits differ in whether their objects can be written.
+#define IS_OBJECT(name, ...)                                                                \
+  static_assert(std::is_same_v<std::remove_const_t<decltype(name)>, __VA_ARGS__>, "another" \
+                                                                                  " " #name)
 #define IS_TYPE(name, ...) static_assert(std::is_same_v<name, __VA_ARGS__>, "another " #name)
 #define IS_REFERENCE(name) static_assert(abi::isReference<name, false>, "another " #name)
 #define IS_CONSTANT_REFERENCE(name) static_assert(abi::isReference<name, true>, "another " #name)

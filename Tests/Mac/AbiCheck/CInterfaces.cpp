@@ -7,6 +7,7 @@
 #include <CoreGraphics/CoreGraphics.h>
 #include <IOKit/IOKitLib.h>
 #include <crt_externs.h>
+#include <dlfcn.h>
 #include <dispatch/dispatch.h>
 #include <os/log.h>
 
@@ -187,6 +188,7 @@ IS_VALUE(OS_LOG_TYPE_DEFAULT, 0);
 IS_VALUE(QOS_CLASS_USER_INITIATED, 0x19);
 IS_VALUE(QOS_CLASS_UTILITY, 0x11);
 IS_VALUE(SIGTERM, 15);
+IS_VALUE(RTLD_LAZY, 1);
 IS_VALUE(SIGINT, 2);
 IS_VALUE(SIGHUP, 1);
 static_assert(std::string_view(kIOServicePlane) == "IOService");
@@ -257,15 +259,15 @@ IS_TYPE(CFRunLoopTimerCallBack, void (*)(CFRunLoopTimerRef, void*));
 IS_FUNCTION(CFMachPortCreateRunLoopSource,
             CFRunLoopSourceRef (*)(CFAllocatorRef, CFMachPortRef, CFIndex));
 IS_FUNCTION(CFMachPortInvalidate, void (*)(CFMachPortRef));
-IS_OBJECT(kCFAllocatorDefault, const CFAllocatorRef);
-IS_OBJECT(kCFBooleanTrue, const CFBooleanRef);
-IS_OBJECT(kCFBooleanFalse, const CFBooleanRef);
-IS_OBJECT(kCFTypeArrayCallBacks, const CFArrayCallBacks);
-IS_OBJECT(kCFTypeDictionaryKeyCallBacks, const CFDictionaryKeyCallBacks);
-IS_OBJECT(kCFTypeDictionaryValueCallBacks, const CFDictionaryValueCallBacks);
-IS_OBJECT(kCFPreferencesAnyHost, const CFStringRef);
-IS_OBJECT(kCFPreferencesCurrentUser, const CFStringRef);
-IS_OBJECT(kCFRunLoopCommonModes, const CFRunLoopMode);
+IS_OBJECT(kCFAllocatorDefault, CFAllocatorRef);
+IS_OBJECT(kCFBooleanTrue, CFBooleanRef);
+IS_OBJECT(kCFBooleanFalse, CFBooleanRef);
+IS_OBJECT(kCFTypeArrayCallBacks, CFArrayCallBacks);
+IS_OBJECT(kCFTypeDictionaryKeyCallBacks, CFDictionaryKeyCallBacks);
+IS_OBJECT(kCFTypeDictionaryValueCallBacks, CFDictionaryValueCallBacks);
+IS_OBJECT(kCFPreferencesAnyHost, CFStringRef);
+IS_OBJECT(kCFPreferencesCurrentUser, CFStringRef);
+IS_OBJECT(kCFRunLoopCommonModes, CFRunLoopMode);
 
 // CoreGraphics
 
@@ -301,7 +303,7 @@ IS_FUNCTION(IORegistryEntryGetParentEntry,
             kern_return_t (*)(io_registry_entry_t, const char*, io_registry_entry_t*));
 IS_FUNCTION(IORegistryEntryCreateCFProperty,
             CFTypeRef (*)(io_registry_entry_t, CFStringRef, CFAllocatorRef, IOOptionBits));
-IS_OBJECT(kIOMainPortDefault, const mach_port_t);
+IS_OBJECT(kIOMainPortDefault, mach_port_t);
 
 // Carbon, keyboard layouts, Accessibility
 
@@ -319,12 +321,12 @@ IS_FUNCTION(RegisterEventHotKey, OSStatus (*)(UInt32, UInt32, EventHotKeyID, Eve
 IS_FUNCTION(UnregisterEventHotKey, OSStatus (*)(EventHotKeyRef));
 IS_FUNCTION(TISCopyCurrentKeyboardLayoutInputSource, TISInputSourceRef (*)());
 IS_FUNCTION(TISGetInputSourceProperty, void* (*)(TISInputSourceRef, CFStringRef));
-IS_OBJECT(kTISPropertyUnicodeKeyLayoutData, const CFStringRef);
+IS_OBJECT(kTISPropertyUnicodeKeyLayoutData, CFStringRef);
 IS_FUNCTION(UCKeyTranslate,
             OSStatus (*)(const UCKeyboardLayout*, UInt16, UInt16, UInt32, UInt32, OptionBits,
                          UInt32*, UniCharCount, UniCharCount*, UniChar*));
 IS_FUNCTION(LMGetKbdType, UInt8 (*)());
-IS_OBJECT(kAXTrustedCheckOptionPrompt, const CFStringRef);
+IS_OBJECT(kAXTrustedCheckOptionPrompt, CFStringRef);
 IS_FUNCTION(AXIsProcessTrusted, Boolean (*)());
 IS_FUNCTION(AXIsProcessTrustedWithOptions, Boolean (*)(CFDictionaryRef));
 

@@ -183,7 +183,7 @@ passwd* fake_getpwuid(uid_t user) {
 
 // The grant
 
-const CFStringRef kAXTrustedCheckOptionPrompt = CFSTR("AXTrustedCheckOptionPrompt");
+CFStringRef kAXTrustedCheckOptionPrompt = CFSTR("AXTrustedCheckOptionPrompt");
 
 Boolean AXIsProcessTrusted(void) {
   return fake::system().isTrusted;
