@@ -108,6 +108,8 @@ ran=no
 made_agents=no
 ! was_made agents || made_agents=yes
 rm -f "$agent" "$agent.new"
+# AppKit's, of windows that were open.
+rm -rf "$HOME/Library/Saved Application State/$label.savedState" 2>/dev/null || true
 [ $made_agents = no ] || rmdir "$agents" 2>/dev/null || true
 
 # What was ever switched stays in the system's list; on is what it is without an entry.

@@ -34,11 +34,15 @@ struct UninstallTest : testing::Test {
 
 TEST_F(UninstallTest, LeavesNoFileAndNoFolder) {
   std::ofstream(mac.home() / "mine") << "x";
+  const std::string states = "home/Library/Saved Application State/";
+  const auto windows = mac.home().parent_path() / (states + "com.quorrel.brivane.savedState");
+  std::filesystem::create_directories(windows);
+  std::ofstream(windows / "windows.plist") << "x";
   mac.run("install.sh");
   mac.calls();
   const auto result = mac.run("uninstall.sh");
   EXPECT_EQ(result.status, 0) << result.output;
-  EXPECT_EQ(mac.found(), Names{"home/mine"});
+  EXPECT_EQ(mac.found(), (Names{"home/mine", states}));
   EXPECT_FALSE(mac.has("loaded"));
   EXPECT_FALSE(mac.has("running"));
   EXPECT_THAT(mac.calls(), IsSupersetOf({"launchctl bootout gui/501/com.quorrel.brivane",
