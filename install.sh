@@ -74,13 +74,13 @@ load_agent() {
   return 1
 }
 
-app='' new='' old='' ran=no made_folder='' made_agents=''
+app='' staging='' new='' old='' ran=no made_folder='' made_agents=''
 
 # What was only made ready goes; what was there is back, and runs if it ran.
 tidy_up() {
   trap '' INT TERM HUP
   set +e
-  rm -rf "$new" "$agent.new"
+  rm -rf "$staging" "$agent.new"
   [ -e "$app" ] || [ ! -e "$old" ] || mv "$old" "$app" ||
     echo "The old app lies in $old: rename it to $app." >&2
   for made in "$made_folder" "$made_agents"; do [ -z "$made" ] || rmdir "$made" 2>/dev/null; done
@@ -103,7 +103,9 @@ if [ ! -d "$folder" ]; then
 fi
 [ -w "$folder" ] || fail "You may not write into $folder. Name another: ./install.sh FOLDER"
 folder=$(CDPATH='' cd -- "$folder" && pwd)
-app=$folder/Brivane.app new=$folder/.Brivane.app.new old=$folder/.Brivane.app.old
+app=$folder/Brivane.app old=$folder/.Brivane.app.old
+# To codesign only what is named like an app is one.
+staging=$folder/.Brivane.new new=$staging/Brivane.app
 
 if [ ! -d "$agents" ]; then
   made_agents=$agents
@@ -113,13 +115,14 @@ fi
 
 # Left by an installation that was killed; the old app may be all that there is.
 [ -e "$app" ] || [ ! -e "$old" ] || mv "$old" "$app"
-rm -rf "$new"
+rm -rf "$staging"
 [ ! -e "$old" ] || rm -rf "$old" 2>/dev/null || fail "$old is of no use and can't be deleted. $grant, $again"
 [ ! -e "$app" ] || is_ours "$app" ||
   fail "$app is somebody else's app. Name another folder: ./install.sh FOLDER"
 
 copy_app() {
-  said=$(ditto "$source" "$new" 2>&1) || fail "Brivane.app can't be copied into $folder (${said##*: }). Help that, $again"
+  said=$({ mkdir "$staging" && ditto "$source" "$new"; } 2>&1) ||
+    fail "Brivane.app can't be copied into $folder (${said##*: }). Help that, $again"
   # Without it the system would not open an app that was downloaded and has no certificate.
   xattr -dr com.apple.quarantine "$new" 2>/dev/null || true
   codesign --verify --strict "$new" 2>/dev/null ||

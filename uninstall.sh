@@ -74,7 +74,7 @@ stop_running() {
 
 # remove APP: unless somebody else's app has that name.
 remove() {
-  folder=${1%/*} hidden=${1%/*}/.Brivane.app
+  folder=${1%/*} hidden=${1%/*}/.Brivane
   if [ ! -w "$folder" ]; then
     ! is_ours "$1" || echo "$1 stays, because you may not write into $folder."
     return
@@ -83,13 +83,13 @@ remove() {
     # The mapping of keys stays when a program ends; a grant can be withdrawn while the app is there.
     "$1/$program" --unmap >/dev/null || true
     tccutil reset Accessibility "$label" >/dev/null 2>&1 || true
-    rm -rf "$hidden.old" 2>/dev/null || refused "$hidden.old"
-    mv "$1" "$hidden.old" 2>/dev/null || refused "$1"
+    rm -rf "$hidden.app.old" 2>/dev/null || refused "$hidden.app.old"
+    mv "$1" "$hidden.app.old" 2>/dev/null || refused "$1"
     ran=no
     echo "Removed $1."
   fi
   # An installation that was killed leaves either.
-  rm -rf "$hidden.new" "$hidden.old" 2>/dev/null || refused "$hidden.old"
+  rm -rf "$hidden.new" "$hidden.app.old" 2>/dev/null || refused "$hidden.app.old"
 }
 
 refused() {

@@ -56,7 +56,7 @@ const Failure everyTime[] = {
     {"CopyFails", [](const auto& mac) { mac.refuse("ditto *"); },
      "Brivane.app can't be copied into HOME/Applications (Operation not permitted). Help that, "
      "then run install.sh again."},
-    {"DamagedCopy", [](const auto& mac) { mac.refuse("codesign */.Brivane.app.new"); },
+    {"DamagedCopy", [](const auto& mac) { mac.refuse("codesign */.Brivane.new/Brivane.app"); },
      "The copy of Brivane.app in HOME/Applications isn't whole. See whether the disk is full, then "
      "run install.sh again."},
     {"AgentNotWhole", [](const auto& mac) { mac.refuse("plutil *"); },
@@ -68,7 +68,7 @@ const Failure everyTime[] = {
        mac.set("stubborn");
      },
      "Brivane is still running and doesn't end. Quit it from its menu, then run install.sh again."},
-    {"NewAppRefused", [](const auto& mac) { mac.refuse("mv */.Brivane.app.new *"); },
+    {"NewAppRefused", [](const auto& mac) { mac.refuse("mv */.Brivane.new/Brivane.app *"); },
      "macOS doesn't let HOME/Applications/Brivane.app be replaced (Operation not permitted). " +
          appManagement + ", then run install.sh again."},
 };

@@ -28,7 +28,7 @@ TEST_F(InstallTest, PutsTheAppIntoPlaceAndHasItStartAtLogin) {
   EXPECT_EQ(TemporaryFolder::read(mac.agent()),
             PlayedMac::agentFor((mac.app() / "Contents/MacOS/Brivane").string(), "agents app"));
   EXPECT_TRUE(mac.has("loaded"));
-  const std::string fresh = (mac.home() / "Applications/.Brivane.app.new").string();
+  const std::string fresh = (mac.home() / "Applications/.Brivane.new/Brivane.app").string();
   EXPECT_THAT(
       mac.calls(),
       ElementsAre("codesign --verify --strict " + (mac.package() / "Brivane.app").string(),
@@ -95,7 +95,7 @@ TEST_F(InstallTest, TheProgramRunsUntilTheNewOneIsReady) {
   const auto called = mac.calls();
   const auto ended = std::ranges::find(called, "launchctl bootout gui/501/com.quorrel.brivane");
   const auto verified = std::ranges::find_if(called, [](const auto& call) {
-    return call.starts_with("codesign ") && call.ends_with("/.Brivane.app.new");
+    return call.starts_with("codesign ") && call.ends_with("/.Brivane.new/Brivane.app");
   });
   EXPECT_LT(verified - called.begin(), ended - called.begin());
 }

@@ -181,7 +181,7 @@ TEST_F(UninstallTest, AProgramThatWasStartedByHandGoesOnAfterARefusalToo) {
 
 TEST_F(UninstallTest, OnceTheGrantIsThereWhatWasLeftGoes) {
   mac.run("install.sh");
-  mac.refuse("rm -rf */.Brivane.app.new *");
+  mac.refuse("rm -rf */.Brivane.new *");
   const auto result = mac.run("uninstall.sh");
   EXPECT_EQ(result.status, 1);
   EXPECT_THAT(result.output, HasSubstr("/.Brivane.app.old be deleted. Allow this terminal in "));
