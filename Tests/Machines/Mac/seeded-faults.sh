@@ -113,5 +113,5 @@ done < <(lines "${1:-}")
 wait
 found=$(grep -c '^found' "$work/results")
 missed=$(grep -c '^MISSED' "$work/results")
-echo "$found mistakes found, $missed missed"
+echo "$found of $((found + missed)) mistakes found"
 [ "$found" -gt 0 ] && [ "$missed" -eq 0 ]
