@@ -39,6 +39,8 @@ class MacHUDWindow : public HUDWindow {
   BrivaneHUDWindow* window;
   BrivanePictureView* view = nil;
   bool mayBeFading = false;
+  /// Tells a fade from those that took its place.
+  int fades = 0;
 
   DisplayList contentFrom;
   DisplayList content;
@@ -46,6 +48,7 @@ class MacHUDWindow : public HUDWindow {
   double changeSeconds = 0;
   /// 0: nothing moves.
   TimerID changeTimer = 0;
+  LivenessAnchor anchor;
 };
 
 }  // namespace brivane

@@ -63,6 +63,7 @@ MacHUDWindow::MacHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime&
     : attributes(windowAttributes), runtime(frameRuntime), window(makeWindow(windowAttributes)) {}
 
 MacHUDWindow::~MacHUDWindow() {
+  anchor.kill();
   endChange();
   [window orderOut:nil];
 }
@@ -90,14 +91,14 @@ void MacHUDWindow::setAlpha(double alpha) {
 void MacHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
                                 Task completion) {
   mayBeFading = durationSeconds > 0;
-  void (^whenOver)(void) = nil;
-  if (completion) {
-    // The window may be gone by then.
-    Runtime* const queue = &runtime;
-    whenOver = ^{
-      queue->async(completion);
-    };
-  }
+  const int fade = ++fades;
+  // The window may be gone by then.
+  const auto watch = anchor.watch();
+  Runtime* const queue = &runtime;
+  void (^const whenOver)(void) = ^{
+    if (watch.isAlive() && fades == fade) mayBeFading = false;
+    if (completion) queue->async(completion);
+  };
   [NSAnimationContext
       runAnimationGroup:^(NSAnimationContext* context) {
         context.duration = durationSeconds;

@@ -32,6 +32,7 @@ NSProgressIndicator* makeSpinner(const brivane::Rect& box) {
   brivane::DisplayList picture;
   std::vector<brivane::Rect> boxes;
   NSMutableArray<NSProgressIndicator*>* spinners;
+  BOOL hasDrawn;
 }
 
 - (void)showPicture:(const brivane::DisplayList&)newPicture {
@@ -57,6 +58,9 @@ NSProgressIndicator* makeSpinner(const brivane::Rect& box) {
 - (void)drawRect:(NSRect)dirtyRect {
   brivane::MacPainter painter;
   brivane::draw(picture, painter);
+  // A transparent window's shadow has the outline of what was last drawn in it.
+  if (!hasDrawn) [self.window invalidateShadow];
+  hasDrawn = YES;
 }
 
 @end

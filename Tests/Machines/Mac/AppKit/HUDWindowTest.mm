@@ -105,6 +105,20 @@ TEST_F(MacHUDWindowTest, AnAlphaThatIsSetDuringAFadeStays) {
   EXPECT_EQ(systemWindow().alphaValue, 0.5);
 }
 
+TEST_F(MacHUDWindowTest, AFadeThatHasEndedByItselfIsNotEndedAgain) {
+  window->animateAlpha(0, 0.28, AnimationTiming::easeIn, {});
+  bench.pass(0.2);
+  window->animateAlpha(0.2, 0.28, AnimationTiming::easeIn, {});
+  bench.pass(0.2);
+  window->setAlpha(0.7);
+  EXPECT_EQ([systemWindow() fakeLastFade].seconds, 0) << "the first one's end isn't the second's";
+  window->animateAlpha(0, 0.28, AnimationTiming::easeIn, {});
+  bench.pass(1);
+  window->setAlpha(0.5);
+  EXPECT_EQ([systemWindow() fakeLastFade].seconds, 0.28);
+  EXPECT_EQ(systemWindow().alphaValue, 0.5);
+}
+
 TEST_F(MacHUDWindowTest, AFadeMayEndAfterTheWindowHasGone) {
   int ends = 0;
   window->animateAlpha(0, 0.28, AnimationTiming::easeIn, [&] { ++ends; });
@@ -182,7 +196,11 @@ TEST_F(MacHUDWindowTest, ASpinnerIsTheSystemsOwnAndTurnsOnWhileItStaysWhereItIs)
 
 TEST_F(MacHUDWindowTest, ANewViewHasANewShadow) {
   window->installContentView({});
-  EXPECT_THAT(desktop.notes, Contains("shadow anew"));
+  EXPECT_THAT(desktop.takeNotes(), Contains("shadow anew"));
+  EXPECT_THAT(drawn(), IsEmpty());
+  EXPECT_THAT(desktop.takeNotes(), ElementsAre("shadow anew")) << "only now it has an outline";
+  EXPECT_THAT(drawn(), IsEmpty());
+  EXPECT_THAT(desktop.takeNotes(), IsEmpty());
 }
 
 }  // namespace
