@@ -28,7 +28,8 @@ class MacApplication : public Application {
   Appearance effectiveAppearance() override;
   Observation observeEffectiveAppearance(Task handler) override;
 
-  /// The handler is called when the run is to end: nothing may keep its loop.
+  /// The handler is called when the run is to end: nothing may keep its loop, and what the user's
+  /// hands still do until it has ended must do nothing.
   Observation observeEnd(Task handler);
 
   // What AppKit tells.

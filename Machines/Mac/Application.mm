@@ -1,6 +1,8 @@
 // AppKit's own way to end, `terminate:`, tells the delegate and ends the process within the call.
 // What ends by `exit` leaves the run loop instead, so that everything comes down in its order; the
-// loop notices that it was stopped only at the next event, so one is posted.
+// loop notices that it was stopped only at the next event, so one is posted. A menu that is open or
+// a control that the mouse holds runs a loop within, which would take that event for itself and
+// drop it: it is posted only when the outermost loop runs again.
 #include "Machines/Mac/Application.h"
 
 #include <utility>
@@ -57,6 +59,18 @@ Appearance currentAppearance() {
   return [best isEqualToString:NSAppearanceNameDarkAqua] ? Appearance::dark : Appearance::light;
 }
 
+NSEvent* emptyEvent() {
+  return [NSEvent otherEventWithType:NSEventTypeApplicationDefined
+                            location:NSMakePoint(0, 0)
+                       modifierFlags:0
+                           timestamp:0
+                        windowNumber:0
+                             context:nil
+                             subtype:0
+                               data1:0
+                               data2:0];
+}
+
 }  // namespace
 
 MacApplication::MacApplication(Runtime& frameRuntime)
@@ -108,16 +122,9 @@ void MacApplication::exit(int status) {
   runtime.stop();
   NSApplication* const application = NSApplication.sharedApplication;
   [application stop:nil];
-  NSEvent* const event = [NSEvent otherEventWithType:NSEventTypeApplicationDefined
-                                            location:NSMakePoint(0, 0)
-                                       modifierFlags:0
-                                           timestamp:0
-                                        windowNumber:0
-                                             context:nil
-                                             subtype:0
-                                               data1:0
-                                               data2:0];
-  [application postEvent:event atStart:YES];
+  [NSRunLoop.mainRunLoop performBlock:^{
+    [application postEvent:emptyEvent() atStart:YES];
+  }];
 }
 
 void MacApplication::activateIgnoringOtherApplications() {
@@ -140,7 +147,9 @@ Observation MacApplication::observeEnd(Task handler) {
   return endings.observe(std::move(handler));
 }
 
+/// The system's appearance is the application's only by now.
 void MacApplication::didFinishLaunching() {
+  shownAppearance = currentAppearance();
   if (delegate != nullptr) delegate->applicationDidFinishLaunching();
 }
 

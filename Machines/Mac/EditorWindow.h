@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "BrivaneApp/Frame/EditorWindow.h"
+#include "Machines/Mac/Application.h"
 
 @class BrivaneEditorHands;
 
@@ -15,7 +16,8 @@ namespace brivane {
 /// handlers. Main thread.
 class MacEditorWindow : public EditorWindow {
  public:
-  MacEditorWindow(const EditorWindowAttributes& attributes, Runtime& frameRuntime);
+  MacEditorWindow(const EditorWindowAttributes& attributes, Runtime& frameRuntime,
+                  MacApplication& application);
   ~MacEditorWindow() override;
   MacEditorWindow(const MacEditorWindow&) = delete;
   MacEditorWindow& operator=(const MacEditorWindow&) = delete;
@@ -41,6 +43,7 @@ class MacEditorWindow : public EditorWindow {
   NSView* make(const WindowLabel& label);
   NSView* make(const WindowButton& button);
   NSView* make(const WindowView& field);
+  void letGo();
   void leaveFields();
   void keepForNow(NSObject* object);
 
@@ -50,6 +53,7 @@ class MacEditorWindow : public EditorWindow {
   Task whenClosing;
   std::vector<Button> buttons;
   std::vector<std::unique_ptr<Host>> hosts;
+  const Observation applicationEnds;
 };
 
 }  // namespace brivane

@@ -76,25 +76,36 @@ class MacEditorWindow::Host : public CustomViewHost {
   BrivaneFieldView* const field;
 };
 
-MacEditorWindow::MacEditorWindow(const EditorWindowAttributes& attributes, Runtime& frameRuntime)
+MacEditorWindow::MacEditorWindow(const EditorWindowAttributes& attributes, Runtime& frameRuntime,
+                                 MacApplication& application)
     : runtime(frameRuntime),
       window([[NSWindow alloc]
           initWithContentRect:NSMakeRect(0, 0, attributes.contentWidth, attributes.contentHeight)
                     styleMask:static_cast<NSWindowStyleMask>(attributes.styleMask)
                       backing:static_cast<NSBackingStoreType>(attributes.backing)
                         defer:attributes.isDeferred]),
-      hands([[BrivaneEditorHands alloc] init]) {
+      hands([[BrivaneEditorHands alloc] init]),
+      applicationEnds(application.observeEnd([this] { letGo(); })) {
   hands->window = this;
   window.title = nsString(attributes.title);
   window.releasedWhenClosed = attributes.isReleasedWhenClosed;
+  // The system would keep the state of a window that it may open again at the next start.
+  window.restorable = NO;
   window.delegate = hands;
 }
 
 MacEditorWindow::~MacEditorWindow() {
-  hands->window = nullptr;
-  leaveFields();
+  letGo();
   [window orderOut:nil];
   keepForNow(window);
+}
+
+/// Hears no more of the user's hands.
+void MacEditorWindow::letGo() {
+  hands->window = nullptr;
+  window.delegate = nil;
+  for (const Button& own : buttons) own.button.target = nil;
+  leaveFields();
 }
 
 void MacEditorWindow::center() {

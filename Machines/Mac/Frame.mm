@@ -15,7 +15,7 @@ std::unique_ptr<HUDWindow> MacFrame::makeHUDWindow(const HUDWindowAttributes& at
 }
 
 std::unique_ptr<EditorWindow> MacFrame::makeEditorWindow(const EditorWindowAttributes& attributes) {
-  return std::make_unique<MacEditorWindow>(attributes, runtime);
+  return std::make_unique<MacEditorWindow>(attributes, runtime, ownApplication);
 }
 
 }  // namespace brivane

@@ -24,8 +24,9 @@ class MacMenu : public MenuView {
   double sliderValue(std::size_t index) override;
 
   NSMenu* systemMenu() const { return menu; }
-  /// Takes an open menu off the screen at once: one that fades is tracked on until it has faded.
-  void cancelTracking();
+  /// Hears no more of the user's hands, and takes an open menu off the screen at once: one that
+  /// fades is tracked on until it has faded.
+  void letGo();
 
   // What the user's hands do.
   void willOpen();
@@ -34,6 +35,7 @@ class MacMenu : public MenuView {
   void moved(NSSlider* slider);
 
  private:
+  void tellThatItClosed();
   NSMenuItem* makeItem(const MenuText& text);
   NSMenuItem* makeItem(const MenuSlider& slider);
   NSMenuItem* makeItem(const MenuCommand& command);

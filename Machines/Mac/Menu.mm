@@ -85,10 +85,16 @@ MacMenu::MacMenu()
 }
 
 MacMenu::~MacMenu() {
+  letGo();
+}
+
+/// AppKit tells of the closing only later; and a slider that the mouse holds goes on following it,
+/// so what was replaced stays.
+void MacMenu::letGo() {
   hands->menu = nullptr;
-  // AppKit tells of the closing only later.
+  menu.delegate = nil;
   if (!isOpen) return;
-  didClose();
+  tellThatItClosed();
   [menu cancelTrackingWithoutAnimation];
 }
 
@@ -160,19 +166,18 @@ NSSlider* MacMenu::sliderAt(std::size_t index) const {
   return static_cast<BrivaneSliderRow*>(shown.at(index).view).slider;
 }
 
-void MacMenu::cancelTracking() {
-  if (isOpen) [menu cancelTrackingWithoutAnimation];
-}
-
 void MacMenu::willOpen() {
   isOpen = true;
   if (delegate != nullptr) delegate->menuWillOpen();
 }
 
 void MacMenu::didClose() {
-  if (!std::exchange(isOpen, false)) return;
   retired.clear();
-  if (delegate != nullptr) delegate->menuDidClose();
+  tellThatItClosed();
+}
+
+void MacMenu::tellThatItClosed() {
+  if (std::exchange(isOpen, false) && delegate != nullptr) delegate->menuDidClose();
 }
 
 void MacMenu::chose(NSMenuItem* item) {

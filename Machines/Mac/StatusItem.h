@@ -21,7 +21,9 @@ class MacStatusItem : public StatusItem {
   MenuView& menu() override { return *ownMenu; }
 
  private:
-  /// The status bar keeps no item that nobody else does.
+  void leaveToTheProcess();
+
+  /// The status bar keeps no item that nobody else does. Nil once it is left to the process.
   NSStatusItem* item;
   std::unique_ptr<MacMenu> ownMenu = std::make_unique<MacMenu>();
   const Observation applicationEnds;

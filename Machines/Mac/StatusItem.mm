@@ -1,5 +1,7 @@
 #include "Machines/Mac/StatusItem.h"
 
+#include <utility>
+
 #include "Machines/Mac/AppKitValues.h"
 #include "Machines/Mac/Painter.h"
 
@@ -30,7 +32,7 @@ NSImage* imageOf(const StatusButton& button) {
 
 MacStatusItem::MacStatusItem(MacApplication& application)
     : item([NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength]),
-      applicationEnds(application.observeEnd([this] { ownMenu->cancelTracking(); })) {
+      applicationEnds(application.observeEnd([this] { leaveToTheProcess(); })) {
   item.autosaveName = @"com.quorrel.brivane.status";
   item.menu = ownMenu->systemMenu();
 }
@@ -38,7 +40,13 @@ MacStatusItem::MacStatusItem(MacApplication& application)
 MacStatusItem::~MacStatusItem() {
   // The place in the menu bar stays until its menu has closed.
   ownMenu.reset();
-  [NSStatusBar.systemStatusBar removeStatusItem:item];
+  if (item != nil) [NSStatusBar.systemStatusBar removeStatusItem:item];
+}
+
+/// With an item that is removed goes the place that its user has given it.
+void MacStatusItem::leaveToTheProcess() {
+  ownMenu->letGo();
+  (void)(__bridge_retained void*)std::exchange(item, nil);
 }
 
 void MacStatusItem::configureButton(const StatusButton& button) {

@@ -132,6 +132,8 @@ CAN_WRITE(NSWindow, level, setLevel, NSWindowLevel);
 CAN_WRITE(NSWindow, collectionBehavior, setCollectionBehavior, NSWindowCollectionBehavior);
 CAN_WRITE(NSWindow, animationBehavior, setAnimationBehavior, NSWindowAnimationBehavior);
 CAN_WRITE(NSWindow, alphaValue, setAlphaValue, CGFloat);
+CAN_WRITE(NSWindow, restorable, setRestorable, BOOL);
+GIVES([any<NSWindow>() isRestorable], BOOL);
 CAN_READ(NSWindow, frame, NSRect);
 CAN_READ(NSWindow, visible, BOOL);
 GIVES([any<NSWindow>() isVisible], BOOL);

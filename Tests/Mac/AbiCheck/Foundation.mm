@@ -154,6 +154,10 @@ GIVES_OBJECT([any<NSProcessInfo>() beginActivityWithOptions:Exactly<NSActivityOp
              id<NSObject>);
 GIVES([any<NSProcessInfo>() endActivity:valueOf<id<NSObject>>()], void);
 
+IS_SUBCLASS(NSRunLoop, NSObject);
+GIVES_OBJECT(NSRunLoop.mainRunLoop, NSRunLoop*);
+GIVES([any<NSRunLoop>() performBlock:valueOf<void (^)(void)>()], void);
+
 // The course of an animation
 
 IS_TYPE(CAMediaTimingFunctionName, NSString*);

@@ -14,6 +14,7 @@ void makeSharedObjects() {
     (void)NSNotificationCenter.defaultCenter;
     (void)NSOperationQueue.mainQueue;
     (void)NSProcessInfo.processInfo;
+    (void)NSRunLoop.mainRunLoop;
     (void)NSStatusBar.systemStatusBar;
     (void)NSColorSpace.sRGBColorSpace;
   }

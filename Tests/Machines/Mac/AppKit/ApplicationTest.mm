@@ -75,6 +75,20 @@ TEST_F(MacApplicationTest, AnnouncementsOfTheSameAppearanceAreNoChange) {
   EXPECT_EQ(changes, 1);
 }
 
+TEST_F(MacApplicationTest, TheAppearanceThatItIsLaunchedInIsNoChange) {
+  int changes = 0;
+  const auto observation = application.observeEffectiveAppearance([&] { ++changes; });
+  desktop.isDark = true;
+  bench.runtime.after(fromSeconds(0.1), [&] {
+    desktop.setDark(true);
+    EXPECT_EQ(changes, 0);
+    desktop.setDark(false);
+    EXPECT_EQ(changes, 1);
+    application.exit(0);
+  });
+  application.run();
+}
+
 TEST_F(MacApplicationTest, ObservationsOfOthersGoToWhoeverIsAboveInTheClass) {
   NSObject* const delegate = static_cast<NSObject*>(NSApplication.sharedApplication.delegate);
   EXPECT_DEATH([delegate observeValueForKeyPath:@"other" ofObject:nil change:nil context:nil],

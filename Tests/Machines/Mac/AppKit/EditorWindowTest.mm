@@ -5,6 +5,11 @@
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
 
+/// What a button of the editor sends.
+@interface NSObject (EditorHands)
+- (void)pressed:(NSButton*)button;
+@end
+
 namespace brivane {
 namespace {
 
@@ -159,10 +164,29 @@ TEST_F(MacEditorWindowTest, EventsOfAWindowThatHasGoneReachNobody) {
   NSWindow* const system = systemWindow();
   window->onWillClose([] { ADD_FAILURE(); });
   auto* const button = static_cast<NSButton*>(view(2));
+  const id hands = system.delegate;
   window.reset();
   EXPECT_FALSE(system.visible);
-  [system fakeUserCloses];
-  desktop.press(button);
+  EXPECT_EQ(system.delegate, nil) << "whoever keeps what was the delegate";
+  EXPECT_EQ(button.target, nil);
+  [hands windowWillClose:[NSNotification new]];
+  [hands pressed:button];
+}
+
+TEST_F(MacEditorWindowTest, AfterTheEndOfTheApplicationItTakesNothing) {
+  int presses = 0;
+  window->setContent({WindowView{{200, 114, 200, 30}, &field, "Brighter"},
+                      WindowButton{{248, 20, 152, 26}, "Defaults", [&] { ++presses; }}});
+  field.host->makeFirstResponder();
+  frame.application().exit(0);
+  desktop.press(systemWindow(), 96, 0);
+  desktop.press(static_cast<NSButton*>(view(1)));
+  EXPECT_THAT(field.keys, IsEmpty());
+  EXPECT_EQ(presses, 0);
+}
+
+TEST_F(MacEditorWindowTest, TheSystemKeepsNothingOfItForTheNextStart) {
+  EXPECT_FALSE(systemWindow().restorable);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,10 @@ class FakeDesktop {
 
   /// As the status bar has them.
   NSMutableArray<NSStatusItem*>* statusItems;
+  /// Names of the status items that the user has put somewhere, which the system keeps.
+  std::set<std::string> storedPositions;
+  /// The process's end takes the status items that are left to it. Nobody else may still keep one.
+  void endProcess();
   /// Those that exist, shown or not; weakly.
   std::vector<NSWindow * __weak> windows;
   NSWindow* windowTitled(const std::string& title);
@@ -69,10 +74,25 @@ class FakeDesktop {
   void choose(const std::string& title);
   /// Nothing here keeps the slider, as nothing in AppKit does while it follows the mouse.
   void drag(NSSlider* __weak const& slider, double value);
+  /// The mouse's button goes down on a slider, and up: it is followed meanwhile, whatever happens
+  /// to the menu.
+  void hold();
+  void letGo();
   void click(NSView* view, NSWindow* window);
   void press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags);
   NSEvent* keyDown(std::uint16_t keyCode, NSEventModifierFlags flags);
   void press(NSButton* button);
+
+  // The loops
+
+  /// For the outermost loop, when nothing follows the mouse.
+  std::vector<void (^)(void)> blocks;
+  void performBlocks();
+  bool tracksTheMouse() const;
+  bool isHolding = false;
+  /// The open menu is to close as soon as whoever asked for that has returned.
+  bool isCancelled = false;
+  void endCancelledTracking();
 
   // Drawing
 

@@ -64,6 +64,12 @@ void note(const std::string& line) {
                        subtype:(short)subtype
                          data1:(NSInteger)data1
                          data2:(NSInteger)data2 {
+  // AppKit raises an exception: those of the mouse and the keys are made by other methods.
+  constexpr NSUInteger firstOther = 13;
+  constexpr NSUInteger lastOther = 16;
+  if (type < firstOther || type > lastOther) {
+    brivane::objc::fail("such an event is made in another way");
+  }
   NSEvent* const event = [NSEvent new];
   event->ownType = type;
   return event;
@@ -99,6 +105,19 @@ void note(const std::string& line) {
 }
 @end
 
+// The run loop
+
+@implementation NSRunLoop
++ (NSRunLoop*)mainRunLoop {
+  static NSRunLoop* const loop = [NSRunLoop new];
+  return loop;
+}
+- (void)performBlock:(void (^)(void))block {
+  FakeDesktop::shared().blocks.push_back(block);
+  FakeDesktop::shared().loop.stop();
+}
+@end
+
 // The application
 
 const NSAppearanceName NSAppearanceNameAqua = @"NSAppearanceNameAqua";
@@ -121,6 +140,7 @@ const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
  @public
   BOOL isStopped;
   BOOL isToldOfStop;
+  BOOL isInLoop;
 }
 @end
 
@@ -155,7 +175,10 @@ const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
   });
   do {
     @autoreleasepool {
+      isInLoop = YES;
       loop.run();
+      isInLoop = NO;
+      FakeDesktop::shared().performBlocks();
     }
   } while (!isToldOfStop);
 }
@@ -163,9 +186,12 @@ const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
   isStopped = YES;
 }
 - (void)postEvent:(NSEvent*)event atStart:(BOOL)isFirst {
-  if (!isStopped) return;
+  if (event == nil) brivane::objc::fail("no event was posted");
+  note("post " + std::to_string(event.type) + (isFirst ? " first" : ""));
+  // Whoever follows the mouse takes all events, and drops those that it doesn't know.
+  if (!isStopped || FakeDesktop::shared().tracksTheMouse()) return;
   isToldOfStop = YES;
-  FakeDesktop::shared().loop.stop();
+  if (isInLoop) FakeDesktop::shared().loop.stop();
 }
 /// The process doesn't end here, so that a test can go on.
 - (void)terminate:(id)sender {
@@ -280,7 +306,10 @@ const NSNotificationName NSWorkspaceScreensDidWakeNotification =
 }
 - (void)cancelTrackingWithoutAnimation {
   note("tracking ends at once");
-  if (FakeDesktop::shared().openMenu == self) FakeDesktop::shared().close();
+  FakeDesktop& desktop = FakeDesktop::shared();
+  if (desktop.openMenu != self) return;
+  desktop.isCancelled = true;
+  desktop.loop.async([] { FakeDesktop::shared().endCancelledTracking(); });
 }
 - (id)copyWithZone:(struct _NSZone*)zone {
   return self;
@@ -364,6 +393,7 @@ const NSNotificationName NSWorkspaceScreensDidWakeNotification =
 }
 - (void)removeStatusItem:(NSStatusItem*)item {
   note("the status item is removed");
+  FakeDesktop::shared().storedPositions.erase(textOf(item.autosaveName));
   [FakeDesktop::shared().statusItems removeObject:item];
 }
 @end
@@ -415,6 +445,39 @@ void FakeDesktop::close() {
   @autoreleasepool {
     NSMenu* const menu = std::exchange(openMenu, nil);
     [menu.delegate menuDidClose:menu];
+  }
+}
+
+void FakeDesktop::hold() {
+  isHolding = true;
+}
+
+void FakeDesktop::letGo() {
+  isHolding = false;
+  endCancelledTracking();
+}
+
+bool FakeDesktop::tracksTheMouse() const {
+  return isHolding || openMenu != nil;
+}
+
+void FakeDesktop::endCancelledTracking() {
+  if (isHolding || !std::exchange(isCancelled, false)) return;
+  close();
+  loop.stop();
+}
+
+void FakeDesktop::performBlocks() {
+  if (tracksTheMouse()) return;
+  for (void (^const& block)(void) : std::exchange(blocks, {})) block();
+}
+
+void FakeDesktop::endProcess() {
+  @autoreleasepool {
+    for (NSStatusItem* item in [statusItems copy]) {
+      (void)(__bridge_transfer id)(__bridge void*)item;
+    }
+    [statusItems removeAllObjects];
   }
 }
 

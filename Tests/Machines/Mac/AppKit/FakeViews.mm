@@ -237,7 +237,7 @@ NSAnimationContext* currentContext;
 
 @implementation NSWindow
 @synthesize delegate, title, opaque, hasShadow, ignoresMouseEvents, releasedWhenClosed,
-    hidesOnDeactivate, level, collectionBehavior, animationBehavior;
+    hidesOnDeactivate, level, collectionBehavior, animationBehavior, restorable;
 - (instancetype)initWithContentRect:(NSRect)contentRect
                           styleMask:(NSWindowStyleMask)style
                             backing:(NSBackingStoreType)backing
@@ -247,6 +247,7 @@ NSAnimationContext* currentContext;
     styleMask = style;
     alpha = 1;
     self.releasedWhenClosed = YES;
+    self.restorable = YES;
     self.opaque = YES;
     self.hasShadow = YES;
     self.contentView = [[NSView alloc]

@@ -5,6 +5,11 @@
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
 
+/// What a command of the menu sends.
+@interface NSObject (MenuHands)
+- (void)chose:(NSMenuItem*)item;
+@end
+
 namespace brivane {
 namespace {
 
@@ -15,6 +20,10 @@ using testing::IsEmpty;
 class MacMenuTest : public AppKitTest, public MenuDelegate {
  protected:
   MacMenuTest() { item->menu().setDelegate(this); }
+  ~MacMenuTest() override {
+    item.reset();
+    desktop.endProcess();
+  }
 
   void menuWillOpen() override { notes.emplace_back("will open"); }
   void menuDidClose() override { notes.emplace_back("did close"); }
@@ -35,6 +44,18 @@ TEST_F(MacMenuTest, TheItemIsSquareAndKeepsThePlaceThatItsUserGaveIt) {
 TEST_F(MacMenuTest, TheItemLeavesTheStatusBarAsItGoes) {
   item.reset();
   EXPECT_EQ(desktop.statusItems.count, 0U);
+}
+
+TEST_F(MacMenuTest, ThePlaceThatTheUserGaveTheItemOutlivesTheApplication) {
+  desktop.storedPositions = {"com.quorrel.brivane.status"};
+  frame.application().exit(0);
+  NSStatusItem* __weak left = nil;
+  @autoreleasepool {
+    left = systemItem();
+  }
+  item.reset();
+  EXPECT_NE(left, nil);
+  EXPECT_THAT(desktop.storedPositions, ElementsAre("com.quorrel.brivane.status"));
 }
 
 TEST_F(MacMenuTest, TheButtonShowsThePictureScaledToTheStatusBar) {
@@ -185,8 +206,56 @@ TEST_F(MacMenuTest, AnOpenMenuThatGoesIsClosedAndTellsSoOnce) {
 
 TEST_F(MacMenuTest, AnOpenMenuDoesNotKeepTheApplicationFromEnding) {
   desktop.open(systemMenu());
-  frame.application().exit(0);
+  desktop.takeNotes();
+  bench.runtime.async([this] { frame.application().exit(3); });
+  EXPECT_EQ(frame.application().run(), 3);
   EXPECT_THAT(notes, ElementsAre("will open", "did close"));
+  EXPECT_THAT(desktop.notes, ElementsAre("tracking ends at once", "post 15 first"));
+  EXPECT_EQ(desktop.openMenu, nil);
+}
+
+TEST_F(MacMenuTest, ASliderThatTheMouseStillHoldsAfterTheEndMovesNothing) {
+  item->menu().setItems(
+      {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("moved"); }},
+       MenuCommand{"Go", false, "", [this] { notes.emplace_back("chosen"); }}});
+  desktop.open(systemMenu());
+  NSSlider* const slider = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  NSMenuItem* const command = systemItem(1);
+  desktop.hold();
+  bench.runtime.async([this] { frame.application().exit(0); });
+  bench.runtime.after(fromSeconds(0.2), [this, slider, command] {
+    EXPECT_EQ(desktop.openMenu, systemMenu()) << "the mouse is still followed";
+    desktop.drag(slider, 60);
+    [command.target chose:command];
+    desktop.letGo();
+  });
+  frame.application().run();
+  EXPECT_THAT(notes, ElementsAre("will open", "did close"));
+}
+
+TEST_F(MacMenuTest, ASliderThatWasReplacedStaysAsLongAsTheMouseHoldsItAfterTheEnd) {
+  NSSlider* __weak held = nil;
+  @autoreleasepool {
+    item->menu().setItems(
+        {MenuSlider{0, 100, 50, "a", [this](double) { item->menu().setItems({}); }}});
+    desktop.open(systemMenu());
+    held = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  }
+  desktop.hold();
+  desktop.drag(held, 60);
+  frame.application().exit(0);
+  desktop.drag(held, 70);
+  desktop.letGo();
+}
+
+TEST_F(MacMenuTest, AMenuThatHasGoneTellsNobody) {
+  item->menu().setItems({MenuText{"a", MenuTone::label}});
+  NSMenu* const system = systemMenu();
+  const id hands = system.delegate;
+  item.reset();
+  EXPECT_EQ(system.delegate, nil) << "whoever keeps what was the delegate";
+  [hands menuWillOpen:system];
+  EXPECT_THAT(notes, IsEmpty());
 }
 
 TEST_F(MacMenuTest, AClosedMenuHasNoTrackingToCancel) {

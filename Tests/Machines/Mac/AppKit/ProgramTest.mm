@@ -83,7 +83,9 @@ class MacWholeProgram : public testing::Test {
     std::string name = "Brivane";
     std::vector<char*> arguments = {name.data(), nullptr};
     fake::system().arguments = {name};
-    return brivaneMain(1, arguments.data());
+    const int status = brivaneMain(1, arguments.data());
+    desktop.endProcess();
+    return status;
   }
 
   /// The one window without a title.

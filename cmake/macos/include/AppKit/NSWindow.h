@@ -60,6 +60,7 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
 @property NSWindowCollectionBehavior collectionBehavior;
 @property NSWindowAnimationBehavior animationBehavior;
 @property CGFloat alphaValue;
+@property(getter=isRestorable) BOOL restorable;
 @property(readonly) NSRect frame;
 @property(readonly, getter=isVisible) BOOL visible;
 @property(readonly) BOOL canBecomeKeyWindow;

@@ -1,0 +1,13 @@
+#pragma once
+
+#import <Foundation/NSObjCRuntime.h>
+
+#pragma clang assume_nonnull begin
+
+@interface NSRunLoop : NSObject
+@property(class, readonly, strong) NSRunLoop* mainRunLoop;
+/// Runs it in a later turn, in the default mode alone.
+- (void)performBlock:(void (^)(void))block;
+@end
+
+#pragma clang assume_nonnull end
