@@ -25,6 +25,7 @@ void makeSharedObjects() {
 NothingIsLeft::NothingIsLeft() {
   FakeDesktop::shared().reset();
   makeSharedObjects();
+  FakeDesktop::shared().start.clear();
   before = objc::liveObjects();
 }
 

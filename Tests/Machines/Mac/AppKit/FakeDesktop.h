@@ -42,6 +42,8 @@ class FakeDesktop {
   /// What was asked for of which nothing else remains, in order.
   std::vector<std::string> notes;
   std::vector<std::string> takeNotes();
+  /// How the program became an application, in order.
+  std::vector<std::string> start;
 
   bool isDark = false;
   /// AppKit announces changes of the appearance that change nothing we see, too.

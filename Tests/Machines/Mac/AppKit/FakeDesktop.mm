@@ -144,11 +144,21 @@ const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
 }
 @end
 
-@implementation NSApplication
-@synthesize delegate;
+@implementation NSApplication {
+  __weak id<NSApplicationDelegate> ownDelegate;
+}
 + (__kindof NSApplication*)sharedApplication {
   static NSApplication* const application = [NSApplication new];
+  auto& start = FakeDesktop::shared().start;
+  if (start.empty()) start.emplace_back("shared application");
   return application;
+}
+- (id<NSApplicationDelegate>)delegate {
+  return ownDelegate;
+}
+- (void)setDelegate:(id<NSApplicationDelegate>)newDelegate {
+  ownDelegate = newDelegate;
+  if (newDelegate != nil) FakeDesktop::shared().start.emplace_back("delegate");
 }
 - (NSAppearance*)effectiveAppearance {
   return [NSAppearance new];
@@ -162,6 +172,7 @@ const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
 }
 /// The loop goes on until `stop:`, and notices that at the next event.
 - (void)run {
+  FakeDesktop::shared().start.emplace_back("run");
   isStopped = NO;
   isToldOfStop = NO;
   FakeDesktop::MainLoop& loop = FakeDesktop::shared().loop;

@@ -2,7 +2,9 @@
 // system's interfaces are stand-ins.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <list>
@@ -23,11 +25,26 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 constexpr std::uint16_t upArrow = 126;
 constexpr std::uint16_t optionKey = 58;
 constexpr std::uint16_t controlKey = 59;
 constexpr std::uint16_t keyF5 = 96;
+constexpr std::uint16_t keyF1 = 122;
+constexpr std::uint16_t keyF2 = 120;
+constexpr std::uint16_t keyF19 = 80;
+constexpr std::uint16_t shiftKey = 56;
+constexpr std::uint16_t letterA = 0;
+constexpr std::uint16_t escapeKey = 53;
+
+/// The system's tool for agents: writes down what it is asked, and prints what it is told to.
+constexpr auto launchctl = R"(#!/bin/sh
+folder=$(dirname "$0")
+for word; do printf '%s\n' "$word"; done >>"$folder/asked"
+echo . >>"$folder/asked"
+case $1 in print-disabled) cat "$folder/disabled" ;; esac
+)";
 
 void runLater(double seconds, Task task) {
   CFRunLoopTimerContext context = {0, new Task(std::move(task)), nullptr,
@@ -73,17 +90,23 @@ class MacWholeProgram : public testing::Test {
 
   /// From the step before; the last one is to end the program.
   void then(double seconds, Task step) { steps.emplace_back(seconds, std::move(step)); }
+  void thenEnd(double seconds) {
+    then(seconds, [] { std::raise(SIGTERM); });
+  }
 
-  int run() {
+  int run(const std::vector<std::string>& words = {}) {
     double time = 0;
     for (const auto& [seconds, step] : steps) {
       time += seconds;
       runLater(time, step);
     }
-    std::string name = "Brivane";
-    std::vector<char*> arguments = {name.data(), nullptr};
-    fake::system().arguments = {name};
-    const int status = brivaneMain(1, arguments.data());
+    std::vector<std::string>& line = fake::system().arguments;
+    line = {"Brivane"};
+    line.insert(line.end(), words.begin(), words.end());
+    std::vector<char*> arguments;
+    for (std::string& word : line) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    const int status = brivaneMain(static_cast<int>(line.size()), arguments.data());
     desktop.endProcess();
     return status;
   }
@@ -158,15 +181,60 @@ class MacWholeProgram : public testing::Test {
     const std::lock_guard lock(fake::mac().mutex);
     fake::mac().displays[2].table = {};
   }
-  bool mapsTheKeys() const {
-    return TemporaryFolder::read(world.folder / "mapping").find("Dst") != std::string::npos;
+  /// Each entry of the mapping has one.
+  int mappedKeys() const {
+    const std::string mapping = TemporaryFolder::read(world.folder / "mapping");
+    int count = 0;
+    for (auto at = mapping.find("Dst"); at != std::string::npos; at = mapping.find("Dst", at + 1)) {
+      ++count;
+    }
+    return count;
   }
-  /// Nobody else can have it then.
+  bool mapsTheKeys() const { return mappedKeys() != 0; }
+  void refuseToMapKeys() {
+    const std::string tool = world.folder.write("refusing", "#!/bin/sh\nexit 1\n");
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    fake::system().programs["/usr/bin/hidutil"] = tool;
+  }
   static bool hasItsHotkey() {
     constexpr std::uint32_t controlOption = 0x1800;
-    const auto added = fake::input().hotkeys.add({upArrow, controlOption}, nullptr);
+    return isTaken(upArrow, controlOption);
+  }
+  /// Nobody else can have it then.
+  static bool isTaken(std::uint16_t keyCode, std::uint32_t modifiers) {
+    const auto added = fake::input().hotkeys.add({keyCode, modifiers}, nullptr);
     const auto* const reference = std::get_if<HotkeyReference>(&added);
     return reference == nullptr || !fake::input().hotkeys.remove(*reference);
+  }
+  NSMenuItem* menuItem(const std::string& title) {
+    for (NSMenuItem* item in itemsOf(desktop.openMenu)) {
+      if (textOf(item.title) == title) return item;
+    }
+    ADD_FAILURE() << "no item " << title;
+    return nil;
+  }
+  bool isTicked(const std::string& title) {
+    desktop.open(desktop.statusItems[0].menu);
+    const bool ticked = menuItem(title).state == NSControlStateValueOn;
+    desktop.close();
+    return ticked;
+  }
+  void chooseFromTheMenu(const std::string& title) {
+    desktop.open(desktop.statusItems[0].menu);
+    desktop.choose(title);
+  }
+  NSWindow* editor() { return desktop.windowTitled("Brightness Hotkeys"); }
+  void clickTheFirstField() {
+    for (NSView* const& view : viewsBelow(editor().contentView)) {
+      if ([view fakeRole] == nil) continue;
+      desktop.click(view, editor());
+      return;
+    }
+  }
+  static long callsOf(const std::string& call) {
+    const std::lock_guard lock(fake::mac().mutex);
+    const auto& calls = fake::mac().calls;
+    return std::count(calls.begin(), calls.end(), call);
   }
   const PropertyValue::Dictionary& settings() {
     return fake::system().preferences.stored["com.quorrel.brivane"];
@@ -270,6 +338,288 @@ TEST_F(MacWholeProgram, LivesThroughADayAndLeavesNothingBehind) {
   EXPECT_EQ(desktop.openMenu, nil) << "an open menu doesn't outlive the program";
   EXPECT_EQ(whiteOfRight(), 1) << "nobody is left to brighten it again";
   EXPECT_FALSE(mapsTheKeys());
+}
+
+TEST_F(MacWholeProgram, ASliderThatTheMouseStillHoldsAfterTheEndMovesNothing) {
+  desktop.storedPositions = {"com.quorrel.brivane.status"};
+  then(0.8, [this] { desktop.open(desktop.statusItems[0].menu); });
+  then(0.3, [this] {
+    ASSERT_NE(slider("Right"), nil);
+    desktop.hold();
+    desktop.drag(slider("Right"), -40);
+  });
+  then(0.3, [] {
+    EXPECT_LT(whiteOfRight(), 1);
+    std::raise(SIGTERM);
+  });
+  then(0.3, [this] {
+    EXPECT_EQ(whiteOfRight(), 1);
+    EXPECT_FALSE(mapsTheKeys());
+    desktop.drag(slider("Right"), -60);
+  });
+  then(0.3, [this] {
+    EXPECT_EQ(whiteOfRight(), 1);
+    EXPECT_NE(desktop.openMenu, nil) << "the mouse is still followed";
+    desktop.letGo();
+  });
+  EXPECT_EQ(run(), 0);
+  EXPECT_EQ(whiteOfRight(), 1);
+  EXPECT_THAT(desktop.storedPositions, ElementsAre("com.quorrel.brivane.status"));
+}
+
+TEST_F(MacWholeProgram, StartsAtLoginOnlyOnceItIsInstalledAndAsTheUserSays) {
+  const std::string item = "Launch at Login";
+  const std::string tool = world.folder.write("launchctl", launchctl);
+  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  fake::system().programs["/bin/launchctl"] = tool;
+  fake::system().accountFolder = (world.folder / "home").string();
+  world.folder.write("disabled", "");
+  const auto asked = [this] {
+    const std::string words = TemporaryFolder::read(world.folder / "asked");
+    world.folder.write("asked", "");
+    return words;
+  };
+  const std::string domain = "gui/" + std::to_string(getuid());
+  const std::string agent =
+      (world.folder / "home/Library/LaunchAgents/com.quorrel.brivane.plist").string();
+  const std::string look = "print-disabled\n" + domain + "\n.\n";
+  then(0.6, [this, item, asked, agent] {
+    EXPECT_FALSE(isTicked(item));
+    chooseFromTheMenu(item);
+    EXPECT_THAT(fake::system().log,
+                Contains("Brivane: no LaunchAgent installed; run ./install.sh to enable launch at "
+                         "login."));
+    EXPECT_EQ(asked(), "") << "no child was started";
+    std::filesystem::create_directories(std::filesystem::path(agent).parent_path());
+    world.folder.write("home/Library/LaunchAgents/com.quorrel.brivane.plist", "");
+    EXPECT_TRUE(isTicked(item));
+    EXPECT_NE(asked(), "");
+    chooseFromTheMenu(item);
+  });
+  then(0.1, [this, item, asked, domain, look] {
+    EXPECT_EQ(asked(), look + look + "disable\n" + domain + "/com.quorrel.brivane\n.\n");
+    world.folder.write("disabled", "\t\"com.quorrel.brivane\" => disabled\n");
+    EXPECT_FALSE(isTicked(item));
+    asked();
+    chooseFromTheMenu(item);
+  });
+  then(0.1, [asked, domain, agent, look] {
+    EXPECT_EQ(asked(), look + look + "enable\n" + domain + "/com.quorrel.brivane\n.\nbootstrap\n" +
+                           domain + "\n" + agent + "\n.\n");
+  });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, TheKeyboardsKeysStayUntickedWhenTheirMappingIsRefused) {
+  const std::string item = "Use the Keyboard’s Brightness Keys";
+  then(0.6, [this, item] {
+    EXPECT_EQ(mappedKeys(), 6);
+    EXPECT_TRUE(isTicked(item));
+    chooseFromTheMenu(item);
+  });
+  then(0.3, [this, item] {
+    EXPECT_FALSE(mapsTheKeys());
+    EXPECT_FALSE(isTicked(item));
+    refuseToMapKeys();
+    chooseFromTheMenu(item);
+  });
+  then(0.3, [this, item] {
+    EXPECT_FALSE(isTicked(item));
+    EXPECT_FALSE(mapsTheKeys());
+  });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, DimmingIsClearedAndTheSavedLevelRestoredFromTheMenu) {
+  then(0.6, [this] { dimBelowTheLowestLevel(); });
+  then(0.4, [this] {
+    EXPECT_LT(whiteOfRight(), 1);
+    chooseFromTheMenu("Clear Software Dimming and Brightening");
+  });
+  then(0.3, [this] {
+    EXPECT_EQ(whiteOfRight(), 1);
+    MonitorFirmware::setLevelByButtons(world.monitors[2]->state, 21);
+    chooseFromTheMenu("Restore Saved Brightness");
+  });
+  then(1.2, [this] { EXPECT_EQ(world.monitors[2]->state.shownLevel, 0); });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, DisplaysThatDoNotRespondAreRetriedFromTheMenu) {
+  world.monitors[2]->state.mood = MonitorMood::silent;
+  then(5, [this] {
+    desktop.open(desktop.statusItems[0].menu);
+    EXPECT_NE(slider("Upper"), nil);
+    EXPECT_EQ(slider("Right"), nil);
+    const std::lock_guard lock(fake::mac().mutex);
+    world.monitors[2]->state.mood = MonitorMood::answering;
+  });
+  then(0.4, [this] {
+    EXPECT_EQ(slider("Right"), nil) << "its next turn is yet to come";
+    desktop.choose("Retry Displays That Don’t Respond");
+  });
+  then(0.5, [this] {
+    desktop.open(desktop.statusItems[0].menu);
+    EXPECT_NE(slider("Right"), nil);
+    desktop.close();
+  });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, TheEditorIsOneWindowThatBeepsAndCanBeLeft) {
+  NSWindow* __weak first = nil;
+  const auto beeps = [this] {
+    const auto notes = desktop.takeNotes();
+    return std::count(notes.begin(), notes.end(), "beep");
+  };
+  then(0.6, [this] { chooseFromTheMenu("Change Hotkeys…"); });
+  then(0.1, [this, &first, beeps] {
+    first = editor();
+    ASSERT_NE(first, nil);
+    clickTheFirstField();
+    beeps();
+    desktop.press(editor(), letterA, 0);
+    EXPECT_EQ(beeps(), 1) << "a letter alone is no hotkey";
+    desktop.press(editor(), escapeKey, 0);
+    desktop.press(editor(), keyF5, NSEventModifierFlagControl);
+    EXPECT_FALSE(settings().contains("BrightnessUpKeyCode")) << "escape ends the capturing";
+    clickTheFirstField();
+    desktop.press(editor(), keyF5, NSEventModifierFlagControl);
+    EXPECT_TRUE(isTaken(keyF5, 0x1000));
+    [editor() fakeUserCloses];
+    EXPECT_FALSE(editor().visible);
+  });
+  then(0.1, [this] { chooseFromTheMenu("Change Hotkeys…"); });
+  then(0.1, [this, &first] {
+    EXPECT_EQ(editor(), first);
+    EXPECT_TRUE(editor().visible);
+    EXPECT_FALSE(hasItsHotkey());
+    for (NSView* const& view : viewsBelow(editor().contentView)) {
+      if ([view isKindOfClass:[NSButton class]]) desktop.press(static_cast<NSButton*>(view));
+    }
+    EXPECT_TRUE(hasItsHotkey());
+    EXPECT_FALSE(isTaken(keyF5, 0x1000));
+    EXPECT_FALSE(settings().contains("BrightnessUpKeyCode"));
+  });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, TheTapStartsWithinTwoSecondsOfTheGrant) {
+  fake::system().isTrusted = false;
+  then(0.5, [] {
+    EXPECT_EQ(callsOf("AX prompt"), 1);
+    EXPECT_EQ(callsOf("tap on"), 0);
+    EXPECT_TRUE(isTaken(keyF1, 0)) << "the keys that serve meanwhile";
+    EXPECT_TRUE(isTaken(keyF2, 0));
+    EXPECT_TRUE(hasItsHotkey());
+    fake::system().isTrusted = true;
+  });
+  then(2.2, [] {
+    EXPECT_EQ(callsOf("AX prompt"), 1);
+    EXPECT_EQ(callsOf("tap on"), 1);
+    EXPECT_FALSE(isTaken(keyF1, 0));
+    EXPECT_FALSE(isTaken(keyF2, 0));
+    EXPECT_TRUE(hasItsHotkey());
+  });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, AHeldKeyRampsSlowlyWithShiftAndStopsWhenItIsLetGo) {
+  int before = 0;
+  const auto level = [this] { return static_cast<int>(world.monitors[2]->state.shownLevel) * 2; };
+  then(0.6, [this] {
+    desktop.open(desktop.statusItems[0].menu);
+    desktop.drag(slider("Right"), 0);
+    desktop.close();
+  });
+  then(0.4, [level] {
+    EXPECT_EQ(level(), 0);
+    fake::input().press(keyF19);
+  });
+  then(0.25, [level] {
+    EXPECT_GE(level(), 4);
+    EXPECT_LE(level(), 6) << "one step, and no more for a while";
+  });
+  then(0.35, [level] {
+    EXPECT_GT(level(), 12) << "fast";
+    EXPECT_LT(level(), 60);
+    // The system tells of a release when the modifiers change, too.
+    fake::input().release(keyF19);
+    fake::input().keysDown.insert(keyF19);
+  });
+  then(0.1, [&, level] { before = level(); });
+  then(0.2, [&, level] {
+    EXPECT_GT(level(), before + 6) << "the key itself is still down";
+    fake::input().press(shiftKey);
+    desktop.modifiers = fake::input().modifierFlags();
+  });
+  then(0.2, [&, level] { before = level(); });
+  then(0.4, [&, level] {
+    EXPECT_GT(level(), before + 2) << "slowly";
+    EXPECT_LT(level(), before + 16);
+    fake::input().release(shiftKey);
+    desktop.modifiers = 0;
+    desktop.open(desktop.statusItems[0].menu);
+    desktop.drag(slider("Right"), 0);
+    desktop.close();
+    fake::input().release(keyF19);
+    fake::input().press(keyF19);
+  });
+  then(0.6, [&, level] {
+    EXPECT_GT(level(), 12);
+    fake::input().release(keyF19);
+  });
+  then(0.2, [&, level] { before = level(); });
+  then(0.3, [&, level] {
+    EXPECT_LT(before, 100);
+    EXPECT_EQ(level(), before);
+  });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, IsAnApplicationWithADelegateBeforeItRuns) {
+  thenEnd(0.3);
+  EXPECT_EQ(run(), 0);
+  EXPECT_THAT(desktop.start, ElementsAre("shared application", "delegate", "run"));
+}
+
+TEST_F(MacWholeProgram, ASecondStartNamesTheFirstAndTouchesNoApplication) {
+  for (const int process : {static_cast<int>(getpid()), 4711}) {
+    [desktop.runningApplications addObject:makeFakeApplication("com.quorrel.brivane", process)];
+  }
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(run(), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Brivane is already running (pid 4711); exiting.\n");
+  EXPECT_THAT(desktop.start, IsEmpty());
+  EXPECT_THAT(desktop.notes, IsEmpty());
+}
+
+TEST_F(MacWholeProgram, ABareExecutableStartsBesideAnother) {
+  fake::system().bundleIdentifier = std::nullopt;
+  [desktop.runningApplications addObject:makeFakeApplication("com.quorrel.brivane", 4711)];
+  then(0.3, [this] { EXPECT_EQ(desktop.statusItems.count, 1U); });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, CommandsMakeNoApplication) {
+  testing::internal::CaptureStdout();
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"--unmap"}, {"--probe"}, {"--set", "40"}}) {
+    EXPECT_EQ(run(words), 0);
+  }
+  EXPECT_NE(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(world.monitors[2]->state.shownLevel, 20);
+  EXPECT_THAT(desktop.start, IsEmpty());
+  EXPECT_THAT(desktop.notes, IsEmpty());
 }
 
 TEST_F(MacWholeProgram, EndsFromItsMenu) {
