@@ -1,5 +1,7 @@
 // Not every system can make a pipe that children don't inherit in one step; children are started by
-// the main thread alone, so there is none in between.
+// the main thread alone, so there is none in between. What this process inherited must not matter:
+// closed descriptors, in whose places the pipe's ends would come to lie, and being told nothing of
+// the ends of children.
 #include "Machines/Common/ChildProcess.h"
 
 #include <fcntl.h>
@@ -11,6 +13,9 @@
 #include <cerrno>
 #include <csignal>
 #include <system_error>
+#include <utility>
+
+#include "Machines/Common/FileDescriptor.h"
 
 /// Some systems' headers leave it to the program to declare it.
 extern "C" char** environ;  // NOLINT(readability-redundant-declaration)
@@ -64,6 +69,28 @@ std::variant<pid_t, ProcessNotStarted> start(const std::string& executable,
   return child;
 }
 
+/// A copy that children don't inherit, above the descriptors that a child begins with; none open
+/// when there are too many.
+FileDescriptor aboveStandardOnes(const FileDescriptor& end) {
+  return FileDescriptor(::fcntl(end.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+/// The end to read from and the one to write to; none open when there can't be any.
+std::pair<FileDescriptor, FileDescriptor> makePipe() {
+  std::array<int, 2> ends{};
+  if (::pipe(ends.data()) != 0) return std::pair<FileDescriptor, FileDescriptor>();
+  const FileDescriptor readEnd(ends[0]);
+  const FileDescriptor writeEnd(ends[1]);
+  return {aboveStandardOnes(readEnd), aboveStandardOnes(writeEnd)};
+}
+
+/// A child whose end is to be ignored leaves no status behind.
+void keepStatusesOfChildren() {
+  struct sigaction action {};
+  ::sigaction(SIGCHLD, nullptr, &action);
+  if (action.sa_handler == SIG_IGN) std::signal(SIGCHLD, SIG_DFL);
+}
+
 std::string readToEnd(int descriptor) {
   std::string output;
   std::array<char, 4096> buffer{};
@@ -86,20 +113,17 @@ int waitForExit(pid_t child) {
 
 ProcessResult runChildProcess(const std::string& executable,
                               const std::vector<std::string>& arguments) {
-  std::array<int, 2> pipe{};
-  if (::pipe(pipe.data()) != 0) {
+  auto [readEnd, writeEnd] = makePipe();
+  if (!readEnd.isOpen() || !writeEnd.isOpen()) {
     return ProcessNotStarted{std::generic_category().message(errno)};
   }
-  for (const int end : pipe) ::fcntl(end, F_SETFD, FD_CLOEXEC);
-  const auto started = start(executable, arguments, pipe[1]);
-  ::close(pipe[1]);
-  FinishedProcess finished;
-  if (const auto* child = std::get_if<pid_t>(&started)) {
-    finished.output = readToEnd(pipe[0]);
-    finished.exitStatus = waitForExit(*child);
-  }
-  ::close(pipe[0]);
+  keepStatusesOfChildren();
+  const auto started = start(executable, arguments, writeEnd.get());
   if (const auto* failure = std::get_if<ProcessNotStarted>(&started)) return *failure;
+  writeEnd = FileDescriptor();
+  FinishedProcess finished;
+  finished.output = readToEnd(readEnd.get());
+  finished.exitStatus = waitForExit(std::get<pid_t>(started));
   return finished;
 }
 
