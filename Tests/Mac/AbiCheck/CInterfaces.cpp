@@ -13,6 +13,7 @@
 
 #include <csignal>
 #include <cstddef>
+#include <ctime>
 #include <string_view>
 
 #include "Tests/Mac/AbiCheck/AbiCheck.h"
@@ -191,6 +192,7 @@ IS_VALUE(SIGTERM, 15);
 IS_VALUE(RTLD_LAZY, 1);
 IS_VALUE(SIGINT, 2);
 IS_VALUE(SIGHUP, 1);
+IS_VALUE(CLOCK_MONOTONIC_RAW, 4);
 static_assert(std::string_view(kIOServicePlane) == "IOService");
 
 // CoreFoundation
