@@ -1,7 +1,8 @@
 // A signal handler may do next to nothing, so it writes one byte to a pipe; a queue of the Runtime
 // waits at the other end and hands the news to the main queue. (Blocking the signals and reading
 // them from a descriptor would be passed on to child processes and miss threads that exist
-// already.)
+// already.) The end puts a handler that does nothing in its place, so that a signal that is found
+// ignored was ignored by whoever started the program.
 #include "Machines/Common/TerminationSignals.h"
 
 #include <fcntl.h>
@@ -29,11 +30,21 @@ void writeToPipe(int) {
   errno = before;
 }
 
+void doNothing(int) {}
+
+bool isIgnored(int signal) {
+  struct sigaction action {};
+  ::sigaction(signal, nullptr, &action);
+  return action.sa_handler == SIG_IGN;
+}
+
 void setAction(void (*handler)(int)) {
   struct sigaction action {};
   action.sa_handler = handler;
   action.sa_flags = SA_RESTART;
-  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) ::sigaction(signal, &action, nullptr);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    if (signal == SIGTERM || !isIgnored(signal)) ::sigaction(signal, &action, nullptr);
+  }
 }
 
 void hand(int pipe, Runtime& runtime, const Task& handler) {
@@ -66,7 +77,7 @@ TerminationSignals::TerminationSignals(Runtime& machineRuntime, Task handler)
 }
 
 TerminationSignals::~TerminationSignals() {
-  setAction(SIG_IGN);
+  setAction(doNothing);
   handlersPipe = -1;
   while (::write(writeEnd.get(), &ended, 1) < 0 && errno == EINTR) {
   }

@@ -1,15 +1,18 @@
 // A source hears of signals that the process ignores, and only ignoring keeps them from ending it.
+// Later a handler that does nothing takes that place, so that a signal that is found ignored was
+// ignored by whoever started the program.
 #include "Machines/Mac/TerminationSources.h"
 
 #include <dispatch/dispatch.h>
 
 #include <csignal>
-#include <vector>
+#include <map>
 
 namespace brivane {
 
+/// By their signals.
 struct TerminationSources::Sources {
-  std::vector<dispatch_source_t> all;
+  std::map<int, dispatch_source_t> all;
 };
 
 TerminationSources::TerminationSources(Runtime& machineRuntime, Task itsHandler)
@@ -17,22 +20,27 @@ TerminationSources::TerminationSources(Runtime& machineRuntime, Task itsHandler)
       handler(std::move(itsHandler)),
       sources(std::make_unique<Sources>()) {
   for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-    ::signal(number, SIG_IGN);
-    const dispatch_source_t source =
-        dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<std::uintptr_t>(number), 0,
-                               dispatch_get_main_queue());
-    dispatch_set_context(source, this);
-    dispatch_source_set_event_handler_f(source, signalled);
-    dispatch_resume(source);
-    sources->all.push_back(source);
+    const bool wasIgnored = ::signal(number, SIG_IGN) == SIG_IGN;
+    if (!wasIgnored || number == SIGTERM) listenTo(number);
   }
 }
 
 TerminationSources::~TerminationSources() {
-  for (const dispatch_source_t source : sources->all) {
+  for (const auto& [number, source] : sources->all) {
+    ::signal(number, [](int) {});
     dispatch_source_cancel(source);
     dispatch_release(source);
   }
+}
+
+void TerminationSources::listenTo(int number) {
+  const dispatch_source_t source =
+      dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<std::uintptr_t>(number), 0,
+                             dispatch_get_main_queue());
+  dispatch_set_context(source, this);
+  dispatch_source_set_event_handler_f(source, signalled);
+  dispatch_resume(source);
+  sources->all.emplace(number, source);
 }
 
 void TerminationSources::signalled(void* context) {

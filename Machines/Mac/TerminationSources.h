@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// While it exists, SIGTERM, SIGINT and SIGHUP do nothing but put a task on the main queue;
-/// afterwards they do nothing. Main thread.
+/// While it exists, SIGTERM, and SIGINT and SIGHUP unless they were ignored before, do nothing but
+/// put a task on the main queue; afterwards they do nothing. Main thread.
 class TerminationSources {
  public:
   /// `machineRuntime` must outlive this.
@@ -19,6 +19,7 @@ class TerminationSources {
  private:
   struct Sources;
 
+  void listenTo(int number);
   static void signalled(void* context);
 
   Runtime& runtime;

@@ -4,6 +4,7 @@
 #include <csignal>
 
 #include "Tests/ResidentConformance/ResidentUnderTest.h"
+#include "Tests/Support/SignalDispositions.h"
 
 namespace brivane {
 namespace {
@@ -71,6 +72,7 @@ TEST_F(SystemNotificationsConformance, WakingIsAnnouncedOfTheMachineAndOfItsScre
 }
 
 TEST_F(SystemNotificationsConformance, ASignalToEndIsATaskOfTheMainQueueAndDoesNothingElse) {
+  const SignalDispositions dispositions;
   int asked = 0;
   const auto observation = notifications.observeTermination(count(asked));
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
@@ -80,6 +82,19 @@ TEST_F(SystemNotificationsConformance, ASignalToEndIsATaskOfTheMainQueueAndDoesN
   }
   underTest->settle();
   EXPECT_EQ(asked, 3);
+}
+
+TEST_F(SystemNotificationsConformance, ASignalThatWasIgnoredFromTheStartStaysSoButForTheOneToEnd) {
+  const SignalDispositions dispositions;
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_IGN);
+  int asked = 0;
+  const auto observation = notifications.observeTermination(count(asked));
+  raise(SIGINT);
+  raise(SIGHUP);
+  raise(SIGTERM);
+  EXPECT_TRUE(settleUntil([&] { return asked > 0; }));
+  underTest->settle();
+  EXPECT_EQ(asked, 1);
 }
 
 using SessionConformance = ResidentConformance;

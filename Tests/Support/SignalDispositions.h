@@ -5,12 +5,15 @@
 
 namespace brivane {
 
-/// Gives the signals that ask a program to end back what they did, when a test is over that had a
-/// program listen to them: a test that hangs later must be stoppable.
+/// Has the signals that ask a program to end do what they do in a program that a terminal started,
+/// and gives them back what they did when a test is over that had a program listen to them: a test
+/// that hangs later must be stoppable.
 class SignalDispositions {
  public:
   SignalDispositions() {
-    for (std::size_t i = 0; i < signals.size(); ++i) sigaction(signals[i], nullptr, &actions[i]);
+    struct sigaction standard {};
+    standard.sa_handler = SIG_DFL;
+    for (std::size_t i = 0; i < signals.size(); ++i) sigaction(signals[i], &standard, &actions[i]);
   }
   ~SignalDispositions() {
     for (std::size_t i = 0; i < signals.size(); ++i) sigaction(signals[i], &actions[i], nullptr);

@@ -32,8 +32,6 @@ TEST_P(TerminationSignalsTest, BecomeATaskOfTheMainQueueAndDoNothingElse) {
 TEST_P(TerminationSignalsTest, DoNothingOnceNobodyWaitsSoThatASecondOneDoesNotCutTheEndShort) {
   const pid_t child = fork();
   if (child == 0) {
-    // Other tests may have left the signal ignored.
-    std::signal(GetParam(), SIG_DFL);
     ThreadRuntime runtime;
     {
       const TerminationSignals signals(runtime, [] {});
@@ -46,7 +44,43 @@ TEST_P(TerminationSignalsTest, DoNothingOnceNobodyWaitsSoThatASecondOneDoesNotCu
   EXPECT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
 }
 
+TEST_P(TerminationSignalsTest, AreListenedToAgainAfterAnEnd) {
+  ThreadRuntime runtime;
+  {
+    const TerminationSignals before(runtime, [] {});
+  }
+  bool isHeard = false;
+  const TerminationSignals signals(runtime, [&] {
+    isHeard = true;
+    runtime.stop();
+  });
+  runtime.after(std::chrono::seconds(5), [&] { runtime.stop(); });
+  raise(GetParam());
+  runtime.run();
+  EXPECT_TRUE(isHeard);
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, TerminationSignalsTest, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST(TerminationSignals, ThoseThatNohupHasTheProgramIgnoreStayIgnored) {
+  const SignalDispositions dispositions;
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_IGN);
+  ThreadRuntime runtime;
+  int heard = 0;
+  {
+    const TerminationSignals signals(runtime, [&] {
+      ++heard;
+      runtime.stop();
+    });
+    for (const int signal : {SIGINT, SIGHUP, SIGTERM}) raise(signal);
+    runtime.run();
+    runtime.after(std::chrono::milliseconds(5), [&] { runtime.stop(); });
+    runtime.run();
+  }
+  EXPECT_EQ(heard, 1) << "the one that asks every program to end";
+  EXPECT_EQ(std::signal(SIGHUP, SIG_IGN), SIG_IGN);
+  EXPECT_EQ(std::signal(SIGINT, SIG_IGN), SIG_IGN);
+}
 
 TEST(TerminationSignals, CanBeWaitedForAgain) {
   const SignalDispositions dispositions;
