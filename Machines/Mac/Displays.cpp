@@ -5,14 +5,6 @@
 #include <algorithm>
 
 namespace brivane {
-namespace {
-
-/// What the system answers to all three questions where there is no monitor to ask. A serial number
-/// alone may be this one.
-constexpr std::uint32_t noNumber = 0xFFFFFFFF;
-constexpr PanelIdentity noMonitor = {noNumber, noNumber, noNumber};
-
-}  // namespace
 
 std::optional<std::uint32_t> MacDisplays::onlineDisplayCount() {
   std::uint32_t count = 0;
@@ -35,9 +27,8 @@ bool MacDisplays::isBuiltIn(DisplayID display) {
 }
 
 PanelIdentity MacDisplays::panelIdentity(DisplayID display) {
-  const PanelIdentity identity = {CGDisplayVendorNumber(display), CGDisplayModelNumber(display),
-                                  CGDisplaySerialNumber(display)};
-  return identity == noMonitor ? PanelIdentity{} : identity;
+  return {CGDisplayVendorNumber(display), CGDisplayModelNumber(display),
+          CGDisplaySerialNumber(display)};
 }
 
 }  // namespace brivane
