@@ -49,8 +49,9 @@ class EventTapPort {
 
   virtual ~EventTapPort() = default;
 
-  /// A tap at the head of the stream, connected to the main thread and not yet enabled; null when
-  /// the system refuses, as it does without the Accessibility grant.
+  /// A tap at the head of the stream, connected to the main thread; null when the system refuses,
+  /// as it does without the Accessibility grant. Whether it sees anything before
+  /// `setEnabled(true)` is undefined.
   virtual std::unique_ptr<EventTap> createTap(Handler handler) = 0;
 };
 

@@ -42,7 +42,7 @@ class HotkeyPort {
 
   /// Registers the key at `keyCode` (a virtual key code, see `Keyboard`) with exactly the
   /// modifiers in `modifiers` (256 command, 512 shift, 2048 option, 4096 control). Fails when
-  /// another program, or this one, has the combination.
+  /// this program has the combination, or another that has it for itself alone.
   virtual std::variant<HotkeyReference, HotkeyStatus> registerHotkey(std::uint32_t keyCode,
                                                                      std::uint32_t modifiers,
                                                                      HotkeyID hotkey) = 0;

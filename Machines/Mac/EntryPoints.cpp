@@ -18,7 +18,7 @@ using TransferI2C = IOReturn (*)(CFTypeRef service, std::uint32_t chip, std::uin
                                  void* bytes, std::uint32_t length);
 using GetBrightness = int (*)(CGDirectDisplayID display, float* level);
 using SetBrightness = int (*)(CGDirectDisplayID display, float level);
-using CanChangeBrightness = bool (*)(CGDirectDisplayID display);
+using CanChangeBrightness = Boolean (*)(CGDirectDisplayID display);
 
 class MacAVService : public AVService {
  public:
@@ -66,6 +66,12 @@ GetBrightnessFunction getBrightnessAt(void* address) {
   };
 }
 
+CanChangeBrightnessFunction canChangeBrightnessAt(void* address) {
+  return [canChange = reinterpret_cast<CanChangeBrightness>(address)](DisplayID display) {
+    return canChange(display) != 0;
+  };
+}
+
 }  // namespace
 
 Symbol symbolAt(void* address, std::string_view name) {
@@ -76,9 +82,7 @@ Symbol symbolAt(void* address, std::string_view name) {
   if (name == "DisplayServicesSetBrightness") {
     return SetBrightnessFunction(reinterpret_cast<SetBrightness>(address));
   }
-  if (name == "DisplayServicesCanChangeBrightness") {
-    return CanChangeBrightnessFunction(reinterpret_cast<CanChangeBrightness>(address));
-  }
+  if (name == "DisplayServicesCanChangeBrightness") return canChangeBrightnessAt(address);
   return {};
 }
 

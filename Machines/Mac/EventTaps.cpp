@@ -1,5 +1,5 @@
 // A tap that its own handler drops is still being called, so what the call needs is held by the
-// call itself. The system makes taps that are enabled; the seam's are not.
+// call itself.
 #include "Machines/Mac/EventTaps.h"
 
 #include <CoreGraphics/CoreGraphics.h>
@@ -64,7 +64,6 @@ std::unique_ptr<EventTap> MacEventTaps::createTap(Handler handler) {
   CFReference port(CGEventTapCreate(kCGHIDEventTap, kCGHeadInsertEventTap, kCGEventTapOptionDefault,
                                     systemDefinedEvents, tapCallback, listener.get()));
   if (!port) return nullptr;
-  CGEventTapEnable(port.get(), false);
   CFReference source(CFMachPortCreateRunLoopSource(kCFAllocatorDefault, port.get(), 0));
   if (!source) {
     CFMachPortInvalidate(port.get());

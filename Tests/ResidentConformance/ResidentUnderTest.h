@@ -27,8 +27,8 @@ class ResidentUnderTest {
   virtual void releaseKey(std::uint16_t keyCode) = 0;
   virtual void pressBrightnessUp() = 0;
   virtual void releaseBrightnessUp() = 0;
-  /// Has another program take the combination as its hotkey.
-  virtual void occupy(std::uint32_t keyCode, std::uint32_t modifiers) = 0;
+  /// Has another program take the combination as a hotkey for itself alone.
+  virtual void occupyAlone(std::uint32_t keyCode, std::uint32_t modifiers) = 0;
 
   /// Makes the system announce these.
   virtual void changeScreens() = 0;

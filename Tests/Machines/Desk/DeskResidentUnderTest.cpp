@@ -29,7 +29,7 @@ class DeskResidentUnderTest : public ResidentUnderTest {
   void releaseKey(std::uint16_t keyCode) override { desk->keyboard().releaseKey(keyCode); }
   void pressBrightnessUp() override { desk->keyboard().pressBrightness(BrightnessKey::up); }
   void releaseBrightnessUp() override { desk->keyboard().releaseBrightness(BrightnessKey::up); }
-  void occupy(std::uint32_t keyCode, std::uint32_t modifiers) override {
+  void occupyAlone(std::uint32_t keyCode, std::uint32_t modifiers) override {
     desk->hardware().input().hotkeys.add({keyCode, modifiers}, nullptr);
   }
 

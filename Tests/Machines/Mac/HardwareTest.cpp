@@ -34,10 +34,14 @@ TEST_F(MacDisplaysTest, AWindowServerThatRefusesGivesNeitherACountNorAList) {
   EXPECT_EQ(displays.onlineDisplayList(5), std::nullopt);
 }
 
-TEST_F(MacDisplaysTest, NumbersAreThePanelsOwnInTheirOrderAndZeroWhereThereIsNoMonitor) {
+TEST_F(MacDisplaysTest, NumbersAreThePanelsOwnInTheirOrder) {
   fake::mac().displays = {{.id = 7, .panel = {0x610, 22, 0xFFFFFFFF}}};
   EXPECT_EQ(displays.panelIdentity(7), (PanelIdentity{0x610, 22, 0xFFFFFFFF}));
-  EXPECT_EQ(displays.panelIdentity(8), PanelIdentity{});
+}
+
+TEST_F(MacDisplaysTest, ADisplayWithoutAMonitorHasTheNumbersThatTheSystemGives) {
+  constexpr std::uint32_t none = 0xFFFFFFFF;
+  EXPECT_EQ(displays.panelIdentity(8), (PanelIdentity{none, none, none}));
 }
 
 TEST_F(MacDisplaysTest, ScreensAndPointerAreAskedOfAppKit) {
@@ -59,6 +63,25 @@ TEST_F(MacTest, AGammaStatusIsTheWindowServersOwn) {
   std::uint32_t returned = 0;
   EXPECT_EQ(gamma.readTable(7, samples, samples, samples, returned), 1002);
   EXPECT_EQ(gamma.writeTable(7, samples, samples, samples), 1003);
+}
+
+TEST_F(MacTest, SamplesReachTheWindowServerAsTheyAreEachChannelInItsPlace) {
+  fake::mac().displays = {{.id = 7, .gammaCapacity = 3}};
+  MacGammaTables gamma;
+  const std::array<float, 3> red = {0, 0.5F, 1};
+  const std::array<float, 3> green = {0.25F, 0.75F, 1.8F};
+  const std::array<float, 3> blue = {0.125F, 0, 0.5F};
+  EXPECT_EQ(gamma.writeTable(7, red, green, blue), 0);
+  EXPECT_THAT(fake::mac().calls, ElementsAre("CGSetDisplayTransferByTable 7 3"));
+  const fake::Table& table = fake::mac().displays.front().table;
+  EXPECT_THAT(table.red, testing::ElementsAreArray(red));
+  EXPECT_THAT(table.green, testing::ElementsAreArray(green));
+  EXPECT_THAT(table.blue, testing::ElementsAreArray(blue));
+  std::array<std::array<float, 3>, 3> read{};
+  std::uint32_t returned = 0;
+  EXPECT_EQ(gamma.readTable(7, read[0], read[1], read[2], returned), 0);
+  EXPECT_EQ(returned, 3u);
+  EXPECT_THAT(read, ElementsAre(red, green, blue));
 }
 
 TEST_F(MacTest, AllCalibratedTablesComeBackWithOneCall) {
@@ -188,7 +211,7 @@ TEST_F(MacSymbolsTest, DisplayServicesTakeAndGiveLevelsAsTheyAre) {
   EXPECT_EQ(level, 0.5F);
   EXPECT_EQ(set(1, 0.75F), 0);
   EXPECT_EQ(fake::mac().displays.front().level, 0.75F);
-  EXPECT_TRUE(can(1));
+  EXPECT_TRUE(can(1)) << "any answer but 0 is yes";
   EXPECT_NE(get(2, level), 0);
   EXPECT_NE(set(2, 1), 0);
   EXPECT_FALSE(can(2));

@@ -46,7 +46,7 @@ TEST_F(MacInputTest, AHotkeyCarriesItsSignatureAndNumberAndItsModifiersAsTheyAre
   settle();
   EXPECT_THAT(heard, ElementsAre(HotkeyID{0x544C574E, 7}));
   EXPECT_EQ(fake::input().handlerStatus, 0);
-  EXPECT_THAT(fake::mac().calls, ElementsAre("hotkey 80 512 1414289230 7"));
+  EXPECT_THAT(fake::mac().calls, ElementsAre("handler keyb 5 6", "hotkey 80 512 1414289230 7"));
 }
 
 TEST_F(MacInputTest, AHandlerThatTheSystemRefusesIsNotInstalled) {
@@ -114,7 +114,8 @@ TEST_F(MacInputTest, HotkeysEndWithTheirOwnerBeforeTheirHandlerDoes) {
 TEST_F(MacInputTest, ATapIsMadeAtTheHeadOfTheHardwaresStreamForSystemDefinedEventsAlone) {
   MacEventTaps taps(appKit);
   auto tap = taps.createTap([](const TapEvent&) { return TapVerdict::passThrough; });
-  EXPECT_THAT(fake::mac().calls, ElementsAre("CGEventTapCreate 0 0 0 16384", "tap off"));
+  EXPECT_THAT(fake::mac().calls,
+              ElementsAre("CGEventTapCreate 0 0 0 16384", "source", "source added"));
   fake::mac().calls.clear();
   tap->setEnabled(true);
   EXPECT_THAT(fake::mac().calls, ElementsAre("tap on"));
@@ -149,7 +150,7 @@ TEST_F(MacInputTest, WhatIsSwallowedDoesNotReachTheSystemAndWhatPassesDoes) {
   EXPECT_EQ(fake::input().passed.front().data1, 0x30A00);
 }
 
-TEST_F(MacInputTest, ATapThatTheSystemDisabledHearsSoWithoutAnEventAndMayEnableItselfAgain) {
+TEST_F(MacInputTest, ATapThatTheSystemDisabledHearsSoWithAnEventOrWithoutAndMayEnableItselfAgain) {
   MacEventTaps taps(appKit);
   std::vector<std::uint32_t> types;
   std::unique_ptr<EventTap> tap;
@@ -162,11 +163,13 @@ TEST_F(MacInputTest, ATapThatTheSystemDisabledHearsSoWithoutAnEventAndMayEnableI
     return TapVerdict::passThrough;
   });
   tap->setEnabled(true);
-  for (const auto reason : {kCGEventTapDisabledByTimeout, kCGEventTapDisabledByUserInput}) {
-    fake::input().disableTaps(reason);
+  for (const auto& [reason, withEvent] : {std::pair(kCGEventTapDisabledByTimeout, false),
+                                          std::pair(kCGEventTapDisabledByUserInput, true)}) {
+    fake::input().disableTaps(reason, withEvent);
     fake::input().specialKey(2, 0x0A);
   }
   settle();
+  EXPECT_EQ(fake::input().noticesReturned, 1);
   EXPECT_THAT(types, ElementsAre(TapEvent::disabledByTimeout, TapEvent::systemDefined,
                                  TapEvent::disabledByUserInput, TapEvent::systemDefined));
 }
@@ -227,7 +230,7 @@ TEST_F(MacInputTest, AKeyWithoutTextAndALayoutWithoutDataGiveNoCharacter) {
   EXPECT_EQ(keyboard.baseCharacter(1), "😀x");
   EXPECT_EQ(keyboard.baseCharacter(2), std::nullopt);
   fake::mac().failures["UCKeyTranslate"] = -50;
-  EXPECT_EQ(keyboard.baseCharacter(0), std::nullopt);
+  EXPECT_EQ(keyboard.baseCharacter(0), std::nullopt) << "whatever text a failure leaves";
   fake::input().layout.reset();
   EXPECT_FALSE(keyboard.hasLayout());
   EXPECT_EQ(keyboard.baseCharacter(0), std::nullopt);
@@ -246,6 +249,18 @@ TEST_F(MacInputTest, TheThreeSignalsAreIgnoredBeforeTheyAreListenedTo) {
               ElementsAre("ignore signal 15", "source of signal 15", "resume signal 15",
                           "ignore signal 2", "source of signal 2", "resume signal 2",
                           "ignore signal 1", "source of signal 1", "resume signal 1"));
+}
+
+TEST_F(MacInputTest, ASignalThatIsListenedToAgainAfterAnEndWasNotIgnoredFromTheStart) {
+  const SignalDispositions dispositions;
+  MacNotifications notifications(appKit, runtime);
+  int heard = 0;
+  notifications.observeTermination([] {});
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) raise(signal);
+  const auto observation = notifications.observeTermination([&] { ++heard; });
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) raise(signal);
+  settle();
+  EXPECT_EQ(heard, 3);
 }
 
 TEST_F(MacInputTest, TwoMayObserveTheTerminationAndTheLastToLeaveEndsTheListening) {
@@ -267,6 +282,25 @@ TEST_F(MacInputTest, TwoMayObserveTheTerminationAndTheLastToLeaveEndsTheListenin
   settle();
   EXPECT_EQ(first, 1);
   EXPECT_EQ(second, 2);
+}
+
+TEST_F(MacInputTest, EachWakeIsHeardByThoseWhoAskedForIt) {
+  MacNotifications notifications(appKit, runtime);
+  std::vector<std::string> heard;
+  const auto note = [&](const char* what) { return [&heard, what] { heard.emplace_back(what); }; };
+  const auto one = notifications.observeDidWake(note("machine"));
+  const auto two = notifications.observeScreensDidWake(note("screens"));
+  const auto three = notifications.observeScreenParameters(note("parameters"));
+  const std::vector<std::pair<Topic*, std::string>> announced = {
+      {&appKit.didWake, "machine"},
+      {&appKit.screensDidWake, "screens"},
+      {&appKit.screenParameters, "parameters"}};
+  for (const auto& [topic, who] : announced) {
+    heard.clear();
+    topic->announce();
+    settle();
+    EXPECT_THAT(heard, ElementsAre(who));
+  }
 }
 
 TEST_F(MacInputTest, WhoStopsObservingBeforeTheTasksTurnComesHearsNothing) {

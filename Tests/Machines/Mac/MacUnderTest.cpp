@@ -97,7 +97,7 @@ class MacResidentUnderTest : public ResidentUnderTest {
   void releaseKey(std::uint16_t keyCode) override { fake::input().release(keyCode); }
   void pressBrightnessUp() override { fake::input().specialKey(2, 0x0A); }
   void releaseBrightnessUp() override { fake::input().specialKey(2, 0x0B); }
-  void occupy(std::uint32_t keyCode, std::uint32_t modifiers) override {
+  void occupyAlone(std::uint32_t keyCode, std::uint32_t modifiers) override {
     fake::input().hotkeys.add({keyCode, modifiers}, nullptr);
   }
 

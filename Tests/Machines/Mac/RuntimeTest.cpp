@@ -39,7 +39,10 @@ TEST_F(MacRuntimeTest, NothingRunsAfterTheTaskThatStops) {
 
 TEST_F(MacRuntimeTest, AStopFromAnotherThreadBeforeTheRunBeginsIsNotLost) {
   const auto queue = runtime->makeSerialQueue("stopper", QueueQuality::utility);
-  const auto stopThere = [&] { queue->sync([&] { runtime->stop(); }); };
+  const auto stopThere = [&] {
+    queue->async([&] { runtime->stop(); });
+    queue->sync([] {});
+  };
   stopThere();
   runtime->run();
   fake::whenLoopNextBegins(stopThere);
@@ -147,11 +150,19 @@ TEST_F(MacRuntimeTest, WhatATaskAutoreleasesGoesWithTheTaskWhereverItRuns) {
 
 TEST_F(MacRuntimeTest, TheMainThreadIsTheOneThatMadeIt) {
   bool isMainThere = true;
-  runtime->makeSerialQueue("worker", QueueQuality::utility)->sync([&] {
-    isMainThere = runtime->isMainThread();
-  });
+  const auto queue = runtime->makeSerialQueue("worker", QueueQuality::utility);
+  queue->async([&] { isMainThere = runtime->isMainThread(); });
+  queue->sync([] {});
   EXPECT_FALSE(isMainThere);
   EXPECT_TRUE(runtime->isMainThread());
+}
+
+TEST_F(MacRuntimeTest, TheClockIsTheOneThatCountsSleep) {
+  const Instant before = runtime->now();
+  fake::mac().secondsAsleep = 3600;
+  const auto passed = runtime->now() - before;
+  EXPECT_GE(passed, std::chrono::hours(1));
+  EXPECT_LT(passed, std::chrono::hours(2));
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <dispatch/dispatch.h>
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <thread>
@@ -49,6 +51,39 @@ TEST_F(MacStandIns, TellIteratorsFromEntries) {
 TEST_F(MacStandIns, RunTheMainLoopAloneAndOnTheMainThreadAlone) {
   EXPECT_DEATH(std::thread(CFRunLoopRun).join(), "the loop of another thread");
   EXPECT_DEATH(CFRunLoopStop(nullptr), "another loop than the main one");
+}
+
+TEST_F(MacStandIns, RunWhatIsWaitedForOnTheThreadThatWaits) {
+  struct Seen {
+    std::atomic<bool> isOver = false;
+    bool wasOver = false;
+    std::thread::id thread;
+  } seen;
+  dispatch_queue_t const queue = dispatch_queue_create("worker", nullptr);
+  dispatch_async_f(queue, &seen, [](void* context) {
+    auto& note = *static_cast<Seen*>(context);
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    note.isOver = true;
+  });
+  dispatch_sync_f(queue, &seen, [](void* context) {
+    auto& note = *static_cast<Seen*>(context);
+    note.wasOver = note.isOver;
+    note.thread = std::this_thread::get_id();
+  });
+  EXPECT_TRUE(seen.wasOver) << "once the queue is idle";
+  EXPECT_EQ(seen.thread, std::this_thread::get_id());
+  dispatch_release(queue);
+}
+
+TEST_F(MacStandIns, TakeNoTimerThatIsOtherThanTheProgramMakesThem) {
+  const auto make = [](CFOptionFlags flags, CFIndex order, CFIndex version) {
+    CFRunLoopTimerContext context = {version, nullptr, nullptr, nullptr, nullptr};
+    CFRunLoopTimerCreate(
+        kCFAllocatorDefault, 0, 0, flags, order, [](CFRunLoopTimerRef, void*) {}, &context);
+  };
+  EXPECT_DEATH(make(1, 0, 0), "flags or an order");
+  EXPECT_DEATH(make(0, 1, 0), "flags or an order");
+  EXPECT_DEATH(make(0, 0, 1), "a context of another kind");
 }
 
 TEST_F(MacStandIns, DoNotServeTheMainQueueWhileOneOfItsTasksRunsTheLoop) {

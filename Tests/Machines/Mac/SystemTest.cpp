@@ -133,6 +133,19 @@ TEST_F(MacTest, WhoStartsTheProgramInATerminalSeesTheLogThereToo) {
   for (const int descriptor : {keyboardSide, terminal, before}) close(descriptor);
 }
 
+TEST_F(MacTest, StandardErrorThatIsNoTerminalStaysEmpty) {
+  const TemporaryFolder folder;
+  const auto path = folder.write("errors", "");
+  const int file = open(path.c_str(), O_WRONLY);
+  const int before = dup(STDERR_FILENO);
+  dup2(file, STDERR_FILENO);
+  MacLog().write("Brivane: unseen");
+  dup2(before, STDERR_FILENO);
+  for (const int descriptor : {file, before}) close(descriptor);
+  EXPECT_THAT(fake::system().log, ElementsAre("Brivane: unseen"));
+  EXPECT_EQ(std::filesystem::file_size(path), 0u);
+}
+
 TEST_F(MacTest, AChildsOutputAndStatusComeBack) {
   const auto result =
       MacProcessRunner().run("/bin/sh", {"-c", "printf \"$1\"; exit 3", "sh", "a b"});

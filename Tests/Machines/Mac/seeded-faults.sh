@@ -30,13 +30,27 @@ make_mistake() {
   ! cmp -s "$1" "Machines/Mac/$file"
 }
 
+# check_substitutions: makes those of the mistake one after the other, and says which change nothing.
+check_substitutions() {
+  local address= all=$mistake each
+  if [[ $mistake =~ ^(/.*/)\{(.*)\}$ ]]; then
+    address=${BASH_REMATCH[1]} all=${BASH_REMATCH[2]}
+  fi
+  cp "Machines/Mac/$file" "$work/copy"
+  while IFS= read -r each; do
+    sed "$address$each" "$work/copy" >"$work/changed"
+    cmp -s "$work/copy" "$work/changed" && echo "$file: the mistake can't be made any more: $what: $each"
+    mv "$work/changed" "$work/copy"
+  done < <(sed 's|;s/|\ns/|g' <<<"$all")
+}
+
 check_lists() {
   local sources line
   [ -n "$(lines)" ] || echo "there is no mistake to make"
   sources=$(cat Tests/Machines/Mac/*.cpp Tests/Machines/Mac/*/*.mm Tests/*Conformance/*.cpp | tr -s ' \n' ' ')
   while IFS= read -r line; do
     take_apart "$line"
-    make_mistake "$work/copy" || echo "$file: the mistake can't be made any more: $what"
+    check_substitutions
     case $sources in
       *"(${test%%.*}, ${test#*.})"*) ;;
       *) echo "$test: there is no such test" ;;
@@ -86,8 +100,12 @@ is_found() {
     echo "it doesn't link"
     return 1
   }
-  # A test that ends its process early has not passed, whatever the process's status.
   timeout 60 "$place/tests" --gtest_filter="$test" >"$place/log" 2>&1
+  if [ $? -eq 124 ] && [[ $what != *" (it hangs)" ]]; then
+    echo "the test was still running after a minute"
+    return 1
+  fi
+  # A test that ends its process early has not passed, whatever the process's status.
   grep -q "^\[ RUN " "$place/log" && ! grep -q "^\[       OK \] $test " "$place/log"
 }
 

@@ -40,7 +40,7 @@ class X11UnderTest : public ResidentUnderTest {
   void releaseKey(std::uint16_t keyCode) override { rig.releaseKey(xKey(keyCode)); }
   void pressBrightnessUp() override { rig.pressKey(brightnessUp); }
   void releaseBrightnessUp() override { rig.releaseKey(brightnessUp); }
-  void occupy(std::uint32_t keyCode, std::uint32_t modifiers) override {
+  void occupyAlone(std::uint32_t keyCode, std::uint32_t modifiers) override {
     rig.grabKey(xKey(keyCode), xModifiers({}, modifiers));
   }
 

@@ -102,6 +102,7 @@ CGError CGGetDisplayTransferByTable(CGDirectDisplayID id, uint32_t capacity, CGG
 CGError CGSetDisplayTransferByTable(CGDirectDisplayID id, uint32_t tableSize,
                                     const CGGammaValue* red, const CGGammaValue* green,
                                     const CGGammaValue* blue) {
+  mac().note("CGSetDisplayTransferByTable " + std::to_string(id) + " " + std::to_string(tableSize));
   if (const CGError error = failed("CGSetDisplayTransferByTable"); error != 0) return error;
   Display* const display = mac().find(id);
   if (display == nullptr) return illegalArgument;

@@ -70,10 +70,11 @@ int setBrightness(std::uint32_t id, float level) {
   return 0;
 }
 
-bool canChangeBrightness(std::uint32_t id) {
+/// Any answer but 0 is yes.
+Boolean canChangeBrightness(std::uint32_t id) {
   const std::lock_guard lock(mac().mutex);
   const Display* const display = mac().find(id);
-  return display != nullptr && display->level.has_value();
+  return display != nullptr && display->level.has_value() ? 2 : 0;
 }
 
 struct EntryPoint {

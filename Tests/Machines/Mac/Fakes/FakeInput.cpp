@@ -175,11 +175,15 @@ void Input::specialKey(int type, int keyState) {
   });
 }
 
-void Input::disableTaps(CGEventType reason) {
-  postToMainLoop([reason] {
+void Input::disableTaps(CGEventType reason, bool withEvent) {
+  postToMainLoop([this, reason, withEvent] {
+    __CGEvent notice{reason, std::nullopt};
     for (Tap& tap : state().taps) tap.isEnabled = false;
     for (const Tap& tap : std::list<Tap>(state().taps)) {
-      if (isInLoop(tap)) tap.callback(nullptr, reason, nullptr, tap.userInfo);
+      if (!isInLoop(tap)) continue;
+      CGEventRef const given = withEvent ? &notice : nullptr;
+      CGEventRef const result = tap.callback(nullptr, reason, given, tap.userInfo);
+      if (result == &notice) ++noticesReturned;
     }
   });
 }
@@ -225,10 +229,13 @@ OSStatus InstallEventHandler(EventTargetRef target, EventHandlerUPP handler, Ite
   if (target != GetApplicationEventTarget()) fail("a handler for another target");
   if (const auto failure = mac().failureOf("InstallEventHandler")) return *failure;
   CarbonHandler added{handler, {}, userData};
+  std::string noted = "handler keyb";
   for (ItemCount i = 0; i < typeCount; ++i) {
-    if (types[i].eventClass != kEventClassKeyboard) fail("a handler for another class");
+    if (types[i].eventClass != 0x6B657962) fail("a handler for another class");
+    noted += " " + std::to_string(types[i].eventKind);
     added.kinds.push_back(types[i].eventKind);
   }
+  mac().note(noted);
   state().handlers.push_back(added);
   *installed = reinterpret_cast<EventHandlerRef>(&state().handlers.back());
   return noErr;
@@ -304,6 +311,7 @@ void CGEventTapEnable(CFMachPortRef port, bool enable) {
 CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef, CFMachPortRef port,
                                                  CFIndex order) {
   if (order != 0) fail("a source out of its order");
+  mac().note("source");
   if (mac().failureOf("CFMachPortCreateRunLoopSource")) return nullptr;
   FakeObject* const source = makeObject(runLoopSourceKind);
   source->items.push_back(CFRetain(port));
@@ -314,6 +322,7 @@ CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef, CFMachPortRef p
 void CFRunLoopAddSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopMode mode) {
   if (loop != CFRunLoopGetMain()) fail("a source of another thread");
   if (mode != kCFRunLoopCommonModes) fail("a tap that stands still while a menu is open");
+  mac().note("source added");
   if (state().sources.insert(source).second) CFRetain(source);
 }
 
@@ -369,11 +378,10 @@ OSStatus UCKeyTranslate(const UCKeyboardLayout* layout, UInt16 virtualKeyCode, U
       maximumLength != 4) {
     fail("a key was translated in another way than its base character is");
   }
-  if (const auto failure = mac().failureOf("UCKeyTranslate")) return *failure;
   const auto found = input().layout->find(virtualKeyCode);
   const std::u16string given = found == input().layout->end() ? u"" : found->second;
   *actualLength = given.size();
   std::copy(given.begin(), given.end(), text);
-  return noErr;
+  return mac().failureOf("UCKeyTranslate").value_or(noErr);
 }
 }

@@ -23,6 +23,8 @@ struct Input {
   bool hasInputSource = true;
   /// The events of special keys that came through all taps.
   std::vector<TapEvent::SystemDefined> passed;
+  /// How many events that told a tap of its end came back from it.
+  int noticesReturned = 0;
 
   /// What Carbon's handler returned last.
   std::optional<std::int32_t> handlerStatus;
@@ -34,8 +36,8 @@ struct Input {
   std::int32_t callHandler(bool withEvent, bool withUserData);
   /// A press (0x0A) or release (0x0B) of the special key of that type.
   void specialKey(int type, int state);
-  /// As the system does it for that reason; who is listened to hears so without an event.
-  void disableTaps(CGEventType reason);
+  /// As the system does it for that reason; who is in the stream hears so.
+  void disableTaps(CGEventType reason, bool withEvent);
   /// As Carbon knows them: 512 is shift.
   std::uint32_t carbonModifiers() const;
   /// As events have them (see `modifierFlag`).

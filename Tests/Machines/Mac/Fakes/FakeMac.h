@@ -54,6 +54,8 @@ struct Mac {
   std::recursive_mutex mutex;
 
   std::vector<Display> displays;
+  /// For how long the Mac has slept.
+  long secondsAsleep = 0;
   Node registry{"IORegistryEntry", "Root", {}, {}, nullptr};
   /// Whether the private libraries and entry points are there.
   bool hasIOKitLibrary = true;

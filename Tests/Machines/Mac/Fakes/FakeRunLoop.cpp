@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <deque>
 #include <map>
 #include <memory>
@@ -110,6 +111,14 @@ struct Queue : dispatch_queue_s {
     works.push_back(std::move(work));
     changed.notify_all();
   }
+};
+
+/// Whoever waits for a queue does the work on a thread of its own while the queue stands still.
+struct Turn {
+  std::mutex mutex;
+  std::condition_variable changed;
+  bool hasCome = false;
+  bool isOver = false;
 };
 
 dispatch_queue_s theMainQueue;
@@ -298,9 +307,11 @@ CFAbsoluteTime CFAbsoluteTimeGetCurrent(void) {
 }
 
 CFRunLoopTimerRef CFRunLoopTimerCreate(CFAllocatorRef, CFAbsoluteTime fireDate,
-                                       CFTimeInterval interval, CFOptionFlags, CFIndex,
+                                       CFTimeInterval interval, CFOptionFlags flags, CFIndex order,
                                        CFRunLoopTimerCallBack callout,
                                        CFRunLoopTimerContext* context) {
+  if (flags != 0 || order != 0) fail("a timer with flags or an order, which are to be 0");
+  if (context->version != 0 || context->retain != nullptr) fail("a context of another kind");
   FakeObject* const object = makeObject(timerKind);
   const auto reference = reinterpret_cast<CFRunLoopTimerRef>(object);
   const auto asDuration = [](double seconds) {
@@ -382,17 +393,21 @@ void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t
 
 void dispatch_sync_f(dispatch_queue_t queue, void* context, dispatch_function_t work) {
   if (queue == &theMainQueue) fail("the main queue would wait for itself");
-  std::mutex mutex;
-  std::condition_variable changed;
-  bool isDone = false;
-  privateQueue(queue).add([&] {
-    work(context);
-    const std::lock_guard lock(mutex);
-    isDone = true;
-    changed.notify_all();
+  const auto turn = std::make_shared<Turn>();
+  privateQueue(queue).add([turn] {
+    std::unique_lock lock(turn->mutex);
+    turn->hasCome = true;
+    turn->changed.notify_all();
+    turn->changed.wait(lock, [&] { return turn->isOver; });
   });
-  std::unique_lock lock(mutex);
-  changed.wait(lock, [&] { return isDone; });
+  {
+    std::unique_lock lock(turn->mutex);
+    turn->changed.wait(lock, [&] { return turn->hasCome; });
+  }
+  work(context);
+  const std::lock_guard lock(turn->mutex);
+  turn->isOver = true;
+  turn->changed.notify_all();
 }
 
 void dispatch_release(dispatch_object_t object) {
@@ -450,8 +465,21 @@ void dispatch_source_cancel(dispatch_source_t source) {
 /// A source hears of signals that are ignored, which nobody else can: the ignoring is noted, and
 /// the signal counted.
 void (*fake_signal(int number, void (*disposition)(int)))(int) {
-  if (disposition != SIG_IGN) fail("a signal that isn't ignored ends the process");
-  mac().note("ignore signal " + std::to_string(number));
-  return ::signal(number, signalArrived);
+  if (disposition == SIG_DFL) fail("a signal that isn't ignored ends the process");
+  const bool isIgnoring = disposition == SIG_IGN;
+  mac().note((isIgnoring ? "ignore signal " : "handle signal ") + std::to_string(number));
+  const auto before = ::signal(number, isIgnoring ? signalArrived : disposition);
+  return before == signalArrived ? SIG_IGN : before;
+}
+
+// The clock
+
+/// What the Mac's other clocks do in a sleep, or when they are set, isn't what the program counts
+/// on.
+int fake_clock_gettime(clockid_t clock, timespec* time) noexcept {
+  if (clock != CLOCK_MONOTONIC_RAW) fail("a clock that stands still while the machine sleeps");
+  const int status = ::clock_gettime(clock, time);
+  time->tv_sec += mac().secondsAsleep;
+  return status;
 }
 }
