@@ -152,6 +152,15 @@ TEST_F(MacTest, AChildsOutputAndStatusComeBack) {
   EXPECT_EQ(std::get<FinishedProcess>(result), (FinishedProcess{3, "a b"}));
 }
 
+TEST_F(MacTest, AChildsOutputComesBackToAProgramThatWasStartedWithNothingOpen) {
+  const auto runWithNothingOpen = [] {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(standard);
+    const auto result = MacProcessRunner().run("/bin/sh", {"-c", "printf output"});
+    _exit(result == ProcessResult(FinishedProcess{0, "output"}) ? 0 : 1);
+  };
+  EXPECT_EXIT(runWithNothingOpen(), testing::ExitedWithCode(0), "");
+}
+
 // The session
 
 class MacSessionTest : public MacTest {

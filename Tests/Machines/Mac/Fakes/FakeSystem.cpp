@@ -3,6 +3,7 @@
 
 #include <ApplicationServices/ApplicationServices.h>
 #include <crt_externs.h>
+#include <fcntl.h>
 #include <os/log.h>
 #include <pwd.h>
 #include <spawn.h>
@@ -220,6 +221,11 @@ void brivane_recorded_os_log(os_log_t, os_log_type_t type, const char* format, .
 int fake_posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* files,
                      const posix_spawnattr_t* attributes, char* const arguments[],
                      char* const environment[]) noexcept {
+  // Not every system's dup2 keeps a descriptor open that is copied onto itself.
+  for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; ++standard) {
+    if (::fcntl(standard, F_GETFD) == FD_CLOEXEC)
+      fail("a pipe in the place of a child's own files");
+  }
   const auto& programs = fake::system().programs;
   const auto found = programs.find(path);
   const char* const program = found == programs.end() ? path : found->second.c_str();
