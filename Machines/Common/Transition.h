@@ -4,6 +4,9 @@
 
 namespace brivane {
 
+/// How long a HUD's picture takes to become another.
+constexpr double contentChangeSeconds = 0.14;
+
 /// A picture on its way to another, `progress` from 0 to 1: bars grow, symbols are faded over, all
 /// else is the new picture's. Pictures that are made of different parts have nothing in between.
 DisplayList between(const DisplayList& from, const DisplayList& to, double progress);

@@ -29,7 +29,6 @@
 namespace brivane {
 namespace {
 
-constexpr double contentChangeSeconds = 0.14;
 constexpr Microseconds contentStep{16'667};
 
 CAMediaTimingFunction* function(AnimationTiming timing) {

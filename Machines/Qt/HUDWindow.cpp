@@ -22,7 +22,6 @@ namespace {
 /// Whoever owns this blends the windows of the first screen; X servers of today have no other.
 constexpr auto compositingManager = "_NET_WM_CM_S0";
 
-constexpr double contentChangeSeconds = 0.14;
 constexpr double secondsPerSpinnerTurn = 0.8;
 constexpr int frameMilliseconds = 16;
 /// A step of the spinner.

@@ -155,6 +155,14 @@ TEST_F(HUDWindowContentTest, AnAnimatedChangeMovesTheBarAndOneAtOnceDoesNot) {
   EXPECT_EQ(barWidth(), 20);
 }
 
+TEST_F(HUDWindowContentTest, AChangeTakesAHundredAndFortyMilliseconds) {
+  window.updateContent(bar(180), ContentChange::animated);
+  pass(139);
+  EXPECT_LT(barWidth(), 180);
+  pass(1);
+  EXPECT_EQ(barWidth(), 180);
+}
+
 TEST_F(HUDWindowContentTest, AChangeInTheMiddleOfAnotherGoesOnFromWhatIsShown) {
   window.updateContent(bar(200), ContentChange::animated);
   pass(70);

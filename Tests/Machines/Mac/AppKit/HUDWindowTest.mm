@@ -163,6 +163,18 @@ TEST_F(MacHUDWindowTest, NothingWakesTheProcessorOnceAChangeIsOver) {
   EXPECT_EQ(bench.runtime.timerCount(), 0U);
 }
 
+TEST_F(MacHUDWindowTest, AChangeTakesAHundredAndFortyMilliseconds) {
+  window->installContentView({bar(50)});
+  window->orderFrontRegardless();
+  window->updateContent({bar(100)}, ContentChange::animated);
+  bench.pass(0.135);
+  EXPECT_THAT(drawn(), Not(Contains(HasSubstr("line 97,0"))));
+  EXPECT_EQ(bench.runtime.timerCount(), 1U);
+  bench.pass(0.016);
+  EXPECT_THAT(drawn(), Contains(HasSubstr("line 97,0")));
+  EXPECT_EQ(bench.runtime.timerCount(), 0U) << "the next step is the last";
+}
+
 TEST_F(MacHUDWindowTest, AHiddenOrGoneWindowMovesNothing) {
   window->installContentView({bar(50)});
   window->updateContent({bar(60)}, ContentChange::animated);
