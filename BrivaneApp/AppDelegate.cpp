@@ -29,6 +29,10 @@ void AppDelegate::applicationDidFinishLaunching() {
   startDisplays();
 }
 
+void AppDelegate::applicationWasOpenedAgain() {
+  if (root) root->statusItem->openMenu();
+}
+
 void AppDelegate::applicationWillTerminate() {
   if (termination) termination->performTerminationCleanup();
 }

@@ -17,6 +17,7 @@ class AppDelegate : public ApplicationDelegate {
   AppDelegate(ResidentMachine& residentMachine, Frame& programFrame);
 
   void applicationDidFinishLaunching() override;
+  void applicationWasOpenedAgain() override;
   void applicationWillTerminate() override;
 
  private:

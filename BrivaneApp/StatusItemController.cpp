@@ -54,6 +54,10 @@ void StatusItemController::refresh() {
   });
 }
 
+void StatusItemController::openMenu() {
+  menu.popUp();
+}
+
 void StatusItemController::menuWillOpen() {
   isMenuOpen = true;
   rebuildMenu();

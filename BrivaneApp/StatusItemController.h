@@ -40,6 +40,9 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   /// Levels or states changed elsewhere. Takes effect as a later task of the main queue.
   void refresh() override;
 
+  /// Opens the menu where the pointer is: its place in the status bar may be hidden.
+  void openMenu();
+
   void menuWillOpen() override;
   void menuDidClose() override;
 

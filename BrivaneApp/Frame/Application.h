@@ -14,6 +14,9 @@ class ApplicationDelegate {
   /// Once, after `run()` began.
   virtual void applicationDidFinishLaunching() = 0;
 
+  /// The user opened the program while it runs; not told once it ends.
+  virtual void applicationWasOpenedAgain() = 0;
+
   /// Once, when the application ends by `terminate()` or because the desktop wants it to.
   virtual void applicationWillTerminate() = 0;
 };

@@ -76,6 +76,9 @@ class MenuView {
   /// Of a slider.
   virtual void setSliderValue(std::size_t index, double value) = 0;
   virtual double sliderValue(std::size_t index) = 0;
+
+  /// Has the menu open where the pointer is, at once or soon; an open one stays as it is.
+  virtual void popUp() = 0;
 };
 
 /// What the status bar shows.

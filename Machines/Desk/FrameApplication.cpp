@@ -47,6 +47,11 @@ Observation DeskApplication::observeEffectiveAppearance(Task handler) {
   return observer;
 }
 
+void DeskApplication::openAgain() {
+  trace("application is opened again");
+  if (delegate != nullptr) delegate->applicationWasOpenedAgain();
+}
+
 void DeskApplication::changeAppearance(Appearance newAppearance) {
   if (newAppearance == appearance) return;
   appearance = newAppearance;

@@ -24,6 +24,9 @@ class DeskApplication : public Application {
   Appearance effectiveAppearance() override { return appearance; }
   Observation observeEffectiveAppearance(Task handler) override;
 
+  /// The user opens the program again.
+  void openAgain();
+
   /// The user picks another appearance; nothing happens when it is the one in force.
   void changeAppearance(Appearance newAppearance);
 

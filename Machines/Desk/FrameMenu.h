@@ -19,6 +19,8 @@ class DeskMenu : public MenuView {
   void setSliderValue(std::size_t index, double value) override;
   double sliderValue(std::size_t index) override;
 
+  void popUp() override { open(); }
+
   bool isOpen() const { return isShown; }
   /// Opening an open menu does nothing, nor does closing a closed one.
   void open();

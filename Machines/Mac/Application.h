@@ -34,6 +34,7 @@ class MacApplication : public Application {
 
   // What AppKit tells.
   void didFinishLaunching();
+  void wasOpenedAgain();
   void willTerminate();
   void appearanceMayHaveChanged();
 

@@ -28,6 +28,13 @@ char appearanceContext;
   if (application != nullptr) application->didFinishLaunching();
 }
 
+/// There is no window that AppKit could bring back.
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)itsApplication
+                    hasVisibleWindows:(BOOL)hasVisibleWindows {
+  if (application != nullptr) application->wasOpenedAgain();
+  return NO;
+}
+
 - (void)applicationWillTerminate:(NSNotification*)notification {
   if (application != nullptr) application->willTerminate();
 }
@@ -151,6 +158,10 @@ Observation MacApplication::observeEnd(Task handler) {
 void MacApplication::didFinishLaunching() {
   shownAppearance = currentAppearance();
   if (delegate != nullptr) delegate->applicationDidFinishLaunching();
+}
+
+void MacApplication::wasOpenedAgain() {
+  if (delegate != nullptr && !isEnding) delegate->applicationWasOpenedAgain();
 }
 
 /// From `terminate`, or because the user logs out.

@@ -22,11 +22,14 @@ class MacMenu : public MenuView {
   void setChecked(std::size_t index, bool isChecked) override;
   void setSliderValue(std::size_t index, double value) override;
   double sliderValue(std::size_t index) override;
+  void popUp() override;
 
   NSMenu* systemMenu() const { return menu; }
-  /// Hears no more of the user's hands, and takes an open menu off the screen at once: one that
-  /// fades is tracked on until it has faded.
+  /// Hears no more of the user's hands, opens no more, and takes an open menu off the screen at once:
+  /// one that fades is tracked on until it has faded.
   void letGo();
+
+  void popUpNow();
 
   // What the user's hands do.
   void willOpen();
@@ -50,6 +53,7 @@ class MacMenu : public MenuView {
   /// Replaced while the menu is open: AppKit may be following the mouse within one of them.
   std::vector<NSMenuItem*> retired;
   bool isOpen = false;
+  bool isToPopUp = false;
 };
 
 }  // namespace brivane

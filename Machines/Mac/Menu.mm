@@ -14,6 +14,7 @@
  @public
   brivane::MacMenu* menu;
 }
+- (void)popUp;
 - (void)chose:(NSMenuItem*)item;
 - (void)moved:(NSSlider*)slider;
 @end
@@ -26,6 +27,10 @@
 
 - (void)menuDidClose:(NSMenu*)closedMenu {
   if (menu != nullptr) menu->didClose();
+}
+
+- (void)popUp {
+  if (menu != nullptr) menu->popUpNow();
 }
 
 - (void)chose:(NSMenuItem*)item {
@@ -164,6 +169,21 @@ double MacMenu::sliderValue(std::size_t index) {
 
 NSSlider* MacMenu::sliderAt(std::size_t index) const {
   return static_cast<BrivaneSliderRow*>(shown.at(index).view).slider;
+}
+
+/// AppKit keeps whoever has a menu pop up until it closes: a task of the main queue would hold up
+/// all others, and an answer to AppKit would come late. What the run loop performs later does
+/// neither.
+void MacMenu::popUp() {
+  if (isOpen || std::exchange(isToPopUp, true)) return;
+  [hands performSelector:@selector(popUp) withObject:nil afterDelay:0];
+}
+
+void MacMenu::popUpNow() {
+  if (!std::exchange(isToPopUp, false) || isOpen) return;
+  // The program may drop this while the menu is open.
+  NSMenu* const shownMenu = menu;
+  [shownMenu popUpMenuPositioningItem:nil atLocation:NSEvent.mouseLocation inView:nil];
 }
 
 void MacMenu::willOpen() {

@@ -4,6 +4,7 @@
 #include "Machines/Qt/Menu.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -252,6 +253,10 @@ bool QtMenu::chooseByKey(const QString& key) {
     return true;
   }
   return false;
+}
+
+void QtMenu::popUp() {
+  if (!isOpen) open(QCursor::pos());
 }
 
 void QtMenu::open(const QPoint& place) {

@@ -32,6 +32,8 @@ class QtMenu : public MenuView {
   void setChecked(std::size_t index, bool isChecked) override;
   void setSliderValue(std::size_t index, double value) override;
   double sliderValue(std::size_t index) override;
+  /// No X11 desktop tells a program that it was opened again, so nobody asks for it here.
+  void popUp() override;
 
   /// Opens the menu with a corner at that place; a menu that is open closes.
   void open(const QPoint& place);

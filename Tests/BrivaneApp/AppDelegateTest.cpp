@@ -42,6 +42,14 @@ TEST_F(AppDelegateTest, BeforeTheLaunchThereIsNothingAndNothingToCleanUp) {
   EXPECT_EQ(frame.statusItem, nullptr);
 }
 
+TEST_F(AppDelegateTest, OpenedAgainTheProgramShowsItsMenuOnceItHasOne) {
+  delegate->applicationWasOpenedAgain();
+  launch();
+  EXPECT_EQ(frame.statusItem->ownMenu.popUps, 0);
+  delegate->applicationWasOpenedAgain();
+  EXPECT_EQ(frame.statusItem->ownMenu.popUps, 1);
+}
+
 TEST_F(AppDelegateTest, TheProgramStartsInThisOrder) {
   machine.suites["com.quorrel.tallowin"] =
       PropertyValue::Dictionary{{"SubZeroDimming", {false}}, {"VerboseKeyLog", {false}}};

@@ -16,6 +16,7 @@ class ApplicationConformance : public FrameConformance, public ApplicationDelega
     notes.emplace_back("launched");
     if (onLaunch) onLaunch();
   }
+  void applicationWasOpenedAgain() override { notes.emplace_back("opened again"); }
   void applicationWillTerminate() override { notes.emplace_back("will end"); }
 
   Application& application = frame.application();

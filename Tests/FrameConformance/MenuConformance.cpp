@@ -129,6 +129,30 @@ TEST_F(MenuConformance, TitlesAndTicksChangeInAnOpenMenu) {
   EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry"));
 }
 
+TEST_F(MenuConformance, ItPopsUpOnceHoweverOftenItIsAsked) {
+  menu.popUp();
+  menu.popUp();
+  underTest->pass(0.05);
+  menu.popUp();
+  underTest->pass(0.05);
+  EXPECT_THAT(notes, ElementsAre("will open"));
+  underTest->choose("Retry");
+  underTest->pass(0.05);
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry"));
+  menu.popUp();
+  underTest->pass(0.05);
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry", "will open"));
+}
+
+TEST_F(MenuConformance, AMenuThatTheUserHasOpenedStaysWhenItIsAskedToPopUp) {
+  underTest->openMenu();
+  menu.popUp();
+  underTest->pass(0.05);
+  underTest->choose("Retry");
+  underTest->pass(0.05);
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry"));
+}
+
 TEST_F(MenuConformance, TheMainQueueRunsOnWhileItIsOpen) {
   underTest->openMenu();
   int ticks = 0;

@@ -56,6 +56,7 @@ class FakeMenu : public MenuView {
   void setChecked(std::size_t index, bool isChecked) override;
   void setSliderValue(std::size_t index, double value) override;
   double sliderValue(std::size_t index) override;
+  void popUp() override { ++popUps; }
 
   void open() { delegate->menuWillOpen(); }
   void close() { delegate->menuDidClose(); }
@@ -70,6 +71,7 @@ class FakeMenu : public MenuView {
   MenuDelegate* delegate = nullptr;
   std::vector<MenuItem> items;
   int rebuilds = 0;
+  int popUps = 0;
 };
 
 struct FakeStatusItem : StatusItem {

@@ -34,6 +34,13 @@ StepProblem openOrCloseMenu(Stage& stage, const StepArguments& arguments) {
   return std::nullopt;
 }
 
+StepProblem openAgain(Stage& stage, const StepArguments& /*arguments*/) {
+  auto* const frame = stage.programFrame();
+  if (frame == nullptr) return "the program isn't running";
+  frame->application().openAgain();
+  return std::nullopt;
+}
+
 std::string listed(const std::vector<std::string>& lines) {
   std::string text;
   for (const auto& line : lines) text += "\n      " + line;
@@ -154,6 +161,7 @@ StepProblem editorClose(Stage& stage, const StepArguments&) {
 
 std::vector<StepKind> frameSteps() {
   return {
+      {"open again", openAgain},
       {"menu open|close", openOrCloseMenu},
       {"menu choose TEXT", choose},
       {"slider TEXT to NUMBER", setSlider},

@@ -34,6 +34,9 @@ GIVES([any<NSApplication>() postEvent:any<NSEvent>() atStart:Exactly<BOOL>()], v
 GIVES([valueOf<id<NSApplicationDelegate>>() applicationDidFinishLaunching:any<NSNotification>()],
       void);
 GIVES([valueOf<id<NSApplicationDelegate>>() applicationWillTerminate:any<NSNotification>()], void);
+GIVES([valueOf<id<NSApplicationDelegate>>() applicationShouldHandleReopen:any<NSApplication>()
+                                                        hasVisibleWindows:Exactly<BOOL>()],
+      BOOL);
 GIVES([valueOf<id<NSApplicationDelegate>>()
           applicationSupportsSecureRestorableState:any<NSApplication>()],
       BOOL);
@@ -244,6 +247,10 @@ GIVES([valueOf<id<NSMenuDelegate>>() menuDidClose:any<NSMenu>()], void);
 CAN_WRITE(NSMenu, autoenablesItems, setAutoenablesItems, BOOL);
 GIVES([any<NSMenu>() addItem:any<NSMenuItem>()], void);
 GIVES([any<NSMenu>() removeAllItems], void);
+GIVES([any<NSMenu>() popUpMenuPositioningItem:any<NSMenuItem>()
+                                   atLocation:Exactly<NSPoint>()
+                                       inView:any<NSView>()],
+      BOOL);
 GIVES([any<NSMenu>() cancelTrackingWithoutAnimation], void);
 
 IS_SUBCLASS(NSMenuItem, NSObject);

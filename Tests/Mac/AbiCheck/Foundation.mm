@@ -141,6 +141,13 @@ GIVES([any<NSObject>() removeObserver:any<NSObject>()
                               context:valueOf<void*>()],
       void);
 
+// Later in the run loop
+
+GIVES([any<NSObject>() performSelector:Exactly<SEL>()
+                            withObject:valueOf<id>()
+                            afterDelay:Exactly<double>()],
+      void);
+
 // What the process is at
 
 IS_NUMBER(NSActivityOptions, uint64_t);

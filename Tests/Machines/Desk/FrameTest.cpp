@@ -32,8 +32,10 @@ DisplayList levelPicture(const std::string& number, double fill) {
 
 struct CountingDelegate : ApplicationDelegate {
   void applicationDidFinishLaunching() override { ++launches; }
+  void applicationWasOpenedAgain() override { ++openings; }
   void applicationWillTerminate() override { ++terminations; }
   int launches = 0;
+  int openings = 0;
   int terminations = 0;
 };
 
@@ -55,6 +57,14 @@ TEST_F(DeskApplicationTest, AnExitTellsTheDelegateNothingAndGivesItsStatus) {
   runtime.after(milliseconds(5), [&] { frame.application().exit(3); });
   EXPECT_EQ(frame.application().run(), 3);
   EXPECT_EQ(delegate.terminations, 0);
+}
+
+TEST_F(DeskApplicationTest, TheDelegateHearsThatTheProgramWasOpenedAgain) {
+  CountingDelegate delegate;
+  frame.application().setDelegate(&delegate);
+  frame.application().openAgain();
+  EXPECT_EQ(delegate.openings, 1);
+  EXPECT_EQ(lines, std::vector<std::string>{"application is opened again"});
 }
 
 TEST_F(DeskApplicationTest, ASecondTerminationTellsTheDelegateNothing) {

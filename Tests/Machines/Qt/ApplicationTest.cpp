@@ -18,6 +18,7 @@ struct NotingDelegate : ApplicationDelegate {
     notes.emplace_back("launched");
     if (onLaunch) onLaunch();
   }
+  void applicationWasOpenedAgain() override { notes.emplace_back("opened again"); }
   void applicationWillTerminate() override { notes.emplace_back("ends"); }
 
   std::vector<std::string> notes;

@@ -285,6 +285,7 @@ struct EndingDelegate : ApplicationDelegate {
   void applicationDidFinishLaunching() override {
     if (whenLaunched) whenLaunched();
   }
+  void applicationWasOpenedAgain() override {}
   void applicationWillTerminate() override { ++ends; }
   Task whenLaunched;
   int ends = 0;

@@ -15,6 +15,7 @@ class MacApplicationTest : public AppKitTest, public ApplicationDelegate {
   MacApplicationTest() { application.setDelegate(this); }
 
   void applicationDidFinishLaunching() override { notes.emplace_back("launched"); }
+  void applicationWasOpenedAgain() override { notes.emplace_back("opened again"); }
   void applicationWillTerminate() override { notes.emplace_back("will end"); }
 
   MacApplication& application = frame.application();
@@ -66,6 +67,20 @@ TEST_F(MacApplicationTest, AppKitIsToldThatThereIsNoUnsafeStateToRestore) {
   EXPECT_TRUE([system.delegate applicationSupportsSecureRestorableState:system]);
 }
 
+TEST_F(MacApplicationTest, OpenedAgainItTellsTheDelegateAndBringsNoWindowBack) {
+  NSApplication* const system = NSApplication.sharedApplication;
+  EXPECT_FALSE([system.delegate applicationShouldHandleReopen:system hasVisibleWindows:NO]);
+  EXPECT_FALSE([system.delegate applicationShouldHandleReopen:system hasVisibleWindows:YES]);
+  EXPECT_THAT(notes, ElementsAre("opened again", "opened again"));
+}
+
+TEST_F(MacApplicationTest, WhoIsEndingIsNotOpenedAgain) {
+  NSApplication* const system = NSApplication.sharedApplication;
+  application.exit(0);
+  EXPECT_FALSE([system.delegate applicationShouldHandleReopen:system hasVisibleWindows:NO]);
+  EXPECT_THAT(notes, IsEmpty());
+}
+
 TEST_F(MacApplicationTest, AnnouncementsOfTheSameAppearanceAreNoChange) {
   int changes = 0;
   const auto observation = application.observeEffectiveAppearance([&] { ++changes; });
@@ -99,6 +114,7 @@ TEST_F(MacApplicationTest, WhatAppKitTellsAfterItsEndReachesNobody) {
   const id<NSApplicationDelegate> delegate = NSApplication.sharedApplication.delegate;
   bench.frame.reset();
   [delegate applicationDidFinishLaunching:[NSNotification new]];
+  [delegate applicationShouldHandleReopen:NSApplication.sharedApplication hasVisibleWindows:NO];
   [delegate applicationWillTerminate:[NSNotification new]];
   EXPECT_THAT(notes, IsEmpty());
 }

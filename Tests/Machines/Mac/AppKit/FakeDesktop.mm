@@ -2,6 +2,7 @@
 #include "Tests/Machines/Mac/AppKit/FakeDesktop.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
@@ -294,6 +295,24 @@ const NSNotificationName NSWorkspaceScreensDidWakeNotification =
 
 // Menus
 
+namespace {
+
+bool isPerformingLater = false;
+
+}  // namespace
+
+@implementation NSObject (NSDelayedPerforming)
+- (void)performSelector:(SEL)selector withObject:(id)object afterDelay:(double)seconds {
+  FakeDesktop::shared().loop.after(seconds, [self, selector, object] {
+    @autoreleasepool {
+      isPerformingLater = true;
+      send(selector, self, object);
+      isPerformingLater = false;
+    }
+  });
+}
+@end
+
 @interface NSMenu () {
  @public
   NSMutableArray<NSMenuItem*>* items;
@@ -314,6 +333,15 @@ const NSNotificationName NSWorkspaceScreensDidWakeNotification =
 }
 - (void)removeAllItems {
   [items removeAllObjects];
+}
+- (BOOL)popUpMenuPositioningItem:(NSMenuItem*)item
+                      atLocation:(NSPoint)location
+                          inView:(NSView*)itsView {
+  if (!isPerformingLater) brivane::objc::fail("a menu keeps whoever has it pop up until it closes");
+  note("menu at " + std::to_string(std::lround(location.x)) + "," +
+       std::to_string(std::lround(location.y)));
+  FakeDesktop::shared().open(self);
+  return NO;
 }
 - (void)cancelTrackingWithoutAnimation {
   note("tracking ends at once");

@@ -258,6 +258,34 @@ TEST_F(MacMenuTest, AMenuThatHasGoneTellsNobody) {
   EXPECT_THAT(notes, IsEmpty());
 }
 
+TEST_F(MacMenuTest, ItPopsUpWhereThePointerIsOnceTheProgramHasAnswered) {
+  desktop.takeNotes();
+  desktop.pointer = NSMakePoint(300, 40);
+  item->menu().popUp();
+  EXPECT_THAT(notes, IsEmpty());
+  bench.pass(0);
+  EXPECT_THAT(desktop.notes, ElementsAre("menu at 300,40"));
+  EXPECT_THAT(notes, ElementsAre("will open"));
+}
+
+TEST_F(MacMenuTest, OneThatItsUserHasOpenedMeanwhileDoesNotPopUp) {
+  item->menu().popUp();
+  desktop.open(systemMenu());
+  bench.pass(0);
+  EXPECT_THAT(desktop.notes, testing::Not(Contains(testing::StartsWith("menu at"))));
+  EXPECT_THAT(notes, ElementsAre("will open"));
+}
+
+TEST_F(MacMenuTest, NonePopsUpOnceTheApplicationEndsOrTheItemHasGone) {
+  item->menu().popUp();
+  frame.application().exit(0);
+  bench.pass(0);
+  item->menu().popUp();
+  item.reset();
+  bench.pass(0);
+  EXPECT_THAT(notes, IsEmpty());
+}
+
 TEST_F(MacMenuTest, AClosedMenuHasNoTrackingToCancel) {
   frame.application().exit(0);
   item.reset();

@@ -17,6 +17,9 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 @optional
 - (void)applicationDidFinishLaunching:(NSNotification*)notification;
 - (void)applicationWillTerminate:(NSNotification*)notification;
+/// Whether AppKit is to go on by itself, as it does by bringing a window back.
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)application
+                    hasVisibleWindows:(BOOL)hasVisibleWindows;
 - (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application;
 @end
 

@@ -19,6 +19,10 @@
 @property BOOL autoenablesItems;
 - (void)addItem:(NSMenuItem*)item;
 - (void)removeAllItems;
+/// In screen coordinates without a view. Returns once the menu has closed.
+- (BOOL)popUpMenuPositioningItem:(nullable NSMenuItem*)item
+                      atLocation:(NSPoint)location
+                          inView:(nullable NSView*)view;
 - (void)cancelTrackingWithoutAnimation;
 @end
 

@@ -10,4 +10,9 @@
 - (void)performBlock:(void (^)(void))block;
 @end
 
+@interface NSObject (NSDelayedPerforming)
+/// The run loop of this thread performs it, in its default mode.
+- (void)performSelector:(SEL)selector withObject:(nullable id)object afterDelay:(double)seconds;
+@end
+
 #pragma clang assume_nonnull end
