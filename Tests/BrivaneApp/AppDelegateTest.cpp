@@ -53,6 +53,9 @@ TEST_F(AppDelegateTest, OpenedAgainTheProgramShowsItsMenuOnceItHasOne) {
 TEST_F(AppDelegateTest, TheProgramStartsInThisOrder) {
   machine.suites["com.quorrel.tallowin"] =
       PropertyValue::Dictionary{{"SubZeroDimming", {false}}, {"VerboseKeyLog", {false}}};
+  const std::string inputPath =
+      "log Brivane: input path — event tap unavailable (no Accessibility grant); hotkeys "
+      "up=ctrl+opt+key126 down=ctrl+opt+key125; fn+F1/F2 ACTIVE; relay pending";
   const Notes expected = {
       // what a killed predecessor left
       "gamma restore all", "gamma restore all",
@@ -63,9 +66,7 @@ TEST_F(AppDelegateTest, TheProgramStartsInThisOrder) {
       "install hotkey handler", "observe termination",
       // the input path
       "register hotkey 1 key 126 modifiers 6144", "register hotkey 2 key 125 modifiers 6144",
-      "register hotkey 3 key 120 modifiers 0", "register hotkey 4 key 122 modifiers 0",
-      "log Brivane: input path — event tap unavailable (no Accessibility grant); hotkeys "
-      "up=ctrl+opt+key126 down=ctrl+opt+key125; fn+F1/F2 ACTIVE; relay pending",
+      "register hotkey 3 key 120 modifiers 0", "register hotkey 4 key 122 modifiers 0", inputPath,
       // the relay
       "set SystemBrightnessKeysEnabled", "run /usr/bin/hidutil --get", "run /usr/bin/hidutil --set",
       "run /usr/bin/hidutil --get", "unregister hotkey 1", "unregister hotkey 2",

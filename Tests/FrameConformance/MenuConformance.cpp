@@ -6,7 +6,6 @@ namespace brivane {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class MenuConformance : public FrameConformance, public MenuDelegate {
  protected:

@@ -9,7 +9,6 @@ namespace brivane {
 namespace {
 
 using std::chrono::milliseconds;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 
 TextRun text(const std::string& words) {
