@@ -25,8 +25,8 @@ class MacMenu : public MenuView {
   void popUp() override;
 
   NSMenu* systemMenu() const { return menu; }
-  /// Hears no more of the user's hands, opens no more, and takes an open menu off the screen at once:
-  /// one that fades is tracked on until it has faded.
+  /// Hears no more of the user's hands, opens no more, and takes an open menu off the screen at
+  /// once: one that fades is tracked on until it has faded.
   void letGo();
 
   void popUpNow();

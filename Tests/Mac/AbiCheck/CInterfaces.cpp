@@ -7,8 +7,8 @@
 #include <CoreGraphics/CoreGraphics.h>
 #include <IOKit/IOKitLib.h>
 #include <crt_externs.h>
-#include <dlfcn.h>
 #include <dispatch/dispatch.h>
+#include <dlfcn.h>
 #include <os/log.h>
 
 #include <csignal>
