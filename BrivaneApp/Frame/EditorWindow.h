@@ -56,7 +56,11 @@ class CustomView {
 };
 
 // The parts of a window's content. Frames are in points within the content view, origin at its
-// lower left, y upwards.
+// lower left, y upwards. Translations are longer than what a place was made for: a label or a title
+// that doesn't fit is shown smaller, by whole points.
+
+/// No text is shown smaller than that, in points.
+inline constexpr double smallestFontSize = 9;
 
 struct WindowLabel {
   Rect frame;

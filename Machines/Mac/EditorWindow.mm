@@ -31,13 +31,11 @@ namespace brivane {
 namespace {
 
 constexpr double controlFontSize = 13;
-constexpr double smallestFontSize = 9;
 /// Of a rounded button, left and right of its title.
 constexpr double bezelWidth = 24;
 /// What a text field keeps free at the two sides of its text.
 constexpr double textPadding = 4;
 
-/// Translations are longer than the text that the place was made for.
 NSFont* fittedFont(NSString* text, double size, double width) {
   NSFont* font = [NSFont systemFontOfSize:size];
   while (size > smallestFontSize &&

@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::uint64_t titled = 1;
 constexpr std::uint64_t closable = 2;
-constexpr int smallestFontPixels = 9;
 
 Qt::WindowFlags windowFlags(const EditorWindowAttributes& attributes) {
   Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint;
@@ -35,10 +34,9 @@ QRect upsideDown(const Rect& frame, int height) {
           static_cast<int>(std::lround(frame.width)), static_cast<int>(std::lround(frame.height))};
 }
 
-/// Translations are longer than the text that the place was made for.
 QFont fitted(QFont font, const QString& text, double width) {
   while (QFontMetricsF(font).horizontalAdvance(text) > width &&
-         font.pixelSize() > smallestFontPixels) {
+         font.pixelSize() > smallestFontSize) {
     font.setPixelSize(font.pixelSize() - 1);
   }
   return font;

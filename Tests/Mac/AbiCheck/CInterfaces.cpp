@@ -366,7 +366,8 @@ IS_FUNCTION(_NSGetArgv, char*** (*)());
 // The log
 
 IS_FUNCTION(os_log_type_enabled, bool (*)(os_log_t, os_log_type_t));
-static_assert(std::is_class_v<os_log_s> && std::is_same_v<decltype(_os_log_default), os_log_s>);
+static_assert(std::is_class_v<os_log_s>);
+static_assert(std::is_same_v<decltype(_os_log_default), os_log_s>);
 GIVES(OS_LOG_DEFAULT, os_log_t);
 #ifdef __APPLE__
 IS_FUNCTION(_os_log_impl,

@@ -35,8 +35,9 @@ def last_word(text):
 
 
 def name(word):
-    """A plain name is compared where a check begins with it, or somewhere in an assertion."""
-    check = rf"\b(IS_\w+|GIVES\w*)\(&?{word}\b|static_assert\(.*\b{word}\b|^{word}\("
+    """A plain name is compared where a check begins with it, or where an assertion is about it."""
+    subject = rf"([\w:]+(<[^<>]*>)?[(<])*{word}\b"
+    check = rf"\b(IS_\w+|GIVES\w*)\(&?{word}\b|static_assert\({subject}|^{word}\("
     return word, [check]
 
 
@@ -164,6 +165,8 @@ def uncompared(headers, checks):
 # A declaration of each kind, and the names under which it is missed.
 SAMPLES = {
     "int added(void);": ["added"],
+    # Named in what is said of others.
+    "typedef long long string_view;": ["string_view"],
     "CFTypeRef added(CFTypeRef one, io_name_t other) CF_RETURNS_RETAINED;": ["added"],
     "static inline int added(int one) { return one; }": ["added"],
     "extern const CFStringRef added;": ["added"],
