@@ -96,11 +96,11 @@ is_found() {
   # Objects of a library stay there when the program has what they define already.
   link=$(command_for bin/$program)
   link=${link/ $object / }
-  (cd $folder && eval "${link/ -o bin\/$program / $place/object.o -o $place/tests }") >"$place/log" 2>&1 || {
+  (cd $folder && eval "${link/ -o bin\/$program / $place/object.o -o $place/bin/tests }") >"$place/log" 2>&1 || {
     echo "it doesn't link"
     return 1
   }
-  timeout 60 "$place/tests" --gtest_filter="$test" >"$place/log" 2>&1
+  timeout 60 "$place/bin/tests" --gtest_filter="$test" >"$place/log" 2>&1
   if [ $? -eq 124 ] && [[ $what != *" (it hangs)" ]]; then
     echo "the test was still running after a minute"
     return 1
@@ -112,6 +112,8 @@ is_found() {
 try_line() {
   local place reason
   place=$(mktemp -d "$work/XXXXXX")
+  # The whole program looks for its resources beside its own folder.
+  mkdir "$place/bin" && ln -s "$PWD/$folder/share" "$place/share"
   take_apart "$1"
   if reason=$(is_found "$place"); then
     echo "found   $what"
