@@ -19,7 +19,7 @@ struct PickedMachine {
 using MachineOrProblem = std::variant<PickedMachine, std::string>;
 
 /// The desk that the environment variable BRIVANE_DESK names by its file, or, when that is unset or
-/// empty, the real machine. Call once, from main.
+/// empty, the real machine; a Mac has no desks and is always itself. Call once, from main.
 MachineOrProblem pickMachine();
 
 }  // namespace brivane
