@@ -14,7 +14,7 @@ namespace {
 constexpr double contentWidthPoints = 420;
 constexpr double contentHeightPoints = 210;
 constexpr std::uint64_t titledAndClosable = 3;
-constexpr std::uint64_t buffered = 2;
+constexpr std::uint64_t bufferedBacking = 2;
 constexpr double instructionsSizePoints = 12;
 
 }  // namespace
@@ -42,7 +42,7 @@ void HotkeyEditor::makeWindow() {
   window = frame.makeEditorWindow({.contentWidth = contentWidthPoints,
                                    .contentHeight = contentHeightPoints,
                                    .styleMask = titledAndClosable,
-                                   .backing = buffered,
+                                   .backing = bufferedBacking,
                                    .isDeferred = false,
                                    .isReleasedWhenClosed = false,
                                    .title = catalogue.text(strings::hotkeyEditorWindowTitle)});

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The laws of the tree, checked by reading it. Prints "ok NAME" or "FAILED NAME" and what it found.
-# Expects a configured default build.
+# Expects the preset tidy to be configured.
 set -u
 cd "$(dirname "$0")/.." || exit 1
 
@@ -9,8 +9,8 @@ core=(BrivaneCore BrivaneUI BrivaneApp)
 status=0
 
 # A check that reads nothing finds nothing.
-if [ -z "$(sources '*.cpp')" ] || [ ! -f build/compile_commands.json ]; then
-  echo "FAILED the tree can be read (it needs git and a configured build)"
+if [ -z "$(sources '*.cpp')" ] || [ ! -f build/tidy/compile_commands.json ]; then
+  echo "FAILED the tree can be read (it needs git and the configured preset tidy)"
   exit 1
 fi
 
@@ -71,11 +71,9 @@ check "only one file names the machines" "$(
   sources 'BrivaneCore' 'BrivaneUI' 'BrivaneApp' 'Machines/PickMachine.h' |
     xargs -r grep -nE '#include "Machines/(Mac|Linux|Desk|Qt)/')"
 
-# The Mac's are built with clang alone, and found by their folder (the group mac).
 check "every source file is in the build" "$(
-  comm -23 <(sources '*.cpp' ':!*.in' ':!Machines/Mac' ':!Tests/Machines/Mac' ':!Tests/Mac' |
-    sort -u) \
-    <(grep -hoE '"file": "[^"]+"' build/compile_commands.json | sed "s|.*\"$PWD/||; s|\"$||" |
+  comm -23 <(sources '*.cpp' '*.mm' ':!*.in' | sort -u) \
+    <(grep -oE '"file": "[^"]+"' build/tidy/compile_commands.json | sed "s|.*\"$PWD/||; s|\"$||" |
       sort -u))"
 
 check "every declaration made for the Mac is compared with the system's, on one" "$(
@@ -105,8 +103,8 @@ check "no two headers define a type of one name" "$(
 check "every header has a guard" "$(sources '*.h' | xargs -r grep -L '^#pragma once')"
 
 check "every file is formatted" "$(
-  sources '*.h' '*.cpp' '*.mm' | xargs clang-format-16 --dry-run --Werror >build/tidy-format.log 2>&1 ||
-    { grep 'error:' build/tidy-format.log || cat build/tidy-format.log; } | cut -d: -f1 | sort -u)"
+  sources '*.h' '*.cpp' '*.mm' | xargs clang-format-16 --dry-run --Werror >build/tidy/format.log 2>&1 ||
+    { grep 'error:' build/tidy/format.log || cat build/tidy/format.log; } | cut -d: -f1 | sort -u)"
 
 check "scripts parse" "$(for script in run test bench pictures .ci/run $(sources '*.sh'); do
   [ -f "$script" ] && bash -n "$script" 2>&1; done)"
@@ -122,23 +120,6 @@ changed=$( (git diff --name-only HEAD; git ls-files --others --exclude-standard)
   changed=$(git diff --name-only --diff-filter=d HEAD~1 2>/dev/null | grep -E '\.(cpp|mm)$')
 existing=$(for file in $changed; do [ -f "$file" ] && echo "$file"; done |
   grep -v -e ^Tests/Machines/Mac/ -e ^Tests/Mac/ | head -n 40)
-# How the Mac's sources are compiled for the tests, whose build need not be there.
-mac_commands() {
-  local file options
-  sources 'Machines/Mac/*.cpp' 'Machines/Mac/*.mm' | while read -r file; do
-    options="-std=c++20 -I. -isystem cmake/macos/include -isystem Tests/Machines/Mac/include"
-    [ "${file%.mm}" = "$file" ] || options+=" -fobjc-runtime=macosx-13.0 -fobjc-arc -fblocks"
-    printf ',\n{"directory": "%s", "command": "clang++-16 %s -c %s", "file": "%s"}\n' \
-      "$PWD" "$options" "$file" "$PWD/$file"
-  done
-}
-# It can't read the other compiler's precompiled headers.
-mkdir -p build/tidy
-{
-  sed 's| -Winvalid-pch||; s| -include [^ ]*cmake_pch.hxx||; $d' build/compile_commands.json
-  mac_commands
-  echo ']'
-} >build/tidy/compile_commands.json
 check "clang-tidy finds nothing in the changed files" "$(
   [ -z "$existing" ] || printf '%s\n' "$existing" |
     xargs -P "$(nproc)" -n 4 clang-tidy-16 -p build/tidy --quiet >build/tidy/log 2>build/tidy/errors ||

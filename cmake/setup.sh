@@ -13,13 +13,6 @@ program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-de
 # What the visible side takes beside that; a command-line mode does without.
 frame_packages=(qt6-base-dev qt6-qpa-plugins)
 
-# A kernel with the three monitors that Tests/EndToEnd/Linux expects.
-linux_world=(build/bin/ddc-bus-host
-  --monitor HDMI-A-1,bus=5,vendor=BRV,model=0x1001,serial=11,label=Left
-  --monitor DP-1,bus=6,own=1,vendor=BRV,model=0x1002,serial=22,label=Middle,maximum=255,level=255
-  --monitor DP-2,vendor=XYZ,model=0x3003,serial=33,label=Right
-  --keyboard event3,c006f=225,c0070=224)
-
 # need_packages NAME...: installs what is missing, or prints the one line that does and ends.
 need_packages() {
   local missing=() package
@@ -55,26 +48,34 @@ is_configured_for() {
   done
 }
 
+folder_of() { [ "$1" = default ] && echo build || echo "build/$1"; }
+
+# configure PRESET: if need be, with the optional parts of the tree that the command takes.
+configure() {
+  local preset=$1 folder parts=() options=() part
+  folder=$(folder_of "$preset")
+  [ "${with_frame:-no}" = yes ] && parts+=(BRIVANE_FRAME)
+  [ "${with_tests:-no}" = yes ] && parts+=(BRIVANE_FRAME BRIVANE_TESTS)
+  [ -f "$folder/build.ninja" ] && is_configured_for "$folder" "${parts[@]}" && return
+  for part in "${parts[@]}"; do options+=("-D$part=ON"); done
+  mkdir -p "$folder"
+  say "Configuring ($preset) …"
+  cmake --preset "$preset" "${options[@]}" >"$folder/configure.log" 2>&1 && return
+  tail -n 20 "$folder/configure.log" >&2
+  say "Configuring failed; the whole output is in $folder/configure.log."
+  exit 1
+}
+
 # build PRESET TARGET...: configures if need be and builds, saying so only if it takes a while. Two
 # commands at once build one after the other.
 build() {
-  local preset=$1 folder=build parts=() options=() part status
+  local preset=$1 folder status
   shift
-  [ "$preset" = default ] || folder=build/$preset
-  [ "${with_frame:-no}" = yes ] && parts+=(BRIVANE_FRAME)
-  [ "${with_tests:-no}" = yes ] && parts+=(BRIVANE_FRAME BRIVANE_TESTS)
-  for part in "${parts[@]}"; do options+=("-D$part=ON"); done
-  mkdir -p "$folder"
+  folder=$(folder_of "$preset")
+  mkdir -p build
   exec 9>build/.lock
   flock 9
-  if [ ! -f "$folder/build.ninja" ] || ! is_configured_for "$folder" "${parts[@]}"; then
-    say "Configuring ($preset) …"
-    if ! cmake --preset "$preset" "${options[@]}" >"$folder/configure.log" 2>&1; then
-      tail -n 20 "$folder/configure.log" >&2
-      say "Configuring failed; the whole output is in $folder/configure.log."
-      exit 1
-    fi
-  fi
+  configure "$preset"
   ninja -C "$folder" "$@" >"$folder/build.log" 2>&1 9>&- &
   local ninja=$! tenths=0
   while kill -0 $ninja 2>/dev/null; do

@@ -11,7 +11,7 @@
 namespace brivane {
 namespace {
 
-constexpr std::string_view libraryPath = "/System/Library/Frameworks/IOKit.framework/IOKit";
+constexpr std::string_view ioKitPath = "/System/Library/Frameworks/IOKit.framework/IOKit";
 
 }  // namespace
 
@@ -52,7 +52,7 @@ Symbol IOAVBridge::resolve(std::string_view name) const {
 }
 
 LibraryHandle IOAVBridge::handle() const {
-  std::call_once(opened, [this] { library = loader.open(libraryPath, lazyBinding); });
+  std::call_once(opened, [this] { library = loader.open(ioKitPath, lazyBinding); });
   return library;
 }
 

@@ -11,7 +11,7 @@
 namespace brivane {
 namespace {
 
-constexpr std::string_view libraryPath =
+constexpr std::string_view displayServicesPath =
     "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
 
 /// The vendor number of Apple's own panels.
@@ -60,7 +60,7 @@ bool AppleDisplayBackend::canControl(DisplayID display) const {
 
 const AppleDisplayBackend::EntryPoints& AppleDisplayBackend::entryPoints() const {
   std::call_once(lookedUp, [this] {
-    const LibraryHandle library = symbols.open(libraryPath, lazyBinding);
+    const LibraryHandle library = symbols.open(displayServicesPath, lazyBinding);
     if (library == 0) return;
     found.get = lookUp<GetBrightnessFunction>(symbols, library, "DisplayServicesGetBrightness");
     found.set = lookUp<SetBrightnessFunction>(symbols, library, "DisplayServicesSetBrightness");

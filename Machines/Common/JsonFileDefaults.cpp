@@ -11,7 +11,7 @@ namespace {
 constexpr Microseconds lockPatience = std::chrono::seconds(2);
 constexpr Microseconds syncPause = std::chrono::seconds(1);
 // Some ten thousand panels' worth; anything larger is not what Brivane wrote.
-constexpr std::size_t maximumBytes = 1 << 20;
+constexpr std::size_t largestDomainBytes = 1 << 20;
 // Settings are flat; anything nested deeper than this would only exhaust the stack.
 constexpr int maximumDepth = 32;
 
@@ -41,7 +41,7 @@ std::variant<PropertyValue::Dictionary, FileProblem> parse(const std::string& te
 }
 
 std::variant<PropertyValue::Dictionary, FileProblem> load(const std::filesystem::path& file) {
-  auto content = readWholeFile(file, maximumBytes);
+  auto content = readWholeFile(file, largestDomainBytes);
   if (const auto* text = std::get_if<std::string>(&content)) return parse(*text);
   return std::get<FileProblem>(content);
 }

@@ -8,7 +8,7 @@
 namespace brivane {
 namespace {
 
-constexpr std::size_t maximumBytes = 16 << 20;
+constexpr std::size_t largestResourceBytes = 16 << 20;
 
 }  // namespace
 
@@ -21,7 +21,7 @@ std::filesystem::path resourceFolder() {
 
 std::optional<std::string> readResource(const std::filesystem::path& folder,
                                         const std::string& bundle, const std::string& path) {
-  auto content = readWholeFile(folder / bundle / path, maximumBytes);
+  auto content = readWholeFile(folder / bundle / path, largestResourceBytes);
   if (auto* const bytes = std::get_if<std::string>(&content)) return std::move(*bytes);
   return std::nullopt;
 }

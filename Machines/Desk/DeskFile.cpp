@@ -9,7 +9,7 @@ namespace brivane {
 namespace {
 
 // The largest desk that makes sense, 64 displays with sampled gamma tables, is well below.
-constexpr std::size_t maximumBytes = 8 << 20;
+constexpr std::size_t largestDeskBytes = 8 << 20;
 
 std::string errorLine(std::string_view fileName, const std::string& error) {
   // A file name can hold anything, a line break too.
@@ -50,7 +50,7 @@ std::variant<DeskDescription, std::string> parseDesk(std::string_view text,
 }
 
 std::variant<DeskDescription, std::string> readDeskFile(const std::filesystem::path& file) {
-  const auto content = readWholeFile(file, maximumBytes);
+  const auto content = readWholeFile(file, largestDeskBytes);
   if (const auto* text = std::get_if<std::string>(&content)) return parseDesk(*text, file.string());
   return errorLine(file.string(), std::get<FileProblem>(content).reason);
 }

@@ -12,7 +12,7 @@
 namespace brivane {
 namespace {
 
-constexpr std::size_t mostDisplays = 1000;
+constexpr std::size_t mostKnownDisplays = 1000;
 constexpr std::int64_t largestIdentifier = std::numeric_limits<DisplayID>::max();
 
 JsonValue::Object members(const AttachedDisplay& display) {
@@ -37,7 +37,7 @@ void readMembers(JsonSection& section, AttachedDisplay& display) {
 }
 
 void readAttached(const JsonItem& item, std::vector<AttachedDisplay>& attached) {
-  for (const auto& element : item.elements(0, mostDisplays)) {
+  for (const auto& element : item.elements(0, mostKnownDisplays)) {
     auto section = element.section();
     readMembers(section, attached.emplace_back());
     section.finish();
@@ -45,11 +45,11 @@ void readAttached(const JsonItem& item, std::vector<AttachedDisplay>& attached) 
 }
 
 void readUnplugged(const JsonItem& item, std::vector<UnpluggedDisplay>& unplugged) {
-  for (const auto& element : item.elements(0, mostDisplays)) {
+  for (const auto& element : item.elements(0, mostKnownDisplays)) {
     auto section = element.section();
     auto& read = unplugged.emplace_back();
     readMembers(section, read.display);
-    section.read("place", read.place, 0, static_cast<std::int64_t>(mostDisplays));
+    section.read("place", read.place, 0, static_cast<std::int64_t>(mostKnownDisplays));
     section.finish();
   }
 }

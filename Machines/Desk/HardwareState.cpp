@@ -14,15 +14,15 @@
 namespace brivane {
 namespace {
 
-constexpr std::int64_t largestValue = 65535;
+constexpr std::int64_t largestFeatureValue = 65535;
 constexpr std::int64_t longestTime = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t mostRefusals = std::numeric_limits<std::int64_t>::max();
 constexpr std::size_t mostKeys = 1000;
 // Twice as far as a desk file allows: "nowhere" is beyond the farthest display.
-constexpr double farthestCoordinate = 2'000'000;
+constexpr double farthestPointer = 2'000'000;
 constexpr unsigned digitsPerSample = 8;
 
-JsonValue whole(std::uint64_t number) {
+JsonValue wholeNumber(std::uint64_t number) {
   if (number <= std::uint64_t{std::numeric_limits<std::int64_t>::max()}) {
     return {static_cast<std::int64_t>(number)};
   }
@@ -42,7 +42,7 @@ void readMoment(JsonSection& section, std::string_view key, Instant& target) {
 JsonValue reportedJson(const MonitorState& state) {
   JsonValue::Array list;
   for (const auto& [code, value] : state.reported) {
-    list.push_back({JsonValue::Object{{"code", whole(code)}, {"value", whole(value)}}});
+    list.push_back({JsonValue::Object{{"code", wholeNumber(code)}, {"value", wholeNumber(value)}}});
   }
   return {std::move(list)};
 }
@@ -54,7 +54,7 @@ void readReported(const JsonItem& item, MonitorState& state) {
     std::uint8_t code = 0;
     std::uint16_t value = 0;
     section.read("code", code, 0, 255);
-    section.read("value", value, 0, largestValue);
+    section.read("value", value, 0, largestFeatureValue);
     section.finish();
     state.reported[code] = value;
   }
@@ -110,14 +110,17 @@ void readCurve(JsonSection& section, std::string_view key, GammaCurve& target) {
 
 JsonValue toJson(const MonitorState& state) {
   JsonValue::Object members = {
-      {"mood", {std::string(moodName(state.mood))}}, {"asleep", {state.isAsleep}},
-      {"shownLevel", whole(state.shownLevel)},       {"reported", reportedJson(state)},
-      {"writeCount", whole(state.writeCount)},       {"ignoresNextWrite", {state.ignoresNextWrite}},
-      {"previousCode", whole(state.previousCode)},
+      {"mood", {std::string(moodName(state.mood))}},
+      {"asleep", {state.isAsleep}},
+      {"shownLevel", wholeNumber(state.shownLevel)},
+      {"reported", reportedJson(state)},
+      {"writeCount", wholeNumber(state.writeCount)},
+      {"ignoresNextWrite", {state.ignoresNextWrite}},
+      {"previousCode", wholeNumber(state.previousCode)},
   };
   if (state.wokenAt) members.push_back({"wokenAt", moment(*state.wokenAt)});
   if (state.request) {
-    JsonValue::Object request = {{"code", whole(state.request->code)},
+    JsonValue::Object request = {{"code", wholeNumber(state.request->code)},
                                  {"receivedAt", moment(state.request->receivedAt)},
                                  {"answered", {state.request->isAnswered}}};
     members.push_back({"request", {std::move(request)}});
@@ -131,7 +134,7 @@ void fromJson(const JsonItem& item, MonitorState& state) {
   auto section = item.section();
   readMood(section, state.mood);
   section.read("asleep", state.isAsleep);
-  section.read("shownLevel", state.shownLevel, 0, largestValue);
+  section.read("shownLevel", state.shownLevel, 0, largestFeatureValue);
   if (const auto reported = section.find("reported")) readReported(*reported, state);
   section.read("writeCount", state.writeCount);
   section.read("ignoresNextWrite", state.ignoresNextWrite);
@@ -188,16 +191,16 @@ JsonValue toJson(const Point& state) {
 
 void fromJson(const JsonItem& item, Point& state) {
   auto section = item.section();
-  section.require("x", state.x, -farthestCoordinate, farthestCoordinate);
-  section.require("y", state.y, -farthestCoordinate, farthestCoordinate);
+  section.require("x", state.x, -farthestPointer, farthestPointer);
+  section.require("y", state.y, -farthestPointer, farthestPointer);
   section.finish();
 }
 
 JsonValue toJson(const HIDMapping& state) {
   JsonValue::Array entries;
   for (const auto& entry : state) {
-    entries.push_back({JsonValue::Object{{"source", whole(entry.source)},
-                                         {"destination", whole(entry.destination)}}});
+    entries.push_back({JsonValue::Object{{"source", wholeNumber(entry.source)},
+                                         {"destination", wholeNumber(entry.destination)}}});
   }
   return {std::move(entries)};
 }
@@ -250,7 +253,8 @@ void fromJson(const JsonItem& item, DeskAppearance& state) {
 JsonValue toJson(const KeysDown& state) {
   JsonValue::Array keys;
   for (const auto& [key, arrived] : state.arrived) {
-    keys.push_back({JsonValue::Object{{"key", whole(key)}, {"arrived", whole(arrived)}}});
+    keys.push_back(
+        {JsonValue::Object{{"key", wholeNumber(key)}, {"arrived", wholeNumber(arrived)}}});
   }
   return {std::move(keys)};
 }

@@ -8,9 +8,9 @@
 namespace brivane {
 namespace {
 
-constexpr std::array moods = {MonitorMood::answering, MonitorMood::silent,  MonitorMood::busError,
-                              MonitorMood::nullReply, MonitorMood::garbled, MonitorMood::stale,
-                              MonitorMood::shifted,   MonitorMood::doubled};
+constexpr std::array offeredMoods = {
+    MonitorMood::answering, MonitorMood::silent, MonitorMood::busError, MonitorMood::nullReply,
+    MonitorMood::garbled,   MonitorMood::stale,  MonitorMood::shifted,  MonitorMood::doubled};
 constexpr std::array headrooms = {1.0, 1.6, 2.0, 4.0};
 
 /// Twins differ by their number alone.
@@ -33,10 +33,11 @@ void step(DeskHardware& hardware, DisplayID display, int direction) {
 
 LiveChoice moodChoice(DeskHardware& hardware, DisplayID display, MonitorMood mood) {
   LiveChoice choice{"Mood", {}, 0, {}};
-  for (const auto option : moods) choice.options.emplace_back(moodName(option));
-  choice.chosen = static_cast<std::size_t>(std::ranges::find(moods, mood) - moods.begin());
+  for (const auto option : offeredMoods) choice.options.emplace_back(moodName(option));
+  choice.chosen =
+      static_cast<std::size_t>(std::ranges::find(offeredMoods, mood) - offeredMoods.begin());
   choice.choose = [&hardware, display](std::size_t option) {
-    hardware.setMood(display, moods.at(option));
+    hardware.setMood(display, offeredMoods.at(option));
   };
   return choice;
 }

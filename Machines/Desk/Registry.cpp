@@ -92,9 +92,10 @@ PropertyValue::Dictionary panelProperties(const DisplayDescription& display) {
   return properties;
 }
 
-class TreeBuilder {
+class RegistryBuilder {
  public:
-  explicit TreeBuilder(std::shared_ptr<Faults> machineFaults) : faults(std::move(machineFaults)) {
+  explicit RegistryBuilder(std::shared_ptr<Faults> machineFaults)
+      : faults(std::move(machineFaults)) {
     const auto root = add(nullptr, "IORegistryEntry", "Root");
     platform = add(root, "IOPlatformDevice", "desk");
   }
@@ -143,7 +144,7 @@ class TreeBuilder {
 
 std::unique_ptr<RegistryIterator> DeskRegistry::allServices() {
   if (faults->strikes("IORegistry.allServices")) return nullptr;
-  TreeBuilder builder(faults);
+  RegistryBuilder builder(faults);
   const auto displays = hardware.displays();
   for (const auto& display : *displays) builder.addDisplay(display);
   return std::make_unique<DeskIterator>(std::move(builder.entries), faults);

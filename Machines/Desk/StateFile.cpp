@@ -10,7 +10,7 @@
 namespace brivane {
 namespace {
 
-constexpr std::size_t maximumBytes = 4 << 20;
+constexpr std::size_t largestStateBytes = 4 << 20;
 
 std::string asText(std::uint64_t fingerprint) {
   std::string text;
@@ -47,7 +47,7 @@ bool StateFile::isOutdated() const {
 
 /// What keeps the file from being replaced.
 std::optional<FileProblem> StateFile::load(const Access& access, bool isLocked) {
-  const auto content = readWholeFile(file, maximumBytes);
+  const auto content = readWholeFile(file, largestStateBytes);
   if (const auto* problem = std::get_if<FileProblem>(&content)) {
     access.startAfresh();
     // There is no file either when a folder on the way to it is none or can't be entered.

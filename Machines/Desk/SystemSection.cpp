@@ -8,7 +8,7 @@
 namespace brivane {
 namespace {
 
-constexpr std::size_t mostEntries = 1000;
+constexpr std::size_t mostElements = 1000;
 constexpr std::int64_t highestOccurrence = 1'000'000'000;
 constexpr std::int64_t highestKeyCode = 127;
 constexpr std::int64_t allModifiers = 256 + 512 + 2048 + 4096;
@@ -38,7 +38,7 @@ const Choices<DeskAppearance>& appearances() {
 }
 
 void readHotkeys(const JsonItem& item, std::vector<KeyCombination>& hotkeys) {
-  for (const auto& element : item.elements(0, mostEntries)) {
+  for (const auto& element : item.elements(0, mostElements)) {
     auto section = element.section();
     auto& combination = hotkeys.emplace_back();
     section.require("keyCode", combination.keyCode, 0, highestKeyCode);
@@ -52,7 +52,7 @@ void readHotkeys(const JsonItem& item, std::vector<KeyCombination>& hotkeys) {
 }
 
 void readApplications(const JsonItem& item, std::vector<RunningApplication>& applications) {
-  for (const auto& element : item.elements(0, mostEntries)) {
+  for (const auto& element : item.elements(0, mostElements)) {
     auto section = element.section();
     auto& application = applications.emplace_back();
     section.require("bundleIdentifier", application.bundleIdentifier);
@@ -110,7 +110,7 @@ void readLaunchAgent(const JsonItem& item, LaunchAgentDescription& agent) {
 }
 
 void readTexts(const JsonItem& item, std::vector<std::string>& texts) {
-  for (const auto& element : item.elements(0, mostEntries)) element.to(texts.emplace_back());
+  for (const auto& element : item.elements(0, mostElements)) element.to(texts.emplace_back());
 }
 
 void readProgram(const JsonItem& item, ProgramDescription& program) {
@@ -164,7 +164,7 @@ void readFaults(const JsonItem& item, FaultPlan& plan) {
   for (const auto call : Faults::calls()) {
     const auto occurrences = section.find(call);
     if (!occurrences) continue;
-    for (const auto& element : occurrences->elements(0, mostEntries)) {
+    for (const auto& element : occurrences->elements(0, mostElements)) {
       std::int64_t occurrence = 0;
       element.to(occurrence, 1, highestOccurrence);
       plan[std::string(call)].insert(occurrence);
@@ -177,7 +177,7 @@ void readFaults(const JsonItem& item, FaultPlan& plan) {
 
 void readHIDMapping(const JsonItem& item, HIDMapping& mapping) {
   mapping.clear();
-  for (const auto& element : item.elements(0, mostEntries)) {
+  for (const auto& element : item.elements(0, mostElements)) {
     auto section = element.section();
     auto& entry = mapping.emplace_back();
     section.require("source", entry.source);

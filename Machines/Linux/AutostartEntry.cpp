@@ -18,7 +18,7 @@ namespace {
 constexpr auto fileName = "com.quorrel.brivane.desktop";
 constexpr std::string_view group = "[Desktop Entry]";
 constexpr std::string_view hiddenKey = "Hidden";
-constexpr std::size_t maximumBytes = 1 << 20;
+constexpr std::size_t largestEntryBytes = 1 << 20;
 
 /// What the line says of the key; nothing when it is about something else. Blanks around the equals
 /// sign are of no account.
@@ -96,7 +96,7 @@ LaunchAgent AutostartEntry::asLaunchAgent() const {
 
 std::optional<std::string> AutostartEntry::read() const {
   for (const auto& folder : folders) {
-    auto content = readWholeFile(folder / fileName, maximumBytes);
+    auto content = readWholeFile(folder / fileName, largestEntryBytes);
     if (auto* const text = std::get_if<std::string>(&content)) return std::move(*text);
   }
   return std::nullopt;

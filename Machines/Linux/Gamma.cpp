@@ -17,9 +17,9 @@
 namespace brivane {
 namespace {
 
-constexpr std::int32_t success = 0;
-constexpr std::int32_t failure = 1;
-constexpr float highestLevel = 65535.0F;
+constexpr std::int32_t accepted = 0;
+constexpr std::int32_t refused = 1;
+constexpr float highestSample = 65535.0F;
 
 std::uint16_t readGammaSize(const XServer& server,
                             xcb_randr_get_crtc_gamma_size_cookie_t question) {
@@ -49,7 +49,7 @@ bool succeeded(const XServer& server, xcb_void_cookie_t request) {
 void copyLevels(std::span<const std::uint16_t> levels, std::span<float> samples) {
   const std::size_t count = std::min(levels.size(), samples.size());
   std::ranges::transform(levels.first(count), samples.begin(), [](std::uint16_t level) {
-    return static_cast<float>(level) / highestLevel;
+    return static_cast<float>(level) / highestSample;
   });
 }
 
@@ -78,29 +78,29 @@ std::int32_t LinuxGammaTables::readTable(DisplayID display, std::span<float> red
                                          std::span<float> green, std::span<float> blue,
                                          std::uint32_t& returned) {
   const auto server = connection.server();
-  if (!server) return failure;
+  if (!server) return refused;
   const auto question = xcb_randr_get_crtc_gamma(server->connection, crtcOf(*server, display));
   const XReply<xcb_randr_get_crtc_gamma_reply_t> table(
       xcb_randr_get_crtc_gamma_reply(server->connection, question, nullptr));
-  if (!table) return failure;
+  if (!table) return refused;
   copyLevels({xcb_randr_get_crtc_gamma_red(table.get()), table->size}, red);
   copyLevels({xcb_randr_get_crtc_gamma_green(table.get()), table->size}, green);
   copyLevels({xcb_randr_get_crtc_gamma_blue(table.get()), table->size}, blue);
   returned = table->size;
-  return success;
+  return accepted;
 }
 
 std::int32_t LinuxGammaTables::writeTable(DisplayID display, std::span<const float> red,
                                           std::span<const float> green,
                                           std::span<const float> blue) {
   const auto server = connection.server();
-  if (!server || red.empty()) return failure;
+  if (!server || red.empty()) return refused;
   const xcb_randr_crtc_t crtc = crtcOf(*server, display);
   const std::uint16_t size = gammaSize(*server, crtc);
-  if (size == 0) return failure;
+  if (size == 0) return refused;
   const auto request = askToSet(*server, crtc, hardwareRamp(red, size), hardwareRamp(green, size),
                                 hardwareRamp(blue, size));
-  return succeeded(*server, request) ? success : failure;
+  return succeeded(*server, request) ? accepted : refused;
 }
 
 void LinuxGammaTables::restoreCalibratedTables() {

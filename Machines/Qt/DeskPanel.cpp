@@ -7,8 +7,8 @@
 namespace brivane {
 namespace {
 
-constexpr int margin = 6;
-constexpr int controlHeight = 26;
+constexpr int panelMargin = 6;
+constexpr int panelControlHeight = 26;
 constexpr int iconSide = 18;
 
 }  // namespace
@@ -19,20 +19,20 @@ DeskPanel::DeskPanel(std::function<void()> whenClosed)
   setProperty("isPartOfDesk", true);
   setAttribute(Qt::WA_ShowWithoutActivating);
   auto* const row = new QHBoxLayout(this);
-  row->setContentsMargins(margin, margin, margin, margin);
-  row->setSpacing(margin);
+  row->setContentsMargins(panelMargin, panelMargin, panelMargin, panelMargin);
+  row->setSpacing(panelMargin);
   button = new QToolButton(this);
-  button->setFixedSize(controlHeight + 6, controlHeight);
+  button->setFixedSize(panelControlHeight + 6, panelControlHeight);
   button->setIconSize({iconSide, iconSide});
   button->setAutoRaise(true);
   button->setFocusPolicy(Qt::StrongFocus);
   button->setEnabled(false);
   connect(button, &QToolButton::clicked, this, [this] { openMenu(); });
   row->addWidget(button, 0, Qt::AlignTop);
-  controls = new ControlRow(this, controlHeight, margin);
+  controls = new ControlRow(this, panelControlHeight, panelMargin);
   row->addWidget(controls, 1);
   auto* const quit = new QPushButton("Quit", this);
-  quit->setFixedHeight(controlHeight);
+  quit->setFixedHeight(panelControlHeight);
   quit->setAccessibleName("Quit Brivane");
   connect(quit, &QPushButton::clicked, this, [this] { close(); });
   row->addWidget(quit, 0, Qt::AlignTop);

@@ -10,14 +10,15 @@ namespace brivane {
 namespace {
 
 /// Around all windows.
-constexpr int margin = 8;
+constexpr int screenMargin = 8;
 /// For the panel and the title that window managers give it.
 constexpr int panelRoom = 72;
 
 QRect screenRoom() {
   const QScreen* const screen = QGuiApplication::primaryScreen();
   if (screen == nullptr) return {0, 0, 1280, 800};
-  return screen->availableGeometry().adjusted(margin, margin, -margin, -margin);
+  return screen->availableGeometry().adjusted(screenMargin, screenMargin, -screenMargin,
+                                              -screenMargin);
 }
 
 QRect moved(QRect box, const QRect& room) {

@@ -15,6 +15,7 @@
 #include "Machines/Desk/Machine.h"
 #include "Machines/Desk/VirtualRuntime.h"
 #include "Tests/Bench/Table.h"
+#include "Tests/Support/VirtualKeys.h"
 
 namespace brivane::bench {
 namespace {
@@ -24,7 +25,6 @@ using namespace std::chrono_literals;
 constexpr std::uint16_t controlKey = 59;
 constexpr std::uint16_t optionKey = 58;
 constexpr std::uint16_t upArrow = 126;
-constexpr std::uint16_t downArrow = 125;
 
 class Silence : public SystemLog {
   void write(std::string_view) override {}

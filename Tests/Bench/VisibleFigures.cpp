@@ -26,6 +26,7 @@
 #include "Tests/Support/FakeLogind.h"
 #include "Tests/Support/FakeTrayHost.h"
 #include "Tests/Support/Onlooker.h"
+#include "Tests/Support/XKeys.h"
 
 namespace brivane::bench {
 namespace {
@@ -34,11 +35,11 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 // X's key codes are evdev's plus 8.
-constexpr xcb_keycode_t control = 37;
-constexpr xcb_keycode_t option = 64;
-constexpr xcb_keycode_t up = 111;
-constexpr xcb_keycode_t down = 116;
-constexpr xcb_keycode_t f12 = 96;
+using xKey::control;
+using xKey::down;
+using xKey::f12;
+using xKey::option;
+using xKey::up;
 
 /// Of the monitor in the middle of the rig.
 constexpr int hudX = 1600 + 1920 / 2 - 180;

@@ -3,6 +3,7 @@
 
 #include "BrivaneApp/AccessibilityRetryController.h"
 #include "Tests/Support/FakeMachine.h"
+#include "Tests/Support/VirtualKeys.h"
 
 namespace brivane {
 namespace {
@@ -16,9 +17,7 @@ using testing::Not;
 
 constexpr std::uint32_t f1 = 122;
 constexpr std::uint32_t f2 = 120;
-constexpr std::uint32_t upArrow = 126;
 constexpr std::uint32_t f19 = 80;
-constexpr std::uint32_t controlAndOption = 6144;
 
 /// A menu that notes its refreshes among the machine's calls.
 struct NotingMenu : MenuRefreshing {

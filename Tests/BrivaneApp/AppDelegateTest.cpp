@@ -5,6 +5,7 @@
 
 #include "BrivaneApp/AppDelegate.h"
 #include "Tests/Support/ResidentBench.h"
+#include "Tests/Support/VirtualKeys.h"
 
 namespace brivane {
 namespace {
@@ -17,9 +18,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using Notes = std::vector<std::string>;
-
-constexpr std::uint32_t upArrow = 126;
-constexpr std::uint32_t controlAndOption = 6144;
 
 struct AppDelegateTest : testing::Test, ResidentBench {
   Notes launch() {

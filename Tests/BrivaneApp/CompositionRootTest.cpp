@@ -5,6 +5,7 @@
 
 #include "BrivaneApp/CompositionRoot.h"
 #include "Tests/Support/ResidentBench.h"
+#include "Tests/Support/VirtualKeys.h"
 
 namespace brivane {
 namespace {
@@ -13,9 +14,6 @@ using namespace std::chrono_literals;
 using testing::Contains;
 using testing::IsEmpty;
 
-constexpr std::uint32_t upArrow = 126;
-constexpr std::uint32_t downArrow = 125;
-constexpr std::uint32_t controlAndOption = 6144;
 constexpr Adjustment brighter = {.delta = 5, .snapToStep = true};
 
 struct CompositionRootTest : testing::Test, ResidentBench {

@@ -2,6 +2,7 @@
 
 #include "BrivaneApp/HotkeyCaptureField.h"
 #include "Tests/Support/ApplicationTexts.h"
+#include "Tests/Support/VirtualKeys.h"
 
 namespace brivane {
 namespace {
@@ -11,7 +12,6 @@ using testing::IsEmpty;
 
 constexpr std::uint16_t keyA = 0;
 constexpr std::uint16_t keyEscape = 53;
-constexpr std::uint16_t keyF5 = 96;
 
 /// The window's part, which keeps what the field asked for in its order.
 struct FakeHost : CustomViewHost {

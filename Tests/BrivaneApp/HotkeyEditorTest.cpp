@@ -5,6 +5,7 @@
 #include "BrivaneApp/HotkeyEditor.h"
 #include "Tests/Support/ApplicationTexts.h"
 #include "Tests/Support/FakeFrame.h"
+#include "Tests/Support/VirtualKeys.h"
 #include "Tests/Support/WhenDropped.h"
 
 namespace brivane {
@@ -13,7 +14,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint16_t keyF5 = 96;
 constexpr std::size_t brightenField = 0;
 constexpr std::size_t dimField = 1;
 

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 using Level = HUDModel::Level;
 using Connecting = HUDModel::Connecting;
 
-constexpr Adjustment brighter = {.delta = 5, .snapToStep = true};
+constexpr Adjustment stepUp = {.delta = 5, .snapToStep = true};
 
 struct CountingMenu : MenuRefreshing {
   void refresh() override { ++refreshes; }
@@ -50,7 +50,7 @@ struct KeyPressCoordinatorTest : testing::Test, ControllerBench {
 
 TEST_F(KeyPressCoordinatorTest, APressShowsTheNewLevelOnItsDisplayAndIsTaken) {
   addAnsweringMonitor(2, 37);
-  EXPECT_TRUE(coordinator.handle(brighter));
+  EXPECT_TRUE(coordinator.handle(stepUp));
   EXPECT_EQ(hud.model().state(), HUDModel::State(Level{40}));
   EXPECT_TRUE(hud.isVisible());
   EXPECT_TRUE(coordinator.handle({.delta = -3, .snapToStep = false}));
@@ -61,16 +61,16 @@ TEST_F(KeyPressCoordinatorTest, TheHUDIsShownOnTheDisplayUnderThePointer) {
   addSilentMonitor(2).answers = true;
   addAnsweringMonitor(3, 60);
   controller.brightness(2);
-  ASSERT_TRUE(coordinator.handle(brighter));
+  ASSERT_TRUE(coordinator.handle(stepUp));
   const double right = frame.hudWindow->ownFrame.x;
   machine.pointAt(2);
-  ASSERT_TRUE(coordinator.handle(brighter));
+  ASSERT_TRUE(coordinator.handle(stepUp));
   EXPECT_EQ(right - frame.hudWindow->ownFrame.x, 100);
 }
 
 TEST_F(KeyPressCoordinatorTest, TheLevelIsShownFor1Point2Seconds) {
   addAnsweringMonitor(2, 37);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   run(1200ms - 1us);
   EXPECT_EQ(frame.hudWindow->alpha, 1);
   run(1us);
@@ -79,7 +79,7 @@ TEST_F(KeyPressCoordinatorTest, TheLevelIsShownFor1Point2Seconds) {
 
 TEST_F(KeyPressCoordinatorTest, TheMenuIsRefreshedAfterThePressNotDuringIt) {
   addAnsweringMonitor(2, 37);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   EXPECT_EQ(menu.refreshes, 0);
   machine.time.settle();
   EXPECT_EQ(menu.refreshes, 1);
@@ -87,9 +87,9 @@ TEST_F(KeyPressCoordinatorTest, TheMenuIsRefreshedAfterThePressNotDuringIt) {
 
 TEST_F(KeyPressCoordinatorTest, APressThatNoDisplayTakesIsPassedThroughAndShowsNothing) {
   addSilentMonitor(2);
-  EXPECT_FALSE(coordinator.handle(brighter));
+  EXPECT_FALSE(coordinator.handle(stepUp));
   machine.displaySystem.pointer = {-1, -1};
-  EXPECT_FALSE(coordinator.handle(brighter));
+  EXPECT_FALSE(coordinator.handle(stepUp));
   run(1s);
   EXPECT_EQ(frame.hudWindow, nullptr);
   EXPECT_EQ(menu.refreshes, 0);
@@ -97,7 +97,7 @@ TEST_F(KeyPressCoordinatorTest, APressThatNoDisplayTakesIsPassedThroughAndShowsN
 
 TEST_F(KeyPressCoordinatorTest, AMonitorThatIsNotAnsweringIsShownAsConnectingAndThePressIsTaken) {
   addConnectingMonitor(2);
-  EXPECT_TRUE(coordinator.handle(brighter));
+  EXPECT_TRUE(coordinator.handle(stepUp));
   EXPECT_EQ(hud.model().state(), (HUDModel::State(Connecting{"Monitor 2", std::nullopt})));
   machine.time.settle();
   EXPECT_EQ(menu.refreshes, 0);
@@ -105,7 +105,7 @@ TEST_F(KeyPressCoordinatorTest, AMonitorThatIsNotAnsweringIsShownAsConnectingAnd
 
 TEST_F(KeyPressCoordinatorTest, TheCountdownIsKeptCurrentEveryQuarterOfASecond) {
   addConnectingMonitor(2);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   // The read fails within 0.3 s, and is shown as running for 0.8 s; then comes a second's wait.
   std::vector<std::optional<std::int64_t>> countdown;
   presentations();
@@ -122,7 +122,7 @@ TEST_F(KeyPressCoordinatorTest, TheCountdownIsKeptCurrentEveryQuarterOfASecond) 
 
 TEST_F(KeyPressCoordinatorTest, WhileADisplayKeepsRetryingTheHUDStaysUp) {
   addConnectingMonitor(2);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   for (int second = 0; second < 60; ++second) {
     run(1s);
     ASSERT_TRUE(hud.isVisible());
@@ -133,7 +133,7 @@ TEST_F(KeyPressCoordinatorTest, WhileADisplayKeepsRetryingTheHUDStaysUp) {
 
 TEST_F(KeyPressCoordinatorTest, EachPresentationOfTheConnectingHUDLastsFourSeconds) {
   addConnectingMonitor(2);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   run(1s);
   coordinator.stop();
   run(4s - 1us);
@@ -144,7 +144,7 @@ TEST_F(KeyPressCoordinatorTest, EachPresentationOfTheConnectingHUDLastsFourSecon
 
 TEST_F(KeyPressCoordinatorTest, TheFirstPresentationLastsFourSecondsToo) {
   addConnectingMonitor(2);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   coordinator.stop();
   run(4s - 1us);
   EXPECT_EQ(frame.hudWindow->alpha, 1);
@@ -154,7 +154,7 @@ TEST_F(KeyPressCoordinatorTest, TheFirstPresentationLastsFourSecondsToo) {
 
 TEST_F(KeyPressCoordinatorTest, WhenTheMonitorAnswersTheHUDIsDismissedAtTheNextTick) {
   auto& channel = addConnectingMonitor(2);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   run(10s);
   channel.answers = true;
   controller.retryNow();
@@ -175,11 +175,11 @@ TEST_F(KeyPressCoordinatorTest, APressThatIsHandledStopsTheTickerBeforeTheLevelI
   TimerNotingRuntime noting(machine.time, machine.notes);
   KeyPressCoordinator noted(noting, controller, hud, menu);
   machine.pointAt(2);
-  noted.handle(brighter);
+  noted.handle(stepUp);
   run(100ms);
   machine.pointAt(3);
   machine.notes.take();
-  noted.handle(brighter);
+  noted.handle(stepUp);
   auto notes = machine.notes.take();
   std::erase_if(notes, [](const std::string& note) {
     return !note.ends_with("no more every 250 ms") && !note.ends_with("HUD front");
@@ -191,9 +191,9 @@ TEST_F(KeyPressCoordinatorTest, APressThatIsHandledStopsTheTickerBeforeTheLevelI
 
 TEST_F(KeyPressCoordinatorTest, ASecondPressOnAConnectingMonitorStartsTheTickerAnew) {
   addConnectingMonitor(2);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   run(100ms);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   presentations();
   run(250ms - 1us);
   EXPECT_EQ(presentations(), 0);
@@ -203,7 +203,7 @@ TEST_F(KeyPressCoordinatorTest, ASecondPressOnAConnectingMonitorStartsTheTickerA
 
 TEST_F(KeyPressCoordinatorTest, TheTickerEndsWhenTheHUDIsHiddenByOthers) {
   addConnectingMonitor(2);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   run(100ms);
   hud.dismiss();
   run(1s);
@@ -215,7 +215,7 @@ TEST_F(KeyPressCoordinatorTest, TheTickerEndsWhenTheHUDIsHiddenByOthers) {
 
 TEST_F(KeyPressCoordinatorTest, TheTickerEndsWhenTheHUDShowsALevelAgain) {
   addConnectingMonitor(2);
-  coordinator.handle(brighter);
+  coordinator.handle(stepUp);
   run(100ms);
   hud.present(Level{10}, 2, 10);
   run(1s);
@@ -230,9 +230,9 @@ TEST_F(KeyPressCoordinatorTest, OnceItIsGoneNothingOfItHappensAnyMore) {
   addConnectingMonitor(3);
   auto other = std::make_unique<KeyPressCoordinator>(machine.time, controller, hud, menu);
   machine.pointAt(2);
-  other->handle(brighter);
+  other->handle(stepUp);
   machine.pointAt(3);
-  other->handle(brighter);
+  other->handle(stepUp);
   const auto before = machine.time.timerCount();
   other.reset();
   EXPECT_EQ(machine.time.timerCount(), before - 1);

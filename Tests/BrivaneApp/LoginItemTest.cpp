@@ -9,10 +9,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr auto agentFile = "/Users/somebody/Library/LaunchAgents/com.quorrel.brivane.plist";
-
 struct LoginItemTest : testing::Test {
-  void install() { machine.userSession.files[agentFile] = 0; }
+  void install() { machine.userSession.files[FakeSession::launchAgentFile] = 0; }
   void toolPrints(const std::string& text, int status = 0) {
     machine.processRunner.results = {FinishedProcess{status, text}};
   }
@@ -45,7 +43,8 @@ TEST_F(LoginItemTest, SwitchingOnEnablesTheAgentAndLoadsItAtOnce) {
   item.setEnabled(true);
   EXPECT_THAT(runs,
               ElementsAre(ElementsAre("/bin/launchctl", "enable", "gui/1234/com.quorrel.brivane"),
-                          ElementsAre("/bin/launchctl", "bootstrap", "gui/1234", agentFile)));
+                          ElementsAre("/bin/launchctl", "bootstrap", "gui/1234",
+                                      FakeSession::launchAgentFile)));
   EXPECT_THAT(logLines, IsEmpty());
 }
 

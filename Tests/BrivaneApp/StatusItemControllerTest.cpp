@@ -19,8 +19,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr auto agentFile = "/Users/somebody/Library/LaunchAgents/com.quorrel.brivane.plist";
-
 struct StatusItemControllerTest : testing::Test, ControllerBench {
   /// The system's own symbols are looked up once, and so must be there before the first look.
   StatusItemControllerTest() { machine.displayServices.install(machine.loader); }
@@ -138,7 +136,7 @@ TEST_F(StatusItemControllerTest, TheHotkeySummaryShowsTheUsersOwnBindings) {
 
 TEST_F(StatusItemControllerTest, TicksShowTheRelaySettingAndTheLoginItem) {
   set("SystemBrightnessKeysEnabled", false);
-  machine.userSession.files[agentFile] = 0;
+  machine.userSession.files[FakeSession::launchAgentFile] = 0;
   machine.processRunner.results = {FinishedProcess{0, ""}};
   menu().open();
   EXPECT_FALSE(isTicked("menu.useSystemBrightnessKeys"));
@@ -526,7 +524,7 @@ TEST_F(StatusItemControllerTest, RetryingForgetsTheBackOff) {
 }
 
 TEST_F(StatusItemControllerTest, TogglingLaunchAtLoginAsksForTheOppositeOfTheLoginItemsState) {
-  machine.userSession.files[agentFile] = 0;
+  machine.userSession.files[FakeSession::launchAgentFile] = 0;
   machine.processRunner.results = {FinishedProcess{0, "\"com.quorrel.brivane\" => disabled"}};
   menu().open();
   machine.processRunner.runs.clear();

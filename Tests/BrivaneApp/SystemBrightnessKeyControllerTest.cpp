@@ -73,7 +73,7 @@ struct NotingLog : SystemLog {
   std::vector<std::string>& calls;
 };
 
-struct NotingMachine : FakeMachine {
+struct CallNotingMachine : FakeMachine {
   UserDefaults& defaults() override { return notingDefaults; }
   SystemLog& log() override { return notingLog; }
 
@@ -92,7 +92,7 @@ struct SystemBrightnessKeyControllerTest : testing::Test {
 
   bool isStoredOn() { return RelaySettings(machine.notingDefaults).systemBrightnessKeysEnabled(); }
 
-  NotingMachine machine;
+  CallNotingMachine machine;
   NotingRelay relay{machine.calls};
   SystemBrightnessKeyController controller{machine, relay, relay, relay};
 };

@@ -7,15 +7,12 @@
 #include <thread>
 
 #include "Tests/Conformance/MachineUnderTest.h"
+#include "Tests/Support/SystemLibraries.h"
 
 namespace brivane {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr auto ioKit = "/System/Library/Frameworks/IOKit.framework/IOKit";
-constexpr auto displayServices =
-    "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
 
 // The registry of hardware
 

@@ -2,6 +2,7 @@
 
 #include "BrivaneCore/Seams/Keyboard.h"
 #include "Tests/FrameConformance/FrameUnderTest.h"
+#include "Tests/Support/VirtualKeys.h"
 
 namespace brivane {
 namespace {
@@ -43,8 +44,6 @@ class NotingView : public CustomView {
   const std::string name;
   std::vector<std::string>& notes;
 };
-
-constexpr std::uint16_t keyF5 = 96;
 
 class EditorConformance : public FrameConformance {
  protected:

@@ -373,6 +373,9 @@ class FakeNotifications : public SystemNotifications {
 
 class FakeSession : public Session {
  public:
+  static constexpr auto launchAgentFile =
+      "/Users/somebody/Library/LaunchAgents/com.quorrel.brivane.plist";
+
   std::uint32_t userID() override { return user; }
   std::string homeFolder() override { return home; }
   bool fileExists(const std::string& path) override { return files.contains(path); }

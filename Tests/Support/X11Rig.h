@@ -4,6 +4,7 @@
 #include <xcb/xcb.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -25,6 +26,13 @@ struct RigMonitor {
   EDIDBuilder edid{};
 };
 
+/// The monitors of the rig's standard desk.
+namespace standardMonitor {
+inline constexpr std::size_t left = 0;
+inline constexpr std::size_t middle = 1;
+inline constexpr std::size_t right = 2;
+}  // namespace standardMonitor
+
 /// A real X server with monitors that aren't there, and hands to move them. Each call returns when
 /// the server has done what it asks for; a refusal throws. The rig speaks to the server over its
 /// own connection and code, never over what it tests.
@@ -37,7 +45,7 @@ class X11Rig {
   /// begins lower, and "Right 19" (1280x1024), lower still. Each overlaps its neighbour's edge in
   /// part only.
   static std::vector<RigMonitor> standardDesk();
-  static constexpr std::size_t standardPrimary = 1;
+  static constexpr std::size_t standardPrimary = standardMonitor::middle;
 
   explicit X11Rig(const std::vector<RigMonitor>& monitors = standardDesk(),
                   std::optional<std::size_t> primary = standardPrimary);

@@ -9,7 +9,7 @@ namespace {
 constexpr Microseconds handPeriod{20'000};
 
 /// The menu, or why there is none to use.
-std::variant<DeskMenu*, std::string> menuOf(Stage& stage) {
+std::variant<DeskMenu*, std::string> menuOrProblem(Stage& stage) {
   auto* const frame = stage.programFrame();
   if (frame == nullptr) return "the program isn't running";
   if (frame->statusItem() == nullptr) return "the program has no status item";
@@ -17,14 +17,14 @@ std::variant<DeskMenu*, std::string> menuOf(Stage& stage) {
 }
 
 std::variant<DeskMenu*, std::string> openMenuOf(Stage& stage) {
-  auto menu = menuOf(stage);
+  auto menu = menuOrProblem(stage);
   auto* const* const found = std::get_if<DeskMenu*>(&menu);
   if (found != nullptr && !(*found)->isOpen()) return "the menu is closed";
   return menu;
 }
 
 StepProblem openOrCloseMenu(Stage& stage, const StepArguments& arguments) {
-  const auto menu = menuOf(stage);
+  const auto menu = menuOrProblem(stage);
   if (const auto* const problem = std::get_if<std::string>(&menu)) return *problem;
   if (arguments.text(0) == "open") {
     std::get<DeskMenu*>(menu)->open();
@@ -41,7 +41,7 @@ StepProblem openAgain(Stage& stage, const StepArguments& /*arguments*/) {
   return std::nullopt;
 }
 
-std::string listed(const std::vector<std::string>& lines) {
+std::string onLinesOfTheirOwn(const std::vector<std::string>& lines) {
   std::string text;
   for (const auto& line : lines) text += "\n      " + line;
   return text;
@@ -52,7 +52,7 @@ StepProblem choose(Stage& stage, const StepArguments& arguments) {
   if (const auto* const problem = std::get_if<std::string>(&menu)) return *problem;
   auto& open = *std::get<DeskMenu*>(menu);
   if (open.choose(arguments.text(0))) return std::nullopt;
-  return "a menu without that command:" + listed(open.lines());
+  return "a menu without that command:" + onLinesOfTheirOwn(open.lines());
 }
 
 struct SliderOnStage {
@@ -68,7 +68,7 @@ std::variant<SliderOnStage, std::string> sliderOf(Stage& stage, const StepArgume
   const std::int64_t ordinal =
       arguments.holds<std::int64_t>(1) ? arguments.whole(1) : std::int64_t{1};
   const auto slider = open->findSlider(arguments.text(0), static_cast<std::size_t>(ordinal));
-  if (!slider) return "a menu without that slider:" + listed(open->lines());
+  if (!slider) return "a menu without that slider:" + onLinesOfTheirOwn(open->lines());
   return SliderOnStage{open, *slider};
 }
 
@@ -139,7 +139,7 @@ StepProblem editorClick(Stage& stage, const StepArguments& arguments) {
   if (const auto* const problem = std::get_if<std::string>(&editor)) return *problem;
   auto& open = *std::get<DeskEditorWindow*>(editor);
   if (open.click(arguments.text(0))) return std::nullopt;
-  return "an editor without that field:" + listed(open.lines());
+  return "an editor without that field:" + onLinesOfTheirOwn(open.lines());
 }
 
 StepProblem editorButton(Stage& stage, const StepArguments& arguments) {
@@ -147,7 +147,7 @@ StepProblem editorButton(Stage& stage, const StepArguments& arguments) {
   if (const auto* const problem = std::get_if<std::string>(&editor)) return *problem;
   auto& open = *std::get<DeskEditorWindow*>(editor);
   if (open.pressButton(arguments.text(0))) return std::nullopt;
-  return "an editor without that button:" + listed(open.lines());
+  return "an editor without that button:" + onLinesOfTheirOwn(open.lines());
 }
 
 StepProblem editorClose(Stage& stage, const StepArguments&) {

@@ -17,7 +17,7 @@ namespace brivane {
 namespace {
 
 constexpr int undone = 1;
-constexpr int misunderstood = 2;
+constexpr int misunderstoodStatus = 2;
 
 class LiveScene : public Scene {
  public:
@@ -85,25 +85,25 @@ int poke(std::vector<std::string> words, std::ostream& out, std::ostream& errors
   };
   const auto [desk, stepWords] = deskWords(std::move(words));
   if (stepWords.empty())
-    return complain("poke needs a step, such as: poke unplug 3", misunderstood);
+    return complain("poke needs a step, such as: poke unplug 3", misunderstoodStatus);
   const auto typed = asLine(stepWords);
   if (typed.find_first_of("\r\n") != std::string::npos) {
-    return complain("a step is one line", misunderstood);
+    return complain("a step is one line", misunderstoodStatus);
   }
   const auto parsed = parseStep(typed);
   if (const auto* mistake = std::get_if<std::string>(&parsed)) {
-    return complain(*mistake, misunderstood);
+    return complain(*mistake, misunderstoodStatus);
   }
   const auto& step = std::get<Step>(parsed);
   const auto steps = hardwareSteps();
   const auto* const kind = findStep(steps, step.form);
-  if (kind == nullptr) return complain(refusal(step), misunderstood);
+  if (kind == nullptr) return complain(refusal(step), misunderstoodStatus);
 
   const auto opened = openLiveDesk(desk);
   if (const auto* problem = std::get_if<std::string>(&opened)) return complain(*problem, undone);
   auto& machine = *std::get<std::unique_ptr<DeskMachine>>(opened);
   if (const auto unknown = unknownDisplay(step, machine.hardware().description())) {
-    return complain(*unknown, misunderstood);
+    return complain(*unknown, misunderstoodStatus);
   }
   machine.hardware().setTrace([&out](const std::string& line) { out << line << std::endl; });
   LiveScene scene(machine);

@@ -11,9 +11,9 @@
 namespace brivane {
 namespace {
 
-using Lines = std::map<std::string, std::string>;
+using LinesByName = std::map<std::string, std::string>;
 
-void print(const Lines& now, const Lines& before, std::ostream& out) {
+void print(const LinesByName& now, const LinesByName& before, std::ostream& out) {
   for (const auto& [part, text] : now) {
     const auto found = before.find(part);
     if (found == before.end() || found->second != text) out << part << ": " << text << std::endl;
@@ -44,7 +44,7 @@ int watchDesk(std::vector<std::string> words, std::ostream& out, std::ostream& e
       machine.notifications().observeTermination([&machine] { machine.runtime().stop(); });
   const auto notices = hardware.observe(
       [&out](HardwareNotice notice) { out << "notice " << noticeName(notice) << std::endl; });
-  Lines before;
+  LinesByName before;
   const auto look = [&] {
     auto now = hardwareLines(hardware);
     print(now, before, out);

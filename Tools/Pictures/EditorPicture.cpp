@@ -15,14 +15,14 @@ constexpr auto inGerman =
          "BrightnessUpKeyCode": 24, "BrightnessUpModifiers": 6912,
          "BrightnessDownKeyCode": 96, "BrightnessDownModifiers": 512}})";
 
-QImage shown(PlayedDesk& desk, Appearance appearance) {
+QImage editorOf(PlayedDesk& desk, Appearance appearance) {
   return withTitleBar(desk.editor(), desk.editorTitle(), appearance);
 }
 
 QImage opened(Appearance appearance, const char* members, const std::string& command) {
   PlayedDesk desk(deskText(appearance, members));
   desk.choose(command);
-  return shown(desk, appearance);
+  return editorOf(desk, appearance);
 }
 
 /// A field that was clicked, before and after keys are pressed.
@@ -31,7 +31,7 @@ QImage clicked(Appearance appearance, bool isTypedInto) {
   desk.choose(changeHotkeys);
   desk.clickField(0);
   if (isTypedInto) desk.typeIntoEditor(pageUpKey);
-  return shown(desk, appearance);
+  return editorOf(desk, appearance);
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ constexpr auto noAnswerFromTheSystem =
        "faults": {"DisplayServices.getBrightness":
          [1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20]})";
 
-constexpr auto noDisplays = R"("displays": [])";
+constexpr auto emptyDesk = R"("displays": [])";
 
 constexpr auto german =
     R"("language": "de", "displays": [
@@ -74,7 +74,7 @@ ContactSheet menuStatesPicture(Appearance appearance) {
   sheet.add(unknownLevel(appearance), "One that says no level; brightness keys left alone");
   sheet.beginColumn();
   sheet.add(menuOn(appearance, german), "A long name, in German");
-  sheet.add(menuOn(appearance, noDisplays), "No display at all");
+  sheet.add(menuOn(appearance, emptyDesk), "No display at all");
   return sheet;
 }
 

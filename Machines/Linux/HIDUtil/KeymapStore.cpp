@@ -10,7 +10,7 @@
 namespace brivane {
 namespace {
 
-constexpr std::size_t maximumBytes = 1 << 20;
+constexpr std::size_t largestStoreBytes = 1 << 20;
 
 std::string hexDigits(const Scancode& scancode) {
   constexpr char digits[] = "0123456789abcdef";
@@ -47,7 +47,7 @@ ChangedKey changedKey(const nlohmann::json& json) {
 }  // namespace
 
 KeymapState KeymapStore::load() const try {
-  const auto content = readWholeFile(file(), maximumBytes);
+  const auto content = readWholeFile(file(), largestStoreBytes);
   const auto* text = std::get_if<std::string>(&content);
   const auto mapping = text != nullptr ? parseKeyMapping(*text) : std::nullopt;
   if (!mapping) return {};

@@ -4,6 +4,7 @@
 #include "BrivaneCore/DDC/AVServiceHandle.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 #include "Tests/Support/FakeMachine.h"
+#include "Tests/Support/SystemLibraries.h"
 
 namespace brivane {
 namespace {
@@ -11,7 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr auto framework = "/System/Library/Frameworks/IOKit.framework/IOKit";
 constexpr auto getRequest = "write disp0 55/81: 82 01 10 FD";
 constexpr auto getReply = "read disp0 55/81: 12";
 
@@ -39,7 +39,7 @@ struct AVServiceHandleTest : testing::Test {
   FakeMachine machine;
   FakeBus::Channel& channel = machine.addMonitor(1, "Monitor", "disp0", 1, 2, 3);
   std::shared_ptr<AVService> service = std::get<CreateAVServiceFunction>(
-      machine.loader.libraries[framework]["IOAVServiceCreateWithService"])(
+      machine.loader.libraries[ioKit]["IOAVServiceCreateWithService"])(
       *machine.registry.entries.back());
   std::unique_ptr<AVServiceHandle> made;
 };
@@ -156,7 +156,7 @@ TEST_F(AVServiceHandleTest, ARepliesChecksumIsNeverLookedAt) {
 }
 
 TEST_F(AVServiceHandleTest, WithoutTheWriteCallNothingCanBeSetOrRead) {
-  machine.loader.libraries[framework].erase("IOAVServiceWriteI2C");
+  machine.loader.libraries[ioKit].erase("IOAVServiceWriteI2C");
   EXPECT_FALSE(handle().setVCP(0x10, 50));
   EXPECT_EQ(machine.time.now(), Instant()) << "and a set waits for nothing";
   EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
@@ -165,7 +165,7 @@ TEST_F(AVServiceHandleTest, WithoutTheWriteCallNothingCanBeSetOrRead) {
 }
 
 TEST_F(AVServiceHandleTest, WithoutTheReadCallNothingIsEvenRequested) {
-  machine.loader.libraries[framework].erase("IOAVServiceReadI2C");
+  machine.loader.libraries[ioKit].erase("IOAVServiceReadI2C");
   EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
   EXPECT_EQ(machine.time.now(), Instant(fromSeconds(0.06)));
   EXPECT_THAT(machine.notes.take(), IsEmpty());

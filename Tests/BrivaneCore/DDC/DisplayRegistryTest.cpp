@@ -3,6 +3,7 @@
 
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 #include "Tests/Support/FakeMachine.h"
+#include "Tests/Support/SystemLibraries.h"
 
 namespace brivane {
 namespace {
@@ -10,8 +11,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Key;
-
-constexpr auto framework = "/System/Library/Frameworks/IOKit.framework/IOKit";
 
 struct DisplayRegistryTest : testing::Test {
   FakeMachine machine;
@@ -79,7 +78,7 @@ TEST_F(DisplayRegistryTest, AScanForgetsTheOneBefore) {
 
 TEST_F(DisplayRegistryTest, AScanOnAMachineWithoutDDCFindsNothingAndStillCounts) {
   machine.addMonitor(9, "A", "disp0", 1, 2, 3);
-  machine.loader.libraries[framework].erase("IOAVServiceReadI2C");
+  machine.loader.libraries[ioKit].erase("IOAVServiceReadI2C");
   EXPECT_FALSE(registry.ddcAvailable());
   registry.scan();
   EXPECT_THAT(registry.panels, IsEmpty());
@@ -225,7 +224,7 @@ TEST_F(DisplayRegistryTest, TwoMonitorsWithoutPanelsGetNoPort) {
 
 TEST_F(DisplayRegistryTest, TheAgeOfAScanCountsFromItsStart) {
   machine.addMonitor(9, "A", "disp0", 1, 2, 3);
-  auto& symbol = machine.loader.libraries[framework]["IOAVServiceCreateWithService"];
+  auto& symbol = machine.loader.libraries[ioKit]["IOAVServiceCreateWithService"];
   symbol = CreateAVServiceFunction(
       [this, create = std::get<CreateAVServiceFunction>(symbol)](const RegistryEntry& proxy) {
         machine.time.sleep(fromSeconds(2));

@@ -3,6 +3,7 @@
 
 #include "BrivaneCore/DDC/IOAVBridge.h"
 #include "Tests/Support/FakeMachine.h"
+#include "Tests/Support/SystemLibraries.h"
 
 namespace brivane {
 namespace {
@@ -10,11 +11,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr auto framework = "/System/Library/Frameworks/IOKit.framework/IOKit";
-const std::string openCall = std::string("open ") + framework + " 1";
+const std::string openCall = std::string("open ") + ioKit + " 1";
 
 std::string frameworkCall(const std::string& name) {
-  return std::string("find ") + framework + " " + name;
+  return std::string("find ") + ioKit + " " + name;
 }
 
 struct IOAVBridgeTest : testing::Test {
@@ -45,7 +45,7 @@ TEST_F(IOAVBridgeTest, OpensTheFrameworkOnceAndLooksEachSymbolUpOnce) {
 
 TEST_F(IOAVBridgeTest, ASymbolThatTheFrameworkLacksIsTakenFromWhatIsLoaded) {
   machine.bus.install(loader);
-  auto& symbols = loader.libraries[framework];
+  auto& symbols = loader.libraries[ioKit];
   loader.libraries[""]["IOAVServiceReadI2C"] = symbols.at("IOAVServiceReadI2C");
   symbols.erase("IOAVServiceReadI2C");
   EXPECT_TRUE(bridge.readI2C());
@@ -55,8 +55,8 @@ TEST_F(IOAVBridgeTest, ASymbolThatTheFrameworkLacksIsTakenFromWhatIsLoaded) {
 
 TEST_F(IOAVBridgeTest, WithoutTheFrameworkSymbolsAreTakenFromWhatIsLoaded) {
   machine.bus.install(loader);
-  loader.libraries[""] = loader.libraries[framework];
-  loader.libraries.erase(framework);
+  loader.libraries[""] = loader.libraries[ioKit];
+  loader.libraries.erase(ioKit);
   EXPECT_TRUE(bridge.isComplete());
   EXPECT_THAT(loader.calls,
               ElementsAre(openCall, "find global IOAVServiceCreateWithService",
@@ -75,7 +75,7 @@ TEST_F(IOAVBridgeTest, IsCompleteOnlyWithAllThreeSymbols) {
        {"IOAVServiceCreateWithService", "IOAVServiceWriteI2C", "IOAVServiceReadI2C"}) {
     FakeMachine incomplete;
     incomplete.bus.install(incomplete.loader);
-    incomplete.loader.libraries[framework].erase(missing);
+    incomplete.loader.libraries[ioKit].erase(missing);
     EXPECT_FALSE(IOAVBridge(incomplete.loader).isComplete()) << missing;
   }
 }

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "BrivaneCore/KeyRelay/HIDKeyMapping.h"
+#include "Tests/BrivaneCore/KeyRelay/RelayKeys.h"
 
 namespace brivane {
 namespace {
@@ -8,10 +9,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Pair = HIDKeyMapping::Pair;
-
-const RelayKey f13 = *relayKeyForVirtualKeyCode(105);
-const RelayKey f19 = *relayKeyForVirtualKeyCode(80);
-const RelayKey f20 = *relayKeyForVirtualKeyCode(90);
 
 const std::string f19AndF20Entries =
     R"({"HIDKeyboardModifierMappingSrc":280379760050208,"HIDKeyboardModifierMappingDst":30064771182},)"

@@ -2,6 +2,7 @@
 
 #include "BrivaneCore/KeyRelay/HIDKeyMapping.h"
 #include "BrivaneCore/KeyRelay/HIDUtilKeyMapping.h"
+#include "Tests/BrivaneCore/KeyRelay/RelayKeys.h"
 #include "Tests/Support/FakeMachine.h"
 
 namespace brivane {
@@ -11,10 +12,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Arguments = std::vector<std::string>;
 
-const RelayKey f13 = *relayKeyForVirtualKeyCode(105);
-const RelayKey f14 = *relayKeyForVirtualKeyCode(107);
-const RelayKey f19 = *relayKeyForVirtualKeyCode(80);
-const RelayKey f20 = *relayKeyForVirtualKeyCode(90);
 const Arguments get = {"property", "--get", "UserKeyMapping"};
 const std::string capsLock = HIDKeyMapping::entry(30064771129, 30064771113);
 

@@ -15,25 +15,9 @@
 #include "Tests/Support/FakeLogind.h"
 #include "Tests/Support/FakeTrayHost.h"
 #include "Tests/Support/Onlooker.h"
+#include "Tests/Support/XKeys.h"
 
 namespace brivane {
-
-// X's key codes are evdev's plus 8.
-namespace xKey {
-inline constexpr xcb_keycode_t escape = 9;
-inline constexpr xcb_keycode_t tab = 23;
-inline constexpr xcb_keycode_t q = 24;
-inline constexpr xcb_keycode_t enter = 36;
-inline constexpr xcb_keycode_t control = 37;
-inline constexpr xcb_keycode_t shift = 50;
-inline constexpr xcb_keycode_t option = 64;
-inline constexpr xcb_keycode_t space = 65;
-inline constexpr xcb_keycode_t up = 111;
-inline constexpr xcb_keycode_t left = 113;
-inline constexpr xcb_keycode_t right = 114;
-inline constexpr xcb_keycode_t down = 116;
-inline constexpr xcb_keycode_t f19 = 197;
-}  // namespace xKey
 
 // The menu's lines, counted from the last.
 namespace menuLineFromLast {

@@ -60,8 +60,6 @@ class EditorOnDesktopTest : public DesktopTest {
   static constexpr std::uint16_t controlMask = 4;
   static constexpr std::uint16_t optionMask = 8;
   static constexpr std::uint16_t shiftMask = 1;
-  static constexpr xcb_keycode_t f5 = 71;
-  static constexpr xcb_keycode_t a = 38;
 
   FakeTrayHost host{sessionBus.address()};
   // It would have control, option and an arrow for itself.
@@ -76,14 +74,14 @@ TEST_F(EditorOnDesktopTest, ACapturedCombinationWorksAtOnceAndTheOldOneNoMore) {
   openEditor();
   const Picture before = look(0);
   clickField(0);
-  tapWith({xKey::control, xKey::shift}, f5);
+  tapWith({xKey::control, xKey::shift}, xKey::f5);
   ASSERT_TRUE(eventually([&] { return !isWaiting(0); }));
   EXPECT_FALSE(look(0) == before) << "it shows the new one";
-  ASSERT_TRUE(isTaken(f5, controlMask | shiftMask));
+  ASSERT_TRUE(isTaken(xKey::f5, controlMask | shiftMask));
   EXPECT_TRUE(isFree(xKey::up, controlMask | optionMask));
   EXPECT_TRUE(isTaken(xKey::down, controlMask | optionMask));
   pointAtLeft();
-  tapWith({xKey::control, xKey::shift}, f5);
+  tapWith({xKey::control, xKey::shift}, xKey::f5);
   EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
   tapHotkey(xKey::up);
   tapHotkey(xKey::down);
@@ -103,11 +101,11 @@ TEST_F(EditorOnDesktopTest, EscapeLeavesTheOldCombinationAndASecondOneClosesTheW
 TEST_F(EditorOnDesktopTest, ABareKeyKeepsTheFieldWaiting) {
   openEditor();
   clickField(0);
-  tap(a);
-  tapWith({xKey::shift}, a);
+  tap(xKey::a);
+  tapWith({xKey::shift}, xKey::a);
   ASSERT_TRUE(eventually([&] { return !isWaiting(0); }));
-  EXPECT_TRUE(isTaken(a, shiftMask));
-  EXPECT_FALSE(world.screens.isKeyTaken(a, 0));
+  EXPECT_TRUE(isTaken(xKey::a, shiftMask));
+  EXPECT_FALSE(world.screens.isKeyTaken(xKey::a, 0));
 }
 
 TEST_F(EditorOnDesktopTest, TheKeyboardBeginsAtTheFirstFieldAndTabGoesOnToTheSecondAndTheButton) {
@@ -119,19 +117,19 @@ TEST_F(EditorOnDesktopTest, TheKeyboardBeginsAtTheFirstFieldAndTabGoesOnToTheSec
   })) << "a ring is round it";
   tap(xKey::space);
   ASSERT_TRUE(eventually([&] { return isWaiting(0); }));
-  tapWith({xKey::shift}, f5);
-  ASSERT_TRUE(isTaken(f5, shiftMask));
+  tapWith({xKey::shift}, xKey::f5);
+  ASSERT_TRUE(isTaken(xKey::f5, shiftMask));
   tap(xKey::tab);
   tap(xKey::enter);
   ASSERT_TRUE(eventually([&] { return isWaiting(1); }));
-  tapWith({xKey::shift}, a);
-  ASSERT_TRUE(isTaken(a, shiftMask));
+  tapWith({xKey::shift}, xKey::a);
+  ASSERT_TRUE(isTaken(xKey::a, shiftMask));
   tap(xKey::tab);
   tap(xKey::space);
   EXPECT_TRUE(isTaken(xKey::up, controlMask | optionMask)) << "the defaults are back";
   EXPECT_TRUE(isTaken(xKey::down, controlMask | optionMask));
-  EXPECT_TRUE(isFree(f5, shiftMask));
-  EXPECT_TRUE(isFree(a, shiftMask));
+  EXPECT_TRUE(isFree(xKey::f5, shiftMask));
+  EXPECT_TRUE(isFree(xKey::a, shiftMask));
 }
 
 TEST_F(EditorOnDesktopTest, APresentHotkeyGoesOnWorkingWhileAFieldWaits) {
@@ -144,25 +142,25 @@ TEST_F(EditorOnDesktopTest, APresentHotkeyGoesOnWorkingWhileAFieldWaits) {
 }
 
 TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasDoesNotReachTheField) {
-  world.screens.grabKey(f5, controlMask);
+  world.screens.grabKey(xKey::f5, controlMask);
   openEditor();
   clickField(0);
-  tapWith({xKey::control}, f5);
-  tapWith({xKey::shift}, a);
-  EXPECT_TRUE(isTaken(a, shiftMask)) << "it waited for the next";
+  tapWith({xKey::control}, xKey::f5);
+  tapWith({xKey::shift}, xKey::a);
+  EXPECT_TRUE(isTaken(xKey::a, shiftMask)) << "it waited for the next";
   EXPECT_TRUE(isTaken(xKey::down, controlMask | optionMask));
 }
 
 TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasWithNumLockIsSaidToBeTaken) {
   constexpr std::uint16_t numLockMask = 16;
-  world.screens.grabKey(f5, controlMask | numLockMask);
+  world.screens.grabKey(xKey::f5, controlMask | numLockMask);
   start({}, {.hasTerminal = true});
   openEditor();
   clickField(0);
-  tapWith({xKey::control}, f5);
+  tapWith({xKey::control}, xKey::f5);
   EXPECT_TRUE(program->waitForError(
       "Brivane: could not register hotkey ctrl+key96 (status 10) — another app may own it"));
-  EXPECT_TRUE(isFree(f5, controlMask)) << "in part is not at all";
+  EXPECT_TRUE(isFree(xKey::f5, controlMask)) << "in part is not at all";
 }
 
 TEST_F(EditorOnDesktopTest, WithTheEditorOpenAndAFieldWaitingTheProgramEndsAllTheSame) {

@@ -23,9 +23,9 @@ class MenuOnDesktopTest : public DesktopTest {
   static constexpr std::size_t middleSlider = 0;
   static constexpr std::size_t leftSlider = 1;
   // Of the rig's monitors.
-  static constexpr std::size_t left = 0;
-  static constexpr std::size_t middle = 1;
-  static constexpr std::size_t right = 2;
+  static constexpr std::size_t left = standardMonitor::left;
+  static constexpr std::size_t middle = standardMonitor::middle;
+  static constexpr std::size_t right = standardMonitor::right;
 
   void open() {
     ASSERT_TRUE(eventually([&] { return !host.items().empty(); }));

@@ -18,6 +18,7 @@
 #include "Tests/Support/Eventually.h"
 #include "Tests/Support/FakeLogind.h"
 #include "Tests/Support/ICCProfileBuilder.h"
+#include "Tests/Support/XKeys.h"
 
 namespace brivane {
 namespace {
@@ -28,18 +29,18 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr std::size_t left = 0;
-constexpr std::size_t middle = 1;
-constexpr std::size_t right = 2;
+using standardMonitor::left;
+using standardMonitor::middle;
+using standardMonitor::right;
 
 // X's key codes are evdev's plus 8.
-constexpr xcb_keycode_t control = 37;
-constexpr xcb_keycode_t option = 64;
-constexpr xcb_keycode_t shift = 50;
-constexpr xcb_keycode_t up = 111;
-constexpr xcb_keycode_t down = 116;
-constexpr xcb_keycode_t f19 = 197;
-constexpr xcb_keycode_t brightnessUp = 233;
+using xKey::brightnessUp;
+using xKey::control;
+using xKey::down;
+using xKey::f19;
+using xKey::option;
+using xKey::shift;
+using xKey::up;
 
 class LinuxResidentTest : public testing::Test {
  protected:
@@ -266,8 +267,8 @@ TEST_F(LinuxResidentTest, RollingFromOneKeyToTheOtherEndsWithTheLastRelease) {
 }
 
 TEST_F(LinuxResidentTest, CapsLockAndNumLockChangeNothing) {
-  constexpr xcb_keycode_t capsLock = 66;
-  constexpr xcb_keycode_t numLock = 77;
+  using xKey::capsLock;
+  using xKey::numLock;
   start();
   std::uint16_t level = 50;
   for (const auto lock : {capsLock, numLock}) {

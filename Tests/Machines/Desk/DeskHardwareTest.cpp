@@ -29,13 +29,13 @@ const std::string twoMonitors = R"({"displays": [
     {"identifier": 2, "firmware": {"level": 60}, "gamma": {"capacity": 4},
      "displayServices": {"level": 0.5}}]})";
 
-Bytes setLuminance(std::uint8_t level) {
+Bytes setLuminanceRequest(std::uint8_t level) {
   return {0x84, 0x03,  0x10,
           0x00, level, static_cast<std::uint8_t>(0x6E ^ 0x84 ^ 0x03 ^ 0x10 ^ level)};
 }
 
 bool set(DeskHardware& hardware, DisplayID display, std::uint8_t level) {
-  return hardware.writeI2C(display, 0x37, 0x51, setLuminance(level), Instant{}) == 0;
+  return hardware.writeI2C(display, 0x37, 0x51, setLuminanceRequest(level), Instant{}) == 0;
 }
 
 GammaTable flat(float level) {

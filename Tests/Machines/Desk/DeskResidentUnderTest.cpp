@@ -8,7 +8,7 @@
 namespace brivane {
 namespace {
 
-constexpr auto deskText = R"({
+constexpr auto residentDesk = R"({
   "displays": [{"identifier": 1, "builtIn": true}, {"identifier": 2}],
   "defaults": {"com.quorrel.tallowin": {"greeting": "hello"}}})";
 
@@ -18,7 +18,7 @@ class DeskResidentUnderTest : public ResidentUnderTest {
     auto runtime = std::make_unique<ThreadRuntime>();
     auto log = std::make_unique<LineLog>(std::make_shared<std::vector<std::string>>());
     auto hardware = std::make_shared<DeskHardware>(
-        deskFrom(deskText), std::make_unique<StateFolder>(folder / "state", *runtime, *log));
+        deskFrom(residentDesk), std::make_unique<StateFolder>(folder / "state", *runtime, *log));
     desk = std::make_unique<DeskMachine>(std::move(runtime), std::move(log), std::move(hardware),
                                          DeskProcess{true, folder / "bundles"});
   }

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "Machines/Desk/Faults.h"
+#include "Tests/Support/SystemLibraries.h"
 #include "Tests/Support/TestDesk.h"
 
 namespace brivane {
@@ -15,9 +16,6 @@ using testing::ElementsAre;
 /// Makes the call once on a machine; whether it failed as its contract says a call fails.
 using Call = std::function<bool(DeskMachine&)>;
 
-constexpr auto ioKit = "/System/Library/Frameworks/IOKit.framework/IOKit";
-constexpr auto displayServices =
-    "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
 const PropertyValue seven = {std::int64_t{7}};
 
 std::shared_ptr<const RegistryEntry> entryOfClass(DeskMachine& machine, std::string_view wanted) {

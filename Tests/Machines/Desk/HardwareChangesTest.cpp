@@ -17,7 +17,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-constexpr auto deskText = R"({"displays": [
+constexpr auto changingDesk = R"({"displays": [
   {"identifier": 1, "builtIn": true},
   {"identifier": 2, "serial": 5, "firmware": {"level": 30, "revertsAfterWake": true}},
   {"identifier": 3, "headroom": 2}]})";
@@ -63,7 +63,7 @@ class HardwareChangesTest : public testing::Test {
     return std::exchange(heard, {});
   }
 
-  TestDesk desk{deskText};
+  TestDesk desk{changingDesk};
   DeskHardware& hardware = *desk.hardware;
   std::vector<std::string> heard;
   std::vector<Observation> observations;

@@ -5,6 +5,7 @@
 #include "Machines/Desk/Keyboard.h"
 #include "Machines/Desk/KeyboardLayouts.h"
 #include "Tests/Support/TestDesk.h"
+#include "Tests/Support/VirtualKeys.h"
 
 namespace brivane {
 namespace {
@@ -21,9 +22,8 @@ constexpr std::uint16_t rightShift = 60;
 constexpr std::uint16_t leftControl = 59;
 constexpr std::uint16_t leftOption = 58;
 constexpr std::uint16_t leftCommand = 55;
-constexpr std::uint16_t upArrow = 126;
 
-constexpr auto deskText = R"({
+constexpr auto deskWithKeys = R"({
   "displays": [{"identifier": 1, "builtIn": true}, {"identifier": 2}],
   "applications": [{"bundleIdentifier": "org.example.other",
                     "hotkeys": [{"keyCode": 126, "modifiers": 6144}]}]})";
@@ -64,7 +64,7 @@ class DeskKeyboardTest : public testing::Test {
 
   float panelLevel() { return *desk.hardware->panelLevel(1); }
 
-  TestDesk desk{deskText};
+  TestDesk desk{deskWithKeys};
   DeskKeyboard& keyboard = desk.machine->keyboard();
   std::vector<UnclaimedKey> unclaimed;
   std::vector<std::string> events;

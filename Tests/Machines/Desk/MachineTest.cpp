@@ -5,6 +5,7 @@
 #include <array>
 
 #include "Machines/Desk/Machine.h"
+#include "Tests/Support/SystemLibraries.h"
 #include "Tests/Support/TestDesk.h"
 
 namespace brivane {
@@ -13,10 +14,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-constexpr auto ioKit = "/System/Library/Frameworks/IOKit.framework/IOKit";
-constexpr auto displayServices =
-    "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
 
 // Displays
 

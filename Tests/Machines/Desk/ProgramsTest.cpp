@@ -1,5 +1,5 @@
-// What a program on the desk finds beside the hardware: its session, its resources, other programs
-// and their settings, the launch agent.
+// What a programFile on the desk finds beside the hardware: its session, its resources, other
+// programs and their settings, the launch agent.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,8 +12,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr auto program = "/Applications/Brivane.app/Contents/MacOS/Brivane";
-constexpr auto agentFile = "/Users/desk/Library/LaunchAgents/com.quorrel.brivane.plist";
+constexpr auto programFile = "/Applications/Brivane.app/Contents/MacOS/Brivane";
+constexpr auto deskAgentFile = "/Users/desk/Library/LaunchAgents/com.quorrel.brivane.plist";
 constexpr auto agent = "gui/501/com.quorrel.brivane";
 
 // Session
@@ -23,11 +23,11 @@ TEST(DeskSession, IsThatOfAnOrdinaryUserWithTheProgramInItsUsualPlace) {
   Session& session = desk.machine->session();
   EXPECT_EQ(session.userID(), 501u);
   EXPECT_EQ(session.homeFolder(), "/Users/desk");
-  EXPECT_EQ(session.executablePath(), program);
-  EXPECT_THAT(session.arguments(), ElementsAre(program));
-  EXPECT_TRUE(session.fileExists(program));
-  EXPECT_EQ(session.modificationSeconds(program), 1.7e9);
-  EXPECT_FALSE(session.fileExists(agentFile));
+  EXPECT_EQ(session.executablePath(), programFile);
+  EXPECT_THAT(session.arguments(), ElementsAre(programFile));
+  EXPECT_TRUE(session.fileExists(programFile));
+  EXPECT_EQ(session.modificationSeconds(programFile), 1.7e9);
+  EXPECT_FALSE(session.fileExists(deskAgentFile));
   EXPECT_EQ(session.modificationSeconds("/etc/passwd"), std::nullopt)
       << "nothing of the real machine is seen";
 }
@@ -36,12 +36,12 @@ TEST(DeskSession, IsWhatTheDeskFileSaysOfTheProgram) {
   TestDesk bare(R"({"program": {"executable": null, "modified": null}})");
   EXPECT_EQ(bare.machine->session().executablePath(), std::nullopt);
   EXPECT_THAT(bare.machine->session().arguments(), ElementsAre("Brivane"));
-  EXPECT_FALSE(bare.machine->session().fileExists(program));
+  EXPECT_FALSE(bare.machine->session().fileExists(programFile));
   TestDesk desk(R"({"program": {"executable": "/x/y", "modified": 12.5, "arguments": []},
                     "launchAgent": {"installed": true}})");
   EXPECT_EQ(desk.machine->session().modificationSeconds("/x/y"), 12.5);
   EXPECT_THAT(desk.machine->session().arguments(), IsEmpty());
-  EXPECT_TRUE(desk.machine->session().fileExists(agentFile));
+  EXPECT_TRUE(desk.machine->session().fileExists(deskAgentFile));
 }
 
 TEST(DeskSession, KeepsWhatWasOpened) {
@@ -155,11 +155,11 @@ TEST_F(LaunchControlTest, StartsFromWhatTheDeskFileSays) {
 }
 
 TEST_F(LaunchControlTest, LoadsOnlyAnAgentThatIsThereAndNotDisabled) {
-  EXPECT_EQ(run(desk, {"bootstrap", "gui/501", agentFile}).exitStatus, 0);
+  EXPECT_EQ(run(desk, {"bootstrap", "gui/501", deskAgentFile}).exitStatus, 0);
   EXPECT_EQ(run(desk, {"bootstrap", "gui/501", "/no/such/file"}).exitStatus, 5);
   run(desk, {"disable", agent});
-  EXPECT_EQ(run(desk, {"bootstrap", "gui/501", agentFile}).exitStatus, 5);
-  EXPECT_EQ(run(TestDesk("{}"), {"bootstrap", "gui/501", agentFile}).exitStatus, 5);
+  EXPECT_EQ(run(desk, {"bootstrap", "gui/501", deskAgentFile}).exitStatus, 5);
+  EXPECT_EQ(run(TestDesk("{}"), {"bootstrap", "gui/501", deskAgentFile}).exitStatus, 5);
 }
 
 TEST_F(LaunchControlTest, RefusesWhatItDoesNotKnow) {

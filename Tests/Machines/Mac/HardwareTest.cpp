@@ -9,15 +9,12 @@
 #include "Machines/Mac/Symbols.h"
 #include "Tests/Machines/Mac/FakeAppKitServices.h"
 #include "Tests/Machines/Mac/MacBench.h"
+#include "Tests/Support/SystemLibraries.h"
 
 namespace brivane {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr auto ioKit = "/System/Library/Frameworks/IOKit.framework/IOKit";
-constexpr auto displayServices =
-    "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
 
 // Displays
 

@@ -16,6 +16,7 @@
 #include "Tests/Support/Onlooker.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/X11Rig.h"
+#include "Tests/Support/XKeys.h"
 
 namespace brivane {
 namespace {
@@ -23,10 +24,10 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr xcb_keycode_t escape = 9;
-constexpr xcb_keycode_t control = 37;
-constexpr xcb_keycode_t option = 64;
-constexpr xcb_keycode_t up = 111;
+using xKey::control;
+using xKey::escape;
+using xKey::option;
+using xKey::up;
 
 void pause(int milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));

@@ -12,6 +12,7 @@
 
 #include "Machines/Qt/Menu.h"
 #include "Tests/Machines/QtOnX/OnXWorld.h"
+#include "Tests/Support/XKeys.h"
 
 namespace brivane {
 namespace {
@@ -19,20 +20,20 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr xcb_keycode_t control = 37;
-constexpr xcb_keycode_t option = 64;
-constexpr xcb_keycode_t leftShift = 50;
-constexpr xcb_keycode_t up = 111;
-constexpr xcb_keycode_t down = 116;
-constexpr xcb_keycode_t a = 38;
-constexpr xcb_keycode_t escape = 9;
-constexpr xcb_keycode_t f19 = 197;
-constexpr xcb_keycode_t brightnessUp = 233;
+using xKey::a;
+using xKey::brightnessUp;
+using xKey::control;
+using xKey::down;
+using xKey::escape;
+using xKey::f19;
+using xKey::option;
+using xKey::shift;
+using xKey::up;
 
 constexpr std::uint32_t keyUp = 126;
 constexpr std::uint32_t keyF19 = 80;
 constexpr std::uint32_t controlAndOption = 4096 | 2048;
-constexpr std::uint32_t shift = 512;
+constexpr std::uint32_t carbonShift = 512;
 
 /// Another client that holds the whole keyboard, as a screen locker does.
 class Locker {
@@ -66,7 +67,7 @@ class MenuKeysOnXTest : public testing::Test {
     });
     add(keyUp, controlAndOption, 1);
     add(keyF19, 0, 5);
-    add(keyF19, shift, 7);
+    add(keyF19, carbonShift, 7);
     MenuSlider slider;
     slider.value = 50;
     slider.moved = [this](double) { ++moves; };
@@ -218,9 +219,9 @@ TEST_F(MenuKeysOnXTest, AKeyThatWentUpBeforeItsRepeatsWereReadIsToldOnceAllTheSa
 
 TEST_F(MenuKeysOnXTest, ReleasingAModifierIsGoingUp) {
   open();
-  press({leftShift, f19});
+  press({shift, f19});
   EXPECT_TRUE(hears({"+7"}));
-  release({leftShift});
+  release({shift});
   tap(a);
   settle();
   release({f19});

@@ -10,9 +10,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr std::size_t left = 0;
-constexpr std::size_t middle = 1;
-constexpr std::size_t right = 2;
+using standardMonitor::left;
+using standardMonitor::middle;
+using standardMonitor::right;
 
 class Displays : public ::testing::Test {
  protected:

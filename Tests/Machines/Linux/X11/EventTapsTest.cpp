@@ -166,9 +166,9 @@ TEST_F(EventTaps, TheKeyboardGoesOnAfterEitherVerdictAndWhileASwallowedKeyIsHeld
 
 TEST_F(EventTaps, WithAnyModifierTheKeysAreSeen) {
   const auto swallowing = tapFor(TapVerdict::swallow);
-  rig.pressKey(xKey::leftShift);
+  rig.pressKey(xKey::shift);
   tap(xKey::brightnessUp);
-  rig.releaseKey(xKey::leftShift);
+  rig.releaseKey(xKey::shift);
   EXPECT_THAT(seen, ElementsAre(0x20A00, 0x20B00));
 }
 

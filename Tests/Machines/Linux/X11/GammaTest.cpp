@@ -15,9 +15,9 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-constexpr std::size_t left = 0;
-constexpr std::size_t middle = 1;
-constexpr std::size_t right = 2;
+using standardMonitor::left;
+using standardMonitor::middle;
+using standardMonitor::right;
 constexpr std::size_t hardwareSize = 256;
 
 using Curve = std::vector<float>;

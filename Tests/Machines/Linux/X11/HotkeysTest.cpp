@@ -76,11 +76,11 @@ TEST_F(Hotkeys, WorkWithCapsLockAndNumLockInEveryState) {
 TEST_F(Hotkeys, ReachNoOtherProgramAndWhatIsNoneDoes) {
   add(f19, shift, 7);
   rig.takeTypedKeys();
-  rig.pressKey(xKey::leftShift);
+  rig.pressKey(xKey::shift);
   rig.takeTypedKeys();
   tap(xKey::f19);
   EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
-  rig.releaseKey(xKey::leftShift);
+  rig.releaseKey(xKey::shift);
   rig.takeTypedKeys();
   tap(xKey::f19);
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+197", "-197"));
@@ -105,9 +105,9 @@ TEST_F(Hotkeys, OfAKeyWithoutASymbolWorkToo) {
 
 TEST_F(Hotkeys, OneOfTwoShiftsGoingUpIsNoReleaseAndTheLastOneIs) {
   add(f19, shift, 7);
-  for (const auto key : {xKey::leftShift, xKey::rightShift, xKey::f19}) rig.pressKey(key);
+  for (const auto key : {xKey::shift, xKey::rightShift, xKey::f19}) rig.pressKey(key);
   settle();
-  rig.releaseKey(xKey::leftShift);
+  rig.releaseKey(xKey::shift);
   settle();
   EXPECT_THAT(heard, ElementsAre("+7"));
   rig.releaseKey(xKey::rightShift);
@@ -187,9 +187,9 @@ TEST_F(Hotkeys, FollowTheirModifiersToTheBitsThatTheLayoutGivesThem) {
   settle();
   EXPECT_TRUE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_3));
   EXPECT_FALSE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_1));
-  rig.pressKey(xKey::leftAlt);
+  rig.pressKey(xKey::option);
   tap(xKey::f19);
-  rig.releaseKey(xKey::leftAlt);
+  rig.releaseKey(xKey::option);
   EXPECT_THAT(heard, ElementsAre("+5", "-5"));
 }
 
@@ -212,9 +212,9 @@ TEST_F(Hotkeys, WorkInTheSecondLayoutOfAKeyboardToo) {
   EXPECT_EQ(keyboard.baseCharacter(16), "y");
   tap(xKey::capsLock);
   EXPECT_EQ(keyboard.baseCharacter(16), "z");
-  rig.pressKey(xKey::leftAlt);
+  rig.pressKey(xKey::option);
   tap(xKey::f19);
-  rig.releaseKey(xKey::leftAlt);
+  rig.releaseKey(xKey::option);
   EXPECT_THAT(heard, ElementsAre("+5", "-5"));
 }
 
@@ -223,7 +223,7 @@ TEST_F(Hotkeys, HoweverKeysRollOverEachOtherEveryHotkeyGoesUpAndTheKeyboardIsFre
   add(f19, 0, 2);
   add(f19, shift, 3);
   add(f20, shift, 4);
-  const std::array keys = {xKey::f18, xKey::f19, xKey::f24, xKey::leftShift, xKey::a};
+  const std::array keys = {xKey::f18, xKey::f19, xKey::f24, xKey::shift, xKey::a};
   std::minstd_rand random(42);
   std::set<xcb_keycode_t> down;
   for (int step = 0; step < 400; ++step) {

@@ -62,10 +62,10 @@ TEST_F(KeyboardOnX11, AServerThatGoesWhileItsNewsAreHandedOutIsNoMoreThanGone) {
 
 TEST_F(KeyboardOnX11, KeysGiveWhatTheyGiveAloneWhateverIsHeldOrLocked) {
   tap(xKey::capsLock);
-  rig.pressKey(xKey::leftShift);
+  rig.pressKey(xKey::shift);
   EXPECT_EQ(keyboard.baseCharacter(0), "a");
   EXPECT_EQ(keyboard.baseCharacter(29), "0");
-  rig.releaseKey(xKey::leftShift);
+  rig.releaseKey(xKey::shift);
 }
 
 TEST_F(KeyboardOnX11, WithoutAServerThereIsNoLayoutAndNoKeyIsDown) {

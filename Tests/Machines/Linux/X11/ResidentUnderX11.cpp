@@ -13,11 +13,12 @@
 #include "Tests/Support/SignalDispositions.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/X11Rig.h"
+#include "Tests/Support/XKeys.h"
 
 namespace brivane {
 namespace {
 
-constexpr xcb_keycode_t brightnessUp = 233;
+using xKey::brightnessUp;
 
 class X11UnderTest : public ResidentUnderTest {
  public:

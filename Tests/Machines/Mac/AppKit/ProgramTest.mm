@@ -18,6 +18,7 @@
 #include "Tests/Machines/Mac/Fakes/FakeRunLoop.h"
 #include "Tests/Machines/Mac/Fakes/FakeSystem.h"
 #include "Tests/Machines/Mac/MacUnderTest.h"
+#include "Tests/Support/VirtualKeys.h"
 
 /// `main`, under another name.
 int brivaneMain(int argc, char** argv);
@@ -32,7 +33,6 @@ using testing::IsEmpty;
 constexpr std::uint16_t upArrow = 126;
 constexpr std::uint16_t optionKey = 58;
 constexpr std::uint16_t controlKey = 59;
-constexpr std::uint16_t keyF5 = 96;
 constexpr std::uint16_t keyF1 = 122;
 constexpr std::uint16_t keyF2 = 120;
 constexpr std::uint16_t keyF19 = 80;
