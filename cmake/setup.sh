@@ -67,7 +67,7 @@ configure() {
 }
 
 # build PRESET TARGET...: configures if need be and builds, saying so only if it takes a while. Two
-# commands at once build one after the other.
+# commands at once build one after the other. With nicely=nice it leaves whatever else runs the processor.
 build() {
   local preset=$1 folder status
   shift
@@ -76,7 +76,7 @@ build() {
   exec 9>build/.lock
   flock 9
   configure "$preset"
-  ninja -C "$folder" "$@" >"$folder/build.log" 2>&1 9>&- &
+  ${nicely:-} ninja -C "$folder" "$@" >"$folder/build.log" 2>&1 9>&- &
   local ninja=$! tenths=0
   while kill -0 $ninja 2>/dev/null; do
     sleep 0.1
