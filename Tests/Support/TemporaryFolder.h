@@ -5,8 +5,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace brivane {
@@ -35,7 +36,9 @@ class TemporaryFolder {
 
   static std::string read(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream content;
+    content << stream.rdbuf();
+    return std::move(content).str();
   }
 
   /// The names in the folder, sorted.

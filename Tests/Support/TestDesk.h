@@ -63,15 +63,19 @@ class TestDesk {
   const std::unique_ptr<DeskMachine> machine;
 };
 
-/// A desk whose state lives in a folder, with real time; each one is what one process has.
+/// A desk whose state lives in a folder, with real time unless told otherwise; each one is what one
+/// process has.
 class FolderDesk {
  public:
-  FolderDesk(const std::string& text, const std::filesystem::path& folder)
-      : hardware(deskFrom(text), std::make_unique<StateFolder>(folder, runtime, log)) {}
+  FolderDesk(const std::string& text, const std::filesystem::path& folder,
+             std::unique_ptr<Runtime> itsRuntime = std::make_unique<ThreadRuntime>())
+      : ownRuntime(std::move(itsRuntime)),
+        hardware(deskFrom(text), std::make_unique<StateFolder>(folder, runtime, log)) {}
 
   const LineLog::Lines lines = std::make_shared<std::vector<std::string>>();
   LineLog log{lines};
-  ThreadRuntime runtime;
+  const std::unique_ptr<Runtime> ownRuntime;
+  Runtime& runtime = *ownRuntime;
   DeskHardware hardware;
 };
 

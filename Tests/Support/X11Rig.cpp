@@ -262,6 +262,11 @@ void X11Rig::useEvdevKeymap(const std::string& layout) {
   if (std::system(command.c_str()) != 0) throw std::runtime_error("setxkbmap failed");
 }
 
+void X11Rig::repeatKeysSoon(bool isSoon) {
+  const std::string command = "xset -display " + display() + " r rate" + (isSoon ? " 100 50" : "");
+  if (std::system(command.c_str()) != 0) throw std::runtime_error("xset failed");
+}
+
 void X11Rig::pressKey(xcb_keycode_t key) {
   fakeInput(XCB_KEY_PRESS, key);
 }

@@ -86,6 +86,10 @@ class X11Rig {
   /// Gives the server the keyboard of a PC, whose key codes are evdev's plus 8.
   void useEvdevKeymap(const std::string& layout = "us");
 
+  /// A key that is held repeats after a tenth of a second, fifty times a second, or as usual again.
+  /// Only for keys that are meant to repeat: on a busy machine any other would be held for so long.
+  void repeatKeysSoon(bool isSoon = true);
+
   /// A key goes down or up, as if on a keyboard.
   void pressKey(xcb_keycode_t key);
   void releaseKey(xcb_keycode_t key);

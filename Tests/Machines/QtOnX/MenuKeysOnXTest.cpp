@@ -58,6 +58,21 @@ class Locker {
   xcb_connection_t* const connection;
 };
 
+/// While it lives, a held key repeats soon and often.
+class QuickRepeats {
+ public:
+  explicit QuickRepeats(X11Rig& itsRig) : rig(itsRig) { rig.repeatKeysSoon(); }
+  ~QuickRepeats() { rig.repeatKeysSoon(false); }
+  QuickRepeats(const QuickRepeats&) = delete;
+  QuickRepeats& operator=(const QuickRepeats&) = delete;
+
+  /// By then there have been more than ten.
+  static constexpr int milliseconds = 400;
+
+ private:
+  X11Rig& rig;
+};
+
 class MenuKeysOnXTest : public testing::Test {
  protected:
   MenuKeysOnXTest() {
@@ -180,9 +195,10 @@ TEST_F(MenuKeysOnXTest, APressMayReplaceTheMenusItems) {
 }
 
 TEST_F(MenuKeysOnXTest, AHeldKeyIsToldOnceHoweverOftenItRepeats) {
+  const QuickRepeats repeats(here.rig);
   open();
   press({f19});
-  settle(1200);
+  settle(repeats.milliseconds);
   EXPECT_THAT(heard, ElementsAre("+5"));
   release({f19});
   EXPECT_TRUE(hears({"+5", "-5"}));
@@ -205,11 +221,12 @@ TEST_F(MenuKeysOnXTest, TwoQuickPressesAreTwo) {
 }
 
 TEST_F(MenuKeysOnXTest, AKeyThatWentUpBeforeItsRepeatsWereReadIsToldOnceAllTheSame) {
+  const QuickRepeats repeats(here.rig);
   open();
   press({f19});
   EXPECT_TRUE(hears({"+5"}));
   // The program is busy while the key repeats.
-  std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+  std::this_thread::sleep_for(std::chrono::milliseconds(repeats.milliseconds));
   release({f19});
   EXPECT_TRUE(eventually([&] { return heard.size() >= 2; }));
   settle();
@@ -230,11 +247,12 @@ TEST_F(MenuKeysOnXTest, ReleasingAModifierIsGoingUp) {
 }
 
 TEST_F(MenuKeysOnXTest, AKeyThatIsHeldWhileTheMenuClosesIsToldToGoUp) {
+  const QuickRepeats repeats(here.rig);
   open();
   press({f19});
   EXPECT_TRUE(hears({"+5"}));
   menu.widget().close();
-  settle(1200);
+  settle(repeats.milliseconds);
   EXPECT_THAT(heard, ElementsAre("+5"));
   release({f19});
   EXPECT_TRUE(hears({"+5", "-5"}));
@@ -242,10 +260,11 @@ TEST_F(MenuKeysOnXTest, AKeyThatIsHeldWhileTheMenuClosesIsToldToGoUp) {
 }
 
 TEST_F(MenuKeysOnXTest, AKeyThatIsHeldWhileTheMenuOpensIsToldToGoUp) {
+  const QuickRepeats repeats(here.rig);
   press({f19});
   EXPECT_TRUE(hears({"+5"}));
   menu.open({300, 300});
-  settle(1200);
+  settle(repeats.milliseconds);
   EXPECT_THAT(heard, ElementsAre("+5"));
   release({f19});
   EXPECT_TRUE(hears({"+5", "-5"}));

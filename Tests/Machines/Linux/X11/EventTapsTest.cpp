@@ -73,6 +73,7 @@ TEST_F(EventTaps, AKeyThatPassesAfterItHasGoneUpIsToldWithItsRelease) {
 }
 
 TEST_F(EventTaps, TheRepeatsOfAKeyAreToldAsSuchWhateverTheVerdict) {
+  rig.repeatKeysSoon();
   for (const auto verdict : {TapVerdict::passThrough, TapVerdict::swallow}) {
     seen.clear();
     const auto either = tapFor(verdict);
@@ -95,6 +96,7 @@ TEST_F(EventTaps, AReleaseIsToldOnceWhenTheVerdictChangesWhileTheKeyIsHeld) {
     return verdict;
   });
   changing->setEnabled(true);
+  rig.repeatKeysSoon();
   for (const auto later : {TapVerdict::swallow, TapVerdict::passThrough}) {
     seen.clear();
     rig.pressKey(xKey::brightnessUp);
@@ -117,6 +119,7 @@ TEST_F(EventTaps, KeysThatOthersAreTypingWakeNobodyOnceAHeldKeyIsSwallowedAndWen
   const auto every = events.observe([&](const xcb_generic_event_t& event) {
     if (event.response_type < XCB_CLIENT_MESSAGE) ++woken;
   });
+  rig.repeatKeysSoon();
   rig.pressKey(xKey::brightnessUp);
   settle();
   verdict = TapVerdict::swallow;

@@ -56,6 +56,15 @@ class Hotkeys : public XInputTest {
     settle();
   }
 
+  /// Until the key that is held has repeated so often.
+  void waitForRepeats(int count = 10) {
+    int repeats = 0;
+    const Observation presses = events.observe([&](const xcb_generic_event_t& event) {
+      if (event.response_type == XCB_KEY_PRESS) ++repeats;
+    });
+    EXPECT_TRUE(settleUntil([&] { return repeats >= count; }));
+  }
+
   /// Until it has done what the program has asked for: the rig's requests don't queue behind those.
   void waitForServer() { keyboard.heldModifiers(); }
 
@@ -89,8 +98,9 @@ TEST_F(Hotkeys, ReachNoOtherProgramAndWhatIsNoneDoes) {
 
 TEST_F(Hotkeys, AHeldKeyIsToldOnceHoweverOftenItRepeats) {
   add(f19, 0, 5);
+  rig.repeatKeysSoon();
   rig.pressKey(xKey::f19);
-  settle(std::chrono::milliseconds(1200));
+  waitForRepeats();
   EXPECT_THAT(heard, ElementsAre("+5"));
   rig.releaseKey(xKey::f19);
   settle();
@@ -167,14 +177,16 @@ TEST_F(Hotkeys, AreGivenBackWhenTheyAreUnregistered) {
 
 TEST_F(Hotkeys, RegisteredAnewWhileTheKeyIsDownAreNotPressedByItsRepeats) {
   const auto reference = add(f19, 0, 5);
+  rig.repeatKeysSoon();
   rig.pressKey(xKey::f19);
   settle();
   hotkeys.unregisterHotkey(reference);
   add(f19, 0, 6);
-  settle(std::chrono::milliseconds(1200));
+  waitForRepeats();
   EXPECT_THAT(heard, ElementsAre("+5"));
   rig.releaseKey(xKey::f19);
   settle();
+  rig.repeatKeysSoon(false);
   tap(xKey::f19);
   EXPECT_THAT(heard, ElementsAre("+5", "+6", "-6"));
 }
