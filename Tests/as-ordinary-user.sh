@@ -18,7 +18,7 @@ done
 for folder in build/share build/lib; do [ ! -d $folder ] || cp -r $folder "$copy/build/"; done
 cp -r BrivaneUI BrivaneApp cmake "$copy/"
 cp Machines/Desk/*.json "$copy/Machines/Desk/"
-cp -r Tests/Support Tests/Golden "$copy/Tests/"
+cp -r Tests/Support Tests/Golden Tests/in-linux-world.sh "$copy/Tests/"
 chown -R 65534:65534 "$copy"
 env -C "$copy" -u XDG_RUNTIME_DIR -u XDG_CONFIG_HOME HOME="$copy/home" TMPDIR="$copy" \
   GTEST_FILTER="$filter" setpriv --reuid=65534 --regid=65534 --clear-groups --inh-caps=-all "$@"

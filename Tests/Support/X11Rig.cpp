@@ -277,6 +277,7 @@ void X11Rig::releaseKey(xcb_keycode_t key) {
 
 void X11Rig::tapKey(xcb_keycode_t key, const std::vector<xcb_keycode_t>& modifiers) {
   std::vector<std::pair<std::uint8_t, xcb_keycode_t>> events;
+  events.reserve(2 * (modifiers.size() + 1));
   for (const auto modifier : modifiers) events.emplace_back(XCB_KEY_PRESS, modifier);
   events.emplace_back(XCB_KEY_PRESS, key);
   events.emplace_back(XCB_KEY_RELEASE, key);
