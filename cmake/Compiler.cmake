@@ -22,8 +22,10 @@ if(APPLE)
   set(CMAKE_OBJCXX_FLAGS_MINSIZEREL "-Os")
 endif()
 
-# Of a batch only what is used is linked.
-add_compile_options(-ffunction-sections -fdata-sections)
+if(NOT BRIVANE_SANITIZERS)
+  # Of a batch only what is used is linked.
+  add_compile_options(-ffunction-sections -fdata-sections)
+endif()
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
                     "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 # Levels and gamma samples are the same on every processor: no fusing of a product with a sum.
@@ -33,7 +35,7 @@ include_directories("${PROJECT_SOURCE_DIR}")
 if(BRIVANE_SANITIZERS)
   add_compile_options("-fsanitize=${BRIVANE_SANITIZERS}" -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
-  add_link_options("-fsanitize=${BRIVANE_SANITIZERS}")
+  add_link_options("-fsanitize=${BRIVANE_SANITIZERS}" -fuse-ld=lld)
 endif()
 
 if(BRIVANE_COVERAGE)
@@ -49,6 +51,13 @@ function(brivane_compile_in_batches target size)
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${size})
   # A name of one file is no shadow on another file.
   target_compile_options(${target} PRIVATE -Wno-shadow)
+endfunction()
+
+# What isn't run under a sanitizer is there for the other compiler to look at.
+function(brivane_only_compiled target)
+  if(BRIVANE_SANITIZERS)
+    target_compile_options(${target} PRIVATE -fno-sanitize=all -g0)
+  endif()
 endfunction()
 
 # brivane_library(name folder [EXCEPT path...]): every source below the folder but those files and folders.

@@ -56,11 +56,13 @@ configure() {
   folder=$(folder_of "$preset")
   [ "${with_frame:-no}" = yes ] && parts+=(BRIVANE_FRAME)
   [ "${with_tests:-no}" = yes ] && parts+=(BRIVANE_FRAME BRIVANE_TESTS)
-  [ -f "$folder/build.ninja" ] && is_configured_for "$folder" "${parts[@]}" && return
+  [ -f "$folder/build.ninja" ] && [ "$folder/CMakeCache.txt" -nt CMakePresets.json ] &&
+    is_configured_for "$folder" "${parts[@]}" && return
   for part in "${parts[@]}"; do options+=("-D$part=ON"); done
   mkdir -p "$folder"
   say "Configuring ($preset) …"
-  cmake --preset "$preset" "${options[@]}" >"$folder/configure.log" 2>&1 && return
+  cmake --preset "$preset" "${options[@]}" >"$folder/configure.log" 2>&1 &&
+    touch "$folder/CMakeCache.txt" && return
   tail -n 20 "$folder/configure.log" >&2
   say "Configuring failed; the whole output is in $folder/configure.log."
   exit 1

@@ -20,7 +20,6 @@ import os
 import pathlib
 import re
 import shlex
-import shutil
 import signal
 import subprocess
 import sys
@@ -36,8 +35,7 @@ LISTS = ["Tests/Machines/Mac/seeded-faults.txt", "Tests/Machines/Mac/AppKit/seed
 TO_BE_MISSED = "Tests/Machines/Mac/to-be-missed.txt"
 
 QUICKLY_COMPILED = "-O0 -g0 -w -fno-profile-instr-generate -fno-coverage-mapping".split()
-LINKER = "lld" if shutil.which("ld.lld-16") or shutil.which("ld.lld") else "gold"
-QUICKLY_LINKED = ["-Wl,-s,-O0,--build-id=none", "-no-pie", f"-fuse-ld={LINKER}"]
+QUICKLY_LINKED = ["-Wl,-s,-O0,--build-id=none", "-no-pie"]
 # All that matters of a run is whether the test passes.
 ENVIRONMENT = os.environ | {
     "ASAN_OPTIONS": "detect_stack_use_after_return=1:detect_leaks=0:symbolize=0",
