@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -29,8 +30,10 @@
 namespace brivane {
 namespace {
 
+using bench::atMost;
+using bench::FigureTable;
 using bench::median;
-using bench::printRow;
+using bench::ratioAtMost;
 using Clock = std::chrono::steady_clock;
 constexpr int rounds = 41;
 // What a set must wait for: 40 ms for the reply to its read, 10 ms before and between its writes.
@@ -115,22 +118,23 @@ double simulatedSecondsPerSecond() {
   return std::chrono::duration<double>(simulated).count() / (bench::cpuSeconds() - before);
 }
 
-void measureProcesses(const std::filesystem::path& programs, const std::filesystem::path& desk) {
+void measureProcesses(const FigureTable& table, const std::filesystem::path& programs,
+                      const std::filesystem::path& desk) {
   const TemporaryFolder folder;
   std::filesystem::copy_file(desk, folder / "desk.json");
   const std::string program = programs / "Brivane";
   setenv("BRIVANE_DESK", (folder / "desk.json").c_str(), 1);
   const ProcessFigures empty = medianOf({programs / "brivane-empty"});
   const ProcessFigures set = medianOf({program, "--set", "40"});
-  printRow("--set on the desk, less the protocol's waits",
-           set.millisecondsToEnd - protocolWaitMilliseconds, empty.millisecondsToEnd, "ms",
-           "<= 5 ms");
+  table.print({"--set on the desk, less the protocol's waits",
+               set.millisecondsToEnd - protocolWaitMilliseconds, empty.millisecondsToEnd, "ms",
+               atMost(3)});
   const ProcessFigures probe = medianOf({program, "--probe"}, 5);
   const ProcessFigures start = medianOf({program, "--probe"}, rounds / 4);
-  printRow("process start to the first line of --probe", start.millisecondsToFirstLine,
-           empty.millisecondsToFirstLine, "ms", "<= 3 x");
-  printRow("peak resident memory of --probe", probe.peakMegabytes, empty.peakMegabytes, "MB",
-           "<= 8 MB");
+  table.print({"process start to the first line of --probe", start.millisecondsToFirstLine,
+               empty.millisecondsToFirstLine, "ms", ratioAtMost(3)});
+  table.print({"peak resident memory of --probe", probe.peakMegabytes, empty.peakMegabytes, "MB",
+               atMost(8)});
 }
 
 /// One transfer as the kernel's interface takes it, on the bus of the monitor on the left.
@@ -168,7 +172,7 @@ double millisecondsOfTransfers() {
 }
 
 /// On an X server and a mocked kernel, inside "ddc-bus-host".
-void measureMockedBus(const std::filesystem::path& programs) {
+void measureMockedBus(const FigureTable& table, const std::filesystem::path& programs) {
   LinuxWorld world;
   world.enter();
   world.screens.warpPointer(800, 450);
@@ -176,26 +180,33 @@ void measureMockedBus(const std::filesystem::path& programs) {
   const ProcessFigures set = medianOf({programs / "Brivane", "--set", "40"});
   const double ownTime = set.millisecondsToEnd - protocolWaitMilliseconds;
   const double busTime = millisecondsOfTransfers();
-  printRow("--set on the mocked bus, less the protocol's waits", ownTime,
-           empty.millisecondsToEnd + busTime, "ms", "<= 5 ms");
-  printRow("the same, less the mocked bus's own time too", ownTime - busTime,
-           empty.millisecondsToEnd, "ms", "<= 5 ms");
+  table.print({"--set on the mocked bus, less the protocol's waits", ownTime,
+               empty.millisecondsToEnd + busTime, "ms", atMost(5)});
+  table.print({"the same, less the mocked bus's own time too", ownTime - busTime,
+               empty.millisecondsToEnd, "ms", atMost(3)});
 }
 
 }  // namespace
 }  // namespace brivane
 
 int main(int argc, char** argv) {
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  const auto isGiven = [&](const char* word) {
+    return std::find(words.begin(), words.end(), word) != words.end();
+  };
+  const brivane::bench::FigureTable table(isGiven("--json")
+                                              ? brivane::bench::FigureTable::Format::json
+                                              : brivane::bench::FigureTable::Format::text);
   const auto programs = std::filesystem::canonical("/proc/self/exe").parent_path();
-  if (argc > 1 && std::string(argv[1]) == "--mocked-bus") {
-    brivane::measureMockedBus(programs);
-    brivane::bench::measureVisibleProgram(programs);
+  if (isGiven("--mocked-bus")) {
+    brivane::measureMockedBus(table, programs);
+    brivane::bench::measureVisibleProgram(table, programs);
     return 0;
   }
-  brivane::bench::printHeader();
-  brivane::measureProcesses(programs, programs / "../../Machines/Desk/default-desk.json");
+  table.printHeader();
+  brivane::measureProcesses(table, programs, programs / "../../Machines/Desk/default-desk.json");
   const double speed = brivane::simulatedSecondsPerSecond();
-  brivane::bench::printRow("simulated seconds per second, four polled monitors", speed, 1, "s",
-                           ">= 3600 s");
-  brivane::bench::measureResidentProgram(programs / "../share/brivane");
+  table.print({"simulated seconds per second, four polled monitors", speed, 1, "s",
+               brivane::bench::atLeast(3600)});
+  brivane::bench::measureResidentProgram(table, programs / "../share/brivane");
 }

@@ -81,15 +81,15 @@ class Program {
   AppDelegate delegate;
 };
 
-void measureSpeed(const std::filesystem::path& resources) {
+void measureSpeed(const FigureTable& table, const std::filesystem::path& resources) {
   Program program(4, resources);
   const double seconds = std::chrono::duration<double>(3h) / 1s;
-  printRow("simulated seconds per second, whole program", seconds / program.cost(3h), 1, "s",
-           ">= 3600 s");
+  table.print({"simulated seconds per second, whole program", seconds / program.cost(3h), 1, "s",
+               atLeast(3600)});
 }
 
 /// The HUD is still shown from the press before, as it is for somebody who presses again.
-void measureKeyPress(const std::filesystem::path& resources) {
+void measureKeyPress(const FigureTable& table, const std::filesystem::path& resources) {
   constexpr int presses = 2000;
   Program program(4, resources);
   const double idle = program.cost(presses * 500ms);
@@ -99,8 +99,8 @@ void measureKeyPress(const std::filesystem::path& resources) {
     program.run(500ms);
   }
   const double busy = cpuSeconds() - before;
-  printRow("one key press, from hotkey to last call of a seam", (busy - idle) * 1e3 / presses,
-           idle * 1e3 / presses, "ms", "<= 0.2 ms");
+  table.print({"one key press, from hotkey to last call of a seam", (busy - idle) * 1e3 / presses,
+               idle * 1e3 / presses, "ms", atMost(0.2)});
 }
 
 double millisecondsOfLiveUpdate(int monitors, const std::filesystem::path& resources) {
@@ -112,10 +112,10 @@ double millisecondsOfLiveUpdate(int monitors, const std::filesystem::path& resou
   return (open - closed) * 1e3 / updates;
 }
 
-void measureLiveUpdate(const std::filesystem::path& resources) {
+void measureLiveUpdate(const FigureTable& table, const std::filesystem::path& resources) {
   const double of4 = millisecondsOfLiveUpdate(4, resources);
-  printRow("live update of an open menu, 64 displays (floor: 4)",
-           millisecondsOfLiveUpdate(64, resources), of4, "ms", "<= 20 x");
+  table.print({"live update of an open menu, 64 displays (floor: 4)",
+               millisecondsOfLiveUpdate(64, resources), of4, "ms", ratioAtMost(20)});
 }
 
 /// Of this process, whatever ran in it before included.
@@ -127,22 +127,22 @@ double residentMegabytes() {
   return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1 << 20);
 }
 
-void measureMemory(const std::filesystem::path& resources) {
+void measureMemory(const FigureTable& table, const std::filesystem::path& resources) {
   Program program(4, resources);
   program.run(1h);
   const double afterHour = residentMegabytes();
   program.run(24h * 7 - 1h);
-  printRow("memory after a simulated week (floor: an hour)", residentMegabytes(), afterHour, "MB",
-           "1 x");
+  table.print({"memory after a simulated week (floor: an hour)", residentMegabytes(), afterHour,
+               "MB", ratioAtMost(1)});
 }
 
 }  // namespace
 
-void measureResidentProgram(const std::filesystem::path& resources) {
-  measureSpeed(resources);
-  measureKeyPress(resources);
-  measureLiveUpdate(resources);
-  measureMemory(resources);
+void measureResidentProgram(const FigureTable& table, const std::filesystem::path& resources) {
+  measureSpeed(table, resources);
+  measureKeyPress(table, resources);
+  measureLiveUpdate(table, resources);
+  measureMemory(table, resources);
 }
 
 }  // namespace brivane::bench

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,11 +11,44 @@ double cpuSeconds();
 
 double median(std::vector<double> values);
 
-void printHeader();
+/// What is aimed at: of the value itself, or of its ratio to the floor.
+struct Target {
+  enum class Kind { none, atMost, atLeast, ratioAtMost };
+  Kind kind = Kind::none;
+  double limit = 0;
+};
 
-/// One line: what was measured, the floor taken in the same run, and their ratio. `unit` follows
-/// both figures; `target` is what is aimed at.
-void printRow(const std::string& what, double measured, double floor, const std::string& unit,
-              const std::string& target);
+Target atMost(double limit);
+Target atLeast(double limit);
+Target ratioAtMost(double limit);
+
+/// What was measured, and the floor taken in the same run, if there is one. `unit` is that of both.
+struct Row {
+  std::string name;
+  double value = 0;
+  std::optional<double> floor;
+  std::string unit;
+  Target target{};
+};
+
+/// Prints each row as soon as it is known, because the next one may take a minute.
+class FigureTable {
+ public:
+  enum class Format {
+    /// Columns for people.
+    text,
+    /// One JSON object in each line.
+    json
+  };
+
+  explicit FigureTable(Format itsFormat) : format(itsFormat) {}
+
+  /// Nothing in JSON.
+  void printHeader() const;
+  void print(const Row& row) const;
+
+ private:
+  const Format format;
+};
 
 }  // namespace brivane::bench

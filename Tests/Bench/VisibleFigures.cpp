@@ -107,7 +107,7 @@ struct Starts {
   }
 };
 
-void measureStart(Desktop& desktop, const std::filesystem::path& program,
+void measureStart(const FigureTable& table, Desktop& desktop, const std::filesystem::path& program,
                   const std::filesystem::path& empty) {
   Starts ours;
   Starts floor;
@@ -115,10 +115,10 @@ void measureStart(Desktop& desktop, const std::filesystem::path& program,
     floor.add(startOnce(desktop, empty));
     ours.add(startOnce(desktop, program));
   }
-  printRow("process start to status item (floor: empty Qt tray)", median(ours.milliseconds),
-           median(floor.milliseconds), "ms", "<= 2 x");
-  printRow("the same in CPU time", median(ours.cpuMilliseconds), median(floor.cpuMilliseconds),
-           "ms", "<= 2 x");
+  table.print({"process start to status item (floor: empty Qt tray)", median(ours.milliseconds),
+               median(floor.milliseconds), "ms", ratioAtMost(1.3)});
+  table.print({"the same in CPU time", median(ours.cpuMilliseconds), median(floor.cpuMilliseconds),
+               "ms", ratioAtMost(1.3)});
 }
 
 /// Programs that have Qt's pages in use.
@@ -145,7 +145,7 @@ struct Memory {
   }
 };
 
-void measureMemory(Desktop& desktop, const std::filesystem::path& program,
+void measureMemory(const FigureTable& table, Desktop& desktop, const std::filesystem::path& program,
                    const std::filesystem::path& empty) {
   if (const int others = qtPrograms(); others > 0) {
     tell(std::to_string(others) + " other Qt programs run; without them, the PSS's ratio is lower");
@@ -156,10 +156,10 @@ void measureMemory(Desktop& desktop, const std::filesystem::path& program,
     floor.addIdle(desktop, empty);
     ours.addIdle(desktop, program);
   }
-  printRow("memory (PSS) idle (floor: empty Qt tray)", median(ours.proportional),
-           median(floor.proportional), "MB", "<= 1.3 x");
-  printRow("the same, what others share included (RSS)", median(ours.resident),
-           median(floor.resident), "MB", "");
+  table.print({"memory (PSS) idle (floor: empty Qt tray)", median(ours.proportional),
+               median(floor.proportional), "MB", ratioAtMost(1.2)});
+  table.print({"the same, what others share included (RSS)", median(ours.resident),
+               median(floor.resident), "MB"});
 }
 
 /// From the press to the first pixel that is another one in the HUD's place.
@@ -190,7 +190,7 @@ double floorToPixel(X11Rig& screens, Onlooker& onlooker) {
   return median(all);
 }
 
-void measureFirstPixel(Desktop& desktop, const MeasuredProcess& program) {
+void measureFirstPixel(const FigureTable& table, Desktop& desktop, const MeasuredProcess& program) {
   X11Rig& screens = desktop.world.screens;
   Onlooker onlooker(screens.display());
   const double floor = floorToPixel(screens, onlooker);
@@ -208,11 +208,12 @@ void measureFirstPixel(Desktop& desktop, const MeasuredProcess& program) {
   const double own = median(all) - protocolWaitMilliseconds;
   const double quickest = *std::ranges::min_element(all) - protocolWaitMilliseconds;
   const double first = all.front() - protocolWaitMilliseconds;
-  printRow("hotkey to the HUD's first pixel (floor: plain X window)", median(all), floor, "ms", "");
-  printRow("the same, less the bus's own waits", own, floor, "ms", "<= 16.7 ms");
-  printRow("the same, quickest of nine", quickest, floor, "ms", "<= 16.7 ms");
-  printRow("the same, first of all presses", first, floor, "ms", "");
-  printRow("CPU time of a press", median(cpu), 0, "ms", "");
+  table.print(
+      {"hotkey to the HUD's first pixel (floor: plain X window)", median(all), floor, "ms"});
+  table.print({"the same, less the bus's own waits", own, floor, "ms", atMost(8)});
+  table.print({"the same, quickest of nine", quickest, floor, "ms", atMost(8)});
+  table.print({"the same, first of all presses", first, floor, "ms", atMost(20)});
+  table.print({"CPU time of a press", median(cpu), {}, "ms"});
 }
 
 /// Of one core, in per cent, over that time.
@@ -224,7 +225,7 @@ double cpuShare(const MeasuredProcess& program, std::chrono::seconds time) {
 }
 
 /// Down to the lowest level first, so that the way up takes longer than the measurement.
-void measureHeldKey(Desktop& desktop, const MeasuredProcess& program) {
+void measureHeldKey(const FigureTable& table, Desktop& desktop, const MeasuredProcess& program) {
   X11Rig& screens = desktop.world.screens;
   const double idle = cpuShare(program, 4s);
   for (const auto modifier : {control, option}) screens.pressKey(modifier);
@@ -235,7 +236,7 @@ void measureHeldKey(Desktop& desktop, const MeasuredProcess& program) {
   const double held = cpuShare(program, 3s);
   screens.releaseKey(up);
   for (const auto modifier : {option, control}) screens.releaseKey(modifier);
-  printRow("CPU while a key is held, of one core (floor: idle)", held, idle, "%", "<= 5 %");
+  table.print({"CPU while a key is held, of one core (floor: idle)", held, idle, "%", atMost(5)});
 }
 
 /// Threads come and go, and the kernel forgets those that are gone; so it is asked every second.
@@ -291,7 +292,8 @@ class ProgramOnDesk {
 /// Nobody touches anything for a minute. The formula: every five seconds the levels are read again,
 /// and once a minute the key relay is looked after; a background read hands itself to the bus's
 /// queue, waits 40 ms for the reply and comes back.
-void measureIdle(const MeasuredProcess& program, const std::filesystem::path& file) {
+void measureIdle(const FigureTable& table, const MeasuredProcess& program,
+                 const std::filesystem::path& file) {
   constexpr double resyncs = 12;
   constexpr double formula = resyncs + 3 * resyncs * ProgramOnDesk::monitors + 1;
   const ProgramOnDesk desk(file);
@@ -310,12 +312,14 @@ void measureIdle(const MeasuredProcess& program, const std::filesystem::path& fi
   // hardware, and the windows of the simulated monitors with the main thread.
   constexpr double wakesOfTheDesk = 3;
   const double own = onDesk.all() - wakesOfTheDesk * resyncs * ProgramOnDesk::monitors;
-  printRow("wake-ups in an idle minute on a desk (floor: the formula)", own, formula, "", "<= 1 x");
-  printRow("the same on Linux, waits for X and the mocked bus too", onLinux.all(), formula, "", "");
-  printRow("CPU time of an idle minute on Linux", cpu, 0, "ms", "");
+  table.print({"wake-ups in an idle minute on a desk (floor: the formula)", own, formula, "",
+               ratioAtMost(1)});
+  table.print(
+      {"the same on Linux, waits for X and the mocked bus too", onLinux.all(), formula, ""});
+  table.print({"CPU time of an idle minute on Linux", cpu, {}, "ms"});
 }
 
-void measureRepaint(const std::filesystem::path& programs) {
+void measureRepaint(const FigureTable& table, const std::filesystem::path& programs) {
   const std::string command = (programs / "brivane-hud-repaint").string() + " 2>/dev/null";
   double hud = 0;
   double plain = 0;
@@ -324,24 +328,24 @@ void measureRepaint(const std::filesystem::path& programs) {
     std::cerr << "could not run brivane-hud-repaint; build it with ./bench" << std::endl;
   }
   if (output != nullptr) pclose(output);
-  printRow("HUD repaint (floor: a window of one colour)", hud, plain, "ms", "<= 1 ms");
+  table.print({"HUD repaint (floor: a window of one colour)", hud, plain, "ms", atMost(1)});
 }
 
 }  // namespace
 
-void measureVisibleProgram(const std::filesystem::path& programs) {
+void measureVisibleProgram(const FigureTable& table, const std::filesystem::path& programs) {
   Desktop desktop;
   const auto program = programs / "Brivane";
   const auto empty = programs / "brivane-empty-tray";
-  measureStart(desktop, program, empty);
-  measureMemory(desktop, program, empty);
-  measureRepaint(programs);
+  measureStart(table, desktop, program, empty);
+  measureMemory(table, desktop, program, empty);
+  measureRepaint(table, programs);
   const MeasuredProcess running(program);
   desktop.tray.awaitItem();
   std::this_thread::sleep_for(settling);
-  measureFirstPixel(desktop, running);
-  measureHeldKey(desktop, running);
-  measureIdle(running, program);
+  measureFirstPixel(table, desktop, running);
+  measureHeldKey(table, desktop, running);
+  measureIdle(table, running, program);
 }
 
 }  // namespace brivane::bench
