@@ -120,7 +120,9 @@ std::optional<FileProblem> JsonFileDefaults::writeUnderLock(Microseconds patienc
   if (unreadable && !setAsideBecauseOf(*unreadable)) return unreadable;
   const auto json = jsonFromDictionary(contents());
   const auto text = json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
-  if (auto problem = writeWholeFile(file, text + "\n")) return problem;
+  const auto powerCut =
+      durability == Durability::synced ? PowerCut::keepsFile : PowerCut::mayEmptyFile;
+  if (auto problem = writeWholeFile(file, text + "\n", powerCut)) return problem;
   read();
   return std::nullopt;
 }

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <ctime>
 #include <system_error>
 #include <utility>
@@ -75,6 +76,27 @@ std::optional<FileProblem> writeNewFile(const std::filesystem::path& file,
   return std::nullopt;
 }
 
+/// The file systems that write out what takes another file's name leave an exchange alone. A folder
+/// would take part in one, too.
+bool exchange([[maybe_unused]] const std::filesystem::path& fresh,
+              [[maybe_unused]] const std::filesystem::path& file) {
+#ifdef RENAME_EXCHANGE
+  std::error_code ignored;  // there may be no file yet
+  if (std::filesystem::is_directory(file, ignored)) return false;
+  if (::renameat2(AT_FDCWD, fresh.c_str(), AT_FDCWD, file.c_str(), RENAME_EXCHANGE) == 0) {
+    ::unlink(fresh.c_str());
+    return true;
+  }
+#endif
+  return false;
+}
+
+bool replace(const std::filesystem::path& fresh, const std::filesystem::path& file,
+             PowerCut powerCut) {
+  if (powerCut == PowerCut::mayEmptyFile && exchange(fresh, file)) return true;
+  return ::rename(fresh.c_str(), file.c_str()) == 0;
+}
+
 void syncPath(const std::filesystem::path& path, int flags) {
   const Descriptor descriptor(::open(path.c_str(), flags | O_CLOEXEC));
   if (descriptor.number >= 0) ::fsync(descriptor.number);
@@ -126,7 +148,7 @@ std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path
 }
 
 std::optional<FileProblem> writeWholeFile(const std::filesystem::path& file,
-                                          const std::string& content) {
+                                          const std::string& content, PowerCut powerCut) {
   std::filesystem::path fresh = file;
   fresh += ".new";
   auto problem = writeNewFile(fresh, file, content);
@@ -135,7 +157,7 @@ std::optional<FileProblem> writeWholeFile(const std::filesystem::path& file,
     std::filesystem::create_directories(file.parent_path(), ignored);
     problem = writeNewFile(fresh, file, content);
   }
-  if (!problem && ::rename(fresh.c_str(), file.c_str()) != 0) problem = lastProblem();
+  if (!problem && !replace(fresh, file, powerCut)) problem = lastProblem();
   if (problem) ::unlink(fresh.c_str());
   return problem;
 }

@@ -32,10 +32,20 @@ std::optional<FileStamp> stampOf(const std::filesystem::path& file);
 std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path& file,
                                                      std::size_t maximumBytes);
 
+/// What a power cut may leave of a file that was just replaced.
+enum class PowerCut {
+  /// The old content or the new: some file systems write it out as the name changes, which takes
+  /// longer than all the rest.
+  keepsFile,
+  /// An empty file too.
+  mayEmptyFile
+};
+
 /// Replaces the file by one with this content, or leaves it exactly as it was: writes "<file>.new"
 /// and renames it. Only one process may do so at a time (see FileLock). Missing folders are made.
 std::optional<FileProblem> writeWholeFile(const std::filesystem::path& file,
-                                          const std::string& content);
+                                          const std::string& content,
+                                          PowerCut powerCut = PowerCut::keepsFile);
 
 /// Makes sure that what was last written whole survives a power cut.
 void syncFileToDisk(const std::filesystem::path& file);

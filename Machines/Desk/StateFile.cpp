@@ -97,7 +97,7 @@ std::optional<FileProblem> StateFile::discardUnreadable(const std::string& reaso
 
 std::optional<FileProblem> StateFile::save(const JsonValue& state) const {
   const JsonValue whole = {JsonValue::Object{{"startedFrom", {startedFrom}}, {"state", state}}};
-  return writeWholeFile(file, jsonText(whole) + "\n");
+  return writeWholeFile(file, jsonText(whole) + "\n", PowerCut::mayEmptyFile);
 }
 
 }  // namespace brivane

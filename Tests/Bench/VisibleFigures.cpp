@@ -309,8 +309,9 @@ void measureIdle(const FigureTable& table, const MeasuredProcess& program,
   }
   const double cpu = (program.cpuSeconds() - cpuBefore) * 1e3;
   // A read changes a file in the desk's folder. That wakes whoever watches it: the simulated
-  // hardware, and the windows of the simulated monitors with the main thread.
-  constexpr double wakesOfTheDesk = 3;
+  // hardware, and the windows of the simulated monitors with the main thread. The removal of the
+  // old file wakes one of the two again.
+  constexpr double wakesOfTheDesk = 4;
   const double own = onDesk.all() - wakesOfTheDesk * resyncs * ProgramOnDesk::monitors;
   table.print({"wake-ups in an idle minute on a desk (floor: the formula)", own, formula, "",
                ratioAtMost(1)});

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "Machines/Common/WholeFile.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -32,6 +34,34 @@ TEST(WholeFile, AVersionFromTheFutureIsFollowedByALaterOne) {
   EXPECT_GT(stampOf(file)->modifiedNanoseconds, before->modifiedNanoseconds);
   EXPECT_EQ(TemporaryFolder::read(file), "new");
 }
+
+class WholeFileAfter : public testing::TestWithParam<PowerCut> {};
+
+TEST_P(WholeFileAfter, TheFileIsReplacedAndNothingElseIsLeft) {
+  const TemporaryFolder folder;
+  const auto file = folder / "file";
+  for (const auto* const content : {"a long first content", "new", ""}) {
+    std::ifstream reader(file);
+    const std::string before = std::filesystem::exists(file) ? TemporaryFolder::read(file) : "";
+    ASSERT_FALSE(writeWholeFile(file, content, GetParam()).has_value());
+    EXPECT_EQ(TemporaryFolder::read(file), content);
+    const std::string read{std::istreambuf_iterator<char>(reader), {}};
+    EXPECT_EQ(read, before) << "whoever has the old version open still reads it";
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "file.new"));
+}
+
+TEST_P(WholeFileAfter, AFolderOfThatNameStays) {
+  const TemporaryFolder folder;
+  const auto file = folder / "file";
+  std::filesystem::create_directory(file);
+  EXPECT_TRUE(writeWholeFile(file, "new", GetParam()).has_value());
+  EXPECT_TRUE(std::filesystem::is_directory(file));
+  EXPECT_FALSE(std::filesystem::exists(folder / "file.new"));
+}
+
+INSTANTIATE_TEST_SUITE_P(PowerCuts, WholeFileAfter,
+                         testing::Values(PowerCut::keepsFile, PowerCut::mayEmptyFile));
 
 }  // namespace
 }  // namespace brivane
