@@ -60,6 +60,37 @@ QRect inPoints(const QRect& pixels) {
   return {origin + corner.toPoint(), (QSizeF(pixels.size()) / scale).toSize()};
 }
 
+/// The part of the view that a primitive draws in; null for one whose edges lie outside its shape,
+/// or that moves by itself.
+const Rect* extentOf(const Primitive& primitive) {
+  if (const auto* const fill = std::get_if<MaskedFill>(&primitive)) return &fill->area;
+  if (const auto* const text = std::get_if<TextRun>(&primitive)) return &text->box;
+  if (const auto* const symbol = std::get_if<SymbolImage>(&primitive)) return &symbol->box;
+  return nullptr;
+}
+
+/// In Qt's coordinates, with room for smooth edges.
+QRect pixelsOf(const Rect& part, const QRect& view) {
+  constexpr int room = 2;
+  const QRectF box(part.x, view.height() - part.y - part.height, part.width, part.height);
+  return box.toAlignedRect().adjusted(-room, -room, room, room) & view;
+}
+
+/// Where the pictures differ, at most.
+QRegion difference(const DisplayList& from, const DisplayList& to, const QRect& view) {
+  if (from.size() != to.size()) return view;
+  QRegion area;
+  for (std::size_t index = 0; index < to.size(); ++index) {
+    if (from[index] == to[index]) continue;
+    for (const Primitive* const drawn : {&from[index], &to[index]}) {
+      const Rect* const extent = extentOf(*drawn);
+      if (extent == nullptr) return view;
+      area += pixelsOf(*extent, view);
+    }
+  }
+  return area;
+}
+
 }  // namespace
 
 class QtHUDWindow::View : public QWidget {
@@ -69,8 +100,9 @@ class QtHUDWindow::View : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
+    owner.drawnAlpha = owner.alphaNow();
     if (owner.isComposited) {
-      painter.setOpacity(owner.alphaNow());
+      painter.setOpacity(owner.drawnAlpha);
     } else {
       painter.fillRect(rect(), owner.application.effectiveAppearance() == Appearance::dark
                                    ? Qt::black
@@ -95,6 +127,7 @@ QtHUDWindow::QtHUDWindow(const HUDWindowAttributes& attributes, Runtime& frameRu
       displays(machineDisplays),
       application(frameApplication),
       desk(deskWindows),
+      compositor(xAtom(compositingManager)),
       ownFrame(attributes.contentRect),
       view(std::make_unique<View>(*this, windowFlags(attributes))) {
   view->setObjectName("Brivane HUD");
@@ -141,13 +174,16 @@ void QtHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTi
   alphaCourse = {runtime.now(), durationSeconds};
   alphaTiming = timing;
   reveal();
-  view->update();
+  // A held key asks for what is there already, many times a second.
+  if (alphaFrom != alphaTo || drawnAlpha != alphaTo) view->update();
   animateWhileNeeded();
   if (completion) runtime.after(fromSeconds(durationSeconds), std::move(completion));
 }
 
 void QtHUDWindow::orderFrontRegardless() {
-  isComposited = !isOnX() || hasSelectionOwner(compositingManager);
+  const bool wasComposited = isComposited;
+  isComposited = !isOnX() || hasSelectionOwner(compositor);
+  if (isComposited != wasComposited) view->update();
   isOrderedIn = true;
   // The displays may have moved under a frame that has stayed what it is.
   place();
@@ -166,6 +202,7 @@ void QtHUDWindow::orderOut() {
 void QtHUDWindow::installContentView(const DisplayList& newContent) {
   shapedSize = {};
   show(newContent, 0);
+  view->update();
 }
 
 void QtHUDWindow::updateContent(const DisplayList& newContent, ContentChange change) {
@@ -175,11 +212,13 @@ void QtHUDWindow::updateContent(const DisplayList& newContent, ContentChange cha
 void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
   contentFrom = interrupted(contentFrom, content, contentProgress());
   content = newContent;
+  const QRegion movedBefore = moving;
+  moving = difference(contentFrom, content, view->rect());
   contentCourse = {runtime.now(), durationSeconds};
   hasSpinner = std::ranges::any_of(content, [](const Primitive& primitive) {
     return std::holds_alternative<Spinner>(primitive);
   });
-  view->update();
+  redraw(movedBefore + moving);
   animateWhileNeeded();
 }
 
@@ -222,9 +261,15 @@ void QtHUDWindow::animateWhileNeeded() {
   }
 }
 
+/// The card around what moves takes longer to draw than all that is in it.
+void QtHUDWindow::redraw(const QRegion& part) {
+  const bool everythingMoves = hasSpinner || drawnAlpha != alphaNow();
+  view->update(everythingMoves ? view->rect() : part);
+}
+
 void QtHUDWindow::step() {
   reveal();
-  view->update();
+  redraw(moving);
   animateWhileNeeded();
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <xcb/xcb.h>
+
+#include <QRegion>
 #include <QSize>
 #include <QTimer>
 #include <memory>
@@ -53,6 +56,7 @@ class QtHUDWindow : public HUDWindow {
   double contentProgress() const;
   void place();
   void show(const DisplayList& newContent, double durationSeconds);
+  void redraw(const QRegion& part);
   void reveal();
   void animateWhileNeeded();
   void shapeWithoutCompositor();
@@ -62,6 +66,8 @@ class QtHUDWindow : public HUDWindow {
   DisplaySystem& displays;
   QtApplication& application;
   const DeskWindows* const desk;
+  /// The selection of whoever blends the windows; none without an X server.
+  const xcb_atom_t compositor;
   Rect ownFrame;
   bool isOrderedIn = false;
   bool isComposited = true;
@@ -72,10 +78,14 @@ class QtHUDWindow : public HUDWindow {
   double alphaTo = 1;
   Course alphaCourse;
   AnimationTiming alphaTiming = AnimationTiming::linear;
+  /// With which the window was last drawn.
+  double drawnAlpha = 0;
 
   DisplayList contentFrom;
   DisplayList content;
   Course contentCourse;
+  /// Where the content changes in its course.
+  QRegion moving;
   bool hasSpinner = false;
 
   std::unique_ptr<View> view;

@@ -53,8 +53,12 @@ void sendToOneself(xcb_window_t window, std::uint32_t number) {
 }
 
 bool hasSelectionOwner(std::string_view selection) {
+  return hasSelectionOwner(xAtom(selection));
+}
+
+bool hasSelectionOwner(xcb_atom_t selection) {
   if (!isOnX()) return false;
-  const auto cookie = xcb_get_selection_owner(connection(), xAtom(selection));
+  const auto cookie = xcb_get_selection_owner(connection(), selection);
   const std::unique_ptr<xcb_get_selection_owner_reply_t, Free> reply(
       xcb_get_selection_owner_reply(connection(), cookie, nullptr));
   return reply && reply->owner != XCB_NONE;

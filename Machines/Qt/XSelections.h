@@ -24,5 +24,6 @@ xcb_atom_t xAtom(std::string_view name);
 
 /// Whether some client owns the selection; false without a server.
 bool hasSelectionOwner(std::string_view selection);
+bool hasSelectionOwner(xcb_atom_t selection);
 
 }  // namespace brivane

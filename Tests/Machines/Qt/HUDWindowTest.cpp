@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QBackingStore>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QWidget>
 
 #include "Machines/Qt/HUDWindow.h"
@@ -45,6 +48,32 @@ class HandSetClock : public Runtime {
   Instant instant = runtime.now();
 };
 
+/// What of the widget is drawn while this exists.
+class DrawnPart : public QObject {
+ public:
+  explicit DrawnPart(QWidget& itsWidget) : widget(itsWidget) { widget.installEventFilter(this); }
+  ~DrawnPart() override { widget.removeEventFilter(this); }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) {
+      last = static_cast<QPaintEvent*>(event)->region();
+      part += last;
+    }
+    return false;
+  }
+
+  QRegion part;
+  QRegion last;
+
+ private:
+  QWidget& widget;
+};
+
+/// All that is in the card. In the corners outside it the screen of these tests shows anything.
+QImage inCard(const QImage& picture) {
+  return picture.copy(8, 12, 344, 30).convertToFormat(QImage::Format_RGB32);
+}
+
 class HUDWindowTest : public testing::Test {
  protected:
   HUDWindowTest() { window.installContentView(bar(100)); }
@@ -53,6 +82,21 @@ class HUDWindowTest : public testing::Test {
   int opacity() {
     const QImage image = window.widget().grab().toImage();
     return qAlpha(image.pixel(image.rect().center()));
+  }
+
+  void show() {
+    const DrawnPart drawn(window.widget());
+    window.setAlpha(1);
+    window.orderFrontRegardless();
+    ASSERT_TRUE(bench.runUntil([&] { return drawn.part == window.widget().rect(); }));
+    bench.settle();
+  }
+
+  /// Whether what is on the screen is what the window draws when it is asked for everything.
+  bool isUpToDate() {
+    QWidget& widget = window.widget();
+    const auto* const shown = dynamic_cast<QImage*>(widget.backingStore()->paintDevice());
+    return shown != nullptr && inCard(*shown) == inCard(widget.grab().toImage());
   }
 
   QtBench& bench = QtBench::shared();
@@ -80,6 +124,54 @@ TEST_F(HUDWindowTest, ItIsOrderedInAndOutWhateverItsAlpha) {
   window.orderOut();
   EXPECT_FALSE(window.isVisible());
   EXPECT_FALSE(window.widget().isVisible());
+}
+
+TEST_F(HUDWindowTest, AChangeDrawsWhatItMovesAndLeavesTheRestAsItIs) {
+  show();
+  {
+    const DrawnPart drawn(window.widget());
+    window.updateContent(bar(180), ContentChange::animated);
+    EXPECT_TRUE(bench.runUntil([&] { return window.contentNow() == bar(180); }));
+    EXPECT_TRUE(drawn.part.contains(QRect(60, 24, 200, 6)));
+    EXPECT_FALSE(drawn.last.intersects(QRect(0, 0, 50, 54)));
+    EXPECT_FALSE(drawn.last.intersects(QRect(0, 0, 360, 20)));
+  }
+  EXPECT_TRUE(bench.runUntil([&] { return isUpToDate(); }));
+}
+
+TEST_F(HUDWindowTest, ChangesThatFollowInTheMiddleOfAChangeLeaveNothingOfItBehind) {
+  show();
+  for (const double width : {180.0, 20.0, 120.0}) {
+    window.updateContent(bar(width, width > 100 ? "sun.max.fill" : "moon.fill"),
+                         ContentChange::animated);
+    bench.settle();
+  }
+  EXPECT_TRUE(bench.runUntil([&] { return window.contentNow() == bar(120, "sun.max.fill"); }));
+  EXPECT_TRUE(bench.runUntil([&] { return isUpToDate(); }));
+  window.updateContent(bar(30), ContentChange::immediate);
+  EXPECT_TRUE(bench.runUntil([&] { return isUpToDate(); }));
+}
+
+TEST_F(HUDWindowTest, NothingIsDrawnForAnAlphaThatItHasAndEverythingForAnother) {
+  show();
+  const DrawnPart drawn(window.widget());
+  window.animateAlpha(1, 0, AnimationTiming::linear, {});
+  bench.settle();
+  EXPECT_TRUE(drawn.part.isEmpty());
+  window.animateAlpha(0.5, 0, AnimationTiming::linear, {});
+  bench.settle();
+  EXPECT_EQ(drawn.part, QRegion(window.widget().rect()));
+}
+
+TEST_F(HUDWindowTest, AChangeDuringAFadeDrawsEverything) {
+  show();
+  DrawnPart drawn(window.widget());
+  window.animateAlpha(0.2, 10, AnimationTiming::linear, {});
+  bench.settle();
+  drawn.part = {};
+  window.updateContent(bar(150), ContentChange::animated);
+  EXPECT_TRUE(bench.runUntil([&] { return !drawn.part.isEmpty(); }));
+  EXPECT_EQ(drawn.part, QRegion(window.widget().rect()));
 }
 
 TEST_F(HUDWindowTest, ItsFrameCountsUpwardsFromTheLowerLeftOfTheMainScreen) {
