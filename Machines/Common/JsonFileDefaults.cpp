@@ -1,7 +1,5 @@
 #include "Machines/Common/JsonFileDefaults.h"
 
-#include <nlohmann/json.hpp>
-
 #include "Machines/Common/FileLock.h"
 #include "Machines/Common/PropertyJson.h"
 
@@ -12,8 +10,6 @@ constexpr Microseconds lockPatience = std::chrono::seconds(2);
 constexpr Microseconds syncPause = std::chrono::seconds(1);
 // Some ten thousand panels' worth; anything larger is not what Brivane wrote.
 constexpr std::size_t largestDomainBytes = 1 << 20;
-// Settings are flat; anything nested deeper than this would only exhaust the stack.
-constexpr int maximumDepth = 32;
 
 std::filesystem::path resolved(const std::filesystem::path& file) {
   // A settings file may be a link into a folder of its user's own; the link itself must stay.
@@ -23,27 +19,15 @@ std::filesystem::path resolved(const std::filesystem::path& file) {
 }
 
 /// The file's values; or why they can't be read.
-std::variant<PropertyValue::Dictionary, FileProblem> parse(const std::string& text) {
-  try {
-    bool isTooDeep = false;
-    const auto json = nlohmann::json::parse(text, [&](int depth, auto, auto&) {
-      isTooDeep = isTooDeep || depth > maximumDepth;
-      return !isTooDeep;
-    });
-    if (isTooDeep) return FileProblem{"its values are nested too deeply"};
-    if (!json.is_object()) {
-      return FileProblem{std::string("it holds a JSON ") + json.type_name() + ", not an object"};
-    }
-    return dictionaryFromJson(json);
-  } catch (const nlohmann::json::parse_error& error) {
-    return FileProblem{"it is no valid JSON at byte " + std::to_string(error.byte)};
-  }
-}
-
 std::variant<PropertyValue::Dictionary, FileProblem> load(const std::filesystem::path& file) {
-  auto content = readWholeFile(file, largestDomainBytes);
-  if (const auto* text = std::get_if<std::string>(&content)) return parse(*text);
-  return std::get<FileProblem>(content);
+  const auto content = readWholeFile(file, largestDomainBytes);
+  const auto* const text = std::get_if<std::string>(&content);
+  if (text == nullptr) return std::get<FileProblem>(content);
+  auto parsed = dictionaryFromJson(*text);
+  if (const auto* const problem = std::get_if<JsonProblem>(&parsed)) {
+    return FileProblem{problem->reason};
+  }
+  return std::get<PropertyValue::Dictionary>(std::move(parsed));
 }
 
 }  // namespace
@@ -118,11 +102,10 @@ std::optional<FileProblem> JsonFileDefaults::writeUnderLock(Microseconds patienc
   if (stuck != nullptr) return *stuck;
   read();
   if (unreadable && !setAsideBecauseOf(*unreadable)) return unreadable;
-  const auto json = jsonFromDictionary(contents());
-  const auto text = json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
   const auto powerCut =
       durability == Durability::synced ? PowerCut::keepsFile : PowerCut::mayEmptyFile;
-  if (auto problem = writeWholeFile(file, text + "\n", powerCut)) return problem;
+  if (auto problem = writeWholeFile(file, jsonOfDictionary(contents()) + "\n", powerCut))
+    return problem;
   read();
   return std::nullopt;
 }

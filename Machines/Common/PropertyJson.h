@@ -1,6 +1,8 @@
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+#include <variant>
 
 #include "BrivaneCore/Support/PropertyValue.h"
 
@@ -8,12 +10,18 @@ namespace brivane {
 
 /// JSON and property values, kind for kind. What JSON has no kind for is told as `TaggedProperty`
 /// does it; null is `PropertyValue::Unsupported`, and whole numbers beyond 64 signed bits become
-/// fractions.
-PropertyValue propertyFromJson(const nlohmann::json& json);
-nlohmann::json jsonFromProperty(const PropertyValue& value);
+/// fractions. Bytes that are no UTF-8 are written as U+FFFD.
 
-/// The same for an object that is a dictionary whatever its keys, such as a whole file.
-PropertyValue::Dictionary dictionaryFromJson(const nlohmann::json& object);
-nlohmann::json jsonFromDictionary(const PropertyValue::Dictionary& dictionary);
+/// In one line.
+std::string jsonOfProperty(const PropertyValue& value);
+
+/// An object that is a dictionary whatever its keys, such as a whole file, in indented lines.
+std::string jsonOfDictionary(const PropertyValue::Dictionary& dictionary);
+
+/// What is wrong with a text that is no such object, or nested deeper than 32 levels.
+struct JsonProblem {
+  std::string reason;
+};
+std::variant<PropertyValue::Dictionary, JsonProblem> dictionaryFromJson(std::string_view text);
 
 }  // namespace brivane

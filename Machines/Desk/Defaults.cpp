@@ -1,7 +1,5 @@
 #include "Machines/Desk/Defaults.h"
 
-#include <nlohmann/json.hpp>
-
 #include "Machines/Common/PropertyJson.h"
 
 namespace brivane {
@@ -98,7 +96,7 @@ void DeskDefaults::change(std::string_view call, std::string_view key,
 void DeskDefaults::note(std::string_view key, const std::optional<PropertyValue>& value) const {
   tracer.note([&] {
     const auto line = "setting " + std::string(key);
-    return value ? line + " = " + jsonFromProperty(*value).dump() : line + " removed";
+    return value ? line + " = " + jsonOfProperty(*value) : line + " removed";
   });
 }
 

@@ -1,7 +1,5 @@
 #include "Tools/BrivaneDesk/HardwareLines.h"
 
-#include <nlohmann/json.hpp>
-
 #include "Machines/Common/PropertyJson.h"
 #include "Machines/Desk/FirmwareSection.h"
 #include "Machines/Desk/SystemSection.h"
@@ -56,7 +54,7 @@ std::map<std::string, std::string> hardwareLines(DeskHardware& hardware) {
   lines["system"] = hardware.isSystemAsleep() ? "asleep" : "awake";
   const auto settings = hardware.domainContents("com.quorrel.brivane");
   for (const auto& [key, value] : settings.value_or(PropertyValue::Dictionary())) {
-    lines["setting " + key] = jsonFromProperty(value).dump();
+    lines["setting " + key] = jsonOfProperty(value);
   }
   return lines;
 }

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "Machines/Common/PropertyJson.h"
 #include "Tools/BrivaneDesk/Stage.h"
@@ -87,7 +86,7 @@ std::optional<PropertyValue> settingOf(Stage& stage, const std::string& key) {
 }
 
 std::string describe(const PropertyValue& value) {
-  return jsonFromProperty(value).dump();
+  return jsonOfProperty(value);
 }
 
 StepProblem expectSetting(Stage& stage, const StepArguments& arguments) {
