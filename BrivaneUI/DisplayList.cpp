@@ -108,7 +108,7 @@ std::string text(const Ink& ink) {
 
 /// In double quotes; a quote, a backslash or a control character within is written as "\" and its
 /// number in hexadecimal, so that a primitive stays on its line.
-std::string quoted(std::string_view content) {
+std::string inQuotes(std::string_view content) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string words = "\"";
   for (const char byte : content) {
@@ -143,12 +143,12 @@ class WritingCanvas : public Canvas {
     add(line + " " + text(path.ink));
   }
   void drawText(const TextRun& run) override {
-    add("text " + quoted(run.text) + " " + text(run.box) + " size " + text(run.size) + " " +
+    add("text " + inQuotes(run.text) + " " + text(run.box) + " size " + text(run.size) + " " +
         std::string(text(run.weight)) + (run.monospacedDigits ? " monospaced-digits " : " ") +
         std::string(text(run.alignment)) + " " + text(run.paint));
   }
   void drawSymbol(const SymbolImage& symbol) override {
-    add("symbol " + quoted(symbol.name) + " " + text(symbol.box) + " " + text(symbol.paint));
+    add("symbol " + inQuotes(symbol.name) + " " + text(symbol.box) + " " + text(symbol.paint));
   }
   void drawSpinner(const Spinner& spinner) override { add("spinner " + text(spinner.box)); }
 

@@ -45,7 +45,8 @@ endif()
 
 # Most of a compile is reading headers, so sources are compiled in batches: several times as fast, but a
 # missing include goes unnoticed, and what files keep to themselves has to have names of its own. The
-# preset asan compiles each of the program's sources by itself, clang-tidy each that changes.
+# preset asan compiles each of the program's sources by itself (with the standard library's headers read
+# ahead), clang-tidy each source that changes.
 set(BRIVANE_BATCHES all CACHE STRING "What is compiled in batches: all, tests or none")
 function(brivane_compile_in_batches target size)
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${size})
@@ -69,6 +70,11 @@ function(brivane_library name folder)
   endforeach()
   add_library(${name} STATIC ${sources})
   if(BRIVANE_BATCHES STREQUAL "all")
-    brivane_compile_in_batches(${name} 12)
+    brivane_compile_in_batches(${name} 16)
+  elseif(BRIVANE_BATCHES STREQUAL "tests")
+    # Each by itself, but for what most of them include of the standard library.
+    target_precompile_headers(${name} PRIVATE <algorithm> <array> <chrono> <cmath> <cstdint> <filesystem>
+      <functional> <limits> <map> <memory> <mutex> <optional> <set> <span> <string> <string_view> <utility>
+      <variant> <vector>)
   endif()
 endfunction()

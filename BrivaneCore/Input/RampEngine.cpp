@@ -8,7 +8,7 @@
 namespace brivane {
 namespace {
 
-std::int64_t cutOff(double points) {
+std::int64_t wholePoints(double points) {
   constexpr double twoToThe63rd = 9223372036854775808.0;
   if (!(points >= -twoToThe63rd && points < twoToThe63rd)) {
     fatal("a held key's ramp gives a number of points outside the 64-bit range");
@@ -27,7 +27,7 @@ std::int64_t divided(std::int64_t points, std::int64_t grid) {
 }  // namespace
 
 std::int64_t RampEngine::maximumRampStep(const RampProfile& profile) {
-  const std::int64_t points = cutOff(40 / profile.fullRangeDuration);
+  const std::int64_t points = wholePoints(40 / profile.fullRangeDuration);
   return std::max(divided(points, profile.grid) * profile.grid, profile.grid);
 }
 
@@ -35,7 +35,7 @@ RampEngine::RampStep RampEngine::rampDelta(double elapsed, double carry,
                                            const RampProfile& profile) {
   if (!(elapsed > 0)) return {0, carry};
   const double raw = (100 / profile.fullRangeDuration) * elapsed + carry;
-  const std::int64_t units = divided(cutOff(raw), profile.grid);
+  const std::int64_t units = divided(wholePoints(raw), profile.grid);
   const std::int64_t maximumUnits = divided(maximumRampStep(profile), profile.grid);
   if (maximumUnits < units) return {maximumUnits * profile.grid, 0};
   const std::int64_t delta = units * profile.grid;

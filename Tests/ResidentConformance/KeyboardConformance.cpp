@@ -12,10 +12,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint16_t f18 = 79;
-constexpr std::uint16_t f19 = 80;
-constexpr std::uint16_t leftShift = 56;
-constexpr std::uint32_t shift = 512;
+constexpr std::uint16_t keyF18 = 79;
+constexpr std::uint16_t keyF19 = 80;
+constexpr std::uint16_t keyLeftShift = 56;
+constexpr std::uint32_t carbonShift = 512;
 
 // Hotkeys
 
@@ -48,85 +48,86 @@ class HotkeyPortConformance : public ResidentConformance {
 };
 
 TEST_F(HotkeyPortConformance, APressAndItsReleaseComeOnceEachWithTheIdentityOfTheHotkey) {
-  EXPECT_NE(registered(f19, 0, {7, 5}), 0u);
-  tap(f19);
+  EXPECT_NE(registered(keyF19, 0, {7, 5}), 0u);
+  tap(keyF19);
   EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
 }
 
 TEST_F(HotkeyPortConformance, OnlyExactlyTheModifiersOfTheHotkeyCount) {
-  registered(f19, 0, {7, 5});
-  registered(f19, shift, {7, 7});
-  underTest->pressKey(leftShift);
-  tap(f19);
-  underTest->releaseKey(leftShift);
-  tap(f19);
+  registered(keyF19, 0, {7, 5});
+  registered(keyF19, carbonShift, {7, 7});
+  underTest->pressKey(keyLeftShift);
+  tap(keyF19);
+  underTest->releaseKey(keyLeftShift);
+  tap(keyF19);
   EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "pressed 7/5", "released 7/5"));
 }
 
 TEST_F(HotkeyPortConformance, ReleasingTheModifierIsAReleaseAndSoIsReleasingItsKeyLater) {
-  registered(f19, shift, {7, 7});
-  underTest->pressKey(leftShift);
-  underTest->pressKey(f19);
+  registered(keyF19, carbonShift, {7, 7});
+  underTest->pressKey(keyLeftShift);
+  underTest->pressKey(keyF19);
   underTest->settle();
-  underTest->releaseKey(leftShift);
+  underTest->releaseKey(keyLeftShift);
   underTest->settle();
   EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7"));
-  underTest->releaseKey(f19);
+  underTest->releaseKey(keyF19);
   underTest->settle();
   EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "released 7/7"));
 }
 
 TEST_F(HotkeyPortConformance, TwoHeldTogetherAreReleasedEachInItsTurn) {
-  registered(f18, 0, {7, 5});
-  registered(f19, 0, {7, 6});
-  underTest->pressKey(f18);
-  underTest->pressKey(f19);
+  registered(keyF18, 0, {7, 5});
+  registered(keyF19, 0, {7, 6});
+  underTest->pressKey(keyF18);
+  underTest->pressKey(keyF19);
   underTest->settle();
-  underTest->releaseKey(f18);
+  underTest->releaseKey(keyF18);
   underTest->settle();
   EXPECT_THAT(heard, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5"));
-  underTest->releaseKey(f19);
+  underTest->releaseKey(keyF19);
   underTest->settle();
   EXPECT_THAT(heard, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5", "released 7/6"));
 }
 
 TEST_F(HotkeyPortConformance, ACombinationIsHadByOneAtATime) {
-  const auto first = registered(f19, 0, {7, 5});
-  const auto second = hotkeys.registerHotkey(f19, 0, {7, 6});
+  const auto first = registered(keyF19, 0, {7, 5});
+  const auto second = hotkeys.registerHotkey(keyF19, 0, {7, 6});
   ASSERT_TRUE(std::holds_alternative<HotkeyStatus>(second));
   EXPECT_NE(std::get<HotkeyStatus>(second), 0);
   hotkeys.unregisterHotkey(first);
-  registered(f19, 0, {7, 6});
-  tap(f19);
+  registered(keyF19, 0, {7, 6});
+  tap(keyF19);
   EXPECT_THAT(heard, ElementsAre("pressed 7/6", "released 7/6"));
 }
 
 TEST_F(HotkeyPortConformance, ACombinationThatAnotherProgramHasForItselfAloneIsRefused) {
-  underTest->occupyAlone(f18, shift);
-  EXPECT_TRUE(std::holds_alternative<HotkeyStatus>(hotkeys.registerHotkey(f18, shift, {7, 1})));
-  registered(f18, 0, {7, 2});
+  underTest->occupyAlone(keyF18, carbonShift);
+  EXPECT_TRUE(
+      std::holds_alternative<HotkeyStatus>(hotkeys.registerHotkey(keyF18, carbonShift, {7, 1})));
+  registered(keyF18, 0, {7, 2});
 }
 
 TEST_F(HotkeyPortConformance, AnUnregisteredHotkeyIsSilentAndUnregisteringAgainIsSafe) {
-  const auto reference = registered(f19, 0, {7, 5});
+  const auto reference = registered(keyF19, 0, {7, 5});
   hotkeys.unregisterHotkey(reference);
   hotkeys.unregisterHotkey(reference);
-  tap(f19);
+  tap(keyF19);
   EXPECT_THAT(heard, IsEmpty());
 }
 
 TEST_F(HotkeyPortConformance, UnregisteredWhileItIsDownIsNotToldToGoUp) {
-  const auto reference = registered(f19, 0, {7, 5});
-  underTest->pressKey(f19);
+  const auto reference = registered(keyF19, 0, {7, 5});
+  underTest->pressKey(keyF19);
   underTest->settle();
   hotkeys.unregisterHotkey(reference);
-  underTest->releaseKey(f19);
+  underTest->releaseKey(keyF19);
   underTest->settle();
   EXPECT_THAT(heard, ElementsAre("pressed 7/5"));
 }
 
 TEST_F(HotkeyPortConformance, AHandlerMayRegisterEverythingAnewWhenItHearsOfAPress) {
-  auto reference = registered(f19, 0, {7, 5});
+  auto reference = registered(keyF19, 0, {7, 5});
   hotkeys.installHandler([&](HotkeyEvent event, HotkeyID hotkey) {
     heard.push_back((event == HotkeyEvent::pressed ? "pressed " : "released ") +
                     std::to_string(hotkey.id));
@@ -134,29 +135,29 @@ TEST_F(HotkeyPortConformance, AHandlerMayRegisterEverythingAnewWhenItHearsOfAPre
     hotkeys.unregisterHotkey(reference);
     hotkeys.removeHandler();
     listen();
-    reference = registered(f19, 0, {7, hotkey.id + 1});
+    reference = registered(keyF19, 0, {7, hotkey.id + 1});
   });
-  tap(f19);
+  tap(keyF19);
   EXPECT_THAT(heard, ElementsAre("pressed 5"));
-  tap(f19);
+  tap(keyF19);
   EXPECT_THAT(heard, ElementsAre("pressed 5", "pressed 7/6", "released 7/6"));
 }
 
 TEST_F(HotkeyPortConformance, RegistrationsOutliveTheirHandler) {
-  registered(f19, 0, {7, 5});
+  registered(keyF19, 0, {7, 5});
   hotkeys.removeHandler();
-  tap(f19);
+  tap(keyF19);
   EXPECT_THAT(heard, IsEmpty());
   listen();
-  tap(f19);
+  tap(keyF19);
   EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
 }
 
 TEST_F(HotkeyPortConformance, ANewHandlerTakesThePlaceOfTheOneBefore) {
-  registered(f19, 0, {7, 5});
+  registered(keyF19, 0, {7, 5});
   std::vector<std::uint32_t> second;
   hotkeys.installHandler([&](HotkeyEvent, HotkeyID hotkey) { second.push_back(hotkey.id); });
-  tap(f19);
+  tap(keyF19);
   EXPECT_THAT(heard, IsEmpty());
   EXPECT_THAT(second, ElementsAre(5u, 5u));
 }
@@ -254,14 +255,14 @@ using KeyboardConformance = ResidentConformance;
 
 TEST_F(KeyboardConformance, AKeyIsDownFromItsPressToItsRelease) {
   Keyboard& keyboard = machine.keyboard();
-  EXPECT_FALSE(keyboard.isKeyDown(f19));
-  underTest->pressKey(f19);
+  EXPECT_FALSE(keyboard.isKeyDown(keyF19));
+  underTest->pressKey(keyF19);
   underTest->settle();
-  EXPECT_TRUE(keyboard.isKeyDown(f19));
-  EXPECT_FALSE(keyboard.isKeyDown(f18));
-  underTest->releaseKey(f19);
+  EXPECT_TRUE(keyboard.isKeyDown(keyF19));
+  EXPECT_FALSE(keyboard.isKeyDown(keyF18));
+  underTest->releaseKey(keyF19);
   underTest->settle();
-  EXPECT_FALSE(keyboard.isKeyDown(f19));
+  EXPECT_FALSE(keyboard.isKeyDown(keyF19));
 }
 
 TEST_F(KeyboardConformance, TheModifiersAreThoseThatAreHeld) {
@@ -289,7 +290,7 @@ TEST_F(KeyboardConformance, KeysGiveWhatTheirLayoutPrintsAndModifiersGiveNothing
   EXPECT_EQ(keyboard.baseCharacter(0), "a");
   EXPECT_EQ(keyboard.baseCharacter(6), "z");
   EXPECT_EQ(keyboard.baseCharacter(29), "0");
-  EXPECT_EQ(keyboard.baseCharacter(leftShift), std::nullopt);
+  EXPECT_EQ(keyboard.baseCharacter(keyLeftShift), std::nullopt);
 }
 
 }  // namespace
