@@ -12,7 +12,7 @@ shift 2
 cd "$(dirname "$0")/.." || exit 1
 logs=build/test-logs log=build/test-logs/$name.log
 mkdir -p $logs
-rm -f "$logs/$name.count"
+rm -f "$logs/$name.count" "$logs/$name.failed"
 # Whoever ran ./test may have had signals ignored that the tests send.
 env --default-signal=HUP,INT,QUIT,TERM "$@" >"$log" 2>&1 </dev/null
 status=$?
