@@ -7,7 +7,9 @@ if(BRIVANE_SANITIZERS)
   # Quick to compile, and each line of the source is a line of the report.
   set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O0 -g1")
 else()
-  set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
+  # A quarter smaller than with -O2 and compiled in three quarters of the time; only days in virtual
+  # time take a fifth longer.
+  set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-Os -g1")
 endif()
 
 # The Mac's loader could take what the program exports of the C++ library for the system's.
@@ -64,10 +66,12 @@ endfunction()
 # brivane_library(name folder [EXCEPT path...]): every source below the folder but those files and folders.
 function(brivane_library name folder)
   cmake_parse_arguments(ARG "" "" "EXCEPT" ${ARGN})
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+  file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}/${folder}" CONFIGURE_DEPENDS
+    "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
   foreach(path IN LISTS ARG_EXCEPT)
-    list(FILTER sources EXCLUDE REGEX "^${PROJECT_SOURCE_DIR}/${folder}/${path}")
+    list(FILTER sources EXCLUDE REGEX "^${path}")
   endforeach()
+  list(TRANSFORM sources PREPEND "${PROJECT_SOURCE_DIR}/${folder}/")
   add_library(${name} STATIC ${sources})
   if(BRIVANE_BATCHES STREQUAL "all")
     brivane_compile_in_batches(${name} 16)
