@@ -1,4 +1,5 @@
-// Opening costs two round trips: the connection's own, and one for RandR and the atoms together.
+// Opening costs three round trips: the connection's own, one for RandR and the atoms together, and
+// one for the CRTCs.
 // Everything here is XCB rather than Xlib because it does not end the process when the server dies:
 // each later question simply has no answer.
 
@@ -10,6 +11,8 @@
 #include <cstdint>
 #include <string_view>
 #include <utility>
+
+#include "Machines/Linux/XOutputs.h"
 
 namespace brivane {
 namespace {
@@ -109,6 +112,7 @@ std::optional<std::string> XConnection::open() {
   }
   tellVersion(openServer.connection);
   readAtoms(openServer, atoms);
+  openServer.crtcs = allCRTCs(openServer);
   return std::nullopt;
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace brivane {
 
@@ -32,6 +33,8 @@ struct XServer {
   xcb_atom_t iccProfile = XCB_NONE;
   xcb_atom_t connectorType = XCB_NONE;
   xcb_atom_t panel = XCB_NONE;
+  /// Every CRTC that the server had when the connection was opened.
+  std::vector<xcb_randr_crtc_t> crtcs;
 };
 
 /// A turn at the X server; as long as it is held, no other thread gets one. It holds no server when

@@ -10,32 +10,75 @@
 #include <cctype>
 #include <span>
 #include <tuple>
+#include <utility>
 
 namespace brivane {
 namespace {
 
-using CRTCCookie = std::pair<xcb_randr_crtc_t, xcb_randr_get_crtc_info_cookie_t>;
+using CRTCs = std::vector<xcb_randr_crtc_t>;
 
-std::vector<CRTCCookie> askForCRTCs(xcb_connection_t* connection,
-                                    const xcb_randr_get_screen_resources_current_reply_t* screen) {
-  const std::span crtcs(xcb_randr_get_screen_resources_current_crtcs(screen), screen->num_crtcs);
-  std::vector<CRTCCookie> cookies;
-  for (const xcb_randr_crtc_t crtc : crtcs) {
-    cookies.emplace_back(crtc, xcb_randr_get_crtc_info(connection, crtc, screen->config_timestamp));
-  }
-  return cookies;
+xcb_randr_get_screen_resources_current_cookie_t askForList(const XServer& server) {
+  return xcb_randr_get_screen_resources_current(server.connection, server.root);
 }
 
-void addOutputs(std::vector<XOutput>& outputs, xcb_randr_crtc_t crtc,
-                const xcb_randr_get_crtc_info_reply_t* info) {
+std::optional<CRTCs> readList(const XServer& server,
+                              xcb_randr_get_screen_resources_current_cookie_t question) {
+  const XReply<xcb_randr_get_screen_resources_current_reply_t> list(
+      xcb_randr_get_screen_resources_current_reply(server.connection, question, nullptr));
+  if (!list) return std::nullopt;
+  const std::span crtcs(xcb_randr_get_screen_resources_current_crtcs(list.get()), list->num_crtcs);
+  return CRTCs(crtcs.begin(), crtcs.end());
+}
+
+struct CRTC {
+  xcb_randr_crtc_t identifier = XCB_NONE;
+  XReply<xcb_randr_get_crtc_info_reply_t> info;
+};
+
+using CRTCCookie = xcb_randr_get_crtc_info_cookie_t;
+
+std::vector<CRTCCookie> askForInfos(const XServer& server, const CRTCs& crtcs) {
+  std::vector<CRTCCookie> questions(crtcs.size());
+  std::ranges::transform(crtcs, questions.begin(), [&](xcb_randr_crtc_t crtc) {
+    return xcb_randr_get_crtc_info(server.connection, crtc, XCB_CURRENT_TIME);
+  });
+  return questions;
+}
+
+/// Without those that have gone meanwhile. X servers don't look at the time of the configuration,
+/// which the questions leave open.
+std::vector<CRTC> readInfos(const XServer& server, const CRTCs& crtcs,
+                            const std::vector<CRTCCookie>& questions) {
+  std::vector<CRTC> known;
+  for (std::size_t index = 0; index < crtcs.size(); ++index) {
+    XReply<xcb_randr_get_crtc_info_reply_t> info(
+        xcb_randr_get_crtc_info_reply(server.connection, questions[index], nullptr));
+    const bool isKnown = info && info->status == XCB_RANDR_SET_CONFIG_SUCCESS;
+    if (isKnown) known.push_back({crtcs[index], std::move(info)});
+  }
+  return known;
+}
+
+/// Asks for the CRTCs that the server had at first together with the list of those that it has.
+std::optional<std::vector<CRTC>> readCRTCs(const XServer& server) {
+  const auto list = askForList(server);
+  const auto ahead = askForInfos(server, server.crtcs);
+  const auto crtcs = readList(server, list);
+  auto known = readInfos(server, server.crtcs, ahead);
+  if (!crtcs) return std::nullopt;
+  if (*crtcs == server.crtcs) return known;
+  return readInfos(server, *crtcs, askForInfos(server, *crtcs));
+}
+
+void addOutputs(std::vector<XOutput>& outputs, const CRTC& crtc) {
   for (const xcb_randr_output_t output :
-       std::span(xcb_randr_get_crtc_info_outputs(info), info->num_outputs)) {
+       std::span(xcb_randr_get_crtc_info_outputs(crtc.info.get()), crtc.info->num_outputs)) {
     outputs.push_back({.output = output,
-                       .crtc = crtc,
-                       .x = info->x,
-                       .y = info->y,
-                       .width = info->width,
-                       .height = info->height});
+                       .crtc = crtc.identifier,
+                       .x = crtc.info->x,
+                       .y = crtc.info->y,
+                       .width = crtc.info->width,
+                       .height = crtc.info->height});
   }
 }
 
@@ -47,37 +90,26 @@ void arrange(std::vector<XOutput>& outputs, xcb_randr_output_t primary) {
 
 }  // namespace
 
+std::vector<xcb_randr_crtc_t> allCRTCs(const XServer& server) {
+  return readList(server, askForList(server)).value_or(CRTCs());
+}
+
 std::optional<std::vector<XOutput>> activeOutputs(const XServer& server) {
-  xcb_connection_t* const connection = server.connection;
-  const auto screenCookie = xcb_randr_get_screen_resources_current(connection, server.root);
-  const auto primaryCookie = xcb_randr_get_output_primary(connection, server.root);
-  const XReply<xcb_randr_get_screen_resources_current_reply_t> screen(
-      xcb_randr_get_screen_resources_current_reply(connection, screenCookie, nullptr));
+  const auto question = xcb_randr_get_output_primary(server.connection, server.root);
+  const auto crtcs = readCRTCs(server);
   const XReply<xcb_randr_get_output_primary_reply_t> primary(
-      xcb_randr_get_output_primary_reply(connection, primaryCookie, nullptr));
-  if (!screen || !primary) return std::nullopt;
+      xcb_randr_get_output_primary_reply(server.connection, question, nullptr));
+  if (!crtcs || !primary || xcb_connection_has_error(server.connection) != 0) return std::nullopt;
   std::vector<XOutput> outputs;
-  for (const auto& [crtc, cookie] : askForCRTCs(connection, screen.get())) {
-    const XReply<xcb_randr_get_crtc_info_reply_t> info(
-        xcb_randr_get_crtc_info_reply(connection, cookie, nullptr));
-    if (info) addOutputs(outputs, crtc, info.get());
-  }
-  if (xcb_connection_has_error(connection) != 0) return std::nullopt;
+  for (const CRTC& crtc : *crtcs) addOutputs(outputs, crtc);
   arrange(outputs, primary->output);
   return outputs;
 }
 
 std::vector<xcb_randr_crtc_t> idleCRTCs(const XServer& server) {
-  xcb_connection_t* const connection = server.connection;
-  const auto cookie = xcb_randr_get_screen_resources_current(connection, server.root);
-  const XReply<xcb_randr_get_screen_resources_current_reply_t> screen(
-      xcb_randr_get_screen_resources_current_reply(connection, cookie, nullptr));
-  if (!screen) return {};
   std::vector<xcb_randr_crtc_t> idle;
-  for (const auto& [crtc, question] : askForCRTCs(connection, screen.get())) {
-    const XReply<xcb_randr_get_crtc_info_reply_t> info(
-        xcb_randr_get_crtc_info_reply(connection, question, nullptr));
-    if (info && info->num_outputs == 0) idle.push_back(crtc);
+  for (const CRTC& crtc : readCRTCs(server).value_or(std::vector<CRTC>())) {
+    if (crtc.info->num_outputs == 0) idle.push_back(crtc.identifier);
   }
   return idle;
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Machines/Linux/Displays.h"
+#include "Machines/Linux/XOutputs.h"
 #include "Tests/Support/X11Rig.h"
 
 namespace brivane {
@@ -51,6 +52,26 @@ class Displays : public ::testing::Test {
 TEST_F(Displays, AreListedPrimaryFirstThenFromLeftToRight) {
   EXPECT_EQ(displays.onlineDisplayCount(), 3U);
   EXPECT_THAT(list(), ElementsAre(rig.output(middle), rig.output(left), rig.output(right)));
+}
+
+TEST_F(Displays, AreTheSameWhenTheServerHadOtherCRTCsAtFirst) {
+  const auto turn = connection.server();
+  ASSERT_TRUE(turn);
+  const auto outputsWith = [&turn](std::vector<xcb_randr_crtc_t> crtcs) {
+    XServer server = *turn;
+    server.crtcs = std::move(crtcs);
+    const auto active = activeOutputs(server).value();
+    std::vector<xcb_randr_output_t> outputs;
+    for (const XOutput& output : active) outputs.push_back(output.output);
+    return outputs;
+  };
+  const auto& crtcs = turn->crtcs;
+  ASSERT_GE(crtcs.size(), 3U);
+  const std::vector expected = {rig.output(middle), rig.output(left), rig.output(right)};
+  constexpr xcb_randr_crtc_t unknown = 4711;
+  EXPECT_EQ(outputsWith({}), expected);
+  EXPECT_EQ(outputsWith({crtcs.front()}), expected);
+  EXPECT_EQ(outputsWith({unknown, crtcs.front()}), expected);
 }
 
 TEST_F(Displays, AreCutOffAtTheGivenMaximum) {
