@@ -4,6 +4,7 @@
 #include "BrivaneApp/BrightnessHUD.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "BrivaneCore/Support/Time.h"
 
@@ -58,6 +59,10 @@ BrightnessHUD::BrightnessHUD(Machine& machine, Frame& itsFrame, CatalogColor& it
 BrightnessHUD::~BrightnessHUD() {
   anchor.kill();
   cancelDismissWork();
+}
+
+void BrightnessHUD::expect() {
+  if (!std::exchange(isExpected, true)) frame.expectHUD();
 }
 
 void BrightnessHUD::present(const HUDModel::State& state, DisplayID displayID,

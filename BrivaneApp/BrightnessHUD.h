@@ -26,6 +26,9 @@ class BrightnessHUD {
   BrightnessHUD& operator=(const BrightnessHUD&) = delete;
   ~BrightnessHUD();
 
+  /// A key was pressed that may lead to `present`.
+  void expect();
+
   /// Any thread; from another than the main thread it takes effect a little later. Shows the state
   /// on the display, or on the main screen when no screen has that number, and begins to fade
   /// `durationSeconds` after this call, unless another one comes meanwhile.
@@ -59,6 +62,7 @@ class BrightnessHUD {
   const HUDMetrics metrics;
 
   std::unique_ptr<HUDWindow> window;
+  bool isExpected = false;
   const std::shared_ptr<HUDModel> hudModel = std::make_shared<HUDModel>();
   std::optional<TimerID> dismissWork;
   /// Counts the presents: work that belongs to an earlier one finds that it is out of date.

@@ -28,6 +28,7 @@ KeyPressCoordinator::~KeyPressCoordinator() {
 }
 
 bool KeyPressCoordinator::handle(const Adjustment& adjustment) {
+  hud.expect();
   const auto outcome = controller.adjustDisplayUnderCursor(adjustment.delta, adjustment.snapToStep);
   switch (outcome.kind) {
     case AdjustOutcome::Kind::passThrough:

@@ -20,6 +20,10 @@ class Frame {
   virtual Application& application() = 0;
   virtual std::unique_ptr<StatusItem> makeStatusItem() = 0;
   virtual std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) = 0;
+  /// Called once at most, at a key press that may lead to the first HUD, before the monitor is
+  /// asked. The frame may prepare on another thread what delays a first HUD; it must not block, and
+  /// nothing is seen of it. `makeHUDWindow` may follow at once, or never.
+  virtual void expectHUD() = 0;
   virtual std::unique_ptr<EditorWindow> makeEditorWindow(
       const EditorWindowAttributes& attributes) = 0;
 };

@@ -20,6 +20,7 @@ class DeskFrame : public Frame {
   DeskApplication& application() override { return ownApplication; }
   std::unique_ptr<StatusItem> makeStatusItem() override;
   std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) override;
+  void expectHUD() override {}
   std::unique_ptr<EditorWindow> makeEditorWindow(const EditorWindowAttributes& attributes) override;
 
   /// What the program made last, for as long as it keeps it; else null.

@@ -14,6 +14,8 @@ class MacFrame : public Frame {
   MacApplication& application() override { return ownApplication; }
   std::unique_ptr<StatusItem> makeStatusItem() override;
   std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) override;
+  /// AppKit has the fonts already.
+  void expectHUD() override {}
   std::unique_ptr<EditorWindow> makeEditorWindow(const EditorWindowAttributes& attributes) override;
 
  private:

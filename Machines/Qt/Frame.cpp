@@ -1,9 +1,24 @@
 #include "Machines/Qt/Frame.h"
 
+#include <dlfcn.h>
+
 #include "Machines/Qt/EditorWindow.h"
 #include "Machines/Qt/HUDWindow.h"
 
 namespace brivane {
+namespace {
+
+/// Most of what a program's first text takes: Qt's fonts are fontconfig's, which reads its files
+/// when it is first asked, on whichever thread.
+void readFontConfiguration() {
+  void* const fontconfig = ::dlopen("libfontconfig.so.1", RTLD_LAZY | RTLD_NOLOAD);
+  if (fontconfig == nullptr) return;
+  const auto initialize = reinterpret_cast<int (*)()>(::dlsym(fontconfig, "FcInit"));  // NOLINT
+  if (initialize != nullptr) initialize();
+  ::dlclose(fontconfig);
+}
+
+}  // namespace
 
 QtFrame::QtFrame(const QtPlatform& platform, const QtFrameRequest& request)
     : machine(request.machine), isX11(platform.isX11), ownApplication(platform, request) {
@@ -26,6 +41,12 @@ std::unique_ptr<StatusItem> QtFrame::makeStatusItem() {
 std::unique_ptr<HUDWindow> QtFrame::makeHUDWindow(const HUDWindowAttributes& attributes) {
   return std::make_unique<QtHUDWindow>(attributes, machine.runtime(), machine.displays(),
                                        ownApplication, deskWindows.get());
+}
+
+void QtFrame::expectHUD() {
+  machine.runtime()
+      .makeSerialQueue("fonts", QueueQuality::userInitiated)
+      ->async(readFontConfiguration);
 }
 
 std::unique_ptr<EditorWindow> QtFrame::makeEditorWindow(const EditorWindowAttributes& attributes) {

@@ -24,7 +24,6 @@ using namespace std::chrono_literals;
 
 constexpr std::uint16_t controlKey = 59;
 constexpr std::uint16_t optionKey = 58;
-constexpr std::uint16_t upArrow = 126;
 
 class Silence : public SystemLog {
   void write(std::string_view) override {}

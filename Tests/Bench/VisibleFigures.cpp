@@ -34,7 +34,6 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-// X's key codes are evdev's plus 8.
 using xKey::control;
 using xKey::down;
 using xKey::f12;
@@ -84,17 +83,22 @@ struct Start {
   double cpuMilliseconds = 0;
 };
 
-/// Up to its registration with the tray.
-Start startOnce(Desktop& desktop, const std::filesystem::path& program) {
-  const auto begin = Clock::now();
-  const MeasuredProcess started(program);
+/// When the program that was started came to the tray.
+Clock::time_point awaitItem(Desktop& desktop, const std::filesystem::path& program) {
   const auto registered = desktop.tray.awaitItem();
-  const double cpu = started.cpuSeconds() * 1e3;
   if (!registered) {
     std::cerr << program << " did not come to the tray" << std::endl;
     std::exit(1);
   }
-  return {milliseconds(*registered - begin), cpu};
+  return *registered;
+}
+
+/// Up to its registration with the tray.
+Start startOnce(Desktop& desktop, const std::filesystem::path& program) {
+  const auto begin = Clock::now();
+  const MeasuredProcess started(program);
+  const auto registered = awaitItem(desktop, program);
+  return {milliseconds(registered - begin), started.cpuSeconds() * 1e3};
 }
 
 struct Starts {
@@ -138,7 +142,7 @@ struct Memory {
 
   void addIdle(Desktop& desktop, const std::filesystem::path& program) {
     const MeasuredProcess started(program);
-    desktop.tray.awaitItem();
+    awaitItem(desktop, program);
     std::this_thread::sleep_for(settling);
     proportional.push_back(started.proportionalMegabytes());
     resident.push_back(started.residentMegabytes());
@@ -190,7 +194,24 @@ double floorToPixel(X11Rig& screens, Onlooker& onlooker) {
   return median(all);
 }
 
-void measureFirstPixel(const FigureTable& table, Desktop& desktop, const MeasuredProcess& program) {
+/// The first press after a start.
+double firstOfAllPresses(Desktop& desktop, const std::filesystem::path& program) {
+  X11Rig& screens = desktop.world.screens;
+  Onlooker onlooker(screens.display());
+  std::vector<double> all;
+  for (int start = 0; start < 5; ++start) {
+    const MeasuredProcess started(program);
+    awaitItem(desktop, program);
+    std::this_thread::sleep_for(settling);
+    for (const auto modifier : {control, option}) screens.pressKey(modifier);
+    all.push_back(millisecondsToPixel(screens, onlooker, start % 2 == 0 ? down : up));
+    for (const auto modifier : {option, control}) screens.releaseKey(modifier);
+  }
+  return median(all);
+}
+
+void measureFirstPixel(const FigureTable& table, Desktop& desktop, const MeasuredProcess& program,
+                       double firstPress) {
   X11Rig& screens = desktop.world.screens;
   Onlooker onlooker(screens.display());
   const double floor = floorToPixel(screens, onlooker);
@@ -207,7 +228,7 @@ void measureFirstPixel(const FigureTable& table, Desktop& desktop, const Measure
   for (const auto modifier : {option, control}) screens.releaseKey(modifier);
   const double own = median(all) - protocolWaitMilliseconds;
   const double quickest = *std::ranges::min_element(all) - protocolWaitMilliseconds;
-  const double first = all.front() - protocolWaitMilliseconds;
+  const double first = firstPress - protocolWaitMilliseconds;
   table.print(
       {"hotkey to the HUD's first pixel (floor: plain X window)", median(all), floor, "ms"});
   table.print({"the same, less the bus's own waits", own, floor, "ms", atMost(8)});
@@ -327,8 +348,9 @@ void measureRepaint(const FigureTable& table, const std::filesystem::path& progr
   FILE* const output = popen(command.c_str(), "r");
   if (output == nullptr || fscanf(output, "%lf %lf", &hud, &plain) != 2) {
     std::cerr << "could not run brivane-hud-repaint; build it with ./bench" << std::endl;
+    std::exit(1);
   }
-  if (output != nullptr) pclose(output);
+  pclose(output);
   table.print({"HUD repaint (floor: a window of one colour)", hud, plain, "ms", atMost(1)});
 }
 
@@ -341,10 +363,11 @@ void measureVisibleProgram(const FigureTable& table, const std::filesystem::path
   measureStart(table, desktop, program, empty);
   measureMemory(table, desktop, program, empty);
   measureRepaint(table, programs);
+  const double firstPress = firstOfAllPresses(desktop, program);
   const MeasuredProcess running(program);
-  desktop.tray.awaitItem();
+  awaitItem(desktop, program);
   std::this_thread::sleep_for(settling);
-  measureFirstPixel(table, desktop, running);
+  measureFirstPixel(table, desktop, running, firstPress);
   measureHeldKey(table, desktop, running);
   measureIdle(table, running, program);
 }

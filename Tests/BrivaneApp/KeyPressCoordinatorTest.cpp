@@ -57,6 +57,19 @@ TEST_F(KeyPressCoordinatorTest, APressShowsTheNewLevelOnItsDisplayAndIsTaken) {
   EXPECT_EQ(hud.model().state(), HUDModel::State(Level{37}));
 }
 
+TEST_F(KeyPressCoordinatorTest, TheFirstPressLetsTheFrameExpectAHUDBeforeTheMonitorIsAsked) {
+  addAnsweringMonitor(2, 37);
+  machine.notes.take();
+  coordinator.handle(stepUp);
+  coordinator.handle(stepUp);
+  const auto notes = machine.notes.take();
+  const auto isExpectation = [](const std::string& note) {
+    return note.find("HUD expected") != std::string::npos;
+  };
+  EXPECT_EQ(std::ranges::find_if(notes, isExpectation), notes.begin());
+  EXPECT_EQ(std::ranges::count_if(notes, isExpectation), 1);
+}
+
 TEST_F(KeyPressCoordinatorTest, TheHUDIsShownOnTheDisplayUnderThePointer) {
   addSilentMonitor(2).answers = true;
   addAnsweringMonitor(3, 60);

@@ -21,6 +21,15 @@ TEST_F(HUDWindowConformance, ItBeginsHiddenWithTheFrameItWasMadeWith) {
   EXPECT_EQ(window->frame(), (Rect{0, 0, 360, 54}));
 }
 
+TEST_F(HUDWindowConformance, OneThatWasExpectedMayBeMadeAtOnceAndIsNotSeenBefore) {
+  frame.expectHUD();
+  const auto expected = frame.makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = 25});
+  EXPECT_FALSE(expected->isVisible());
+  expected->orderFrontRegardless();
+  underTest->pass(0.02);
+  EXPECT_TRUE(expected->isVisible());
+}
+
 TEST_F(HUDWindowConformance, ItsFrameIsWhatItWasSetToWhetherShownOrNot) {
   window->setFrame({-1500.5, 130, 360, 54});
   EXPECT_EQ(window->frame(), (Rect{-1500.5, 130, 360, 54}));

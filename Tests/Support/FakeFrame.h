@@ -168,6 +168,7 @@ class FakeFrame : public Frame {
   Application& application() override { return app; }
   std::unique_ptr<StatusItem> makeStatusItem() override;
   std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) override;
+  void expectHUD() override { notes.add("HUD expected"); }
   std::unique_ptr<EditorWindow> makeEditorWindow(const EditorWindowAttributes& attributes) override;
 
   FakeApplication app;
