@@ -26,9 +26,12 @@ class MacInputTest : public MacTest {
   MacInputTest() { appKit.convert = fake::detailsOf; }
 
   /// Whatever is to run already has its turn, however late the loop begins.
+  /// What waits when the time is over comes before the stop.
   void settle() {
-    runtime.async(
-        [this] { runtime.after(std::chrono::milliseconds(2), [this] { runtime.stop(); }); });
+    runtime.async([this] {
+      runtime.after(std::chrono::milliseconds(2),
+                    [this] { runtime.async([this] { runtime.stop(); }); });
+    });
     runtime.run();
   }
 

@@ -117,7 +117,8 @@ class MacResidentUnderTest : public ResidentUnderTest {
   /// Whatever is to run already has its turn, however late the loop begins.
   void settle() override {
     own->runtime().async([this] {
-      own->runtime().after(std::chrono::milliseconds(2), [this] { own->runtime().stop(); });
+      own->runtime().after(std::chrono::milliseconds(2),
+                           [this] { own->runtime().async([this] { own->runtime().stop(); }); });
     });
     own->runtime().run();
   }
