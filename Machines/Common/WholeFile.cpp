@@ -68,6 +68,8 @@ void dateAfter(const std::filesystem::path& replaced, int descriptor) {
 std::optional<FileProblem> writeNewFile(const std::filesystem::path& file,
                                         const std::filesystem::path& replaced,
                                         const std::string& content) {
+  // Left by a process that ended in between; somebody may still read it.
+  ::unlink(file.c_str());
   Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
   if (descriptor.number < 0) return lastProblem();
   if (!writeAll(descriptor.number, content)) return lastProblem();

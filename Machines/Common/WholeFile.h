@@ -34,15 +34,16 @@ std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path
 
 /// What a power cut may leave of a file that was just replaced.
 enum class PowerCut {
-  /// The old content or the new: some file systems write it out as the name changes, which takes
-  /// longer than all the rest.
+  /// The old content or the new, where the file system writes a file out as it takes another's
+  /// name; that takes longer than all the rest.
   keepsFile,
   /// An empty file too.
   mayEmptyFile
 };
 
 /// Replaces the file by one with this content, or leaves it exactly as it was: writes "<file>.new"
-/// and renames it. Only one process may do so at a time (see FileLock). Missing folders are made.
+/// and gives it the file's name. Only one process may do so at a time (see FileLock). Missing
+/// folders are made.
 std::optional<FileProblem> writeWholeFile(const std::filesystem::path& file,
                                           const std::string& content,
                                           PowerCut powerCut = PowerCut::keepsFile);

@@ -5,8 +5,8 @@
 namespace brivane {
 namespace {
 
-constexpr std::int32_t accepted = 0;
-constexpr std::int32_t refused = 1;
+constexpr std::int32_t noGammaError = 0;
+constexpr std::int32_t gammaError = 1;
 constexpr std::size_t largestTable = 1 << 16;
 
 GammaCurve curve(std::span<const float> samples) {
@@ -23,27 +23,27 @@ std::uint32_t DeskGammaTables::capacity(DisplayID display) {
 std::int32_t DeskGammaTables::readTable(DisplayID display, std::span<float> red,
                                         std::span<float> green, std::span<float> blue,
                                         std::uint32_t& returned) {
-  if (faults.strikes("GammaTables.readTable")) return refused;
+  if (faults.strikes("GammaTables.readTable")) return gammaError;
   const auto table = hardware.gammaTable(display);
-  if (!table) return refused;
+  if (!table) return gammaError;
   const auto& [reds, greens, blues] = *table;
   const auto count = std::min({reds.size(), red.size(), green.size(), blue.size()});
   std::copy_n(reds.begin(), count, red.begin());
   std::copy_n(greens.begin(), count, green.begin());
   std::copy_n(blues.begin(), count, blue.begin());
   returned = static_cast<std::uint32_t>(count);
-  return accepted;
+  return noGammaError;
 }
 
 std::int32_t DeskGammaTables::writeTable(DisplayID display, std::span<const float> red,
                                          std::span<const float> green,
                                          std::span<const float> blue) {
-  if (faults.strikes("GammaTables.writeTable")) return refused;
+  if (faults.strikes("GammaTables.writeTable")) return gammaError;
   const bool isTable = red.size() == green.size() && red.size() == blue.size() && !red.empty() &&
                        red.size() <= largestTable;
-  if (!isTable) return refused;
-  return hardware.setGammaTable(display, {curve(red), curve(green), curve(blue)}) ? accepted
-                                                                                  : refused;
+  if (!isTable) return gammaError;
+  return hardware.setGammaTable(display, {curve(red), curve(green), curve(blue)}) ? noGammaError
+                                                                                  : gammaError;
 }
 
 void DeskGammaTables::restoreCalibratedTables() {

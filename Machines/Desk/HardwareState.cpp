@@ -19,7 +19,7 @@ constexpr std::int64_t longestTime = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t mostRefusals = std::numeric_limits<std::int64_t>::max();
 constexpr std::size_t mostKeys = 1000;
 // Twice as far as a desk file allows: "nowhere" is beyond the farthest display.
-constexpr double farthestPointer = 2'000'000;
+constexpr double farthestPointerCoordinate = 2'000'000;
 constexpr unsigned digitsPerSample = 8;
 
 JsonValue wholeNumber(std::uint64_t number) {
@@ -191,8 +191,8 @@ JsonValue toJson(const Point& state) {
 
 void fromJson(const JsonItem& item, Point& state) {
   auto section = item.section();
-  section.require("x", state.x, -farthestPointer, farthestPointer);
-  section.require("y", state.y, -farthestPointer, farthestPointer);
+  section.require("x", state.x, -farthestPointerCoordinate, farthestPointerCoordinate);
+  section.require("y", state.y, -farthestPointerCoordinate, farthestPointerCoordinate);
   section.finish();
 }
 

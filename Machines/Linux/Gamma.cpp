@@ -17,8 +17,8 @@
 namespace brivane {
 namespace {
 
-constexpr std::int32_t accepted = 0;
-constexpr std::int32_t refused = 1;
+constexpr std::int32_t noGammaError = 0;
+constexpr std::int32_t gammaError = 1;
 constexpr float highestSample = 65535.0F;
 
 std::uint16_t readGammaSize(const XServer& server,
@@ -78,29 +78,29 @@ std::int32_t LinuxGammaTables::readTable(DisplayID display, std::span<float> red
                                          std::span<float> green, std::span<float> blue,
                                          std::uint32_t& returned) {
   const auto server = connection.server();
-  if (!server) return refused;
+  if (!server) return gammaError;
   const auto question = xcb_randr_get_crtc_gamma(server->connection, crtcOf(*server, display));
   const XReply<xcb_randr_get_crtc_gamma_reply_t> table(
       xcb_randr_get_crtc_gamma_reply(server->connection, question, nullptr));
-  if (!table) return refused;
+  if (!table) return gammaError;
   copyLevels({xcb_randr_get_crtc_gamma_red(table.get()), table->size}, red);
   copyLevels({xcb_randr_get_crtc_gamma_green(table.get()), table->size}, green);
   copyLevels({xcb_randr_get_crtc_gamma_blue(table.get()), table->size}, blue);
   returned = table->size;
-  return accepted;
+  return noGammaError;
 }
 
 std::int32_t LinuxGammaTables::writeTable(DisplayID display, std::span<const float> red,
                                           std::span<const float> green,
                                           std::span<const float> blue) {
   const auto server = connection.server();
-  if (!server || red.empty()) return refused;
+  if (!server || red.empty()) return gammaError;
   const xcb_randr_crtc_t crtc = crtcOf(*server, display);
   const std::uint16_t size = gammaSize(*server, crtc);
-  if (size == 0) return refused;
+  if (size == 0) return gammaError;
   const auto request = askToSet(*server, crtc, hardwareRamp(red, size), hardwareRamp(green, size),
                                 hardwareRamp(blue, size));
-  return succeeded(*server, request) ? accepted : refused;
+  return succeeded(*server, request) ? noGammaError : gammaError;
 }
 
 void LinuxGammaTables::restoreCalibratedTables() {

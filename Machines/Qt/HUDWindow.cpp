@@ -60,8 +60,8 @@ QRect inPoints(const QRect& pixels) {
   return {origin + corner.toPoint(), (QSizeF(pixels.size()) / scale).toSize()};
 }
 
-/// The part of the view that a primitive draws in; null for one whose edges lie outside its shape,
-/// or that moves by itself.
+/// The part of the view that a primitive draws in; null for those that only the card is made of,
+/// and for one that moves by itself.
 const Rect* extentOf(const Primitive& primitive) {
   if (const auto* const fill = std::get_if<MaskedFill>(&primitive)) return &fill->area;
   if (const auto* const text = std::get_if<TextRun>(&primitive)) return &text->box;
@@ -202,7 +202,6 @@ void QtHUDWindow::orderOut() {
 void QtHUDWindow::installContentView(const DisplayList& newContent) {
   shapedSize = {};
   show(newContent, 0);
-  view->update();
 }
 
 void QtHUDWindow::updateContent(const DisplayList& newContent, ContentChange change) {
@@ -213,7 +212,7 @@ void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
   contentFrom = interrupted(contentFrom, content, contentProgress());
   content = newContent;
   const QRegion movedBefore = moving;
-  moving = difference(contentFrom, content, view->rect());
+  moving = durationSeconds > 0 ? difference(contentFrom, content, view->rect()) : view->rect();
   contentCourse = {runtime.now(), durationSeconds};
   hasSpinner = std::ranges::any_of(content, [](const Primitive& primitive) {
     return std::holds_alternative<Spinner>(primitive);
