@@ -40,6 +40,7 @@ echo "$good passed, $bad failed"
   case $kind in
     tests) sed -n '/^\[ RUN /h; /^\[ RUN /!H; /^\[  FAILED  \] .*ms)$/{x;p}' "$log" | head -n 150 ;;
     checks) sed -n '/^ok /!p' "$log" | head -n 150 ;;
+    totals) grep -vE '^(found|missed) |: passed, |: well$' "$log" | head -n 150 ;;
   esac
   tail -n 15 "$log"
   echo "The whole output is in $log."

@@ -110,7 +110,7 @@ check "scripts parse" "$(for script in run test bench pictures .ci/run $(sources
   [ -f "$script" ] && bash -n "$script" 2>&1; done)"
 
 check "each mistake that the Mac's tests are tried on can be made, and its test is there" "$(
-  Tests/Machines/Mac/seeded-faults.sh --check)"
+  Tests/Machines/Mac/seeded-faults.sh --check 2>&1)"
 
 check "no path of this machine is in the tree" "$(git grep -nIF -e "$PWD/" -e "$HOME/" -- .)"
 
@@ -118,10 +118,11 @@ check "no path of this machine is in the tree" "$(git grep -nIF -e "$PWD/" -e "$
 changed=$( (git diff --name-only HEAD; git ls-files --others --exclude-standard) | grep -E '\.(cpp|mm)$')
 [ -n "$changed" ] ||
   changed=$(git diff --name-only --diff-filter=d HEAD~1 2>/dev/null | grep -E '\.(cpp|mm)$')
-existing=$(for file in $changed; do [ -f "$file" ] && echo "$file"; done |
-  grep -v -e ^Tests/Machines/Mac/ -e ^Tests/Mac/ | head -n 40)
-check "clang-tidy finds nothing in the changed files" "$(
-  [ -z "$existing" ] || printf '%s\n' "$existing" |
+mapfile -t existing < <(for file in $changed; do [ -f "$file" ] && echo "$file"; done |
+  grep -v -e ^Tests/Machines/Mac/ -e ^Tests/Mac/)
+seen=("${existing[@]:0:40}")
+check "clang-tidy finds nothing in ${#seen[@]} of ${#existing[@]} changed files" "$(
+  [ ${#seen[@]} -eq 0 ] || printf '%s\n' "${seen[@]}" |
     xargs -P "$(nproc)" -n 4 clang-tidy-16 -p build/tidy --quiet >build/tidy/log 2>build/tidy/errors ||
     { grep -E '(error|warning):' build/tidy/log || cat build/tidy/errors; } | sort -u)"
 

@@ -125,10 +125,10 @@ using ResourcesConformance = ResidentConformance;
 
 TEST_F(ResourcesConformance, AFileOfABundleIsReadByteForByte) {
   const std::string content("a\0\r\n\xFF", 5);
-  underTest->addResource("Brivane_BrivaneApp.bundle", "xx.lproj/conformance", content);
+  underTest->addResource("Conformance.bundle", "xx.lproj/conformance", content);
   Resources& resources = machine.resources();
-  EXPECT_EQ(resources.read("Brivane_BrivaneApp.bundle", "xx.lproj/conformance"), content);
-  EXPECT_EQ(resources.read("Brivane_BrivaneApp.bundle", "yy.lproj/conformance"), std::nullopt);
+  EXPECT_EQ(resources.read("Conformance.bundle", "xx.lproj/conformance"), content);
+  EXPECT_EQ(resources.read("Conformance.bundle", "yy.lproj/conformance"), std::nullopt);
   EXPECT_EQ(resources.read("NoSuch.bundle", "xx.lproj/conformance"), std::nullopt);
 }
 

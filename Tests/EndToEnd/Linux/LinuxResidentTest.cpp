@@ -33,7 +33,6 @@ using standardMonitor::left;
 using standardMonitor::middle;
 using standardMonitor::right;
 
-// X's key codes are evdev's plus 8.
 using xKey::brightnessUp;
 using xKey::control;
 using xKey::down;

@@ -75,11 +75,13 @@ def sed(script, text):
 
 
 def read_mistakes(paths):
-    lines = [line for path in paths for line in pathlib.Path(path).read_text().splitlines()]
-    for line in lines:
-        if line and not line.startswith("#"):
-            what, file, rest = re.split(r" *\| *", line, maxsplit=2)
-            yield line, Mistake(what, file, *re.fullmatch(r"(.*) \| *(.*)", rest).groups())
+    for path in paths:
+        for number, line in enumerate(pathlib.Path(path).read_text().splitlines(), 1):
+            if line and not line.startswith("#"):
+                parts = re.fullmatch(r"(.*?) *\| *(.*?) *\| *(.*) \| *(.*)", line)
+                if parts is None:
+                    sys.exit(f"{path}:{number}: expected WHAT | FILE | HOW | TEST")
+                yield line, Mistake(*parts.groups())
 
 
 def idle_substitutions(mistake):
@@ -195,9 +197,10 @@ class Program:
 class Run:
     def __init__(self, program, tests, limit):
         with tempfile.TemporaryFile("w+", errors="replace") as output:
+            # It ends with us, however we end.
             process = subprocess.Popen(
-                [program, "--gtest_filter=" + ":".join(tests)], env=ENVIRONMENT, process_group=0,
-                stdin=subprocess.DEVNULL, stdout=output, stderr=output)  # fmt: skip
+                ["setpriv", "--pdeathsig", "KILL", program, "--gtest_filter=" + ":".join(tests)],
+                env=ENVIRONMENT, process_group=0, stdin=subprocess.DEVNULL, stdout=output, stderr=output)  # fmt: skip
             self.has_ended = self.wait(process, limit)
             output.seek(0)
             log = output.read()
@@ -298,6 +301,8 @@ def tried(mistakes):
         # The whole program looks for its resources beside its own folder.
         (work / "bin").mkdir()
         (work / "share").symlink_to((FOLDER / "share").resolve())
+        # Of a program that crashes files are left.
+        ENVIRONMENT["TMPDIR"] = folder
         # Some tests wait for time to pass, so more of them run than there are processors.
         with concurrent.futures.ThreadPoolExecutor(PROCESSORS + 4) as pool:
             trial = Trial(work, mistakes, pool)

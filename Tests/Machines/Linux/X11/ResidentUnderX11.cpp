@@ -32,7 +32,7 @@ class X11UnderTest : public ResidentUnderTest {
 
   ~X11UnderTest() override {
     linux.reset();
-    for (const auto& file : addedFiles) std::filesystem::remove_all(file.parent_path());
+    for (const auto& bundle : addedBundles) std::filesystem::remove_all(bundle);
   }
 
   ResidentMachine& machine() override { return *linux; }
@@ -53,9 +53,10 @@ class X11UnderTest : public ResidentUnderTest {
 
   void addResource(const std::string& bundle, const std::string& path,
                    const std::string& content) override {
-    addedFiles.push_back(resourceFolder() / bundle / path);
-    std::filesystem::create_directories(addedFiles.back().parent_path());
-    std::ofstream(addedFiles.back(), std::ios::binary) << content;
+    addedBundles.push_back(resourceFolder() / bundle);
+    const auto file = addedBundles.back() / path;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << content;
   }
 
   /// The bus has told what it did long before; and the server, which may be late on a busy machine,
@@ -89,7 +90,7 @@ class X11UnderTest : public ResidentUnderTest {
   X11Rig rig;
   FakeLogind logind;
   int top = 0;
-  std::vector<std::filesystem::path> addedFiles;
+  std::vector<std::filesystem::path> addedBundles;
   std::unique_ptr<LinuxMachine> linux;
 };
 
