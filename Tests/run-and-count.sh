@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Tests/run-and-count.sh KIND NAME COMMAND...: runs one program of the tests from the top of the tree. What it
-# says is kept in build/test-logs/NAME.log, and "PASSED FAILED", two numbers, in NAME.count beside it. What
-# failed is printed. KIND is how the program counts:
+# says is kept in build/test-logs/NAME.log, and "PASSED FAILED SECONDS" of processor time, three numbers, in
+# NAME.count beside it. What failed is printed. KIND is how the program counts:
 #   tests    as GoogleTest does
 #   totals   a line "3 of 4 ..." at its end
 #   checks   a line "ok ..." or "FAILED ..." for each of its checks
@@ -14,7 +14,8 @@ logs=build/test-logs log=build/test-logs/$name.log
 mkdir -p $logs
 rm -f "$logs/$name.count" "$logs/$name.failed"
 # Whoever ran ./test may have had signals ignored that the tests send.
-env --default-signal=HUP,INT,QUIT,TERM "$@" >"$log" 2>&1 </dev/null
+TIMEFORMAT='%U %S'
+{ time env --default-signal=HUP,INT,QUIT,TERM "$@" >"$log" 2>&1 </dev/null; } 2>"$logs/$name.time"
 status=$?
 
 last() { sed -n -E "s/$1/\\1/p" "$log" | tail -n 1; }
@@ -32,7 +33,7 @@ esac
 good=${good:-0} bad=${bad:-0}
 [ $((good + bad)) -eq 0 ] && status=1
 [ $status -ne 0 ] && [ "$bad" -eq 0 ] && bad=1
-echo "$good $bad" >"$logs/$name.count"
+echo "$good $bad $(awk '{ print $1 + $2 }' "$logs/$name.time")" >"$logs/$name.count"
 echo "$good passed, $bad failed"
 [ "$bad" -eq 0 ] && exit
 

@@ -144,24 +144,19 @@ class LinuxResidentTest : public testing::Test {
     return times;
   }
 
-  /// How many milliseconds a sweep takes for each point, by every two of its messages in a range
-  /// that are so far apart. A busy machine makes some of them late, and so spreads the two.
-  struct Pace {
-    double shortest = 1e9;
-    double longest = 0;
-  };
-  static Pace paceOf(const std::map<int, std::chrono::microseconds>& times, int from, int to,
-                     int apart) {
-    Pace pace;
+  /// The most milliseconds that a sweep takes for a point, by every two of its messages in a range
+  /// that are so far apart. A busy machine makes some of them late.
+  static double slowestPace(const std::map<int, std::chrono::microseconds>& times, int from, int to,
+                            int apart) {
+    double slowest = 0;
     for (const auto& [early, begin] : times) {
       for (const auto& [late, end] : times) {
         if (early < from || late > to || late - early < apart) continue;
         const double duration = std::chrono::duration<double, std::milli>(end - begin).count();
-        pace.shortest = std::min(pace.shortest, duration / (late - early));
-        pace.longest = std::max(pace.longest, duration / (late - early));
+        slowest = std::max(slowest, duration / (late - early));
       }
     }
-    return pace;
+    return slowest;
   }
 
   /// A table that rises by so much per level.
@@ -218,7 +213,7 @@ TEST_F(LinuxResidentTest, AHeldKeySweepsUntilItsRelease) {
   EXPECT_LT(levelAtRest(), 100) << "the release ended it";
 }
 
-TEST_F(LinuxResidentTest, AHeldKeysMessagesGoOutAtItsPaceInItsSteps) {
+TEST_F(LinuxResidentTest, AHeldKeysMessagesGoOutInItsStepsAndNoFaster) {
   start();
   tap(down, 10);
   ASSERT_TRUE(becomes("HDMI-A-1", 0));
@@ -232,10 +227,8 @@ TEST_F(LinuxResidentTest, AHeldKeysMessagesGoOutAtItsPaceInItsSteps) {
   const auto swept = times.upper_bound(5);
   ASSERT_NE(swept, times.end());
   EXPECT_GE(swept->second - times.at(5), milliseconds(200)) << "the press's own step comes first";
-  // A hundred points take 1.2 s; levels may be left out when the machine is slow.
-  const Pace pace = paceOf(times, 10, 90, 60);
-  EXPECT_LE(pace.shortest, 13);
-  EXPECT_GE(pace.longest, 11);
+  // A hundred points take 1.2 s, and longer when the machine is slow.
+  EXPECT_GE(slowestPace(times, 10, 90, 60), 11);
   for (const auto& [level, time] : times) EXPECT_EQ(level % 5, 0);
 }
 
@@ -246,10 +239,9 @@ TEST_F(LinuxResidentTest, WithShiftARelayedKeySweepsFinely) {
   world.screens.pressKey(f19);
   EXPECT_TRUE(eventually([&] { return wasOnTheWire(before, "HDMI-A-1", "level 51\n"); }));
   ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") >= 65; }));
-  // A hundred points take 6 s, and a message has the level of its moment, up to a point too low.
-  const Pace pace = paceOf(firstTimes(before, "HDMI-A-1"), 52, 65, 9);
-  EXPECT_LE(pace.shortest, 66);
-  EXPECT_GE(pace.longest, 54);
+  // A hundred points take 6 s, and longer when the machine is slow; a message has the level of its
+  // moment, up to a point too low.
+  EXPECT_GE(slowestPace(firstTimes(before, "HDMI-A-1"), 52, 65, 9), 54);
   // The key is held on when Shift goes up, and sweeps as without it.
   world.screens.releaseKey(shift);
   EXPECT_TRUE(becomes("HDMI-A-1", 100));
