@@ -51,6 +51,9 @@ endif()
 # ahead), clang-tidy each source that changes.
 set(BRIVANE_BATCHES all CACHE STRING "What is compiled in batches: all, tests or none")
 function(brivane_compile_in_batches target size)
+  if(BRIVANE_BATCHES STREQUAL "none")
+    return()
+  endif()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${size})
   # A name of one file is no shadow on another file.
   target_compile_options(${target} PRIVATE -Wno-shadow)

@@ -13,7 +13,7 @@
 namespace brivane {
 namespace {
 
-constexpr auto configuration = R"(<!DOCTYPE busconfig PUBLIC
+constexpr auto busConfiguration = R"(<!DOCTYPE busconfig PUBLIC
  "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -39,7 +39,7 @@ std::string readLine(int descriptor) {
 }  // namespace
 
 PrivateBus::PrivateBus() {
-  std::string text = configuration;
+  std::string text = busConfiguration;
   text.replace(text.find("FOLDER"), 6, folder.path.string());
   const std::string file = "--config-file=" + folder.write("bus.conf", text).string();
   std::array<int, 2> pipe{};

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <stdexcept>
 
 #include "Tests/EndToEnd/Desktop/DesktopTest.h"
@@ -46,8 +47,8 @@ class MenuOnDesktopTest : public DesktopTest {
     return atRest([&] { return handleX(slider); });
   }
 
-  /// Takes the slider by its handle and moves it as far, as a hand does.
-  void drag(std::size_t slider, int toX) {
+  /// Takes the slider by its handle and moves it as far, as a hand does; it may rest halfway.
+  void drag(std::size_t slider, int toX, const std::function<void()>& halfway = {}) {
     const auto found = handles();
     ASSERT_LT(slider, found.size());
     const PixelBox from = found[slider];
@@ -59,6 +60,7 @@ class MenuOnDesktopTest : public DesktopTest {
     for (int step = 1; step <= steps; ++step) {
       world.screens.movePointer(x + (toX - x) * step / steps, y);
       std::this_thread::sleep_for(milliseconds(8));
+      if (halfway && step == steps / 2) halfway();
     }
     world.screens.releaseButton();
   }
@@ -87,7 +89,9 @@ TEST_F(MenuOnDesktopTest, ADraggedSliderWritesAtMostEvery70MillisecondsAndTheLas
   const int target = full - (full - half) * 63 / 50;
   const auto earlier = static_cast<std::ptrdiff_t>(writes("HDMI-A-1").size());
   const auto begin = std::chrono::steady_clock::now();
-  drag(leftSlider, target);
+  drag(leftSlider, target, [&] {
+    EXPECT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") < 90; })) << "it follows";
+  });
   EXPECT_TRUE(eventually([&] {
     const auto level = world.luminance("HDMI-A-1");
     return level >= 36 && level <= 38 &&
@@ -99,7 +103,6 @@ TEST_F(MenuOnDesktopTest, ADraggedSliderWritesAtMostEvery70MillisecondsAndTheLas
   auto all = writes("HDMI-A-1");
   all.erase(all.begin(), all.begin() + earlier);
   EXPECT_EQ(all.back().level, world.luminance("HDMI-A-1"));
-  EXPECT_GE(all.size(), 6u) << "it follows the hand";
   // Each level goes out twice in a row.
   const auto isSame = [](const Write& one, const Write& next) { return one.level == next.level; };
   all.erase(std::ranges::unique(all, isSame).begin(), all.end());
