@@ -12,11 +12,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 namespace brivane {
@@ -65,9 +66,12 @@ XorgServer::~XorgServer() {
 
 void XorgServer::kill() {
   if (process < 0) return;
-  // Its clients can't tell this from a crash, but the server takes its lock and socket with it.
-  ::kill(process, SIGTERM);
-  while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+  // Its clients can't tell this from a crash, but the server takes its lock and socket with it. It
+  // may overlook a signal that comes while it loses a client.
+  constexpr int pausesBetweenSignals = 200;
+  for (int pauses = 0; ::waitpid(process, nullptr, WNOHANG) == 0; ++pauses) {
+    if (pauses % pausesBetweenSignals == 0) ::kill(process, SIGTERM);
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
   process = -1;
 }
