@@ -1,5 +1,6 @@
-// A HUD hides some time after it was last presented. While a monitor keeps not answering, its card
-// is therefore presented again and again, which also keeps the countdown on it current.
+// A HUD hides some time after it was last presented. While a monitor that is plugged in keeps not
+// answering, its card is therefore presented again and again, which also keeps the countdown on it
+// current.
 #include "BrivaneApp/KeyPressCoordinator.h"
 
 #include <utility>
@@ -62,7 +63,9 @@ void KeyPressCoordinator::updateConnecting(DisplayID display, const std::string&
   if (!hud.isVisible() || !std::holds_alternative<HUDModel::Connecting>(hud.model().state()))
     return stop();
   const auto status = controller.retryStatus(display);
-  if (status.isRetrying) return presentConnecting(display, name, status);
+  if (status.isRetrying && controller.isOnline(display)) {
+    return presentConnecting(display, name, status);
+  }
   stop();
   hud.dismiss();
 }

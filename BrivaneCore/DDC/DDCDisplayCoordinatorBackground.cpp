@@ -135,8 +135,7 @@ void DDCDisplayCoordinator::noteReadFailure(DisplayID display) {
 
 void DDCDisplayCoordinator::retryAfterFailure(DisplayID display) {
   if (levelCache.nativeMaxes.contains(display)) return;
-  const auto online = registry->onlineDisplayIDs();
-  if (std::find(online.begin(), online.end(), display) != online.end()) warmCache(display);
+  if (registry->isOnline(display)) warmCache(display);
 }
 
 void DDCDisplayCoordinator::restoreSavedLevels() {

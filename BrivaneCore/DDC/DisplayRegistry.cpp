@@ -3,6 +3,7 @@
 
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -32,6 +33,11 @@ std::vector<DisplayID> DisplayRegistry::onlineDisplayIDs() const {
   const auto count = displays.onlineDisplayCount();
   if (!count) return {};
   return displays.onlineDisplayList(*count).value_or(std::vector<DisplayID>{});
+}
+
+bool DisplayRegistry::isOnline(DisplayID display) const {
+  const auto online = onlineDisplayIDs();
+  return std::ranges::find(online, display) != online.end();
 }
 
 std::vector<DisplayID> DisplayRegistry::onlineExternalDisplayIDs() const {

@@ -32,6 +32,8 @@ class DisplayRegistry {
   /// In the window system's order; empty on any error.
   std::vector<DisplayID> onlineDisplayIDs() const;
 
+  bool isOnline(DisplayID display) const;
+
   /// The online displays that are not built in, in the same order.
   std::vector<DisplayID> onlineExternalDisplayIDs() const;
 

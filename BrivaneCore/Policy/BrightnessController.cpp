@@ -122,6 +122,10 @@ void BrightnessController::retryNow() {
   coordinator.retryNow();
 }
 
+bool BrightnessController::isOnline(DisplayID display) const {
+  return coordinator.registry->isOnline(display);
+}
+
 RetryStatus BrightnessController::retryStatus(DisplayID display) const {
   const bool answers = displays.isBuiltIn(display) ||
                        coordinator.levelCache.nativeMaxes.contains(display) ||

@@ -71,7 +71,10 @@ class BrightnessController : public DisplayInvalidating, public BuiltInPanelDriv
   /// Forgets all back-off and outages and retries at once.
   void retryNow();
 
-  /// How the retrying of a display that doesn't answer stands.
+  bool isOnline(DisplayID display) const;
+
+  /// How the retrying of a display that doesn't answer stands; of one that was unplugged, as if it
+  /// were still there.
   RetryStatus retryStatus(DisplayID display) const;
 
   /// Ends every software effect on all displays.

@@ -182,6 +182,22 @@ TEST_F(KeyPressCoordinatorTest, WhenTheMonitorAnswersTheHUDIsDismissedAtTheNextT
   EXPECT_FALSE(hud.isVisible());
 }
 
+TEST_F(KeyPressCoordinatorTest, WhenTheMonitorIsUnpluggedTheHUDIsDismissedAtTheNextTick) {
+  addConnectingMonitor(2);
+  addAnsweringMonitor(3, 50);
+  machine.pointAt(2);
+  coordinator.handle(stepUp);
+  run(10100ms);
+  std::erase_if(machine.displaySystem.online, [](const auto& display) { return display.id == 2; });
+  presentations();
+  run(150ms - 1us);
+  EXPECT_TRUE(hud.isVisible());
+  run(1us);
+  EXPECT_FALSE(hud.isVisible());
+  run(10s);
+  EXPECT_EQ(presentations(), 0);
+}
+
 TEST_F(KeyPressCoordinatorTest, APressThatIsHandledStopsTheTickerBeforeTheLevelIsShown) {
   addConnectingMonitor(2);
   addAnsweringMonitor(3, 50);

@@ -23,6 +23,8 @@ TEST_F(DisplayRegistryTest, ListsOnlineDisplaysInTheWindowSystemsOrder) {
   machine.displaySystem.add({5, 0, 0, 0, false}, "C");
   EXPECT_THAT(registry.onlineDisplayIDs(), ElementsAre(9, 2, 5));
   EXPECT_THAT(registry.onlineExternalDisplayIDs(), ElementsAre(9, 5));
+  EXPECT_TRUE(registry.isOnline(2));
+  EXPECT_FALSE(registry.isOnline(3));
 }
 
 TEST_F(DisplayRegistryTest, ListsNothingOnAnyError) {
@@ -32,6 +34,7 @@ TEST_F(DisplayRegistryTest, ListsNothingOnAnyError) {
   machine.displaySystem.refusesList = false;
   machine.displaySystem.refusesCount = true;
   EXPECT_THAT(registry.onlineDisplayIDs(), IsEmpty());
+  EXPECT_FALSE(registry.isOnline(9));
 }
 
 TEST_F(DisplayRegistryTest, NamesADisplayAfterItsScreen) {
