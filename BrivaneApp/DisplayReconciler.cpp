@@ -1,6 +1,7 @@
 // Screens announce changes far more often than they change, and monitors answer long after they
 // were announced. So an announcement counts only when the arrangement differs, levels are restored
-// a little later, and whoever is still missing then is asked again every two seconds.
+// a little later, and whoever is still missing then is asked again every two seconds, and given its
+// level when it answers.
 #include "BrivaneApp/DisplayReconciler.h"
 
 #include <utility>
@@ -81,6 +82,7 @@ void DisplayReconciler::startRecoveryPolling() {
 
 void DisplayReconciler::poll(Instant deadline) {
   if (extendedRangePending) extendedRangePending = !controller.reapplyGammaRamps();
+  controller.restoreLateMonitors();
   const bool isWaiting = controller.hasUnresolvedDisplays() || extendedRangePending;
   if (isWaiting && runtime.now() >= deadline) return stop();
   if (isWaiting) {

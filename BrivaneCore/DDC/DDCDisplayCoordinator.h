@@ -66,6 +66,9 @@ class DDCDisplayCoordinator {
   /// `prewarm`, then writes the saved levels back, then calls `completion` if there is one.
   void restoreSavedBrightness(Completion completion);
 
+  /// Writes the saved level of each display that still awaits it and has answered meanwhile.
+  void restoreLateMonitors();
+
   /// Follows changes made with the monitors' own buttons, in the background.
   void resyncCache();
 
@@ -125,6 +128,7 @@ class DDCDisplayCoordinator {
 
   std::map<DisplayID, std::shared_ptr<DDCTransport>> resolvedHandles;
   std::map<DisplayID, Instant> lastWrite;
+  /// Invalidated, and their saved levels not written back since.
   std::set<DisplayID> awaitingRestore;
   std::map<DisplayID, BrightnessBackendKind> backends;
   std::int64_t epoch = 0;

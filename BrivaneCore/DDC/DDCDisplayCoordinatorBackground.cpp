@@ -64,6 +64,12 @@ void DDCDisplayCoordinator::restoreSavedBrightness(Completion completion) {
   });
 }
 
+void DDCDisplayCoordinator::restoreLateMonitors() {
+  std::erase_if(awaitingRestore, [this](DisplayID display) {
+    return hasAnswered(display) && restoreSavedLevel(display);
+  });
+}
+
 void DDCDisplayCoordinator::resyncCache() {
   retryUnresolvedDisplays();
   inBackground([candidates = rereadCandidates(),

@@ -149,6 +149,10 @@ void BrightnessController::retryPendingNow() {
   coordinator.retryPendingNow();
 }
 
+void BrightnessController::restoreLateMonitors() {
+  coordinator.restoreLateMonitors();
+}
+
 bool BrightnessController::hasUnresolvedDisplays() const {
   return coordinator.hasUnresolvedDisplays();
 }

@@ -82,6 +82,7 @@ class BrightnessController : public DisplayInvalidating, public BuiltInPanelDriv
 
   void invalidate() override;
   void retryPendingNow() override;
+  void restoreLateMonitors() override;
   bool hasUnresolvedDisplays() const override;
   bool reapplyGammaRamps() override;
   void restoreSavedBrightness(std::function<void()> completion) override;

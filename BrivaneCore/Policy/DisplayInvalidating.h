@@ -16,6 +16,10 @@ class DisplayInvalidating {
   /// Retries monitors that don't answer at once, without forgetting when their outages began.
   virtual void retryPendingNow() = 0;
 
+  /// Writes saved levels to the monitors that could not be restored after the last `invalidate` and
+  /// answer now.
+  virtual void restoreLateMonitors() = 0;
+
   /// Whether some external display is neither answering nor driven by the display services.
   virtual bool hasUnresolvedDisplays() const = 0;
 

@@ -22,6 +22,7 @@ struct NotingDisplays : DisplayInvalidating,
 
   void invalidate() override { notes.add("invalidate"); }
   void retryPendingNow() override { notes.add("retry"); }
+  void restoreLateMonitors() override { notes.add("late"); }
   bool hasUnresolvedDisplays() const override { return isUnresolved; }
   bool reapplyGammaRamps() override {
     notes.add("reapply");
@@ -163,7 +164,7 @@ TEST_F(DisplayReconcilerTest, AWakeAppliesTheConfiguredRelayAndOnlyWhenItIsSwitc
 TEST_F(DisplayReconcilerTest, WhenEverythingIsResolvedThePollingEndsAtTheNextTickWithOneRefresh) {
   reconciler->startRecoveryPolling();
   EXPECT_THAT(notesWithin(2s - 1us), IsEmpty());
-  EXPECT_THAT(notesWithin(1us), ElementsAre("[2000] refresh"));
+  EXPECT_THAT(notesWithin(1us), ElementsAre("[2000] late", "[2000] refresh"));
   EXPECT_EQ(machine.time.timerCount(), 0u);
   EXPECT_THAT(notesWithin(200s), IsEmpty());
 }
@@ -171,19 +172,19 @@ TEST_F(DisplayReconcilerTest, WhenEverythingIsResolvedThePollingEndsAtTheNextTic
 TEST_F(DisplayReconcilerTest, WhileAMonitorIsMissingItIsRetriedEveryTwoSeconds) {
   world.isUnresolved = true;
   reconciler->startRecoveryPolling();
-  EXPECT_THAT(notesWithin(5s),
-              ElementsAre("[2000] retry", "[2000] refresh", "[4000] retry", "[4000] refresh"));
+  EXPECT_THAT(notesWithin(5s), ElementsAre("[2000] late", "[2000] retry", "[2000] refresh",
+                                           "[4000] late", "[4000] retry", "[4000] refresh"));
   world.isUnresolved = false;
-  EXPECT_THAT(notesWithin(5s), ElementsAre("[6000] refresh"));
+  EXPECT_THAT(notesWithin(5s), ElementsAre("[6000] late", "[6000] refresh"));
 }
 
 TEST_F(DisplayReconcilerTest, AMonitorThatNeverAnswersIsPolledFor180SecondsAndNoMore) {
   world.isUnresolved = true;
   reconciler->startRecoveryPolling();
   // 89 ticks before the deadline; the one at it only ends the polling.
-  EXPECT_THAT(notesWithin(180s - 1us), SizeIs(2 * 89));
+  EXPECT_THAT(notesWithin(180s - 1us), SizeIs(3 * 89));
   EXPECT_EQ(machine.time.timerCount(), 1u);
-  EXPECT_THAT(notesWithin(1us), IsEmpty());
+  EXPECT_THAT(notesWithin(1us), ElementsAre("[180000] late"));
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
@@ -193,10 +194,10 @@ TEST_F(DisplayReconcilerTest, ASecondChangeRestartsThePollingWithANewDeadline) {
   notesWithin(101s);
   reconciler->startRecoveryPolling();
   EXPECT_EQ(machine.time.timerCount(), 1u);
-  EXPECT_THAT(notesWithin(2s), ElementsAre("[103000] retry", "[103000] refresh"));
-  EXPECT_THAT(notesWithin(178s - 1us), SizeIs(2 * 88));
+  EXPECT_THAT(notesWithin(2s), ElementsAre("[103000] late", "[103000] retry", "[103000] refresh"));
+  EXPECT_THAT(notesWithin(178s - 1us), SizeIs(3 * 88));
   EXPECT_EQ(machine.time.timerCount(), 1u);
-  EXPECT_THAT(notesWithin(1us), IsEmpty());
+  EXPECT_THAT(notesWithin(1us), ElementsAre("[281000] late"));
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
@@ -215,10 +216,11 @@ TEST_F(DisplayReconcilerTest, GammaThatWasRefusedIsWrittenAgainAtEachTickUntilIt
   machine.settings.values["SystemBrightnessKeysEnabled"] = {false};
   reconciler->reprobeAfterWake();
   machine.notes.take();
-  EXPECT_THAT(notesWithin(4s), ElementsAre("[2000] reapply", "[2000] retry", "[2000] refresh",
-                                           "[4000] reapply", "[4000] retry", "[4000] refresh"));
+  EXPECT_THAT(notesWithin(4s),
+              ElementsAre("[2000] reapply", "[2000] late", "[2000] retry", "[2000] refresh",
+                          "[4000] reapply", "[4000] late", "[4000] retry", "[4000] refresh"));
   world.takesGamma = true;
-  EXPECT_THAT(notesWithin(4s), ElementsAre("[6000] reapply", "[6000] refresh"));
+  EXPECT_THAT(notesWithin(4s), ElementsAre("[6000] reapply", "[6000] late", "[6000] refresh"));
 }
 
 TEST_F(DisplayReconcilerTest, GammaRefusedTwoSecondsAfterAChangeIsRetriedTooAndOnlyWhileItPolls) {
@@ -226,10 +228,11 @@ TEST_F(DisplayReconcilerTest, GammaRefusedTwoSecondsAfterAChangeIsRetriedTooAndO
   world.isUnresolved = true;
   moveRightMonitor();
   EXPECT_THAT(notesWithin(5s),
-              ElementsAre("[0] invalidate", "[2000] retry", "[2000] refresh", "[2000] reapply",
-                          "[2000] restore", "[4000] reapply", "[4000] retry", "[4000] refresh"));
+              ElementsAre("[0] invalidate", "[2000] late", "[2000] retry", "[2000] refresh",
+                          "[2000] reapply", "[2000] restore", "[4000] reapply", "[4000] late",
+                          "[4000] retry", "[4000] refresh"));
   notesWithin(174s);
-  EXPECT_THAT(notesWithin(100s), ElementsAre("[180000] reapply"));
+  EXPECT_THAT(notesWithin(100s), ElementsAre("[180000] reapply", "[180000] late"));
 }
 
 TEST_F(DisplayReconcilerTest, StoppingEndsThePollingAndKeepsTheSubscriptions) {

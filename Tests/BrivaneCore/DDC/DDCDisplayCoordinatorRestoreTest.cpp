@@ -20,6 +20,25 @@ struct RestoreTest : CoordinatorTest {
     run(1);
     return stored(key) == channel.current;
   }
+
+  /// A new display set is restored while the left monitor sleeps; both have a saved level.
+  void restoreWithoutTheLeft() {
+    letBothAnswer();
+    setStored("brightness.10.20.30", 80);
+    setStored("brightness.11.21.31", 25);
+    left.writeStatus = 1;
+    coordinator->invalidate();
+    coordinator->restoreSavedBrightness({});
+    run(0.5);
+    notes();
+  }
+
+  /// The left monitor wakes and is read by the retry that comes a second after the first failure.
+  void letTheLeftAnswer() {
+    left.writeStatus = 0;
+    run(2);
+    notes();
+  }
 };
 
 // The first read of everything
@@ -304,6 +323,56 @@ TEST_F(RestoreTest, ASavedLevelWhoseWriteFailedIsKept) {
   EXPECT_FALSE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
   EXPECT_EQ(stored("brightness.10.20.30"), 80);
   EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 33);
+}
+
+// Monitors that come up after the restore
+
+TEST_F(RestoreTest, AMonitorThatAnswersOnlyAfterTheRestoreGetsItsSavedLevelThen) {
+  restoreWithoutTheLeft();
+  letTheLeftAnswer();
+  coordinator->restoreLateMonitors();
+  EXPECT_EQ(notes(), joined({busSet(12'500, "disp0", "84 03 10 00 50 A9"),
+                             {at(12'520, "set brightness.10.20.30=80")}}))
+      << "nothing is read, no other monitor is written to, and no write is the user's";
+  coordinator->restoreLateMonitors();
+  EXPECT_THAT(notes(), IsEmpty());
+  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+}
+
+TEST_F(RestoreTest, AMonitorThatStillDoesNotAnswerIsLeftAlone) {
+  restoreWithoutTheLeft();
+  coordinator->restoreLateMonitors();
+  EXPECT_THAT(notes(), IsEmpty());
+}
+
+TEST_F(RestoreTest, ALateMonitorThatRefusesItsLevelGetsItTheNextTime) {
+  restoreWithoutTheLeft();
+  letTheLeftAnswer();
+  left.nextWriteStatuses = {1};
+  coordinator->restoreLateMonitors();
+  EXPECT_EQ(left.current, 50);
+  coordinator->restoreLateMonitors();
+  EXPECT_EQ(left.current, 80);
+}
+
+TEST_F(RestoreTest, WhatTheUserSetsMeanwhileIsWhatALateMonitorKeeps) {
+  restoreWithoutTheLeft();
+  letTheLeftAnswer();
+  ASSERT_TRUE(coordinator->write(35, leftID, true));
+  coordinator->restoreLateMonitors();
+  EXPECT_EQ(left.current, 35);
+  EXPECT_EQ(stored("brightness.10.20.30"), 35);
+}
+
+TEST_F(RestoreTest, ARestoreThatFailedWithoutANewDisplaySetIsNotMadeUpFor) {
+  letBothAnswer();
+  setStored("brightness.10.20.30", 80);
+  left.nextWriteStatuses = {0, 1};  // the read's request, then the set
+  coordinator->restoreSavedBrightness({});
+  run(1);
+  ASSERT_EQ(left.setCount, 1);
+  coordinator->restoreLateMonitors();
+  EXPECT_EQ(left.current, 50);
 }
 
 TEST_F(RestoreTest, WithoutASavedLevelNothingAwaitsRestoring) {
