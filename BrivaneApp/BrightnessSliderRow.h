@@ -26,7 +26,7 @@ class BrightnessSliderRow {
   using Apply = std::function<void(Percent level)>;
 
   /// `levels` are the slider's ends; `applyLevel` writes a level for the row's display. A write
-  /// that waits when the row is dropped is dropped with it.
+  /// that waits when the row is dropped is dropped with it: whoever wants it made flushes first.
   BrightnessSliderRow(Runtime& itsRuntime, SliderPlace place, PercentRange levels,
                       Apply applyLevel);
   ~BrightnessSliderRow();
@@ -41,10 +41,14 @@ class BrightnessSliderRow {
   /// waits or is just over, or the slider is there.
   void follow(Percent level);
 
+  bool hasWaitingWrite() const { return pendingValue.has_value(); }
+
+  /// Makes the write that waits, if there is one.
+  void flush();
+
  private:
   double position(Percent level) const;
   void sliderMoved(double value);
-  void flush();
   double secondsSinceLastWrite() const;
 
   const SliderPlace slider;

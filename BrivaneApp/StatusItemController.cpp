@@ -1,6 +1,6 @@
-// An open menu is never rebuilt merely because a number changed: that would end a drag and move
-// the items under the pointer. Titles and sliders are changed in place; only another set of
-// displays with sliders, or news from elsewhere, builds the menu anew.
+// An open menu is never rebuilt merely because what it says changed: that would end a drag and move
+// the items under the pointer. Titles, ticks and sliders are changed in place; only other displays,
+// or the same ones in another order or with other kinds of lines, have the menu built anew.
 
 #include "BrivaneApp/StatusItemController.h"
 
@@ -50,7 +50,7 @@ void StatusItemController::refresh() {
   runtime.async([this, watch = anchor.watch()] {
     if (!watch.isAlive()) return;
     configureButton();
-    if (isMenuOpen) rebuildMenu();
+    if (isMenuOpen) updateMenu();
   });
 }
 
@@ -87,25 +87,31 @@ void StatusItemController::stopLiveUpdates() {
 }
 
 void StatusItemController::applyLiveValues() {
-  const auto levels = controllableLevels();
+  const auto levels = controllableLevels(controller.refreshTargets());
   if (!std::ranges::equal(std::views::keys(levels), renderedControllable)) {
     rebuildMenu();
     return;
   }
+  showLevels(levels);
+  resyncAtMostOncePerSecond();
+}
+
+std::map<DisplayID, Percent> StatusItemController::controllableLevels(
+    const std::vector<DisplayTarget>& targets) const {
+  std::map<DisplayID, Percent> levels;
+  for (const DisplayTarget& target : targets) {
+    if (const auto level = controller.level(target.displayID)) levels[target.displayID] = *level;
+  }
+  return levels;
+}
+
+/// `levels` are those of the displays that the menu has sliders for.
+void StatusItemController::showLevels(const std::map<DisplayID, Percent>& levels) {
   for (const auto& [display, item] : statusItems) menu.setTitle(item, statusTitle(display));
   for (const auto& [display, level] : levels) {
     menu.setTitle(headerItems.at(display), texts.levelTitle(displayNames.at(display), level));
     sliderRows.at(display).follow(level);
   }
-  resyncAtMostOncePerSecond();
-}
-
-std::map<DisplayID, Percent> StatusItemController::controllableLevels() {
-  std::map<DisplayID, Percent> levels;
-  for (const DisplayTarget& target : controller.refreshTargets()) {
-    if (const auto level = controller.level(target.displayID)) levels[target.displayID] = *level;
-  }
-  return levels;
 }
 
 void StatusItemController::resyncAtMostOncePerSecond() {
@@ -120,18 +126,19 @@ void StatusItemController::editHotkeys() {
 }
 
 void StatusItemController::toggleSystemBrightnessKeys() {
-  auto& [item, isChecked] = systemBrightnessKeysItem;
-  if (onToggleSystemBrightnessKeys) onToggleSystemBrightnessKeys(!isChecked);
+  const bool isWanted = !systemBrightnessKeysItem.isChecked;
+  if (onToggleSystemBrightnessKeys) onToggleSystemBrightnessKeys(isWanted);
   // A relay that could not be installed has turned its setting off.
-  isChecked = relaySettings.systemBrightnessKeysEnabled();
-  menu.setChecked(item, isChecked);
+  showSystemBrightnessKeys();
 }
 
 void StatusItemController::restoreSavedBrightness() {
   controller.restoreSavedBrightness({});
 }
 
+/// A position that waits was chosen before this command.
 void StatusItemController::undimAll() {
+  writeWaitingLevels();
   controller.restoreAllExtendedRange();
 }
 
@@ -143,7 +150,9 @@ void StatusItemController::toggleLaunchAtLogin() {
   loginItem.setEnabled(!loginItem.isEnabled());
 }
 
+/// From here on the program only cleans up.
 void StatusItemController::quit() {
+  writeWaitingLevels();
   application.terminate();
 }
 

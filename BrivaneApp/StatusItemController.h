@@ -62,6 +62,7 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   void configureButton();
 
   void rebuildMenu();
+  void writeWaitingLevels();
   void forgetDisplays();
   void addDisplay(const DisplayTarget& target, std::vector<MenuItem>& items);
   void addLevel(const DisplayTarget& target, Percent level, std::vector<MenuItem>& items);
@@ -72,11 +73,17 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   MenuCommand command(std::string_view titleKey, void (StatusItemController::*action)(),
                       bool isChecked = false, const std::string& keyEquivalent = "");
   std::string statusTitle(DisplayID display) const;
+  std::string hotkeysSummary() const;
+
+  void updateMenu();
+  bool isBuiltFor(const std::vector<DisplayTarget>& targets) const;
+  void showSystemBrightnessKeys();
 
   void startLiveUpdates();
   void stopLiveUpdates();
   void applyLiveValues();
-  std::map<DisplayID, Percent> controllableLevels();
+  std::map<DisplayID, Percent> controllableLevels(const std::vector<DisplayTarget>& targets) const;
+  void showLevels(const std::map<DisplayID, Percent>& levels);
   void resyncAtMostOncePerSecond();
 
   void editHotkeys();
@@ -93,6 +100,8 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   std::map<DisplayID, MenuItemIndex> headerItems;
   std::map<DisplayID, MenuItemIndex> statusItems;
   std::set<DisplayID> renderedControllable;
+  /// Of all sliders.
+  PercentRange renderedRange;
   std::map<DisplayID, BrightnessSliderRow> sliderRows;
   std::map<DisplayID, std::string> displayNames;
   /// 0 while the menu is closed.
@@ -104,7 +113,9 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
     MenuItemIndex index = 0;
     bool isChecked = false;
   };
+  MenuItemIndex hotkeysSummaryItem = 0;
   CheckedItem systemBrightnessKeysItem;
+  MenuItemIndex launchAtLoginItem = 0;
 
   Runtime& runtime;
   DisplaySystem& displays;

@@ -1,14 +1,16 @@
-// What the menu holds, from top to bottom. What happens while it is open is in
-// StatusItemController.cpp.
+// What the menu holds, from top to bottom, and how an open one takes in news. What else happens
+// while it is open is in StatusItemController.cpp.
 
 #include <utility>
 
 #include "BrivaneApp/StatusItemController.h"
 #include "BrivaneApp/Strings.h"
+#include "BrivaneCore/Support/Lookup.h"
 
 namespace brivane {
 
 void StatusItemController::rebuildMenu() {
+  writeWaitingLevels();
   forgetDisplays();
   std::vector<MenuItem> items;
   const auto targets = controller.refreshTargets();
@@ -25,12 +27,20 @@ void StatusItemController::rebuildMenu() {
   menu.setItems(std::move(items));
 }
 
+/// Before sliders go, so that the position in which the hand was last is written.
+void StatusItemController::writeWaitingLevels() {
+  for (auto& [display, row] : sliderRows) {
+    if (row.hasWaitingWrite() && controller.isOnline(display)) row.flush();
+  }
+}
+
 void StatusItemController::forgetDisplays() {
   headerItems.clear();
   statusItems.clear();
   renderedControllable.clear();
   sliderRows.clear();
   displayNames.clear();
+  renderedRange = brightnessSettings.levelRange();
 }
 
 void StatusItemController::addDisplay(const DisplayTarget& target, std::vector<MenuItem>& items) {
@@ -50,8 +60,7 @@ void StatusItemController::addLevel(const DisplayTarget& target, Percent level,
   items.emplace_back(MenuText{texts.levelTitle(target.name, level), MenuTone::label});
   auto& row =
       sliderRows
-          .try_emplace(display, runtime, SliderPlace{menu, items.size()},
-                       brightnessSettings.levelRange(),
+          .try_emplace(display, runtime, SliderPlace{menu, items.size()}, renderedRange,
                        [this, display](Percent chosen) { controller.setLevel(chosen, display); })
           .first->second;
   items.emplace_back(row.item(catalogue, target.name, level));
@@ -69,10 +78,14 @@ std::string StatusItemController::statusTitle(DisplayID display) const {
   return texts.statusTitle(displayNames.at(display), status);
 }
 
+std::string StatusItemController::hotkeysSummary() const {
+  return texts.hotkeysSummary(bindings.brightnessUpBinding().displayName(keyboard),
+                              bindings.brightnessDownBinding().displayName(keyboard));
+}
+
 void StatusItemController::addHotkeySection(std::vector<MenuItem>& items) {
-  const auto brighten = bindings.brightnessUpBinding().displayName(keyboard);
-  const auto dim = bindings.brightnessDownBinding().displayName(keyboard);
-  items.emplace_back(MenuText{texts.hotkeysSummary(brighten, dim), MenuTone::secondaryLabel});
+  hotkeysSummaryItem = items.size();
+  items.emplace_back(MenuText{hotkeysSummary(), MenuTone::secondaryLabel});
   items.emplace_back(command(strings::menuChangeHotkeys, &StatusItemController::editHotkeys));
   systemBrightnessKeysItem = {items.size(), relaySettings.systemBrightnessKeysEnabled()};
   items.emplace_back(command(strings::menuUseSystemBrightnessKeys,
@@ -88,6 +101,7 @@ void StatusItemController::addLevelCommands(std::vector<MenuItem>& items) {
 }
 
 void StatusItemController::addProgramCommands(std::vector<MenuItem>& items) {
+  launchAtLoginItem = items.size();
   items.emplace_back(command(strings::menuLaunchAtLogin, &StatusItemController::toggleLaunchAtLogin,
                              loginItem.isEnabled()));
   items.emplace_back(command(strings::menuQuit, &StatusItemController::quit, false, "q"));
@@ -98,6 +112,37 @@ MenuCommand StatusItemController::command(std::string_view titleKey,
                                           const std::string& keyEquivalent) {
   return {catalogue.text(titleKey), isChecked, keyEquivalent,
           [this, action] { (this->*action)(); }};
+}
+
+void StatusItemController::updateMenu() {
+  const auto targets = controller.refreshTargets();
+  if (!isBuiltFor(targets)) {
+    rebuildMenu();
+    return;
+  }
+  showLevels(controllableLevels(targets));
+  menu.setTitle(hotkeysSummaryItem, hotkeysSummary());
+  showSystemBrightnessKeys();
+  menu.setChecked(launchAtLoginItem, loginItem.isEnabled());
+}
+
+/// Whether the menu has the lines of these displays, so that only what they say may differ. A
+/// slider also keeps its ends and its label, which has the display's name.
+bool StatusItemController::isBuiltFor(const std::vector<DisplayTarget>& targets) const {
+  MenuItemIndex line = 0;
+  for (const DisplayTarget& target : targets) {
+    const bool hasSlider = controller.level(target.displayID).has_value();
+    if (lookUp(hasSlider ? headerItems : statusItems, target.displayID) != line) return false;
+    if (displayNames.at(target.displayID) != target.name) return false;
+    line += hasSlider ? 2 : 1;
+  }
+  return displayNames.size() == targets.size() && renderedRange == brightnessSettings.levelRange();
+}
+
+void StatusItemController::showSystemBrightnessKeys() {
+  auto& [item, isChecked] = systemBrightnessKeysItem;
+  isChecked = relaySettings.systemBrightnessKeysEnabled();
+  menu.setChecked(item, isChecked);
 }
 
 }  // namespace brivane

@@ -69,6 +69,8 @@ class MenuView {
   /// closure of an earlier item is called any more; it is safe to call this from within one.
   virtual void setItems(std::vector<MenuItem> items) = 0;
 
+  // Changes of single items. In an open menu what is selected stays so, and a drag goes on.
+
   /// Of a text or command.
   virtual void setTitle(std::size_t index, const std::string& title) = 0;
   /// Of a command.

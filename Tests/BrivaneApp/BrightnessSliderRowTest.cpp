@@ -155,7 +155,21 @@ TEST_F(BrightnessSliderRowTest, ATimerThatComesLateWritesNothingTwice) {
   EXPECT_THAT(writes, ElementsAre(Write{0, 51}, Write{100, 53}, Write{170, 54}));
 }
 
-TEST_F(BrightnessSliderRowTest, AWaitingWriteIsLostWithItsRow) {
+TEST_F(BrightnessSliderRowTest, AWaitingWriteCanBeMadeBeforeItsRowGoes) {
+  drag(51);
+  pass(milliseconds(10));
+  row->flush();
+  EXPECT_FALSE(row->hasWaitingWrite());
+  drag(52);
+  EXPECT_TRUE(row->hasWaitingWrite());
+  row->flush();
+  EXPECT_FALSE(row->hasWaitingWrite());
+  row.reset();
+  pass(milliseconds(500));
+  EXPECT_THAT(writes, ElementsAre(Write{0, 51}, Write{10, 52}));
+}
+
+TEST_F(BrightnessSliderRowTest, ARowThatHasGoneWritesNothing) {
   drag(51);
   pass(milliseconds(10));
   drag(52);

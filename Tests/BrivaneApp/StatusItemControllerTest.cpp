@@ -38,6 +38,18 @@ struct StatusItemControllerTest : testing::Test, ControllerBench {
   }
   void pass(Microseconds duration) { machine.time.runFor(duration); }
 
+  void refresh() {
+    status->refresh();
+    machine.time.settle();
+  }
+  /// Whether a refresh built the open menu anew.
+  bool rebuildsAtRefresh() {
+    const int before = menu().rebuilds;
+    refresh();
+    return menu().rebuilds > before;
+  }
+  void addAppleDisplay5() { addAppleDisplay({5, 1552, 5, 1, false}, 0.3F); }
+
   FakeFrame frame{machine.time, machine.notes};
   StringCatalogue texts = applicationTexts(machine);
   std::unique_ptr<StatusItemController> status =
@@ -182,21 +194,55 @@ TEST_F(StatusItemControllerTest, TheLastMoveIsWrittenAlthoughTheMenuHasClosed) {
   EXPECT_EQ(channel.current, 71);
 }
 
-TEST_F(StatusItemControllerTest, ARebuildDropsAWaitingWrite) {
+TEST_F(StatusItemControllerTest, ADragLivesThroughRefreshesOfTheSameDisplays) {
+  auto& channel = addAnsweringMonitor(3, 20);
+  addSilentMonitor(2);
+  menu().open();
+  const Instant start = machine.time.now();
+  for (int step = 0; step <= 100; ++step) {
+    const double position = 20 + 0.5 * step;
+    menu().drag(1, position);
+    status->refresh();
+    pass(milliseconds(10));
+    ASSERT_EQ(menu().sliderValue(1), position) << step;
+  }
+  const auto writes = channel.setCount / 2;
+  EXPECT_LE(writes, 1 + (machine.time.now() - start) / milliseconds(70));
+  pass(milliseconds(500));
+  EXPECT_EQ(channel.current, 70);
+  EXPECT_EQ(menu().rebuilds, 1);
+}
+
+TEST_F(StatusItemControllerTest, ASliderThatGoesWritesItsWaitingPositionFirst) {
   auto& channel = addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, 70);
   menu().drag(1, 71);
-  status->refresh();
+  addAppleDisplay5();
+  ASSERT_TRUE(rebuildsAtRefresh());
+  EXPECT_EQ(channel.current, 71);
+  EXPECT_THAT(displayLines(),
+              Contains("slider -100..200 71 menu.slider.accessibilityLabel (Monitor 3)"));
+}
+
+TEST_F(StatusItemControllerTest, TheWaitingPositionOfAnUnpluggedDisplayIsNotWritten) {
+  auto& channel = addAnsweringMonitor(3, 55);
+  menu().open();
+  menu().drag(1, 70);
+  menu().drag(1, 71);
+  machine.displaySystem.online.clear();
+  ASSERT_TRUE(rebuildsAtRefresh());
   pass(milliseconds(200));
   EXPECT_EQ(channel.current, 70);
+  EXPECT_THAT(displayLines(), ElementsAre("text tertiary menu.noDisplays"));
 }
 
 TEST_F(StatusItemControllerTest, AfterARebuildTheNewSliderWorks) {
   auto& channel = addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, 70);
-  status->refresh();
+  addAppleDisplay5();
+  ASSERT_TRUE(rebuildsAtRefresh());
   pass(milliseconds(20));
   menu().drag(1, 72);
   EXPECT_EQ(channel.current, 72) << "the new row has written nothing yet";
@@ -383,15 +429,68 @@ TEST_F(StatusItemControllerTest, NoTimerRunsWhileTheMenuIsClosed) {
 
 // Refresh from elsewhere
 
-TEST_F(StatusItemControllerTest, ARefreshIsALaterTaskThatSetsTheButtonAndRebuildsAnOpenMenu) {
+TEST_F(StatusItemControllerTest, ARefreshIsALaterTaskThatSetsTheButtonAndUpdatesAnOpenMenu) {
+  addAnsweringMonitor(3, 55);
   menu().open();
+  controller.setBrightness(30, 3);
   const int configured = item().configurations;
   status->refresh();
   EXPECT_EQ(item().configurations, configured);
-  EXPECT_EQ(menu().rebuilds, 1);
+  EXPECT_THAT(displayLines(), Contains("text label menu.display.levelTitle (Monitor 3, 55)"));
   machine.time.settle();
   EXPECT_EQ(item().configurations, configured + 1);
-  EXPECT_EQ(menu().rebuilds, 2);
+  EXPECT_THAT(displayLines(), Contains("text label menu.display.levelTitle (Monitor 3, 30)"));
+}
+
+TEST_F(StatusItemControllerTest, ARefreshOfTheSameDisplaysChangesInPlaceAllThatARebuildWould) {
+  addSilentMonitor(2);
+  addAnsweringMonitor(3, 55);
+  set("SystemBrightnessKeysEnabled", false);
+  menu().open();
+  const auto before = menu().lines();
+  pass(milliseconds(1100));
+  controller.setBrightness(30, 3);
+  set("SystemBrightnessKeysEnabled", true);
+  HotkeyBindingStore(machine.settings).setBrightnessUpBinding({96, HotkeyBinding::command});
+  machine.userSession.files[FakeSession::launchAgentFile] = 0;
+  machine.processRunner.results = {FinishedProcess{0, ""}, FinishedProcess{0, ""}};
+  refresh();
+  EXPECT_EQ(menu().rebuilds, 1);
+  const auto updated = menu().lines();
+  menu().open();
+  EXPECT_EQ(updated, menu().lines());
+  for (const auto* const word : {"levelTitle", "slider", "statusTitle", "summary",
+                                 "useSystemBrightnessKeys", "launchAtLogin"}) {
+    const auto same = [&](const auto& line) {
+      return line.find(word) != std::string::npos && std::ranges::count(updated, line) == 1;
+    };
+    EXPECT_TRUE(std::ranges::none_of(before, same)) << word;
+  }
+}
+
+TEST_F(StatusItemControllerTest, ARefreshRebuildsAMenuWhoseLinesWouldBeOthers) {
+  auto& channel = addSilentMonitor(2);
+  addAnsweringMonitor(3, 55);
+  addAppleDisplay5();
+  auto& online = machine.displaySystem.online;
+  const auto silent = online.front();
+  online.erase(online.begin());
+  menu().open();
+  EXPECT_FALSE(rebuildsAtRefresh());
+  std::ranges::reverse(online);
+  EXPECT_TRUE(rebuildsAtRefresh()) << "another order";
+  online.push_back(silent);
+  EXPECT_TRUE(rebuildsAtRefresh()) << "one display more";
+  channel.answers = true;
+  controller.brightness(2);
+  EXPECT_TRUE(rebuildsAtRefresh()) << "a slider instead of a status";
+  machine.displaySystem.allScreens.front().localizedName = "Renamed";
+  EXPECT_TRUE(rebuildsAtRefresh()) << "another label of a slider";
+  set("SubZeroDimming", false);
+  EXPECT_TRUE(rebuildsAtRefresh()) << "other ends of the sliders";
+  online.pop_back();
+  EXPECT_TRUE(rebuildsAtRefresh()) << "one display less";
+  EXPECT_FALSE(rebuildsAtRefresh());
 }
 
 TEST_F(StatusItemControllerTest, ARefreshLeavesAClosedMenuAlone) {
@@ -508,6 +607,17 @@ TEST_F(StatusItemControllerTest, UndimmingEndsEverySoftwareEffect) {
   EXPECT_EQ(controller.level(4), 100);
 }
 
+TEST_F(StatusItemControllerTest, UndimmingEndsTheDimmingThatWasStillToBeWrittenToo) {
+  addAnsweringMonitor(3, 55);
+  menu().open();
+  menu().drag(1, -30);
+  menu().drag(1, -40);
+  menu().choose("menu.undimAll");
+  EXPECT_EQ(controller.level(3), 0);
+  pass(milliseconds(200));
+  EXPECT_EQ(controller.level(3), 0);
+}
+
 TEST_F(StatusItemControllerTest, RetryingForgetsTheBackOff) {
   auto& channel = addSilentMonitor(2);
   menu().open();
@@ -554,6 +664,24 @@ TEST_F(StatusItemControllerTest, QuittingTerminatesTheApplication) {
   EXPECT_EQ(frame.app.exitStatus, std::nullopt);
   menu().choose("menu.quit");
   EXPECT_EQ(frame.app.exitStatus, 0);
+}
+
+TEST_F(StatusItemControllerTest, QuittingWritesAWaitingPositionBeforeTheApplicationCleansUp) {
+  addAnsweringMonitor(3, 55);
+  menu().open();
+  menu().drag(1, -30);
+  menu().drag(1, -40);
+  struct : ApplicationDelegate {
+    void applicationDidFinishLaunching() override {}
+    void applicationWasOpenedAgain() override {}
+    void applicationWillTerminate() override { levelAtTheEnd = controller->level(3); }
+    BrightnessController* controller = nullptr;
+    std::optional<Percent> levelAtTheEnd;
+  } delegate;
+  delegate.controller = &controller;
+  frame.app.setDelegate(&delegate);
+  menu().choose("menu.quit");
+  EXPECT_EQ(delegate.levelAtTheEnd, -40);
 }
 
 }  // namespace

@@ -128,6 +128,19 @@ TEST_F(MenuConformance, TitlesAndTicksChangeInAnOpenMenu) {
   EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry"));
 }
 
+TEST_F(MenuConformance, ASliderGoesOnWhereTheHandLeftItWhileOtherItemsChange) {
+  underTest->openMenu();
+  underTest->drag(0, 60);
+  menu.setTitle(0, "Halden 60 %");
+  menu.setTitle(4, "Norvik, no answer for a long time");
+  menu.setChecked(3, true);
+  menu.setSliderValue(5, 20);
+  underTest->pass(0.05);
+  EXPECT_EQ(menu.sliderValue(1), 60);
+  underTest->drag(0, 70);
+  EXPECT_THAT(notes, ElementsAre("will open", "Halden 60", "Halden 70"));
+}
+
 TEST_F(MenuConformance, ItPopsUpOnceHoweverOftenItIsAsked) {
   menu.popUp();
   menu.popUp();

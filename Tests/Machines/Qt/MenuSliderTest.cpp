@@ -99,6 +99,31 @@ TEST_F(MenuSliderTest, TheHandThatDragsASliderAwayFromUnderItChoosesNothingAsItL
   EXPECT_THAT(delegate.notes, ElementsAre("opens"));
 }
 
+TEST_F(MenuSliderTest, ChangesInPlaceLeaveTheSliderInTheHandThatDragsIt) {
+  open();
+  const int middle = slider().height() / 2;
+  QTest::mousePress(&slider(), Qt::LeftButton, {}, {slider().width() / 2 + 60, middle});
+  menu.setTitle(0, "Halden H27: 137 %, a good deal longer than the line was when the menu opened");
+  menu.setTitle(4, "F5 brightens");
+  menu.setChecked(6, false);
+  bench.settle();
+  EXPECT_TRUE(slider().isSliderDown());
+  QTest::mouseMove(&slider(), {-500, middle});
+  EXPECT_EQ(values.back(), -100);
+  QTest::mouseRelease(&slider(), Qt::LeftButton, {}, {-500, middle});
+  EXPECT_TRUE(menu.widget().isVisible());
+}
+
+TEST_F(MenuSliderTest, ChangesInPlaceLeaveTheKeysWithTheSliderThatHasThem) {
+  open();
+  press(Qt::Key_Down);
+  menu.setTitle(0, "Halden H27: 61 %");
+  menu.setChecked(6, false);
+  bench.settle();
+  EXPECT_EQ(menu.widget().activeAction(), &action(1));
+  EXPECT_EQ(QApplication::focusWidget(), &slider());
+}
+
 TEST_F(MenuSliderTest, ARebuildLeavesTheKeysWithTheSliderThatHadThem) {
   open();
   press(Qt::Key_Down);
