@@ -29,7 +29,7 @@ Bytes withByte(Bytes bytes, std::size_t offset, std::uint8_t value) {
 }
 
 /// What the bytes say, which must be an EDID.
-EDID read(const Bytes& bytes) {
+EDID readEDID(const Bytes& bytes) {
   const auto edid = parseEDID(bytes);
   EXPECT_TRUE(edid.has_value());
   return edid.value_or(EDID{});
@@ -53,7 +53,7 @@ TEST(EDID, ReadsAPanelCapturedByteForByte) {
 }
 
 TEST(EDID, APanelWithoutSerialNumberHasSerialZero) {
-  EXPECT_EQ(read(EDIDBuilder{.serial = 0}.bytes()).panel.serial, 0U);
+  EXPECT_EQ(readEDID(EDIDBuilder{.serial = 0}.bytes()).panel.serial, 0U);
 }
 
 TEST(EDID, FewerBytesThanABlockAreNoEDID) {
@@ -66,7 +66,7 @@ TEST(EDID, FewerBytesThanABlockAreNoEDID) {
 TEST(EDID, ExtensionBlocksAreNotLookedAt) {
   Bytes bytes = EDIDBuilder{.name = "Extended"}.bytes();
   bytes.resize(256 + 5, 0xA7);
-  EXPECT_EQ(read(bytes).name, "Extended");
+  EXPECT_EQ(readEDID(bytes).name, "Extended");
 }
 
 TEST(EDID, AllZerosAreNoEDIDAlthoughTheyAddUp) {
@@ -97,7 +97,7 @@ struct NameCase {
 class EDIDName : public ::testing::TestWithParam<NameCase> {};
 
 TEST_P(EDIDName, IsPrintableAndTrimmed) {
-  EXPECT_EQ(read(withNameBytes(GetParam().bytes)).name, GetParam().name);
+  EXPECT_EQ(readEDID(withNameBytes(GetParam().bytes)).name, GetParam().name);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -118,7 +118,7 @@ TEST(EDID, ANameMayStandInAnyDescriptor) {
     std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(descriptor), 18, std::uint8_t{0});
     bytes[descriptor + 3] = 0xFC;
     bytes[descriptor + 5] = 'N';
-    EXPECT_EQ(read(EDIDBuilder::withChecksum(bytes)).name, "N") << descriptor;
+    EXPECT_EQ(readEDID(EDIDBuilder::withChecksum(bytes)).name, "N") << descriptor;
   }
 }
 
@@ -126,7 +126,7 @@ TEST(EDID, ATimingThatLooksLikeANameIsNone) {
   const Bytes named = EDIDBuilder{.name = "Name"}.bytes();
   for (std::size_t offset = 0; offset < 3; ++offset) {
     const Bytes timing = withByte(named, EDIDBuilder::nameDescriptor + offset, 1);
-    EXPECT_EQ(read(timing).name, "") << offset;
+    EXPECT_EQ(readEDID(timing).name, "") << offset;
   }
 }
 
@@ -138,7 +138,7 @@ TEST(EDID, GarbageBehindAGoodHeaderGivesAPrintableNameOrNone) {
       // Descriptors stay descriptors often enough for their texts to be read.
       if (random() % 3 != 0) bytes[offset] = static_cast<std::uint8_t>(random());
     }
-    const std::string name = read(EDIDBuilder::withChecksum(bytes)).name;
+    const std::string name = readEDID(EDIDBuilder::withChecksum(bytes)).name;
     EXPECT_LE(name.size(), 13U);
     for (const char letter : name) EXPECT_TRUE(letter >= ' ' && letter <= '~');
   }
