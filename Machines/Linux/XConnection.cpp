@@ -9,10 +9,9 @@
 #include <array>
 #include <csignal>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <utility>
-
-#include "Machines/Linux/XOutputs.h"
 
 namespace brivane {
 namespace {
@@ -74,6 +73,19 @@ xcb_window_t rootOf(xcb_connection_t* connection, int screenNumber) {
   return screens.data->root;
 }
 
+xcb_randr_get_screen_resources_current_cookie_t askForCRTCs(const XServer& server) {
+  return xcb_randr_get_screen_resources_current(server.connection, server.root);
+}
+
+std::optional<std::vector<xcb_randr_crtc_t>> readCRTCs(
+    const XServer& server, xcb_randr_get_screen_resources_current_cookie_t question) {
+  const XReply<xcb_randr_get_screen_resources_current_reply_t> list(
+      xcb_randr_get_screen_resources_current_reply(server.connection, question, nullptr));
+  if (!list) return std::nullopt;
+  const std::span crtcs(xcb_randr_get_screen_resources_current_crtcs(list.get()), list->num_crtcs);
+  return std::vector(crtcs.begin(), crtcs.end());
+}
+
 XConnection::XConnection(std::string itsDisplayName) : displayName(std::move(itsDisplayName)) {}
 
 XConnection::~XConnection() {
@@ -112,7 +124,7 @@ std::optional<std::string> XConnection::open() {
   }
   tellVersion(openServer.connection);
   readAtoms(openServer, atoms);
-  openServer.crtcs = allCRTCs(openServer);
+  openServer.crtcs = readCRTCs(openServer, askForCRTCs(openServer)).value_or(openServer.crtcs);
   return std::nullopt;
 }
 

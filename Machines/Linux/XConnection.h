@@ -37,6 +37,13 @@ struct XServer {
   std::vector<xcb_randr_crtc_t> crtcs;
 };
 
+/// Asks for the list of CRTCs without waiting, so that other questions share the round trip.
+xcb_randr_get_screen_resources_current_cookie_t askForCRTCs(const XServer& server);
+
+/// Every CRTC; nothing when the server fails.
+std::optional<std::vector<xcb_randr_crtc_t>> readCRTCs(
+    const XServer& server, xcb_randr_get_screen_resources_current_cookie_t question);
+
 /// A turn at the X server; as long as it is held, no other thread gets one. It holds no server when
 /// none answers.
 class XServerTurn {

@@ -17,19 +17,6 @@ namespace {
 
 using CRTCs = std::vector<xcb_randr_crtc_t>;
 
-xcb_randr_get_screen_resources_current_cookie_t askForList(const XServer& server) {
-  return xcb_randr_get_screen_resources_current(server.connection, server.root);
-}
-
-std::optional<CRTCs> readList(const XServer& server,
-                              xcb_randr_get_screen_resources_current_cookie_t question) {
-  const XReply<xcb_randr_get_screen_resources_current_reply_t> list(
-      xcb_randr_get_screen_resources_current_reply(server.connection, question, nullptr));
-  if (!list) return std::nullopt;
-  const std::span crtcs(xcb_randr_get_screen_resources_current_crtcs(list.get()), list->num_crtcs);
-  return CRTCs(crtcs.begin(), crtcs.end());
-}
-
 struct CRTC {
   xcb_randr_crtc_t identifier = XCB_NONE;
   XReply<xcb_randr_get_crtc_info_reply_t> info;
@@ -60,10 +47,10 @@ std::vector<CRTC> readInfos(const XServer& server, const CRTCs& crtcs,
 }
 
 /// Asks for the CRTCs that the server had at first together with the list of those that it has.
-std::optional<std::vector<CRTC>> readCRTCs(const XServer& server) {
-  const auto list = askForList(server);
+std::optional<std::vector<CRTC>> knownCRTCs(const XServer& server) {
+  const auto list = askForCRTCs(server);
   const auto ahead = askForInfos(server, server.crtcs);
-  const auto crtcs = readList(server, list);
+  const auto crtcs = readCRTCs(server, list);
   auto known = readInfos(server, server.crtcs, ahead);
   if (!crtcs) return std::nullopt;
   if (*crtcs == server.crtcs) return known;
@@ -90,13 +77,9 @@ void arrange(std::vector<XOutput>& outputs, xcb_randr_output_t primary) {
 
 }  // namespace
 
-std::vector<xcb_randr_crtc_t> allCRTCs(const XServer& server) {
-  return readList(server, askForList(server)).value_or(CRTCs());
-}
-
 std::optional<std::vector<XOutput>> activeOutputs(const XServer& server) {
   const auto question = xcb_randr_get_output_primary(server.connection, server.root);
-  const auto crtcs = readCRTCs(server);
+  const auto crtcs = knownCRTCs(server);
   const XReply<xcb_randr_get_output_primary_reply_t> primary(
       xcb_randr_get_output_primary_reply(server.connection, question, nullptr));
   if (!crtcs || !primary || xcb_connection_has_error(server.connection) != 0) return std::nullopt;
@@ -108,7 +91,7 @@ std::optional<std::vector<XOutput>> activeOutputs(const XServer& server) {
 
 std::vector<xcb_randr_crtc_t> idleCRTCs(const XServer& server) {
   std::vector<xcb_randr_crtc_t> idle;
-  for (const CRTC& crtc : readCRTCs(server).value_or(std::vector<CRTC>())) {
+  for (const CRTC& crtc : knownCRTCs(server).value_or(std::vector<CRTC>())) {
     if (crtc.info->num_outputs == 0) idle.push_back(crtc.identifier);
   }
   return idle;

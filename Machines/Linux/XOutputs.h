@@ -28,9 +28,6 @@ struct XOutput {
   int height = 0;
 };
 
-/// Every CRTC; none when the server fails.
-std::vector<xcb_randr_crtc_t> allCRTCs(const XServer& server);
-
 /// Every output with a CRTC, without probing the hardware: the primary output first, then from left
 /// to right, then from top to bottom. Nothing when the server fails. One round trip while the
 /// server has the CRTCs that it had when the connection was opened, else two.

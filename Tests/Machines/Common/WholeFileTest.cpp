@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <iterator>
 
 #include "Machines/Common/WholeFile.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -33,6 +34,13 @@ TEST(WholeFile, AVersionFromTheFutureIsFollowedByALaterOne) {
   writeWholeFile(file, "new");
   EXPECT_GT(stampOf(file)->modifiedNanoseconds, before->modifiedNanoseconds);
   EXPECT_EQ(TemporaryFolder::read(file), "new");
+}
+
+TEST(WholeFile, WhatAWriterThatEndedEarlyLeftIsNotWrittenInto) {
+  const TemporaryFolder folder;
+  std::ifstream reader(folder.write("file.new", "left"));
+  ASSERT_FALSE(writeWholeFile(folder / "file", "new").has_value());
+  EXPECT_EQ((std::string{std::istreambuf_iterator<char>(reader), {}}), "left");
 }
 
 class WholeFileAfter : public testing::TestWithParam<PowerCut> {};

@@ -25,8 +25,8 @@ class MacInputTest : public MacTest {
  protected:
   MacInputTest() { appKit.convert = fake::detailsOf; }
 
-  /// Whatever is to run already has its turn, however late the loop begins.
-  /// What waits when the time is over comes before the stop.
+  /// Whatever is to run already has its turn, however late the loop begins, and so has what waits
+  /// when the time is over.
   void settle() {
     runtime.async([this] {
       runtime.after(std::chrono::milliseconds(2),
