@@ -118,15 +118,20 @@ void JsonFileDefaults::scheduleSync() {
 }
 
 void JsonFileDefaults::readIfNewer() const {
-  if (stampOf(file) == storedStamp) return;
+  const auto stamp = stampOf(file);
+  if (stamp && stamp == storedStamp) return;
   read();
-  if (!unreadable) return;
-  const auto lock = FileLock::acquire(lockFile, runtime, lockPatience);
-  if (std::holds_alternative<FileLock>(lock)) {
-    read();  // somebody may have been quicker
-    if (!unreadable || setAsideBecauseOf(*unreadable)) return;
-  }
+  if (!unreadable || makeWay()) return;
   reportUnreadable(*unreadable, "going on with none, and leaving the file as it is");
+}
+
+/// Whether the file that can't be read is out of the way now.
+bool JsonFileDefaults::makeWay() const {
+  if (unreadable->isFromSystem) return false;
+  const auto lock = FileLock::acquire(lockFile, runtime, lockPatience);
+  if (!std::holds_alternative<FileLock>(lock)) return false;
+  read();  // somebody may have been quicker
+  return !unreadable || setAsideBecauseOf(*unreadable);
 }
 
 void JsonFileDefaults::read() const {
@@ -139,11 +144,14 @@ void JsonFileDefaults::read() const {
     lastReadReport.clear();
   } else if (const auto& problem = std::get<FileProblem>(loaded); !problem.isAbsent) {
     unreadable = problem;
+    // It can be read again one day and still be the same version.
+    if (problem.isFromSystem) storedStamp.reset();
   }
 }
 
 /// Under the lock. Whether the file is out of the way now.
 bool JsonFileDefaults::setAsideBecauseOf(const FileProblem& problem) const {
+  if (problem.isFromSystem) return false;
   const auto aside = setAside(file);
   const auto* name = std::get_if<std::filesystem::path>(&aside);
   if (name == nullptr) return false;

@@ -18,8 +18,10 @@ namespace brivane {
 /// Each change is written at once, whole, under a lock that is waited for at most 2 s: processes
 /// that change different keys lose nothing to each other, and a reader sees the file before or
 /// after a change, never in between. What can't be written stays in force in this process and is
-/// tried again with the next change and at the end. A file that can't be read counts as empty; it
-/// is set aside, never overwritten. Each of these is said once, in one line of the log.
+/// tried again with the next change and at the end. A file that can't be read counts as empty and
+/// is never overwritten: one that holds something else than settings is set aside, one that the
+/// system doesn't let read stays, and is tried again at each use. Each of these is said once, in
+/// one line of the log.
 class JsonFileDefaults : public UserDefaults {
  public:
   /// Whether what was written must survive a power cut: then it is synced to disk once writing has
@@ -50,6 +52,7 @@ class JsonFileDefaults : public UserDefaults {
   void scheduleSync();
   void readIfNewer() const;
   void read() const;
+  bool makeWay() const;
   bool setAsideBecauseOf(const FileProblem& problem) const;
   void reportUnreadable(const FileProblem& problem, const std::string& consequence) const;
   void report(std::string& last, const std::string& line) const;

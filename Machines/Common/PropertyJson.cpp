@@ -106,6 +106,8 @@ std::variant<PropertyValue::Dictionary, JsonProblem> dictionaryFromJson(std::str
     return dictionaryFrom(json);
   } catch (const nlohmann::json::parse_error& error) {
     return JsonProblem{"it is no valid JSON at byte " + std::to_string(error.byte)};
+  } catch (const nlohmann::json::out_of_range&) {
+    return JsonProblem{"it holds a number that is too large"};
   }
 }
 

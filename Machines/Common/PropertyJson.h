@@ -18,7 +18,8 @@ std::string jsonOfProperty(const PropertyValue& value);
 /// An object that is a dictionary whatever its keys, such as a whole file, in indented lines.
 std::string jsonOfDictionary(const PropertyValue::Dictionary& dictionary);
 
-/// What is wrong with a text that is no such object, or nested deeper than 32 levels.
+/// What is wrong with a text that is no such object, is nested deeper than 32 levels or holds a
+/// number that is too large for a fraction.
 struct JsonProblem {
   std::string reason;
 };

@@ -32,7 +32,7 @@ class Descriptor {
 };
 
 FileProblem lastProblem() {
-  return {std::generic_category().message(errno), errno == ENOENT};
+  return {std::generic_category().message(errno), errno == ENOENT, true};
 }
 
 bool writeAll(int descriptor, const std::string& content) {

@@ -13,6 +13,8 @@ struct FileProblem {
   std::string reason;
   /// There is no such file.
   bool isAbsent = false;
+  /// The system said so: nobody knows what the file holds, and it may be sound.
+  bool isFromSystem = false;
 };
 
 /// Tells one version of a file from the next: every whole write makes a new one.

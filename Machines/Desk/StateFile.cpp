@@ -52,13 +52,14 @@ std::optional<FileProblem> StateFile::load(const Access& access, bool isLocked) 
     access.startAfresh();
     // There is no file either when a folder on the way to it is none or can't be entered.
     std::error_code ignored;
-    if (problem->isAbsent || !std::filesystem::exists(file, ignored)) return std::nullopt;
-    return discardUnreadable(problem->reason, isLocked);
+    const auto inFolder = std::filesystem::symlink_status(file, ignored);
+    if (problem->isAbsent || !std::filesystem::exists(inFolder)) return std::nullopt;
+    return discardUnreadable(*problem, isLocked);
   }
   const auto complaint = parseFile(std::get<std::string>(content), access);
   if (!complaint) return std::nullopt;
   access.startAfresh();
-  return discardUnreadable(*complaint, isLocked);
+  return discardUnreadable({*complaint}, isLocked);
 }
 
 std::optional<std::string> StateFile::parseFile(const std::string& text,
@@ -81,10 +82,10 @@ std::optional<std::string> StateFile::parseFile(const std::string& text,
   return error;
 }
 
-std::optional<FileProblem> StateFile::discardUnreadable(const std::string& reason, bool isLocked) {
+std::optional<FileProblem> StateFile::discardUnreadable(const FileProblem& problem, bool isLocked) {
   const std::string complaint =
-      "Brivane: the desk's state in " + file.string() + " can't be read (" + reason + "); ";
-  if (isLocked) {
+      "Brivane: the desk's state in " + file.string() + " can't be read (" + problem.reason + "); ";
+  if (isLocked && !problem.isFromSystem) {
     const auto aside = setAside(file);
     if (const auto* name = std::get_if<std::filesystem::path>(&aside)) {
       folder.report(complaint + "it was set aside as " + name->filename().string());
@@ -92,7 +93,7 @@ std::optional<FileProblem> StateFile::discardUnreadable(const std::string& reaso
     }
   }
   folder.report(complaint + "it is left as it is, and the desk goes on without it");
-  return FileProblem{reason};
+  return problem;
 }
 
 std::optional<FileProblem> StateFile::save(const JsonValue& state) const {

@@ -15,10 +15,10 @@ namespace brivane {
 /// The file also says which version of the desk file's section the state started from; when that
 /// section was edited, the state counts as absent.
 ///
-/// A file that can't be read is set aside with a dated name, never overwritten. When the state
-/// can't be written, what the caller has in memory stands until another process can write, and
-/// writing is tried again with the next change. Each is said in one line of the log. Not for use by
-/// two threads at once.
+/// A file that can't be read is never overwritten: one that holds something else is set aside with
+/// a dated name, one that the system doesn't let read stays. When the state can't be written, what
+/// the caller has in memory stands until another process can write, and writing is tried again with
+/// the next change. Each is said in one line of the log. Not for use by two threads at once.
 class StateFile {
  public:
   /// `name` is the file's, without its ending.
@@ -48,7 +48,7 @@ class StateFile {
  private:
   std::optional<FileProblem> load(const Access& access, bool isLocked);
   std::optional<std::string> parseFile(const std::string& text, const Access& access) const;
-  std::optional<FileProblem> discardUnreadable(const std::string& reason, bool isLocked);
+  std::optional<FileProblem> discardUnreadable(const FileProblem& problem, bool isLocked);
   std::optional<FileProblem> save(const JsonValue& state) const;
 
   StateFolder& folder;

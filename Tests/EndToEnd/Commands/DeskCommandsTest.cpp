@@ -248,7 +248,7 @@ TEST_F(DeskStateTest, TheSettingsAreInOneFile) {
 }
 
 TEST_F(DeskStateTest, BrokenSettingsAreReportedKeptAndReplaced) {
-  for (const auto* content : {"{\"brightness", "[1, 2]", ""}) {
+  for (const auto* content : {"{\"brightness", "[1, 2]", "", "{\"brightness.1.2.3\": 1e999}"}) {
     std::ofstream(settings) << content;
     const ProgramResult result = run({"--set", "50"});
     EXPECT_EQ(result.output, "Set Halden H27 to 50%\n");

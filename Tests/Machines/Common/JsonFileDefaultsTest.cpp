@@ -10,6 +10,7 @@
 #include "Machines/Common/JsonFileDefaults.h"
 #include "Machines/Common/ThreadRuntime.h"
 #include "Machines/Desk/VirtualRuntime.h"
+#include "Tests/Support/OrdinaryUser.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
@@ -162,6 +163,9 @@ INSTANTIATE_TEST_SUITE_P(
     Files, JsonFileDefaultsBadFileTest,
     testing::Values(BadFile{"Truncated", "{\"a\": 4", "no valid JSON at byte 8"},
                     BadFile{"Empty", "", "no valid JSON"},
+                    BadFile{"ANumberBeyondDouble", "{\"a\": 1e999}", "a number that is too large"},
+                    BadFile{"AnIntegerBeyondDouble", "{\"a\": [-1" + std::string(400, '0') + "]}",
+                            "a number that is too large"},
                     BadFile{"AList", "[1, 2]", "a JSON array, not an object"},
                     BadFile{"Binary", std::string("\x00\xff\x00", 3), "no valid JSON"},
                     BadFile{"Huge", std::string(3 << 20, '\0'), "more than the 1048576 allowed"},
@@ -189,6 +193,37 @@ TEST_F(JsonFileDefaultsTest, AFolderOfThatNameIsSetAsideToo) {
   defaults.set("a", {std::int64_t{1}});
   EXPECT_THAT(log.lines.front(), HasSubstr("it is a folder"));
   EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
+}
+
+TEST_F(JsonFileDefaultsTest, AFileThatTheSystemDoesNotLetReadStaysWhereItIs) {
+  std::filesystem::create_symlink("domain.json", file);
+  {
+    auto defaults = open();
+    EXPECT_EQ(defaults.object("a"), std::nullopt);
+    EXPECT_EQ(defaults.object("a"), std::nullopt);
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_THAT(log.lines[0], HasSubstr("can't be read (Too many levels of symbolic links); going "
+                                        "on with none, and leaving the file as it is"));
+    defaults.set("a", {std::int64_t{1}});
+    EXPECT_EQ(defaults.object("a"), (PropertyValue{std::int64_t{1}}));
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(file));
+  EXPECT_THAT(folder.names(), ElementsAre("domain.json", "domain.json.lock"));
+  ASSERT_EQ(log.lines.size(), 2u);
+  EXPECT_THAT(log.lines[1], HasSubstr("could not be saved"));
+}
+
+TEST_F(JsonFileDefaultsTest, AFileThatMayNotBeReadCountsAgainOnceItMay) {
+  std::filesystem::permissions(folder.path, std::filesystem::perms::all);
+  EXPECT_TRUE(holdsForOrdinaryUser([&] {
+    folder.write("domain.json", R"({"a": 4})");
+    std::filesystem::permissions(file, std::filesystem::perms::none);
+    auto defaults = open();
+    const bool isUnknown = !defaults.object("a") && !defaults.object("a");
+    const bool isLeft = folder.names().size() == 1 && log.lines.size() == 1;
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+    return isUnknown && isLeft && defaults.object("a") == PropertyValue{std::int64_t{4}};
+  }));
 }
 
 TEST_F(JsonFileDefaultsTest, ASecondUnreadableFileDoesNotReplaceTheFirst) {

@@ -375,6 +375,18 @@ TEST_F(DeskFolderTest, AFolderInAStatesPlaceIsSetAsideToo) {
   EXPECT_THAT(desk.lines->front(), HasSubstr("it is a folder"));
 }
 
+TEST_F(DeskFolderTest, AStateThatTheSystemDoesNotLetReadStaysWhereItIs) {
+  std::filesystem::create_directory(state);
+  std::filesystem::create_symlink("monitor-1.json", state / "monitor-1.json");
+  auto desk = open();
+  EXPECT_TRUE(set(desk.hardware, 1, 20));
+  EXPECT_THAT(*desk.lines,
+              ElementsAre(HasSubstr("it is left as it is"), HasSubstr("can't be saved")));
+  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 20);
+  EXPECT_TRUE(std::filesystem::is_symlink(state / "monitor-1.json"));
+  EXPECT_THAT(names(), ElementsAre("lock", "monitor-1.json"));
+}
+
 TEST_F(DeskFolderTest, WithoutAPlaceForItsStateTheProgramGoesOnInMemoryAfterOneLine) {
   folder.write("desk.json.state", "a file where the folder should be");
   auto desk = open();
