@@ -14,7 +14,7 @@ namespace {
 constexpr Microseconds pause = std::chrono::milliseconds(1);
 
 int openLockFile(const std::filesystem::path& file) {
-  return ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  return ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
 }
 
 }  // namespace

@@ -10,8 +10,8 @@
 namespace brivane {
 
 /// Holds a file for one process (or thread) at a time, until destroyed. The lock is on a file of
-/// its own that stays, empty, because the files it protects are replaced whole. A process that ends
-/// in whatever way lets go of it.
+/// its own that stays, empty, because the files it protects are replaced whole; it can't be a link.
+/// A process that ends in whatever way lets go of it.
 class FileLock {
  public:
   /// Waits for the lock for at most `patience`; or says why it can't be had: it is still held then,

@@ -70,7 +70,7 @@ std::optional<FileProblem> writeNewFile(const std::filesystem::path& file,
                                         const std::string& content) {
   // Left by a process that ended in between; somebody may still read it.
   ::unlink(file.c_str());
-  Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (descriptor.number < 0) return lastProblem();
   if (!writeAll(descriptor.number, content)) return lastProblem();
   dateAfter(replaced, descriptor.number);
@@ -124,9 +124,11 @@ std::optional<FileStamp> stampOf(const std::filesystem::path& file) {
 }
 
 std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path& file,
-                                                     std::size_t maximumBytes) {
+                                                     std::size_t maximumBytes, Links links) {
   // Non-blocking, so that a pipe of that name can't hang the program.
-  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  constexpr int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+  const int linkFlag = links == Links::refused ? O_NOFOLLOW : 0;
+  const Descriptor descriptor(::open(file.c_str(), flags | linkFlag));
   struct stat status {};
   if (descriptor.number < 0 || ::fstat(descriptor.number, &status) != 0) return lastProblem();
   if (S_ISDIR(status.st_mode)) return FileProblem{"it is a folder"};

@@ -30,9 +30,13 @@ struct FileStamp {
 /// Nothing when there is no such file.
 std::optional<FileStamp> stampOf(const std::filesystem::path& file);
 
+/// Whether a file may be a link to another.
+enum class Links { followed, refused };
+
 /// The whole content of a regular file of at most `maximumBytes`; a larger one is not read at all.
 std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path& file,
-                                                     std::size_t maximumBytes);
+                                                     std::size_t maximumBytes,
+                                                     Links links = Links::followed);
 
 /// What a power cut may leave of a file that was just replaced.
 enum class PowerCut {
@@ -44,8 +48,8 @@ enum class PowerCut {
 };
 
 /// Replaces the file by one with this content, or leaves it exactly as it was: writes "<file>.new"
-/// and gives it the file's name. Only one process may do so at a time (see FileLock). Missing
-/// folders are made.
+/// and gives it the file's name; neither is a link then. Only one process may do so at a time (see
+/// FileLock). Missing folders are made.
 std::optional<FileProblem> writeWholeFile(const std::filesystem::path& file,
                                           const std::string& content,
                                           PowerCut powerCut = PowerCut::keepsFile);

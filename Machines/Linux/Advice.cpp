@@ -29,8 +29,8 @@ std::optional<std::string> adviceFor(const GraphicsSession& session, const Findi
            "udev rule or join the group i2c, then log in again. See docs/linux.md.";
   }
   if (findings.keymapsDenied) {
-    return "brivane-hidutil has no permission to remap the keyboards' brightness keys: give it the "
-           "group input. See docs/linux.md.";
+    return "brivane-hidutil has no permission to remap the keyboards' brightness keys: only root "
+           "has it. See docs/linux.md.";
   }
   if (findings.backlightDenied) {
     return "You have no permission to set the built-in panel's backlight: install Brivane's udev "

@@ -1,14 +1,25 @@
 // brivane-hidutil: stands where the Mac has its system tool for key mappings.
 
+#include <unistd.h>
+
 #include <iostream>
 
 #include "Machines/Common/ThreadRuntime.h"
 #include "Machines/Linux/HIDUtil/HIDUtil.h"
 #include "Machines/Linux/RuntimeFolder.h"
 
+namespace {
+
+brivane::HIDUtil::Rights rights() {
+  const bool areCallers = ::getegid() == ::getgid() && ::geteuid() == ::getuid();
+  return areCallers ? brivane::HIDUtil::Rights::callers : brivane::HIDUtil::Rights::lent;
+}
+
+}  // namespace
+
 int main(int count, char** arguments) {
   brivane::ThreadRuntime runtime;
-  brivane::HIDUtil tool(brivane::runtimeFolder(), runtime);
+  brivane::HIDUtil tool(brivane::runtimeFolder(), runtime, rights());
   const auto outcome = tool.run({arguments + (count > 0 ? 1 : 0), arguments + count});
   std::cout << outcome.output << std::flush;
   if (!outcome.error.empty()) std::cerr << outcome.error << "\n";

@@ -32,7 +32,8 @@ std::optional<std::filesystem::path> runtimeFolder() {
 bool makeRuntimeFolder(const std::filesystem::path& folder) {
   ::mkdir(folder.c_str(), 0700);
   struct stat status {};
-  return ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == ::geteuid();
 }
 
 }  // namespace brivane

@@ -11,7 +11,8 @@ namespace brivane {
 /// is no such place. The folder itself may not exist yet.
 std::optional<std::filesystem::path> runtimeFolder();
 
-/// Makes the folder, for this user's eyes only, unless it exists. Whether it exists now.
+/// Makes the folder, for this user's eyes only, unless it exists. Whether it is a folder of this
+/// user's own now, and no link to one.
 bool makeRuntimeFolder(const std::filesystem::path& folder);
 
 }  // namespace brivane

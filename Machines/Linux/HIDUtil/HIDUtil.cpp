@@ -39,6 +39,11 @@ bool isGone(int error) {
 }  // namespace
 
 HIDUtil::Outcome HIDUtil::run(const std::vector<std::string>& arguments) {
+  if (rights == Rights::lent) {
+    return failure(notPermitted,
+                   "its file lends it the rights of another user or group, which any program of "
+                   "its caller's could misuse; take that away (chmod ug-s) and run it as root");
+  }
   if (arguments.size() == 3 && arguments[0] == "property") {
     if (arguments[1] == "--get" && arguments[2] == "UserKeyMapping") return get();
     if (arguments[1] == "--set") {
@@ -51,7 +56,13 @@ HIDUtil::Outcome HIDUtil::run(const std::vector<std::string>& arguments) {
 }
 
 HIDUtil::Outcome HIDUtil::get() const {
-  const KeymapState state = folder ? KeymapStore(*folder).load() : KeymapState{};
+  if (!folder) return listed({});
+  const auto loaded = KeymapStore(*folder).load();
+  if (const auto* problem = std::get_if<std::string>(&loaded)) return failure(failed, *problem);
+  return listed(std::get<KeymapState>(loaded));
+}
+
+HIDUtil::Outcome HIDUtil::listed(const KeymapState& state) {
   const Relays relays = relaysIn(state.mapping);
   const Keyboards keyboards = openKeyboards(state, relays);
   std::set<KeyCode> escaped;
@@ -72,7 +83,7 @@ HIDUtil::Outcome HIDUtil::get() const {
 
 HIDUtil::Outcome HIDUtil::set(const UserKeyMapping& mapping) {
   if (!folder || !makeRuntimeFolder(*folder)) {
-    return failure(failed, "no folder to keep the mapping in (is XDG_RUNTIME_DIR set?)");
+    return failure(failed, "no folder of yours to keep the mapping in (is XDG_RUNTIME_DIR set?)");
   }
   const auto lock =
       FileLock::acquire(*folder / "key-mapping.lock", runtime, std::chrono::seconds(2));
@@ -81,7 +92,9 @@ HIDUtil::Outcome HIDUtil::set(const UserKeyMapping& mapping) {
 }
 
 HIDUtil::Outcome HIDUtil::setUnderLock(const UserKeyMapping& mapping, const KeymapStore& store) {
-  const KeymapState before = store.load();
+  const auto loaded = store.load();
+  if (const auto* problem = std::get_if<std::string>(&loaded)) return failure(failed, *problem);
+  const auto& before = std::get<KeymapState>(loaded);
   const Keyboards keyboards = openKeyboards(before, relaysIn(mapping));
   if (!keyboards.denied.empty()) return denial(keyboards.denied.front());
 

@@ -20,6 +20,9 @@ namespace brivane {
 /// kept and printed. A printed brightness entry is in force: one that some attached keyboard
 /// doesn't follow (it was plugged in later) is left out. Devices without a keymap, and devices that
 /// go meanwhile, are left alone.
+///
+/// Where the state is kept is the caller's to choose, so the tool does nothing with rights that its
+/// caller lacks.
 class HIDUtil {
  public:
   /// Exit statuses: those of sysexits.h where they have one.
@@ -35,9 +38,13 @@ class HIDUtil {
     std::string error;
   };
 
+  /// Whose rights the process has: its caller's, or those that its file lends it (setgid, setuid).
+  enum class Rights { callers, lent };
+
   /// Without a folder nothing can be kept, so nothing can be set.
-  HIDUtil(std::optional<std::filesystem::path> stateFolder, Runtime& machineRuntime)
-      : folder(std::move(stateFolder)), runtime(machineRuntime) {}
+  HIDUtil(std::optional<std::filesystem::path> stateFolder, Runtime& machineRuntime,
+          Rights processRights)
+      : folder(std::move(stateFolder)), runtime(machineRuntime), rights(processRights) {}
 
   /// `arguments` without the program's name.
   Outcome run(const std::vector<std::string>& arguments);
@@ -57,6 +64,7 @@ class HIDUtil {
   };
 
   Outcome get() const;
+  static Outcome listed(const KeymapState& state);
   Outcome set(const UserKeyMapping& mapping);
   static Outcome setUnderLock(const UserKeyMapping& mapping, const KeymapStore& store);
   static Keyboards openKeyboards(const KeymapState& state,
@@ -66,6 +74,7 @@ class HIDUtil {
 
   const std::optional<std::filesystem::path> folder;
   Runtime& runtime;
+  const Rights rights;
 };
 
 }  // namespace brivane

@@ -44,15 +44,11 @@ ChangedKey changedKey(const nlohmann::json& json) {
           json.at("original").get<KeyCode>(), json.at("relay").get<KeyCode>()};
 }
 
-}  // namespace
-
-KeymapState KeymapStore::load() const try {
-  const auto content = readWholeFile(file(), largestStoreBytes);
-  const auto* text = std::get_if<std::string>(&content);
-  const auto mapping = text != nullptr ? parseKeyMapping(*text) : std::nullopt;
+KeymapState stateIn(const std::string& text) try {
+  const auto mapping = parseKeyMapping(text);
   if (!mapping) return {};
   KeymapState state{*mapping, {}};
-  const auto document = nlohmann::json::parse(*text);
+  const auto document = nlohmann::json::parse(text);
   for (const auto& json : document.at("ChangedKeys")) {
     const ChangedKey key = changedKey(json);
     if (isPossible(key)) state.changedKeys.push_back(key);
@@ -60,6 +56,20 @@ KeymapState KeymapStore::load() const try {
   return state;
 } catch (const std::exception&) {
   return {};
+}
+
+}  // namespace
+
+std::variant<KeymapState, std::string> KeymapStore::load() const {
+  std::error_code ignored;  // without the folder there is no file either
+  if (!std::filesystem::exists(std::filesystem::symlink_status(file(), ignored))) {
+    return KeymapState{};
+  }
+  const auto content = readWholeFile(file(), largestStoreBytes, Links::refused);
+  if (const auto* text = std::get_if<std::string>(&content)) return stateIn(*text);
+  const auto& problem = std::get<FileProblem>(content);
+  if (!problem.isFromSystem || problem.isAbsent) return KeymapState{};
+  return file().string() + ": " + problem.reason;
 }
 
 std::optional<std::string> KeymapStore::save(const KeymapState& state) const {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "Machines/Linux/HIDUtil/KeymapPlan.h"
@@ -25,8 +26,9 @@ class KeymapStore {
   explicit KeymapStore(std::filesystem::path stateFolder) : folder(std::move(stateFolder)) {}
 
   /// The empty state when there is no file, or one that can't be understood. Changed keys that no
-  /// mapping could have made are left out.
-  KeymapState load() const;
+  /// mapping could have made are left out. A link is not followed: why the file can't be read, in
+  /// words for a person.
+  std::variant<KeymapState, std::string> load() const;
 
   /// Makes the folder if needed. Nothing on success, else why not, in words for a person.
   std::optional<std::string> save(const KeymapState& state) const;

@@ -40,7 +40,8 @@ TEST(Advice, EachFindingHasItsRemedy) {
   findings.backlightDenied = true;
   EXPECT_THAT(adviceFor(allWell, findings), Optional(HasSubstr("backlight")));
   findings.keymapsDenied = true;
-  EXPECT_THAT(adviceFor(allWell, findings), Optional(HasSubstr("brivane-hidutil")));
+  EXPECT_THAT(adviceFor(allWell, findings),
+              Optional(AllOf(HasSubstr("brivane-hidutil"), HasSubstr("root"))));
   findings.busDenied = true;
   EXPECT_THAT(adviceFor(allWell, findings), Optional(HasSubstr("udev rule")));
   findings.noBuses = true;

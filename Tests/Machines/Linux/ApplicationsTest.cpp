@@ -130,6 +130,10 @@ TEST(RuntimeFolder, IsNeverAnotherUsersOrNoFolder) {
   }));
   unsetenv("XDG_RUNTIME_DIR");
   EXPECT_FALSE(makeRuntimeFolder(file));
+  std::filesystem::create_directory(session / "real");
+  std::filesystem::create_directory_symlink("real", session / "link");
+  EXPECT_FALSE(makeRuntimeFolder(session / "link"));
+  EXPECT_TRUE(holdsForOrdinaryUser([] { return !makeRuntimeFolder("/usr"); }));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // The key-mapping tool as Brivane starts it, on keyboards with keymaps.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -165,7 +167,8 @@ TEST_F(HIDUtilTest, AKeyboardThatIsGoneDoesNotKeepTheOthersFromGettingTheirKeysB
     EXPECT_EQ(mapping.revert(), RevertOutcome::removed);
   }
   EXPECT_EQ(keymap("event3"), original3);
-  EXPECT_THAT(KeymapStore(session / "brivane").load().changedKeys, IsEmpty());
+  const auto kept = KeymapStore(session / "brivane").load();
+  EXPECT_THAT(std::get<KeymapState>(kept).changedKeys, IsEmpty());
 }
 
 TEST_F(HIDUtilTest, AKeyThatSomebodyElseChangedMeanwhileStaysAsItIs) {
@@ -214,6 +217,38 @@ TEST_F(HIDUtilTest, WithoutPermissionNothingChangesAndTheToolSaysSo) {
   }));
   EXPECT_EQ(keymap("event3"), original3);
   EXPECT_EQ(keymap("event5"), original5);
+}
+
+TEST_F(HIDUtilTest, LinksInItsFolderAreNotFollowed) {
+  const auto victim = session.write("victim", R"({"UserKeyMapping":[],"ChangedKeys":[]})");
+  std::filesystem::create_directory(session / "brivane");
+  for (const auto* const name : {"key-mapping.lock", "key-mapping.json"}) {
+    const auto link = session / "brivane" / name;
+    std::filesystem::create_symlink(victim, link);
+    EXPECT_EQ(set(upToF19).exitStatus, 1) << name;
+    EXPECT_TRUE(std::filesystem::is_symlink(link)) << name;
+    std::filesystem::remove(link);
+  }
+  EXPECT_EQ(TemporaryFolder::read(victim), R"({"UserKeyMapping":[],"ChangedKeys":[]})");
+  std::filesystem::rename(session / "brivane", session / "elsewhere");
+  std::filesystem::create_directory_symlink("elsewhere", session / "brivane");
+  EXPECT_EQ(set(upToF19).exitStatus, 1);
+  EXPECT_EQ(keymap("event3"), original3);
+}
+
+/// As root, with a group that its caller hasn't; somebody else has no other group to give.
+TEST_F(HIDUtilTest, WithTheRightsOfAnotherGroupItDoesNothing) {
+  const bool isRoot = ::geteuid() == 0;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    constexpr gid_t nobody = 65534;
+    const bool isReady = !isRoot || ::setresgid(nobody, 0, 0) == 0;
+    ::_exit(isReady ? set(capsLockEntry).exitStatus : 1);
+  }
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), isRoot ? 77 : 0);
+  EXPECT_EQ(std::filesystem::exists(session / "brivane"), !isRoot);
 }
 
 TEST_F(HIDUtilTest, ARefusalIsOneLineOnStandardError) {
