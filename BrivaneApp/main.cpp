@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "BrivaneApp/EntryPoint.h"
+#include "BrivaneCore/Support/Fatal.h"
 #include "Machines/PickMachine.h"
 
 int main(int argc, char** argv) {
@@ -13,5 +14,7 @@ int main(int argc, char** argv) {
     return brivane::isCommandLineMode(arguments) ? 0 : 1;
   }
   const auto& [machine, openFrame] = std::get<brivane::PickedMachine>(picked);
+  const brivane::FatalErrorHandler lastWords(
+      [&log = machine->log()](const std::string& line) { log.writeVisibly(line); });
   return brivane::runBrivane(arguments, *machine, openFrame, std::cout, std::cerr);
 }

@@ -10,8 +10,7 @@ class LinuxLog : public SystemLog {
   LinuxLog();
 
   void write(std::string_view line) override;
-  /// To standard error whatever that is.
-  void writeVisibly(std::string_view line);
+  void writeVisibly(std::string_view line) override;
 
  private:
   static void writeToStandardError(std::string_view line);

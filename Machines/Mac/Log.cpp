@@ -12,11 +12,19 @@ namespace brivane {
 MacLog::MacLog() : isSeen(::isatty(STDERR_FILENO) == 1) {}
 
 void MacLog::write(std::string_view line) {
-  std::string whole(line);
-  os_log(OS_LOG_DEFAULT, "%{public}s", whole.c_str());
+  os_log(OS_LOG_DEFAULT, "%{public}s", std::string(line).c_str());
   if (!isSeen) return;
+  writeToStandardError(line);
+}
+
+void MacLog::writeVisibly(std::string_view line) {
+  write(line);
+  if (!isSeen) writeToStandardError(line);
+}
+
+void MacLog::writeToStandardError(std::string_view line) {
   // In one piece, so that lines of several threads don't mix.
-  whole += '\n';
+  const std::string whole = std::string(line) + "\n";
   [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, whole.data(), whole.size());
 }
 

@@ -10,8 +10,11 @@ class MacLog : public SystemLog {
   MacLog();
 
   void write(std::string_view line) override;
+  void writeVisibly(std::string_view line) override;
 
  private:
+  static void writeToStandardError(std::string_view line);
+
   const bool isSeen;
 };
 

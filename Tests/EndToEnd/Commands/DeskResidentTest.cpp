@@ -67,6 +67,16 @@ TEST_F(DeskResidentTest, ASecondStartNamesTheFirstAndLeavesItAlone) {
   EXPECT_EQ(program->wait().exitStatus, 0);
 }
 
+TEST_F(DeskResidentTest, AFatalErrorIsOneLineOfTheLogAndNoMore) {
+  folder.write("desk.json",
+               R"({"defaults": {"com.quorrel.brivane": {"BrightnessUpKeyCode": -1}}})");
+  const ProgramResult result = run({});
+  EXPECT_EQ(result.exitStatus, 128 + SIGABRT);
+  const auto line = result.errors.find("Brivane: fatal: the setting BrightnessUpKeyCode holds -1");
+  ASSERT_NE(line, std::string::npos) << result.errors;
+  EXPECT_EQ(result.errors.find("Brivane: fatal: ", line + 1), std::string::npos) << result.errors;
+}
+
 TEST_F(DeskResidentTest, AfterItWasKilledTheNextOneStarts) {
   const auto killed = start();
   killed->signal(SIGKILL);

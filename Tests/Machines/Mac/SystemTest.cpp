@@ -119,31 +119,33 @@ TEST_F(MacTest, ALineIsLoggedAsItIsPercentSignsAndAll) {
   EXPECT_THAT(fake::system().log, ElementsAre("Brivane: 100% %s"));
 }
 
-TEST_F(MacTest, WhoStartsTheProgramInATerminalSeesTheLogThereToo) {
+TEST_F(MacTest, WhoStartsTheProgramInATerminalSeesEachLineThereOnce) {
   const int keyboardSide = posix_openpt(O_RDWR | O_NOCTTY);
   ASSERT_EQ(grantpt(keyboardSide) + unlockpt(keyboardSide), 0);
   const int terminal = open(ptsname(keyboardSide), O_RDWR | O_NOCTTY);
   const int before = dup(STDERR_FILENO);
   dup2(terminal, STDERR_FILENO);
   MacLog().write("Brivane: seen");
+  MacLog().writeVisibly("Brivane: too");
   dup2(before, STDERR_FILENO);
   std::array<char, 64> seen{};
-  EXPECT_EQ(read(keyboardSide, seen.data(), seen.size()), 15);
-  EXPECT_STREQ(seen.data(), "Brivane: seen\r\n");
+  EXPECT_EQ(read(keyboardSide, seen.data(), seen.size() - 1), 29);
+  EXPECT_STREQ(seen.data(), "Brivane: seen\r\nBrivane: too\r\n");
   for (const int descriptor : {keyboardSide, terminal, before}) close(descriptor);
 }
 
-TEST_F(MacTest, StandardErrorThatIsNoTerminalStaysEmpty) {
+TEST_F(MacTest, StandardErrorThatIsNoTerminalGetsOnlyWhatMustBeSeen) {
   const TemporaryFolder folder;
   const auto path = folder.write("errors", "");
   const int file = open(path.c_str(), O_WRONLY);
   const int before = dup(STDERR_FILENO);
   dup2(file, STDERR_FILENO);
   MacLog().write("Brivane: unseen");
+  MacLog().writeVisibly("Brivane: seen");
   dup2(before, STDERR_FILENO);
   for (const int descriptor : {file, before}) close(descriptor);
-  EXPECT_THAT(fake::system().log, ElementsAre("Brivane: unseen"));
-  EXPECT_EQ(std::filesystem::file_size(path), 0u);
+  EXPECT_THAT(fake::system().log, ElementsAre("Brivane: unseen", "Brivane: seen"));
+  EXPECT_EQ(TemporaryFolder::read(path), "Brivane: seen\n");
 }
 
 TEST_F(MacTest, AChildsOutputAndStatusComeBack) {
