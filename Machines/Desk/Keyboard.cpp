@@ -83,6 +83,15 @@ void DeskKeyboard::releaseBrightness(BrightnessKey key) {
   change({usageOf(key), false});
 }
 
+bool DeskKeyboard::isPressed(std::uint16_t keyCode) const {
+  const auto usage = usageOfKey(keyCode);
+  return usage && hardware.keysDown().arrived.contains(*usage);
+}
+
+bool DeskKeyboard::isPressed(BrightnessKey key) const {
+  return hardware.keysDown().arrived.contains(usageOf(key));
+}
+
 void DeskKeyboard::change(const KeyChange& change) {
   if (!hardware.handKeyOver(change)) take(change);
 }

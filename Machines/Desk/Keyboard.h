@@ -44,6 +44,9 @@ class DeskKeyboard : public Keyboard {
   void releaseKey(std::uint16_t keyCode);
   void pressBrightness(BrightnessKey key);
   void releaseBrightness(BrightnessKey key);
+  /// Whether the key itself is down, whatever the mapping has made of it.
+  bool isPressed(std::uint16_t keyCode) const;
+  bool isPressed(BrightnessKey key) const;
 
   /// Where keys go that are nobody's hotkey; may be empty.
   std::function<void(const UnclaimedKey& key)> onUnclaimedKey;

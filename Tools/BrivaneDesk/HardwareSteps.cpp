@@ -25,14 +25,34 @@ bool isTooFar(const Point& point) {
   return std::abs(point.x) > farthest || std::abs(point.y) > farthest;
 }
 
+BrightnessKey brightnessKey(const std::string& name) {
+  return name == "brightness-up" ? BrightnessKey::up : BrightnessKey::down;
+}
+
 void pressOne(DeskKeyboard& keyboard, const std::string& name) {
   if (const auto code = keyCodeOf(name)) return keyboard.pressKey(*code);
-  keyboard.pressBrightness(name == "brightness-up" ? BrightnessKey::up : BrightnessKey::down);
+  keyboard.pressBrightness(brightnessKey(name));
 }
 
 void releaseOne(DeskKeyboard& keyboard, const std::string& name) {
   if (const auto code = keyCodeOf(name)) return keyboard.releaseKey(*code);
-  keyboard.releaseBrightness(name == "brightness-up" ? BrightnessKey::up : BrightnessKey::down);
+  keyboard.releaseBrightness(brightnessKey(name));
+}
+
+bool isPressed(const DeskKeyboard& keyboard, const std::string& name) {
+  const auto code = keyCodeOf(name);
+  return code ? keyboard.isPressed(*code) : keyboard.isPressed(brightnessKey(name));
+}
+
+/// A key that is down can't go down again: what was meant by it would not happen.
+StepProblem cannotPress(Scene& scene, const Keys& keys) {
+  for (const auto& name : keys.names) {
+    const bool isTwice = std::ranges::count(keys.names, name) > 1;
+    if (isTwice || isPressed(scene.keyboard(), name)) {
+      return "the key " + name + " is down already";
+    }
+  }
+  return std::nullopt;
 }
 
 void pressAll(Scene& scene, const Keys& keys) {
@@ -45,13 +65,17 @@ void releaseAll(Scene& scene, const Keys& keys) {
   }
 }
 
-void pressFor(Scene& scene, const Keys& keys, Microseconds duration) {
+StepProblem pressFor(Scene& scene, const Keys& keys, Microseconds duration) {
+  if (auto problem = cannotPress(scene, keys)) return problem;
   scene.later(duration, [&scene, keys] { releaseAll(scene, keys); });
   pressAll(scene, keys);
+  return std::nullopt;
 }
 
 StepProblem press(Scene& scene, const StepArguments& arguments) {
-  pressAll(scene, arguments.get<Keys>(0));
+  const Keys& keys = arguments.get<Keys>(0);
+  if (auto problem = cannotPress(scene, keys)) return problem;
+  pressAll(scene, keys);
   return std::nullopt;
 }
 
@@ -61,13 +85,11 @@ StepProblem release(Scene& scene, const StepArguments& arguments) {
 }
 
 StepProblem hold(Scene& scene, const StepArguments& arguments) {
-  pressFor(scene, arguments.get<Keys>(0), arguments.get<Microseconds>(1));
-  return std::nullopt;
+  return pressFor(scene, arguments.get<Keys>(0), arguments.get<Microseconds>(1));
 }
 
 StepProblem key(Scene& scene, const StepArguments& arguments) {
-  pressFor(scene, arguments.get<Keys>(0), keyTapDuration);
-  return std::nullopt;
+  return pressFor(scene, arguments.get<Keys>(0), keyTapDuration);
 }
 
 StepProblem tapTimeout(Scene& scene, const StepArguments&) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -40,8 +41,10 @@ struct Step {
   int line = 0;
   /// As written, without its time.
   std::string text;
-  /// From the start of the scenario.
-  Microseconds time{0};
+  /// From the start of the scenario; or, where it doesn't say, `pause` after the end of the step
+  /// before.
+  std::optional<Microseconds> time;
+  Microseconds pause{0};
   /// What the step says it takes; 0 for most.
   Microseconds duration{0};
   /// The form that it was written in, from the table of forms.

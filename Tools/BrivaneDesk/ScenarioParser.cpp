@@ -243,7 +243,8 @@ class Parser {
   }
 
   void readTimedStep(Tokens tokens) {
-    const std::size_t timeWords = readTime(tokens);
+    Step timed;
+    const std::size_t timeWords = readTime(tokens, timed);
     if (problem) return;
     tokens.erase(tokens.begin(), tokens.begin() + static_cast<std::ptrdiff_t>(timeWords));
     if (tokens.empty())
@@ -252,31 +253,32 @@ class Parser {
     if (const auto* const mistake = std::get_if<std::string>(&read)) return complain(*mistake);
     auto& step = std::get<Step>(read);
     step.line = lineNumber;
-    step.time = time;
-    startOfLast = step.time;
-    time = step.time + step.duration;
+    step.time = timed.time;
+    step.pause = timed.pause;
+    earliestStart = step.time.value_or(earliestEnd + step.pause);
+    earliestEnd = earliestStart + step.duration;
     scenario.steps.push_back(std::move(step));
   }
 
-  /// How many words the time takes; moves `time`.
-  std::size_t readTime(const Tokens& tokens) {
+  /// How many words the time takes.
+  std::size_t readTime(const Tokens& tokens, Step& step) {
     const std::string& first = tokens.front().text;
     if (first == "at") {
       const auto moment = parseMicroseconds(tokens.size() > 1 ? tokens[1].text : "");
       if (!moment) {
         complain("expected a time such as 1.5s after \"at\", found " +
                  (tokens.size() > 1 ? '"' + tokens[1].text + '"' : "the end of the line"));
-      } else if (Microseconds(*moment) < startOfLast) {
+      } else if (Microseconds(*moment) < earliestStart) {
         complain("this step is earlier than the one before it");
       } else {
-        time = Microseconds(*moment);
+        step.time = Microseconds(*moment);
       }
       return 2;
     }
     if (!first.starts_with('+')) return 0;
     const auto later = parseMicroseconds(std::string_view(first).substr(1));
     if (!later) complain("expected a time such as +0.3s, found \"" + first + '"');
-    time += Microseconds(later.value_or(0));
+    step.pause = Microseconds(later.value_or(0));
     return 1;
   }
 
@@ -285,8 +287,9 @@ class Parser {
   std::string_view line;
   int lineNumber = 0;
   bool hasDesk = false;
-  Microseconds time{0};
-  Microseconds startOfLast{0};
+  /// Of the step before, if nothing keeps it waiting.
+  Microseconds earliestStart{0};
+  Microseconds earliestEnd{0};
   Scenario scenario;
   std::optional<std::string> problem;
 };

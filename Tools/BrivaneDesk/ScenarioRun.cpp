@@ -44,14 +44,13 @@ std::optional<std::string> findUnknownDisplay(const Scenario& scenario,
 /// Takes the steps and keeps what went wrong.
 class Player {
  public:
-  Player(const LoadedScenario& loaded, const StageOptions& options) : stage(loaded.desk, options) {
+  Player(const LoadedScenario& loaded, const StageOptions& options)
+      : steps(loaded.scenario.steps), stage(loaded.desk, options) {
     if (options.watchesGamma) {
       gammaWrites = stage.hardware().observeGamma(
           [this](DisplayID display, bool isTaken) { watchGamma(display, isTaken); });
     }
-    for (const Step& step : loaded.scenario.steps) {
-      stage.plan(step.time, Stage::Rank::step, [this, &step] { take(step); });
-    }
+    if (!steps.empty()) plan(0, steps.front().time.value_or(steps.front().pause));
   }
 
   ScenarioOutcome play() {
@@ -62,6 +61,24 @@ class Player {
   }
 
  private:
+  void plan(std::size_t index, Microseconds time) {
+    stage.planStep(
+        std::max(time, stage.now()), [this, index] { begin(index); },
+        [this, index] { planAfter(index); });
+  }
+
+  /// A step that says its time may lie in the middle of the one before it.
+  void begin(std::size_t index) {
+    const auto next = index + 1;
+    if (next < steps.size() && steps[next].time) plan(next, *steps[next].time);
+    take(steps[index]);
+  }
+
+  void planAfter(std::size_t index) {
+    const auto next = index + 1;
+    if (next < steps.size() && !steps[next].time) plan(next, stage.now() + steps[next].pause);
+  }
+
   void watchGamma(DisplayID display, bool isTaken) {
     if (!isTaken) {
       if (stage.hardware().display(display)) refusedDisplays.insert(display);
@@ -91,6 +108,7 @@ class Player {
     }
   }
 
+  const std::vector<Step>& steps;
   int lineTaken = 0;
   /// Whose restoring may have been refused: what stayed in force there can be taken for the
   /// calibrated table by the program that runs.

@@ -34,6 +34,23 @@ class Stage::Log : public SystemLog {
   Stage& stage;
 };
 
+/// While something of a step happens, what is planned belongs to that step.
+class Stage::Turn {
+ public:
+  Turn(Stage& owner, std::shared_ptr<Course> itsCourse)
+      : stage(owner), before(std::exchange(stage.course, std::move(itsCourse))) {}
+  ~Turn() {
+    const auto current = std::exchange(stage.course, before);
+    if (current && --current->open == 0) current->ended();
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+
+ private:
+  Stage& stage;
+  const std::shared_ptr<Course> before;
+};
+
 Stage::Stage(const DeskDescription& desk, StageOptions stageOptions)
     : options(std::move(stageOptions)),
       sharedHardware(std::make_shared<DeskHardware>(desk)),
@@ -49,12 +66,27 @@ Microseconds Stage::now() const {
   return clock == nullptr ? idleTime : clock->now().time_since_epoch();
 }
 
-void Stage::plan(Microseconds time, Rank rank, std::function<void()> action) {
-  planned.emplace(PlanKey{time, rank, nextPlan++}, std::move(action));
+void Stage::planStep(Microseconds time, std::function<void()> take, std::function<void()> ended) {
+  add(time, Rank::step, {std::move(take), std::make_shared<Course>(Course{std::move(ended)})});
+}
+
+void Stage::plan(Microseconds time, std::function<void()> action) {
+  add(time, Rank::consequence, {std::move(action), course});
+}
+
+void Stage::add(Microseconds time, Rank rank, Plan plan) {
+  if (isAbandoned) return;
+  if (plan.course) ++plan.course->open;
+  planned.emplace(PlanKey{time, rank, nextPlan++}, std::move(plan));
 }
 
 void Stage::later(Microseconds delay, std::function<void()> action) {
-  plan(now() + delay, Rank::consequence, std::move(action));
+  plan(now() + delay, std::move(action));
+}
+
+void Stage::abandon() {
+  isAbandoned = true;
+  planned.clear();
 }
 
 void Stage::play() {
@@ -66,9 +98,10 @@ void Stage::play() {
 }
 
 void Stage::takeNext() {
-  const auto action = std::move(planned.begin()->second);
+  const Plan next = std::move(planned.begin()->second);
   planned.erase(planned.begin());
-  action();
+  const Turn turn(*this, next.course);
+  next.action();
 }
 
 std::unique_ptr<VirtualRuntime> Stage::makeRuntime() const {

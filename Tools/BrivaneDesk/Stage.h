@@ -43,11 +43,15 @@ class Stage : public Scene {
 
   /// Since the start of the scenario.
   Microseconds now() const override;
-  /// Of what is planned for one moment, consequences of earlier steps come first, and then whatever
-  /// was planned first.
-  enum class Rank { consequence, step };
-  void plan(Microseconds time, Rank rank, std::function<void()> action);
+  /// Plans a step. `ended` is called when it is over, with everything that it has planned. Of what
+  /// is planned for one moment, consequences of earlier steps come first, and then whatever was
+  /// planned first.
+  void planStep(Microseconds time, std::function<void()> take, std::function<void()> ended);
+  /// Plans a consequence of the step that is being taken, or of one of its consequences.
+  void plan(Microseconds time, std::function<void()> action);
   void later(Microseconds delay, std::function<void()> action) override;
+  /// Nothing of what is planned happens any more, nor of what will be.
+  void abandon();
   /// Carries out what is planned, in its order, until nothing is. A program that is still running
   /// then is dropped as by a kill, unseen.
   void play();
@@ -88,6 +92,8 @@ class Stage : public Scene {
 
  private:
   class Log;
+  class Turn;
+  enum class Rank { consequence, step };
   struct PlanKey {
     Microseconds time;
     Rank rank;
@@ -95,7 +101,18 @@ class Stage : public Scene {
 
     auto operator<=>(const PlanKey&) const = default;
   };
+  /// A step that is planned or goes on.
+  struct Course {
+    std::function<void()> ended;
+    /// How much of it is planned or goes on.
+    int open = 0;
+  };
+  struct Plan {
+    std::function<void()> action;
+    std::shared_ptr<Course> course;
+  };
 
+  void add(Microseconds time, Rank rank, Plan plan);
   std::unique_ptr<VirtualRuntime> makeRuntime() const;
   std::unique_ptr<DeskMachine> makeMachine();
   void runProgram();
@@ -111,8 +128,11 @@ class Stage : public Scene {
   Faults idleFaults{{}};
   DeskKeyboard idleKeyboard;
 
-  std::map<PlanKey, std::function<void()>> planned;
+  std::map<PlanKey, Plan> planned;
   std::uint64_t nextPlan = 1;
+  /// Of the step that is being taken, or one of whose consequences is.
+  std::shared_ptr<Course> course;
+  bool isAbandoned = false;
   Microseconds idleTime{0};
   /// The clock of the process that runs now; null: `idleTime` counts.
   const Runtime* clock = nullptr;

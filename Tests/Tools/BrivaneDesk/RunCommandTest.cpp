@@ -201,6 +201,59 @@ TEST(ScenarioRun, AStepComesAfterWhatTheProgramHasSetForTheSameMoment) {
        "at 2.199999s expect no trace \"alpha to 0\"\n");
 }
 
+TEST(ScenarioRun, AStepThatFollowsABusyOneWaitsForItsRealEnd) {
+  // The slider's write takes longer than the step that moves it.
+  const auto outcome = play(oneMonitor +
+                            "at 0s start\n"
+                            "at 1s menu open\n"
+                            "slider \"menu.slider.accessibilityLabel\" to 60\n"
+                            "key control+option+up\n"
+                            "key control+option+up\n"
+                            "+30ms end\n"
+                            "at 2s expect level 1 = 70%\n");
+  EXPECT_THAT(outcome.transcript, testing::Contains(testing::StartsWith("    1.020000  > key")));
+  EXPECT_THAT(outcome.transcript, testing::Contains(testing::StartsWith("    1.070000  > key")));
+  EXPECT_THAT(outcome.transcript, testing::Contains("    1.150000  > end"));
+}
+
+TEST(ScenarioRun, AStepWithATimeOfItsOwnLiesInTheMiddleOfALongOne) {
+  const auto outcome = play(oneMonitor +
+                            "at 1s hold a for 3s\n"
+                            "at 2s press shift\n"
+                            "+500ms release shift\n"
+                            "at 5s end\n");
+  EXPECT_THAT(outcome.transcript,
+              ElementsAre("    1.000000  > hold a for 3s", "    2.000000  > press shift",
+                          "    2.500000  > release shift", "    5.000000  > end"));
+}
+
+TEST(ScenarioRun, ADragIsOverWhenItsLastPositionIsWritten) {
+  const auto outcome = play(oneMonitor +
+                            "at 0s start\n"
+                            "at 3s menu open\n"
+                            "slider \"menu.slider.accessibilityLabel\" drag to 20 over 1s\n"
+                            "end\n"
+                            "expect level 1 = 20%\n");
+  EXPECT_THAT(outcome.transcript, testing::Contains("    4.020000  > end"));
+}
+
+TEST(ScenarioRun, AKeyThatIsDownAlreadyCannotBePressed) {
+  const auto loaded = loadScenarioText(oneMonitor +
+                                           "at 1s hold control+up for 2s\n"
+                                           "at 2s key control+down\n"
+                                           "at 3s key control+down\n"
+                                           "hold a+a for 1s\n"
+                                           "press brightness-up\n"
+                                           "press brightness-up\n",
+                                       "day.scenario");
+  const auto outcome = playScenario(std::get<LoadedScenario>(loaded), {});
+  ASSERT_EQ(outcome.failures.size(), 3U);
+  EXPECT_EQ(outcome.failures[0].line, 3);
+  EXPECT_EQ(outcome.failures[0].found, "the key control is down already");
+  EXPECT_EQ(outcome.failures[1].found, "the key a is down already");
+  EXPECT_EQ(outcome.failures[2].found, "the key brightness-up is down already");
+}
+
 TEST(ScenarioRun, ASecondStartFindsTheFirst) {
   play(oneMonitor +
        "at 0s start\n"

@@ -86,12 +86,23 @@ TEST(ScenarioParser, TimesCountFromTheStartOrFromTheEndOfTheStepBefore) {
       "+0.3s hold up for 2s\n"
       "+1us end\n"
       "end\n");
-  const std::vector<Microseconds> expected = {milliseconds(1500), milliseconds(1500),
-                                              milliseconds(1800), microseconds(3'800'001)};
-  EXPECT_EQ(mistakeIn("desk default\nat 3s end\nat 2s end"),
-            "day.scenario: line 3: this step is earlier than the one before it");
-  for (std::size_t index = 0; index < expected.size() && index < scenario.steps.size(); ++index) {
-    EXPECT_EQ(scenario.steps[index].time, expected[index]);
+  ASSERT_EQ(scenario.steps.size(), 5U);
+  EXPECT_EQ(scenario.steps[0].time, milliseconds(1500));
+  const std::vector<Microseconds> pauses = {seconds(0), milliseconds(300), microseconds(1),
+                                            seconds(0)};
+  for (std::size_t index = 0; index < pauses.size(); ++index) {
+    EXPECT_EQ(scenario.steps[index + 1].time, std::nullopt);
+    EXPECT_EQ(scenario.steps[index + 1].pause, pauses[index]);
+  }
+  EXPECT_EQ(scenario.steps[2].duration, seconds(2));
+}
+
+TEST(ScenarioParser, ATimeBeforeTheStartOfTheStepBeforeIsAMistake) {
+  for (const std::string steps : {"at 3s end\nat 2s end", "at 1s end\n+2s end\nat 2s end",
+                                  "at 1s hold up for 1.5s\nend\nat 2s end"}) {
+    EXPECT_THAT(mistakeIn("desk default\n" + steps),
+                ::testing::EndsWith("this step is earlier than the one before it"))
+        << steps;
   }
 }
 
@@ -114,13 +125,13 @@ TEST(ScenarioParser, AStepDuringAHoldIsPlacedByItsOwnTime) {
       parsed("desk default\nat 1s hold up for 2s\nat 1.5s press shift\n+10ms end");
   ASSERT_EQ(scenario.steps.size(), 3U);
   EXPECT_EQ(scenario.steps[1].time, milliseconds(1500));
-  EXPECT_EQ(scenario.steps[2].time, milliseconds(1510));
+  EXPECT_EQ(scenario.steps[2].pause, milliseconds(10));
 }
 
 TEST(ScenarioParser, AKeyIsDownForFiftyMilliseconds) {
   const auto scenario = parsed("desk default\nkey up\nend");
   ASSERT_EQ(scenario.steps.size(), 2U);
-  EXPECT_EQ(scenario.steps[1].time, milliseconds(50));
+  EXPECT_EQ(scenario.steps[0].duration, milliseconds(50));
 }
 
 TEST(ScenarioParser, ReadsEveryKindOfArgument) {
