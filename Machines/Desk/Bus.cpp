@@ -74,7 +74,10 @@ Symbol DeskSymbols::avServiceSymbol(std::string_view name) {
   if (name == "IOAVServiceWriteI2C") {
     return WriteI2CFunction([this](AVService& service, std::uint32_t chip, std::uint32_t address,
                                    std::span<const std::uint8_t> bytes) {
-      if (faults.strikes("AVService.writeI2C")) return failure;
+      const auto what = [&] {
+        return "bus " + std::to_string(displayOf(service)) + " write " + tracedBytes(bytes);
+      };
+      if (faults.strikes("AVService.writeI2C", what)) return failure;
       return hardware.writeI2C(displayOf(service), chip, address, bytes, runtime.now());
     });
   }
@@ -99,7 +102,10 @@ Symbol DeskSymbols::displayServicesSymbol(std::string_view name) {
   }
   if (name == "DisplayServicesSetBrightness") {
     return SetBrightnessFunction([this](DisplayID display, float level) {
-      if (faults.strikes("DisplayServices.setBrightness")) return failure;
+      const auto what = [&] {
+        return "display-services " + std::to_string(display) + " level " + tracedNumber(level);
+      };
+      if (faults.strikes("DisplayServices.setBrightness", what)) return failure;
       return hardware.setPanelLevel(display, level) ? success : failure;
     });
   }

@@ -3,6 +3,14 @@
 #include "Machines/Common/PropertyJson.h"
 
 namespace brivane {
+namespace {
+
+std::string tracedSetting(std::string_view key, const std::optional<PropertyValue>& value) {
+  const auto line = "setting " + std::string(key);
+  return value ? line + " = " + jsonOfProperty(*value) : line + " removed";
+}
+
+}  // namespace
 
 std::optional<PropertyValue> MemoryDefaults::object(std::string_view key) const {
   const auto found = values.find(key);
@@ -78,7 +86,8 @@ void DeskDefaults::remove(std::string_view key) {
 
 void DeskDefaults::change(std::string_view call, std::string_view key,
                           const std::optional<PropertyValue>& value) {
-  if (faults.strikes(call)) {
+  const auto what = [&] { return tracedSetting(key, value); };
+  if (faults.strikes(call, what)) {
     unstored.insert_or_assign(std::string(key), value);
     log.write("Brivane: the setting " + std::string(key) +
               " could not be saved; it stays in force until Brivane ends");
@@ -90,14 +99,7 @@ void DeskDefaults::change(std::string_view call, std::string_view key,
   } else {
     domain->remove(key);
   }
-  note(key, value);
-}
-
-void DeskDefaults::note(std::string_view key, const std::optional<PropertyValue>& value) const {
-  tracer.note([&] {
-    const auto line = "setting " + std::string(key);
-    return value ? line + " = " + jsonOfProperty(*value) : line + " removed";
-  });
+  tracer.note(what);
 }
 
 }  // namespace brivane

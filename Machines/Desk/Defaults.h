@@ -66,8 +66,6 @@ class DeskDefaults : public UserDefaults {
   void change(std::string_view call, std::string_view key,
               const std::optional<PropertyValue>& value);
 
-  void note(std::string_view key, const std::optional<PropertyValue>& value) const;
-
   const std::unique_ptr<UserDefaults> domain;
   Faults& faults;
   SystemLog& log;

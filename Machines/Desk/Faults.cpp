@@ -70,14 +70,16 @@ const std::vector<std::string_view>& Faults::calls() {
   return names;
 }
 
-bool Faults::strikes(std::string_view call) {
+bool Faults::strikes(std::string_view call, const Describe& what) {
   if (!std::ranges::binary_search(calls(), call)) {
     fatal("the call " + std::string(call) + " is not in the list of calls that can fail");
   }
   if (failsAlways) return true;
   const bool fails = isPlanned(call);
   if (callTrace) callTrace(call, fails);
-  if (fails && tracer) tracer->note([&] { return "fault " + std::string(call); });
+  if (fails && tracer) {
+    tracer->note([&] { return "fault " + std::string(call) + (what ? ": " + what() : ""); });
+  }
   return fails;
 }
 

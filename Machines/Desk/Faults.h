@@ -22,8 +22,12 @@ class Faults {
   explicit Faults(FaultPlan faultPlan, std::shared_ptr<const Tracer> hardwareTracer = nullptr)
       : plan(std::move(faultPlan)), tracer(std::move(hardwareTracer)) {}
 
-  /// Counts one occurrence of the call; whether it fails.
-  bool strikes(std::string_view call);
+  /// Makes the text of what a call would have done.
+  using Describe = std::function<std::string()>;
+
+  /// Counts one occurrence of the call; whether it fails. For the trace of a call that would change
+  /// something `what` says what.
+  bool strikes(std::string_view call, const Describe& what = nullptr);
 
   /// Called for every call and whether it fails; for before the first call.
   using CallTrace = std::function<void(std::string_view call, bool fails)>;

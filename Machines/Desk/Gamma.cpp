@@ -38,7 +38,11 @@ std::int32_t DeskGammaTables::readTable(DisplayID display, std::span<float> red,
 std::int32_t DeskGammaTables::writeTable(DisplayID display, std::span<const float> red,
                                          std::span<const float> green,
                                          std::span<const float> blue) {
-  if (faults.strikes("GammaTables.writeTable")) return gammaError;
+  const auto what = [&] {
+    return "gamma " + std::to_string(display) + " " +
+           tracedTable({curve(red), curve(green), curve(blue)});
+  };
+  if (faults.strikes("GammaTables.writeTable", what)) return gammaError;
   const bool isTable = red.size() == green.size() && red.size() == blue.size() && !red.empty() &&
                        red.size() <= largestTable;
   if (!isTable) return gammaError;

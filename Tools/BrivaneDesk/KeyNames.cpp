@@ -41,6 +41,17 @@ constexpr auto namedKeys = std::to_array<NamedKey>({
 
 constexpr auto otherNames = std::to_array<std::string_view>({"brightness-up", "brightness-down"});
 
+struct OtherName {
+  std::string_view word;
+  std::string_view name;
+};
+
+constexpr auto namesElsewhere = std::to_array<OtherName>({{"ctrl", "control"},
+                                                          {"alt", "option"},
+                                                          {"opt", "option"},
+                                                          {"cmd", "command"},
+                                                          {"super", "command"}});
+
 }  // namespace
 
 std::optional<std::uint16_t> keyCodeOf(std::string_view name) {
@@ -55,6 +66,12 @@ std::uint64_t modifierFlagOf(std::string_view name) {
   if (name == "shift") return modifierFlag::shift;
   if (name == "command") return modifierFlag::command;
   return 0;
+}
+
+std::optional<std::string_view> keyKnownAs(std::string_view word) {
+  const auto* const found = std::ranges::find(namesElsewhere, word, &OtherName::word);
+  if (found == namesElsewhere.end()) return std::nullopt;
+  return found->name;
 }
 
 bool isKeyName(std::string_view name) {

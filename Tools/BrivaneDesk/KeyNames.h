@@ -17,6 +17,9 @@ std::uint64_t modifierFlagOf(std::string_view name);
 /// Whether a scenario may name that key.
 bool isKeyName(std::string_view name);
 
+/// The name of the key that many know by another: "ctrl" is "control". Nothing for other words.
+std::optional<std::string_view> keyKnownAs(std::string_view word);
+
 /// Every name.
 const std::vector<std::string_view>& keyNames();
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -51,6 +52,10 @@ int misunderstood(const std::string& what) {
   return 2;
 }
 
+bool asksForHelp(const std::string& argument) {
+  return argument == "--help" || argument == "-h";
+}
+
 /// Without them every text is its bare key and every transcript another.
 std::filesystem::path resources() {
   auto folder = brivane::resourceFolder();
@@ -66,7 +71,8 @@ int run(const std::vector<std::string>& arguments) {
   options.resources = resources();
   for (std::size_t index = 0; index < arguments.size(); ++index) {
     const auto& argument = arguments[index];
-    if (argument == "--seed" && index + 1 < arguments.size()) {
+    if (argument == "--seed") {
+      if (index + 1 == arguments.size()) return misunderstood("--seed needs a number, such as 7");
       const auto seeds = brivane::parseSeeds(arguments[++index]);
       if (!seeds || seeds->first != seeds->last) {
         return misunderstood("expected a seed such as 7, found " + arguments[index]);
@@ -92,12 +98,14 @@ int swarm(const std::vector<std::string>& arguments) {
   bool hasSeeds = false;
   for (std::size_t index = 0; index < arguments.size(); ++index) {
     const bool hasValue = index + 1 < arguments.size();
-    if (arguments[index] == "--seeds" && hasValue) {
+    if (arguments[index] == "--seeds") {
+      if (!hasValue) return misunderstood("--seeds needs numbers, such as 1..20");
       const auto seeds = brivane::parseSeeds(arguments[++index]);
       if (!seeds) return misunderstood("expected seeds such as 1..20, found " + arguments[index]);
       options.seeds = *seeds;
       hasSeeds = true;
-    } else if (arguments[index] == "--keep" && hasValue) {
+    } else if (arguments[index] == "--keep") {
+      if (!hasValue) return misunderstood("--keep needs a folder");
       options.keepFolder = arguments[++index];
     } else {
       return misunderstood("swarm does not understand " + arguments[index]);
@@ -111,7 +119,7 @@ int swarm(const std::vector<std::string>& arguments) {
 
 int main(int argc, char** argv) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
-  if (arguments.empty() || arguments.front() == "--help" || arguments.front() == "-h") {
+  if (arguments.empty() || std::ranges::any_of(arguments, asksForHelp)) {
     std::cout << help;
     return arguments.empty() ? 2 : 0;
   }

@@ -61,6 +61,8 @@ struct Scenario {
   /// The path, relative to the scenario, or the desk's JSON.
   std::string desk;
   int deskLine = 0;
+  /// How many characters stand before the desk's JSON in its first line.
+  std::size_t deskColumn = 0;
   /// In the order in which they are to be taken.
   std::vector<Step> steps;
 };

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "Machines/Desk/NearMiss.h"
+#include "Tools/BrivaneDesk/KeyNames.h"
 #include "Tools/BrivaneDesk/Slots.h"
 #include "Tools/BrivaneDesk/StepTable.h"
 
@@ -79,9 +80,17 @@ class Complaint {
     std::string_view word = tokens[place].text;
     while (word.find('+') != std::string_view::npos) {
       const auto first = word.substr(0, word.find('+'));
-      if (std::ranges::count(words, first) == 0) return suggestion(first, words);
+      if (!isWord(first)) return hintFor(first);
       word.remove_prefix(first.size() + 1);
     }
+    return hintFor(word);
+  }
+
+  bool isWord(std::string_view word) const { return std::ranges::count(words, word) > 0; }
+
+  std::string hintFor(std::string_view word) const {
+    const auto key = keyKnownAs(word);
+    if (key && isWord(*key)) return ", did you mean \"" + std::string(*key) + "\"?";
     return suggestion(word, words);
   }
 
@@ -199,6 +208,7 @@ class Parser {
     if (!start.starts_with('{')) return false;
     scenario.origin = DeskOrigin::text;
     scenario.deskLine = lineNumber;
+    scenario.deskColumn = static_cast<std::size_t>(start.data() - line.data());
     std::string text(start);
     auto words = splitLine(oneLine(text));
     while (std::holds_alternative<std::string>(words)) {

@@ -15,6 +15,12 @@
 namespace brivane {
 namespace {
 
+/// As much as stands before the desk's text, so that places in it count from the file's start.
+std::string linesBefore(const Scenario& scenario) {
+  return std::string(static_cast<std::size_t>(scenario.deskLine - 1), '\n') +
+         std::string(scenario.deskColumn, ' ');
+}
+
 std::variant<DeskDescription, std::string> readDesk(const Scenario& scenario,
                                                     const std::filesystem::path& file) {
   const auto place = file.string() + ": line " + std::to_string(scenario.deskLine) + ": ";
@@ -29,7 +35,7 @@ std::variant<DeskDescription, std::string> readDesk(const Scenario& scenario,
     case DeskOrigin::text:
       break;
   }
-  return parseDesk(scenario.desk, place + "desk");
+  return parseDesk(linesBefore(scenario) + scenario.desk, place + "desk");
 }
 
 std::optional<std::string> findUnknownDisplay(const Scenario& scenario,

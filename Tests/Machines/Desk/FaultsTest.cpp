@@ -376,6 +376,27 @@ TEST(Faults, AreTracedAndSoIsEveryCallWhenAskedFor) {
   EXPECT_THAT(*traced, ElementsAre("fault DisplaySystem.screens"));
 }
 
+TEST(Faults, OfAWriteAreTracedWithWhatWasRefused) {
+  TestDesk desk(deskWith(R"("AVService.writeI2C": [1], "GammaTables.writeTable": [1],
+      "DisplayServices.setBrightness": [1], "UserDefaults.set": [1], "UserDefaults.remove": [1])"));
+  auto& machine = *desk.machine;
+  const auto traced = desk.trace();
+  writeI2CFails(machine);
+  const std::vector<float> curve = {0, 0.5F};
+  machine.gammaTables().writeTable(1, curve, curve, curve);
+  setBrightnessFails(machine);
+  machine.defaults().set("Some", seven);
+  machine.defaults().remove("Other");
+  std::erase_if(*traced, [](const std::string& line) { return !line.starts_with("fault "); });
+  EXPECT_THAT(*traced,
+              ElementsAre("fault AVService.writeI2C: bus 1 write 82 01 10 FD",
+                          testing::MatchesRegex("fault GammaTables.writeTable: gamma 1 2 samples, "
+                                                "digest [0-9A-F]{16}, peak 0.5"),
+                          "fault DisplayServices.setBrightness: display-services 1 level 0.5",
+                          "fault UserDefaults.set: setting Some = 7",
+                          "fault UserDefaults.remove: setting Other removed"));
+}
+
 TEST(Faults, NamesAreSorted) {
   EXPECT_TRUE(std::ranges::is_sorted(Faults::calls()));
 }

@@ -83,12 +83,16 @@ TEST_F(RunCommandTest, AFailedExpectationNamesTheStepAndWhatWasFoundAndTheNextFi
 TEST_F(RunCommandTest, AMistakeInAScenarioOrItsDeskIsOneLine) {
   write("one.scenario", oneMonitor + "prss up\n");
   write("two.scenario", "desk {\"displas\": []}\n");
+  write("four.scenario", "# first\n\n desk {\n  \"displays\": [],\n  oops}\n");
+  write("five.scenario", "# first\n desk {oops}\n");
   write("three.scenario", "desk missing.json\n");
   files.push_back(folder / "none.scenario");
   files.push_back(folder / "");
   const auto result = run();
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(std::ranges::count(result.output, '\n'), 6) << result.output;
+  EXPECT_EQ(std::ranges::count(result.output, '\n'), 8) << result.output;
+  EXPECT_THAT(result.output, HasSubstr("four.scenario: line 3: desk: line 5, column 3: "));
+  EXPECT_THAT(result.output, HasSubstr("five.scenario: line 2: desk: line 2, column 8: "));
   EXPECT_THAT(result.output, HasSubstr("one.scenario: line 2: unknown step \"prss\""));
   EXPECT_THAT(result.output, HasSubstr("two.scenario: line 1: desk: /: unknown key \"displas\", "
                                        "did you mean \"displays\"?"));

@@ -163,6 +163,16 @@ TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
       {"press control+opton+up",
        "expected keys such as control+option+up, found \"control+opton+up\", did you mean "
        "\"option\"?"},
+      {"press ctrl+option+up",
+       "expected keys such as control+option+up, found \"ctrl+option+up\", did you mean "
+       "\"control\"?"},
+      {"key alt+up",
+       "expected keys such as control+option+up, found \"alt+up\", did you mean \"option\"?"},
+      {"release up+cmd",
+       "expected keys such as control+option+up, found \"up+cmd\", did you mean \"command\"?"},
+      {"pointer alt",
+       "expected a display's number, a point such as {100,200} or nowhere, found "
+       "\"alt\""},
       {"pointer left",
        "expected a display's number, a point such as {100,200} or nowhere, found \"left\""},
       {"pointer",
