@@ -71,13 +71,18 @@ void DeskHardware::tell(const std::vector<DeskEvent>& happened) {
   untold.insert(untold.end(), happened.begin(), happened.end());
   // An observer can make something happen: that is told after what it was just told.
   if (isTelling) return;
+  struct Telling {
+    bool& isOn;
+    ~Telling() { isOn = false; }
+  };
   isTelling = true;
+  // A simulated process may end in the middle of what it is told.
+  const Telling telling{isTelling};
   while (!untold.empty()) {
     const DeskEvent event = untold.front();
     untold.pop_front();
     std::visit([this](const auto& kind) { tellOf(kind); }, event);
   }
-  isTelling = false;
 }
 
 void DeskHardware::tellOf(HardwareNotice notice) {

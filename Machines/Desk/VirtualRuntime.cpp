@@ -33,7 +33,10 @@ class VirtualRuntime::Queue : public SerialQueue {
   void sync(const Task& task) override {
     Lock lock(runtime.mutex);
     Actor& caller = *runtime.running;
-    if (&caller == &actor) fatal("a queue waited for itself: " + actor.label);
+    if (&caller == &actor) {
+      lock.unlock();
+      fatal("a queue waited for itself: " + actor.label);
+    }
     runtime.give(actor, [this, &task, &caller] {
       task();
       const Lock inner(runtime.mutex);
@@ -206,8 +209,11 @@ VirtualRuntime::Actor& VirtualRuntime::takeNextRunnable() {
   return actor;
 }
 
-void VirtualRuntime::processNextEvent() {
-  if (events.empty()) fatal("every queue waits, and nothing is left that could happen");
+void VirtualRuntime::processNextEvent(Lock& lock) {
+  if (events.empty()) {
+    lock.unlock();
+    fatal("every queue waits, and nothing is left that could happen");
+  }
   const auto [key, event] = *events.begin();
   events.erase(events.begin());
   time = std::max(time, key.deadline);
@@ -237,8 +243,8 @@ bool VirtualRuntime::canSleepInPlace(Instant deadline) const {
 }
 
 /// Gives the baton to the next actor that can go on, moving time if none can.
-void VirtualRuntime::handOver() {
-  while (runnable.empty()) processNextEvent();
+void VirtualRuntime::handOver(Lock& lock) {
+  while (runnable.empty()) processNextEvent(lock);
   Actor& next = takeNextRunnable();
   running = &next;
   if (&next != &mainActor() && !next.thread.joinable()) {
@@ -250,7 +256,7 @@ void VirtualRuntime::handOver() {
 /// Lets the others go on; returns when `self`, which waits for one thing only, has been made
 /// runnable and has its turn.
 void VirtualRuntime::yield(Lock& lock, Actor& self) {
-  handOver();
+  handOver(lock);
   self.turn.wait(lock, [&] { return running == &self; });
 }
 
@@ -262,7 +268,7 @@ void VirtualRuntime::runActor(Actor& actor) {
     runOneTask(lock, actor);
     if (!actor.tasks.empty()) makeRunnable(actor);
     if (ending && !someoneElseIsBusy()) makeRunnable(mainActor());
-    handOver();
+    handOver(lock);
   }
 }
 

@@ -41,7 +41,9 @@ class VirtualRuntime : public Runtime {
   void cancel(TimerID timer) override;
   std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label,
                                                QueueQuality quality) override;
-  /// Returns on `stop()`; it is a programming error if nothing is left that could call it.
+  /// Returns on `stop()`; it is a programming error if nothing is left that could call it. A task
+  /// of the main queue may also leave it by an exception: that is a simulated process that ends
+  /// there.
   void run() override;
   void stop() override;
 
@@ -92,10 +94,10 @@ class VirtualRuntime : public Runtime {
   void give(Actor& actor, Task task);
   void makeRunnable(Actor& actor);
   Actor& takeNextRunnable();
-  void processNextEvent();
+  void processNextEvent(Lock& lock);
   void endRun();
   bool canSleepInPlace(Instant deadline) const;
-  void handOver();
+  void handOver(Lock& lock);
   void yield(Lock& lock, Actor& self);
   void runActor(Actor& actor);
   static void runOneTask(Lock& lock, Actor& actor);

@@ -1,6 +1,5 @@
 // An independent second opinion on what the program writes: the curves are built here from what is
-// documented about them, not by the program's own code, and compared with a tolerance that covers
-// tables of fewer samples than the display's.
+// documented about them, not by the program's own code.
 #include "Tools/BrivaneDesk/GammaReading.h"
 
 #include <algorithm>
@@ -16,8 +15,8 @@ namespace {
 
 using Curve = std::function<double(double calibrated)>;
 
-/// Interpolation between the samples of a smaller table bends a curve by up to this much.
-constexpr double tolerance = 0.004;
+/// Samples are 32-bit numbers, some of them interpolated.
+constexpr double equal = 1e-6;
 
 bool follows(const GammaTable& table, const GammaTable& calibrated, double allowed,
              const Curve& curve) {
@@ -49,12 +48,31 @@ double bendingPower(std::int64_t boost) {
   return 1 / (1 + static_cast<double>(boost) * 0.008);
 }
 
+/// What is left of a table that was written with the samples of a gain: 256, or half of a capacity
+/// that isn't above that. Nothing of a table that is too small for a gain.
+std::optional<GammaTable> rereadFromFewer(const GammaTable& calibrated) {
+  constexpr std::uint32_t usualSamples = 256;
+  const auto capacity = static_cast<std::uint32_t>(calibrated[0].size());
+  if (capacity < 4) return std::nullopt;
+  return resampled(resampled(calibrated, capacity > usualSamples ? usualSamples : capacity / 2),
+                   capacity);
+}
+
+/// Whether the table is the calibrated one with a gain above 1 and at most 4.
+bool isGained(const GammaTable& table, const GammaTable& calibrated) {
+  constexpr double largestGain = 4;
+  const auto reread = rereadFromFewer(calibrated);
+  if (!reread) return false;
+  const double gain = peakOf(table) / std::max(peakOf(*reread), 1e-9);
+  return gain > 1 && gain <= largestGain + equal &&
+         follows(table, *reread, equal * gain, [=](double sample) { return sample * gain; });
+}
+
 }  // namespace
 
 GammaReading readGamma(const GammaTable& table, const GammaTable& calibrated) {
   using Kind = GammaReading::Kind;
   const double peak = peakOf(table);
-  constexpr double equal = 1e-6;
   if (follows(table, calibrated, equal, [](double sample) { return sample; })) {
     return {Kind::calibrated, 0, peak};
   }
@@ -68,12 +86,7 @@ GammaReading readGamma(const GammaTable& table, const GammaTable& calibrated) {
       return {Kind::boosted, amount, peak};
     }
   }
-  const double gain = peak / std::max(peakOf(calibrated), 1e-9);
-  if (gain >= 1 && gain <= 4 &&
-      follows(table, calibrated, tolerance * gain, [=](double sample) { return sample * gain; })) {
-    return {Kind::boosted, 0, peak};
-  }
-  return {Kind::other, 0, peak};
+  return {isGained(table, calibrated) ? Kind::boosted : Kind::other, 0, peak};
 }
 
 std::optional<GammaReading> readGamma(DeskHardware& hardware, DisplayID display) {

@@ -14,7 +14,8 @@ struct GammaReading {
     calibrated,
     /// Every sample scaled by one factor below 1, as some dimming depth gives it.
     dimmed,
-    /// Bent upwards by the power of some boost, or scaled by one factor above 1 and at most 4.
+    /// Bent upwards by the power of some boost; or scaled by one factor above 1 and at most 4, and
+    /// written with fewer samples, as a boost into the headroom is.
     boosted,
     other,
   };

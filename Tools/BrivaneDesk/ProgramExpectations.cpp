@@ -52,6 +52,10 @@ StepProblem expectExit(Stage& stage, const StepArguments& arguments) {
   return "exit status " + std::to_string(*status);
 }
 
+StepProblem expectFatal(Stage& stage, const StepArguments& arguments) {
+  return mustHold(stage.fatalErrors(), arguments.text(0));
+}
+
 StepProblem expectOutput(Stage& stage, const StepArguments& arguments) {
   const std::string& output = stage.commandOutput();
   return mustHold(output.empty() ? Lines() : Lines{output}, arguments.text(0));
@@ -107,6 +111,7 @@ std::vector<StepKind> programExpectations() {
   return {
       {"expect program running|ended", expectProgram},
       {"expect exit COUNT", expectExit},
+      {"expect fatal TEXT", expectFatal},
       {"expect output TEXT", expectOutput},
       {"expect log TEXT", expectLog},
       {"expect log TEXT COUNT times", expectLogTimes},

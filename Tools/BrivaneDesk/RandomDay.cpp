@@ -57,7 +57,9 @@ class Day {
   std::string displayText(int index) {
     static constexpr std::array gammas = {
         ", \"gamma\": {\"capacity\": 256}", ", \"gamma\": {\"capacity\": 1024}",
-        ", \"gamma\": {\"capacity\": 64, \"calibrated\": {\"exponents\": [1.02, 1, 0.96]}}"};
+        ", \"gamma\": {\"capacity\": 64, \"calibrated\": {\"exponents\": [1.02, 1, 0.96]}}",
+        ", \"gamma\": {\"capacity\": 5, \"calibrated\": {\"red\": [0, 0.05, 0.6, 1],"
+        " \"green\": [0, 0.1, 0.7, 1], \"blue\": [0, 0.1, 0.2, 1]}}"};
     static constexpr std::array headrooms = {"1", "1", "1.6", "4"};
     static constexpr std::array maximums = {"100", "255", "50", "7000"};
     Display& display = displays.back();

@@ -56,6 +56,7 @@ class Player {
       gammaWrites = stage.hardware().observeGamma(
           [this](DisplayID display, bool isTaken) { watchGamma(display, isTaken); });
     }
+    stage.onFatalError = [this](const std::string& line) { meetFatalError(line); };
     if (!steps.empty()) plan(0, steps.front().time.value_or(steps.front().pause));
   }
 
@@ -83,6 +84,17 @@ class Player {
   void planAfter(std::size_t index) {
     const auto next = index + 1;
     if (next < steps.size() && !steps[next].time) plan(next, stage.now() + steps[next].pause);
+  }
+
+  /// One that no later step expects ends the scenario.
+  void meetFatalError(const std::string& line) {
+    const bool isExpected = std::ranges::any_of(steps, [&](const Step& step) {
+      return step.line > lineTaken && step.form == expectFatalForm &&
+             line.find(std::get<std::string>(step.arguments.front())) != std::string::npos;
+    });
+    if (isExpected) return;
+    outcome.failures.push_back({lineTaken, "no fatal error is met", stage.now(), line});
+    stage.abandon();
   }
 
   void watchGamma(DisplayID display, bool isTaken) {

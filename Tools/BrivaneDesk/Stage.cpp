@@ -1,15 +1,18 @@
 // While a program runs, what is planned happens as tasks on its main queue; while none does, it
 // simply happens, and the clock jumps. Each process has a runtime of its own, set forward to the
-// moment at which the process begins, so that a killed program's timers die with it.
+// moment at which the process begins, so that a killed program's timers die with it. A process that
+// meets a fatal error is left by an exception, past everything that it was about to do.
 #include "Tools/BrivaneDesk/Stage.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iostream>
 #include <sstream>
 #include <utility>
 
 #include "BrivaneApp/EntryPoint.h"
+#include "BrivaneCore/Support/Fatal.h"
 
 namespace brivane {
 namespace {
@@ -133,30 +136,53 @@ void Stage::runProgram() {
   };
   awaitNext();
   std::ostringstream printedText;
-  const int status = runBrivane(
-      {"Brivane"}, *machine,
-      [this](ResidentMachine&) -> std::unique_ptr<Frame> {
-        auto made = std::make_unique<DeskFrame>(machine->runtime(), *sharedHardware,
-                                                [this](const std::string& line) { record(line); });
-        frame = made.get();
-        return made;
-      },
-      printedText, printedText);
+  const auto openFrame = [this](ResidentMachine&) -> std::unique_ptr<Frame> {
+    auto made = std::make_unique<DeskFrame>(machine->runtime(), *sharedHardware,
+                                            [this](const std::string& line) { record(line); });
+    frame = made.get();
+    return made;
+  };
+  const auto status = statusOf(*machine, [&] {
+    return runBrivane({"Brivane"}, *machine, openFrame, printedText, printedText);
+  });
   endProgram(status, printedText.str());
 }
 
-void Stage::endProgram(int status, const std::string& printedText) {
+void Stage::endProgram(std::optional<int> status, const std::string& printedText) {
   idleTime = std::max(idleTime, now());
-  if (!isKilled) {
+  if (status && !isKilled) {
     printed(printedText);
     lastExitStatus = status;
-    record("program ended with status " + std::to_string(status));
+    record("program ended with status " + std::to_string(*status));
   }
   frame = nullptr;
   clock = nullptr;
   isRecording = false;
   machine.reset();
   isRecording = true;
+}
+
+/// Nothing when the process comes to a fatal error.
+std::optional<int> Stage::statusOf(DeskMachine& process, const std::function<int()>& run) try {
+  const FatalErrorHandler handler([&](const std::string& line) { meetFatalError(process, line); });
+  return run();
+} catch (const FatalEnd&) {
+  return std::nullopt;
+}
+
+void Stage::meetFatalError(DeskMachine& process, const std::string& line) {
+  process.log().write(line);
+  // Only on the main thread is there somebody to catch what is thrown.
+  if (!process.runtime().isMainThread()) {
+    std::cerr << line << std::endl;
+    return;
+  }
+  record(&process == machine.get() ? "program aborted" : "command aborted");
+  fatalLines.push_back(line);
+  if (onFatalError) onFatalError(line);
+  isRecording = false;
+  process.kill();
+  throw FatalEnd();
 }
 
 void Stage::killProgram() {
@@ -173,8 +199,9 @@ void Stage::runCommand(const std::vector<std::string>& arguments) {
   const auto second = makeMachine();
   const Runtime* const clockBefore = std::exchange(clock, &second->runtime());
   std::ostringstream text;
-  runBrivane(
-      all, *second, [](ResidentMachine&) -> std::unique_ptr<Frame> { return nullptr; }, text, text);
+  const auto openNoFrame = [](ResidentMachine&) -> std::unique_ptr<Frame> { return nullptr; };
+  statusOf(*second, [&] { return runBrivane(all, *second, openNoFrame, text, text); });
+  isRecording = true;
   lastOutput = text.str();
   printed(lastOutput);
   clock = clockBefore;

@@ -71,6 +71,11 @@ class Stage : public Scene {
   /// Of the last program that came to an end by itself.
   std::optional<int> exitStatus() const { return lastExitStatus; }
   const std::string& commandOutput() const { return lastOutput; }
+  /// The program's fatal errors so far, and those of commands. Such an error ends the process that
+  /// it is met in, as a kill does.
+  const std::vector<std::string>& fatalErrors() const { return fatalLines; }
+  /// Told of each the moment it is met; may be empty.
+  std::function<void(const std::string& line)> onFatalError;
   int beepCount() const;
 
   // The hardware
@@ -93,6 +98,7 @@ class Stage : public Scene {
  private:
   class Log;
   class Turn;
+  struct FatalEnd {};
   enum class Rank { consequence, step };
   struct PlanKey {
     Microseconds time;
@@ -116,7 +122,9 @@ class Stage : public Scene {
   std::unique_ptr<VirtualRuntime> makeRuntime() const;
   std::unique_ptr<DeskMachine> makeMachine();
   void runProgram();
-  void endProgram(int status, const std::string& printed);
+  void endProgram(std::optional<int> status, const std::string& printed);
+  std::optional<int> statusOf(DeskMachine& process, const std::function<int()>& run);
+  void meetFatalError(DeskMachine& process, const std::string& line);
   void printed(const std::string& text);
   void awaitNext();
   void takeNext();
@@ -143,6 +151,7 @@ class Stage : public Scene {
   bool isKilled = false;
   std::optional<int> lastExitStatus;
   std::string lastOutput;
+  std::vector<std::string> fatalLines;
 
   bool isRecording = true;
   bool isTranscribing = true;

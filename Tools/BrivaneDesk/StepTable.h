@@ -56,6 +56,9 @@ struct HardwareStep {
 const std::vector<StepKind>& stepTable();
 const std::vector<std::string_view>& stepForms();
 
+/// The expectation that says how a fatal error was meant.
+inline constexpr std::string_view expectFatalForm = "expect fatal TEXT";
+
 // The table's parts.
 std::vector<StepKind> programSteps();
 std::vector<HardwareStep> hardwareSteps();

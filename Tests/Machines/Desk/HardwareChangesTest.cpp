@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <stdexcept>
 #include <thread>
 
 #include "Tests/Support/TestDesk.h"
@@ -273,6 +274,17 @@ TEST_F(HardwareChangesTest, AKilledProgramReachesNothingAndHearsNothing) {
   EXPECT_TRUE(std::holds_alternative<HotkeyReference>(next->hotkeys().registerHotkey(80, 0, {})));
   next->keyboard().pressBrightness(BrightnessKey::up);
   EXPECT_FLOAT_EQ(*hardware.panelLevel(1), 0.5625F);
+}
+
+TEST_F(HardwareChangesTest, AnObserverThatLeavesByAnExceptionKeepsNobodyFromHearingTheNext) {
+  auto leaving =
+      desk.hardware->observe([](HardwareNotice) { throw std::runtime_error("it ends here"); });
+  EXPECT_THROW(desk.hardware->announce(HardwareNotice::screenParameters), std::runtime_error);
+  leaving.reset();
+  int notices = 0;
+  const auto staying = desk.hardware->observe([&](HardwareNotice) { ++notices; });
+  desk.hardware->announce(HardwareNotice::screenParameters);
+  EXPECT_EQ(notices, 1);
 }
 
 }  // namespace

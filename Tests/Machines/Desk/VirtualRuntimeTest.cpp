@@ -5,6 +5,7 @@
 #include <thread>
 #include <vector>
 
+#include "BrivaneCore/Support/Fatal.h"
 #include "Machines/Desk/VirtualRuntime.h"
 
 namespace brivane {
@@ -152,6 +153,30 @@ TEST_F(VirtualRuntimeTest, StopEndsARunAfterTheRunningTask) {
   EXPECT_THAT(notes, ElementsAre("stopping@0"));
   runtime.settle();
   EXPECT_THAT(notes, ElementsAre("stopping@0", "left over@0"));
+}
+
+TEST_F(VirtualRuntimeTest, ATaskMayLeaveARunByAnException) {
+  struct Left {};
+  const auto queue = runtime.makeSerialQueue("work", QueueQuality::utility);
+  runtime.after(seconds(1), [] { throw Left(); });
+  queue->async([&] {
+    runtime.sleep(seconds(2));
+    note("work");
+  });
+  EXPECT_THROW(runtime.run(), Left);
+  note("left");
+  runtime.runFor(seconds(2));
+  EXPECT_THAT(notes, ElementsAre("left@1000000", "work@2000000"));
+}
+
+TEST_F(VirtualRuntimeTest, WhoIsToldOfAProgrammingErrorMayAskForTheTime) {
+  struct Left {};
+  const FatalErrorHandler handler([&](const std::string&) {
+    note("told");
+    throw Left();
+  });
+  EXPECT_THROW(runtime.run(), Left);
+  EXPECT_THAT(notes, ElementsAre("told@0"));
 }
 
 TEST(VirtualRuntime, EndingWaitsForRunningTasksAndDropsMainTasks) {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "BrivaneCore/Gamma/GammaRamp.h"
 #include "Machines/Desk/GammaTable.h"
 #include "Tools/BrivaneDesk/GammaReading.h"
 #include "Tools/BrivaneDesk/MappingReading.h"
@@ -50,15 +51,44 @@ TEST(GammaReading, EveryBoostIsToldFromItsNeighbours) {
   }
 }
 
+/// What a display shows whose table was written with fewer samples than it has, times a gain.
+GammaTable gained(const GammaTable& table, double gain, std::int64_t samples) {
+  const auto ramp = GammaRamp{table[0], table[1], table[2]}.resampled(samples)->scaled(gain);
+  return resampled({ramp.red, ramp.green, ramp.blue}, static_cast<std::uint32_t>(table[0].size()));
+}
+
 TEST(GammaReading, AGainIsABoostUpToFourfold) {
-  const auto gained = [](double gain) {
-    return readGamma(changed(calibrated(), [=](double sample) { return sample * gain; }),
-                     calibrated());
+  const auto read = [](double gain) {
+    return readGamma(gained(calibrated(), gain, 128), calibrated());
   };
-  EXPECT_EQ(gained(1.3).text(), "boosted, peak 1.3000");
-  EXPECT_EQ(gained(4).kind, Kind::boosted);
-  EXPECT_EQ(gained(4.1).kind, Kind::other);
-  EXPECT_EQ(gained(0.1).kind, Kind::other);
+  EXPECT_EQ(read(1.3).text(), "boosted, peak 1.3000");
+  EXPECT_EQ(read(4).kind, Kind::boosted);
+  EXPECT_EQ(read(4.1).kind, Kind::other);
+  EXPECT_EQ(read(0.1).kind, Kind::other);
+}
+
+/// Curves with a knee, which few samples can't follow.
+GammaTable withKnee(std::uint32_t capacity) {
+  const GammaDescription::Samples samples = {
+      GammaCurve{0, 0.05F, 0.6F, 0.7F, 1}, {0, 0.1F, 0.7F, 0.8F, 0.9F}, {0, 0.1F, 0.2F, 0.9F, 1}};
+  return calibratedTable({capacity, samples});
+}
+
+TEST(GammaReading, AGainOverACurveWithAKneeIsABoostWhateverTheTablesSize) {
+  struct Case {
+    std::uint32_t capacity;
+    std::int64_t written;
+  };
+  for (const auto& [capacity, written] :
+       {Case{4, 2}, Case{5, 2}, Case{64, 32}, Case{256, 128}, Case{257, 256}, Case{1024, 256}}) {
+    const auto table = withKnee(capacity);
+    for (const double gain : {1.03, 2.5, 4.0}) {
+      EXPECT_EQ(readGamma(gained(table, gain, written), table).kind, Kind::boosted)
+          << capacity << " samples, gain " << gain;
+    }
+    EXPECT_EQ(readGamma(gained(table, 2, written + 1), table).kind, Kind::other) << capacity;
+  }
+  EXPECT_EQ(readGamma(gained(withKnee(3), 2, 2), withKnee(3)).kind, Kind::other);
 }
 
 TEST(GammaReading, AnyOtherTableIsNoCurveOfBrivanes) {

@@ -258,6 +258,53 @@ TEST(ScenarioRun, AKeyThatIsDownAlreadyCannotBePressed) {
   EXPECT_EQ(outcome.failures[2].found, "the key brightness-up is down already");
 }
 
+const std::string badHotkey = "setting BrightnessUpKeyCode = -1\nat 1s start\n";
+
+TEST_F(RunCommandTest, AFatalErrorEndsItsScenarioAndTheNextOneIsPlayed) {
+  write("bad.scenario", oneMonitor + badHotkey + "+1s expect program running\nexpect menu open\n");
+  write("good.scenario", oneMonitor + "at 1s expect level 1 = 40%\n");
+  const auto result = run(true);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.output,
+              HasSubstr("bad.scenario: line 3, at 1.000000 s: no fatal error is met\n"
+                        "    found Brivane: fatal: the setting BrightnessUpKeyCode holds -1"));
+  EXPECT_THAT(result.output, testing::Not(HasSubstr("expect ")));
+  EXPECT_THAT(result.output, HasSubstr("1 of 2 scenarios passed"));
+}
+
+TEST(ScenarioRun, AFatalErrorThatIsExpectedEndsTheProgramAlone) {
+  const auto outcome =
+      play(oneMonitor + badHotkey +
+           "+1s expect fatal \"BrightnessUpKeyCode holds -1\"\n"
+           "expect program ended\n"
+           "expect log \"Brivane: fatal: the setting BrightnessUpKeyCode\" 1 times\n"
+           "setting BrightnessUpKeyCode removed\n"
+           "start\n"
+           "+1s key control+option+up\n"
+           "expect level 1 = 45%\n"
+           "quit\n"
+           "+1s expect exit 0\n"
+           "expect clean\n");
+  const auto lines = withoutTimes(outcome);
+  EXPECT_EQ(std::ranges::count(lines, "program aborted"), 1);
+  EXPECT_EQ(std::ranges::count(lines, "program ended with status 0"), 1);
+}
+
+TEST(ScenarioRun, AFatalErrorThatIsExpectedMustBeMet) {
+  const auto loaded = loadScenarioText(
+      oneMonitor + "at 0s start\nat 1s expect fatal \"BrightnessUpKeyCode\"\n", "day.scenario");
+  const auto outcome = playScenario(std::get<LoadedScenario>(loaded), {});
+  ASSERT_EQ(outcome.failures.size(), 1U);
+  EXPECT_EQ(outcome.failures[0].found, "nothing at all");
+}
+
+TEST(ScenarioRun, AnExpectationBeforeAFatalErrorDoesNotMeanIt) {
+  const auto loaded = loadScenarioText(
+      oneMonitor + "expect fatal \"BrightnessUpKeyCode\"\n" + badHotkey, "day.scenario");
+  const auto outcome = playScenario(std::get<LoadedScenario>(loaded), {});
+  EXPECT_EQ(outcome.failures.size(), 2U);
+}
+
 TEST(ScenarioRun, ASecondStartFindsTheFirst) {
   play(oneMonitor +
        "at 0s start\n"
@@ -295,11 +342,32 @@ TEST(RandomDay, OneSeedGivesOneDayAndEveryDayIsAScenario) {
   }
 }
 
+TEST(ScenarioRun, ABoostOverACurveWithAKneeIsAKnownCurve) {
+  for (const std::string capacity : {"5", "64", "1024"}) {
+    const auto loaded = loadScenarioText(
+        "desk {\"displays\": [{\"identifier\": 1, \"headroom\": 4, \"firmware\": {\"level\": 100}, "
+        "\"gamma\": {\"capacity\": " +
+            capacity +
+            ", \"calibrated\": {\"red\": [0, 0.05, 0.6, 1], \"green\": [0, 0.1, 0.7, 1], "
+            "\"blue\": [0, 0.1, 0.2, 1]}}}]}\n"
+            "at 0s start\n+1s hold control+option+up for 6s\nexpect gamma 1 = boosted\n"
+            "expect gamma known\n",
+        "day.scenario");
+    StageOptions watching;
+    watching.watchesGamma = true;
+    const auto outcome = playScenario(std::get<LoadedScenario>(loaded), watching);
+    for (const auto& failure : outcome.failures) {
+      ADD_FAILURE() << capacity << ": " << failure.step << " found " << failure.found;
+    }
+  }
+}
+
 TEST(ScenarioRun, ATableThatIsNoKnownCurveIsSeenTheMomentItIsPutInForce) {
-  // So steep that its boosted curve can't be told from the few samples that are written.
+  // What looks brightened already is put straight first.
   const auto loaded = loadScenarioText(
       "desk {\"displays\": [{\"identifier\": 1, \"headroom\": 2, \"firmware\": {\"level\": 100}, "
-      "\"gamma\": {\"calibrated\": {\"exponents\": [0.1, 0.1, 0.1]}}}]}\n"
+      "\"gamma\": {\"calibrated\": {\"red\": [0, 1.2], \"green\": [0, 1.2], \"blue\": [0, 1.2]}}}]}"
+      "\n"
       "at 0s start\n+1s key control+option+up\n+1s key control+option+down\n+1s end\n",
       "day.scenario");
   const auto& scenario = std::get<LoadedScenario>(loaded);
