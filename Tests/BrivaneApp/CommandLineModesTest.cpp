@@ -6,6 +6,9 @@
 #include <vector>
 
 #include "BrivaneApp/EntryPoint.h"
+#include "BrivaneApp/Strings.h"
+#include "BrivaneUI/StringCatalogue.h"
+#include "Tests/Support/BuiltResources.h"
 #include "Tests/Support/FakeMachine.h"
 
 namespace brivane {
@@ -217,6 +220,13 @@ TEST_F(UnmapModeTest, WithNothingToRemoveOthersAreLeftAlone) {
                   "still not working, the cause is not this app's mapping.", stopReapplying[0],
                   stopReapplying[1], stopReapplying[2], stopReapplying[3]));
   EXPECT_THAT(machine.processRunner.runs, SizeIs(1));
+}
+
+TEST_F(UnmapModeTest, TheAdviceNamesTheMenuItemAsItReads) {
+  BuiltResources resources("en");
+  const StringCatalogue texts(resources, machine.log(), applicationBundle);
+  const std::string item = texts.text(strings::menuUseSystemBrightnessKeys);
+  EXPECT_THAT(run({"--unmap"}), HasSubstr("Turn off \"" + item + "\" in the\nmenu"));
 }
 
 TEST_F(UnmapModeTest, AToolThatCanNotRunGetsOneLineAndNoAdvice) {

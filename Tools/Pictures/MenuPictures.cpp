@@ -51,7 +51,7 @@ QImage menuOn(Appearance appearance, const char* members) {
 /// A display that the operating system should drive, and can't.
 QImage unknownLevel(Appearance appearance) {
   PlayedDesk desk(deskText(appearance, noAnswerFromTheSystem));
-  desk.choose("Use the Keyboard’s Brightness Keys");
+  desk.choose("Use System Brightness Keys");
   return desk.menu();
 }
 

@@ -461,7 +461,7 @@ TEST_F(MacWholeProgram, StartsAtLoginOnlyOnceItIsInstalledAndAsTheUserSays) {
 }
 
 TEST_F(MacWholeProgram, TheKeyboardsKeysStayUntickedWhenTheirMappingIsRefused) {
-  const std::string item = "Use the Keyboard’s Brightness Keys";
+  const std::string item = "Use System Brightness Keys";
   waitUntil([this, item] { return mappedKeys() == 6 && isTicked(item); });
   then(0, [this, item] {
     EXPECT_EQ(mappedKeys(), 6);
