@@ -99,12 +99,15 @@ struct EditorWindowAttributes {
   bool operator==(const EditorWindowAttributes&) const = default;
 };
 
-/// A small window with a few controls. It begins closed. Main thread.
+/// A small window with a few controls. It begins closed. A view has the keys no longer than the
+/// window does: when the window closes, or another one gets the keyboard, the view is told that it
+/// resigns, and doesn't get the keys back with the window. An open menu takes nothing away. Main
+/// thread.
 class EditorWindow {
  public:
   virtual ~EditorWindow() = default;
 
-  /// Called before the window closes, as its user wishes.
+  /// Called before the window closes, as its user wishes, when no view has the keys any more.
   virtual void onWillClose(Task handler) = 0;
   virtual void center() = 0;
   /// Replaces the content. The views of the content before are given up by this call, which may

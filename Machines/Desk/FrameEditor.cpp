@@ -129,6 +129,7 @@ bool DeskEditorWindow::pressButton(const std::string& title) {
 void DeskEditorWindow::close() {
   if (!isOrderedIn) return;
   trace("editor closes");
+  loseFocus();
   const auto handler = willClose;
   const auto watch = anchor.watch();
   if (handler) handler();

@@ -36,6 +36,8 @@ class DeskEditorWindow : public EditorWindow {
   /// False without a button of that title.
   bool pressButton(const std::string& title);
   void close();
+  /// The user turns to another window.
+  void loseKeyboard() { loseFocus(); }
 
   /// What a person reads: one line per item.
   std::vector<std::string> lines() const;

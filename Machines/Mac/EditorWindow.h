@@ -31,6 +31,7 @@ class MacEditorWindow : public EditorWindow {
 
   // What the user's hands do.
   void willClose();
+  void losesKeyboard();
   void pressed(NSButton* button);
 
  private:

@@ -21,6 +21,10 @@
   if (window != nullptr) window->willClose();
 }
 
+- (void)windowDidResignKey:(NSNotification*)notification {
+  if (window != nullptr) window->losesKeyboard();
+}
+
 - (void)pressed:(NSButton*)button {
   if (window != nullptr) window->pressed(button);
 }
@@ -171,8 +175,13 @@ void MacEditorWindow::keepForNow(NSObject* object) {
 }
 
 void MacEditorWindow::willClose() {
+  losesKeyboard();
   const Task handler = whenClosing;
   if (handler) handler();
+}
+
+void MacEditorWindow::losesKeyboard() {
+  [window makeFirstResponder:nil];
 }
 
 void MacEditorWindow::pressed(NSButton* button) {

@@ -149,13 +149,9 @@ void CustomViewWidget::focusInEvent(QFocusEvent*) {
   update();
 }
 
-/// Another window in front takes nothing away: the keys come back with this one.
 void CustomViewWidget::focusOutEvent(QFocusEvent* event) {
   update();
-  if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason) {
-    return;
-  }
-  resignFirstResponder();
+  if (event->reason() != Qt::PopupFocusReason) resignFirstResponder();
 }
 
 }  // namespace brivane

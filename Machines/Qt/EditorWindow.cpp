@@ -163,6 +163,7 @@ void QtEditorWindow::leaveViews() {
 }
 
 void QtEditorWindow::userCloses() {
+  for (CustomViewWidget* const view : views) view->resignFirstResponder();
   const auto handler = willClose;
   const auto watch = anchor.watch();
   if (handler) handler();

@@ -147,6 +147,16 @@ TEST_F(HotkeyEditorTest, AKeyWithoutAModifierBeepsAndChangesNothing) {
   EXPECT_THAT(machine.settings.values, IsEmpty());
 }
 
+TEST_F(HotkeyEditorTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMore) {
+  editor->show();
+  window().click(brightenField);
+  window().close();
+  editor->show();
+  EXPECT_THAT(shown(), ElementsAre("⌃⌥↑", "⌃⌥↓"));
+  EXPECT_FALSE(window().press({keyF5, modifierFlag::control}));
+  EXPECT_THAT(changes, IsEmpty());
+}
+
 TEST_F(HotkeyEditorTest, OnlyOneFieldWaitsForAKey) {
   editor->show();
   window().click(brightenField);

@@ -156,7 +156,45 @@ TEST_F(EditorConformance, ClosingIsToldEachTimeAndTheWindowComesBack) {
   underTest->pass(0.05);
   underTest->click("Second");
   underTest->closeEditor();
-  EXPECT_THAT(notes, ElementsAre("will close", "second clicked", "will close"));
+  EXPECT_THAT(notes, ElementsAre("will close", "second clicked", "second resigns", "will close"));
+}
+
+TEST_F(EditorConformance, AWindowThatWasClosedComesBackWithoutAViewThatHasTheKeys) {
+  underTest->click("First");
+  underTest->closeEditor();
+  window->makeKeyAndOrderFront();
+  underTest->pass(0.05);
+  underTest->press({keyF5, modifierFlag::control});
+  EXPECT_THAT(notes, ElementsAre("first clicked", "first resigns", "will close"));
+}
+
+TEST_F(EditorConformance, AnotherWindowTakesTheKeysFromTheViewForGood) {
+  underTest->click("First");
+  underTest->leaveEditor();
+  EXPECT_THAT(notes, ElementsAre("first clicked", "first resigns"));
+  window->makeKeyAndOrderFront();
+  underTest->pass(0.05);
+  underTest->press({keyF5, modifierFlag::control});
+  EXPECT_THAT(notes, ElementsAre("first clicked", "first resigns"));
+}
+
+/// Whom a menu tells that it opens and closes.
+struct QuietMenuDelegate : MenuDelegate {
+  void menuWillOpen() override {}
+  void menuDidClose() override {}
+};
+
+TEST_F(EditorConformance, AnOpenMenuLeavesTheKeysWithTheView) {
+  QuietMenuDelegate delegate;
+  const auto statusItem = frame.makeStatusItem();
+  statusItem->configureButton({{FilledRectangle{{{0, 0, 8, 8}, 2}, Paint{Color{}}}}, 8, 8, "it"});
+  statusItem->menu().setDelegate(&delegate);
+  statusItem->menu().setItems({MenuText{"Halden"}});
+  underTest->click("First");
+  underTest->openMenu();
+  underTest->closeMenu();
+  underTest->press({keyF5, modifierFlag::control});
+  EXPECT_THAT(notes, ElementsAre("first clicked", "first key 96 with 262144"));
 }
 
 TEST_F(EditorConformance, TheWindowMayBeDroppedAsItCloses) {

@@ -36,6 +36,8 @@ class FrameUnderTest {
   virtual void press(const KeyPress& key) = 0;
   virtual void pressButton(const std::string& title) = 0;
   virtual void closeEditor() = 0;
+  /// The user turns to another window of this program or another.
+  virtual void leaveEditor() = 0;
 };
 
 /// The frame that this test program runs the suite against; each program defines one.

@@ -244,6 +244,7 @@ void FakeEditorWindow::pressButton(const std::string& title) {
 }
 
 void FakeEditorWindow::close() {
+  if (firstResponder != nullptr && firstResponder->resignFirstResponder()) firstResponder = nullptr;
   if (willClose) willClose();
   visible = false;
 }

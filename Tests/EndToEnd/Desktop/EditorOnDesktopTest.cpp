@@ -31,6 +31,13 @@ class EditorOnDesktopTest : public DesktopTest {
     ASSERT_TRUE(eventually([&] { return !isWaiting(0) && !isWaiting(1); })) << "it is drawn";
   }
 
+  /// With the button of its title bar.
+  void closeEditor() {
+    const PixelBox content = editor()->box;
+    click(content.x + content.width - 10, content.y - 10);
+    ASSERT_TRUE(eventually([&] { return !editor(); }));
+  }
+
   std::optional<SeenWindow> editor() { return onlooker.find(title); }
 
   /// The fields, from the upper left of the window's content.
@@ -163,6 +170,18 @@ TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasWithNumLockIsSaidTo
   EXPECT_TRUE(isFree(xKey::f5, controlMask)) << "in part is not at all";
 }
 
+TEST_F(EditorOnDesktopTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMoreWhenItIsBack) {
+  openEditor();
+  clickField(0);
+  closeEditor();
+  openEditor();
+  tapWith({xKey::control}, xKey::f5);
+  clickField(1);
+  tapWith({xKey::shift}, xKey::a);
+  ASSERT_TRUE(isTaken(xKey::a, shiftMask));
+  EXPECT_FALSE(world.screens.isKeyTaken(xKey::f5, controlMask));
+}
+
 TEST_F(EditorOnDesktopTest, WithTheEditorOpenAndAFieldWaitingTheProgramEndsAllTheSame) {
   openEditor();
   clickField(0);
@@ -172,9 +191,7 @@ TEST_F(EditorOnDesktopTest, WithTheEditorOpenAndAFieldWaitingTheProgramEndsAllTh
 
 TEST_F(EditorOnDesktopTest, TheWindowsCloseButtonHidesItAndTheMenuBringsItBack) {
   openEditor();
-  const PixelBox content = editor()->box;
-  click(content.x + content.width - 10, content.y - 10);
-  ASSERT_TRUE(eventually([&] { return !editor(); }));
+  closeEditor();
   openEditor();
   host.click(host.items().back());
   choose(menuLineFromLast::quit);

@@ -121,6 +121,7 @@ GIVES_OBJECT([[NSWindow alloc] initWithContentRect:Exactly<NSRect>()
              NSWindow*);
 CAN_WRITE_OBJECT(NSWindow, delegate, setDelegate, id<NSWindowDelegate>);
 GIVES([valueOf<id<NSWindowDelegate>>() windowWillClose:any<NSNotification>()], void);
+GIVES([valueOf<id<NSWindowDelegate>>() windowDidResignKey:any<NSNotification>()], void);
 CAN_WRITE_OBJECT(NSWindow, title, setTitle, NSString*);
 CAN_WRITE_OBJECT(NSWindow, contentView, setContentView, NSView*);
 CAN_WRITE(NSWindow, opaque, setOpaque, BOOL);

@@ -32,6 +32,7 @@ class DeskFrameUnderTest : public FrameUnderTest {
     EXPECT_TRUE(ownFrame.editorWindow()->pressButton(title)) << title;
   }
   void closeEditor() override { ownFrame.editorWindow()->close(); }
+  void leaveEditor() override { ownFrame.editorWindow()->loseKeyboard(); }
 
  private:
   DeskMenu& menu() { return ownFrame.statusItem()->menu(); }

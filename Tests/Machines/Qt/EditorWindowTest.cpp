@@ -110,6 +110,24 @@ TEST_F(EditorWindowTest, EscapeOtherwiseClosesTheWindowWhichComesBack) {
   EXPECT_TRUE(shown.isVisible());
 }
 
+TEST_F(EditorWindowTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMore) {
+  click(0);
+  window().close();
+  editor.show();
+  EXPECT_EQ(reads(0), "⌃⌥↑");
+  press(Qt::Key_F5, KEY_F5, Qt::ControlModifier);
+  EXPECT_EQ(changes, 0);
+}
+
+TEST_F(EditorWindowTest, AFieldWaitsNoMoreOnceAnotherWindowIsActive) {
+  click(0);
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&other, patienceMilliseconds));
+  EXPECT_EQ(reads(0), "⌃⌥↑");
+}
+
 TEST_F(EditorWindowTest, AClickOnTheOtherFieldTakesTheKeysFromTheFirst) {
   click(0);
   click(1);

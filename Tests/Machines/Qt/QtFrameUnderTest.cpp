@@ -30,7 +30,10 @@ class QtFrameUnderTest : public FrameUnderTest {
     QtBench::drop();
     QtBench::shared();
   }
-  ~QtFrameUnderTest() override { QtBench::drop(); }
+  ~QtFrameUnderTest() override {
+    otherWindow.reset();
+    QtBench::drop();
+  }
   QtFrameUnderTest(const QtFrameUnderTest&) = delete;
   QtFrameUnderTest& operator=(const QtFrameUnderTest&) = delete;
 
@@ -89,6 +92,14 @@ class QtFrameUnderTest : public FrameUnderTest {
     ADD_FAILURE() << "no button " << title;
   }
   void closeEditor() override { editor()->close(); }
+  void leaveEditor() override {
+    constexpr int patienceMilliseconds = 60'000;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(editor(), patienceMilliseconds));
+    otherWindow = std::make_unique<QWidget>();
+    otherWindow->show();
+    otherWindow->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(otherWindow.get(), patienceMilliseconds));
+  }
 
  private:
   static QtBench& bench() { return QtBench::shared(); }
@@ -111,6 +122,8 @@ class QtFrameUnderTest : public FrameUnderTest {
     }
     return found;
   }
+
+  std::unique_ptr<QWidget> otherWindow;
 };
 
 }  // namespace

@@ -124,6 +124,8 @@ struct FakeFade {
 @interface NSWindow (FakeAppKit)
 /// The user clicks the close button.
 - (void)fakeUserCloses;
+/// The user turns to another window.
+- (void)fakeResignsKey;
 - (brivane::FakeFade)fakeLastFade;
 - (NSWindowStyleMask)fakeStyleMask;
 - (BOOL)fakeIsKey;

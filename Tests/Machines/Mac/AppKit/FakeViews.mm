@@ -324,7 +324,7 @@ NSAnimationContext* currentContext;
 }
 - (void)orderOut:(id)sender {
   isShown = NO;
-  isKey = NO;
+  [self fakeResignsKey];
 }
 - (void)makeKeyAndOrderFront:(id)sender {
   isShown = YES;
@@ -344,6 +344,14 @@ NSAnimationContext* currentContext;
 }
 - (void)invalidateShadow {
   FakeDesktop::shared().notes.emplace_back("shadow anew");
+}
+- (void)fakeResignsKey {
+  if (!isKey) return;
+  isKey = NO;
+  const id<NSWindowDelegate> listener = self.delegate;
+  if ([listener respondsToSelector:@selector(windowDidResignKey:)]) {
+    [listener windowDidResignKey:[NSNotification new]];
+  }
 }
 - (void)fakeUserCloses {
   // AppKit keeps a window only as long as somebody else does.

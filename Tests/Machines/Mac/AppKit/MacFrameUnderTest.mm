@@ -59,6 +59,7 @@ class MacFrameUnderTest : public FrameUnderTest {
     }
     [window fakeUserCloses];
   }
+  void leaveEditor() override { [editor() fakeResignsKey]; }
 
  private:
   NSMenu* menu() {

@@ -35,6 +35,7 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
 @protocol NSWindowDelegate <NSObject>
 @optional
 - (void)windowWillClose:(NSNotification*)notification;
+- (void)windowDidResignKey:(NSNotification*)notification;
 @end
 
 /// What changes an object's properties little by little, in the animation group that is being made.
