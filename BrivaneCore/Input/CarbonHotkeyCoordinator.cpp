@@ -79,7 +79,7 @@ CarbonHotkeyCoordinator::CarbonHotkeyCoordinator(ResidentMachine& machine,
     : handler(std::move(adjustmentHandler)),
       ramp(machine.runtime(), machine.keyboard(),
            [this](const Adjustment& adjustment, HotkeySource source) {
-             handler(adjustment, source);
+             rampTicked(adjustment, source);
            }),
       registrar(std::move(hotkeyRegistrar)),
       defaults(machine.defaults()),
@@ -90,15 +90,19 @@ CarbonHotkeyCoordinator::CarbonHotkeyCoordinator(ResidentMachine& machine,
 
 void CarbonHotkeyCoordinator::registerHotkeys(bool tapActive) {
   installHandler();
+  watchedKey = pressedKey;
   if (HotkeyBindingStore(defaults).customHotkeysEnabled()) registerUserBindings();
   if (isRelayActive) registerRelayKeys();
   if (tapActive && !InputDiagnosticsSettings(defaults).keepFunctionKeyFallback()) return;
-  registrar->registerHotkey({f2, noModifiers}, hotkeyNumber::functionKeyUp);
-  registrar->registerHotkey({f1, noModifiers}, hotkeyNumber::functionKeyDown);
+  registerHotkey({f2, noModifiers}, hotkeyNumber::functionKeyUp);
+  registerHotkey({f1, noModifiers}, hotkeyNumber::functionKeyDown);
 }
 
 void CarbonHotkeyCoordinator::handlePress(std::uint32_t id) {
   const HotkeyPress press = hotkeyPress(id);
+  const auto key = keyCodes.find(id);
+  pressedKey = key != keyCodes.end() ? std::optional(key->second) : std::nullopt;
+  watchedKey.reset();
   const bool wasHandled = handler(press.firstStep, press.source);
   if (InputDiagnosticsSettings(defaults).verboseKeyLog()) log.write(describe(press, wasHandled));
   // Also when no display took it: the pointer may come to one while the key is held.
@@ -127,20 +131,33 @@ void CarbonHotkeyCoordinator::installHandler() {
       });
 }
 
+void CarbonHotkeyCoordinator::registerHotkey(const HotkeyBinding& binding, std::uint32_t id) {
+  registrar->registerHotkey(binding, id);
+  keyCodes[id] = binding.keyCode;
+}
+
 void CarbonHotkeyCoordinator::registerUserBindings() {
   const HotkeyBindingStore bindings(defaults);
-  registrar->registerHotkey(bindings.brightnessUpBinding(), hotkeyNumber::userUp);
-  registrar->registerHotkey(bindings.brightnessDownBinding(), hotkeyNumber::userDown);
+  registerHotkey(bindings.brightnessUpBinding(), hotkeyNumber::userUp);
+  registerHotkey(bindings.brightnessDownBinding(), hotkeyNumber::userDown);
 }
 
 void CarbonHotkeyCoordinator::registerRelayKeys() {
   const RelaySettings relay(defaults);
   const std::uint32_t upKey = relay.relayUpKey().virtualKeyCode;
   const std::uint32_t downKey = relay.relayDownKey().virtualKeyCode;
-  registrar->registerHotkey({upKey, noModifiers}, hotkeyNumber::relayUp);
-  registrar->registerHotkey({downKey, noModifiers}, hotkeyNumber::relayDown);
-  registrar->registerHotkey({upKey, HotkeyBinding::shift}, hotkeyNumber::relayUpFine);
-  registrar->registerHotkey({downKey, HotkeyBinding::shift}, hotkeyNumber::relayDownFine);
+  registerHotkey({upKey, noModifiers}, hotkeyNumber::relayUp);
+  registerHotkey({downKey, noModifiers}, hotkeyNumber::relayDown);
+  registerHotkey({upKey, HotkeyBinding::shift}, hotkeyNumber::relayUpFine);
+  registerHotkey({downKey, HotkeyBinding::shift}, hotkeyNumber::relayDownFine);
+}
+
+void CarbonHotkeyCoordinator::rampTicked(const Adjustment& adjustment, HotkeySource source) {
+  if (watchedKey && !keyboard.isKeyDown(keyboardKeyCode(*watchedKey))) {
+    ramp.stop();
+  } else {
+    handler(adjustment, source);
+  }
 }
 
 }  // namespace brivane

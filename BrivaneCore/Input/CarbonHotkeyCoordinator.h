@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
 
 #include "BrivaneCore/Input/HeldKeyRamp.h"
 #include "BrivaneCore/Input/HotkeyRegistering.h"
@@ -23,7 +25,8 @@ class CarbonHotkeyCoordinator {
   ~CarbonHotkeyCoordinator() = default;
 
   /// Registers what the settings, the relay and the event tap call for; those that the system
-  /// refuses are left out. What was registered before has to be unregistered by the caller.
+  /// refuses are left out. What was registered before has to be unregistered by the caller. A ramp
+  /// that goes on over that ends with its key even if the system tells of no release.
   void registerHotkeys(bool tapActive);
 
   void handlePress(std::uint32_t id);
@@ -37,8 +40,17 @@ class CarbonHotkeyCoordinator {
 
  private:
   void installHandler();
+  void registerHotkey(const HotkeyBinding& binding, std::uint32_t id);
   void registerUserBindings();
   void registerRelayKeys();
+  void rampTicked(const Adjustment& adjustment, HotkeySource source);
+
+  /// By the number of the hotkey.
+  std::map<std::uint32_t, std::uint32_t> keyCodes;
+  /// Of the last press.
+  std::optional<std::uint32_t> pressedKey;
+  /// The key that has to be down for the ramp to go on, because its release may never be told.
+  std::optional<std::uint32_t> watchedKey;
 
   UserDefaults& defaults;
   Keyboard& keyboard;

@@ -7,9 +7,7 @@ namespace brivane {
 
 std::variant<HotkeyReference, HotkeyStatus> HotkeyTable::add(KeyCombination combination,
                                                              Receiver receiver) {
-  const bool isTaken = std::ranges::any_of(
-      entries, [&](const auto& entry) { return entry.second.combination == combination; });
-  if (isTaken) return alreadyTaken;
+  if (find(combination) != entries.end()) return alreadyTaken;
   const auto reference = nextReference++;
   entries.emplace(reference, Entry{combination, std::move(receiver)});
   return reference;
@@ -19,9 +17,18 @@ bool HotkeyTable::remove(HotkeyReference reference) {
   return entries.erase(reference) != 0;
 }
 
+void HotkeyTable::retire(HotkeyReference reference) {
+  const auto found = entries.find(reference);
+  if (found == entries.end()) return;
+  if (found->second.hold == Hold::none) {
+    entries.erase(found);
+  } else {
+    found->second.isRetired = true;
+  }
+}
+
 bool HotkeyTable::press(KeyCombination combination) {
-  const auto found = std::ranges::find_if(
-      entries, [&](const auto& entry) { return entry.second.combination == combination; });
+  const auto found = find(combination);
   if (found == entries.end()) return false;
   found->second.hold = Hold::whole;
   // Whoever is told may take the entry away.
@@ -44,18 +51,25 @@ void HotkeyTable::keepModifiers(std::uint32_t modifiers) {
   releaseWhere(losesModifier, Hold::keyWithoutModifiers);
 }
 
+std::map<HotkeyReference, HotkeyTable::Entry>::iterator HotkeyTable::find(
+    KeyCombination combination) {
+  return std::ranges::find_if(entries, [&](const auto& entry) {
+    return entry.second.combination == combination && !entry.second.isRetired;
+  });
+}
+
 template <typename Condition>
 void HotkeyTable::releaseWhere(const Condition& condition, Hold remaining) {
   std::vector<HotkeyReference> released;
-  for (auto& [reference, entry] : entries) {
-    if (!condition(entry)) continue;
-    entry.hold = remaining;
-    released.push_back(reference);
+  for (const auto& [reference, entry] : entries) {
+    if (condition(entry)) released.push_back(reference);
   }
   for (const auto reference : released) {
     const auto found = entries.find(reference);
     if (found == entries.end()) continue;
     const auto receiver = found->second.receiver;
+    found->second.hold = remaining;
+    if (found->second.isRetired && remaining == Hold::none) entries.erase(found);
     if (receiver) receiver(HotkeyEvent::released);
   }
 }

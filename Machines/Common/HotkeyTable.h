@@ -30,6 +30,9 @@ class HotkeyTable {
   std::variant<HotkeyReference, HotkeyStatus> add(KeyCombination combination, Receiver receiver);
   /// The receiver is not called any more. False when there is no such hotkey.
   bool remove(HotkeyReference reference);
+  /// The combination is free again, and the receiver hears of no press any more; if the hotkey is
+  /// held, it still hears of its releases.
+  void retire(HotkeyReference reference);
 
   /// An ordinary key goes down while exactly the modifiers of `combination` are; whether it is
   /// somebody's hotkey.
@@ -46,8 +49,10 @@ class HotkeyTable {
     KeyCombination combination;
     Receiver receiver;
     Hold hold = Hold::none;
+    bool isRetired = false;
   };
 
+  std::map<HotkeyReference, Entry>::iterator find(KeyCombination combination);
   template <typename Condition>
   void releaseWhere(const Condition& condition, Hold remaining);
 

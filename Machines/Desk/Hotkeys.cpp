@@ -44,12 +44,13 @@ void DeskHotkeys::unregisterHotkey(HotkeyReference reference) {
   if (faults.strikes("HotkeyPort.unregisterHotkey")) return;
   const auto found = references.find(reference);
   if (found == references.end()) return;
-  hardware.input().hotkeys.remove(reference);
+  hardware.input().hotkeys.retire(reference);
   hardware.tracer().note([&] { return "hotkey " + described(found->second) + " unregistered"; });
   references.erase(found);
 }
 
 void DeskHotkeys::releaseAll() {
+  *handler = nullptr;
   for (const auto& [reference, combination] : references) {
     hardware.input().hotkeys.remove(reference);
   }

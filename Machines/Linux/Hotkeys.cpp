@@ -79,7 +79,7 @@ void LinuxHotkeys::unregisterHotkey(HotkeyReference reference) {
   const auto found = grabs.find(reference);
   if (found == grabs.end()) return;
   ungrab(found->second);
-  table.remove(reference);
+  table.retire(reference);
   grabs.erase(found);
 }
 

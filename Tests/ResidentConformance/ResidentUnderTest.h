@@ -29,6 +29,8 @@ class ResidentUnderTest {
   virtual void releaseBrightnessUp() = 0;
   /// Has another program take the combination as a hotkey for itself alone.
   virtual void occupyAlone(std::uint32_t keyCode, std::uint32_t modifiers) = 0;
+  /// Whether the system tells of the release of a hotkey that was unregistered while it was down.
+  virtual bool tellsOfUnregisteredHotkeys() const { return true; }
 
   /// Makes the system announce these.
   virtual void changeScreens() = 0;

@@ -341,6 +341,7 @@ void FakeHotkeyPort::unregisterHotkey(HotkeyReference reference) {
   const auto found = registrations.find(reference);
   if (found == registrations.end()) return;
   notes.add("unregister hotkey " + std::to_string(found->second.hotkey.id));
+  if (down.erase(reference) != 0) unregisteredWhileDown.push_back(found->second);
   registrations.erase(found);
 }
 
@@ -349,7 +350,15 @@ bool FakeHotkeyPort::press(std::uint32_t keyCode, std::uint32_t modifiers) {
 }
 
 bool FakeHotkeyPort::release(std::uint32_t keyCode, std::uint32_t modifiers) {
-  return send(HotkeyEvent::released, keyCode, modifiers);
+  const auto late = std::ranges::find_if(unregisteredWhileDown, [&](const Registration& former) {
+    return former.keyCode == keyCode && former.modifiers == modifiers;
+  });
+  if (late == unregisteredWhileDown.end()) {
+    return send(HotkeyEvent::released, keyCode, modifiers);
+  }
+  const HotkeyID hotkey = late->hotkey;
+  unregisteredWhileDown.erase(late);
+  return tell(HotkeyEvent::released, hotkey);
 }
 
 bool FakeHotkeyPort::holds(std::uint32_t keyCode, std::uint32_t modifiers) const {
@@ -361,11 +370,21 @@ bool FakeHotkeyPort::holds(std::uint32_t keyCode, std::uint32_t modifiers) const
 bool FakeHotkeyPort::send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_t modifiers) {
   for (const auto& [reference, registration] : registrations) {
     if (registration.keyCode != keyCode || registration.modifiers != modifiers) continue;
-    const auto [own, hotkey] = std::pair(handler, registration.hotkey);
-    if (own) own(event, hotkey);
-    return own != nullptr;
+    if (event == HotkeyEvent::pressed) {
+      down.insert(reference);
+    } else {
+      down.erase(reference);
+    }
+    return tell(event, registration.hotkey);
   }
   return false;
+}
+
+bool FakeHotkeyPort::tell(HotkeyEvent event, HotkeyID hotkey) const {
+  // What hears of it may install another.
+  const Handler own = handler;
+  if (own) own(event, hotkey);
+  return own != nullptr;
 }
 
 class FakeEventTapPort::Tap : public EventTap {

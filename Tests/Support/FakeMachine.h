@@ -259,7 +259,7 @@ class FakeSystemLog : public SystemLog {
 };
 
 /// Hotkeys that a test presses: `press` and `release` call the installed handler for whatever holds
-/// the combination.
+/// the combination, or was unregistered while it was down.
 class FakeHotkeyPort : public HotkeyPort {
  public:
   struct Registration {
@@ -293,9 +293,12 @@ class FakeHotkeyPort : public HotkeyPort {
 
  private:
   bool send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_t modifiers);
+  bool tell(HotkeyEvent event, HotkeyID hotkey) const;
 
   CallNotes& notes;
   HotkeyReference nextReference = 1;
+  std::set<HotkeyReference> down;
+  std::vector<Registration> unregisteredWhileDown;
 };
 
 /// One tap at most; `send` gives it an event as the system would.

@@ -18,6 +18,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr std::uint32_t shift = 512;
+const std::vector<std::pair<std::uint32_t, std::uint16_t>> keysOfHotkeys = {
+    {1, 126}, {2, 125}, {3, 120}, {4, 122}, {5, 80}, {6, 90}, {7, 80}, {8, 90}};
 
 struct CarbonHotkeyCoordinatorTest : testing::Test {
   CarbonHotkeyCoordinatorTest() { machine.notes.take(); }
@@ -30,6 +32,14 @@ struct CarbonHotkeyCoordinatorTest : testing::Test {
   std::vector<std::string> notesWithin(milliseconds length) {
     machine.time.runFor(length);
     return machine.notes.take();
+  }
+
+  /// All eight.
+  void registerEverythingAnew() {
+    coordinator->registrar->unregisterAll();
+    coordinator->isRelayActive = true;
+    coordinator->registerHotkeys(false);
+    machine.notes.take();
   }
 
   FakeMachine machine;
@@ -207,11 +217,45 @@ TEST_F(CarbonHotkeyCoordinatorTest, APressDuringWhichHotkeysAreRegisteredAnewSti
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, RegisteringLeavesASweepGoing) {
+TEST_F(CarbonHotkeyCoordinatorTest, RegisteringLeavesASweepGoingAsLongAsItsKeyIsDown) {
+  registerEverythingAnew();
+  for (const auto& [id, key] : keysOfHotkeys) {
+    machine.keys.keysDown = {key};
+    coordinator->handlePress(id);
+    registerEverythingAnew();
+    EXPECT_EQ(notesWithin(milliseconds(470)).size(), 2u) << id;
+    machine.keys.keysDown.clear();
+    EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty()) << id << ", whose release isn't told";
+    EXPECT_EQ(machine.time.timerCount(), 0u) << id;
+  }
+}
+
+TEST_F(CarbonHotkeyCoordinatorTest,
+       AReleaseEndsASweepThatRegisteringLeftGoingWhateverTheKeyboardSays) {
+  registerEverythingAnew();
+  machine.keys.keysDown = {126};
   coordinator->handlePress(1);
-  coordinator->registerHotkeys(true);
-  machine.notes.take();
-  EXPECT_THAT(notesWithin(milliseconds(420)), ElementsAre("[410] step 5 carbonHotkey"));
+  registerEverythingAnew();
+  coordinator->handleRelease(1);
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+}
+
+TEST_F(CarbonHotkeyCoordinatorTest, ThePressAfterASweepThatRegisteringLeftGoingAsksForNoKey) {
+  registerEverythingAnew();
+  coordinator->handlePress(1);
+  registerEverythingAnew();
+  coordinator->handlePress(2);
+  EXPECT_THAT(notesWithin(milliseconds(420)),
+              ElementsAre("[0] step -5 snap carbonHotkey", "[410] step -5 carbonHotkey"));
+}
+
+TEST_F(CarbonHotkeyCoordinatorTest, TheKeyOfASweepIsTheOneThatWasRegistered) {
+  registerEverythingAnew();
+  machine.keys.keysDown = {126};
+  coordinator->handlePress(1);
+  machine.settings.set("BrightnessUpKeyCode", {std::int64_t{0}});
+  registerEverythingAnew();
+  EXPECT_EQ(notesWithin(milliseconds(470)).size(), 2u);
 }
 
 TEST_F(CarbonHotkeyCoordinatorTest, AReleaseEndsTheSweep) {

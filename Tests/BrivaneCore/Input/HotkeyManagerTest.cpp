@@ -173,13 +173,39 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesTheSwitchKeepsTheFunctionKeys) {
   EXPECT_TRUE(machine.hotkeyPort.holds(120, 0));
 }
 
-TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOn) {
+TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsReleaseIsTold) {
   start();
   holdUntilItSweeps();
+  machine.keys.keysDown = {126};
   grant();
   EXPECT_TRUE(manager->startEventTap());
   machine.notes.take();
   EXPECT_THAT(notesWithin(milliseconds(60)), ElementsAre("[470] step 5 carbonHotkey"));
+  machine.hotkeyPort.release(126, 6144);
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+}
+
+TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldIsToldToGoUp) {
+  start();
+  machine.hotkeyPort.press(122, 0);
+  machine.keys.keysDown = {122};
+  grant();
+  EXPECT_TRUE(manager->startEventTap());
+  EXPECT_FALSE(machine.hotkeyPort.holds(122, 0));
+  machine.hotkeyPort.release(122, 0);
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+}
+
+TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldSweepsNoLongerThanItIsDown) {
+  start();
+  machine.hotkeyPort.press(122, 0);
+  machine.keys.keysDown = {122};
+  grant();
+  EXPECT_TRUE(manager->startEventTap());
+  machine.notes.take();
+  EXPECT_THAT(notesWithin(milliseconds(420)), ElementsAre("[410] step -5 carbonHotkey"));
+  machine.keys.keysDown.clear();
+  EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
 TEST_F(HotkeyManagerTest, ReloadingEndsASweepAndRegistersTheBindingsAnew) {

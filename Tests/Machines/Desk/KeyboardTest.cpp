@@ -340,6 +340,18 @@ TEST_F(DeskKeyboardTest, AHotkeyMayUnregisterItselfFromItsHandler) {
   EXPECT_THAT(unclaimed, SizeIs(1));
 }
 
+TEST_F(DeskKeyboardTest, AHotkeyThatIsUnregisteredWhileItIsHeldEndsWithItsProgram) {
+  auto other = desk.makeMachine();
+  int calls = 0;
+  other->hotkeys().installHandler([&](HotkeyEvent, HotkeyID) { ++calls; });
+  const auto registered = other->hotkeys().registerHotkey(f19, 0, {1, 5});
+  keyboard.pressKey(f19);
+  other->hotkeys().unregisterHotkey(std::get<HotkeyReference>(registered));
+  other->kill();
+  keyboard.releaseKey(f19);
+  EXPECT_EQ(calls, 1);
+}
+
 TEST_F(DeskKeyboardTest, UnregisteringTwiceOrWhatNeverWasIsSafe) {
   HotkeyPort& hotkeys = desk.machine->hotkeys();
   const auto reference = std::get<HotkeyReference>(registerHotkey(f19, 0, 5));

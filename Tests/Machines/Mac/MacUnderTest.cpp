@@ -100,6 +100,8 @@ class MacResidentUnderTest : public ResidentUnderTest {
   void occupyAlone(std::uint32_t keyCode, std::uint32_t modifiers) override {
     fake::input().hotkeys.add({keyCode, modifiers}, nullptr);
   }
+  /// Nobody has seen Carbon do it.
+  bool tellsOfUnregisteredHotkeys() const override { return false; }
 
   void changeScreens() override { world.appKit->screenParameters.announce(); }
   void sleepAndWake() override {

@@ -188,7 +188,26 @@ TEST_F(Hotkeys, RegisteredAnewWhileTheKeyIsDownAreNotPressedByItsRepeats) {
   settle();
   rig.repeatKeysSoon(false);
   tap(xKey::f19);
-  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-6"));
+  EXPECT_THAT(heard, ElementsAre("+5", "-5", "+6", "-6"));
+}
+
+TEST_F(Hotkeys, RegisteredAnewWhileTwoAreDownAreBothToldToGoUpAsWhatTheyWere) {
+  const auto first = add(f18, 0, 5);
+  const auto second = add(f19, 0, 6);
+  rig.pressKey(xKey::f18);
+  rig.pressKey(xKey::f19);
+  settle();
+  hotkeys.unregisterHotkey(first);
+  hotkeys.unregisterHotkey(second);
+  add(f18, 0, 7);
+  add(f19, 0, 8);
+  rig.releaseKey(xKey::f18);
+  settle();
+  rig.releaseKey(xKey::f19);
+  settle();
+  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6"));
+  tap(xKey::f19);
+  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6", "+8", "-8"));
 }
 
 TEST_F(Hotkeys, FollowTheirModifiersToTheBitsThatTheLayoutGivesThem) {
