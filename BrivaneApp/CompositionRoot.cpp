@@ -74,6 +74,9 @@ void CompositionRoot::makeInput(ResidentMachine& machine, Frame& frame) {
       [weakHotkeys = std::weak_ptr(hotkeys), weakItem = std::weak_ptr(statusItem)] {
         if (const auto live = weakHotkeys.lock()) live->reloadBindings();
         if (const auto live = weakItem.lock()) live->refresh();
+      },
+      [weakHotkeys = std::weak_ptr(hotkeys)](bool isCapturing) {
+        if (const auto live = weakHotkeys.lock()) live->suspendUserBindings(isCapturing);
       });
 }
 

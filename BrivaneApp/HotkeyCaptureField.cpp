@@ -4,6 +4,8 @@
 
 #include "BrivaneApp/HotkeyCaptureField.h"
 
+#include <utility>
+
 #include "BrivaneApp/Strings.h"
 
 namespace brivane {
@@ -34,17 +36,23 @@ std::uint32_t HotkeyCaptureField::carbonModifiers(std::uint64_t modifierFlags) {
   return modifiers;
 }
 
+void HotkeyCaptureField::setHost(CustomViewHost* newHost) {
+  host = newHost;
+  if (host == nullptr) stopCapturing();
+}
+
 void HotkeyCaptureField::mouseDown() {
   host->makeFirstResponder();
-  isCapturing = true;
+  const bool begins = !std::exchange(isCapturing, true);
   host->setNeedsDisplay();
+  if (begins && onCapturing) onCapturing(true);
 }
 
 bool HotkeyCaptureField::keyDown(const KeyPress& press) {
   if (!isCapturing) return false;
   const std::uint32_t modifiers = carbonModifiers(press.modifierFlags);
   if (press.keyCode == escapeKeyCode) {
-    isCapturing = false;
+    stopCapturing();
     host->setNeedsDisplay();
     host->resignFirstResponder();
   } else if (modifiers == 0) {
@@ -61,10 +69,15 @@ void HotkeyCaptureField::accept(const HotkeyBinding& captured) {
   isCapturing = false;
   host->resignFirstResponder();
   if (onCapture) onCapture(captured);
+  if (onCapturing) onCapturing(false);
+}
+
+void HotkeyCaptureField::stopCapturing() {
+  if (std::exchange(isCapturing, false) && onCapturing) onCapturing(false);
 }
 
 bool HotkeyCaptureField::resignFirstResponder() {
-  isCapturing = false;
+  stopCapturing();
   // A view that leaves its window may resign on the way out.
   if (host != nullptr) host->setNeedsDisplay();
   return true;

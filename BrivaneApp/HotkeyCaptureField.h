@@ -21,7 +21,7 @@ class HotkeyCaptureField : public CustomView {
   /// The bits of `HotkeyBinding` for those of `modifierFlag`; no other flag counts.
   static std::uint32_t carbonModifiers(std::uint64_t modifierFlags);
 
-  void setHost(CustomViewHost* newHost) override { host = newHost; }
+  void setHost(CustomViewHost* newHost) override;
   bool acceptsFirstResponder() const override { return true; }
   void mouseDown() override;
   bool keyDown(const KeyPress& press) override;
@@ -31,10 +31,14 @@ class HotkeyCaptureField : public CustomView {
 
   /// What the field shows; nothing is shown as not set.
   std::optional<HotkeyBinding> binding;
-  /// Called once for each combination that was taken, when the field is done with it.
+  /// Called once for each combination that was taken.
   std::function<void(const HotkeyBinding& binding)> onCapture;
+  /// Called when the field begins to wait for keys, and when it waits no more, whatever the reason;
+  /// after `onCapture` if that is the reason.
+  std::function<void(bool isCapturing)> onCapturing;
 
  private:
+  void stopCapturing();
   void accept(const HotkeyBinding& captured);
   std::string text() const;
 

@@ -20,8 +20,10 @@ constexpr double instructionsSizePoints = 12;
 }  // namespace
 
 HotkeyEditor::HotkeyEditor(ResidentMachine& machine, Frame& itsFrame,
-                           const StringCatalogue& stringCatalogue, std::function<void()> changed)
+                           const StringCatalogue& stringCatalogue, std::function<void()> changed,
+                           std::function<void(bool isCapturing)> capturing)
     : onChange(std::move(changed)),
+      onCapturing(std::move(capturing)),
       frame(itsFrame),
       keyboard(machine.keyboard()),
       catalogue(stringCatalogue),
@@ -93,6 +95,7 @@ void HotkeyEditor::addRow(std::string_view labelKey, const Rect& row, const Hotk
     (bindings.*setBinding)(captured);
     onChange();
   };
+  field->onCapturing = onCapturing;
   items.emplace_back(WindowView{fieldFrame, field.get(), label});
   newFields.push_back(std::move(field));
 }

@@ -17,10 +17,11 @@ namespace brivane {
 /// at once. Main thread.
 class HotkeyEditor {
  public:
-  /// `changed` is called after each change and is not empty; the catalogue is the application's.
-  /// The other arguments must outlive the editor.
+  /// `changed` is called after each change, `capturing` when a field begins to wait for keys and
+  /// when none does any more; neither is empty. The catalogue is the application's. The other
+  /// arguments must outlive the editor.
   HotkeyEditor(ResidentMachine& machine, Frame& itsFrame, const StringCatalogue& stringCatalogue,
-               std::function<void()> changed);
+               std::function<void()> changed, std::function<void(bool isCapturing)> capturing);
   ~HotkeyEditor();
   HotkeyEditor(const HotkeyEditor&) = delete;
   HotkeyEditor& operator=(const HotkeyEditor&) = delete;
@@ -42,6 +43,7 @@ class HotkeyEditor {
 
   std::unique_ptr<EditorWindow> window;
   const std::function<void()> onChange;
+  const std::function<void(bool isCapturing)> onCapturing;
 
   Frame& frame;
   Keyboard& keyboard;

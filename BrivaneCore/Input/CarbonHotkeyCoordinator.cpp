@@ -91,7 +91,8 @@ CarbonHotkeyCoordinator::CarbonHotkeyCoordinator(ResidentMachine& machine,
 void CarbonHotkeyCoordinator::registerHotkeys(bool tapActive) {
   installHandler();
   watchedKey = pressedKey;
-  if (HotkeyBindingStore(defaults).customHotkeysEnabled()) registerUserBindings();
+  const bool wantsUserBindings = HotkeyBindingStore(defaults).customHotkeysEnabled();
+  if (wantsUserBindings && !areUserBindingsSuspended) registerUserBindings();
   if (isRelayActive) registerRelayKeys();
   if (tapActive && !InputDiagnosticsSettings(defaults).keepFunctionKeyFallback()) return;
   registerHotkey({f2, noModifiers}, hotkeyNumber::functionKeyUp);

@@ -37,6 +37,8 @@ class CarbonHotkeyCoordinator {
   const std::unique_ptr<HotkeyRegistering> registrar;
   /// Whether the relay's keys are to be registered.
   bool isRelayActive = false;
+  /// Whether the user's bindings stay unregistered, whatever the settings say.
+  bool areUserBindingsSuspended = false;
 
  private:
   void installHandler();

@@ -51,12 +51,19 @@ void HotkeyManager::stop() {
   eventTap.stop();
   coordinator.ramp.stop();
   coordinator.registrar->unregisterAll();
+  coordinator.areUserBindingsSuspended = false;
 }
 
 void HotkeyManager::reloadBindings() {
   coordinator.ramp.stop();
   coordinator.registrar->unregisterAll();
   coordinator.registerHotkeys(isEventTapActive());
+}
+
+void HotkeyManager::suspendUserBindings(bool suspended) {
+  if (suspended == coordinator.areUserBindingsSuspended) return;
+  coordinator.areUserBindingsSuspended = suspended;
+  reloadBindings();
 }
 
 bool HotkeyManager::setRelayHotkeysEnabled(bool enabled) {

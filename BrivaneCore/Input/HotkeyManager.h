@@ -31,6 +31,10 @@ class HotkeyManager : public RelayHotkeySwitching {
   /// Registers the hotkeys as the settings have them now.
   void reloadBindings();
 
+  /// While suspended, the user's own combinations are keys like any other, to be captured for
+  /// instance. Stopping ends it.
+  void suspendUserBindings(bool suspended);
+
   bool setRelayHotkeysEnabled(bool enabled) override;
 
   /// Whether both relay keys are registered.

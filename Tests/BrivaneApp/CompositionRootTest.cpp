@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 
 #include "BrivaneApp/CompositionRoot.h"
@@ -141,6 +142,37 @@ TEST_F(CompositionRootTest, AChangedHotkeyIsRegisteredAndThenTheMenuRefreshed) {
   EXPECT_EQ(notes.back(), "task for main") << "the menu's refresh";
   machine.time.settle();
   EXPECT_GT(frame.statusItem->configurations, configurations);
+}
+
+TEST_F(CompositionRootTest, TheTwoHotkeysCanBeExchanged) {
+  make();
+  root->hotkeys->start();
+  root->hotkeyEditor->show();
+  FakeEditorWindow& editor = *frame.editorWindow;
+  const std::uint64_t flags = modifierFlag::control | modifierFlag::option;
+  editor.click(0);
+  EXPECT_FALSE(machine.hotkeyPort.holds(downArrow, controlAndOption));
+  editor.press({downArrow, flags});
+  editor.click(1);
+  EXPECT_THAT(machine.hotkeyPort.registrations, testing::SizeIs(2)) << "F1 and F2";
+  editor.press({upArrow, flags});
+  std::map<std::uint32_t, std::uint32_t> idOfKey;
+  for (const auto& [reference, registration] : machine.hotkeyPort.registrations) {
+    idOfKey[registration.keyCode] = registration.hotkey.id;
+  }
+  EXPECT_EQ(idOfKey[downArrow], 1u);
+  EXPECT_EQ(idOfKey[upArrow], 2u);
+}
+
+TEST_F(CompositionRootTest, AFieldThatWaitsAtTheEndRegistersNothing) {
+  make();
+  root->hotkeys->start();
+  root->hotkeyEditor->show();
+  frame.editorWindow->click(0);
+  root->hotkeys->stop();
+  frame.editorWindow->close();
+  root.reset();
+  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
 }
 
 TEST_F(CompositionRootTest, TheMenuSwitchesTheRelay) {

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <functional>
+
 #include "BrivaneApp/HotkeyCaptureField.h"
 #include "Tests/Support/ApplicationTexts.h"
 #include "Tests/Support/VirtualKeys.h"
@@ -11,7 +14,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr std::uint16_t keyA = 0;
-constexpr std::uint16_t keyEscape = 53;
 
 /// The window's part, which keeps what the field asked for in its order.
 struct FakeHost : CustomViewHost {
@@ -38,6 +40,11 @@ struct HotkeyCaptureFieldTest : testing::Test {
       captured.push_back(binding);
     };
     machine.keys.characters[keyA] = "a";
+  }
+  void noteCapturing() {
+    field.onCapturing = [this](bool isCapturing) {
+      host.calls.emplace_back(isCapturing ? "waits" : "waits no more");
+    };
   }
 
   bool press(std::uint16_t keyCode, std::uint64_t modifiers = 0) {
@@ -140,6 +147,47 @@ TEST_F(HotkeyCaptureFieldTest, LosingTheKeysOutsideAWindowIsFine) {
   field.setHost(nullptr);
   EXPECT_TRUE(field.resignFirstResponder());
   EXPECT_EQ(field.accessibilityText(), "⌃⌥↑");
+}
+
+TEST_F(HotkeyCaptureFieldTest, ThatItWaitsIsToldOnceHoweverOftenItIsClicked) {
+  noteCapturing();
+  field.mouseDown();
+  EXPECT_THAT(takeCalls(), ElementsAre("take keys", "redraw hotkeyEditor.pressKeys", "waits"));
+  field.mouseDown();
+  press(keyA);
+  EXPECT_THAT(takeCalls(), ElementsAre("take keys", "redraw hotkeyEditor.pressKeys", "beep"));
+}
+
+TEST_F(HotkeyCaptureFieldTest, ThatItWaitsNoMoreIsToldOnceAfterTheCapture) {
+  noteCapturing();
+  field.mouseDown();
+  takeCalls();
+  press(keyF5, modifierFlag::control);
+  EXPECT_THAT(takeCalls(), ElementsAre("redraw hotkeyEditor.pressKeys", "give up keys",
+                                       "redraw ⌃F5", "captured ctrl+key96", "waits no more"));
+}
+
+TEST_F(HotkeyCaptureFieldTest, ThatItWaitsNoMoreIsToldOnceWhateverTheReason) {
+  noteCapturing();
+  const std::vector<std::function<void()>> reasons = {[this] { press(keyEscape); },
+                                                      [this] { field.resignFirstResponder(); },
+                                                      [this] { field.setHost(nullptr); }};
+  for (const auto& end : reasons) {
+    field.setHost(&host);
+    field.mouseDown();
+    takeCalls();
+    end();
+    field.resignFirstResponder();
+    const auto calls = takeCalls();
+    EXPECT_EQ(std::ranges::count(calls, "waits no more"), 1);
+  }
+}
+
+TEST_F(HotkeyCaptureFieldTest, AFieldThatDoesNotWaitTellsNothingAsItLosesKeysAndWindow) {
+  noteCapturing();
+  field.resignFirstResponder();
+  field.setHost(nullptr);
+  EXPECT_THAT(takeCalls(), ElementsAre("redraw ⌃⌥↑"));
 }
 
 TEST_F(HotkeyCaptureFieldTest, OnlyFourModifierFlagsCount) {

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <memory>
 
 #include "BrivaneApp/HotkeyEditor.h"
@@ -41,10 +42,19 @@ struct HotkeyEditorTest : testing::Test {
   HotkeyBindingStore bindings{machine.settings};
   /// What the callback finds stored.
   std::vector<std::string> changes;
-  std::unique_ptr<HotkeyEditor> editor =
-      std::make_unique<HotkeyEditor>(machine, frame, texts, [this] {
+  /// Whether a field waits, as the callback has told.
+  bool isCapturing = false;
+  /// How often it was told.
+  int tellings = 0;
+  std::unique_ptr<HotkeyEditor> editor = std::make_unique<HotkeyEditor>(
+      machine, frame, texts,
+      [this] {
         changes.push_back(bindings.brightnessUpBinding().describedKeys() + " " +
                           bindings.brightnessDownBinding().describedKeys());
+      },
+      [this](bool nowCapturing) {
+        isCapturing = nowCapturing;
+        ++tellings;
       });
 };
 
@@ -157,6 +167,35 @@ TEST_F(HotkeyEditorTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMore) {
   EXPECT_THAT(changes, IsEmpty());
 }
 
+TEST_F(HotkeyEditorTest, ThatAFieldWaitsIsToldUntilNoneDoes) {
+  editor->show();
+  const std::vector<std::function<void()>> reasons = {
+      [this] {
+        window().press({keyF5, modifierFlag::control});
+      },
+      [this] {
+        window().press({keyEscape, 0});
+      },
+      [this] { window().close(); }, [this] { window().pressButton("hotkeyEditor.resetDefaults"); },
+      [this] { editor.reset(); }};
+  for (const auto& end : reasons) {
+    for (const auto field : {brightenField, dimField}) {
+      window().click(field);
+      EXPECT_TRUE(isCapturing);
+    }
+    end();
+    EXPECT_FALSE(isCapturing);
+  }
+}
+
+TEST_F(HotkeyEditorTest, AnEditorThatIsUsedWithoutCapturingTellsNothing) {
+  editor->show();
+  window().pressButton("hotkeyEditor.resetDefaults");
+  window().close();
+  editor.reset();
+  EXPECT_EQ(tellings, 0);
+}
+
 TEST_F(HotkeyEditorTest, OnlyOneFieldWaitsForAKey) {
   editor->show();
   window().click(brightenField);
@@ -178,8 +217,9 @@ TEST_F(HotkeyEditorTest, ResetRestoresBothDefaultsInStoreAndFieldsAndReportsOnce
 TEST_F(HotkeyEditorTest, TheFieldsAreRebuiltOnlyAfterTheResetWasReported) {
   bindings.setBrightnessUpBinding({keyF5, HotkeyBinding::control});
   int contentChangesWhenReported = 0;
-  HotkeyEditor other(machine, frame, texts,
-                     [&] { contentChangesWhenReported = frame.editorWindow->contentChanges; });
+  HotkeyEditor other(
+      machine, frame, texts,
+      [&] { contentChangesWhenReported = frame.editorWindow->contentChanges; }, [](bool) {});
   other.show();
   window().pressButton("hotkeyEditor.resetDefaults");
   EXPECT_EQ(contentChangesWhenReported, 1);

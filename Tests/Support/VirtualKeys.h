@@ -5,6 +5,7 @@
 namespace brivane {
 
 /// Virtual key codes of the keys that tests press, and Carbon's bits for the modifiers with them.
+constexpr std::uint16_t keyEscape = 53;
 constexpr std::uint16_t keyF5 = 96;
 constexpr std::uint16_t downArrow = 125;
 constexpr std::uint16_t upArrow = 126;

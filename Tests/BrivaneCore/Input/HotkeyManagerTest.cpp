@@ -229,6 +229,61 @@ TEST_F(HotkeyManagerTest, ReloadingWithoutTheTapKeepsTheFunctionKeys) {
   EXPECT_FALSE(manager->isEventTapActive()) << "it doesn't try the tap";
 }
 
+TEST_F(HotkeyManagerTest, SuspendedBindingsAreUnregisteredAndNothingElseIs) {
+  manager->setRelayHotkeysEnabled(true);
+  start();
+  manager->suspendUserBindings(true);
+  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+  EXPECT_FALSE(machine.hotkeyPort.holds(125, 6144));
+  EXPECT_EQ(machine.hotkeyPort.registrations.size(), 6u) << "relay and function keys";
+  machine.hotkeyPort.press(80, 0);
+  EXPECT_THAT(machine.notes.take(), testing::Contains("[0] step 5 snap hidRelay"));
+  manager->suspendUserBindings(false);
+  EXPECT_TRUE(machine.hotkeyPort.holds(126, 6144));
+  EXPECT_TRUE(machine.hotkeyPort.holds(125, 6144));
+  EXPECT_EQ(machine.hotkeyPort.registrations.size(), 8u);
+}
+
+TEST_F(HotkeyManagerTest, SuspendedBindingsStaySoWhateverElseIsRegisteredAnew) {
+  start();
+  manager->suspendUserBindings(true);
+  manager->reloadBindings();
+  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+  manager->setRelayHotkeysEnabled(true);
+  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+  grant();
+  manager->startEventTap();
+  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+}
+
+TEST_F(HotkeyManagerTest, BindingsThatTheSettingsTurnOffStayOffAfterASuspension) {
+  set("CustomHotkeysEnabled", false);
+  start();
+  manager->suspendUserBindings(true);
+  manager->suspendUserBindings(false);
+  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+}
+
+TEST_F(HotkeyManagerTest, SuspendingWhatIsSuspendedDoesNothing) {
+  start();
+  manager->suspendUserBindings(false);
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+  manager->suspendUserBindings(true);
+  machine.notes.take();
+  manager->suspendUserBindings(true);
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+}
+
+TEST_F(HotkeyManagerTest, ASuspensionThatEndsAfterTheStopRegistersNothing) {
+  start();
+  manager->suspendUserBindings(true);
+  manager->stop();
+  manager->suspendUserBindings(false);
+  EXPECT_TRUE(machine.hotkeyPort.registrations.empty());
+  start();
+  EXPECT_TRUE(machine.hotkeyPort.holds(126, 6144));
+}
+
 TEST_F(HotkeyManagerTest, SwitchingTheRelayOnRegistersItsKeysAndOffGivesThemBack) {
   grant();
   start();

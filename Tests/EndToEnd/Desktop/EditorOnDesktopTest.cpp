@@ -139,13 +139,19 @@ TEST_F(EditorOnDesktopTest, TheKeyboardBeginsAtTheFirstFieldAndTabGoesOnToTheSec
   EXPECT_TRUE(isFree(xKey::a, shiftMask));
 }
 
-TEST_F(EditorOnDesktopTest, APresentHotkeyGoesOnWorkingWhileAFieldWaits) {
+TEST_F(EditorOnDesktopTest, TheTwoHotkeysCanBeExchanged) {
   openEditor();
   clickField(0);
-  pointAtLeft();
+  tapHotkey(xKey::down);
+  ASSERT_TRUE(eventually([&] { return !isWaiting(0); }));
+  clickField(1);
   tapHotkey(xKey::up);
+  ASSERT_TRUE(eventually([&] { return !isWaiting(1); }));
+  pointAtLeft();
+  tapHotkey(xKey::down);
   EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
-  EXPECT_TRUE(isWaiting(0));
+  tapHotkey(xKey::up);
+  EXPECT_TRUE(becomes("HDMI-A-1", 50)) << world.luminance("HDMI-A-1");
 }
 
 TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasDoesNotReachTheField) {

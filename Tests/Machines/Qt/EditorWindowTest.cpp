@@ -72,7 +72,9 @@ class EditorWindowTest : public testing::Test {
   StringCatalogue strings{resources, bench.machine().log(), applicationBundle};
   HotkeyBindingStore bindings{bench.machine().defaults()};
   int changes = 0;
-  HotkeyEditor editor{bench.machine(), bench.frame(), strings, [this] { ++changes; }};
+  bool isCapturing = false;
+  HotkeyEditor editor{bench.machine(), bench.frame(), strings, [this] { ++changes; },
+                      [this](bool nowCapturing) { isCapturing = nowCapturing; }};
 };
 
 TEST_F(EditorWindowTest, TheContentHasTheSizeAndTitleThatWereAskedFor) {
@@ -121,11 +123,13 @@ TEST_F(EditorWindowTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMore) {
 
 TEST_F(EditorWindowTest, AFieldWaitsNoMoreOnceAnotherWindowIsActive) {
   click(0);
+  EXPECT_TRUE(isCapturing);
   QWidget other;
   other.show();
   other.activateWindow();
   EXPECT_TRUE(QTest::qWaitForWindowActive(&other, patienceMilliseconds));
   EXPECT_EQ(reads(0), "⌃⌥↑");
+  EXPECT_FALSE(isCapturing);
 }
 
 TEST_F(EditorWindowTest, AClickOnTheOtherFieldTakesTheKeysFromTheFirst) {
@@ -202,8 +206,10 @@ TEST_F(EditorWindowTest, TheSpaceBarAndReturnPressTheButton) {
 TEST_F(EditorWindowTest, TheButtonRestoresBothFieldsFromWithinItsOwnPress) {
   click(0);
   press(Qt::Key_F5, KEY_F5, Qt::ShiftModifier);
+  click(1);
   QTest::mouseClick(&button(), Qt::LeftButton);
   bench.settle();
+  EXPECT_FALSE(isCapturing);
   EXPECT_EQ(reads(0), "⌃⌥↑");
   EXPECT_EQ(reads(1), "⌃⌥↓");
   EXPECT_EQ(fields().size(), 2u);

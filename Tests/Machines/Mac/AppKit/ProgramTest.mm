@@ -538,7 +538,9 @@ TEST_F(MacWholeProgram, TheEditorIsOneWindowThatBeepsAndCanBeLeft) {
     beeps();
     desktop.press(editor(), letterA, 0);
     EXPECT_EQ(beeps(), 1) << "a letter alone is no hotkey";
+    EXPECT_FALSE(hasItsHotkey()) << "it can be captured, too";
     desktop.press(editor(), escapeKey, 0);
+    EXPECT_TRUE(hasItsHotkey());
     desktop.press(editor(), keyF5, NSEventModifierFlagControl);
     EXPECT_FALSE(settings().contains("BrightnessUpKeyCode")) << "escape ends the capturing";
     clickTheFirstField();
