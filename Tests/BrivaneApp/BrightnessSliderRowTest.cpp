@@ -99,6 +99,19 @@ TEST_F(BrightnessSliderRowTest, SeventyMillisecondsAfterAWriteAMoveIsWrittenAtOn
   EXPECT_THAT(writes, ElementsAre(Write{0, 51}, Write{70, 52}));
 }
 
+TEST_F(BrightnessSliderRowTest, TheSeventyMillisecondsBeginBeforeTheWriteHoweverLongItTakes) {
+  BrightnessSliderRow slow(machine.time, SliderPlace{menu, 0}, PercentRange{0, 100},
+                           [this](Percent level) {
+                             writes.emplace_back(nowMilliseconds(), level);
+                             machine.time.sleep(milliseconds(50));
+                           });
+  menu.setItems({slow.item(texts, "Studio", 50)});
+  drag(51);
+  drag(52);
+  pass(milliseconds(500));
+  EXPECT_THAT(writes, ElementsAre(Write{0, 51}, Write{70, 52}));
+}
+
 TEST_F(BrightnessSliderRowTest, LaterMovesNeitherDelayTheWaitingWriteNorAddOne) {
   drag(51);
   for (const double position : {52, 53, 54, 55, 56}) {

@@ -400,6 +400,15 @@ TEST_F(CommandLineModesTest, TheProgramsOwnPathIsAnArgumentToo) {
   EXPECT_THAT(out.str(), HasSubstr("nothing to clear"));
 }
 
+TEST_F(CommandLineModesTest, TheMachinesAdviceIsTheLastLine) {
+  struct AdvisingMachine : FakeMachine {
+    std::optional<std::string> advice() override { return "Load the driver."; }
+  };
+  AdvisingMachine advising;
+  EXPECT_EQ(runBrivane({"Brivane", "--probe"}, advising, openFrame, out, err), 0);
+  EXPECT_THAT(out.str(), testing::EndsWith("\nLoad the driver.\n"));
+}
+
 TEST_F(CommandLineModesTest, SwitchesCountOnlyWhenTheyAreWrittenExactly) {
   for (const auto* argument : {"--Probe", "-probe", "--probe=1", "probe", "--settings"}) {
     runBrivane({"/Applications/Brivane", argument}, machine, openFrame, out, err);

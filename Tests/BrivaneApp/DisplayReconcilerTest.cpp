@@ -118,6 +118,16 @@ TEST_F(DisplayReconcilerTest, AChangeForgetsAtOnceAndRestoresTwoSecondsLater) {
   EXPECT_THAT(machine.notes.take(), ElementsAre("[2000] refresh"));
 }
 
+TEST_F(DisplayReconcilerTest, EachOfTwoChangesInQuickSuccessionHasARestoreOfItsOwn) {
+  moveRightMonitor();
+  machine.time.runFor(1s);
+  moveRightMonitor();
+  reconciler->stop();
+  machine.notes.take();
+  EXPECT_THAT(notesWithin(1s), ElementsAre("[2000] reapply", "[2000] restore"));
+  EXPECT_THAT(notesWithin(1s), ElementsAre("[3000] reapply", "[3000] restore"));
+}
+
 TEST_F(DisplayReconcilerTest, MovingAddingRemovingAndResizingAreChanges) {
   auto& screens = machine.displaySystem.allScreens;
   moveRightMonitor();

@@ -92,6 +92,8 @@ TEST_F(LoginItemTest, WhatTheToolPrintsCountsWhateverItsStatus) {
   install();
   toolPrints("\"com.quorrel.brivane\" => disabled\n", 113);
   EXPECT_FALSE(item.isEnabled());
+  toolPrints("\"com.quorrel.brivane\" => enabled\n", 113);
+  EXPECT_TRUE(item.isEnabled());
   EXPECT_THAT(logLines, IsEmpty());
 }
 

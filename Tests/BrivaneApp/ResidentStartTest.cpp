@@ -105,8 +105,16 @@ TEST_F(ResidentStartTest, WhereNobodyCanAnnounceItselfItGoesOn) {
 }
 
 TEST_F(ResidentStartTest, WithoutAScreenItSaysWhatIsMissingAndEndsWithStatusOne) {
+  /// It knows only of what it was asked for.
   struct AdvisingMachine : FakeMachine {
-    std::optional<std::string> advice() override { return "There is no screen."; }
+    DisplaySystem& displays() override {
+      areDisplaysKnown = true;
+      return FakeMachine::displays();
+    }
+    std::optional<std::string> advice() override {
+      return areDisplaysKnown ? std::optional("There is no screen.") : std::nullopt;
+    }
+    bool areDisplaysKnown = false;
   };
   AdvisingMachine advising;
   const FrameOpener nothing = [](ResidentMachine&) { return nullptr; };

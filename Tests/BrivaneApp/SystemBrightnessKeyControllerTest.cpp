@@ -206,6 +206,16 @@ TEST_F(SystemBrightnessKeyControllerTest, AMappingThatWentMissingIsAppliedAgainE
   EXPECT_TRUE(relay.drivesBuiltInPanel);
 }
 
+TEST_F(SystemBrightnessKeyControllerTest, WhatTheToolSaysOfAMappingAppliedAgainIsNotLookedAt) {
+  controller.setEnabled(true);
+  take();
+  relay.isInForce = relay.takesMapping = relay.saysApplied = false;
+  for (int minute = 0; minute < 2; ++minute) {
+    EXPECT_THAT(callsWithin(60s), ElementsAre("check F19/F20", wentMissing, "apply F19/F20"));
+  }
+  EXPECT_TRUE(isStoredOn());
+}
+
 TEST_F(SystemBrightnessKeyControllerTest,
        SwitchedOffInTheSettingsByAnotherProcessItStopsReapplyingAndKeepsItsTimer) {
   controller.setEnabled(true);

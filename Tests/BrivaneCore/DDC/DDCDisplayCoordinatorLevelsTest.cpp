@@ -280,6 +280,16 @@ TEST_F(LevelsTest, AnAppleDisplayIsWrittenThroughDisplayServices) {
                             at(0, "set brightness.10.20.30=100")}));
 }
 
+TEST_F(LevelsTest, AnExplicitWriteToAnAppleDisplayIsAnnouncedBeforeItIsMade) {
+  makeAppleDisplay(leftID, 0.5F);
+  float levelWhenAnnounced = 0;
+  DDCDisplayCoordinator announcing(machine, appleDisplays, registry, store, [&](DisplayID display) {
+    levelWhenAnnounced = machine.displayServices.levels[display];
+  });
+  EXPECT_TRUE(announcing.write(30, leftID, true));
+  EXPECT_EQ(levelWhenAnnounced, 0.5F);
+}
+
 TEST_F(LevelsTest, AnAppleDisplayThatRefusesChangesNothing) {
   makeAppleDisplay(leftID, 0.5F);
   machine.displayServices.setStatus = 1;
@@ -381,6 +391,8 @@ TEST_F(LevelsTest, AnAppleTargetHasARangeWhileItCanBeRead) {
 
 TEST_F(LevelsTest, TheBuiltInPanelIsNeverReadOverDDC) {
   machine.displaySystem.online = {{1, 1, 1, 1, true}};
+  EXPECT_EQ(coordinator->refreshTargets().at(0).ddcRange, std::nullopt);
+  EXPECT_THAT(coordinator->tracker.warmsInFlight, IsEmpty());
   coordinator->levelCache.percents[1] = 10;
   EXPECT_EQ(coordinator->refreshTargets().at(0).ddcRange, std::nullopt);
   EXPECT_THAT(coordinator->tracker.warmsInFlight, IsEmpty());

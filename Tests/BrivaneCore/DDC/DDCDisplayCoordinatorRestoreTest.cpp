@@ -373,6 +373,7 @@ TEST_F(RestoreTest, ARestoreThatFailedWithoutANewDisplaySetIsNotMadeUpFor) {
   ASSERT_EQ(left.setCount, 1);
   coordinator->restoreLateMonitors();
   EXPECT_EQ(left.current, 50);
+  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
 }
 
 TEST_F(RestoreTest, WithoutASavedLevelNothingAwaitsRestoring) {

@@ -62,6 +62,16 @@ TEST(DisplayIdentityResolver, SeveralLooseMatchesArePairedInTheSameWay) {
   EXPECT_EQ(resolve(panels, displays, {}, 9), "dispC");
 }
 
+TEST(DisplayIdentityResolver, AnotherMakersPanelOfTheSameModelNumberIsNoMatch) {
+  const Displays displays{{4, 11, 20}, {5, 10, 20}, {6, 10, 20}};
+  const Panels exact{{"disp0", {11, 20, 30}}, {"disp1", wanted}};
+  EXPECT_EQ(resolve(exact, displays, {}, 6), "disp1");
+  const Panels loose{{"disp0", {11, 20, 0}}, {"disp1", {10, 20, 0}}};
+  EXPECT_EQ(resolve(loose, displays, {}, 5), "disp1");
+  const Panels identical{{"disp0", wanted}, {"disp1", wanted}};
+  EXPECT_EQ(resolve(identical, displays, {}, 5), "disp0") << "the first of its make";
+}
+
 TEST(DisplayIdentityResolver, PortNamesSortAsTextAndNotAsNumbers) {
   const Panels panels{{"disp9", wanted}, {"disp10", wanted}};
   const Displays displays{{5, 10, 20}, {6, 10, 20}};
