@@ -47,8 +47,9 @@ class HotkeyPort {
                                                                      std::uint32_t modifiers,
                                                                      HotkeyID hotkey) = 0;
 
-  /// Safe for references that are over. A combination that is down is still reported as going up,
-  /// under the identity that it had, unless the system tells of it no more (a Mac may not).
+  /// Ends a reference that `registerHotkey` returned: once for each. A combination that is down is
+  /// still reported as going up, under the identity that it had, unless the system tells of it no
+  /// more (a Mac may not).
   virtual void unregisterHotkey(HotkeyReference reference) = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "Machines/Desk/Hotkeys.h"
 
+#include "BrivaneCore/Support/Fatal.h"
+
 namespace brivane {
 namespace {
 
@@ -42,14 +44,16 @@ std::variant<HotkeyReference, HotkeyStatus> DeskHotkeys::registerHotkey(std::uin
 
 void DeskHotkeys::unregisterHotkey(HotkeyReference reference) {
   if (faults.strikes("HotkeyPort.unregisterHotkey")) return;
+  if (hasEnded) return;
   const auto found = references.find(reference);
-  if (found == references.end()) return;
+  if (found == references.end()) fatal("a hotkey was unregistered that isn't registered");
   hardware.input().hotkeys.retire(reference);
   hardware.tracer().note([&] { return "hotkey " + described(found->second) + " unregistered"; });
   references.erase(found);
 }
 
 void DeskHotkeys::releaseAll() {
+  hasEnded = true;
   *handler = nullptr;
   for (const auto& [reference, combination] : references) {
     hardware.input().hotkeys.remove(reference);

@@ -9,7 +9,8 @@
 
 namespace brivane {
 
-/// One program's hotkeys. The only status is -9878: somebody has the combination.
+/// One program's hotkeys. The only status is -9878: somebody has the combination. To unregister
+/// what isn't registered is a fatal error.
 class DeskHotkeys : public HotkeyPort {
  public:
   DeskHotkeys(DeskHardware& deskHardware, Faults& machineFaults)
@@ -31,6 +32,7 @@ class DeskHotkeys : public HotkeyPort {
   Faults& faults;
   std::shared_ptr<Handler> handler = std::make_shared<Handler>();
   std::map<HotkeyReference, KeyCombination> references;
+  bool hasEnded = false;
 };
 
 }  // namespace brivane

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "BrivaneCore/Support/Fatal.h"
 #include "Tests/Support/Hexadecimal.h"
 
 namespace brivane {
@@ -339,7 +340,7 @@ std::variant<HotkeyReference, HotkeyStatus> FakeHotkeyPort::registerHotkey(std::
 
 void FakeHotkeyPort::unregisterHotkey(HotkeyReference reference) {
   const auto found = registrations.find(reference);
-  if (found == registrations.end()) return;
+  if (found == registrations.end()) fatal("a hotkey was unregistered that isn't registered");
   notes.add("unregister hotkey " + std::to_string(found->second.hotkey.id));
   if (down.erase(reference) != 0) unregisteredWhileDown.push_back(found->second);
   registrations.erase(found);

@@ -259,7 +259,8 @@ class FakeSystemLog : public SystemLog {
 };
 
 /// Hotkeys that a test presses: `press` and `release` call the installed handler for whatever holds
-/// the combination, or was unregistered while it was down.
+/// the combination, or was unregistered while it was down. To unregister what isn't registered is a
+/// fatal error.
 class FakeHotkeyPort : public HotkeyPort {
  public:
   struct Registration {
