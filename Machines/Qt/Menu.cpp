@@ -172,9 +172,11 @@ QAction* QtMenu::makeAction(std::size_t index, const MenuSlider& slider) {
   auto* const action = new QWidgetAction(window.get());
   action->setText(actionText(slider.accessibilityLabel));
   action->setDefaultWidget(new MenuSliderRow(
-      slider, application, [this, index, itsGeneration = generation](double value) {
+      slider, application,
+      [this, index, itsGeneration = generation](double value) {
         sliderMoved(index, itsGeneration, value);
-      }));
+      },
+      [this] { fitToTitles(); }));
   return action;
 }
 
@@ -198,21 +200,21 @@ void QtMenu::setTitle(std::size_t index, const std::string& title) {
   if (auto* const command = std::get_if<MenuCommand>(&item)) {
     command->title = title;
     show(*actions[index], *command);
-    return;
+  } else {
+    auto& text = std::get<MenuText>(item);
+    if (text.title == title) return;
+    text.title = title;
+    auto* const action = static_cast<QWidgetAction*>(actions[index]);
+    static_cast<MenuTextRow*>(action->defaultWidget())->setTitle(title);
   }
-  auto& text = std::get<MenuText>(item);
-  if (text.title == title) return;
-  text.title = title;
-  auto* const action = static_cast<QWidgetAction*>(actions[index]);
-  static_cast<MenuTextRow*>(action->defaultWidget())->setTitle(title);
-  // Has the menu ask its rows anew how wide they are.
-  action->setText(actionText(title));
+  fitToTitles();
 }
 
 void QtMenu::setChecked(std::size_t index, bool isChecked) {
   auto& command = std::get<MenuCommand>(items.at(index));
   command.isChecked = isChecked;
   show(*actions[index], command);
+  fitToTitles();
 }
 
 void QtMenu::setSliderValue(std::size_t index, double value) {
@@ -284,6 +286,17 @@ void QtMenu::giveKeyboardBackSoon() {
         if (!isOpen) keys->giveKeyboardBack();
       },
       Qt::QueuedConnection);
+}
+
+/// Not while a hand drags a slider: the level would change as the slider widens or moves under it.
+void QtMenu::fitToTitles() {
+  if (isSliderHeld()) return;
+  for (std::size_t index = 0; index < actions.size(); ++index) {
+    const auto* const text = std::get_if<MenuText>(&items[index]);
+    // Has the menu ask the row anew how wide it is.
+    if (text != nullptr) actions[index]->setText(actionText(text->title));
+  }
+  keepOnScreen();
 }
 
 /// A menu that has grown must not hang over the edge.

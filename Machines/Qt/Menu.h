@@ -56,6 +56,7 @@ class QtMenu : public MenuView {
   bool chooseByKey(const QString& key);
   void didHide();
   void giveKeyboardBackSoon();
+  void fitToTitles();
   void keepOnScreen();
 
   QtApplication& application;

@@ -45,9 +45,9 @@ class MenuSeparatorRow : public QWidget {
 /// A row with a slider over the whole width of a menu. Main thread.
 class MenuSliderRow : public QWidget {
  public:
-  /// `moved` is called for the user's moves only.
+  /// `moved` is called for the user's moves only, `letGo` at the end of each drag.
   MenuSliderRow(const MenuSlider& slider, QtApplication& application,
-                std::function<void(double)> moved);
+                std::function<void(double)> moved, std::function<void()> letGo);
 
   void setValue(double newValue);
 

@@ -122,6 +122,19 @@ TEST_F(MenuLooksTest, AMenuThatGrowsStaysOnTheScreen) {
   EXPECT_TRUE(screen.contains(menu.widget().geometry()));
 }
 
+TEST_F(MenuLooksTest, AMenuWithATitleThatGrowsStaysOnTheScreen) {
+  const QRect screen = menu.widget().screen()->availableGeometry();
+  menu.open(screen.bottomRight());
+  bench.settle();
+  const int width = menu.widget().width();
+  for (const std::size_t index : {0U, 5U}) {
+    menu.setTitle(index, "Halden H27 on the left of the desk: 100 %");
+    EXPECT_GT(menu.widget().width(), width);
+    EXPECT_TRUE(screen.contains(menu.widget().geometry())) << index;
+    menu.setTitle(index, "Halden H27");
+  }
+}
+
 TEST_F(MenuLooksTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
   open();
   expectGoldenPicture("menu-light", menu.widget().grab().toImage());

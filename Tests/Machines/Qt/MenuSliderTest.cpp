@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <QAccessible>
+#include <QWidgetAction>
 
 #include "Tests/Machines/Qt/MenuTest.h"
 
@@ -112,6 +113,23 @@ TEST_F(MenuSliderTest, ChangesInPlaceLeaveTheSliderInTheHandThatDragsIt) {
   EXPECT_EQ(values.back(), -100);
   QTest::mouseRelease(&slider(), Qt::LeftButton, {}, {-500, middle});
   EXPECT_TRUE(menu.widget().isVisible());
+}
+
+TEST_F(MenuSliderTest, ATitleThatGrowsDuringADragChangesNoLevelAndIsShownWholeAfterwards) {
+  const QRect screen = menu.widget().screen()->availableGeometry();
+  menu.open(screen.bottomRight());
+  bench.settle();
+  const QPoint hand = slider().mapToGlobal(slider().rect().center() + QPoint(60, 0));
+  QTest::mousePress(&slider(), Qt::LeftButton, {}, slider().mapFromGlobal(hand));
+  const double level = values.back();
+  menu.setTitle(2, "Norvik 24, no answer for a long time, which takes many words");
+  bench.settle();
+  QTest::mouseMove(&slider(), slider().mapFromGlobal(hand + QPoint(1, 0)));
+  EXPECT_NEAR(values.back(), level, 3);
+  QTest::mouseRelease(&slider(), Qt::LeftButton, {}, slider().mapFromGlobal(hand));
+  const QWidget& row = *dynamic_cast<QWidgetAction&>(action(2)).defaultWidget();
+  EXPECT_GE(row.width(), row.sizeHint().width());
+  EXPECT_TRUE(screen.contains(menu.widget().geometry()));
 }
 
 TEST_F(MenuSliderTest, ChangesInPlaceLeaveTheKeysWithTheSliderThatHasThem) {
