@@ -1,6 +1,7 @@
 // An open menu is never rebuilt merely because what it says changed: that would end a drag and move
 // the items under the pointer. Titles, ticks and sliders are changed in place; only other displays,
-// or the same ones in another order or with other kinds of lines, have the menu built anew.
+// the same ones in another order or with other kinds of lines, and sliders with other names or ends
+// have the menu built anew.
 
 #include "BrivaneApp/StatusItemController.h"
 

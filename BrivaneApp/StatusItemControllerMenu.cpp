@@ -120,6 +120,7 @@ void StatusItemController::updateMenu() {
     rebuildMenu();
     return;
   }
+  for (const DisplayTarget& target : targets) displayNames[target.displayID] = target.name;
   showLevels(controllableLevels(targets));
   menu.setTitle(hotkeysSummaryItem, hotkeysSummary());
   showSystemBrightnessKeys();
@@ -133,7 +134,7 @@ bool StatusItemController::isBuiltFor(const std::vector<DisplayTarget>& targets)
   for (const DisplayTarget& target : targets) {
     const bool hasSlider = controller.level(target.displayID).has_value();
     if (lookUp(hasSlider ? headerItems : statusItems, target.displayID) != line) return false;
-    if (displayNames.at(target.displayID) != target.name) return false;
+    if (hasSlider && displayNames.at(target.displayID) != target.name) return false;
     line += hasSlider ? 2 : 1;
   }
   return displayNames.size() == targets.size() && renderedRange == brightnessSettings.levelRange();

@@ -493,6 +493,15 @@ TEST_F(StatusItemControllerTest, ARefreshRebuildsAMenuWhoseLinesWouldBeOthers) {
   EXPECT_FALSE(rebuildsAtRefresh());
 }
 
+TEST_F(StatusItemControllerTest, ARefreshRenamesInPlaceADisplayWithoutASlider) {
+  addSilentMonitor(2);
+  addAnsweringMonitor(3, 55);
+  menu().open();
+  machine.displaySystem.allScreens.front().localizedName = "Renamed";
+  EXPECT_FALSE(rebuildsAtRefresh());
+  EXPECT_THAT(displayLines().front(), testing::HasSubstr("Renamed"));
+}
+
 TEST_F(StatusItemControllerTest, ARefreshLeavesAClosedMenuAlone) {
   menu().open();
   menu().close();
