@@ -69,6 +69,10 @@ class DDCDisplayCoordinator {
   /// Writes the saved level of each display that still awaits it and has answered meanwhile.
   void restoreLateMonitors();
 
+  /// The user has gone on to a software effect, for which the hardware is to be at `percent`: of a
+  /// display that still awaits its saved level, that becomes the saved level.
+  void replaceAwaitedLevel(Percent percent, DisplayID display);
+
   /// Follows changes made with the monitors' own buttons, in the background.
   void resyncCache();
 

@@ -70,6 +70,10 @@ void DDCDisplayCoordinator::restoreLateMonitors() {
   });
 }
 
+void DDCDisplayCoordinator::replaceAwaitedLevel(Percent percent, DisplayID display) {
+  if (awaitingRestore.contains(display)) store.save(percent, display);
+}
+
 void DDCDisplayCoordinator::resyncCache() {
   retryUnresolvedDisplays();
   inBackground([candidates = rereadCandidates(),

@@ -12,8 +12,9 @@ namespace brivane {
 namespace {
 
 void moveHardware(DDCDisplayCoordinator& coordinator, Percent percent, DisplayID display) {
-  if (lookUp(coordinator.levelCache.percents, display) == percent) return;
-  coordinator.write(percent, display, false);
+  const bool isThere = lookUp(coordinator.levelCache.percents, display) == percent;
+  if (!isThere && coordinator.write(percent, display, false)) return;
+  coordinator.replaceAwaitedLevel(percent, display);
 }
 
 }  // namespace

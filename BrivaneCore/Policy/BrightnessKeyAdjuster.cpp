@@ -101,6 +101,7 @@ AdjustOutcome BrightnessKeyAdjuster::dim(const SoftwareRange& range, const Press
   const auto wanted = checkedSum(range.depth, change);
   const auto depth = BrightnessScaling::clamp(wanted);
   dimmer->apply(depth, press.display);
+  if (range.depth == 0) coordinator.replaceAwaitedLevel(0, press.display);
   return AdjustOutcome::handled(press.display, press.name, wanted < 1 ? 0 : -depth);
 }
 
@@ -111,6 +112,7 @@ std::optional<AdjustOutcome> BrightnessKeyAdjuster::brighten(const SoftwareRange
   const auto wanted = checkedSum(range.boost, change);
   const auto boost = BrightnessScaling::clamp(wanted);
   if (!range.brightening.apply(boost, press.display)) return std::nullopt;
+  if (range.boost == 0) coordinator.replaceAwaitedLevel(100, press.display);
   return AdjustOutcome::handled(press.display, press.name, wanted < 1 ? 100 : boost + 100);
 }
 

@@ -37,6 +37,17 @@ struct ControllerBench {
     return channel;
   }
 
+  /// A monitor that was invalidated at `saved` and answers with another percent.
+  FakeBus::Channel& addLateMonitor(DisplayID display, Percent saved, std::uint16_t percent) {
+    auto& channel = addSilentMonitor(display);
+    store.save(saved, display);
+    controller.invalidate();
+    channel.answers = true;
+    channel.current = percent;
+    controller.brightness(display);
+    return channel;
+  }
+
   /// A display that the display services drive, at `level` of 1.
   void addAppleDisplay(const FakeDisplay& display, float level) {
     machine.displayServices.install(machine.loader);

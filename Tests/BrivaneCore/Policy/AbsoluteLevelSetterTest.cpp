@@ -142,6 +142,26 @@ TEST_F(AbsoluteLevelSetterTest, AMonitorThatDoesNotAnswerIsDimmedAllTheSame) {
   EXPECT_EQ(channel.getCount, 1) << "and is asked in the background";
 }
 
+TEST_F(AbsoluteLevelSetterTest, ASoftwareLevelOfALateMonitorIsNotRestoredAway) {
+  for (const auto& [level, hardware] : {std::pair<Percent, std::uint16_t>{-10, 0}, {150, 100}}) {
+    FakeEffectsBench fresh;
+    auto& channel = fresh.bench.addLateMonitor(2, 30, hardware);
+    EXPECT_TRUE(fresh.controller.setLevel(level, 2));
+    EXPECT_EQ(channel.setCount, 0) << "the hardware is at that end";
+    fresh.controller.restoreLateMonitors();
+    EXPECT_EQ(channel.current, hardware);
+  }
+}
+
+TEST_F(AbsoluteLevelSetterTest, ALateMonitorThatCouldNotBeMovedYetIsMovedWhenItAnswers) {
+  auto& channel = bench.addLateMonitor(2, 0, 90);
+  channel.nextWriteStatuses = {1};
+  EXPECT_TRUE(controller.setLevel(150, 2));
+  ASSERT_EQ(channel.current, 90);
+  controller.restoreLateMonitors();
+  EXPECT_EQ(channel.current, 100);
+}
+
 TEST_F(AbsoluteLevelSetterTest, AHardwareLevelTooHandsABoostOverFirst) {
   start(50);
   gammaBrightener->amounts[2] = 30;

@@ -74,6 +74,33 @@ TEST_F(SoftwareTravel, AMonitorWithoutAGammaTableHasItsHardwareRangeOnly) {
   EXPECT_EQ(channel.setCount, 2);
 }
 
+TEST_F(SoftwareTravel, WhereALateMonitorIsTakenByKeysItStays) {
+  auto& dark = addLateMonitor(2, 30, 0);
+  EXPECT_EQ(press(-5), -5);
+  controller.restoreLateMonitors();
+  EXPECT_EQ(dark.current, 0);
+  EXPECT_EQ(press(100), 0);
+  dark.current = 100;
+  store.save(30, 2);
+  controller.invalidate();
+  controller.brightness(2);
+  EXPECT_EQ(press(5), 105);
+  controller.restoreLateMonitors();
+  EXPECT_EQ(dark.current, 100);
+}
+
+TEST_F(SoftwareTravel, ALateMonitorThatWasDimmedAllAlongGetsItsSavedLevel) {
+  auto& channel = addAnsweringMonitor(2, 0);
+  EXPECT_EQ(press(-5), -5);
+  store.save(0, 2);
+  controller.invalidate();
+  channel.current = 90;
+  controller.brightness(2);
+  EXPECT_EQ(press(-5), -10);
+  controller.restoreLateMonitors();
+  EXPECT_EQ(channel.current, 0);
+}
+
 TEST_F(SoftwareTravel, DisplaysWithHeadroomAreBrightenedBeyondWhite) {
   addAnsweringMonitor(2, 100);
   machine.displaySystem.allScreens[0].potentialHeadroom = 2.0;
