@@ -269,7 +269,9 @@ void QtMenu::open(const QPoint& place) {
   isOpen = true;
   const auto watch = anchor.watch();
   if (delegate != nullptr) delegate->menuWillOpen();
-  if (watch.isAlive()) window->popup(place);
+  if (!watch.isAlive()) return;
+  window->popup(place);
+  placedSize = window->size();
 }
 
 void QtMenu::didHide() {
@@ -299,10 +301,11 @@ void QtMenu::fitToTitles() {
   keepOnScreen();
 }
 
-/// A menu that has grown must not hang over the edge.
+/// A menu that has grown must not hang over the edge. Where it opened it may lie over a panel.
 void QtMenu::keepOnScreen() {
   if (!window->isVisible() || window->screen() == nullptr) return;
   window->resize(window->sizeHint());
+  if (std::exchange(placedSize, window->size()) == window->size()) return;
   const QRect room = window->screen()->availableGeometry();
   QRect box = window->geometry();
   box.moveBottom(std::min(box.bottom(), room.bottom()));

@@ -66,6 +66,8 @@ class QtMenu : public MenuView {
   std::uint64_t generation = 0;
   bool isOpen = false;
   bool isReplacing = false;
+  /// The size with which it was given its place.
+  QSize placedSize;
   std::unique_ptr<Window> window;
   std::optional<GrabbedKeys> keys;
   LivenessAnchor anchor;

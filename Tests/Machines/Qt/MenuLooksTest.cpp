@@ -135,6 +135,15 @@ TEST_F(MenuLooksTest, AMenuWithATitleThatGrowsStaysOnTheScreen) {
   }
 }
 
+TEST_F(MenuLooksTest, AMenuThatDoesNotGrowStaysWhereItOpenedEvenOverAPanel) {
+  open();
+  const QPoint place(40, menu.widget().screen()->availableGeometry().bottom() - 60);
+  menu.widget().move(place);
+  menu.setTitle(0, "Halden H27: 61 %");
+  menu.setItems(items());
+  EXPECT_EQ(menu.widget().pos(), place);
+}
+
 TEST_F(MenuLooksTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
   open();
   expectGoldenPicture("menu-light", menu.widget().grab().toImage());
