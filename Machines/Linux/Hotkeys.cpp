@@ -60,7 +60,8 @@ std::variant<HotkeyReference, HotkeyStatus> LinuxHotkeys::registerHotkey(std::ui
     const Handler current = *handler;
     if (current) current(event, hotkey);
   };
-  const auto added = table.add({keyCode, modifiers & everyModifier}, receive);
+  const KeyCombination combination{keyCode, modifiers & everyModifier};
+  const auto added = table.add(combination, receive);
   const auto* const reference = std::get_if<HotkeyReference>(&added);
   if (reference == nullptr) return taken;
   const XModifiers meaning = keymap.modifiers();
@@ -72,6 +73,7 @@ std::variant<HotkeyReference, HotkeyStatus> LinuxHotkeys::registerHotkey(std::ui
     return status;
   }
   grabs.emplace(*reference, grabbed);
+  if (isDown(combination)) ignoreUntilReleased(grabbed.key);
   return *reference;
 }
 
@@ -81,6 +83,17 @@ void LinuxHotkeys::unregisterHotkey(HotkeyReference reference) {
   ungrab(found->second);
   table.retire(reference);
   grabs.erase(found);
+}
+
+bool LinuxHotkeys::isDown(KeyCombination combination) {
+  return keyboard.isKeyDown(static_cast<std::uint16_t>(combination.keyCode)) &&
+         keyboard.heldModifiers() == combination.modifiers;
+}
+
+/// A repeat sets a grab off as a press does. Of a key that is down before it is grabbed (it was
+/// just typed into the editor, say), no repeat is a press.
+void LinuxHotkeys::ignoreUntilReleased(xcb_keycode_t key) {
+  if (heldKeys.insert(key).second) outliveGrab();
 }
 
 /// 0, or the code of the last error.

@@ -43,6 +43,8 @@ class LinuxHotkeys : public HotkeyPort {
     std::uint16_t modifiers = 0;
   };
 
+  bool isDown(KeyCombination combination);
+  void ignoreUntilReleased(xcb_keycode_t key);
   HotkeyStatus grab(xcb_connection_t* connection, const GrabbedKey& grabbed);
   void ungrab(const GrabbedKey& grabbed);
   void followLayout();
@@ -59,7 +61,8 @@ class LinuxHotkeys : public HotkeyPort {
   const std::shared_ptr<Handler> handler = std::make_shared<Handler>();
   HotkeyTable table;
   std::map<HotkeyReference, GrabbedKey> grabs;
-  /// The keys that went down as hotkeys and have not been seen to go up.
+  /// The keys that went down as hotkeys, or became some while they were down, and have not been
+  /// seen to go up.
   std::set<xcb_keycode_t> heldKeys;
   bool holdsKeyboard = false;
   /// The number of the request that ended the last hold; events up to it have smaller numbers.

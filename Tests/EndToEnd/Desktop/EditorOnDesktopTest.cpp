@@ -56,6 +56,11 @@ class EditorOnDesktopTest : public DesktopTest {
     click(field(number));
     ASSERT_TRUE(eventually([&] { return isWaiting(number); }));
   }
+  /// Another program's window is opened and gets the keyboard.
+  void turnToAnotherWindow() {
+    const xcb_window_t other = onlooker.open("Other", {20, 600, 200, 100}, 0x00ff00);
+    ASSERT_TRUE(eventually([&] { return onlooker.focus() == other; }));
+  }
   bool isTaken(xcb_keycode_t key, std::uint16_t modifiers) {
     return eventually([&] { return world.screens.isKeyTaken(key, modifiers); });
   }
@@ -152,6 +157,35 @@ TEST_F(EditorOnDesktopTest, TheTwoHotkeysCanBeExchanged) {
   EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
   tapHotkey(xKey::up);
   EXPECT_TRUE(becomes("HDMI-A-1", 50)) << world.luminance("HDMI-A-1");
+}
+
+TEST_F(EditorOnDesktopTest, ACombinationThatIsHeldAsItIsCapturedStepsNothing) {
+  openEditor();
+  clickField(0);
+  pointAtLeft();
+  world.screens.repeatKeysSoon();
+  world.screens.pressKey(xKey::control);
+  world.screens.pressKey(xKey::f5);
+  ASSERT_TRUE(eventually([&] { return !isWaiting(0); }));
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+  world.screens.releaseKey(xKey::f5);
+  world.screens.releaseKey(xKey::control);
+  world.screens.repeatKeysSoon(false);
+  tapWith({xKey::control}, xKey::f5);
+  EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
+  EXPECT_EQ(leftLevelAtRest(), 55);
+}
+
+TEST_F(EditorOnDesktopTest, AFieldWaitsNoMoreOnceAnotherWindowHasTheKeyboardUntilItIsClickedAgain) {
+  openEditor();
+  clickField(0);
+  turnToAnotherWindow();
+  EXPECT_TRUE(eventually([&] { return !isWaiting(0); }));
+  EXPECT_TRUE(isTaken(xKey::up, controlMask | optionMask));
+  clickField(1);
+  EXPECT_TRUE(isFree(xKey::up, controlMask | optionMask));
+  tapWith({xKey::shift}, xKey::a);
+  EXPECT_TRUE(isTaken(xKey::a, shiftMask));
 }
 
 TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasDoesNotReachTheField) {

@@ -191,6 +191,37 @@ TEST_F(Hotkeys, RegisteredAnewWhileTheKeyIsDownAreNotPressedByItsRepeats) {
   EXPECT_THAT(heard, ElementsAre("+5", "-5", "+6", "-6"));
 }
 
+TEST_F(Hotkeys, RegisteredWhileTheCombinationIsDownAreNotPressedByItsRepeats) {
+  rig.repeatKeysSoon();
+  rig.pressKey(xKey::shift);
+  rig.pressKey(xKey::f19);
+  settle();
+  add(f19, shift, 7);
+  waitForRepeats();
+  rig.releaseKey(xKey::f19);
+  settle();
+  rig.repeatKeysSoon(false);
+  EXPECT_THAT(heard, IsEmpty());
+  tap(xKey::f19);
+  EXPECT_THAT(heard, ElementsAre("+7", "-7"));
+  rig.releaseKey(xKey::shift);
+  rig.takeTypedKeys();
+  tap(xKey::a);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38")) << "the keyboard is everybody's";
+}
+
+TEST_F(Hotkeys, RegisteredWhileTheKeyIsDownWithOtherModifiersTakeNothingElse) {
+  rig.takeTypedKeys();
+  rig.pressKey(xKey::f19);
+  settle();
+  add(f19, shift, 7);
+  rig.takeTypedKeys();
+  tap(xKey::a);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38"));
+  rig.releaseKey(xKey::f19);
+  EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("-197"));
+}
+
 TEST_F(Hotkeys, RegisteredAnewWhileTwoAreDownAreBothToldToGoUpAsWhatTheyWere) {
   const auto first = add(f18, 0, 5);
   const auto second = add(f19, 0, 6);
