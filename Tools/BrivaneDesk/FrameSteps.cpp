@@ -150,6 +150,13 @@ StepProblem editorButton(Stage& stage, const StepArguments& arguments) {
   return "an editor without that button:" + onLinesOfTheirOwn(open.lines());
 }
 
+StepProblem editorLeave(Stage& stage, const StepArguments&) {
+  const auto editor = editorOf(stage);
+  if (const auto* const problem = std::get_if<std::string>(&editor)) return *problem;
+  std::get<DeskEditorWindow*>(editor)->loseKeyboard();
+  return std::nullopt;
+}
+
 StepProblem editorClose(Stage& stage, const StepArguments&) {
   const auto editor = editorOf(stage);
   if (const auto* const problem = std::get_if<std::string>(&editor)) return *problem;
@@ -171,6 +178,7 @@ std::vector<StepKind> frameSteps() {
       {"try slider TEXT drag to NUMBER over DURATION", tryToDragSlider},
       {"editor click TEXT", editorClick},
       {"editor button TEXT", editorButton},
+      {"editor leave", editorLeave},
       {"editor close", editorClose},
   };
 }
