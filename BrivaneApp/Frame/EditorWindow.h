@@ -101,8 +101,9 @@ struct EditorWindowAttributes {
 
 /// A small window with a few controls. It begins closed. A view has the keys no longer than the
 /// window does: when the window closes, or another one gets the keyboard, the view is told that it
-/// resigns, and doesn't get the keys back with the window. An open menu takes nothing away. Main
-/// thread.
+/// resigns, and doesn't get the keys back with the window. An open menu takes nothing away. A click
+/// on a view brings the window the keyboard, and so does assistive technology that presses one.
+/// Main thread.
 class EditorWindow {
  public:
   virtual ~EditorWindow() = default;

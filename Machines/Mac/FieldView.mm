@@ -59,8 +59,11 @@
   return view == nullptr ? nil : brivane::nsString(view->accessibilityText());
 }
 
+/// As a click in the window does, it brings the window the keyboard.
 - (BOOL)accessibilityPerformPress {
   if (view == nullptr) return NO;
+  [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+  [self.window makeKeyAndOrderFront:nil];
   view->mouseDown();
   return YES;
 }

@@ -34,6 +34,8 @@ class AccessibleView : public QAccessibleWidget {
 
   void doAction(const QString& name) override {
     if (name == pressAction()) {
+      // As a click in the window does.
+      view.activateWindow();
       view.click();
     } else {
       QAccessibleWidget::doAction(name);

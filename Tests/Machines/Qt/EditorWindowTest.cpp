@@ -240,6 +240,19 @@ TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhichFieldHasTheKeysAndPressesO
             strings.text(strings::hotkeyEditorPressKeys));
 }
 
+TEST_F(EditorWindowTest, AFieldThatAssistiveTechnologyPressesBringsItsWindowTheKeyboard) {
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&other, patienceMilliseconds));
+  QWidget& behind = *fields().at(0)->window();
+  accessible(*fields().at(0))
+      .actionInterface()
+      ->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&behind, patienceMilliseconds));
+  EXPECT_TRUE(isCapturing);
+}
+
 TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheButtonAndPressesIt) {
   auto& read = accessible(button());
   EXPECT_EQ(read.role(), QAccessible::Button);

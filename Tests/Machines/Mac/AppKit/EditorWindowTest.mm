@@ -114,6 +114,13 @@ TEST_F(MacEditorWindowTest, AFieldIsAButtonToAssistiveTechnology) {
   EXPECT_EQ(field.clicks, 1);
 }
 
+TEST_F(MacEditorWindowTest, AFieldThatAssistiveTechnologyPressesBringsItsWindowTheKeyboard) {
+  desktop.notes.clear();
+  EXPECT_TRUE([view(1) accessibilityPerformPress]);
+  EXPECT_TRUE([systemWindow() fakeIsKey]);
+  EXPECT_THAT(desktop.notes, ElementsAre("activate, whatever is in front"));
+}
+
 TEST_F(MacEditorWindowTest, AFieldThatHasTheKeysGetsThoseWithCommandOnce) {
   field.host->makeFirstResponder();
   desktop.press(systemWindow(), 96, NSEventModifierFlagCommand | NSEventModifierFlagControl);
