@@ -14,7 +14,13 @@ constexpr std::size_t largestDomainBytes = 1 << 20;
 std::filesystem::path resolved(const std::filesystem::path& file) {
   // A settings file may be a link into a folder of its user's own; the link itself must stay.
   std::error_code error;
-  const auto target = std::filesystem::weakly_canonical(file, error);
+  auto target = std::filesystem::weakly_canonical(file, error);
+  // What is left of links leads to a file that isn't there yet.
+  std::error_code noLink;
+  for (auto next = std::filesystem::read_symlink(target, noLink); !noLink && !error;
+       next = std::filesystem::read_symlink(target, noLink)) {
+    target = std::filesystem::weakly_canonical(target.parent_path() / next, error);
+  }
   return error ? file : target;
 }
 

@@ -245,6 +245,18 @@ TEST_F(JsonFileDefaultsTest, ALinkIntoAnotherFolderStaysALink) {
   EXPECT_THAT(TemporaryFolder::read(folder / "real.json"), HasSubstr("\"a\": true"));
 }
 
+TEST_F(JsonFileDefaultsTest, ALinkToAFileThatIsNotThereStaysALinkToo) {
+  std::filesystem::create_symlink("elsewhere/second.json", file);
+  std::filesystem::create_directory(folder / "elsewhere");
+  std::filesystem::create_symlink("real.json", folder / "elsewhere/second.json");
+  auto defaults = open();
+  EXPECT_EQ(defaults.object("a"), std::nullopt);
+  defaults.set("a", {true});
+  EXPECT_TRUE(std::filesystem::is_symlink(file));
+  EXPECT_THAT(TemporaryFolder::read(folder / "elsewhere/real.json"), HasSubstr("\"a\": true"));
+  EXPECT_THAT(log.lines, IsEmpty());
+}
+
 TEST_F(JsonFileDefaultsTest, AStoppedProcessThatHoldsTheLockIsWaitedForTwoSecondsOnce) {
   int ready[2];
   ASSERT_EQ(pipe(ready), 0);
