@@ -96,8 +96,12 @@ LaunchAgent AutostartEntry::asLaunchAgent() const {
 
 std::optional<std::string> AutostartEntry::read() const {
   for (const auto& folder : folders) {
-    auto content = readWholeFile(folder / fileName, largestEntryBytes);
+    const auto file = folder / fileName;
+    auto content = readWholeFile(file, largestEntryBytes);
     if (auto* const text = std::get_if<std::string>(&content)) return std::move(*text);
+    // One that can't be read counts all the same: it must not be replaced by the next one's text.
+    std::error_code ignored;  // then there is no such folder, or nobody may look into it
+    if (std::filesystem::exists(std::filesystem::symlink_status(file, ignored))) break;
   }
   return std::nullopt;
 }

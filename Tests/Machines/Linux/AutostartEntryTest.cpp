@@ -79,6 +79,15 @@ TEST_F(AutostartEntryTest, IsHiddenByItsOwnGroupAlone) {
             "[Desktop Action quit]\nHidden=true\n");
 }
 
+TEST_F(AutostartEntryTest, OfTheUserThatCantBeReadIsNotReplacedByTheSystems) {
+  put("shared", entryText);
+  std::filesystem::create_directory(folder / "own");
+  std::filesystem::create_symlink("elsewhere", folder / "own" / name);
+  EXPECT_FALSE(entry.isInstalled());
+  EXPECT_FALSE(entry.setEnabled(false));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "own" / name));
+}
+
 TEST_F(AutostartEntryTest, ThatCantBeWrittenStaysAsItIs) {
   put("shared", entryText);
   folder.write("own", "no folder");
