@@ -77,6 +77,17 @@ TEST_F(DeskResidentTest, AFatalErrorIsOneLineOfTheLogAndNoMore) {
   EXPECT_EQ(result.errors.find("Brivane: fatal: ", line + 1), std::string::npos) << result.errors;
 }
 
+/// A desk's log is standard error: what comes there by way of the log is told by a log that loses
+/// it.
+TEST_F(DeskResidentTest, AFatalErrorGoesToTheLog) {
+  folder.write("desk.json",
+               R"({"defaults": {"com.quorrel.brivane": {"BrightnessUpKeyCode": -1}},
+                   "faults": {"SystemLog.write": [1, 2, 3, 4, 5, 6, 7, 8, 9]}})");
+  const ProgramResult result = run({});
+  EXPECT_EQ(result.exitStatus, 128 + SIGABRT);
+  EXPECT_THAT(result.errors, Not(HasSubstr("fatal")));
+}
+
 TEST_F(DeskResidentTest, AfterItWasKilledTheNextOneStarts) {
   const auto killed = start();
   killed->signal(SIGKILL);
