@@ -41,8 +41,9 @@ bool isGone(int error) {
 HIDUtil::Outcome HIDUtil::run(const std::vector<std::string>& arguments) {
   if (rights == Rights::lent) {
     return failure(notPermitted,
-                   "its file lends it the rights of another user or group, which any program of "
-                   "its caller's could misuse; take that away (chmod ug-s) and run it as root");
+                   "its file lends it rights of another user or group, which any program of its "
+                   "caller's could misuse; take them away (chmod ug-s, setcap -r) and run it as "
+                   "root");
   }
   if (arguments.size() == 3 && arguments[0] == "property") {
     if (arguments[1] == "--get" && arguments[2] == "UserKeyMapping") return get();

@@ -38,7 +38,8 @@ class HIDUtil {
     std::string error;
   };
 
-  /// Whose rights the process has: its caller's, or those that its file lends it (setgid, setuid).
+  /// Whose rights the process has: its caller's, or those that its file lends it (setgid, setuid,
+  /// capabilities).
   enum class Rights { callers, lent };
 
   /// Without a folder nothing can be kept, so nothing can be set.

@@ -1,7 +1,11 @@
 // The key-mapping tool as Brivane starts it, on keyboards with keymaps.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/statvfs.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -249,6 +253,32 @@ TEST_F(HIDUtilTest, WithTheRightsOfAnotherGroupItDoesNothing) {
   ::waitpid(child, &status, 0);
   EXPECT_EQ(WEXITSTATUS(status), isRoot ? 77 : 0);
   EXPECT_EQ(std::filesystem::exists(session / "brivane"), !isRoot);
+}
+
+/// Gives the file a capability, as `setcap cap_dac_override+ep` does. Whether a process that starts
+/// it without any will have it.
+bool giveCapability(const std::filesystem::path& file) {
+  vfs_cap_data data{};
+  data.magic_etc = VFS_CAP_REVISION_2 | VFS_CAP_FLAGS_EFFECTIVE;
+  data.data[0].permitted = 1U << CAP_DAC_OVERRIDE;
+  struct statvfs system {};
+  return ::setxattr(file.c_str(), "security.capability", &data, XATTR_CAPS_SZ_2, 0) == 0 &&
+         ::statvfs(file.c_str(), &system) == 0 && (system.f_flag & ST_NOSUID) == 0 &&
+         ::prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0) == 0;
+}
+
+/// As root, who alone can give one.
+TEST_F(HIDUtilTest, WithACapabilityOfItsFilesItDoesNothing) {
+  const auto tool = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  const auto copy = session / "brivane-hidutil";
+  std::filesystem::copy_file(tool / "brivane-hidutil", copy);
+  const bool isGiven = giveCapability(copy);
+  const bool isRefused = holdsForOrdinaryUser([&] {
+    return std::get<FinishedProcess>(
+               runner.run(copy.string(), {"property", "--get", "UserKeyMapping"}))
+               .exitStatus == 77;
+  });
+  EXPECT_EQ(isRefused, isGiven);
 }
 
 TEST_F(HIDUtilTest, ARefusalIsOneLineOnStandardError) {
