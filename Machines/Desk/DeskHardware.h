@@ -144,6 +144,8 @@ class DeskHardware {
   /// As what it arrived when it was pressed; nothing when it isn't down.
   std::optional<HIDUsage> takeKeyUp(HIDUsage key);
 
+  /// Whether what a key sets off is another process's affair.
+  bool isKeyboardElsewhere() const;
   /// What a key sets off is one process's affair. Hands the change to that process when it isn't
   /// this one; false when it is this one, or nobody follows. Main thread.
   bool handKeyOver(const KeyChange& change);

@@ -107,10 +107,13 @@ void DeskHardware::timeOutTaps() {
   tell(events.add(TapTimeout{}));
 }
 
+bool DeskHardware::isKeyboardElsewhere() const {
+  const auto owner = keyboardProcess ? keyboardProcess->find() : std::nullopt;
+  return owner && *owner != ::getpid();
+}
+
 bool DeskHardware::handKeyOver(const KeyChange& change) {
-  if (!keyboardProcess) return false;
-  const auto owner = keyboardProcess->find();
-  if (!owner || *owner == ::getpid()) return false;
+  if (!isKeyboardElsewhere()) return false;
   tell(events.add(change));
   return true;
 }

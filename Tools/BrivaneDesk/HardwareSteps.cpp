@@ -48,9 +48,8 @@ bool isPressed(const DeskKeyboard& keyboard, const std::string& name) {
 StepProblem cannotPress(Scene& scene, const Keys& keys) {
   for (const auto& name : keys.names) {
     const bool isTwice = std::ranges::count(keys.names, name) > 1;
-    if (isTwice || isPressed(scene.keyboard(), name)) {
-      return "the key " + name + " is down already";
-    }
+    const auto isUp = [&] { return !isPressed(scene.keyboard(), name); };
+    if (isTwice || !scene.isSoOfKeys(isUp)) return "the key " + name + " is down already";
   }
   return std::nullopt;
 }

@@ -40,6 +40,17 @@ class LiveScene : public Scene {
     });
   }
 
+  bool isSoOfKeys(const std::function<bool()>& condition) override {
+    constexpr Microseconds patience = std::chrono::seconds(2);
+    constexpr Microseconds pause = std::chrono::milliseconds(5);
+    const auto deadline = now() + patience;
+    while (!condition()) {
+      if (!hardware().isKeyboardElsewhere() || now() >= deadline) return false;
+      machine.runtime().sleep(pause);
+    }
+    return true;
+  }
+
   /// Until everything planned has happened. When the process is asked to end, it happens at once:
   /// no key stays down.
   void finish() {

@@ -19,6 +19,9 @@ class Scene {
   virtual Microseconds now() const = 0;
   /// Carries `action` out then, before any step of that moment.
   virtual void later(Microseconds delay, std::function<void()> action) = 0;
+  /// Whether it is so of the keys. Where they are another process's affair, that process gets the
+  /// time to take what was handed to it before.
+  virtual bool isSoOfKeys(const std::function<bool()>& condition) { return condition(); }
 };
 
 }  // namespace brivane

@@ -102,6 +102,31 @@ TEST_F(DeskPokeTest, AModifierThatOnePokePressesCountsForTheNext) {
   poke("release control+option");
 }
 
+TEST_F(DeskPokeTest, AKeyThatAnEarlierPokeReleasedCanBePressed) {
+  start();
+  poke("press control");
+  ASSERT_TRUE(shows("keyboard: 1 keys down"));
+  atRest([&] { return probe(); });
+  program->signal(SIGSTOP);
+  poke("release control");
+  RunningProgram next("brivane-desk", {"poke", "key control+option+up"}, environment());
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  program->signal(SIGCONT);
+  const auto result = next.wait();
+  ASSERT_EQ(result.exitStatus, 0) << result.errors;
+  EXPECT_TRUE(shows("monitor 2: level 45, 2 writes"));
+}
+
+TEST_F(DeskPokeTest, AKeyThatStaysDownCannotBePressed) {
+  start();
+  poke("press control");
+  ASSERT_TRUE(shows("keyboard: 1 keys down"));
+  const auto result = tryPoke("key control+option+up");
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(result.errors, "brivane-desk: the key control is down already\n");
+  poke("release control");
+}
+
 TEST_F(DeskPokeTest, TheKeyboardsBrightnessKeysAreRelayedToTheProgramAndNotToTheSystem) {
   start();
   poke("key brightness-up");
