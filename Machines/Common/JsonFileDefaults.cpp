@@ -127,13 +127,12 @@ void JsonFileDefaults::readIfNewer() const {
   const auto stamp = stampOf(file);
   if (stamp && stamp == storedStamp) return;
   read();
-  if (!unreadable || makeWay()) return;
+  if (!unreadable || (!unreadable->isFromSystem && makeWay())) return;
   reportUnreadable(*unreadable, "going on with none, and leaving the file as it is");
 }
 
 /// Whether the file that can't be read is out of the way now.
 bool JsonFileDefaults::makeWay() const {
-  if (unreadable->isFromSystem) return false;
   const auto lock = FileLock::acquire(lockFile, runtime, lockPatience);
   if (!std::holds_alternative<FileLock>(lock)) return false;
   read();  // somebody may have been quicker
