@@ -152,10 +152,25 @@ TEST_F(GammaDimmerTest, RestoringAllWritesTheBaselinesBackAndThenResetsAllDispla
   addTable(2, {0, 0.5F, 1});
   dimmer.apply(30, 1);
   dimmer.apply(60, 2);
+  tables.calls.clear();
+  dimmer.restoreAll();
+  EXPECT_THAT(tables.calls, testing::UnorderedElementsAre("write 1 2", "write 2 3", "restore all"));
+  EXPECT_EQ(tables.calls.back(), "restore all");
+  EXPECT_THAT(curve(1), ElementsAre(0, 0.9F));
+  EXPECT_EQ(dimmer.amount(1) + dimmer.amount(2), 0);
+}
+
+TEST_F(GammaDimmerTest, RestoringAllWithoutABaselineResetsAllDisplaysInItsPlace) {
+  addTable(1, {0, 0.9F});
+  addTable(2, {0, 0.5F, 1});
+  dimmer.apply(30, 1);
+  dimmer.apply(60, 2);
   baselines->forget(1);
   tables.calls.clear();
   dimmer.restoreAll();
-  EXPECT_THAT(tables.calls, ElementsAre("restore all", "write 2 3", "restore all"));
+  EXPECT_THAT(tables.calls,
+              testing::UnorderedElementsAre("restore all", "write 2 3", "restore all"));
+  EXPECT_EQ(tables.calls.back(), "restore all");
   EXPECT_THAT(curve(2), ElementsAre(0, 0.5F, 1));
   EXPECT_EQ(dimmer.amount(1) + dimmer.amount(2), 0);
 }
