@@ -400,13 +400,28 @@ TEST_F(CommandLineModesTest, TheProgramsOwnPathIsAnArgumentToo) {
   EXPECT_THAT(out.str(), HasSubstr("nothing to clear"));
 }
 
-TEST_F(CommandLineModesTest, TheMachinesAdviceIsTheLastLine) {
+TEST_F(CommandLineModesTest, TheMachinesAdviceIsAskedForLastAndIsTheLastLineOfEachMode) {
+  /// It knows only of what it was asked for.
   struct AdvisingMachine : FakeMachine {
-    std::optional<std::string> advice() override { return "Load the driver."; }
+    DisplaySystem& displays() override {
+      wasAsked = true;
+      return FakeMachine::displays();
+    }
+    ProcessRunner& processes() override {
+      wasAsked = true;
+      return FakeMachine::processes();
+    }
+    std::optional<std::string> advice() override {
+      return wasAsked ? std::optional("Load the driver.") : std::nullopt;
+    }
+    bool wasAsked = false;
   };
-  AdvisingMachine advising;
-  EXPECT_EQ(runBrivane({"Brivane", "--probe"}, advising, openFrame, out, err), 0);
-  EXPECT_THAT(out.str(), testing::EndsWith("\nLoad the driver.\n"));
+  for (const auto* mode : {"--unmap", "--probe", "--set"}) {
+    AdvisingMachine advising;
+    out.str("");
+    EXPECT_EQ(runBrivane({"Brivane", mode, "40"}, advising, openFrame, out, err), 0);
+    EXPECT_THAT(out.str(), testing::EndsWith("\nLoad the driver.\n")) << mode;
+  }
 }
 
 TEST_F(CommandLineModesTest, SwitchesCountOnlyWhenTheyAreWrittenExactly) {

@@ -92,8 +92,10 @@ TEST_F(LoginItemTest, WhatTheToolPrintsCountsWhateverItsStatus) {
   install();
   toolPrints("\"com.quorrel.brivane\" => disabled\n", 113);
   EXPECT_FALSE(item.isEnabled());
-  toolPrints("\"com.quorrel.brivane\" => enabled\n", 113);
-  EXPECT_TRUE(item.isEnabled());
+  for (const auto* printed : {"\"com.quorrel.brivane\" => enabled\n", ""}) {
+    toolPrints(printed, 113);
+    EXPECT_TRUE(item.isEnabled()) << printed;
+  }
   EXPECT_THAT(logLines, IsEmpty());
 }
 

@@ -107,14 +107,18 @@ TEST_F(ResidentStartTest, WhereNobodyCanAnnounceItselfItGoesOn) {
 TEST_F(ResidentStartTest, WithoutAScreenItSaysWhatIsMissingAndEndsWithStatusOne) {
   /// It knows only of what it was asked for.
   struct AdvisingMachine : FakeMachine {
-    DisplaySystem& displays() override {
-      areDisplaysKnown = true;
-      return FakeMachine::displays();
-    }
+    struct AskedDisplays : FakeDisplaySystem {
+      std::optional<std::uint32_t> onlineDisplayCount() override {
+        wasAsked = true;
+        return FakeDisplaySystem::onlineDisplayCount();
+      }
+      bool wasAsked = false;
+    };
+    DisplaySystem& displays() override { return asked; }
     std::optional<std::string> advice() override {
-      return areDisplaysKnown ? std::optional("There is no screen.") : std::nullopt;
+      return asked.wasAsked ? std::optional("There is no screen.") : std::nullopt;
     }
-    bool areDisplaysKnown = false;
+    AskedDisplays asked;
   };
   AdvisingMachine advising;
   const FrameOpener nothing = [](ResidentMachine&) { return nullptr; };

@@ -387,6 +387,7 @@ TEST_F(LevelsTest, AnAppleTargetHasARangeWhileItCanBeRead) {
   EXPECT_EQ(coordinator->levelCache.percents.at(1), 25);
   machine.displayServices.getStatus = 1;
   EXPECT_EQ(coordinator->refreshTargets().at(2).ddcRange, std::nullopt);
+  EXPECT_FALSE(coordinator->tracker.attemptStartedAt.contains(1)) << "nor is it asked over the bus";
 }
 
 TEST_F(LevelsTest, TheBuiltInPanelIsNeverReadOverDDC) {

@@ -376,6 +376,19 @@ TEST_F(RestoreTest, ARestoreThatFailedWithoutANewDisplaySetIsNotMadeUpFor) {
   EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
 }
 
+TEST_F(RestoreTest, OnlyANewDisplaySetMakesASilentMonitorAwaitItsLevel) {
+  setStored("brightness.10.20.30", 80);
+  left.writeStatus = 1;
+  coordinator->restoreSavedBrightness({});
+  run(0.5);
+  coordinator->retryNow();
+  coordinator->retryPendingNow();
+  letTheLeftAnswer();
+  coordinator->restoreLateMonitors();
+  EXPECT_EQ(left.current, 50);
+  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+}
+
 TEST_F(RestoreTest, WithoutASavedLevelNothingAwaitsRestoring) {
   setStored("brightness.10.20.30", 80);
   coordinator->invalidate();

@@ -49,7 +49,7 @@ TEST(DisplayIdentityResolver, WithoutAPanelMoreThanOneMonitorOrPortLeavesNoPort)
 
 TEST(DisplayIdentityResolver, IdenticalMonitorsArePairedByNumberAndPortName) {
   const Panels panels{{"disp2", wanted}, {"disp0", wanted}, {"disp1", {9, 9, 9}}};
-  const Displays displays{{8, 10, 20}, {6, 9, 9}, {5, 10, 20}};
+  const Displays displays{{8, 10, 20}, {6, 9, 9}, {5, 10, 20}, {4, 10, 21}};
   EXPECT_EQ(resolve(panels, displays, {}, 5), "disp0");
   EXPECT_EQ(resolve(panels, displays, {}, 8), "disp2");
 }

@@ -203,6 +203,8 @@ TEST_F(DisplayRegistryTest, AMonitorWithoutASerialNumberInTheRegistryIsFoundAllT
 TEST_F(DisplayRegistryTest, IdenticalMonitorsArePairedByNumberAndPortName) {
   machine.addMonitor(9, "A", "disp0", 1, 2, 3);
   machine.addMonitor(5, "B", "disp1", 1, 2, 3);
+  machine.addMonitor(3, "Another model", "disp2", 1, 7, 3);
+  machine.addMonitor(4, "Another make", "disp3", 7, 2, 3);
   registry.scan();
   EXPECT_EQ(registry.resolvePort(5), "disp0");
   EXPECT_EQ(registry.resolvePort(9), "disp1");

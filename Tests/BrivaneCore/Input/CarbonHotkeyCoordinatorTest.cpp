@@ -236,10 +236,12 @@ TEST_F(CarbonHotkeyCoordinatorTest,
   for (const auto& [id, key] : keysOfHotkeys) {
     if (id > 4) continue;
     machine.keys.keysDown = {key};
-    coordinator->handlePress(id);
-    registerEverythingAnew();
-    coordinator->handleRelease(id);
-    EXPECT_EQ(machine.time.timerCount(), 0u) << id;
+    for (const bool isRegisteredAnewMeanwhile : {false, true}) {
+      coordinator->handlePress(id);
+      if (isRegisteredAnewMeanwhile) registerEverythingAnew();
+      coordinator->handleRelease(id);
+      EXPECT_EQ(machine.time.timerCount(), 0u) << id;
+    }
   }
 }
 
