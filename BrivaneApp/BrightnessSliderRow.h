@@ -6,7 +6,7 @@
 #include <string>
 
 #include "BrivaneApp/Frame/StatusItem.h"
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "BrivaneUI/StringCatalogue.h"

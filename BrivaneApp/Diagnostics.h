@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 #include "BrivaneCore/KeyRelay/RelayKey.h"
-#include "BrivaneCore/Policy/AppleDisplayBackend.h"
+#include "BrivaneCore/Levels/BrightnessStore.h"
 #include "BrivaneCore/Policy/BrightnessController.h"
-#include "BrivaneCore/Policy/BrightnessStore.h"
 #include "BrivaneCore/Seams/Machine.h"
 
 namespace brivane {

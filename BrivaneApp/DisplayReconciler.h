@@ -6,8 +6,8 @@
 #include "BrivaneCore/DDC/DisplayArrangement.h"
 #include "BrivaneCore/Input/InputDiagnosticsSettings.h"
 #include "BrivaneCore/Policy/DisplayInvalidating.h"
+#include "BrivaneCore/Seams/DelayedTasks.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
-#include "BrivaneCore/Support/DelayedTasks.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 
 namespace brivane {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "BrivaneCore/DDC/RetryStatus.h"
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneUI/StringCatalogue.h"
 
 namespace brivane {

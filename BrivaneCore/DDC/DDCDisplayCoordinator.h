@@ -9,16 +9,16 @@
 #include <string>
 #include <vector>
 
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "BrivaneCore/DDC/DDCRetryTracker.h"
 #include "BrivaneCore/DDC/DDCTransport.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 #include "BrivaneCore/DDC/LevelCache.h"
 #include "BrivaneCore/DDC/MonitorReader.h"
-#include "BrivaneCore/Policy/AppleDisplayBackend.h"
-#include "BrivaneCore/Policy/BrightnessStore.h"
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessStore.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
+#include "BrivaneCore/Seams/DelayedTasks.h"
 #include "BrivaneCore/Seams/Machine.h"
-#include "BrivaneCore/Support/DelayedTasks.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 
 namespace brivane {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <map>
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 
 namespace brivane {
 

@@ -6,10 +6,10 @@
 #include <optional>
 #include <vector>
 
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "BrivaneCore/DDC/DDCTransport.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
-#include "BrivaneCore/Policy/AppleDisplayBackend.h"
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/Runtime.h"
 
 namespace brivane {

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 
 namespace brivane {
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
 
 namespace brivane {

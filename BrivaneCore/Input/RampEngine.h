@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 
 namespace brivane {
 

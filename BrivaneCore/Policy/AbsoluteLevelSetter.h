@@ -5,7 +5,7 @@
 #include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
 #include "BrivaneCore/Gamma/DisplayBrighteningFactory.h"
 #include "BrivaneCore/Gamma/DisplayDimming.h"
-#include "BrivaneCore/Policy/BrightnessSettings.h"
+#include "BrivaneCore/Levels/BrightnessSettings.h"
 
 namespace brivane {
 

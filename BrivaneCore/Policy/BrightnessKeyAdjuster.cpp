@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "BrivaneCore/Input/InputDiagnosticsSettings.h"
-#include "BrivaneCore/Policy/BrightnessSettings.h"
+#include "BrivaneCore/Levels/BrightnessSettings.h"
 #include "BrivaneCore/Policy/CursorRouter.h"
 #include "BrivaneCore/Support/Lookup.h"
 #include "BrivaneCore/Support/Numbers.h"

@@ -4,11 +4,11 @@
 #include <optional>
 #include <string>
 
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
 #include "BrivaneCore/Gamma/DisplayBrighteningFactory.h"
 #include "BrivaneCore/Gamma/DisplayDimming.h"
-#include "BrivaneCore/Policy/AppleDisplayBackend.h"
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/Machine.h"
 
 namespace brivane {

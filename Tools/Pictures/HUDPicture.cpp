@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "Tools/Pictures/ContactSheet.h"
 #include "Tools/Pictures/DeskText.h"
 #include "Tools/Pictures/Pictures.h"

@@ -4,8 +4,8 @@
 
 #include <fstream>
 
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
-#include "BrivaneCore/Policy/AppleDisplayBackend.h"
 #include "Machines/Linux/Sysfs.h"
 #include "Tests/Machines/Linux/Bus/BusWorld.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "BrivaneCore/Support/DelayedTasks.h"
+#include "BrivaneCore/Seams/DelayedTasks.h"
 #include "Machines/Desk/VirtualRuntime.h"
 
 namespace brivane {

@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "BrivaneCore/Policy/AppleDisplayBackend.h"
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "Tests/Support/FakeMachine.h"
 
 namespace brivane {

@@ -1,4 +1,4 @@
-#include "BrivaneCore/Policy/BrightnessSettings.h"
+#include "BrivaneCore/Levels/BrightnessSettings.h"
 
 namespace brivane {
 

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "BrivaneCore/Policy/BrightnessStore.h"
+#include "BrivaneCore/Levels/BrightnessStore.h"
 #include "Tests/Support/FakeMachine.h"
 
 namespace brivane {

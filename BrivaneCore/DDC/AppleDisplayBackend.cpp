@@ -2,7 +2,7 @@
 // entry point is looked up by name and may stay empty. An entry point can also answer "success"
 // without having stored a level, which is why the level starts out as an impossible one.
 
-#include "BrivaneCore/Policy/AppleDisplayBackend.h"
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 
 namespace brivane {
 namespace {

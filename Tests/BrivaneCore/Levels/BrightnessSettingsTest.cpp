@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "BrivaneCore/Policy/BrightnessSettings.h"
+#include "BrivaneCore/Levels/BrightnessSettings.h"
 #include "Tests/Support/FakeMachine.h"
 
 namespace brivane {

@@ -3,7 +3,7 @@
 #include <mutex>
 #include <optional>
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneCore/Seams/SymbolLoader.h"
 

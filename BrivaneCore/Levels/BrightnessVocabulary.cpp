@@ -2,7 +2,7 @@
 // level that is written and read back lands on the same percent on every machine; limits are
 // applied to the double, before it becomes an integer again, so that no input can overflow.
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 
 #include <algorithm>
 #include <cmath>

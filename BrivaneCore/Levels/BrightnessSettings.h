@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/UserDefaults.h"
 
 namespace brivane {

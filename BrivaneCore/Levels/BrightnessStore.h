@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "BrivaneCore/Policy/BrightnessVocabulary.h"
+#include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneCore/Seams/UserDefaults.h"
 

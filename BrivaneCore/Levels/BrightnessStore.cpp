@@ -2,7 +2,7 @@
 // command-line run beside it see the same values. Values of a wrong kind, left by hand or by
 // another version, are read by the settings' own conversions rather than refused.
 
-#include "BrivaneCore/Policy/BrightnessStore.h"
+#include "BrivaneCore/Levels/BrightnessStore.h"
 
 namespace brivane {
 
