@@ -3,9 +3,9 @@
 #include <memory>
 
 #include "BrivaneApp/CompositionRoot.h"
-#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneApp/TerminationCoordinator.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneUI/Frame/Frame.h"
 
 namespace brivane {
 

@@ -4,11 +4,11 @@
 #include <memory>
 #include <optional>
 
-#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneApp/HUDHostingView.h"
 #include "BrivaneCore/Seams/Machine.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "BrivaneUI/CatalogColor.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "BrivaneUI/HUDMetrics.h"
 #include "BrivaneUI/HUDModel.h"
 #include "BrivaneUI/StringCatalogue.h"

@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 
-#include "BrivaneApp/Frame/StatusItem.h"
 #include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/Frame/StatusItem.h"
 #include "BrivaneUI/StringCatalogue.h"
 
 namespace brivane {

@@ -6,7 +6,6 @@
 #include "BrivaneApp/BrightnessHUD.h"
 #include "BrivaneApp/CacheResyncScheduler.h"
 #include "BrivaneApp/DisplayReconciler.h"
-#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneApp/HotkeyEditor.h"
 #include "BrivaneApp/KeyPressCoordinator.h"
 #include "BrivaneApp/StatusItemController.h"
@@ -18,6 +17,7 @@
 #include "BrivaneCore/Policy/BrightnessController.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
 #include "BrivaneUI/CatalogColor.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "BrivaneUI/StringCatalogue.h"
 
 namespace brivane {

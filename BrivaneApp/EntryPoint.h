@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneUI/Frame/Frame.h"
 
 namespace brivane {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "BrivaneApp/Frame/HUDWindow.h"
 #include "BrivaneCore/Support/Observation.h"
 #include "BrivaneUI/BrightnessHUDView.h"
+#include "BrivaneUI/Frame/HUDWindow.h"
 
 namespace brivane {
 

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "BrivaneApp/Frame/EditorWindow.h"
 #include "BrivaneCore/Input/HotkeyBinding.h"
 #include "BrivaneCore/Seams/Keyboard.h"
+#include "BrivaneUI/Frame/EditorWindow.h"
 #include "BrivaneUI/StringCatalogue.h"
 
 namespace brivane {

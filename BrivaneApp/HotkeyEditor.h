@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneApp/HotkeyCaptureField.h"
 #include "BrivaneCore/Input/HotkeyBindingStore.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "BrivaneUI/StringCatalogue.h"
 
 namespace brivane {

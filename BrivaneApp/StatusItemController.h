@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "BrivaneApp/BrightnessSliderRow.h"
-#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneApp/LoginItem.h"
 #include "BrivaneApp/MenuRefreshing.h"
 #include "BrivaneApp/StatusMenuText.h"
@@ -21,6 +20,7 @@
 #include "BrivaneCore/Policy/BrightnessController.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "BrivaneUI/StringCatalogue.h"
 
 namespace brivane {

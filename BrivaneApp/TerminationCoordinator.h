@@ -2,12 +2,12 @@
 
 #include <vector>
 
-#include "BrivaneApp/Frame/Application.h"
 #include "BrivaneApp/Stoppable.h"
 #include "BrivaneCore/Input/HotkeyManager.h"
 #include "BrivaneCore/KeyRelay/KeyMappingStore.h"
 #include "BrivaneCore/Policy/BrightnessController.h"
 #include "BrivaneCore/Seams/SystemNotifications.h"
+#include "BrivaneUI/Frame/Application.h"
 
 namespace brivane {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "Machines/Common/AppearanceSource.h"
 #include "Machines/Common/LiveDesk.h"
 #include "Machines/Common/SharedWindowSystem.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <variant>
 
-#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneUI/Frame/Frame.h"
 
 namespace brivane {
 

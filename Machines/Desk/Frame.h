@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "Machines/Desk/DeskHardware.h"
 #include "Machines/Desk/FrameApplication.h"
 #include "Machines/Desk/FrameEditor.h"

@@ -3,7 +3,7 @@
 #include <map>
 #include <optional>
 
-#include "BrivaneApp/Frame/Application.h"
+#include "BrivaneUI/Frame/Application.h"
 #include "Machines/Desk/Trace.h"
 
 namespace brivane {

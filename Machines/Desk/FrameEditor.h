@@ -3,8 +3,8 @@
 #include <memory>
 #include <optional>
 
-#include "BrivaneApp/Frame/EditorWindow.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/Frame/EditorWindow.h"
 #include "Machines/Desk/FrameApplication.h"
 
 namespace brivane {

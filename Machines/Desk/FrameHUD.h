@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BrivaneApp/Frame/HUDWindow.h"
+#include "BrivaneUI/Frame/HUDWindow.h"
 #include "Machines/Desk/Trace.h"
 
 namespace brivane {

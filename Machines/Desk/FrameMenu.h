@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "BrivaneApp/Frame/StatusItem.h"
+#include "BrivaneUI/Frame/StatusItem.h"
 #include "Machines/Desk/Trace.h"
 
 namespace brivane {

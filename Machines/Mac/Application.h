@@ -2,7 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
-#include "BrivaneApp/Frame/Application.h"
+#include "BrivaneUI/Frame/Application.h"
 #include "Machines/Common/Topic.h"
 
 @class BrivaneApplicationDelegate;

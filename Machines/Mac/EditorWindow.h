@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "BrivaneApp/Frame/EditorWindow.h"
+#include "BrivaneUI/Frame/EditorWindow.h"
 #include "Machines/Mac/Application.h"
 
 @class BrivaneEditorHands;

@@ -2,7 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
-#include "BrivaneApp/Frame/EditorWindow.h"
+#include "BrivaneUI/Frame/EditorWindow.h"
 
 /// A view of the program's own in a window.
 @interface BrivaneFieldView : NSView

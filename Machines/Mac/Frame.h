@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "Machines/Mac/Application.h"
 
 namespace brivane {

@@ -2,8 +2,8 @@
 
 #import <AppKit/AppKit.h>
 
-#include "BrivaneApp/Frame/HUDWindow.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/Frame/HUDWindow.h"
 
 @class BrivaneHUDWindow, BrivanePictureView;
 

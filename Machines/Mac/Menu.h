@@ -2,7 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
-#include "BrivaneApp/Frame/StatusItem.h"
+#include "BrivaneUI/Frame/StatusItem.h"
 
 @class BrivaneMenuHands;
 

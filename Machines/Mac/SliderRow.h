@@ -2,7 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
-#include "BrivaneApp/Frame/StatusItem.h"
+#include "BrivaneUI/Frame/StatusItem.h"
 
 /// A row of a menu with a slider, as wide as the menu.
 @interface BrivaneSliderRow : NSView

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "BrivaneApp/Frame/Application.h"
+#include "BrivaneUI/Frame/Application.h"
 #include "Machines/Qt/Appearances.h"
 #include "Machines/Qt/MainQueueDriver.h"
 #include "Machines/Qt/Messages.h"

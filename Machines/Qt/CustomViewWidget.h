@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "BrivaneApp/Frame/EditorWindow.h"
+#include "BrivaneUI/Frame/EditorWindow.h"
 #include "Machines/Qt/Application.h"
 
 namespace brivane {

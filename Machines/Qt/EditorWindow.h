@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "BrivaneApp/Frame/EditorWindow.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/Frame/EditorWindow.h"
 #include "Machines/Qt/Application.h"
 #include "Machines/Qt/CustomViewWidget.h"
 

@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <memory>
 
-#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "Machines/Qt/Application.h"
 #include "Machines/Qt/DeskWindows.h"
 #include "Machines/Qt/StatusItem.h"

@@ -7,8 +7,8 @@
 #include <QTimer>
 #include <memory>
 
-#include "BrivaneApp/Frame/HUDWindow.h"
 #include "BrivaneCore/Seams/DisplaySystem.h"
+#include "BrivaneUI/Frame/HUDWindow.h"
 #include "Machines/Qt/Application.h"
 #include "Machines/Qt/DeskWindows.h"
 

@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
-#include "BrivaneApp/Frame/StatusItem.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneUI/Frame/StatusItem.h"
 #include "Machines/Qt/Application.h"
 #include "Machines/Qt/GrabbedKeys.h"
 

@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "BrivaneApp/Frame/StatusItem.h"
+#include "BrivaneUI/Frame/StatusItem.h"
 #include "Machines/Qt/Application.h"
 
 namespace brivane {

@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "BrivaneApp/Frame/Frame.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "Machines/Common/AppearanceSource.h"
 #include "Machines/Common/HostedMainQueue.h"
 #include "Machines/Common/LiveDesk.h"

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "BrivaneApp/Frame/StatusItem.h"
+#include "BrivaneUI/Frame/StatusItem.h"
 #include "Machines/Qt/Menu.h"
 #include "Machines/Qt/TrayHost.h"
 

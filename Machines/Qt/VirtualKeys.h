@@ -3,7 +3,7 @@
 #include <QKeyEvent>
 #include <optional>
 
-#include "BrivaneApp/Frame/EditorWindow.h"
+#include "BrivaneUI/Frame/EditorWindow.h"
 
 namespace brivane {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneUI/Frame/Frame.h"
 
 namespace brivane {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "BrivaneApp/Frame/Frame.h"
+#include "BrivaneUI/Frame/Frame.h"
 #include "Tests/Support/FakeMachine.h"
 
 // A frame for unit tests: it keeps what it was told to show, and a test plays the user by calling

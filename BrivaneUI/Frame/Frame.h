@@ -3,11 +3,11 @@
 #include <functional>
 #include <memory>
 
-#include "BrivaneApp/Frame/Application.h"
-#include "BrivaneApp/Frame/EditorWindow.h"
-#include "BrivaneApp/Frame/HUDWindow.h"
-#include "BrivaneApp/Frame/StatusItem.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneUI/Frame/Application.h"
+#include "BrivaneUI/Frame/EditorWindow.h"
+#include "BrivaneUI/Frame/HUDWindow.h"
+#include "BrivaneUI/Frame/StatusItem.h"
 
 namespace brivane {
 
