@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "Machines/Linux/RuntimeFolder.h"
+#include "Machines/Linux/System/RuntimeFolder.h"
 
 namespace brivane {
 namespace {

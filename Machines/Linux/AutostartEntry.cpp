@@ -10,7 +10,7 @@
 #include <variant>
 
 #include "Machines/Common/WholeFile.h"
-#include "Machines/Linux/Environment.h"
+#include "Machines/Linux/System/Environment.h"
 
 namespace brivane {
 namespace {

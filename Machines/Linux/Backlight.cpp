@@ -12,7 +12,7 @@
 #include <string>
 #include <utility>
 
-#include "Machines/Linux/Sysfs.h"
+#include "Machines/Linux/System/Sysfs.h"
 
 namespace brivane {
 namespace {

@@ -21,7 +21,7 @@
 
 #include "Machines/Common/FileDescriptor.h"
 #include "Machines/Linux/Registry.h"
-#include "Machines/Linux/Sysfs.h"
+#include "Machines/Linux/System/Sysfs.h"
 
 namespace brivane {
 namespace {

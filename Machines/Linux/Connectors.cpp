@@ -9,7 +9,7 @@
 #include <array>
 #include <string_view>
 
-#include "Machines/Linux/Sysfs.h"
+#include "Machines/Linux/System/Sysfs.h"
 
 namespace brivane {
 namespace {

@@ -1,6 +1,6 @@
 #include "Machines/Linux/Defaults.h"
 
-#include "Machines/Linux/Environment.h"
+#include "Machines/Linux/System/Environment.h"
 
 namespace brivane {
 

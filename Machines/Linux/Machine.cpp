@@ -6,8 +6,8 @@
 #include "Machines/Linux/Advice.h"
 #include "Machines/Linux/Defaults.h"
 #include "Machines/Linux/DefaultsSuite.h"
-#include "Machines/Linux/Environment.h"
-#include "Machines/Linux/RuntimeFolder.h"
+#include "Machines/Linux/System/Environment.h"
+#include "Machines/Linux/System/RuntimeFolder.h"
 
 namespace brivane {
 namespace {

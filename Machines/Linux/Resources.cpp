@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "Machines/Common/ResourceFolder.h"
-#include "Machines/Linux/Environment.h"
+#include "Machines/Linux/System/Environment.h"
 
 namespace brivane {
 namespace {

@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "Machines/Common/ChildProcess.h"
-#include "Machines/Linux/Environment.h"
-#include "Machines/Linux/Sysfs.h"
+#include "Machines/Linux/System/Environment.h"
+#include "Machines/Linux/System/Sysfs.h"
 
 namespace brivane {
 

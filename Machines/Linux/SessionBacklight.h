@@ -5,7 +5,7 @@
 #include <mutex>
 #include <string>
 
-#include "Machines/Linux/SystemBus.h"
+#include "Machines/Linux/System/SystemBus.h"
 
 namespace brivane {
 

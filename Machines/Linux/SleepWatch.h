@@ -6,8 +6,8 @@
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "Machines/Common/FileDescriptor.h"
-#include "Machines/Linux/DescriptorWatch.h"
-#include "Machines/Linux/SystemBus.h"
+#include "Machines/Linux/System/DescriptorWatch.h"
+#include "Machines/Linux/System/SystemBus.h"
 
 namespace brivane {
 

@@ -4,7 +4,7 @@
 #include "Machines/Common/SharedWindowSystem.h"
 #include "Machines/Linux/EventTaps.h"
 #include "Machines/Linux/Hotkeys.h"
-#include "Machines/Linux/Log.h"
+#include "Machines/Linux/System/Log.h"
 #include "Machines/Linux/XEvents.h"
 
 namespace brivane {

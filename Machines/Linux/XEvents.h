@@ -13,7 +13,7 @@
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/Topic.h"
-#include "Machines/Linux/DescriptorWatch.h"
+#include "Machines/Linux/System/DescriptorWatch.h"
 
 namespace brivane {
 

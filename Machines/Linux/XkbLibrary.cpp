@@ -1,6 +1,6 @@
 #include "Machines/Linux/XkbLibrary.h"
 
-#include "Machines/Linux/SharedLibrary.h"
+#include "Machines/Linux/System/SharedLibrary.h"
 
 namespace brivane {
 

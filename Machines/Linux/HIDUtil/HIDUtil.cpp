@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "Machines/Common/FileLock.h"
-#include "Machines/Linux/RuntimeFolder.h"
+#include "Machines/Linux/System/RuntimeFolder.h"
 
 namespace brivane {
 namespace {

@@ -9,7 +9,7 @@
 #include <climits>
 #include <sstream>
 
-#include "Machines/Linux/Sysfs.h"
+#include "Machines/Linux/System/Sysfs.h"
 
 namespace brivane {
 namespace {

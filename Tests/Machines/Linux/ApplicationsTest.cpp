@@ -7,7 +7,7 @@
 #include <array>
 
 #include "Machines/Linux/Applications.h"
-#include "Machines/Linux/RuntimeFolder.h"
+#include "Machines/Linux/System/RuntimeFolder.h"
 #include "Tests/Support/OrdinaryUser.h"
 #include "Tests/Support/TemporaryFolder.h"
 

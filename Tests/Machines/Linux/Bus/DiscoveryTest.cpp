@@ -6,7 +6,7 @@
 
 #include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
-#include "Machines/Linux/Sysfs.h"
+#include "Machines/Linux/System/Sysfs.h"
 #include "Tests/Machines/Linux/Bus/BusWorld.h"
 
 namespace brivane {

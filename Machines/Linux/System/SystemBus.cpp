@@ -1,8 +1,8 @@
-#include "Machines/Linux/SystemBus.h"
+#include "Machines/Linux/System/SystemBus.h"
 
 #include <cstdint>
 
-#include "Machines/Linux/SharedLibrary.h"
+#include "Machines/Linux/System/SharedLibrary.h"
 
 namespace brivane {
 

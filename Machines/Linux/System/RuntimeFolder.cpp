@@ -1,4 +1,4 @@
-#include "Machines/Linux/RuntimeFolder.h"
+#include "Machines/Linux/System/RuntimeFolder.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

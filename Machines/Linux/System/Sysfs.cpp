@@ -1,4 +1,4 @@
-#include "Machines/Linux/Sysfs.h"
+#include "Machines/Linux/System/Sysfs.h"
 
 #include <fcntl.h>
 

@@ -1,6 +1,6 @@
 // Neither XCB nor sd-bus may be used by one thread while another waits in it, so the queue waits
 // with poll alone, once, and the main thread asks for the next wait after it has read everything.
-#include "Machines/Linux/DescriptorWatch.h"
+#include "Machines/Linux/System/DescriptorWatch.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>

@@ -1,4 +1,4 @@
-#include "Machines/Linux/Environment.h"
+#include "Machines/Linux/System/Environment.h"
 
 #include <pwd.h>
 #include <unistd.h>

@@ -7,7 +7,7 @@
 
 #include "Machines/Common/ThreadRuntime.h"
 #include "Machines/Linux/HIDUtil/HIDUtil.h"
-#include "Machines/Linux/RuntimeFolder.h"
+#include "Machines/Linux/System/RuntimeFolder.h"
 
 namespace {
 

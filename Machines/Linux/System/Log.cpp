@@ -1,4 +1,4 @@
-#include "Machines/Linux/Log.h"
+#include "Machines/Linux/System/Log.h"
 
 #include <syslog.h>
 #include <unistd.h>
