@@ -8,7 +8,7 @@
 #include "Machines/Common/Topic.h"
 #include "Machines/Linux/SleepGate.h"
 #include "Machines/Linux/SleepWatch.h"
-#include "Machines/Linux/XEvents.h"
+#include "Machines/Linux/X11/XEvents.h"
 
 namespace brivane {
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "Machines/Linux/EDID.h"
+#include "Machines/Linux/System/EDID.h"
 
 namespace brivane {
 namespace {

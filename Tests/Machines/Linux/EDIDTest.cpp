@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Machines/Linux/EDID.h"
+#include "Machines/Linux/System/EDID.h"
 #include "Tests/Support/EDIDBuilder.h"
 
 namespace brivane {

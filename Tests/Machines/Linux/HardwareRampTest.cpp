@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "Machines/Linux/HardwareRamp.h"
+#include "Machines/Linux/X11/HardwareRamp.h"
 
 namespace brivane {
 namespace {

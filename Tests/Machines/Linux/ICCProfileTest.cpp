@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-#include "Machines/Linux/ICCProfile.h"
+#include "Machines/Linux/X11/ICCProfile.h"
 #include "Tests/Support/ICCProfileBuilder.h"
 
 namespace brivane {

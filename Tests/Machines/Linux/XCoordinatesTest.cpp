@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "Machines/Linux/XCoordinates.h"
+#include "Machines/Linux/X11/XCoordinates.h"
 
 namespace brivane {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "BrivaneCore/Seams/Keyboard.h"
-#include "Machines/Linux/XModifiers.h"
+#include "Machines/Linux/X11/XModifiers.h"
 
 namespace brivane {
 namespace {

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Machines/Linux/Displays.h"
-#include "Machines/Linux/XOutputs.h"
+#include "Machines/Linux/X11/Displays.h"
+#include "Machines/Linux/X11/XOutputs.h"
 #include "Tests/Support/X11Rig.h"
 
 namespace brivane {

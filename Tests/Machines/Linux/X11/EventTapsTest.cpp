@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "Machines/Linux/EventTaps.h"
-#include "Machines/Linux/Hotkeys.h"
+#include "Machines/Linux/X11/EventTaps.h"
+#include "Machines/Linux/X11/Hotkeys.h"
 #include "Tests/Machines/Linux/X11/XInput.h"
 
 namespace brivane {

@@ -4,8 +4,8 @@
 #include <array>
 #include <cmath>
 
-#include "Machines/Linux/Gamma.h"
-#include "Machines/Linux/HardwareRamp.h"
+#include "Machines/Linux/X11/Gamma.h"
+#include "Machines/Linux/X11/HardwareRamp.h"
 #include "Tests/Support/ICCProfileBuilder.h"
 #include "Tests/Support/X11Rig.h"
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "Machines/Linux/Hotkeys.h"
+#include "Machines/Linux/X11/Hotkeys.h"
 #include "Tests/Machines/Linux/X11/XInput.h"
 
 namespace brivane {

@@ -7,9 +7,9 @@
 #include <memory>
 #include <thread>
 
-#include "Machines/Linux/Displays.h"
-#include "Machines/Linux/Gamma.h"
-#include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/X11/Displays.h"
+#include "Machines/Linux/X11/Gamma.h"
+#include "Machines/Linux/X11/XConnection.h"
 #include "Tests/Support/X11Rig.h"
 
 namespace brivane {

@@ -7,9 +7,9 @@
 #include <functional>
 
 #include "Machines/Common/ThreadRuntime.h"
-#include "Machines/Linux/Keyboard.h"
-#include "Machines/Linux/XEvents.h"
-#include "Machines/Linux/XKeymap.h"
+#include "Machines/Linux/X11/Keyboard.h"
+#include "Machines/Linux/X11/XEvents.h"
+#include "Machines/Linux/X11/XKeymap.h"
 #include "Tests/Support/X11Rig.h"
 #include "Tests/Support/XKeys.h"
 

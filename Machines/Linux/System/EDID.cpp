@@ -2,7 +2,7 @@
 // to be ASCII, ended by a line feed and padded with blanks; panels in the field end it with zeros,
 // fill all thirteen bytes or put other bytes in, so only what can be printed anywhere is kept.
 
-#include "Machines/Linux/EDID.h"
+#include "Machines/Linux/System/EDID.h"
 
 #include <algorithm>
 #include <array>

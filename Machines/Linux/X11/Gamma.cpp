@@ -3,16 +3,16 @@
 // ramps while it feeds nothing; whose they were nobody knows then. Every write waits for the
 // server's verdict: a program that quits right after restoring must not lose the last requests.
 
-#include "Machines/Linux/Gamma.h"
+#include "Machines/Linux/X11/Gamma.h"
 
 #include <algorithm>
 #include <utility>
 #include <vector>
 
-#include "Machines/Linux/HardwareRamp.h"
-#include "Machines/Linux/ICCProfile.h"
-#include "Machines/Linux/OutputProfiles.h"
-#include "Machines/Linux/XOutputs.h"
+#include "Machines/Linux/X11/HardwareRamp.h"
+#include "Machines/Linux/X11/ICCProfile.h"
+#include "Machines/Linux/X11/OutputProfiles.h"
+#include "Machines/Linux/X11/XOutputs.h"
 
 namespace brivane {
 namespace {

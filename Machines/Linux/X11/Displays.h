@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "BrivaneCore/Seams/DisplaySystem.h"
-#include "Machines/Linux/XConnection.h"
-#include "Machines/Linux/XOutputs.h"
+#include "Machines/Linux/X11/XConnection.h"
+#include "Machines/Linux/X11/XOutputs.h"
 
 namespace brivane {
 

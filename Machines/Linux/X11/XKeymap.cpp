@@ -1,7 +1,7 @@
 // A server's layout is read over some ten questions and translated, which takes milliseconds: often
 // enough for a menu that is being drawn, too often for every key. So it is kept until the server
 // says that it has another one.
-#include "Machines/Linux/XKeymap.h"
+#include "Machines/Linux/X11/XKeymap.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
@@ -9,7 +9,7 @@
 #include <array>
 #include <string_view>
 
-#include "Machines/Linux/XkbProtocol.h"
+#include "Machines/Linux/X11/XkbProtocol.h"
 
 namespace brivane {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "Machines/Linux/XEvents.h"
+#include "Machines/Linux/X11/XEvents.h"
 
 namespace brivane {
 

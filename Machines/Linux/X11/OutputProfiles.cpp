@@ -2,7 +2,7 @@
 // order in which the server lists them (the primary first, then by CRTC), which need not be ours,
 // so that list is asked for, but only when some output has no profile of its own.
 
-#include "Machines/Linux/OutputProfiles.h"
+#include "Machines/Linux/X11/OutputProfiles.h"
 
 #include <algorithm>
 #include <string>

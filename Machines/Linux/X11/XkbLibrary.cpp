@@ -1,4 +1,4 @@
-#include "Machines/Linux/XkbLibrary.h"
+#include "Machines/Linux/X11/XkbLibrary.h"
 
 #include "Machines/Linux/System/SharedLibrary.h"
 

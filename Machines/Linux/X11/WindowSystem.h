@@ -2,10 +2,10 @@
 
 #include "Machines/Common/JsonFileDefaults.h"
 #include "Machines/Common/SharedWindowSystem.h"
-#include "Machines/Linux/EventTaps.h"
-#include "Machines/Linux/Hotkeys.h"
 #include "Machines/Linux/System/Log.h"
-#include "Machines/Linux/XEvents.h"
+#include "Machines/Linux/X11/EventTaps.h"
+#include "Machines/Linux/X11/Hotkeys.h"
+#include "Machines/Linux/X11/XEvents.h"
 
 namespace brivane {
 

@@ -1,4 +1,4 @@
-#include "Machines/Linux/HardwareRamp.h"
+#include "Machines/Linux/X11/HardwareRamp.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 // From version 2.1 on, raw events arrive even while another client has the keyboard; the server has
 // to be told that this one knows.
-#include "Machines/Linux/XKeyReleases.h"
+#include "Machines/Linux/X11/XKeyReleases.h"
 
 #include <xcb/xinput.h>
 

@@ -1,7 +1,7 @@
-#include "Machines/Linux/Keyboard.h"
+#include "Machines/Linux/X11/Keyboard.h"
 
 #include "Machines/Common/EvdevKeys.h"
-#include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/X11/XConnection.h"
 
 namespace brivane {
 namespace {

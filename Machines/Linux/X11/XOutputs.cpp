@@ -3,7 +3,7 @@
 // monitors. Only RRGetScreenResourcesCurrent is used: its older sibling makes the driver probe
 // every connector, which takes long, blanks some monitors and wakes others.
 
-#include "Machines/Linux/XOutputs.h"
+#include "Machines/Linux/X11/XOutputs.h"
 
 #include <algorithm>
 #include <array>

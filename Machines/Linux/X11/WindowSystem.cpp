@@ -1,4 +1,4 @@
-#include "Machines/Linux/WindowSystem.h"
+#include "Machines/Linux/X11/WindowSystem.h"
 
 #include <utility>
 

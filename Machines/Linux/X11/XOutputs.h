@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/X11/XConnection.h"
 
 namespace brivane {
 

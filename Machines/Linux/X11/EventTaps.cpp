@@ -1,7 +1,7 @@
 // A synchronous grab freezes the keyboard with the press that sets it off, until this program says
 // what becomes of it: to be taken back and go where it would have gone, or to stay here, and the
 // keyboard goes on.
-#include "Machines/Linux/EventTaps.h"
+#include "Machines/Linux/X11/EventTaps.h"
 
 #include <linux/input-event-codes.h>
 
@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "Machines/Common/EvdevKeys.h"
-#include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/X11/XConnection.h"
 
 namespace brivane {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "BrivaneCore/Seams/Keyboard.h"
-#include "Machines/Linux/XEvents.h"
-#include "Machines/Linux/XKeymap.h"
+#include "Machines/Linux/X11/XEvents.h"
+#include "Machines/Linux/X11/XKeymap.h"
 
 namespace brivane {
 

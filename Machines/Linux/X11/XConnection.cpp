@@ -3,7 +3,7 @@
 // Everything here is XCB rather than Xlib because it does not end the process when the server dies:
 // each later question simply has no answer.
 
-#include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/X11/XConnection.h"
 
 #include <algorithm>
 #include <array>

@@ -10,8 +10,8 @@
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/SharedWindowSystem.h"
 #include "Machines/Common/TapStream.h"
-#include "Machines/Linux/XEvents.h"
-#include "Machines/Linux/XKeyReleases.h"
+#include "Machines/Linux/X11/XEvents.h"
+#include "Machines/Linux/X11/XKeyReleases.h"
 
 namespace brivane {
 

@@ -10,9 +10,9 @@
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/HotkeyTable.h"
 #include "Machines/Common/SharedWindowSystem.h"
-#include "Machines/Linux/Keyboard.h"
-#include "Machines/Linux/XEvents.h"
-#include "Machines/Linux/XKeymap.h"
+#include "Machines/Linux/X11/Keyboard.h"
+#include "Machines/Linux/X11/XEvents.h"
+#include "Machines/Linux/X11/XKeymap.h"
 
 namespace brivane {
 

@@ -4,7 +4,7 @@
 // channel), 1 a formula (gamma, minimum and maximum per channel as 16.16 fixed point numbers).
 // Everything is big-endian. The bytes come from other programs, so nothing in them is believed.
 
-#include "Machines/Linux/ICCProfile.h"
+#include "Machines/Linux/X11/ICCProfile.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BrivaneCore/Support/Geometry.h"
-#include "Machines/Linux/XOutputs.h"
+#include "Machines/Linux/X11/XOutputs.h"
 
 namespace brivane {
 

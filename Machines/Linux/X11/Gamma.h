@@ -4,7 +4,7 @@
 #include <span>
 
 #include "BrivaneCore/Seams/GammaTables.h"
-#include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/X11/XConnection.h"
 
 namespace brivane {
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "Machines/Linux/XOutputs.h"
+#include "Machines/Linux/X11/XOutputs.h"
 
 namespace brivane {
 

@@ -7,7 +7,7 @@
 // that the menu is sent come here by `take`.
 //
 // A grab wants its modifiers exactly, Caps Lock and Num Lock among them, which no user means.
-#include "Machines/Linux/Hotkeys.h"
+#include "Machines/Linux/X11/Hotkeys.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +15,7 @@
 #include <utility>
 
 #include "Machines/Common/EvdevKeys.h"
-#include "Machines/Linux/XConnection.h"
+#include "Machines/Linux/X11/XConnection.h"
 
 namespace brivane {
 namespace {

@@ -1,12 +1,12 @@
 // XCB keeps events that it meets while it waits for an answer, and then there is nothing to be read
 // from the socket that would wake anybody up. So every use is followed by a look at what was kept.
-#include "Machines/Linux/XEvents.h"
+#include "Machines/Linux/X11/XEvents.h"
 
 #include <csignal>
 #include <utility>
 
-#include "Machines/Linux/XConnection.h"
-#include "Machines/Linux/XkbProtocol.h"
+#include "Machines/Linux/X11/XConnection.h"
+#include "Machines/Linux/X11/XkbProtocol.h"
 
 namespace brivane {
 namespace {

@@ -1,14 +1,14 @@
 // RandR as the program's display system. Nothing is remembered between calls: the server is on the
 // same computer, answers in hundredths of a millisecond, and is always right.
 
-#include "Machines/Linux/Displays.h"
+#include "Machines/Linux/X11/Displays.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "Machines/Linux/EDID.h"
-#include "Machines/Linux/XCoordinates.h"
+#include "Machines/Linux/System/EDID.h"
+#include "Machines/Linux/X11/XCoordinates.h"
 
 namespace brivane {
 namespace {

@@ -9,9 +9,9 @@
 
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/Topic.h"
-#include "Machines/Linux/XEvents.h"
-#include "Machines/Linux/XModifiers.h"
-#include "Machines/Linux/XkbLibrary.h"
+#include "Machines/Linux/X11/XEvents.h"
+#include "Machines/Linux/X11/XModifiers.h"
+#include "Machines/Linux/X11/XkbLibrary.h"
 
 namespace brivane {
 

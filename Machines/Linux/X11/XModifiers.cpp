@@ -1,4 +1,4 @@
-#include "Machines/Linux/XModifiers.h"
+#include "Machines/Linux/X11/XModifiers.h"
 
 #include <array>
 
