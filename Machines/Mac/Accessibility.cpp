@@ -2,7 +2,7 @@
 
 #include <ApplicationServices/ApplicationServices.h>
 
-#include "Machines/Mac/CFReference.h"
+#include "Machines/Mac/CoreFoundation/CFReference.h"
 
 namespace brivane {
 

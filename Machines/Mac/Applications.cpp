@@ -3,7 +3,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <unistd.h>
 
-#include "Machines/Mac/CFText.h"
+#include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {
 

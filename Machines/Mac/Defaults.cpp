@@ -2,8 +2,8 @@
 // synchronising, a process neither sees what others wrote nor shows what it wrote itself.
 #include "Machines/Mac/Defaults.h"
 
-#include "Machines/Mac/CFProperty.h"
-#include "Machines/Mac/CFText.h"
+#include "Machines/Mac/CoreFoundation/CFProperty.h"
+#include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {
 namespace {

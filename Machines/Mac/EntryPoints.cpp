@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "Machines/Mac/CFReference.h"
+#include "Machines/Mac/CoreFoundation/CFReference.h"
 #include "Machines/Mac/Registry.h"
 
 namespace brivane {

@@ -6,8 +6,8 @@
 
 #include <utility>
 
-#include "Machines/Mac/AutoreleasePool.h"
-#include "Machines/Mac/CFReference.h"
+#include "Machines/Mac/CoreFoundation/AutoreleasePool.h"
+#include "Machines/Mac/CoreFoundation/CFReference.h"
 
 namespace brivane {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "Machines/Mac/AutoreleasePool.h"
+#include "Machines/Mac/CoreFoundation/AutoreleasePool.h"
 
 namespace brivane {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <array>
 
-#include "Machines/Mac/CFReference.h"
-#include "Machines/Mac/CFText.h"
+#include "Machines/Mac/CoreFoundation/CFReference.h"
+#include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {
 namespace {

@@ -2,7 +2,7 @@
 // developed and tested.
 #include "Machines/PickMachine.h"
 
-#include "Machines/Mac/Frame.h"
+#include "Machines/Mac/Frame/Frame.h"
 #include "Machines/Mac/Machine.h"
 #include "Machines/Mac/SystemAppKit.h"
 

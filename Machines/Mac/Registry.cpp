@@ -2,8 +2,8 @@
 // begins with it all the same, so that every entry's parent has come before.
 #include "Machines/Mac/Registry.h"
 
-#include "Machines/Mac/CFProperty.h"
-#include "Machines/Mac/CFText.h"
+#include "Machines/Mac/CoreFoundation/CFProperty.h"
+#include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {
 namespace {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "BrivaneCore/Seams/IORegistry.h"
-#include "Machines/Mac/IOObject.h"
+#include "Machines/Mac/CoreFoundation/IOObject.h"
 
 namespace brivane {
 

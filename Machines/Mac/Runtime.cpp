@@ -17,8 +17,8 @@
 #include <utility>
 
 #include "BrivaneCore/Support/Fatal.h"
-#include "Machines/Mac/AutoreleasePool.h"
-#include "Machines/Mac/CFReference.h"
+#include "Machines/Mac/CoreFoundation/AutoreleasePool.h"
+#include "Machines/Mac/CoreFoundation/CFReference.h"
 
 namespace brivane {
 

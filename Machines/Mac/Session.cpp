@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "Machines/Common/ModifiedAt.h"
-#include "Machines/Mac/CFText.h"
+#include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {
 std::uint32_t MacSession::userID() {

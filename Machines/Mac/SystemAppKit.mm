@@ -3,7 +3,7 @@
 
 #import <AppKit/AppKit.h>
 
-#include "Machines/Mac/AppKitValues.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
 
 namespace brivane {
 namespace {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "Machines/Mac/CFProperty.h"
-#include "Machines/Mac/CFText.h"
+#include "Machines/Mac/CoreFoundation/CFProperty.h"
+#include "Machines/Mac/CoreFoundation/CFText.h"
 #include "Tests/Machines/Mac/MacBench.h"
 
 namespace brivane {

@@ -137,11 +137,12 @@ class Compiler:
         self.outputs = {}
         for entry in json.loads((FOLDER / "compile_commands.json").read_text()):
             path = pathlib.Path(entry["file"])
-            if path.parent == SOURCES.resolve():
+            if path.is_relative_to(SOURCES.resolve()):
+                file = str(path.relative_to(SOURCES.resolve()))
                 words = shlex.split(entry["command"])
-                self.outputs[path.name] = words[words.index("-o") + 1]
+                self.outputs[file] = words[words.index("-o") + 1]
                 words = without_option(without_option(words, "-o"), "-c")
-                self.commands[path.name] = words + QUICKLY_COMPILED
+                self.commands[file] = words + QUICKLY_COMPILED
         self.read_headers(collections.Counter(files))
 
     def read_headers(self, counts):
@@ -155,7 +156,7 @@ class Compiler:
 
     def precompile(self, files):
         command = self.commands[files[0]]
-        header = self.work / f"{files[0]}.h"
+        header = self.work / f"{pathlib.Path(files[0]).name}.h"
         text = "".join((SOURCES / file).read_text() for file in files)
         header.write_text("\n".join(re.findall("^#(?:include|import) .*", text, re.M)) + "\n")
         language = "objective-c++-header" if files[0].endswith(".mm") else "c++-header"
@@ -164,7 +165,7 @@ class Compiler:
             self.commands[file] = [*command, "-include-pch", f"{header}.pch"]
 
     def compile(self, file, text, number="", failure=None):
-        copy = self.work / f"{number}{file}"
+        copy = self.work / f"{number}{pathlib.Path(file).name}"
         copy.write_text(text)
         build([*self.commands[file], "-c", copy, "-o", f"{copy}.o"], failure)
         return f"{copy}.o"

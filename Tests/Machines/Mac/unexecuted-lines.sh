@@ -15,7 +15,7 @@ coverage() {
 
 # FILE | CODE for each line that didn't run.
 unexecuted() {
-  awk -F '[:,]' '/^SF/ { file = $2; sub(/.*Machines\/Mac\//, "", file); ours = $2 ~ /\/Machines\/Mac\/[^\/]*$/ && $2 !~ /Tests/ }
+  awk -F '[:,]' '/^SF/ { file = $2; sub(/.*Machines\/Mac\//, "", file); ours = $2 ~ /\/Machines\/Mac\// && $2 !~ /Tests/ }
                  /^DA/ && ours && $3 == 0 { print file, $2 }' $folder/mac-coverage/all.lcov |
     while read -r file line; do
       echo "$file | $(sed -n "${line}s/^ *//p" "Machines/Mac/$file")"
@@ -41,7 +41,7 @@ coverage >$folder/mac-coverage/all.lcov 2>$folder/mac-coverage/log || {
   exit 1
 }
 report "every source of Machines/Mac was compiled for the tests" "$(
-  for file in Machines/Mac/*.cpp Machines/Mac/*.mm; do
+  find Machines/Mac -name "*.cpp" -o -name "*.mm" | while read -r file; do
     grep -q "^SF:.*/$file\$" $folder/mac-coverage/all.lcov || echo "$file"
   done)"
 report "each line that no test executes has its reason in docs/macos.md" "$(

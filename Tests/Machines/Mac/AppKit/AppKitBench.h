@@ -7,7 +7,7 @@
 #include <string>
 
 #include "Machines/Desk/VirtualRuntime.h"
-#include "Machines/Mac/Frame.h"
+#include "Machines/Mac/Frame/Frame.h"
 #include "Tests/Machines/Mac/AppKit/FakeDesktop.h"
 
 extern "C" {

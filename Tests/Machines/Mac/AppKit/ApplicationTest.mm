@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "Machines/Mac/Application.h"
+#include "Machines/Mac/Frame/Application.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
 

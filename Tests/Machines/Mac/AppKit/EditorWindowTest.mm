@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "BrivaneCore/Seams/Keyboard.h"
-#include "Machines/Mac/EditorWindow.h"
+#include "Machines/Mac/Frame/EditorWindow.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
 

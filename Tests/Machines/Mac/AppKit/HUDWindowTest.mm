@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "Machines/Mac/HUDWindow.h"
-#include "Machines/Mac/PictureView.h"
+#include "Machines/Mac/Frame/HUDWindow.h"
+#include "Machines/Mac/Frame/PictureView.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "Machines/Mac/SliderRow.h"
-#include "Machines/Mac/StatusItem.h"
+#include "Machines/Mac/Frame/SliderRow.h"
+#include "Machines/Mac/Frame/StatusItem.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 #include "Tests/Machines/Mac/AppKit/FakeFoundation.h"
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "Machines/Mac/DrawnColors.h"
-#include "Machines/Mac/Painter.h"
+#include "Machines/Mac/Frame/DrawnColors.h"
+#include "Machines/Mac/Frame/Painter.h"
 #include "Tests/Machines/Mac/AppKit/AppKitBench.h"
 
 namespace brivane {

@@ -24,7 +24,7 @@
 #include <utility>
 #include <vector>
 
-#include "Machines/Mac/AutoreleasePool.h"
+#include "Machines/Mac/CoreFoundation/AutoreleasePool.h"
 #include "Tests/Machines/Mac/Fakes/FakeCoreFoundation.h"
 #include "Tests/Machines/Mac/Fakes/FakeMac.h"
 

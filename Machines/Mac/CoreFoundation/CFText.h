@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "Machines/Mac/CFReference.h"
+#include "Machines/Mac/CoreFoundation/CFReference.h"
 
 namespace brivane {
 

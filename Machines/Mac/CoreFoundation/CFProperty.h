@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BrivaneCore/Support/PropertyValue.h"
-#include "Machines/Mac/CFReference.h"
+#include "Machines/Mac/CoreFoundation/CFReference.h"
 
 namespace brivane {
 

@@ -1,9 +1,9 @@
 // A press with Command down is offered as a key equivalent before anybody gets it as a key; a field
 // that has the keys takes it then, or it could never be part of a hotkey.
-#include "Machines/Mac/FieldView.h"
+#include "Machines/Mac/Frame/FieldView.h"
 
-#include "Machines/Mac/AppKitValues.h"
-#include "Machines/Mac/Painter.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
+#include "Machines/Mac/Frame/Painter.h"
 
 @implementation BrivaneFieldView {
   /// Null once it has left.

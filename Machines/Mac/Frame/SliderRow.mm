@@ -1,7 +1,7 @@
-#include "Machines/Mac/SliderRow.h"
+#include "Machines/Mac/Frame/SliderRow.h"
 
 #include "BrivaneCore/Support/Fatal.h"
-#include "Machines/Mac/AppKitValues.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
 
 namespace {
 

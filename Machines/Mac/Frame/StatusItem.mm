@@ -1,9 +1,9 @@
-#include "Machines/Mac/StatusItem.h"
+#include "Machines/Mac/Frame/StatusItem.h"
 
 #include <utility>
 
-#include "Machines/Mac/AppKitValues.h"
-#include "Machines/Mac/Painter.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
+#include "Machines/Mac/Frame/Painter.h"
 
 namespace brivane {
 namespace {

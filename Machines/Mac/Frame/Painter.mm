@@ -1,13 +1,13 @@
 // AppKit strokes paths with plain colours only, so an edge is the area between two outlines, which
 // gradients fill as they fill everything else.
-#include "Machines/Mac/Painter.h"
+#include "Machines/Mac/Frame/Painter.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
-#include "Machines/Mac/AppKitValues.h"
-#include "Machines/Mac/DrawnColors.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
+#include "Machines/Mac/Frame/DrawnColors.h"
 
 namespace brivane {
 namespace {

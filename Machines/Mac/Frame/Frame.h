@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BrivaneUI/Frame/Frame.h"
-#include "Machines/Mac/Application.h"
+#include "Machines/Mac/Frame/Application.h"
 
 namespace brivane {
 

@@ -1,9 +1,9 @@
-#include "Machines/Mac/PictureView.h"
+#include "Machines/Mac/Frame/PictureView.h"
 
 #include <vector>
 
-#include "Machines/Mac/AppKitValues.h"
-#include "Machines/Mac/Painter.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
+#include "Machines/Mac/Frame/Painter.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 // loop notices that it was stopped only at the next event, so one is posted. A menu that is open or
 // a control that the mouse holds runs a loop within, which would take that event for itself and
 // drop it: it is posted only when the outermost loop runs again.
-#include "Machines/Mac/Application.h"
+#include "Machines/Mac/Frame/Application.h"
 
 #include <utility>
 

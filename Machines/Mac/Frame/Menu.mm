@@ -1,13 +1,13 @@
 // The program may replace the items from within any closure of an item, the one that is running
 // included; so closures are copied before they are called, and what comes from an item or slider
 // that the menu no longer has is dropped.
-#include "Machines/Mac/Menu.h"
+#include "Machines/Mac/Frame/Menu.h"
 
 #include <utility>
 
-#include "Machines/Mac/AppKitValues.h"
-#include "Machines/Mac/DrawnColors.h"
-#include "Machines/Mac/SliderRow.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
+#include "Machines/Mac/Frame/DrawnColors.h"
+#include "Machines/Mac/Frame/SliderRow.h"
 
 /// What AppKit tells of the menu. It may outlive the menu, which takes itself out.
 @interface BrivaneMenuHands : NSObject <NSMenuDelegate> {

@@ -1,6 +1,6 @@
 // Some system colours are translucent themselves; setting an alpha takes the place of theirs, so it
 // is multiplied in.
-#include "Machines/Mac/DrawnColors.h"
+#include "Machines/Mac/Frame/DrawnColors.h"
 
 #include <variant>
 

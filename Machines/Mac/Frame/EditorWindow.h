@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "BrivaneUI/Frame/EditorWindow.h"
-#include "Machines/Mac/Application.h"
+#include "Machines/Mac/Frame/Application.h"
 
 @class BrivaneEditorHands;
 

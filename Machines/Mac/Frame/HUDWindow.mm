@@ -1,6 +1,6 @@
 // AppKit moves the window's alpha; what moves within the picture is drawn here, step by step, since
 // the picture is only a list. While nothing moves nothing wakes the processor.
-#include "Machines/Mac/HUDWindow.h"
+#include "Machines/Mac/Frame/HUDWindow.h"
 
 #import <QuartzCore/CAMediaTimingFunction.h>
 
@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "Machines/Common/Transition.h"
-#include "Machines/Mac/AppKitValues.h"
-#include "Machines/Mac/PictureView.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
+#include "Machines/Mac/Frame/PictureView.h"
 
 @interface BrivaneHUDWindow : NSWindow
 @end

@@ -1,4 +1,4 @@
-#include "Machines/Mac/CFText.h"
+#include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {
 namespace {

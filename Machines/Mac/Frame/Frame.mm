@@ -1,8 +1,8 @@
-#include "Machines/Mac/Frame.h"
+#include "Machines/Mac/Frame/Frame.h"
 
-#include "Machines/Mac/EditorWindow.h"
-#include "Machines/Mac/HUDWindow.h"
-#include "Machines/Mac/StatusItem.h"
+#include "Machines/Mac/Frame/EditorWindow.h"
+#include "Machines/Mac/Frame/HUDWindow.h"
+#include "Machines/Mac/Frame/StatusItem.h"
 
 namespace brivane {
 

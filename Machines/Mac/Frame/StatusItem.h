@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "Machines/Mac/Application.h"
-#include "Machines/Mac/Menu.h"
+#include "Machines/Mac/Frame/Application.h"
+#include "Machines/Mac/Frame/Menu.h"
 
 namespace brivane {
 

@@ -1,10 +1,10 @@
 // Property lists in the system's objects and in Brivane's own values. A Boolean is asked for before
 // a number, because its class answers for both elsewhere in the system.
-#include "Machines/Mac/CFProperty.h"
+#include "Machines/Mac/CoreFoundation/CFProperty.h"
 
 #include <vector>
 
-#include "Machines/Mac/CFText.h"
+#include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {
 namespace {

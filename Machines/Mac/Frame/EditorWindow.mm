@@ -1,11 +1,11 @@
 // What is dropped from within one of its own events, a closing window or a pressed button, is kept
 // until AppKit has returned from the event.
-#include "Machines/Mac/EditorWindow.h"
+#include "Machines/Mac/Frame/EditorWindow.h"
 
 #include <utility>
 
-#include "Machines/Mac/AppKitValues.h"
-#include "Machines/Mac/FieldView.h"
+#include "Machines/Mac/Frame/AppKitValues.h"
+#include "Machines/Mac/Frame/FieldView.h"
 
 /// What AppKit tells of the window. It may outlive the window, which takes itself out.
 @interface BrivaneEditorHands : NSObject <NSWindowDelegate> {
