@@ -4,8 +4,8 @@
 
 #include <system_error>
 
-#include "Machines/Desk/Defaults.h"
 #include "Machines/Desk/DeskHardware.h"
+#include "Machines/Desk/StoredDefaults.h"
 
 namespace brivane {
 

@@ -36,9 +36,6 @@ class Faults {
   /// From now on every call fails, and none is counted or traced.
   void failAlways() { failsAlways = true; }
 
-  /// The names of all calls that can fail.
-  static const std::vector<std::string_view>& calls();
-
  private:
   bool isPlanned(std::string_view call);
 

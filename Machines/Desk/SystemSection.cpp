@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "Machines/Desk/Faults.h"
+#include "Machines/Desk/FaultCalls.h"
 
 namespace brivane {
 namespace {
@@ -161,7 +161,7 @@ void readLibraries(const JsonItem& item, DeskDescription& desk) {
 
 void readFaults(const JsonItem& item, FaultPlan& plan) {
   auto section = item.section();
-  for (const auto call : Faults::calls()) {
+  for (const auto call : faultCalls()) {
     const auto occurrences = section.find(call);
     if (!occurrences) continue;
     for (const auto& element : occurrences->elements(0, mostElements)) {

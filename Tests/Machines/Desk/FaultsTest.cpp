@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 
+#include "Machines/Desk/FaultCalls.h"
 #include "Machines/Desk/Faults.h"
 #include "Tests/Support/SystemLibraries.h"
 #include "Tests/Support/TestDesk.h"
@@ -333,7 +334,7 @@ TEST_P(FaultsOfEachCall, StrikeAtTheSecondAndFourthCallAndAtNoOther) {
 }
 
 INSTANTIATE_TEST_SUITE_P(MachineSeam, FaultsOfEachCall, testing::ValuesIn([] {
-                           auto names = Faults::calls();
+                           auto names = faultCalls();
                            std::erase(names, "SystemLog.write");
                            return names;
                          }()),
@@ -398,7 +399,7 @@ TEST(Faults, OfAWriteAreTracedWithWhatWasRefused) {
 }
 
 TEST(Faults, NamesAreSorted) {
-  EXPECT_TRUE(std::ranges::is_sorted(Faults::calls()));
+  EXPECT_TRUE(std::ranges::is_sorted(faultCalls()));
 }
 
 TEST(Faults, AreCountedForEachProgram) {
