@@ -4,10 +4,10 @@
 #include <string_view>
 #include <utility>
 
-#include "Machines/Desk/AppearanceOfDesk.h"
-#include "Machines/Desk/DeskOnScreen.h"
-#include "Machines/Desk/Frame.h"
-#include "Machines/Desk/OpenDesk.h"
+#include "Machines/Desk/Frame/Frame.h"
+#include "Machines/Desk/LiveDesk/AppearanceOfDesk.h"
+#include "Machines/Desk/LiveDesk/DeskOnScreen.h"
+#include "Machines/Desk/Machine/OpenDesk.h"
 #include "Machines/Linux/Machine.h"
 #include "Machines/OpenQtFrame.h"
 

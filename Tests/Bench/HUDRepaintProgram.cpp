@@ -9,7 +9,7 @@
 
 #include "BrivaneUI/BrightnessHUDView.h"
 #include "BrivaneUI/Strings.h"
-#include "Machines/Desk/OpenDesk.h"
+#include "Machines/Desk/Machine/OpenDesk.h"
 #include "Machines/Qt/Frame.h"
 #include "Machines/Qt/HUDWindow.h"
 #include "Tests/Bench/Table.h"

@@ -10,10 +10,10 @@
 #include <string>
 
 #include "BrivaneApp/AppDelegate.h"
-#include "Machines/Desk/DeskFile.h"
-#include "Machines/Desk/Frame.h"
-#include "Machines/Desk/Machine.h"
-#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Desk/File/DeskFile.h"
+#include "Machines/Desk/Frame/Frame.h"
+#include "Machines/Desk/Machine/Machine.h"
+#include "Machines/Desk/Machine/VirtualRuntime.h"
 #include "Tests/Bench/Table.h"
 #include "Tests/Support/VirtualKeys.h"
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "BrivaneCore/Seams/ResidentMachine.h"
-#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Desk/Machine/VirtualRuntime.h"
 
 // A machine for unit tests: each seam is a value that a test sets and looks at, with nothing behind
 // it. Calls that matter in their order are also noted, in one common list, with their virtual time.

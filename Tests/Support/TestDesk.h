@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "Machines/Common/ThreadRuntime.h"
-#include "Machines/Desk/DeskFile.h"
-#include "Machines/Desk/Machine.h"
-#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Desk/File/DeskFile.h"
+#include "Machines/Desk/Machine/Machine.h"
+#include "Machines/Desk/Machine/VirtualRuntime.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {

@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "BrivaneCore/Support/Numbers.h"
-#include "Machines/Desk/Picture.h"
+#include "Machines/Desk/Frame/Picture.h"
 #include "Tools/BrivaneDesk/Stage.h"
 #include "Tools/BrivaneDesk/StepTable.h"
 

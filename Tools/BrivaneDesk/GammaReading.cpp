@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <functional>
 
-#include "Machines/Desk/GammaTable.h"
+#include "Machines/Desk/Hardware/GammaTable.h"
 
 namespace brivane {
 namespace {

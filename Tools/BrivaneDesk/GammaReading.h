@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "Machines/Desk/DeskHardware.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
 
 namespace brivane {
 

@@ -1,8 +1,8 @@
 #include "Tools/BrivaneDesk/HardwareLines.h"
 
 #include "Machines/Common/PropertyJson.h"
-#include "Machines/Desk/FirmwareSection.h"
-#include "Machines/Desk/SystemSection.h"
+#include "Machines/Desk/File/FirmwareSection.h"
+#include "Machines/Desk/File/SystemSection.h"
 #include "Tools/BrivaneDesk/GammaReading.h"
 
 namespace brivane {

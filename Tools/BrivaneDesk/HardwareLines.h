@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-#include "Machines/Desk/DeskHardware.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
 
 namespace brivane {
 

@@ -6,7 +6,7 @@
 #include <system_error>
 
 #include "Machines/Common/ResourceFolder.h"
-#include "Machines/Desk/OpenDesk.h"
+#include "Machines/Desk/Machine/OpenDesk.h"
 #include "Tools/BrivaneDesk/StepTable.h"
 
 namespace brivane {

@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "Machines/Desk/Machine.h"
+#include "Machines/Desk/Machine/Machine.h"
 
 namespace brivane {
 

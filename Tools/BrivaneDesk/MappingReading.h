@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "Machines/Desk/DeskDescription.h"
+#include "Machines/Desk/File/DeskDescription.h"
 
 namespace brivane {
 

@@ -6,7 +6,7 @@
 #include <set>
 #include <system_error>
 
-#include "Machines/Desk/DeskFile.h"
+#include "Machines/Desk/File/DeskFile.h"
 #include "Tools/BrivaneDesk/DefaultDesk.h"
 #include "Tools/BrivaneDesk/GammaReading.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"

@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "Machines/Desk/DeskHardware.h"
-#include "Machines/Desk/Keyboard.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Machine/Keyboard.h"
 
 namespace brivane {
 

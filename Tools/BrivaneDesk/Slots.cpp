@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "BrivaneCore/Support/Numbers.h"
-#include "Machines/Desk/JsonItem.h"
-#include "Machines/Desk/JsonParser.h"
+#include "Machines/Desk/File/JsonItem.h"
+#include "Machines/Desk/File/JsonParser.h"
 #include "Tools/BrivaneDesk/KeyNames.h"
 
 namespace brivane {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "Machines/Desk/Frame.h"
-#include "Machines/Desk/Machine.h"
-#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Desk/Frame/Frame.h"
+#include "Machines/Desk/Machine/Machine.h"
+#include "Machines/Desk/Machine/VirtualRuntime.h"
 #include "Tools/BrivaneDesk/Scene.h"
 
 namespace brivane {

@@ -4,7 +4,7 @@
 
 #include <ostream>
 
-#include "Machines/Desk/FolderWatch.h"
+#include "Machines/Desk/State/FolderWatch.h"
 #include "Tools/BrivaneDesk/HardwareLines.h"
 #include "Tools/BrivaneDesk/LiveDesk.h"
 

@@ -8,7 +8,7 @@
 
 #include "BrivaneApp/AppDelegate.h"
 #include "Machines/Common/HostedMainQueue.h"
-#include "Machines/Desk/Machine.h"
+#include "Machines/Desk/Machine/Machine.h"
 #include "Machines/Qt/Frame.h"
 
 namespace brivane {

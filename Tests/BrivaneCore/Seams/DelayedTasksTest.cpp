@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "BrivaneCore/Seams/DelayedTasks.h"
-#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Desk/Machine/VirtualRuntime.h"
 
 namespace brivane {
 namespace {

@@ -9,7 +9,7 @@
 #include "Machines/Common/FileLock.h"
 #include "Machines/Common/JsonFileDefaults.h"
 #include "Machines/Common/ThreadRuntime.h"
-#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Desk/Machine/VirtualRuntime.h"
 #include "Tests/Support/OrdinaryUser.h"
 #include "Tests/Support/TemporaryFolder.h"
 

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "Machines/Desk/DeskOnScreen.h"
+#include "Machines/Desk/LiveDesk/DeskOnScreen.h"
 #include "Tests/Support/OneUntilTheTestsEnd.h"
 
 namespace brivane {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "Machines/Common/Topic.h"
-#include "Machines/Desk/OpenDesk.h"
+#include "Machines/Desk/Machine/OpenDesk.h"
 #include "Machines/Qt/Frame.h"
 #include "Tests/Support/TemporaryFolder.h"
 

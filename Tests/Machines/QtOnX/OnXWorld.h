@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "Machines/Desk/OpenDesk.h"
+#include "Machines/Desk/Machine/OpenDesk.h"
 #include "Machines/Linux/Machine.h"
 #include "Machines/Qt/Frame.h"
 #include "Tests/Support/TemporaryFolder.h"

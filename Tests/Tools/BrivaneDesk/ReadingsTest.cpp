@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "BrivaneCore/Gamma/GammaRamp.h"
-#include "Machines/Desk/GammaTable.h"
+#include "Machines/Desk/Hardware/GammaTable.h"
 #include "Tools/BrivaneDesk/GammaReading.h"
 #include "Tools/BrivaneDesk/MappingReading.h"
 

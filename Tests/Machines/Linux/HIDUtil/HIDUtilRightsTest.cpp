@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Desk/Machine/VirtualRuntime.h"
 #include "Machines/Linux/HIDUtil/HIDUtil.h"
 #include "Tests/Support/TemporaryFolder.h"
 

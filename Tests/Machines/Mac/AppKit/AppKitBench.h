@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "Machines/Desk/VirtualRuntime.h"
+#include "Machines/Desk/Machine/VirtualRuntime.h"
 #include "Machines/Mac/Frame/Frame.h"
 #include "Tests/Machines/Mac/AppKit/FakeDesktop.h"
 

@@ -10,7 +10,7 @@
 
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneCore/Support/PropertyValue.h"
-#include "Machines/Desk/MonitorFirmware.h"
+#include "Machines/Desk/Hardware/MonitorFirmware.h"
 
 namespace brivane::fake {
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Machines/Desk/File/DeskDescription.h"
+#include "Machines/Desk/File/JsonSection.h"
+
+namespace brivane {
+
+/// Reads a desk file's "displays".
+void readDisplays(const JsonItem& item, std::vector<DisplayDescription>& displays);
+
+/// Reads the object {"x": ..., "y": ...}; both are required.
+void readPoint(const JsonItem& item, Point& point);
+
+// Members of a display, which state files have too.
+
+void readFrame(const JsonItem& item, Rect& frame);
+void readPresence(JsonSection& section, ScreenPresence& presence);
+std::string_view presenceName(ScreenPresence presence);
+void readHeadroom(JsonSection& section, double& headroom);
+
+}  // namespace brivane

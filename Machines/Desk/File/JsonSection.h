@@ -1,0 +1,55 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "Machines/Desk/File/JsonItem.h"
+#include "Machines/Desk/File/JsonValue.h"
+
+namespace brivane {
+
+/// The members of one JSON object. Whoever reads it by name calls `finish()` after the last read:
+/// members that nobody asked for are an error.
+class JsonSection {
+ public:
+  JsonSection(const JsonValue::Object& itsMembers, std::string itsPath, JsonError& firstError)
+      : members(itsMembers), path(std::move(itsPath)), error(firstError) {}
+
+  /// The member, if it is there.
+  std::optional<JsonItem> find(std::string_view key);
+
+  /// Like `JsonItem::to` for the member; leaves `target` as it is when the member is absent.
+  template <typename Target, typename... Limits>
+  void read(std::string_view key, Target& target, const Limits&... limits) {
+    if (const auto item = find(key)) item->to(target, limits...);
+  }
+
+  /// The same for a member that must be there.
+  template <typename Target, typename... Limits>
+  void require(std::string_view key, Target& target, const Limits&... limits) {
+    if (const auto item = find(key)) {
+      item->to(target, limits...);
+    } else {
+      complainOfMissing(key);
+    }
+  }
+
+  /// All members, in their order, for objects whose keys are free.
+  std::vector<std::pair<std::string, JsonItem>> all() const;
+
+  void complain(const std::string& what) const;
+  void finish() const;
+
+ private:
+  void complainOfMissing(std::string_view key) const;
+
+  const JsonValue::Object& members;
+  std::string path;
+  JsonError& error;
+  std::vector<std::string_view> known;
+};
+
+}  // namespace brivane

@@ -1,0 +1,82 @@
+#include "Machines/Desk/Frame/FrameHUD.h"
+
+#include <algorithm>
+
+#include "BrivaneCore/Support/Numbers.h"
+#include "Machines/Desk/Frame/Picture.h"
+
+namespace brivane {
+namespace {
+
+std::string text(const Rect& rect) {
+  return "{" + shortestDecimal(rect.x) + "," + shortestDecimal(rect.y) + "," +
+         shortestDecimal(rect.width) + "," + shortestDecimal(rect.height) + "}";
+}
+
+}  // namespace
+
+DeskHUDWindow::DeskHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime,
+                             Trace frameTrace)
+    : ownAttributes(windowAttributes),
+      runtime(frameRuntime),
+      trace(std::move(frameTrace)),
+      ownFrame(windowAttributes.contentRect) {
+  trace("hud window made, level " + std::to_string(ownAttributes.level));
+}
+
+void DeskHUDWindow::setFrame(const Rect& newFrame) {
+  ownFrame = newFrame;
+  trace("hud at " + text(ownFrame));
+}
+
+void DeskHUDWindow::setAlpha(double alpha) {
+  alphaCourse = {alpha, alpha, runtime.now()};
+  trace("hud alpha " + shortestDecimal(alpha));
+}
+
+void DeskHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
+                                 Task completion) {
+  alphaCourse = {alphaNow(), alpha, runtime.now(), durationSeconds, timing};
+  trace("hud alpha to " + shortestDecimal(alpha) + " in " + shortestDecimal(durationSeconds) +
+        (timing == AnimationTiming::easeIn ? " s, easing in" : " s"));
+  if (completion) runtime.after(fromSeconds(durationSeconds), std::move(completion));
+}
+
+void DeskHUDWindow::orderFrontRegardless() {
+  if (!isOrderedIn) trace("hud in front");
+  isOrderedIn = true;
+}
+
+void DeskHUDWindow::orderOut() {
+  if (isOrderedIn) trace("hud gone");
+  isOrderedIn = false;
+}
+
+void DeskHUDWindow::installContentView(const DisplayList& newContent) {
+  show(newContent, "new view");
+}
+
+void DeskHUDWindow::updateContent(const DisplayList& newContent, ContentChange change) {
+  show(newContent, change == ContentChange::animated ? "moving" : "at once");
+}
+
+void DeskHUDWindow::show(const DisplayList& newContent, const std::string& how) {
+  picture = newContent;
+  trace("hud shows " + pictureSummary(picture) + ", " + how + ", picture " +
+        pictureDigest(picture));
+}
+
+double DeskHUDWindow::alphaNow() const {
+  const double passed = secondsBetween(alphaCourse.start, runtime.now());
+  if (passed >= alphaCourse.durationSeconds) return alphaCourse.to;
+  const double progress = std::max(passed / alphaCourse.durationSeconds, 0.0);
+  const double eased =
+      alphaCourse.timing == AnimationTiming::easeIn ? progress * progress : progress;
+  return alphaCourse.from + (alphaCourse.to - alphaCourse.from) * eased;
+}
+
+bool DeskHUDWindow::isFading() const {
+  return isOrderedIn && alphaCourse.to == 0 && alphaNow() > 0;
+}
+
+}  // namespace brivane

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "BrivaneUI/Frame/HUDWindow.h"
+#include "Machines/Desk/Hardware/Trace.h"
+
+namespace brivane {
+
+/// A HUD window that nobody sees: it keeps what it would show. Main thread.
+class DeskHUDWindow : public HUDWindow {
+ public:
+  DeskHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime,
+                Trace frameTrace);
+
+  Rect frame() override { return ownFrame; }
+  void setFrame(const Rect& newFrame) override;
+  bool isVisible() override { return isOrderedIn; }
+  void setAlpha(double alpha) override;
+  void animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
+                    Task completion) override;
+  void orderFrontRegardless() override;
+  void orderOut() override;
+  void installContentView(const DisplayList& newContent) override;
+  void updateContent(const DisplayList& newContent, ContentChange change) override;
+
+  /// As it is at this moment, in the middle of an animation too.
+  double alphaNow() const;
+  /// On its way to an alpha of 0.
+  bool isFading() const;
+  const DisplayList& content() const { return picture; }
+  const HUDWindowAttributes& attributes() const { return ownAttributes; }
+
+ private:
+  struct Alpha {
+    double from = 1;
+    double to = 1;
+    Instant start;
+    double durationSeconds = 0;
+    AnimationTiming timing = AnimationTiming::linear;
+  };
+
+  void show(const DisplayList& newContent, const std::string& how);
+
+  const HUDWindowAttributes ownAttributes;
+  Runtime& runtime;
+  const Trace trace;
+  Rect ownFrame;
+  bool isOrderedIn = false;
+  Alpha alphaCourse;
+  DisplayList picture;
+};
+
+}  // namespace brivane

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <vector>
+
+#include "Machines/Desk/File/DeskDescription.h"
+#include "Machines/Desk/File/JsonSection.h"
+
+// Which displays are plugged in and what can change about them, and all of it as JSON.
+
+namespace brivane {
+
+/// What can change about a display beside its own parts.
+struct AttachedDisplay {
+  DisplayID identifier = 0;
+  Rect frame;
+  std::string port;
+  ScreenPresence screen = ScreenPresence::numbered;
+  /// See `DisplayDescription`.
+  double headroom = 1.0;
+
+  bool operator==(const AttachedDisplay&) const = default;
+};
+
+struct UnpluggedDisplay {
+  /// As it was when it was unplugged.
+  AttachedDisplay display;
+  /// Among the displays that were plugged in.
+  std::size_t place = 0;
+
+  bool operator==(const UnpluggedDisplay&) const = default;
+};
+
+/// Each display is in at most one of the lists.
+struct DisplaysState {
+  /// In the window system's order.
+  std::vector<AttachedDisplay> attached;
+  std::vector<UnpluggedDisplay> unplugged;
+
+  bool operator==(const DisplaysState&) const = default;
+};
+
+AttachedDisplay attachedDisplay(const DisplayDescription& description);
+
+/// All of them plugged in.
+DisplaysState initialDisplays(const std::vector<DisplayDescription>& descriptions);
+
+JsonValue toJson(const DisplaysState& state);
+void fromJson(const JsonItem& item, DisplaysState& state);
+
+}  // namespace brivane

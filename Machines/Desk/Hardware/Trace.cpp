@@ -1,0 +1,94 @@
+// Transcripts are compared to the letter, so every line says the same of the same thing on every
+// machine: numbers in their shortest exact form, tables by the bits of their samples.
+#include "Machines/Desk/Hardware/Trace.h"
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+
+namespace brivane {
+namespace {
+
+constexpr std::uint64_t digestStart = 0xCBF29CE484222325;
+constexpr std::uint64_t digestPrime = 0x100000001B3;
+
+/// The FNV-1a hash of all samples' bits, lowest byte first, channel after channel.
+std::uint64_t digest(const GammaTable& table) {
+  std::uint64_t hash = digestStart;
+  for (const auto& curve : table) {
+    for (const float sample : curve) {
+      const auto bits = std::bit_cast<std::uint32_t>(sample);
+      for (unsigned shift = 0; shift < 32; shift += 8) {
+        hash = (hash ^ (bits >> shift & 0xFFU)) * digestPrime;
+      }
+    }
+  }
+  return hash;
+}
+
+std::string hexadecimal(std::uint64_t number, std::size_t width) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string text;
+  for (; number != 0 || text.size() < width; number >>= 4U) text += digits[number & 0xFU];
+  std::ranges::reverse(text);
+  return text;
+}
+
+float peak(const GammaTable& table) {
+  float largest = 0;
+  for (const auto& curve : table) {
+    for (const float sample : curve) largest = std::max(largest, sample);
+  }
+  return largest;
+}
+
+template <typename Number>
+std::string shortest(Number number) {
+  std::array<char, 64> buffer{};
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
+  return {buffer.data(), written.ptr};
+}
+
+}  // namespace
+
+void Tracer::set(Trace newTrace) {
+  const std::lock_guard lock(mutex);
+  trace = std::move(newTrace);
+  isListening = trace != nullptr;
+}
+
+void Tracer::write(const std::string& line) const {
+  const std::lock_guard lock(mutex);
+  if (trace) trace(line);
+}
+
+std::string tracedBytes(std::span<const std::uint8_t> bytes) {
+  std::string text;
+  for (const std::uint8_t byte : bytes) text += (text.empty() ? "" : " ") + hexadecimal(byte, 2);
+  return text;
+}
+
+std::string tracedTable(const GammaTable& table) {
+  return std::to_string(table.front().size()) + " samples, digest " +
+         hexadecimal(digest(table), 16) + ", peak " + tracedNumber(peak(table));
+}
+
+std::string tracedMapping(const HIDMapping& mapping) {
+  if (mapping.empty()) return "empty";
+  std::string text;
+  for (const auto& entry : mapping) {
+    text += (text.empty() ? "" : ", ") + hexadecimal(entry.source, 1) + " to " +
+            hexadecimal(entry.destination, 1);
+  }
+  return text;
+}
+
+std::string tracedNumber(double number) {
+  return shortest(number);
+}
+
+std::string tracedNumber(float number) {
+  return shortest(number);
+}
+
+}  // namespace brivane

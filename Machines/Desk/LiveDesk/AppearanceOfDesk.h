@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Machines/Common/AppearanceSource.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
+
+namespace brivane {
+
+/// The desk is light or dark itself. Main thread.
+class AppearanceOfDesk : public AppearanceSource {
+ public:
+  explicit AppearanceOfDesk(DeskHardware& deskHardware) : hardware(deskHardware) {}
+
+  Appearance appearance() override {
+    return hardware.appearance() == DeskAppearance::dark ? Appearance::dark : Appearance::light;
+  }
+
+  Observation observe(Task handler) override {
+    return hardware.observe([task = std::move(handler)](HardwareNotice notice) {
+      if (notice == HardwareNotice::appearance) task();
+    });
+  }
+
+ private:
+  DeskHardware& hardware;
+};
+
+}  // namespace brivane

@@ -1,0 +1,182 @@
+// The map of the screen is kept as long as it will do: whoever moves a window must not see all
+// others change their size. It is made anew when somebody else's arrangement doesn't fit any more.
+#include "Machines/Desk/LiveDesk/DeskOnScreen.h"
+
+#include <utility>
+
+#include "Machines/Desk/LiveDesk/LiveControls.h"
+
+namespace brivane {
+namespace {
+
+/// Of a window that was moved to another, in points of the real screen.
+constexpr double snappingReach = 10;
+
+BrightnessKey asBrightnessKey(LiveBrightnessKey key) {
+  return key == LiveBrightnessKey::up ? BrightnessKey::up : BrightnessKey::down;
+}
+
+std::vector<Rect> valuesOf(const std::map<DisplayID, Rect>& frames) {
+  std::vector<Rect> values;
+  values.reserve(frames.size());
+  for (const auto& [display, frame] : frames) values.push_back(frame);
+  return values;
+}
+
+std::vector<Rect> framesExcept(const AttachedDisplays::Snapshot& displays, DisplayID exception) {
+  std::vector<Rect> frames;
+  for (const auto& display : *displays) {
+    if (display.identifier != exception) frames.push_back(display.frame);
+  }
+  return frames;
+}
+
+}  // namespace
+
+DeskOnScreen::DeskOnScreen(DeskMachine& deskMachine)
+    : machine(deskMachine), hardware(deskMachine.hardware()) {
+  machine.keyboard().onUnclaimedKey = [this](const UnclaimedKey&) { isKeyUnclaimed = true; };
+  const auto folder = hardware.stateFolder();
+  if (folder) {
+    watch = std::make_unique<FolderWatch>(*folder, "", machine.runtime(),
+                                          [this] { changes.announce(); });
+  }
+  // What is announced can be seen without a folder, too.
+  notices = hardware.observe([this](HardwareNotice) { announceSoon(); });
+}
+
+DeskOnScreen::~DeskOnScreen() {
+  anchor.kill();
+  machine.keyboard().onUnclaimedKey = nullptr;
+}
+
+/// Whoever made the change may be in the middle of something.
+void DeskOnScreen::announceSoon() {
+  if (std::exchange(isAnnouncedSoon, true)) return;
+  machine.runtime().async([this, alive = anchor.watch()] {
+    if (!alive.isAlive()) return;
+    isAnnouncedSoon = false;
+    changes.announce();
+  });
+}
+
+Observation DeskOnScreen::observe(Task handler) {
+  return changes.observe(std::move(handler));
+}
+
+void DeskOnScreen::setRoom(const LiveRoom& newRoom) {
+  if (room == newRoom) return;
+  room = newRoom;
+  map.reset();
+}
+
+std::map<DisplayID, Rect> DeskOnScreen::framesNow() const {
+  auto now = frames;
+  for (const auto& display : *hardware.displays()) now[display.identifier] = display.frame;
+  return now;
+}
+
+const DeskMap& DeskOnScreen::layOut() {
+  auto now = framesNow();
+  const bool isSame = now == frames;
+  frames = std::move(now);
+  if (map && (isSame || map->fits(valuesOf(frames)))) return *map;
+  return map.emplace(DeskMap::fitting(valuesOf(frames), room.value_or(LiveRoom{})));
+}
+
+std::vector<LiveMonitor> DeskOnScreen::monitors() {
+  const DeskMap& now = layOut();
+  std::vector<LiveMonitor> all;
+  for (const auto& display : *hardware.displays()) {
+    all.push_back({display.identifier, now.window(display.frame),
+                   monitorControls(hardware, display.identifier, machine.runtime())});
+  }
+  return all;
+}
+
+LiveControls DeskOnScreen::machineControls() {
+  return brivane::machineControls(hardware, machine.runtime());
+}
+
+std::shared_ptr<const LivePicture> DeskOnScreen::picture(DisplayID display, std::uint32_t width,
+                                                         std::uint32_t height) {
+  const auto light = panelLight(hardware, display);
+  if (!light) {
+    shown.erase(display);
+    return nullptr;
+  }
+  GammaTable table = hardware.gammaTable(display).value_or(GammaTable{});
+  Shown& now = shown[display];
+  const bool hasSize = now.signals.width == width && now.signals.height == height;
+  if (now.picture && hasSize && now.light == *light && now.table == table) return now.picture;
+  if (!hasSize) now.signals = testPicture(width, height);
+  now.light = *light;
+  now.table = std::move(table);
+  now.picture = std::make_shared<const LivePicture>(
+      LivePicture{width, height, PanelResponse(now.light, now.table).shown(now.signals)});
+  return now.picture;
+}
+
+std::optional<LiveSpot> DeskOnScreen::spotAt(Point point) {
+  for (const auto& display : *hardware.displays()) {
+    const Rect& frame = display.frame;
+    if (!mouseInRect(point, frame)) continue;
+    return LiveSpot{display.identifier, (point.x - frame.x) / frame.width,
+                    (frame.y + frame.height - point.y) / frame.height};
+  }
+  return std::nullopt;
+}
+
+void DeskOnScreen::windowMoved(DisplayID display, int x, int y) {
+  const auto moved = hardware.display(display);
+  if (!moved || !map) return;
+  const LivePlace place = map->window(moved->frame);
+  if (place.x == x && place.y == y) return;
+  const auto others = framesExcept(hardware.displays(), display);
+  const Rect frame =
+      snapped(map->movedFrame(moved->frame, x, y), others, snappingReach / map->pointsPerPoint());
+  // Known already when it is announced.
+  frames[display] = frame;
+  hardware.setFrame(display, frame);
+}
+
+void DeskOnScreen::unplug(DisplayID display) {
+  hardware.unplug(display);
+}
+
+void DeskOnScreen::movePointer(const LiveSpot& spot) {
+  const auto display = hardware.display(spot.display);
+  if (!display) return;
+  const Point point = pointIn(display->frame, spot.x, spot.y);
+  if (hardware.pointer() != point) hardware.movePointer(point);
+}
+
+bool DeskOnScreen::pressKey(std::uint16_t keyCode) {
+  isKeyUnclaimed = false;
+  machine.keyboard().pressKey(keyCode);
+  return isKeyUnclaimed || modifierOfKey(keyCode) != 0 || !usageOfKey(keyCode);
+}
+
+void DeskOnScreen::releaseKey(std::uint16_t keyCode) {
+  machine.keyboard().releaseKey(keyCode);
+}
+
+void DeskOnScreen::pressBrightness(LiveBrightnessKey key) {
+  machine.keyboard().pressBrightness(asBrightnessKey(key));
+}
+
+void DeskOnScreen::releaseBrightness(LiveBrightnessKey key) {
+  machine.keyboard().releaseBrightness(asBrightnessKey(key));
+}
+
+std::optional<std::filesystem::path> DeskOnScreen::pictureFile() {
+  auto folder = hardware.stateFolder();
+  if (!folder) return std::nullopt;
+  // "my-desk.json.state" lies beside "my-desk.json". No other ending is taken off, so that the
+  // picture never is the desk file itself.
+  folder->replace_extension();
+  if (folder->extension() == ".json") folder->replace_extension();
+  return *folder += ".png";
+}
+
+}  // namespace brivane

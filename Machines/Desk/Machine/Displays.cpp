@@ -1,0 +1,65 @@
+#include "Machines/Desk/Machine/Displays.h"
+
+#include <algorithm>
+
+namespace brivane {
+
+std::optional<std::uint32_t> DeskDisplays::onlineDisplayCount() {
+  if (faults.strikes("DisplaySystem.onlineDisplayCount")) return std::nullopt;
+  return static_cast<std::uint32_t>(hardware.displays()->size());
+}
+
+std::optional<std::vector<DisplayID>> DeskDisplays::onlineDisplayList(std::uint32_t maximum) {
+  if (faults.strikes("DisplaySystem.onlineDisplayList")) return std::nullopt;
+  const auto displays = hardware.displays();
+  std::vector<DisplayID> list;
+  for (const auto& display : *displays) {
+    if (list.size() < maximum) list.push_back(display.identifier);
+  }
+  return list;
+}
+
+bool DeskDisplays::isBuiltIn(DisplayID display) {
+  if (faults.strikes("DisplaySystem.isBuiltIn")) return false;
+  const auto described = hardware.display(display);
+  return described && described->isBuiltIn;
+}
+
+PanelIdentity DeskDisplays::panelIdentity(DisplayID display) {
+  if (faults.strikes("DisplaySystem.panelIdentity")) return {};
+  const auto described = hardware.display(display);
+  if (!described) return {};
+  return {described->vendor, described->model, described->serial};
+}
+
+std::vector<Screen> DeskDisplays::screens() {
+  return faults.strikes("DisplaySystem.screens") ? std::vector<Screen>() : allScreens();
+}
+
+std::vector<Screen> DeskDisplays::allScreens() const {
+  const auto displays = hardware.displays();
+  std::vector<Screen> list;
+  for (const auto& display : *displays) {
+    if (display.screen == ScreenPresence::none) continue;
+    Screen screen{std::nullopt, display.frame, display.name, display.headroom};
+    if (display.screen == ScreenPresence::numbered) screen.number = display.identifier;
+    list.push_back(screen);
+  }
+  return list;
+}
+
+std::optional<Screen> DeskDisplays::mainScreen() {
+  if (faults.strikes("DisplaySystem.mainScreen")) return std::nullopt;
+  const auto all = allScreens();
+  return all.empty() ? std::nullopt : std::optional(all.front());
+}
+
+Point DeskDisplays::pointerPosition() {
+  constexpr double beyondEveryScreen = -1e9;
+  if (faults.strikes("DisplaySystem.pointerPosition")) {
+    return {beyondEveryScreen, beyondEveryScreen};
+  }
+  return hardware.pointer();
+}
+
+}  // namespace brivane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "BrivaneCore/Seams/DisplaySystem.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Machine/Faults.h"
+
+namespace brivane {
+
+/// The desk's displays and screens, in the order they were plugged in.
+class DeskDisplays : public DisplaySystem {
+ public:
+  DeskDisplays(DeskHardware& deskHardware, Faults& machineFaults)
+      : hardware(deskHardware), faults(machineFaults) {}
+
+  std::optional<std::uint32_t> onlineDisplayCount() override;
+  std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
+  bool isBuiltIn(DisplayID display) override;
+  PanelIdentity panelIdentity(DisplayID display) override;
+  std::vector<Screen> screens() override;
+  /// The first.
+  std::optional<Screen> mainScreen() override;
+  /// When made to fail, a point that no screen reaches.
+  Point pointerPosition() override;
+
+ private:
+  std::vector<Screen> allScreens() const;
+
+  DeskHardware& hardware;
+  Faults& faults;
+};
+
+}  // namespace brivane

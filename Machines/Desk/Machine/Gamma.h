@@ -1,0 +1,29 @@
+#pragma once
+
+#include "BrivaneCore/Seams/GammaTables.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Machine/Faults.h"
+
+namespace brivane {
+
+/// The gamma tables of the desk's displays. A status other than 0 is always 1; a restore that is
+/// made to fail changes nothing.
+class DeskGammaTables : public GammaTables {
+ public:
+  DeskGammaTables(DeskHardware& deskHardware, Faults& machineFaults)
+      : hardware(deskHardware), faults(machineFaults) {}
+
+  std::uint32_t capacity(DisplayID display) override;
+  /// Returns as many samples as the arrays and the table both have.
+  std::int32_t readTable(DisplayID display, std::span<float> red, std::span<float> green,
+                         std::span<float> blue, std::uint32_t& returned) override;
+  std::int32_t writeTable(DisplayID display, std::span<const float> red,
+                          std::span<const float> green, std::span<const float> blue) override;
+  void restoreCalibratedTables() override;
+
+ private:
+  DeskHardware& hardware;
+  Faults& faults;
+};
+
+}  // namespace brivane

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Machine/Faults.h"
+
+namespace brivane {
+
+/// One program's hotkeys. The only status is -9878: somebody has the combination. To unregister
+/// what isn't registered is a fatal error.
+class DeskHotkeys : public HotkeyPort {
+ public:
+  DeskHotkeys(DeskHardware& deskHardware, Faults& machineFaults)
+      : hardware(deskHardware), faults(machineFaults) {}
+  ~DeskHotkeys() override { releaseAll(); }
+
+  bool installHandler(Handler newHandler) override;
+  void removeHandler() override;
+  std::variant<HotkeyReference, HotkeyStatus> registerHotkey(std::uint32_t keyCode,
+                                                             std::uint32_t modifiers,
+                                                             HotkeyID hotkey) override;
+  void unregisterHotkey(HotkeyReference reference) override;
+
+  /// What the system does when a program ends.
+  void releaseAll();
+
+ private:
+  DeskHardware& hardware;
+  Faults& faults;
+  std::shared_ptr<Handler> handler = std::make_shared<Handler>();
+  std::map<HotkeyReference, KeyCombination> references;
+  bool hasEnded = false;
+};
+
+}  // namespace brivane

@@ -1,0 +1,55 @@
+#include "Machines/Desk/Machine/Machine.h"
+
+namespace brivane {
+
+DeskMachine::DeskMachine(std::unique_ptr<Runtime> machineRuntime,
+                         std::unique_ptr<SystemLog> systemLog,
+                         std::shared_ptr<DeskHardware> deskHardware, const DeskProcess& process)
+    : targetLog(std::move(systemLog)),
+      sharedHardware(std::move(deskHardware)),
+      faults(std::make_shared<Faults>(sharedHardware->description().faults,
+                                      sharedHardware->sharedTracer())),
+      ownLog(*targetLog, *faults, sharedHardware->tracer()),
+      ownDisplays(*sharedHardware, *faults),
+      ownRegistry(*sharedHardware, faults),
+      ownGammaTables(*sharedHardware, *faults),
+      ownAccessibility(*sharedHardware, *faults),
+      ownProcesses(*sharedHardware, *faults),
+      ownApplications(*sharedHardware, *faults),
+      ownSymbols(*sharedHardware, *faults, *machineRuntime),
+      ownHotkeys(*sharedHardware, *faults),
+      ownEventTaps(*sharedHardware, faults),
+      ownKeyboard(*sharedHardware, *faults, *machineRuntime),
+      ownNotifications(*sharedHardware, *faults, *machineRuntime, process.isReal),
+      ownSession(*sharedHardware, *faults),
+      ownResources(sharedHardware->description(), *faults, process.resources),
+      ownRuntime(std::move(machineRuntime)),
+      ownDefaults(sharedHardware->openDomain("com.quorrel.brivane"), *faults, ownLog,
+                  sharedHardware->tracer()) {}
+
+DeskMachine::~DeskMachine() {
+  // What waits for signals is a task, and the Runtime waits for its tasks.
+  ownNotifications.end();
+}
+
+std::unique_ptr<DefaultsSuite> DeskMachine::openDefaultsSuite(const std::string& name) {
+  if (faults->strikes("ResidentMachine.openDefaultsSuite")) return nullptr;
+  // A program's own domain is no suite to it.
+  if (name == sharedHardware->description().bundleIdentifier) return nullptr;
+  return std::make_unique<DeskDefaultsSuite>(*sharedHardware, *faults);
+}
+
+void DeskMachine::setCallTrace(Faults::CallTrace callTrace) {
+  faults->setCallTrace(std::move(callTrace));
+}
+
+void DeskMachine::kill() {
+  faults->failAlways();
+  ownNotifications.end();
+  ownHotkeys.releaseAll();
+  ownEventTaps.releaseAll();
+  ownApplications.end();
+  sharedHardware->tracer().note([] { return std::string("program killed"); });
+}
+
+}  // namespace brivane

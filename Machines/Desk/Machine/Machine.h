@@ -1,0 +1,98 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "BrivaneCore/Seams/ResidentMachine.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Machine/Accessibility.h"
+#include "Machines/Desk/Machine/Applications.h"
+#include "Machines/Desk/Machine/Bus.h"
+#include "Machines/Desk/Machine/Defaults.h"
+#include "Machines/Desk/Machine/DefaultsSuite.h"
+#include "Machines/Desk/Machine/Displays.h"
+#include "Machines/Desk/Machine/EventTaps.h"
+#include "Machines/Desk/Machine/Faults.h"
+#include "Machines/Desk/Machine/Gamma.h"
+#include "Machines/Desk/Machine/Hotkeys.h"
+#include "Machines/Desk/Machine/Keyboard.h"
+#include "Machines/Desk/Machine/Log.h"
+#include "Machines/Desk/Machine/Notifications.h"
+#include "Machines/Desk/Machine/Processes.h"
+#include "Machines/Desk/Machine/Registry.h"
+#include "Machines/Desk/Machine/Resources.h"
+#include "Machines/Desk/Machine/Session.h"
+
+namespace brivane {
+
+/// What the real process gives a program on a desk.
+struct DeskProcess {
+  /// Whether it is one: its signals ask the program to end, and what other processes do to the desk
+  /// reaches it. Only for Runtimes of real time.
+  bool isReal = false;
+  /// Where the resource bundles lie; there are none in an empty path.
+  std::filesystem::path resources;
+};
+
+/// One program's view of a desk. Several machines may share one hardware.
+class DeskMachine : public ResidentMachine {
+ public:
+  DeskMachine(std::unique_ptr<Runtime> machineRuntime, std::unique_ptr<SystemLog> systemLog,
+              std::shared_ptr<DeskHardware> deskHardware, const DeskProcess& process = {});
+  ~DeskMachine() override;
+
+  Runtime& runtime() override { return *ownRuntime; }
+  DisplaySystem& displays() override { return ownDisplays; }
+  IORegistry& ioRegistry() override { return ownRegistry; }
+  SymbolLoader& symbols() override { return ownSymbols; }
+  GammaTables& gammaTables() override { return ownGammaTables; }
+  UserDefaults& defaults() override { return ownDefaults; }
+  DeskAccessibility& accessibility() override { return ownAccessibility; }
+  ProcessRunner& processes() override { return ownProcesses; }
+  Applications& applications() override { return ownApplications; }
+  SystemLog& log() override { return ownLog; }
+  HotkeyPort& hotkeys() override { return ownHotkeys; }
+  EventTapPort& eventTaps() override { return ownEventTaps; }
+  DeskKeyboard& keyboard() override { return ownKeyboard; }
+  DeskNotifications& notifications() override { return ownNotifications; }
+  DeskSession& session() override { return ownSession; }
+  Resources& resources() override { return ownResources; }
+  std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
+
+  DeskHardware& hardware() { return *sharedHardware; }
+
+  /// Called for every call of a seam, with its name ("GammaTables.writeTable") and whether it is
+  /// made to fail; on the calling thread. For before the first call. Null: nobody listens.
+  void setCallTrace(Faults::CallTrace callTrace);
+
+  /// Ends the program as a signal does that can't be caught: whatever its objects still do fails
+  /// and reaches nothing. They may be destroyed at leisure, the machine last. Main thread.
+  void kill();
+
+ private:
+  // The settings end before the Runtime, whose clock they wait by; everything that a task on
+  // another queue may use ends after it.
+  const std::unique_ptr<SystemLog> targetLog;
+  const std::shared_ptr<DeskHardware> sharedHardware;
+  const std::shared_ptr<Faults> faults;
+  DeskLog ownLog;
+  DeskDisplays ownDisplays;
+  DeskRegistry ownRegistry;
+  DeskGammaTables ownGammaTables;
+  DeskAccessibility ownAccessibility;
+  DeskProcesses ownProcesses;
+  DeskApplications ownApplications;
+  DeskSymbols ownSymbols;
+  DeskHotkeys ownHotkeys;
+  DeskEventTaps ownEventTaps;
+  DeskKeyboard ownKeyboard;
+  DeskNotifications ownNotifications;
+  DeskSession ownSession;
+  DeskResources ownResources;
+  const std::unique_ptr<Runtime> ownRuntime;
+  DeskDefaults ownDefaults;
+};
+
+}  // namespace brivane

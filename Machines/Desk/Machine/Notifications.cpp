@@ -1,0 +1,89 @@
+#include "Machines/Desk/Machine/Notifications.h"
+
+namespace brivane {
+
+DeskNotifications::DeskNotifications(DeskHardware& deskHardware, Faults& machineFaults,
+                                     Runtime& machineRuntime, bool processIsReal)
+    : hardware(deskHardware),
+      faults(machineFaults),
+      runtime(machineRuntime),
+      isReal(processIsReal),
+      hardwareNotices(
+          deskHardware.observe([this](HardwareNotice notice) { announceNotice(notice); })) {}
+
+Observation DeskNotifications::observeScreenParameters(Task handler) {
+  if (faults.strikes("SystemNotifications.observeScreenParameters")) return nullptr;
+  followOtherProcesses();
+  return topics->screenParameters.observe(std::move(handler));
+}
+
+Observation DeskNotifications::observeDidWake(Task handler) {
+  if (faults.strikes("SystemNotifications.observeDidWake")) return nullptr;
+  followOtherProcesses();
+  return topics->didWake.observe(std::move(handler));
+}
+
+Observation DeskNotifications::observeScreensDidWake(Task handler) {
+  if (faults.strikes("SystemNotifications.observeScreensDidWake")) return nullptr;
+  followOtherProcesses();
+  return topics->screensDidWake.observe(std::move(handler));
+}
+
+Observation DeskNotifications::observeTermination(Task handler) {
+  if (faults.strikes("SystemNotifications.observeTermination")) return nullptr;
+  auto observation = topics->termination.observe(std::move(handler));
+  if (!isReal) return observation;
+  struct WithSignals {
+    Observation observation;
+    std::shared_ptr<Signals> signals;
+  };
+  return std::make_shared<WithSignals>(WithSignals{std::move(observation), waitForSignals()});
+}
+
+void DeskNotifications::followOtherProcesses() {
+  const auto folder = hardware.stateFolder();
+  if (!isReal || !folder || otherProcesses) return;
+  otherProcesses = std::make_unique<FolderWatch>(*folder, DeskHardware::eventsFile, runtime,
+                                                 [this] { hardware.meetEvents(); });
+  if (!otherProcesses->isWatching()) hardware.reportUnwatched();
+  hardware.follow();
+  hardware.takeKeyboard();
+}
+
+std::shared_ptr<DeskNotifications::Signals> DeskNotifications::waitForSignals() {
+  if (auto shared = signals.lock()) return shared;
+  auto started = std::make_shared<Signals>(std::make_unique<TerminationSignals>(
+      runtime, [all = topics] { all->termination.announce(); }));
+  signals = started;
+  return started;
+}
+
+void DeskNotifications::askToEnd() {
+  announceSoon(&Topics::termination);
+}
+
+void DeskNotifications::end() {
+  otherProcesses.reset();
+  hardwareNotices.reset();
+  *topics = {};
+  if (const auto shared = signals.lock()) shared->reset();
+}
+
+void DeskNotifications::announceNotice(HardwareNotice notice) {
+  switch (notice) {
+    case HardwareNotice::screenParameters:
+      return announceSoon(&Topics::screenParameters);
+    case HardwareNotice::didWake:
+      return announceSoon(&Topics::didWake);
+    case HardwareNotice::screensDidWake:
+      return announceSoon(&Topics::screensDidWake);
+    case HardwareNotice::appearance:
+      return;
+  }
+}
+
+void DeskNotifications::announceSoon(Topic Topics::*topic) {
+  runtime.async([all = topics, topic] { ((*all).*topic).announce(); });
+}
+
+}  // namespace brivane

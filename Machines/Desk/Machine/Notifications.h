@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+
+#include "BrivaneCore/Seams/SystemNotifications.h"
+#include "Machines/Common/TerminationSignals.h"
+#include "Machines/Common/Topic.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Machine/Faults.h"
+#include "Machines/Desk/State/FolderWatch.h"
+
+namespace brivane {
+
+/// What happens to the hardware, announced to one program. In a real process that includes what
+/// other processes do to it, from the first observation on: a program that observes nothing pays
+/// nothing. An observation that is made to fail never hears anything.
+class DeskNotifications : public SystemNotifications {
+ public:
+  /// See `DeskProcess`.
+  DeskNotifications(DeskHardware& deskHardware, Faults& machineFaults, Runtime& machineRuntime,
+                    bool processIsReal);
+
+  Observation observeScreenParameters(Task handler) override;
+  Observation observeDidWake(Task handler) override;
+  Observation observeScreensDidWake(Task handler) override;
+  Observation observeTermination(Task handler) override;
+
+  /// As a signal does.
+  void askToEnd();
+
+  /// Nothing is announced any more, and signals that were observed do nothing.
+  void end();
+
+ private:
+  struct Topics {
+    Topic screenParameters;
+    Topic didWake;
+    Topic screensDidWake;
+    Topic termination;
+  };
+
+  using Signals = std::unique_ptr<TerminationSignals>;
+
+  void followOtherProcesses();
+  std::shared_ptr<Signals> waitForSignals();
+  void announceSoon(Topic Topics::*topic);
+  void announceNotice(HardwareNotice notice);
+
+  DeskHardware& hardware;
+  Faults& faults;
+  Runtime& runtime;
+  const bool isReal;
+  const std::shared_ptr<Topics> topics = std::make_shared<Topics>();
+  /// Shared by all who observe the termination; empty once this has ended.
+  std::weak_ptr<Signals> signals;
+  Observation hardwareNotices;
+  std::unique_ptr<FolderWatch> otherProcesses;
+};
+
+}  // namespace brivane

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <variant>
+
+#include "Machines/Desk/Machine/Machine.h"
+
+namespace brivane {
+
+/// The desk that the file describes, in real time, with its state in the folder "<file>.state" and
+/// its log on standard error; or, in one line, what is wrong with the file.
+std::variant<std::unique_ptr<DeskMachine>, std::string> openDesk(const std::filesystem::path& file);
+
+}  // namespace brivane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "BrivaneCore/Seams/IORegistry.h"
+#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Machine/Faults.h"
+
+namespace brivane {
+
+/// The desk's registry of hardware: below the root, for each display, a display controller named
+/// after the port with the panel some steps below it, and beside it the channel with the AV proxy.
+class DeskRegistry : public IORegistry {
+ public:
+  /// The faults are shared because entries may outlive the registry.
+  DeskRegistry(const DeskHardware& deskHardware, std::shared_ptr<Faults> machineFaults)
+      : hardware(deskHardware), faults(std::move(machineFaults)) {}
+
+  std::unique_ptr<RegistryIterator> allServices() override;
+
+  /// The display whose AV proxy the entry is, when a service can be made for it.
+  static std::optional<DisplayID> displayOfProxy(const RegistryEntry& entry);
+
+ private:
+  const DeskHardware& hardware;
+  const std::shared_ptr<Faults> faults;
+};
+
+}  // namespace brivane
