@@ -3,9 +3,9 @@
 #include <memory>
 
 #include "BrivaneUI/Frame/Frame.h"
-#include "Machines/Common/AppearanceSource.h"
-#include "Machines/Common/LiveDesk.h"
-#include "Machines/Common/SharedWindowSystem.h"
+#include "Machines/Common/Frame/AppearanceSource.h"
+#include "Machines/Common/Frame/LiveDesk.h"
+#include "Machines/Common/Frame/SharedWindowSystem.h"
 
 namespace brivane {
 

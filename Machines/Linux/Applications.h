@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "BrivaneCore/Seams/Applications.h"
-#include "Machines/Common/AnnouncedProcess.h"
+#include "Machines/Common/Processes/AnnouncedProcess.h"
 
 namespace brivane {
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <variant>
 
-#include "Machines/Common/WholeFile.h"
+#include "Machines/Common/Files/WholeFile.h"
 #include "Machines/Linux/System/Environment.h"
 
 namespace brivane {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Machines/Common/LaunchControl.h"
+#include "Machines/Common/Processes/LaunchControl.h"
 
 namespace brivane {
 

@@ -19,7 +19,7 @@
 #include <utility>
 #include <vector>
 
-#include "Machines/Common/FileDescriptor.h"
+#include "Machines/Common/Files/FileDescriptor.h"
 #include "Machines/Linux/Registry.h"
 #include "Machines/Linux/System/Sysfs.h"
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "Machines/Common/JsonFileDefaults.h"
+#include "Machines/Common/Files/JsonFileDefaults.h"
 #include "Machines/Linux/Defaults.h"
 
 namespace brivane {

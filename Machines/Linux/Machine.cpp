@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Common/Files/ResourceFolder.h"
 #include "Machines/Linux/Advice.h"
 #include "Machines/Linux/Defaults.h"
 #include "Machines/Linux/DefaultsSuite.h"

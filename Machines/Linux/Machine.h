@@ -1,8 +1,8 @@
 #pragma once
 
 #include "BrivaneCore/Seams/ResidentMachine.h"
-#include "Machines/Common/JsonFileDefaults.h"
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Files/JsonFileDefaults.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Linux/Accessibility.h"
 #include "Machines/Linux/Applications.h"
 #include "Machines/Linux/AutostartEntry.h"

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "BrivaneCore/Seams/SystemNotifications.h"
-#include "Machines/Common/TerminationSignals.h"
+#include "Machines/Common/Processes/TerminationSignals.h"
 #include "Machines/Common/Topic.h"
 #include "Machines/Linux/SleepGate.h"
 #include "Machines/Linux/SleepWatch.h"

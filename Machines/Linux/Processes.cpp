@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Machines/Common/ChildProcess.h"
+#include "Machines/Common/Processes/ChildProcess.h"
 #include "Machines/Linux/HIDUtil/HIDUtil.h"
 
 namespace brivane {

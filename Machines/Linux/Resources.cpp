@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Common/Files/ResourceFolder.h"
 #include "Machines/Linux/System/Environment.h"
 
 namespace brivane {

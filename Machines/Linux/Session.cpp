@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "Machines/Common/ChildProcess.h"
+#include "Machines/Common/Processes/ChildProcess.h"
 #include "Machines/Linux/System/Environment.h"
 #include "Machines/Linux/System/Sysfs.h"
 

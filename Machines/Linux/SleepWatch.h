@@ -5,7 +5,7 @@
 
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
-#include "Machines/Common/FileDescriptor.h"
+#include "Machines/Common/Files/FileDescriptor.h"
 #include "Machines/Linux/System/DescriptorWatch.h"
 #include "Machines/Linux/System/SystemBus.h"
 

@@ -1,6 +1,6 @@
 #include "Machines/Mac/Processes.h"
 
-#include "Machines/Common/ChildProcess.h"
+#include "Machines/Common/Processes/ChildProcess.h"
 
 namespace brivane {
 

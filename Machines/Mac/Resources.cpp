@@ -2,7 +2,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Common/Files/ResourceFolder.h"
 #include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {

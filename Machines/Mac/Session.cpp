@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "Machines/Common/ModifiedAt.h"
+#include "Machines/Common/Files/ModifiedAt.h"
 #include "Machines/Mac/CoreFoundation/CFText.h"
 
 namespace brivane {

@@ -8,7 +8,7 @@
 
 #include "BrivaneCore/Support/Observation.h"
 #include "BrivaneUI/Appearance.h"
-#include "Machines/Common/AppearanceSource.h"
+#include "Machines/Common/Frame/AppearanceSource.h"
 #include "Machines/Common/Topic.h"
 #include "Machines/Qt/ColorSchemePortal.h"
 

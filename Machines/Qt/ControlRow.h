@@ -3,7 +3,7 @@
 #include <QWidget>
 #include <vector>
 
-#include "Machines/Common/LiveControls.h"
+#include "Machines/Common/Frame/LiveControls.h"
 
 namespace brivane {
 

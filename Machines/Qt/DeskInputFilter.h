@@ -10,7 +10,7 @@
 #include <map>
 #include <optional>
 
-#include "Machines/Common/LiveDesk.h"
+#include "Machines/Common/Frame/LiveDesk.h"
 #include "Machines/Qt/DeskKeys.h"
 
 namespace brivane {

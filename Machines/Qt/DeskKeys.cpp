@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 
 namespace brivane {
 namespace {

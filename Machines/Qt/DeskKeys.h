@@ -5,7 +5,7 @@
 #include <optional>
 #include <variant>
 
-#include "Machines/Common/LiveDesk.h"
+#include "Machines/Common/Frame/LiveDesk.h"
 
 namespace brivane {
 

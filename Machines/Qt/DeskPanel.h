@@ -5,7 +5,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "Machines/Common/LiveControls.h"
+#include "Machines/Common/Frame/LiveControls.h"
 #include "Machines/Qt/ControlRow.h"
 #include "Machines/Qt/StatusItem.h"
 

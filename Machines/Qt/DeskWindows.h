@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "Machines/Common/LiveDesk.h"
+#include "Machines/Common/Frame/LiveDesk.h"
 #include "Machines/Qt/Application.h"
 #include "Machines/Qt/DeskInputFilter.h"
 #include "Machines/Qt/DeskPanel.h"

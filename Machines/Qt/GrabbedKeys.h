@@ -8,7 +8,7 @@
 #include <optional>
 #include <set>
 
-#include "Machines/Common/SharedWindowSystem.h"
+#include "Machines/Common/Frame/SharedWindowSystem.h"
 
 namespace brivane {
 

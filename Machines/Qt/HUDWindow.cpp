@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Machines/Common/Transition.h"
+#include "Machines/Common/Frame/Transition.h"
 #include "Machines/Qt/Painter.h"
 #include "Machines/Qt/ScreenMap.h"
 #include "Machines/Qt/XSelections.h"

@@ -4,7 +4,7 @@
 #include <QTimer>
 
 #include "BrivaneCore/Seams/Runtime.h"
-#include "Machines/Common/HostedMainQueue.h"
+#include "Machines/Common/Frame/HostedMainQueue.h"
 
 namespace brivane {
 

@@ -5,10 +5,10 @@
 
 #include "BrivaneCore/Seams/ResidentMachine.h"
 #include "BrivaneUI/Frame/Frame.h"
-#include "Machines/Common/AppearanceSource.h"
-#include "Machines/Common/HostedMainQueue.h"
-#include "Machines/Common/LiveDesk.h"
-#include "Machines/Common/SharedWindowSystem.h"
+#include "Machines/Common/Frame/AppearanceSource.h"
+#include "Machines/Common/Frame/HostedMainQueue.h"
+#include "Machines/Common/Frame/LiveDesk.h"
+#include "Machines/Common/Frame/SharedWindowSystem.h"
 
 // What the program and the module with the Qt frame have in common. The toolkit lies in a library
 // of its own, which only the resident start loads; nothing here needs it.

@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-#include "Machines/Common/LiveDesk.h"
+#include "Machines/Common/Frame/LiveDesk.h"
 #include "Machines/Qt/ControlRow.h"
 #include "Machines/Qt/ElidedLabel.h"
 

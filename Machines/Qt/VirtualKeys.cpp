@@ -1,7 +1,7 @@
 #include "Machines/Qt/VirtualKeys.h"
 
 #include "BrivaneCore/Seams/Keyboard.h"
-#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 
 namespace brivane {
 namespace {

@@ -19,7 +19,7 @@
 #include <vector>
 
 #include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Tests/Bench/ResidentFigures.h"
 #include "Tests/Bench/Table.h"
 #include "Tests/Bench/VisibleFigures.h"

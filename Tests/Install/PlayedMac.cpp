@@ -5,7 +5,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "Machines/Common/ChildProcess.h"
+#include "Machines/Common/Processes/ChildProcess.h"
 
 namespace brivane {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Desk/File/DeskFile.h"
 #include "Machines/Desk/Machine/Machine.h"
 #include "Machines/Desk/Machine/VirtualRuntime.h"

@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "BrivaneUI/ColorCatalogue.h"
-#include "Machines/Common/ChildProcess.h"
+#include "Machines/Common/Processes/ChildProcess.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {

@@ -1,6 +1,6 @@
 #include "Tools/BrivaneDesk/HardwareLines.h"
 
-#include "Machines/Common/PropertyJson.h"
+#include "Machines/Common/Files/PropertyJson.h"
 #include "Machines/Desk/File/FirmwareSection.h"
 #include "Machines/Desk/File/SystemSection.h"
 #include "Tools/BrivaneDesk/GammaReading.h"

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Common/Files/ResourceFolder.h"
 #include "Machines/Desk/Machine/OpenDesk.h"
 #include "Tools/BrivaneDesk/StepTable.h"
 

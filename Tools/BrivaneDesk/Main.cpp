@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Common/Files/ResourceFolder.h"
 #include "Tools/BrivaneDesk/PokeCommand.h"
 #include "Tools/BrivaneDesk/RunCommand.h"
 #include "Tools/BrivaneDesk/SwarmCommand.h"

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "Machines/Common/PropertyJson.h"
+#include "Machines/Common/Files/PropertyJson.h"
 #include "Tools/BrivaneDesk/Stage.h"
 #include "Tools/BrivaneDesk/StepTable.h"
 

@@ -10,8 +10,8 @@
 #include <variant>
 
 #include "BrivaneCore/Support/Fatal.h"
-#include "Machines/Common/EvdevKeys.h"
-#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Common/Files/ResourceFolder.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 #include "Machines/Desk/File/DeskFile.h"
 #include "Machines/Desk/LiveDesk/AppearanceOfDesk.h"
 #include "Machines/Desk/LiveDesk/DeskOnScreen.h"

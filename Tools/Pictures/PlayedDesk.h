@@ -7,7 +7,7 @@
 #include <string>
 
 #include "BrivaneApp/AppDelegate.h"
-#include "Machines/Common/HostedMainQueue.h"
+#include "Machines/Common/Frame/HostedMainQueue.h"
 #include "Machines/Desk/Machine/Machine.h"
 #include "Machines/Qt/Frame.h"
 

@@ -13,7 +13,7 @@
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneCore/Support/Geometry.h"
 #include "BrivaneCore/Support/PropertyValue.h"
-#include "Machines/Common/HotkeyTable.h"
+#include "Machines/Common/Keys/HotkeyTable.h"
 
 // What a desk file says, as plain values. docs/desk.md describes every member for people; the
 // defaults here are the desk file's defaults, except where a member says otherwise.

@@ -1,6 +1,6 @@
 #include "Machines/Desk/File/DeskFile.h"
 
-#include "Machines/Common/WholeFile.h"
+#include "Machines/Common/Files/WholeFile.h"
 #include "Machines/Desk/File/DisplaySection.h"
 #include "Machines/Desk/File/JsonParser.h"
 #include "Machines/Desk/File/SystemSection.h"

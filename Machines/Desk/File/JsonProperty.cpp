@@ -1,6 +1,6 @@
 #include "Machines/Desk/File/JsonProperty.h"
 
-#include "Machines/Common/TaggedProperty.h"
+#include "Machines/Common/Files/TaggedProperty.h"
 
 namespace brivane {
 namespace {

@@ -12,9 +12,9 @@
 
 #include "BrivaneCore/Seams/UserDefaults.h"
 #include "BrivaneCore/Support/Observation.h"
-#include "Machines/Common/AnnouncedProcess.h"
-#include "Machines/Common/HotkeyTable.h"
-#include "Machines/Common/TapStream.h"
+#include "Machines/Common/Keys/HotkeyTable.h"
+#include "Machines/Common/Keys/TapStream.h"
+#include "Machines/Common/Processes/AnnouncedProcess.h"
 #include "Machines/Desk/File/DeskDescription.h"
 #include "Machines/Desk/File/KeyTable.h"
 #include "Machines/Desk/Hardware/AttachedDisplays.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "BrivaneCore/Seams/UserDefaults.h"
-#include "Machines/Common/JsonFileDefaults.h"
+#include "Machines/Common/Files/JsonFileDefaults.h"
 #include "Machines/Desk/Hardware/HardwareState.h"
 #include "Machines/Desk/State/StoredState.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Machines/Common/AppearanceSource.h"
+#include "Machines/Common/Frame/AppearanceSource.h"
 #include "Machines/Desk/Hardware/DeskHardware.h"
 
 namespace brivane {

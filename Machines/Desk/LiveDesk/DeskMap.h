@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "BrivaneCore/Support/Geometry.h"
-#include "Machines/Common/LiveDesk.h"
+#include "Machines/Common/Frame/LiveDesk.h"
 
 namespace brivane {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "BrivaneCore/Support/LivenessAnchor.h"
-#include "Machines/Common/LiveDesk.h"
+#include "Machines/Common/Frame/LiveDesk.h"
 #include "Machines/Common/Topic.h"
 #include "Machines/Desk/LiveDesk/DeskMap.h"
 #include "Machines/Desk/LiveDesk/PanelResponse.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BrivaneCore/Seams/Runtime.h"
-#include "Machines/Common/LiveControls.h"
+#include "Machines/Common/Frame/LiveControls.h"
 #include "Machines/Desk/Hardware/DeskHardware.h"
 
 // What a person can read and do at a simulated monitor and at the machine itself. Main thread.

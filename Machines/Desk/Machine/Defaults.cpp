@@ -1,6 +1,6 @@
 #include "Machines/Desk/Machine/Defaults.h"
 
-#include "Machines/Common/PropertyJson.h"
+#include "Machines/Common/Files/PropertyJson.h"
 
 namespace brivane {
 namespace {

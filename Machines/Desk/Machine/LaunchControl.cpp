@@ -1,6 +1,6 @@
 #include "Machines/Desk/Machine/LaunchControl.h"
 
-#include "Machines/Common/LaunchControl.h"
+#include "Machines/Common/Processes/LaunchControl.h"
 #include "Machines/Desk/Machine/Session.h"
 
 namespace brivane {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "BrivaneCore/Seams/SystemNotifications.h"
-#include "Machines/Common/TerminationSignals.h"
+#include "Machines/Common/Processes/TerminationSignals.h"
 #include "Machines/Common/Topic.h"
 #include "Machines/Desk/Hardware/DeskHardware.h"
 #include "Machines/Desk/Machine/Faults.h"

@@ -1,7 +1,7 @@
 #include "Machines/Desk/Machine/OpenDesk.h"
 
-#include "Machines/Common/ResourceFolder.h"
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Files/ResourceFolder.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Desk/File/DeskFile.h"
 #include "Machines/Desk/Machine/Log.h"
 

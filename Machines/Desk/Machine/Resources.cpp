@@ -1,6 +1,6 @@
 #include "Machines/Desk/Machine/Resources.h"
 
-#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Common/Files/ResourceFolder.h"
 
 namespace brivane {
 

@@ -6,7 +6,7 @@
 
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
-#include "Machines/Common/FileDescriptor.h"
+#include "Machines/Common/Files/FileDescriptor.h"
 
 namespace brivane {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "Machines/Common/WholeFile.h"
+#include "Machines/Common/Files/WholeFile.h"
 #include "Machines/Desk/File/JsonSection.h"
 #include "Machines/Desk/State/StateFolder.h"
 

@@ -10,7 +10,7 @@
 
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Seams/SystemLog.h"
-#include "Machines/Common/FileLock.h"
+#include "Machines/Common/Files/FileLock.h"
 
 namespace brivane {
 

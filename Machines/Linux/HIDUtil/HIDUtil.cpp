@@ -10,7 +10,7 @@
 #include <set>
 #include <utility>
 
-#include "Machines/Common/FileLock.h"
+#include "Machines/Common/Files/FileLock.h"
 #include "Machines/Linux/System/RuntimeFolder.h"
 
 namespace brivane {

@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "Machines/Common/FileDescriptor.h"
+#include "Machines/Common/Files/FileDescriptor.h"
 #include "Machines/Linux/HIDUtil/KeymapPlan.h"
 
 namespace brivane {

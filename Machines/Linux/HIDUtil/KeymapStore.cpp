@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "Machines/Common/WholeFile.h"
+#include "Machines/Common/Files/WholeFile.h"
 
 namespace brivane {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <iostream>
 
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Linux/HIDUtil/HIDUtil.h"
 #include "Machines/Linux/System/RuntimeFolder.h"
 

@@ -8,7 +8,7 @@
 #include <charconv>
 
 #include "BrivaneCore/Support/Numbers.h"
-#include "Machines/Common/FileDescriptor.h"
+#include "Machines/Common/Files/FileDescriptor.h"
 
 namespace brivane {
 

@@ -8,7 +8,7 @@
 #include <array>
 #include <utility>
 
-#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 #include "Machines/Linux/X11/XConnection.h"
 
 namespace brivane {

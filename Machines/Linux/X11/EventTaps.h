@@ -8,8 +8,8 @@
 #include "BrivaneCore/Seams/EventTapPort.h"
 #include "BrivaneCore/Seams/SystemLog.h"
 #include "BrivaneCore/Support/Observation.h"
-#include "Machines/Common/SharedWindowSystem.h"
-#include "Machines/Common/TapStream.h"
+#include "Machines/Common/Frame/SharedWindowSystem.h"
+#include "Machines/Common/Keys/TapStream.h"
 #include "Machines/Linux/X11/XEvents.h"
 #include "Machines/Linux/X11/XKeyReleases.h"
 

@@ -14,7 +14,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 #include "Machines/Linux/X11/XConnection.h"
 
 namespace brivane {

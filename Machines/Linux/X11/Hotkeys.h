@@ -8,8 +8,8 @@
 
 #include "BrivaneCore/Seams/HotkeyPort.h"
 #include "BrivaneCore/Support/Observation.h"
-#include "Machines/Common/HotkeyTable.h"
-#include "Machines/Common/SharedWindowSystem.h"
+#include "Machines/Common/Frame/SharedWindowSystem.h"
+#include "Machines/Common/Keys/HotkeyTable.h"
 #include "Machines/Linux/X11/Keyboard.h"
 #include "Machines/Linux/X11/XEvents.h"
 #include "Machines/Linux/X11/XKeymap.h"

@@ -1,6 +1,6 @@
 #include "Machines/Linux/X11/Keyboard.h"
 
-#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 #include "Machines/Linux/X11/XConnection.h"
 
 namespace brivane {

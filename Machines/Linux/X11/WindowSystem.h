@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Machines/Common/JsonFileDefaults.h"
-#include "Machines/Common/SharedWindowSystem.h"
+#include "Machines/Common/Files/JsonFileDefaults.h"
+#include "Machines/Common/Frame/SharedWindowSystem.h"
 #include "Machines/Linux/System/Log.h"
 #include "Machines/Linux/X11/EventTaps.h"
 #include "Machines/Linux/X11/Hotkeys.h"

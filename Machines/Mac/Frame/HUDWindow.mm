@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Machines/Common/Transition.h"
+#include "Machines/Common/Frame/Transition.h"
 #include "Machines/Mac/Frame/AppKitValues.h"
 #include "Machines/Mac/Frame/PictureView.h"
 

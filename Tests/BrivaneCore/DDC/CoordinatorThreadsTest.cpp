@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Tests/Support/FakeMachine.h"
 
 // The coordinator on real threads: the main thread changes everything it can, as fast as it can,

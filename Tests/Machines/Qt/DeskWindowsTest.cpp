@@ -10,7 +10,7 @@
 #include <QTest>
 #include <QToolButton>
 
-#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 #include "Machines/Qt/DeskWindows.h"
 #include "Machines/Qt/HUDWindow.h"
 #include "Tests/Machines/Qt/QtBench.h"

@@ -7,7 +7,7 @@
 #include <QTest>
 
 #include "BrivaneCore/Seams/Keyboard.h"
-#include "Machines/Common/EvdevKeys.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 #include "Machines/Qt/CustomViewWidget.h"
 #include "Tests/FrameConformance/FrameUnderTest.h"
 #include "Tests/Machines/Qt/QtBench.h"

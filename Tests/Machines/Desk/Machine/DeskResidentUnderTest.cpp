@@ -1,5 +1,5 @@
 // The desk in the resident program's conformance suite: real time and a state folder.
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Desk/File/DeskFile.h"
 #include "Tests/ResidentConformance/ResidentUnderTest.h"
 #include "Tests/Support/SignalDispositions.h"

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Machines/Common/ThreadRuntime.h"
-#include "Machines/Common/WholeFile.h"
+#include "Machines/Common/Files/WholeFile.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Desk/State/FolderWatch.h"
 #include "Tests/Support/TemporaryFolder.h"
 

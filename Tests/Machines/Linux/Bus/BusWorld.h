@@ -10,7 +10,7 @@
 
 #include "BrivaneCore/DDC/AVServiceHandle.h"
 #include "BrivaneCore/DDC/IOAVBridge.h"
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Linux/Backlight.h"
 #include "Machines/Linux/Bus.h"
 #include "Machines/Linux/Connectors.h"

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <map>
 
-#include "Machines/Common/EvdevKeys.h"
-#include "Machines/Common/ResourceFolder.h"
+#include "Machines/Common/Files/ResourceFolder.h"
+#include "Machines/Common/Keys/EvdevKeys.h"
 #include "Machines/Linux/Machine.h"
 #include "Tests/ResidentConformance/ResidentUnderTest.h"
 #include "Tests/Support/FakeLogind.h"

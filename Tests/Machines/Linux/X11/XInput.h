@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <functional>
 
-#include "Machines/Common/ThreadRuntime.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Linux/X11/Keyboard.h"
 #include "Machines/Linux/X11/XEvents.h"
 #include "Machines/Linux/X11/XKeymap.h"

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "BrivaneCore/Seams/EventTapPort.h"
-#include "Machines/Common/HotkeyTable.h"
+#include "Machines/Common/Keys/HotkeyTable.h"
 
 namespace brivane::fake {
 

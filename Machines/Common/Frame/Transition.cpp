@@ -1,0 +1,76 @@
+#include "Machines/Common/Frame/Transition.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+namespace brivane {
+namespace {
+
+Paint faded(const Paint& paint, double opacity) {
+  if (const auto* const color = std::get_if<Color>(&paint)) {
+    return Color{color->red, color->green, color->blue, color->alpha * opacity};
+  }
+  const auto& system = std::get<SystemPaint>(paint);
+  return SystemPaint{system.color, system.opacity * opacity};
+}
+
+SymbolImage faded(const SymbolImage& symbol, double opacity) {
+  return {symbol.box, symbol.name, faded(symbol.paint, opacity)};
+}
+
+double between(double from, double to, double progress) {
+  return from + (to - from) * progress;
+}
+
+Rect between(const Rect& from, const Rect& to, double progress) {
+  return {between(from.x, to.x, progress), between(from.y, to.y, progress),
+          between(from.width, to.width, progress), between(from.height, to.height, progress)};
+}
+
+bool haveSameParts(const DisplayList& from, const DisplayList& to) {
+  return std::ranges::equal(from, to, {}, &Primitive::index, &Primitive::index);
+}
+
+/// Of two primitives of the same kind.
+Primitive interrupted(const Primitive& from, const Primitive& to, double progress) {
+  const auto* const oldBar = std::get_if<MaskedFill>(&from);
+  if (oldBar == nullptr) return to;
+  MaskedFill bar = std::get<MaskedFill>(to);
+  bar.mask.frame = between(oldBar->mask.frame, bar.mask.frame, progress);
+  return bar;
+}
+
+void add(DisplayList& list, const Primitive& from, const Primitive& to, double progress) {
+  const auto* const oldSymbol = std::get_if<SymbolImage>(&from);
+  const auto* const newSymbol = std::get_if<SymbolImage>(&to);
+  if (oldSymbol == nullptr || oldSymbol->name == newSymbol->name) {
+    list.push_back(interrupted(from, to, progress));
+    return;
+  }
+  list.emplace_back(faded(*oldSymbol, 1 - progress));
+  list.emplace_back(faded(*newSymbol, progress));
+}
+
+}  // namespace
+
+DisplayList between(const DisplayList& from, const DisplayList& to, double progress) {
+  if (progress >= 1 || !haveSameParts(from, to)) return to;
+  DisplayList list;
+  for (std::size_t index = 0; index < to.size(); ++index) {
+    add(list, from[index], to[index], progress);
+  }
+  return list;
+}
+
+DisplayList interrupted(const DisplayList& from, const DisplayList& to, double progress) {
+  if (!haveSameParts(from, to)) return to;
+  DisplayList list;
+  std::ranges::transform(from, to, std::back_inserter(list),
+                         [progress](const Primitive& before, const Primitive& after) {
+                           return interrupted(before, after, progress);
+                         });
+  return list;
+}
+
+}  // namespace brivane

@@ -1,0 +1,87 @@
+// A signal handler may do next to nothing, so it writes one byte to a pipe; a queue of the Runtime
+// waits at the other end and hands the news to the main queue. (Blocking the signals and reading
+// them from a descriptor would be passed on to child processes and miss threads that exist
+// already.) The end puts a handler that does nothing in its place, so that a signal that is found
+// ignored was ignored by whoever started the program.
+#include "Machines/Common/Processes/TerminationSignals.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+
+#include "BrivaneCore/Support/Fatal.h"
+
+namespace brivane {
+namespace {
+
+constexpr char signalled = 's';
+constexpr char ended = 'e';
+
+/// A signal handler knows nothing but what is global.
+std::atomic<int> handlersPipe = -1;
+
+void writeToPipe(int) {
+  const int before = errno;
+  [[maybe_unused]] const auto written = ::write(handlersPipe, &signalled, 1);
+  errno = before;
+}
+
+void doNothing(int) {}
+
+bool isIgnored(int signal) {
+  struct sigaction action {};
+  ::sigaction(signal, nullptr, &action);
+  return action.sa_handler == SIG_IGN;
+}
+
+void setAction(void (*handler)(int)) {
+  struct sigaction action {};
+  action.sa_handler = handler;
+  action.sa_flags = SA_RESTART;
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    if (signal == SIGTERM || !isIgnored(signal)) ::sigaction(signal, &action, nullptr);
+  }
+}
+
+void hand(int pipe, Runtime& runtime, const Task& handler) {
+  char news = ended;
+  while (true) {
+    const auto count = ::read(pipe, &news, 1);
+    if (count < 0 && errno == EINTR) continue;
+    if (count != 1 || news == ended) return;
+    runtime.async(handler);
+  }
+}
+
+}  // namespace
+
+TerminationSignals::TerminationSignals(Runtime& machineRuntime, Task handler)
+    : queue(machineRuntime.makeSerialQueue("signals", QueueQuality::userInitiated)) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) fatal("no pipe could be made for signals");
+  readEnd = FileDescriptor(ends[0]);
+  writeEnd = FileDescriptor(ends[1]);
+  ::fcntl(writeEnd.get(), F_SETFL, O_NONBLOCK);
+  int nobody = -1;
+  if (!handlersPipe.compare_exchange_strong(nobody, writeEnd.get())) {
+    fatal("the termination signals are waited for twice");
+  }
+  queue->async([pipe = readEnd.get(), &machineRuntime, task = std::move(handler)] {
+    hand(pipe, machineRuntime, task);
+  });
+  setAction(writeToPipe);
+}
+
+TerminationSignals::~TerminationSignals() {
+  setAction(doNothing);
+  handlersPipe = -1;
+  while (::write(writeEnd.get(), &ended, 1) < 0 && errno == EINTR) {
+  }
+  queue->sync([] {});
+}
+
+}  // namespace brivane

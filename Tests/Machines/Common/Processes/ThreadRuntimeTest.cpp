@@ -1,0 +1,147 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Machines/Common/Processes/ThreadRuntime.h"
+
+// Real time can always run late on a busy machine: these tests ask that nothing comes early or out
+// of order, never that it comes in time.
+
+namespace brivane {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+
+class ThreadRuntimeTest : public testing::Test {
+ protected:
+  std::vector<std::string> notes;
+  ThreadRuntime runtime;
+};
+
+TEST_F(ThreadRuntimeTest, ASleepLastsAtLeastAsLongAsAskedFor) {
+  const Instant start = runtime.now();
+  runtime.sleep(milliseconds(20));
+  EXPECT_GE(runtime.now() - start, milliseconds(20));
+}
+
+TEST_F(ThreadRuntimeTest, MainTasksRunInTheirOrderOnTheThreadThatRuns) {
+  const auto mainThread = std::this_thread::get_id();
+  const auto queue = runtime.makeSerialQueue("work", QueueQuality::userInitiated);
+  queue->async([&] {
+    runtime.async([&] {
+      EXPECT_EQ(std::this_thread::get_id(), mainThread);
+      notes.emplace_back("first");
+    });
+    runtime.async([&] {
+      notes.emplace_back("second");
+      runtime.stop();
+    });
+  });
+  runtime.run();
+  EXPECT_THAT(notes, ElementsAre("first", "second"));
+}
+
+TEST_F(ThreadRuntimeTest, TheThreadThatRunsIsTheMainThread) {
+  EXPECT_TRUE(runtime.isMainThread());
+  const auto queue = runtime.makeSerialQueue("work", QueueQuality::utility);
+  bool onQueue = true;
+  bool inTask = false;
+  std::thread([&] {
+    queue->async([&] {
+      onQueue = runtime.isMainThread();
+      runtime.async([&] {
+        inTask = runtime.isMainThread();
+        runtime.stop();
+      });
+    });
+    runtime.run();
+  }).join();
+  EXPECT_FALSE(onQueue);
+  EXPECT_TRUE(inTask);
+  EXPECT_FALSE(runtime.isMainThread());
+}
+
+TEST_F(ThreadRuntimeTest, TimersFireInTheOrderOfTheirDeadlinesAndNotEarly) {
+  const Instant start = runtime.now();
+  runtime.after(milliseconds(500), [&] {
+    EXPECT_GE(runtime.now() - start, milliseconds(500));
+    notes.emplace_back("later");
+    runtime.stop();
+  });
+  runtime.after(milliseconds(10), [&] { notes.emplace_back("sooner"); });
+  runtime.run();
+  EXPECT_THAT(notes, ElementsAre("sooner", "later"));
+}
+
+TEST_F(ThreadRuntimeTest, ARepeatingTimerFiresUntilCancelledAndLeavesOutWhatWasMissed) {
+  TimerID ticker = 0;
+  int ticks = 0;
+  const Instant start = runtime.now();
+  ticker = runtime.every(milliseconds(10), [&] {
+    if (++ticks == 1) runtime.sleep(milliseconds(45));
+    if (ticks < 3) return;
+    EXPECT_GE(runtime.now() - start, milliseconds(60));
+    runtime.cancel(ticker);
+    runtime.after(milliseconds(30), [&] { runtime.stop(); });
+  });
+  runtime.run();
+  EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(ThreadRuntimeTest, SyncRunsAfterWhatWasQueuedBefore) {
+  const auto queue = runtime.makeSerialQueue("work", QueueQuality::userInitiated);
+  queue->async([&] {
+    runtime.sleep(milliseconds(20));
+    notes.emplace_back("earlier");
+  });
+  queue->sync([&] { notes.emplace_back("mine"); });
+  EXPECT_THAT(notes, ElementsAre("earlier", "mine"));
+}
+
+TEST_F(ThreadRuntimeTest, AQueueNeverRunsTwoTasksAtOnce) {
+  const auto queue = runtime.makeSerialQueue("work", QueueQuality::userInitiated);
+  int inside = 0;
+  int sum = 0;
+  const Task task = [&] {
+    EXPECT_EQ(++inside, 1);
+    ++sum;
+    --inside;
+  };
+  std::thread other([&] {
+    for (int i = 0; i < 500; ++i) queue->sync(task);
+  });
+  for (int i = 0; i < 500; ++i) {
+    queue->async(task);
+    queue->sync(task);
+  }
+  other.join();
+  queue->sync([] {});
+  EXPECT_EQ(sum, 1500);
+}
+
+TEST(ThreadRuntime, EndingWaitsForTheRunningTaskAndDropsTheOthers) {
+  std::atomic<bool> started = false;
+  std::atomic<bool> finished = false;
+  std::atomic<bool> other = false;
+  {
+    ThreadRuntime runtime;
+    const auto queue = runtime.makeSerialQueue("work", QueueQuality::userInitiated);
+    queue->async([&] {
+      started = true;
+      runtime.sleep(milliseconds(500));
+      finished = true;
+    });
+    queue->async([&] { other = true; });
+    while (!started) std::this_thread::yield();
+  }
+  EXPECT_TRUE(finished);
+  EXPECT_FALSE(other);
+}
+
+}  // namespace
+}  // namespace brivane
