@@ -4,6 +4,8 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 
+#include "Machines/Qt/StatusIcon.h"
+
 namespace brivane {
 namespace {
 
@@ -27,7 +29,9 @@ DeskPanel::DeskPanel(std::function<void()> whenClosed)
   button->setAutoRaise(true);
   button->setFocusPolicy(Qt::StrongFocus);
   button->setEnabled(false);
-  connect(button, &QToolButton::clicked, this, [this] { openMenu(); });
+  connect(button, &QToolButton::clicked, this, [this] {
+    if (whenClicked) whenClicked(button->mapToGlobal(button->rect().bottomLeft()));
+  });
   row->addWidget(button, 0, Qt::AlignTop);
   controls = new ControlRow(this, panelControlHeight, panelMargin);
   row->addWidget(controls, 1);
@@ -61,23 +65,12 @@ void DeskPanel::fit() {
   if (x() + width() > room.x() + room.width()) move(room.x() + room.width() - width(), y());
 }
 
-void DeskPanel::setStatusItem(QtStatusItem* item) {
-  statusItem = item;
-  connect(item, &QObject::destroyed, this, [this] { updateStatusItem(); });
-  updateStatusItem();
-}
-
-void DeskPanel::updateStatusItem() {
-  const auto shown = statusItem ? statusItem->button() : std::nullopt;
+void DeskPanel::showStatusItem(const std::optional<StatusButton>& shown) {
   button->setEnabled(shown.has_value());
   button->setIcon(shown ? statusIcon(*shown) : QIcon());
   const auto name = QString::fromStdString(shown ? shown->toolTip : std::string());
   button->setToolTip(name);
   button->setAccessibleName(name);
-}
-
-void DeskPanel::openMenu() {
-  if (statusItem) statusItem->menu().open(button->mapToGlobal(button->rect().bottomLeft()));
 }
 
 void DeskPanel::closeEvent(QCloseEvent* event) {

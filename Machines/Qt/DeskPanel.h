@@ -1,13 +1,14 @@
 #pragma once
 
-#include <QPointer>
+#include <QPoint>
 #include <QToolButton>
 #include <QWidget>
 #include <functional>
+#include <optional>
 
+#include "BrivaneUI/Frame/StatusItem.h"
 #include "Machines/Common/Frame/LiveControls.h"
 #include "Machines/Qt/ControlRow.h"
-#include "Machines/Qt/StatusItem.h"
 
 namespace brivane {
 
@@ -21,9 +22,10 @@ class DeskPanel : public QWidget {
   void show(const LiveControls& machine);
   /// At the upper edge of that part of the screen, in its middle.
   void place(const QRect& itsRoom);
-  void setStatusItem(QtStatusItem* item);
-  /// The item looks different.
-  void updateStatusItem();
+  /// How the program's status item looks; nothing when there is none. A click on it calls
+  /// `whenClicked` with the place for its menu.
+  void showStatusItem(const std::optional<StatusButton>& shown);
+  std::function<void(QPoint place)> whenClicked;
 
   QToolButton& statusButton() { return *button; }
 
@@ -31,12 +33,10 @@ class DeskPanel : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void openMenu();
   void fit();
 
   const std::function<void()> closed;
   QRect room;
-  QPointer<QtStatusItem> statusItem;
   QToolButton* button;
   ControlRow* controls;
 };

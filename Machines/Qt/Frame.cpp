@@ -30,12 +30,19 @@ QtFrame::QtFrame(const QtPlatform& platform, const QtFrameRequest& request)
 std::unique_ptr<StatusItem> QtFrame::makeStatusItem() {
   auto item = std::make_unique<QtStatusItem>(ownApplication, isX11);
   lastStatusItem = item.get();
-  if (deskWindows) {
-    DeskPanel& panel = deskWindows->panel();
-    item->onConfigured([&panel] { panel.updateStatusItem(); });
-    panel.setStatusItem(item.get());
-  }
+  if (deskWindows) showOnPanel(*item);
   return item;
+}
+
+void QtFrame::showOnPanel(QtStatusItem& item) {
+  DeskPanel& panel = deskWindows->panel();
+  const auto show = [&panel, &item] { panel.showStatusItem(item.button()); };
+  item.onConfigured(show);
+  show();
+  QObject::connect(&item, &QObject::destroyed, &panel, [&panel] { panel.showStatusItem({}); });
+  panel.whenClicked = [shown = QPointer(&item)](QPoint place) {
+    if (shown) shown->menu().open(place);
+  };
 }
 
 std::unique_ptr<HUDWindow> QtFrame::makeHUDWindow(const HUDWindowAttributes& attributes) {

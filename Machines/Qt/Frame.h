@@ -27,6 +27,8 @@ class QtFrame : public Frame {
   DeskWindows* desk() const { return deskWindows.get(); }
 
  private:
+  void showOnPanel(QtStatusItem& item);
+
   ResidentMachine& machine;
   const bool isX11;
   QtApplication ownApplication;

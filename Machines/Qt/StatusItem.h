@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QIcon>
 #include <QSystemTrayIcon>
 #include <functional>
 #include <memory>
@@ -40,8 +39,5 @@ class QtStatusItem : public QObject, public StatusItem {
   std::unique_ptr<QSystemTrayIcon> icon;
   std::unique_ptr<TrayHost> host;
 };
-
-/// The button's picture in the sizes that trays use.
-QIcon statusIcon(const StatusButton& button);
 
 }  // namespace brivane
