@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "Machines/Qt/Module.h"
+#include "Machines/Qt/Toolkit/FrameRequest.h"
 
 namespace brivane {
 namespace {

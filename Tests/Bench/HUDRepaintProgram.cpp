@@ -10,8 +10,8 @@
 #include "BrivaneUI/BrightnessHUDView.h"
 #include "BrivaneUI/Strings.h"
 #include "Machines/Desk/Machine/OpenDesk.h"
-#include "Machines/Qt/Frame.h"
-#include "Machines/Qt/HUDWindow.h"
+#include "Machines/Qt/Frame/Frame.h"
+#include "Machines/Qt/Frame/HUDWindow.h"
 #include "Tests/Bench/Table.h"
 #include "Tests/Support/TemporaryFolder.h"
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <utility>
 
-#include "Machines/Qt/TextLine.h"
+#include "Machines/Qt/Toolkit/TextLine.h"
 
 namespace brivane {
 namespace {

@@ -9,7 +9,7 @@
 #include <map>
 
 #include "BrivaneUI/AppIconArtwork.h"
-#include "Machines/Qt/Painter.h"
+#include "Machines/Qt/Toolkit/Painter.h"
 
 namespace brivane {
 namespace {

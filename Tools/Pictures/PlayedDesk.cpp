@@ -16,9 +16,9 @@
 #include "Machines/Desk/LiveDesk/AppearanceOfDesk.h"
 #include "Machines/Desk/LiveDesk/DeskOnScreen.h"
 #include "Machines/Desk/Machine/VirtualRuntime.h"
-#include "Machines/Qt/CustomViewWidget.h"
-#include "Machines/Qt/DeskPicture.h"
-#include "Machines/Qt/StatusItem.h"
+#include "Machines/Qt/Frame/CustomViewWidget.h"
+#include "Machines/Qt/Frame/StatusItem.h"
+#include "Machines/Qt/LiveDesk/DeskPicture.h"
 
 namespace brivane {
 namespace {

@@ -9,7 +9,7 @@
 #include "BrivaneApp/AppDelegate.h"
 #include "Machines/Common/Frame/HostedMainQueue.h"
 #include "Machines/Desk/Machine/Machine.h"
-#include "Machines/Qt/Frame.h"
+#include "Machines/Qt/Frame/Frame.h"
 
 namespace brivane {
 

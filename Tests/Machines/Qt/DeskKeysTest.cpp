@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "Machines/Qt/DeskKeys.h"
+#include "Machines/Qt/LiveDesk/DeskKeys.h"
 
 namespace brivane {
 namespace {

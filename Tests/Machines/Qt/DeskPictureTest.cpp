@@ -4,7 +4,7 @@
 #include <QTest>
 #include <QWidget>
 
-#include "Machines/Qt/DeskPicture.h"
+#include "Machines/Qt/LiveDesk/DeskPicture.h"
 #include "Tests/Machines/Qt/QtBench.h"
 #include "Tests/Support/TestDesk.h"
 

@@ -11,8 +11,8 @@
 #include <QToolButton>
 
 #include "Machines/Common/Keys/EvdevKeys.h"
-#include "Machines/Qt/DeskWindows.h"
-#include "Machines/Qt/HUDWindow.h"
+#include "Machines/Qt/Frame/HUDWindow.h"
+#include "Machines/Qt/LiveDesk/DeskWindows.h"
 #include "Tests/Machines/Qt/QtBench.h"
 
 namespace brivane {

@@ -15,7 +15,7 @@
 #include "BrivaneApp/HotkeyEditor.h"
 #include "BrivaneApp/Strings.h"
 #include "Machines/Common/Keys/EvdevKeys.h"
-#include "Machines/Qt/EditorWindow.h"
+#include "Machines/Qt/Frame/EditorWindow.h"
 #include "Tests/Machines/Qt/QtBench.h"
 #include "Tests/Support/BuiltResources.h"
 

@@ -5,7 +5,7 @@
 
 #include "BrivaneUI/BrightnessHUDView.h"
 #include "BrivaneUI/Strings.h"
-#include "Machines/Qt/Painter.h"
+#include "Machines/Qt/Toolkit/Painter.h"
 #include "Tests/Machines/Qt/QtBench.h"
 #include "Tests/Support/BuiltResources.h"
 

@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <QWidget>
 
-#include "Machines/Qt/HUDWindow.h"
+#include "Machines/Qt/Frame/HUDWindow.h"
 #include "Tests/Machines/Qt/QtBench.h"
 
 namespace brivane {

@@ -3,8 +3,8 @@
 
 #include <QWidgetAction>
 
-#include "Machines/Qt/Colors.h"
-#include "Machines/Qt/MenuRows.h"
+#include "Machines/Qt/Frame/MenuRows.h"
+#include "Machines/Qt/Toolkit/Colors.h"
 #include "Tests/Machines/Qt/MenuTest.h"
 
 namespace brivane {

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "Machines/Qt/Menu.h"
-#include "Machines/Qt/StatusItem.h"
+#include "Machines/Qt/Frame/Menu.h"
+#include "Machines/Qt/Frame/StatusItem.h"
 #include "Tests/Machines/Qt/QtBench.h"
 
 namespace brivane {

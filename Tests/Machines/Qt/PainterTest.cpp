@@ -3,8 +3,8 @@
 #include <QFontInfo>
 #include <QGuiApplication>
 
-#include "Machines/Qt/Painter.h"
-#include "Machines/Qt/Symbols.h"
+#include "Machines/Qt/Toolkit/Painter.h"
+#include "Machines/Qt/Toolkit/Symbols.h"
 #include "Tests/Machines/Qt/QtBench.h"
 
 namespace brivane {

@@ -8,7 +8,7 @@
 
 #include "Machines/Common/Topic.h"
 #include "Machines/Desk/Machine/OpenDesk.h"
-#include "Machines/Qt/Frame.h"
+#include "Machines/Qt/Frame/Frame.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {

@@ -8,7 +8,7 @@
 
 #include "BrivaneCore/Seams/Keyboard.h"
 #include "Machines/Common/Keys/EvdevKeys.h"
-#include "Machines/Qt/CustomViewWidget.h"
+#include "Machines/Qt/Frame/CustomViewWidget.h"
 #include "Tests/FrameConformance/FrameUnderTest.h"
 #include "Tests/Machines/Qt/QtBench.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Machines/Qt/ScreenMap.h"
+#include "Machines/Qt/Toolkit/ScreenMap.h"
 
 namespace brivane {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "BrivaneUI/AppIconArtwork.h"
-#include "Machines/Qt/StatusIcon.h"
+#include "Machines/Qt/Toolkit/StatusIcon.h"
 #include "Tests/Machines/Qt/QtBench.h"
 
 namespace brivane {

@@ -8,8 +8,8 @@
 #include <functional>
 #include <memory>
 
-#include "Machines/Qt/HUDWindow.h"
-#include "Machines/Qt/XSelections.h"
+#include "Machines/Qt/Frame/HUDWindow.h"
+#include "Machines/Qt/Toolkit/XSelections.h"
 #include "Tests/Machines/QtOnX/OnXWorld.h"
 #include "Tests/Support/Onlooker.h"
 

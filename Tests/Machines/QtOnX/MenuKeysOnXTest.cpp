@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "Machines/Qt/Menu.h"
+#include "Machines/Qt/Frame/Menu.h"
 #include "Tests/Machines/QtOnX/OnXWorld.h"
 #include "Tests/Support/XKeys.h"
 

@@ -5,7 +5,7 @@
 
 #include "Machines/Desk/Machine/OpenDesk.h"
 #include "Machines/Linux/Machine.h"
-#include "Machines/Qt/Frame.h"
+#include "Machines/Qt/Frame/Frame.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/X11Rig.h"
 

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+
+#include "BrivaneUI/Frame/EditorWindow.h"
+#include "Machines/Qt/Toolkit/Application.h"
+
+namespace brivane {
+
+/// A custom view as a widget. By keyboard it is reached with Tab and clicked with the space bar or
+/// Return. Main thread.
+class CustomViewWidget : public QWidget, public CustomViewHost {
+ public:
+  CustomViewWidget(const WindowView& itsField, QtApplication& itsApplication, QWidget* parent);
+
+  /// As a hand does.
+  void click();
+  /// The view is content of its window no more.
+  void leave();
+
+  void setNeedsDisplay() override;
+  void makeFirstResponder() override;
+  void resignFirstResponder() override;
+  void beep() override;
+
+ protected:
+  bool event(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  /// Null once it has left.
+  CustomView* view;
+  QtApplication& application;
+  bool isFirstResponder = false;
+};
+
+}  // namespace brivane

@@ -1,0 +1,99 @@
+// What X tells Qt of a key is what the machine would have been told, with the same codes and
+// modifiers and in the same order. One thing is different: Qt's connection tells a repeat as a
+// release and a press at one time. So what follows a release says whether it was one. Whether the
+// key is down doesn't: it may have gone up since, with its repeats unread. When nothing follows, a
+// message to the popup itself does, behind all that the server has told before.
+#include "Machines/Qt/Frame/GrabbedKeys.h"
+
+#include <QCoreApplication>
+#include <utility>
+
+#include "Machines/Qt/Toolkit/XSelections.h"
+
+namespace brivane {
+namespace {
+
+constexpr int sentByAnotherClient = 0x80;
+
+int kindOf(const xcb_key_press_event_t& event) {
+  return event.response_type & ~sentByAnotherClient;
+}
+
+}  // namespace
+
+GrabbedKeys::GrabbedKeys(SharedWindowSystem& sharedSystem, const QWidget& itsPopup)
+    : system(sharedSystem), popup(itsPopup) {
+  QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+GrabbedKeys::~GrabbedKeys() {
+  QCoreApplication::instance()->removeNativeEventFilter(this);
+}
+
+void GrabbedKeys::giveKeyboardBack() {
+  doubtfulRelease.reset();
+  takenKeys.clear();
+  // Until the server has done what Qt asked of it, the popup has the keyboard still.
+  waitForX();
+  system.keyboardIsBack();
+}
+
+bool GrabbedKeys::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
+  if (type != "xcb_generic_event_t" || !popup.testAttribute(Qt::WA_WState_Created)) return false;
+  if (isOwnMessage(*static_cast<const xcb_client_message_event_t*>(message))) {
+    tellRelease();
+    if (!popup.isVisible()) giveKeyboardBack();
+    return true;
+  }
+  const auto& event = *static_cast<const xcb_key_press_event_t*>(message);
+  const int kind = kindOf(event);
+  const bool isKey = kind == XCB_KEY_PRESS || kind == XCB_KEY_RELEASE;
+  if (!isKey || event.event != popup.winId()) return false;
+  const bool isTaken = take(event);
+  if (!popup.isVisible()) giveKeyboardBack();
+  return isTaken;
+}
+
+bool GrabbedKeys::take(const xcb_key_press_event_t& event) {
+  if (kindOf(event) == XCB_KEY_PRESS) {
+    pressed(event);
+    return takenKeys.contains(event.detail);
+  }
+  const bool wasTaken = takenKeys.contains(event.detail);
+  released(event);
+  return wasTaken;
+}
+
+void GrabbedKeys::pressed(const xcb_key_press_event_t& event) {
+  const bool isRepeat = doubtfulRelease && doubtfulRelease->detail == event.detail &&
+                        doubtfulRelease->time == event.time;
+  if (isRepeat) doubtfulRelease.reset();
+  tellRelease();
+  if (system.take({true, event.detail, event.state})) takenKeys.insert(event.detail);
+}
+
+void GrabbedKeys::released(const xcb_key_press_event_t& event) {
+  tellRelease();
+  if (!takenKeys.contains(event.detail)) {
+    system.take({false, event.detail, event.state});
+    return;
+  }
+  doubtfulRelease = event;
+  sendToOneself(static_cast<xcb_window_t>(popup.winId()), ++lastMessage);
+}
+
+bool GrabbedKeys::isOwnMessage(const xcb_client_message_event_t& event) const {
+  return (event.response_type & ~sentByAnotherClient) == XCB_CLIENT_MESSAGE &&
+         event.window == popup.winId() && event.type == XCB_ATOM_INTEGER &&
+         event.data.data32[0] == lastMessage && doubtfulRelease;
+}
+
+/// It was one.
+void GrabbedKeys::tellRelease() {
+  const auto release = std::exchange(doubtfulRelease, std::nullopt);
+  if (!release) return;
+  takenKeys.erase(release->detail);
+  system.take({false, release->detail, release->state});
+}
+
+}  // namespace brivane

@@ -1,0 +1,290 @@
+// Window managers would frame the window, place it where they like and take clicks for their frame;
+// so it goes past them. Where nobody blends windows, what should shine through would be black: then
+// the card stands on a ground of its own, and the X server cuts the corners off.
+#include "Machines/Qt/Frame/HUDWindow.h"
+
+#include <QBitmap>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWidget>
+#include <algorithm>
+#include <cmath>
+
+#include "Machines/Common/Frame/Transition.h"
+#include "Machines/Qt/Toolkit/Painter.h"
+#include "Machines/Qt/Toolkit/ScreenMap.h"
+#include "Machines/Qt/Toolkit/XSelections.h"
+
+namespace brivane {
+namespace {
+
+/// Whoever owns this blends the windows of the first screen; X servers of today have no other.
+constexpr auto compositingManager = "_NET_WM_CM_S0";
+
+constexpr double secondsPerSpinnerTurn = 0.8;
+constexpr int frameMilliseconds = 16;
+/// A step of the spinner.
+constexpr int spinnerMilliseconds = 100;
+
+Qt::WindowFlags windowFlags(const HUDWindowAttributes& attributes) {
+  Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus |
+                          Qt::BypassWindowManagerHint | Qt::NoDropShadowWindowHint;
+  if (attributes.level > 0) flags |= Qt::WindowStaysOnTopHint;
+  if (attributes.ignoresMouseEvents) flags |= Qt::WindowTransparentForInput;
+  return flags;
+}
+
+QRect desktopPixels() {
+  QRect all;
+  for (const QScreen* const screen : QGuiApplication::screens()) {
+    const QRect points = screen->geometry();
+    all |= QRect(points.topLeft(), (QSizeF(points.size()) * screen->devicePixelRatio()).toSize());
+  }
+  return all;
+}
+
+/// Qt's own coordinates: a screen begins at its first pixel and goes on in points.
+QRect inPoints(const QRect& pixels) {
+  const QScreen* found = QGuiApplication::primaryScreen();
+  for (const QScreen* const screen : QGuiApplication::screens()) {
+    const QRect points = screen->geometry();
+    const QRect own(points.topLeft(),
+                    (QSizeF(points.size()) * screen->devicePixelRatio()).toSize());
+    if (own.contains(pixels.center())) found = screen;
+  }
+  if (found == nullptr) return pixels;
+  const QPoint origin = found->geometry().topLeft();
+  const double scale = found->devicePixelRatio();
+  const QPointF corner = QPointF(pixels.topLeft() - origin) / scale;
+  return {origin + corner.toPoint(), (QSizeF(pixels.size()) / scale).toSize()};
+}
+
+/// The part of the view that a primitive draws in; null for those that only the card is made of,
+/// and for one that moves by itself.
+const Rect* extentOf(const Primitive& primitive) {
+  if (const auto* const fill = std::get_if<MaskedFill>(&primitive)) return &fill->area;
+  if (const auto* const text = std::get_if<TextRun>(&primitive)) return &text->box;
+  if (const auto* const symbol = std::get_if<SymbolImage>(&primitive)) return &symbol->box;
+  return nullptr;
+}
+
+/// In Qt's coordinates, with room for smooth edges.
+QRect pixelsOf(const Rect& part, const QRect& view) {
+  constexpr int room = 2;
+  const QRectF box(part.x, view.height() - part.y - part.height, part.width, part.height);
+  return box.toAlignedRect().adjusted(-room, -room, room, room) & view;
+}
+
+/// Where the pictures differ, at most.
+QRegion difference(const DisplayList& from, const DisplayList& to, const QRect& view) {
+  if (from.size() != to.size()) return view;
+  QRegion area;
+  for (std::size_t index = 0; index < to.size(); ++index) {
+    if (from[index] == to[index]) continue;
+    for (const Primitive* const drawn : {&from[index], &to[index]}) {
+      const Rect* const extent = extentOf(*drawn);
+      if (extent == nullptr) return view;
+      area += pixelsOf(*extent, view);
+    }
+  }
+  return area;
+}
+
+}  // namespace
+
+class QtHUDWindow::View : public QWidget {
+ public:
+  View(QtHUDWindow& hud, Qt::WindowFlags flags) : QWidget(nullptr, flags), owner(hud) {}
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    owner.drawnAlpha = owner.alphaNow();
+    if (owner.isComposited) {
+      painter.setOpacity(owner.drawnAlpha);
+    } else {
+      painter.fillRect(rect(), owner.application.effectiveAppearance() == Appearance::dark
+                                   ? Qt::black
+                                   : Qt::white);
+    }
+    QtPainter canvas(painter, {.width = static_cast<double>(width()),
+                               .height = static_cast<double>(height()),
+                               .appearance = owner.application.effectiveAppearance(),
+                               .spinnerTurns = toSeconds(owner.runtime.now().time_since_epoch()) /
+                                               secondsPerSpinnerTurn});
+    draw(owner.contentNow(), canvas);
+  }
+
+ private:
+  QtHUDWindow& owner;
+};
+
+QtHUDWindow::QtHUDWindow(const HUDWindowAttributes& attributes, Runtime& frameRuntime,
+                         DisplaySystem& machineDisplays, QtApplication& frameApplication,
+                         const DeskWindows* deskWindows)
+    : runtime(frameRuntime),
+      displays(machineDisplays),
+      application(frameApplication),
+      desk(deskWindows),
+      compositor(xAtom(compositingManager)),
+      ownFrame(attributes.contentRect),
+      view(std::make_unique<View>(*this, windowFlags(attributes))) {
+  view->setObjectName("Brivane HUD");
+  view->setWindowTitle("Brivane");
+  view->setAttribute(Qt::WA_TranslucentBackground, !attributes.isOpaque);
+  view->setAttribute(Qt::WA_ShowWithoutActivating);
+  view->setAttribute(Qt::WA_X11NetWmWindowTypeNotification);
+  view->resize(static_cast<int>(ownFrame.width), static_cast<int>(ownFrame.height));
+  frameTimer.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&frameTimer, &QTimer::timeout, view.get(), [this] { step(); });
+}
+
+QtHUDWindow::~QtHUDWindow() = default;
+
+QWidget& QtHUDWindow::widget() {
+  return *view;
+}
+
+void QtHUDWindow::setFrame(const Rect& newFrame) {
+  ownFrame = newFrame;
+  place();
+}
+
+void QtHUDWindow::place() {
+  if (desk != nullptr) {
+    view->setGeometry(desk->placeOver(ownFrame));
+    return;
+  }
+  const double scale = view->devicePixelRatioF();
+  view->setGeometry(inPoints(placeOnDesktop(ownFrame, displays.screens(), desktopPixels(), scale)));
+}
+
+void QtHUDWindow::setAlpha(double alpha) {
+  alphaFrom = alphaTo = alpha;
+  alphaCourse = {};
+  reveal();
+  view->update();
+}
+
+void QtHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
+                               Task completion) {
+  alphaFrom = alphaNow();
+  alphaTo = alpha;
+  alphaCourse = {runtime.now(), durationSeconds};
+  alphaTiming = timing;
+  reveal();
+  // A held key asks for what is there already, many times a second.
+  if (alphaFrom != alphaTo || drawnAlpha != alphaTo) view->update();
+  animateWhileNeeded();
+  if (completion) runtime.after(fromSeconds(durationSeconds), std::move(completion));
+}
+
+void QtHUDWindow::orderFrontRegardless() {
+  const bool wasComposited = isComposited;
+  isComposited = !isOnX() || hasSelectionOwner(compositor);
+  if (isComposited != wasComposited) view->update();
+  isOrderedIn = true;
+  // The displays may have moved under a frame that has stayed what it is.
+  place();
+  shapeWithoutCompositor();
+  reveal();
+  view->raise();
+  animateWhileNeeded();
+}
+
+void QtHUDWindow::orderOut() {
+  isOrderedIn = false;
+  reveal();
+  frameTimer.stop();
+}
+
+void QtHUDWindow::installContentView(const DisplayList& newContent) {
+  shapedSize = {};
+  show(newContent, 0);
+}
+
+void QtHUDWindow::updateContent(const DisplayList& newContent, ContentChange change) {
+  show(newContent, change == ContentChange::animated ? contentChangeSeconds : 0);
+}
+
+void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
+  contentFrom = interrupted(contentFrom, content, contentProgress());
+  content = newContent;
+  const QRegion movedBefore = moving;
+  moving = durationSeconds > 0 ? difference(contentFrom, content, view->rect()) : view->rect();
+  contentCourse = {runtime.now(), durationSeconds};
+  hasSpinner = std::ranges::any_of(content, [](const Primitive& primitive) {
+    return std::holds_alternative<Spinner>(primitive);
+  });
+  redraw(movedBefore + moving);
+  animateWhileNeeded();
+}
+
+double QtHUDWindow::progress(const Course& course) const {
+  const double passed = secondsBetween(course.start, runtime.now());
+  if (passed >= course.durationSeconds) return 1;
+  return std::max(passed / course.durationSeconds, 0.0);
+}
+
+double QtHUDWindow::alphaNow() const {
+  const double share = progress(alphaCourse);
+  const double eased = alphaTiming == AnimationTiming::easeIn ? share * share : share;
+  return alphaFrom + (alphaTo - alphaFrom) * eased;
+}
+
+double QtHUDWindow::contentProgress() const {
+  const double left = 1 - progress(contentCourse);
+  return 1 - left * left;
+}
+
+DisplayList QtHUDWindow::contentNow() const {
+  return between(contentFrom, content, contentProgress());
+}
+
+/// Nobody but a compositor shows a window that can't be seen as nothing.
+void QtHUDWindow::reveal() {
+  view->setVisible(isOrderedIn && (isComposited || alphaNow() > 0));
+}
+
+/// While nothing moves nothing wakes the processor.
+void QtHUDWindow::animateWhileNeeded() {
+  const bool moves = progress(alphaCourse) < 1 || progress(contentCourse) < 1;
+  if (!isOrderedIn || !(moves || hasSpinner)) {
+    frameTimer.stop();
+    return;
+  }
+  const int milliseconds = moves ? frameMilliseconds : spinnerMilliseconds;
+  if (!frameTimer.isActive() || frameTimer.interval() != milliseconds) {
+    frameTimer.start(milliseconds);
+  }
+}
+
+/// The card around what moves takes longer to draw than all that is in it.
+void QtHUDWindow::redraw(const QRegion& part) {
+  const bool everythingMoves = hasSpinner || drawnAlpha != alphaNow();
+  view->update(everythingMoves ? view->rect() : part);
+}
+
+void QtHUDWindow::step() {
+  reveal();
+  redraw(moving);
+  animateWhileNeeded();
+}
+
+/// Every picture in a view has the same outline; a held key brings many.
+void QtHUDWindow::shapeWithoutCompositor() {
+  if (isComposited) {
+    view->clearMask();
+    shapedSize = {};
+    return;
+  }
+  if (shapedSize == view->size()) return;
+  shapedSize = view->size();
+  const QtPainter::View size{.width = static_cast<double>(view->width()),
+                             .height = static_cast<double>(view->height())};
+  const QImage picture = renderedPicture(content, size, 1);
+  view->setMask(QBitmap::fromImage(picture.createAlphaMask(Qt::ThresholdDither)));
+}
+
+}  // namespace brivane

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QSlider>
+#include <QWidget>
+#include <functional>
+
+#include "BrivaneUI/Frame/StatusItem.h"
+#include "Machines/Qt/Toolkit/Application.h"
+
+namespace brivane {
+
+/// A line to read in a menu; a long one loses its middle, because it ends with the level. Main
+/// thread.
+class MenuTextRow : public QWidget {
+ public:
+  MenuTextRow(const MenuText& itsText, QtApplication& itsApplication);
+
+  void setTitle(const std::string& title);
+
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QtApplication& application;
+  MenuTone tone;
+  QString title;
+};
+
+/// A line between groups of items. Main thread.
+class MenuSeparatorRow : public QWidget {
+ public:
+  explicit MenuSeparatorRow(QtApplication& itsApplication) : application(itsApplication) {}
+
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QtApplication& application;
+};
+
+/// A row with a slider over the whole width of a menu. Main thread.
+class MenuSliderRow : public QWidget {
+ public:
+  /// `moved` is called for the user's moves only, `letGo` at the end of each drag.
+  MenuSliderRow(const MenuSlider& slider, QtApplication& application,
+                std::function<void(double)> moved, std::function<void()> letGo);
+
+  void setValue(double newValue);
+
+ protected:
+  // A click that just misses the slider; the menu would take it for a choice and close.
+  void mousePressEvent(QMouseEvent*) override {}
+  void mouseReleaseEvent(QMouseEvent*) override {}
+
+ private:
+  bool isFollowing = false;
+  QSlider* control;
+};
+
+}  // namespace brivane

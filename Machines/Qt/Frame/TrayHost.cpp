@@ -1,0 +1,92 @@
+#include "Machines/Qt/Frame/TrayHost.h"
+
+#include <xcb/xcb.h>
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QGuiApplication>
+#include <utility>
+
+#include "Machines/Qt/Toolkit/XSelections.h"
+
+namespace brivane {
+namespace {
+
+constexpr auto watcherService = "org.kde.StatusNotifierWatcher";
+constexpr auto watcherPath = "/StatusNotifierWatcher";
+
+/// How long a start waits for the watcher, which answers in less than one of them; a desktop that
+/// is just starting, too, may take its time.
+constexpr int patienceMilliseconds = 50;
+
+/// Whoever owns this embeds windows of other clients as status items.
+constexpr auto embeddingTray = "_NET_SYSTEM_TRAY_S0";
+
+QDBusMessage question() {
+  auto message = QDBusMessage::createMethodCall(watcherService, watcherPath,
+                                                "org.freedesktop.DBus.Properties", "Get");
+  message << watcherService << "IsStatusNotifierHostRegistered";
+  return message;
+}
+
+}  // namespace
+
+void TrayHost::waitFor(std::function<void()> found) {
+  whenFound = std::move(found);
+  auto bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) {
+    log.write(
+        "Brivane has no session bus: only an XEmbed tray can show its status item, and the "
+        "desktop's choice of light or dark isn't heard; everything else works.");
+  }
+  watcher.setConnection(bus);
+  watcher.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+  watcher.addWatchedService(watcherService);
+  connect(&watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { askWatcher(); });
+  bus.connect(watcherService, watcherPath, watcherService, "StatusNotifierHostRegistered", this,
+              SLOT(hostRegistered()));
+  // Qt's loop, and with it a reply that comes later, has to wait for the rest of the start.
+  heard(bus.call(question(), QDBus::Block, patienceMilliseconds));
+  if (!whenFound) return;
+  askWatcher();
+  if (isOnX()) qApp->installNativeEventFilter(this);
+}
+
+void TrayHost::askWatcher() {
+  auto* const call =
+      new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question()), this);
+  connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+    call->deleteLater();
+    heard(call->reply());
+  });
+}
+
+/// The bus counts first: a desktop that has both shows the item better over it.
+void TrayHost::heard(const QDBusPendingReply<QDBusVariant>& reply) {
+  const bool hasHost = !reply.isError() && reply.value().variant().toBool();
+  if (hasHost || hasSelectionOwner(embeddingTray)) announce();
+}
+
+void TrayHost::hostRegistered() {
+  announce();
+}
+
+void TrayHost::announce() {
+  const auto found = std::exchange(whenFound, {});
+  if (found) found();
+}
+
+/// A tray that starts tells every client of the root window so.
+bool TrayHost::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
+  if (!whenFound || eventType != "xcb_generic_event_t") return false;
+  const auto* const event = static_cast<const xcb_generic_event_t*>(message);
+  if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE) return false;
+  const auto* const news = static_cast<const xcb_client_message_event_t*>(message);
+  if (news->type == xAtom("MANAGER") && hasSelectionOwner(embeddingTray)) announce();
+  return false;
+}
+
+}  // namespace brivane

@@ -1,0 +1,94 @@
+// Qt 6.4 knows nothing of light and dark: there are only colours, and few desktops hand theirs to
+// it. What they do offer is a setting at the portal.
+#include "Machines/Qt/Toolkit/Appearances.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace brivane {
+namespace {
+
+Appearance appearanceOf(const QPalette& palette) {
+  const int background = palette.color(QPalette::Window).lightness();
+  const int text = palette.color(QPalette::WindowText).lightness();
+  return background < text ? Appearance::dark : Appearance::light;
+}
+
+void set(QPalette& palette, QPalette::ColorRole role, const QColor& color) {
+  palette.setColor(role, color);
+}
+
+QPalette darkPalette() {
+  QPalette palette(QColor(66, 66, 71), QColor(42, 42, 46));
+  set(palette, QPalette::WindowText, QColor(236, 236, 238));
+  set(palette, QPalette::Text, QColor(236, 236, 238));
+  set(palette, QPalette::ButtonText, QColor(236, 236, 238));
+  set(palette, QPalette::BrightText, Qt::white);
+  set(palette, QPalette::Base, QColor(38, 38, 42));
+  set(palette, QPalette::ToolTipBase, QColor(62, 62, 66));
+  set(palette, QPalette::ToolTipText, QColor(236, 236, 238));
+  set(palette, QPalette::Highlight, QColor(64, 150, 236));
+  set(palette, QPalette::HighlightedText, Qt::white);
+  set(palette, QPalette::PlaceholderText, QColor(236, 236, 238, 128));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, QColor(140, 140, 146));
+  }
+  return palette;
+}
+
+QPalette lightPalette() {
+  QPalette palette(QColor(239, 239, 241), QColor(243, 243, 245));
+  set(palette, QPalette::Base, Qt::white);
+  set(palette, QPalette::Highlight, QColor(38, 110, 190));
+  set(palette, QPalette::HighlightedText, Qt::white);
+  return palette;
+}
+
+}  // namespace
+
+QtAppearances::QtAppearances(std::shared_ptr<AppearanceSource> itsSource)
+    : source(std::move(itsSource)) {
+  update();
+  qApp->installEventFilter(this);
+  if (source) {
+    sourceChanges = source->observe([this] { update(); });
+  } else {
+    portal.ask([this] { update(); });
+  }
+}
+
+bool QtAppearances::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) update();
+  return QObject::eventFilter(watched, event);
+}
+
+std::optional<Appearance> QtAppearances::wished() const {
+  return source ? std::optional(source->appearance()) : portal.preference();
+}
+
+void QtAppearances::update() {
+  const Appearance before = appearance;
+  // Colours that were given by this say nothing of the desktop.
+  const QPalette desktop = colorsBefore.value_or(QApplication::palette());
+  appearance = wished().value_or(appearanceOf(desktop));
+  if (appearance != appearanceOf(QApplication::palette())) giveColors();
+  if (appearance != before) changes.announce();
+}
+
+/// The desktop's own colours where they match, else this program's. Other styles than Fusion may
+/// draw with pictures of their own, whatever the colours.
+void QtAppearances::giveColors() {
+  if (!colorsBefore) {
+    colorsBefore = QApplication::palette();
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+  }
+  if (appearance == appearanceOf(*colorsBefore)) {
+    QApplication::setPalette(*colorsBefore);
+  } else {
+    QApplication::setPalette(appearance == Appearance::dark ? darkPalette() : lightPalette());
+  }
+}
+
+}  // namespace brivane

@@ -1,0 +1,108 @@
+#include "Machines/Qt/Toolkit/Application.h"
+
+#include <QWidget>
+#include <algorithm>
+#include <clocale>
+#include <cstdlib>
+
+namespace brivane {
+namespace {
+
+std::vector<char*> pointers(std::vector<std::string>& words) {
+  std::vector<char*> result(words.size() + 1, nullptr);
+  std::ranges::transform(words, result.begin(), [](std::string& word) { return word.data(); });
+  return result;
+}
+
+}  // namespace
+
+QtApplication::QtApplication(const QtPlatform& platform, const QtFrameRequest& request)
+    : runtime(request.machine.runtime()),
+      sharedWindowSystem(request.windowSystem),
+      log(request.machine.log()),
+      messages([this] { serverHasGone(); }),
+      words{"Brivane", "-platform", platform.name},
+      arguments(pointers(words)),
+      argumentCount(static_cast<int>(words.size())),
+      application(argumentCount, arguments.data()),
+      appearances(request.appearance),
+      driver(runtime, request.mainQueue, [] { QCoreApplication::exit(); }) {
+  if (sharedWindowSystem != nullptr) {
+    machineLosesServer = sharedWindowSystem->observeServerGone([this] { serverHasGone(); });
+  }
+  // Qt takes over the user's locale; numbers in files are written and read with a point.
+  std::setlocale(LC_NUMERIC, "C");
+  QApplication::setQuitOnLastWindowClosed(false);
+  // Given a name for display too, Qt would add it to every window's title.
+  QApplication::setApplicationName("Brivane");
+  QApplication::setDesktopFileName("com.quorrel.brivane");
+}
+
+QtApplication::~QtApplication() = default;
+
+int QtApplication::run() {
+  runtime.async([this] {
+    if (delegate != nullptr) delegate->applicationDidFinishLaunching();
+  });
+  QApplication::exec();
+  // The session may end the application without asking it.
+  if (!isEnding) tellDelegateOfTheEnd();
+  return exitStatus;
+}
+
+void QtApplication::terminate() {
+  if (isEnding) return;
+  tellDelegateOfTheEnd();
+  runtime.stop();
+}
+
+void QtApplication::exit(int status) {
+  isEnding = true;
+  exitStatus = status;
+  runtime.stop();
+}
+
+/// Qt can't do without its server and ends the process by itself, at once. Nobody's destructor runs
+/// then, so what the end of the program owes to the machine is done before.
+void QtApplication::serverHasGone() {
+  if (!isEnding) {
+    exitStatus = 1;
+    sayThatServerHasGone();
+    tellDelegateOfTheEnd();
+  }
+  if (sharedWindowSystem != nullptr) sharedWindowSystem->saveBeforeExit();
+  std::_Exit(exitStatus);
+}
+
+void QtApplication::sayThatServerHasGone() {
+  if (sharedWindowSystem != nullptr) {
+    sharedWindowSystem->sayThatServerHasGone();
+  } else {
+    log.write("Brivane ends because the X server has gone.");
+  }
+}
+
+void QtApplication::tellDelegateOfTheEnd() {
+  isEnding = true;
+  if (delegate != nullptr) delegate->applicationWillTerminate();
+}
+
+void QtApplication::activateIgnoringOtherApplications() {
+  for (QWidget* const window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible() || window->windowType() != Qt::Window) continue;
+    // The monitors of a simulated machine are where its windows are.
+    if (window->property("isPartOfDesk").toBool()) continue;
+    window->raise();
+    window->activateWindow();
+  }
+}
+
+void QtApplication::beep() {
+  QApplication::beep();
+}
+
+Observation QtApplication::observeEffectiveAppearance(Task handler) {
+  return appearances.observe(std::move(handler));
+}
+
+}  // namespace brivane

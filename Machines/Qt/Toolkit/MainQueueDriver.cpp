@@ -1,0 +1,39 @@
+// A turn that leaves tasks behind comes again by way of a timer of zero length, which Qt fires
+// between its own events; a posted call would go before them, over and over.
+#include "Machines/Qt/Toolkit/MainQueueDriver.h"
+
+#include <algorithm>
+
+namespace brivane {
+
+MainQueueDriver::MainQueueDriver(Runtime& itsRuntime, HostedMainQueue& itsQueue, Task whenStopped)
+    : runtime(itsRuntime), queue(itsQueue), stopped(std::move(whenStopped)) {
+  timer.setSingleShot(true);
+  timer.setTimerType(Qt::PreciseTimer);
+  connect(&timer, &QTimer::timeout, this, [this] { turn(); });
+  queue.beginHosting([this] {
+    QMetaObject::invokeMethod(
+        this, [this] { turn(); }, Qt::QueuedConnection);
+  });
+}
+
+MainQueueDriver::~MainQueueDriver() {
+  queue.endHosting();
+}
+
+void MainQueueDriver::turn() {
+  timer.stop();
+  const HostedTurn turn = queue.runDue();
+  if (turn.isStopped) {
+    stopped();
+    return;
+  }
+  if (!turn.nextDeadline) return;
+  // Qt's timers know whole milliseconds; too early a turn would find nothing to do.
+  const auto wait =
+      std::chrono::ceil<std::chrono::milliseconds>(*turn.nextDeadline - runtime.now());
+  constexpr std::chrono::milliseconds longest = std::chrono::hours(24);
+  timer.start(std::clamp(wait, std::chrono::milliseconds(0), longest));
+}
+
+}  // namespace brivane

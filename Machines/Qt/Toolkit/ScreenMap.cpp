@@ -1,0 +1,42 @@
+#include "Machines/Qt/Toolkit/ScreenMap.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace brivane {
+namespace {
+
+Rect around(const std::vector<Screen>& screens) {
+  Rect all = screens.front().frame;
+  for (const Screen& screen : screens) {
+    const Rect& frame = screen.frame;
+    const double right = std::max(all.x + all.width, frame.x + frame.width);
+    const double top = std::max(all.y + all.height, frame.y + frame.height);
+    all.x = std::min(all.x, frame.x);
+    all.y = std::min(all.y, frame.y);
+    all.width = right - all.x;
+    all.height = top - all.y;
+  }
+  return all;
+}
+
+int pixels(double length) {
+  return static_cast<int>(std::lround(length));
+}
+
+}  // namespace
+
+QRect placeOnDesktop(const Rect& frame, const std::vector<Screen>& screens, const QRect& desktop,
+                     double scale) {
+  Rect all{0, 0, static_cast<double>(desktop.width()), static_cast<double>(desktop.height())};
+  if (!screens.empty()) all = around(screens);
+  if (all.width <= 0 || all.height <= 0) return {};
+  const double middle = (frame.x + frame.width / 2 - all.x) * desktop.width() / all.width;
+  const double bottom = (all.y + all.height - frame.y) * desktop.height() / all.height;
+  const double width = frame.width * scale;
+  const double height = frame.height * scale;
+  return {pixels(desktop.x() + middle - width / 2), pixels(desktop.y() + bottom - height),
+          pixels(width), pixels(height)};
+}
+
+}  // namespace brivane
