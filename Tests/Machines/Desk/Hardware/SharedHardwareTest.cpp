@@ -20,7 +20,7 @@ constexpr auto deskText = R"({"displays": [
   {"identifier": 1, "builtIn": true},
   {"identifier": 2, "firmware": {"level": 30}},
   {"identifier": 3, "headroom": 2}]})";
-const std::array<std::uint8_t, 6> setForty = {0x84, 0x03, 0x10, 0x00, 0x28, 0xD1};
+const std::array<std::uint8_t, 6> forty = {0x84, 0x03, 0x10, 0x00, 0x28, 0xD1};
 
 class SharedHardwareTest : public testing::Test {
  protected:
@@ -53,11 +53,11 @@ TEST_F(SharedHardwareTest, ADisplayUnpluggedByOneProcessIsGoneForAllAndCanBePlug
   ASSERT_THAT(attached(two.hardware), ElementsAre(1, 2, 3));
   ASSERT_TRUE(one.hardware.unplug(2));
   EXPECT_THAT(attached(two.hardware), ElementsAre(1, 3));
-  EXPECT_NE(two.hardware.writeI2C(2, 0x37, 0x51, setForty, two.runtime.now()), 0);
+  EXPECT_NE(two.hardware.writeI2C(2, 0x37, 0x51, forty, two.runtime.now()), 0);
   EXPECT_FALSE(two.hardware.unplug(2));
   ASSERT_TRUE(two.hardware.replug(2));
   EXPECT_THAT(attached(one.hardware), ElementsAre(1, 2, 3)) << "in its old place";
-  EXPECT_EQ(one.hardware.writeI2C(2, 0x37, 0x51, setForty, one.runtime.now()), 0);
+  EXPECT_EQ(one.hardware.writeI2C(2, 0x37, 0x51, forty, one.runtime.now()), 0);
   FolderDesk later(deskText, state);
   later.hardware.unplug(1);
   EXPECT_THAT(attached(FolderDesk(deskText, state).hardware), ElementsAre(2, 3));
@@ -92,7 +92,7 @@ TEST_F(SharedHardwareTest, SleepMoodGrantAppearancePointerAndRefusalsAreOneForAl
   EXPECT_EQ(two.hardware.monitor(2)->mood, MonitorMood::silent);
   EXPECT_TRUE(two.hardware.monitor(3)->isAsleep);
   EXPECT_TRUE(two.hardware.isSystemAsleep());
-  EXPECT_NE(two.hardware.writeI2C(3, 0x37, 0x51, setForty, two.runtime.now()), 0);
+  EXPECT_NE(two.hardware.writeI2C(3, 0x37, 0x51, forty, two.runtime.now()), 0);
   EXPECT_FALSE(two.hardware.isAccessibilityGranted());
   EXPECT_EQ(two.hardware.appearance(), DeskAppearance::dark);
   EXPECT_EQ(two.hardware.pointer(), (Point{5, 6}));
@@ -102,7 +102,7 @@ TEST_F(SharedHardwareTest, SleepMoodGrantAppearancePointerAndRefusalsAreOneForAl
   EXPECT_TRUE(two.hardware.setGammaTable(2, dark));
   two.hardware.wakeSystem(two.runtime.now());
   EXPECT_FALSE(one.hardware.isSystemAsleep());
-  EXPECT_EQ(one.hardware.writeI2C(3, 0x37, 0x51, setForty, one.runtime.now()), 0);
+  EXPECT_EQ(one.hardware.writeI2C(3, 0x37, 0x51, forty, one.runtime.now()), 0);
 }
 
 TEST_F(SharedHardwareTest, AKeyThatOneProcessPressesIsDownForAll) {
