@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "BrivaneCore/Support/Time.h"
+#include "BrivaneUI/BrightnessHUDView.h"
 
 namespace brivane {
 namespace {
@@ -105,24 +106,29 @@ bool BrightnessHUD::isVisible() const {
 HUDWindow& BrightnessHUD::ensureWindow() {
   if (!window) {
     window = frame.makeHUDWindow(windowAttributes(metrics));
-    installHostingView();
+    installContent();
     observeAppearanceChanges();
   }
   return *window;
 }
 
-void BrightnessHUD::installHostingView() {
+void BrightnessHUD::installContent() {
   const HUDEnvironment environment{frame.application().effectiveAppearance(), colors, strings};
   const BrightnessHUDView view{hudModel, metrics.cornerRadius, metrics,
                                BrightnessHUDView::defaultBoostColor(colors)};
-  hostingView = std::make_unique<HUDHostingView>(*window, view, environment);
+  window->installContentView(view.body(environment));
+  modelObserver = hudModel->observe([this, view, environment](HUDModel::Animations animations) {
+    const bool animates = animations == HUDModel::Animations::enabled;
+    window->updateContent(view.body(environment),
+                          animates ? ContentChange::animated : ContentChange::immediate);
+  });
 }
 
 void BrightnessHUD::observeAppearanceChanges() {
   appearanceObserver =
       frame.application().observeEffectiveAppearance([this, watch = anchor.watch()] {
         runtime.async([this, watch] {
-          if (watch.isAlive() && window) installHostingView();
+          if (watch.isAlive() && window) installContent();
         });
       });
 }

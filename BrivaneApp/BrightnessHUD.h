@@ -4,9 +4,9 @@
 #include <memory>
 #include <optional>
 
-#include "BrivaneApp/HUDHostingView.h"
 #include "BrivaneCore/Seams/Machine.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
+#include "BrivaneCore/Support/Observation.h"
 #include "BrivaneUI/CatalogColor.h"
 #include "BrivaneUI/Frame/Frame.h"
 #include "BrivaneUI/HUDMetrics.h"
@@ -44,7 +44,7 @@ class BrightnessHUD {
 
  private:
   HUDWindow& ensureWindow();
-  void installHostingView();
+  void installContent();
   void observeAppearanceChanges();
   void reposition(HUDWindow& hudWindow, DisplayID displayID);
   std::optional<Screen> screenFor(DisplayID displayID);
@@ -69,7 +69,7 @@ class BrightnessHUD {
   std::uint64_t generation = 0;
   std::optional<DisplayID> lastDisplayID;
   Observation appearanceObserver;
-  std::unique_ptr<HUDHostingView> hostingView;
+  Observation modelObserver;
   LivenessAnchor anchor;
 };
 

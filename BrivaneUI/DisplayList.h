@@ -128,8 +128,4 @@ using Primitive = std::variant<FilledRectangle, StrokedRectangle, MaskedFill, Te
                                Spinner, FilledPath>;
 using DisplayList = std::vector<Primitive>;
 
-/// The picture in words: one line per primitive with all that the primitive says, lengths and
-/// colours to four decimals. Equal lists give equal texts, on every machine.
-std::string describe(const DisplayList& list);
-
 }  // namespace brivane

@@ -6,78 +6,58 @@
 
 #include "BrivaneCore/Gamma/ExtendedGammaBrightener.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace brivane {
 
-ExtendedGammaBrightener::ExtendedGammaBrightener(std::shared_ptr<GammaBaselineStore> baselines,
-                                                 std::shared_ptr<GammaTableIO> io,
+ExtendedGammaBrightener::ExtendedGammaBrightener(std::shared_ptr<GammaBaselineStore> baselineStore,
+                                                 std::shared_ptr<GammaTableIO> tableIO,
                                                  HeadroomMeasure headroomMeasure,
                                                  ExtendedGammaSettings settings)
-    : state{std::move(baselines), std::move(io)},
+    : GammaEffect(std::move(baselineStore), std::move(tableIO)),
       measureHeadroom(std::move(headroomMeasure)),
       math{settings} {}
 
 bool ExtendedGammaBrightener::isSupported(DisplayID display) {
   const auto headroom = measureHeadroom(display);
-  return headroom && *headroom > 1.0 && math.entryCount(state.io->capacity(display));
-}
-
-std::int64_t ExtendedGammaBrightener::amount(DisplayID display) const {
-  return state.amount(display);
+  return headroom && *headroom > 1.0 && math.entryCount(io->capacity(display));
 }
 
 bool ExtendedGammaBrightener::apply(std::int64_t amount, DisplayID display) {
-  if (amount < 1) {
-    restore(display);
-    return true;
-  }
+  if (!GammaEffect::apply(amount, display)) return false;
+  if (amount >= 1) attemptedBaselineRecovery.erase(display);
+  return true;
+}
+
+void ExtendedGammaBrightener::restoreAll() {
+  attemptedBaselineRecovery.clear();
+  GammaEffect::restoreAll();
+}
+
+std::optional<GammaRamp> ExtendedGammaBrightener::ramp(std::int64_t amount, DisplayID display) {
   const auto headroom = measureHeadroom(display);
-  if (!headroom || !(*headroom > 1.0)) return false;
+  if (!headroom || !(*headroom > 1.0)) return std::nullopt;
   const double ceiling = math.ceiling(*headroom);
-  if (!(ceiling > 1.0)) return false;
-  const auto entries = math.entryCount(state.io->capacity(display));
-  if (!entries) return false;
-  const auto baseline = state.baselines->baseline(display);
-  if (!baseline) return false;
+  if (!(ceiling > 1.0)) return std::nullopt;
+  const auto entries = math.entryCount(io->capacity(display));
+  if (!entries) return std::nullopt;
+  const auto baseline = baselines->baseline(display);
+  if (!baseline) return std::nullopt;
   if (baseline->containsValuesAboveWhite()) {
     recoverFromPoisonedBaseline(display);
-    return false;
+    return std::nullopt;
   }
   const auto resampled = baseline->resampled(*entries);
-  if (!resampled) return false;
-  const auto boost = std::min<std::int64_t>(amount, 100);
-  if (!state.write(resampled->scaled(math.gain(boost, ceiling)), boost, display)) return false;
-  attemptedBaselineRecovery.erase(display);
-  return true;
+  if (!resampled) return std::nullopt;
+  return resampled->scaled(math.gain(amount, ceiling));
 }
 
 void ExtendedGammaBrightener::recoverFromPoisonedBaseline(DisplayID display) {
   if (!attemptedBaselineRecovery.insert(display).second) return;
-  const auto capacity = state.io->capacity(display);
+  const auto capacity = io->capacity(display);
   if (capacity < 2) return;
-  state.io->write(GammaRamp::identity(capacity), display);
-  state.baselines->forget(display);
-}
-
-void ExtendedGammaBrightener::restore(DisplayID display) {
-  state.restore(display);
-}
-
-void ExtendedGammaBrightener::relinquish(DisplayID display) {
-  state.applied.erase(display);
-}
-
-void ExtendedGammaBrightener::restoreAll() {
-  state.restoreEach();
-  attemptedBaselineRecovery.clear();
-  state.io->restoreColorSyncDefaults();
-}
-
-bool ExtendedGammaBrightener::reapply() {
-  return state.reapply(
-      [this](std::int64_t amount, DisplayID display) { return apply(amount, display); });
+  io->write(GammaRamp::identity(capacity), display);
+  baselines->forget(display);
 }
 
 }  // namespace brivane

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace brivane {
 namespace {
@@ -32,48 +31,12 @@ Channel bent(const Channel& channel, double power) {
 
 }  // namespace
 
-GammaBrightener::GammaBrightener(std::shared_ptr<GammaBaselineStore> baselines,
-                                 std::shared_ptr<GammaTableIO> io)
-    : state{std::move(baselines), std::move(io)} {}
-
-bool GammaBrightener::isSupported(DisplayID display) {
-  return state.io->capacity(display) > 0;
-}
-
-std::int64_t GammaBrightener::amount(DisplayID display) const {
-  return state.amount(display);
-}
-
-bool GammaBrightener::apply(std::int64_t amount, DisplayID display) {
-  if (amount < 1) {
-    restore(display);
-    return true;
-  }
-  const auto baseline = state.baselines->baseline(display);
-  if (!baseline) return false;
-  const auto boost = std::min<std::int64_t>(amount, 100);
-  const double power = exponent(boost);
-  const GammaRamp ramp{bent(baseline->red, power), bent(baseline->green, power),
-                       bent(baseline->blue, power)};
-  return state.write(ramp, boost, display);
-}
-
-void GammaBrightener::restore(DisplayID display) {
-  state.restore(display);
-}
-
-void GammaBrightener::relinquish(DisplayID display) {
-  state.applied.erase(display);
-}
-
-void GammaBrightener::restoreAll() {
-  state.restoreEach();
-  state.io->restoreColorSyncDefaults();
-}
-
-bool GammaBrightener::reapply() {
-  return state.reapply(
-      [this](std::int64_t amount, DisplayID display) { return apply(amount, display); });
+std::optional<GammaRamp> GammaBrightener::ramp(std::int64_t amount, DisplayID display) {
+  const auto baseline = baselines->baseline(display);
+  if (!baseline) return std::nullopt;
+  const double power = exponent(amount);
+  return GammaRamp{bent(baseline->red, power), bent(baseline->green, power),
+                   bent(baseline->blue, power)};
 }
 
 }  // namespace brivane

@@ -1,26 +1,20 @@
 #pragma once
 
-#include "BrivaneCore/Gamma/AppliedGamma.h"
 #include "BrivaneCore/Gamma/DisplayBrightening.h"
+#include "BrivaneCore/Gamma/GammaEffect.h"
 
 namespace brivane {
 
 /// Brightens any display that has a gamma table by bending its baseline upwards: mid-tones rise,
 /// black and white stay.
-class GammaBrightener : public DisplayBrightening {
+class GammaBrightener : public GammaEffect<DisplayBrightening> {
  public:
-  GammaBrightener(std::shared_ptr<GammaBaselineStore> baselines, std::shared_ptr<GammaTableIO> io);
+  using GammaEffect::GammaEffect;
 
-  bool isSupported(DisplayID display) override;
-  std::int64_t amount(DisplayID display) const override;
-  bool apply(std::int64_t amount, DisplayID display) override;
-  void restore(DisplayID display) override;
-  void relinquish(DisplayID display) override;
-  void restoreAll() override;
-  bool reapply() override;
+  void relinquish(DisplayID display) override { applied.erase(display); }
 
- private:
-  AppliedGamma state;
+ protected:
+  std::optional<GammaRamp> ramp(std::int64_t amount, DisplayID display) override;
 };
 
 }  // namespace brivane

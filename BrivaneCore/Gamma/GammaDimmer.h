@@ -1,25 +1,18 @@
 #pragma once
 
-#include "BrivaneCore/Gamma/AppliedGamma.h"
 #include "BrivaneCore/Gamma/DisplayDimming.h"
+#include "BrivaneCore/Gamma/GammaEffect.h"
 
 namespace brivane {
 
 /// Dims any display that has a gamma table by scaling its baseline towards black; the deepest
 /// dimming keeps 18 % of it, never black.
-class GammaDimmer : public DisplayDimming {
+class GammaDimmer : public GammaEffect<DisplayDimming> {
  public:
-  GammaDimmer(std::shared_ptr<GammaBaselineStore> baselines, std::shared_ptr<GammaTableIO> io);
+  using GammaEffect::GammaEffect;
 
-  bool isSupported(DisplayID display) override;
-  std::int64_t amount(DisplayID display) const override;
-  bool apply(std::int64_t amount, DisplayID display) override;
-  void restore(DisplayID display) override;
-  void restoreAll() override;
-  bool reapply() override;
-
- private:
-  AppliedGamma state;
+ protected:
+  std::optional<GammaRamp> ramp(std::int64_t amount, DisplayID display) override;
 };
 
 }  // namespace brivane

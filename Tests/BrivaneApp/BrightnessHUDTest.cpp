@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "BrivaneApp/BrightnessHUD.h"
+#include "Tests/Support/DescribedDisplayList.h"
 #include "Tests/Support/FakeFrame.h"
 #include "Tests/Support/FakeMachine.h"
 

@@ -6,6 +6,7 @@
 #include "BrivaneUI/CardBackground.h"
 #include "BrivaneUI/SparkleShape.h"
 #include "BrivaneUI/SparklingMonitorMark.h"
+#include "Tests/Support/DescribedDisplayList.h"
 #include "Tests/Support/Golden.h"
 
 namespace brivane {

@@ -6,6 +6,7 @@
 #include "BrivaneUI/BrightnessHUDView.h"
 #include "BrivaneUI/Strings.h"
 #include "Tests/Support/BuiltResources.h"
+#include "Tests/Support/DescribedDisplayList.h"
 #include "Tests/Support/FakeMachine.h"
 #include "Tests/Support/Golden.h"
 

@@ -6,6 +6,7 @@
 #include "BrivaneUI/BrightnessHUDView.h"
 #include "BrivaneUI/CatalogColor.h"
 #include "Tests/Support/BuiltResources.h"
+#include "Tests/Support/DescribedDisplayList.h"
 #include "Tests/Support/FakeMachine.h"
 
 namespace brivane {

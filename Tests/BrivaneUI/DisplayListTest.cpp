@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "BrivaneUI/Canvas.h"
+#include "Tests/Support/DescribedDisplayList.h"
 
 namespace brivane {
 namespace {

@@ -1,6 +1,6 @@
-// The picture in words, for tests and transcripts. People read them when the picture changes, so
-// numbers are rounded to what an eye could still tell apart.
-#include "BrivaneUI/DisplayList.h"
+// People read the words when the picture changes, so numbers are rounded to what an eye could still
+// tell apart.
+#include "Tests/Support/DescribedDisplayList.h"
 
 #include <cmath>
 
