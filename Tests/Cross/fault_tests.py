@@ -194,9 +194,9 @@ LISTS = [
 def stubs_end_with(text, status):
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        (folder / "include").symlink_to(pathlib.Path("cmake/macos/include").resolve())
+        (folder / "include").symlink_to(pathlib.Path("Packaging/macOS/include").resolve())
         (folder / "symbols.txt").write_text(text)
-        command = ["cmake/macos/make_stubs.py", folder / "symbols.txt", folder / "stubs"]
+        command = ["Packaging/macOS/make_stubs.py", folder / "symbols.txt", folder / "stubs"]
         ended = subprocess.run([sys.executable, *command], capture_output=True, check=False)
         made = (folder / "stubs/Carbon.framework/Carbon.tbd").exists()
         return ended.returncode == status and made == (status == 0)

@@ -105,7 +105,7 @@ def source_resources():
         bundle = f"Resources/Brivane_Brivane{room}.bundle"
         for path in pathlib.Path(f"Brivane{room}/Resources").glob("*.lproj/*"):
             yield f"{bundle}/{path.parent.name}/{path.name}", path.read_bytes()
-    yield "Resources/Brivane.icns", pathlib.Path("cmake/macos/Brivane.icns").read_bytes()
+    yield "Resources/Brivane.icns", pathlib.Path("Packaging/macOS/Brivane.icns").read_bytes()
 
 
 def files_are_those_of_the_tree(app):

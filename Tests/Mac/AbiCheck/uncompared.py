@@ -12,7 +12,7 @@ import sys
 
 CHECKS = pathlib.Path("Tests/Mac/AbiCheck")
 HEADERS = [
-    *sorted(pathlib.Path("cmake/macos/include").rglob("*.h")),
+    *sorted(pathlib.Path("Packaging/macOS/include").rglob("*.h")),
     pathlib.Path("Tests/Machines/Mac/include/dispatch/dispatch.h"),
     pathlib.Path("Tests/Machines/Mac/include/crt_externs.h"),
 ]

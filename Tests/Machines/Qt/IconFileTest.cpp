@@ -16,7 +16,7 @@ namespace brivane {
 namespace {
 
 std::string iconFile() {
-  std::ifstream stream("cmake/macos/Brivane.icns", std::ios::binary);
+  std::ifstream stream("Packaging/macOS/Brivane.icns", std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 

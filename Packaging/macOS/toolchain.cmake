@@ -7,7 +7,7 @@ set(CMAKE_SYSTEM_PROCESSOR arm64)
 
 set(BRIVANE_CROSS "${CMAKE_CURRENT_LIST_DIR}")
 if(NOT DEFINED ENV{ZIG} AND NOT EXISTS "${BRIVANE_CROSS}/../../build/zig/complete")
-  message(FATAL_ERROR " The cross compiler is missing. `cmake/macos/get-zig.sh` puts it into build/zig.")
+  message(FATAL_ERROR " The cross compiler is missing. `Packaging/macOS/get-zig.sh` puts it into build/zig.")
 endif()
 
 foreach(language C OBJC)

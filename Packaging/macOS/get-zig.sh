@@ -3,7 +3,7 @@
 # package-lock.json names. Does nothing when it is there already.
 set -eu
 cd "$(dirname "$0")/../.."
-lock=cmake/macos/package-lock.json
+lock=Packaging/macOS/package-lock.json
 cmp -s $lock build/zig/package-lock.json && [ -f build/zig/complete ] && exit 0
 command -v npm >/dev/null || {
   echo "The cross compiler comes through npm. Run this, then try again:" >&2
@@ -13,7 +13,7 @@ command -v npm >/dev/null || {
 echo "Getting the cross compiler (120 MB, 400 MB unpacked) …" >&2
 mkdir -p build/zig
 rm -f build/zig/complete
-cp cmake/macos/package.json $lock build/zig/
+cp Packaging/macOS/package.json $lock build/zig/
 if ! npm ci --prefix build/zig --ignore-scripts --no-audit --no-fund >build/zig/npm.log 2>&1; then
   tail -n 5 build/zig/npm.log >&2
   echo "Getting it failed; the whole output is in build/zig/npm.log." >&2
