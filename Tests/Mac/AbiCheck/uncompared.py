@@ -13,8 +13,8 @@ import sys
 CHECKS = pathlib.Path("Tests/Mac/AbiCheck")
 HEADERS = [
     *sorted(pathlib.Path("Packaging/macOS/include").rglob("*.h")),
-    pathlib.Path("Tests/Machines/Mac/include/dispatch/dispatch.h"),
-    pathlib.Path("Tests/Machines/Mac/include/crt_externs.h"),
+    pathlib.Path("Tests/Mac/Machine/include/dispatch/dispatch.h"),
+    pathlib.Path("Tests/Mac/Machine/include/crt_externs.h"),
 ]
 # What the headers are written with, and no part of an interface.
 LANGUAGE = r"(BRIVANE|brivane)_\w+|CF_RETURNS_RETAINED|NS_ENUM|NS_OPTIONS|NS_DESIGNATED_INITIALIZER"

@@ -1,0 +1,609 @@
+// The application, menus, screens and the user's hands.
+#include "Tests/Mac/Machine/AppKit/FakeDesktop.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "Tests/Mac/Machine/AppKit/FakeFoundation.h"
+#include "Tests/Mac/Machine/ObjC/Classes.h"
+
+extern "C" void objc_msgSend(void);
+
+using brivane::FakeDesktop;
+using brivane::stringOf;
+using brivane::textOf;
+
+namespace {
+
+void send(SEL action, id target, id sender) {
+  reinterpret_cast<void (*)(id, SEL, id)>(objc_msgSend)(target, action, sender);
+}
+
+void note(const std::string& line) {
+  FakeDesktop::shared().notes.push_back(line);
+}
+
+}  // namespace
+
+// Events
+
+@interface NSEvent () {
+ @public
+  NSEventType ownType;
+  NSEventModifierFlags ownFlags;
+  unsigned short ownKeyCode;
+  short ownSubtype;
+  NSInteger ownData1;
+  NSInteger ownData2;
+}
+@end
+
+@implementation NSEvent
++ (NSPoint)mouseLocation {
+  return FakeDesktop::shared().pointer;
+}
++ (NSEventModifierFlags)modifierFlags {
+  return FakeDesktop::shared().modifiers;
+}
++ (NSEvent*)eventWithCGEvent:(CGEventRef)source {
+  const auto content = FakeDesktop::shared().contentOfEvent(source);
+  if (!content) return nil;
+  NSEvent* const event = [NSEvent new];
+  event->ownType = content->type;
+  event->ownSubtype = content->subtype;
+  event->ownData1 = content->data1;
+  event->ownData2 = content->data2;
+  return event;
+}
++ (NSEvent*)otherEventWithType:(NSEventType)type
+                      location:(NSPoint)location
+                 modifierFlags:(NSEventModifierFlags)flags
+                     timestamp:(NSTimeInterval)time
+                  windowNumber:(NSInteger)windowNumber
+                       context:(NSGraphicsContext*)context
+                       subtype:(short)subtype
+                         data1:(NSInteger)data1
+                         data2:(NSInteger)data2 {
+  // AppKit raises an exception: those of the mouse and the keys are made by other methods.
+  constexpr NSUInteger firstOther = 13;
+  constexpr NSUInteger lastOther = 16;
+  if (type < firstOther || type > lastOther) {
+    brivane::objc::fail("such an event is made in another way");
+  }
+  NSEvent* const event = [NSEvent new];
+  event->ownType = type;
+  return event;
+}
+- (NSEventType)type {
+  return ownType;
+}
+- (NSEventModifierFlags)modifierFlags {
+  return ownFlags;
+}
+- (unsigned short)keyCode {
+  if (ownType != NSEventTypeKeyDown) brivane::objc::fail("no key event has no key");
+  return ownKeyCode;
+}
+- (short)subtype {
+  [self requireFields];
+  return ownSubtype;
+}
+- (NSInteger)data1 {
+  [self requireFields];
+  return ownData1;
+}
+- (NSInteger)data2 {
+  [self requireFields];
+  return ownData2;
+}
+/// AppKit raises an exception.
+- (void)requireFields {
+  if (ownType != NSEventTypeSystemDefined) brivane::objc::fail("the event has no such field");
+}
+- (id)copyWithZone:(struct _NSZone*)zone {
+  return self;
+}
+@end
+
+// The run loop
+
+@implementation NSRunLoop
++ (NSRunLoop*)mainRunLoop {
+  static NSRunLoop* const loop = [NSRunLoop new];
+  return loop;
+}
+- (void)performBlock:(void (^)(void))block {
+  FakeDesktop::shared().blocks.push_back(block);
+  FakeDesktop::shared().loop.stop();
+}
+@end
+
+// The application
+
+const NSAppearanceName NSAppearanceNameAqua = @"NSAppearanceNameAqua";
+const NSAppearanceName NSAppearanceNameDarkAqua = @"NSAppearanceNameDarkAqua";
+const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
+    @"NSApplicationDidChangeScreenParametersNotification";
+
+@implementation NSAppearance
+- (NSAppearanceName)bestMatchFromAppearancesWithNames:(NSArray<NSAppearanceName>*)names {
+  for (NSAppearanceName name in names) {
+    if ([name isEqualToString:NSAppearanceNameDarkAqua] == FakeDesktop::shared().isDark) {
+      return name;
+    }
+  }
+  return nil;
+}
+@end
+
+@interface NSApplication () {
+ @public
+  BOOL isStopped;
+  BOOL isToldOfStop;
+  BOOL isInLoop;
+}
+@end
+
+@implementation NSApplication {
+  __weak id<NSApplicationDelegate> ownDelegate;
+}
++ (__kindof NSApplication*)sharedApplication {
+  static NSApplication* const application = [NSApplication new];
+  auto& start = FakeDesktop::shared().start;
+  if (start.empty()) start.emplace_back("shared application");
+  return application;
+}
+- (id<NSApplicationDelegate>)delegate {
+  return ownDelegate;
+}
+- (void)setDelegate:(id<NSApplicationDelegate>)newDelegate {
+  ownDelegate = newDelegate;
+  if (newDelegate != nil) FakeDesktop::shared().start.emplace_back("delegate");
+}
+- (NSAppearance*)effectiveAppearance {
+  return [NSAppearance new];
+}
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
+  note("policy " + std::to_string(policy));
+  return YES;
+}
+- (void)activateIgnoringOtherApps:(BOOL)ignoring {
+  note(ignoring ? "activate, whatever is in front" : "activate");
+}
+/// The loop goes on until `stop:`, and notices that at the next event.
+- (void)run {
+  FakeDesktop::shared().start.emplace_back("run");
+  isStopped = NO;
+  isToldOfStop = NO;
+  FakeDesktop::MainLoop& loop = FakeDesktop::shared().loop;
+  loop.async([self] {
+    @autoreleasepool {
+      const id<NSApplicationDelegate> listener = self.delegate;
+      if ([listener respondsToSelector:@selector(applicationDidFinishLaunching:)]) {
+        [listener applicationDidFinishLaunching:[NSNotification new]];
+      }
+    }
+  });
+  do {
+    @autoreleasepool {
+      isInLoop = YES;
+      loop.run();
+      isInLoop = NO;
+      FakeDesktop::shared().performBlocks();
+    }
+  } while (!isToldOfStop);
+}
+- (void)stop:(id)sender {
+  isStopped = YES;
+}
+- (void)postEvent:(NSEvent*)event atStart:(BOOL)isFirst {
+  if (event == nil) brivane::objc::fail("no event was posted");
+  note("post " + std::to_string(event.type) + (isFirst ? " first" : ""));
+  // Whoever follows the mouse takes all events, and drops those that it doesn't know.
+  if (!isStopped || FakeDesktop::shared().tracksTheMouse()) return;
+  isToldOfStop = YES;
+  if (isInLoop) FakeDesktop::shared().loop.stop();
+}
+/// The process doesn't end here, so that a test can go on.
+- (void)terminate:(id)sender {
+  const id<NSApplicationDelegate> listener = self.delegate;
+  if ([listener respondsToSelector:@selector(applicationWillTerminate:)]) {
+    [listener applicationWillTerminate:[NSNotification new]];
+  }
+  isToldOfStop = YES;
+  FakeDesktop::shared().loop.stop();
+}
+@end
+
+void NSBeep() {
+  note("beep");
+}
+
+// Screens and other applications
+
+const NSNotificationName NSWorkspaceDidWakeNotification = @"NSWorkspaceDidWakeNotification";
+const NSNotificationName NSWorkspaceScreensDidWakeNotification =
+    @"NSWorkspaceScreensDidWakeNotification";
+
+@interface NSScreen () {
+ @public
+  NSRect ownFrame;
+  NSDictionary* description;
+  NSString* name;
+  CGFloat headroom;
+}
+@end
+
+@implementation NSScreen
++ (NSArray<NSScreen*>*)screens {
+  return [FakeDesktop::shared().screens copy];
+}
++ (NSScreen*)mainScreen {
+  return FakeDesktop::shared().mainScreen;
+}
+- (NSRect)frame {
+  return ownFrame;
+}
+- (NSDictionary<NSDeviceDescriptionKey, id>*)deviceDescription {
+  return description;
+}
+- (NSString*)localizedName {
+  return name;
+}
+- (CGFloat)maximumPotentialExtendedDynamicRangeColorComponentValue {
+  return headroom;
+}
+@end
+
+@implementation NSWorkspace {
+  NSNotificationCenter* center;
+}
++ (NSWorkspace*)sharedWorkspace {
+  static NSWorkspace* const workspace = [NSWorkspace new];
+  return workspace;
+}
+- (NSNotificationCenter*)notificationCenter {
+  if (center == nil) center = [NSNotificationCenter new];
+  return center;
+}
+- (BOOL)openURL:(NSURL*)url {
+  note("open " + textOf(url.absoluteString));
+  return YES;
+}
+@end
+
+@interface NSRunningApplication () {
+ @public
+  NSString* identifier;
+  int process;
+}
+@end
+
+@implementation NSRunningApplication
++ (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)wanted {
+  NSMutableArray<NSRunningApplication*>* const found = [NSMutableArray array];
+  for (NSRunningApplication* application in FakeDesktop::shared().runningApplications) {
+    if ([application->identifier isEqualToString:wanted]) [found addObject:application];
+  }
+  return found;
+}
+- (int)processIdentifier {
+  return process;
+}
+@end
+
+// Menus
+
+namespace {
+
+bool isPerformingLater = false;
+
+}  // namespace
+
+@implementation NSObject (NSDelayedPerforming)
+- (void)performSelector:(SEL)selector withObject:(id)object afterDelay:(double)seconds {
+  FakeDesktop::shared().loop.after(seconds, [self, selector, object] {
+    @autoreleasepool {
+      isPerformingLater = true;
+      send(selector, self, object);
+      isPerformingLater = false;
+    }
+  });
+}
+@end
+
+@interface NSMenu () {
+ @public
+  NSMutableArray<NSMenuItem*>* items;
+}
+@end
+
+@implementation NSMenu
+@synthesize delegate, autoenablesItems;
+- (instancetype)initWithTitle:(NSString*)title {
+  if ((self = [super init])) {
+    items = [NSMutableArray array];
+    self.autoenablesItems = YES;
+  }
+  return self;
+}
+- (void)addItem:(NSMenuItem*)item {
+  [items addObject:item];
+}
+- (void)removeAllItems {
+  [items removeAllObjects];
+}
+- (BOOL)popUpMenuPositioningItem:(NSMenuItem*)item
+                      atLocation:(NSPoint)location
+                          inView:(NSView*)itsView {
+  if (!isPerformingLater) brivane::objc::fail("a menu keeps whoever has it pop up until it closes");
+  note("menu at " + std::to_string(std::lround(location.x)) + "," +
+       std::to_string(std::lround(location.y)));
+  FakeDesktop::shared().open(self);
+  return NO;
+}
+- (void)cancelTrackingWithoutAnimation {
+  note("tracking ends at once");
+  FakeDesktop& desktop = FakeDesktop::shared();
+  if (desktop.openMenu != self) return;
+  desktop.isCancelled = true;
+  desktop.loop.async([] { FakeDesktop::shared().endCancelledTracking(); });
+}
+- (id)copyWithZone:(struct _NSZone*)zone {
+  return self;
+}
+@end
+
+@interface NSMenuItem () {
+ @public
+  NSString* key;
+  SEL action;
+  BOOL isSeparator;
+}
+@end
+
+@implementation NSMenuItem
+@synthesize title, attributedTitle, enabled, state, target, view, tag;
++ (NSMenuItem*)separatorItem {
+  NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
+  item->isSeparator = YES;
+  return item;
+}
+- (instancetype)initWithTitle:(NSString*)itsTitle
+                       action:(SEL)itsAction
+                keyEquivalent:(NSString*)itsKey {
+  if ((self = [super init])) {
+    self.title = itsTitle;
+    self.enabled = YES;
+    action = itsAction;
+    key = itsKey;
+  }
+  return self;
+}
+- (NSString*)fakeKeyEquivalent {
+  return key;
+}
+- (BOOL)fakeIsSeparator {
+  return isSeparator;
+}
+- (id)copyWithZone:(struct _NSZone*)zone {
+  return self;
+}
+@end
+
+@interface NSStatusItem () {
+ @public
+  NSStatusBarButton* ownButton;
+  NSString* ownName;
+}
+@end
+
+@implementation NSStatusBarButton
+@end
+
+@implementation NSStatusItem
+@synthesize menu;
+- (NSString*)autosaveName {
+  return ownName;
+}
+- (void)setAutosaveName:(NSString*)name {
+  ownName = name == nil ? @"Item-0" : name;
+}
+- (NSStatusBarButton*)button {
+  return ownButton;
+}
+@end
+
+@implementation NSStatusBar
++ (NSStatusBar*)systemStatusBar {
+  static NSStatusBar* const bar = [NSStatusBar new];
+  return bar;
+}
+- (CGFloat)thickness {
+  return 22;
+}
+- (NSStatusItem*)statusItemWithLength:(CGFloat)length {
+  NSStatusItem* const item = [NSStatusItem new];
+  item->ownButton = [NSStatusBarButton new];
+  [FakeDesktop::shared().statusItems addObject:item];
+  note("status item of length " + std::to_string(static_cast<int>(length)));
+  return item;
+}
+- (void)removeStatusItem:(NSStatusItem*)item {
+  note("the status item is removed");
+  FakeDesktop::shared().storedPositions.erase(textOf(item.autosaveName));
+  [FakeDesktop::shared().statusItems removeObject:item];
+}
+@end
+
+// The user's hands
+
+namespace brivane {
+
+FakeDesktop& FakeDesktop::shared() {
+  static FakeDesktop desktop;
+  return desktop;
+}
+
+void FakeDesktop::reset() {
+  @autoreleasepool {
+    *this = FakeDesktop();
+    screens = [NSMutableArray array];
+    runningApplications = [NSMutableArray array];
+    statusItems = [NSMutableArray array];
+  }
+}
+
+std::vector<std::string> FakeDesktop::takeNotes() {
+  return std::exchange(notes, {});
+}
+
+void FakeDesktop::setDark(bool dark) {
+  isDark = dark;
+  announceChange(NSApplication.sharedApplication, @"effectiveAppearance");
+}
+
+NSWindow* FakeDesktop::windowTitled(const std::string& title) {
+  for (NSWindow* const window : windows) {
+    if (window != nil && window.title != nil && textOf(window.title) == title) return window;
+  }
+  return nil;
+}
+
+void FakeDesktop::open(NSMenu* menu) {
+  @autoreleasepool {
+    // AppKit doesn't ask the delegate whether there is more to come.
+    if (menu->items.count == 0) return note("an empty menu doesn't open");
+    openMenu = menu;
+    [menu.delegate menuWillOpen:menu];
+  }
+}
+
+void FakeDesktop::close() {
+  @autoreleasepool {
+    NSMenu* const menu = std::exchange(openMenu, nil);
+    [menu.delegate menuDidClose:menu];
+  }
+}
+
+void FakeDesktop::hold() {
+  isHolding = true;
+}
+
+void FakeDesktop::letGo() {
+  isHolding = false;
+  endCancelledTracking();
+}
+
+bool FakeDesktop::tracksTheMouse() const {
+  return isHolding || openMenu != nil;
+}
+
+void FakeDesktop::endCancelledTracking() {
+  if (isHolding || !std::exchange(isCancelled, false)) return;
+  close();
+  loop.stop();
+}
+
+void FakeDesktop::performBlocks() {
+  if (tracksTheMouse()) return;
+  for (void (^const& block)(void) : std::exchange(blocks, {})) block();
+}
+
+void FakeDesktop::endProcess() {
+  @autoreleasepool {
+    for (NSStatusItem* item in [statusItems copy]) {
+      (void)(__bridge_transfer id)(__bridge void*)item;
+    }
+    [statusItems removeAllObjects];
+  }
+}
+
+void FakeDesktop::choose(const std::string& title) {
+  @autoreleasepool {
+    for (NSMenuItem* item in [itemsOf(openMenu) copy]) {
+      if (!item.enabled || item->action == nullptr || textOf(item.title) != title) continue;
+      close();
+      send(item->action, item.target, item);
+      return;
+    }
+    note("no command " + title);
+  }
+}
+
+void FakeDesktop::drag(NSSlider* __weak const& slider, double value) {
+  @autoreleasepool {
+    slider.doubleValue = std::clamp(value, slider.minValue, slider.maxValue);
+    if (slider.isContinuous) send(slider.action, slider.target, slider);
+  }
+  if (slider == nil) objc::fail("a slider went while it was dragged");
+}
+
+/// A view that accepts the keys has them before it hears of the click.
+void FakeDesktop::click(NSView* view, NSWindow* window) {
+  @autoreleasepool {
+    if (view.acceptsFirstResponder) [window makeFirstResponder:view];
+    NSEvent* const event = [NSEvent new];
+    event->ownType = NSEventTypeLeftMouseDown;
+    [view mouseDown:event];
+  }
+}
+
+NSEvent* FakeDesktop::keyDown(std::uint16_t keyCode, NSEventModifierFlags flags) {
+  NSEvent* const event = [NSEvent new];
+  event->ownType = NSEventTypeKeyDown;
+  event->ownKeyCode = keyCode;
+  event->ownFlags = flags;
+  return event;
+}
+
+void FakeDesktop::press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags) {
+  @autoreleasepool {
+    NSEvent* const event = keyDown(keyCode, flags);
+    if ((flags & NSEventModifierFlagCommand) != 0) {
+      for (NSView* const& view : viewsBelow(window.contentView)) {
+        if ([view performKeyEquivalent:event]) return;
+      }
+    }
+    [window.firstResponder keyDown:event];
+  }
+}
+
+void FakeDesktop::press(NSButton* button) {
+  @autoreleasepool {
+    __weak NSButton* const seen = button;
+    send(button.action, button.target, button);
+    if (seen == nil) objc::fail("a button went while it was pressed");
+  }
+}
+
+std::vector<std::string> FakeDesktop::drawnBy(NSView* view) {
+  @autoreleasepool {
+    drawn.clear();
+    [view drawRect:view.bounds];
+    return std::exchange(drawn, {});
+  }
+}
+
+NSArray<NSMenuItem*>* itemsOf(NSMenu* menu) {
+  return [menu->items copy];
+}
+
+NSScreen* makeFakeScreen(id number, const Rect& frame, const std::string& name, double headroom) {
+  NSScreen* const screen = [NSScreen new];
+  screen->ownFrame = NSMakeRect(frame.x, frame.y, frame.width, frame.height);
+  screen->description = number == nil ? @{@"other" : @"thing"} : @{@"NSScreenNumber" : number};
+  screen->name = stringOf(name);
+  screen->headroom = headroom;
+  return screen;
+}
+
+NSRunningApplication* makeFakeApplication(const std::string& bundleIdentifier, int process) {
+  NSRunningApplication* const application = [NSRunningApplication new];
+  application->identifier = stringOf(bundleIdentifier);
+  application->process = process;
+  return application;
+}
+
+}  // namespace brivane

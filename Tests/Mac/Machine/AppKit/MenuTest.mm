@@ -1,0 +1,297 @@
+#include <gmock/gmock.h>
+
+#include "Machines/Mac/Frame/SliderRow.h"
+#include "Machines/Mac/Frame/StatusItem.h"
+#include "Tests/Mac/Machine/AppKit/AppKitBench.h"
+#include "Tests/Mac/Machine/AppKit/FakeFoundation.h"
+
+/// What a command of the menu sends.
+@interface NSObject (MenuHands)
+- (void)chose:(NSMenuItem*)item;
+@end
+
+namespace brivane {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class MacMenuTest : public AppKitTest, public MenuDelegate {
+ protected:
+  MacMenuTest() { item->menu().setDelegate(this); }
+  ~MacMenuTest() override {
+    item.reset();
+    desktop.endProcess();
+  }
+
+  void menuWillOpen() override { notes.emplace_back("will open"); }
+  void menuDidClose() override { notes.emplace_back("did close"); }
+
+  NSStatusItem* systemItem() { return desktop.statusItems[0]; }
+  NSMenu* systemMenu() { return systemItem().menu; }
+  NSMenuItem* systemItem(NSUInteger index) { return itemsOf(systemMenu())[index]; }
+
+  std::vector<std::string> notes;
+  std::unique_ptr<StatusItem> item = frame.makeStatusItem();
+};
+
+TEST_F(MacMenuTest, TheItemIsSquareAndKeepsThePlaceThatItsUserGaveIt) {
+  EXPECT_THAT(desktop.notes, ElementsAre("status item of length -2"));
+  EXPECT_EQ(textOf(systemItem().autosaveName), "com.quorrel.brivane.status");
+}
+
+TEST_F(MacMenuTest, TheItemLeavesTheStatusBarAsItGoes) {
+  item.reset();
+  EXPECT_EQ(desktop.statusItems.count, 0U);
+}
+
+TEST_F(MacMenuTest, ThePlaceThatTheUserGaveTheItemOutlivesTheApplication) {
+  desktop.storedPositions = {"com.quorrel.brivane.status"};
+  frame.application().exit(0);
+  NSStatusItem* __weak left = nil;
+  @autoreleasepool {
+    left = systemItem();
+  }
+  item.reset();
+  EXPECT_NE(left, nil);
+  EXPECT_THAT(desktop.storedPositions, ElementsAre("com.quorrel.brivane.status"));
+}
+
+TEST_F(MacMenuTest, TheButtonShowsThePictureScaledToTheStatusBar) {
+  item->configureButton({{FilledRectangle{{{0, 0, 36, 36}, 0}, Paint{Color{}}}}, 36, 36, "It"});
+  NSStatusBarButton* const button = systemItem().button;
+  EXPECT_EQ(textOf(button.toolTip), "It");
+  EXPECT_EQ(textOf([button accessibilityLabel]), "It");
+  EXPECT_EQ(button.image.size.width, 18);
+  EXPECT_EQ(button.image.size.height, 18);
+  [button.image fakeDraw];
+  EXPECT_THAT(desktop.drawn,
+              ElementsAre("save", "scale 0.5", "fill rgb(0 0 0)*1: rect 0,0 36x36", "restore"));
+}
+
+TEST_F(MacMenuTest, AppKitIsNotAskedWhichItemsCanBeChosen) {
+  EXPECT_FALSE(systemMenu().autoenablesItems);
+}
+
+TEST_F(MacMenuTest, LinesToReadCannotBeChosenAndHaveTheirTone) {
+  item->menu().setItems({MenuText{"a", MenuTone::label}, MenuText{"b", MenuTone::secondaryLabel},
+                         MenuText{"c", MenuTone::tertiaryLabel}});
+  std::vector<std::string> looks;
+  for (NSMenuItem* line in itemsOf(systemMenu())) {
+    EXPECT_FALSE(line.enabled);
+    NSDictionary* const attributes = [line.attributedTitle fakeAttributes];
+    looks.push_back(textOf(line.attributedTitle.string) + " " +
+                    textOfColor(attributes[NSForegroundColorAttributeName]) + " " +
+                    textOfFont(attributes[NSFontAttributeName]));
+  }
+  EXPECT_THAT(looks,
+              ElementsAre("a label*0.8 menu 13 weight 0", "b secondaryLabel*0.5 menu 13 weight 0",
+                          "c tertiaryLabel*0.25 menu 13 weight 0"));
+}
+
+TEST_F(MacMenuTest, ALinesNewTitleKeepsItsTone) {
+  item->menu().setItems({MenuText{"a", MenuTone::tertiaryLabel}});
+  item->menu().setTitle(0, "b");
+  NSMenuItem* const line = systemItem(0);
+  EXPECT_EQ(textOf(line.attributedTitle.string), "b");
+  EXPECT_EQ(textOfColor([line.attributedTitle fakeAttributes][NSForegroundColorAttributeName]),
+            "tertiaryLabel*0.25");
+}
+
+TEST_F(MacMenuTest, CommandsHaveTheirTickAndKey) {
+  item->menu().setItems({MenuCommand{"Start at login", true, "", {}},
+                         MenuCommand{"Quit", false, "q", {}}, MenuSeparator{}});
+  EXPECT_TRUE(systemItem(0).enabled);
+  EXPECT_EQ(systemItem(0).state, NSControlStateValueOn);
+  EXPECT_EQ(textOf([systemItem(0) fakeKeyEquivalent]), "");
+  EXPECT_EQ(systemItem(1).state, NSControlStateValueOff);
+  EXPECT_EQ(textOf([systemItem(1) fakeKeyEquivalent]), "q");
+  EXPECT_TRUE([systemItem(2) fakeIsSeparator]);
+}
+
+TEST_F(MacMenuTest, ASliderIsContinuousAndGrowsWithTheMenu) {
+  item->menu().setItems({MenuSlider{-100, 200, 42, "Halden", {}}});
+  NSView* const row = systemItem(0).view;
+  EXPECT_EQ(row.autoresizingMask, static_cast<NSUInteger>(NSViewWidthSizable));
+  auto* const slider = static_cast<NSSlider*>([row fakeSubviews][0]);
+  EXPECT_EQ(slider.minValue, -100);
+  EXPECT_EQ(slider.maxValue, 200);
+  EXPECT_EQ(slider.doubleValue, 42);
+  EXPECT_TRUE(slider.continuous);
+  EXPECT_EQ(slider.autoresizingMask, static_cast<NSUInteger>(NSViewWidthSizable));
+  EXPECT_EQ(textOf([slider accessibilityLabel]), "Halden");
+}
+
+TEST_F(MacMenuTest, ASlidersRowComesFromNoArchive) {
+  const id archive = [NSObject new];
+  EXPECT_DEATH((void)[[BrivaneSliderRow alloc] initWithCoder:archive],
+               "init\\(coder:\\) is not used");
+}
+
+TEST_F(MacMenuTest, ASliderThatTheMenuNoLongerHasTellsNobody) {
+  item->menu().setItems(
+      {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("old"); }}});
+  auto* const old = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  item->menu().setItems(
+      {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("new"); }}});
+  desktop.drag(old, 60);
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(MacMenuTest, AClosureLivesUntilItReturnsThoughItsItemIsReplaced) {
+  const std::string ownName(100, 'x');
+  const auto replace = [this, ownName] {
+    item->menu().setItems({});
+    notes.push_back(ownName);
+  };
+  item->menu().setItems({MenuSlider{0, 100, 50, "a", [replace](double) { replace(); }}});
+  desktop.drag(static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]), 60);
+  item->menu().setItems({MenuCommand{"Go", false, "", replace}});
+  desktop.open(systemMenu());
+  desktop.choose("Go");
+  EXPECT_THAT(notes, ElementsAre(ownName, "will open", "did close", ownName));
+}
+
+TEST_F(MacMenuTest, ASliderThatIsReplacedWhileTheMouseHoldsItStaysUntilTheMenuCloses) {
+  NSSlider* __weak held = nil;
+  @autoreleasepool {
+    item->menu().setItems(
+        {MenuSlider{0, 100, 50, "a", [this](double) { item->menu().setItems({}); }}});
+    desktop.open(systemMenu());
+    held = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  }
+  desktop.drag(held, 60);
+  EXPECT_NE(held, nil);
+  desktop.close();
+  EXPECT_EQ(held, nil) << "nobody needs it any more";
+}
+
+TEST_F(MacMenuTest, WhatAClosedMenuReplacesGoesAtOnce) {
+  NSMenuItem* __weak old = nil;
+  @autoreleasepool {
+    item->menu().setItems({MenuText{"a", MenuTone::label}});
+    old = systemItem(0);
+  }
+  ASSERT_NE(old, nil);
+  @autoreleasepool {
+    item->menu().setItems({});
+  }
+  EXPECT_EQ(old, nil);
+}
+
+TEST_F(MacMenuTest, AMenuThatIsFilledOnlyWhenItOpensCanBeOpened) {
+  desktop.open(systemMenu());
+  EXPECT_THAT(notes, ElementsAre("will open"));
+  EXPECT_FALSE(systemItem(0).enabled) << "what stands there meanwhile";
+  item->menu().setItems({MenuText{"a", MenuTone::label}});
+  EXPECT_EQ(itemsOf(systemMenu()).count, 1U) << "nothing but what the program shows";
+  desktop.close();
+}
+
+TEST_F(MacMenuTest, AMenuThatHasLostAllItsItemsCanBeOpened) {
+  item->menu().setItems({MenuText{"a", MenuTone::label}});
+  item->menu().setItems({});
+  desktop.open(systemMenu());
+  EXPECT_THAT(notes, ElementsAre("will open"));
+}
+
+TEST_F(MacMenuTest, AnOpenMenuThatGoesIsClosedAndTellsSoOnce) {
+  desktop.open(systemMenu());
+  item.reset();
+  EXPECT_THAT(notes, ElementsAre("will open", "did close"));
+  EXPECT_THAT(desktop.notes, ElementsAre("status item of length -2", "tracking ends at once",
+                                         "the status item is removed"));
+}
+
+TEST_F(MacMenuTest, AnOpenMenuDoesNotKeepTheApplicationFromEnding) {
+  desktop.open(systemMenu());
+  desktop.takeNotes();
+  bench.runtime.async([this] { frame.application().exit(3); });
+  EXPECT_EQ(frame.application().run(), 3);
+  EXPECT_THAT(notes, ElementsAre("will open", "did close"));
+  EXPECT_THAT(desktop.notes, ElementsAre("tracking ends at once", "post 15 first"));
+  EXPECT_EQ(desktop.openMenu, nil);
+}
+
+TEST_F(MacMenuTest, ASliderThatTheMouseStillHoldsAfterTheEndMovesNothing) {
+  item->menu().setItems(
+      {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("moved"); }},
+       MenuCommand{"Go", false, "", [this] { notes.emplace_back("chosen"); }}});
+  desktop.open(systemMenu());
+  NSSlider* const slider = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  NSMenuItem* const command = systemItem(1);
+  desktop.hold();
+  bench.runtime.async([this] { frame.application().exit(0); });
+  bench.runtime.after(fromSeconds(0.2), [this, slider, command] {
+    EXPECT_EQ(desktop.openMenu, systemMenu()) << "the mouse is still followed";
+    desktop.drag(slider, 60);
+    [command.target chose:command];
+    desktop.letGo();
+  });
+  frame.application().run();
+  EXPECT_THAT(notes, ElementsAre("will open", "did close"));
+}
+
+TEST_F(MacMenuTest, ASliderThatWasReplacedStaysAsLongAsTheMouseHoldsItAfterTheEnd) {
+  NSSlider* __weak held = nil;
+  @autoreleasepool {
+    item->menu().setItems(
+        {MenuSlider{0, 100, 50, "a", [this](double) { item->menu().setItems({}); }}});
+    desktop.open(systemMenu());
+    held = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  }
+  desktop.hold();
+  desktop.drag(held, 60);
+  frame.application().exit(0);
+  desktop.drag(held, 70);
+  desktop.letGo();
+}
+
+TEST_F(MacMenuTest, AMenuThatHasGoneTellsNobody) {
+  item->menu().setItems({MenuText{"a", MenuTone::label}});
+  NSMenu* const system = systemMenu();
+  const id hands = system.delegate;
+  item.reset();
+  EXPECT_EQ(system.delegate, nil) << "whoever keeps what was the delegate";
+  [hands menuWillOpen:system];
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(MacMenuTest, ItPopsUpWhereThePointerIsOnceTheProgramHasAnswered) {
+  desktop.takeNotes();
+  desktop.pointer = NSMakePoint(300, 40);
+  item->menu().popUp();
+  EXPECT_THAT(notes, IsEmpty());
+  bench.pass(0);
+  EXPECT_THAT(desktop.notes, ElementsAre("menu at 300,40"));
+  EXPECT_THAT(notes, ElementsAre("will open"));
+}
+
+TEST_F(MacMenuTest, OneThatItsUserHasOpenedMeanwhileDoesNotPopUp) {
+  item->menu().popUp();
+  desktop.open(systemMenu());
+  bench.pass(0);
+  EXPECT_THAT(desktop.notes, testing::Not(Contains(testing::StartsWith("menu at"))));
+  EXPECT_THAT(notes, ElementsAre("will open"));
+}
+
+TEST_F(MacMenuTest, NonePopsUpOnceTheApplicationEndsOrTheItemHasGone) {
+  item->menu().popUp();
+  frame.application().exit(0);
+  bench.pass(0);
+  item->menu().popUp();
+  item.reset();
+  bench.pass(0);
+  EXPECT_THAT(notes, IsEmpty());
+}
+
+TEST_F(MacMenuTest, AClosedMenuHasNoTrackingToCancel) {
+  frame.application().exit(0);
+  item.reset();
+  EXPECT_THAT(notes, IsEmpty());
+  EXPECT_THAT(desktop.notes, testing::Not(Contains("tracking ends at once")));
+}
+
+}  // namespace
+}  // namespace brivane
