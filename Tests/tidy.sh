@@ -109,7 +109,7 @@ check "every file is formatted" "$(
   sources '*.h' '*.cpp' '*.mm' | xargs clang-format-16 --dry-run --Werror >build/tidy/format.log 2>&1 ||
     { grep 'error:' build/tidy/format.log || cat build/tidy/format.log; } | cut -d: -f1 | sort -u)"
 
-check "scripts parse" "$(for script in run test bench pictures .ci/run $(sources '*.sh'); do
+check "scripts parse" "$(for script in run test bench .ci/run $(sources '*.sh'); do
   [ -f "$script" ] && bash -n "$script" 2>&1; done)"
 
 check "each mistake that the Mac's tests are tried on can be made, and its test is there" "$(

@@ -1,5 +1,6 @@
-// Draws every picture of docs/pictures and the Mac's icon file anew; `./pictures` builds and runs
-// it. A picture of something else is one more function in Pictures.h and one more line below.
+// Draws every picture of docs/pictures and the Mac's icon file anew; `Tools/draw-pictures.sh`
+// builds and runs it. A picture of something else is one more function in Pictures.h and one more
+// line below.
 #include <QApplication>
 #include <cstdlib>
 #include <filesystem>
@@ -72,7 +73,8 @@ bool saveIcon(const std::filesystem::path& file) {
 
 int main(int argc, char** argv) {
   if (argc != 3 || !std::filesystem::is_directory("Tools/Pictures")) {
-    std::cerr << "usage: ./pictures; or, from the root of the tree, brivane-pictures FOLDER ICON\n";
+    std::cerr << "usage: Tools/draw-pictures.sh; or, from the root of the tree, brivane-pictures "
+                 "FOLDER ICON\n";
     return 2;
   }
   shutTheDesktopOut();

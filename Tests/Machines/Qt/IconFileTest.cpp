@@ -1,4 +1,5 @@
-// The Mac's icon file lies in the tree as `./pictures` drew it, so that no build needs Qt for it.
+// The Mac's icon file lies in the tree as `Tools/draw-pictures.sh` drew it, so that no build needs
+// Qt for it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -59,7 +60,7 @@ TEST(IconFile, HasTheArtworkInEverySizeThatAMacAsksFor) {
         renderedPicture(AppIconArtwork().body(), {canvas, canvas}, width / canvas);
     EXPECT_EQ(found.at(name).convertToFormat(QImage::Format_ARGB32),
               artwork.convertToFormat(QImage::Format_ARGB32))
-        << "./pictures draws it anew";
+        << "Tools/draw-pictures.sh draws it anew";
   }
 }
 

@@ -3,7 +3,7 @@
 # no screen.
 set -u
 with_frame=yes
-. "$(dirname "$0")/cmake/setup.sh"
+. "$(dirname "$0")/../cmake/setup.sh"
 need_packages "${program_packages[@]}" "${frame_packages[@]}" fonts-inter fonts-dejavu-core
 build default brivane-pictures
 build/bin/brivane-pictures docs/pictures Packaging/macOS/Brivane.icns
