@@ -6,7 +6,7 @@
 
 #include "Machines/Desk/Frame/Frame.h"
 #include "Machines/Desk/LiveDesk/AppearanceOfDesk.h"
-#include "Machines/Desk/LiveDesk/DeskOnScreen.h"
+#include "Machines/Desk/LiveDesk/DeskLiveView.h"
 #include "Machines/Desk/Machine/OpenDesk.h"
 #include "Machines/Linux/Machine.h"
 #include "Machines/OpenQtFrame.h"
@@ -20,7 +20,7 @@ std::unique_ptr<Frame> openDeskFrame(DeskMachine& machine) {
   std::unique_ptr<Frame> frame;
   if (hasScreen()) {
     frame = openQtFrame(machine, std::make_shared<AppearanceOfDesk>(hardware), nullptr,
-                        std::make_shared<DeskOnScreen>(machine));
+                        std::make_shared<DeskLiveView>(machine));
   }
   if (!frame) frame = std::make_unique<DeskFrame>(machine.runtime(), hardware);
   return frame;

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "Machines/Linux/Findings.h"
+#include "Machines/Linux/MissingAccess.h"
 
 namespace brivane {
 
@@ -20,6 +20,7 @@ struct GraphicsSession {
 
 /// One line for the user: the most important thing that is missing, and what to do about it.
 /// Nothing when nothing is missing.
-std::optional<std::string> adviceFor(const GraphicsSession& session, const Findings& findings);
+std::optional<std::string> adviceFor(const GraphicsSession& session,
+                                     const MissingAccess& missingAccess);
 
 }  // namespace brivane

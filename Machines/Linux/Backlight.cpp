@@ -26,10 +26,10 @@ std::ptrdiff_t rank(const std::filesystem::path& backlight) {
 
 }  // namespace
 
-LinuxBacklight::LinuxBacklight(DisplaySystem& displaySystem, Findings& itsFindings,
+LinuxBacklight::LinuxBacklight(DisplaySystem& displaySystem, MissingAccess& itsMissingAccess,
                                SessionBacklight& byLogind, std::filesystem::path classFolder)
     : displays(displaySystem),
-      findings(itsFindings),
+      missingAccess(itsMissingAccess),
       session(byLogind),
       folder(std::move(classFolder)) {}
 
@@ -58,7 +58,7 @@ std::int32_t LinuxBacklight::set(DisplayID display, float level) const {
   const bool isDenied = error == EACCES || error == EPERM;
   const bool isSetByLogind =
       isDenied && session.set(backlight->filename(), static_cast<std::uint32_t>(steps)) == 0;
-  findings.backlightDenied = isDenied && !isSetByLogind;
+  missingAccess.backlightDenied = isDenied && !isSetByLogind;
   return isSetByLogind ? 0 : error;
 }
 

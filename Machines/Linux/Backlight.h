@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "BrivaneCore/Seams/DisplaySystem.h"
-#include "Machines/Linux/Findings.h"
+#include "Machines/Linux/MissingAccess.h"
 #include "Machines/Linux/SessionBacklight.h"
 
 namespace brivane {
@@ -15,7 +15,8 @@ namespace brivane {
 class LinuxBacklight {
  public:
   /// All must outlive this.
-  LinuxBacklight(DisplaySystem& displaySystem, Findings& itsFindings, SessionBacklight& byLogind,
+  LinuxBacklight(DisplaySystem& displaySystem, MissingAccess& itsMissingAccess,
+                 SessionBacklight& byLogind,
                  std::filesystem::path classFolder = "/sys/class/backlight");
 
   /// Whether there is any backlight.
@@ -32,7 +33,7 @@ class LinuxBacklight {
   std::optional<std::filesystem::path> backlightOf(DisplayID display) const;
 
   DisplaySystem& displays;
-  Findings& findings;
+  MissingAccess& missingAccess;
   SessionBacklight& session;
   const std::filesystem::path folder;
 };

@@ -61,7 +61,7 @@ bool LinuxBus::exists() const {
   const bool found = std::any_of(names.begin(), names.end(), [](const std::string& name) {
     return numberBehind("i2c-", name).has_value();
   });
-  findings.noBuses = !found;
+  missingAccess.noBuses = !found;
   return found;
 }
 
@@ -95,7 +95,7 @@ std::int32_t LinuxBus::transfer(const AVService& service, std::uint32_t chip, bo
   const std::string node = "/dev/i2c-" + std::to_string(panel->channel.bus);
   const FileDescriptor bus(::open(node.c_str(), O_RDWR | O_CLOEXEC));
   const std::int32_t openError = bus.isOpen() ? 0 : errno;
-  findings.busDenied = openError == EACCES || openError == EPERM;
+  missingAccess.busDenied = openError == EACCES || openError == EPERM;
   if (openError != 0) return openError;
   const auto address = static_cast<std::uint16_t>(chip);
   const std::int32_t error = moveMessage(bus.get(), address, isRead, bytes);

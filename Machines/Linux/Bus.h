@@ -6,7 +6,7 @@
 
 #include "BrivaneCore/Seams/SymbolLoader.h"
 #include "Machines/Linux/Connectors.h"
-#include "Machines/Linux/Findings.h"
+#include "Machines/Linux/MissingAccess.h"
 #include "Machines/Linux/SleepGate.h"
 
 namespace brivane {
@@ -19,8 +19,9 @@ namespace brivane {
 class LinuxBus {
  public:
   /// All must outlive this.
-  LinuxBus(const Connectors& itsConnectors, Findings& itsFindings, SleepGate& itsSleepGate)
-      : connectors(itsConnectors), findings(itsFindings), sleepGate(itsSleepGate) {}
+  LinuxBus(const Connectors& itsConnectors, MissingAccess& itsMissingAccess,
+           SleepGate& itsSleepGate)
+      : connectors(itsConnectors), missingAccess(itsMissingAccess), sleepGate(itsSleepGate) {}
 
   /// Whether there is any I2C device file.
   bool exists() const;
@@ -37,7 +38,7 @@ class LinuxBus {
                         std::span<std::uint8_t> bytes) const;
 
   const Connectors& connectors;
-  Findings& findings;
+  MissingAccess& missingAccess;
   SleepGate& sleepGate;
 };
 

@@ -31,7 +31,7 @@ std::unique_ptr<DefaultsSuite> LinuxMachine::openDefaultsSuite(const std::string
 std::optional<std::string> LinuxMachine::advice() {
   return adviceFor({connection.problem(), !environmentText("DISPLAY").empty(),
                     !environmentText("WAYLAND_DISPLAY").empty()},
-                   findings);
+                   missingAccess);
 }
 
 void LinuxMachine::sayThatSystemBusIsMissing() {

@@ -9,7 +9,7 @@
 #include "Machines/Linux/Backlight.h"
 #include "Machines/Linux/Bus.h"
 #include "Machines/Linux/Connectors.h"
-#include "Machines/Linux/Findings.h"
+#include "Machines/Linux/MissingAccess.h"
 #include "Machines/Linux/Notifications.h"
 #include "Machines/Linux/Processes.h"
 #include "Machines/Linux/Registry.h"
@@ -63,7 +63,7 @@ class LinuxMachine : public ResidentMachine {
  private:
   void sayThatSystemBusIsMissing();
 
-  Findings findings;
+  MissingAccess missingAccess;
   LinuxLog systemLog;
   SleepGate sleepGate;
   AutostartEntry entry{AutostartEntry::usualFolders()};
@@ -71,12 +71,12 @@ class LinuxMachine : public ResidentMachine {
   LinuxDisplays displaySystem{connection};
   LinuxGammaTables gamma{connection};
   Connectors connectors;
-  LinuxBus bus{connectors, findings, sleepGate};
+  LinuxBus bus{connectors, missingAccess, sleepGate};
   SessionBacklight sessionBacklight;
-  LinuxBacklight backlight{displaySystem, findings, sessionBacklight};
+  LinuxBacklight backlight{displaySystem, missingAccess, sessionBacklight};
   LinuxIORegistry registry{connectors};
   LinuxSymbolLoader symbolLoader{bus, backlight};
-  LinuxProcessRunner processRunner{findings, entry};
+  LinuxProcessRunner processRunner{missingAccess, entry};
   LinuxApplications runningPrograms;
   LinuxAccessibility grant;
   LinuxSession userSession{entry};

@@ -15,9 +15,10 @@ bool isSetting(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-LinuxProcessRunner::LinuxProcessRunner(Findings& itsFindings, const AutostartEntry& programsEntry,
+LinuxProcessRunner::LinuxProcessRunner(MissingAccess& itsMissingAccess,
+                                       const AutostartEntry& programsEntry,
                                        std::optional<std::filesystem::path> programFolder)
-    : findings(itsFindings), entry(programsEntry), folder(std::move(programFolder)) {}
+    : missingAccess(itsMissingAccess), entry(programsEntry), folder(std::move(programFolder)) {}
 
 ProcessResult LinuxProcessRunner::run(const std::string& executable,
                                       const std::vector<std::string>& arguments) {
@@ -30,7 +31,7 @@ ProcessResult LinuxProcessRunner::runKeyMapping(const std::vector<std::string>& 
   auto result = runChildProcess(standInFolder() / "brivane-hidutil", arguments);
   const auto* finished = std::get_if<FinishedProcess>(&result);
   if (finished != nullptr && isSetting(arguments)) {
-    findings.keymapsDenied = finished->exitStatus == HIDUtil::notPermitted;
+    missingAccess.keymapsDenied = finished->exitStatus == HIDUtil::notPermitted;
   }
   return result;
 }

@@ -7,7 +7,7 @@
 
 #include "BrivaneCore/Seams/ProcessRunner.h"
 #include "Machines/Linux/AutostartEntry.h"
-#include "Machines/Linux/Findings.h"
+#include "Machines/Linux/MissingAccess.h"
 
 namespace brivane {
 
@@ -17,7 +17,7 @@ namespace brivane {
 class LinuxProcessRunner : public ProcessRunner {
  public:
   /// Programs lie in `programFolder`; without one, beside the running program.
-  LinuxProcessRunner(Findings& itsFindings, const AutostartEntry& programsEntry,
+  LinuxProcessRunner(MissingAccess& itsMissingAccess, const AutostartEntry& programsEntry,
                      std::optional<std::filesystem::path> programFolder = std::nullopt);
 
   ProcessResult run(const std::string& executable,
@@ -27,7 +27,7 @@ class LinuxProcessRunner : public ProcessRunner {
   ProcessResult runKeyMapping(const std::vector<std::string>& arguments);
   std::filesystem::path standInFolder() const;
 
-  Findings& findings;
+  MissingAccess& missingAccess;
   const AutostartEntry& entry;
   const std::optional<std::filesystem::path> folder;
 };

@@ -25,8 +25,8 @@
 #include "Tests/EndToEnd/Linux/LinuxWorld.h"
 #include "Tests/Support/FakeLogind.h"
 #include "Tests/Support/FakeTrayHost.h"
-#include "Tests/Support/Onlooker.h"
 #include "Tests/Support/XKeys.h"
+#include "Tests/Support/XTestClient.h"
 
 namespace brivane::bench {
 namespace {
@@ -167,16 +167,16 @@ void measureMemory(const FigureTable& table, Desktop& desktop, const std::filesy
 }
 
 /// From the press to the first pixel that is another one in the HUD's place.
-double millisecondsToPixel(X11Rig& screens, Onlooker& onlooker, xcb_keycode_t key) {
+double millisecondsToPixel(X11Rig& screens, XTestClient& testClient, xcb_keycode_t key) {
   const int x = hudX + 20;
   const int y = hudY + 27;
-  const std::uint32_t before = onlooker.pixel(x, y);
+  const std::uint32_t before = testClient.pixel(x, y);
   const auto pressed = Clock::now();
   screens.pressKey(key);
   bool isSeen = false;
   auto seen = pressed;
   while (!isSeen && seen < pressed + 10s) {
-    isSeen = onlooker.pixel(x, y) != before;
+    isSeen = testClient.pixel(x, y) != before;
     seen = Clock::now();
   }
   screens.releaseKey(key);
@@ -184,11 +184,11 @@ double millisecondsToPixel(X11Rig& screens, Onlooker& onlooker, xcb_keycode_t ke
   return milliseconds(seen - pressed);
 }
 
-double floorToPixel(X11Rig& screens, Onlooker& onlooker) {
+double floorToPixel(X11Rig& screens, XTestClient& testClient) {
   const PlainKeyWindow window(screens.display(), f12, hudX, hudY);
   std::vector<double> all;
   for (int press = 0; press < PlainKeyWindow::presses; ++press) {
-    all.push_back(millisecondsToPixel(screens, onlooker, f12));
+    all.push_back(millisecondsToPixel(screens, testClient, f12));
     std::this_thread::sleep_for(100ms);
   }
   return median(all);
@@ -197,14 +197,14 @@ double floorToPixel(X11Rig& screens, Onlooker& onlooker) {
 /// The first press after a start.
 double firstOfAllPresses(Desktop& desktop, const std::filesystem::path& program) {
   X11Rig& screens = desktop.world.screens;
-  Onlooker onlooker(screens.display());
+  XTestClient testClient(screens.display());
   std::vector<double> all;
   for (int start = 0; start < 5; ++start) {
     const MeasuredProcess started(program);
     awaitItem(desktop, program);
     std::this_thread::sleep_for(settling);
     for (const auto modifier : {control, option}) screens.pressKey(modifier);
-    all.push_back(millisecondsToPixel(screens, onlooker, start % 2 == 0 ? down : up));
+    all.push_back(millisecondsToPixel(screens, testClient, start % 2 == 0 ? down : up));
     for (const auto modifier : {option, control}) screens.releaseKey(modifier);
   }
   return median(all);
@@ -213,8 +213,8 @@ double firstOfAllPresses(Desktop& desktop, const std::filesystem::path& program)
 void measureFirstPixel(const FigureTable& table, Desktop& desktop, const MeasuredProcess& program,
                        double firstPress) {
   X11Rig& screens = desktop.world.screens;
-  Onlooker onlooker(screens.display());
-  const double floor = floorToPixel(screens, onlooker);
+  XTestClient testClient(screens.display());
+  const double floor = floorToPixel(screens, testClient);
   std::vector<double> all;
   std::vector<double> cpu;
   for (const auto modifier : {control, option}) screens.pressKey(modifier);
@@ -222,7 +222,7 @@ void measureFirstPixel(const FigureTable& table, Desktop& desktop, const Measure
     // Until the HUD of the press before is gone.
     if (press > 0) std::this_thread::sleep_for(3s);
     const double before = program.cpuSeconds();
-    all.push_back(millisecondsToPixel(screens, onlooker, press % 2 == 0 ? down : up));
+    all.push_back(millisecondsToPixel(screens, testClient, press % 2 == 0 ? down : up));
     cpu.push_back((program.cpuSeconds() - before) * 1e3);
   }
   for (const auto modifier : {option, control}) screens.releaseKey(modifier);

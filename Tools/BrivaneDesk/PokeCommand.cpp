@@ -7,7 +7,7 @@
 #include <ostream>
 #include <utility>
 
-#include "Tools/BrivaneDesk/LiveDesk.h"
+#include "Tools/BrivaneDesk/CommandDesk.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"
 #include "Tools/BrivaneDesk/ScenarioRun.h"
 #include "Tools/BrivaneDesk/Scene.h"

@@ -6,7 +6,7 @@
 #include <optional>
 #include <set>
 
-#include "Machines/Desk/File/NearMiss.h"
+#include "Machines/Desk/File/Suggestion.h"
 #include "Tools/BrivaneDesk/KeyNames.h"
 #include "Tools/BrivaneDesk/Slots.h"
 #include "Tools/BrivaneDesk/StepTable.h"

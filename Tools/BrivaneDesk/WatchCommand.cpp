@@ -5,8 +5,8 @@
 #include <ostream>
 
 #include "Machines/Desk/State/FolderWatch.h"
+#include "Tools/BrivaneDesk/CommandDesk.h"
 #include "Tools/BrivaneDesk/HardwareLines.h"
-#include "Tools/BrivaneDesk/LiveDesk.h"
 
 namespace brivane {
 namespace {

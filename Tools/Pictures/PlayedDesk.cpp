@@ -14,7 +14,7 @@
 #include "Machines/Common/Keys/EvdevKeys.h"
 #include "Machines/Desk/File/DeskFile.h"
 #include "Machines/Desk/LiveDesk/AppearanceOfDesk.h"
-#include "Machines/Desk/LiveDesk/DeskOnScreen.h"
+#include "Machines/Desk/LiveDesk/DeskLiveView.h"
 #include "Machines/Desk/Machine/VirtualRuntime.h"
 #include "Machines/Qt/Frame/CustomViewWidget.h"
 #include "Machines/Qt/Frame/StatusItem.h"
@@ -59,7 +59,7 @@ PlayedDesk::PlayedDesk(const std::string& desk, Shows shows)
       machine(std::make_unique<VirtualRuntime>(), std::make_unique<Silence>(), hardware,
               {false, resourceFolder()}) {
   QtFrameRequest request{machine, queue, std::make_shared<AppearanceOfDesk>(*hardware), {}};
-  if (shows == Shows::windows) request.desk = std::make_shared<DeskOnScreen>(machine);
+  if (shows == Shows::windows) request.desk = std::make_shared<DeskLiveView>(machine);
   const char* const screens = shows == Shows::windows ? desktopScreen : noScreen;
   frame = std::make_unique<QtFrame>(QtPlatform{screens, false}, request);
   usePictureFont();

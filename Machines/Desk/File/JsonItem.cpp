@@ -5,7 +5,7 @@
 #include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/File/JsonProperty.h"
 #include "Machines/Desk/File/JsonSection.h"
-#include "Machines/Desk/File/NearMiss.h"
+#include "Machines/Desk/File/Suggestion.h"
 
 // A desk file is written by hand, so its reader says where it stopped, what it wanted, what it
 // found, and, when a word is nearly right, which one was probably meant.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Machines/Desk/File/NearMiss.h"
+#include "Machines/Desk/File/Suggestion.h"
 
 namespace brivane {
 

@@ -14,7 +14,7 @@
 #include "Machines/Common/Frame/Transition.h"
 #include "Machines/Qt/Toolkit/Painter.h"
 #include "Machines/Qt/Toolkit/ScreenMap.h"
-#include "Machines/Qt/Toolkit/XSelections.h"
+#include "Machines/Qt/Toolkit/XClient.h"
 
 namespace brivane {
 namespace {

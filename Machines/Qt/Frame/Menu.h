@@ -9,7 +9,7 @@
 
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "BrivaneUI/Frame/StatusItem.h"
-#include "Machines/Qt/Frame/GrabbedKeys.h"
+#include "Machines/Qt/Frame/MenuKeyFilter.h"
 #include "Machines/Qt/Toolkit/Application.h"
 
 namespace brivane {
@@ -69,7 +69,7 @@ class QtMenu : public MenuView {
   /// The size with which it was given its place.
   QSize placedSize;
   std::unique_ptr<Window> window;
-  std::optional<GrabbedKeys> keys;
+  std::optional<MenuKeyFilter> keys;
   LivenessAnchor anchor;
 };
 

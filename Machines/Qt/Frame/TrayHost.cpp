@@ -10,7 +10,7 @@
 #include <QGuiApplication>
 #include <utility>
 
-#include "Machines/Qt/Toolkit/XSelections.h"
+#include "Machines/Qt/Toolkit/XClient.h"
 
 namespace brivane {
 namespace {

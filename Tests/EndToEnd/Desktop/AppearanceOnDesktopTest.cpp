@@ -16,7 +16,7 @@ class AppearanceOnDesktopTest : public DesktopTest {
   std::uint32_t ground() {
     const auto window = menu();
     if (!window) return 128;
-    return onlooker.pixel(window->box.x + 10, window->box.y + window->box.height - 4) & 0xff;
+    return testClient.pixel(window->box.x + 10, window->box.y + window->box.height - 4) & 0xff;
   }
   bool becomesDark() {
     return eventually([&] { return ground() < 80; });
@@ -58,8 +58,8 @@ TEST_F(AppearanceOnDesktopTest, TheHUDFollowsTheDesktop) {
     return eventually([&] {
       tapHotkey(xKey::down);
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
-      const auto pixel = onlooker.pixel(800, 720) & 0xff;
-      return onlooker.find("Brivane") && (isDark ? pixel > 0 && pixel < 90 : pixel > 180);
+      const auto pixel = testClient.pixel(800, 720) & 0xff;
+      return testClient.find("Brivane") && (isDark ? pixel > 0 && pixel < 90 : pixel > 180);
     });
   };
   EXPECT_TRUE(cardBecomes(true));

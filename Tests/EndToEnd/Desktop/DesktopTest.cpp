@@ -81,7 +81,7 @@ void DesktopTest::expectCleanEnd() {
   EXPECT_EQ(result.errors, "");
   // The server hears of it only now.
   EXPECT_TRUE(eventually([&] { return !world.screens.isKeyTaken(xKey::f19, 0); }));
-  EXPECT_TRUE(eventually([&] { return !onlooker.find("Brivane"); }));
+  EXPECT_TRUE(eventually([&] { return !testClient.find("Brivane"); }));
 }
 
 void DesktopTest::click(int x, int y, std::uint8_t button) {
@@ -96,7 +96,7 @@ void DesktopTest::click(const PixelBox& box, std::uint8_t button) {
 
 std::optional<SeenWindow> DesktopTest::menu() {
   // The HUD has the same title.
-  for (const SeenWindow& window : onlooker.windows()) {
+  for (const SeenWindow& window : testClient.windows()) {
     if (window.title == "Brivane" && window.isUnmanaged && window.box.height > 200) return window;
   }
   return std::nullopt;
@@ -113,13 +113,13 @@ bool DesktopTest::doesMenuClose() {
 std::optional<PixelBox> DesktopTest::menuLine(int fromLast) {
   const auto window = menu();
   if (!window) return std::nullopt;
-  const Picture before = onlooker.picture(window->box);
+  const Picture before = testClient.picture(window->box);
   std::optional<PixelBox> line;
   for (int step = 0; step < fromLast; ++step) {
     tap(xKey::up);
     const auto there = line;
     if (!eventually([&] {
-          line = litUp(before, onlooker.picture(window->box));
+          line = litUp(before, testClient.picture(window->box));
           return line && (!there || line->y + line->height <= there->y);
         })) {
       return std::nullopt;
@@ -144,7 +144,7 @@ std::vector<PixelBox> DesktopTest::handles() {
   std::vector<PixelBox> found;
   const auto window = menu();
   if (!window) return found;
-  const Picture shown = onlooker.picture(window->box);
+  const Picture shown = testClient.picture(window->box);
   for (int y = 0; y < shown.height; ++y) {
     int run = 0;
     int end = 0;

@@ -14,8 +14,8 @@
 #include "Tests/Support/Eventually.h"
 #include "Tests/Support/FakeLogind.h"
 #include "Tests/Support/FakeTrayHost.h"
-#include "Tests/Support/Onlooker.h"
 #include "Tests/Support/XKeys.h"
+#include "Tests/Support/XTestClient.h"
 
 namespace brivane {
 
@@ -87,7 +87,7 @@ class DesktopTest : public testing::Test {
   LinuxWorld world;
   PrivateBus sessionBus;
   FakeLogind logind;
-  Onlooker onlooker{world.screens.display()};
+  XTestClient testClient{world.screens.display()};
   std::unique_ptr<RunningProgram> program;
 
  private:

@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "Tests/EndToEnd/Desktop/DesktopTest.h"
-#include "Tests/Support/Companion.h"
+#include "Tests/Support/DesktopProcess.h"
 
 namespace brivane {
 namespace {
@@ -16,7 +16,7 @@ class EditorOnDesktopTest : public DesktopTest {
  protected:
   /// With a window manager, as every desktop has one.
   void openEditor() {
-    EXPECT_TRUE(eventually([&] { return onlooker.hasRootProperty("_NET_CLIENT_LIST"); }))
+    EXPECT_TRUE(eventually([&] { return testClient.hasRootProperty("_NET_CLIENT_LIST"); }))
         << "package openbox";
     if (!program) start();
     ASSERT_TRUE(eventually([&] { return !host.items().empty(); }));
@@ -25,7 +25,7 @@ class EditorOnDesktopTest : public DesktopTest {
     ASSERT_TRUE(eventually([&] { return editor().has_value(); }));
     ASSERT_TRUE(eventually([&] {
       const auto window = editor();
-      return window && onlooker.focus() == window->number;
+      return window && testClient.focus() == window->number;
     })) << "it is active";
     atRest([&] { return editor()->box; });
     ASSERT_TRUE(eventually([&] { return !isWaiting(0) && !isWaiting(1); })) << "it is drawn";
@@ -38,19 +38,19 @@ class EditorOnDesktopTest : public DesktopTest {
     ASSERT_TRUE(eventually([&] { return !editor(); }));
   }
 
-  std::optional<SeenWindow> editor() { return onlooker.find(title); }
+  std::optional<SeenWindow> editor() { return testClient.find(title); }
 
   /// The fields, from the upper left of the window's content.
   PixelBox field(int number) {
     const PixelBox box = editor()->box;
     return {box.x + 200, box.y + 66 + 48 * number, 200, 30};
   }
-  Picture look(int number) { return onlooker.picture(field(number)); }
+  Picture look(int number) { return testClient.picture(field(number)); }
 
   /// A field that waits has another ground.
   bool isWaiting(int number) {
     const PixelBox box = field(number);
-    return onlooker.pixel(box.x + 8, box.y + 8) != 0xffffff;
+    return testClient.pixel(box.x + 8, box.y + 8) != 0xffffff;
   }
   void clickField(int number) {
     click(field(number));
@@ -79,7 +79,7 @@ class EditorOnDesktopTest : public DesktopTest {
   const bool isWritten = bool(std::ofstream(noKeys) << R"(<openbox_config><mouse>
       <context name="Close"><mousebind button="Left" action="Click"><action name="Close"/>
       </mousebind></context></mouse></openbox_config>)");
-  Companion manager{{"openbox", "--sm-disable", "--config-file", noKeys}, environment()};
+  DesktopProcess manager{{"openbox", "--sm-disable", "--config-file", noKeys}, environment()};
 };
 
 TEST_F(EditorOnDesktopTest, ACapturedCombinationWorksAtOnceAndTheOldOneNoMore) {
@@ -124,7 +124,7 @@ TEST_F(EditorOnDesktopTest, TheKeyboardBeginsAtTheFirstFieldAndTabGoesOnToTheSec
   openEditor();
   ASSERT_TRUE(eventually([&] {
     const PixelBox box = field(0);
-    const auto edge = onlooker.pixel(box.x + 1, box.y + 15);
+    const auto edge = testClient.pixel(box.x + 1, box.y + 15);
     return (edge & 0xff) > (edge >> 16) + 40;
   })) << "a ring is round it";
   tap(xKey::space);

@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "Tests/EndToEnd/Desktop/DesktopTest.h"
-#include "Tests/Support/Companion.h"
+#include "Tests/Support/DesktopProcess.h"
 
 namespace brivane {
 namespace {
@@ -18,7 +18,7 @@ constexpr std::uint32_t ground = 0x3060a0;
 class HUDOnDesktopTest : public DesktopTest {
  protected:
   std::optional<SeenWindow> hud() {
-    const auto found = onlooker.find("Brivane");
+    const auto found = testClient.find("Brivane");
     return found && found->box.height < 200 ? found : std::nullopt;
   }
   /// Presses the hotkey where the pointer is, and leaves the program the time to draw.
@@ -72,7 +72,7 @@ TEST_F(HUDOnDesktopTest, ItShowsOnTheDisplayThatChanges) {
   EXPECT_TRUE(lastSeen->isUnmanaged);
   EXPECT_TRUE(eventually([&] {
     keepShowing();
-    return onlooker.topmost() == lastSeen->number;
+    return testClient.topmost() == lastSeen->number;
   }));
 }
 
@@ -90,11 +90,11 @@ TEST_F(HUDOnDesktopTest, AHeldKeyKeepsItUpWhileTheLevelSweeps) {
   ASSERT_TRUE(doesHUDShow());
   ASSERT_TRUE(isHUDAt({620, 716, 360, 54})) << text(lastSeen);
   const PixelBox box = lastSeen->box;
-  const auto before = onlooker.picture(box);
+  const auto before = testClient.picture(box);
   for (const auto key : {xKey::control, xKey::option, xKey::up}) world.screens.pressKey(key);
   EXPECT_TRUE(becomes("HDMI-A-1", 100));
   EXPECT_TRUE(hud());
-  EXPECT_FALSE(onlooker.picture(box) == before);
+  EXPECT_FALSE(testClient.picture(box) == before);
   for (const auto key : {xKey::up, xKey::option, xKey::control}) world.screens.releaseKey(key);
 }
 
@@ -103,17 +103,17 @@ TEST_F(HUDOnDesktopTest, AHeldKeyKeepsItUpWhileTheLevelSweeps) {
 class HUDUnderManagerTest : public HUDOnDesktopTest {
  protected:
   HUDUnderManagerTest() {
-    EXPECT_TRUE(eventually([&] { return onlooker.hasRootProperty("_NET_CLIENT_LIST"); }))
+    EXPECT_TRUE(eventually([&] { return testClient.hasRootProperty("_NET_CLIENT_LIST"); }))
         << "package openbox";
   }
 
   /// Shown and in front, and the pointer where the HUD comes to be.
   xcb_window_t openBelow(bool isFullScreen) {
-    const xcb_window_t window = onlooker.open("Work", {0, 0, 1500, 850}, ground, isFullScreen);
+    const xcb_window_t window = testClient.open("Work", {0, 0, 1500, 850}, ground, isFullScreen);
     EXPECT_TRUE(eventually([&] {
       // A window manager that is still starting may drop the first wish.
-      onlooker.show(window);
-      return onlooker.pixel(800, 740) == ground && onlooker.focus() == window;
+      testClient.show(window);
+      return testClient.pixel(800, 740) == ground && testClient.focus() == window;
     }));
     world.screens.movePointer(800, 740);
     return window;
@@ -123,7 +123,7 @@ class HUDUnderManagerTest : public HUDOnDesktopTest {
   const bool isWritten =
       bool(std::ofstream(noKeys)
            << "<openbox_config><focus><focusNew>yes</focusNew></focus></openbox_config>");
-  Companion manager{{"openbox", "--sm-disable", "--config-file", noKeys}, environment()};
+  DesktopProcess manager{{"openbox", "--sm-disable", "--config-file", noKeys}, environment()};
 };
 
 class HUDOverAWindowTest : public HUDUnderManagerTest, public testing::WithParamInterface<bool> {};
@@ -135,16 +135,16 @@ TEST_P(HUDOverAWindowTest, ItIsInFrontTakesNoFocusAndAClickReachesTheWindowBelow
   EXPECT_TRUE(isHUDAt({620, 716, 360, 54})) << text(lastSeen);
   EXPECT_TRUE(eventually([&] {
     keepShowing();
-    return onlooker.pixel(640, 743) != ground;
+    return testClient.pixel(640, 743) != ground;
   })) << "it is in front";
-  EXPECT_EQ(onlooker.focus(), below);
-  onlooker.takeClicks();
+  EXPECT_EQ(testClient.focus(), below);
+  testClient.takeClicks();
   click(800, 743);
-  EXPECT_TRUE(eventually([&] { return onlooker.takeClicks() == 1; }));
-  EXPECT_EQ(onlooker.focus(), below);
+  EXPECT_TRUE(eventually([&] { return testClient.takeClicks() == 1; }));
+  EXPECT_EQ(testClient.focus(), below);
   ASSERT_TRUE(eventually([&] { return !hud(); }));
-  EXPECT_EQ(onlooker.focus(), below);
-  EXPECT_TRUE(eventually([&] { return onlooker.pixel(800, 743) == ground; }));
+  EXPECT_EQ(testClient.focus(), below);
+  EXPECT_TRUE(eventually([&] { return testClient.pixel(800, 743) == ground; }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, HUDOverAWindowTest, testing::Bool(),
@@ -156,7 +156,7 @@ class HUDAtScaleTest : public HUDOnDesktopTest, public testing::WithParamInterfa
 
 TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
   const double scale = GetParam();
-  onlooker.cover(ground);
+  testClient.cover(ground);
   start({{"QT_SCALE_FACTOR", std::to_string(scale)}});
   ASSERT_TRUE(doesHUDShow());
   const int tolerance = scale == 1 ? 0 : 1;
@@ -165,7 +165,7 @@ TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
   // Every second pixel would be like its neighbour if a small picture had been enlarged.
   EXPECT_TRUE(eventually([&] {
     keepShowing();
-    const Picture shown = onlooker.picture(box);
+    const Picture shown = testClient.picture(box);
     int fine = 0;
     for (int y = 0; y + 1 < shown.height; y += 2) {
       for (int x = 0; x + 1 < shown.width; x += 2) {
@@ -179,12 +179,12 @@ TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
   const int middle = box.x + box.width / 2;
   EXPECT_TRUE(eventually([&] {
     keepShowing();
-    return onlooker.pixel(middle, box.y) != ground &&
-           onlooker.pixel(middle, box.y + box.height - 1) != ground;
+    return testClient.pixel(middle, box.y) != ground &&
+           testClient.pixel(middle, box.y + box.height - 1) != ground;
   }));
-  EXPECT_EQ(onlooker.pixel(middle, box.y - 1), ground);
-  EXPECT_EQ(onlooker.pixel(middle, box.y + box.height), ground);
-  EXPECT_EQ(onlooker.pixel(box.x + 1, box.y + 1), ground) << "the corners are cut off";
+  EXPECT_EQ(testClient.pixel(middle, box.y - 1), ground);
+  EXPECT_EQ(testClient.pixel(middle, box.y + box.height), ground);
+  EXPECT_EQ(testClient.pixel(box.x + 1, box.y + 1), ground) << "the corners are cut off";
   pointAtMiddle();
   EXPECT_TRUE(
       isHUDAt({2560 - box.width / 2, 1380 - 130 - box.height, box.width, box.height}, tolerance))

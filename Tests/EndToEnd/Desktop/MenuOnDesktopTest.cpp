@@ -247,7 +247,7 @@ TEST_F(MenuOnDesktopTest, LaunchAtLoginSwitchesTheAutostartEntryAndTicksItsLine)
     open();
     const auto line = menuLine(menuLineFromLast::launchAtLogin);
     if (!line) throw std::runtime_error("nothing lights up");
-    auto picture = onlooker.picture({line->x + 4, line->y, 20, line->height});
+    auto picture = testClient.picture({line->x + 4, line->y, 20, line->height});
     click(*line);
     EXPECT_TRUE(doesMenuClose());
     return picture;

@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "Tests/EndToEnd/Desktop/DesktopTest.h"
-#include "Tests/Support/Companion.h"
+#include "Tests/Support/DesktopProcess.h"
 
 namespace brivane {
 namespace {
@@ -34,7 +34,7 @@ class TrayHostsTest : public DesktopTest {
   /// The pixels of the app icon's glow and sky that have come to the screen since, if there are
   /// enough of both to be it: orange and violet.
   std::optional<PixelBox> iconSince(const Picture& before, const PixelBox& place) {
-    const Picture now = onlooker.picture(place);
+    const Picture now = testClient.picture(place);
     int orange = 0;
     int violet = 0;
     PixelBox box{place.width, place.height, 0, 0};
@@ -134,14 +134,15 @@ TEST_F(TrayHostsTest, AHostThatDiesAndReturnsGetsTheItemAgain) {
 
 class PanelTest : public TrayHostsTest {
  protected:
-  std::unique_ptr<Companion> startPanel() {
+  std::unique_ptr<DesktopProcess> startPanel() {
     const auto folder = world.home / ".config/lxqt";
     std::filesystem::create_directories(folder);
     std::ofstream(folder / "panel.conf")
         << "[General]\npanels=panel1\n[panel1]\nplugins=tray\npanelSize=32\niconSize=22\n"
            "position=Bottom\ndesktop=0\n[tray]\ntype=statusnotifier\n";
-    auto panel = std::make_unique<Companion>(std::vector<std::string>{"lxqt-panel"}, environment());
-    EXPECT_TRUE(eventually([&] { return onlooker.find("LXQt Panel").has_value(); }))
+    auto panel =
+        std::make_unique<DesktopProcess>(std::vector<std::string>{"lxqt-panel"}, environment());
+    EXPECT_TRUE(eventually([&] { return testClient.find("LXQt Panel").has_value(); }))
         << "package lxqt-panel";
     return panel;
   }
@@ -149,10 +150,10 @@ class PanelTest : public TrayHostsTest {
   /// When it has got there.
   PixelBox place() {
     const auto box = atRest([&] {
-      const auto panel = onlooker.find("LXQt Panel");
+      const auto panel = testClient.find("LXQt Panel");
       return panel ? panel->box : PixelBox{};
     });
-    atRest([&] { return onlooker.picture(box); });
+    atRest([&] { return testClient.picture(box); });
     return box;
   }
 };
@@ -160,7 +161,7 @@ class PanelTest : public TrayHostsTest {
 TEST_F(PanelTest, ThePictureIsOnThePanelAndAClickOnItOpensTheMenu) {
   const auto panel = startPanel();
   const PixelBox box = place();
-  const Picture before = onlooker.picture(box);
+  const Picture before = testClient.picture(box);
   start();
   expectIconToWork(before, box);
 }
@@ -175,11 +176,11 @@ TEST_F(PanelTest, APanelThatStartsAfterTheProgramShowsIt) {
 TEST_F(PanelTest, APanelThatWasEndedAndStartedAgainShowsIt) {
   auto panel = startPanel();
   const PixelBox box = place();
-  const Picture before = onlooker.picture(box);
+  const Picture before = testClient.picture(box);
   start();
   EXPECT_TRUE(eventually([&] { return iconSince(before, box).has_value(); }));
   panel = nullptr;
-  ASSERT_TRUE(eventually([&] { return !onlooker.find("LXQt Panel"); }));
+  ASSERT_TRUE(eventually([&] { return !testClient.find("LXQt Panel"); }));
   panel = startPanel();
   expectIconToWork(black(box), box);
 }
@@ -188,8 +189,8 @@ class XEmbedTrayTest : public TrayHostsTest {
  protected:
   static constexpr PixelBox place{0, 0, 200, 24};
 
-  std::unique_ptr<Companion> startTray() {
-    auto tray = std::make_unique<Companion>(
+  std::unique_ptr<DesktopProcess> startTray() {
+    auto tray = std::make_unique<DesktopProcess>(
         std::vector<std::string>{"trayer", "--edge", "top", "--align", "left", "--widthtype",
                                  "pixel", "--width", "200", "--heighttype", "pixel", "--height",
                                  "24"},
@@ -197,7 +198,7 @@ class XEmbedTrayTest : public TrayHostsTest {
     EXPECT_TRUE(eventually([&] { return isTrayThere(); })) << "package trayer";
     return tray;
   }
-  bool isTrayThere() { return onlooker.hasSelectionOwner("_NET_SYSTEM_TRAY_S0"); }
+  bool isTrayThere() { return testClient.hasSelectionOwner("_NET_SYSTEM_TRAY_S0"); }
 };
 
 TEST_F(XEmbedTrayTest, ThePictureIsInTheTrayAndAClickOnItOpensTheMenu) {
@@ -243,7 +244,7 @@ TEST_F(XEmbedTrayTest, ATrayThatWasEndedAndStartedAgainShowsIt) {
 TEST_F(TrayHostsTest, WithoutAnyTrayTheHotkeysAndTheHUDWorkAndItEndsCleanly) {
   start();
   EXPECT_TRUE(doHotkeysWork());
-  EXPECT_TRUE(eventually([&] { return onlooker.find("Brivane").has_value(); })) << "the HUD";
+  EXPECT_TRUE(eventually([&] { return testClient.find("Brivane").has_value(); })) << "the HUD";
   program->signal(SIGTERM);
   expectCleanEnd();
 }
@@ -251,7 +252,7 @@ TEST_F(TrayHostsTest, WithoutAnyTrayTheHotkeysAndTheHUDWorkAndItEndsCleanly) {
 TEST_F(TrayHostsTest, WithoutASessionBusTheHotkeysAndTheHUDWorkAndItEndsCleanly) {
   start({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody"}});
   EXPECT_TRUE(doHotkeysWork());
-  EXPECT_TRUE(eventually([&] { return onlooker.find("Brivane").has_value(); })) << "the HUD";
+  EXPECT_TRUE(eventually([&] { return testClient.find("Brivane").has_value(); })) << "the HUD";
   program->signal(SIGTERM);
   expectCleanEnd();
 }

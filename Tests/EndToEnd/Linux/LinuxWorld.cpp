@@ -5,7 +5,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "Tests/Support/Knob.h"
+#include "Tests/Support/ControlFile.h"
 
 namespace brivane {
 
@@ -33,7 +33,7 @@ std::vector<std::string> LinuxWorld::wireLog() const {
 
 void LinuxWorld::turn(const std::string& connector, const std::string& knob,
                       const std::string& value) const {
-  turnKnob(bus / connector / knob, value);
+  writeControlFile(bus / connector / knob, value);
 }
 
 std::map<std::string, std::string> LinuxWorld::environment() const {

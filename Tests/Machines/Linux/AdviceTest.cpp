@@ -15,43 +15,43 @@ using testing::Optional;
 const GraphicsSession allWell{std::nullopt, true, false};
 
 TEST(Advice, NothingMissingIsNothingSaid) {
-  EXPECT_EQ(adviceFor(allWell, Findings{}), std::nullopt);
+  EXPECT_EQ(adviceFor(allWell, MissingAccess{}), std::nullopt);
 }
 
 TEST(Advice, AServerThatCannotBeReachedIsAQuestionOfDISPLAYAndXAUTHORITY) {
   const GraphicsSession session{"the X server \":7\" cannot be reached", true, false};
-  EXPECT_THAT(adviceFor(session, Findings{}),
+  EXPECT_THAT(adviceFor(session, MissingAccess{}),
               Optional(AllOf(HasSubstr("the X server \":7\" cannot be reached"),
                              HasSubstr("check DISPLAY and XAUTHORITY"))));
 }
 
 TEST(Advice, ASessionWithWaylandOnlyIsSentToX11) {
   const GraphicsSession session{"DISPLAY is not set", false, true};
-  EXPECT_THAT(adviceFor(session, Findings{}), Optional(HasSubstr("log in to an X11 session")));
+  EXPECT_THAT(adviceFor(session, MissingAccess{}), Optional(HasSubstr("log in to an X11 session")));
 }
 
 TEST(Advice, ATextConsoleIsToldToSetDISPLAY) {
   const GraphicsSession session{"DISPLAY is not set", false, false};
-  EXPECT_THAT(adviceFor(session, Findings{}), Optional(HasSubstr("set DISPLAY")));
+  EXPECT_THAT(adviceFor(session, MissingAccess{}), Optional(HasSubstr("set DISPLAY")));
 }
 
 TEST(Advice, EachFindingHasItsRemedy) {
-  Findings findings;
-  findings.backlightDenied = true;
-  EXPECT_THAT(adviceFor(allWell, findings), Optional(HasSubstr("backlight")));
-  findings.keymapsDenied = true;
-  EXPECT_THAT(adviceFor(allWell, findings),
+  MissingAccess missingAccess;
+  missingAccess.backlightDenied = true;
+  EXPECT_THAT(adviceFor(allWell, missingAccess), Optional(HasSubstr("backlight")));
+  missingAccess.keymapsDenied = true;
+  EXPECT_THAT(adviceFor(allWell, missingAccess),
               Optional(AllOf(HasSubstr("brivane-hidutil"), HasSubstr("root"))));
-  findings.busDenied = true;
-  EXPECT_THAT(adviceFor(allWell, findings), Optional(HasSubstr("udev rule")));
-  findings.noBuses = true;
-  EXPECT_THAT(adviceFor(allWell, findings), Optional(HasSubstr("modprobe i2c-dev")));
+  missingAccess.busDenied = true;
+  EXPECT_THAT(adviceFor(allWell, missingAccess), Optional(HasSubstr("udev rule")));
+  missingAccess.noBuses = true;
+  EXPECT_THAT(adviceFor(allWell, missingAccess), Optional(HasSubstr("modprobe i2c-dev")));
 }
 
 TEST(Advice, TheDisplaysComeFirstAndItIsAlwaysOneLine) {
-  Findings findings;
-  findings.noBuses = true;
-  const auto advice = adviceFor({"DISPLAY is not set", false, false}, findings);
+  MissingAccess missingAccess;
+  missingAccess.noBuses = true;
+  const auto advice = adviceFor({"DISPLAY is not set", false, false}, missingAccess);
   EXPECT_THAT(advice, Optional(AllOf(HasSubstr("sees no displays"), Not(HasSubstr("i2c")),
                                      Not(HasSubstr("\n")))));
 }

@@ -41,9 +41,9 @@ class BacklightTest : public testing::Test {
 
   TemporaryFolder folder;
   FakeDisplaySystem displays;
-  Findings findings;
+  MissingAccess missingAccess;
   SessionBacklight logind;
-  LinuxBacklight backlight{displays, findings, logind, folder.path};
+  LinuxBacklight backlight{displays, missingAccess, logind, folder.path};
 };
 
 TEST_F(BacklightTest, TheBuiltInPanelHasTheBacklightsLevel) {
@@ -120,8 +120,8 @@ TEST_F(BacklightTest, ABacklightThatOthersOwnCanBeReadButNotChanged) {
   std::filesystem::permissions(folder / "intel_backlight/brightness",
                                perms::owner_read | perms::others_read);
   EXPECT_TRUE(holdsForOrdinaryUser([&] {
-    return level() == 0.25F && !backlight.canChange(laptop) && !findings.backlightDenied &&
-           backlight.set(laptop, 1) == EACCES && findings.backlightDenied;
+    return level() == 0.25F && !backlight.canChange(laptop) && !missingAccess.backlightDenied &&
+           backlight.set(laptop, 1) == EACCES && missingAccess.backlightDenied;
   }));
   EXPECT_EQ(steps("intel_backlight"), "300\n");
 }

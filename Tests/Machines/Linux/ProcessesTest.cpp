@@ -19,9 +19,9 @@ class ProcessesTest : public testing::Test {
   }
 
   TemporaryFolder folder;
-  Findings findings;
+  MissingAccess missingAccess;
   AutostartEntry entry{{folder / "autostart"}};
-  LinuxProcessRunner runner{findings, entry, folder.path};
+  LinuxProcessRunner runner{missingAccess, entry, folder.path};
 };
 
 TEST_F(ProcessesTest, TheKeyMappingToolIsBrivanesOwnWithTheSameArguments) {
@@ -54,17 +54,17 @@ TEST_F(ProcessesTest, AMissingToolIsNotStarted) {
 TEST_F(ProcessesTest, AToolThatMayNotRemapIsRememberedUntilItMay) {
   writeTool("exit 77");
   runner.run("/usr/bin/hidutil", {"property", "--set", "{}"});
-  EXPECT_TRUE(findings.keymapsDenied);
+  EXPECT_TRUE(missingAccess.keymapsDenied);
   writeTool("exit 0");
   runner.run("/usr/bin/hidutil", {"property", "--get", "UserKeyMapping"});
-  EXPECT_TRUE(findings.keymapsDenied);
+  EXPECT_TRUE(missingAccess.keymapsDenied);
   runner.run("/usr/bin/hidutil", {"property", "--set", "{}"});
-  EXPECT_FALSE(findings.keymapsDenied);
+  EXPECT_FALSE(missingAccess.keymapsDenied);
 }
 
 TEST_F(ProcessesTest, AnotherProgramsStatusIsNoFinding) {
   runner.run("/bin/sh", {"-c", "exit 77", "--set"});
-  EXPECT_FALSE(findings.keymapsDenied);
+  EXPECT_FALSE(missingAccess.keymapsDenied);
 }
 
 }  // namespace

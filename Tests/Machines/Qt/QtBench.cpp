@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "Machines/Desk/LiveDesk/DeskOnScreen.h"
+#include "Machines/Desk/LiveDesk/DeskLiveView.h"
 #include "Tests/Support/OneUntilTheTestsEnd.h"
 
 namespace brivane {
@@ -70,7 +70,7 @@ QtBench::QtBench(const Setting& setting) {
   desk = std::get<std::unique_ptr<DeskMachine>>(openDesk(file));
   auto& queue = dynamic_cast<HostedMainQueue&>(desk->runtime());
   QtFrameRequest request{*desk, queue, setting.sessionBus.empty() ? appearanceSwitch : nullptr, {}};
-  if (isShown) request.desk = std::make_shared<DeskOnScreen>(*desk);
+  if (isShown) request.desk = std::make_shared<DeskLiveView>(*desk);
   // No developer's desktop has a say here.
   const auto bus = setting.sessionBus.empty() ? "unix:path=/nobody" : setting.sessionBus;
   ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.c_str(), 1);

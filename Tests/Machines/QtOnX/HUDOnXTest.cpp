@@ -9,9 +9,9 @@
 #include <memory>
 
 #include "Machines/Qt/Frame/HUDWindow.h"
-#include "Machines/Qt/Toolkit/XSelections.h"
+#include "Machines/Qt/Toolkit/XClient.h"
 #include "Tests/Machines/QtOnX/OnXWorld.h"
-#include "Tests/Support/Onlooker.h"
+#include "Tests/Support/XTestClient.h"
 
 namespace brivane {
 namespace {
@@ -40,8 +40,8 @@ class HUDOnXTest : public testing::Test {
   xcb_window_t number() { return static_cast<xcb_window_t>(window.widget().winId()); }
 
   OnXWorld& here = OnXWorld::shared();
-  Onlooker onlooker{here.rig.display()};
-  const xcb_window_t below = onlooker.cover(ground);
+  XTestClient testClient{here.rig.display()};
+  const xcb_window_t below = testClient.cover(ground);
   QtHUDWindow window{{.contentRect = {0, 0, 360, 54}, .level = 25},
                      here.desk->runtime(),
                      here.linux->displays(),
@@ -56,14 +56,14 @@ TEST_F(HUDOnXTest, OnEachDisplayItIsInTheMiddleAbove130PixelsOfTheLowerEdge) {
     const int bottom = monitor.y + monitor.height - 130;
     presentOn(screen);
     EXPECT_TRUE(eventually([&] {
-      return onlooker.pixel(left + 180, bottom - 1) == 0xff4000 &&
-             onlooker.pixel(left + 180, bottom) == ground &&
-             onlooker.pixel(left + 180, bottom - 54) == 0xff4000 &&
-             onlooker.pixel(left + 180, bottom - 55) == ground &&
-             onlooker.pixel(left + 2, bottom - 27) == 0xff4000 &&
-             onlooker.pixel(left - 1, bottom - 27) == ground &&
-             onlooker.pixel(left + 357, bottom - 27) == 0xff4000 &&
-             onlooker.pixel(left + 360, bottom - 27) == ground;
+      return testClient.pixel(left + 180, bottom - 1) == 0xff4000 &&
+             testClient.pixel(left + 180, bottom) == ground &&
+             testClient.pixel(left + 180, bottom - 54) == 0xff4000 &&
+             testClient.pixel(left + 180, bottom - 55) == ground &&
+             testClient.pixel(left + 2, bottom - 27) == 0xff4000 &&
+             testClient.pixel(left - 1, bottom - 27) == ground &&
+             testClient.pixel(left + 357, bottom - 27) == 0xff4000 &&
+             testClient.pixel(left + 360, bottom - 27) == ground;
     })) << "screen "
         << screen;
   }
@@ -75,9 +75,9 @@ TEST_F(HUDOnXTest, WithoutACompositorItsCornersShowWhatLiesBelow) {
   const int top = monitor.y + monitor.height - 130 - 54;
   presentOn(0);
   EXPECT_TRUE(eventually([&] {
-    return onlooker.pixel(left + 180, top + 20) == 0xff4000 &&
-           onlooker.pixel(left + 1, top + 1) == ground &&
-           onlooker.pixel(left + 358, top + 52) == ground;
+    return testClient.pixel(left + 180, top + 20) == 0xff4000 &&
+           testClient.pixel(left + 1, top + 1) == ground &&
+           testClient.pixel(left + 358, top + 52) == ground;
   }));
 }
 
@@ -87,47 +87,47 @@ TEST_F(HUDOnXTest, AClickOnItReachesTheWindowBelow) {
   const int y = monitor.y + monitor.height - 150;
   here.rig.warpPointer(x, y);
   presentOn(1);
-  EXPECT_TRUE(eventually([&] { return onlooker.pixel(x, y) == 0xff4000; }));
+  EXPECT_TRUE(eventually([&] { return testClient.pixel(x, y) == 0xff4000; }));
   EXPECT_TRUE(eventually(
-      [&] { return onlooker.topmost() == number() && onlooker.underPointer() == below; }));
+      [&] { return testClient.topmost() == number() && testClient.underPointer() == below; }));
 }
 
 TEST_F(HUDOnXTest, ItNeverTakesTheKeyboard) {
-  const xcb_window_t before = onlooker.focus();
+  const xcb_window_t before = testClient.focus();
   presentOn(1);
-  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
-  EXPECT_EQ(onlooker.focus(), before);
+  EXPECT_TRUE(eventually([&] { return testClient.topmost() == number(); }));
+  EXPECT_EQ(testClient.focus(), before);
 }
 
 TEST_F(HUDOnXTest, EachPresentPutsItAboveWhatHasCoveredItMeanwhile) {
   presentOn(0);
-  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
-  const xcb_window_t player = onlooker.cover(0);
-  EXPECT_EQ(onlooker.topmost(), player);
+  EXPECT_TRUE(eventually([&] { return testClient.topmost() == number(); }));
+  const xcb_window_t player = testClient.cover(0);
+  EXPECT_EQ(testClient.topmost(), player);
   presentOn(0);
-  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+  EXPECT_TRUE(eventually([&] { return testClient.topmost() == number(); }));
 }
 
 TEST_F(HUDOnXTest, ItHasAnAlphaChannelForTheCompositor) {
   presentOn(0);
-  EXPECT_EQ(onlooker.depth(number()), 32);
+  EXPECT_EQ(testClient.depth(number()), 32);
 }
 
 TEST_F(HUDOnXTest, WithoutACompositorAnAlphaOfNothingShowsNothing) {
   presentOn(0);
-  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+  EXPECT_TRUE(eventually([&] { return testClient.topmost() == number(); }));
   window.animateAlpha(0, 0.05, AnimationTiming::easeIn, {});
-  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == below; }));
+  EXPECT_TRUE(eventually([&] { return testClient.topmost() == below; }));
   EXPECT_TRUE(window.isVisible()) << "it is ordered in";
   window.setAlpha(1);
-  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+  EXPECT_TRUE(eventually([&] { return testClient.topmost() == number(); }));
 }
 
 TEST_F(HUDOnXTest, OrderedOutItIsGone) {
   presentOn(0);
-  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == number(); }));
+  EXPECT_TRUE(eventually([&] { return testClient.topmost() == number(); }));
   window.orderOut();
-  EXPECT_TRUE(eventually([&] { return onlooker.topmost() == below; }));
+  EXPECT_TRUE(eventually([&] { return testClient.topmost() == below; }));
 }
 
 /// With somebody who blends windows.
@@ -150,17 +150,17 @@ TEST_F(HUDOnCompositedXTest, WhatLiesBelowShinesThroughAndAFadeGoesAllTheWay) {
   const RigMonitor monitor = X11Rig::standardDesk()[0];
   const int left = monitor.x + monitor.width / 2 - 180;
   const int top = monitor.y + monitor.height - 130 - 54;
-  const auto red = [&] { return onlooker.pixel(left + 180, top + 27) >> 16; };
+  const auto red = [&] { return testClient.pixel(left + 180, top + 27) >> 16; };
   presentOn(0);
   EXPECT_TRUE(eventually([&] { return red() == 0xff; }));
   // The compositor may paint what lies below only after it has the window.
-  EXPECT_TRUE(eventually([&] { return onlooker.pixel(left + 1, top + 1) == ground; }));
+  EXPECT_TRUE(eventually([&] { return testClient.pixel(left + 1, top + 1) == ground; }));
   window.setAlpha(0.5);
   EXPECT_TRUE(eventually([&] { return red() > 0x90 && red() < 0xa0; }));
   bool isOver = false;
   window.animateAlpha(0, 0.1, AnimationTiming::easeIn, [&] { isOver = true; });
   EXPECT_TRUE(eventually([&] { return isOver; }));
-  EXPECT_TRUE(eventually([&] { return onlooker.pixel(left + 180, top + 27) == ground; }));
+  EXPECT_TRUE(eventually([&] { return testClient.pixel(left + 180, top + 27) == ground; }));
 }
 
 }  // namespace

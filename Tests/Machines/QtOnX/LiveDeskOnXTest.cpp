@@ -13,10 +13,10 @@
 
 #include "Tests/EndToEnd/Support/Program.h"
 #include "Tests/Support/Eventually.h"
-#include "Tests/Support/Onlooker.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/X11Rig.h"
 #include "Tests/Support/XKeys.h"
+#include "Tests/Support/XTestClient.h"
 
 namespace brivane {
 namespace {
@@ -93,9 +93,9 @@ class LiveDeskOnXTest : public testing::Test {
     return keys.empty() || keys.find("[]") != std::string::npos;
   }
 
-  bool shown(const std::string& title) { return onlooker.find(title).has_value(); }
+  bool shown(const std::string& title) { return testClient.find(title).has_value(); }
   PixelBox box(const std::string& title) {
-    const auto window = onlooker.find(title);
+    const auto window = testClient.find(title);
     EXPECT_TRUE(window.has_value()) << title;
     return window ? window->box : PixelBox{};
   }
@@ -108,7 +108,7 @@ class LiveDeskOnXTest : public testing::Test {
 
   /// The program's own: its HUD has that title too.
   std::optional<PixelBox> menu() {
-    for (const SeenWindow& window : onlooker.windows()) {
+    for (const SeenWindow& window : testClient.windows()) {
       if (window.title == "Brivane" && window.box.height > 100) return window.box;
     }
     return std::nullopt;
@@ -117,7 +117,7 @@ class LiveDeskOnXTest : public testing::Test {
   std::optional<PixelBox> firstHandle() {
     const auto where = menu();
     if (!where) return std::nullopt;
-    const Picture picture = onlooker.picture(*where);
+    const Picture picture = testClient.picture(*where);
     for (int y = 0; y < picture.height; ++y) {
       int length = 0;
       int last = 0;
@@ -138,7 +138,7 @@ class LiveDeskOnXTest : public testing::Test {
       {"identifier": 3, "name": "Norvik 24", "model": 8, "firmware": {"level": 50},
        "frame": {"x": 1500, "y": 0, "width": 1500, "height": 1000}}]})");
   X11Rig rig;
-  Onlooker onlooker{rig.display()};
+  XTestClient testClient{rig.display()};
   RunningProgram program{"Brivane",
                          {},
                          {{"BRIVANE_DESK", desk.string()},
@@ -189,7 +189,7 @@ TEST_F(LiveDeskOnXTest, AMonitorsWindowIsClosedWhileItsSliderIsDragged) {
   rig.pressButton();
   rig.movePointer(handle.x + 20, handle.y);
   ASSERT_TRUE(eventually([&] { return state("monitor-2") != before; })) << "it is held";
-  close(rig.display(), onlooker.find("[2] Halden H27")->number);
+  close(rig.display(), testClient.find("[2] Halden H27")->number);
   for (int step = 0; step < 40; ++step) {
     rig.movePointer(handle.x + 20 - step, handle.y);
     pause(10);
@@ -221,7 +221,7 @@ TEST_F(LiveDeskOnXTest, KeysThatAreHeldWhenTheirWindowIsClosedGoUp) {
     return false;
   }));
   rig.pressKey(option);
-  close(rig.display(), onlooker.find("[3] Norvik 24")->number);
+  close(rig.display(), testClient.find("[3] Norvik 24")->number);
   EXPECT_TRUE(eventually([&] { return !shown("[3] Norvik 24"); }));
   EXPECT_TRUE(eventually([&] { return areKeysUp(); })) << "nobody will tell of their releases";
   rig.releaseKey(option);

@@ -6,7 +6,7 @@
 #include <map>
 #include <numeric>
 
-#include "Tests/Support/Knob.h"
+#include "Tests/Support/ControlFile.h"
 
 namespace brivane {
 namespace {
@@ -87,7 +87,7 @@ void SimulatedMonitor::obey(std::span<const std::uint8_t> command) {
   if (command.size() == 2 && command[0] == 0x01) prepareReply(command[1]);
   if (command.size() == 4 && command[0] == 0x03 && command[1] == luminance) {
     const int level = command[2] << 8 | command[3];
-    turnKnob(folder / "level", std::to_string(level));
+    writeControlFile(folder / "level", std::to_string(level));
     note("level " + std::to_string(level));
   }
 }

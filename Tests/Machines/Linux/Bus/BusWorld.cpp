@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "Machines/Linux/HIDUtil/InputDevices.h"
-#include "Tests/Support/Knob.h"
+#include "Tests/Support/ControlFile.h"
 
 namespace brivane {
 namespace {
@@ -60,7 +60,7 @@ void BusWorld::SetUp() {
 
 void BusWorld::turn(const std::string& device, const std::string& knob,
                     const std::string& value) const {
-  turnKnob(state / device / knob, value);
+  writeControlFile(state / device / knob, value);
 }
 
 std::string BusWorld::knob(const std::string& device, const std::string& knob) const {

@@ -79,14 +79,14 @@ class BusTest : public BusWorld {
   std::shared_ptr<AVService> service(const std::string& connector);
   std::shared_ptr<AVServiceHandle> handle(const std::string& connector);
 
-  Findings findings;
+  MissingAccess missingAccess;
   Connectors connectors;
   SleepGate sleepGate;
-  LinuxBus bus{connectors, findings, sleepGate};
+  LinuxBus bus{connectors, missingAccess, sleepGate};
   LinuxIORegistry registry{connectors};
   FakeDisplaySystem displays;
   SessionBacklight sessionBacklight;
-  LinuxBacklight backlight{displays, findings, sessionBacklight};
+  LinuxBacklight backlight{displays, missingAccess, sessionBacklight};
   LinuxSymbolLoader loader{bus, backlight};
   ThreadRuntime runtime;
 };

@@ -97,11 +97,11 @@ TEST_F(DiscoveryTest, WithoutADeviceFileThereIsNoTransport) {
     const Vanished last("/dev/i2c-7");
     EXPECT_FALSE(DisplayRegistry(displays, registry, loader, runtime).ddcAvailable());
     EXPECT_FALSE(found.ddcAvailable());
-    EXPECT_TRUE(findings.noBuses);
+    EXPECT_TRUE(missingAccess.noBuses);
     EXPECT_EQ(found.handle(alpha), nullptr);
   }
   EXPECT_TRUE(DisplayRegistry(displays, registry, loader, runtime).ddcAvailable());
-  EXPECT_FALSE(findings.noBuses);
+  EXPECT_FALSE(missingAccess.noBuses);
 }
 
 TEST_F(DiscoveryTest, ForeignRegistryEntriesHaveNoService) {

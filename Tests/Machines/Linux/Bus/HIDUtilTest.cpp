@@ -66,9 +66,9 @@ class HIDUtilTest : public BusWorld {
   }
 
   TemporaryFolder session;
-  Findings findings;
+  MissingAccess missingAccess;
   AutostartEntry autostart{{}};
-  LinuxProcessRunner runner{findings, autostart};
+  LinuxProcessRunner runner{missingAccess, autostart};
   FakeMachine elsewhere;
   HIDUtilKeyMapping mapping{HIDUtilKeyMapping::defaultRunner(runner, elsewhere.systemLog)};
   const RelayKey f13 = key(105);
@@ -215,7 +215,7 @@ TEST_F(HIDUtilTest, WithoutPermissionNothingChangesAndTheToolSaysSo) {
   EXPECT_TRUE(holdsForOrdinaryUser([&] {
     std::filesystem::create_directories(session / "own");
     setenv("XDG_RUNTIME_DIR", (session / "own").c_str(), 1);
-    const bool isRefused = set(upToF19).exitStatus == 77 && findings.keymapsDenied;
+    const bool isRefused = set(upToF19).exitStatus == 77 && missingAccess.keymapsDenied;
     return isRefused && !mapping.apply(f19, f20) && !mapping.isApplied(f19, f20) &&
            mapping.revert() == RevertOutcome::nothingToRemove;
   }));

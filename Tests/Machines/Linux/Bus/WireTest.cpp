@@ -164,8 +164,8 @@ TEST_F(WireTest, WithoutPermissionNothingReachesTheWireAndItIsKnownWhy) {
   const Forbidden node("/dev/i2c-5");
   EXPECT_TRUE(holdsForOrdinaryUser([&] {
     const bool isDenied = write(*panel) == EACCES && read(*panel) == EACCES;
-    return isDenied && findings.busDenied && write(*service("card0-DP-1")) == 0 &&
-           !findings.busDenied;
+    return isDenied && missingAccess.busDenied && write(*service("card0-DP-1")) == 0 &&
+           !missingAccess.busDenied;
   }));
   EXPECT_THAT(events("HDMI-A-1"), IsEmpty());
 }

@@ -1,4 +1,4 @@
-#include "Tests/Support/Companion.h"
+#include "Tests/Support/DesktopProcess.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -9,8 +9,8 @@
 
 namespace brivane {
 
-Companion::Companion(const std::vector<std::string>& words,
-                     const std::map<std::string, std::string>& environment) {
+DesktopProcess::DesktopProcess(const std::vector<std::string>& words,
+                               const std::map<std::string, std::string>& environment) {
   std::vector<std::string> copies = words;
   std::vector<char*> arguments;
   for (std::string& word : copies) arguments.push_back(word.data());
@@ -33,7 +33,7 @@ Companion::Companion(const std::vector<std::string>& words,
   ::_exit(127);
 }
 
-Companion::~Companion() {
+DesktopProcess::~DesktopProcess() {
   ::kill(child, SIGTERM);
   ::waitpid(child, nullptr, 0);
 }

@@ -1,4 +1,4 @@
-#include "Machines/Qt/Toolkit/XSelections.h"
+#include "Machines/Qt/Toolkit/XClient.h"
 
 #include <QGuiApplication>
 #include <cstdint>

@@ -41,12 +41,12 @@ struct SeenWindow {
 };
 
 /// Another client of an X server, who sees what is on the screen and has windows of its own.
-class Onlooker {
+class XTestClient {
  public:
-  explicit Onlooker(const std::string& display);
-  ~Onlooker();
-  Onlooker(const Onlooker&) = delete;
-  Onlooker& operator=(const Onlooker&) = delete;
+  explicit XTestClient(const std::string& display);
+  ~XTestClient();
+  XTestClient(const XTestClient&) = delete;
+  XTestClient& operator=(const XTestClient&) = delete;
 
   /// A window of that colour over the whole screen, above all others, as a player's without a
   /// window manager.

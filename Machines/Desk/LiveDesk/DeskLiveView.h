@@ -16,12 +16,12 @@
 namespace brivane {
 
 /// A desk as its windows show it. Main thread; it must end before the machine.
-class DeskOnScreen : public LiveDesk {
+class DeskLiveView : public LiveDesk {
  public:
-  explicit DeskOnScreen(DeskMachine& deskMachine);
-  ~DeskOnScreen() override;
-  DeskOnScreen(const DeskOnScreen&) = delete;
-  DeskOnScreen& operator=(const DeskOnScreen&) = delete;
+  explicit DeskLiveView(DeskMachine& deskMachine);
+  ~DeskLiveView() override;
+  DeskLiveView(const DeskLiveView&) = delete;
+  DeskLiveView& operator=(const DeskLiveView&) = delete;
 
   Observation observe(Task handler) override;
   void setRoom(const LiveRoom& newRoom) override;

@@ -5,7 +5,7 @@
 namespace brivane {
 
 /// What the calls made so far have shown to be missing, each as its last call found it. Any thread.
-struct Findings {
+struct MissingAccess {
   /// There is no "/dev/i2c-N".
   std::atomic<bool> noBuses = false;
   /// This user may not open a "/dev/i2c-N".

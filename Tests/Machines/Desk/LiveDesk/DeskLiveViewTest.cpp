@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Machines/Desk/LiveDesk/DeskOnScreen.h"
+#include "Machines/Desk/LiveDesk/DeskLiveView.h"
 #include "Machines/Desk/Machine/OpenDesk.h"
 #include "Tests/Support/TestDesk.h"
 
@@ -36,7 +36,7 @@ class DeskOnScreenTest : public testing::Test {
     {"identifier": 2, "name": "Halden H27", "firmware": {"level": 50},
      "frame": {"x": -2000, "y": 0, "width": 2000, "height": 1000}}]})"};
   DeskHardware& hardware = *desk.hardware;
-  DeskOnScreen shown{*desk.machine};
+  DeskLiveView shown{*desk.machine};
 };
 
 TEST_F(DeskOnScreenTest, EachMonitorThatIsPluggedInHasAWindow) {
@@ -166,7 +166,7 @@ TEST(DeskOnScreenInAFolder, ThePictureLiesBesideTheDeskFileAndIsNeverTheDeskFile
                                       {"desk.png", "desk.png.png"}}) {
     const auto machine = std::get<std::unique_ptr<DeskMachine>>(
         openDesk(folder.write(file, R"({"displays": [{"identifier": 1}]})")));
-    EXPECT_EQ(DeskOnScreen(*machine).pictureFile(), folder.path / picture);
+    EXPECT_EQ(DeskLiveView(*machine).pictureFile(), folder.path / picture);
   }
 }
 

@@ -14,13 +14,13 @@ namespace brivane {
 
 /// Hands on, before Qt acts on them, the keys that X sends to a popup which has the keyboard. Main
 /// thread.
-class GrabbedKeys : public QAbstractNativeEventFilter {
+class MenuKeyFilter : public QAbstractNativeEventFilter {
  public:
   /// Both must outlive this. The popup is never given the focus, so it has no keys but those.
-  GrabbedKeys(SharedWindowSystem& sharedSystem, const QWidget& itsPopup);
-  ~GrabbedKeys() override;
-  GrabbedKeys(const GrabbedKeys&) = delete;
-  GrabbedKeys& operator=(const GrabbedKeys&) = delete;
+  MenuKeyFilter(SharedWindowSystem& sharedSystem, const QWidget& itsPopup);
+  ~MenuKeyFilter() override;
+  MenuKeyFilter(const MenuKeyFilter&) = delete;
+  MenuKeyFilter& operator=(const MenuKeyFilter&) = delete;
 
   /// The popup has closed.
   void giveKeyboardBack();

@@ -1,4 +1,4 @@
-#include "Tools/BrivaneDesk/LiveDesk.h"
+#include "Tools/BrivaneDesk/CommandDesk.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "Machines/Desk/LiveDesk/LiveControls.h"
+#include "Machines/Desk/LiveDesk/DeskControls.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "Machines/Desk/File/NearMiss.h"
+#include "Machines/Desk/File/Suggestion.h"
 
 #include <algorithm>
 #include <optional>

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Machines/Desk/LiveDesk/LiveControls.h"
+#include "Machines/Desk/LiveDesk/DeskControls.h"
 #include "Tests/Support/TestDesk.h"
 
 namespace brivane {

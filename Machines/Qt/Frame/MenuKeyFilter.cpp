@@ -3,12 +3,12 @@
 // release and a press at one time. So what follows a release says whether it was one. Whether the
 // key is down doesn't: it may have gone up since, with its repeats unread. When nothing follows, a
 // message to the popup itself does, behind all that the server has told before.
-#include "Machines/Qt/Frame/GrabbedKeys.h"
+#include "Machines/Qt/Frame/MenuKeyFilter.h"
 
 #include <QCoreApplication>
 #include <utility>
 
-#include "Machines/Qt/Toolkit/XSelections.h"
+#include "Machines/Qt/Toolkit/XClient.h"
 
 namespace brivane {
 namespace {
@@ -21,16 +21,16 @@ int kindOf(const xcb_key_press_event_t& event) {
 
 }  // namespace
 
-GrabbedKeys::GrabbedKeys(SharedWindowSystem& sharedSystem, const QWidget& itsPopup)
+MenuKeyFilter::MenuKeyFilter(SharedWindowSystem& sharedSystem, const QWidget& itsPopup)
     : system(sharedSystem), popup(itsPopup) {
   QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
-GrabbedKeys::~GrabbedKeys() {
+MenuKeyFilter::~MenuKeyFilter() {
   QCoreApplication::instance()->removeNativeEventFilter(this);
 }
 
-void GrabbedKeys::giveKeyboardBack() {
+void MenuKeyFilter::giveKeyboardBack() {
   doubtfulRelease.reset();
   takenKeys.clear();
   // Until the server has done what Qt asked of it, the popup has the keyboard still.
@@ -38,7 +38,7 @@ void GrabbedKeys::giveKeyboardBack() {
   system.keyboardIsBack();
 }
 
-bool GrabbedKeys::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
+bool MenuKeyFilter::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
   if (type != "xcb_generic_event_t" || !popup.testAttribute(Qt::WA_WState_Created)) return false;
   if (isOwnMessage(*static_cast<const xcb_client_message_event_t*>(message))) {
     tellRelease();
@@ -54,7 +54,7 @@ bool GrabbedKeys::nativeEventFilter(const QByteArray& type, void* message, qintp
   return isTaken;
 }
 
-bool GrabbedKeys::take(const xcb_key_press_event_t& event) {
+bool MenuKeyFilter::take(const xcb_key_press_event_t& event) {
   if (kindOf(event) == XCB_KEY_PRESS) {
     pressed(event);
     return takenKeys.contains(event.detail);
@@ -64,7 +64,7 @@ bool GrabbedKeys::take(const xcb_key_press_event_t& event) {
   return wasTaken;
 }
 
-void GrabbedKeys::pressed(const xcb_key_press_event_t& event) {
+void MenuKeyFilter::pressed(const xcb_key_press_event_t& event) {
   const bool isRepeat = doubtfulRelease && doubtfulRelease->detail == event.detail &&
                         doubtfulRelease->time == event.time;
   if (isRepeat) doubtfulRelease.reset();
@@ -72,7 +72,7 @@ void GrabbedKeys::pressed(const xcb_key_press_event_t& event) {
   if (system.take({true, event.detail, event.state})) takenKeys.insert(event.detail);
 }
 
-void GrabbedKeys::released(const xcb_key_press_event_t& event) {
+void MenuKeyFilter::released(const xcb_key_press_event_t& event) {
   tellRelease();
   if (!takenKeys.contains(event.detail)) {
     system.take({false, event.detail, event.state});
@@ -82,14 +82,14 @@ void GrabbedKeys::released(const xcb_key_press_event_t& event) {
   sendToOneself(static_cast<xcb_window_t>(popup.winId()), ++lastMessage);
 }
 
-bool GrabbedKeys::isOwnMessage(const xcb_client_message_event_t& event) const {
+bool MenuKeyFilter::isOwnMessage(const xcb_client_message_event_t& event) const {
   return (event.response_type & ~sentByAnotherClient) == XCB_CLIENT_MESSAGE &&
          event.window == popup.winId() && event.type == XCB_ATOM_INTEGER &&
          event.data.data32[0] == lastMessage && doubtfulRelease;
 }
 
 /// It was one.
-void GrabbedKeys::tellRelease() {
+void MenuKeyFilter::tellRelease() {
   const auto release = std::exchange(doubtfulRelease, std::nullopt);
   if (!release) return;
   takenKeys.erase(release->detail);

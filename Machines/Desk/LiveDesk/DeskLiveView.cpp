@@ -1,10 +1,10 @@
 // The map of the screen is kept as long as it will do: whoever moves a window must not see all
 // others change their size. It is made anew when somebody else's arrangement doesn't fit any more.
-#include "Machines/Desk/LiveDesk/DeskOnScreen.h"
+#include "Machines/Desk/LiveDesk/DeskLiveView.h"
 
 #include <utility>
 
-#include "Machines/Desk/LiveDesk/LiveControls.h"
+#include "Machines/Desk/LiveDesk/DeskControls.h"
 
 namespace brivane {
 namespace {
@@ -33,7 +33,7 @@ std::vector<Rect> framesExcept(const AttachedDisplays::Snapshot& displays, Displ
 
 }  // namespace
 
-DeskOnScreen::DeskOnScreen(DeskMachine& deskMachine)
+DeskLiveView::DeskLiveView(DeskMachine& deskMachine)
     : machine(deskMachine), hardware(deskMachine.hardware()) {
   machine.keyboard().onUnclaimedKey = [this](const UnclaimedKey&) { isKeyUnclaimed = true; };
   const auto folder = hardware.stateFolder();
@@ -45,13 +45,13 @@ DeskOnScreen::DeskOnScreen(DeskMachine& deskMachine)
   notices = hardware.observe([this](HardwareNotice) { announceSoon(); });
 }
 
-DeskOnScreen::~DeskOnScreen() {
+DeskLiveView::~DeskLiveView() {
   anchor.kill();
   machine.keyboard().onUnclaimedKey = nullptr;
 }
 
 /// Whoever made the change may be in the middle of something.
-void DeskOnScreen::announceSoon() {
+void DeskLiveView::announceSoon() {
   if (std::exchange(isAnnouncedSoon, true)) return;
   machine.runtime().async([this, alive = anchor.watch()] {
     if (!alive.isAlive()) return;
@@ -60,23 +60,23 @@ void DeskOnScreen::announceSoon() {
   });
 }
 
-Observation DeskOnScreen::observe(Task handler) {
+Observation DeskLiveView::observe(Task handler) {
   return changes.observe(std::move(handler));
 }
 
-void DeskOnScreen::setRoom(const LiveRoom& newRoom) {
+void DeskLiveView::setRoom(const LiveRoom& newRoom) {
   if (room == newRoom) return;
   room = newRoom;
   map.reset();
 }
 
-std::map<DisplayID, Rect> DeskOnScreen::framesNow() const {
+std::map<DisplayID, Rect> DeskLiveView::framesNow() const {
   auto now = frames;
   for (const auto& display : *hardware.displays()) now[display.identifier] = display.frame;
   return now;
 }
 
-const DeskMap& DeskOnScreen::layOut() {
+const DeskMap& DeskLiveView::layOut() {
   auto now = framesNow();
   const bool isSame = now == frames;
   frames = std::move(now);
@@ -84,7 +84,7 @@ const DeskMap& DeskOnScreen::layOut() {
   return map.emplace(DeskMap::fitting(valuesOf(frames), room.value_or(LiveRoom{})));
 }
 
-std::vector<LiveMonitor> DeskOnScreen::monitors() {
+std::vector<LiveMonitor> DeskLiveView::monitors() {
   const DeskMap& now = layOut();
   std::vector<LiveMonitor> all;
   for (const auto& display : *hardware.displays()) {
@@ -94,11 +94,11 @@ std::vector<LiveMonitor> DeskOnScreen::monitors() {
   return all;
 }
 
-LiveControls DeskOnScreen::machineControls() {
+LiveControls DeskLiveView::machineControls() {
   return brivane::machineControls(hardware, machine.runtime());
 }
 
-std::shared_ptr<const LivePicture> DeskOnScreen::picture(DisplayID display, std::uint32_t width,
+std::shared_ptr<const LivePicture> DeskLiveView::picture(DisplayID display, std::uint32_t width,
                                                          std::uint32_t height) {
   const auto light = panelLight(hardware, display);
   if (!light) {
@@ -117,7 +117,7 @@ std::shared_ptr<const LivePicture> DeskOnScreen::picture(DisplayID display, std:
   return now.picture;
 }
 
-std::optional<LiveSpot> DeskOnScreen::spotAt(Point point) {
+std::optional<LiveSpot> DeskLiveView::spotAt(Point point) {
   for (const auto& display : *hardware.displays()) {
     const Rect& frame = display.frame;
     if (!mouseInRect(point, frame)) continue;
@@ -127,7 +127,7 @@ std::optional<LiveSpot> DeskOnScreen::spotAt(Point point) {
   return std::nullopt;
 }
 
-void DeskOnScreen::windowMoved(DisplayID display, int x, int y) {
+void DeskLiveView::windowMoved(DisplayID display, int x, int y) {
   const auto moved = hardware.display(display);
   if (!moved || !map) return;
   const LivePlace place = map->window(moved->frame);
@@ -140,36 +140,36 @@ void DeskOnScreen::windowMoved(DisplayID display, int x, int y) {
   hardware.setFrame(display, frame);
 }
 
-void DeskOnScreen::unplug(DisplayID display) {
+void DeskLiveView::unplug(DisplayID display) {
   hardware.unplug(display);
 }
 
-void DeskOnScreen::movePointer(const LiveSpot& spot) {
+void DeskLiveView::movePointer(const LiveSpot& spot) {
   const auto display = hardware.display(spot.display);
   if (!display) return;
   const Point point = pointIn(display->frame, spot.x, spot.y);
   if (hardware.pointer() != point) hardware.movePointer(point);
 }
 
-bool DeskOnScreen::pressKey(std::uint16_t keyCode) {
+bool DeskLiveView::pressKey(std::uint16_t keyCode) {
   isKeyUnclaimed = false;
   machine.keyboard().pressKey(keyCode);
   return isKeyUnclaimed || modifierOfKey(keyCode) != 0 || !usageOfKey(keyCode);
 }
 
-void DeskOnScreen::releaseKey(std::uint16_t keyCode) {
+void DeskLiveView::releaseKey(std::uint16_t keyCode) {
   machine.keyboard().releaseKey(keyCode);
 }
 
-void DeskOnScreen::pressBrightness(LiveBrightnessKey key) {
+void DeskLiveView::pressBrightness(LiveBrightnessKey key) {
   machine.keyboard().pressBrightness(asBrightnessKey(key));
 }
 
-void DeskOnScreen::releaseBrightness(LiveBrightnessKey key) {
+void DeskLiveView::releaseBrightness(LiveBrightnessKey key) {
   machine.keyboard().releaseBrightness(asBrightnessKey(key));
 }
 
-std::optional<std::filesystem::path> DeskOnScreen::pictureFile() {
+std::optional<std::filesystem::path> DeskLiveView::pictureFile() {
   auto folder = hardware.stateFolder();
   if (!folder) return std::nullopt;
   // "my-desk.json.state" lies beside "my-desk.json". No other ending is taken off, so that the

@@ -10,7 +10,7 @@ namespace brivane {
 
 /// Puts a line into a file that other processes read at any time: they see the old one or the new
 /// one, and never an empty file.
-inline void turnKnob(const std::filesystem::path& file, const std::string& value) {
+inline void writeControlFile(const std::filesystem::path& file, const std::string& value) {
   const auto next = file.string() + ".by-" + std::to_string(::getpid());
   std::ofstream(next) << value << "\n";
   std::filesystem::rename(next, file);

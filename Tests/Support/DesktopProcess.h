@@ -11,13 +11,13 @@ namespace brivane {
 /// A program of the desktop that runs beside the one under test, such as a panel: started by its
 /// name in the path, ended with this object, and with the test however that ends. What it says is
 /// of no account.
-class Companion {
+class DesktopProcess {
  public:
-  Companion(const std::vector<std::string>& words,
-            const std::map<std::string, std::string>& environment);
-  ~Companion();
-  Companion(const Companion&) = delete;
-  Companion& operator=(const Companion&) = delete;
+  DesktopProcess(const std::vector<std::string>& words,
+                 const std::map<std::string, std::string>& environment);
+  ~DesktopProcess();
+  DesktopProcess(const DesktopProcess&) = delete;
+  DesktopProcess& operator=(const DesktopProcess&) = delete;
 
  private:
   pid_t child = -1;

@@ -1,4 +1,4 @@
-#include "Tests/Support/Onlooker.h"
+#include "Tests/Support/XTestClient.h"
 
 #include <array>
 #include <cstdlib>
@@ -18,15 +18,15 @@ constexpr PixelBox wholeScreen{0, 0, 5760, 2160};
 
 }  // namespace
 
-Onlooker::Onlooker(const std::string& display)
+XTestClient::XTestClient(const std::string& display)
     : connection(xcb_connect(display.c_str(), nullptr)),
       root(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root) {}
 
-Onlooker::~Onlooker() {
+XTestClient::~XTestClient() {
   xcb_disconnect(connection);
 }
 
-xcb_window_t Onlooker::cover(std::uint32_t color) {
+xcb_window_t XTestClient::cover(std::uint32_t color) {
   const xcb_window_t window = xcb_generate_id(connection);
   const std::uint32_t values[] = {color, 1};
   xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root, 0, 0, wholeScreen.width,
@@ -37,8 +37,8 @@ xcb_window_t Onlooker::cover(std::uint32_t color) {
   return window;
 }
 
-xcb_window_t Onlooker::open(const std::string& title, const PixelBox& box, std::uint32_t color,
-                            bool isFullScreen) {
+xcb_window_t XTestClient::open(const std::string& title, const PixelBox& box, std::uint32_t color,
+                               bool isFullScreen) {
   const xcb_window_t window = xcb_generate_id(connection);
   const std::uint32_t values[] = {color, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS};
   xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root,
@@ -64,12 +64,12 @@ xcb_window_t Onlooker::open(const std::string& title, const PixelBox& box, std::
   return window;
 }
 
-void Onlooker::show(xcb_window_t window) {
+void XTestClient::show(xcb_window_t window) {
   xcb_map_window(connection, window);
   sync();
 }
 
-int Onlooker::takeClicks() {
+int XTestClient::takeClicks() {
   sync();
   int clicks = 0;
   while (const auto event = owned(xcb_poll_for_event(connection))) {
@@ -78,7 +78,7 @@ int Onlooker::takeClicks() {
   return clicks;
 }
 
-xcb_window_t Onlooker::topmost() {
+xcb_window_t XTestClient::topmost() {
   const auto tree = owned(xcb_query_tree_reply(connection, xcb_query_tree(connection, root), {}));
   const std::span children(xcb_query_tree_children(tree.get()),
                            static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
@@ -90,26 +90,26 @@ xcb_window_t Onlooker::topmost() {
   return XCB_NONE;
 }
 
-xcb_window_t Onlooker::underPointer() {
+xcb_window_t XTestClient::underPointer() {
   return owned(xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), nullptr))
       ->child;
 }
 
-xcb_window_t Onlooker::focus() {
+xcb_window_t XTestClient::focus() {
   return owned(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr))
       ->focus;
 }
 
-std::uint8_t Onlooker::depth(xcb_window_t window) {
+std::uint8_t XTestClient::depth(xcb_window_t window) {
   return owned(xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr))
       ->depth;
 }
 
-std::uint32_t Onlooker::pixel(int x, int y) {
+std::uint32_t XTestClient::pixel(int x, int y) {
   return picture({x, y, 1, 1}).at(0, 0);
 }
 
-Picture Onlooker::picture(const PixelBox& box) {
+Picture XTestClient::picture(const PixelBox& box) {
   const auto image = owned(xcb_get_image_reply(
       connection,
       xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, static_cast<std::int16_t>(box.x),
@@ -126,13 +126,13 @@ Picture Onlooker::picture(const PixelBox& box) {
   return picture;
 }
 
-std::vector<SeenWindow> Onlooker::windows() {
+std::vector<SeenWindow> XTestClient::windows() {
   std::vector<SeenWindow> found;
   gather(root, 0, 0, found);
   return found;
 }
 
-void Onlooker::gather(xcb_window_t parent, int x, int y, std::vector<SeenWindow>& found) {
+void XTestClient::gather(xcb_window_t parent, int x, int y, std::vector<SeenWindow>& found) {
   const auto tree = owned(xcb_query_tree_reply(connection, xcb_query_tree(connection, parent), {}));
   if (!tree) return;
   const std::span children(xcb_query_tree_children(tree.get()),
@@ -150,14 +150,14 @@ void Onlooker::gather(xcb_window_t parent, int x, int y, std::vector<SeenWindow>
   }
 }
 
-std::optional<SeenWindow> Onlooker::find(const std::string& wanted) {
+std::optional<SeenWindow> XTestClient::find(const std::string& wanted) {
   for (auto& window : std::views::reverse(windows())) {
     if (window.title == wanted) return window;
   }
   return std::nullopt;
 }
 
-std::string Onlooker::title(xcb_window_t window) {
+std::string XTestClient::title(xcb_window_t window) {
   constexpr std::uint32_t longestWords = 100;
   for (const xcb_atom_t name : {atom("_NET_WM_NAME"), xcb_atom_t{XCB_ATOM_WM_NAME}}) {
     const auto question =
@@ -170,25 +170,25 @@ std::string Onlooker::title(xcb_window_t window) {
   return {};
 }
 
-bool Onlooker::hasRootProperty(const std::string& name) {
+bool XTestClient::hasRootProperty(const std::string& name) {
   const auto question = xcb_get_property(connection, 0, root, atom(name), XCB_ATOM_ANY, 0, 1);
   const auto reply = owned(xcb_get_property_reply(connection, question, nullptr));
   return reply && reply->type != XCB_NONE;
 }
 
-bool Onlooker::hasSelectionOwner(const std::string& name) {
+bool XTestClient::hasSelectionOwner(const std::string& name) {
   const auto question = xcb_get_selection_owner(connection, atom(name));
   const auto reply = owned(xcb_get_selection_owner_reply(connection, question, nullptr));
   return reply && reply->owner != XCB_NONE;
 }
 
-xcb_atom_t Onlooker::atom(const std::string& name) {
+xcb_atom_t XTestClient::atom(const std::string& name) {
   const auto question =
       xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
   return owned(xcb_intern_atom_reply(connection, question, nullptr))->atom;
 }
 
-void Onlooker::sync() {
+void XTestClient::sync() {
   focus();
 }
 
