@@ -244,6 +244,17 @@ TEST_F(HotkeyManagerTest, SuspendedBindingsAreUnregisteredAndNothingElseIs) {
   EXPECT_EQ(machine.hotkeyPort.registrations.size(), 8u);
 }
 
+TEST_F(HotkeyManagerTest, SuspendingAndItsEndEndASweepTheRelaysToo) {
+  manager->setRelayHotkeysEnabled(true);
+  start();
+  for (const bool suspended : {true, false}) {
+    machine.keys.keysDown = {80};
+    machine.hotkeyPort.press(80, 0);
+    manager->suspendUserBindings(suspended);
+    EXPECT_EQ(machine.time.timerCount(), 0u) << suspended;
+  }
+}
+
 TEST_F(HotkeyManagerTest, SuspendedBindingsStaySoWhateverElseIsRegisteredAnew) {
   start();
   manager->suspendUserBindings(true);
