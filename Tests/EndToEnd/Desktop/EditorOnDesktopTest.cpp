@@ -58,8 +58,8 @@ class EditorOnDesktopTest : public DesktopTest {
   }
   /// Another program's window is opened and gets the keyboard.
   void turnToAnotherWindow() {
-    const xcb_window_t other = onlooker.open("Other", {20, 600, 200, 100}, 0x00ff00);
-    ASSERT_TRUE(eventually([&] { return onlooker.focus() == other; }));
+    const xcb_window_t other = testClient.open("Other", {20, 600, 200, 100}, 0x00ff00);
+    ASSERT_TRUE(eventually([&] { return testClient.focus() == other; }));
   }
   bool isTaken(xcb_keycode_t key, std::uint16_t modifiers) {
     return eventually([&] { return world.screens.isKeyTaken(key, modifiers); });
