@@ -95,7 +95,7 @@ struct Drag {
 };
 
 void planMove(Stage& stage, const Drag& drag, Microseconds time) {
-  stage.plan(time, [&stage, drag, time] {
+  stage.schedule().addConsequence(time, [&stage, drag, time] {
     const auto menu = openMenuOf(stage);
     if (std::holds_alternative<std::string>(menu)) return;
     if (!std::get<DeskMenu*>(menu)->move(drag.slider, drag.valueAt(time))) {

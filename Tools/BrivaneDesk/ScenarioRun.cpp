@@ -69,7 +69,7 @@ class Player {
 
  private:
   void plan(std::size_t index, Microseconds time) {
-    stage.planStep(
+    stage.schedule().addStep(
         std::max(time, stage.now()), [this, index] { begin(index); },
         [this, index] { planAfter(index); });
   }
@@ -94,7 +94,7 @@ class Player {
     });
     if (isExpected) return;
     outcome.failures.push_back({lineTaken, "no fatal error is met", stage.now(), line});
-    stage.abandon();
+    stage.schedule().abandon();
   }
 
   void watchGamma(DisplayID display, bool isTaken) {

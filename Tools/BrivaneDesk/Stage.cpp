@@ -37,23 +37,6 @@ class Stage::Log : public SystemLog {
   Stage& stage;
 };
 
-/// While something of a step happens, what is planned belongs to that step.
-class Stage::Turn {
- public:
-  Turn(Stage& owner, std::shared_ptr<Course> itsCourse)
-      : stage(owner), before(std::exchange(stage.course, std::move(itsCourse))) {}
-  ~Turn() {
-    const auto current = std::exchange(stage.course, before);
-    if (current && --current->open == 0) current->ended();
-  }
-  Turn(const Turn&) = delete;
-  Turn& operator=(const Turn&) = delete;
-
- private:
-  Stage& stage;
-  const std::shared_ptr<Course> before;
-};
-
 Stage::Stage(const DeskDescription& desk, StageOptions stageOptions)
     : options(std::move(stageOptions)),
       sharedHardware(std::make_shared<DeskHardware>(desk)),
@@ -69,42 +52,16 @@ Microseconds Stage::now() const {
   return clock == nullptr ? idleTime : clock->now().time_since_epoch();
 }
 
-void Stage::planStep(Microseconds time, std::function<void()> take, std::function<void()> ended) {
-  add(time, Rank::step, {std::move(take), std::make_shared<Course>(Course{std::move(ended)})});
-}
-
-void Stage::plan(Microseconds time, std::function<void()> action) {
-  add(time, Rank::consequence, {std::move(action), course});
-}
-
-void Stage::add(Microseconds time, Rank rank, Plan plan) {
-  if (isAbandoned) return;
-  if (plan.course) ++plan.course->open;
-  planned.emplace(PlanKey{time, rank, nextPlan++}, std::move(plan));
-}
-
 void Stage::later(Microseconds delay, std::function<void()> action) {
-  plan(now() + delay, std::move(action));
-}
-
-void Stage::abandon() {
-  isAbandoned = true;
-  planned.clear();
+  ownSchedule.addConsequence(now() + delay, std::move(action));
 }
 
 void Stage::play() {
-  while (!planned.empty()) {
-    idleTime = std::max(idleTime, planned.begin()->first.time);
-    takeNext();
+  while (const auto time = ownSchedule.nextTime()) {
+    idleTime = std::max(idleTime, *time);
+    ownSchedule.takeNext();
     if (isStartRequested) runProgram();
   }
-}
-
-void Stage::takeNext() {
-  const Plan next = std::move(planned.begin()->second);
-  planned.erase(planned.begin());
-  const Turn turn(*this, next.course);
-  next.action();
 }
 
 std::unique_ptr<VirtualRuntime> Stage::makeRuntime() const {
@@ -214,16 +171,16 @@ void Stage::printed(const std::string& text) {
 
 void Stage::awaitNext() {
   Runtime& runtime = machine->runtime();
-  if (planned.empty()) {
+  const auto next = ownSchedule.nextTime();
+  if (!next) {
     // A program that is ending already comes to its own end first.
     runtime.after(Microseconds(0), [this] { killProgram(); });
     return;
   }
-  const Microseconds wait = planned.begin()->first.time - now();
   // Once the moment has come, behind everything that the program has set for the same moment.
-  runtime.after(wait, [this, &runtime] {
+  runtime.after(*next - now(), [this, &runtime] {
     runtime.after(Microseconds(0), [this] {
-      takeNext();
+      ownSchedule.takeNext();
       if (!isKilled) awaitNext();
     });
   });

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,6 +11,7 @@
 #include "Machines/Desk/Machine/Machine.h"
 #include "Machines/Desk/Machine/VirtualRuntime.h"
 #include "Tools/BrivaneDesk/Scene.h"
+#include "Tools/BrivaneDesk/Schedule.h"
 
 namespace brivane {
 
@@ -43,15 +43,8 @@ class Stage : public Scene {
 
   /// Since the start of the scenario.
   Microseconds now() const override;
-  /// Plans a step. `ended` is called when it is over, with everything that it has planned. Of what
-  /// is planned for one moment, consequences of earlier steps come first, and then whatever was
-  /// planned first.
-  void planStep(Microseconds time, std::function<void()> take, std::function<void()> ended);
-  /// Plans a consequence of the step that is being taken, or of one of its consequences.
-  void plan(Microseconds time, std::function<void()> action);
+  Schedule& schedule() { return ownSchedule; }
   void later(Microseconds delay, std::function<void()> action) override;
-  /// Nothing of what is planned happens any more, nor of what will be.
-  void abandon();
   /// Carries out what is planned, in its order, until nothing is. A program that is still running
   /// then is dropped as by a kill, unseen.
   void play();
@@ -97,28 +90,8 @@ class Stage : public Scene {
 
  private:
   class Log;
-  class Turn;
   struct FatalEnd {};
-  enum class Rank { consequence, step };
-  struct PlanKey {
-    Microseconds time;
-    Rank rank;
-    std::uint64_t sequence;
 
-    auto operator<=>(const PlanKey&) const = default;
-  };
-  /// A step that is planned or goes on.
-  struct Course {
-    std::function<void()> ended;
-    /// How much of it is planned or goes on.
-    int open = 0;
-  };
-  struct Plan {
-    std::function<void()> action;
-    std::shared_ptr<Course> course;
-  };
-
-  void add(Microseconds time, Rank rank, Plan plan);
   std::unique_ptr<VirtualRuntime> makeRuntime() const;
   std::unique_ptr<DeskMachine> makeMachine();
   void runProgram();
@@ -127,7 +100,6 @@ class Stage : public Scene {
   void meetFatalError(DeskMachine& process, const std::string& line);
   void printed(const std::string& text);
   void awaitNext();
-  void takeNext();
 
   const StageOptions options;
   const std::shared_ptr<DeskHardware> sharedHardware;
@@ -136,11 +108,7 @@ class Stage : public Scene {
   Faults idleFaults{{}};
   DeskKeyboard idleKeyboard;
 
-  std::map<PlanKey, Plan> planned;
-  std::uint64_t nextPlan = 1;
-  /// Of the step that is being taken, or one of whose consequences is.
-  std::shared_ptr<Course> course;
-  bool isAbandoned = false;
+  Schedule ownSchedule;
   Microseconds idleTime{0};
   /// The clock of the process that runs now; null: `idleTime` counts.
   const Runtime* clock = nullptr;
