@@ -85,7 +85,7 @@ check "no kind of declaration goes uncompared" "$(
   python3 -B Tests/Mac/AbiCheck/uncompared.py --prove 2>&1)"
 
 check "docs/scenarios.md names every form of a step" "$(
-  grep -ohE '^      \{"[^"]+"' Tools/BrivaneDesk/*Steps.cpp Tools/BrivaneDesk/*Expectations.cpp |
+  grep -ohE '^      \{"[^"]+"' Tools/BrivaneDesk/Steps/*.cpp |
     sed 's/.*"\(.*\)"/\1/' | while read -r form; do
       grep -qF -- "\`$form\`" docs/scenarios.md || echo "$form"
     done)"

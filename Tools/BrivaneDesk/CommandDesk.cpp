@@ -7,7 +7,7 @@
 
 #include "Machines/Common/Files/ResourceFolder.h"
 #include "Machines/Desk/Machine/OpenDesk.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

@@ -10,8 +10,8 @@
 #include "Tools/BrivaneDesk/CommandDesk.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"
 #include "Tools/BrivaneDesk/ScenarioRun.h"
-#include "Tools/BrivaneDesk/Scene.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Stage/Scene.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

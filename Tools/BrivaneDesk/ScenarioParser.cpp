@@ -7,9 +7,9 @@
 #include <set>
 
 #include "Machines/Desk/File/Suggestion.h"
-#include "Tools/BrivaneDesk/KeyNames.h"
-#include "Tools/BrivaneDesk/Slots.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Language/KeyNames.h"
+#include "Tools/BrivaneDesk/Language/Slots.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

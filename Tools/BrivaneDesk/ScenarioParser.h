@@ -4,7 +4,7 @@
 #include <string_view>
 #include <variant>
 
-#include "Tools/BrivaneDesk/Scenario.h"
+#include "Tools/BrivaneDesk/Language/Scenario.h"
 
 namespace brivane {
 

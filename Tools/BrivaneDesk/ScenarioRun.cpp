@@ -8,9 +8,9 @@
 
 #include "Machines/Desk/File/DeskFile.h"
 #include "Tools/BrivaneDesk/DefaultDesk.h"
-#include "Tools/BrivaneDesk/GammaReading.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Steps/GammaReading.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

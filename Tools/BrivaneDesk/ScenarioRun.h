@@ -6,8 +6,8 @@
 #include <variant>
 #include <vector>
 
-#include "Tools/BrivaneDesk/Scenario.h"
-#include "Tools/BrivaneDesk/Stage.h"
+#include "Tools/BrivaneDesk/Language/Scenario.h"
+#include "Tools/BrivaneDesk/Stage/Stage.h"
 
 namespace brivane {
 

@@ -6,7 +6,7 @@
 
 #include "Machines/Desk/State/FolderWatch.h"
 #include "Tools/BrivaneDesk/CommandDesk.h"
-#include "Tools/BrivaneDesk/HardwareLines.h"
+#include "Tools/BrivaneDesk/Steps/HardwareLines.h"
 
 namespace brivane {
 namespace {

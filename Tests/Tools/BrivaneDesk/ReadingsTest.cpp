@@ -4,8 +4,8 @@
 
 #include "BrivaneCore/Gamma/GammaRamp.h"
 #include "Machines/Desk/Hardware/GammaTable.h"
-#include "Tools/BrivaneDesk/GammaReading.h"
-#include "Tools/BrivaneDesk/MappingReading.h"
+#include "Tools/BrivaneDesk/Steps/GammaReading.h"
+#include "Tools/BrivaneDesk/Steps/MappingReading.h"
 
 namespace brivane {
 namespace {

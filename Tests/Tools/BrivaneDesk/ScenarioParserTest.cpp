@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
+#include "Tools/BrivaneDesk/Language/Tokens.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"
-#include "Tools/BrivaneDesk/StepTable.h"
-#include "Tools/BrivaneDesk/Tokens.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

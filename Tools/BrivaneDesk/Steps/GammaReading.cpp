@@ -1,6 +1,6 @@
 // An independent second opinion on what the program writes: the curves are built here from what is
 // documented about them, not by the program's own code.
-#include "Tools/BrivaneDesk/GammaReading.h"
+#include "Tools/BrivaneDesk/Steps/GammaReading.h"
 
 #include <algorithm>
 #include <array>

@@ -2,9 +2,9 @@
 #include <array>
 #include <cmath>
 
-#include "Tools/BrivaneDesk/KeyNames.h"
-#include "Tools/BrivaneDesk/Scene.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Language/KeyNames.h"
+#include "Tools/BrivaneDesk/Stage/Scene.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

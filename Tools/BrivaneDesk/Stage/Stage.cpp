@@ -2,7 +2,7 @@
 // simply happens, and the clock jumps. Each process has a runtime of its own, set forward to the
 // moment at which the process begins, so that a killed program's timers die with it. A process that
 // meets a fatal error is left by an exception, past everything that it was about to do.
-#include "Tools/BrivaneDesk/Stage.h"
+#include "Tools/BrivaneDesk/Stage/Stage.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "Tools/BrivaneDesk/MappingReading.h"
+#include "Tools/BrivaneDesk/Steps/MappingReading.h"
 
 #include <algorithm>
 #include <array>

@@ -2,10 +2,10 @@
 #include <cmath>
 #include <utility>
 
-#include "Tools/BrivaneDesk/GammaReading.h"
-#include "Tools/BrivaneDesk/MappingReading.h"
-#include "Tools/BrivaneDesk/Stage.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Stage/Stage.h"
+#include "Tools/BrivaneDesk/Steps/GammaReading.h"
+#include "Tools/BrivaneDesk/Steps/MappingReading.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

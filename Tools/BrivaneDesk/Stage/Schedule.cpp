@@ -1,4 +1,4 @@
-#include "Tools/BrivaneDesk/Schedule.h"
+#include "Tools/BrivaneDesk/Stage/Schedule.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "Tools/BrivaneDesk/Tokens.h"
+#include "Tools/BrivaneDesk/Language/Tokens.h"
 
 #include <algorithm>
 #include <array>

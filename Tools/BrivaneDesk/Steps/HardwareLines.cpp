@@ -1,9 +1,9 @@
-#include "Tools/BrivaneDesk/HardwareLines.h"
+#include "Tools/BrivaneDesk/Steps/HardwareLines.h"
 
 #include "Machines/Common/Files/PropertyJson.h"
 #include "Machines/Desk/File/FirmwareSection.h"
 #include "Machines/Desk/File/SystemSection.h"
-#include "Tools/BrivaneDesk/GammaReading.h"
+#include "Tools/BrivaneDesk/Steps/GammaReading.h"
 
 namespace brivane {
 namespace {

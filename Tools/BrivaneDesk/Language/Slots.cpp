@@ -1,4 +1,4 @@
-#include "Tools/BrivaneDesk/Slots.h"
+#include "Tools/BrivaneDesk/Language/Slots.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/File/JsonItem.h"
 #include "Machines/Desk/File/JsonParser.h"
-#include "Tools/BrivaneDesk/KeyNames.h"
+#include "Tools/BrivaneDesk/Language/KeyNames.h"
 
 namespace brivane {
 namespace {

@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "Tools/BrivaneDesk/Stage.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Stage/Stage.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

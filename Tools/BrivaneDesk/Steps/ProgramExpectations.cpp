@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "Machines/Common/Files/PropertyJson.h"
-#include "Tools/BrivaneDesk/Stage.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Stage/Stage.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

@@ -1,6 +1,6 @@
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
-#include "Tools/BrivaneDesk/Stage.h"
+#include "Tools/BrivaneDesk/Stage/Stage.h"
 
 namespace brivane {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "Tools/BrivaneDesk/Scenario.h"
-#include "Tools/BrivaneDesk/Tokens.h"
+#include "Tools/BrivaneDesk/Language/Scenario.h"
+#include "Tools/BrivaneDesk/Language/Tokens.h"
 
 namespace brivane {
 

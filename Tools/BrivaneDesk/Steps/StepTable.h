@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Tools/BrivaneDesk/Scenario.h"
+#include "Tools/BrivaneDesk/Language/Scenario.h"
 
 namespace brivane {
 

@@ -3,8 +3,8 @@
 
 #include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/Frame/Picture.h"
-#include "Tools/BrivaneDesk/Stage.h"
-#include "Tools/BrivaneDesk/StepTable.h"
+#include "Tools/BrivaneDesk/Stage/Stage.h"
+#include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
 namespace {

@@ -10,8 +10,8 @@
 #include "Machines/Desk/Frame/Frame.h"
 #include "Machines/Desk/Machine/Machine.h"
 #include "Machines/Desk/Machine/VirtualRuntime.h"
-#include "Tools/BrivaneDesk/Scene.h"
-#include "Tools/BrivaneDesk/Schedule.h"
+#include "Tools/BrivaneDesk/Stage/Scene.h"
+#include "Tools/BrivaneDesk/Stage/Schedule.h"
 
 namespace brivane {
 

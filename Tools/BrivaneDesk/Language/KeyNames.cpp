@@ -1,6 +1,6 @@
 // Keys are named by what a US layout prints on them; the codes are positions, and stay the same
 // whatever layout the desk has.
-#include "Tools/BrivaneDesk/KeyNames.h"
+#include "Tools/BrivaneDesk/Language/KeyNames.h"
 
 #include <algorithm>
 #include <array>
