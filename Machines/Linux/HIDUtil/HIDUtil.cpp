@@ -107,6 +107,7 @@ HIDUtil::Outcome HIDUtil::setUnderLock(const UserKeyMapping& mapping, const Keym
           {keyboard.device.device, key.scancode, key.original, key.wanted});
     }
   }
+  const auto setAside = store.setAsideIfNotUnderstood();
   if (const auto problem = store.save(intended)) return failure(failed, *problem);
 
   KeymapState after{mapping, {}};
@@ -116,7 +117,8 @@ HIDUtil::Outcome HIDUtil::setUnderLock(const UserKeyMapping& mapping, const Keym
   }
   if (const auto problem = store.save(after)) return failure(failed, *problem);
   if (!stubborn.empty()) return failure(failed, stubborn + " refuses to change its keymap");
-  return {done, "UserKeyMapping:" + keyMappingListing(mapping), ""};
+  return {done, "UserKeyMapping:" + keyMappingListing(mapping),
+          setAside ? "brivane-hidutil: " + *setAside : ""};
 }
 
 HIDUtil::Keyboards HIDUtil::openKeyboards(const KeymapState& state, const Relays& relays) {

@@ -34,7 +34,7 @@ class HIDUtil {
   struct Outcome {
     int status = done;
     std::string output;
-    /// One line without its line break; empty on success.
+    /// One line without its line break. On success it is empty, or names a file that was set aside.
     std::string error;
   };
 

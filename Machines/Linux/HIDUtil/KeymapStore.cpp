@@ -44,9 +44,10 @@ ChangedKey changedKey(const nlohmann::json& json) {
           json.at("original").get<KeyCode>(), json.at("relay").get<KeyCode>()};
 }
 
-KeymapState stateIn(const std::string& text) try {
+/// Nothing when the text can't be understood.
+std::optional<KeymapState> stateIn(const std::string& text) try {
   const auto mapping = parseKeyMapping(text);
-  if (!mapping) return {};
+  if (!mapping) return std::nullopt;
   KeymapState state{*mapping, {}};
   const auto document = nlohmann::json::parse(text);
   for (const auto& json : document.at("ChangedKeys")) {
@@ -55,7 +56,7 @@ KeymapState stateIn(const std::string& text) try {
   }
   return state;
 } catch (const std::exception&) {
-  return {};
+  return std::nullopt;
 }
 
 }  // namespace
@@ -66,10 +67,24 @@ std::variant<KeymapState, std::string> KeymapStore::load() const {
     return KeymapState{};
   }
   const auto content = readWholeFile(file(), largestStoreBytes, Links::refused);
-  if (const auto* text = std::get_if<std::string>(&content)) return stateIn(*text);
+  if (const auto* text = std::get_if<std::string>(&content)) {
+    return stateIn(*text).value_or(KeymapState{});
+  }
   const auto& problem = std::get<FileProblem>(content);
   if (!problem.isFromSystem || problem.isAbsent) return KeymapState{};
   return file().string() + ": " + problem.reason;
+}
+
+std::optional<std::string> KeymapStore::setAsideIfNotUnderstood() const {
+  const auto content = readWholeFile(file(), largestStoreBytes, Links::refused);
+  const auto* const text = std::get_if<std::string>(&content);
+  const bool isSound =
+      text != nullptr ? stateIn(*text).has_value() : std::get<FileProblem>(content).isFromSystem;
+  if (isSound) return std::nullopt;
+  const auto aside = setAside(file());
+  const auto* const name = std::get_if<std::filesystem::path>(&aside);
+  if (name == nullptr) return std::nullopt;
+  return file().string() + " can't be understood; it was set aside as " + name->filename().string();
 }
 
 std::optional<std::string> KeymapStore::save(const KeymapState& state) const {

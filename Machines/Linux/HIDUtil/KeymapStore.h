@@ -30,6 +30,10 @@ class KeymapStore {
   /// words for a person.
   std::variant<KeymapState, std::string> load() const;
 
+  /// Moves a file that can't be understood out of the way of `save`, and says so in words for a
+  /// person; nothing when there was none.
+  std::optional<std::string> setAsideIfNotUnderstood() const;
+
   /// Makes the folder if needed. Nothing on success, else why not, in words for a person.
   std::optional<std::string> save(const KeymapState& state) const;
 

@@ -40,6 +40,19 @@ TEST(KeymapStore, WhatCannotBeUnderstoodIsTheEmptyState) {
   }
 }
 
+TEST(KeymapStore, WhatCannotBeUnderstoodIsSetAsideAndNothingElseIs) {
+  const TemporaryFolder folder;
+  const KeymapStore store(folder.path);
+  EXPECT_EQ(store.setAsideIfNotUnderstood(), std::nullopt);
+  store.save(someState);
+  EXPECT_EQ(store.setAsideIfNotUnderstood(), std::nullopt);
+  folder.write("key-mapping.json", "{");
+  EXPECT_THAT(store.setAsideIfNotUnderstood(),
+              Optional(HasSubstr("key-mapping.json can't be understood; it was set aside as "
+                                 "key-mapping.json.unreadable-")));
+  EXPECT_FALSE(std::filesystem::exists(folder / "key-mapping.json"));
+}
+
 TEST(KeymapStore, AChangeThatNoMappingMakesIsNotBelieved) {
   const TemporaryFolder folder;
   const KeymapStore store(folder.path);
