@@ -43,9 +43,9 @@ TEST_F(AppDelegateTest, BeforeTheLaunchThereIsNothingAndNothingToCleanUp) {
 TEST_F(AppDelegateTest, OpenedAgainTheProgramShowsItsMenuOnceItHasOne) {
   delegate->applicationWasOpenedAgain();
   launch();
-  EXPECT_EQ(frame.statusItem->ownMenu.popUps, 0);
+  EXPECT_FALSE(frame.statusItem->ownMenu.isOpen);
   delegate->applicationWasOpenedAgain();
-  EXPECT_EQ(frame.statusItem->ownMenu.popUps, 1);
+  EXPECT_TRUE(frame.statusItem->ownMenu.isOpen);
 }
 
 TEST_F(AppDelegateTest, TheProgramStartsInThisOrder) {

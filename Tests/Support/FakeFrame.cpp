@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "BrivaneCore/Support/Fatal.h"
 
@@ -57,6 +58,7 @@ int FakeApplication::run() {
 
 void FakeApplication::terminate() {
   notes.add("terminate");
+  if (std::exchange(isTerminating, true)) return;
   if (delegate != nullptr) delegate->applicationWillTerminate();
   exitStatus = 0;
   runtime.stop();
@@ -73,6 +75,7 @@ void FakeApplication::activateIgnoringOtherApplications() {
 }
 
 void FakeApplication::change(Appearance newAppearance) {
+  if (appearance == newAppearance) return;
   appearance = newAppearance;
   appearanceTopic.announce();
 }
@@ -102,13 +105,28 @@ double FakeMenu::sliderValue(std::size_t index) {
   return std::get<MenuSlider>(items.at(index)).value;
 }
 
+void FakeMenu::popUp() {
+  if (!isOpen) open();
+}
+
+void FakeMenu::open() {
+  isOpen = true;
+  if (delegate != nullptr) delegate->menuWillOpen();
+}
+
+void FakeMenu::close() {
+  isOpen = false;
+  delegate->menuDidClose();
+}
+
 void FakeMenu::choose(const std::string& title) {
   for (const MenuItem& item : items) {
     const auto* const command = std::get_if<MenuCommand>(&item);
     if (command == nullptr || command->title != title) continue;
     const auto chosen = command->chosen;
+    const int before = rebuilds;
     close();
-    chosen();
+    if (rebuilds == before) chosen();
     return;
   }
   fatal("the menu has no command " + title);
@@ -176,7 +194,7 @@ class FakeEditorWindow::Host : public CustomViewHost {
 
   void setNeedsDisplay() override { ++window.redraws; }
   void makeFirstResponder() override {
-    if (window.firstResponder == &view) return;
+    if (window.firstResponder == &view || !view.acceptsFirstResponder()) return;
     resignFirstResponder();
     window.firstResponder = &view;
   }
@@ -228,6 +246,14 @@ std::vector<CustomView*> FakeEditorWindow::views() const {
   return views;
 }
 
+void FakeEditorWindow::click(const std::string& label) const {
+  for (const WindowItem& item : items) {
+    const auto* const part = std::get_if<WindowView>(&item);
+    if (part != nullptr && part->accessibilityLabel == label) return part->view->mouseDown();
+  }
+  fatal("the window has no view " + label);
+}
+
 bool FakeEditorWindow::press(const KeyPress& key) {
   return firstResponder != nullptr && firstResponder->keyDown(key);
 }
@@ -243,8 +269,12 @@ void FakeEditorWindow::pressButton(const std::string& title) {
   fatal("the window has no button " + title);
 }
 
-void FakeEditorWindow::close() {
+void FakeEditorWindow::loseKeyboard() {
   if (firstResponder != nullptr && firstResponder->resignFirstResponder()) firstResponder = nullptr;
+}
+
+void FakeEditorWindow::close() {
+  loseKeyboard();
   if (willClose) willClose();
   visible = false;
 }

@@ -46,6 +46,7 @@ class FakeApplication : public Application {
  private:
   Runtime& runtime;
   CallNotes& notes;
+  bool isTerminating = false;
 };
 
 class FakeMenu : public MenuView {
@@ -56,11 +57,11 @@ class FakeMenu : public MenuView {
   void setChecked(std::size_t index, bool isChecked) override;
   void setSliderValue(std::size_t index, double value) override;
   double sliderValue(std::size_t index) override;
-  void popUp() override { ++popUps; }
+  void popUp() override;
 
-  void open() { delegate->menuWillOpen(); }
-  void close() { delegate->menuDidClose(); }
-  /// Closes the menu, then calls the command with that title.
+  void open();
+  void close();
+  /// Closes the menu, then calls the command with that title if it is still there.
   void choose(const std::string& title);
   /// As the user's hand does.
   void drag(std::size_t index, double value);
@@ -71,7 +72,7 @@ class FakeMenu : public MenuView {
   MenuDelegate* delegate = nullptr;
   std::vector<MenuItem> items;
   int rebuilds = 0;
-  int popUps = 0;
+  bool isOpen = false;
 };
 
 struct FakeStatusItem : StatusItem {
@@ -91,7 +92,10 @@ class FakeHUDWindow : public HUDWindow {
  public:
   FakeHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime,
                 CallNotes& callNotes)
-      : attributes(windowAttributes), runtime(frameRuntime), notes(callNotes) {}
+      : attributes(windowAttributes),
+        ownFrame(windowAttributes.contentRect),
+        runtime(frameRuntime),
+        notes(callNotes) {}
 
   Rect frame() override { return ownFrame; }
   void setFrame(const Rect& newFrame) override;
@@ -136,10 +140,14 @@ class FakeEditorWindow : public EditorWindow {
   /// The custom views in the order of the content.
   std::vector<CustomView*> views() const;
   void click(std::size_t viewIndex) const { views().at(viewIndex)->mouseDown(); }
+  /// The view with that accessibility label.
+  void click(const std::string& label) const;
   /// Gives the press to the first responder, if there is one; whether it took it.
   bool press(const KeyPress& key);
   void pressButton(const std::string& title);
   void close();
+  /// The user turns to another window.
+  void loseKeyboard();
 
   const EditorWindowAttributes attributes;
   /// Of the content.
