@@ -90,12 +90,15 @@ check "docs/scenarios.md names every form of a step" "$(
       grep -qF -- "\`$form\`" docs/scenarios.md || echo "$form"
     done)"
 
-check "whatever a text shows or links to is there" "$(
+check "whatever a text shows, links to or names as a source is there" "$(
   sources '*.md' | while read -r file; do
     grep -ohE '\]\([^)# ]+|(src|srcset)="[^"]+' "$file" | sed -E 's/^(\]\(|[a-z]+=")//' | grep -v '^https\?:' |
       while read -r target; do
         [ -e "$(dirname "$file")/$target" ] || echo "$file: $target"
       done
+    grep -ohE '`[A-Za-z/_-]+\.(cpp|h|mm|sh|py|cmake)`' "$file" | tr -d '`' | while read -r name; do
+      [ -n "$(sources "$name" "*/$name")" ] || echo "$file: $name"
+    done
   done)"
 
 # The linker merges two types of one name without a word, and one runs the other's destructor.
