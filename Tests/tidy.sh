@@ -96,7 +96,7 @@ check "whatever a text shows, links to or names as a source is there" "$(
       while read -r target; do
         [ -e "$(dirname "$file")/$target" ] || echo "$file: $target"
       done
-    grep -ohE '`[A-Za-z/_-]+\.(cpp|h|mm|sh|py|cmake)`' "$file" | tr -d '`' | while read -r name; do
+    grep -ohE '`[A-Za-z0-9/_-]+\.(cpp|h|mm|sh|py|cmake)`' "$file" | tr -d '`' | while read -r name; do
       [ -n "$(sources "$name" "*/$name")" ] || echo "$file: $name"
     done
   done)"
