@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
+#include <string_view>
 
 namespace brivane {
 namespace {
@@ -16,13 +16,6 @@ constexpr std::string_view displayServicesPath =
 
 /// The vendor number of Apple's own panels.
 constexpr std::uint32_t appleVendor = 0x0610;
-
-template <typename Function>
-Function lookUp(SymbolLoader& loader, LibraryHandle library, std::string_view name) {
-  Symbol symbol = loader.find(library, name);
-  auto* const function = std::get_if<Function>(&symbol);
-  return function == nullptr ? Function{} : std::move(*function);
-}
 
 }  // namespace
 
@@ -59,15 +52,14 @@ bool AppleDisplayBackend::canControl(DisplayID display) const {
 }
 
 const AppleDisplayBackend::EntryPoints& AppleDisplayBackend::entryPoints() const {
-  std::call_once(lookedUp, [this] {
+  return found.get([this]() -> EntryPoints {
     const LibraryHandle library = symbols.open(displayServicesPath, lazyBinding);
-    if (library == 0) return;
-    found.get = lookUp<GetBrightnessFunction>(symbols, library, "DisplayServicesGetBrightness");
-    found.set = lookUp<SetBrightnessFunction>(symbols, library, "DisplayServicesSetBrightness");
-    found.canChange =
-        lookUp<CanChangeBrightnessFunction>(symbols, library, "DisplayServicesCanChangeBrightness");
+    if (library == 0) return {};
+    const auto find = [&](const char* name) { return symbols.find(library, name); };
+    return {functionIn<GetBrightnessFunction>(find("DisplayServicesGetBrightness")),
+            functionIn<SetBrightnessFunction>(find("DisplayServicesSetBrightness")),
+            functionIn<CanChangeBrightnessFunction>(find("DisplayServicesCanChangeBrightness"))};
   });
-  return found;
 }
 
 }  // namespace brivane

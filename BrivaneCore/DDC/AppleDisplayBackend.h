@@ -1,11 +1,11 @@
 #pragma once
 
-#include <mutex>
 #include <optional>
 
 #include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneCore/Seams/SymbolLoader.h"
+#include "BrivaneCore/Support/Lazy.h"
 
 namespace brivane {
 
@@ -39,8 +39,7 @@ class AppleDisplayBackend {
 
   SymbolLoader& symbols;
   DisplaySystem& displays;
-  mutable std::once_flag lookedUp;
-  mutable EntryPoints found;
+  const Lazy<EntryPoints> found;
 };
 
 }  // namespace brivane

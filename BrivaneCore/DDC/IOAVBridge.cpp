@@ -5,7 +5,6 @@
 #include "BrivaneCore/DDC/IOAVBridge.h"
 
 #include <string_view>
-#include <utility>
 #include <variant>
 
 namespace brivane {
@@ -18,15 +17,15 @@ constexpr std::string_view ioKitPath = "/System/Library/Frameworks/IOKit.framewo
 IOAVBridge::IOAVBridge(SymbolLoader& symbolLoader) : loader(symbolLoader) {}
 
 const CreateAVServiceFunction& IOAVBridge::createWithService() const {
-  return resolveOnce(createResolved, create, "IOAVServiceCreateWithService");
+  return resolved(create, "IOAVServiceCreateWithService");
 }
 
 const WriteI2CFunction& IOAVBridge::writeI2C() const {
-  return resolveOnce(writeResolved, write, "IOAVServiceWriteI2C");
+  return resolved(write, "IOAVServiceWriteI2C");
 }
 
 const ReadI2CFunction& IOAVBridge::readI2C() const {
-  return resolveOnce(readResolved, read, "IOAVServiceReadI2C");
+  return resolved(read, "IOAVServiceReadI2C");
 }
 
 bool IOAVBridge::isComplete() const {
@@ -34,26 +33,17 @@ bool IOAVBridge::isComplete() const {
 }
 
 template <typename Function>
-const Function& IOAVBridge::resolveOnce(std::once_flag& resolved, Function& function,
-                                        std::string_view name) const {
-  std::call_once(resolved, [&] {
-    Symbol symbol = resolve(name);
-    if (auto* const found = std::get_if<Function>(&symbol)) function = std::move(*found);
-  });
-  return function;
+const Function& IOAVBridge::resolved(const Lazy<Function>& function, std::string_view name) const {
+  return function.get([&] { return functionIn<Function>(resolve(name)); });
 }
 
 Symbol IOAVBridge::resolve(std::string_view name) const {
-  if (const LibraryHandle framework = handle(); framework != 0) {
-    Symbol symbol = loader.find(framework, name);
+  const auto library = handle.get([this] { return loader.open(ioKitPath, lazyBinding); });
+  if (library != 0) {
+    Symbol symbol = loader.find(library, name);
     if (!std::holds_alternative<std::monostate>(symbol)) return symbol;
   }
   return loader.find(globalNamespace, name);
-}
-
-LibraryHandle IOAVBridge::handle() const {
-  std::call_once(opened, [this] { library = loader.open(ioKitPath, lazyBinding); });
-  return library;
 }
 
 }  // namespace brivane

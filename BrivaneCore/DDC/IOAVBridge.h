@@ -1,9 +1,9 @@
 #pragma once
 
-#include <mutex>
 #include <string_view>
 
 #include "BrivaneCore/Seams/SymbolLoader.h"
+#include "BrivaneCore/Support/Lazy.h"
 
 namespace brivane {
 
@@ -22,20 +22,14 @@ class IOAVBridge {
 
  private:
   template <typename Function>
-  const Function& resolveOnce(std::once_flag& resolved, Function& function,
-                              std::string_view name) const;
+  const Function& resolved(const Lazy<Function>& function, std::string_view name) const;
   Symbol resolve(std::string_view name) const;
-  LibraryHandle handle() const;
 
   SymbolLoader& loader;
-  mutable std::once_flag opened;
-  mutable LibraryHandle library = 0;
-  mutable std::once_flag createResolved;
-  mutable std::once_flag writeResolved;
-  mutable std::once_flag readResolved;
-  mutable CreateAVServiceFunction create;
-  mutable WriteI2CFunction write;
-  mutable ReadI2CFunction read;
+  const Lazy<LibraryHandle> handle;
+  const Lazy<CreateAVServiceFunction> create;
+  const Lazy<WriteI2CFunction> write;
+  const Lazy<ReadI2CFunction> read;
 };
 
 }  // namespace brivane

@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include "BrivaneCore/Seams/DisplaySystem.h"
@@ -47,6 +48,13 @@ using CanChangeBrightnessFunction = std::function<bool(DisplayID display)>;
 using Symbol =
     std::variant<std::monostate, CreateAVServiceFunction, WriteI2CFunction, ReadI2CFunction,
                  GetBrightnessFunction, SetBrightnessFunction, CanChangeBrightnessFunction>;
+
+/// An empty function when the symbol is nothing, or a function of another kind.
+template <typename Function>
+Function functionIn(Symbol symbol) {
+  auto* const function = std::get_if<Function>(&symbol);
+  return function == nullptr ? Function{} : std::move(*function);
+}
 
 /// An open library; 0 is none.
 using LibraryHandle = std::intptr_t;
