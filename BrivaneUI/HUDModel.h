@@ -1,14 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
-#include <vector>
 
-#include "BrivaneCore/Support/Observation.h"
+#include "BrivaneCore/Support/Observers.h"
 
 namespace brivane {
 
@@ -35,8 +33,6 @@ class HUDModel {
   /// Whether the views may animate from the state before to the one that is assigned.
   enum class Animations { enabled, disabled };
 
-  using Observer = std::function<void(Animations animations)>;
-
   HUDModel() = default;
   HUDModel(const HUDModel&) = delete;
   HUDModel& operator=(const HUDModel&) = delete;
@@ -45,14 +41,19 @@ class HUDModel {
   const State& state() const { return currentState; }
 
   /// Tells all observers, whether or not the state is another one.
-  void setState(State newState, Animations animations = Animations::enabled);
+  void setState(State newState, Animations animations = Animations::enabled) {
+    currentState = std::move(newState);
+    observers.announce(animations);
+  }
 
   /// The observer is called after each assignment.
-  [[nodiscard]] Observation observe(Observer observer);
+  [[nodiscard]] Observation observe(Observers<Animations>::Handler observer) {
+    return observers.observe(std::move(observer));
+  }
 
  private:
   State currentState = Level{100};
-  std::vector<std::weak_ptr<Observer>> observers;
+  Observers<Animations> observers;
 };
 
 }  // namespace brivane

@@ -22,7 +22,7 @@ file(GLOB abi_checks CONFIGURE_DEPENDS
 add_library(brivane-abi-check OBJECT EXCLUDE_FROM_ALL ${abi_checks})
 target_compile_options(brivane-abi-check PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
 
-set(common_sources Topic Files/ResourceFolder Files/WholeFile Frame/Transition Processes/ChildProcess)
+set(common_sources Files/ResourceFolder Files/WholeFile Frame/Transition Processes/ChildProcess)
 list(TRANSFORM common_sources PREPEND Machines/Common/)
 list(TRANSFORM common_sources APPEND .cpp)
 add_library(brivane-machine-common STATIC ${common_sources})
