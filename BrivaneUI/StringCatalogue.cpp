@@ -8,6 +8,8 @@
 #include <charconv>
 #include <optional>
 
+#include "BrivaneCore/Support/Lookup.h"
+
 namespace brivane {
 namespace {
 
@@ -23,12 +25,6 @@ std::optional<StringTable> readLanguage(Resources& resources, SystemLog& log,
     return std::nullopt;
   }
   return std::get<StringTable>(std::move(parsed));
-}
-
-std::optional<std::string> lookUpText(const StringTable& table, std::string_view key) {
-  const auto found = table.find(key);
-  if (found == table.end()) return std::nullopt;
-  return found->second;
 }
 
 /// Regions write Chinese in one script or the other, and a tag need not say which.
@@ -82,8 +78,8 @@ StringCatalogue::StringCatalogue(Resources& resources, SystemLog& log, std::stri
 }
 
 std::string StringCatalogue::text(std::string_view key) const {
-  if (auto text = lookUpText(localized, key)) return *std::move(text);
-  if (auto text = lookUpText(english, key)) return *std::move(text);
+  if (auto text = lookUp(localized, key)) return *std::move(text);
+  if (auto text = lookUp(english, key)) return *std::move(text);
   return std::string(key);
 }
 

@@ -15,6 +15,7 @@
 #include "BrivaneCore/Input/InputDiagnosticsSettings.h"
 #include "BrivaneCore/Input/VirtualKeyCode.h"
 #include "BrivaneCore/KeyRelay/RelaySettings.h"
+#include "BrivaneCore/Support/Lookup.h"
 
 namespace brivane {
 namespace {
@@ -101,8 +102,7 @@ void CarbonHotkeyCoordinator::registerHotkeys(bool tapActive) {
 
 void CarbonHotkeyCoordinator::handlePress(std::uint32_t id) {
   const HotkeyPress press = hotkeyPress(id);
-  const auto key = keyCodes.find(id);
-  pressedKey = key != keyCodes.end() ? std::optional(key->second) : std::nullopt;
+  pressedKey = lookUp(keyCodes, id);
   watchedKey.reset();
   const bool wasHandled = handler(press.firstStep, press.source);
   if (InputDiagnosticsSettings(defaults).verboseKeyLog()) log.write(describe(press, wasHandled));

@@ -1,5 +1,6 @@
 #include "Machines/Common/Files/JsonFileDefaults.h"
 
+#include "BrivaneCore/Support/Lookup.h"
 #include "Machines/Common/Files/FileLock.h"
 #include "Machines/Common/Files/PropertyJson.h"
 
@@ -55,9 +56,7 @@ JsonFileDefaults::~JsonFileDefaults() {
 std::optional<PropertyValue> JsonFileDefaults::object(std::string_view key) const {
   if (const auto change = unwritten.find(key); change != unwritten.end()) return change->second;
   readIfNewer();
-  const auto found = stored.find(key);
-  if (found == stored.end()) return std::nullopt;
-  return found->second;
+  return lookUp(stored, key);
 }
 
 void JsonFileDefaults::set(std::string_view key, const PropertyValue& value) {
