@@ -1,45 +1,17 @@
 #include "BrivaneApp/CompositionRoot.h"
 
 #include "BrivaneApp/Strings.h"
-#include "BrivaneCore/Gamma/CoreGraphicsGammaTableIO.h"
-#include "BrivaneCore/Gamma/DisplayBrighteningFactory.h"
-#include "BrivaneCore/Gamma/ExtendedGammaBrightener.h"
-#include "BrivaneCore/Gamma/GammaBrightener.h"
-#include "BrivaneCore/Gamma/GammaDimmer.h"
 #include "BrivaneCore/KeyRelay/HIDUtilKeyMapping.h"
 #include "BrivaneUI/Strings.h"
 
 namespace brivane {
-namespace {
-
-constexpr ExtendedGammaSettings extendedGammaSettings = {.maximumGain = 4.0,
-                                                         .preferredEntryCount = 256};
-
-BrightnessEffects makeEffects(const std::shared_ptr<GammaBaselineStore>& baselines,
-                              DisplaySystem& displays) {
-  const auto& io = baselines->io;
-  const HeadroomMeasure headroom = [&displays](DisplayID display) {
-    return BrightnessController::potentialHeadroom(displays, display);
-  };
-  BrightnessEffects effects;
-  effects.dimmer = std::make_shared<GammaDimmer>(baselines, io);
-  effects.gammaBrightener = std::make_shared<GammaBrightener>(baselines, io);
-  effects.extendedBrightener =
-      std::make_shared<ExtendedGammaBrightener>(baselines, io, headroom, extendedGammaSettings);
-  effects.brighteningFactory = std::make_shared<DisplayBrighteningFactory>(
-      effects.extendedBrightener, effects.gammaBrightener, headroom);
-  return effects;
-}
-
-}  // namespace
 
 CompositionRoot::CompositionRoot(ResidentMachine& machine, Frame& frame)
-    : appleDisplays(std::make_shared<AppleDisplayBackend>(machine.symbols(), machine.displays())),
-      store(machine.defaults(), machine.displays()),
+    : stack(machine),
       applicationTexts(machine.resources(), machine.log(), applicationBundle),
       userInterfaceTexts(machine.resources(), machine.log(), userInterfaceBundle),
-      colors(machine.resources(), machine.log()) {
-  makeController(machine);
+      colors(machine.resources(), machine.log()),
+      controller(stack.controller) {
   keyMapping = std::make_shared<HIDUtilKeyMapping>(
       HIDUtilKeyMapping::defaultRunner(machine.processes(), machine.log()));
   hud = std::make_shared<BrightnessHUD>(machine, frame, colors, userInterfaceTexts);
@@ -48,16 +20,6 @@ CompositionRoot::CompositionRoot(ResidentMachine& machine, Frame& frame)
   makeInput(machine, frame);
   makeFollowers(machine);
   connectMenu();
-}
-
-void CompositionRoot::makeController(ResidentMachine& machine) {
-  const auto baselines = std::make_shared<GammaBaselineStore>(
-      std::make_shared<CoreGraphicsGammaTableIO>(machine.gammaTables()));
-  auto effects = makeEffects(baselines, machine.displays());
-  auto registry = std::make_shared<DisplayRegistry>(machine.displays(), machine.ioRegistry(),
-                                                    machine.symbols(), machine.runtime());
-  controller = std::make_shared<BrightnessController>(machine, appleDisplays, std::move(registry),
-                                                      store, baselines, std::move(effects));
 }
 
 void CompositionRoot::makeInput(ResidentMachine& machine, Frame& frame) {

@@ -4,16 +4,15 @@
 
 #include "BrivaneApp/AccessibilityRetryController.h"
 #include "BrivaneApp/BrightnessHUD.h"
+#include "BrivaneApp/BrightnessStack.h"
 #include "BrivaneApp/CacheResyncScheduler.h"
 #include "BrivaneApp/DisplayReconciler.h"
 #include "BrivaneApp/HotkeyEditor.h"
 #include "BrivaneApp/KeyPressCoordinator.h"
 #include "BrivaneApp/StatusItemController.h"
 #include "BrivaneApp/SystemBrightnessKeyController.h"
-#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "BrivaneCore/Input/HotkeyManager.h"
 #include "BrivaneCore/KeyRelay/KeyMappingStore.h"
-#include "BrivaneCore/Levels/BrightnessStore.h"
 #include "BrivaneCore/Policy/BrightnessController.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
 #include "BrivaneUI/CatalogColor.h"
@@ -27,8 +26,7 @@ namespace brivane {
 /// direction holds its target weakly, so that the whole graph ends with the root. Main thread.
 class CompositionRoot {
  private:
-  const std::shared_ptr<AppleDisplayBackend> appleDisplays;
-  BrightnessStore store;
+  BrightnessStack stack;
   const StringCatalogue applicationTexts;
   const StringCatalogue userInterfaceTexts;
   CatalogColor colors;
@@ -39,7 +37,7 @@ class CompositionRoot {
   CompositionRoot(const CompositionRoot&) = delete;
   CompositionRoot& operator=(const CompositionRoot&) = delete;
 
-  std::shared_ptr<BrightnessController> controller;
+  const std::shared_ptr<BrightnessController> controller;
   std::shared_ptr<KeyMappingStore> keyMapping;
   std::shared_ptr<BrightnessHUD> hud;
   std::shared_ptr<StatusItemController> statusItem;
@@ -52,7 +50,6 @@ class CompositionRoot {
   std::shared_ptr<CacheResyncScheduler> cacheResync;
 
  private:
-  void makeController(ResidentMachine& machine);
   void makeInput(ResidentMachine& machine, Frame& frame);
   void makeFollowers(ResidentMachine& machine);
   void connectMenu();

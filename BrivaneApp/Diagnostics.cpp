@@ -5,8 +5,6 @@
 #include <optional>
 #include <ostream>
 
-#include "BrivaneCore/Gamma/CoreGraphicsGammaTableIO.h"
-#include "BrivaneCore/Gamma/GammaBaselineStore.h"
 #include "BrivaneCore/KeyRelay/HIDUtilKeyMapping.h"
 #include "BrivaneCore/Policy/CursorRouter.h"
 #include "BrivaneCore/Support/Numbers.h"
@@ -25,15 +23,6 @@ std::optional<Percent> requestedPercent(const std::vector<std::string>& argument
 
 }  // namespace
 
-Diagnostics::Stack::Stack(Machine& machine)
-    : appleDisplays(std::make_shared<AppleDisplayBackend>(machine.symbols(), machine.displays())),
-      registry(std::make_shared<DisplayRegistry>(machine.displays(), machine.ioRegistry(),
-                                                 machine.symbols(), machine.runtime())),
-      store(machine.defaults(), machine.displays()),
-      controller(machine, appleDisplays, registry, store,
-                 std::make_shared<GammaBaselineStore>(
-                     std::make_shared<CoreGraphicsGammaTableIO>(machine.gammaTables()))) {}
-
 Diagnostics::Diagnostics(Machine& itsMachine, std::ostream& standardOutput)
     : machine(itsMachine), out(standardOutput) {}
 
@@ -46,13 +35,13 @@ void Diagnostics::runSet(const std::vector<std::string>& arguments) {
   if (!percent) return print(usage);
   const auto display = CursorRouter(machine.displays()).displayUnderCursor();
   if (!display) return print("Could not determine which display the cursor is on.");
-  Stack stack(machine);
+  BrightnessStack stack(machine);
   const std::string name = stack.registry->localizedName(*display);
   // Display services would take the level too, but this mode is for DDC/CI alone.
   const bool speaksDDC =
-      stack.controller.backend(*display) != BrightnessBackendKind::appleDisplay &&
-      stack.controller.brightness(*display).has_value();
-  if (speaksDDC && stack.controller.setBrightness(*percent, *display)) {
+      stack.controller->backend(*display) != BrightnessBackendKind::appleDisplay &&
+      stack.controller->brightness(*display).has_value();
+  if (speaksDDC && stack.controller->setBrightness(*percent, *display)) {
     print("Set " + name + " to " + std::to_string(*percent) + "%");
   } else {
     print("Failed to set " + name + " — no DDC channel.");

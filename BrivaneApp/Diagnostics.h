@@ -1,16 +1,12 @@
 #pragma once
 
 #include <iosfwd>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "BrivaneCore/DDC/AppleDisplayBackend.h"
-#include "BrivaneCore/DDC/DisplayRegistry.h"
+#include "BrivaneApp/BrightnessStack.h"
 #include "BrivaneCore/KeyRelay/RelayKey.h"
-#include "BrivaneCore/Levels/BrightnessStore.h"
-#include "BrivaneCore/Policy/BrightnessController.h"
 #include "BrivaneCore/Seams/Machine.h"
 
 namespace brivane {
@@ -32,17 +28,6 @@ class Diagnostics {
   void runUnmap();
 
  private:
-  /// What reads and sets levels, as the resident program has it, without software effects of its
-  /// own.
-  struct Stack {
-    explicit Stack(Machine& machine);
-
-    std::shared_ptr<AppleDisplayBackend> appleDisplays;
-    std::shared_ptr<DisplayRegistry> registry;
-    BrightnessStore store;
-    BrightnessController controller;
-  };
-
   /// What the report says of the brightness keys.
   struct KeyRelay {
     RelayKey up;
@@ -56,12 +41,12 @@ class Diagnostics {
   void printRunningInstance();
   KeyRelay readKeyRelay();
   void printKeyRelay(const KeyRelay& relay);
-  void printDisplay(Stack& stack, DisplayID display, bool mappingInForce);
-  void printControl(Stack& stack, DisplayID display, bool mappingInForce);
-  void printAppleControl(Stack& stack, DisplayID display, bool mappingInForce);
-  void printDDCControl(Stack& stack, DisplayID display, VCPReading reading);
+  void printDisplay(BrightnessStack& stack, DisplayID display, bool mappingInForce);
+  void printControl(BrightnessStack& stack, DisplayID display, bool mappingInForce);
+  void printAppleControl(BrightnessStack& stack, DisplayID display, bool mappingInForce);
+  void printDDCControl(BrightnessStack& stack, DisplayID display, VCPReading reading);
   void printNoControl();
-  void printCursorDisplay(Stack& stack);
+  void printCursorDisplay(BrightnessStack& stack);
 
   Machine& machine;
   std::ostream& out;

@@ -24,7 +24,7 @@ std::string bracketed(DisplayID display) {
 void Diagnostics::runProbe() {
   print("Brivane probe");
   printRunningInstance();
-  Stack stack(machine);
+  BrightnessStack stack(machine);
   print("  DDC transport available: " + yesOrNo(stack.registry->ddcAvailable()));
   print("  Accessibility granted:   " + yesOrNo(machine.accessibility().isTrusted()));
   const KeyRelay relay = readKeyRelay();
@@ -65,7 +65,7 @@ void Diagnostics::printKeyRelay(const KeyRelay& relay) {
   print("        with the app running, or check the log for a hidutil failure.");
 }
 
-void Diagnostics::printDisplay(Stack& stack, DisplayID display, bool mappingInForce) {
+void Diagnostics::printDisplay(BrightnessStack& stack, DisplayID display, bool mappingInForce) {
   DisplaySystem& displays = machine.displays();
   print("  " + bracketed(display) + stack.registry->localizedName(display));
   print("      built-in: " + yesOrNo(displays.isBuiltIn(display)));
@@ -75,10 +75,10 @@ void Diagnostics::printDisplay(Stack& stack, DisplayID display, bool mappingInFo
   printControl(stack, display, mappingInForce);
 }
 
-void Diagnostics::printControl(Stack& stack, DisplayID display, bool mappingInForce) {
-  if (stack.controller.backend(display) == BrightnessBackendKind::appleDisplay) {
+void Diagnostics::printControl(BrightnessStack& stack, DisplayID display, bool mappingInForce) {
+  if (stack.controller->backend(display) == BrightnessBackendKind::appleDisplay) {
     printAppleControl(stack, display, mappingInForce);
-  } else if (const auto reading = stack.controller.probe(display)) {
+  } else if (const auto reading = stack.controller->probe(display)) {
     printDDCControl(stack, display, *reading);
   } else if (machine.displays().isBuiltIn(display)) {
     print("      control: macOS native (built-in panel)");
@@ -87,7 +87,8 @@ void Diagnostics::printControl(Stack& stack, DisplayID display, bool mappingInFo
   }
 }
 
-void Diagnostics::printAppleControl(Stack& stack, DisplayID display, bool mappingInForce) {
+void Diagnostics::printAppleControl(BrightnessStack& stack, DisplayID display,
+                                    bool mappingInForce) {
   const auto percent = stack.appleDisplays->read(display);
   print("      control: Apple display via DisplayServices -> " +
         (percent ? std::to_string(*percent) + "%" : "unreadable"));
@@ -97,9 +98,9 @@ void Diagnostics::printAppleControl(Stack& stack, DisplayID display, bool mappin
         (mappingInForce ? "driven by Brivane (DisplayServices)" : "pass through to macOS"));
 }
 
-void Diagnostics::printDDCControl(Stack& stack, DisplayID display, VCPReading reading) {
+void Diagnostics::printDDCControl(BrightnessStack& stack, DisplayID display, VCPReading reading) {
   constexpr Percent unknown = -1;
-  const Percent percent = stack.controller.brightness(display).value_or(unknown);
+  const Percent percent = stack.controller->brightness(display).value_or(unknown);
   print("      control: DDC/CI -> " + std::to_string(percent) + "%");
   print("      DDC:     current=" + std::to_string(reading.current) +
         " max=" + std::to_string(reading.max));
@@ -112,7 +113,7 @@ void Diagnostics::printNoControl() {
   print("               and note that DisplayLink adapters block DDC entirely.");
 }
 
-void Diagnostics::printCursorDisplay(Stack& stack) {
+void Diagnostics::printCursorDisplay(BrightnessStack& stack) {
   const auto display = CursorRouter(machine.displays()).displayUnderCursor();
   if (!display) return print("  Cursor display could not be determined.");
   print("  Cursor is on: " + bracketed(*display) + stack.registry->localizedName(*display));

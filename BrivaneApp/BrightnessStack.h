@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
+#include "BrivaneCore/DDC/DisplayRegistry.h"
+#include "BrivaneCore/Levels/BrightnessStore.h"
+#include "BrivaneCore/Policy/BrightnessController.h"
+#include "BrivaneCore/Seams/Machine.h"
+
+namespace brivane {
+
+/// What reads and sets levels, in the resident program and in the command-line modes. The machine
+/// must outlive it. Main thread.
+struct BrightnessStack {
+  explicit BrightnessStack(Machine& machine);
+
+  const std::shared_ptr<AppleDisplayBackend> appleDisplays;
+  const std::shared_ptr<DisplayRegistry> registry;
+  BrightnessStore store;
+  const std::shared_ptr<BrightnessController> controller;
+};
+
+}  // namespace brivane
