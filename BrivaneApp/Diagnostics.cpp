@@ -1,10 +1,12 @@
-// The set and unmap modes, and what all modes share. The report is in ProbeReport.cpp.
 #include "BrivaneApp/Diagnostics.h"
 
 #include <algorithm>
 #include <optional>
 #include <ostream>
+#include <string_view>
 
+#include "BrivaneApp/BrightnessStack.h"
+#include "BrivaneApp/ProbeReport.h"
 #include "BrivaneCore/KeyRelay/HIDUtilKeyMapping.h"
 #include "BrivaneCore/Policy/CursorRouter.h"
 #include "BrivaneCore/Support/Numbers.h"
@@ -28,6 +30,10 @@ Diagnostics::Diagnostics(Machine& itsMachine, std::ostream& standardOutput)
 
 void Diagnostics::print(std::string_view line) {
   out << line << std::endl;
+}
+
+void Diagnostics::runProbe() {
+  printProbeReport(machine, out);
 }
 
 void Diagnostics::runSet(const std::vector<std::string>& arguments) {

@@ -5,8 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "BrivaneApp/BrightnessStack.h"
-#include "BrivaneCore/KeyRelay/RelayKey.h"
 #include "BrivaneCore/Seams/Machine.h"
 
 namespace brivane {
@@ -28,25 +26,8 @@ class Diagnostics {
   void runUnmap();
 
  private:
-  /// What the report says of the brightness keys.
-  struct KeyRelay {
-    RelayKey up;
-    RelayKey down;
-    bool isEnabled = false;
-    bool isInForce = false;
-  };
-
   void print(std::string_view line);
   void printStopReapplyingAdvice();
-  void printRunningInstance();
-  KeyRelay readKeyRelay();
-  void printKeyRelay(const KeyRelay& relay);
-  void printDisplay(BrightnessStack& stack, DisplayID display, bool mappingInForce);
-  void printControl(BrightnessStack& stack, DisplayID display, bool mappingInForce);
-  void printAppleControl(BrightnessStack& stack, DisplayID display, bool mappingInForce);
-  void printDDCControl(BrightnessStack& stack, DisplayID display, VCPReading reading);
-  void printNoControl();
-  void printCursorDisplay(BrightnessStack& stack);
 
   Machine& machine;
   std::ostream& out;
