@@ -31,7 +31,6 @@ StatusItemController::StatusItemController(ResidentMachine& machine, Frame& fram
       keyboard(machine.keyboard()),
       application(frame.application()),
       catalogue(stringCatalogue),
-      texts(stringCatalogue),
       bindings(machine.defaults()),
       relaySettings(machine.defaults()),
       brightnessSettings(machine.defaults()),
@@ -110,7 +109,7 @@ std::map<DisplayID, Percent> StatusItemController::controllableLevels(
 void StatusItemController::showLevels(const std::map<DisplayID, Percent>& levels) {
   for (const auto& [display, item] : statusItems) menu.setTitle(item, statusTitle(display));
   for (const auto& [display, level] : levels) {
-    menu.setTitle(headerItems.at(display), texts.levelTitle(displayNames.at(display), level));
+    menu.setTitle(headerItems.at(display), levelTitle(display, level));
     sliderRows.at(display).follow(level);
   }
 }

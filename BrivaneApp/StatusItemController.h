@@ -13,7 +13,6 @@
 #include "BrivaneApp/BrightnessSliderRow.h"
 #include "BrivaneApp/LoginItem.h"
 #include "BrivaneApp/MenuRefreshing.h"
-#include "BrivaneApp/StatusMenuText.h"
 #include "BrivaneCore/Input/HotkeyBindingStore.h"
 #include "BrivaneCore/KeyRelay/RelaySettings.h"
 #include "BrivaneCore/Levels/BrightnessSettings.h"
@@ -72,6 +71,7 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   void addProgramCommands(std::vector<MenuItem>& items);
   MenuCommand command(std::string_view titleKey, void (StatusItemController::*action)(),
                       bool isChecked = false, const std::string& keyEquivalent = "");
+  std::string levelTitle(DisplayID display, Percent level) const;
   std::string statusTitle(DisplayID display) const;
   std::string hotkeysSummary() const;
 
@@ -122,7 +122,6 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   Keyboard& keyboard;
   Application& application;
   const StringCatalogue& catalogue;
-  const StatusMenuText texts;
   const HotkeyBindingStore bindings;
   const RelaySettings relaySettings;
   const BrightnessSettings brightnessSettings;

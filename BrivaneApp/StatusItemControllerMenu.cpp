@@ -5,9 +5,26 @@
 
 #include "BrivaneApp/StatusItemController.h"
 #include "BrivaneApp/Strings.h"
+#include "BrivaneCore/DDC/RetryStatus.h"
 #include "BrivaneCore/Support/Lookup.h"
 
 namespace brivane {
+namespace {
+
+std::string retryText(RetryStatus::DisplayState state, const StringCatalogue& catalogue) {
+  using Kind = RetryStatus::DisplayState::Kind;
+  switch (state.kind) {
+    case Kind::nextTry:
+      return catalogue.format(strings::menuDisplayNextTry, {std::to_string(state.seconds)});
+    case Kind::retryingNow:
+      return catalogue.text(strings::menuDisplayRetryingNow);
+    case Kind::noDDC:
+      break;
+  }
+  return catalogue.text(strings::menuDisplayNoDDC);
+}
+
+}  // namespace
 
 void StatusItemController::rebuildMenu() {
   writeWaitingLevels();
@@ -57,7 +74,7 @@ void StatusItemController::addLevel(const DisplayTarget& target, Percent level,
   const DisplayID display = target.displayID;
   renderedControllable.insert(display);
   headerItems[display] = items.size();
-  items.emplace_back(MenuText{texts.levelTitle(target.name, level), MenuTone::label});
+  items.emplace_back(MenuText{levelTitle(display, level), MenuTone::label});
   auto& row =
       sliderRows
           .try_emplace(display, runtime, SliderPlace{menu, items.size()}, renderedRange,
@@ -71,16 +88,23 @@ void StatusItemController::addStatus(const DisplayTarget& target, std::vector<Me
   items.emplace_back(MenuText{statusTitle(target.displayID), MenuTone::tertiaryLabel});
 }
 
+std::string StatusItemController::levelTitle(DisplayID display, Percent level) const {
+  return catalogue.format(strings::menuDisplayLevelTitle,
+                          {displayNames.at(display), std::to_string(level)});
+}
+
 std::string StatusItemController::statusTitle(DisplayID display) const {
-  const std::string status = displays.isBuiltIn(display)
-                                 ? texts.builtInStatus()
-                                 : texts.retryStatus(controller.retryStatus(display));
-  return texts.statusTitle(displayNames.at(display), status);
+  const std::string status =
+      displays.isBuiltIn(display)
+          ? catalogue.text(strings::menuDisplayBuiltIn)
+          : retryText(controller.retryStatus(display).displayState(), catalogue);
+  return catalogue.format(strings::menuDisplayStatusTitle, {displayNames.at(display), status});
 }
 
 std::string StatusItemController::hotkeysSummary() const {
-  return texts.hotkeysSummary(bindings.brightnessUpBinding().displayName(keyboard),
-                              bindings.brightnessDownBinding().displayName(keyboard));
+  return catalogue.format(strings::menuHotkeysSummary,
+                          {bindings.brightnessUpBinding().displayName(keyboard),
+                           bindings.brightnessDownBinding().displayName(keyboard)});
 }
 
 void StatusItemController::addHotkeySection(std::vector<MenuItem>& items) {
