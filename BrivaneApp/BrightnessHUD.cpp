@@ -15,23 +15,11 @@ namespace {
 constexpr double heightAboveScreenEdge = 130;
 constexpr double fadeSeconds = 0.28;
 
-// The Mac's own numbers.
-constexpr std::uint64_t borderless = 0;
-constexpr std::uint64_t buffered = 2;
-constexpr std::int64_t statusWindowLevel = 25;
-constexpr std::uint64_t canJoinAllSpaces = 1;
-constexpr std::uint64_t stationary = 16;
-constexpr std::uint64_t ignoresCycle = 64;
-constexpr std::uint64_t fullScreenAuxiliary = 256;
-constexpr std::int64_t noAnimation = 2;
-constexpr std::uint64_t widthSizable = 2;
-constexpr std::uint64_t heightSizable = 16;
-
 HUDWindowAttributes windowAttributes(const HUDMetrics& metrics) {
   return {
       .contentRect = {0, 0, metrics.width, metrics.height},
-      .styleMask = borderless,
-      .backing = buffered,
+      .styleMask = borderlessStyle,
+      .backing = bufferedBackingStore,
       .isDeferred = false,
       .isOpaque = false,
       .hasClearBackground = true,

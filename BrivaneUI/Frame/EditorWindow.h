@@ -9,6 +9,7 @@
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/Geometry.h"
 #include "BrivaneUI/DisplayList.h"
+#include "BrivaneUI/Frame/WindowNumbers.h"
 
 namespace brivane {
 
@@ -88,10 +89,8 @@ using WindowItem = std::variant<WindowLabel, WindowButton, WindowView>;
 struct EditorWindowAttributes {
   double contentWidth = 0;
   double contentHeight = 0;
-  /// 1 titled, 2 closable; the Mac's own numbers.
-  std::uint64_t styleMask = 0;
-  /// 2: buffered.
-  std::uint64_t backing = 2;
+  std::uint64_t styleMask = borderlessStyle;
+  std::uint64_t backing = bufferedBackingStore;
   bool isDeferred = false;
   bool isReleasedWhenClosed = true;
   std::string title;

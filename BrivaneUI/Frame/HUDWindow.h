@@ -5,16 +5,15 @@
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/Geometry.h"
 #include "BrivaneUI/DisplayList.h"
+#include "BrivaneUI/Frame/WindowNumbers.h"
 
 namespace brivane {
 
-/// How a window is made; the numbers are the Mac's own.
+/// How a window is made.
 struct HUDWindowAttributes {
   Rect contentRect;
-  /// 0: borderless.
-  std::uint64_t styleMask = 0;
-  /// 2: buffered.
-  std::uint64_t backing = 2;
+  std::uint64_t styleMask = borderlessStyle;
+  std::uint64_t backing = bufferedBackingStore;
   bool isDeferred = false;
   bool isOpaque = false;
   bool hasClearBackground = true;
@@ -22,12 +21,10 @@ struct HUDWindowAttributes {
   bool ignoresMouseEvents = true;
   bool isReleasedWhenClosed = false;
   bool hidesOnDeactivate = false;
-  /// Windows of a higher level lie above those of a lower one.
   std::int64_t level = 0;
   std::uint64_t collectionBehavior = 0;
-  /// 2: none.
   std::int64_t animationBehavior = 0;
-  /// Of the content view: 18 resizes it with the window in both directions.
+  /// Of the content view.
   std::uint64_t autoresizingMask = 0;
 
   bool operator==(const HUDWindowAttributes&) const = default;

@@ -48,8 +48,9 @@ double millisecondsOfHUD(DeskMachine& machine, QtFrame& frame) {
   const auto model = std::make_shared<HUDModel>();
   const BrightnessHUDView view{model, metrics.cornerRadius, metrics,
                                BrightnessHUDView::defaultBoostColor(colors)};
-  QtHUDWindow window({.contentRect = {0, 0, metrics.width, metrics.height}, .level = 25},
-                     machine.runtime(), machine.displays(), frame.application());
+  QtHUDWindow window(
+      {.contentRect = {0, 0, metrics.width, metrics.height}, .level = statusWindowLevel},
+      machine.runtime(), machine.displays(), frame.application());
   window.orderFrontRegardless();
   awaitExposure(window.widget());
   return medianMilliseconds(window.widget(), [&](int round) {

@@ -72,11 +72,12 @@ class EditorConformance : public FrameConformance {
   Task onClose;
   NotingView first{"first", notes};
   NotingView second{"second", notes};
-  std::unique_ptr<EditorWindow> window = frame.makeEditorWindow({.contentWidth = 420,
-                                                                 .contentHeight = 210,
-                                                                 .styleMask = 3,
-                                                                 .isReleasedWhenClosed = false,
-                                                                 .title = "Editor"});
+  std::unique_ptr<EditorWindow> window =
+      frame.makeEditorWindow({.contentWidth = 420,
+                              .contentHeight = 210,
+                              .styleMask = titledStyle | closableStyle,
+                              .isReleasedWhenClosed = false,
+                              .title = "Editor"});
 };
 
 TEST_F(EditorConformance, TheContentHasTheSizeItWasMadeWith) {

@@ -12,7 +12,7 @@ class HUDWindowConformance : public FrameConformance {
   }
 
   const std::unique_ptr<HUDWindow> window =
-      frame.makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = 25});
+      frame.makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = statusWindowLevel});
   int completions = 0;
 };
 
@@ -23,7 +23,8 @@ TEST_F(HUDWindowConformance, ItBeginsHiddenWithTheFrameItWasMadeWith) {
 
 TEST_F(HUDWindowConformance, OneThatWasExpectedMayBeMadeAtOnceAndIsNotSeenBefore) {
   frame.expectHUD();
-  const auto expected = frame.makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = 25});
+  const auto expected =
+      frame.makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = statusWindowLevel});
   EXPECT_FALSE(expected->isVisible());
   expected->orderFrontRegardless();
   underTest->pass(0.02);

@@ -15,13 +15,10 @@
 namespace brivane {
 namespace {
 
-constexpr std::uint64_t titled = 1;
-constexpr std::uint64_t closable = 2;
-
 Qt::WindowFlags windowFlags(const EditorWindowAttributes& attributes) {
   Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint;
-  if ((attributes.styleMask & titled) != 0) flags |= Qt::WindowTitleHint;
-  if ((attributes.styleMask & closable) != 0) {
+  if ((attributes.styleMask & titledStyle) != 0) flags |= Qt::WindowTitleHint;
+  if ((attributes.styleMask & closableStyle) != 0) {
     flags |= Qt::WindowCloseButtonHint | Qt::WindowSystemMenuHint;
   }
   return flags;

@@ -110,8 +110,11 @@ TEST_F(QtApplicationTest, TheDesktopMayEndItAndTheDelegateHears) {
 }
 
 TEST_F(QtApplicationTest, TheDesktopMayEndItWithTheEditorOpen) {
-  const auto editor = QtBench::shared().frame().makeEditorWindow(
-      {.contentWidth = 420, .contentHeight = 210, .styleMask = 3, .title = "Keys"});
+  const auto editor =
+      QtBench::shared().frame().makeEditorWindow({.contentWidth = 420,
+                                                  .contentHeight = 210,
+                                                  .styleMask = titledStyle | closableStyle,
+                                                  .title = "Keys"});
   delegate.onLaunch = [&] {
     editor->makeKeyAndOrderFront();
     QCoreApplication::quit();

@@ -175,7 +175,8 @@ TEST_F(DeskWindowsTest, ARearrangementFromElsewhereMovesTheWindowAndComesBackToN
 }
 
 TEST_F(DeskWindowsTest, TheHUDOfADisplayIsOverItsWindowInItsOwnSize) {
-  const auto made = bench.frame().makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = 25});
+  const auto made =
+      bench.frame().makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = statusWindowLevel});
   auto& hud = dynamic_cast<QtHUDWindow&>(*made);
   hud.setFrame({1500 + 750 - 180, 130, 360, 54});
   hud.orderFrontRegardless();
@@ -188,7 +189,8 @@ TEST_F(DeskWindowsTest, TheHUDOfADisplayIsOverItsWindowInItsOwnSize) {
 }
 
 TEST_F(DeskWindowsTest, AHUDThatWouldHangOverTheEdgeIsKeptOnTheScreen) {
-  const auto made = bench.frame().makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = 25});
+  const auto made =
+      bench.frame().makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = statusWindowLevel});
   auto& hud = dynamic_cast<QtHUDWindow&>(*made);
   hardware.setFrame(1, {-3000, 0, 1500, 1000});
   EXPECT_TRUE(bench.runUntil([&] { return window(1)->width() < 200; }));

@@ -12,7 +12,8 @@
 namespace brivane {
 namespace {
 
-constexpr HUDWindowAttributes attributes{.contentRect = {0, 0, 360, 54}, .level = 25};
+constexpr HUDWindowAttributes attributes{.contentRect = {0, 0, 360, 54},
+                                         .level = statusWindowLevel};
 
 DisplayList bar(double width, const std::string& symbol = "sun.min") {
   return {FilledRectangle{{{0, 0, 360, 54}, 24}, Paint{Color{0.2, 0.2, 0.2, 1}}},

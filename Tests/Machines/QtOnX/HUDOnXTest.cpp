@@ -42,7 +42,7 @@ class HUDOnXTest : public testing::Test {
   OnXWorld& here = OnXWorld::shared();
   XTestClient testClient{here.rig.display()};
   const xcb_window_t below = testClient.cover(ground);
-  QtHUDWindow window{{.contentRect = {0, 0, 360, 54}, .level = 25},
+  QtHUDWindow window{{.contentRect = {0, 0, 360, 54}, .level = statusWindowLevel},
                      here.desk->runtime(),
                      here.linux->displays(),
                      here.frame->application()};
