@@ -1,5 +1,7 @@
 #include "BrivaneUI/Canvas.h"
 
+#include <algorithm>
+#include <cmath>
 #include <variant>
 
 namespace brivane {
@@ -18,6 +20,14 @@ struct Drawing {
 };
 
 }  // namespace
+
+/// The middle of the curve lies on the arc of the radius.
+CornerCurve cornerCurve(const RoundedRectangle& rectangle) {
+  const double half = std::min(rectangle.frame.width, rectangle.frame.height) / 2;
+  const double radius = std::clamp(rectangle.cornerRadius, 0.0, half);
+  const double start = std::min(1.28 * radius, half);
+  return {start, (8 * (1 - std::sqrt(0.5)) * radius - start) / 3};
+}
 
 void draw(const DisplayList& list, Canvas& canvas) {
   for (const Primitive& primitive : list) std::visit(Drawing{canvas}, primitive);

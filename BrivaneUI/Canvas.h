@@ -18,6 +18,15 @@ class Canvas {
   virtual void drawSpinner(const Spinner& spinner) = 0;
 };
 
+/// A continuous corner as one cubic: how far from the corner it begins, which is further than an
+/// arc would, and how far from it the control points lie. A square corner has 0.
+struct CornerCurve {
+  double start = 0;
+  double handle = 0;
+};
+
+CornerCurve cornerCurve(const RoundedRectangle& rectangle);
+
 /// Every primitive of the list, in its order.
 void draw(const DisplayList& list, Canvas& canvas);
 

@@ -28,6 +28,11 @@ Rect between(const Rect& from, const Rect& to, double progress) {
           between(from.width, to.width, progress), between(from.height, to.height, progress)};
 }
 
+double fastAtFirst(double progress) {
+  const double left = 1 - progress;
+  return 1 - left * left;
+}
+
 bool haveSameParts(const DisplayList& from, const DisplayList& to) {
   return std::ranges::equal(from, to, {}, &Primitive::index, &Primitive::index);
 }
@@ -71,6 +76,29 @@ DisplayList interrupted(const DisplayList& from, const DisplayList& to, double p
                            return interrupted(before, after, progress);
                          });
   return list;
+}
+
+double Animation::progress(Instant now) const {
+  const double passed = secondsBetween(start, now);
+  if (passed >= durationSeconds) return 1;
+  return std::max(passed / durationSeconds, 0.0);
+}
+
+double Fade::alpha(Instant now) const {
+  const double share = progress(now);
+  if (share >= 1) return to;
+  return between(from, to, timing == AnimationTiming::easeIn ? share * share : share);
+}
+
+void Transition::turnTo(const DisplayList& picture, double seconds, Instant now) {
+  from = interrupted(from, to, fastAtFirst(progress(now)));
+  to = picture;
+  start = now;
+  durationSeconds = seconds;
+}
+
+DisplayList Transition::picture(Instant now) const {
+  return between(from, to, fastAtFirst(progress(now)));
 }
 
 }  // namespace brivane

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "BrivaneCore/Support/Time.h"
 #include "BrivaneUI/DisplayList.h"
+#include "BrivaneUI/Frame/HUDWindow.h"
 
 namespace brivane {
 
@@ -14,5 +16,33 @@ DisplayList between(const DisplayList& from, const DisplayList& to, double progr
 /// Where another change sets out that comes in the middle of this one: bars are where they are, but
 /// symbols are the new ones already, so that the parts are those of a picture.
 DisplayList interrupted(const DisplayList& from, const DisplayList& to, double progress);
+
+/// Something that takes its time; without a duration it is over at once.
+struct Animation {
+  Instant start;
+  double durationSeconds = 0;
+
+  /// From 0 to 1, evenly.
+  double progress(Instant now) const;
+};
+
+/// A window's alpha.
+struct Fade : Animation {
+  double from = 1;
+  double to = 1;
+  AnimationTiming timing = AnimationTiming::linear;
+
+  double alpha(Instant now) const;
+};
+
+/// A HUD's picture, which changes fast at first.
+struct Transition : Animation {
+  DisplayList from;
+  DisplayList to;
+
+  /// Sets out for another picture from where this one is.
+  void turnTo(const DisplayList& picture, double seconds, Instant now);
+  DisplayList picture(Instant now) const;
+};
 
 }  // namespace brivane

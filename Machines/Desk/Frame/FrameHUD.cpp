@@ -1,7 +1,5 @@
 #include "Machines/Desk/Frame/FrameHUD.h"
 
-#include <algorithm>
-
 #include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/Frame/Picture.h"
 
@@ -30,13 +28,13 @@ void DeskHUDWindow::setFrame(const Rect& newFrame) {
 }
 
 void DeskHUDWindow::setAlpha(double alpha) {
-  alphaCourse = {alpha, alpha, runtime.now()};
+  fade = {{}, alpha, alpha};
   trace("hud alpha " + shortestDecimal(alpha));
 }
 
 void DeskHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
                                  Task completion) {
-  alphaCourse = {alphaNow(), alpha, runtime.now(), durationSeconds, timing};
+  fade = {{runtime.now(), durationSeconds}, alphaNow(), alpha, timing};
   trace("hud alpha to " + shortestDecimal(alpha) + " in " + shortestDecimal(durationSeconds) +
         (timing == AnimationTiming::easeIn ? " s, easing in" : " s"));
   if (completion) runtime.after(fromSeconds(durationSeconds), std::move(completion));
@@ -67,16 +65,11 @@ void DeskHUDWindow::show(const DisplayList& newContent, const std::string& how) 
 }
 
 double DeskHUDWindow::alphaNow() const {
-  const double passed = secondsBetween(alphaCourse.start, runtime.now());
-  if (passed >= alphaCourse.durationSeconds) return alphaCourse.to;
-  const double progress = std::max(passed / alphaCourse.durationSeconds, 0.0);
-  const double eased =
-      alphaCourse.timing == AnimationTiming::easeIn ? progress * progress : progress;
-  return alphaCourse.from + (alphaCourse.to - alphaCourse.from) * eased;
+  return fade.alpha(runtime.now());
 }
 
 bool DeskHUDWindow::isFading() const {
-  return isOrderedIn && alphaCourse.to == 0 && alphaNow() > 0;
+  return isOrderedIn && fade.to == 0 && alphaNow() > 0;
 }
 
 }  // namespace brivane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BrivaneUI/Frame/HUDWindow.h"
+#include "Machines/Common/Frame/Transition.h"
 #include "Machines/Desk/Hardware/Trace.h"
 
 namespace brivane {
@@ -30,14 +31,6 @@ class DeskHUDWindow : public HUDWindow {
   const HUDWindowAttributes& attributes() const { return ownAttributes; }
 
  private:
-  struct Alpha {
-    double from = 1;
-    double to = 1;
-    Instant start;
-    double durationSeconds = 0;
-    AnimationTiming timing = AnimationTiming::linear;
-  };
-
   void show(const DisplayList& newContent, const std::string& how);
 
   const HUDWindowAttributes ownAttributes;
@@ -45,7 +38,7 @@ class DeskHUDWindow : public HUDWindow {
   const Trace trace;
   Rect ownFrame;
   bool isOrderedIn = false;
-  Alpha alphaCourse;
+  Fade fade;
   DisplayList picture;
 };
 

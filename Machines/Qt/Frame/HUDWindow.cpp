@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Machines/Common/Frame/Transition.h"
 #include "Machines/Qt/Toolkit/Painter.h"
 #include "Machines/Qt/Toolkit/ScreenMap.h"
 #include "Machines/Qt/Toolkit/XClient.h"
@@ -161,21 +160,17 @@ void QtHUDWindow::place() {
 }
 
 void QtHUDWindow::setAlpha(double alpha) {
-  alphaFrom = alphaTo = alpha;
-  alphaCourse = {};
+  fade = {{}, alpha, alpha};
   reveal();
   view->update();
 }
 
 void QtHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
                                Task completion) {
-  alphaFrom = alphaNow();
-  alphaTo = alpha;
-  alphaCourse = {runtime.now(), durationSeconds};
-  alphaTiming = timing;
+  fade = {{runtime.now(), durationSeconds}, alphaNow(), alpha, timing};
   reveal();
   // A held key asks for what is there already, many times a second.
-  if (alphaFrom != alphaTo || drawnAlpha != alphaTo) view->update();
+  if (fade.from != fade.to || drawnAlpha != fade.to) view->update();
   animateWhileNeeded();
   if (completion) runtime.after(fromSeconds(durationSeconds), std::move(completion));
 }
@@ -209,37 +204,14 @@ void QtHUDWindow::updateContent(const DisplayList& newContent, ContentChange cha
 }
 
 void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
-  contentFrom = interrupted(contentFrom, content, contentProgress());
-  content = newContent;
+  content.turnTo(newContent, durationSeconds, runtime.now());
   const QRegion movedBefore = moving;
-  moving = durationSeconds > 0 ? difference(contentFrom, content, view->rect()) : view->rect();
-  contentCourse = {runtime.now(), durationSeconds};
-  hasSpinner = std::ranges::any_of(content, [](const Primitive& primitive) {
+  moving = durationSeconds > 0 ? difference(content.from, content.to, view->rect()) : view->rect();
+  hasSpinner = std::ranges::any_of(newContent, [](const Primitive& primitive) {
     return std::holds_alternative<Spinner>(primitive);
   });
   redraw(movedBefore + moving);
   animateWhileNeeded();
-}
-
-double QtHUDWindow::progress(const Course& course) const {
-  const double passed = secondsBetween(course.start, runtime.now());
-  if (passed >= course.durationSeconds) return 1;
-  return std::max(passed / course.durationSeconds, 0.0);
-}
-
-double QtHUDWindow::alphaNow() const {
-  const double share = progress(alphaCourse);
-  const double eased = alphaTiming == AnimationTiming::easeIn ? share * share : share;
-  return alphaFrom + (alphaTo - alphaFrom) * eased;
-}
-
-double QtHUDWindow::contentProgress() const {
-  const double left = 1 - progress(contentCourse);
-  return 1 - left * left;
-}
-
-DisplayList QtHUDWindow::contentNow() const {
-  return between(contentFrom, content, contentProgress());
 }
 
 /// Nobody but a compositor shows a window that can't be seen as nothing.
@@ -249,7 +221,8 @@ void QtHUDWindow::reveal() {
 
 /// While nothing moves nothing wakes the processor.
 void QtHUDWindow::animateWhileNeeded() {
-  const bool moves = progress(alphaCourse) < 1 || progress(contentCourse) < 1;
+  const Instant now = runtime.now();
+  const bool moves = fade.progress(now) < 1 || content.progress(now) < 1;
   if (!isOrderedIn || !(moves || hasSpinner)) {
     frameTimer.stop();
     return;
@@ -283,7 +256,7 @@ void QtHUDWindow::shapeWithoutCompositor() {
   shapedSize = view->size();
   const QtPainter::View size{.width = static_cast<double>(view->width()),
                              .height = static_cast<double>(view->height())};
-  const QImage picture = renderedPicture(content, size, 1);
+  const QImage picture = renderedPicture(content.to, size, 1);
   view->setMask(QBitmap::fromImage(picture.createAlphaMask(Qt::ThresholdDither)));
 }
 

@@ -9,6 +9,7 @@
 
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneUI/Frame/HUDWindow.h"
+#include "Machines/Common/Frame/Transition.h"
 #include "Machines/Qt/LiveDesk/DeskWindows.h"
 #include "Machines/Qt/Toolkit/Application.h"
 
@@ -39,21 +40,14 @@ class QtHUDWindow : public HUDWindow {
   void updateContent(const DisplayList& newContent, ContentChange change) override;
 
   /// As it is at this moment, in the middle of an animation too.
-  double alphaNow() const;
+  double alphaNow() const { return fade.alpha(runtime.now()); }
   /// What is drawn at this moment, in the middle of a change too.
-  DisplayList contentNow() const;
+  DisplayList contentNow() const { return content.picture(runtime.now()); }
   QWidget& widget();
 
  private:
   class View;
 
-  struct Course {
-    Instant start;
-    double durationSeconds = 0;
-  };
-
-  double progress(const Course& course) const;
-  double contentProgress() const;
   void place();
   void show(const DisplayList& newContent, double durationSeconds);
   void redraw(const QRegion& part);
@@ -74,17 +68,12 @@ class QtHUDWindow : public HUDWindow {
   /// What the X server has cut out; empty for nothing.
   QSize shapedSize;
 
-  double alphaFrom = 1;
-  double alphaTo = 1;
-  Course alphaCourse;
-  AnimationTiming alphaTiming = AnimationTiming::linear;
+  Fade fade;
   /// With which the window was last drawn.
   double drawnAlpha = 0;
 
-  DisplayList contentFrom;
-  DisplayList content;
-  Course contentCourse;
-  /// Where the content changes in its course.
+  Transition content;
+  /// Where the content changes on its way.
   QRegion moving;
   bool hasSpinner = false;
 

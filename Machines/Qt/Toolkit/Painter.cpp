@@ -36,16 +36,12 @@ QGradientStops stopsOf(const std::vector<GradientStop>& stops, Appearance appear
 }  // namespace
 
 QPainterPath continuousRectangle(const QRectF& rect, double cornerRadius) {
-  const double half = std::min(rect.width(), rect.height()) / 2;
-  const double radius = std::clamp(cornerRadius, 0.0, half);
+  const auto [start, handle] = cornerCurve({{0, 0, rect.width(), rect.height()}, cornerRadius});
   QPainterPath path;
-  if (radius <= 0) {
+  if (start <= 0) {
     path.addRect(rect);
     return path;
   }
-  // One cubic per corner; its middle lies on the arc of that radius.
-  const double start = std::min(1.28 * radius, half);
-  const double handle = (8 * (1 - std::sqrt(0.5)) * radius - start) / 3;
   const double left = rect.left();
   const double top = rect.top();
   const double right = rect.right();

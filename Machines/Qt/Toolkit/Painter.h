@@ -42,8 +42,7 @@ class QtPainter : public Canvas {
   const View view;
 };
 
-/// The path of a rectangle with continuous corners: they begin a little further from the corner
-/// than an arc would, so that the curve sets in gently.
+/// The path of a rectangle with continuous corners.
 QPainterPath continuousRectangle(const QRectF& rect, double cornerRadius);
 
 /// The list as a picture of `width` by `height` points, on nothing, at that many pixels per point.
