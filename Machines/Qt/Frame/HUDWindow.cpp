@@ -6,10 +6,9 @@
 #include <QBitmap>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QWidget>
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 #include "Machines/Qt/Toolkit/Painter.h"
 #include "Machines/Qt/Toolkit/ScreenMap.h"
@@ -32,62 +31,6 @@ Qt::WindowFlags windowFlags(const HUDWindowAttributes& attributes) {
   if (attributes.level > 0) flags |= Qt::WindowStaysOnTopHint;
   if (attributes.ignoresMouseEvents) flags |= Qt::WindowTransparentForInput;
   return flags;
-}
-
-QRect desktopPixels() {
-  QRect all;
-  for (const QScreen* const screen : QGuiApplication::screens()) {
-    const QRect points = screen->geometry();
-    all |= QRect(points.topLeft(), (QSizeF(points.size()) * screen->devicePixelRatio()).toSize());
-  }
-  return all;
-}
-
-/// Qt's own coordinates: a screen begins at its first pixel and goes on in points.
-QRect inPoints(const QRect& pixels) {
-  const QScreen* found = QGuiApplication::primaryScreen();
-  for (const QScreen* const screen : QGuiApplication::screens()) {
-    const QRect points = screen->geometry();
-    const QRect own(points.topLeft(),
-                    (QSizeF(points.size()) * screen->devicePixelRatio()).toSize());
-    if (own.contains(pixels.center())) found = screen;
-  }
-  if (found == nullptr) return pixels;
-  const QPoint origin = found->geometry().topLeft();
-  const double scale = found->devicePixelRatio();
-  const QPointF corner = QPointF(pixels.topLeft() - origin) / scale;
-  return {origin + corner.toPoint(), (QSizeF(pixels.size()) / scale).toSize()};
-}
-
-/// The part of the view that a primitive draws in; null for those that only the card is made of,
-/// and for one that moves by itself.
-const Rect* extentOf(const Primitive& primitive) {
-  if (const auto* const fill = std::get_if<MaskedFill>(&primitive)) return &fill->area;
-  if (const auto* const text = std::get_if<TextRun>(&primitive)) return &text->box;
-  if (const auto* const symbol = std::get_if<SymbolImage>(&primitive)) return &symbol->box;
-  return nullptr;
-}
-
-/// In Qt's coordinates, with room for smooth edges.
-QRect pixelsOf(const Rect& part, const QRect& view) {
-  constexpr int room = 2;
-  const QRectF box(part.x, view.height() - part.y - part.height, part.width, part.height);
-  return box.toAlignedRect().adjusted(-room, -room, room, room) & view;
-}
-
-/// Where the pictures differ, at most.
-QRegion difference(const DisplayList& from, const DisplayList& to, const QRect& view) {
-  if (from.size() != to.size()) return view;
-  QRegion area;
-  for (std::size_t index = 0; index < to.size(); ++index) {
-    if (from[index] == to[index]) continue;
-    for (const Primitive* const drawn : {&from[index], &to[index]}) {
-      const Rect* const extent = extentOf(*drawn);
-      if (extent == nullptr) return view;
-      area += pixelsOf(*extent, view);
-    }
-  }
-  return area;
 }
 
 }  // namespace
@@ -151,12 +94,9 @@ void QtHUDWindow::setFrame(const Rect& newFrame) {
 }
 
 void QtHUDWindow::place() {
-  if (desk != nullptr) {
-    view->setGeometry(desk->placeOver(ownFrame));
-    return;
-  }
-  const double scale = view->devicePixelRatioF();
-  view->setGeometry(inPoints(placeOnDesktop(ownFrame, displays.screens(), desktopPixels(), scale)));
+  view->setGeometry(desk != nullptr
+                        ? desk->placeOver(ownFrame)
+                        : placeOnScreens(ownFrame, displays.screens(), view->devicePixelRatioF()));
 }
 
 void QtHUDWindow::setAlpha(double alpha) {

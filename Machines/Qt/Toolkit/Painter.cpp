@@ -33,6 +33,22 @@ QGradientStops stopsOf(const std::vector<GradientStop>& stops, Appearance appear
   return result;
 }
 
+/// The part of the view that a primitive draws in; null for those that only the card is made of,
+/// and for one that moves by itself.
+const Rect* extentOf(const Primitive& primitive) {
+  if (const auto* const fill = std::get_if<MaskedFill>(&primitive)) return &fill->area;
+  if (const auto* const text = std::get_if<TextRun>(&primitive)) return &text->box;
+  if (const auto* const symbol = std::get_if<SymbolImage>(&primitive)) return &symbol->box;
+  return nullptr;
+}
+
+/// In Qt's coordinates, with room for smooth edges.
+QRect pixelsOf(const Rect& part, const QRect& view) {
+  constexpr int room = 2;
+  const QRectF box(part.x, view.height() - part.y - part.height, part.width, part.height);
+  return box.toAlignedRect().adjusted(-room, -room, room, room) & view;
+}
+
 }  // namespace
 
 QPainterPath continuousRectangle(const QRectF& rect, double cornerRadius) {
@@ -169,6 +185,20 @@ QImage renderedPicture(const DisplayList& list, const QtPainter::View& view, dou
   QtPainter canvas(painter, view);
   draw(list, canvas);
   return image;
+}
+
+QRegion difference(const DisplayList& from, const DisplayList& to, const QRect& view) {
+  if (from.size() != to.size()) return view;
+  QRegion area;
+  for (std::size_t index = 0; index < to.size(); ++index) {
+    if (from[index] == to[index]) continue;
+    for (const Primitive* const drawn : {&from[index], &to[index]}) {
+      const Rect* const extent = extentOf(*drawn);
+      if (extent == nullptr) return view;
+      area += pixelsOf(*extent, view);
+    }
+  }
+  return area;
 }
 
 }  // namespace brivane

@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <QRegion>
 
 #include "BrivaneUI/Appearance.h"
 #include "BrivaneUI/Canvas.h"
@@ -47,5 +48,8 @@ QPainterPath continuousRectangle(const QRectF& rect, double cornerRadius);
 
 /// The list as a picture of `width` by `height` points, on nothing, at that many pixels per point.
 QImage renderedPicture(const DisplayList& list, const QtPainter::View& view, double scale);
+
+/// Where the pictures differ, at most.
+QRegion difference(const DisplayList& from, const DisplayList& to, const QRect& view);
 
 }  // namespace brivane

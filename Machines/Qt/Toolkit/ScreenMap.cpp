@@ -1,5 +1,7 @@
 #include "Machines/Qt/Toolkit/ScreenMap.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <algorithm>
 #include <cmath>
 
@@ -24,6 +26,30 @@ int pixels(double length) {
   return static_cast<int>(std::lround(length));
 }
 
+/// In Qt's own coordinates a screen begins at its first pixel and goes on in points.
+QRect pixels(const QScreen& screen) {
+  const QRect points = screen.geometry();
+  return {points.topLeft(), (QSizeF(points.size()) * screen.devicePixelRatio()).toSize()};
+}
+
+QRect desktopPixels() {
+  QRect all;
+  for (const QScreen* const screen : QGuiApplication::screens()) all |= pixels(*screen);
+  return all;
+}
+
+QRect inPoints(const QRect& box) {
+  const QScreen* found = QGuiApplication::primaryScreen();
+  for (const QScreen* const screen : QGuiApplication::screens()) {
+    if (pixels(*screen).contains(box.center())) found = screen;
+  }
+  if (found == nullptr) return box;
+  const QPoint origin = found->geometry().topLeft();
+  const double scale = found->devicePixelRatio();
+  const QPointF corner = QPointF(box.topLeft() - origin) / scale;
+  return {origin + corner.toPoint(), (QSizeF(box.size()) / scale).toSize()};
+}
+
 }  // namespace
 
 QRect placeOnDesktop(const Rect& frame, const std::vector<Screen>& screens, const QRect& desktop,
@@ -37,6 +63,10 @@ QRect placeOnDesktop(const Rect& frame, const std::vector<Screen>& screens, cons
   const double height = frame.height * scale;
   return {pixels(desktop.x() + middle - width / 2), pixels(desktop.y() + bottom - height),
           pixels(width), pixels(height)};
+}
+
+QRect placeOnScreens(const Rect& frame, const std::vector<Screen>& screens, double scale) {
+  return inPoints(placeOnDesktop(frame, screens, desktopPixels(), scale));
 }
 
 }  // namespace brivane

@@ -15,4 +15,7 @@ namespace brivane {
 QRect placeOnDesktop(const Rect& frame, const std::vector<Screen>& screens, const QRect& desktop,
                      double scale);
 
+/// The same on the desktop that there is, in Qt's own coordinates.
+QRect placeOnScreens(const Rect& frame, const std::vector<Screen>& screens, double scale);
+
 }  // namespace brivane
