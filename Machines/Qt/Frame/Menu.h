@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMenu>
-#include <QPointer>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -13,9 +12,6 @@
 #include "Machines/Qt/Toolkit/Application.h"
 
 namespace brivane {
-
-class MenuTextRow;
-class MenuSliderRow;
 
 /// The status item's menu. Qt's loop runs on while it is open, and the main queue with it. Main
 /// thread.
