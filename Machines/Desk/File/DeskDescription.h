@@ -15,27 +15,27 @@
 #include "BrivaneCore/Support/PropertyValue.h"
 #include "Machines/Common/Keys/HotkeyTable.h"
 
-// What a desk file says, as plain values. docs/desk.md describes every member for people; the
-// defaults here are the desk file's defaults, except where a member says otherwise.
+// The content of a desk file as plain values. docs/desk.md describes every member; the defaults
+// here are the desk file's, unless a member's comment says otherwise.
 
 namespace brivane {
 
-/// Stands for the text that a section was read from, so that hardware which remembers its state can
-/// tell whether the section was edited since. 0: the section was left out.
+/// A hash of the text of a desk file's section. Stored state keeps it, to detect that the section
+/// was edited since. 0: the section was left out.
 using SectionFingerprint = std::uint64_t;
 
 /// How a monitor behaves on the bus.
 enum class MonitorMood {
   answering,
-  /// Takes every message and does nothing; reads give zeros.
+  /// Acknowledges every message and ignores it; reads return zeros.
   silent,
   /// Acknowledges nothing.
   busError,
-  /// Takes sets, but answers every get with "not ready".
+  /// Carries out sets, but answers every get with "not ready".
   nullReply,
   /// Every byte it sends is wrong.
   garbled,
-  /// Answers for the code that was asked for before the last one.
+  /// Each reply is for the VCP code of the previous request.
   stale,
   /// Its replies lack their first byte.
   shifted,
@@ -56,7 +56,7 @@ struct FirmwareDescription {
   bool isAsleep = false;
   bool supportsLuminance = true;
   std::uint16_t maximum = 100;
-  /// The raw luminance at first; may be above the maximum. Left out: three quarters of the maximum.
+  /// The initial raw luminance; may be above the maximum. Left out: three quarters of the maximum.
   std::uint16_t level = 75;
   std::int64_t replyMilliseconds = 0;
   double wakeSeconds = 0;
@@ -69,7 +69,7 @@ struct FirmwareDescription {
 /// One channel's samples, for inputs evenly spaced over 0 to 1.
 using GammaCurve = std::vector<float>;
 
-/// One display's gamma table as the display comes up with it.
+/// The gamma table with which a display starts.
 struct GammaDescription {
   struct Linear {};
   /// output = input ^ exponent, for red, green and blue.
@@ -91,9 +91,10 @@ struct DisplayServicesDescription {
   SectionFingerprint fingerprint = 0;
 };
 
-/// How a display's entries in the I/O registry look. An absent property is missing there.
+/// The entries of a display in the I/O registry. An absent property is missing there.
 struct RegistryDescription {
-  /// Stand in for what an ordinary panel says when present; an absent value in it removes the key.
+  /// Replaces an ordinary panel's property when present; an absent inner value removes the
+  /// property.
   using Override = std::optional<std::optional<PropertyValue>>;
 
   Override displayAttributes;
@@ -152,11 +153,11 @@ struct HIDMappingEntry {
 
 using HIDMapping = std::vector<HIDMappingEntry>;
 
-/// How a tool of the system's is there.
+/// Whether a system tool exists and works.
 enum class ToolPresence {
   present,
   missing,
-  /// Ends with a status other than 0, whatever it is asked.
+  /// Ends every call with a status other than 0.
   refusing,
 };
 
@@ -166,7 +167,7 @@ struct RunningApplication {
   std::vector<KeyCombination> hotkeys;
 };
 
-/// Where an entry point is found.
+/// Where an entry point can be looked up.
 enum class SymbolPlace { library, global, everywhere, nowhere };
 
 struct LibraryDescription {
@@ -202,11 +203,11 @@ struct KeyboardDescription {
   double repeatPeriodSeconds = 1.0 / 12;
 };
 
-/// The program as the session knows it.
+/// What the session reports about the program.
 struct ProgramDescription {
   /// Absent: the bundle gives none.
   std::optional<std::string> executablePath = "/Applications/Brivane.app/Contents/MacOS/Brivane";
-  /// Since 1970. Absent: nobody can tell.
+  /// Seconds since 1970. Absent: unknown.
   std::optional<double> modificationSeconds = 1.7e9;
   /// Left out: the executable's path, or "Brivane" without one.
   std::optional<std::vector<std::string>> arguments;
@@ -218,7 +219,7 @@ struct LaunchAgentDescription {
   SectionFingerprint fingerprint = 0;
 };
 
-/// For each call that fails: at which of its occurrences, counted from 1.
+/// The occurrences, counted from 1, at which each named call fails.
 using FaultPlan = std::map<std::string, std::set<std::int64_t>, std::less<>>;
 
 struct DeskDescription {
@@ -236,7 +237,7 @@ struct DeskDescription {
   std::optional<std::string> bundleIdentifier = "com.quorrel.brivane";
   std::vector<RunningApplication> applications;
   DefaultsDescription brivaneDefaults;
-  /// Absent: the earlier application was never used here.
+  /// Absent: the earlier application has no settings here.
   std::optional<DefaultsDescription> tallowinDefaults;
   std::string language = "en";
   DeskAppearance appearance = DeskAppearance::light;

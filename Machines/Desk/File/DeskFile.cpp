@@ -8,11 +8,11 @@
 namespace brivane {
 namespace {
 
-// The largest desk that makes sense, 64 displays with sampled gamma tables, is well below.
+// The largest sensible desk, 64 displays with sampled gamma tables, is much smaller.
 constexpr std::size_t largestDeskBytes = 8 << 20;
 
 std::string errorLine(std::string_view fileName, const std::string& error) {
-  // A file name can hold anything, a line break too.
+  // A file name may contain a line break.
   return childPath("", fileName).substr(1) + ": " + error;
 }
 

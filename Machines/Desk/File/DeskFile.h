@@ -9,11 +9,11 @@
 
 namespace brivane {
 
-/// The desk that the file describes; or what is wrong with it, in one line that names the file and
-/// the place inside it. docs/desk.md describes the format.
+/// The desk that the file describes, or the first error in one line: file, place in it, what is
+/// wrong. docs/desk.md describes the format.
 std::variant<DeskDescription, std::string> readDeskFile(const std::filesystem::path& file);
 
-/// The same for a text; `fileName` is how errors call it.
+/// The same for a text; errors name it `fileName`.
 std::variant<DeskDescription, std::string> parseDesk(std::string_view text,
                                                      std::string_view fileName);
 

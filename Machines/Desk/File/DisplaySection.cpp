@@ -6,8 +6,8 @@
 #include "Machines/Desk/File/FirmwareSection.h"
 #include "Machines/Desk/File/GammaSection.h"
 
-// A display that says nothing but its identifier is a monitor as most are: external, answering, to
-// the right of the display before it, on a port of its own.
+// A display with nothing but an identifier is an ordinary monitor: external, answering, to the
+// right of the previous display, on a port of its own.
 
 namespace brivane {
 namespace {
@@ -28,7 +28,7 @@ const std::vector<std::pair<std::string_view, ScreenPresence>>& presences() {
   return names;
 }
 
-/// null removes the property, anything else stands in its place.
+/// null removes the property, any other value replaces it.
 void readOverride(JsonSection& section, std::string_view key,
                   RegistryDescription::Override& replacement) {
   const auto item = section.find(key);
@@ -63,7 +63,7 @@ void readDisplayServices(const JsonItem& item, DisplayServicesDescription& servi
   services.fingerprint = item.fingerprint();
 }
 
-/// Reads a part that null takes away; without the key the part stays as it is.
+/// null removes the part; without the key it stays as it is.
 template <typename Part>
 void readPart(JsonSection& section, std::string_view key, std::optional<Part>& part,
               void (*read)(const JsonItem&, Part&)) {

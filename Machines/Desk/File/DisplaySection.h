@@ -11,7 +11,7 @@ void readDisplays(const JsonItem& item, std::vector<DisplayDescription>& display
 /// Reads the object {"x": ..., "y": ...}; both are required.
 void readPoint(const JsonItem& item, Point& point);
 
-// Members of a display, which state files have too.
+// Members of a display, in desk files and state files.
 
 void readFrame(const JsonItem& item, Rect& frame);
 void readPresence(JsonSection& section, ScreenPresence& presence);

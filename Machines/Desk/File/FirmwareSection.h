@@ -8,7 +8,7 @@ namespace brivane {
 /// Reads a desk file's "firmware".
 void readFirmware(const JsonItem& item, FirmwareDescription& firmware);
 
-/// A mood's name in desk files and state files.
+/// The mood as desk files and state files name it.
 void readMood(JsonSection& section, MonitorMood& mood);
 std::string_view moodName(MonitorMood mood);
 

@@ -7,8 +7,8 @@
 #include "Machines/Desk/File/JsonSection.h"
 #include "Machines/Desk/File/Suggestion.h"
 
-// A desk file is written by hand, so its reader says where it stopped, what it wanted, what it
-// found, and, when a word is nearly right, which one was probably meant.
+// Desk files are written by hand, so an error gives the place, what was expected, what was found,
+// and for a misspelt word the nearest valid one.
 
 namespace brivane {
 namespace {

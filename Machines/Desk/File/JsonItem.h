@@ -13,8 +13,8 @@
 
 namespace brivane {
 
-/// The first thing that a reading found wrong: "<path>: <what>", in one line. Once it is there,
-/// later reads change nothing and note nothing.
+/// The first error of a reading: "<path>: <what>", in one line. After it, reads change nothing and
+/// note nothing.
 using JsonError = std::optional<std::string>;
 
 /// Notes the first error. `path` is "" for the whole text.
@@ -23,7 +23,7 @@ void note(JsonError& error, const std::string& path, const std::string& what);
 class JsonSection;
 
 /// One value of a JSON text and its path. Each `to` stores the value in `target`, or notes an error
-/// when it is not of the kind and range asked for. Limits are included.
+/// when its type or range is wrong. Ranges include their limits.
 class JsonItem {
  public:
   JsonItem(const JsonValue& itsValue, std::string itsPath, JsonError& firstError)
@@ -47,7 +47,8 @@ class JsonItem {
   /// Anything that a property list can hold.
   void to(PropertyValue& target) const;
 
-  /// The elements of a list of `fewest` to `most`; none, and an error, for anything else.
+  /// The elements of a list with `fewest` to `most` of them; for anything else, an error and an
+  /// empty result.
   std::vector<JsonItem> elements(std::size_t fewest, std::size_t most) const;
   /// The members of an object; an error for anything else.
   JsonSection section() const;

@@ -5,9 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-// The library's own tree silently keeps the last of two equal keys, which would hide a slip in a
-// desk file: so its event interface builds a tree of ours. The depth limit keeps the recursive
-// walks over that tree, its destructor among them, from running out of stack.
+// The library's own tree silently keeps the last of two equal keys, which would hide a mistake in a
+// desk file; so we build our own tree from its parser events. The depth limit protects the
+// recursive walks over that tree (its destructor, too) from a stack overflow.
 
 namespace brivane {
 namespace {
@@ -89,7 +89,7 @@ bool TreeBuilder::open(JsonValue container) {
   return true;
 }
 
-/// Where the open container is.
+/// The path of the innermost open container.
 std::string TreeBuilder::path() const {
   std::string result;
   for (std::size_t level = 0; level + 1 < openContainers.size(); ++level) {
@@ -117,8 +117,8 @@ bool TreeBuilder::end_object() {
   return true;
 }
 
-/// What the library has against the text, without its own prefix and position, and without the
-/// text itself, which may be long and need not even be UTF-8.
+/// The library's message without its prefix and position, and without the quoted text, which may be
+/// long or no UTF-8.
 std::string_view reason(std::string_view message) {
   if (message.find("ill-formed UTF-8") != std::string_view::npos) return "this is not UTF-8 text";
   message = message.substr(0, message.find("; last read"));
@@ -139,7 +139,7 @@ std::string placeInText(std::string_view text, std::size_t offset) {
 
 bool TreeBuilder::parse_error(std::size_t position, const std::string&,
                               const nlohmann::detail::exception& exception) {
-  // The position counts the characters read, the offending one among them.
+  // The position counts the characters read, including the offending one.
   const auto offset = std::min(std::max<std::size_t>(position, 1) - 1, text.size());
   error = placeInText(text, offset) + std::string(reason(exception.what()));
   return false;
@@ -148,7 +148,7 @@ bool TreeBuilder::parse_error(std::size_t position, const std::string&,
 }  // namespace
 
 std::variant<JsonValue, std::string> parseJson(std::string_view text) {
-  // The library takes a zero byte for the end of the text.
+  // The library treats a zero byte as the end of the text.
   if (const auto zero = text.find('\0'); zero != std::string_view::npos) {
     return placeInText(text, zero) + "a zero byte";
   }

@@ -7,9 +7,9 @@
 
 namespace brivane {
 
-/// The value as a property list holds it, kind for kind, dates and raw data as `TaggedProperty` has
-/// them. Nothing when it holds null or a number
-/// beyond 63 bits anywhere: neither has a place in a property list.
+/// The value as a property list, type for type; dates and raw data are written as in
+/// `TaggedProperty`. Nothing when any part is null or a number beyond 63 bits: a property list can
+/// hold neither.
 std::optional<PropertyValue> propertyFromJsonValue(const JsonValue& value);
 
 }  // namespace brivane

@@ -25,7 +25,7 @@ void JsonSection::complain(const std::string& what) const {
   note(error, path, what);
 }
 
-/// A slip in its name is nearer to what happened than its absence.
+/// A misspelt member is reported as such, rather than as missing.
 void JsonSection::complainOfMissing(std::string_view key) const {
   for (const auto& member : members) {
     const auto hint = suggestion(member.key, {key});

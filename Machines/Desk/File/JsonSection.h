@@ -11,14 +11,13 @@
 
 namespace brivane {
 
-/// The members of one JSON object. Whoever reads it by name calls `finish()` after the last read:
-/// members that nobody asked for are an error.
+/// The members of one JSON object. Call `finish()` after the last read by name: it notes an error
+/// for members that were never read.
 class JsonSection {
  public:
   JsonSection(const JsonValue::Object& itsMembers, std::string itsPath, JsonError& firstError)
       : members(itsMembers), path(std::move(itsPath)), error(firstError) {}
 
-  /// The member, if it is there.
   std::optional<JsonItem> find(std::string_view key);
 
   /// Like `JsonItem::to` for the member; leaves `target` as it is when the member is absent.
@@ -37,7 +36,7 @@ class JsonSection {
     }
   }
 
-  /// All members, in their order, for objects whose keys are free.
+  /// All members, in file order, for objects with arbitrary keys.
   std::vector<std::pair<std::string, JsonItem>> all() const;
 
   void complain(const std::string& what) const;

@@ -103,7 +103,7 @@ std::string jsonExcerpt(const JsonValue& value) {
   std::string text = jsonText(value);
   if (text.size() <= longestExcerpt) return text;
   std::size_t end = longestExcerpt;
-  while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;  // between characters
+  while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;  // not inside a character
   return text.substr(0, end) + "…";
 }
 

@@ -38,12 +38,10 @@ std::string jsonText(const JsonValue& value);
 /// Adds the number's last `digits` hexadecimal digits.
 void appendHexadecimal(std::uint64_t number, unsigned digits, std::string& out);
 
-/// What a person is shown of a value in a line of text: "a list", "an object", or the start of
-/// its JSON.
+/// The value for an error message: "a list", "an object", or the start of its JSON.
 std::string jsonExcerpt(const JsonValue& value);
 
-/// A number that two JSON texts share when they say the same, whatever their blanks and the order
-/// of their members; different texts share it by a rare accident only. Never 0.
+/// A 64-bit hash of the value, independent of blanks and of the order of members. Never 0.
 std::uint64_t jsonFingerprint(const JsonValue& value);
 
 }  // namespace brivane

@@ -1,5 +1,5 @@
-// Two ways of naming the places of a keyboard: virtual key codes, as programs see them, and usages
-// of the HID keyboard page, as the keyboard sends them (USB HID usage tables, page 7).
+// Maps virtual key codes, as programs see them, to usages of the HID keyboard page, as the keyboard
+// sends them (USB HID usage tables, page 7).
 #include "Machines/Desk/File/KeyTable.h"
 
 #include <algorithm>

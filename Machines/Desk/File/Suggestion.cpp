@@ -17,7 +17,7 @@ std::string lowercase(std::string_view text) {
   return result;
 }
 
-/// How many letters must be put in, taken out, changed or swapped with their neighbour.
+/// The number of insertions, deletions, changes and swaps of neighbours (Damerau-Levenshtein).
 std::size_t editDistance(const std::string& left, const std::string& right) {
   std::vector<std::vector<std::size_t>> steps(left.size() + 1,
                                               std::vector<std::size_t>(right.size() + 1));

@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// ", did you mean "<word>"?" with the one of `words` that was probably meant: at most two letters
-/// wrong, missing, too many or swapped. Empty when no word is that near.
+/// ", did you mean "<word>"?" with the nearest of `words`: at most two letters wrong, missing, too
+/// many or swapped. Empty when no word is that close.
 std::string suggestion(std::string_view word, const std::vector<std::string_view>& words);
 
 }  // namespace brivane

@@ -5,13 +5,13 @@
 
 namespace brivane {
 
-/// Reads what a desk file says beside its displays.
+/// Reads a desk file's members other than "displays".
 void readSystem(JsonSection& section, DeskDescription& desk);
 
 /// Reads a list of HID mapping entries, as desk files and state files hold it.
 void readHIDMapping(const JsonItem& item, HIDMapping& mapping);
 
-/// An appearance's name in desk files and state files.
+/// The appearance as desk files and state files name it.
 void readAppearance(const JsonItem& item, DeskAppearance& appearance);
 std::string_view appearanceName(DeskAppearance appearance);
 

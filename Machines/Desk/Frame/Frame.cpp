@@ -5,7 +5,7 @@
 namespace brivane {
 namespace {
 
-/// A part of the frame that takes itself out of `slot` when the program drops it.
+/// A part of the frame that clears `slot` when the program destroys the part.
 template <typename Part>
 class Kept : public Part {
  public:

@@ -11,8 +11,8 @@
 
 namespace brivane {
 
-/// The recording frame: it shows nothing, keeps what it would show, tells the trace about each
-/// change of it, and lets somebody play the user. Its appearance is the desk's. Main thread.
+/// The recording frame: it draws nothing, keeps what it would show, traces each change, and has
+/// functions that play the user. Its appearance is the desk's. Main thread.
 class DeskFrame : public Frame {
  public:
   DeskFrame(Runtime& frameRuntime, DeskHardware& deskHardware, const Trace& frameTrace = {});
@@ -23,7 +23,7 @@ class DeskFrame : public Frame {
   void expectHUD() override {}
   std::unique_ptr<EditorWindow> makeEditorWindow(const EditorWindowAttributes& attributes) override;
 
-  /// What the program made last, for as long as it keeps it; else null.
+  /// The one that the program made last; null once the program has dropped it.
   DeskStatusItem* statusItem() const { return ownStatusItem; }
   DeskHUDWindow* hudWindow() const { return ownHUDWindow; }
   DeskEditorWindow* editorWindow() const { return ownEditorWindow; }

@@ -8,7 +8,7 @@
 
 namespace brivane {
 
-/// The program as a desktop without any picture sees it. Main thread.
+/// The recording frame's application. Main thread.
 class DeskApplication : public Application {
  public:
   DeskApplication(Runtime& frameRuntime, Appearance initialAppearance, Trace frameTrace)
@@ -24,13 +24,13 @@ class DeskApplication : public Application {
   Appearance effectiveAppearance() override { return appearance; }
   Observation observeEffectiveAppearance(Task handler) override;
 
-  /// The user opens the program again.
+  /// Plays the user opening the program again.
   void openAgain();
 
-  /// The user picks another appearance; nothing happens when it is the one in force.
+  /// Does nothing when the appearance is already in force.
   void changeAppearance(Appearance newAppearance);
 
-  /// How often the alert sound was heard.
+  /// How often the alert sound was played.
   int beepCount() const { return beeps; }
 
  private:

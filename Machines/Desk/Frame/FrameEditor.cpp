@@ -22,7 +22,7 @@ std::string line(const WindowView& item) {
 
 }  // namespace
 
-/// A view that asks to be drawn several times within one task is drawn once.
+/// Requests to redraw a view within one task are merged.
 class DeskEditorWindow::Host : public CustomViewHost {
  public:
   Host(DeskEditorWindow& hostWindow, const WindowView& hostedField)
@@ -52,7 +52,7 @@ class DeskEditorWindow::Host : public CustomViewHost {
 
   void beep() override { window.application.beep(); }
 
-  /// The view is content of the window no more.
+  /// The view has left the window.
   void leave() const { field.view->setHost(nullptr); }
 
  private:
@@ -152,7 +152,7 @@ std::optional<std::string> DeskEditorWindow::focusedField() const {
   return std::nullopt;
 }
 
-/// The view that has the keys loses them if it agrees.
+/// Takes the focus from the focused view, if it agrees.
 void DeskEditorWindow::loseFocus() {
   if (firstResponder == nullptr || !firstResponder->resignFirstResponder()) return;
   firstResponder = nullptr;

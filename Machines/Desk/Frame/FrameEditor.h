@@ -9,7 +9,7 @@
 
 namespace brivane {
 
-/// An editor window that nobody sees, and a user at its keyboard and mouse. The program may drop
+/// The recording frame's editor window, with functions that play the user. The program may destroy
 /// the window from within any of its handlers. Main thread.
 class DeskEditorWindow : public EditorWindow {
  public:
@@ -29,19 +29,19 @@ class DeskEditorWindow : public EditorWindow {
   bool isVisible() const { return isOrderedIn; }
   const EditorWindowAttributes& attributes() const { return ownAttributes; }
 
-  /// A click on the field with that accessibility label; false without one.
+  /// Clicks the field with that accessibility label; false without one.
   bool click(const std::string& accessibilityLabel);
-  /// A key press goes to the field that has the keys; whether that took it.
+  /// Sends a key press to the focused field; returns whether the field took it.
   bool press(const KeyPress& keyPress);
   /// False without a button of that title.
   bool pressButton(const std::string& title);
   void close();
-  /// The user turns to another window.
+  /// Plays the user switching to another window.
   void loseKeyboard() { loseFocus(); }
 
-  /// What a person reads: one line per item.
+  /// The window's content, one line per item.
   std::vector<std::string> lines() const;
-  /// The label of the field that has the keys; nothing when none has.
+  /// The focused field's label; nothing without one.
   std::optional<std::string> focusedField() const;
 
  private:

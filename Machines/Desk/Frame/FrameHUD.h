@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// A HUD window that nobody sees: it keeps what it would show. Main thread.
+/// The recording frame's HUD window. Main thread.
 class DeskHUDWindow : public HUDWindow {
  public:
   DeskHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime,
@@ -23,9 +23,9 @@ class DeskHUDWindow : public HUDWindow {
   void installContentView(const DisplayList& newContent) override;
   void updateContent(const DisplayList& newContent, ContentChange change) override;
 
-  /// As it is at this moment, in the middle of an animation too.
+  /// The current alpha, also during an animation.
   double alphaNow() const;
-  /// On its way to an alpha of 0.
+  /// Animating to an alpha of 0.
   bool isFading() const;
   const DisplayList& content() const { return picture; }
   const HUDWindowAttributes& attributes() const { return ownAttributes; }

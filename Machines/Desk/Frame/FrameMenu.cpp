@@ -1,6 +1,5 @@
-// The program may replace a menu's items from within any closure of an item, the one that is
-// running included; so closures are copied before they are called, and a slider is named together
-// with the generation of items that it belongs to.
+// An item's closure may replace the menu's items, and itself with them; so closures are copied
+// before the call, and a slider is identified by its index and its generation of items.
 #include "Machines/Desk/Frame/FrameMenu.h"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// A menu that nobody sees, and a hand that uses it. Main thread.
+/// The recording frame's menu, with functions that play the user. Main thread.
 class DeskMenu : public MenuView {
  public:
   explicit DeskMenu(Trace frameTrace) : trace(std::move(frameTrace)) {}
@@ -26,24 +26,24 @@ class DeskMenu : public MenuView {
   void open();
   void close();
 
-  /// Closes the menu, then does what the command is for. False without such a command.
+  /// Closes the menu, then runs the command. False without such a command.
   bool choose(const std::string& title);
 
-  /// A slider as long as the menu keeps it.
+  /// A slider, valid until the items are replaced.
   struct Slider {
     std::size_t index = 0;
     std::uint64_t generation = 0;
   };
 
-  /// The n-th slider, from 1, that has this accessibility label, or whose header, the nearest text
-  /// above, begins with this name.
+  /// The slider with this accessibility label, or whose header (the nearest text above) begins with
+  /// this name; of several, number `ordinal`, from 1.
   std::optional<Slider> findSlider(const std::string& name, std::size_t ordinal) const;
-  /// Its value; nothing when it is gone.
+  /// Nothing when the slider is gone.
   std::optional<double> value(const Slider& slider) const;
-  /// The hand moves the slider, no further than it goes. False when it is gone.
+  /// Drags the slider, within its range. False when the slider is gone.
   bool move(const Slider& slider, double value);
 
-  /// What a person reads: one line per item.
+  /// The menu's content, one line per item.
   std::vector<std::string> lines() const;
   const std::vector<MenuItem>& items() const { return shownItems; }
 
@@ -57,7 +57,7 @@ class DeskMenu : public MenuView {
   bool isShown = false;
 };
 
-/// The program's place in a status bar that nobody sees. Main thread.
+/// The recording frame's status item. Main thread.
 class DeskStatusItem : public StatusItem {
  public:
   explicit DeskStatusItem(const Trace& frameTrace) : trace(frameTrace), ownMenu(frameTrace) {}

@@ -1,5 +1,5 @@
-// A transcript can't hold pictures. It holds what they say, for people, and a digest, which notices
-// when a colour or a length changed that the words don't mention.
+// Transcripts hold a picture's text for people, and a digest to detect changes of colours and
+// lengths.
 #include "Machines/Desk/Frame/Picture.h"
 
 #include <array>
@@ -11,7 +11,7 @@
 namespace brivane {
 namespace {
 
-/// FNV-1a over everything that is fed to it.
+/// FNV-1a.
 class Digest {
  public:
   void feed(std::uint64_t value) {

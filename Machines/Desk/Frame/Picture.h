@@ -7,8 +7,7 @@
 
 #include "BrivaneUI/DisplayList.h"
 
-// What a person would read in a picture. Everything is taken from the primitives that are drawn,
-// nothing from what the program meant by them.
+// What a person would read in a picture, derived from the drawn primitives alone.
 
 namespace brivane {
 
@@ -16,17 +15,16 @@ struct PictureReading {
   std::vector<std::string> texts;
   std::vector<std::string> symbols;
   bool hasSpinner = false;
-  /// How much of a masked area shows, 0 to 1: the filled part of a bar.
+  /// The visible part of a masked area, 0 to 1: how far a bar is filled.
   std::optional<double> fill;
 };
 
 PictureReading readPicture(const DisplayList& picture);
 
-/// The whole number that the picture shows beside a symbol, and nothing else; nothing for other
-/// pictures.
+/// The level, when the picture shows one symbol and one whole number; nothing for other pictures.
 std::optional<std::int64_t> shownLevel(const PictureReading& reading);
 
-/// In a few words: "level 40, sun.min, bar 46.7%" or "spinner "Connecting" "Halden · …"".
+/// A summary: "level 40, sun.min, bar 46.7%" or "spinner "Connecting" "Halden · …"".
 std::string pictureSummary(const DisplayList& picture);
 
 /// Eight hexadecimal digits that change with anything in the picture.

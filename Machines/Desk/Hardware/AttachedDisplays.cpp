@@ -15,7 +15,7 @@ auto place(std::vector<UnpluggedDisplay>& displays, DisplayID display) {
   });
 }
 
-/// Stands for all that the desk file says of what can change.
+/// Over everything changeable that the desk file describes.
 SectionFingerprint fingerprint(const DisplaysState& initial) {
   return jsonFingerprint(toJson(initial));
 }

@@ -11,25 +11,25 @@
 
 namespace brivane {
 
-/// The displays that are plugged in, in the window system's order. Any thread: whoever asks gets a
-/// picture of one moment, which later changes leave as it is.
+/// The displays that are plugged in, in the window system's order. Any thread: readers get an
+/// immutable snapshot.
 class AttachedDisplays {
  public:
   using Snapshot = std::shared_ptr<const std::vector<DisplayDescription>>;
 
-  /// `folder` is where processes share what changes; null: it changes in this object alone.
+  /// `folder` holds the state shared with other processes; null: the state is in memory.
   AttachedDisplays(const std::vector<DisplayDescription>& displays, StateFolder* folder);
 
   Snapshot all() const;
   /// Null for displays that are not plugged in.
   std::shared_ptr<const DisplayDescription> find(DisplayID display) const;
 
-  /// Behind all others; false when there is one of that identifier. Other processes don't see a
-  /// display that is not in the desk file.
+  /// Appends the display; false when its identifier is taken. Other processes don't see a display
+  /// that is not in the desk file.
   bool plug(const DisplayDescription& display);
-  /// False for displays that are not plugged in; the same for `change`.
+  /// False for displays that are not plugged in; so does `change`.
   bool unplug(DisplayID display);
-  /// As it was when it was unplugged, in its old place; false when it never was.
+  /// Restores the display as it was unplugged, in its old place; false when it never was unplugged.
   bool replug(DisplayID display);
   bool change(DisplayID display, const std::function<void(AttachedDisplay&)>& operation);
   /// False unless both are plugged in.
@@ -40,7 +40,7 @@ class AttachedDisplays {
   void showState() const;
 
   mutable std::mutex mutex;
-  /// What can't change about all displays that ever were.
+  /// The unchangeable part of every display that was ever plugged in.
   std::map<DisplayID, DisplayDescription> descriptions;
   mutable StoredState<DisplaysState> state;
   mutable Snapshot current;

@@ -23,15 +23,15 @@ struct KeyChange {
   bool operator==(const KeyChange&) const = default;
 };
 
-/// The system finds the event taps too slow.
+/// The system disables the event taps as too slow.
 struct TapTimeout {
   bool operator==(const TapTimeout&) const = default;
 };
 
-/// What the programs on a desk are told in the order in which it happened.
+/// An event for the programs on a desk, in the order in which events happened.
 using DeskEvent = std::variant<HardwareNotice, KeyChange, TapTimeout>;
 
-/// The latest events of a desk, and the number of the last one; 0 before the first.
+/// The latest events, and the number of the last one; 0 before the first.
 struct EventsState {
   std::uint64_t last = 0;
   std::vector<DeskEvent> events;

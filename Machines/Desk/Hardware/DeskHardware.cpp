@@ -1,5 +1,5 @@
-// What programs do to displays through the seams. The system's own parts are in
-// DeskHardwareSystem.cpp, what happens without any program's doing in DeskHardwareChanges.cpp.
+// What programs do to displays through the seams. DeskHardwareSystem.cpp has the system's parts,
+// DeskHardwareChanges.cpp what the user and the world do.
 #include "Machines/Desk/Hardware/DeskHardware.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ LaunchState initialLaunchState(const LaunchAgentDescription& agent) {
   return agent.isEnabled ? LaunchState{} : LaunchState{false};
 }
 
-/// "bus 2 write 84 03 10 00 28 D1", with what is unusual about it behind.
+/// "bus 2 write 84 03 10 00 28 D1", followed by what is unusual about it.
 std::string tracedTransfer(DisplayID display, const char* direction, std::uint32_t chip,
                            std::uint32_t dataAddress, std::span<const std::uint8_t> bytes,
                            std::int32_t status) {
@@ -92,7 +92,7 @@ DeskHardware::Parts* DeskHardware::findAttached(DisplayID display) {
   return attached.find(display) ? find(display) : nullptr;
 }
 
-/// Runs the firmware's side of an I2C transfer, when somebody is there.
+/// Runs the firmware's side of an I2C transfer, if the display has firmware.
 template <typename Operation>
 std::int32_t DeskHardware::transfer(DisplayID display, const Operation& operation) {
   const std::lock_guard lock(mutex);
@@ -186,7 +186,7 @@ void DeskHardware::restoreCalibratedTables() {
   ownTracer->note([] { return std::string("gamma of all displays calibrated"); });
 }
 
-/// The display shows its calibrated table again.
+/// Back to the calibrated table.
 void DeskHardware::forgetGamma(DisplayID display) {
   const std::lock_guard lock(mutex);
   auto* const found = find(display);
@@ -213,7 +213,7 @@ bool DeskHardware::setPanelLevel(DisplayID display, float level) {
   return shown.has_value();
 }
 
-/// The level that the panel shows then; nothing when it can't be changed so.
+/// Returns the panel's new level; nothing when it can't be changed.
 std::optional<float> DeskHardware::changePanelLevel(
     DisplayID display, const std::function<float(float level)>& wanted) {
   const auto described = attached.find(display);

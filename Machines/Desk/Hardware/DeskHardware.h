@@ -26,58 +26,57 @@
 
 namespace brivane {
 
-/// What programs ask of the keyboard: in memory all programs on the desk, in a folder those of one
-/// process. Main thread.
+/// The hotkeys and taps that programs have registered: of all programs on a desk in memory, of one
+/// process's with a folder. Main thread.
 struct DeskInput {
-  /// The applications' hotkeys come before all others.
+  /// Registers the desk file's applications' hotkeys first.
   explicit DeskInput(const DeskDescription& desk);
 
   HotkeyTable hotkeys;
   TapStream taps;
 };
 
-/// The simulated hardware: what a desk file describes, what became of it, and what it remembers. It
-/// outlives every program that uses it: several machines may share one in memory, several
-/// processes one folder.
+/// The simulated hardware: the desk file's description and the current state. It outlives every
+/// program that uses it; several machines may share one object, several processes one folder.
 ///
-/// Any thread, but for the settings domains, the input, and what happens to the hardware beside the
-/// seams ("changes" below), which are for the main thread. Displays that are unknown or not plugged
-/// in have no firmware, no gamma table and no display services.
+/// Any thread, except the settings domains, the input and the changes at the end of the class: main
+/// thread. Displays that are unknown or not plugged in have no firmware, no gamma table and no
+/// display services.
 class DeskHardware {
  public:
-  /// `stateFolder` is where the state lives; null: in this object alone.
+  /// `stateFolder` holds the state; null: the state is in memory.
   explicit DeskHardware(DeskDescription deskDescription,
                         std::unique_ptr<StateFolder> stateFolder = nullptr);
 
-  /// The desk as its file describes it: of what can change, how it was at first.
+  /// The desk as its file describes it, with the initial state of what can change.
   const DeskDescription& description() const { return desk; }
 
   void setTrace(Trace trace) { ownTracer->set(std::move(trace)); }
   const Tracer& tracer() const { return *ownTracer; }
-  /// For those who may outlive the hardware.
+  /// For objects that may outlive the hardware.
   std::shared_ptr<const Tracer> sharedTracer() const { return ownTracer; }
 
-  /// Called on the main thread: after a change here, by whoever made it; after one by another
-  /// process, by `meetEvents`. It may not observe or stop observing from within. Main thread.
+  /// Called on the main thread: by the function that made a change in this process, by `meetEvents`
+  /// for changes by others. It must not add or remove observers. Main thread.
   using NoticeHandler = std::function<void(HardwareNotice notice)>;
   Observation observe(NoticeHandler handler);
 
-  // Other processes. In memory there are none. Main thread.
+  // Other processes, none without a folder. Main thread.
 
-  /// Where they share the hardware; nothing in memory.
+  /// The folder that they share; nothing in memory.
   std::optional<std::filesystem::path> stateFolder() const;
-  /// The file in that folder whose change means that something has happened.
+  /// The file in that folder that changes with every event.
   static constexpr auto eventsFile = "events.json";
-  /// From now on what they announce counts, for `meetEvents`.
+  /// Starts collecting their events for `meetEvents`.
   void follow();
-  /// From now on the keyboard's keys come to this process, when no other one has them, or from the
-  /// first `meetEvents` on after that one has ended.
+  /// Has this process handle the keyboard's keys, unless another process does; then, from the first
+  /// `meetEvents` after that process has ended.
   void takeKeyboard();
-  /// Whether some change could not be written to the folder, which the log says then.
+  /// Whether some change could not be written to the folder; the log says so, too.
   bool hasUnsaved() const { return folder && folder->hasUnsaved(); }
-  /// Nobody can call `meetEvents` in time: says so in one line of the log.
+  /// Logs, in one line, that events of other processes can't be watched.
   void reportUnwatched();
-  /// Tells the observers of what other processes have announced since the last time.
+  /// Passes the events of other processes since the last call to the observers.
   void meetEvents();
 
   // Displays
@@ -88,34 +87,34 @@ class DeskHardware {
     return attached.find(display);
   }
 
-  /// The display's side of an I2C transfer; see `MonitorFirmware`. While the machine sleeps, nobody
-  /// acknowledges.
+  /// The display's side of an I2C transfer; see `MonitorFirmware`. While the machine sleeps,
+  /// nothing acknowledges.
   std::int32_t writeI2C(DisplayID display, std::uint32_t chip, std::uint32_t dataAddress,
                         std::span<const std::uint8_t> bytes, Instant now);
   std::int32_t readI2C(DisplayID display, std::uint32_t chip, std::uint32_t dataAddress,
                        std::span<std::uint8_t> bytes, Instant now);
 
-  /// Nothing without firmware. It goes on when the display is unplugged.
+  /// Nothing without firmware. Also for displays that are unplugged.
   std::optional<MonitorState> monitor(DisplayID display);
 
   /// Samples per channel; 0 without a gamma table.
   std::uint32_t gammaCapacity(DisplayID display) const;
-  /// The table in force, of the display's capacity; nothing without one.
+  /// The table in force, with as many samples as the display's capacity; nothing without one.
   std::optional<GammaTable> gammaTable(DisplayID display);
-  /// Puts a table of any count from 1 in force. It reads back as many samples as the display holds,
-  /// interpolated linearly; samples that are no finite numbers become 0. False without a table and
-  /// while it is refused.
+  /// Sets a table of 1 sample per channel or more. Samples that are not finite become 0; the table
+  /// is interpolated linearly to the display's capacity. False without a table and while tables are
+  /// refused.
   bool setGammaTable(DisplayID display, GammaTable table);
   void restoreCalibratedTables();
-  /// Called after every table that a program puts in force or tries to; it may read the hardware.
-  /// While somebody observes, tables are for the main thread.
+  /// Called after every attempt of a program to set a table; may read the hardware. While there is
+  /// an observer, tables may be set on the main thread only.
   using GammaHandler = std::function<void(DisplayID display, bool isTaken)>;
   Observation observeGamma(GammaHandler handler);
 
-  /// The display-services level, 0 to 1; nothing when they don't know the display.
+  /// The display-services level, 0 to 1; nothing for displays without display services.
   std::optional<float> panelLevel(DisplayID display);
-  /// False when they don't know the display, can't change it, or the level is no number; the panel
-  /// limits the level to what it can show.
+  /// Clamped to the panel's range. False without display services, when the level can't be changed,
+  /// or is not a number.
   bool setPanelLevel(DisplayID display, float level);
 
   Point pointer();
@@ -125,8 +124,8 @@ class DeskHardware {
   HIDMapping hidMapping();
   void setHIDMapping(const HIDMapping& mapping);
 
-  /// What a brightness key does that no program took: the built-in panel, if there is one whose
-  /// level can be changed, goes a sixteenth of its range up or down.
+  /// The system's own action for a brightness key that no program consumed: the built-in panel, if
+  /// its level can be changed, goes up or down by a sixteenth of its range.
   void changeSystemBrightness(BrightnessKey key);
 
   LaunchState launchState();
@@ -141,57 +140,59 @@ class DeskHardware {
   KeysDown keysDown();
   /// False when the key is down already.
   bool putKeyDown(HIDUsage key, HIDUsage arrived);
-  /// As what it arrived when it was pressed; nothing when it isn't down.
+  /// Returns the usage that the mapping gave the key when it was pressed; nothing when the key
+  /// isn't down.
   std::optional<HIDUsage> takeKeyUp(HIDUsage key);
 
-  /// Whether what a key sets off is another process's affair.
+  /// Whether another process handles the keys.
   bool isKeyboardElsewhere() const;
-  /// What a key sets off is one process's affair. Hands the change to that process when it isn't
-  /// this one; false when it is this one, or nobody follows. Main thread.
+  /// Only one process handles keys. Forwards the change to that process; false when it is this one,
+  /// or when no process follows. Main thread.
   bool handKeyOver(const KeyChange& change);
-  /// Called for keys that were handed to this process. Main thread.
+  /// Called for keys that another process forwarded to this one. Main thread.
   using KeyHandler = std::function<void(const KeyChange& change)>;
   Observation observeKeys(KeyHandler handler);
 
-  /// A settings domain of the desk's user; null when the desk has no such domain. For the main
-  /// thread; it must outlive neither this nor the folder's Runtime.
+  /// A settings domain of the desk's user; null when the desk has no such domain. Main thread;
+  /// destroy it before the hardware and before the folder's Runtime.
   std::unique_ptr<UserDefaults> openDomain(const std::string& name);
-  /// Everything in such a domain; nothing when the desk has none.
+  /// Everything in the domain; nothing when the desk has no such domain.
   std::optional<PropertyValue::Dictionary> domainContents(const std::string& name);
 
-  // The programs on the desk. In memory they get numbers of their own, 501 and up; in a folder they
-  // are real processes, of which one can be announced. Main thread.
+  // The programs on the desk. In memory they have simulated process IDs from 501 up; with a folder
+  // they are real processes, of which only one can be announced. Main thread.
 
   ProcessID nextProcessID();
   std::vector<ProcessID> announcedPrograms();
-  /// False when another process of the folder is announced.
+  /// False when another process is announced already.
   bool announceProgram(ProcessID program);
   void endProgram(ProcessID program);
 
-  // Changes. Each returns false when the display is not plugged in (or has no such part), and then
-  // nothing happens. What the system would announce is announced.
+  // Changes by the user or the world, announced as the system would. Each returns false, and
+  // changes nothing, when the display is not plugged in or lacks the part.
 
-  /// Behind all others, with the calibrated gamma table and the firmware new; false also when there
-  /// is a display of that identifier.
+  /// Appends the display, with the calibrated gamma table and fresh firmware; false also when its
+  /// identifier is taken.
   bool plug(const DisplayDescription& display);
   bool unplug(DisplayID display);
-  /// As it was when it was unplugged, but with the calibrated gamma table; false when it never was.
+  /// Restores the display as it was unplugged, but with the calibrated gamma table; false when it
+  /// never was unplugged.
   bool replug(DisplayID display);
   bool setFrame(DisplayID display, const Rect& frame);
   bool setHeadroom(DisplayID display, double headroom);
   bool setScreenPresence(DisplayID display, ScreenPresence presence);
   bool swapPorts(DisplayID one, DisplayID other);
-  /// The next so many gamma tables for the display are refused.
+  /// Refuses the display's next gamma tables, `times` of them.
   bool refuseGamma(DisplayID display, int times);
 
-  /// What happens to a monitor beside the bus, whether or not it is plugged in.
+  /// At the monitor itself, plugged in or not.
   bool setLevelByButtons(DisplayID display, std::uint16_t level);
   bool setMood(DisplayID display, MonitorMood mood);
   bool fallAsleep(DisplayID display);
   bool wake(DisplayID display, Instant now);
 
-  /// All monitors fall asleep or wake; the screens' waking is announced, the machine's too and
-  /// before it.
+  /// All monitors fall asleep or wake. Waking the screens is announced; waking the machine
+  /// announces the machine first, then the screens.
   void sleepScreens();
   void wakeScreens(Instant now);
   void sleepSystem();
@@ -200,9 +201,9 @@ class DeskHardware {
   void movePointer(Point position);
   void setAccessibilityGranted(bool granted);
   void setAppearance(DeskAppearance appearance);
-  /// The system finds all event taps that are enabled too slow, and disables them.
+  /// Disables all enabled event taps, as the system does when they are too slow.
   void timeOutTaps();
-  /// The system announces it although nothing changed.
+  /// An announcement without a change.
   void announce(HardwareNotice notice);
 
  private:
@@ -211,7 +212,7 @@ class DeskHardware {
     PropertyValue::Dictionary valuesInMemory;
   };
 
-  /// What a display has beside its description; it outlives being unplugged.
+  /// A display's stateful parts; kept while it is unplugged.
   struct Parts {
     std::optional<MonitorFirmware> firmware;
     std::optional<StoredState<MonitorState>> monitor;
@@ -272,7 +273,7 @@ class DeskHardware {
   std::vector<std::weak_ptr<KeyHandler>> keyHandlers;
   std::vector<std::weak_ptr<GammaHandler>> gammaHandlers;
   std::optional<AnnouncedProcess> announcedProcess;
-  /// The one whose affair the keys are.
+  /// The process that handles the keys.
   std::optional<AnnouncedProcess> keyboardProcess;
   bool wantsKeyboard = false;
   std::set<ProcessID> programsInMemory;

@@ -1,4 +1,4 @@
-// What happens to a desk without any program's doing: plugging, sleeping, buttons, the user.
+// What the user and the world do to a desk: plugging, sleep, monitor buttons.
 #include <algorithm>
 
 #include "Machines/Desk/File/FirmwareSection.h"
@@ -39,7 +39,7 @@ void DeskHardware::announce(HardwareNotice notice) {
   tell(events.add(notice));
 }
 
-/// Traces and announces a change of the screens that happened; returns whether it did.
+/// Traces and announces a change of the screens, if one `happened`; returns that.
 bool DeskHardware::screensChanged(bool happened, const std::string& line) {
   if (!happened) return false;
   ownTracer->note([&] { return line; });

@@ -1,6 +1,5 @@
-// What happens on a desk is told in one order, whichever process made it happen. A process that
-// follows tells its observers of its own events together with those of others that came before, so
-// that it can't hear of a wake before the sleep.
+// All processes see all events in one order. Before its own event, a process delivers the earlier
+// events of other processes, so that no observer sees a wake before the sleep.
 #include <unistd.h>
 
 #include <system_error>
@@ -50,7 +49,7 @@ void DeskHardware::follow() {
 void DeskHardware::takeKeyboard() {
   if (!folder || !keyboardProcess) return;
   wantsKeyboard = true;
-  std::error_code failed;  // the lock tells
+  std::error_code failed;  // locking fails then
   std::filesystem::create_directories(folder->path, failed);
   keyboardProcess->announce();
 }
@@ -62,21 +61,21 @@ void DeskHardware::reportUnwatched() {
 }
 
 void DeskHardware::meetEvents() {
-  // Nobody is told that who had the keyboard has ended, but it may have.
+  // The process that had the keyboard may have ended; no event says so.
   if (wantsKeyboard && keyboardProcess) keyboardProcess->announce();
   tell(events.take());
 }
 
 void DeskHardware::tell(const std::vector<DeskEvent>& happened) {
   untold.insert(untold.end(), happened.begin(), happened.end());
-  // An observer can make something happen: that is told after what it was just told.
+  // An observer may cause another event: it is delivered after the current one.
   if (isTelling) return;
   struct Telling {
     bool& isOn;
     ~Telling() { isOn = false; }
   };
   isTelling = true;
-  // A simulated process may end in the middle of what it is told.
+  // A simulated process may end, by an exception, inside an observer.
   const Telling telling{isTelling};
   while (!untold.empty()) {
     const DeskEvent event = untold.front();
@@ -92,7 +91,7 @@ void DeskHardware::tellOf(HardwareNotice notice) {
 }
 
 void DeskHardware::tellOf(const KeyChange& change) {
-  // Who had the keyboard may have ended since.
+  // The process that had the keyboard may have ended.
   if (!wantsKeyboard || !keyboardProcess || !keyboardProcess->announce()) return;
   for (const auto& observed : keyHandlers) {
     if (const auto handler = observed.lock()) (*handler)(change);

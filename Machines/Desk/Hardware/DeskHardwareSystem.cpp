@@ -1,5 +1,5 @@
 // What programs on a desk share beside the displays: the system's brightness keys, the key mapping,
-// the launch agent, settings, and who runs.
+// the launch agent, settings, running programs.
 #include <unistd.h>
 
 #include <system_error>
@@ -85,7 +85,7 @@ std::vector<ProcessID> DeskHardware::announcedPrograms() {
 
 bool DeskHardware::announceProgram(ProcessID program) {
   if (announcedProcess) {
-    std::error_code failed;  // the lock tells
+    std::error_code failed;  // locking fails then
     std::filesystem::create_directories(folder->path, failed);
     if (!announcedProcess->announce()) return false;
   } else {

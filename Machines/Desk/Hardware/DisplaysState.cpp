@@ -6,8 +6,8 @@
 
 #include "Machines/Desk/File/DisplaySection.h"
 
-// Only what can change is kept: what a display is stands in the desk file. So editing its firmware
-// there doesn't plug anything in.
+// Only what can change is stored, the rest stays in the desk file. So editing a display's firmware
+// there doesn't reset which displays are plugged in.
 
 namespace brivane {
 namespace {

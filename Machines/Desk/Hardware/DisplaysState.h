@@ -5,11 +5,11 @@
 #include "Machines/Desk/File/DeskDescription.h"
 #include "Machines/Desk/File/JsonSection.h"
 
-// Which displays are plugged in and what can change about them, and all of it as JSON.
+// Which displays are plugged in, what can change about them, and its JSON.
 
 namespace brivane {
 
-/// What can change about a display beside its own parts.
+/// What can change about a display, except firmware, gamma table and panel level.
 struct AttachedDisplay {
   DisplayID identifier = 0;
   Rect frame;
@@ -24,13 +24,13 @@ struct AttachedDisplay {
 struct UnpluggedDisplay {
   /// As it was when it was unplugged.
   AttachedDisplay display;
-  /// Among the displays that were plugged in.
+  /// Its index among the displays that were plugged in.
   std::size_t place = 0;
 
   bool operator==(const UnpluggedDisplay&) const = default;
 };
 
-/// Each display is in at most one of the lists.
+/// A display is in at most one of the lists.
 struct DisplaysState {
   /// In the window system's order.
   std::vector<AttachedDisplay> attached;

@@ -7,8 +7,8 @@ namespace {
 
 constexpr std::size_t keptEvents = 256;
 
-/// A queue that begins anew while somebody follows (its folder was removed) must not repeat numbers
-/// that were taken: they count on from the time.
+/// A queue that starts anew while processes follow (its folder was removed) must not repeat numbers
+/// already taken, so numbering starts from the clock.
 std::uint64_t firstNumber(const StateFolder* folder) {
   if (folder == nullptr) return 0;
   return static_cast<std::uint64_t>(folder->runtime.now().time_since_epoch().count());
@@ -46,7 +46,7 @@ void EventQueue::forgetUnsaved() {
 }
 
 std::vector<DeskEvent> EventQueue::takeFrom(const EventsState& events, std::uint64_t& lastTaken) {
-  // There is no event any more.
+  // The queue is empty.
   if (lastTaken > events.last) lastTaken = 0;
   const auto count = std::min<std::uint64_t>(events.last - lastTaken, events.events.size());
   lastTaken = events.last;

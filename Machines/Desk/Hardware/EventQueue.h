@@ -8,23 +8,22 @@
 
 namespace brivane {
 
-/// What happens on a desk, in one order for all its processes. Each of them takes every event that
-/// happens after it began to follow; one that sleeps through more than 256 misses the oldest. Not
-/// for use by two threads at once.
+/// The events of a desk, in one order for all its processes. Each process takes every event after
+/// its `follow()`; one that falls more than 256 behind misses the oldest. Not thread-safe.
 class EventQueue {
  public:
-  /// `folder` is where processes share the events; null: they stay in this object.
+  /// `stateFolder` holds the events shared with other processes; null: they stay in memory.
   explicit EventQueue(StateFolder* stateFolder)
       : folder(stateFolder), state({}, folder, "events", 0) {}
 
-  /// What has happened so far is not taken.
+  /// Skips the events so far.
   void follow();
 
   /// Adds an event, and takes all that this process has not taken yet, the new one last. Before
-  /// `follow` that is the new one alone.
+  /// `follow()` only the new one.
   std::vector<DeskEvent> add(const DeskEvent& event);
 
-  /// The events that this process has not taken yet; none before `follow`.
+  /// The events that this process has not taken yet; none before `follow()`.
   std::vector<DeskEvent> take();
 
  private:
@@ -33,10 +32,10 @@ class EventQueue {
 
   StateFolder* const folder;
   StoredState<EventsState> state;
-  /// The number of the last one taken; absent before `follow`.
+  /// The number of the last event taken; absent before `follow()`.
   std::optional<std::uint64_t> taken;
-  /// How many of those taken last could not be written: other processes give their numbers to
-  /// other events.
+  /// How many of the last taken events could not be written; other processes will reuse their
+  /// numbers.
   std::uint64_t unsaved = 0;
 };
 

@@ -6,7 +6,7 @@
 namespace brivane {
 namespace {
 
-/// Input i of `count`, as the display's table spaces them.
+/// The input of sample `index` of `count`, 0 to 1.
 double input(std::size_t index, std::size_t count) {
   return static_cast<double>(index) / static_cast<double>(count - 1);
 }

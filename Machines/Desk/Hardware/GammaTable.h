@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// The table that a display comes up with.
+/// The table with which a display starts.
 GammaTable calibratedTable(const GammaDescription& gamma);
 
 /// The table with `count` samples, 2 or more, per channel, interpolated linearly.

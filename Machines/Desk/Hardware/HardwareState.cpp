@@ -8,8 +8,8 @@
 #include "Machines/Desk/File/FirmwareSection.h"
 #include "Machines/Desk/File/SystemSection.h"
 
-// A state file is checked as strictly as a desk file: what somebody broke by hand must not become
-// a monitor that behaves oddly.
+// State files are checked as strictly as desk files, so that a damaged one doesn't become an odd
+// monitor.
 
 namespace brivane {
 namespace {
@@ -18,7 +18,7 @@ constexpr std::int64_t largestFeatureValue = 65535;
 constexpr std::int64_t longestTime = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t mostRefusals = std::numeric_limits<std::int64_t>::max();
 constexpr std::size_t mostKeys = 1000;
-// Twice as far as a desk file allows: "nowhere" is beyond the farthest display.
+// Twice the desk file's limit: "nowhere" lies beyond the farthest display.
 constexpr double farthestPointerCoordinate = 2'000'000;
 constexpr unsigned digitsPerSample = 8;
 

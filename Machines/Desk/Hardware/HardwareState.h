@@ -9,7 +9,7 @@
 #include "Machines/Desk/File/KeyTable.h"
 #include "Machines/Desk/Hardware/MonitorFirmware.h"
 
-// What the parts of the simulated hardware remember beside a monitor's firmware, and all of it as
+// The states of the simulated hardware's parts (the firmware's is in MonitorFirmware.h), and their
 // JSON.
 
 namespace brivane {
@@ -19,9 +19,9 @@ using GammaTable = std::array<GammaCurve, 3>;
 
 /// One display's gamma table.
 struct GammaState {
-  /// As it was last written; absent while the calibrated one is in force.
+  /// The table last written; absent while the calibrated one is in force.
   std::optional<GammaTable> written;
-  /// How many of the next tables are refused.
+  /// How many more tables are refused.
   std::int64_t refusals = 0;
 
   bool operator==(const GammaState&) const = default;
@@ -34,28 +34,27 @@ struct PanelState {
   bool operator==(const PanelState&) const = default;
 };
 
-/// Whether a settings domain holds the desk file's settings yet.
+/// Whether a settings domain has received the desk file's settings.
 struct SeedState {
   bool isSeeded = false;
 
   bool operator==(const SeedState&) const = default;
 };
 
-/// What the launch-agent tool was told last; nothing when it never was.
+/// The last command to the launch-agent tool, enable or disable; nothing before the first.
 struct LaunchState {
   std::optional<bool> isEnabled;
 
   bool operator==(const LaunchState&) const = default;
 };
 
-/// The machine itself.
 struct SystemState {
   bool isAsleep = false;
 
   bool operator==(const SystemState&) const = default;
 };
 
-/// What the user has granted the program.
+/// The Accessibility grant.
 struct GrantState {
   bool isGranted = true;
 
@@ -64,7 +63,7 @@ struct GrantState {
 
 /// The keys that are down.
 struct KeysDown {
-  /// What the HID mapping made of each when it was pressed.
+  /// The usage that the HID mapping gave each key when it was pressed, by physical usage.
   std::map<HIDUsage, HIDUsage> arrived;
 
   bool operator==(const KeysDown&) const = default;
@@ -73,7 +72,7 @@ struct KeysDown {
 JsonValue toJson(const MonitorState& state);
 void fromJson(const JsonItem& item, MonitorState& state);
 
-/// Samples are written as the hexadecimal digits of their 32 bits, eight each: exact and short.
+/// Each sample is the eight hexadecimal digits of its 32 bits: exact and short.
 JsonValue toJson(const GammaState& state);
 void fromJson(const JsonItem& item, GammaState& state);
 

@@ -1,5 +1,5 @@
-// What ISO and ANSI keyboards print, by virtual key code: one table for what every layout has, and
-// one for each of the three. Key 10 is the one beside the left Shift that ANSI keyboards lack.
+// What keys type, by virtual key code: a table for all layouts and one for each. Key 10, beside the
+// left Shift, exists on ISO keyboards only.
 #include "Machines/Desk/Hardware/KeyboardLayouts.h"
 
 #include <map>

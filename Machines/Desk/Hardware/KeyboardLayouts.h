@@ -8,8 +8,8 @@
 
 namespace brivane {
 
-/// The text that the key gives in the layout when pressed alone; nothing for keys that give none.
-/// Dead keys give their accent; keys such as Return and the arrows give their control character.
+/// The text that a key types without modifiers; nothing for keys that type none. Dead keys give
+/// their accent; keys such as Return and the arrows their control character.
 std::optional<std::string> characterOfKey(KeyboardLayout layout, std::uint16_t keyCode);
 
 }  // namespace brivane

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <numeric>
 
-// What real monitors do and the standard does not say: they answer "not ready" when asked nothing,
-// they keep a prepared reply until they are asked anew, they drop what they can't check without a
-// word, and what goes wrong in their replies goes wrong in the same way every time.
+// Behaviour of real monitors beyond the standard: they answer "not ready" to a read without a
+// request, keep a prepared reply until the next request, ignore invalid messages silently, and
+// damage replies in the same way every time.
 
 namespace brivane {
 namespace {
@@ -57,7 +57,7 @@ std::vector<std::uint8_t> reply(std::uint8_t result, std::uint8_t code, std::uin
   return bytes;
 }
 
-/// What arrives when the monitor sends `bytes` and the host goes on reading into `buffer`.
+/// Fills `buffer` with what the host reads when the monitor sends `bytes`.
 void deliver(std::vector<std::uint8_t> bytes, MonitorMood mood, std::span<std::uint8_t> buffer) {
   if (mood == MonitorMood::shifted) bytes.erase(bytes.begin());
   if (mood == MonitorMood::doubled) bytes.insert(bytes.begin(), bytes.front());
@@ -115,7 +115,7 @@ void MonitorFirmware::receive(MonitorState& state, std::span<const std::uint8_t>
     receiveSet(state, message[2], static_cast<std::uint16_t>(message[3] << 8U | message[4]));
   } else if (opcode == getOpcode && message.size() == 4) {
     const auto code = message[2];
-    // Asking again does not make a slow one start again.
+    // Repeating a request doesn't restart a slow monitor's preparation.
     const bool isPreparing = description.replyMilliseconds > 0 && state.request &&
                              state.request->code == code && !state.request->isAnswered;
     if (isPreparing) return;
@@ -143,7 +143,7 @@ std::vector<std::uint8_t> MonitorFirmware::takeReply(MonitorState& state, Instan
       !hasPassed(state.request->receivedAt, preparation, now)) {
     return nullReply();
   }
-  // Only a slow one needs to know; for the others, reads then leave the state as it is.
+  // Only slow monitors need it; for others, reads leave the state unchanged.
   if (description.replyMilliseconds > 0) state.request->isAnswered = true;
   return replyFor(state,
                   state.mood == MonitorMood::stale ? state.previousCode : state.request->code);
@@ -187,7 +187,7 @@ void MonitorFirmware::wake(MonitorState& state, Instant now) const {
   if (!state.isAsleep) return;
   state.isAsleep = false;
   state.wokenAt = now;
-  // The panel is back at its old level while a get still reports what was last set.
+  // The panel returns to its initial level, but a get still reports the last set.
   if (description.revertsAfterWake) state.shownLevel = description.level;
 }
 

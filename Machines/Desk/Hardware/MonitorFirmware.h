@@ -11,27 +11,27 @@
 
 namespace brivane {
 
-/// The last get that a monitor heard.
+/// The last get request that a monitor received.
 struct MonitorRequest {
   std::uint8_t code = 0;
   Instant receivedAt;
-  /// Kept by monitors that are slow to answer only.
+  /// Only maintained by monitors that are slow to answer.
   bool isAnswered = false;
 
   bool operator==(const MonitorRequest&) const = default;
 };
 
-/// What a monitor remembers.
+/// A monitor's state.
 struct MonitorState {
   MonitorMood mood = MonitorMood::answering;
   bool isAsleep = false;
-  /// Absent: it was never asleep.
+  /// Absent: the monitor was never asleep.
   std::optional<Instant> wokenAt;
   /// The raw luminance that the panel shows.
   std::uint16_t shownLevel = 0;
   /// What a get reports, by VCP code.
   std::map<std::uint8_t, std::uint16_t> reported;
-  /// Sets that reached its non-volatile memory.
+  /// Sets that were written to its non-volatile memory.
   std::uint64_t writeCount = 0;
   bool ignoresNextWrite = false;
   std::optional<MonitorRequest> request;
@@ -41,31 +41,30 @@ struct MonitorState {
   bool operator==(const MonitorState&) const = default;
 };
 
-/// A monitor's DDC/CI firmware as it looks from the bus: bytes in, bytes out. All it remembers is
-/// in the state that is handed in. Moments that lie ahead of `now` (a state from before a restart)
-/// count as long past.
+/// A monitor's DDC/CI firmware, seen from the bus. All state is in the `MonitorState` passed in.
+/// Instants after `now` (stored before a restart) count as long past.
 ///
-/// Messages are those of DDC/CI with the host's address 0x51 handed beside the bytes, and left out
-/// of the request's checksum: 0x6E XOR every byte before it.
+/// Messages are DDC/CI, with the host's address 0x51 passed as `dataAddress` and left out of the
+/// request's checksum: 0x6E XOR every byte before it.
 class MonitorFirmware {
  public:
   explicit MonitorFirmware(FirmwareDescription firmwareDescription);
 
   MonitorState initialState() const;
 
-  /// The monitor's side of an I2C write and read; what they return is the bus status, 0 when the
-  /// monitor acknowledged. A read that is acknowledged fills all of `bytes`.
+  /// The monitor's side of an I2C write and read. They return the bus status, 0 when acknowledged;
+  /// an acknowledged read fills all of `bytes`.
   std::int32_t write(MonitorState& state, std::uint32_t chip, std::uint32_t dataAddress,
                      std::span<const std::uint8_t> bytes, Instant now) const;
   std::int32_t read(MonitorState& state, std::uint32_t chip, std::uint32_t dataAddress,
                     std::span<std::uint8_t> bytes, Instant now) const;
 
-  /// Somebody uses the buttons on the monitor's frame; the value is taken as it is.
+  /// By the buttons on the monitor's frame; the value is not limited.
   static void setLevelByButtons(MonitorState& state, std::uint16_t level);
   static void fallAsleep(MonitorState& state);
   void wake(MonitorState& state, Instant now) const;
 
-  /// What a bus says when nothing acknowledges.
+  /// The bus status when nothing acknowledges.
   static constexpr std::int32_t notAcknowledged = 1;
 
  private:

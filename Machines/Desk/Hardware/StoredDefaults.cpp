@@ -38,7 +38,7 @@ void SeededDefaults::remove(std::string_view key) {
 JsonFileDefaults& SeededDefaults::seeded() const {
   if (isSeedKnown) return file;
   isSeedKnown = true;
-  // Under the state's lock, so that of two processes that start together only one does it.
+  // Under the state's lock, so that only one of two starting processes seeds.
   state.update([this](SeedState& seedState) {
     if (!seedState.isSeeded) seed();
     return seedState.isSeeded = true;

@@ -23,8 +23,7 @@ class MemoryDefaults : public UserDefaults {
   PropertyValue::Dictionary& values;
 };
 
-/// A settings domain in the state folder. Before its first use it is given the desk file's
-/// settings, unless it started from them already.
+/// A settings domain in the state folder. Its first use ever stores the desk file's settings in it.
 class SeededDefaults : public UserDefaults {
  public:
   SeededDefaults(StateFolder& folder, const std::string& domain,
@@ -34,7 +33,6 @@ class SeededDefaults : public UserDefaults {
   void set(std::string_view key, const PropertyValue& value) override;
   void remove(std::string_view key) override;
 
-  /// Everything stored now.
   PropertyValue::Dictionary contents() const { return seeded().contents(); }
 
  private:

@@ -1,5 +1,5 @@
-// Transcripts are compared to the letter, so every line says the same of the same thing on every
-// machine: numbers in their shortest exact form, tables by the bits of their samples.
+// Transcripts are compared byte for byte, so lines must be the same everywhere: numbers in their
+// shortest exact form, tables by the bits of their samples.
 #include "Machines/Desk/Hardware/Trace.h"
 
 #include <algorithm>

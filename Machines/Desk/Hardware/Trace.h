@@ -12,18 +12,18 @@
 
 namespace brivane {
 
-/// Is given one line, without a line break, for each thing that happens to a desk's hardware or
-/// through the seams to it. docs/desk.md describes the lines. Called on whichever thread did it,
-/// by one thread at a time; must not call the desk back.
+/// Receives one line, without a line break, for each event of a desk's hardware and each seam call
+/// that changes it. docs/desk.md describes the lines. Called on any thread, by one at a time; must
+/// not call the desk.
 using Trace = std::function<void(const std::string& line)>;
 
-/// Hands lines to a trace that may not be there. Any thread.
+/// Passes lines to an optional trace. Any thread.
 class Tracer {
  public:
-  /// Null: nobody listens.
+  /// Null: no trace.
   void set(Trace newTrace);
 
-  /// `line` makes the line, and is only called when somebody listens.
+  /// `line` makes the text; only called when there is a trace.
   template <typename Line>
   void note(const Line& line) const {
     if (isListening) write(line());
@@ -40,14 +40,14 @@ class Tracer {
 /// "84 03 10 00 28 D1".
 std::string tracedBytes(std::span<const std::uint8_t> bytes);
 
-/// "256 samples, digest 0123456789ABCDEF, peak 0.5": as many samples per channel as were
-/// written, a digest of all their bits and the largest of them.
+/// "256 samples, digest 0123456789ABCDEF, peak 0.5": the samples written per channel, a digest of
+/// their bits, the largest sample.
 std::string tracedTable(const GammaTable& table);
 
 /// "C0000006F to 70000006E, C00000070 to 70000006F", or "empty".
 std::string tracedMapping(const HIDMapping& mapping);
 
-/// The number with as few decimals as say it exactly.
+/// The shortest decimal form that is exact.
 std::string tracedNumber(double number);
 std::string tracedNumber(float number);
 

@@ -5,7 +5,7 @@
 
 namespace brivane {
 
-/// The desk is light or dark itself. Main thread.
+/// The desk's own appearance, light or dark. Main thread.
 class AppearanceOfDesk : public AppearanceSource {
  public:
   explicit AppearanceOfDesk(DeskHardware& deskHardware) : hardware(deskHardware) {}

@@ -13,12 +13,12 @@ constexpr std::array offeredMoods = {
     MonitorMood::garbled,   MonitorMood::stale,  MonitorMood::shifted,  MonitorMood::doubled};
 constexpr std::array headrooms = {1.0, 1.6, 2.0, 4.0};
 
-/// Twins differ by their number alone.
+/// The number tells twins apart.
 std::string titleOf(const DisplayDescription& display) {
   return "[" + std::to_string(display.identifier) + "] " + display.name;
 }
 
-/// A tenth of the monitor's range, as its own menu goes.
+/// A tenth of the monitor's range, like a monitor's own menu.
 void step(DeskHardware& hardware, DisplayID display, int direction) {
   const auto described = hardware.display(display);
   const auto monitor = hardware.monitor(display);
@@ -142,7 +142,7 @@ LiveControls machineControls(DeskHardware& hardware, const Runtime& runtime) {
   if (!hardware.isSystemAsleep()) panel.controls.push_back(screensButton(hardware, runtime));
   panel.controls.push_back(appearanceChoice(hardware));
   panel.controls.push_back(grantChoice(hardware));
-  // Last, so that no other control moves when a display comes or goes.
+  // Last, so that no other control moves when a display is plugged in or out.
   for (const auto& display : hardware.description().displays) {
     if (hardware.display(display.identifier)) continue;
     const auto plug = [&hardware, identifier = display.identifier] { hardware.replug(identifier); };

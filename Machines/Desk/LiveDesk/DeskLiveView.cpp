@@ -1,5 +1,5 @@
-// The map of the screen is kept as long as it will do: whoever moves a window must not see all
-// others change their size. It is made anew when somebody else's arrangement doesn't fit any more.
+// The map is kept while all displays fit, so that moving a window doesn't resize all others. It is
+// computed again when another arrangement no longer fits.
 #include "Machines/Desk/LiveDesk/DeskLiveView.h"
 
 #include <utility>
@@ -9,7 +9,7 @@
 namespace brivane {
 namespace {
 
-/// Of a window that was moved to another, in points of the real screen.
+/// The distance at which a moved window snaps to another, in points of the real screen.
 constexpr double snappingReach = 10;
 
 BrightnessKey asBrightnessKey(LiveBrightnessKey key) {
@@ -41,7 +41,7 @@ DeskLiveView::DeskLiveView(DeskMachine& deskMachine)
     watch = std::make_unique<FolderWatch>(*folder, "", machine.runtime(),
                                           [this] { changes.announce(); });
   }
-  // What is announced can be seen without a folder, too.
+  // Announced changes are shown on a desk without a folder, too.
   notices = hardware.observe([this](HardwareNotice) { announceSoon(); });
 }
 
@@ -50,7 +50,7 @@ DeskLiveView::~DeskLiveView() {
   machine.keyboard().onUnclaimedKey = nullptr;
 }
 
-/// Whoever made the change may be in the middle of something.
+/// As a task: the caller that made the change may not be finished.
 void DeskLiveView::announceSoon() {
   if (std::exchange(isAnnouncedSoon, true)) return;
   machine.runtime().async([this, alive = anchor.watch()] {
@@ -135,7 +135,7 @@ void DeskLiveView::windowMoved(DisplayID display, int x, int y) {
   const auto others = framesExcept(hardware.displays(), display);
   const Rect frame =
       snapped(map->movedFrame(moved->frame, x, y), others, snappingReach / map->pointsPerPoint());
-  // Known already when it is announced.
+  // Stored before the change is announced.
   frames[display] = frame;
   hardware.setFrame(display, frame);
 }
@@ -172,8 +172,8 @@ void DeskLiveView::releaseBrightness(LiveBrightnessKey key) {
 std::optional<std::filesystem::path> DeskLiveView::pictureFile() {
   auto folder = hardware.stateFolder();
   if (!folder) return std::nullopt;
-  // "my-desk.json.state" lies beside "my-desk.json". No other ending is taken off, so that the
-  // picture never is the desk file itself.
+  // "my-desk.json.state" lies beside "my-desk.json". No other extension is removed, so that the
+  // picture can't replace the desk file.
   folder->replace_extension();
   if (folder->extension() == ".json") folder->replace_extension();
   return *folder += ".png";

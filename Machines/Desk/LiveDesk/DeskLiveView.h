@@ -15,7 +15,7 @@
 
 namespace brivane {
 
-/// A desk as its windows show it. Main thread; it must end before the machine.
+/// The values behind a desk's windows. Main thread; destroy it before the machine.
 class DeskLiveView : public LiveDesk {
  public:
   explicit DeskLiveView(DeskMachine& deskMachine);
@@ -56,7 +56,7 @@ class DeskLiveView : public LiveDesk {
   Topic changes;
   std::optional<LiveRoom> room;
   std::optional<DeskMap> map;
-  /// Where each display was last, those that are unplugged since among them.
+  /// The last place of each display, unplugged ones too.
   std::map<DisplayID, Rect> frames;
   std::map<DisplayID, Shown> shown;
   bool isKeyUnclaimed = false;

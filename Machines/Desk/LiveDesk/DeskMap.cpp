@@ -15,7 +15,7 @@ int rounded(double length) {
   return static_cast<int>(std::lround(length));
 }
 
-/// A stretch in one direction, of a display or of its neighbour.
+/// An interval along one axis.
 struct Stretch {
   double from = 0;
   double length = 0;
@@ -26,7 +26,7 @@ struct Stretch {
   }
 };
 
-/// How far to go so that an end of the one meets an end of the other: the shortest way.
+/// The shortest signed distance that makes an end of one meet an end of the other.
 double wayTo(const Stretch& one, const Stretch& other) {
   double way = std::numeric_limits<double>::infinity();
   for (const double end : {one.from, one.to()}) {
@@ -49,15 +49,15 @@ Stretch downwards(const Rect& frame) {
   return {-(frame.y + frame.height), frame.height};
 }
 
-/// The windows of all displays in one direction of the room.
+/// The windows of all displays along one axis.
 struct Row {
   std::vector<Stretch> displays;
   double from = 0;
   double roomLength = 0;
   double smallestWindow = 0;
 
-  /// The largest scale at which none ends outside of the room. Those that are larger than their
-  /// displays begin where these do.
+  /// The largest scale at which no window ends outside the room. Enlarged windows begin where their
+  /// displays do.
   double largestScale() const {
     double scale = 1;
     for (const Stretch& display : displays) {
@@ -86,7 +86,7 @@ Row rowOf(const std::vector<Rect>& frames, Stretch (*along)(const Rect&), int ro
   return row;
 }
 
-/// The shortest way within reach, in the direction that `along` looks; 0 when there is none.
+/// The shortest signed distance within reach along the axis of `along`; 0 when there is none.
 double shortestWay(const Rect& frame, const std::vector<Rect>& others, double reach,
                    Stretch (*along)(const Rect&), Stretch (*beside)(const Rect&)) {
   double shortest = reach;

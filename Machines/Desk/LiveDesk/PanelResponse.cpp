@@ -1,6 +1,6 @@
-// A window can't be brighter than the display it is on. So white at full backlight is shown at 60 %
-// of that display's light, and what is brighter approaches 100 %; what is darker keeps its
-// proportions, so that twice the light looks the same step everywhere.
+// A window can't be brighter than the real display. So white at full backlight is shown at 60 % of
+// the real display's light, brighter light approaches 100 %, and darker light keeps its
+// proportions.
 #include "Machines/Desk/LiveDesk/PanelResponse.h"
 
 #include <algorithm>
@@ -11,18 +11,18 @@ namespace {
 
 constexpr double panelExponent = 2.2;
 constexpr double shownWhite = 0.6;
-// Measured on common panels, in parts of their full light: monitors seldom go below a tenth.
+// Typical panels, as fractions of their full light: monitors seldom go below a tenth.
 constexpr double darkestMonitor = 0.1;
 constexpr double darkestBuiltIn = 0.01;
 
 double compressed(double light) {
   if (light <= 1) return shownWhite * light;
-  // Goes on with the same slope.
+  // Continuous, with the same slope at 1.
   constexpr double rest = 1 - shownWhite;
   return 1 - rest / (1 + (light - 1) * shownWhite / rest);
 }
 
-/// The sRGB encoding of a light of 0 to 1.
+/// The sRGB encoding of linear light, 0 to 1.
 double encoded(double light) {
   constexpr double straightBelow = 0.0031308;
   if (light <= straightBelow) return 12.92 * light;

@@ -10,24 +10,24 @@
 
 namespace brivane {
 
-/// What lights a panel.
+/// A panel's backlight.
 struct PanelLight {
-  /// The light of white, as a part of what the panel can give: 0 (off) to 1.
+  /// The light of white, as a fraction of the panel's maximum: 0 (off) to 1.
   double backlight = 1;
-  /// How much brighter than white it can be; 1 or more.
+  /// How much brighter than white the panel can be; 1 or more.
   double headroom = 1;
 
   bool operator==(const PanelLight&) const = default;
 };
 
-/// Of a display that is plugged in; nothing for others. Even at its lowest level a panel gives some
+/// Nothing for displays that are not plugged in. At the lowest level a panel still gives some
 /// light, an external monitor more than a built-in one; asleep it gives none.
 std::optional<PanelLight> panelLight(DeskHardware& hardware, DisplayID display);
 
-/// What a panel makes of signals, as light and as seen in a window on another display. Signals
-/// are cut off at the headroom and go through the gamma table, which continues in a straight line
-/// beyond white. The panel turns what comes out into light: by the exponent 2.2 up to white, in
-/// proportion above, and cuts off what it can't show.
+/// Converts signals to a panel's light, and to sRGB for a window on another display. Signals are
+/// clipped at the headroom and go through the gamma table, which is extended linearly beyond white.
+/// The panel turns the table's output into light, by the exponent 2.2 up to white, linearly above,
+/// and clips at its maximum.
 class PanelResponse {
  public:
   PanelResponse(const PanelLight& panelLight, const GammaTable& gammaTable);
@@ -36,7 +36,7 @@ class PanelResponse {
   /// at full backlight.
   double light(std::size_t channel, std::uint16_t signal) const;
 
-  /// The same as sRGB, 0 to 255. White at full backlight leaves room for highlights: it is 203.
+  /// The same as sRGB, 0 to 255. White at full backlight is 203, which leaves room for highlights.
   std::uint8_t shown(std::size_t channel, std::uint16_t signal) const {
     return shownSignals.at(channel)[signal];
   }

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-// Everything is computed from where a pixel lies, 0 to 1 from the left and from the top, so the
-// picture has any size.
+// Computed from relative coordinates, 0 to 1 from the left and from the top, so any size works.
 
 namespace brivane {
 namespace {
@@ -50,7 +49,7 @@ Signals grey(double signal) {
   return {signal, signal, signal};
 }
 
-/// Eleven tenths of the signal, then highlights.
+/// Eleven steps from 0 to 1, then highlights.
 Signals steps(double x) {
   constexpr std::array<double, 15> signals = {0,   0.1, 0.2, 0.3,  0.4, 0.5, 0.6, 0.7,
                                               0.8, 0.9, 1,   1.25, 2,   3,   4};

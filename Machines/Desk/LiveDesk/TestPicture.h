@@ -6,10 +6,10 @@
 
 namespace brivane {
 
-/// A picture as a program draws it: what goes into the gamma tables, not what a panel shows.
+/// A picture as programs draw it, before the gamma table.
 struct SignalPicture {
-  /// White. Larger signals are highlights, in proportion to their light; only a display with
-  /// headroom can tell them from white.
+  /// White. Larger signals are highlights, proportional to their light; displays without headroom
+  /// show them as white.
   static constexpr std::uint16_t white = 256;
   static constexpr std::uint16_t brightest = 4 * white;
 
@@ -22,9 +22,9 @@ struct SignalPicture {
   std::vector<Pixel> pixels;
 };
 
-/// What simulated monitors show, so that every change of level and gamma table can be seen: a
-/// landscape with shadows under a sun that is brighter than white, eleven steps from black to white
-/// and four beyond, bars of the six full colours, and near-blacks.
+/// The picture on simulated monitors, which makes every change of level and gamma table visible: a
+/// landscape with shadows under a sun brighter than white, eleven steps from black to white and
+/// four beyond, bars of the six full colours, and near-blacks.
 SignalPicture testPicture(std::uint32_t width, std::uint32_t height);
 
 }  // namespace brivane

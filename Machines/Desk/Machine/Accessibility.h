@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// The grant, which whoever plays the user gives and takes back on the hardware.
+/// The grant; the simulated user gives and revokes it on the hardware.
 class DeskAccessibility : public AccessibilityAccess {
  public:
   DeskAccessibility(DeskHardware& deskHardware, Faults& machineFaults)
@@ -15,7 +15,7 @@ class DeskAccessibility : public AccessibilityAccess {
   bool isTrusted() override;
   bool requestTrust() override;
 
-  /// How often the system has asked the user on this program's behalf.
+  /// How often the system has prompted the user for this program.
   int promptCount() const { return prompts; }
 
  private:

@@ -6,8 +6,7 @@
 
 namespace brivane {
 
-/// The applications that the desk file says are running, and the programs on this desk that
-/// announced themselves.
+/// The desk file's running applications, and the programs on this desk that announced themselves.
 class DeskApplications : public Applications {
  public:
   DeskApplications(DeskHardware& deskHardware, Faults& machineFaults)
@@ -19,7 +18,7 @@ class DeskApplications : public Applications {
   ProcessID ownProcessID() override { return ownID; }
   bool announce() override;
 
-  /// This program does not run any more.
+  /// Removes this program from the running ones.
   void end();
 
  private:

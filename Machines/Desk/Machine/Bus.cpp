@@ -2,8 +2,8 @@
 
 #include "Machines/Desk/Machine/Registry.h"
 
-// What a real machine offers through entry points found by name: the I2C bus to each external
-// panel, and the display services. Where a name is found is the desk file's to say.
+// What a real machine offers through entry points looked up by name: the I2C bus of each external
+// panel, and the display services. The desk file says where each name is found.
 
 namespace brivane {
 namespace {
@@ -18,7 +18,7 @@ struct DeskAVService : AVService {
   const DisplayID display;
 };
 
-/// Names no display when the service is another machine's.
+/// Display 0 (none) when the service is another machine's.
 DisplayID displayOf(AVService& service) {
   const auto* const own = dynamic_cast<DeskAVService*>(&service);
   return own == nullptr ? 0 : own->display;

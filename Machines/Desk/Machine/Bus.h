@@ -7,8 +7,8 @@
 
 namespace brivane {
 
-/// The two libraries that the desk has, and what their functions do to its hardware. A status other
-/// than 0 is always 1.
+/// The desk's two libraries; their functions act on its hardware. A status other than 0 is always
+/// 1.
 class DeskSymbols : public SymbolLoader {
  public:
   DeskSymbols(DeskHardware& deskHardware, Faults& machineFaults, Runtime& machineRuntime)

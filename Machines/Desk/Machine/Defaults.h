@@ -12,8 +12,8 @@
 
 namespace brivane {
 
-/// The seam: a settings domain whose calls can be made to fail. What a failing call could not store
-/// stays in force in this process.
+/// A settings domain whose calls can be made to fail. A value that could not be stored stays in
+/// force in this process.
 class DeskDefaults : public UserDefaults {
  public:
   DeskDefaults(std::unique_ptr<UserDefaults> storedDomain, Faults& machineFaults,

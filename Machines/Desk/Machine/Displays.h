@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// The desk's displays and screens, in the order they were plugged in.
+/// The desk's displays and screens, in the order in which they were plugged in.
 class DeskDisplays : public DisplaySystem {
  public:
   DeskDisplays(DeskHardware& deskHardware, Faults& machineFaults)

@@ -13,7 +13,7 @@ class DeskEventTap : public EventTap {
         isRunning(std::move(running)) {}
 
   ~DeskEventTap() override {
-    // An event that is on its way holds the taps that it has yet to pass.
+    // An event in delivery keeps references to the taps it has yet to pass.
     tap->isEnabled = false;
     if (*isRunning) tracer->note([] { return std::string("tap removed"); });
   }

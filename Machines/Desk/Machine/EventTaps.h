@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// One program's taps. They need the Accessibility grant: without it none is made, and none that
-/// was made sees anything.
+/// One program's taps. Without the Accessibility grant no tap can be created, and existing ones
+/// receive no events.
 class DeskEventTaps : public EventTapPort {
  public:
   DeskEventTaps(DeskHardware& deskHardware, std::shared_ptr<Faults> machineFaults)
@@ -15,7 +15,7 @@ class DeskEventTaps : public EventTapPort {
 
   std::unique_ptr<EventTap> createTap(Handler handler) override;
 
-  /// What the system does when a program ends: its taps see nothing any more.
+  /// What the system does when a program ends: its taps receive no more events.
   void releaseAll() { *isRunning = false; }
 
  private:

@@ -20,7 +20,6 @@ bool Faults::strikes(std::string_view call, const Describe& what) {
   return fails;
 }
 
-/// Counts one occurrence of the call; whether the plan has it fail.
 bool Faults::isPlanned(std::string_view call) {
   const auto planned = plan.find(call);
   if (planned == plan.end()) return false;

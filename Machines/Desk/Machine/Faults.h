@@ -14,26 +14,26 @@
 
 namespace brivane {
 
-/// Makes calls of the Machine seam fail at chosen occurrences. Each call that the plan names is
-/// counted from 1, per machine. Any thread.
+/// Makes seam calls fail at planned occurrences, counted from 1 for each call and machine. Any
+/// thread.
 class Faults {
  public:
-  /// Failures are noted in the trace, if there is one.
+  /// Failures are traced, if there is a tracer.
   explicit Faults(FaultPlan faultPlan, std::shared_ptr<const Tracer> hardwareTracer = nullptr)
       : plan(std::move(faultPlan)), tracer(std::move(hardwareTracer)) {}
 
-  /// Makes the text of what a call would have done.
+  /// Describes what a call would have done.
   using Describe = std::function<std::string()>;
 
-  /// Counts one occurrence of the call; whether it fails. For the trace of a call that would change
-  /// something `what` says what.
+  /// Counts one occurrence of the call, and returns whether it fails. `what`, for calls that change
+  /// something, describes the change in the trace.
   bool strikes(std::string_view call, const Describe& what = nullptr);
 
-  /// Called for every call and whether it fails; for before the first call.
+  /// Called for every call, with whether it fails. Set it before the first call.
   using CallTrace = std::function<void(std::string_view call, bool fails)>;
   void setCallTrace(CallTrace newCallTrace) { callTrace = std::move(newCallTrace); }
 
-  /// From now on every call fails, and none is counted or traced.
+  /// Makes every later call fail, uncounted and untraced.
   void failAlways() { failsAlways = true; }
 
  private:

@@ -6,15 +6,15 @@
 
 namespace brivane {
 
-/// The gamma tables of the desk's displays. A status other than 0 is always 1; a restore that is
-/// made to fail changes nothing.
+/// The gamma tables of the desk's displays. A status other than 0 is always 1; a failing restore
+/// changes nothing.
 class DeskGammaTables : public GammaTables {
  public:
   DeskGammaTables(DeskHardware& deskHardware, Faults& machineFaults)
       : hardware(deskHardware), faults(machineFaults) {}
 
   std::uint32_t capacity(DisplayID display) override;
-  /// Returns as many samples as the arrays and the table both have.
+  /// `returned` is the smaller of the arrays' and the table's counts.
   std::int32_t readTable(DisplayID display, std::span<float> red, std::span<float> green,
                          std::span<float> blue, std::uint32_t& returned) override;
   std::int32_t writeTable(DisplayID display, std::span<const float> red,

@@ -5,15 +5,14 @@
 #include "Machines/Desk/File/JsonParser.h"
 #include "Machines/Desk/File/JsonSection.h"
 
-// The real tool takes what it does not understand and does something else; this one refuses, so
-// that a slip in a payload shows.
+// The real tool accepts payloads that it doesn't understand and does something else; this one
+// refuses them, so that mistakes show.
 
 namespace brivane {
 namespace {
 
 constexpr std::size_t mostEntries = 1000;
 
-/// Nothing when the payload is not exactly a mapping.
 std::optional<HIDMapping> parsePayload(const std::string& payload) {
   const auto parsed = parseJson(payload);
   const auto* const value = std::get_if<JsonValue>(&parsed);

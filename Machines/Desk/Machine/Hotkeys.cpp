@@ -28,7 +28,7 @@ std::variant<HotkeyReference, HotkeyStatus> DeskHotkeys::registerHotkey(std::uin
   if (faults.strikes("HotkeyPort.registerHotkey")) return HotkeyTable::alreadyTaken;
   const KeyCombination combination{keyCode, modifiers};
   const auto receive = [handler = handler, hotkey](HotkeyEvent event) {
-    // It may remove itself.
+    // Copied: the handler may remove itself.
     const Handler current = *handler;
     if (current) current(event, hotkey);
   };

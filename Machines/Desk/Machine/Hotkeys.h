@@ -9,8 +9,8 @@
 
 namespace brivane {
 
-/// One program's hotkeys. The only status is -9878: somebody has the combination. To unregister
-/// what isn't registered is a fatal error.
+/// One program's hotkeys. The only error status is -9878: the combination is taken. Unregistering
+/// an unknown hotkey is a fatal error.
 class DeskHotkeys : public HotkeyPort {
  public:
   DeskHotkeys(DeskHardware& deskHardware, Faults& machineFaults)
@@ -24,7 +24,7 @@ class DeskHotkeys : public HotkeyPort {
                                                              HotkeyID hotkey) override;
   void unregisterHotkey(HotkeyReference reference) override;
 
-  /// What the system does when a program ends.
+  /// Unregisters all, as the system does when a program ends.
   void releaseAll();
 
  private:

@@ -1,5 +1,5 @@
-// What one press sets off is decided when the key goes down; the release follows the same way even
-// when the mapping was changed in between, as it does in a real keyboard's driver.
+// The mapping is applied when a key goes down; its release uses the same result even if the mapping
+// has changed in between, as in a real keyboard's driver.
 #include "Machines/Desk/Machine/Keyboard.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ TapEvent specialKeyEvent(BrightnessKey key, bool isDown, bool isRepeat) {
   return brightnessKeyEvent(key == BrightnessKey::up, isDown, isRepeat);
 }
 
-/// The modifiers that are down, as hotkeys count them.
+/// The modifiers that are down, as hotkey modifier bits.
 std::uint32_t modifiersDown(const KeysDown& keys) {
   std::uint32_t modifiers = 0;
   for (const auto& [physical, arrived] : keys.arrived) {
@@ -22,7 +22,7 @@ std::uint32_t modifiersDown(const KeysDown& keys) {
   return modifiers;
 }
 
-/// Whether a key that arrives under the usage is down; the mapping can make two keys one.
+/// Whether a key mapped to the usage is down; the mapping can map two keys to one.
 bool isDown(const KeysDown& keys, HIDUsage arrived) {
   return std::ranges::any_of(keys.arrived,
                              [arrived](const auto& key) { return key.second == arrived; });
@@ -157,7 +157,7 @@ void DeskKeyboard::startRepeating(HIDUsage physical, BrightnessKey key) {
   repeats[physical] = runtime.after(fromSeconds(keyboard.repeatDelaySeconds), first);
 }
 
-/// A mapping is applied once, never to its own result.
+/// The mapping is applied once, never to its own result.
 HIDUsage DeskKeyboard::mapped(HIDUsage physical) {
   const auto mapping = hardware.hidMapping();
   const auto found = std::ranges::find(mapping, physical, &HIDMappingEntry::source);

@@ -12,7 +12,7 @@
 
 namespace brivane {
 
-/// An ordinary key that went down and is nobody's hotkey.
+/// A pressed ordinary key that is no program's hotkey.
 struct UnclaimedKey {
   /// A virtual key code, see `Keyboard`.
   std::uint16_t keyCode = 0;
@@ -22,13 +22,13 @@ struct UnclaimedKey {
   bool operator==(const UnclaimedKey&) const = default;
 };
 
-/// The desk's keyboard: the seam, and the keys themselves for whoever plays the user.
+/// The desk's keyboard: the seam, and its keys for the simulated user.
 ///
-/// A key goes through the HID mapping first. What comes out as a brightness key goes through the
-/// event taps and, unless one swallows it, to the operating system, which changes the built-in
-/// panel; held down, it repeats. What comes out as an ordinary key goes to whoever has it as a
-/// hotkey, else to `onUnclaimedKey`. Main thread; when a call returns, all of that has happened, or
-/// the key was handed to the process whose affair it is.
+/// A key goes through the HID mapping first. A resulting brightness key goes through the event taps
+/// and, unless one consumes it, to the operating system, which changes the built-in panel; held
+/// down, it repeats. A resulting ordinary key goes to the program that has it as a hotkey, else to
+/// `onUnclaimedKey`. Main thread; all of that has happened when a call returns, or the key was
+/// forwarded to the process that handles keys.
 class DeskKeyboard : public Keyboard {
  public:
   DeskKeyboard(DeskHardware& deskHardware, Faults& machineFaults, Runtime& machineRuntime);
@@ -38,17 +38,17 @@ class DeskKeyboard : public Keyboard {
   std::uint64_t modifierFlags() override;
   bool isKeyDown(std::uint16_t keyCode) override;
 
-  /// The ordinary key or modifier at this place of the keyboard; codes that no key has, keys that
-  /// are down already and, on releasing, keys that are not are ignored.
+  /// Presses or releases an ordinary key or modifier. Unknown codes, presses of keys that are down
+  /// and releases of keys that are up are ignored.
   void pressKey(std::uint16_t keyCode);
   void releaseKey(std::uint16_t keyCode);
   void pressBrightness(BrightnessKey key);
   void releaseBrightness(BrightnessKey key);
-  /// Whether the key itself is down, whatever the mapping has made of it.
+  /// Whether the physical key is down, regardless of the mapping.
   bool isPressed(std::uint16_t keyCode) const;
   bool isPressed(BrightnessKey key) const;
 
-  /// Where keys go that are nobody's hotkey; may be empty.
+  /// Receives keys that are no program's hotkey; may be empty.
   std::function<void(const UnclaimedKey& key)> onUnclaimedKey;
 
  private:

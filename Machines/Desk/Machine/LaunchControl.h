@@ -8,7 +8,7 @@
 
 namespace brivane {
 
-/// The tool on the desk, see `LaunchAgent`; its one domain is "gui/501".
+/// The launch-agent tool, see `LaunchAgent`; its only domain is "gui/501".
 FinishedProcess runLaunchControl(const std::vector<std::string>& arguments, DeskHardware& hardware);
 
 }  // namespace brivane

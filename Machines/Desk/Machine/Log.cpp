@@ -6,7 +6,7 @@
 namespace brivane {
 
 void StandardErrorLog::write(std::string_view line) {
-  // In one piece, so that lines of several threads don't mix.
+  // One write, so that lines of several threads don't mix.
   std::cerr << std::string(line) + "\n";
 }
 

@@ -5,13 +5,13 @@
 
 namespace brivane {
 
-/// Standard error, which on a desk stands for the system's log.
+/// Standard error, the system log of a desk.
 class StandardErrorLog : public SystemLog {
  public:
   void write(std::string_view line) override;
 };
 
-/// The seam: a log whose lines can be made to get lost.
+/// A log whose lines can be made to get lost.
 class DeskLog : public SystemLog {
  public:
   DeskLog(SystemLog& systemLog, Faults& machineFaults, const Tracer& hardwareTracer)

@@ -28,13 +28,13 @@ DeskMachine::DeskMachine(std::unique_ptr<Runtime> machineRuntime,
                   sharedHardware->tracer()) {}
 
 DeskMachine::~DeskMachine() {
-  // What waits for signals is a task, and the Runtime waits for its tasks.
+  // The wait for signals is a task, and the Runtime's destructor waits for its tasks.
   ownNotifications.end();
 }
 
 std::unique_ptr<DefaultsSuite> DeskMachine::openDefaultsSuite(const std::string& name) {
   if (faults->strikes("ResidentMachine.openDefaultsSuite")) return nullptr;
-  // A program's own domain is no suite to it.
+  // A program can't open its own domain as a suite.
   if (name == sharedHardware->description().bundleIdentifier) return nullptr;
   return std::make_unique<DeskDefaultsSuite>(*sharedHardware, *faults);
 }

@@ -27,12 +27,12 @@
 
 namespace brivane {
 
-/// What the real process gives a program on a desk.
+/// What a desk's program uses of the real process.
 struct DeskProcess {
-  /// Whether it is one: its signals ask the program to end, and what other processes do to the desk
-  /// reaches it. Only for Runtimes of real time.
+  /// The program is a process of its own: signals ask it to end, and it sees what other processes
+  /// do to the desk. Only for Runtimes of real time.
   bool isReal = false;
-  /// Where the resource bundles lie; there are none in an empty path.
+  /// The folder of the resource bundles; empty: no bundles.
   std::filesystem::path resources;
 };
 
@@ -63,17 +63,17 @@ class DeskMachine : public ResidentMachine {
 
   DeskHardware& hardware() { return *sharedHardware; }
 
-  /// Called for every call of a seam, with its name ("GammaTables.writeTable") and whether it is
-  /// made to fail; on the calling thread. For before the first call. Null: nobody listens.
+  /// Called on the calling thread for every seam call, with its name ("GammaTables.writeTable") and
+  /// whether it is made to fail. Set it before the first call. Null: no trace.
   void setCallTrace(Faults::CallTrace callTrace);
 
-  /// Ends the program as a signal does that can't be caught: whatever its objects still do fails
-  /// and reaches nothing. They may be destroyed at leisure, the machine last. Main thread.
+  /// Ends the program like a signal that can't be caught: later calls by its objects fail without
+  /// effect. The objects may be destroyed at any later time, the machine last. Main thread.
   void kill();
 
  private:
-  // The settings end before the Runtime, whose clock they wait by; everything that a task on
-  // another queue may use ends after it.
+  // The settings wait by the Runtime's clock, so they are destroyed before it; everything that a
+  // task on another queue may use is destroyed after it.
   const std::unique_ptr<SystemLog> targetLog;
   const std::shared_ptr<DeskHardware> sharedHardware;
   const std::shared_ptr<Faults> faults;

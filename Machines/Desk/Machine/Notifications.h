@@ -11,9 +11,9 @@
 
 namespace brivane {
 
-/// What happens to the hardware, announced to one program. In a real process that includes what
-/// other processes do to it, from the first observation on: a program that observes nothing pays
-/// nothing. An observation that is made to fail never hears anything.
+/// The hardware's events, announced to one program. In a real process, events of other processes
+/// are included from the first observation on, so a program without observations pays nothing. An
+/// observation that is made to fail never fires.
 class DeskNotifications : public SystemNotifications {
  public:
   /// See `DeskProcess`.
@@ -25,10 +25,10 @@ class DeskNotifications : public SystemNotifications {
   Observation observeScreensDidWake(Task handler) override;
   Observation observeTermination(Task handler) override;
 
-  /// As a signal does.
+  /// Asks the program to end, like a signal.
   void askToEnd();
 
-  /// Nothing is announced any more, and signals that were observed do nothing.
+  /// Stops all announcements; signals that were observed are ignored.
   void end();
 
  private:
@@ -51,7 +51,7 @@ class DeskNotifications : public SystemNotifications {
   Runtime& runtime;
   const bool isReal;
   const std::shared_ptr<Topics> topics = std::make_shared<Topics>();
-  /// Shared by all who observe the termination; empty once this has ended.
+  /// Shared by all observers of the termination; empty after `end()`.
   std::weak_ptr<Signals> signals;
   Observation hardwareNotices;
   std::unique_ptr<FolderWatch> otherProcesses;

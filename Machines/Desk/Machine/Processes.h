@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// The tools that the desk has. Nothing is ever run on the real machine.
+/// The desk's tools. Never runs anything on the real machine.
 class DeskProcesses : public ProcessRunner {
  public:
   DeskProcesses(DeskHardware& deskHardware, Faults& machineFaults)

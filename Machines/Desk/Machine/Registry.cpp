@@ -1,7 +1,7 @@
 #include "Machines/Desk/Machine/Registry.h"
 
-// Every pass builds the tree anew, as the real registry hands out new handles. A display's quirks
-// decide how its own entries look; the tree around them is always the same.
+// Every iteration builds a new tree, as the real registry returns new handles. Only a display's own
+// entries depend on its quirks.
 
 namespace brivane {
 namespace {
@@ -38,7 +38,7 @@ class DeskEntry : public RegistryEntry {
   }
 
   PropertyValue::Dictionary properties;
-  /// Set for AV proxies that give a service.
+  /// Set for AV proxies for which a service can be created.
   std::optional<DisplayID> serviceOf;
 
  private:
@@ -65,7 +65,7 @@ class DeskIterator : public RegistryIterator {
   std::size_t position = 0;
 };
 
-/// Puts the property in, or what the desk file says stands in its place.
+/// Adds the property, or the desk file's replacement.
 void put(PropertyValue::Dictionary& properties, const char* key,
          const std::optional<PropertyValue>& usual,
          const RegistryDescription::Override& replacement) {

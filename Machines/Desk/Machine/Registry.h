@@ -19,7 +19,7 @@ class DeskRegistry : public IORegistry {
 
   std::unique_ptr<RegistryIterator> allServices() override;
 
-  /// The display whose AV proxy the entry is, when a service can be made for it.
+  /// The display of an AV proxy's entry, if a service can be created for it.
   static std::optional<DisplayID> displayOfProxy(const RegistryEntry& entry);
 
  private:

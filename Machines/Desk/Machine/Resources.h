@@ -8,7 +8,7 @@
 
 namespace brivane {
 
-/// The program's own bundles in a real folder, less what the desk file says is missing.
+/// The program's bundles in a real folder, except those that the desk file says are missing.
 class DeskResources : public Resources {
  public:
   DeskResources(const DeskDescription& deskDescription, Faults& machineFaults,

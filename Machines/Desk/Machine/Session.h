@@ -9,8 +9,8 @@
 
 namespace brivane {
 
-/// The user's session on the desk: user 501 at "/Users/desk". The only files are the program itself
-/// and, when it is installed, the launch agent.
+/// The user's session on the desk: user 501 at "/Users/desk". The only files are the program and,
+/// when installed, the launch agent.
 class DeskSession : public Session {
  public:
   static constexpr std::uint32_t user = 501;
@@ -28,7 +28,7 @@ class DeskSession : public Session {
   std::vector<std::string> arguments() override;
   void openURL(const std::string& url) override;
 
-  /// What was opened so far.
+  /// All URLs opened so far.
   const std::vector<std::string>& openedURLs() const { return opened; }
 
  private:

@@ -1,6 +1,6 @@
-// Each actor but the main one has a thread of its own, so that a task can stop in the middle of a
-// sleep; a baton (`running`) sees to it that only one of them moves. Most sleeps cost no thread
-// switch: when nothing else could happen before the sleeper wakes, only the number moves on.
+// Each actor but the main one has a thread, so that a task can sleep in its middle; a baton
+// (`running`) lets only one thread run. Most sleeps need no thread switch: when nothing is due
+// before the sleeper wakes, only the clock advances.
 #include "Machines/Desk/Machine/VirtualRuntime.h"
 
 #include <algorithm>
@@ -15,9 +15,9 @@ struct VirtualRuntime::Actor {
   std::deque<Task> tasks;
   std::condition_variable turn;
   std::thread thread;
-  /// In the line of those that can go on.
+  /// Queued in `runnable`.
   bool isRunnable = false;
-  /// In the middle of a task, asleep or not. The main actor counts as busy outside `run`.
+  /// Inside a task, asleep or not. The main actor counts as busy outside `run`.
   bool isBusy = false;
 };
 
@@ -61,7 +61,7 @@ VirtualRuntime::VirtualRuntime(std::uint64_t seed) : VirtualRuntime() {
 }
 
 VirtualRuntime::~VirtualRuntime() {
-  // What tasks hold may use the runtime once more when it goes: let it go without the lock.
+  // Destroying a task may use the runtime, so destroy tasks without the lock.
   std::map<TimerID, Timer> droppedTimers;
   {
     Lock lock(mutex);
@@ -113,7 +113,7 @@ TimerID VirtualRuntime::every(Microseconds period, Task task) {
 }
 
 void VirtualRuntime::cancel(TimerID timer) {
-  Task dropped;  // outlives the lock, for the same reason as in the destructor
+  Task dropped;  // destroyed after the lock is released, as in the destructor
   const Lock lock(mutex);
   const auto found = timers.find(timer);
   if (found == timers.end()) return;
@@ -168,8 +168,7 @@ TimerID VirtualRuntime::addTimer(Microseconds delay, Microseconds period, Task t
   return id;
 }
 
-/// The task of a timer whose turn on the main queue has come; nothing when it was cancelled between
-/// its deadline and its turn.
+/// The task of a timer that fired; nothing when it was cancelled before its turn on the main queue.
 Task VirtualRuntime::takeTimerTask(TimerID id) {
   const Lock lock(mutex);
   const auto found = timers.find(id);
@@ -242,7 +241,7 @@ bool VirtualRuntime::canSleepInPlace(Instant deadline) const {
   return runnable.empty() && (events.empty() || events.begin()->first.deadline > deadline);
 }
 
-/// Gives the baton to the next actor that can go on, moving time if none can.
+/// Gives the baton to the next runnable actor, advancing time while there is none.
 void VirtualRuntime::handOver(Lock& lock) {
   while (runnable.empty()) processNextEvent(lock);
   Actor& next = takeNextRunnable();
@@ -253,8 +252,7 @@ void VirtualRuntime::handOver(Lock& lock) {
   next.turn.notify_one();
 }
 
-/// Lets the others go on; returns when `self`, which waits for one thing only, has been made
-/// runnable and has its turn.
+/// Lets other actors run; returns when `self` is runnable again and has its turn.
 void VirtualRuntime::yield(Lock& lock, Actor& self) {
   handOver(lock);
   self.turn.wait(lock, [&] { return running == &self; });

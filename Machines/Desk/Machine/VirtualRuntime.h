@@ -17,19 +17,19 @@
 
 namespace brivane {
 
-/// A Runtime whose time is a number. Every queue is an actor; exactly one actor runs at a time, and
-/// control passes only at `sleep`, at `sync` and at the end of a task. When no actor can go on,
-/// time jumps to the next deadline. Actors that can go on take turns in the order in which they
-/// became able to; equal deadlines are met in the order in which they were set, or, with a seed, in
-/// an order drawn from it. One program and one seed give one execution, to the microsecond.
+/// A deterministic Runtime in virtual time. Every queue is an actor; one actor runs at a time, and
+/// control passes only at `sleep`, at `sync` and at the end of a task. When no actor is runnable,
+/// time jumps to the next deadline. Runnable actors take turns in the order in which they became
+/// runnable; equal deadlines fire in the order in which they were set or, with a seed, in a random
+/// order. One program and one seed give one execution, to the microsecond.
 ///
-/// The thread that makes the runtime is its main thread. It may use the runtime without being
-/// inside `run()` or `runFor()`: main-queue tasks then wait until it is. The clock starts at zero.
+/// The constructing thread is the main thread. It may use the runtime outside `run()` and
+/// `runFor()`; main-queue tasks wait until it is inside. The clock starts at zero.
 class VirtualRuntime : public Runtime {
  public:
   VirtualRuntime();
   explicit VirtualRuntime(std::uint64_t seed);
-  /// Lets tasks that are running on other queues come to their end.
+  /// Waits for running tasks of other queues to finish.
   ~VirtualRuntime() override;
 
   Instant now() const override;
@@ -41,17 +41,15 @@ class VirtualRuntime : public Runtime {
   void cancel(TimerID timer) override;
   std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label,
                                                QueueQuality quality) override;
-  /// Returns on `stop()`; it is a programming error if nothing is left that could call it. A task
-  /// of the main queue may also leave it by an exception: that is a simulated process that ends
-  /// there.
+  /// Returns on `stop()`; a fatal error when nothing is left that could call it. An exception from
+  /// a main-queue task leaves it, too: the end of a simulated process.
   void run() override;
   void stop() override;
 
-  /// Main thread: runs everything that is due until `duration` from now, and leaves the clock
-  /// there.
+  /// Main thread: runs everything due until `duration` from now, where the clock then stands.
   void runFor(Microseconds duration);
 
-  /// Main thread: runs everything that is due at this moment, on all queues.
+  /// Main thread: runs everything due now, on all queues.
   void settle() { runFor(Microseconds(0)); }
 
   /// Main thread: timers that are still set.
@@ -68,7 +66,8 @@ class VirtualRuntime : public Runtime {
     Actor* actor = nullptr;
   };
 
-  /// Deadline first; then, at equal deadlines, the end of a run last; then the order of setting.
+  /// Orders by deadline; at equal deadlines the end of a run comes last, the others in the order
+  /// drawn or set.
   struct EventKey {
     Instant deadline;
     bool isEndOfRun = false;

@@ -1,6 +1,6 @@
-// The kernel's notices are waited for by a queue of the Runtime, which hands the news to the main
-// queue; files come by being renamed into place, so only that and their removal count. A watch
-// stays with its folder when that is removed: then the folder above says when there is a new one.
+// A serial queue waits for inotify events and forwards them to the main queue. Files are replaced
+// by renaming, so only renames and removals matter. An inotify watch follows the removed folder, so
+// the parent is watched until the folder exists again.
 #include "Machines/Desk/State/FolderWatch.h"
 
 #include <poll.h>
@@ -24,12 +24,12 @@ class Listener {
         notices(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {}
 
   bool start() {
-    std::error_code ignored;  // the watch tells
+    std::error_code ignored;  // adding the watch fails then
     std::filesystem::create_directories(folder, ignored);
     return notices.isOpen() && watchFolder();
   }
 
-  /// Waits for something that matters; false when `ending` becomes readable.
+  /// Waits for a relevant event; false when `ending` becomes readable.
   bool wait(int ending) {
     std::array<pollfd, 2> open = {{{notices.get(), POLLIN, 0}, {ending, POLLIN, 0}}};
     while (true) {
@@ -46,7 +46,7 @@ class Listener {
     return inFolder >= 0;
   }
 
-  /// The folder is gone; false as long as there is no new one.
+  /// After the folder's removal; false while there is no new one.
   bool watchAgain() {
     const auto above = folder.parent_path();
     if (!watchFolder()) {
@@ -59,7 +59,7 @@ class Listener {
     return true;
   }
 
-  /// Whether one of them matters.
+  /// Whether a relevant event is among them.
   bool readNotices() {
     alignas(inotify_event) std::array<char, 4096> buffer{};
     const auto count = ::read(notices.get(), buffer.data(), buffer.size());

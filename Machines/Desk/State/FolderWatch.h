@@ -10,25 +10,25 @@
 
 namespace brivane {
 
-/// Hears of files that are replaced or removed in a folder, by whichever process: `handler` is
-/// called as a main-queue task, once for all that happened before it runs. Nothing polls. The
-/// folder is made when it isn't there, and watched again when it was removed and made anew.
+/// Watches a folder for files that any process replaces or removes (inotify, no polling). `handler`
+/// runs as a main-queue task, once for all changes before it. A missing folder is created; a folder
+/// that was removed and created again is watched again.
 ///
-/// Main thread; it must end before the Runtime, which has to be one of real time.
+/// Main thread. Destroy it before the Runtime, which must be one of real time.
 class FolderWatch {
  public:
-  /// `fileName` is the one file that matters; empty: all do.
+  /// Only `fileName` is watched; empty: all files.
   FolderWatch(const std::filesystem::path& folder, const std::string& fileName,
               Runtime& machineRuntime, Task handler);
   FolderWatch(const FolderWatch&) = delete;
   FolderWatch& operator=(const FolderWatch&) = delete;
   ~FolderWatch();
 
-  /// False when the system can't watch the folder: it could not be made, or too many are watched.
+  /// False when the folder can't be created or the system's limit of watches is reached.
   bool isWatching() const { return queue != nullptr; }
 
  private:
-  /// Becomes readable when the watch ends.
+  /// Becomes readable when the watch is destroyed.
   FileDescriptor ending;
   std::shared_ptr<SerialQueue> queue;
   LivenessAnchor anchor;

@@ -4,8 +4,8 @@
 
 #include "Machines/Desk/File/JsonParser.h"
 
-// Every access reads the file again, and whoever only looks asks first whether there is a new one:
-// another process may have pressed the monitor's buttons.
+// Other processes change the hardware, too: every access reads the file again, and a mere read
+// first checks whether the file was replaced.
 
 namespace brivane {
 namespace {
@@ -28,7 +28,7 @@ StateFile::StateFile(StateFolder& stateFolder, const std::string& name,
 
 void StateFile::access(const Access& access) {
   const auto lock = folder.lock();
-  // Whoever could write meanwhile has the newer hardware.
+  // Another process wrote meanwhile: its state is the newer one.
   if (isOutdated()) memoryStands = false;
   lastSeen = stampOf(file);
   auto problem = load(access, std::holds_alternative<FileLock>(lock));
@@ -45,12 +45,12 @@ bool StateFile::isOutdated() const {
   return stampOf(file) != lastSeen;
 }
 
-/// What keeps the file from being replaced.
+/// Returns the problem that keeps the file from being replaced.
 std::optional<FileProblem> StateFile::load(const Access& access, bool isLocked) {
   const auto content = readWholeFile(file, largestStateBytes);
   if (const auto* problem = std::get_if<FileProblem>(&content)) {
     access.startAfresh();
-    // There is no file either when a folder on the way to it is none or can't be entered.
+    // A path component that is no folder or can't be entered also looks like a missing file.
     std::error_code ignored;
     const auto inFolder = std::filesystem::symlink_status(file, ignored);
     if (problem->isAbsent || !std::filesystem::exists(inFolder)) return std::nullopt;

@@ -11,38 +11,38 @@
 
 namespace brivane {
 
-/// One part of the simulated hardware, in a file of its own that all processes on the desk share.
-/// The file also says which version of the desk file's section the state started from; when that
-/// section was edited, the state counts as absent.
+/// The state of one part of the simulated hardware, in a file that all processes on the desk share.
+/// The file also holds the fingerprint of the desk file's section; state of an edited section
+/// counts as absent.
 ///
-/// A file that can't be read is never overwritten: one that holds something else is set aside with
-/// a dated name, one that the system doesn't let read stays. When the state can't be written, what
-/// the caller has in memory stands until another process can write, and writing is tried again with
-/// the next change. Each is said in one line of the log. Not for use by two threads at once.
+/// A file that can't be read is never overwritten: one with invalid content is renamed with the
+/// date, one without read permission stays. When the state can't be written, the caller's copy in
+/// memory stays in force until another process writes the file, and the next change tries again.
+/// Each of these is one line of the log. Not thread-safe.
 class StateFile {
  public:
-  /// `name` is the file's, without its ending.
+  /// `name` is the file name without its extension.
   StateFile(StateFolder& stateFolder, const std::string& name, std::uint64_t sectionFingerprint);
 
   struct Access {
-    /// Reads the state that the file holds; complains to the item about one that makes no sense.
+    /// Reads the state from the file; notes an error in the item when it is invalid.
     std::function<void(const JsonItem& state)> parse;
-    /// The file holds no state that counts.
+    /// The file holds no valid state.
     std::function<void()> startAfresh;
-    /// Uses the state: what was read just now, or, when `memoryStands`, what the caller has.
-    /// Returns the state if it is to be written, else nothing.
+    /// Uses the state: the one just read or, when `memoryStands`, the caller's copy. Returns the
+    /// state to write, or nothing.
     std::function<std::optional<JsonValue>(bool memoryStands)> change;
   };
 
-  /// Calls `parse` or `startAfresh`, or first the one and then the other, then `change`, all while
-  /// no other process has the folder.
+  /// Calls `parse`, `startAfresh` or both in this order, then `change`, all under the folder's
+  /// lock.
   void access(const Access& access);
 
-  /// Whether the file is another one than after the last access (before the first: whether there is
-  /// one). Asks for no lock.
+  /// Whether the file was replaced since the last access (before the first: whether it exists).
+  /// Takes no lock.
   bool isOutdated() const;
 
-  /// Whether the last change was written; true before the first.
+  /// Whether the last change was written; true before any change.
   bool isSaved() const { return !memoryStands; }
 
  private:

@@ -1,7 +1,7 @@
 #include "Machines/Desk/State/StateFolder.h"
 
-// The lock is one for the whole folder and held for one access only: a hung or killed process can
-// neither keep others out for long nor leave half a file behind.
+// One lock for the whole folder, held for a single access: a hung or killed process can neither
+// block others for long nor leave half a file behind.
 
 namespace brivane {
 namespace {

@@ -14,20 +14,20 @@
 
 namespace brivane {
 
-/// The folder in which the state of a desk's hardware lives, shared by all processes on the desk.
-/// It is made when it is first needed. Any thread.
+/// The folder with the state of a desk's hardware, shared by all processes on the desk. Created
+/// when first needed. Any thread.
 class StateFolder {
  public:
   StateFolder(std::filesystem::path folder, Runtime& machineRuntime, SystemLog& systemLog)
       : path(std::move(folder)), runtime(machineRuntime), log(systemLog) {}
 
-  /// Keeps other processes out of the folder until the lock is dropped; or why that can't be. Only
-  /// the first wait in vain is a long one.
+  /// Locks the folder against other processes, or returns why it can't. After a timeout, later
+  /// calls don't wait until one has succeeded.
   std::variant<FileLock, FileProblem> lock();
 
-  /// Writes the line to the log, unless this process has done so already.
+  /// Writes the line to the log once per process.
   void report(const std::string& line);
-  /// A change could not be written: says so, and why, in one line of the log.
+  /// Logs that a change could not be written, and why, in one line.
   void reportUnsaved(const std::string& reason);
   bool hasUnsaved() const { return anyUnsaved; }
 

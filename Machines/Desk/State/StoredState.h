@@ -8,13 +8,13 @@
 
 namespace brivane {
 
-/// One part of the simulated hardware that remembers something: in memory, or in a file that other
-/// processes on the same desk share. `State` is a value with `==`, and has two functions beside it:
-/// `JsonValue toJson(const State&)` and `void fromJson(const JsonItem&, State&)`.
+/// The state of one part of the simulated hardware, in memory or in a file that other processes on
+/// the desk share. `State` is a value with `==` and two functions: `JsonValue toJson(const State&)`
+/// and `void fromJson(const JsonItem&, State&)`.
 template <typename State>
 class StoredState {
  public:
-  /// `folder` is null for a state in memory. `fingerprint` is that of the desk file's section.
+  /// `folder` is null for state in memory; `fingerprint` is the desk file's section's.
   StoredState(State initialState, StateFolder* folder, const std::string& name,
               std::uint64_t fingerprint)
       : initial(std::move(initialState)), current(initial) {
@@ -26,14 +26,14 @@ class StoredState {
     return current;
   }
 
-  /// Whether somebody else has changed the state since it was last read or updated here.
+  /// Whether another process has changed the state since it was last read or updated here.
   bool isOutdated() const { return file && file->isOutdated(); }
 
-  /// False while the last change could not be written, and stands in this process alone.
+  /// False while the last change could not be written and is in force in this process only.
   bool isSaved() const { return !file || file->isSaved(); }
 
-  /// Runs `operation` on the state, which it may change, and returns what that returns. In between
-  /// nobody else changes the state.
+  /// Runs `operation` on the state, which it may change, under the folder's lock; returns its
+  /// result.
   template <typename Operation>
   auto update(const Operation& operation) {
     if (!file) return operation(current);
