@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// An X server lets every client grab keys: there is nothing to be granted.
+/// An X server lets every client grab keys; no grant is needed.
 class LinuxAccessibility : public AccessibilityAccess {
  public:
   bool isTrusted() override { return true; }

@@ -7,19 +7,18 @@
 
 namespace brivane {
 
-/// What a session says about its window system.
+/// The session's window system.
 struct GraphicsSession {
-  /// Why no X server could be asked, as a clause without a full stop; nothing when none was needed
-  /// or all is well.
+  /// Why no X server could be used, as a clause without a full stop; nothing without a problem.
   std::optional<std::string> displayProblem;
-  /// DISPLAY names a server.
+  /// DISPLAY is set.
   bool hasDisplayName = false;
-  /// A Wayland compositor runs the session.
+  /// The session is Wayland.
   bool isWayland = false;
 };
 
-/// One line for the user: the most important thing that is missing, and what to do about it.
-/// Nothing when nothing is missing.
+/// One line for the user: the most important missing access and its remedy. Nothing when nothing is
+/// missing.
 std::optional<std::string> adviceFor(const GraphicsSession& session,
                                      const MissingAccess& missingAccess);
 

@@ -8,18 +8,18 @@
 
 namespace brivane {
 
-/// The one resident program of a user. One object per process, see `AnnouncedProcess`.
+/// The user's running resident program. One object per process, see `AnnouncedProcess`.
 class LinuxApplications : public Applications {
  public:
-  /// Without a folder nobody can announce himself and nobody is found.
+  /// Without a folder `announce()` fails and no program is found.
   explicit LinuxApplications(const std::optional<std::filesystem::path>& lockFolder);
 
   std::optional<std::string> bundleIdentifier() override;
   std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) override;
   ProcessID ownProcessID() override;
 
-  /// Main. Makes this process the running application until it ends; false when another one is, or
-  /// when there is no place for the lock. Only the resident program calls it.
+  /// Main thread. Makes this process the running application until it ends; false when another
+  /// process is, or without a place for the lock. Only for the resident program.
   bool announce() override;
 
  private:

@@ -1,5 +1,5 @@
-// Entries are text: a line "[Desktop Entry]" and then a key and its value on each line, until the
-// next line in brackets. Of two entries with one name, the user's own counts and no other.
+// An entry is text: a line "[Desktop Entry]", then "key=value" lines up to the next line in
+// brackets. The user's own entry hides a system entry of the same name.
 #include "Machines/Linux/AutostartEntry.h"
 
 #include <unistd.h>
@@ -20,8 +20,7 @@ constexpr std::string_view group = "[Desktop Entry]";
 constexpr std::string_view hiddenKey = "Hidden";
 constexpr std::size_t largestEntryBytes = 1 << 20;
 
-/// What the line says of the key; nothing when it is about something else. Blanks around the equals
-/// sign are of no account.
+/// The value, if the line is about the key. Blanks around the equals sign are ignored.
 std::optional<std::string_view> valueIn(std::string_view line, std::string_view key) {
   if (!line.starts_with(key)) return std::nullopt;
   const auto sign = line.find_first_not_of(' ', key.size());
@@ -30,7 +29,7 @@ std::optional<std::string_view> valueIn(std::string_view line, std::string_view 
   return value == std::string_view::npos ? "" : line.substr(value);
 }
 
-/// The entry's lines; those that say whether it is hidden are put into `hidden`, the last counts.
+/// The entry's lines without the key "Hidden", whose last value goes into `hidden`.
 std::vector<std::string> linesWithout(const std::string& text, std::optional<bool>& hidden) {
   std::vector<std::string> lines;
   std::istringstream stream(text);
@@ -99,8 +98,8 @@ std::optional<std::string> AutostartEntry::read() const {
     const auto file = folder / fileName;
     auto content = readWholeFile(file, largestEntryBytes);
     if (auto* const text = std::get_if<std::string>(&content)) return std::move(*text);
-    // One that can't be read counts all the same: it must not be replaced by the next one's text.
-    std::error_code ignored;  // then there is no such folder, or nobody may look into it
+    // An unreadable entry still hides those of later folders.
+    std::error_code ignored;  // no such folder, or no permission
     if (std::filesystem::exists(std::filesystem::symlink_status(file, ignored))) break;
   }
   return std::nullopt;

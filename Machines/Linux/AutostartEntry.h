@@ -9,22 +9,21 @@
 
 namespace brivane {
 
-/// The program's entry among those that a desktop starts at login, "com.quorrel.brivane.desktop":
-/// what a launch agent is on the Mac. Whoever installs the program puts it into the user's own
-/// folder or the system's; it is disabled by the key "Hidden" in the user's own, which is the only
-/// one that is written.
+/// The program's XDG autostart entry, "com.quorrel.brivane.desktop": the counterpart of the Mac's
+/// launch agent. Installed in the user's folder or the system's; disabled by the key "Hidden" in
+/// the user's, the only one written here.
 class AutostartEntry {
  public:
-  /// The folders that desktops look into, the user's own first.
+  /// The autostart folders, the user's own first.
   explicit AutostartEntry(std::vector<std::filesystem::path> autostartFolders);
 
-  /// As the environment names them.
+  /// The folders named by the environment.
   static std::vector<std::filesystem::path> usualFolders();
 
   bool isInstalled() const;
-  /// Nothing when the entry doesn't say.
+  /// Nothing when the entry has no key "Hidden".
   std::optional<bool> isEnabled() const;
-  /// Whether that could be stored.
+  /// Returns whether it could be stored.
   bool setEnabled(bool enabled) const;
 
   /// The entry as a launch agent.
@@ -36,7 +35,7 @@ class AutostartEntry {
   const std::vector<std::filesystem::path> folders;
 };
 
-/// Where the launch agent would lie on a Mac.
+/// The launch agent's path on a Mac.
 std::filesystem::path launchAgentFile();
 
 }  // namespace brivane

@@ -1,5 +1,5 @@
-// A laptop can offer the same backlight several times: through its firmware, through a platform
-// driver and as the raw registers of the graphics card. The kernel's own advice is that order.
+// A laptop can offer the same backlight several times: firmware, platform driver and raw registers
+// of the graphics card. The kernel's documentation recommends this order.
 
 #include "Machines/Linux/Backlight.h"
 
@@ -17,7 +17,7 @@
 namespace brivane {
 namespace {
 
-/// The place of a backlight's type in the order of preference; types not named come last.
+/// The rank of a backlight's type in the order of preference; other types come last.
 std::ptrdiff_t rank(const std::filesystem::path& backlight) {
   static constexpr std::array<std::string_view, 3> types = {"firmware", "platform", "raw"};
   const auto type = readTextAttribute(backlight / "type").value_or("");

@@ -10,8 +10,8 @@
 
 namespace brivane {
 
-/// The display-services calls over the kernel's backlight, which is the built-in panel's; every
-/// other display is refused. Failures are the system's error numbers. Main and DDC queue.
+/// The display-services calls over the kernel's backlight, for the built-in panel only. Failures
+/// are the system's error numbers. Main and DDC queue.
 class LinuxBacklight {
  public:
   /// All must outlive this.
@@ -22,14 +22,14 @@ class LinuxBacklight {
   /// Whether there is any backlight.
   bool exists() const;
 
-  /// See GetBrightnessFunction, SetBrightnessFunction, CanChangeBrightnessFunction. The backlight
-  /// takes the step nearest to the level. Where this user may not write it, logind is asked to.
+  /// See GetBrightnessFunction, SetBrightnessFunction, CanChangeBrightnessFunction. Levels are
+  /// rounded to the backlight's nearest step. Without write permission, logind sets the backlight.
   std::int32_t get(DisplayID display, float& level) const;
   std::int32_t set(DisplayID display, float level) const;
   bool canChange(DisplayID display) const;
 
  private:
-  /// The folder of the backlight to use for the display.
+  /// The backlight's folder in sysfs.
   std::optional<std::filesystem::path> backlightOf(DisplayID display) const;
 
   DisplaySystem& displays;

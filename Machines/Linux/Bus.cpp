@@ -1,10 +1,10 @@
-// On the wire a DDC/CI message begins with the sender's address, 0x51, which the AV-service calls
-// take as "data address" and leave out of the bytes and of their checksum; so the checksum that
-// monitors verify is the one in the bytes XOR 0x51.
+// On the wire a DDC/CI message begins with the sender's address, 0x51. The AV-service calls take it
+// as "data address" and leave it out of the bytes and their checksum; so the checksum on the wire
+// is the given one XOR 0x51.
 //
-// One ioctl, I2C_RDWR, moves a message without claiming the chip's address, so that a kernel driver
-// that holds the address doesn't matter. Some adapters' drivers refuse it; there the address is set
-// first and the message goes by plain read and write.
+// The ioctl I2C_RDWR transfers a message without claiming the chip's address, so it works while a
+// kernel driver has claimed it. Some adapters refuse it; for those the address is set first, then
+// plain read and write are used.
 
 #include "Machines/Linux/Bus.h"
 

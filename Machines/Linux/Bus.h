@@ -11,11 +11,11 @@
 
 namespace brivane {
 
-/// The AV-service calls over the kernel's I2C device files. A device file is opened for one call
-/// and never held. Main and DDC queue.
+/// The AV-service calls over the kernel's I2C device files, opened for each call. Main and DDC
+/// queue.
 ///
-/// Failures are the system's error numbers. A call to a panel on stand-by fails without touching
-/// the wire, as every call does while the machine sleeps: some monitors wake up from any message.
+/// Failures are the system's error numbers. Calls to a panel on stand-by, and all calls while the
+/// machine sleeps, fail without a transfer: any message wakes some monitors.
 class LinuxBus {
  public:
   /// All must outlive this.

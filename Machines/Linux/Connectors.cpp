@@ -1,7 +1,6 @@
-// Each graphics card's connectors are folders in /sys/class/drm. A DisplayPort connector's own
-// channel to the panel (its AUX channel) is an "i2c-N" folder inside the connector's; the "ddc"
-// link can lead elsewhere then, to the pins that the same socket uses for HDMI. So the channel of
-// its own comes first and the link second.
+// Connectors are folders in /sys/class/drm. A DisplayPort connector's AUX channel is an "i2c-N"
+// folder inside the connector's; the "ddc" link may then lead to the pins that the same socket uses
+// for HDMI. So the folder is preferred to the link.
 
 #include "Machines/Linux/Connectors.h"
 

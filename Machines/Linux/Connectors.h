@@ -8,32 +8,32 @@
 
 namespace brivane {
 
-/// A socket of a graphics card with something plugged in.
+/// A graphics card's connector with a panel.
 struct Connector {
   /// The kernel's name: "card0-HDMI-A-1".
   std::string name;
-  /// The kernel's number of the connector, in the order in which window systems list outputs too;
-  /// 0 on kernels that don't tell.
+  /// The kernel's number of the connector, by which window systems order outputs, too; 0 on kernels
+  /// that don't report it.
   std::int64_t number = 0;
-  /// What the kernel last read from the panel; empty when it has none.
+  /// The EDID that the kernel last read from the panel; empty without one.
   std::string edid;
-  /// N of the "/dev/i2c-N" that leads to the panel; absent when the connector has none.
+  /// N of the panel's "/dev/i2c-N"; absent without a bus.
   std::optional<unsigned> bus;
 
-  /// Whether it is wired to a panel inside the computer.
+  /// Whether the panel is built in.
   bool isInternal() const;
 };
 
-/// The graphics cards' connectors, read from the kernel at each call. Any thread.
+/// The graphics cards' connectors, read from sysfs at each call. Any thread.
 class Connectors {
  public:
   explicit Connectors(std::filesystem::path classFolder = "/sys/class/drm");
 
-  /// By name.
+  /// Sorted by name.
   std::vector<Connector> connected() const;
 
-  /// Whether the panel behind the connector is switched to stand-by (DPMS). A connector that the
-  /// kernel doesn't drive (disabled, or lit by a driver of its own) says nothing about stand-by.
+  /// Whether the panel is on stand-by (DPMS). False for connectors that the kernel doesn't drive
+  /// (disabled, or driven by a driver of its own): their state is unknown.
   bool isAsleep(const std::string& connector) const;
 
  private:

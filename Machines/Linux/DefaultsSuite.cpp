@@ -11,7 +11,7 @@ namespace brivane {
 std::optional<PropertyValue::Dictionary> LinuxDefaultsSuite::persistentDomain(
     std::string_view domain) {
   const auto file = defaultsFile(std::string(domain));
-  std::error_code unreadable;  // then nothing is known of it
+  std::error_code unreadable;  // counts as missing
   if (!std::filesystem::exists(file, unreadable)) return std::nullopt;
   return JsonFileDefaults(file, runtime, log, JsonFileDefaults::Durability::unsynced).contents();
 }

@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// Settings domains of other applications, each in its own file beside this program's.
+/// Settings domains of other applications, in files beside this program's.
 class LinuxDefaultsSuite : public DefaultsSuite {
  public:
   /// Both must outlive this.

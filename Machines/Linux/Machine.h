@@ -31,8 +31,8 @@
 
 namespace brivane {
 
-/// A PC with an X server. Making one asks nothing of hardware or window system: each part opens
-/// what it needs when it is first used.
+/// A PC with an X server. The constructor touches neither hardware nor window system: each part
+/// opens what it needs on first use.
 class LinuxMachine : public ResidentMachine {
  public:
   LinuxMachine();
@@ -81,9 +81,9 @@ class LinuxMachine : public ResidentMachine {
   LinuxAccessibility grant;
   LinuxSession userSession{entry};
   LinuxResources bundles;
-  /// Below everything that its queues' tasks use.
+  /// Declared after everything that its queues' tasks use, so destroyed before it.
   ThreadRuntime threads;
-  // Main thread only; they still need the clock and the queues when they end.
+  // Main thread only; destroyed before the Runtime, whose clock and queues they use.
   JsonFileDefaults settings;
   XEvents events;
   XKeymap keymap{events};

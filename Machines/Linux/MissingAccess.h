@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// What the calls made so far have shown to be missing, each as its last call found it. Any thread.
+/// The access that calls have found missing; each flag is from the latest call. Any thread.
 struct MissingAccess {
   /// There is no "/dev/i2c-N".
   std::atomic<bool> noBuses = false;

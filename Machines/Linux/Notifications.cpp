@@ -1,5 +1,5 @@
-// Power saving of the screens is told by the screen-saver extension: the server sets off the saver
-// together with DPMS, whoever switches that.
+// The screen-saver extension reports the screens' power saving: the server starts and ends the
+// saver together with DPMS.
 #include "Machines/Linux/Notifications.h"
 
 #include <xcb/randr.h>
@@ -15,7 +15,7 @@ constexpr std::uint16_t everyChange =
     XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_PROPERTY |
     XCB_RANDR_NOTIFY_MASK_RESOURCE_CHANGE;
 
-/// The number of the extension's first event; nothing when the server hasn't got it.
+/// The extension's first event number; nothing without the extension.
 std::optional<int> firstEventOf(xcb_connection_t* connection, xcb_extension_t* extension) {
   const auto* const data = xcb_get_extension_data(connection, extension);
   if (data == nullptr || data->present == 0) return std::nullopt;
@@ -111,7 +111,7 @@ void LinuxNotifications::sleepChanged(bool goesToSleep) {
     return;
   }
   sleepGate.open();
-  // They may be dropped by the handlers that they call.
+  // Handlers may destroy this object.
   const auto all = topics;
   all->didWake.announce();
   all->screensDidWake.announce();

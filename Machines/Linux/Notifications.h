@@ -12,14 +12,14 @@
 
 namespace brivane {
 
-/// What X, logind and the process's signals announce. X announces one change of screens several
-/// times, and that the screens woke only when its own screen saver or DPMS had put them to sleep.
-/// It must end before the Runtime, after all who observe.
+/// Announcements by X, logind and the process's signals. X announces one change of screens several
+/// times, and the screens' waking only after its own screen saver or DPMS. Destroy it before the
+/// Runtime, after all observers.
 class LinuxNotifications : public SystemNotifications {
  public:
-  /// All must outlive this. As soon as anybody observes the machine's wake, its sleep waits until
-  /// the gate is shut and `saveEverything` has returned; `sayThatBusIsMissing` is called when
-  /// neither is heard of for want of a system bus.
+  /// All must outlive this. While the machine's wake is observed, sleep is delayed until the gate
+  /// is shut and `saveEverything` has returned. `sayThatBusIsMissing` is called when there is no
+  /// system bus to learn of sleep and wake.
   LinuxNotifications(XEvents& itsEvents, Runtime& machineRuntime, SleepGate& itsSleepGate,
                      Task saveEverything, Task sayThatBusIsMissing);
 
@@ -47,7 +47,7 @@ class LinuxNotifications : public SystemNotifications {
   const Task saveBeforeSleep;
   const Task busIsMissing;
   const std::shared_ptr<Topics> topics = std::make_shared<Topics>();
-  /// Shared by all who observe the termination.
+  /// Shared by all observers of the termination.
   std::weak_ptr<TerminationSignals> signals;
   std::optional<SleepWatch> sleep;
   Observation screens;

@@ -38,7 +38,7 @@ ProcessResult LinuxProcessRunner::runKeyMapping(const std::vector<std::string>& 
 
 std::filesystem::path LinuxProcessRunner::standInFolder() const {
   if (folder) return *folder;
-  std::error_code unreadable;  // then the stand-in is not found, and its start says so
+  std::error_code unreadable;  // starting the stand-in fails then
   return std::filesystem::read_symlink("/proc/self/exe", unreadable).parent_path();
 }
 

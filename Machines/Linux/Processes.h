@@ -11,12 +11,12 @@
 
 namespace brivane {
 
-/// Runs programs as they are named, except the Mac's own tools: each of those has a stand-in that
-/// takes the same arguments and prints the same text forms, a program of Brivane's for the
-/// keyboards' mapping and the autostart entry for the launch agent.
+/// Runs programs by their names, except the Mac's own tools, which have stand-ins with the same
+/// arguments and output: Brivane's key-mapping program, and the autostart entry for the launch
+/// agent.
 class LinuxProcessRunner : public ProcessRunner {
  public:
-  /// Programs lie in `programFolder`; without one, beside the running program.
+  /// The stand-in programs are in `programFolder`; without one, beside the running program.
   LinuxProcessRunner(MissingAccess& itsMissingAccess, const AutostartEntry& programsEntry,
                      std::optional<std::filesystem::path> programFolder = std::nullopt);
 

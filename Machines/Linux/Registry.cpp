@@ -50,7 +50,7 @@ PropertyValue displayAttributes(const PanelIdentity& panel) {
 }
 
 std::optional<EDID> edidOf(const Connector& connector) {
-  return parseEDID({reinterpret_cast<const std::uint8_t*>(connector.edid.data()),  // bytes
+  return parseEDID({reinterpret_cast<const std::uint8_t*>(connector.edid.data()),  // chars as bytes
                     connector.edid.size()});
 }
 

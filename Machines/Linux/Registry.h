@@ -18,7 +18,7 @@ struct I2CChannel {
   unsigned bus = 0;
 };
 
-/// What one pass saw; nothing is read later.
+/// A snapshot of one iteration; nothing is read later.
 struct LinuxRegistryEntry : RegistryEntry {
   std::optional<std::string> className() const override { return kind; }
   std::optional<std::string> name() const override { return title; }
@@ -33,12 +33,12 @@ struct LinuxRegistryEntry : RegistryEntry {
   std::optional<I2CChannel> channel;
 };
 
-/// The kernel's connectors as entries of a registry: below the root a controller per connector
-/// with something plugged in ("disp-card0-00093-HDMI-A-1"), below it the panel, when its EDID can
-/// be read, and the service proxy, when an I2C bus leads to it.
+/// The kernel's connectors as registry entries: below the root a controller for each connector with
+/// a panel ("disp-card0-00093-HDMI-A-1"), below it the panel, if its EDID can be read, and the
+/// service proxy, if it has an I2C bus.
 ///
-/// The name holds the kernel's number so that names sort as window systems list outputs; identical
-/// monitors are told apart by nothing else.
+/// The name holds the kernel's number so that names sort as window systems list outputs; nothing
+/// else tells identical monitors apart.
 class LinuxIORegistry : public IORegistry {
  public:
   explicit LinuxIORegistry(const Connectors& itsConnectors) : connectors(itsConnectors) {}

@@ -1,5 +1,5 @@
-// As GNU's programs find their language: the locale of messages comes from the first of LC_ALL,
-// LC_MESSAGES and LANG that is set; unless that is "C", LANGUAGE may list several in its place.
+// As in GNU gettext: the locale is the first of LC_ALL, LC_MESSAGES and LANG that is set; unless it
+// is "C", LANGUAGE may list several languages instead.
 #include "Machines/Linux/Resources.h"
 
 #include <algorithm>

@@ -9,8 +9,8 @@
 
 namespace brivane {
 
-/// The bundles in the program's resource folder, and the languages that the session's locale
-/// variables name.
+/// The bundles in the program's resource folder, and the languages of the session's locale
+/// variables.
 class LinuxResources : public Resources {
  public:
   explicit LinuxResources(std::filesystem::path bundleFolder) : folder(std::move(bundleFolder)) {}

@@ -24,7 +24,7 @@ std::string LinuxSession::homeFolder() {
 
 bool LinuxSession::fileExists(const std::string& path) {
   if (path == launchAgentFile()) return entry.isInstalled();
-  std::error_code unreadable;  // then it is as good as not there
+  std::error_code unreadable;  // counts as missing
   return std::filesystem::exists(path, unreadable);
 }
 
@@ -51,7 +51,7 @@ std::vector<std::string> LinuxSession::arguments() {
 }
 
 void LinuxSession::openURL(const std::string& url) {
-  // The shell ends at once and leaves the opener to itself.
+  // The shell starts the opener in the background and ends.
   runChildProcess("/bin/sh", {"-c", "xdg-open \"$1\" >/dev/null 2>&1 &", "sh", url});
 }
 

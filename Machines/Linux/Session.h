@@ -8,8 +8,8 @@
 
 namespace brivane {
 
-/// The user's session. The one file that isn't where it is named is the Mac's launch agent: it
-/// exists when the program's autostart entry does.
+/// The user's session. The Mac's launch-agent file counts as existing when the program's autostart
+/// entry is installed.
 class LinuxSession : public Session {
  public:
   /// `programsEntry` must outlive this.

@@ -9,20 +9,20 @@
 
 namespace brivane {
 
-/// logind's way to a backlight: it sets one for whoever sits at the screen. Library and bus are
-/// opened when they are first needed. Any thread.
+/// Sets backlights through logind, which permits it to the active session. Library and bus are
+/// opened on first use. Any thread.
 class SessionBacklight {
  public:
-  /// Whether this process belongs to a session that may set backlights now.
+  /// Whether this process is in the active session.
   bool canSet();
 
-  /// `name` as the kernel's folder of backlights has it. 0, or the system's error number.
+  /// `name` as in "/sys/class/backlight". Returns 0 or the system's error number.
   std::int32_t set(const std::string& name, std::uint32_t steps);
 
  private:
   /// Null without a bus.
   sd_bus* connected();
-  /// It may have been lost: after a failure the next call makes a new connection.
+  /// After a failure the next call connects again.
   void forgetBusAfter(int result);
 
   std::mutex mutex;

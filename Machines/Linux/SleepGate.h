@@ -6,20 +6,19 @@
 
 namespace brivane {
 
-/// Whether messages may go out to monitors: not from when the machine is about to sleep until it
-/// woke. Any thread.
+/// Blocks messages to monitors from just before the machine sleeps until it wakes. Any thread.
 class SleepGate {
  public:
   using Passage = std::shared_lock<std::shared_mutex>;
 
-  /// As long as the passage is held the machine doesn't sleep; none when it is about to, or does.
+  /// While the passage is held, `shut()` waits; nothing while the gate is shut.
   std::optional<Passage> enter() {
     Passage passage(passages);
     if (isShut) return std::nullopt;
     return passage;
   }
 
-  /// Waits for those who have entered, a message's time at most.
+  /// Waits for held passages, each at most one message long.
   void shut() {
     const std::unique_lock alone(passages);
     isShut = true;

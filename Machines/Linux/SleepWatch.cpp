@@ -1,5 +1,6 @@
-// logind sends its word and sleeps at once, unless somebody holds a "delay inhibitor": a descriptor
-// that it gives out on request and waits to be closed. Each sleep takes a new one.
+// logind announces sleep and sleeps at once, unless a process holds a "delay inhibitor": a
+// descriptor that logind gives out on request, and waits for until it is closed. Each sleep needs a
+// new one.
 #include "Machines/Linux/SleepWatch.h"
 
 #include <fcntl.h>
@@ -21,7 +22,8 @@ SleepWatch::SleepWatch(Runtime& machineRuntime, Handler sleepHandler, Task busIs
   askForInhibitor();
   watch.emplace(machineRuntime, "sleep", library.descriptor(bus.get()),
                 [this] { return readAll(); });
-  // What came together with the answers so far is read already.
+  // Messages that arrived with earlier replies are in the bus library's queue, where `poll` doesn't
+  // see them.
   machineRuntime.async([this, alive = anchor.watch()] {
     if (alive.isAlive()) readAll();
   });
@@ -40,7 +42,7 @@ void SleepWatch::sleepChanged(bool goesToSleep) {
   isAboutToSleep = goesToSleep;
   if (!goesToSleep) {
     askForInhibitor();
-    // Whoever hears of the wake may drop this.
+    // The handler may destroy this object.
     handler(false);
     return;
   }
@@ -48,7 +50,7 @@ void SleepWatch::sleepChanged(bool goesToSleep) {
   inhibitor = FileDescriptor();
 }
 
-/// Doesn't wait for it: a start should not, and sleep is far away.
+/// Asynchronous, so that the start doesn't wait.
 void SleepWatch::askForInhibitor() {
   library.callMethodLater(bus.get(), nullptr, logind::service, logind::managerPath,
                           logind::managerInterface, "Inhibit", receiveInhibitor, this, "ssss",
@@ -61,14 +63,14 @@ int SleepWatch::receiveInhibitor(sd_bus_message* reply, void* self, sd_bus_error
   auto& watch = *static_cast<SleepWatch*>(self);
   int descriptor = -1;
   if (watch.library.readMessage(reply, "h", &descriptor) <= 0) return 0;
-  // One that comes too late would be waited for in vain.
+  // Too late for this sleep; holding it would only delay the sleep.
   if (!watch.isAboutToSleep) {
     watch.inhibitor = FileDescriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
   }
   return 0;
 }
 
-/// False when the bus has gone.
+/// False when the bus is lost.
 bool SleepWatch::readAll() {
   const LivenessAnchor::Watch alive = anchor.watch();
   int result = bus ? 1 : 0;
@@ -82,7 +84,7 @@ bool SleepWatch::readAll() {
 
 void SleepWatch::busHasGone() {
   bus.reset();
-  // No sleep that would have to wait is heard of any more.
+  // No later sleep will be announced, so don't delay any.
   inhibitor = FileDescriptor();
   sayThatBusIsMissing();
   if (std::exchange(isAboutToSleep, false)) handler(false);

@@ -11,16 +11,17 @@
 
 namespace brivane {
 
-/// Hears from logind that the machine goes to sleep and that it woke, and has it wait with the
-/// sleep (some seconds at most) until the handler has returned. Without logind, or without a system
-/// bus, it never hears anything. When the bus goes while the machine sleeps, it counts as awake.
-/// Main thread; it must end before the Runtime.
+/// Reports the machine's sleep and wake by logind's signals, and delays sleep (some seconds at
+/// most) until the handler has returned. Without logind or a system bus it reports nothing. When
+/// the bus is lost during sleep, the machine counts as awake. Main thread; destroy it before the
+/// Runtime.
 class SleepWatch {
  public:
-  /// Called as a main-queue task: true when the machine is about to sleep, false when it woke.
+  /// Called as a main-queue task: true before the machine sleeps, false after it woke.
   using Handler = std::function<void(bool goesToSleep)>;
 
-  /// `busIsMissing` is called once there is no system bus: by the constructor, or when it has gone.
+  /// `busIsMissing` is called when there is no system bus: by the constructor, or when the bus is
+  /// lost.
   SleepWatch(Runtime& machineRuntime, Handler sleepHandler, Task busIsMissing);
   SleepWatch(const SleepWatch&) = delete;
   SleepWatch& operator=(const SleepWatch&) = delete;
@@ -37,7 +38,7 @@ class SleepWatch {
   const Task sayThatBusIsMissing;
   const SystemBusLibrary library;
   SystemBusLibrary::Connection bus;
-  /// Sleep waits as long as this is open.
+  /// Delays sleep while open.
   FileDescriptor inhibitor;
   bool isAboutToSleep = false;
   std::optional<DescriptorWatch> watch;

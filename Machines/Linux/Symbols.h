@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// The AV-service calls where there is an I2C bus when they are asked for, and the display-services
-/// calls where there is a backlight.
+/// The AV-service calls if an I2C bus exists at look-up, and the display-services calls if a
+/// backlight exists.
 class LinuxSymbolLoader : public SymbolLoader {
  public:
   LinuxSymbolLoader(const LinuxBus& itsBus, const LinuxBacklight& itsBacklight)

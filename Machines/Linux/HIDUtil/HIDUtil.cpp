@@ -1,6 +1,6 @@
-// The kernel keeps a keymap per keyboard and forgets it when the keyboard is unplugged; what a
-// keymap was before a change can't be asked. So every change is written down before it is made, and
-// a killed tool leaves nothing that a later run couldn't put back.
+// The kernel keeps a keymap per keyboard until it is unplugged, and can't report the original
+// keymap. So every change is stored before it is made, and a later run can undo what a killed tool
+// did.
 
 #include "Machines/Linux/HIDUtil/HIDUtil.h"
 
@@ -31,7 +31,7 @@ bool isRecorded(const std::string& device, const std::vector<ChangedKey>& change
                      [&](const ChangedKey& key) { return key.device == device; });
 }
 
-/// The keyboard went, or never had a keymap: nothing is left to change.
+/// The keyboard was unplugged or has no keymap: nothing to change.
 bool isGone(int error) {
   return error == ENODEV || error == EINVAL;
 }

@@ -15,17 +15,17 @@ namespace brivane {
 
 /// The key-mapping tool: "property --get UserKeyMapping" and "property --set <JSON>".
 ///
-/// Brightness keys mapped to a relay key are given that key's code in the keymaps of all attached
-/// keyboards, and their own code back when the mapping no longer holds them. Other entries are only
-/// kept and printed. A printed brightness entry is in force: one that some attached keyboard
-/// doesn't follow (it was plugged in later) is left out. Devices without a keymap, and devices that
-/// go meanwhile, are left alone.
+/// Brightness keys mapped to a relay key get that key's code in the keymaps of all attached
+/// keyboards, and their own code again when the mapping no longer has them. Other entries are only
+/// stored and printed. A brightness entry that some attached keyboard doesn't have (it was plugged
+/// in later) is not printed. Devices without a keymap, and devices unplugged meanwhile, are
+/// skipped.
 ///
-/// Where the state is kept is the caller's to choose, so the tool does nothing with rights that its
-/// caller lacks.
+/// The caller chooses the state's folder (by its environment), so the tool refuses to run with
+/// rights that its caller lacks.
 class HIDUtil {
  public:
-  /// Exit statuses: those of sysexits.h where they have one.
+  /// Exit statuses, from sysexits.h where it has one.
   static constexpr int done = 0;
   static constexpr int failed = 1;
   static constexpr int wrongUsage = 64;
@@ -34,15 +34,14 @@ class HIDUtil {
   struct Outcome {
     int status = done;
     std::string output;
-    /// One line without its line break. On success it is empty, or names a file that was set aside.
+    /// One line, without a line break. On success empty, or which file was set aside.
     std::string error;
   };
 
-  /// Whose rights the process has: its caller's, or those that its file lends it (setgid, setuid,
-  /// capabilities).
+  /// The process's rights: its caller's, or lent by its file (setgid, setuid, capabilities).
   enum class Rights { callers, lent };
 
-  /// Without a folder nothing can be kept, so nothing can be set.
+  /// Without a folder nothing can be stored, so nothing can be set.
   HIDUtil(std::optional<std::filesystem::path> stateFolder, Runtime& machineRuntime,
           Rights processRights)
       : folder(std::move(stateFolder)), runtime(machineRuntime), rights(processRights) {}
@@ -70,7 +69,7 @@ class HIDUtil {
   static Outcome setUnderLock(const UserKeyMapping& mapping, const KeymapStore& store);
   static Keyboards openKeyboards(const KeymapState& state,
                                  const std::map<KeyCode, KeyCode>& relays);
-  /// Changes one keyboard and adds to `state` what is changed in it then; whether all went well.
+  /// Changes one keyboard and adds its changed keys to `state`; returns whether all succeeded.
   static bool change(const Keyboard& keyboard, KeymapState& state);
 
   const std::optional<std::filesystem::path> folder;

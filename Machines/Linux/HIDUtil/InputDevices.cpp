@@ -14,7 +14,7 @@
 namespace brivane {
 namespace {
 
-/// Whether a bit is set in the kernel's text of a bit set: machine words in hex, the highest first.
+/// Whether a bit is set in the kernel's text form: machine words in hexadecimal, the highest first.
 bool hasBit(const std::string& text, unsigned bit) {
   constexpr unsigned wordBits = sizeof(unsigned long) * CHAR_BIT;
   std::vector<unsigned long> words;

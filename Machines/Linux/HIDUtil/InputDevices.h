@@ -10,17 +10,17 @@
 
 namespace brivane {
 
-/// An input device file, by what the kernel tells everybody about it.
+/// An input device file, described by sysfs, which needs no permission.
 struct InputDevice {
   /// "/dev/input/event3"
   std::filesystem::path node;
   /// The kernel's name of the device behind it: "input17".
   std::string device;
-  /// It can send a brightness key's code.
+  /// Whether it can send a brightness key's code.
   bool hasBrightnessKeys = false;
 };
 
-/// All input device files; none of them is opened.
+/// All input device files, without opening them.
 std::vector<InputDevice> inputDevices();
 
 /// An open device's keymap.

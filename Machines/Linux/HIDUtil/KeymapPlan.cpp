@@ -7,7 +7,7 @@
 namespace brivane {
 namespace {
 
-/// The brightness key's code that is the key's own; nothing for other keys.
+/// The key's own code, if it is a brightness key's.
 std::optional<KeyCode> ownCode(const std::string& device, const KeymapKey& key,
                                const std::vector<ChangedKey>& changed) {
   if (key.keycode == KEY_BRIGHTNESSUP || key.keycode == KEY_BRIGHTNESSDOWN) return key.keycode;

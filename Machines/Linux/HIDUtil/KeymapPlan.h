@@ -10,7 +10,7 @@
 
 namespace brivane {
 
-/// What a keyboard sends for a key: 1 to 32 bytes, of whatever meaning.
+/// What a keyboard sends for a key: 1 to 32 opaque bytes.
 using Scancode = std::string;
 
 /// One key of a keyboard's keymap.
@@ -26,14 +26,14 @@ struct ChangedKey {
   /// The kernel's name of the keyboard ("input17"), which it never uses twice between restarts.
   std::string device;
   Scancode scancode;
-  /// The brightness key's code that it had.
+  /// Its own code, a brightness key's.
   KeyCode original = 0;
   KeyCode relay = 0;
 
   bool operator==(const ChangedKey&) const = default;
 };
 
-/// A brightness key of a keyboard: the code it has of its own, has now, and is to have.
+/// A brightness key of a keyboard: its own code, its current and its wanted code.
 struct PlannedKey {
   Scancode scancode;
   KeyCode original = 0;
@@ -44,11 +44,11 @@ struct PlannedKey {
 };
 
 /// The relay keys' codes by the brightness keys' codes. Of several entries for one source the first
-/// counts; entries for other sources, or to other destinations, have no place in a keymap.
+/// counts; entries with other sources or destinations are skipped.
 std::map<KeyCode, KeyCode> relaysIn(const UserKeyMapping& mapping);
 
-/// The keyboard's brightness keys. A key that `changed` says was changed counts as one as long as
-/// it still has the relay key's code; otherwise somebody else has changed it since. Pure.
+/// The keyboard's brightness keys. A key in `changed` counts as one while it still has the relay
+/// key's code; otherwise another program has changed it since. Pure.
 std::vector<PlannedKey> planKeymap(const std::string& device, const std::vector<KeymapKey>& keymap,
                                    const std::vector<ChangedKey>& changed,
                                    const std::map<KeyCode, KeyCode>& relays);

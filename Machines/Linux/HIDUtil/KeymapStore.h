@@ -19,22 +19,21 @@ struct KeymapState {
   bool operator==(const KeymapState&) const = default;
 };
 
-/// Keeps the state in one file of a folder. As the keymaps themselves do, it ends with a restart of
-/// the computer.
+/// Stores the state in one file of a folder. Like the keymaps, it doesn't survive a restart.
 class KeymapStore {
  public:
   explicit KeymapStore(std::filesystem::path stateFolder) : folder(std::move(stateFolder)) {}
 
-  /// The empty state when there is no file, or one that can't be understood. Changed keys that no
-  /// mapping could have made are left out. A link is not followed: why the file can't be read, in
-  /// words for a person.
+  /// The empty state when the file is missing or invalid. Changed keys that no mapping could have
+  /// made are left out. An error text for people when the file can't be read; links are not
+  /// followed.
   std::variant<KeymapState, std::string> load() const;
 
-  /// Moves a file that can't be understood out of the way of `save`, and says so in words for a
-  /// person; nothing when there was none.
+  /// Renames an invalid file, so that `save` doesn't overwrite it. Returns what was renamed, for
+  /// people; nothing when no file was invalid.
   std::optional<std::string> setAsideIfNotUnderstood() const;
 
-  /// Makes the folder if needed. Nothing on success, else why not, in words for a person.
+  /// Creates the folder if needed. Returns nothing on success, else an error text for people.
   std::optional<std::string> save(const KeymapState& state) const;
 
   const std::filesystem::path folder;

@@ -1,4 +1,4 @@
-// brivane-hidutil: stands where the Mac has its system tool for key mappings.
+// brivane-hidutil: the stand-in for the Mac's key-mapping tool.
 
 #include <sys/auxv.h>
 #include <unistd.h>
@@ -12,7 +12,7 @@
 namespace {
 
 brivane::HIDUtil::Rights rights() {
-  // The last is what the kernel says of capabilities that the file has.
+  // AT_SECURE is set for files with capabilities.
   const bool areCallers =
       ::getegid() == ::getgid() && ::geteuid() == ::getuid() && ::getauxval(AT_SECURE) == 0;
   return areCallers ? brivane::HIDUtil::Rights::callers : brivane::HIDUtil::Rights::lent;

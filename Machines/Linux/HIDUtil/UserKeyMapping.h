@@ -24,8 +24,8 @@ std::optional<UserKeyMapping> parseKeyMapping(const std::string& json);
 /// The mapping as that JSON text, on one line.
 std::string keyMappingJson(const UserKeyMapping& mapping);
 
-/// The mapping as a person reads it: a parenthesised list of blocks in braces, one line per number;
-/// "(null)" when it is empty. Ends with a line break.
+/// The mapping in the Mac tool's output format: a parenthesised list of blocks in braces, one line
+/// per number; "(null)" when empty. Ends with a line break.
 std::string keyMappingListing(const UserKeyMapping& mapping);
 
 }  // namespace brivane

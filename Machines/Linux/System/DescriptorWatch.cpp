@@ -1,5 +1,5 @@
-// Neither XCB nor sd-bus may be used by one thread while another waits in it, so the queue waits
-// with poll alone, once, and the main thread asks for the next wait after it has read everything.
+// Neither XCB nor sd-bus may be used by one thread while another waits in it. So the queue waits
+// once, with `poll`, and the main thread starts the next wait after it has read everything.
 #include "Machines/Linux/System/DescriptorWatch.h"
 
 #include <poll.h>
@@ -20,7 +20,7 @@ FileDescriptor makeEnd() {
   return made;
 }
 
-/// Waits for either; false when it is the end.
+/// Waits for either; false for `end`.
 bool becomesReadable(int descriptor, int end) {
   std::array<pollfd, 2> watched = {{{descriptor, POLLIN, 0}, {end, POLLIN, 0}}};
   while (::poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) {

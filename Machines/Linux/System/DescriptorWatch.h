@@ -10,15 +10,14 @@
 
 namespace brivane {
 
-/// Puts a task on the main queue whenever there is something to read from a descriptor. A queue
-/// waits for that; all reading is the main thread's. Main thread; it must end before the Runtime,
-/// which has to be one of real time.
+/// Runs a main-queue task whenever a descriptor becomes readable. A serial queue waits; the main
+/// thread reads. Main thread; destroy it before the Runtime, which must be one of real time.
 class DescriptorWatch {
  public:
-  /// Reads what there is; false when nothing more will come.
+  /// Reads everything available; false at the end.
   using Handler = std::function<bool()>;
 
-  /// `watchedDescriptor` must stay open as long as this. `label` is for debuggers.
+  /// `watchedDescriptor` must stay open during this object's life. `label` is for debuggers.
   DescriptorWatch(Runtime& machineRuntime, const std::string& label, int watchedDescriptor,
                   Handler readHandler);
   ~DescriptorWatch();
@@ -31,7 +30,7 @@ class DescriptorWatch {
   Runtime& runtime;
   const int descriptor;
   const Handler handler;
-  /// Can be read from when the waiting is to end.
+  /// Becomes readable to end the wait.
   const FileDescriptor end;
   const std::shared_ptr<SerialQueue> queue;
   LivenessAnchor anchor;

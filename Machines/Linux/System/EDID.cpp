@@ -1,6 +1,6 @@
-// The EDID base block (VESA E-EDID 1.3 and 1.4 agree on everything read here). Text in it is meant
-// to be ASCII, ended by a line feed and padded with blanks; panels in the field end it with zeros,
-// fill all thirteen bytes or put other bytes in, so only what can be printed anywhere is kept.
+// The EDID base block (VESA E-EDID 1.3 and 1.4 agree on everything read here). Text should be
+// ASCII, ended by a line feed and padded with blanks; real panels end it with zeros, fill all
+// thirteen bytes or use other bytes, so only printable ASCII is kept.
 
 #include "Machines/Linux/System/EDID.h"
 
@@ -47,7 +47,7 @@ std::string printableText(Bytes bytes) {
   return text;
 }
 
-/// A descriptor that begins with a pixel clock of 0 is no timing; its fourth byte says what it is.
+/// A descriptor with a pixel clock of 0 is no timing; its fourth byte is its type.
 bool isName(Bytes descriptor) {
   return descriptor[0] == 0 && descriptor[1] == 0 && descriptor[2] == 0 && descriptor[3] == nameTag;
 }

@@ -9,10 +9,10 @@
 
 namespace brivane {
 
-/// What a panel says about itself in the base block of its EDID.
+/// A panel's identity and name, from the base block of its EDID.
 struct EDID {
-  /// The vendor is the three-letter manufacturer code as the 16-bit number it is stored as, most
-  /// significant byte first ("APP" is 0x0610); the model has 16 bits too.
+  /// The vendor is the stored 16-bit number of the three-letter manufacturer code, big-endian
+  /// ("APP" is 0x0610); the model has 16 bits, too.
   PanelIdentity panel;
   /// Printable ASCII without blanks at either end; empty when the panel has no name.
   std::string name;

@@ -11,11 +11,10 @@ std::string environmentText(const char* variable);
 /// The variable's path; empty when it is unset or relative.
 std::filesystem::path environmentPath(const char* variable);
 
-/// The user's home folder as HOME says, else as the system's list of users does.
+/// The user's home folder: HOME, else from the user database.
 std::filesystem::path userHomeFolder();
 
-/// "$XDG_CONFIG_HOME", where the variable counts only as an absolute path; else the user's
-/// ".config".
+/// "$XDG_CONFIG_HOME" if it is an absolute path, else ".config" in the home folder.
 std::filesystem::path userSettingsFolder();
 
 }  // namespace brivane

@@ -8,7 +8,7 @@
 namespace brivane {
 
 LinuxLog::LinuxLog() : isSeen(::isatty(STDERR_FILENO) == 1) {
-  // This only notes the name; the log is connected to with the first line.
+  // Only stores the name; the first line opens the connection.
   ::openlog("Brivane", LOG_PID, LOG_USER);
 }
 
@@ -23,7 +23,7 @@ void LinuxLog::writeVisibly(std::string_view line) {
 }
 
 void LinuxLog::writeToStandardError(std::string_view line) {
-  // In one piece, so that lines of several threads don't mix.
+  // One write, so that lines of several threads don't mix.
   const std::string whole = std::string(line) + "\n";
   [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, whole.data(), whole.size());
 }

@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// The system's log under the name "Brivane", and standard error too when a person can see it.
+/// syslog under the name "Brivane", and standard error, too, if it is a terminal.
 class LinuxLog : public SystemLog {
  public:
   LinuxLog();

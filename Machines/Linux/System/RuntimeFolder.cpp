@@ -9,7 +9,7 @@
 namespace brivane {
 namespace {
 
-/// A program run by "sudo" can still see the user's variable; the folder is not its own then.
+/// Under "sudo" the variable may still name the user's folder, which is not root's own.
 bool isOwnFolder(const std::filesystem::path& folder) {
   struct stat status {};
   return folder.is_absolute() && ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&

@@ -4,14 +4,14 @@
 
 namespace brivane {
 
-/// A library that is loaded when somebody first needs it, so that programs which never do don't pay
-/// for it, and whose absence is no failure of the program. It stays loaded.
+/// A library loaded at run time, so that programs that don't need it don't pay for it, and can run
+/// without it. It stays loaded.
 class SharedLibrary {
  public:
-  /// `fileName` as the linker's tables have it, as "libsystemd.so.0".
+  /// `fileName` is the soname, such as "libsystemd.so.0".
   explicit SharedLibrary(const char* fileName) : handle(::dlopen(fileName, RTLD_LAZY)) {}
 
-  /// Takes the function of that name; whether it is there.
+  /// Looks the function up; returns whether it exists.
   template <typename Function>
   bool find(const char* name, Function*& function) const {
     if (handle == nullptr) return false;

@@ -9,24 +9,24 @@
 
 namespace brivane {
 
-/// The kernel's attribute files. They announce no useful size, so they are read to their end.
+/// sysfs attributes. Their reported size is useless, so they are read to their end.
 
-/// The bytes of an attribute; nothing when it can't be read.
+/// An attribute's bytes; nothing when it can't be read.
 std::optional<std::string> readAttribute(const std::filesystem::path& file);
 
-/// The text of an attribute without the line break that ends it; nothing when it can't be read.
+/// An attribute's text without its final line break; nothing when it can't be read.
 std::optional<std::string> readTextAttribute(const std::filesystem::path& file);
 
 /// The attribute as a whole number of 0 or more; nothing for any other content.
 std::optional<std::int64_t> readNumberAttribute(const std::filesystem::path& file);
 
-/// Writes an attribute in one go. 0 on success, else the system's error number.
+/// Writes an attribute in one call. Returns 0 or the system's error number.
 int writeAttribute(const std::filesystem::path& file, std::string_view text);
 
 /// The names in a folder, sorted; empty when there is no such folder or it can't be read.
 std::vector<std::string> namesIn(const std::filesystem::path& folder);
 
-/// The number behind `prefix` when `name` is just that ("i2c-5", "i2c-"); nothing otherwise.
+/// The number behind `prefix`, if `name` is exactly that ("i2c-5" with "i2c-"); else nothing.
 std::optional<unsigned> numberBehind(std::string_view prefix, std::string_view name);
 
 }  // namespace brivane

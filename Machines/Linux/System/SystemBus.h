@@ -6,18 +6,17 @@
 
 namespace brivane {
 
-/// What is used of libsystemd's D-Bus client; loaded when this is made. A connection belongs to one
-/// thread at a time.
+/// The used part of libsystemd's D-Bus client; loaded by the constructor. A connection must be used
+/// by one thread at a time.
 class SystemBusLibrary {
  public:
   SystemBusLibrary();
 
-  /// Nothing may be called otherwise.
+  /// If false, nothing else may be called.
   bool isLoaded() const { return loaded; }
 
   using Connection = std::shared_ptr<sd_bus>;
-  /// A connection of its own to the system's bus, whose calls give up after a second; null when
-  /// there is no such bus.
+  /// A new connection to the system bus, whose calls time out after a second; null without a bus.
   Connection connect() const;
 
   decltype(&sd_bus_match_signal) matchSignal = nullptr;
@@ -42,7 +41,7 @@ namespace logind {
 inline constexpr auto service = "org.freedesktop.login1";
 inline constexpr auto managerPath = "/org/freedesktop/login1";
 inline constexpr auto managerInterface = "org.freedesktop.login1.Manager";
-/// The session of whoever asks.
+/// The caller's session.
 inline constexpr auto sessionPath = "/org/freedesktop/login1/session/auto";
 inline constexpr auto sessionInterface = "org.freedesktop.login1.Session";
 }  // namespace logind

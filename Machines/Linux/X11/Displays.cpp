@@ -1,5 +1,5 @@
-// RandR as the program's display system. Nothing is remembered between calls: the server is on the
-// same computer, answers in hundredths of a millisecond, and is always right.
+// Nothing is cached between calls: the X server is local and answers in hundredths of a
+// millisecond.
 
 #include "Machines/Linux/X11/Displays.h"
 
@@ -13,7 +13,7 @@
 namespace brivane {
 namespace {
 
-/// The questions that a screen's name takes, asked but not yet answered.
+/// The pending requests for a screen's name.
 struct NameQuestions {
   xcb_randr_get_output_info_cookie_t connector{};
   xcb_randr_get_output_property_cookie_t edid{};
@@ -36,8 +36,8 @@ std::string readName(const XServer& server, const NameQuestions& questions) {
   return edid.name.empty() ? connector : edid.name;
 }
 
-/// RandR's own word for a panel that can't be unplugged, from drivers whose connector names don't
-/// tell: the property "ConnectorType" with the atom "Panel".
+/// RandR's property "ConnectorType" with the atom "Panel": a built-in panel, from drivers whose
+/// connector names don't show it.
 bool readConnectorIsPanel(const XServer& server, xcb_randr_get_output_property_cookie_t question) {
   const XReply<xcb_randr_get_output_property_reply_t> reply(
       xcb_randr_get_output_property_reply(server.connection, question, nullptr));

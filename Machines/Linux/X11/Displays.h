@@ -9,10 +9,10 @@
 
 namespace brivane {
 
-/// The displays of an X screen: every RandR output with a CRTC. A display's identifier is its
-/// output's, its numbers and name come from the output's EDID, and a display without a usable EDID
-/// has numbers 0 and the name of its connector. Without an X server there is no display. The main
-/// screen is the primary output, or the leftmost when none is primary.
+/// The displays of an X screen: every RandR output with a CRTC. The identifier is the output's;
+/// vendor, model, serial number and name come from the EDID; without a usable EDID they are 0 and
+/// the connector's name. Without an X server there are no displays. The main screen is the primary
+/// output, or else the leftmost.
 class LinuxDisplays : public DisplaySystem {
  public:
   /// `itsConnection` must outlive this.
@@ -23,7 +23,6 @@ class LinuxDisplays : public DisplaySystem {
   bool isBuiltIn(DisplayID display) override;
   PanelIdentity panelIdentity(DisplayID display) override;
   std::vector<Screen> screens() override;
-  /// The primary output's, or else the leftmost one.
   std::optional<Screen> mainScreen() override;
   Point pointerPosition() override;
 

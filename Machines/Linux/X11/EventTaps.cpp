@@ -1,6 +1,5 @@
-// A synchronous grab freezes the keyboard with the press that sets it off, until this program says
-// what becomes of it: to be taken back and go where it would have gone, or to stay here, and the
-// keyboard goes on.
+// A synchronous grab freezes the keyboard at the key's press until this program calls AllowEvents:
+// ReplayKeyboard forwards the press to its normal receiver, AsyncKeyboard swallows it.
 #include "Machines/Linux/X11/EventTaps.h"
 
 #include <linux/input-event-codes.h>
@@ -81,9 +80,8 @@ void LinuxEventTaps::handle(const xcb_generic_event_t& event) {
   if (!isBrightnessKey(key.detail)) return;
   if (event.response_type == XCB_KEY_RELEASE) keyReleased(key.detail);
   if (event.response_type != XCB_KEY_PRESS) return;
-  // The server may not be holding this press back: it is a repeat, or another key's grab brought it
-  // here. Then a verdict does nothing, even when a later press is held back by now: the time says
-  // which.
+  // The server may not be holding this press back: it may be a repeat, or have come through another
+  // key's grab. The event's time then keeps AllowEvents from affecting a later held-back press.
   const bool hasPassed = keyPressed(key.detail);
   if (hasPassed) awaitRelease(key.detail);
   allow(hasPassed ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_ASYNC_KEYBOARD, key.time);
@@ -109,7 +107,7 @@ bool LinuxEventTaps::keyPressed(xcb_keycode_t key) {
   return hasPassed;
 }
 
-/// Once the press has gone on, the grab that brought it here tells nothing more.
+/// After forwarding the press, the grab reports no release.
 void LinuxEventTaps::awaitRelease(xcb_keycode_t key) {
   if (!swallowedKeys.contains(key) && releases.listen()) passedKeys.insert(key);
 }

@@ -15,13 +15,14 @@
 
 namespace brivane {
 
-/// The keyboard's two brightness keys, which wait in the X server for a verdict as long as a tap is
-/// enabled. When another program has them, taps are made all the same and see nothing, and one line
-/// of the log says so. There are no taps without an X server.
+/// Event taps for the two brightness keys. While a tap is enabled, a synchronous grab holds each
+/// press back in the X server until the tap's verdict. When another program has grabbed the keys,
+/// taps are created but receive no events, and the log says so. Without an X server no tap can be
+/// created.
 ///
-/// The release of a press that passed is told when it has gone on already, whatever the verdict;
-/// and only by servers with the input extension 2.1. What follows a swallowed press is swallowed
-/// with it, whatever the verdicts.
+/// The release of a forwarded press is reported after its delivery, so its verdict has no effect;
+/// this needs the X Input extension 2.1. Repeats and the release of a swallowed press are swallowed
+/// regardless of their verdicts.
 class LinuxEventTaps : public EventTapPort {
  public:
   /// Both must outlive this, and this must outlive its taps.
@@ -29,10 +30,10 @@ class LinuxEventTaps : public EventTapPort {
 
   std::unique_ptr<EventTap> createTap(Handler handler) override;
 
-  /// A key that was sent to a window of this program which has the keyboard; whether it is one of
-  /// the brightness keys and a tap is enabled. It goes nowhere else, whatever the verdict.
+  /// Handles a key event of this program's window that has grabbed the keyboard. Returns whether it
+  /// is a brightness key and a tap is enabled; then it is swallowed regardless of the verdict.
   bool take(const WindowKey& key);
-  /// No such window has the keyboard any more.
+  /// That window has released the keyboard.
   void keyboardIsBack();
 
  private:
@@ -41,11 +42,11 @@ class LinuxEventTaps : public EventTapPort {
   void grabOrUngrab();
   bool grab(xcb_connection_t* connection, xcb_keycode_t key);
   void handle(const xcb_generic_event_t& event);
-  /// Whether it passes on.
+  /// Returns whether the press is to be forwarded.
   bool keyPressed(xcb_keycode_t key);
   void keyReleased(xcb_keycode_t key);
   void awaitRelease(xcb_keycode_t key);
-  /// Whether it was awaited.
+  /// Returns whether the release was awaited.
   bool awaitReleaseNoMore(xcb_keycode_t key);
   void passedKeyReleased(xcb_keycode_t key);
   void allow(std::uint8_t mode, xcb_timestamp_t time);
@@ -54,9 +55,9 @@ class LinuxEventTaps : public EventTapPort {
   SystemLog& log;
   TapStream stream;
   bool hasGrabs = false;
-  /// Keys whose press was swallowed and that have not gone up since.
+  /// Pressed keys whose press was swallowed.
   std::set<xcb_keycode_t> swallowedKeys;
-  /// Keys whose press went to others, as their release will.
+  /// Pressed keys whose press was forwarded; so will be their release.
   std::set<xcb_keycode_t> passedKeys;
   XKeyReleases releases;
   Observation keys;

@@ -1,7 +1,7 @@
-// Gamma on X belongs to the CRTC, not to the output: a display that is switched off and on again
-// may come back on another one, so the CRTC is looked up anew for every call. A CRTC keeps its
-// ramps while it feeds nothing; whose they were nobody knows then. Every write waits for the
-// server's verdict: a program that quits right after restoring must not lose the last requests.
+// On X, gamma ramps belong to the CRTC, not to the output: a display that is switched off and on
+// may get another CRTC, so the CRTC is looked up for every call. An idle CRTC keeps its ramps,
+// whichever output they were for. Every write waits for the server's reply, so that a program that
+// quits right after restoring loses no requests.
 
 #include "Machines/Linux/X11/Gamma.h"
 
@@ -126,7 +126,7 @@ void LinuxGammaTables::calibrateActiveOutputs() {
   for (const xcb_void_cookie_t write : writes) succeeded(*server, write);
 }
 
-/// A display that went off while it was dimmed must not come back so.
+/// So that a display that was switched off while dimmed doesn't come back dimmed.
 void LinuxGammaTables::clearIdleRamps() {
   const auto server = connection.server();
   if (!server) return;

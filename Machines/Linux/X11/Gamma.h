@@ -8,10 +8,10 @@
 
 namespace brivane {
 
-/// The gamma ramps of RandR's CRTCs. A display's table is the ramp of the CRTC that feeds it: of
-/// the CRTC's own size (tables of other counts are interpolated to it), with 16-bit levels (what
-/// lies outside 0 to 1 is cut off). It outlives this process. The calibrated table is the one in
-/// the output's colour profile, else the linear one; CRTCs that feed nothing get that too.
+/// The gamma ramps of RandR's CRTCs. A display's table is its CRTC's ramp: tables are interpolated
+/// to the ramp's size, samples clamped to 0 to 1 and stored in 16 bits. Ramps outlive this process.
+/// The calibrated table is the one in the output's colour profile, else the linear one; restoring
+/// gives idle CRTCs the linear one.
 class LinuxGammaTables : public GammaTables {
  public:
   /// `itsConnection` must outlive this.

@@ -18,7 +18,7 @@ double sampleAt(std::span<const float> curve, double position) {
   const auto below = static_cast<std::size_t>(position);
   const std::size_t above = std::min(below + 1, curve.size() - 1);
   const double fraction = position - static_cast<double>(below);
-  // Without the shortcut an infinite neighbour would turn a sample that is hit exactly into none.
+  // Otherwise 0 times an infinite neighbour would give NaN.
   if (fraction == 0.0) return curve[below];
   return curve[below] + fraction * (static_cast<double>(curve[above]) - curve[below]);
 }
@@ -29,7 +29,7 @@ std::vector<std::uint16_t> hardwareRamp(std::span<const float> curve, std::size_
   const std::size_t steps = size > 1 ? size - 1 : 1;
   std::vector<std::uint16_t> ramp(size);
   for (std::size_t index = 0; index < size; ++index) {
-    // The product comes first: it is exact, so a curve of the ramp's own size is hit exactly.
+    // The product first: it is exact, so a curve of the ramp's own size is copied exactly.
     const auto scaled = static_cast<double>(index * (curve.size() - 1));
     ramp[index] = hardwareLevel(sampleAt(curve, scaled / static_cast<double>(steps)));
   }

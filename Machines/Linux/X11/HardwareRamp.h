@@ -8,8 +8,8 @@
 namespace brivane {
 
 /// `curve` (one sample or more, 1.0 being white) as the `size` 16-bit levels of a CRTC's gamma
-/// ramp. A ramp has the size it has, so a curve of another count is interpolated linearly; what
-/// lies outside 0 to 1 can't be expressed and becomes the nearest level (not a number becomes 0).
+/// ramp. A curve of another count is interpolated linearly; samples are clamped to 0 to 1, NaN
+/// becomes 0.
 std::vector<std::uint16_t> hardwareRamp(std::span<const float> curve, std::size_t size);
 
 /// The ramp that changes nothing, from 0 to 65535.

@@ -1,12 +1,12 @@
-// When a grabbed key goes down, the server sends everything that is typed to this program until the
-// same key goes up again. Then it stops, even when the key of another hotkey is still down, whose
-// release would never arrive: a user who rolls from one key to the next would find the second one
-// held for ever. So while hotkeys are held beyond that moment, the whole keyboard is.
+// From a grabbed key's press to its release, the server sends all keys to this program. When a
+// second hotkey is still held after that, its release would never arrive, and it would count as
+// held for ever. So the whole keyboard is grabbed then, until all hotkeys are released.
 //
-// A menu of this program holds the keyboard, too, and no grab of a key counts meanwhile. The keys
-// that the menu is sent come here by `take`.
+// An open menu of this program grabs the keyboard, too, which suspends the grabs of keys. The
+// menu's key events come here by `take`.
 //
-// A grab wants its modifiers exactly, Caps Lock and Num Lock among them, which no user means.
+// A grab is for an exact set of modifiers, so each hotkey is grabbed with every combination of Caps
+// Lock and Num Lock.
 #include "Machines/Linux/X11/Hotkeys.h"
 
 #include <algorithm>
@@ -56,7 +56,7 @@ std::variant<HotkeyReference, HotkeyStatus> LinuxHotkeys::registerHotkey(std::ui
   xcb_connection_t* const connection = events.connection();
   if (connection == nullptr) return noServer;
   const auto receive = [handler = handler, hotkey](HotkeyEvent event) {
-    // It may remove itself.
+    // Copied: the handler may remove itself.
     const Handler current = *handler;
     if (current) current(event, hotkey);
   };
@@ -90,13 +90,13 @@ bool LinuxHotkeys::isDown(KeyCombination combination) {
          keyboard.heldModifiers() == combination.modifiers;
 }
 
-/// A repeat sets a grab off as a press does. Of a key that is down before it is grabbed (it was
-/// just typed into the editor, say), no repeat is a press.
+/// A grab reports repeats as presses. Those of a key that was down before the grab (just typed into
+/// the editor, say) are ignored.
 void LinuxHotkeys::ignoreUntilReleased(xcb_keycode_t key) {
   if (heldKeys.insert(key).second) outliveGrab();
 }
 
-/// 0, or the code of the last error.
+/// Returns 0 or the last error's code.
 HotkeyStatus LinuxHotkeys::grab(xcb_connection_t* connection, const GrabbedKey& grabbed) {
   const auto locks = lockVariants(grabbed.meaning);
   std::array<xcb_void_cookie_t, locks.size()> requests{};
@@ -123,14 +123,14 @@ void LinuxHotkeys::ungrab(const GrabbedKey& grabbed) {
   xcb_flush(connection);
 }
 
-/// Takes the combinations with the bits that their modifiers have now. One that another program has
-/// with those stays silent.
+/// Grabs the combinations again with the layout's current modifier bits. One that another program
+/// has grabbed stays without effect.
 void LinuxHotkeys::followLayout() {
   const XModifiers meaning = keymap.modifiers();
   xcb_connection_t* const connection = events.connection();
   const auto differs = [&](const auto& entry) { return entry.second.meaning != meaning; };
   if (connection == nullptr || std::ranges::none_of(grabs, differs)) return;
-  // All of them first: the bits of one may be another's now.
+  // First ungrab all: one's new bits may be another's old ones.
   for (const auto& [reference, grabbed] : grabs) ungrab(grabbed);
   for (auto& [reference, grabbed] : grabs) {
     grabbed.modifiers = xModifiers(meaning, hotkeyModifiers(grabbed.meaning, grabbed.modifiers));
@@ -143,7 +143,7 @@ void LinuxHotkeys::handle(const xcb_generic_event_t& event) {
   const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
   if (event.response_type == XCB_KEY_PRESS) keyPressed(key.detail, key.state);
   if (event.response_type == XCB_KEY_RELEASE) keyReleased(key.detail);
-  // What was sent because of a hold that has ended since is not followed by its release.
+  // A key reported by a hold that has ended since won't be followed by its release.
   const bool isOfEarlierHold = event.full_sequence < endOfHold;
   if (event.response_type == XCB_KEY_RELEASE || isOfEarlierHold) outliveGrab();
 }
@@ -177,8 +177,7 @@ void LinuxHotkeys::keyReleased(xcb_keycode_t key) {
   if (!heldKeys.empty()) table.keepModifiers(keyboard.heldModifiers());
 }
 
-/// The grab that told of the held keys may have ended: the whole keyboard is held until they are
-/// up.
+/// The held keys' grab may have ended: grabs the whole keyboard until they are released.
 void LinuxHotkeys::outliveGrab() {
   if (!heldKeys.empty()) holdKeyboard();
   if (heldKeys.empty() && std::exchange(holdsKeyboard, false)) {
@@ -189,8 +188,8 @@ void LinuxHotkeys::outliveGrab() {
   }
 }
 
-/// Has every key sent here, and looks which went up just before. What another program keeps from
-/// being sent counts as up.
+/// Grabs the whole keyboard and releases keys that are up already. When another program has the
+/// keyboard, all held keys count as released.
 void LinuxHotkeys::holdKeyboard() {
   if (holdsKeyboard) return;
   xcb_connection_t* const connection = events.connection();

@@ -16,8 +16,8 @@
 
 namespace brivane {
 
-/// Hotkeys as grabbed keys. The statuses are X's error codes (10: another program has the
-/// combination, or this one; 2: no such key on a PC's keyboard) and 107 without an X server.
+/// Hotkeys as grabbed keys. The statuses are X's error codes (10: the combination is taken, by this
+/// program or another; 2: no such key on a PC's keyboard) and 107 without an X server.
 class LinuxHotkeys : public HotkeyPort {
  public:
   /// All must outlive this.
@@ -30,10 +30,10 @@ class LinuxHotkeys : public HotkeyPort {
                                                              HotkeyID hotkey) override;
   void unregisterHotkey(HotkeyReference reference) override;
 
-  /// A key that was sent to a window of this program which has the keyboard; whether it is a
-  /// hotkey's.
+  /// Handles a key event of this program's window that has grabbed the keyboard; returns whether it
+  /// is a hotkey's.
   bool take(const WindowKey& key);
-  /// No such window has the keyboard any more.
+  /// That window has released the keyboard.
   void keyboardIsBack();
 
  private:
@@ -61,11 +61,10 @@ class LinuxHotkeys : public HotkeyPort {
   const std::shared_ptr<Handler> handler = std::make_shared<Handler>();
   HotkeyTable table;
   std::map<HotkeyReference, GrabbedKey> grabs;
-  /// The keys that went down as hotkeys, or became some while they were down, and have not been
-  /// seen to go up.
+  /// Held keys that were pressed as hotkeys, or became hotkeys while held.
   std::set<xcb_keycode_t> heldKeys;
   bool holdsKeyboard = false;
-  /// The number of the request that ended the last hold; events up to it have smaller numbers.
+  /// The sequence number of the request that ended the last hold; earlier events have smaller ones.
   std::uint32_t endOfHold = 0;
   Observation keys;
   Observation layout;

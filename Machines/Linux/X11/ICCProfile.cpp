@@ -1,8 +1,8 @@
-// ICC profiles, of which only one thing is read: the "vcgt" tag, a private tag that every
-// calibration program writes and no standard describes. Its element is the signature, four zero
-// bytes and a kind: 0 is a table (channels, entries, bytes per entry, then the entries channel by
-// channel), 1 a formula (gamma, minimum and maximum per channel as 16.16 fixed point numbers).
-// Everything is big-endian. The bytes come from other programs, so nothing in them is believed.
+// Reads the "vcgt" tag of ICC profiles, a private tag that all calibration programs write and no
+// standard describes. Its element is the signature, four zero bytes and a kind: 0 is a table
+// (channels, entries, bytes per entry, then the entries channel by channel), 1 a formula (gamma,
+// minimum and maximum per channel as 16.16 fixed point numbers). Everything is big-endian, and
+// untrusted: other programs write profiles.
 
 #include "Machines/Linux/X11/ICCProfile.h"
 
@@ -21,7 +21,7 @@ constexpr std::uint32_t tableKind = 0;
 constexpr std::uint32_t formulaKind = 1;
 constexpr double fixedPointOne = 65536.0;
 
-/// Takes big-endian numbers from the front of some bytes; once they run out, everything is nothing.
+/// Takes big-endian numbers from the front of some bytes; nothing after their end.
 class Reader {
  public:
   explicit Reader(std::span<const std::uint8_t> someBytes) : bytes(someBytes) {}
@@ -56,7 +56,7 @@ std::optional<std::span<const std::uint8_t>> part(std::span<const std::uint8_t> 
   return reader.take(size);
 }
 
-/// The bytes that the profile itself says it has; nothing if it isn't one or has lost its end.
+/// The bytes up to the profile's own size; nothing if they are no profile or truncated.
 std::optional<std::span<const std::uint8_t>> wholeProfile(std::span<const std::uint8_t> bytes) {
   const auto size = Reader(bytes).number(4);
   if (!size || *size < headerSize || *size > bytes.size()) return std::nullopt;
@@ -108,7 +108,7 @@ double fixedPoint(Reader& numbers) {
   return static_cast<std::int32_t>(numbers.number(4).value_or(0)) / fixedPointOne;
 }
 
-/// Empty for a formula that no screen can follow.
+/// Empty for an invalid formula.
 std::vector<float> formulaCurve(Reader& numbers, std::size_t count) {
   const double gamma = fixedPoint(numbers);
   const double minimum = fixedPoint(numbers);

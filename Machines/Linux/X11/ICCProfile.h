@@ -13,10 +13,9 @@ namespace brivane {
 /// inputs evenly spaced over 0 to 1.
 using CalibrationCurves = std::array<std::vector<float>, 3>;
 
-/// The curves that a display's ICC profile wants in the graphics card's tables: its "vcgt" tag. A
-/// table keeps the count it has in the profile; a formula is worked out for `formulaSamples` (at
-/// least 2) inputs. Nothing when the bytes are no whole profile, hold no such tag or one that makes
-/// no sense. Pure.
+/// The curves of an ICC profile's "vcgt" tag, for the graphics card's gamma tables. A table keeps
+/// its count; a formula is computed for `formulaSamples` (at least 2) inputs. Nothing when the
+/// profile is damaged, or the tag is missing or invalid. Pure.
 std::optional<CalibrationCurves> calibrationCurves(std::span<const std::uint8_t> profile,
                                                    std::size_t formulaSamples);
 

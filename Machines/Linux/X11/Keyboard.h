@@ -21,7 +21,7 @@ class LinuxKeyboard : public Keyboard {
   std::uint64_t modifierFlags() override;
   bool isKeyDown(std::uint16_t keyCode) override;
 
-  /// Which modifiers are down, as hotkeys count them.
+  /// The modifiers that are down, as hotkey modifier bits.
   std::uint32_t heldModifiers();
 
  private:

@@ -1,6 +1,6 @@
-// Which colour profile belongs to which output. The root window's properties count monitors in the
-// order in which the server lists them (the primary first, then by CRTC), which need not be ours,
-// so that list is asked for, but only when some output has no profile of its own.
+// The root window's properties number monitors in the server's order (the primary first, then by
+// CRTC), which may differ from ours. That list is requested only when some output has no profile of
+// its own.
 
 #include "Machines/Linux/X11/OutputProfiles.h"
 
@@ -31,7 +31,7 @@ ProfileBytes rootProfile(const XServer& server, std::size_t monitor) {
   return {bytes, bytes + xcb_get_property_value_length(reply.get())};
 }
 
-/// The outputs of each monitor, in the order in which the server counts monitors.
+/// The outputs of each monitor, in the server's order.
 std::vector<std::vector<xcb_randr_output_t>> readMonitors(const XServer& server) {
   const auto cookie = xcb_randr_get_monitors(server.connection, server.root, 1);
   const XReply<xcb_randr_get_monitors_reply_t> reply(

@@ -11,9 +11,9 @@ namespace brivane {
 /// The bytes of an ICC profile; empty where a display has none.
 using ProfileBytes = std::vector<std::uint8_t>;
 
-/// The ICC profile of each output, in the same order. Colour managers leave profiles on the server:
-/// as the property "_ICC_PROFILE" of the output or, the older way, of the root window, where the
-/// n-th further monitor has "_ICC_PROFILE_n". An output's own property is the one that counts.
+/// The ICC profile of each output, in the same order. Colour managers store profiles on the server:
+/// in the output's property "_ICC_PROFILE" or, the older way, in the root window's, which for the
+/// n-th further monitor is "_ICC_PROFILE_n". The output's own property has precedence.
 std::vector<ProfileBytes> readOutputProfiles(const XServer& server,
                                              std::span<const XOutput> outputs);
 

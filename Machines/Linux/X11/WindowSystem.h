@@ -9,7 +9,7 @@
 
 namespace brivane {
 
-/// What the frame has to do with the machine's keys, and what both do when their server goes.
+/// Passes a frame's key events to the machine, and handles the loss of the X server.
 class LinuxWindowSystem : public SharedWindowSystem {
  public:
   /// All must outlive this.

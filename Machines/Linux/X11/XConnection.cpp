@@ -1,7 +1,6 @@
-// Opening costs three round trips: the connection's own, one for RandR and the atoms together, and
-// one for the CRTCs.
-// Everything here is XCB rather than Xlib because it does not end the process when the server dies:
-// each later question simply has no answer.
+// Opening takes three round trips: the connection's own, one for RandR and the atoms, one for the
+// CRTCs. XCB rather than Xlib because Xlib ends the process when the server dies; with XCB, later
+// requests get no reply.
 
 #include "Machines/Linux/X11/XConnection.h"
 
@@ -16,7 +15,7 @@
 namespace brivane {
 namespace {
 
-/// RandR 1.5 has everything that is asked for; an older server answers with its own version.
+/// All requests are in RandR 1.5; an older server answers with its own version.
 constexpr std::uint32_t randrMajor = 1;
 constexpr std::uint32_t randrMinor = 5;
 
@@ -52,14 +51,13 @@ bool hasRandR(xcb_connection_t* connection) {
   return extension != nullptr && extension->present != 0;
 }
 
-/// The server must be told the version but what it answers changes nothing here.
+/// The client must announce its version; the reply is not needed.
 void tellVersion(xcb_connection_t* connection) {
   const auto version = xcb_randr_query_version(connection, randrMajor, randrMinor);
   xcb_discard_reply(connection, version.sequence);
 }
 
-/// Every client is told when the keyboard mapping changes, whether it asked or not; unread, that
-/// would pile up.
+/// Every client gets MappingNotify events unasked; they would pile up.
 void discardEvents(xcb_connection_t* connection) {
   while (XReply<xcb_generic_event_t>(xcb_poll_for_queued_event(connection))) {
   }

@@ -13,7 +13,7 @@
 
 namespace brivane {
 
-/// What the X library hands out and wants freed.
+/// Deletes what XCB allocated.
 struct FreeXReply {
   void operator()(void* reply) const { std::free(reply); }
 };
@@ -23,29 +23,28 @@ using XReply = std::unique_ptr<Reply, FreeXReply>;
 /// The root window of the connection's screen with that number.
 xcb_window_t rootOf(xcb_connection_t* connection, int screenNumber);
 
-/// An X server that answers: whom to ask about what.
+/// An open connection, its root window, atoms and CRTCs.
 struct XServer {
   xcb_connection_t* connection = nullptr;
-  /// The root window of the screen that the display name stands for.
+  /// The root window of the display name's screen.
   xcb_window_t root = XCB_NONE;
   /// The atoms "EDID", "_ICC_PROFILE", "ConnectorType" and "Panel".
   xcb_atom_t edid = XCB_NONE;
   xcb_atom_t iccProfile = XCB_NONE;
   xcb_atom_t connectorType = XCB_NONE;
   xcb_atom_t panel = XCB_NONE;
-  /// Every CRTC that the server had when the connection was opened.
+  /// All CRTCs at the time of the connection.
   std::vector<xcb_randr_crtc_t> crtcs;
 };
 
-/// Asks for the list of CRTCs without waiting, so that other questions share the round trip.
+/// Requests the list of CRTCs without waiting, so that several requests share a round trip.
 xcb_randr_get_screen_resources_current_cookie_t askForCRTCs(const XServer& server);
 
-/// Every CRTC; nothing when the server fails.
+/// All CRTCs; nothing when the server fails.
 std::optional<std::vector<xcb_randr_crtc_t>> readCRTCs(
     const XServer& server, xcb_randr_get_screen_resources_current_cookie_t question);
 
-/// A turn at the X server; as long as it is held, no other thread gets one. It holds no server when
-/// none answers.
+/// Exclusive use of the X server by one thread; empty without a server.
 class XServerTurn {
  public:
   XServerTurn(std::unique_lock<std::mutex> itsLock, const XServer* itsServer)
@@ -60,32 +59,30 @@ class XServerTurn {
   const XServer* server;
 };
 
-/// The program's one connection for asking the X server about displays, opened when first needed.
-/// It is for questions only: events that come over it are thrown away. Any thread.
+/// The program's connection for requests about displays, opened on first use. Events on it are
+/// discarded. Any thread.
 ///
-/// Threads take turns, although XCB promises to sort their answers: up to 1.15 it loops for ever
-/// when the answer to the later of two waiting questions is taken first, or the server dies.
+/// Threads take turns although XCB is documented as thread-safe: up to 1.15 it loops for ever when
+/// two threads wait and the later reply is taken first, or the server dies.
 ///
-/// From the opening on, the process ignores SIGPIPE: XCB writes to its socket without asking not to
-/// be killed when the server has gone.
+/// Opening makes the process ignore SIGPIPE: XCB writes to its socket without MSG_NOSIGNAL.
 class XConnection {
  public:
-  /// `itsDisplayName` is what DISPLAY says, such as ":0"; empty when it says nothing.
+  /// `itsDisplayName` is the value of DISPLAY, such as ":0"; may be empty.
   explicit XConnection(std::string itsDisplayName);
   ~XConnection();
   XConnection(const XConnection&) = delete;
   XConnection& operator=(const XConnection&) = delete;
 
-  /// The server; none when there is none, when it lacks RandR, and once it has gone. The first call
-  /// opens the connection, the only attempt ever made. Not while this thread has a turn already.
+  /// Empty without a server, without RandR, and after the server is lost. The first call opens the
+  /// connection; there is only one attempt. Deadlocks while this thread has a turn.
   XServerTurn server();
 
-  /// Why `server()` gives none, for a person: a clause without a full stop. Nothing while all is
-  /// well and as long as nobody has asked for the server. Not while this thread has a turn.
+  /// Why `server()` is empty, for people: a clause without a full stop. Nothing without a problem,
+  /// and before the first `server()`. Deadlocks while this thread has a turn.
   std::optional<std::string> problem();
 
  private:
-  /// The problem, if there is one.
   std::optional<std::string> open();
 
   std::string displayName;

@@ -5,10 +5,9 @@
 
 namespace brivane {
 
-// X counts pixels from the top left of its screen downwards; everything else in the program counts
-// from the lower left of the main output upwards. A pixel becomes the point at its top edge: the
-// top edge of a screen counts as inside and the bottom edge as outside, so every pixel lies on the
-// screen that shows it.
+// X's origin is the top left of its screen, y downwards; the program's is the lower left of the
+// main output, y upwards. A pixel becomes the point at its top edge: a screen includes its top edge
+// and excludes its bottom edge, so every pixel lies on the screen that shows it.
 
 inline Point globalPoint(int x, int y, const XOutput& main) {
   return {.x = static_cast<double>(x - main.x), .y = static_cast<double>(main.y + main.height - y)};

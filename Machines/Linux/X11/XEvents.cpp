@@ -1,5 +1,5 @@
-// XCB keeps events that it meets while it waits for an answer, and then there is nothing to be read
-// from the socket that would wake anybody up. So every use is followed by a look at what was kept.
+// XCB queues events that arrive while it waits for a reply, so the socket doesn't become readable
+// for them. So every use of the connection schedules a look at the queue.
 #include "Machines/Linux/X11/XEvents.h"
 
 #include <csignal>
@@ -72,18 +72,18 @@ void XEvents::handOutSoon() {
   });
 }
 
-/// False when the server has gone.
+/// False when the server is lost.
 bool XEvents::handOut() {
   const LivenessAnchor::Watch alive = anchor.watch();
   while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(server)}) {
-    // A handler may observe, or stop observing, while this goes on.
+    // Copied: handlers may add and remove observers.
     const auto now = handlers;
     for (const auto& observed : now) {
       if (const auto handler = observed.lock()) (*handler)(*event);
       if (!alive.isAlive()) return false;
     }
   }
-  // What was asked meanwhile, without waiting for an answer, must not lie about.
+  // Send requests that handlers have made without waiting for a reply.
   xcb_flush(server);
   return xcb_connection_has_error(server) == 0;
 }

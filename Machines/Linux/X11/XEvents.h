@@ -17,30 +17,29 @@
 
 namespace brivane {
 
-/// The resident program's connection for everything that the X server tells by itself: keys, and
-/// changes of screens and keyboards. It is opened when it is first needed. Main thread alone, for
-/// questions over it too; it must end before the Runtime.
+/// The resident program's connection for X events: keys, and changes of screens and keyboards.
+/// Opened on first use. Main thread only, requests too; destroy it before the Runtime.
 ///
-/// Held keys repeat over it as further presses and are released once (detectable auto-repeat).
+/// Held keys repeat as presses without releases in between (detectable auto-repeat).
 class XEvents {
  public:
   using Handler = std::function<void(const xcb_generic_event_t& event)>;
 
-  /// `itsDisplayName` is what DISPLAY says, such as ":0".
+  /// `itsDisplayName` is the value of DISPLAY, such as ":0".
   XEvents(std::string itsDisplayName, Runtime& machineRuntime);
   ~XEvents();
   XEvents(const XEvents&) = delete;
   XEvents& operator=(const XEvents&) = delete;
 
-  /// Null when there is no server, and once it has gone. Ask anew for each use: answers may bring
-  /// events along, which are then handed out by a task of their own.
+  /// Null without a server, and after it is lost. Call it for each use: it also schedules the
+  /// delivery of events that arrive with replies.
   xcb_connection_t* connection();
   xcb_window_t root() const { return rootWindow; }
 
-  /// Every event goes to every handler; as tasks of the main queue, never from within a call.
+  /// Every event goes to every handler, in a main-queue task, never from within a call.
   Observation observe(Handler handler);
 
-  /// Called by a task of the main queue once, when a connection that there was has broken.
+  /// Called once, by a main-queue task, when an open connection breaks.
   Observation observeGone(Task handler) { return gone.observe(std::move(handler)); }
 
   const std::string& displayName() const { return display; }

@@ -1,5 +1,5 @@
-// From version 2.1 on, raw events arrive even while another client has the keyboard; the server has
-// to be told that this one knows.
+// From version 2.1 on, raw events arrive even while another client has grabbed the keyboard; the
+// client must announce that it knows this version.
 #include "Machines/Linux/X11/XKeyReleases.h"
 
 #include <xcb/xinput.h>
@@ -10,7 +10,7 @@ namespace {
 constexpr std::uint16_t majorVersion = 2;
 constexpr std::uint16_t minorVersion = 2;
 
-/// The extension's number; nothing when the server hasn't got it.
+/// The extension's opcode; nothing without the extension.
 std::optional<std::uint8_t> extensionOf(xcb_connection_t* connection) {
   const auto* const data = xcb_get_extension_data(connection, &xcb_input_id);
   if (data == nullptr || data->present == 0) return std::nullopt;

@@ -8,18 +8,18 @@
 
 namespace brivane {
 
-/// Key releases of the whole keyboard, whoever the keys are for: raw events of the input extension,
-/// which the server tells everybody who listens. Main thread.
+/// Releases of all keys, whichever client receives the keys: raw events of the X Input extension.
+/// Main thread.
 class XKeyReleases {
  public:
   /// `itsEvents` must outlive this.
   explicit XKeyReleases(XEvents& itsEvents) : events(itsEvents) {}
 
-  /// From the server's next step on the releases are among the events. False when the server can't.
+  /// Selects the events, from the server's next request on. False when the server can't.
   bool listen();
   void stopListening();
 
-  /// The key, when the event is such a release.
+  /// The key, if the event is a raw release.
   std::optional<xcb_keycode_t> releasedKey(const xcb_generic_event_t& event);
 
  private:

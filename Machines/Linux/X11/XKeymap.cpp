@@ -1,6 +1,5 @@
-// A server's layout is read over some ten questions and translated, which takes milliseconds: often
-// enough for a menu that is being drawn, too often for every key. So it is kept until the server
-// says that it has another one.
+// Reading a layout takes some ten requests and milliseconds: acceptable for drawing a menu, too
+// slow for every key. So it is kept until the server announces another one.
 #include "Machines/Linux/X11/XKeymap.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -42,7 +41,7 @@ bool announcesLayout(xcb_connection_t* connection, const xcb_generic_event_t& ev
   const int type = event.response_type & ~sent;
   const auto* xkb = xcb_get_extension_data(connection, &xcb_xkb_id);
   if (xkb == nullptr || type != xkb->first_event) return false;
-  // In events of this extension the second byte says which it is.
+  // The second byte of this extension's events is their type.
   return event.pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY || event.pad0 == XCB_XKB_MAP_NOTIFY;
 }
 
@@ -70,7 +69,7 @@ XModifiers XKeymap::modifiers() {
 }
 
 const XKeymap::Layout* XKeymap::current() {
-  // A connection is asked for each time: the server may have gone, or announced a change.
+  // Each time: the server may be lost, or have announced a change.
   if (events.connection() == nullptr) return nullptr;
   if (layout) return &*layout;
   const auto keymap = read();
@@ -101,7 +100,7 @@ void XKeymap::listen(xcb_connection_t* connection) {
   xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, wanted, 0, wanted, everyPart,
                         everyPart, nullptr);
   announcements = events.observe([this](const xcb_generic_event_t& event) {
-    // The server may have gone since it sent the event.
+    // The server may be lost since it sent the event.
     xcb_connection_t* const asked = events.connection();
     if (asked == nullptr || !announcesLayout(asked, event)) return;
     layout.reset();
@@ -109,7 +108,7 @@ void XKeymap::listen(xcb_connection_t* connection) {
   });
 }
 
-/// The modifier bits that the key with that symbol sets.
+/// The modifier bits set by the key with that symbol; `otherwise` when there is none.
 std::uint16_t XKeymap::bitsOfKey(const XkbLibrary::Keymap& keymap, xkb_keysym_t symbol,
                                  std::uint16_t otherwise) const {
   const auto state = library->makeState(keymap);

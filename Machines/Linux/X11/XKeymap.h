@@ -15,8 +15,8 @@
 
 namespace brivane {
 
-/// The X server's keyboard layout: what its keys give, and which bits its modifiers are. It is read
-/// when it is first asked for, and again after the server has announced a change. Main thread.
+/// The X server's keyboard layout: the keys' texts and the modifiers' bits. Read on first use, and
+/// again after the server has announced a change. Main thread.
 class XKeymap {
  public:
   /// `itsEvents` must outlive this.
@@ -25,14 +25,14 @@ class XKeymap {
   /// Whether there is a layout.
   bool exists();
 
-  /// What the key gives in the current group with no modifier but Num Lock; nothing for keys that
-  /// give no text. Dead keys give their accent.
+  /// The text that the key types in the current group with no modifier but Num Lock; nothing for
+  /// keys without text. Dead keys give their accent.
   std::optional<std::string> textOf(xcb_keycode_t key);
 
-  /// X's conventions where there is no layout.
+  /// X's conventional bits without a layout.
   XModifiers modifiers();
 
-  /// Announced after changes of a layout that has been asked for, though it may be the same again.
+  /// Announced after a change of the layout, once it has been read; the new one may be equal.
   Observation observeChanges(Task handler) { return changed.observe(std::move(handler)); }
 
  private:

@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// Which of the X server's modifier bits stand for what. Shift, Lock and Control are fixed; the
-/// others are the keyboard layout's choice, by convention these.
+/// The meaning of X's modifier bits. Shift, Lock and Control are fixed; the others depend on the
+/// keyboard layout and have these conventional values.
 struct XModifiers {
   std::uint16_t option = XCB_MOD_MASK_1;
   std::uint16_t command = XCB_MOD_MASK_4;
@@ -16,8 +16,8 @@ struct XModifiers {
   bool operator==(const XModifiers&) const = default;
 };
 
-/// The modifiers of a hotkey (256 command, 512 shift, 2048 option, 4096 control) as X's bits, and
-/// the other way round; other bits are left out.
+/// Converts hotkey modifier bits (256 command, 512 shift, 2048 option, 4096 control) to X's and
+/// back; other bits are dropped.
 std::uint16_t xModifiers(const XModifiers& meaning, std::uint32_t modifiers);
 std::uint32_t hotkeyModifiers(const XModifiers& meaning, std::uint32_t state);
 

@@ -1,7 +1,7 @@
-// What RandR says about outputs. A CRTC knows its outputs and its place on the X screen, so the
-// arrangement needs no question about each output, of which graphics cards have many more than
-// monitors. Only RRGetScreenResourcesCurrent is used: its older sibling makes the driver probe
-// every connector, which takes long, blanks some monitors and wakes others.
+// A CRTC's reply has its outputs and its place on the X screen, so no request for each output is
+// needed; graphics cards have many more outputs than monitors. Only RRGetScreenResourcesCurrent is
+// used: RRGetScreenResources makes the driver probe every connector, which is slow, blanks some
+// monitors and wakes others.
 
 #include "Machines/Linux/X11/XOutputs.h"
 
@@ -32,8 +32,8 @@ std::vector<CRTCCookie> askForInfos(const XServer& server, const CRTCs& crtcs) {
   return questions;
 }
 
-/// Without those that have gone meanwhile. X servers don't look at the time of the configuration,
-/// which the questions leave open.
+/// Without CRTCs that no longer exist. The requests' configuration time is left open, X servers
+/// ignore it.
 std::vector<CRTC> readInfos(const XServer& server, const CRTCs& crtcs,
                             const std::vector<CRTCCookie>& questions) {
   std::vector<CRTC> known;
@@ -46,7 +46,7 @@ std::vector<CRTC> readInfos(const XServer& server, const CRTCs& crtcs,
   return known;
 }
 
-/// Asks for the CRTCs that the server had at first together with the list of those that it has.
+/// Requests the CRTCs known since the opening together with the list of current ones.
 std::optional<std::vector<CRTC>> knownCRTCs(const XServer& server) {
   const auto list = askForCRTCs(server);
   const auto ahead = askForInfos(server, server.crtcs);

@@ -7,12 +7,12 @@
 
 namespace brivane {
 
-/// What is used of libxkbcommon, which reads keyboard layouts; loaded when this is made.
+/// The used part of libxkbcommon, which reads keyboard layouts; loaded by the constructor.
 class XkbLibrary {
  public:
   XkbLibrary();
 
-  /// Nothing may be called otherwise.
+  /// If false, nothing else may be called.
   bool isLoaded() const { return loaded; }
 
   using Context = std::shared_ptr<xkb_context>;
@@ -21,7 +21,7 @@ class XkbLibrary {
   /// Null on failure.
   Context makeContext() const;
   Keymap readKeymap(const Context& context, xcb_connection_t* connection) const;
-  /// The keyboard as it is now, and as it is with no key down.
+  /// The keyboard's current state, and the state with no key down.
   State readState(const Keymap& keymap, xcb_connection_t* connection) const;
   State makeState(const Keymap& keymap) const;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// The keyboard extension's header has fields whose name is a word of C++.
+// The keyboard extension's header has fields named `explicit`, a C++ keyword.
 #ifdef __clang__
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wkeyword-macro"
