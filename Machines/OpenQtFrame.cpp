@@ -1,5 +1,4 @@
-// Loading a toolkit takes longer than most command-line modes in all, so the program itself isn't
-// linked with it.
+// Loading a toolkit takes longer than most command-line modes, so the program isn't linked with it.
 #include "Machines/OpenQtFrame.h"
 
 #include <dlfcn.h>
@@ -26,7 +25,7 @@ std::filesystem::path moduleFile() {
   return (program.parent_path() / qtModulePath).lexically_normal();
 }
 
-/// The function; null with a problem. The module stays: Qt can't be unloaded.
+/// Null with a problem. The module stays loaded: Qt can't be unloaded.
 OpenQtFrameFunction load(std::string& problem) {
   void* const module = ::dlopen(moduleFile().c_str(), RTLD_NOW | RTLD_LOCAL);
   void* const function = module == nullptr ? nullptr : ::dlsym(module, openQtFrameName);

@@ -14,7 +14,7 @@
 namespace brivane {
 namespace {
 
-/// On a screen when there is one, else nowhere: a desk needs nobody who looks.
+/// Qt's frame with a screen, else the recording frame: a desk needs no screen.
 std::unique_ptr<Frame> openDeskFrame(DeskMachine& machine) {
   DeskHardware& hardware = machine.hardware();
   std::unique_ptr<Frame> frame;

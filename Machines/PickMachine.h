@@ -9,17 +9,17 @@
 
 namespace brivane {
 
-/// A machine, and how the resident program is shown on it.
+/// A machine, and the opener of its frame.
 struct PickedMachine {
   std::unique_ptr<ResidentMachine> machine;
   FrameOpener openFrame;
 };
 
-/// The machine, or one line for the user that says why there is none.
+/// The machine, or one line for the user why there is none.
 using MachineOrProblem = std::variant<PickedMachine, std::string>;
 
-/// The desk that the environment variable BRIVANE_DESK names by its file, or, when that is unset or
-/// empty, the real machine; a Mac has no desks and is always itself. Call once, from main.
+/// The desk whose file the environment variable BRIVANE_DESK names or, when that is unset or empty,
+/// the real machine; on a Mac always the Mac. Call once, from main.
 MachineOrProblem pickMachine();
 
 }  // namespace brivane

@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// Something that a machine announces, and who wants to hear of it. Main thread.
+/// An announcement of a machine and its observers. Main thread.
 using Topic = Observers<>;
 
 }  // namespace brivane

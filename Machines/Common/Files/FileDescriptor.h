@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// Owns an open file; -1 is none.
+/// Owns a file descriptor; -1 is none.
 class FileDescriptor {
  public:
   explicit FileDescriptor(int opened = -1) : number(opened) {}

@@ -9,13 +9,13 @@
 
 namespace brivane {
 
-/// Holds a file for one process (or thread) at a time, until destroyed. The lock is on a file of
-/// its own that stays, empty, because the files it protects are replaced whole; it can't be a link.
-/// A process that ends in whatever way lets go of it.
+/// An exclusive lock between processes (and threads), held until destroyed. It is on an empty file
+/// of its own that stays, because the protected files are replaced; the lock file can't be a link.
+/// The system releases the lock of a process that ends.
 class FileLock {
  public:
-  /// Waits for the lock for at most `patience`; or says why it can't be had: it is still held then,
-  /// or the lock file can't be made.
+  /// Waits for the lock for at most `patience`. A problem when it is still held then, or the lock
+  /// file can't be created.
   static std::variant<FileLock, FileProblem> acquire(const std::filesystem::path& lockFile,
                                                      Runtime& runtime, Microseconds patience);
 

@@ -9,14 +9,14 @@ namespace {
 
 constexpr Microseconds lockPatience = std::chrono::seconds(2);
 constexpr Microseconds syncPause = std::chrono::seconds(1);
-// Some ten thousand panels' worth; anything larger is not what Brivane wrote.
+// Room for some ten thousand panels; Brivane writes no larger file.
 constexpr std::size_t largestDomainBytes = 1 << 20;
 
 std::filesystem::path resolved(const std::filesystem::path& file) {
-  // A settings file may be a link into a folder of its user's own; the link itself must stay.
+  // A settings file may be a symbolic link, which must stay: the target is replaced.
   std::error_code error;
   auto target = std::filesystem::weakly_canonical(file, error);
-  // What is left of links leads to a file that isn't there yet.
+  // Remaining links lead to a missing file.
   std::error_code noLink;
   for (auto next = std::filesystem::read_symlink(target, noLink); !noLink && !error;
        next = std::filesystem::read_symlink(target, noLink)) {
@@ -25,7 +25,7 @@ std::filesystem::path resolved(const std::filesystem::path& file) {
   return error ? file : target;
 }
 
-/// The file's values; or why they can't be read.
+/// The file's values, or why they can't be read.
 std::variant<PropertyValue::Dictionary, FileProblem> load(const std::filesystem::path& file) {
   const auto content = readWholeFile(file, largestDomainBytes);
   const auto* const text = std::get_if<std::string>(&content);
@@ -130,11 +130,11 @@ void JsonFileDefaults::readIfNewer() const {
   reportUnreadable(*unreadable, "going on with none, and leaving the file as it is");
 }
 
-/// Whether the file that can't be read is out of the way now.
+/// Returns whether the unreadable file has been set aside.
 bool JsonFileDefaults::makeWay() const {
   const auto lock = FileLock::acquire(lockFile, runtime, lockPatience);
   if (!std::holds_alternative<FileLock>(lock)) return false;
-  read();  // somebody may have been quicker
+  read();  // another process may have done it
   return !unreadable || setAsideBecauseOf(*unreadable);
 }
 
@@ -148,12 +148,12 @@ void JsonFileDefaults::read() const {
     lastReadReport.clear();
   } else if (const auto& problem = std::get<FileProblem>(loaded); !problem.isAbsent) {
     unreadable = problem;
-    // It can be read again one day and still be the same version.
+    // The same version may become readable later.
     if (problem.isFromSystem) storedStamp.reset();
   }
 }
 
-/// Under the lock. Whether the file is out of the way now.
+/// Under the lock. Returns whether the file has been set aside.
 bool JsonFileDefaults::setAsideBecauseOf(const FileProblem& problem) const {
   if (problem.isFromSystem) return false;
   const auto aside = setAside(file);

@@ -13,19 +13,18 @@
 
 namespace brivane {
 
-/// A settings domain in one JSON file: an object of values by key, whose kinds are kept.
+/// A settings domain in one JSON file: an object of values by key, with their types.
 ///
-/// Each change is written at once, whole, under a lock that is waited for at most 2 s: processes
-/// that change different keys lose nothing to each other, and a reader sees the file before or
-/// after a change, never in between. What can't be written stays in force in this process and is
-/// tried again with the next change and at the end. A file that can't be read counts as empty and
-/// is never overwritten: one that holds something else than settings is set aside, one that the
-/// system doesn't let read stays, and is tried again at each use. Each of these is said once, in
-/// one line of the log.
+/// Each change is written at once, by replacing the file, under a lock with a timeout of 2 s:
+/// concurrent changes of different keys are all kept, and readers see the file before or after a
+/// change. A change that can't be written stays in force in this process and is tried again with
+/// the next change and at the end. A file that can't be read counts as empty and is never
+/// overwritten: one with invalid content is set aside (renamed); one without read permission stays,
+/// and is tried again at each use. Each of these is logged once, in one line.
 class JsonFileDefaults : public UserDefaults {
  public:
-  /// Whether what was written must survive a power cut: then it is synced to disk once writing has
-  /// paused for a second, by `sync()`, and at the end.
+  /// Whether changes must survive a power cut: then they are synced to disk a second after the last
+  /// one, by `sync()`, and at the end.
   enum class Durability { synced, unsynced };
 
   JsonFileDefaults(const std::filesystem::path& domainFile, Runtime& machineRuntime,
@@ -36,10 +35,9 @@ class JsonFileDefaults : public UserDefaults {
   void set(std::string_view key, const PropertyValue& value) override;
   void remove(std::string_view key) override;
 
-  /// Everything stored now.
   PropertyValue::Dictionary contents() const;
 
-  /// Syncs to disk what has not been yet.
+  /// Syncs pending changes to disk.
   void sync();
 
  private:
@@ -62,15 +60,15 @@ class JsonFileDefaults : public UserDefaults {
   Runtime& runtime;
   SystemLog& log;
   const Durability durability;
-  /// Not written yet, newest value per key.
+  /// Not yet written, the newest value per key.
   std::map<std::string, Change, std::less<>> unwritten;
   mutable PropertyValue::Dictionary stored;
   mutable std::optional<FileStamp> storedStamp;
-  /// Why the file can't be read, if so.
+  /// Why the file can't be read; nothing if it can.
   mutable std::optional<FileProblem> unreadable;
   mutable std::string lastReadReport;
   std::string lastWriteReport;
-  /// The lock was waited for in vain: later tries don't wait again.
+  /// A wait for the lock timed out: later tries don't wait.
   bool lockIsStuck = false;
   bool needsSync = false;
   TimerID syncTimer = 0;

@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// When the file was last modified. Systems disagree about the member's name alone.
+/// The file's modification time; systems name the member differently.
 inline timespec modifiedAt(const struct stat& status) {
 #ifdef __APPLE__
   return status.st_mtimespec;

@@ -8,7 +8,7 @@
 namespace brivane {
 namespace {
 
-// Settings are flat; anything nested deeper than this would only exhaust the stack.
+// Settings are flat; the limit protects the stack.
 constexpr int maximumDepth = 32;
 
 PropertyValue propertyFromJson(const nlohmann::json& json);

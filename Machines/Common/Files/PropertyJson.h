@@ -8,18 +8,18 @@
 
 namespace brivane {
 
-/// JSON and property values, kind for kind. What JSON has no kind for is told as `TaggedProperty`
-/// does it; null is `PropertyValue::Unsupported`, and whole numbers beyond 64 signed bits become
-/// fractions. Bytes that are no UTF-8 are written as U+FFFD.
+/// Converts property values to JSON and back, type for type. Types that JSON lacks are written as
+/// in `TaggedProperty`; null is `PropertyValue::Unsupported`; integers beyond 64 signed bits become
+/// doubles. Invalid UTF-8 is written as U+FFFD.
 
-/// In one line.
+/// On one line.
 std::string jsonOfProperty(const PropertyValue& value);
 
-/// An object that is a dictionary whatever its keys, such as a whole file, in indented lines.
+/// The dictionary as an object, such as a whole file, in indented lines; no key is taken for a tag.
 std::string jsonOfDictionary(const PropertyValue::Dictionary& dictionary);
 
-/// What is wrong with a text that is no such object, is nested deeper than 32 levels or holds a
-/// number that is too large for a fraction.
+/// Why a text is no such object, is nested deeper than 32 levels, or holds a number too large for a
+/// double.
 struct JsonProblem {
   std::string reason;
 };

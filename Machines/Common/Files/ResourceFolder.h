@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// Where the built or installed program that this process runs keeps its resource bundles:
-/// "../share/brivane" beside the folder of its executable.
+/// The folder of the program's resource bundles, built or installed: "../share/brivane" from the
+/// executable's folder.
 std::filesystem::path resourceFolder();
 
 /// The bytes of a file of at most 16 MiB in a bundle within `folder`; nothing when it can't be

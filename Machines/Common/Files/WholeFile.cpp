@@ -25,7 +25,7 @@ class Descriptor {
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
-  /// Closes now; false when the system reports only here that the content could not be kept.
+  /// Closes now; false when a write error is reported only here.
   bool close() { return ::close(std::exchange(number, -1)) == 0; }
 
   int number;
@@ -50,9 +50,9 @@ bool isBefore(const timespec& one, const timespec& other) {
   return one.tv_sec != other.tv_sec ? one.tv_sec < other.tv_sec : one.tv_nsec < other.tv_nsec;
 }
 
-/// File times advance in steps of some milliseconds, and a file that was replaced leaves its number
-/// to a later one: versions written within one step could look the same. So each is dated at least
-/// a nanosecond after the one that it replaces.
+/// File times advance in steps of some milliseconds, and inode numbers are reused: versions written
+/// within one step could have equal stamps. So each is dated at least a nanosecond after the one it
+/// replaces.
 void dateAfter(const std::filesystem::path& replaced, int descriptor) {
   constexpr long lastNanosecond = 999'999'999;
   struct stat before {};
@@ -68,7 +68,8 @@ void dateAfter(const std::filesystem::path& replaced, int descriptor) {
 std::optional<FileProblem> writeNewFile(const std::filesystem::path& file,
                                         const std::filesystem::path& replaced,
                                         const std::string& content) {
-  // Left by a process that ended in between; somebody may still read it.
+  // Left by a process that ended in between. Removed, not truncated: another process may still read
+  // it.
   ::unlink(file.c_str());
   Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (descriptor.number < 0) return lastProblem();
@@ -78,12 +79,12 @@ std::optional<FileProblem> writeNewFile(const std::filesystem::path& file,
   return std::nullopt;
 }
 
-/// The file systems that write out what takes another file's name leave an exchange alone. A folder
-/// would take part in one, too.
+/// File systems that flush on a rename over a file don't flush on an exchange. An exchange would
+/// accept a folder, too.
 bool exchange([[maybe_unused]] const std::filesystem::path& fresh,
               [[maybe_unused]] const std::filesystem::path& file) {
 #ifdef RENAME_EXCHANGE
-  std::error_code ignored;  // there may be no file yet
+  std::error_code ignored;  // the file may not exist yet
   if (std::filesystem::is_directory(file, ignored)) return false;
   if (::renameat2(AT_FDCWD, fresh.c_str(), AT_FDCWD, file.c_str(), RENAME_EXCHANGE) == 0) {
     ::unlink(fresh.c_str());
@@ -125,7 +126,7 @@ std::optional<FileStamp> stampOf(const std::filesystem::path& file) {
 
 std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path& file,
                                                      std::size_t maximumBytes, Links links) {
-  // Non-blocking, so that a pipe of that name can't hang the program.
+  // Non-blocking, so that a FIFO of that name can't block the program.
   constexpr int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
   const int linkFlag = links == Links::refused ? O_NOFOLLOW : 0;
   const Descriptor descriptor(::open(file.c_str(), flags | linkFlag));
@@ -157,7 +158,7 @@ std::optional<FileProblem> writeWholeFile(const std::filesystem::path& file,
   fresh += ".new";
   auto problem = writeNewFile(fresh, file, content);
   if (problem && problem->isAbsent) {
-    std::error_code ignored;  // the second try says what is wrong
+    std::error_code ignored;  // the second try reports the problem
     std::filesystem::create_directories(file.parent_path(), ignored);
     problem = writeNewFile(fresh, file, content);
   }

@@ -8,16 +8,16 @@
 
 namespace brivane {
 
-/// Why a file could not be read or written, in words for a person ("No space left on device").
+/// Why a file could not be read or written, for people ("No space left on device").
 struct FileProblem {
   std::string reason;
-  /// There is no such file.
+  /// The file doesn't exist.
   bool isAbsent = false;
-  /// The system said so: nobody knows what the file holds, and it may be sound.
+  /// The system refused the access: the content is unknown and may be valid.
   bool isFromSystem = false;
 };
 
-/// Tells one version of a file from the next: every whole write makes a new one.
+/// Identifies a version of a file: every `writeWholeFile` gives a new one.
 struct FileStamp {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
@@ -27,38 +27,38 @@ struct FileStamp {
   bool operator==(const FileStamp&) const = default;
 };
 
-/// Nothing when there is no such file.
+/// Nothing when the file doesn't exist.
 std::optional<FileStamp> stampOf(const std::filesystem::path& file);
 
-/// Whether a file may be a link to another.
+/// Whether a file may be a symbolic link.
 enum class Links { followed, refused };
 
-/// The whole content of a regular file of at most `maximumBytes`; a larger one is not read at all.
+/// The content of a regular file of at most `maximumBytes`; a larger one is not read.
 std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path& file,
                                                      std::size_t maximumBytes,
                                                      Links links = Links::followed);
 
-/// What a power cut may leave of a file that was just replaced.
+/// What a power cut may leave of a file just replaced.
 enum class PowerCut {
-  /// The old content or the new, where the file system writes a file out as it takes another's
-  /// name; that takes longer than all the rest.
+  /// The old content or the new, on file systems that flush a file when it is renamed over another;
+  /// that flush takes longer than all the rest.
   keepsFile,
-  /// An empty file too.
+  /// Also an empty file.
   mayEmptyFile
 };
 
-/// Replaces the file by one with this content, or leaves it exactly as it was: writes "<file>.new"
-/// and gives it the file's name; neither is a link then. Only one process may do so at a time (see
-/// FileLock). Missing folders are made.
+/// Replaces the file by one with this content, or leaves it unchanged: writes "<file>.new" and
+/// renames it; links are replaced, not followed. Only one process may do so at a time (see
+/// FileLock). Missing folders are created.
 std::optional<FileProblem> writeWholeFile(const std::filesystem::path& file,
                                           const std::string& content,
                                           PowerCut powerCut = PowerCut::keepsFile);
 
-/// Makes sure that what was last written whole survives a power cut.
+/// Syncs the last `writeWholeFile`, so that it survives a power cut.
 void syncFileToDisk(const std::filesystem::path& file);
 
-/// Renames a file that can't be used to "<file>.unreadable-<its modification time>", with a number
-/// behind it when that is taken, and returns the new name.
+/// Renames an unusable file to "<file>.unreadable-<its modification time>", with a number appended
+/// if that name is taken; returns the new name.
 std::variant<std::filesystem::path, FileProblem> setAside(const std::filesystem::path& file);
 
 }  // namespace brivane

@@ -6,8 +6,7 @@
 
 namespace brivane {
 
-/// A machine that says itself whether it is light or dark, in place of the desktop that its frame
-/// is shown on. Main thread.
+/// The appearance of a machine that has its own, used instead of the real desktop's. Main thread.
 class AppearanceSource {
  public:
   virtual ~AppearanceSource() = default;

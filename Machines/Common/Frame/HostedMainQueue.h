@@ -6,30 +6,30 @@
 
 namespace brivane {
 
-/// What became of a turn of the main queue.
+/// The result of a turn of the main queue.
 struct HostedTurn {
-  /// `Runtime::stop()` was called: nothing more is to run, whatever waits.
+  /// `Runtime::stop()` was called: no further task may run.
   bool isStopped = false;
-  /// When the next turn is due, in the past when at once; nothing: not before the host is woken.
+  /// When the next turn is due, in the past for at once; nothing: when the host is woken.
   std::optional<Instant> nextDeadline;
 };
 
-/// A Runtime's main queue for a thread whose loop is somebody else's: a toolkit's, which has to run
-/// on while one of its menus is open or a slider is held. It takes the place of `Runtime::run()`.
+/// A Runtime's main queue hosted by another loop, a toolkit's, instead of `Runtime::run()`; so that
+/// tasks run while a menu is open or a slider is held.
 class HostedMainQueue {
  public:
   virtual ~HostedMainQueue() = default;
 
-  /// From now on the calling thread is the main thread. `wake` is called on any thread when a turn
-  /// is due sooner than the last one said (the first comes so); once until that turn. It may not
+  /// Makes the calling thread the main thread. `wake` is called on any thread, once until the next
+  /// turn, when a turn is due sooner than the last one returned (or for the first turn). It may not
   /// call the Runtime.
   virtual void beginHosting(Task wake) = 0;
 
-  /// Main thread: `wake` is not called any more, and no call of it is going on.
+  /// Main thread. After it returns, no call of `wake` is running or will be made.
   virtual void endHosting() = 0;
 
-  /// Main thread: runs the timers that are due now and the tasks that have been queued so far, and
-  /// ends after the task in which `stop()` is called.
+  /// Main thread. Runs the timers that are due and the tasks queued so far; returns early after a
+  /// task that calls `stop()`.
   virtual HostedTurn runDue() = 0;
 };
 

@@ -6,19 +6,19 @@
 #include <variant>
 #include <vector>
 
-// What a person can read and do at a part of a simulated machine, for a toolkit to show. Each is
-// made anew whenever the hardware has changed. Main thread.
+// The texts and controls of one window of a simulated machine, for a toolkit to show. Created anew
+// after every change of the hardware. Main thread.
 
 namespace brivane {
 
 struct LiveButton {
   std::string title;
   std::function<void()> press;
-  /// In more words, where the title is a sign; empty where it says enough.
+  /// A description for titles that are only a sign; else empty.
   std::string description;
 };
 
-/// One of several, such as a monitor's mood.
+/// A choice of one option, such as a monitor's mood.
 struct LiveChoice {
   std::string title;
   std::vector<std::string> options;
@@ -31,7 +31,7 @@ using LiveControl = std::variant<LiveButton, LiveChoice>;
 struct LiveControls {
   /// The window's title.
   std::string title;
-  /// Lines to read.
+  /// Lines of text.
   std::vector<std::string> status;
   std::vector<LiveControl> controls;
 };

@@ -12,12 +12,12 @@
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/Frame/LiveControls.h"
 
-// A simulated machine that people see and touch: each monitor is a window on a real screen. What a
-// toolkit needs to show it, and what happens at its windows.
+// A simulated machine with a window on a real screen for each monitor: what a toolkit shows, and
+// the user's input.
 
 namespace brivane {
 
-/// On the real screen: points, from its upper left, y downwards.
+/// A rectangle on the real screen, in points, origin at the upper left, y downwards.
 struct LivePlace {
   int x = 0;
   int y = 0;
@@ -27,25 +27,24 @@ struct LivePlace {
   bool operator==(const LivePlace&) const = default;
 };
 
-/// Where the monitors' windows can be.
+/// The area for the monitors' windows.
 struct LiveRoom {
   LivePlace area;
-  /// Of a window, whatever the scale.
+  /// The smallest window, at any scale.
   int smallestWidth = 1;
   int smallestHeight = 1;
 
   bool operator==(const LiveRoom&) const = default;
 };
 
-/// A monitor that is plugged in.
 struct LiveMonitor {
   DisplayID display = 0;
-  /// Its window's.
+  /// The window's place.
   LivePlace place;
   LiveControls controls;
 };
 
-/// A place on a monitor, in parts of its width from the left and of its height from the top.
+/// A point on a monitor, as fractions of its width from the left and of its height from the top.
 struct LiveSpot {
   DisplayID display = 0;
   double x = 0;
@@ -61,39 +60,39 @@ struct LivePicture {
 
 enum class LiveBrightnessKey { up, down };
 
-/// The machine as its windows see it. Main thread.
+/// Main thread.
 class LiveDesk {
  public:
   virtual ~LiveDesk() = default;
 
-  /// The handler is called when anything that is told here may have changed.
+  /// The handler is called when any value of this interface may have changed.
   virtual Observation observe(Task handler) = 0;
 
-  /// For the first `monitors()`, and whenever the room changes.
+  /// Call it before the first `monitors()`, and whenever the room changes.
   virtual void setRoom(const LiveRoom& room) = 0;
   virtual std::vector<LiveMonitor> monitors() = 0;
-  /// What can be done at the machine itself.
+  /// The controls of the machine itself.
   virtual LiveControls machineControls() = 0;
-  /// What the monitor shows, in that many pixels; the same picture again as long as it shows the
-  /// same. Null for monitors that are not plugged in.
+  /// The monitor's picture in pixels of the given size; the same object while it is unchanged. Null
+  /// for monitors that are not plugged in.
   virtual std::shared_ptr<const LivePicture> picture(DisplayID display, std::uint32_t width,
                                                      std::uint32_t height) = 0;
-  /// Where that point of the machine's screens is; nothing when it is on none.
+  /// The monitor and spot at a point of the machine's screens; nothing when no screen has the
+  /// point.
   virtual std::optional<LiveSpot> spotAt(Point point) = 0;
 
-  /// The window was moved by a person, its upper left to this place of the real screen.
+  /// The user has moved the window's upper left corner to this place of the real screen.
   virtual void windowMoved(DisplayID display, int x, int y) = 0;
   virtual void unplug(DisplayID display) = 0;
   virtual void movePointer(const LiveSpot& spot) = 0;
 
-  /// Keys, by virtual key codes. False: the machine has taken the press, and no window shall hear
-  /// of it.
+  /// Keys, by virtual key codes. False: the machine has consumed the press; no window may get it.
   virtual bool pressKey(std::uint16_t keyCode) = 0;
   virtual void releaseKey(std::uint16_t keyCode) = 0;
   virtual void pressBrightness(LiveBrightnessKey key) = 0;
   virtual void releaseBrightness(LiveBrightnessKey key) = 0;
 
-  /// The file for a picture of all windows where no screen shows them.
+  /// The file for a picture of all windows when there is no screen.
   virtual std::optional<std::filesystem::path> pictureFile() = 0;
 };
 

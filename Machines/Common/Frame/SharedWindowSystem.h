@@ -7,36 +7,35 @@
 
 namespace brivane {
 
-/// A key that an X server sent to one of the frame's windows.
+/// A key event that the X server sent to one of the frame's windows.
 struct WindowKey {
   bool isPress = false;
-  /// evdev's code plus 8.
+  /// The evdev code plus 8.
   std::uint8_t keyCode = 0;
-  /// X's modifier bits, as they were just before.
+  /// X's modifier bits just before the event.
   std::uint16_t modifiers = 0;
 };
 
-/// The X server as machine and frame share it. An open menu has the whole keyboard to itself, so
-/// what the machine listens for arrives at the menu alone. Main thread.
+/// The X server, shared by machine and frame. An open menu grabs the whole keyboard, so key events
+/// for the machine arrive at the menu only. Main thread.
 class SharedWindowSystem {
  public:
   virtual ~SharedWindowSystem() = default;
 
-  /// To be told every key of a window that has the keyboard to itself. True when the machine has a
-  /// use for it (a hotkey, a brightness key): then it is nothing to the window.
+  /// To be called for every key event of a window that has grabbed the keyboard. True when the
+  /// machine has used the event (a hotkey, a brightness key): then the window must ignore it.
   virtual bool take(const WindowKey& key) = 0;
 
-  /// The window has given the keyboard back, maybe with keys still down.
+  /// The window has released the keyboard, maybe with keys still down.
   virtual void keyboardIsBack() = 0;
 
-  /// The handler is called as a main-queue task once the machine's own connection has broken.
+  /// The handler is called as a main-queue task once the machine's connection has broken.
   virtual Observation observeServerGone(Task handler) = 0;
 
-  /// Says in one line, in the log and on standard error, that the program ends because the server
-  /// has gone.
+  /// Logs in one line, on standard error, too, that the program ends because the server is lost.
   virtual void sayThatServerHasGone() = 0;
 
-  /// The process ends without the machine's end: what must outlive a power cut goes to disk now.
+  /// For an end of the process without the machine's destructor: syncs the settings to disk.
   virtual void saveBeforeExit() = 0;
 };
 

@@ -37,7 +37,7 @@ bool haveSameParts(const DisplayList& from, const DisplayList& to) {
   return std::ranges::equal(from, to, {}, &Primitive::index, &Primitive::index);
 }
 
-/// Of two primitives of the same kind.
+/// For two primitives of the same type.
 Primitive interrupted(const Primitive& from, const Primitive& to, double progress) {
   const auto* const oldBar = std::get_if<MaskedFill>(&from);
   if (oldBar == nullptr) return to;

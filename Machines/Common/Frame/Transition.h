@@ -6,15 +6,15 @@
 
 namespace brivane {
 
-/// How long a HUD's picture takes to become another.
+/// The duration of a HUD's change from one picture to another.
 constexpr double contentChangeSeconds = 0.14;
 
-/// A picture on its way to another, `progress` from 0 to 1: bars grow, symbols are faded over, all
-/// else is the new picture's. Pictures that are made of different parts have nothing in between.
+/// A picture between two others, `progress` from 0 to 1: bars grow, symbols cross-fade, all else is
+/// the new picture's. Pictures of different parts change at once.
 DisplayList between(const DisplayList& from, const DisplayList& to, double progress);
 
-/// Where another change sets out that comes in the middle of this one: bars are where they are, but
-/// symbols are the new ones already, so that the parts are those of a picture.
+/// The starting picture for another change in the middle of this one: bars at their current length,
+/// symbols already the new ones, so that the parts are those of one picture.
 DisplayList interrupted(const DisplayList& from, const DisplayList& to, double progress);
 
 /// Something that takes its time; without a duration it is over at once.

@@ -1,5 +1,4 @@
-// Two ways of naming the places of a keyboard: the virtual key codes that bindings are stored with,
-// and the codes under which a PC's keys arrive.
+// Maps the virtual key codes of stored bindings to the evdev codes of a PC's keys.
 #include "Machines/Common/Keys/EvdevKeys.h"
 
 #include <linux/input-event-codes.h>
@@ -34,12 +33,12 @@ constexpr std::array placedKeys = {
     PlacedKey{118, KEY_F4}, PlacedKey{96, KEY_F5}, PlacedKey{97, KEY_F6}, PlacedKey{98, KEY_F7},
     PlacedKey{100, KEY_F8}, PlacedKey{101, KEY_F9}, PlacedKey{109, KEY_F10},
     PlacedKey{103, KEY_F11}, PlacedKey{111, KEY_F12},
-    // Where a Mac's keyboard has Help, a PC's has Insert.
+    // A Mac's Help is a PC's Insert.
     PlacedKey{114, KEY_INSERT}, PlacedKey{115, KEY_HOME}, PlacedKey{116, KEY_PAGEUP},
     PlacedKey{117, KEY_DELETE}, PlacedKey{119, KEY_END}, PlacedKey{121, KEY_PAGEDOWN},
     PlacedKey{124, KEY_RIGHT}, PlacedKey{123, KEY_LEFT}, PlacedKey{125, KEY_DOWN},
     PlacedKey{126, KEY_UP},
-    // The keypad; where a Mac's has Clear, a PC's has Num Lock.
+    // The keypad; a Mac's Clear is a PC's Num Lock.
     PlacedKey{71, KEY_NUMLOCK}, PlacedKey{75, KEY_KPSLASH}, PlacedKey{67, KEY_KPASTERISK},
     PlacedKey{78, KEY_KPMINUS}, PlacedKey{69, KEY_KPPLUS}, PlacedKey{76, KEY_KPENTER},
     PlacedKey{83, KEY_KP1}, PlacedKey{84, KEY_KP2}, PlacedKey{85, KEY_KP3}, PlacedKey{86, KEY_KP4},

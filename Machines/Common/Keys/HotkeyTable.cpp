@@ -31,7 +31,7 @@ bool HotkeyTable::press(KeyCombination combination) {
   const auto found = find(combination);
   if (found == entries.end()) return false;
   found->second.hold = Hold::whole;
-  // Whoever is told may take the entry away.
+  // Copied: the receiver may remove the entry.
   const auto receiver = found->second.receiver;
   if (receiver) receiver(HotkeyEvent::pressed);
   return true;

@@ -9,8 +9,8 @@
 
 namespace brivane {
 
-/// A key and the modifiers that a hotkey wants with it: a virtual key code, and the sum of 256
-/// (command), 512 (shift), 2048 (option) and 4096 (control).
+/// A hotkey's virtual key code and modifiers, the sum of 256 (command), 512 (shift), 2048 (option)
+/// and 4096 (control).
 struct KeyCombination {
   std::uint32_t keyCode = 0;
   std::uint32_t modifiers = 0;
@@ -18,28 +18,26 @@ struct KeyCombination {
   bool operator==(const KeyCombination&) const = default;
 };
 
-/// Hotkeys, and what a keyboard's keys mean to them. Who comes first has a combination. Main
-/// thread.
+/// The registered hotkeys, and which of them are held. The first to register a combination has it.
+/// Main thread.
 class HotkeyTable {
  public:
   using Receiver = std::function<void(HotkeyEvent event)>;
 
-  /// The status of a combination that somebody has already.
+  /// The status for a combination that is taken.
   static constexpr HotkeyStatus alreadyTaken = -9878;
 
   std::variant<HotkeyReference, HotkeyStatus> add(KeyCombination combination, Receiver receiver);
-  /// The receiver is not called any more. False when there is no such hotkey.
+  /// Stops calling the receiver at once. False when there is no such hotkey.
   bool remove(HotkeyReference reference);
-  /// The combination is free again, and the receiver hears of no press any more; if the hotkey is
-  /// held, it still hears of its releases.
+  /// Frees the combination. The receiver gets no more presses, but the releases of a held hotkey.
   void retire(HotkeyReference reference);
 
-  /// An ordinary key goes down while exactly the modifiers of `combination` are; whether it is
-  /// somebody's hotkey.
+  /// An ordinary key goes down with exactly these modifiers; returns whether it is a hotkey.
   bool press(KeyCombination combination);
-  /// The key goes up, and the hotkeys held with it do, also those that have lost a modifier before.
+  /// The key goes up: releases its held hotkeys, also those that have lost a modifier before.
   void releaseKey(std::uint32_t keyCode);
-  /// Hotkeys that need a modifier which is not in `modifiers` go up, although their key is down.
+  /// Releases held hotkeys with a modifier that is not in `modifiers`, although their key is down.
   void keepModifiers(std::uint32_t modifiers);
 
  private:

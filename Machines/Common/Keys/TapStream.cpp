@@ -37,7 +37,7 @@ void TapStream::disableByTimeout() {
   }
 }
 
-/// Holding them all, so that one that is dropped by a handler ends after its own.
+/// Strong references, so that a tap dropped by a handler outlives the delivery.
 std::vector<std::shared_ptr<TapStream::Tap>> TapStream::tapsFromTheHead() {
   std::vector<std::shared_ptr<Tap>> living;
   for (const auto& tap : taps) {

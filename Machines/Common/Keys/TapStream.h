@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// A press or release of one of the keyboard's two brightness keys, as taps see it.
+/// The tap event for a press or release of a brightness key.
 TapEvent brightnessKeyEvent(bool isUpKey, bool isDown, bool isRepeat);
 
 /// The stream of special keys and the taps in it. Main thread.
@@ -18,15 +18,15 @@ class TapStream {
     bool isEnabled = false;
   };
 
-  /// At the head of the stream, disabled. It is in the stream until the last reference is dropped.
+  /// Adds a disabled tap at the head of the stream, until the last reference is dropped.
   std::shared_ptr<Tap> add(EventTapPort::Handler handler);
 
   bool hasEnabledTap();
 
-  /// Whether the event came through all taps that are enabled.
+  /// Sends the event through all enabled taps; returns whether none swallowed it.
   bool send(const TapEvent& event);
 
-  /// The system finds all taps that are enabled too slow: they are disabled and told so.
+  /// Disables all enabled taps as too slow, and notifies them.
   void disableByTimeout();
 
  private:

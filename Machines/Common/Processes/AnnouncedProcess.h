@@ -8,21 +8,21 @@
 
 namespace brivane {
 
-/// The one process that announced itself at a file, told by a lock on it: the system knows the
-/// lock's holder, and lets go of the lock however the holder ends. One object per process and file:
-/// the system drops a process's lock when any of its open files of that name is closed.
+/// The one process that announced itself by a lock on a file: the system knows the lock's holder,
+/// and releases the lock however the holder ends. Only one object per process and file: closing any
+/// descriptor of the file releases the process's lock (POSIX record locks).
 class AnnouncedProcess {
  public:
   explicit AnnouncedProcess(std::filesystem::path fileToLock) : lockFile(std::move(fileToLock)) {}
 
-  /// Who is announced; nothing when nobody is.
+  /// The announced process; nothing without one.
   std::optional<ProcessID> find() const;
 
-  /// Announces this process until it or the object ends. False when another one is announced or
-  /// the file can't be made; its folder must exist.
+  /// Announces this process until it ends or the object is destroyed. False when another process is
+  /// announced or the file can't be created; its folder must exist.
   bool announce();
 
-  /// This process is not announced any more.
+  /// Withdraws the announcement.
   void end();
 
  private:

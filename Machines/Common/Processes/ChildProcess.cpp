@@ -1,7 +1,7 @@
-// Not every system can make a pipe that children don't inherit in one step; children are started by
-// the main thread alone, so there is none in between. What this process inherited must not matter:
-// closed descriptors, in whose places the pipe's ends would come to lie, and being told nothing of
-// the ends of children.
+// Not every system has pipe2 with O_CLOEXEC; as only the main thread starts children, none can
+// start between pipe and fcntl. Two inherited states must not matter: closed standard descriptors,
+// whose numbers the pipe's ends would get, and an ignored SIGCHLD, which discards children's
+// statuses.
 #include "Machines/Common/Processes/ChildProcess.h"
 
 #include <fcntl.h>
@@ -17,7 +17,7 @@
 
 #include "Machines/Common/Files/FileDescriptor.h"
 
-/// Some systems' headers leave it to the program to declare it.
+/// Some systems' headers don't declare it.
 extern "C" char** environ;  // NOLINT(readability-redundant-declaration)
 
 namespace brivane {
@@ -25,8 +25,8 @@ namespace {
 
 constexpr int signalStatusBase = 128;
 
-/// What a child starts with: nothing on standard input and error, the pipe on standard output,
-/// default signals.
+/// A child's start: /dev/null as standard input and error, the pipe as standard output, default
+/// signals.
 class SpawnSettings {
  public:
   explicit SpawnSettings(int outputEnd) {
@@ -51,7 +51,7 @@ class SpawnSettings {
   posix_spawnattr_t attributes{};
 };
 
-/// The child's process identifier; or the reason why there is none.
+/// The child's process ID, or why it could not be started.
 std::variant<pid_t, ProcessNotStarted> start(const std::string& executable,
                                              const std::vector<std::string>& arguments,
                                              int outputEnd) {
@@ -69,13 +69,13 @@ std::variant<pid_t, ProcessNotStarted> start(const std::string& executable,
   return child;
 }
 
-/// A copy that children don't inherit, above the descriptors that a child begins with; none open
-/// when there are too many.
+/// A close-on-exec copy with a number above the standard descriptors; not open when there are too
+/// many.
 FileDescriptor aboveStandardOnes(const FileDescriptor& end) {
   return FileDescriptor(::fcntl(end.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
-/// The end to read from and the one to write to; none open when there can't be any.
+/// The read end and the write end; not open on failure.
 std::pair<FileDescriptor, FileDescriptor> makePipe() {
   std::array<int, 2> ends{};
   if (::pipe(ends.data()) != 0) return std::pair<FileDescriptor, FileDescriptor>();
@@ -84,7 +84,7 @@ std::pair<FileDescriptor, FileDescriptor> makePipe() {
   return {aboveStandardOnes(readEnd), aboveStandardOnes(writeEnd)};
 }
 
-/// A child whose end is to be ignored leaves no status behind.
+/// With SIGCHLD ignored, a child's exit status is lost.
 void keepStatusesOfChildren() {
   struct sigaction action {};
   ::sigaction(SIGCHLD, nullptr, &action);

@@ -7,8 +7,8 @@
 
 namespace brivane {
 
-/// Runs a program to its end as `ProcessRunner::run` promises. The child gets the default action
-/// for every signal: this process may ignore some, and a child would inherit that.
+/// Runs a program to its end, see `ProcessRunner::run`. The child gets the default action for every
+/// signal; it would inherit ignored ones.
 ProcessResult runChildProcess(const std::string& executable,
                               const std::vector<std::string>& arguments);
 

@@ -7,7 +7,7 @@ constexpr auto label = "com.quorrel.brivane";
 const FinishedProcess usageError = {64, ""};
 const FinishedProcess inputOutputError = {5, ""};
 
-/// A service that was never enabled nor disabled is not in the list.
+/// The list lacks a service that was never enabled nor disabled.
 std::string disabledServices(const LaunchAgent& agent) {
   std::string text = "disabled services = {\n";
   if (agent.isEnabled) {

@@ -9,22 +9,22 @@
 
 namespace brivane {
 
-/// The program's launch agent, whatever a machine has in its place.
+/// The program's launch agent, or the machine's counterpart.
 struct LaunchAgent {
   /// The user's launch domain, "gui/" and the user's number.
   std::string domain;
   std::string file;
   bool isInstalled = false;
-  /// Nothing when it was never enabled nor disabled.
+  /// Nothing before the first enabling or disabling.
   std::optional<bool> isEnabled;
-  /// Whether that could be stored.
+  /// Returns whether it could be stored.
   std::function<bool(bool enabled)> setEnabled;
 };
 
 /// The system's tool for launch agents with these arguments, as far as Brivane uses it: "enable"
 /// and "disable" with a service, "bootstrap" with a domain and the agent's file, "print-disabled"
-/// with a domain. Anything else ends with status 64, loading what is not there or disabled, and
-/// storing what can't be stored, with 5.
+/// with a domain. Anything else ends with status 64; loading a missing or disabled agent, and a
+/// failure to store, with 5.
 FinishedProcess runLaunchControl(const std::vector<std::string>& arguments,
                                  const LaunchAgent& agent);
 

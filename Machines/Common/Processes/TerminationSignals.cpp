@@ -1,8 +1,7 @@
-// A signal handler may do next to nothing, so it writes one byte to a pipe; a queue of the Runtime
-// waits at the other end and hands the news to the main queue. (Blocking the signals and reading
-// them from a descriptor would be passed on to child processes and miss threads that exist
-// already.) The end puts a handler that does nothing in its place, so that a signal that is found
-// ignored was ignored by whoever started the program.
+// The signal handler only writes a byte to a pipe (async-signal-safe); a serial queue reads it and
+// queues the main-queue task. (Child processes would inherit blocked signals, as signalfd needs
+// them, and existing threads would not block them.) The destructor installs empty handlers, so that
+// a signal found ignored was ignored by the parent process.
 #include "Machines/Common/Processes/TerminationSignals.h"
 
 #include <fcntl.h>
@@ -21,7 +20,7 @@ namespace {
 constexpr char signalled = 's';
 constexpr char ended = 'e';
 
-/// A signal handler knows nothing but what is global.
+/// Global, as signal handlers have no context.
 std::atomic<int> handlersPipe = -1;
 
 void writeToPipe(int) {

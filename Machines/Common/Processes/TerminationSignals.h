@@ -7,10 +7,10 @@
 
 namespace brivane {
 
-/// While it exists, SIGTERM, and SIGINT and SIGHUP unless they were ignored before, do nothing but
-/// put a task on the main queue; afterwards they do nothing: a program that was asked to end twice
-/// still ends in its own way. One at a time in a process. Main thread; it must end before the
-/// Runtime, which has to be one of real time.
+/// During its life SIGTERM, and SIGINT and SIGHUP unless they were ignored before, only run
+/// `handler` as a main-queue task; afterwards they do nothing, so that a second signal doesn't
+/// interrupt the program's orderly end. One object at a time in a process. Main thread; destroy it
+/// before the Runtime, which must be one of real time.
 class TerminationSignals {
  public:
   TerminationSignals(Runtime& machineRuntime, Task handler);

@@ -1,5 +1,5 @@
-// The clock is the one that goes on while the machine sleeps (CLOCK_BOOTTIME); the standard
-// library's clocks stop then.
+// The clock is CLOCK_BOOTTIME, which advances while the machine sleeps; std::chrono's clocks stop
+// then.
 #include "Machines/Common/Processes/ThreadRuntime.h"
 
 #include <sys/prctl.h>
@@ -89,10 +89,10 @@ class ThreadRuntime::Queue : public SerialQueue {
 };
 
 ThreadRuntime::ThreadRuntime() {
-  // A reader that has gone ("--probe | head -1") makes writes fail; it must not end the program.
+  // A closed reader ("--probe | head -1") makes writes fail; it must not end the program.
   std::signal(SIGPIPE, SIG_IGN);
-  // The kernel wakes sleepers up to 50 µs late unless told not to; pauses of DDC/CI are made often
-  // enough for that to be seen. Threads made later take it over.
+  // By default the kernel wakes sleepers up to 50 µs late, which shows in DDC/CI's many pauses.
+  // Later threads inherit the setting.
   ::prctl(PR_SET_TIMERSLACK, 1UL);
 }
 
@@ -108,7 +108,7 @@ Instant ThreadRuntime::now() const {
 }
 
 void ThreadRuntime::sleep(Microseconds duration) {
-  // One microsecond more, because `now()` cuts off the nanoseconds.
+  // One microsecond more, because `now()` truncates nanoseconds.
   const timespec deadline = asTimespec(now() + duration + Microseconds(1));
   while (clock_nanosleep(CLOCK_BOOTTIME, TIMER_ABSTIME, &deadline, nullptr) == EINTR) {
   }
@@ -135,7 +135,7 @@ TimerID ThreadRuntime::every(Microseconds period, Task task) {
 }
 
 void ThreadRuntime::cancel(TimerID timer) {
-  Task dropped;  // what it holds may use the runtime once more when it goes: outlives the lock
+  Task dropped;  // destroyed after the lock is released: the destructor may use the runtime
   const std::lock_guard lock(mutex);
   const auto found = timers.find(timer);
   if (found == timers.end()) return;
@@ -179,8 +179,8 @@ void ThreadRuntime::endHosting() {
   wake = {};
 }
 
-/// Only what is there at the beginning: tasks that queue further ones, and timers that are due
-/// again at once, must not keep the host from its own events.
+/// Only what is due at the call: tasks that queue further tasks, and timers that are due again at
+/// once, must not block the host's own events.
 HostedTurn ThreadRuntime::runDue() {
   const Instant moment = now();
   std::unique_lock lock(mutex);
@@ -219,7 +219,7 @@ TimerID ThreadRuntime::addTimer(Microseconds delay, Microseconds period, Task ta
   return id;
 }
 
-/// The task of the earliest timer that is due; empty when none is.
+/// The earliest due timer's task; empty when none is due.
 Task ThreadRuntime::takeDueTimerTask(Instant moment) {
   if (deadlines.empty() || deadlines.begin()->first > moment) return {};
   const TimerID id = deadlines.begin()->second;
@@ -232,8 +232,8 @@ Task ThreadRuntime::takeDueTimerTask(Instant moment) {
   return timer.task;
 }
 
-/// Waits for the next main-queue task; empty once stopped. Timers that are due go first: they have
-/// waited, and queued tasks that queue further tasks must not starve them.
+/// Waits for the next main-queue task; empty once stopped. Due timers go first, so that tasks that
+/// queue further tasks can't starve them.
 Task ThreadRuntime::takeNextTask() {
   std::unique_lock lock(mutex);
   while (!stopped) {
@@ -256,7 +256,7 @@ Task ThreadRuntime::takeQueuedTask() {
   return task;
 }
 
-/// A host that is awake looks for itself before it goes to sleep.
+/// A host that is awake checks by itself before it sleeps.
 void ThreadRuntime::wakeHost(Instant deadline) {
   if (!wake || isHostAwake || (hostDeadline && *hostDeadline <= deadline)) return;
   hostDeadline = deadline;

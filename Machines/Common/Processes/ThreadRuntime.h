@@ -18,12 +18,10 @@
 
 namespace brivane {
 
-/// The Runtime of plain threads and the real clock, for command-line modes and for desks in real
-/// time. The thread that calls `run()`, or that hosts the main queue in a loop of its own, is the
-/// main thread, and until then the one that made it.
-/// Each queue has a thread of its own, made when it is first needed. While the machine sleeps a
-/// waiting timer's delay stands still, so timers can come late by up to the delay they had left;
-/// `now()` counts that time.
+/// The Runtime over threads and the real clock, on Linux and for desks in real time. The main
+/// thread is the one that calls `run()` or hosts the main queue, before that the constructing one.
+/// Each queue has a thread, started on first use. Timers' delays don't advance while the machine
+/// sleeps, so timers can be late by the delay that was left; `now()` does advance.
 class ThreadRuntime : public Runtime, public HostedMainQueue {
  public:
   ThreadRuntime();
@@ -65,14 +63,14 @@ class ThreadRuntime : public Runtime, public HostedMainQueue {
   std::condition_variable somethingToDo;
   std::deque<Task> tasks;
   std::map<TimerID, Timer> timers;
-  /// The timers in the order of their deadlines.
+  /// The timers by deadline.
   std::set<std::pair<Instant, TimerID>> deadlines;
   TimerID nextTimer = 1;
   bool stopped = false;
-  /// Empty: nobody hosts the main queue.
+  /// Empty: no host.
   Task wake;
   bool isHostAwake = false;
-  /// When the host comes by itself, or has been woken for.
+  /// The deadline at which the host returns by itself, or for which it was woken.
   std::optional<Instant> hostDeadline;
   std::vector<std::shared_ptr<Queue>> queues;
 };
