@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// The system's list of programs that may watch other programs' keys.
+/// The Accessibility grant, which lets a program watch other programs' keys.
 class MacAccessibility : public AccessibilityAccess {
  public:
   bool isTrusted() override;

@@ -15,7 +15,7 @@
 
 namespace brivane {
 
-/// What only AppKit tells or does; the rest of the machine is made of C interfaces. Main thread.
+/// What only AppKit can do; the rest of the machine uses C interfaces. Main thread.
 class AppKitServices {
  public:
   virtual ~AppKitServices() = default;
@@ -25,20 +25,19 @@ class AppKitServices {
   virtual std::optional<Screen> mainScreen() = 0;
   virtual Point pointerPosition() = 0;
 
-  /// The modifiers that are down now, whichever application has the keyboard (see `modifierFlag`).
+  /// The modifiers that are down, whichever application is active (see `modifierFlag`).
   virtual std::uint64_t modifierFlags() = 0;
 
-  /// What a system-defined event carries; nothing when it can't be converted. The event stays the
-  /// caller's.
+  /// The fields of a system-defined event; nothing for other events. The event is borrowed.
   virtual std::optional<TapEvent::SystemDefined> systemDefined(CGEventRef event) = 0;
 
   virtual std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) = 0;
-  /// Connects this process to the window system, which makes it a running application.
+  /// Connects this process to the window server, which makes it a running application.
   virtual void becomeApplication() = 0;
   virtual void openURL(const std::string& url) = 0;
 
-  /// Handlers are called by the announcement itself, on the main thread: the machine turns them
-  /// into main-queue tasks.
+  /// Handlers are called synchronously by the notification, on the main thread; the machine turns
+  /// them into main-queue tasks.
   virtual Observation observeScreenParameters(Task handler) = 0;
   virtual Observation observeDidWake(Task handler) = 0;
   virtual Observation observeScreensDidWake(Task handler) = 0;

@@ -1,5 +1,5 @@
-// Settings are kept by a server of the system, and each process has a copy of its own; without
-// synchronising, a process neither sees what others wrote nor shows what it wrote itself.
+// A system server keeps the settings, and each process has a cached copy; without synchronising, a
+// process neither sees others' changes nor publishes its own.
 #include "Machines/Mac/Defaults.h"
 
 #include "Machines/Mac/CoreFoundation/CFProperty.h"

@@ -5,8 +5,8 @@
 
 namespace brivane {
 
-/// The domain "com.quorrel.brivane", which is the bundle's own. It is named outright, so that the
-/// bare executable, which has another one, meets the same settings.
+/// The domain "com.quorrel.brivane", the bundle's own. It is named explicitly, so that the bare
+/// executable, whose own domain is another, uses the same settings.
 class MacDefaults : public UserDefaults {
  public:
   static constexpr auto domain = "com.quorrel.brivane";

@@ -8,7 +8,7 @@
 
 namespace brivane {
 
-/// CoreGraphics knows the displays, AppKit the screens that they show.
+/// Displays from CoreGraphics, screens from AppKit.
 class MacDisplays : public DisplaySystem {
  public:
   /// `services` must outlive this.

@@ -1,5 +1,5 @@
-// The shapes of the private entry points. An AV service is an ordinary CoreFoundation object, which
-// creating hands over.
+// The types of the private entry points. An AV service is a CoreFoundation object; the creating
+// function returns ownership.
 #include "Machines/Mac/EntryPoints.h"
 
 #include <CoreGraphics/CoreGraphics.h>
@@ -44,7 +44,7 @@ WriteI2CFunction writeAt(void* address) {
   return [write = reinterpret_cast<TransferI2C>(address)](AVService& service, std::uint32_t chip,
                                                           std::uint32_t dataAddress,
                                                           std::span<const std::uint8_t> bytes) {
-    // The call only reads them but doesn't say so.
+    // The call only reads the bytes, but takes a non-const pointer.
     std::vector<std::uint8_t> copy(bytes.begin(), bytes.end());
     return write(static_cast<MacAVService&>(service).object(), chip, dataAddress, copy.data(),
                  static_cast<std::uint32_t>(copy.size()));

@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// The function of that name at `address`, in the seam's shape; nothing for other names.
+/// The named function at `address`, as a function of the seam's type; nothing for unknown names.
 Symbol symbolAt(void* address, std::string_view name);
 
 }  // namespace brivane

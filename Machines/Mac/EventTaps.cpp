@@ -1,5 +1,4 @@
-// A tap that its own handler drops is still being called, so what the call needs is held by the
-// call itself.
+// A handler may destroy its own tap, so the running callback holds what it needs.
 #include "Machines/Mac/EventTaps.h"
 
 #include <CoreGraphics/CoreGraphics.h>
@@ -14,7 +13,7 @@ namespace {
 
 constexpr CGEventMask systemDefinedEvents = CGEventMask{1} << TapEvent::systemDefined;
 
-/// What a tap's callback is given.
+/// The context of a tap's callback.
 struct Listener : std::enable_shared_from_this<Listener> {
   Listener(AppKitServices& services, EventTapPort::Handler itsHandler)
       : appKit(services), handler(std::move(itsHandler)) {}
@@ -23,8 +22,8 @@ struct Listener : std::enable_shared_from_this<Listener> {
   const EventTapPort::Handler handler;
 };
 
-/// The event goes on as it came, and null swallows it. A tap that has been disabled hears so with
-/// an event that may be null.
+/// Returning the event forwards it, null swallows it. A tap's disabling is reported with an event
+/// that may be null.
 CGEventRef tapCallback(CGEventTapProxy, CGEventType type, CGEventRef event, void* userInfo) {
   const AutoreleasePool pool;
   const auto listener = static_cast<Listener*>(userInfo)->shared_from_this();

@@ -5,7 +5,7 @@
 
 namespace brivane {
 
-/// Taps at the lowest level that there is, where events come from the hardware.
+/// Taps at the lowest level, where events enter from the hardware.
 class MacEventTaps : public EventTapPort {
  public:
   /// `services` must outlive this and all taps.

@@ -66,7 +66,7 @@ std::int32_t MacHotkeys::handle(void* carbonEvent) {
   const OSStatus status = GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID,
                                             nullptr, sizeof(hotkey), nullptr, &hotkey);
   if (status != noErr) return status;
-  // The handler may be replaced or removed by what it does.
+  // Copied: the handler may replace or remove itself.
   const Handler called = handler;
   const bool isPress = GetEventKind(event) == kEventHotKeyPressed;
   if (called) {

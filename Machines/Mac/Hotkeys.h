@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// Carbon's hotkeys, with the application as their target. The statuses are Carbon's own.
+/// Carbon's hotkeys, with the application as their target. The statuses are Carbon's.
 class MacHotkeys : public HotkeyPort {
  public:
   MacHotkeys() = default;
@@ -22,14 +22,14 @@ class MacHotkeys : public HotkeyPort {
                                                              HotkeyID hotkey) override;
   void unregisterHotkey(HotkeyReference reference) override;
 
-  /// For the handler that Carbon knows: a hotkey's event, whose status it returns.
+  /// Called by the installed Carbon handler with a hotkey's event; returns the handler's status.
   std::int32_t handle(void* carbonEvent);
 
  private:
   Handler handler;
   /// Carbon's reference to the handler; null when none is installed.
   void* installed = nullptr;
-  /// Carbon's references by the seam's, which are never used twice: Carbon's may be.
+  /// Carbon's references by the seam's. The seam's are never reused, Carbon's may be.
   std::map<HotkeyReference, void*> registered;
   HotkeyReference nextReference = 1;
 };

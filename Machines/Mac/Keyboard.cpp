@@ -10,8 +10,8 @@
 namespace brivane {
 namespace {
 
-/// The layout's data, borrowed from `source`; null without a source, and for one that has none, as
-/// input methods do.
+/// The layout's data, borrowed from `source`; null without a source, and for input methods, which
+/// have no layout.
 const UCKeyboardLayout* layoutOf(TISInputSourceRef source) {
   if (source == nullptr) return nullptr;
   const auto data =

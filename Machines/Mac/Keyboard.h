@@ -5,8 +5,8 @@
 
 namespace brivane {
 
-/// The current keyboard layout, which the system lets the main thread alone ask for, and the keys
-/// as the whole session has them.
+/// The current keyboard layout (the system permits that on the main thread only), and the state of
+/// the session's keys.
 class MacKeyboard : public Keyboard {
  public:
   /// `services` must outlive this.

@@ -1,5 +1,5 @@
-// The log hides what a line is made of unless it is told that it may be seen; and it wants a format
-// that the compiler knows.
+// The unified log redacts arguments unless they are marked public, and needs a constant format
+// string.
 #include "Machines/Mac/Log.h"
 
 #include <os/log.h>
@@ -23,7 +23,7 @@ void MacLog::writeVisibly(std::string_view line) {
 }
 
 void MacLog::writeToStandardError(std::string_view line) {
-  // In one piece, so that lines of several threads don't mix.
+  // One write, so that lines of several threads don't mix.
   const std::string whole = std::string(line) + "\n";
   [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, whole.data(), whole.size());
 }

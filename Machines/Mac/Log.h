@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// The unified log, under the name of the process, and standard error too when a person can see it.
+/// The unified log, under the process's name, and standard error, too, if it is a terminal.
 class MacLog : public SystemLog {
  public:
   MacLog();

@@ -21,7 +21,7 @@
 
 namespace brivane {
 
-/// A Mac. Making one asks nothing of hardware or window system.
+/// A Mac. The constructor touches neither hardware nor window system.
 class MacMachine : public ResidentMachine {
  public:
   explicit MacMachine(std::unique_ptr<AppKitServices> services);
@@ -58,7 +58,7 @@ class MacMachine : public ResidentMachine {
   MacSession userSession{*appKit};
   MacResources bundles;
   MacDefaults settings{systemLog};
-  /// Below everything that its queues' tasks use.
+  /// Declared after everything that its queues' tasks use, so destroyed before it.
   MacRuntime loopAndQueues;
   // Main thread only.
   MacKeyboard sessionKeyboard{*appKit};

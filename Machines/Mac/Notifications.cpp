@@ -5,7 +5,7 @@
 namespace brivane {
 namespace {
 
-/// Keeps what is called beside what has it called.
+/// A handler and the observation that calls it.
 struct Subscription {
   std::shared_ptr<Task> handler;
   Observation observation;
@@ -40,7 +40,7 @@ Observation MacNotifications::observeTermination(Task handler) {
       WithSignals{termination->observe(std::move(handler)), std::move(shared)});
 }
 
-/// Whoever stops observing before the task's turn comes doesn't hear it.
+/// An observer that ends before the task's turn is not called.
 Observation MacNotifications::observe(Source source, Task handler) {
   auto kept = std::make_shared<Task>(std::move(handler));
   auto announced = [&queue = runtime, observer = std::weak_ptr<Task>(kept)] {

@@ -9,8 +9,8 @@
 
 namespace brivane {
 
-/// What AppKit and the process's signals announce, as tasks of the main queue. It must end before
-/// the Runtime, after all who observe.
+/// Announcements by AppKit and the process's signals, as main-queue tasks. Destroy it before the
+/// Runtime, after all observers.
 class MacNotifications : public SystemNotifications {
  public:
   /// Both must outlive this.
@@ -30,7 +30,7 @@ class MacNotifications : public SystemNotifications {
   AppKitServices& appKit;
   Runtime& runtime;
   const std::shared_ptr<Topic> termination = std::make_shared<Topic>();
-  /// Shared by all who observe the termination.
+  /// Shared by all observers of the termination.
   std::weak_ptr<TerminationSources> signals;
 };
 

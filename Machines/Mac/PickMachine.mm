@@ -1,5 +1,5 @@
-// The Mac's own answer to which machine there is: a Mac. Desks are for Linux, where the program is
-// developed and tested.
+// On a Mac the machine is always the Mac. Desks are for Linux, where the program is developed and
+// tested.
 #include "Machines/PickMachine.h"
 
 #include "Machines/Mac/Frame/Frame.h"

@@ -1,5 +1,5 @@
-// The system's iterator goes over everything below the root and leaves out the root itself; a pass
-// begins with it all the same, so that every entry's parent has come before.
+// The system's iterator leaves out the root. An iteration here begins with it, so that every
+// entry's parent comes before the entry.
 #include "Machines/Mac/Registry.h"
 
 #include "Machines/Mac/CoreFoundation/CFProperty.h"

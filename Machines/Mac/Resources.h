@@ -4,8 +4,7 @@
 
 namespace brivane {
 
-/// The resource bundles in the main bundle's folder of resources, and the languages of the user's
-/// system settings.
+/// The resource bundles in the main bundle, and the languages of the system settings.
 class MacResources : public Resources {
  public:
   std::optional<std::string> read(const std::string& bundle, const std::string& path) override;

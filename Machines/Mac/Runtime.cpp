@@ -1,7 +1,6 @@
-// The main queue is dispatch's, which the run loop serves in every mode that is common. It serves
-// all that waits there in one go, though, and `stop()` promises that nothing runs after the task
-// that is running: so the tasks stand in a line of their own, and what dispatch is given is only
-// the call to take the next one.
+// The run loop serves dispatch's main queue in all common modes, but all waiting blocks at once,
+// while `stop()` promises that no task runs after the current one. So tasks wait in a queue of our
+// own, and each block given to dispatch only takes the next task.
 #include "Machines/Mac/Runtime.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -30,7 +29,7 @@ class MacRuntime::MainQueue : public std::enable_shared_from_this<MainQueue> {
     callForNext();
   }
 
-  /// A timer is due: runs its task, or queues it if nothing is to run any more.
+  /// Runs a due timer's task, or queues it after `stop()`.
   void perform(Task task) {
     if (isStopped) return add(std::move(task));
     task();
@@ -39,7 +38,7 @@ class MacRuntime::MainQueue : public std::enable_shared_from_this<MainQueue> {
   void run() {
     {
       const std::lock_guard lock(mutex);
-      // The calls for these were made while nothing was to run.
+      // Their calls were used up while the queue was stopped.
       if (!isStopped) {
         for (std::size_t i = 0; i < tasks.size(); ++i) callForNext();
       }
@@ -48,8 +47,8 @@ class MacRuntime::MainQueue : public std::enable_shared_from_this<MainQueue> {
     isStopped = false;
   }
 
-  /// The run loop is told from within: told from another thread just before it begins to run, it
-  /// would run all the same.
+  /// Stops the run loop from within: a stop from another thread just before the loop starts would
+  /// be lost.
   void stop() {
     isStopped = true;
     dispatch_async_f(dispatch_get_main_queue(), nullptr,
@@ -90,14 +89,13 @@ class MacRuntime::MainQueue : public std::enable_shared_from_this<MainQueue> {
   std::atomic<bool> isStopped = false;
 };
 
-/// The run loop's timers by their numbers.
 class MacRuntime::Timers {
  public:
   explicit Timers(std::shared_ptr<MainQueue> queue) : mainQueue(std::move(queue)) {}
   Timers(const Timers&) = delete;
   Timers& operator=(const Timers&) = delete;
 
-  /// Invalidating drops the tasks, and what those hold may come back here to cancel any timer.
+  /// Invalidating destroys the tasks, whose destructors may call `cancel` for any timer.
   void end() {
     std::map<TimerID, CFReference<CFRunLoopTimerRef>> ended;
     {
@@ -121,12 +119,12 @@ class MacRuntime::Timers {
   }
 
   void cancel(TimerID id) {
-    // Invalidating drops the task, and what that holds may come back here.
+    // Invalidating destroys the task, whose destructor may call `cancel`.
     if (const auto timer = take(id)) CFRunLoopTimerInvalidate(timer.get());
   }
 
  private:
-  /// What the run loop keeps for a timer until that is invalid.
+  /// A timer's context, kept by the run loop until the timer is invalid.
   struct Due {
     Timers& timers;
     TimerID id;
@@ -137,7 +135,7 @@ class MacRuntime::Timers {
   static void fire(CFRunLoopTimerRef, void* info) {
     const AutoreleasePool pool;
     const Due& due = *static_cast<Due*>(info);
-    // The task may cancel its own timer, and with it goes all that is kept for it.
+    // Copied: the task may cancel its own timer, which destroys the context.
     const auto queue = due.timers.mainQueue;
     Task task = due.task;
     const auto over = due.isRepeating ? CFReference<CFRunLoopTimerRef>() : due.timers.take(due.id);
@@ -210,7 +208,7 @@ class MacRuntime::Queue : public SerialQueue {
 
 MacRuntime::MacRuntime()
     : mainQueue(std::make_shared<MainQueue>()), timers(std::make_unique<Timers>(mainQueue)) {
-  // A reader that has gone ("--probe | head -1") makes writes fail; it must not end the program.
+  // A closed reader ("--probe | head -1") makes writes fail; it must not end the program.
   std::signal(SIGPIPE, SIG_IGN);
 }
 
@@ -221,7 +219,8 @@ MacRuntime::~MacRuntime() {
 }
 
 Instant MacRuntime::now() const {
-  // On the Mac this one goes on while the machine sleeps, and no setting of the clock moves it.
+  // On the Mac this clock advances while the machine sleeps, and setting the time doesn't change
+  // it.
   timespec time{};
   clock_gettime(CLOCK_MONOTONIC_RAW, &time);
   return Instant(std::chrono::duration_cast<Microseconds>(std::chrono::seconds(time.tv_sec) +

@@ -8,10 +8,10 @@
 
 namespace brivane {
 
-/// The Runtime of the main run loop and of dispatch's queues. The thread that makes it is the main
-/// thread. `run()` runs the main run loop; the resident program's application object does so
-/// itself, and tasks and timers go on while a menu is open or a slider is held. While the machine
-/// sleeps a waiting timer's delay stands still; `now()` counts that time.
+/// The Runtime over the main run loop and dispatch queues. The constructing thread is the main
+/// thread. `run()` runs the main run loop; in the resident program NSApplication does. Tasks and
+/// timers go on while a menu is open or a slider is held. Timers' delays don't advance while the
+/// machine sleeps; `now()` does.
 class MacRuntime : public Runtime {
  public:
   MacRuntime();

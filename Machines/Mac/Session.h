@@ -5,7 +5,7 @@
 
 namespace brivane {
 
-/// The user's session. The home folder is the account's, whatever the environment says.
+/// The user's session. The home folder is the account's, not the environment's.
 class MacSession : public Session {
  public:
   /// `services` must outlive this.

@@ -13,7 +13,7 @@ LibraryHandle MacSymbolLoader::open(std::string_view path, int mode) {
 }
 
 Symbol MacSymbolLoader::find(LibraryHandle library, std::string_view name) {
-  // A handle is the address that dlopen gave, or one of the few numbers that dlsym knows.
+  // A handle is dlopen's result, or one of dlsym's special numbers.
   // NOLINTNEXTLINE(performance-no-int-to-ptr)
   void* const address = ::dlsym(reinterpret_cast<void*>(library), std::string(name).c_str());
   return address == nullptr ? Symbol() : symbolAt(address, name);

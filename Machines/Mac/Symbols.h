@@ -4,8 +4,8 @@
 
 namespace brivane {
 
-/// The dynamic loader. The entry points are private ones whose shapes nobody has published; an
-/// address becomes a typed function by its name alone.
+/// The dynamic loader. The entry points are private, with unpublished signatures; the name alone
+/// determines a function's type.
 class MacSymbolLoader : public SymbolLoader {
  public:
   LibraryHandle open(std::string_view path, int mode) override;

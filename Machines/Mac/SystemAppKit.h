@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// AppKit itself. Nothing that it gives is kept: screens come and go.
+/// AppKit itself. Nothing is cached: screens come and go.
 class SystemAppKit : public AppKitServices {
  public:
   std::vector<Screen> screens() override;

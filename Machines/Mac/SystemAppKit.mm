@@ -1,4 +1,5 @@
-// Some of this is called where no pool is: by commands, and before the application runs.
+// Some calls need an autorelease pool of their own: those by commands, and before the application
+// runs.
 #include "Machines/Mac/SystemAppKit.h"
 
 #import <AppKit/AppKit.h>
@@ -19,7 +20,7 @@ Screen screenOf(NSScreen* screen) {
           screen.maximumPotentialExtendedDynamicRangeColorComponentValue};
 }
 
-/// An observer of a centre, as long as somebody keeps it.
+/// Observes a notification centre until destroyed.
 class CenterObserver {
  public:
   CenterObserver(NSNotificationCenter* itsCenter, NSNotificationName name, const Task& handler)
@@ -33,7 +34,7 @@ class CenterObserver {
   CenterObserver& operator=(const CenterObserver&) = delete;
 
  private:
-  /// A block keeps a copy of what it uses, though not of references.
+  /// By value: a block copies the values that it captures, but not what references refer to.
   // NOLINTNEXTLINE(performance-unnecessary-value-param)
   static void (^blockOf(Task handler))(NSNotification*) {
     return ^(NSNotification*) {
@@ -81,7 +82,7 @@ std::uint64_t SystemAppKit::modifierFlags() {
 std::optional<TapEvent::SystemDefined> SystemAppKit::systemDefined(CGEventRef event) {
   @autoreleasepool {
     NSEvent* const converted = [NSEvent eventWithCGEvent:event];
-    // Other events have no such fields, and AppKit raises an exception when it is asked for them.
+    // AppKit raises an exception when these fields of other events are read.
     if (converted == nil || converted.type != NSEventTypeSystemDefined) return std::nullopt;
     return TapEvent::SystemDefined{converted.subtype, converted.data1, converted.data2};
   }
@@ -117,7 +118,7 @@ Observation SystemAppKit::observeScreenParameters(Task handler) {
                  NSApplicationDidChangeScreenParametersNotification, handler);
 }
 
-/// The workspace announces through a centre of its own.
+/// The workspace has a notification centre of its own.
 Observation SystemAppKit::observeDidWake(Task handler) {
   return observe(NSWorkspace.sharedWorkspace.notificationCenter, NSWorkspaceDidWakeNotification,
                  handler);

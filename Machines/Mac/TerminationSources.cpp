@@ -1,6 +1,6 @@
-// A source hears of signals that the process ignores, and only ignoring keeps them from ending it.
-// Later a handler that does nothing takes that place, so that a signal that is found ignored was
-// ignored by whoever started the program.
+// Dispatch sources also report ignored signals, and the signals must be ignored lest they end the
+// process. The destructor installs empty handlers instead, so that a signal found ignored was
+// ignored by the parent process.
 #include "Machines/Mac/TerminationSources.h"
 
 #include <dispatch/dispatch.h>

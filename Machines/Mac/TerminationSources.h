@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// While it exists, SIGTERM, and SIGINT and SIGHUP unless they were ignored before, do nothing but
-/// put a task on the main queue; afterwards they do nothing. Main thread.
+/// During its life SIGTERM, and SIGINT and SIGHUP unless they were ignored before, only run
+/// `handler` as a main-queue task; afterwards they do nothing. Main thread.
 class TerminationSources {
  public:
   /// `machineRuntime` must outlive this.

@@ -1,6 +1,6 @@
 #pragma once
 
-// What compilers make of an @autoreleasepool; no header of the system declares them.
+// The functions behind @autoreleasepool; no system header declares them.
 extern "C" {
 void* objc_autoreleasePoolPush(void);
 void objc_autoreleasePoolPop(void* pool);
@@ -8,9 +8,9 @@ void objc_autoreleasePoolPop(void* pool);
 
 namespace brivane {
 
-/// What is autoreleased on this thread while it exists is released at its end. The application's
-/// own pool is emptied once per event of the user's, and a queue's when its thread has nothing left
-/// to do: what timers, tasks and callbacks leave would pile up until then.
+/// An autorelease pool of this thread. The application's own pool is emptied once per user event, a
+/// queue's when its thread is idle; objects from timers, tasks and callbacks would pile up until
+/// then.
 class AutoreleasePool {
  public:
   AutoreleasePool() = default;

@@ -1,5 +1,5 @@
-// Property lists in the system's objects and in Brivane's own values. A Boolean is asked for before
-// a number, because its class answers for both elsewhere in the system.
+// Converts property lists between CoreFoundation's objects and Brivane's values. Booleans are
+// tested before numbers, as elsewhere in the system their class passes for both.
 #include "Machines/Mac/CoreFoundation/CFProperty.h"
 
 #include <vector>
@@ -46,7 +46,7 @@ PropertyValue dictionaryOf(CFDictionaryRef dictionary) {
   return {std::move(values)};
 }
 
-/// Makes the object for the kind of content that it is called with.
+/// Makes the object for each type of content.
 struct Maker {
   CFReference<CFTypeRef> operator()(const PropertyValue::Unsupported&) const { return {}; }
   CFReference<CFTypeRef> operator()(bool flag) const {

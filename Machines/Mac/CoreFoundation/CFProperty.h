@@ -5,12 +5,11 @@
 
 namespace brivane {
 
-/// The value that a property-list object stands for; `Unsupported` for an object of another kind
-/// and for null.
+/// The value of a property-list object; `Unsupported` for objects of other types and null.
 PropertyValue propertyOf(CFTypeRef object);
 
-/// A new object that stands for the value; empty for `Unsupported` and for text that is no UTF-8,
-/// which containers leave out.
+/// A new property-list object; empty for `Unsupported` and for text that is no UTF-8. Containers
+/// leave such values out.
 CFReference<CFTypeRef> makeCFProperty(const PropertyValue& value);
 
 }  // namespace brivane

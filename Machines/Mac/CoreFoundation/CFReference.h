@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// One reference to a CoreFoundation object that the program has to give back: what functions with
-/// "Create" or "Copy" in their names return. May be empty.
+/// An owned reference to a CoreFoundation object, as functions with "Create" or "Copy" in their
+/// names return. May be empty.
 template <typename Object>
 class CFReference {
  public:
@@ -28,7 +28,7 @@ class CFReference {
   Object get() const { return object; }
   explicit operator bool() const { return object != nullptr; }
 
-  /// The object, for somebody else to give back.
+  /// Gives up ownership; the caller must release the object.
   [[nodiscard]] Object release() { return std::exchange(object, nullptr); }
 
  private:

@@ -5,7 +5,7 @@ namespace {
 
 constexpr UInt8 replacement = '?';
 
-/// How many bytes the text takes, or, with a buffer of that size, fills it.
+/// Returns the text's size in bytes; with a buffer of that size, also fills it.
 CFIndex writeBytes(CFStringRef text, UInt8* buffer, CFIndex size) {
   CFIndex used = 0;
   CFStringGetBytes(text, CFRangeMake(0, CFStringGetLength(text)), kCFStringEncodingUTF8,

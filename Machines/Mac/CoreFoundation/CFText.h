@@ -11,13 +11,13 @@ namespace brivane {
 /// Empty when the bytes are no UTF-8.
 CFReference<CFStringRef> makeCFText(std::string_view text);
 
-/// As UTF-8; half of a surrogate pair becomes a question mark.
+/// As UTF-8; an unpaired surrogate becomes a question mark.
 std::string textOf(CFStringRef text);
 
 /// Nothing for null.
 std::optional<std::string> optionalTextOf(CFStringRef text);
 
-/// The path that a file's URL names; nothing for null and for what is no file.
+/// The path of a file URL; nothing for null and other URLs.
 std::optional<std::string> pathOf(CFURLRef url);
 
 }  // namespace brivane

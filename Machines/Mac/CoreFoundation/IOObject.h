@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// One reference to an object of the I/O registry, given back at its end. May be empty.
+/// An owned reference to an object of the I/O registry. May be empty.
 class IOObject {
  public:
   IOObject() = default;

@@ -6,12 +6,12 @@
 
 #include "BrivaneCore/Support/Geometry.h"
 
-// Texts and rectangles on their way between the program and AppKit, which counts y upwards from the
-// lower left too.
+// Converts texts and rectangles to AppKit's and back. AppKit's origin is the lower left, too, y
+// upwards.
 
 namespace brivane {
 
-/// Empty for what isn't UTF-8.
+/// Empty for invalid UTF-8.
 inline NSString* nsString(const std::string& text) {
   NSString* const string = [NSString stringWithUTF8String:text.c_str()];
   return string == nil ? @"" : string;

@@ -9,10 +9,10 @@
 
 namespace brivane {
 
-/// The program as the Mac's desktop sees it. Main thread.
+/// The program's NSApplication. Main thread.
 class MacApplication : public Application {
  public:
-  /// The Runtime's main queue is served by the main run loop, in its common modes.
+  /// The main run loop serves the Runtime's main queue, in its common modes.
   explicit MacApplication(Runtime& frameRuntime);
   ~MacApplication() override;
   MacApplication(const MacApplication&) = delete;
@@ -28,11 +28,11 @@ class MacApplication : public Application {
   Appearance effectiveAppearance() override;
   Observation observeEffectiveAppearance(Task handler) override;
 
-  /// The handler is called when the run is to end: nothing may keep its loop, and what the user's
-  /// hands still do until it has ended must do nothing.
+  /// The handler is called when the run is to end: it must end nested loops (an open menu's), and
+  /// ignore the user's further input.
   Observation observeEnd(Task handler);
 
-  // What AppKit tells.
+  // Called by the AppKit delegate.
   void didFinishLaunching();
   void wasOpenedAgain();
   void willTerminate();
@@ -41,7 +41,7 @@ class MacApplication : public Application {
  private:
   Runtime& runtime;
   ApplicationDelegate* delegate = nullptr;
-  /// AppKit doesn't keep it.
+  /// AppKit doesn't retain its delegate.
   BrivaneApplicationDelegate* systemDelegate;
   Appearance shownAppearance;
   Topic appearanceChanges;

@@ -1,13 +1,12 @@
-// AppKit's own way to end, `terminate:`, tells the delegate and ends the process within the call.
-// What ends by `exit` leaves the run loop instead, so that everything comes down in its order; the
-// loop notices that it was stopped only at the next event, so one is posted. A menu that is open or
-// a control that the mouse holds runs a loop within, which would take that event for itself and
-// drop it: it is posted only when the outermost loop runs again.
+// AppKit's own `terminate:` calls the delegate and ends the process within the call. `exit` leaves
+// the run loop instead, so that all objects are destroyed in order. The loop notices the stop only
+// at its next event, so one is posted. An open menu or a dragged control runs a nested loop, which
+// would consume that event, so it is posted when the outermost loop runs again.
 #include "Machines/Mac/Frame/Application.h"
 
 #include <utility>
 
-/// What AppKit tells of the application. It may outlive the application, which takes itself out.
+/// AppKit's delegate. It may outlive the application, whose destructor clears the pointer.
 @interface BrivaneApplicationDelegate : NSObject <NSApplicationDelegate> {
  @public
   brivane::MacApplication* application;
@@ -17,7 +16,7 @@
 namespace {
 
 NSString* const appearanceKey = @"effectiveAppearance";
-/// Tells this observation from others of the same object.
+/// Identifies this observation among others of the same object.
 char appearanceContext;
 
 }  // namespace
@@ -28,7 +27,7 @@ char appearanceContext;
   if (application != nullptr) application->didFinishLaunching();
 }
 
-/// There is no window that AppKit could bring back.
+/// NO: there is no window that AppKit could bring back.
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)itsApplication
                     hasVisibleWindows:(BOOL)hasVisibleWindows {
   if (application != nullptr) application->wasOpenedAgain();
@@ -39,7 +38,7 @@ char appearanceContext;
   if (application != nullptr) application->willTerminate();
 }
 
-/// There is no state to restore; without an answer AppKit warns at each start.
+/// There is no state to restore, but without this method AppKit warns at each start.
 - (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)itsApplication {
   return YES;
 }
@@ -105,8 +104,8 @@ void MacApplication::setActivationPolicy(ActivationPolicy policy) {
       setActivationPolicy:static_cast<NSApplicationActivationPolicy>(policy)];
 }
 
-/// The system lets programs that show no window doze, and their timers with them; this one has to
-/// answer keys and keep its times all the same. The machine may sleep as ever.
+/// An activity keeps App Nap from slowing a program without windows and its timers; the machine may
+/// still sleep.
 int MacApplication::run() {
   NSProcessInfo* const process = NSProcessInfo.processInfo;
   const id<NSObject> activity =
@@ -154,7 +153,7 @@ Observation MacApplication::observeEnd(Task handler) {
   return endings.observe(std::move(handler));
 }
 
-/// The system's appearance is the application's only by now.
+/// Only now the application has the system's appearance.
 void MacApplication::didFinishLaunching() {
   shownAppearance = currentAppearance();
   if (delegate != nullptr) delegate->applicationDidFinishLaunching();
@@ -164,13 +163,13 @@ void MacApplication::wasOpenedAgain() {
   if (delegate != nullptr && !isEnding) delegate->applicationWasOpenedAgain();
 }
 
-/// From `terminate`, or because the user logs out.
+/// By `terminate`, or when the user logs out.
 void MacApplication::willTerminate() {
   if (std::exchange(isEnding, true)) return;
   if (delegate != nullptr) delegate->applicationWillTerminate();
 }
 
-/// AppKit tells of every new appearance object, of another accent colour too.
+/// AppKit reports every new appearance object, for another accent colour, too.
 void MacApplication::appearanceMayHaveChanged() {
   const Appearance now = currentAppearance();
   if (std::exchange(shownAppearance, now) != now) appearanceChanges.announce();

@@ -6,11 +6,10 @@
 
 namespace brivane {
 
-/// The colour as the appearance that is drawn in shows it; system colours differ from one to the
-/// next. Main thread.
+/// The colour in the current drawing appearance, on which system colours depend. Main thread.
 NSColor* drawnColor(const Paint& paint);
 
-/// A system colour that resolves itself wherever it is shown.
+/// A dynamic system colour, resolved where it is shown.
 NSColor* systemColor(SystemColor color);
 
 }  // namespace brivane

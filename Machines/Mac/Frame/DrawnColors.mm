@@ -1,5 +1,4 @@
-// Some system colours are translucent themselves; setting an alpha takes the place of theirs, so it
-// is multiplied in.
+// Some system colours are translucent; setting an alpha would replace theirs, so it is multiplied.
 #include "Machines/Mac/Frame/DrawnColors.h"
 
 #include <variant>
@@ -15,7 +14,7 @@ NSColor* drawnColor(const SystemPaint& paint) {
   NSColor* const color = systemColor(paint.color);
   if (paint.opacity == 1) return color;
   NSColor* const resolved = [color colorUsingColorSpace:NSColorSpace.sRGBColorSpace];
-  // A colour that isn't made of components, a pattern, has no alpha of its own.
+  // A pattern colour has no components, so no alpha.
   if (resolved == nil) return [color colorWithAlphaComponent:paint.opacity];
   return [resolved colorWithAlphaComponent:resolved.alphaComponent * paint.opacity];
 }

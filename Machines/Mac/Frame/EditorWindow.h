@@ -12,8 +12,7 @@
 
 namespace brivane {
 
-/// A small window with a few controls on the Mac. The program may drop it from within any of its
-/// handlers. Main thread.
+/// The editor window. The program may destroy it from within any of its handlers. Main thread.
 class MacEditorWindow : public EditorWindow {
  public:
   MacEditorWindow(const EditorWindowAttributes& attributes, Runtime& frameRuntime,
@@ -29,7 +28,7 @@ class MacEditorWindow : public EditorWindow {
   double contentHeight() override;
   void makeKeyAndOrderFront() override;
 
-  // What the user's hands do.
+  // Called by the AppKit delegate.
   void willClose();
   void losesKeyboard();
   void pressed(NSButton* button);

@@ -1,5 +1,5 @@
-// What is dropped from within one of its own events, a closing window or a pressed button, is kept
-// until AppKit has returned from the event.
+// A window or button that is dropped from within its own event is retained until AppKit has
+// returned from the event.
 #include "Machines/Mac/Frame/EditorWindow.h"
 
 #include <utility>
@@ -7,7 +7,8 @@
 #include "Machines/Mac/Frame/AppKitValues.h"
 #include "Machines/Mac/Frame/FieldView.h"
 
-/// What AppKit tells of the window. It may outlive the window, which takes itself out.
+/// The AppKit window's delegate and the buttons' target. It may outlive the window, which clears
+/// the pointer.
 @interface BrivaneEditorHands : NSObject <NSWindowDelegate> {
  @public
   brivane::MacEditorWindow* window;
@@ -35,9 +36,9 @@ namespace brivane {
 namespace {
 
 constexpr double controlFontSize = 13;
-/// Of a rounded button, left and right of its title.
+/// The width of a rounded button beside its title.
 constexpr double bezelWidth = 24;
-/// What a text field keeps free at the two sides of its text.
+/// The width of a text field beside its text.
 constexpr double textPadding = 4;
 
 NSFont* fittedFont(NSString* text, double size, double width) {
@@ -66,7 +67,7 @@ class MacEditorWindow::Host : public CustomViewHost {
   }
   void beep() override { NSBeep(); }
 
-  /// The view is content of the window no more.
+  /// The view has left the window.
   void leave() {
     [field leaveField];
     view->setHost(nullptr);
@@ -91,7 +92,7 @@ MacEditorWindow::MacEditorWindow(const EditorWindowAttributes& attributes, Runti
   hands->window = this;
   window.title = nsString(attributes.title);
   window.releasedWhenClosed = attributes.isReleasedWhenClosed;
-  // The system would keep the state of a window that it may open again at the next start.
+  // Otherwise the system would store the window's state, to open it again at the next start.
   window.restorable = NO;
   window.delegate = hands;
 }
@@ -102,7 +103,7 @@ MacEditorWindow::~MacEditorWindow() {
   keepForNow(window);
 }
 
-/// Hears no more of the user's hands.
+/// Disconnects from AppKit: the user's further input is ignored.
 void MacEditorWindow::letGo() {
   hands->window = nullptr;
   window.delegate = nil;

@@ -4,9 +4,9 @@
 
 #include "BrivaneUI/Frame/EditorWindow.h"
 
-/// A view of the program's own in a window.
+/// A window's view that the program draws.
 @interface BrivaneFieldView : NSView
 - (instancetype)initWithField:(const brivane::WindowView&)field;
-/// The program's view is asked for nothing any more.
+/// Disconnects from the program's view.
 - (void)leaveField;
 @end

@@ -1,12 +1,12 @@
-// A press with Command down is offered as a key equivalent before anybody gets it as a key; a field
-// that has the keys takes it then, or it could never be part of a hotkey.
+// AppKit offers a press with Command as a key equivalent first; the focused field takes it then, or
+// Command could never be part of a hotkey.
 #include "Machines/Mac/Frame/FieldView.h"
 
 #include "Machines/Mac/Frame/AppKitValues.h"
 #include "Machines/Mac/Frame/Painter.h"
 
 @implementation BrivaneFieldView {
-  /// Null once it has left.
+  /// Null after `leaveField`.
   brivane::CustomView* view;
 }
 
@@ -59,7 +59,7 @@
   return view == nullptr ? nil : brivane::nsString(view->accessibilityText());
 }
 
-/// As a click in the window does, it brings the window the keyboard.
+/// Like a click, makes the window key.
 - (BOOL)accessibilityPerformPress {
   if (view == nullptr) return NO;
   [NSApplication.sharedApplication activateIgnoringOtherApps:YES];

@@ -5,16 +5,16 @@
 
 namespace brivane {
 
-/// The visible side in AppKit. Main thread.
+/// The frame in AppKit. Main thread.
 class MacFrame : public Frame {
  public:
-  /// The Runtime's main queue is served by the main run loop, in its common modes.
+  /// The main run loop serves the Runtime's main queue, in its common modes.
   explicit MacFrame(Runtime& frameRuntime) : runtime(frameRuntime), ownApplication(frameRuntime) {}
 
   MacApplication& application() override { return ownApplication; }
   std::unique_ptr<StatusItem> makeStatusItem() override;
   std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) override;
-  /// AppKit has the fonts already.
+  /// AppKit has loaded the fonts.
   void expectHUD() override {}
   std::unique_ptr<EditorWindow> makeEditorWindow(const EditorWindowAttributes& attributes) override;
 

@@ -9,7 +9,7 @@
 
 namespace brivane {
 
-/// The HUD's window on the Mac. Main thread.
+/// The HUD's window. Main thread.
 class MacHUDWindow : public HUDWindow {
  public:
   MacHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime);
@@ -39,14 +39,14 @@ class MacHUDWindow : public HUDWindow {
   BrivaneHUDWindow* window;
   BrivanePictureView* view = nil;
   bool mayBeFading = false;
-  /// Tells a fade from those that took its place.
+  /// The number of the current fade, to ignore the ends of replaced ones.
   int fades = 0;
 
   DisplayList contentFrom;
   DisplayList content;
   Instant changeStart;
   double changeSeconds = 0;
-  /// 0: nothing moves.
+  /// 0: no animation.
   TimerID changeTimer = 0;
   LivenessAnchor anchor;
 };

@@ -1,5 +1,5 @@
-// AppKit moves the window's alpha; what moves within the picture is drawn here, step by step, since
-// the picture is only a list. While nothing moves nothing wakes the processor.
+// AppKit animates the window's alpha; animations within the picture are drawn here, step by step.
+// The timer runs during an animation only.
 #include "Machines/Mac/Frame/HUDWindow.h"
 
 #import <QuartzCore/CAMediaTimingFunction.h>
@@ -79,7 +79,7 @@ bool MacHUDWindow::isVisible() {
   return window.visible;
 }
 
-/// A running fade would go on after a value that is set directly, and put its own in its place.
+/// A running fade would overwrite a value that is set directly, so it is replaced first.
 void MacHUDWindow::setAlpha(double alpha) {
   if (std::exchange(mayBeFading, false)) {
     animateAlpha(alpha, 0, AnimationTiming::linear, {});
@@ -91,7 +91,7 @@ void MacHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationT
                                 Task completion) {
   mayBeFading = durationSeconds > 0;
   const int fade = ++fades;
-  // The window may be gone by then.
+  // This object may be destroyed before the end.
   const auto watch = anchor.watch();
   Runtime* const queue = &runtime;
   void (^const whenOver)(void) = ^{

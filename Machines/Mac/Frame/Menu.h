@@ -8,7 +8,7 @@
 
 namespace brivane {
 
-/// The status item's menu on the Mac. Main thread.
+/// The status item's menu. Main thread.
 class MacMenu : public MenuView {
  public:
   MacMenu();
@@ -25,13 +25,13 @@ class MacMenu : public MenuView {
   void popUp() override;
 
   NSMenu* systemMenu() const { return menu; }
-  /// Hears no more of the user's hands, opens no more, and takes an open menu off the screen at
-  /// once: one that fades is tracked on until it has faded.
+  /// Disconnects from AppKit and closes an open menu at once, without fading: tracking would go on
+  /// during the fade.
   void letGo();
 
   void popUpNow();
 
-  // What the user's hands do.
+  // Called by the AppKit delegate.
   void willOpen();
   void didClose();
   void chose(NSMenuItem* item);
@@ -50,7 +50,8 @@ class MacMenu : public MenuView {
   BrivaneMenuHands* hands;
   std::vector<MenuItem> items;
   std::vector<NSMenuItem*> shown;
-  /// Replaced while the menu is open: AppKit may be following the mouse within one of them.
+  /// Items that were replaced while the menu was open: AppKit may be tracking the mouse in one of
+  /// them.
   std::vector<NSMenuItem*> retired;
   bool isOpen = false;
   bool isToPopUp = false;

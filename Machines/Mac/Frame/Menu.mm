@@ -1,6 +1,5 @@
-// The program may replace the items from within any closure of an item, the one that is running
-// included; so closures are copied before they are called, and what comes from an item or slider
-// that the menu no longer has is dropped.
+// An item's closure may replace the menu's items, and itself with them; so closures are copied
+// before the call, and actions of replaced items and sliders are ignored.
 #include "Machines/Mac/Frame/Menu.h"
 
 #include <utility>
@@ -9,7 +8,8 @@
 #include "Machines/Mac/Frame/DrawnColors.h"
 #include "Machines/Mac/Frame/SliderRow.h"
 
-/// What AppKit tells of the menu. It may outlive the menu, which takes itself out.
+/// The AppKit menu's delegate and the items' target. It may outlive the menu, which clears the
+/// pointer.
 @interface BrivaneMenuHands : NSObject <NSMenuDelegate> {
  @public
   brivane::MacMenu* menu;
@@ -62,14 +62,14 @@ SystemColor colorOf(MenuTone tone) {
   return SystemColor::label;
 }
 
-/// AppKit need not open a menu without items, nor tell anybody that the user has asked for it.
+/// AppKit may not open a menu without items, nor call its delegate.
 NSMenuItem* makePlaceholder() {
   NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
   item.enabled = NO;
   return item;
 }
 
-/// A disabled line would be grey whatever its tone.
+/// Attributed, as AppKit draws plain titles of disabled items grey.
 NSAttributedString* titleOf(const MenuText& text) {
   return [[NSAttributedString alloc]
       initWithString:nsString(text.title)
@@ -93,8 +93,8 @@ MacMenu::~MacMenu() {
   letGo();
 }
 
-/// AppKit tells of the closing only later; and a slider that the mouse holds goes on following it,
-/// so what was replaced stays.
+/// AppKit reports the closing only later, and a dragged slider goes on tracking the mouse, so
+/// replaced items stay alive.
 void MacMenu::letGo() {
   hands->menu = nullptr;
   menu.delegate = nil;
@@ -171,9 +171,8 @@ NSSlider* MacMenu::sliderAt(std::size_t index) const {
   return static_cast<BrivaneSliderRow*>(shown.at(index).view).slider;
 }
 
-/// AppKit keeps whoever has a menu pop up until it closes: a task of the main queue would hold up
-/// all others, and an answer to AppKit would come late. What the run loop performs later does
-/// neither.
+/// AppKit's call returns only when the menu closes: it would block the main queue from within a
+/// task, and AppKit from within a callback. So the run loop performs it later.
 void MacMenu::popUp() {
   if (isOpen || std::exchange(isToPopUp, true)) return;
   [hands performSelector:@selector(popUp) withObject:nil afterDelay:0];
@@ -181,7 +180,7 @@ void MacMenu::popUp() {
 
 void MacMenu::popUpNow() {
   if (!std::exchange(isToPopUp, false) || isOpen) return;
-  // The program may drop this while the menu is open.
+  // The program may destroy this object while the menu is open.
   NSMenu* const shownMenu = menu;
   [shownMenu popUpMenuPositioningItem:nil atLocation:NSEvent.mouseLocation inView:nil];
 }

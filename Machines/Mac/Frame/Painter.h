@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// Draws primitives into the graphics context that AppKit has set, whose origin is the lower left.
-/// Spinners are left out: they turn by themselves, as views. Main thread.
+/// Draws primitives into AppKit's current graphics context, origin at the lower left. Spinners are
+/// left out: they are views that animate themselves. Main thread.
 class MacPainter : public Canvas {
  public:
   void fill(const FilledRectangle& rectangle) override;
@@ -19,8 +19,8 @@ class MacPainter : public Canvas {
   void drawSpinner(const Spinner& spinner) override;
 };
 
-/// The outline of a rectangle with continuous corners: they begin a little further from the corner
-/// than an arc would, so that the curve sets in gently. Empty without width or height.
+/// The outline of a rectangle with continuous corners, which begin further from the corner than
+/// arcs would. Empty without width or height.
 NSBezierPath* continuousRectangle(const RoundedRectangle& shape);
 
 }  // namespace brivane

@@ -1,5 +1,5 @@
-// AppKit strokes paths with plain colours only, so an edge is the area between two outlines, which
-// gradients fill as they fill everything else.
+// AppKit strokes paths with plain colours only, so an edge is drawn as the area between two
+// outlines, which a gradient can fill.
 #include "Machines/Mac/Frame/Painter.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 namespace brivane {
 namespace {
 
-/// Keeps a clip from outliving what it is for.
+/// Saves and restores the graphics state, including the clip.
 class GraphicsState {
  public:
   GraphicsState() { [NSGraphicsContext saveGraphicsState]; }
@@ -124,7 +124,7 @@ NSImage* imageOf(const SymbolImage& symbol) {
   return [image imageWithSymbolConfiguration:[sized configurationByApplyingConfiguration:colored]];
 }
 
-/// As large as fits, and in the middle.
+/// Scaled to fit, and centred.
 NSRect fitted(NSSize size, const Rect& box) {
   const double scale = std::min(box.width / size.width, box.height / size.height);
   const double width = size.width * scale;
@@ -148,7 +148,7 @@ NSBezierPath* continuousRectangle(const RoundedRectangle& shape) {
     [path appendBezierPathWithRect:nsRect(shape.frame)];
     return path;
   }
-  // One cubic per corner; its middle lies on the arc of that radius.
+  // One cubic per corner; its middle lies on the arc of the radius.
   const double start = std::min(1.28 * radius, half);
   const double handle = (8 * (1 - std::sqrt(0.5)) * radius - start) / 3;
   [path moveToPoint:NSMakePoint(left + start, bottom)];
@@ -215,7 +215,7 @@ void MacPainter::drawText(const TextRun& text) {
 
 void MacPainter::drawSymbol(const SymbolImage& symbol) {
   NSImage* const image = imageOf(symbol);
-  // A system that doesn't know the symbol shows nothing in its place.
+  // Systems without the symbol show nothing.
   if (image == nil || image.size.width <= 0 || image.size.height <= 0) return;
   [image drawInRect:fitted(image.size, symbol.box)];
 }

@@ -4,7 +4,7 @@
 
 #include "BrivaneUI/DisplayList.h"
 
-/// A view that shows a picture; the picture's spinners are views of the system within it.
+/// Shows a picture; its spinners are the system's views, as subviews.
 @interface BrivanePictureView : NSView
 - (void)showPicture:(const brivane::DisplayList&)newPicture;
 @end

@@ -41,7 +41,7 @@ NSProgressIndicator* makeSpinner(const brivane::Rect& box) {
   self.needsDisplay = YES;
 }
 
-/// Those that stay where they are go on turning.
+/// Spinners that keep their place go on turning.
 - (void)showSpinners {
   auto newBoxes = spinnerBoxes(picture);
   if (newBoxes == boxes) return;
@@ -58,7 +58,7 @@ NSProgressIndicator* makeSpinner(const brivane::Rect& box) {
 - (void)drawRect:(NSRect)dirtyRect {
   brivane::MacPainter painter;
   brivane::draw(picture, painter);
-  // A transparent window's shadow has the outline of what was last drawn in it.
+  // A transparent window's shadow follows its drawn content; it is computed only when invalidated.
   if (!hasDrawn) [self.window invalidateShadow];
   hasDrawn = YES;
 }

@@ -4,9 +4,9 @@
 
 #include "BrivaneUI/Frame/StatusItem.h"
 
-/// A row of a menu with a slider, as wide as the menu.
+/// A menu row with a slider, as wide as the menu.
 @interface BrivaneSliderRow : NSView
-/// The target's action gets the slider at every step of a drag.
+/// The action is called with the slider at every step of a drag.
 - (instancetype)initWithSlider:(const brivane::MenuSlider&)item
                         target:(id)target
                         action:(SEL)action;

@@ -7,7 +7,7 @@ namespace {
 
 constexpr double rowWidth = 260;
 constexpr double rowHeight = 28;
-/// Where the menu's titles begin.
+/// The indentation of a menu's titles.
 constexpr double margin = 14;
 
 }  // namespace
@@ -33,8 +33,7 @@ constexpr double margin = 14;
   return self;
 }
 
-/// Every view can be asked to come from an archive; a row has its item's closures, which no archive
-/// holds.
+/// Required by NSView; a row can't come from an archive.
 - (instancetype)initWithCoder:(NSCoder*)coder {
   brivane::fatal("init(coder:) is not used");
 }

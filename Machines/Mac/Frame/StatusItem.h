@@ -9,7 +9,7 @@
 
 namespace brivane {
 
-/// The program's place in the menu bar. Main thread.
+/// The program's item in the menu bar. Main thread.
 class MacStatusItem : public StatusItem {
  public:
   explicit MacStatusItem(MacApplication& application);
@@ -23,7 +23,7 @@ class MacStatusItem : public StatusItem {
  private:
   void leaveToTheProcess();
 
-  /// The status bar keeps no item that nobody else does. Nil once it is left to the process.
+  /// Retained here; the status bar doesn't. Nil after `leaveToTheProcess`.
   NSStatusItem* item;
   std::unique_ptr<MacMenu> ownMenu = std::make_unique<MacMenu>();
   const Observation applicationEnds;

@@ -8,7 +8,7 @@
 namespace brivane {
 namespace {
 
-/// As high as the system's own symbols in the menu bar.
+/// The height of the system's symbols in the menu bar.
 constexpr double iconHeight = 18;
 
 NSImage* imageOf(const StatusButton& button) {
@@ -38,12 +38,13 @@ MacStatusItem::MacStatusItem(MacApplication& application)
 }
 
 MacStatusItem::~MacStatusItem() {
-  // The place in the menu bar stays until its menu has closed.
+  // The menu closes first, then the item is removed.
   ownMenu.reset();
   if (item != nil) [NSStatusBar.systemStatusBar removeStatusItem:item];
 }
 
-/// With an item that is removed goes the place that its user has given it.
+/// Keeps the item until the process ends: removing it would lose the position that the user gave
+/// it.
 void MacStatusItem::leaveToTheProcess() {
   ownMenu->letGo();
   (void)(__bridge_retained void*)std::exchange(item, nil);
