@@ -12,7 +12,7 @@
 namespace brivane {
 namespace {
 
-/// The programs lie in `build/bin`, their resources in `build/share/brivane`.
+/// The programs are in `build/bin`, their resources in `build/share/brivane`.
 std::filesystem::path deskOfRun() {
   const auto build = resourceFolder().parent_path().parent_path();
   return (build / "desk" / "desk.json").lexically_proximate(std::filesystem::current_path());

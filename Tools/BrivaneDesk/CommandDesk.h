@@ -10,18 +10,18 @@
 
 namespace brivane {
 
-/// The words after a command that is for a desk which others may be using.
+/// The arguments of a command on a desk that other processes may be using.
 struct DeskWords {
   std::filesystem::path desk;
   std::vector<std::string> rest;
 };
 
-/// Takes the desk's file from the front of the words, if it is there: a word that no step begins
-/// with and that ends in ".json" or names a file. Else it is the file in the environment variable
-/// BRIVANE_DESK, else the one that `./run` uses.
+/// Takes the desk's file from the front of the words, if the first word begins no step and ends in
+/// ".json" or names a file. Else the file is the environment variable BRIVANE_DESK's, else
+/// `./run`'s.
 DeskWords deskWords(std::vector<std::string> words);
 
-/// The desk, or in one line why it can't be used.
+/// The desk, or why it can't be used, in one line.
 std::variant<std::unique_ptr<DeskMachine>, std::string> openLiveDesk(
     const std::filesystem::path& file);
 

@@ -46,7 +46,7 @@ brivane-desk watch [DESK]
                    the desk that ./run uses
 )";
 
-/// One line about what was typed, and the exit status of a command that wasn't understood.
+/// Prints a usage error; returns its exit status.
 int misunderstood(const std::string& what) {
   std::cerr << "brivane-desk: " << what << "; --help lists what there is" << std::endl;
   return 2;
@@ -56,7 +56,7 @@ bool asksForHelp(const std::string& argument) {
   return argument == "--help" || argument == "-h";
 }
 
-/// Without them every text is its bare key and every transcript another.
+/// Required: without resources texts are bare keys, and transcripts differ.
 std::filesystem::path resources() {
   auto folder = brivane::resourceFolder();
   if (!std::filesystem::is_directory(folder)) {

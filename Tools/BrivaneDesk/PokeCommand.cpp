@@ -1,5 +1,5 @@
-// A step takes place in this process, on hardware that it shares with others through the desk's
-// folder. Only keys are another process's affair: see DeskHardware::handKeyOver.
+// A step runs in this process, on hardware shared through the desk's folder. Only keys are
+// forwarded to another process: see DeskHardware::handKeyOver.
 #include "Tools/BrivaneDesk/PokeCommand.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ class LiveScene : public Scene {
   Microseconds now() const override { return machine.runtime().now().time_since_epoch(); }
 
   void later(Microseconds delay, std::function<void()> action) override {
-    // What is planned undoes what comes next: no signal may end the process in between.
+    // The planned action undoes the next one: no signal may end the process in between.
     if (!ending) {
       ending = machine.notifications().observeTermination([this] { machine.runtime().stop(); });
     }
@@ -51,8 +51,8 @@ class LiveScene : public Scene {
     return true;
   }
 
-  /// Until everything planned has happened. When the process is asked to end, it happens at once:
-  /// no key stays down.
+  /// Runs until everything planned is done. When the process is asked to end, does it at once, so
+  /// that no key stays down.
   void finish() {
     if (pending.empty()) return;
     machine.runtime().run();
@@ -65,7 +65,7 @@ class LiveScene : public Scene {
   Observation ending;
 };
 
-/// The words as one line; those that were one to the shell stay one.
+/// The words as one line, quoted where a word has blanks.
 std::string asLine(const std::vector<std::string>& words) {
   if (words.size() == 1) return words.front();
   std::string line;

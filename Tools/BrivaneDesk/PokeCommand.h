@@ -6,13 +6,13 @@
 
 namespace brivane {
 
-/// Does one step to a desk that others may be using: programs that run on it meet it at once, and
-/// without any it is there for the next one. `words` are a desk's file, which may be left out, and
-/// the step, in one word or in several. Prints what happened to the hardware to `out`, and what was
-/// wrong, in one line, to `errors`.
+/// Carries out one step on a desk that other processes may be using: running programs see its
+/// effect at once, later ones when they start. `words` are the desk's file (optional) and the step,
+/// as one word or several. Prints the changes of the hardware to `out`, and an error, in one line,
+/// to `errors`.
 ///
-/// The exit status: 0 when it was done, 1 when the desk didn't let it happen, 2 when the words say
-/// nothing that can be done.
+/// The exit status: 0 when the step was done, 1 when it was impossible on the desk, 2 when the
+/// words are no valid step.
 int poke(std::vector<std::string> words, std::ostream& out, std::ostream& errors);
 
 }  // namespace brivane

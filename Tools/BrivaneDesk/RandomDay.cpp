@@ -1,5 +1,5 @@
-// A day is an ordinary scenario, so that one that fails can be read, cut down and kept as a test.
-// It ends with two quiet minutes and a quit: by then nothing of the program may be left.
+// A day is an ordinary scenario, so that a failing one can be read, shortened and kept as a test.
+// It ends with two quiet minutes and a quit, after which the program must have left no trace.
 #include "Tools/BrivaneDesk/RandomDay.h"
 
 #include <array>
@@ -25,7 +25,7 @@ class Day {
   }
 
  private:
-  // The distributions of the standard library differ from one to the next; a remainder does not.
+  // Standard libraries' distributions differ; a remainder is the same everywhere.
   int pick(int count) { return static_cast<int>(random() % static_cast<std::uint64_t>(count)); }
   bool chance(int percent) { return pick(100) < percent; }
   template <std::size_t Count>

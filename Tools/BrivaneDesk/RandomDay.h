@@ -5,8 +5,8 @@
 
 namespace brivane {
 
-/// A scenario of a random desk and a random day on it, with the expectations that must hold on any.
-/// One seed gives one text, on every machine.
+/// A scenario of a random desk and a random day, with expectations that hold for every day. A seed
+/// gives the same text on every machine.
 std::string randomDay(std::uint64_t seed);
 
 }  // namespace brivane

@@ -40,7 +40,7 @@ class Run {
   }
 
  private:
-  /// Whether the scenario passed.
+  /// Plays one scenario; returns whether it passed.
   bool one(const std::filesystem::path& file) {
     const auto loaded = loadScenario(file);
     if (const auto* const mistake = std::get_if<std::string>(&loaded)) {
@@ -77,7 +77,8 @@ class Run {
     const auto transcript = transcriptFileOf(file);
     if (options.seed) return outcome.failures.empty();
     if (!options.regenerates) {
-      // Nobody should regenerate what fails, so it needs no telling that there is none yet.
+      // After a failure don't also complain about a missing transcript, which would suggest
+      // regenerating it.
       std::error_code failed;
       if (!outcome.failures.empty() && !std::filesystem::exists(transcript, failed)) return false;
       const auto difference = compareTranscript(transcript, outcome.transcript);
@@ -91,7 +92,7 @@ class Run {
       }
       return true;
     }
-    // What is known to be wrong must not become what is expected.
+    // A failing scenario's transcript must not become the expected one.
     if (!outcome.failures.empty()) return false;
     const bool isWritten = writeTranscript(transcript, outcome.transcript);
     out << transcript.string() << (isWritten ? ": written, " : ": can't be written, ")

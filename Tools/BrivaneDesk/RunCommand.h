@@ -12,16 +12,16 @@ struct RunOptions {
   std::vector<std::filesystem::path> files;
   /// Writes the transcripts instead of comparing with them.
   bool regenerates = false;
-  /// Prints everything as it happens, every call of a seam included.
+  /// Prints every line as it happens, seam calls too.
   bool traces = false;
-  /// Plays as the swarm does: the order of simultaneous events is drawn from it, every gamma table
-  /// must be a known curve, and there is no transcript to compare with.
+  /// Plays like `swarm`: the order of simultaneous events is drawn from the seed, every gamma table
+  /// must be a known curve, and no transcript is compared.
   std::optional<std::uint64_t> seed;
-  /// Where the resource bundles lie.
+  /// The folder of the resource bundles.
   std::filesystem::path resources;
 };
 
-/// Plays the scenarios one after the other and says how they went. The exit status: 0 when all
+/// Plays the scenarios one after the other and prints the results. The exit status: 0 when all
 /// passed, else 1.
 int runScenarios(const RunOptions& options, std::ostream& out);
 

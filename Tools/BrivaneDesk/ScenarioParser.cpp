@@ -1,5 +1,5 @@
-// A line is held against every form at once. When none fits, those that fitted longest say what
-// could have stood where they stopped: that is nearly always what the writer had in mind.
+// A line is matched against all forms. When none matches, the error lists what the forms with the
+// longest match expected next, nearly always what the writer meant.
 #include "Tools/BrivaneDesk/ScenarioParser.h"
 
 #include <algorithm>
@@ -35,7 +35,7 @@ std::string listed(const std::vector<std::string>& items) {
   return text;
 }
 
-/// How far the words fit a form, and whether that is the whole of both.
+/// How many words match a form, and whether that is the whole line and form.
 struct Fit {
   std::size_t length = 0;
   bool isWhole = false;
@@ -49,7 +49,7 @@ Fit fit(const std::vector<Slot>& slots, const Tokens& tokens) {
   return {slots.size(), slots.size() == tokens.size()};
 }
 
-/// What could have stood at `place`, where every form has stopped to fit.
+/// Collects what could have stood at `place`, where the longest matches end.
 class Complaint {
  public:
   Complaint(const Tokens& lineTokens, std::size_t failingPlace)
@@ -76,7 +76,7 @@ class Complaint {
 
   std::string hint() const {
     if (place >= tokens.size() || tokens[place].isQuoted) return "";
-    // Of several keys the one that is none is meant.
+    // In a combination of keys, the unknown key is meant.
     std::string_view word = tokens[place].text;
     while (word.find('+') != std::string_view::npos) {
       const auto first = word.substr(0, word.find('+'));
@@ -116,7 +116,7 @@ std::vector<Argument> argumentsOf(const std::vector<Slot>& slots, const Tokens& 
   return arguments;
 }
 
-/// Forms with a slot that takes the rest name no displays.
+/// Forms with a slot for all remaining words name no displays.
 std::vector<std::int64_t> displaysIn(const std::vector<Slot>& slots, const Tokens& tokens) {
   std::vector<std::int64_t> displays;
   for (std::size_t index = 0; index < slots.size(); ++index) {
@@ -127,7 +127,7 @@ std::vector<std::int64_t> displaysIn(const std::vector<Slot>& slots, const Token
   return displays;
 }
 
-/// Fills in form, arguments and duration; or says what is wrong.
+/// Fills in form, arguments and duration, or returns the error.
 std::optional<std::string> readStep(const Tokens& tokens, Step& step) {
   std::size_t longest = 0;
   for (const auto form : stepForms()) {
@@ -200,7 +200,7 @@ class Parser {
     readTimedStep(std::move(tokens));
   }
 
-  /// A desk's JSON may go over several lines, up to the brace that closes it.
+  /// A desk's JSON may span several lines, up to its closing brace.
   bool readDeskText() {
     std::string_view start = afterBlanks(line);
     if (!start.starts_with("desk")) return false;
@@ -270,7 +270,7 @@ class Parser {
     scenario.steps.push_back(std::move(step));
   }
 
-  /// How many words the time takes.
+  /// Returns the number of words of the time.
   std::size_t readTime(const Tokens& tokens, Step& step) {
     const std::string& first = tokens.front().text;
     if (first == "at") {
@@ -297,7 +297,7 @@ class Parser {
   std::string_view line;
   int lineNumber = 0;
   bool hasDesk = false;
-  /// Of the step before, if nothing keeps it waiting.
+  /// When the previous step begins and ends, at the earliest.
   Microseconds earliestStart{0};
   Microseconds earliestEnd{0};
   Scenario scenario;

@@ -15,7 +15,7 @@
 namespace brivane {
 namespace {
 
-/// As much as stands before the desk's text, so that places in it count from the file's start.
+/// Padding before the desk's JSON, so that error positions count from the file's start.
 std::string linesBefore(const Scenario& scenario) {
   return std::string(static_cast<std::size_t>(scenario.deskLine - 1), '\n') +
          std::string(scenario.deskColumn, ' ');
@@ -47,7 +47,7 @@ std::optional<std::string> findUnknownDisplay(const Scenario& scenario,
   return std::nullopt;
 }
 
-/// Takes the steps and keeps what went wrong.
+/// Carries out the steps and collects the failures.
 class Player {
  public:
   Player(const LoadedScenario& loaded, const StageOptions& options)
@@ -74,7 +74,7 @@ class Player {
         [this, index] { planAfter(index); });
   }
 
-  /// A step that says its time may lie in the middle of the one before it.
+  /// A step with a time may begin during the previous one.
   void begin(std::size_t index) {
     const auto next = index + 1;
     if (next < steps.size() && steps[next].time) plan(next, *steps[next].time);
@@ -86,7 +86,7 @@ class Player {
     if (next < steps.size() && !steps[next].time) plan(next, stage.now() + steps[next].pause);
   }
 
-  /// One that no later step expects ends the scenario.
+  /// A fatal error that no later step expects ends the scenario.
   void meetFatalError(const std::string& line) {
     const bool isExpected = std::ranges::any_of(steps, [&](const Step& step) {
       return step.line > lineTaken && step.form == expectFatalForm &&
@@ -128,8 +128,8 @@ class Player {
 
   const std::vector<Step>& steps;
   int lineTaken = 0;
-  /// Whose restoring may have been refused: what stayed in force there can be taken for the
-  /// calibrated table by the program that runs.
+  /// Displays on which a gamma table was refused, maybe a restored one: the program may take what
+  /// stayed in force for the calibrated table.
   std::set<DisplayID> refusedDisplays;
   ScenarioOutcome outcome;
   Stage stage;
@@ -152,7 +152,7 @@ std::optional<std::string> unknownDisplay(const Step& step, const DeskDescriptio
 }
 
 std::variant<LoadedScenario, std::string> loadScenario(const std::filesystem::path& file) {
-  // A folder can be opened, but reading it throws.
+  // A folder can be opened as a stream, but reading it throws.
   std::error_code failed;
   std::ifstream stream;
   if (!std::filesystem::is_directory(file, failed)) stream.open(file, std::ios::binary);

@@ -11,24 +11,23 @@
 
 namespace brivane {
 
-/// A scenario and the desk that it names.
+/// A scenario and its desk.
 struct LoadedScenario {
   Scenario scenario;
   DeskDescription desk;
 };
 
-/// Or what is wrong with it, in one line.
+/// Or the error, in one line.
 std::variant<LoadedScenario, std::string> loadScenario(const std::filesystem::path& file);
 
-/// The same for a text that stands in no file; `name` is how errors call it, and what a desk's path
-/// is relative to.
+/// The same for a text; errors name it `name`, to which a desk's path is relative.
 std::variant<LoadedScenario, std::string> loadScenarioText(const std::string& text,
                                                            const std::filesystem::path& name);
 
-/// What is wrong with a step that names a display which the desk doesn't have.
+/// The error of a step that names a display missing on the desk; nothing without one.
 std::optional<std::string> unknownDisplay(const Step& step, const DeskDescription& desk);
 
-/// A step that could not be taken, or an expectation that did not hold.
+/// A step that could not be carried out, or an expectation that did not hold.
 struct StepFailure {
   int line = 0;
   std::string step;
@@ -38,9 +37,9 @@ struct StepFailure {
 
 struct ScenarioOutcome {
   std::vector<StepFailure> failures;
-  /// How many expectations were looked at.
+  /// The number of expectations checked.
   int expectations = 0;
-  /// The time that passed in it.
+  /// The simulated time that passed.
   Microseconds length{0};
   std::vector<std::string> transcript;
 };

@@ -10,7 +10,7 @@
 namespace brivane {
 namespace {
 
-/// What went wrong with the day; nothing when all is well.
+/// The day's failure; nothing when it passed.
 std::optional<std::string> playDay(const std::string& day, const std::string& name,
                                    const StageOptions& options) {
   const auto loaded = loadScenarioText(day, name);
@@ -49,7 +49,7 @@ int runSwarm(const SwarmOptions& options, std::ostream& out) {
   for (std::uint64_t seed = options.seeds.first; seed <= options.seeds.last; ++seed) {
     const std::string day = randomDay(seed);
     const std::string name = "seed-" + std::to_string(seed) + ".scenario";
-    // On the disk before it is played: a crash leaves it there as well.
+    // Written before it is played, so that it is there after a crash, too.
     const auto file = options.keepFolder / name;
     std::ofstream stream(file, std::ios::binary);
     stream << day << std::flush;

@@ -15,21 +15,20 @@ struct SeedRange {
   bool operator==(const SeedRange&) const = default;
 };
 
-/// "3..7", or "5" for one alone; nothing for other texts, and for more than a million seeds.
+/// "3..7", or "5" for a single seed; nothing for other texts and for more than a million seeds.
 std::optional<SeedRange> parseSeeds(std::string_view text);
 
 struct SwarmOptions {
   SeedRange seeds;
-  /// Where the scenarios of days that failed are written.
+  /// The folder for the scenarios of failing days.
   std::filesystem::path keepFolder = ".";
-  /// Where the resource bundles lie.
+  /// The folder of the resource bundles.
   std::filesystem::path resources;
 };
 
-/// Plays the random day of each seed twice, with the order of simultaneous events drawn from the
-/// seed: every expectation of the day has to hold, every gamma table that is put in force has to be
-/// a known curve, and both have to give one transcript. The exit status: 0 when all went well,
-/// else 1.
+/// Plays each seed's random day twice, with the order of simultaneous events drawn from the seed:
+/// all expectations must hold, every gamma table set must be a known curve, and both transcripts
+/// must be equal. The exit status: 0 when all passed, else 1.
 int runSwarm(const SwarmOptions& options, std::ostream& out);
 
 }  // namespace brivane

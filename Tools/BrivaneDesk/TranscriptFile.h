@@ -10,8 +10,8 @@ namespace brivane {
 /// "NAME.transcript" beside "NAME.scenario".
 std::filesystem::path transcriptFileOf(const std::filesystem::path& scenario);
 
-/// What is wrong when the file doesn't hold exactly these lines: the first line that differs, with
-/// the lines before it, in several lines for a person. Nothing when all is well.
+/// Nothing when the file holds exactly these lines; else a message of several lines with the first
+/// difference and the lines before it.
 std::optional<std::string> compareTranscript(const std::filesystem::path& file,
                                              const std::vector<std::string>& lines);
 

@@ -1,5 +1,5 @@
-// Every change to a desk is a file renamed into its folder. What changed is told from the hardware
-// as it is then: changes that come faster than they can be read are seen as one.
+// Every change of a desk renames a file into its folder. The changes printed are differences
+// between successive states of the hardware, so fast changes are merged.
 #include "Tools/BrivaneDesk/WatchCommand.h"
 
 #include <ostream>

@@ -83,7 +83,7 @@ QImage ContactSheet::picture() const {
     corner = {corner.x() + size(column).width() + gap, margin};
   }
   painter.end();
-  // Nothing shines through: that takes a quarter less.
+  // Without alpha, the file is a quarter smaller.
   return image.convertToFormat(QImage::Format_RGB888);
 }
 

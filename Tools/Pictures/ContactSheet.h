@@ -9,19 +9,18 @@
 
 namespace brivane {
 
-/// Pictures with a line below each that says what they show, in columns on a plain ground. Main
-/// thread.
+/// Pictures with captions, in columns on a plain background. Main thread.
 class ContactSheet {
  public:
   explicit ContactSheet(Appearance itsAppearance) : appearance(itsAppearance) {}
-  /// A picture that needs no ground and no caption.
+  /// A single picture without background and caption.
   explicit ContactSheet(QImage wholePicture) : whole(std::move(wholePicture)) {}
 
   void beginColumn() { columns.emplace_back(); }
-  /// Below what the column holds already; without a caption there is no line.
+  /// Adds to the column's bottom; an empty caption takes no line.
   void add(QImage picture, const std::string& caption);
 
-  /// While there is a Qt application.
+  /// Needs a Qt application.
   QImage picture() const;
 
  private:
@@ -40,8 +39,7 @@ class ContactSheet {
   std::vector<Column> columns;
 };
 
-/// A window's content with the title bar that a desktop would give it. While there is a Qt
-/// application.
+/// A window's content with a desktop's title bar. Needs a Qt application.
 QImage withTitleBar(const QImage& content, const std::string& title, Appearance appearance);
 
 }  // namespace brivane

@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// The text of a desk file with that appearance; `members` are the rest of it.
+/// The text of a desk file with that appearance and the other `members`.
 inline std::string deskText(Appearance appearance, const std::string& members) {
   const std::string name = appearance == Appearance::dark ? "dark" : "light";
   return R"({"appearance": ")" + name + R"(", )" + members + "}";

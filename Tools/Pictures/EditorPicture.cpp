@@ -25,7 +25,7 @@ QImage opened(Appearance appearance, const char* members, const std::string& com
   return editorOf(desk, appearance);
 }
 
-/// A field that was clicked, before and after keys are pressed.
+/// A field that was clicked, before or after keys are pressed.
 QImage clicked(Appearance appearance, bool isTypedInto) {
   PlayedDesk desk(deskText(appearance, noDisplays));
   desk.choose(changeHotkeys);

@@ -1,4 +1,4 @@
-// Each card is what a press of a hotkey brings up on a monitor that has been at a level before.
+// Each card is the HUD after a hotkey's press on a monitor at a given level.
 #include <array>
 #include <cstdlib>
 #include <string>
@@ -16,13 +16,13 @@ constexpr int levelAtStart = 50;
 constexpr auto monitor =
     R"("displays": [{"identifier": 1, "name": "Halden H27", "firmware": {"level": 50}}])";
 
-/// A display that answered yesterday and doesn't now.
+/// A display that is known to the settings, but doesn't answer.
 constexpr auto sleepingMonitor =
     R"("displays": [{"identifier": 1, "name": "Halden H27", "model": 27, "serial": 5,
         "firmware": {"level": 60, "asleep": true}}],
        "defaults": {"com.quorrel.brivane": {"ddc.8738.27.5": true, "ddcmax.8738.27.5": 100}})";
 
-/// Until the HUD has come in and stands still.
+/// The time until the HUD's animations are over.
 constexpr auto shown = std::chrono::milliseconds(300);
 
 struct Shown {
@@ -32,7 +32,7 @@ struct Shown {
 
 QImage levelCard(Appearance appearance, int level) {
   PlayedDesk desk(deskText(appearance, monitor));
-  // The last step is the one that is seen.
+  // The last step is the one shown.
   const auto steps = static_cast<int>((level - levelAtStart) / brightnessStep - 1);
   desk.step(steps < 0 ? downArrow : upArrow, std::abs(steps), 1);
   desk.press({controlKey, optionKey, upArrow});

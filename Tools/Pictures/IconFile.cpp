@@ -1,6 +1,6 @@
-// An icon file is "icns", the length of all, and for each picture a name of four letters, its
-// length with this header, and the bytes of a PNG file. Numbers are big-endian. The name says how
-// many points the picture is wide, and at which scale; a Mac scales down for the sizes not here.
+// An icon file is "icns", the total length, and for each picture a name of four letters, its length
+// with this header, and a PNG file. Numbers are big-endian. The name stands for the picture's width
+// in points and its scale; a Mac scales down to other sizes.
 #include "Tools/Pictures/IconFile.h"
 
 #include <QBuffer>

@@ -4,8 +4,8 @@
 
 namespace brivane {
 
-/// The bytes of the Mac's icon file (.icns): the app icon in every size that a Mac asks for, each a
-/// picture of its own. While there is a Qt application.
+/// The bytes of the Mac's icon file (.icns): the app icon, drawn for every size of the format.
+/// Needs a Qt application.
 std::string appIconFile();
 
 }  // namespace brivane

@@ -30,12 +30,12 @@ const std::vector<Named> pictures = {
     {"desk", brivane::deskPicture},
 };
 
-/// Nobody's desktop, fonts or screens have a say.
+/// Keeps the user's desktop, fonts and screens from influencing the pictures.
 void shutTheDesktopOut() {
   setenv("QT_SCALE_FACTOR", "2", 1);
   setenv("FONTCONFIG_FILE", std::filesystem::absolute("Tools/Pictures/fonts.conf").c_str(), 1);
   setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody", 1);
-  // Such as that nobody has logged in.
+  // Silences warnings such as the missing session bus's.
   setenv("QT_LOGGING_RULES", "default.warning=false", 1);
   for (const auto* const name :
        {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_FONT_DPI", "QT_SCREEN_SCALE_FACTORS"}) {
@@ -43,7 +43,8 @@ void shutTheDesktopOut() {
   }
 }
 
-/// The desks and their Qt applications are gone by now; a process can have one at a time.
+/// Called after the desks and their Qt applications are destroyed: a process can have only one at a
+/// time.
 bool save(const std::filesystem::path& file, const std::function<bool()>& write) {
   std::cout << file.string() << std::endl;
   std::vector<std::string> words = {"brivane-pictures", "-platform", brivane::noScreen};

@@ -48,7 +48,7 @@ QImage menuOn(Appearance appearance, const char* members) {
   return desk.menu();
 }
 
-/// A display that the operating system should drive, and can't.
+/// A display whose display services fail.
 QImage unknownLevel(Appearance appearance) {
   PlayedDesk desk(deskText(appearance, noAnswerFromTheSystem));
   desk.choose("Use System Brightness Keys");

@@ -5,10 +5,9 @@
 
 namespace brivane {
 
-// The pictures of docs/pictures, each made from the shipping program on desks of its own. Main
-// thread.
+// The pictures in docs/pictures, each of the shipping program on its own desks. Main thread.
 
-/// The HUD at six levels, and waiting for a display.
+/// The HUD at six levels, and while it waits for a display.
 ContactSheet hudPicture(Appearance appearance);
 
 /// The menu on an ordinary day.

@@ -1,5 +1,5 @@
-// Qt's loop never runs here: virtual time has no use for it, and a picture taken between two of its
-// turns would be another one each time. What Qt has posted to itself is delivered by hand.
+// Qt's event loop never runs here: it runs in real time, so pictures would differ from run to run.
+// Posted events are delivered explicitly.
 #include "Tools/Pictures/PlayedDesk.h"
 
 #include <QApplication>
@@ -23,7 +23,7 @@
 namespace brivane {
 namespace {
 
-/// As large as a desktop's.
+/// A virtual screen of a desktop's size.
 constexpr auto desktopScreen = "offscreen:configfile=Tools/Pictures/desk-screen.json";
 constexpr auto fontFamily = "Inter";
 constexpr int fontPixels = 13;
@@ -38,7 +38,7 @@ DeskDescription described(const std::string& text) {
   return std::move(std::get<DeskDescription>(desk));
 }
 
-/// Until nothing more comes of it.
+/// Repeated for the events that events post.
 void deliverWhatQtPosted() {
   for (int turn = 0; turn < 5; ++turn) {
     QCoreApplication::processEvents(QEventLoop::AllEvents);
@@ -139,7 +139,7 @@ QImage PlayedDesk::editor() {
   return editorWindow().grab().toImage();
 }
 
-/// A desk in memory has no folder whose changes would make its windows look again.
+/// A desk in memory has no folder to watch; announcing the appearance updates the windows.
 QImage PlayedDesk::screen() {
   hardware->setAppearance(hardware->appearance());
   run(std::chrono::milliseconds(1));

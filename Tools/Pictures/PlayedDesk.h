@@ -19,36 +19,35 @@ inline constexpr std::uint16_t controlKey = 59;
 inline constexpr std::uint16_t downArrow = 125;
 inline constexpr std::uint16_t upArrow = 126;
 
-/// The shipping program on a desk in memory and in virtual time, shown by Qt without a screen; so
-/// everything in a picture of it is what the program itself put there, and is the same each time.
-/// One at a time. Main thread.
+/// The shipping program on a desk in memory and in virtual time, shown by Qt without a screen, so
+/// that its pictures are reproducible. One object at a time. Main thread.
 class PlayedDesk {
  public:
-  /// What is to be seen: the program alone, or the monitors' windows with it, as ./run shows them.
+  /// What Qt shows: the program alone, or also the monitors' windows, like ./run.
   enum class Shows { program, windows };
 
-  /// `desk` is the text of a desk file (docs/desk.md). The program has run for five seconds.
+  /// `desk` is the text of a desk file (docs/desk.md). Runs the program for five seconds.
   explicit PlayedDesk(const std::string& desk, Shows shows = Shows::program);
   ~PlayedDesk();
   PlayedDesk(const PlayedDesk&) = delete;
   PlayedDesk& operator=(const PlayedDesk&) = delete;
 
   void run(Microseconds time);
-  /// Presses keys one after the other, and releases them the other way round.
+  /// Presses keys one after the other, and releases them in reverse order.
   void press(std::initializer_list<std::uint16_t> keys);
 
-  /// Presses control, option and the arrow that often, with the pointer on that display, and lets
-  /// the HUD go away again.
+  /// Presses control, option and the arrow `times` times with the pointer on the display, then
+  /// waits until the HUD has gone.
   void step(std::uint16_t arrow, int times, DisplayID display);
 
   /// Chooses the command of the menu with that title.
   void choose(const std::string& title);
   /// Clicks a field of the hotkey editor, the upper one being 0.
   void clickField(int number);
-  /// A key with control, option and command, as an X server tells the editor of it.
+  /// Types the key with control, option and command, as an X server's key events.
   void typeIntoEditor(std::uint16_t keyCode);
 
-  // What a person sees; each dies with a sentence when it isn't shown.
+  // What is shown; a fatal error when it isn't.
   QImage hud();
   QImage menu();
   QImage editor();
@@ -72,7 +71,7 @@ class PlayedDesk {
   std::unique_ptr<AppDelegate> delegate;
 };
 
-/// What Qt is started with where there is no screen: a large one of its own.
+/// The Qt platform with a large virtual screen.
 inline constexpr auto noScreen = "offscreen:configfile=Tools/Pictures/screens.json";
 
 /// Gives the Qt application the font of the pictures.

@@ -1,5 +1,5 @@
-// Keys are named by what a US layout prints on them; the codes are positions, and stay the same
-// whatever layout the desk has.
+// Keys are named by their labels on a US keyboard; the codes are positions, the same for every
+// layout.
 #include "Tools/BrivaneDesk/Language/KeyNames.h"
 
 #include <algorithm>

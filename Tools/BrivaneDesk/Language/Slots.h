@@ -9,28 +9,27 @@
 
 namespace brivane {
 
-/// What one word of a form asks of a scenario's word. A form is words separated by blanks: one in
-/// capitals is a slot ("DISPLAY"), one with bars between is a choice ("light|dark"), any other
-/// stands for itself.
+/// One word of a form, matched against a scenario's word. A form is words separated by blanks:
+/// capitals are a slot ("DISPLAY"), bars separate choices ("light|dark"), any other word is
+/// literal.
 class Slot {
  public:
   explicit Slot(std::string_view formWord) : word(formWord) {}
 
   bool isLiteral() const;
-  /// Takes all words that are left.
+  /// Whether the slot takes all remaining words.
   bool takesRest() const { return word == "ARGUMENTS"; }
 
-  /// Whether the word fits.
   bool accepts(const Token& token) const;
-  /// The argument that a fitting word gives; nothing for a word that stands for itself.
+  /// A matching word's value; nothing for a literal.
   std::optional<Argument> argument(const Token& token) const;
 
   bool isDisplay() const { return word == "DISPLAY"; }
 
-  /// What a person should have written here: one thing such as `a display's number`, or the words
-  /// to choose from.
+  /// What is expected here, for error messages: one description such as `a display's number`, or
+  /// the choices.
   std::vector<std::string> expectations() const;
-  /// The words that could stand here, when they can be listed.
+  /// The possible words, if they can be listed.
   std::vector<std::string_view> choices() const;
 
  private:

@@ -81,7 +81,7 @@ std::optional<long long> takeMicroseconds(std::string_view& text) {
   long long place = unit->microseconds;
   for (const char digit : fraction) {
     if (place % 10 != 0 && digit != '0') {
-      // Minutes and hours divide by ten a few times only; what is left must not get lost.
+      // A fraction of a unit that is no whole microsecond is refused.
       return std::nullopt;
     }
     place /= 10;
@@ -90,7 +90,7 @@ std::optional<long long> takeMicroseconds(std::string_view& text) {
   return result;
 }
 
-/// "#2" is a word, unless the line begins with it.
+/// "#2" is a word, except at the line's beginning.
 bool isComment(std::string_view rest, bool beginsLine) {
   if (!rest.starts_with('#')) return false;
   rest.remove_prefix(1);

@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// Where what a step says happens to the hardware: in a scenario, or on a desk that others use.
+/// Where a hardware step takes place: in a scenario, or on a desk shared with other processes.
 class Scene {
  public:
   virtual ~Scene() = default;
@@ -15,12 +15,12 @@ class Scene {
   virtual DeskHardware& hardware() = 0;
   virtual DeskKeyboard& keyboard() = 0;
 
-  /// By the clock of the hardware.
+  /// The time by the hardware's clock.
   virtual Microseconds now() const = 0;
-  /// Carries `action` out then, before any step of that moment.
+  /// Runs `action` after `delay`, before any step of that moment.
   virtual void later(Microseconds delay, std::function<void()> action) = 0;
-  /// Whether it is so of the keys. Where they are another process's affair, that process gets the
-  /// time to take what was handed to it before.
+  /// Whether the condition on the keys holds. When another process handles keys, waits up to 2 s
+  /// for it to handle the keys forwarded before.
   virtual bool isSoOfKeys(const std::function<bool()>& condition) { return condition(); }
 };
 

@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// While something of a step happens, what is planned belongs to that step.
+/// Makes a step the current one, to which newly planned actions belong.
 class Schedule::Turn {
  public:
   Turn(Schedule& owner, std::shared_ptr<Course> newCourse)

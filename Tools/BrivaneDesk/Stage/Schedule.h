@@ -10,22 +10,22 @@
 
 namespace brivane {
 
-/// What is to happen in a scenario, by its time: steps, and their consequences. Of what is planned
-/// for one moment, consequences come first, and then whatever was planned first.
+/// The planned actions of a scenario by their time: steps and their consequences. At one moment,
+/// consequences come first, then the others in the order of planning.
 class Schedule {
  public:
   using Action = std::function<void()>;
 
-  /// `ended` is called when the step is over, with all its consequences.
+  /// `ended` is called after the step and all that it has planned.
   void addStep(Microseconds time, Action take, Action ended);
-  /// A consequence of the step that is being taken, or of one of its consequences.
+  /// Plans a consequence of the current step, or of its current consequence.
   void addConsequence(Microseconds time, Action action);
-  /// Nothing of what is planned happens any more, nor of what will be.
+  /// Drops all planned actions, and later ones.
   void abandon();
 
-  /// The time of what happens next; nothing when nothing is planned.
+  /// The time of the next action; nothing when none is planned.
   std::optional<Microseconds> nextTime() const;
-  /// Carries out what happens next.
+  /// Runs the next action.
   void takeNext();
 
  private:
@@ -38,10 +38,10 @@ class Schedule {
 
     auto operator<=>(const Key&) const = default;
   };
-  /// A step that is planned or goes on.
+  /// A planned or running step.
   struct Course {
     Action ended;
-    /// How much of it is planned or goes on.
+    /// The number of its actions that are planned or running.
     int open = 0;
   };
   struct Plan {
@@ -53,7 +53,7 @@ class Schedule {
 
   std::map<Key, Plan> planned;
   std::uint64_t nextSequence = 1;
-  /// Of the step that is being taken, or one of whose consequences is.
+  /// The current step's.
   std::shared_ptr<Course> course;
   bool isAbandoned = false;
 };

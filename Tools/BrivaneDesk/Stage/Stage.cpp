@@ -1,7 +1,6 @@
-// While a program runs, what is planned happens as tasks on its main queue; while none does, it
-// simply happens, and the clock jumps. Each process has a runtime of its own, set forward to the
-// moment at which the process begins, so that a killed program's timers die with it. A process that
-// meets a fatal error is left by an exception, past everything that it was about to do.
+// While a program runs, planned actions are tasks on its main queue; otherwise they run directly,
+// and the clock jumps. Each process has a runtime of its own, advanced to the process's start, so
+// that a killed program's timers end with it. A fatal error leaves the process by an exception.
 #include "Tools/BrivaneDesk/Stage/Stage.h"
 
 #include <algorithm>
@@ -25,7 +24,7 @@ std::string timeText(Microseconds time) {
 
 }  // namespace
 
-/// The lines also come by way of the hardware's trace.
+/// Only for expectations on the log: the trace records these lines, too.
 class Stage::Log : public SystemLog {
  public:
   explicit Log(Stage& owner) : stage(owner) {}
@@ -119,7 +118,7 @@ void Stage::endProgram(std::optional<int> status, const std::string& printedText
   isRecording = true;
 }
 
-/// Nothing when the process comes to a fatal error.
+/// Nothing after a fatal error of the process.
 std::optional<int> Stage::statusOf(DeskMachine& process, const std::function<int()>& run) try {
   const FatalErrorHandler handler([&](const std::string& line) { meetFatalError(process, line); });
   return run();
@@ -129,7 +128,7 @@ std::optional<int> Stage::statusOf(DeskMachine& process, const std::function<int
 
 void Stage::meetFatalError(DeskMachine& process, const std::string& line) {
   process.log().write(line);
-  // Only on the main thread is there somebody to catch what is thrown.
+  // Only the main thread catches the exception.
   if (!process.runtime().isMainThread()) {
     std::cerr << line << std::endl;
     return;
@@ -173,11 +172,11 @@ void Stage::awaitNext() {
   Runtime& runtime = machine->runtime();
   const auto next = ownSchedule.nextTime();
   if (!next) {
-    // A program that is ending already comes to its own end first.
+    // After pending tasks: a program that is already ending ends by itself.
     runtime.after(Microseconds(0), [this] { killProgram(); });
     return;
   }
-  // Once the moment has come, behind everything that the program has set for the same moment.
+  // At that moment, after everything that the program has scheduled for it.
   runtime.after(*next - now(), [this, &runtime] {
     runtime.after(Microseconds(0), [this] {
       ownSchedule.takeNext();

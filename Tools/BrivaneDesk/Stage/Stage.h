@@ -15,23 +15,23 @@
 
 namespace brivane {
 
-/// How a scenario is played beside what it says.
+/// Options for playing a scenario.
 struct StageOptions {
-  /// Where the resource bundles lie.
+  /// The folder of the resource bundles.
   std::filesystem::path resources;
-  /// Is given every line as it happens; may be empty.
+  /// Called with every line as it happens; may be empty.
   std::function<void(const std::string& line)> onLine;
-  /// Whether `onLine` is also given every call of a seam.
+  /// Whether `onLine` also gets every seam call.
   bool listensToCalls = false;
-  /// Every gamma table that is put in force must be a known curve of the calibrated one, unless one
-  /// was refused on that display before.
+  /// Whether every gamma table set must be a known curve of the calibrated one, except on displays
+  /// where one was refused before.
   bool watchesGamma = false;
-  /// Makes the order of simultaneous events a matter of chance, drawn from it.
+  /// Draws the order of simultaneous events from this seed.
   std::optional<std::uint64_t> seed;
 };
 
-/// What a scenario takes place on: one hardware, the program that runs on it or doesn't, and a
-/// clock that goes on whether it does or not. What steps have planned for later happens in between.
+/// Where a scenario takes place: a hardware, the program (if it runs), a clock that advances either
+/// way, and the actions that steps have planned.
 class Stage : public Scene {
  public:
   Stage(const DeskDescription& desk, StageOptions stageOptions);
@@ -39,48 +39,48 @@ class Stage : public Scene {
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
 
-  // Time and what is planned
+  // Time and planned actions
 
   /// Since the start of the scenario.
   Microseconds now() const override;
   Schedule& schedule() { return ownSchedule; }
   void later(Microseconds delay, std::function<void()> action) override;
-  /// Carries out what is planned, in its order, until nothing is. A program that is still running
-  /// then is dropped as by a kill, unseen.
+  /// Runs the planned actions in order until there are none. A program still running then is
+  /// killed, without a line in the transcript.
   void play();
 
   // The program
 
   bool isRunning() const { return machine != nullptr; }
-  /// Begins when the step that asks for it is over.
+  /// The program starts when the current step is over.
   void startProgram() { isStartRequested = true; }
-  /// The program ends without any clean-up; the hardware stays as it is.
+  /// Ends the program without clean-up; the hardware stays as it is.
   void killProgram();
-  /// A second process of the program on the same hardware, from its start to its end.
+  /// Runs a second process of the program on the same hardware to its end.
   void runCommand(const std::vector<std::string>& arguments);
-  /// Null when it isn't running, here and below.
+  /// Null when the program isn't running; so is the frame.
   DeskMachine* program() const { return machine.get(); }
   DeskFrame* programFrame() const { return frame; }
-  /// Of the last program that came to an end by itself.
+  /// The exit status of the last program that ended by itself.
   std::optional<int> exitStatus() const { return lastExitStatus; }
   const std::string& commandOutput() const { return lastOutput; }
-  /// The program's fatal errors so far, and those of commands. Such an error ends the process that
-  /// it is met in, as a kill does.
+  /// The fatal errors so far, of the program and of commands. A fatal error ends its process like a
+  /// kill.
   const std::vector<std::string>& fatalErrors() const { return fatalLines; }
-  /// Told of each the moment it is met; may be empty.
+  /// Called at once with each fatal error; may be empty.
   std::function<void(const std::string& line)> onFatalError;
   int beepCount() const;
 
   // The hardware
 
   DeskHardware& hardware() override { return *sharedHardware; }
-  /// The running program's, or, without one, the same keys with no program to press them for.
+  /// The running program's keyboard or, without a program, a keyboard of the same hardware.
   DeskKeyboard& keyboard() override;
 
-  // What is written down
+  // Records
 
   void record(const std::string& line);
-  /// Lines that are recorded from now on count for expectations only.
+  /// Whether lines recorded from now on go into the transcript, not only to expectations.
   void setTranscribing(bool transcribing) { isTranscribing = transcribing; }
   /// The transcript: every line with its time.
   const std::vector<std::string>& transcript() const { return lines; }
@@ -110,7 +110,7 @@ class Stage : public Scene {
 
   Schedule ownSchedule;
   Microseconds idleTime{0};
-  /// The clock of the process that runs now; null: `idleTime` counts.
+  /// The running process's clock; null: `idleTime` is the clock.
   const Runtime* clock = nullptr;
 
   std::unique_ptr<DeskMachine> machine;

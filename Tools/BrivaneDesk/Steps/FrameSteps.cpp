@@ -8,7 +8,7 @@ namespace {
 
 constexpr Microseconds handPeriod{20'000};
 
-/// The menu, or why there is none to use.
+/// The menu, or why it can't be used.
 std::variant<DeskMenu*, std::string> menuOrProblem(Stage& stage) {
   auto* const frame = stage.programFrame();
   if (frame == nullptr) return "the program isn't running";
@@ -60,7 +60,7 @@ struct SliderOnStage {
   DeskMenu::Slider slider;
 };
 
-/// Slot 0 names the slider; slot 1 may be its place among those of that name.
+/// Slot 0 is the slider's name; slot 1, if present, its number among those of the name.
 std::variant<SliderOnStage, std::string> sliderOf(Stage& stage, const StepArguments& arguments) {
   const auto menu = openMenuOf(stage);
   if (const auto* const problem = std::get_if<std::string>(&menu)) return *problem;
@@ -80,7 +80,7 @@ StepProblem setSlider(Stage& stage, const StepArguments& arguments) {
   return std::nullopt;
 }
 
-/// One move of a hand that drags a slider; the hand lets go of one that is gone.
+/// One move of a drag; the drag ends when the slider is gone.
 struct Drag {
   DeskMenu::Slider slider;
   double from = 0;
@@ -118,13 +118,13 @@ StepProblem dragSlider(Stage& stage, const StepArguments& arguments) {
   return std::nullopt;
 }
 
-/// A hand that finds no such slider does nothing.
+/// Does nothing without such a slider.
 StepProblem tryToDragSlider(Stage& stage, const StepArguments& arguments) {
   dragSlider(stage, arguments);
   return std::nullopt;
 }
 
-/// The editor that is open, or why there is none to use.
+/// The open editor, or why it can't be used.
 std::variant<DeskEditorWindow*, std::string> editorOf(Stage& stage) {
   auto* const frame = stage.programFrame();
   if (frame == nullptr) return "the program isn't running";

@@ -1,5 +1,5 @@
-// An independent second opinion on what the program writes: the curves are built here from what is
-// documented about them, not by the program's own code.
+// An independent check of what the program writes: the curves are computed here from their
+// documentation, not by the program's code.
 #include "Tools/BrivaneDesk/Steps/GammaReading.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 
 using Curve = std::function<double(double calibrated)>;
 
-/// Samples are 32-bit numbers, some of them interpolated.
+/// A tolerance for 32-bit samples, some of them interpolated.
 constexpr double equal = 1e-6;
 
 bool follows(const GammaTable& table, const GammaTable& calibrated, double allowed,
@@ -48,8 +48,8 @@ double bendingPower(std::int64_t boost) {
   return 1 / (1 + static_cast<double>(boost) * 0.008);
 }
 
-/// What is left of a table that was written with the samples of a gain: 256, or half of a capacity
-/// that isn't above that. Nothing of a table that is too small for a gain.
+/// The table as it reads back after being written with a gain's count of samples: 256, or half the
+/// capacity if that is not above 256. Nothing for a table that is too small for a gain.
 std::optional<GammaTable> rereadFromFewer(const GammaTable& calibrated) {
   constexpr std::uint32_t usualSamples = 256;
   const auto capacity = static_cast<std::uint32_t>(calibrated[0].size());

@@ -8,32 +8,32 @@
 
 namespace brivane {
 
-/// What a gamma table does to the calibrated one, told from the two tables alone.
+/// How a gamma table differs from the calibrated one, derived from the two tables alone.
 struct GammaReading {
   enum class Kind {
     calibrated,
-    /// Every sample scaled by one factor below 1, as some dimming depth gives it.
+    /// Every sample scaled by one factor below 1, a dimming depth's.
     dimmed,
-    /// Bent upwards by the power of some boost; or scaled by one factor above 1 and at most 4, and
-    /// written with fewer samples, as a boost into the headroom is.
+    /// Raised by a boost's exponent; or, for a boost into the headroom, scaled by one factor above
+    /// 1 and at most 4, with fewer samples.
     boosted,
     other,
   };
 
   Kind kind = Kind::calibrated;
-  /// The depth of the dimming, or the boost of the bending, 1 to 100; 0 for others.
+  /// The dimming's depth or the exponent's boost, 1 to 100; 0 for others.
   std::int64_t amount = 0;
   /// The largest sample.
   double peak = 0;
 
-  /// "dimmed by 40, peak 0.672" and the like.
+  /// Such as "dimmed by 40, peak 0.672".
   std::string text() const;
 };
 
-/// Of the display as it is now; nothing without a gamma table.
+/// The reading of the display's current table; nothing without one.
 std::optional<GammaReading> readGamma(DeskHardware& hardware, DisplayID display);
 
-/// The same for two tables of the same count.
+/// The reading of two tables of the same count.
 GammaReading readGamma(const GammaTable& table, const GammaTable& calibrated);
 
 }  // namespace brivane

@@ -14,7 +14,7 @@ std::string percentText(std::int64_t percent) {
   return std::to_string(percent) + "%";
 }
 
-/// What the panel shows in hundredths of its range, rounded; nothing when there is no telling.
+/// The level that the panel shows, in percent of its range, rounded; nothing if unknown.
 std::optional<std::int64_t> shownPercent(DeskHardware& hardware, DisplayID display) {
   const auto described = hardware.display(display);
   const auto monitor = hardware.monitor(display);
@@ -94,7 +94,7 @@ StepProblem expectMapping(Stage& stage, const StepArguments& arguments) {
   return std::string(readMapping(mapping)) + ": " + tracedMapping(mapping);
 }
 
-/// In whatever order.
+/// In any order.
 StepProblem expectOriginalMapping(Stage& stage, const StepArguments&) {
   const auto isBefore = [](const HIDMappingEntry& left, const HIDMappingEntry& right) {
     return std::pair(left.source, left.destination) < std::pair(right.source, right.destination);

@@ -19,7 +19,7 @@ constexpr const char* noFirmware = "has no firmware";
 
 constexpr const char* tooFar = "a coordinate that is not from -1000000 to 1000000";
 
-/// For a desk file, and so for what is kept beside it.
+/// Beyond the limit of desk files, which also holds for state files.
 bool isTooFar(const Point& point) {
   constexpr double farthest = 1'000'000;
   return std::abs(point.x) > farthest || std::abs(point.y) > farthest;
@@ -44,7 +44,7 @@ bool isPressed(const DeskKeyboard& keyboard, const std::string& name) {
   return code ? keyboard.isPressed(*code) : keyboard.isPressed(brightnessKey(name));
 }
 
-/// A key that is down can't go down again: what was meant by it would not happen.
+/// Rejects pressing a key that is down, which would have no effect.
 StepProblem cannotPress(Scene& scene, const Keys& keys) {
   for (const auto& name : keys.names) {
     const bool isTwice = std::ranges::count(keys.names, name) > 1;
@@ -245,7 +245,7 @@ StepProblem clearMapping(Scene& scene, const StepArguments&) {
   return std::nullopt;
 }
 
-/// Another process sees what is stored; where that failed, the log has said why.
+/// Other processes see stored values only; the log has the reason of a failure.
 StepProblem changeSetting(Scene& scene, const std::string& key,
                           const std::optional<PropertyValue>& value) {
   constexpr auto domain = "com.quorrel.brivane";

@@ -7,13 +7,13 @@
 namespace brivane {
 namespace {
 
-// The usages that keyboards send for brightness up and down.
+// The keyboards' usages for brightness up and down.
 constexpr std::array<std::uint64_t, 3> upSources = {0xFF01'00000020, 0x00FF'00000004,
                                                     0x000C'0000006F};
 constexpr std::array<std::uint64_t, 3> downSources = {0xFF01'00000021, 0x00FF'00000005,
                                                       0x000C'00000070};
 
-/// Where the sources go.
+/// The destinations of the sources.
 struct Destinations {
   std::set<std::uint64_t> keys;
   std::size_t entries = 0;

@@ -9,7 +9,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// The last few lines, for a person who wonders why the one they look for isn't there.
+/// The last few lines, for the message about a missing one.
 std::string lastOf(const Lines& lines) {
   constexpr std::size_t shown = 8;
   if (lines.empty()) return "nothing at all";

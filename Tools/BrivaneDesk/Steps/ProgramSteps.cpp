@@ -13,7 +13,7 @@ StepProblem start(Stage& stage, const StepArguments&) {
   return std::nullopt;
 }
 
-/// Only a program that finds the first one ends by itself.
+/// The second program ends by itself only when it finds the first.
 StepProblem startSecond(Stage& stage, const StepArguments&) {
   if (!stage.isRunning()) return notRunning;
   if (!stage.hardware().description().bundleIdentifier) {

@@ -37,26 +37,26 @@ class StepArguments {
   const std::vector<Argument>& arguments;
 };
 
-/// Why a step failed: for an expectation, what was found instead. Nothing when it went well.
+/// Why a step failed; for an expectation, what was found instead. Nothing on success.
 using StepProblem = std::optional<std::string>;
 
 struct StepKind {
-  /// See `Slot` for what its words mean.
+  /// The words are described at `Slot`.
   std::string_view form;
   std::function<StepProblem(Stage& stage, const StepArguments& arguments)> take;
 };
 
-/// A step that happens to the hardware alone, whether or not a program runs on it.
+/// A step on the hardware alone, with or without a running program.
 struct HardwareStep {
   std::string_view form;
   StepProblem (*take)(Scene& scene, const StepArguments& arguments);
 };
 
-/// Everything that a scenario can say.
+/// All steps of scenarios.
 const std::vector<StepKind>& stepTable();
 const std::vector<std::string_view>& stepForms();
 
-/// The expectation that says how a fatal error was meant.
+/// The expectation of a fatal error.
 inline constexpr std::string_view expectFatalForm = "expect fatal TEXT";
 
 // The table's parts.
