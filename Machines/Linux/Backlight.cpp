@@ -26,10 +26,10 @@ std::ptrdiff_t rank(const std::filesystem::path& backlight) {
 
 }  // namespace
 
-LinuxBacklight::LinuxBacklight(DisplaySystem& displaySystem, MissingAccess& itsMissingAccess,
+LinuxBacklight::LinuxBacklight(DisplaySystem& displaySystem, MissingAccess& machineMissingAccess,
                                SessionBacklight& byLogind, std::filesystem::path classFolder)
     : displays(displaySystem),
-      missingAccess(itsMissingAccess),
+      missingAccess(machineMissingAccess),
       session(byLogind),
       folder(std::move(classFolder)) {}
 

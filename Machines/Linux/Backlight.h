@@ -15,7 +15,7 @@ namespace brivane {
 class LinuxBacklight {
  public:
   /// All must outlive this.
-  LinuxBacklight(DisplaySystem& displaySystem, MissingAccess& itsMissingAccess,
+  LinuxBacklight(DisplaySystem& displaySystem, MissingAccess& machineMissingAccess,
                  SessionBacklight& byLogind,
                  std::filesystem::path classFolder = "/sys/class/backlight");
 

@@ -28,7 +28,7 @@ namespace {
 
 class I2CService : public AVService {
  public:
-  explicit I2CService(I2CChannel itsChannel) : channel(std::move(itsChannel)) {}
+  explicit I2CService(I2CChannel panelChannel) : channel(std::move(panelChannel)) {}
   const I2CChannel channel;
 };
 

@@ -19,9 +19,11 @@ namespace brivane {
 class LinuxBus {
  public:
   /// All must outlive this.
-  LinuxBus(const Connectors& itsConnectors, MissingAccess& itsMissingAccess,
-           SleepGate& itsSleepGate)
-      : connectors(itsConnectors), missingAccess(itsMissingAccess), sleepGate(itsSleepGate) {}
+  LinuxBus(const Connectors& machineConnectors, MissingAccess& machineMissingAccess,
+           SleepGate& machineSleepGate)
+      : connectors(machineConnectors),
+        missingAccess(machineMissingAccess),
+        sleepGate(machineSleepGate) {}
 
   /// Whether there is any I2C device file.
   bool exists() const;

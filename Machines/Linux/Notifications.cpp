@@ -24,12 +24,12 @@ std::optional<int> firstEventOf(xcb_connection_t* connection, xcb_extension_t* e
 
 }  // namespace
 
-LinuxNotifications::LinuxNotifications(XEvents& itsEvents, Runtime& machineRuntime,
-                                       SleepGate& itsSleepGate, Task saveEverything,
+LinuxNotifications::LinuxNotifications(XEvents& xEvents, Runtime& machineRuntime,
+                                       SleepGate& machineSleepGate, Task saveEverything,
                                        Task sayThatBusIsMissing)
-    : events(itsEvents),
+    : events(xEvents),
       runtime(machineRuntime),
-      sleepGate(itsSleepGate),
+      sleepGate(machineSleepGate),
       saveBeforeSleep(std::move(saveEverything)),
       busIsMissing(std::move(sayThatBusIsMissing)) {}
 

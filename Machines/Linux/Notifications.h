@@ -20,7 +20,7 @@ class LinuxNotifications : public SystemNotifications {
   /// All must outlive this. While the machine's wake is observed, sleep is delayed until the gate
   /// is shut and `saveEverything` has returned. `sayThatBusIsMissing` is called when there is no
   /// system bus to learn of sleep and wake.
-  LinuxNotifications(XEvents& itsEvents, Runtime& machineRuntime, SleepGate& itsSleepGate,
+  LinuxNotifications(XEvents& xEvents, Runtime& machineRuntime, SleepGate& machineSleepGate,
                      Task saveEverything, Task sayThatBusIsMissing);
 
   Observation observeScreenParameters(Task handler) override;

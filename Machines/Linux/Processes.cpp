@@ -15,10 +15,10 @@ bool isSetting(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-LinuxProcessRunner::LinuxProcessRunner(MissingAccess& itsMissingAccess,
+LinuxProcessRunner::LinuxProcessRunner(MissingAccess& machineMissingAccess,
                                        const AutostartEntry& programsEntry,
                                        std::optional<std::filesystem::path> programFolder)
-    : missingAccess(itsMissingAccess), entry(programsEntry), folder(std::move(programFolder)) {}
+    : missingAccess(machineMissingAccess), entry(programsEntry), folder(std::move(programFolder)) {}
 
 ProcessResult LinuxProcessRunner::run(const std::string& executable,
                                       const std::vector<std::string>& arguments) {

@@ -17,7 +17,7 @@ namespace brivane {
 class LinuxProcessRunner : public ProcessRunner {
  public:
   /// The stand-in programs are in `programFolder`; without one, beside the running program.
-  LinuxProcessRunner(MissingAccess& itsMissingAccess, const AutostartEntry& programsEntry,
+  LinuxProcessRunner(MissingAccess& machineMissingAccess, const AutostartEntry& programsEntry,
                      std::optional<std::filesystem::path> programFolder = std::nullopt);
 
   ProcessResult run(const std::string& executable,

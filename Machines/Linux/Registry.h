@@ -41,7 +41,7 @@ struct LinuxRegistryEntry : RegistryEntry {
 /// else tells identical monitors apart.
 class LinuxIORegistry : public IORegistry {
  public:
-  explicit LinuxIORegistry(const Connectors& itsConnectors) : connectors(itsConnectors) {}
+  explicit LinuxIORegistry(const Connectors& machineConnectors) : connectors(machineConnectors) {}
 
   std::unique_ptr<RegistryIterator> allServices() override;
 

@@ -10,8 +10,8 @@ namespace brivane {
 /// backlight exists.
 class LinuxSymbolLoader : public SymbolLoader {
  public:
-  LinuxSymbolLoader(const LinuxBus& itsBus, const LinuxBacklight& itsBacklight)
-      : bus(itsBus), backlight(itsBacklight) {}
+  LinuxSymbolLoader(const LinuxBus& machineBus, const LinuxBacklight& machineBacklight)
+      : bus(machineBus), backlight(machineBacklight) {}
 
   LibraryHandle open(std::string_view path, int mode) override;
   Symbol find(LibraryHandle library, std::string_view name) override;

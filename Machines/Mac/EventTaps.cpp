@@ -15,8 +15,8 @@ constexpr CGEventMask systemDefinedEvents = CGEventMask{1} << TapEvent::systemDe
 
 /// The context of a tap's callback.
 struct Listener : std::enable_shared_from_this<Listener> {
-  Listener(AppKitServices& services, EventTapPort::Handler itsHandler)
-      : appKit(services), handler(std::move(itsHandler)) {}
+  Listener(AppKitServices& services, EventTapPort::Handler tapHandler)
+      : appKit(services), handler(std::move(tapHandler)) {}
 
   AppKitServices& appKit;
   const EventTapPort::Handler handler;
@@ -36,9 +36,9 @@ CGEventRef tapCallback(CGEventTapProxy, CGEventType type, CGEventRef event, void
 
 class MacEventTap : public EventTap {
  public:
-  MacEventTap(std::shared_ptr<Listener> itsListener, CFReference<CFMachPortRef> itsPort,
-              CFReference<CFRunLoopSourceRef> itsSource)
-      : listener(std::move(itsListener)), port(std::move(itsPort)), source(std::move(itsSource)) {
+  MacEventTap(std::shared_ptr<Listener> tapListener, CFReference<CFMachPortRef> tapPort,
+              CFReference<CFRunLoopSourceRef> tapSource)
+      : listener(std::move(tapListener)), port(std::move(tapPort)), source(std::move(tapSource)) {
     CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
   }
   MacEventTap(const MacEventTap&) = delete;

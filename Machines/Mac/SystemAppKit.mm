@@ -23,8 +23,8 @@ Screen screenOf(NSScreen* screen) {
 /// Observes a notification centre until destroyed.
 class CenterObserver {
  public:
-  CenterObserver(NSNotificationCenter* itsCenter, NSNotificationName name, const Task& handler)
-      : center(itsCenter),
+  CenterObserver(NSNotificationCenter* observedCenter, NSNotificationName name, const Task& handler)
+      : center(observedCenter),
         observer([center addObserverForName:name
                                      object:nil
                                       queue:NSOperationQueue.mainQueue

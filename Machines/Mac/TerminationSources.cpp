@@ -15,9 +15,9 @@ struct TerminationSources::Sources {
   std::map<int, dispatch_source_t> all;
 };
 
-TerminationSources::TerminationSources(Runtime& machineRuntime, Task itsHandler)
+TerminationSources::TerminationSources(Runtime& machineRuntime, Task signalHandler)
     : runtime(machineRuntime),
-      handler(std::move(itsHandler)),
+      handler(std::move(signalHandler)),
       sources(std::make_unique<Sources>()) {
   for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
     const bool wasIgnored = ::signal(number, SIG_IGN) == SIG_IGN;

@@ -11,7 +11,7 @@ namespace brivane {
 class TerminationSources {
  public:
   /// `machineRuntime` must outlive this.
-  TerminationSources(Runtime& machineRuntime, Task itsHandler);
+  TerminationSources(Runtime& machineRuntime, Task signalHandler);
   TerminationSources(const TerminationSources&) = delete;
   TerminationSources& operator=(const TerminationSources&) = delete;
   ~TerminationSources();

@@ -12,7 +12,7 @@ namespace brivane {
 /// Pictures with captions, in columns on a plain background. Main thread.
 class ContactSheet {
  public:
-  explicit ContactSheet(Appearance itsAppearance) : appearance(itsAppearance) {}
+  explicit ContactSheet(Appearance sheetAppearance) : appearance(sheetAppearance) {}
   /// A single picture without background and caption.
   explicit ContactSheet(QImage wholePicture) : whole(std::move(wholePicture)) {}
 

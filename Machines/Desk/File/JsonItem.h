@@ -26,8 +26,8 @@ class JsonSection;
 /// when its type or range is wrong. Ranges include their limits.
 class JsonItem {
  public:
-  JsonItem(const JsonValue& itsValue, std::string itsPath, JsonError& firstError)
-      : value(itsValue), path(std::move(itsPath)), error(firstError) {}
+  JsonItem(const JsonValue& itemValue, std::string itemPath, JsonError& firstError)
+      : value(itemValue), path(std::move(itemPath)), error(firstError) {}
 
   bool isNull() const { return value.isNull(); }
   bool isObject() const { return std::holds_alternative<JsonValue::Object>(value.content); }

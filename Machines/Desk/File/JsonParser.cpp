@@ -16,7 +16,7 @@ constexpr std::size_t deepestNesting = 32;
 
 class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
  public:
-  explicit TreeBuilder(std::string_view itsText) : text(itsText) {}
+  explicit TreeBuilder(std::string_view wholeText) : text(wholeText) {}
 
   bool null() override { return add(JsonValue{nullptr}); }
   bool boolean(bool value) override { return add(JsonValue{value}); }

@@ -15,8 +15,9 @@ namespace brivane {
 /// for members that were never read.
 class JsonSection {
  public:
-  JsonSection(const JsonValue::Object& itsMembers, std::string itsPath, JsonError& firstError)
-      : members(itsMembers), path(std::move(itsPath)), error(firstError) {}
+  JsonSection(const JsonValue::Object& objectMembers, std::string sectionPath,
+              JsonError& firstError)
+      : members(objectMembers), path(std::move(sectionPath)), error(firstError) {}
 
   std::optional<JsonItem> find(std::string_view key);
 

@@ -14,7 +14,7 @@ constexpr std::int32_t success = 0;
 constexpr std::int32_t failure = 1;
 
 struct DeskAVService : AVService {
-  explicit DeskAVService(DisplayID itsDisplay) : display(itsDisplay) {}
+  explicit DeskAVService(DisplayID servedDisplay) : display(servedDisplay) {}
   const DisplayID display;
 };
 

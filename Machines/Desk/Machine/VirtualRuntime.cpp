@@ -23,7 +23,7 @@ struct VirtualRuntime::Actor {
 
 class VirtualRuntime::Queue : public SerialQueue {
  public:
-  Queue(VirtualRuntime& owner, Actor& itsActor) : runtime(owner), actor(itsActor) {}
+  Queue(VirtualRuntime& owner, Actor& queueActor) : runtime(owner), actor(queueActor) {}
 
   void async(Task task) override {
     const Lock lock(runtime.mutex);

@@ -15,8 +15,8 @@ namespace brivane {
 /// output, or else the leftmost.
 class LinuxDisplays : public DisplaySystem {
  public:
-  /// `itsConnection` must outlive this.
-  explicit LinuxDisplays(XConnection& itsConnection) : connection(itsConnection) {}
+  /// `xConnection` must outlive this.
+  explicit LinuxDisplays(XConnection& xConnection) : connection(xConnection) {}
 
   std::optional<std::uint32_t> onlineDisplayCount() override;
   std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;

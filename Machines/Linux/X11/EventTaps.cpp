@@ -25,8 +25,8 @@ bool isBrightnessKey(xcb_keycode_t key) {
 
 class LinuxEventTaps::Tap : public EventTap {
  public:
-  Tap(LinuxEventTaps& itsPort, std::shared_ptr<TapStream::Tap> tapInStream)
-      : port(itsPort), tap(std::move(tapInStream)) {}
+  Tap(LinuxEventTaps& owningPort, std::shared_ptr<TapStream::Tap> tapInStream)
+      : port(owningPort), tap(std::move(tapInStream)) {}
   ~Tap() override { Tap::setEnabled(false); }
   Tap(const Tap&) = delete;
   Tap& operator=(const Tap&) = delete;
@@ -40,10 +40,10 @@ class LinuxEventTaps::Tap : public EventTap {
   const std::shared_ptr<TapStream::Tap> tap;
 };
 
-LinuxEventTaps::LinuxEventTaps(XEvents& itsEvents, SystemLog& systemLog)
-    : events(itsEvents),
+LinuxEventTaps::LinuxEventTaps(XEvents& xEvents, SystemLog& systemLog)
+    : events(xEvents),
       log(systemLog),
-      releases(itsEvents),
+      releases(xEvents),
       keys(events.observe([this](const xcb_generic_event_t& event) { handle(event); })) {}
 
 std::unique_ptr<EventTap> LinuxEventTaps::createTap(Handler handler) {

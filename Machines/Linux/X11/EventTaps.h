@@ -26,7 +26,7 @@ namespace brivane {
 class LinuxEventTaps : public EventTapPort {
  public:
   /// Both must outlive this, and this must outlive its taps.
-  LinuxEventTaps(XEvents& itsEvents, SystemLog& systemLog);
+  LinuxEventTaps(XEvents& xEvents, SystemLog& systemLog);
 
   std::unique_ptr<EventTap> createTap(Handler handler) override;
 

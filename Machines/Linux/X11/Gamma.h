@@ -14,8 +14,8 @@ namespace brivane {
 /// gives idle CRTCs the linear one.
 class LinuxGammaTables : public GammaTables {
  public:
-  /// `itsConnection` must outlive this.
-  explicit LinuxGammaTables(XConnection& itsConnection) : connection(itsConnection) {}
+  /// `xConnection` must outlive this.
+  explicit LinuxGammaTables(XConnection& xConnection) : connection(xConnection) {}
 
   std::uint32_t capacity(DisplayID display) override;
   std::int32_t readTable(DisplayID display, std::span<float> red, std::span<float> green,

@@ -32,10 +32,10 @@ std::array<std::uint16_t, 4> lockVariants(const XModifiers& meaning) {
 
 }  // namespace
 
-LinuxHotkeys::LinuxHotkeys(XEvents& itsEvents, XKeymap& itsKeymap, LinuxKeyboard& itsKeyboard)
-    : events(itsEvents),
-      keymap(itsKeymap),
-      keyboard(itsKeyboard),
+LinuxHotkeys::LinuxHotkeys(XEvents& xEvents, XKeymap& xKeymap, LinuxKeyboard& xKeyboard)
+    : events(xEvents),
+      keymap(xKeymap),
+      keyboard(xKeyboard),
       keys(events.observe([this](const xcb_generic_event_t& event) { handle(event); })),
       layout(keymap.observeChanges([this] { followLayout(); })) {}
 

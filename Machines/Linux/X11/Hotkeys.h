@@ -21,7 +21,7 @@ namespace brivane {
 class LinuxHotkeys : public HotkeyPort {
  public:
   /// All must outlive this.
-  LinuxHotkeys(XEvents& itsEvents, XKeymap& itsKeymap, LinuxKeyboard& itsKeyboard);
+  LinuxHotkeys(XEvents& xEvents, XKeymap& xKeymap, LinuxKeyboard& xKeyboard);
 
   bool installHandler(Handler newHandler) override;
   void removeHandler() override;

@@ -24,7 +24,7 @@ constexpr double fixedPointOne = 65536.0;
 /// Takes big-endian numbers from the front of some bytes; nothing after their end.
 class Reader {
  public:
-  explicit Reader(std::span<const std::uint8_t> someBytes) : bytes(someBytes) {}
+  explicit Reader(std::span<const std::uint8_t> profileBytes) : bytes(profileBytes) {}
 
   /// The next `size` bytes as an unsigned number, at most four.
   std::optional<std::uint32_t> number(std::size_t size) {

@@ -14,7 +14,7 @@ namespace brivane {
 class LinuxKeyboard : public Keyboard {
  public:
   /// Both must outlive this.
-  LinuxKeyboard(XEvents& itsEvents, XKeymap& itsKeymap) : events(itsEvents), keymap(itsKeymap) {}
+  LinuxKeyboard(XEvents& xEvents, XKeymap& xKeymap) : events(xEvents), keymap(xKeymap) {}
 
   bool hasLayout() override;
   std::optional<std::string> baseCharacter(std::uint16_t keyCode) override;

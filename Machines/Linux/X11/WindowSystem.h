@@ -20,7 +20,7 @@ class LinuxWindowSystem : public SharedWindowSystem {
     LinuxLog& log;
     JsonFileDefaults& settings;
   };
-  explicit LinuxWindowSystem(const Parts& itsParts) : parts(itsParts) {}
+  explicit LinuxWindowSystem(const Parts& machineParts) : parts(machineParts) {}
 
   bool take(const WindowKey& key) override;
   void keyboardIsBack() override;

@@ -84,7 +84,7 @@ std::optional<std::vector<xcb_randr_crtc_t>> readCRTCs(
   return std::vector(crtcs.begin(), crtcs.end());
 }
 
-XConnection::XConnection(std::string itsDisplayName) : displayName(std::move(itsDisplayName)) {}
+XConnection::XConnection(std::string xDisplayName) : displayName(std::move(xDisplayName)) {}
 
 XConnection::~XConnection() {
   if (openServer.connection != nullptr) xcb_disconnect(openServer.connection);

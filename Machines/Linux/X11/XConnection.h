@@ -47,8 +47,8 @@ std::optional<std::vector<xcb_randr_crtc_t>> readCRTCs(
 /// Exclusive use of the X server by one thread; empty without a server.
 class XServerTurn {
  public:
-  XServerTurn(std::unique_lock<std::mutex> itsLock, const XServer* itsServer)
-      : lock(std::move(itsLock)), server(itsServer) {}
+  XServerTurn(std::unique_lock<std::mutex> turnLock, const XServer* turnServer)
+      : lock(std::move(turnLock)), server(turnServer) {}
 
   explicit operator bool() const { return server != nullptr; }
   const XServer& operator*() const { return *server; }
@@ -68,8 +68,8 @@ class XServerTurn {
 /// Opening makes the process ignore SIGPIPE: XCB writes to its socket without MSG_NOSIGNAL.
 class XConnection {
  public:
-  /// `itsDisplayName` is the value of DISPLAY, such as ":0"; may be empty.
-  explicit XConnection(std::string itsDisplayName);
+  /// `xDisplayName` is the value of DISPLAY, such as ":0"; may be empty.
+  explicit XConnection(std::string xDisplayName);
   ~XConnection();
   XConnection(const XConnection&) = delete;
   XConnection& operator=(const XConnection&) = delete;

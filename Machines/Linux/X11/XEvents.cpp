@@ -23,8 +23,8 @@ void useDetectableAutoRepeat(xcb_connection_t* connection) {
 
 }  // namespace
 
-XEvents::XEvents(std::string itsDisplayName, Runtime& machineRuntime)
-    : display(std::move(itsDisplayName)), runtime(machineRuntime) {}
+XEvents::XEvents(std::string xDisplayName, Runtime& machineRuntime)
+    : display(std::move(xDisplayName)), runtime(machineRuntime) {}
 
 XEvents::~XEvents() {
   anchor.kill();

@@ -25,8 +25,8 @@ class XEvents {
  public:
   using Handler = std::function<void(const xcb_generic_event_t& event)>;
 
-  /// `itsDisplayName` is the value of DISPLAY, such as ":0".
-  XEvents(std::string itsDisplayName, Runtime& machineRuntime);
+  /// `xDisplayName` is the value of DISPLAY, such as ":0".
+  XEvents(std::string xDisplayName, Runtime& machineRuntime);
   ~XEvents();
   XEvents(const XEvents&) = delete;
   XEvents& operator=(const XEvents&) = delete;

@@ -12,8 +12,8 @@ namespace brivane {
 /// Main thread.
 class XKeyReleases {
  public:
-  /// `itsEvents` must outlive this.
-  explicit XKeyReleases(XEvents& itsEvents) : events(itsEvents) {}
+  /// `xEvents` must outlive this.
+  explicit XKeyReleases(XEvents& xEvents) : events(xEvents) {}
 
   /// Selects the events, from the server's next request on. False when the server can't.
   bool listen();

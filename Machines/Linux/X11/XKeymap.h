@@ -19,8 +19,8 @@ namespace brivane {
 /// again after the server has announced a change. Main thread.
 class XKeymap {
  public:
-  /// `itsEvents` must outlive this.
-  explicit XKeymap(XEvents& itsEvents) : events(itsEvents) {}
+  /// `xEvents` must outlive this.
+  explicit XKeymap(XEvents& xEvents) : events(xEvents) {}
 
   /// Whether there is a layout.
   bool exists();

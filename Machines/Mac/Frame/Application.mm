@@ -28,7 +28,7 @@ char appearanceContext;
 }
 
 /// NO: there is no window that AppKit could bring back.
-- (BOOL)applicationShouldHandleReopen:(NSApplication*)itsApplication
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)sender
                     hasVisibleWindows:(BOOL)hasVisibleWindows {
   if (application != nullptr) application->wasOpenedAgain();
   return NO;
@@ -39,7 +39,7 @@ char appearanceContext;
 }
 
 /// There is no state to restore, but without this method AppKit warns at each start.
-- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)itsApplication {
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)sender {
   return YES;
 }
 

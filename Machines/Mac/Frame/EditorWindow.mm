@@ -55,8 +55,8 @@ NSFont* fittedFont(NSString* text, double size, double width) {
 
 class MacEditorWindow::Host : public CustomViewHost {
  public:
-  Host(NSWindow* itsWindow, CustomView* itsView, BrivaneFieldView* fieldView)
-      : window(itsWindow), view(itsView), field(fieldView) {}
+  Host(NSWindow* hostWindow, CustomView* hostedView, BrivaneFieldView* fieldView)
+      : window(hostWindow), view(hostedView), field(fieldView) {}
 
   void setNeedsDisplay() override { field.needsDisplay = YES; }
   void makeFirstResponder() override {

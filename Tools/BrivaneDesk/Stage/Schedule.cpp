@@ -7,8 +7,8 @@ namespace brivane {
 /// Makes a step the current one, to which newly planned actions belong.
 class Schedule::Turn {
  public:
-  Turn(Schedule& owner, std::shared_ptr<Course> newCourse)
-      : schedule(owner), before(std::exchange(schedule.course, std::move(newCourse))) {}
+  Turn(Schedule& owner, std::shared_ptr<Course> stepCourse)
+      : schedule(owner), before(std::exchange(schedule.course, std::move(stepCourse))) {}
   ~Turn() {
     const auto current = std::exchange(schedule.course, before);
     if (current && --current->open == 0) current->ended();
