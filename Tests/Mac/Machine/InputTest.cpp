@@ -155,7 +155,8 @@ TEST_F(MacInputTest, WhatIsSwallowedDoesNotReachTheSystemAndWhatPassesDoes) {
   EXPECT_EQ(fake::input().passed.front().data1, 0x30A00);
 }
 
-TEST_F(MacInputTest, ATapThatTheSystemDisabledHearsSoWithAnEventOrWithoutAndMayEnableItselfAgain) {
+TEST_F(MacInputTest,
+       ATapThatTheSystemDisabledIsNotifiedWithOrWithoutAnEventAndMayEnableItselfAgain) {
   MacEventTaps taps(appKit);
   std::vector<std::uint32_t> types;
   std::unique_ptr<EventTap> tap;
@@ -289,7 +290,7 @@ TEST_F(MacInputTest, TwoMayObserveTheTerminationAndTheLastToLeaveEndsTheListenin
   EXPECT_EQ(second, 2);
 }
 
-TEST_F(MacInputTest, EachWakeIsHeardByThoseWhoAskedForIt) {
+TEST_F(MacInputTest, EachAnnouncementReachesItsOwnObserversOnly) {
   MacNotifications notifications(appKit, runtime);
   std::vector<std::string> heard;
   const auto note = [&](const char* what) { return [&heard, what] { heard.emplace_back(what); }; };
@@ -308,7 +309,7 @@ TEST_F(MacInputTest, EachWakeIsHeardByThoseWhoAskedForIt) {
   }
 }
 
-TEST_F(MacInputTest, WhoStopsObservingBeforeTheTasksTurnComesHearsNothing) {
+TEST_F(MacInputTest, AnObserverThatEndsBeforeTheTasksTurnIsNotCalled) {
   MacNotifications notifications(appKit, runtime);
   int heard = 0;
   auto observation = notifications.observeDidWake([&] { ++heard; });

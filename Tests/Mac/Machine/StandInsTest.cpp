@@ -32,7 +32,7 @@ TEST_F(MacStandIns, NeitherRetainNorReleaseWhatIsNoObject) {
   CFRelease(CFSTR("belongs to nobody"));
 }
 
-TEST_F(MacStandIns, TellTheLayoutOnTheMainThreadAlone) {
+TEST_F(MacStandIns, GiveTheLayoutOnTheMainThreadOnly) {
   const auto ask = [] { std::thread([] { TISCopyCurrentKeyboardLayoutInputSource(); }).join(); };
   EXPECT_DEATH(ask(), "off the main thread");
 }

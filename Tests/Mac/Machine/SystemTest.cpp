@@ -119,7 +119,7 @@ TEST_F(MacTest, ALineIsLoggedAsItIsPercentSignsAndAll) {
   EXPECT_THAT(fake::system().log, ElementsAre("Brivane: 100% %s"));
 }
 
-TEST_F(MacTest, WhoStartsTheProgramInATerminalSeesEachLineThereOnce) {
+TEST_F(MacTest, InATerminalEachLineIsPrintedOnce) {
   const int keyboardSide = posix_openpt(O_RDWR | O_NOCTTY);
   ASSERT_EQ(grantpt(keyboardSide) + unlockpt(keyboardSide), 0);
   const int terminal = open(ptsname(keyboardSide), O_RDWR | O_NOCTTY);
@@ -176,7 +176,7 @@ TEST_F(MacSessionTest, UserAndHomeAreThoseOfTheAccountWhateverTheEnvironmentSays
   EXPECT_EQ(session.homeFolder(), "/Users/someone");
 }
 
-TEST_F(MacSessionTest, AHomeFolderHasNoSlashAtItsEndAndWhoHasNoAccountHasNone) {
+TEST_F(MacSessionTest, AHomeFolderHasNoSlashAtItsEndAndAUserWithoutAnAccountHasNone) {
   const std::vector<std::pair<std::optional<std::string>, std::string>> cases = {
       {"/Users/other//", "/Users/other"}, {"/", ""}, {std::nullopt, ""}};
   for (const auto& [account, home] : cases) {
@@ -198,7 +198,7 @@ TEST_F(MacSessionTest, ArgumentsBeginWithTheProgramsPath) {
   EXPECT_THAT(session.arguments(), ElementsAre("/a/Brivane", "--set", "40"));
 }
 
-TEST_F(MacSessionTest, AFilesModificationIsToldWithItsFraction) {
+TEST_F(MacSessionTest, AFilesModificationTimeHasItsFraction) {
   const TemporaryFolder folder;
   const auto file = folder.write("file", "");
   const timespec times[] = {{1, 0}, {1700000000, 250000000}};

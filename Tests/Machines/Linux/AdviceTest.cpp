@@ -14,11 +14,11 @@ using testing::Optional;
 
 const GraphicsSession allWell{std::nullopt, true, false};
 
-TEST(Advice, NothingMissingIsNothingSaid) {
+TEST(Advice, WithNothingMissingThereIsNone) {
   EXPECT_EQ(adviceFor(allWell, MissingAccess{}), std::nullopt);
 }
 
-TEST(Advice, AServerThatCannotBeReachedIsAQuestionOfDISPLAYAndXAUTHORITY) {
+TEST(Advice, AnUnreachableServerPointsToDISPLAYAndXAUTHORITY) {
   const GraphicsSession session{"the X server \":7\" cannot be reached", true, false};
   EXPECT_THAT(adviceFor(session, MissingAccess{}),
               Optional(AllOf(HasSubstr("the X server \":7\" cannot be reached"),
@@ -30,12 +30,12 @@ TEST(Advice, ASessionWithWaylandOnlyIsSentToX11) {
   EXPECT_THAT(adviceFor(session, MissingAccess{}), Optional(HasSubstr("log in to an X11 session")));
 }
 
-TEST(Advice, ATextConsoleIsToldToSetDISPLAY) {
+TEST(Advice, ATextConsolePointsToDISPLAY) {
   const GraphicsSession session{"DISPLAY is not set", false, false};
   EXPECT_THAT(adviceFor(session, MissingAccess{}), Optional(HasSubstr("set DISPLAY")));
 }
 
-TEST(Advice, EachFindingHasItsRemedy) {
+TEST(Advice, EachMissingAccessHasItsRemedy) {
   MissingAccess missingAccess;
   missingAccess.backlightDenied = true;
   EXPECT_THAT(adviceFor(allWell, missingAccess), Optional(HasSubstr("backlight")));

@@ -65,7 +65,7 @@ TEST_F(ApplicationsTest, ThisIsAlwaysBrivane) {
   EXPECT_EQ(applications.ownProcessID(), getpid());
 }
 
-TEST_F(ApplicationsTest, NobodyRunsBeforeAnybodyIsAnnounced) {
+TEST_F(ApplicationsTest, NoneRunsBeforeOneIsAnnounced) {
   EXPECT_THAT(applications.runningApplications(brivane), IsEmpty());
   EXPECT_FALSE(std::filesystem::exists(folder));
 }
@@ -90,7 +90,7 @@ TEST_F(ApplicationsTest, ASecondInstanceCannotAnnounceItself) {
   EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(first.process));
 }
 
-TEST_F(ApplicationsTest, AnAnnouncedInstanceKeepsItsPlaceHoweverOftenItLooks) {
+TEST_F(ApplicationsTest, AnAnnouncedInstanceStaysAnnouncedHoweverOftenItLooks) {
   ASSERT_TRUE(applications.announce());
   EXPECT_TRUE(applications.announce());
   EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(getpid()));
@@ -99,7 +99,7 @@ TEST_F(ApplicationsTest, AnAnnouncedInstanceKeepsItsPlaceHoweverOftenItLooks) {
   EXPECT_FALSE(second.isAnnounced);
 }
 
-TEST_F(ApplicationsTest, WithoutAPlaceForTheLockNobodyIsAnnounced) {
+TEST_F(ApplicationsTest, WithoutAPlaceForTheLockNoneIsAnnounced) {
   LinuxApplications nowhere(std::nullopt);
   EXPECT_FALSE(nowhere.announce());
   EXPECT_THAT(nowhere.runningApplications(brivane), IsEmpty());

@@ -28,14 +28,14 @@ class AutostartEntryTest : public testing::Test {
   AutostartEntry entry{{folder / "own", folder / "shared"}};
 };
 
-TEST_F(AutostartEntryTest, IsNotThereUntilSomebodyInstalledIt) {
+TEST_F(AutostartEntryTest, IsMissingUntilItIsInstalled) {
   EXPECT_FALSE(entry.isInstalled());
   EXPECT_EQ(entry.isEnabled(), std::nullopt);
   EXPECT_FALSE(entry.setEnabled(true));
   EXPECT_FALSE(std::filesystem::exists(folder / "own"));
 }
 
-TEST_F(AutostartEntryTest, ThatDoesNotSayIsNeitherEnabledNorDisabled) {
+TEST_F(AutostartEntryTest, WithoutTheKeyIsNeitherEnabledNorDisabled) {
   put("shared", entryText);
   EXPECT_TRUE(entry.isInstalled());
   EXPECT_EQ(entry.isEnabled(), std::nullopt);

@@ -160,7 +160,7 @@ INSTANTIATE_TEST_SUITE_P(
                profileWith(ICCProfileBuilder::formula({1, 0.5, 0.5, 1, 0, 1, 1, 0, 1}))},
         Spoilt{"a missing channel", profileWith(ICCProfileBuilder::formula({1, 0, 1, 1, 0, 1}))}));
 
-TEST(ICCProfile, ATagCountAboveTheFileIsNotBelieved) {
+TEST(ICCProfile, ATagCountAboveTheFileReadsNothingBeyondIt) {
   EXPECT_TRUE(calibrationCurves(overwritten(good(), countOffset, most), 256));
   const Bytes other = ICCProfileBuilder().tag("desc", Bytes(50, 1)).bytes();
   EXPECT_FALSE(calibrationCurves(overwritten(other, countOffset, most), 256));

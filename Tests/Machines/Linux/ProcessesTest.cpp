@@ -62,7 +62,7 @@ TEST_F(ProcessesTest, AToolThatMayNotRemapIsRememberedUntilItMay) {
   EXPECT_FALSE(missingAccess.keymapsDenied);
 }
 
-TEST_F(ProcessesTest, AnotherProgramsStatusIsNoFinding) {
+TEST_F(ProcessesTest, AnotherProgramsStatusIsNoMissingAccess) {
   runner.run("/bin/sh", {"-c", "exit 77", "--set"});
   EXPECT_FALSE(missingAccess.keymapsDenied);
 }

@@ -102,7 +102,7 @@ TEST(GammaReading, AnyOtherTableIsNoCurveOfBrivanes) {
   EXPECT_EQ(readGamma(noNumber, calibrated()).kind, Kind::other);
 }
 
-TEST(MappingReading, ToldByTheSixBrightnessUsages) {
+TEST(MappingReading, DependsOnTheSixBrightnessUsages) {
   const HIDMapping relay = {{0xFF0100000020, 0x70000006E}, {0x00FF00000004, 0x70000006E},
                             {0x000C0000006F, 0x70000006E}, {0xFF0100000021, 0x70000006F},
                             {0x00FF00000005, 0x70000006F}, {0x000C00000070, 0x70000006F}};

@@ -323,7 +323,7 @@ TEST(ScenarioRun, ACommandWorksBesideTheRunningProgram) {
        "expect level 1 = 70%\n");
 }
 
-TEST(ScenarioRun, TranscriptsLeaveOutWhatTheyAreTold) {
+TEST(ScenarioRun, TranscriptsLeaveOutWhatTheScenarioSays) {
   const auto outcome = play(oneMonitor +
                             "at 1s transcript off\n"
                             "at 2s buttons 1 30\n"

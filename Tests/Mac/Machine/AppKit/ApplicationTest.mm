@@ -56,7 +56,7 @@ TEST_F(MacApplicationTest, TheDelegateHearsWhenTheUserLogsOut) {
   EXPECT_THAT(notes, ElementsAre("will end"));
 }
 
-TEST_F(MacApplicationTest, WhoEndsByExitIsNotToldWhenTheUserLogsOutMeanwhile) {
+TEST_F(MacApplicationTest, ALogoutAfterExitIsNotReported) {
   application.exit(3);
   [NSApplication.sharedApplication terminate:nil];
   EXPECT_THAT(notes, IsEmpty());
@@ -74,7 +74,7 @@ TEST_F(MacApplicationTest, OpenedAgainItTellsTheDelegateAndBringsNoWindowBack) {
   EXPECT_THAT(notes, ElementsAre("opened again", "opened again"));
 }
 
-TEST_F(MacApplicationTest, WhoIsEndingIsNotOpenedAgain) {
+TEST_F(MacApplicationTest, OpeningAgainIsIgnoredDuringTheEnd) {
   NSApplication* const system = NSApplication.sharedApplication;
   application.exit(0);
   EXPECT_FALSE([system.delegate applicationShouldHandleReopen:system hasVisibleWindows:NO]);
@@ -104,13 +104,13 @@ TEST_F(MacApplicationTest, TheAppearanceThatItIsLaunchedInIsNoChange) {
   application.run();
 }
 
-TEST_F(MacApplicationTest, ObservationsOfOthersGoToWhoeverIsAboveInTheClass) {
+TEST_F(MacApplicationTest, OtherKeyValueObservationsGoToTheSuperclass) {
   NSObject* const delegate = static_cast<NSObject*>(NSApplication.sharedApplication.delegate);
   EXPECT_DEATH([delegate observeValueForKeyPath:@"other" ofObject:nil change:nil context:nil],
                "nobody has asked to be told of other");
 }
 
-TEST_F(MacApplicationTest, WhatAppKitTellsAfterItsEndReachesNobody) {
+TEST_F(MacApplicationTest, AppKitsCallsAfterItsEndAreIgnored) {
   const id<NSApplicationDelegate> delegate = NSApplication.sharedApplication.delegate;
   bench.frame.reset();
   [delegate applicationDidFinishLaunching:[NSNotification new]];

@@ -60,7 +60,7 @@ class MacEditorWindowTest : public AppKitTest {
                                                                  .title = "Hotkeys"});
 };
 
-TEST_F(MacEditorWindowTest, ItIsMadeAsTheProgramSays) {
+TEST_F(MacEditorWindowTest, ItHasTheAttributesThatTheProgramGives) {
   EXPECT_THAT(desktop.notes, ElementsAre("window, style 3, backing 2"));
   EXPECT_EQ([systemWindow() fakeStyleMask], NSWindowStyleMaskTitled | NSWindowStyleMaskClosable);
   EXPECT_FALSE(systemWindow().releasedWhenClosed);
@@ -167,7 +167,7 @@ TEST_F(MacEditorWindowTest, AFieldThatHasLeftIsAskedForNothing) {
   EXPECT_FALSE([old accessibilityPerformPress]);
 }
 
-TEST_F(MacEditorWindowTest, EventsOfAWindowThatHasGoneReachNobody) {
+TEST_F(MacEditorWindowTest, EventsOfADestroyedWindowAreIgnored) {
   NSWindow* const system = systemWindow();
   window->onWillClose([] { ADD_FAILURE(); });
   auto* const button = static_cast<NSButton*>(view(2));

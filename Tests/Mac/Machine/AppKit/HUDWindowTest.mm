@@ -42,7 +42,7 @@ class MacHUDWindowTest : public AppKitTest {
   std::unique_ptr<HUDWindow> window = frame.makeHUDWindow(asMade);
 };
 
-TEST_F(MacHUDWindowTest, ItIsMadeAsTheProgramSays) {
+TEST_F(MacHUDWindowTest, ItHasTheAttributesThatTheProgramGives) {
   EXPECT_THAT(desktop.notes, ElementsAre("window, style 0, backing 2"));
   NSWindow* const made = systemWindow();
   EXPECT_EQ(made.level, 25);

@@ -129,7 +129,7 @@ TEST_F(MacMenuTest, ASlidersRowComesFromNoArchive) {
                "init\\(coder:\\) is not used");
 }
 
-TEST_F(MacMenuTest, ASliderThatTheMenuNoLongerHasTellsNobody) {
+TEST_F(MacMenuTest, AReplacedSliderCallsNothing) {
   item->menu().setItems(
       {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("old"); }}});
   auto* const old = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
@@ -196,7 +196,7 @@ TEST_F(MacMenuTest, AMenuThatHasLostAllItsItemsCanBeOpened) {
   EXPECT_THAT(notes, ElementsAre("will open"));
 }
 
-TEST_F(MacMenuTest, AnOpenMenuThatGoesIsClosedAndTellsSoOnce) {
+TEST_F(MacMenuTest, AnOpenMenuThatIsDestroyedClosesAndReportsItOnce) {
   desktop.open(systemMenu());
   item.reset();
   EXPECT_THAT(notes, ElementsAre("will open", "did close"));
@@ -248,7 +248,7 @@ TEST_F(MacMenuTest, ASliderThatWasReplacedStaysAsLongAsTheMouseHoldsItAfterTheEn
   desktop.letGo();
 }
 
-TEST_F(MacMenuTest, AMenuThatHasGoneTellsNobody) {
+TEST_F(MacMenuTest, ADestroyedMenuIgnoresAppKitsCalls) {
   item->menu().setItems({MenuText{"a", MenuTone::label}});
   NSMenu* const system = systemMenu();
   const id hands = system.delegate;
@@ -268,7 +268,7 @@ TEST_F(MacMenuTest, ItPopsUpWhereThePointerIsOnceTheProgramHasAnswered) {
   EXPECT_THAT(notes, ElementsAre("will open"));
 }
 
-TEST_F(MacMenuTest, OneThatItsUserHasOpenedMeanwhileDoesNotPopUp) {
+TEST_F(MacMenuTest, AMenuThatIsOpenByThenDoesNotPopUp) {
   item->menu().popUp();
   desktop.open(systemMenu());
   bench.pass(0);

@@ -126,7 +126,7 @@ TEST_F(SystemAppKitTest, WakingIsHeardFromTheWorkspaceAlone) {
   EXPECT_EQ(screenWakes, 1);
 }
 
-TEST_F(SystemAppKitTest, WhateverIsAnnouncedIsHeardOnTheMainQueue) {
+TEST_F(SystemAppKitTest, AnnouncementsArriveOnTheMainQueue) {
   const auto screenParameters = appKit.observeScreenParameters([] {});
   const auto machine = appKit.observeDidWake([] {});
   const auto screens = appKit.observeScreensDidWake([] {});
@@ -137,7 +137,7 @@ TEST_F(SystemAppKitTest, WhateverIsAnnouncedIsHeardOnTheMainQueue) {
   EXPECT_TRUE(allHearOnTheMainQueue(workspace));
 }
 
-TEST_F(SystemAppKitTest, AnObserverMayStopObservingAsItHears) {
+TEST_F(SystemAppKitTest, AnObserverMayRemoveItselfInItsHandler) {
   Observation observation;
   int heard = 0;
   observation = appKit.observeDidWake([&] {

@@ -43,7 +43,7 @@ TEST_F(HostedMainQueueTest, WhatWasQueuedBeforeWakesTheHostAtOnce) {
   EXPECT_THAT(notes, ElementsAre("task"));
 }
 
-TEST_F(HostedMainQueueTest, NothingToDoWakesNobodyAndHasNoDeadline) {
+TEST_F(HostedMainQueueTest, WithNothingToDoTheHostSleepsWithoutADeadline) {
   host();
   EXPECT_EQ(wakes, 0);
   EXPECT_EQ(runtime.runDue().nextDeadline, std::nullopt);
@@ -156,7 +156,7 @@ TEST_F(HostedMainQueueTest, TheThreadThatHostsIsTheMainThread) {
   EXPECT_FALSE(runtime.isMainThread());
 }
 
-TEST_F(HostedMainQueueTest, AfterTheEndOfHostingNobodyIsWoken) {
+TEST_F(HostedMainQueueTest, AfterTheEndOfHostingTheHostIsNotWoken) {
   host();
   runtime.endHosting();
   runtime.async(note("task"));

@@ -30,7 +30,7 @@ class HotkeyTableTest : public testing::Test {
   std::function<void()> whenHeard;
 };
 
-TEST_F(HotkeyTableTest, ARetiredHotkeyIsToldOfTheReleasesOfItsPressAndOfNothingElse) {
+TEST_F(HotkeyTableTest, ARetiredHotkeyGetsTheReleasesOfItsPressAndNothingElse) {
   table.retire(add(shiftF19, "idle"));
   const auto held = add(shiftF19, "held");
   table.press(shiftF19);
@@ -45,7 +45,7 @@ TEST_F(HotkeyTableTest, ARetiredHotkeyIsToldOfTheReleasesOfItsPressAndOfNothingE
   EXPECT_THAT(heard, ElementsAre("+held", "-held", "-held", "+new", "-new"));
 }
 
-TEST_F(HotkeyTableTest, ARemovedHotkeyIsToldOfNothing) {
+TEST_F(HotkeyTableTest, ARemovedHotkeyGetsNoEvents) {
   const auto held = add(shiftF19, "held");
   table.press(shiftF19);
   heard.clear();
@@ -56,7 +56,7 @@ TEST_F(HotkeyTableTest, ARemovedHotkeyIsToldOfNothing) {
   EXPECT_THAT(heard, IsEmpty());
 }
 
-TEST_F(HotkeyTableTest, OfTwoThatGoUpAtOnceBothAreToldThoughTheFirstRetiresBoth) {
+TEST_F(HotkeyTableTest, OfTwoReleasedTogetherBothAreNotifiedThoughTheFirstRetiresBoth) {
   const std::vector<HotkeyReference> both = {add(shiftF18, "first"), add(shiftF19, "second")};
   table.press(shiftF18);
   table.press(shiftF19);

@@ -29,7 +29,8 @@ TEST_P(TerminationSignalsTest, BecomeATaskOfTheMainQueueAndDoNothingElse) {
   EXPECT_EQ(heard, 2);
 }
 
-TEST_P(TerminationSignalsTest, DoNothingOnceNobodyWaitsSoThatASecondOneDoesNotCutTheEndShort) {
+TEST_P(TerminationSignalsTest,
+       DoNothingAfterTheirEndSoThatASecondOneDoesNotInterruptTheProgramsEnd) {
   const pid_t child = fork();
   if (child == 0) {
     ThreadRuntime runtime;

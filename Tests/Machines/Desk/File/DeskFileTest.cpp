@@ -203,7 +203,7 @@ INSTANTIATE_TEST_SUITE_P(
             "/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0: nested more than 32 "
             "levels deep"}));
 
-TEST(DeskFile, OfNothingIsADeskWithoutDisplays) {
+TEST(DeskFile, ThatIsAnEmptyObjectIsADeskWithoutDisplays) {
   const auto desk = parsed("{}");
   EXPECT_THAT(desk.displays, IsEmpty());
   EXPECT_EQ(desk.pointer, (Point{0, 0}));
@@ -464,7 +464,7 @@ TEST(DeskFile, ThatComesWithTheProgramHasScreensThatShareNoPoint) {
   }
 }
 
-TEST(DeskFile, SaysWhatTheResidentProgramMeets) {
+TEST(DeskFile, ReadsWhatOnlyTheResidentProgramUses) {
   const auto desk = parsed(R"({
       "keyboard": {"layout": "french", "brightnessUsages": "vendor", "repeatDelaySeconds": 0.25,
                    "repeatPeriodSeconds": 0.03},

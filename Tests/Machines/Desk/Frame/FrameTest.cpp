@@ -74,7 +74,7 @@ TEST_F(DeskApplicationTest, ASecondTerminationTellsTheDelegateNothing) {
   EXPECT_EQ(delegate.terminations, 1);
 }
 
-TEST_F(DeskApplicationTest, TheDesksAppearanceIsHeardOfUntilTheObservationIsDropped) {
+TEST_F(DeskApplicationTest, TheDesksAppearanceIsReportedUntilTheObservationIsDropped) {
   int changes = 0;
   auto observation = frame.application().observeEffectiveAppearance([&] { ++changes; });
   hardware.setAppearance(DeskAppearance::dark);
@@ -231,7 +231,7 @@ TEST_F(DeskMenuTest, ASliderIsFoundByItsHeaderAndBySecondPlace) {
   EXPECT_FALSE(menu.findSlider("Norvik", 1));
 }
 
-TEST_F(DeskMenuTest, AHandMovesASliderNoFurtherThanItGoes) {
+TEST_F(DeskMenuTest, ADragStopsAtTheEndOfTheSlider) {
   menu.setItems({slider(0)});
   menu.move(*menu.findSlider("Brightness of Halden", 1), 500);
   EXPECT_THAT(moves, ElementsAre(200));
@@ -244,7 +244,7 @@ TEST_F(DeskMenuTest, TheProgramsOwnMovesOfASliderCallNothing) {
   EXPECT_TRUE(moves.empty());
 }
 
-TEST_F(DeskMenuTest, OnlyVisibleChangesAreTold) {
+TEST_F(DeskMenuTest, OnlyVisibleChangesAreTraced) {
   menu.setItems({MenuText{"A"}, slider(5), MenuCommand{"B", false, "", {}}});
   lines.clear();
   menu.setTitle(0, "A");

@@ -166,7 +166,7 @@ TEST(DeskHardware, ReadsATableOfAnotherSizeBackInItsOwn) {
   EXPECT_EQ(hardware.gammaTable(1)->front(), (GammaCurve{0, 1, 2, 3, 4}));
 }
 
-TEST(DeskHardware, WhoObservesGammaHearsOfEachTableAndWhetherItWasTakenAndMayLookAtIt) {
+TEST(DeskHardware, AnObserverOfGammaGetsEachTablesResultAndMayReadTheTable) {
   DeskHardware hardware(deskFrom(twoMonitors));
   std::vector<std::string> heard;
   auto observation = hardware.observeGamma([&](DisplayID display, bool isTaken) {
@@ -194,7 +194,7 @@ TEST(DeskHardware, TakesSamplesThatAreNoNumbersAsBlack) {
 
 // In a folder
 
-TEST_F(DeskFolderTest, ASecondProcessMeetsTheSameHardware) {
+TEST_F(DeskFolderTest, ASecondProcessSeesTheSameHardware) {
   EXPECT_EQ(inAnotherProcess([this] {
               auto desk = open();
               EXPECT_TRUE(set(desk.hardware, 1, 20));
@@ -482,7 +482,7 @@ TEST_F(DeskFolderTest, OnAFullDiskTheProgramGoesOnAndLeavesNoPartOfAFile) {
   EXPECT_EQ(status, 0);
 }
 
-TEST_F(DeskFolderTest, WhoCouldNotSaveAChangeStillMeetsWhatOthersDoLater) {
+TEST_F(DeskFolderTest, AProcessThatCouldNotSaveAChangeStillSeesLaterOnesOfOthers) {
   auto one = open();
   auto two = open();
   set(one.hardware, 1, 10);
@@ -512,7 +512,7 @@ TEST_F(DeskFolderTest, AGammaStateOfSamplesThatAreNoNumbersIsSetAside) {
   EXPECT_FALSE(desk.hardware.hasUnsaved()) << "that lost nothing of what is done now";
 }
 
-TEST_F(DeskFolderTest, ALockThatIsNeverLetGoOfCostsOneWaitAndNoMore) {
+TEST_F(DeskFolderTest, ALockThatIsNeverReleasedCostsOnlyOneWait) {
   auto desk = openInVirtualTime();
   std::filesystem::create_directory(state);
   const auto held = FileLock::acquire(state / "lock", desk.runtime, Microseconds(0));

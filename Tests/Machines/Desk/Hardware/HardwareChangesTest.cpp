@@ -156,7 +156,7 @@ TEST_F(HardwareChangesTest, AnAnnouncementMayComeAlthoughNothingChanged) {
   EXPECT_THAT(news(), ElementsAre("screens"));
 }
 
-TEST_F(HardwareChangesTest, WhoStoppedObservingHearsNothingEvenOfWhatWasAnnouncedBefore) {
+TEST_F(HardwareChangesTest, ARemovedObserverIsNotCalledEvenForEarlierAnnouncements) {
   hardware.announce(HardwareNotice::screenParameters);
   observations.clear();
   EXPECT_THAT(news(), IsEmpty());
@@ -216,7 +216,7 @@ TEST_F(HardwareChangesTest, TheGrantIsGivenAndTakenWhileAProgramRuns) {
   EXPECT_EQ(desk.machine->accessibility().promptCount(), 1) << "who has it is not asked";
 }
 
-TEST_F(HardwareChangesTest, TheAppearanceChangesAndWhoObservesTheHardwareIsTold) {
+TEST_F(HardwareChangesTest, AChangeOfAppearanceIsAnnounced) {
   std::vector<HardwareNotice> notices;
   const auto observation =
       hardware.observe([&](HardwareNotice notice) { notices.push_back(notice); });
@@ -247,7 +247,7 @@ TEST_F(HardwareChangesTest, DisplaysComeAndGoWhileAnotherThreadWalksThem) {
   EXPECT_THAT(online(), ElementsAre(1, 2, 3));
 }
 
-TEST_F(HardwareChangesTest, AKilledProgramReachesNothingAndHearsNothing) {
+TEST_F(HardwareChangesTest, AKilledProgramChangesNothingAndGetsNoEvents) {
   DeskMachine& machine = *desk.machine;
   ASSERT_TRUE(dim(2));
   machine.defaults().set("key", {true});
@@ -276,7 +276,7 @@ TEST_F(HardwareChangesTest, AKilledProgramReachesNothingAndHearsNothing) {
   EXPECT_FLOAT_EQ(*hardware.panelLevel(1), 0.5625F);
 }
 
-TEST_F(HardwareChangesTest, AnObserverThatLeavesByAnExceptionKeepsNobodyFromHearingTheNext) {
+TEST_F(HardwareChangesTest, AnExceptionFromAnObserverDoesNotBlockTheNextEvent) {
   auto leaving =
       desk.hardware->observe([](HardwareNotice) { throw std::runtime_error("it ends here"); });
   EXPECT_THROW(desk.hardware->announce(HardwareNotice::screenParameters), std::runtime_error);

@@ -63,7 +63,7 @@ TEST_F(SharedHardwareTest, ADisplayUnpluggedByOneProcessIsGoneForAllAndCanBePlug
   EXPECT_THAT(attached(FolderDesk(deskText, state).hardware), ElementsAre(2, 3));
 }
 
-TEST_F(SharedHardwareTest, FramePortHeadroomAndNumberOfAScreenAreOneForAll) {
+TEST_F(SharedHardwareTest, FramePortHeadroomAndNumberOfAScreenAreShared) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   one.hardware.setFrame(2, {-1920, 0.5, 800, 600});
@@ -80,7 +80,7 @@ TEST_F(SharedHardwareTest, FramePortHeadroomAndNumberOfAScreenAreOneForAll) {
   EXPECT_EQ(two.hardware.display(3)->headroom, 2) << "untouched";
 }
 
-TEST_F(SharedHardwareTest, SleepMoodGrantAppearancePointerAndRefusalsAreOneForAll) {
+TEST_F(SharedHardwareTest, SleepMoodGrantAppearancePointerAndRefusalsAreShared) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   one.hardware.setMood(2, MonitorMood::silent);
@@ -166,7 +166,7 @@ TEST_F(SharedHardwareTest, AnArrangementThatMakesNoSenseIsSetAsideAndEverythingI
   EXPECT_THAT(desk.lines->front(), HasSubstr("a display is listed twice"));
 }
 
-TEST_F(SharedHardwareTest, ADisplayThatOnlyOneProcessKnowsIsLeftInPeaceByTheOthers) {
+TEST_F(SharedHardwareTest, ADisplayThatOnlyOneProcessHasSurvivesTheChangesOfOthers) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   const auto other = deskFrom(R"({"displays": [{"identifier": 9}]})");
@@ -176,7 +176,7 @@ TEST_F(SharedHardwareTest, ADisplayThatOnlyOneProcessKnowsIsLeftInPeaceByTheOthe
   EXPECT_THAT(attached(one.hardware), ElementsAre(2, 3, 9));
 }
 
-TEST_F(SharedHardwareTest, AProcessThatFollowsIsToldInOrderOfAllThatHappensFromThenOn) {
+TEST_F(SharedHardwareTest, AProcessThatFollowsGetsAllLaterEventsInOrder) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   one.hardware.unplug(2);
@@ -196,7 +196,7 @@ TEST_F(SharedHardwareTest, AProcessThatFollowsIsToldInOrderOfAllThatHappensFromT
   EXPECT_THAT(told, SizeIs(4)) << "once each";
 }
 
-TEST_F(SharedHardwareTest, ItsOwnEventsComeAtOnceAndBehindThoseOfOthers) {
+TEST_F(SharedHardwareTest, ItsOwnEventsComeAtOnceAndAfterEarlierOnesOfOthers) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   two.hardware.follow();
@@ -206,7 +206,7 @@ TEST_F(SharedHardwareTest, ItsOwnEventsComeAtOnceAndBehindThoseOfOthers) {
   EXPECT_THAT(told, ElementsAre(HardwareNotice::didWake, HardwareNotice::appearance));
 }
 
-TEST_F(SharedHardwareTest, WhatAnObserverMakesHappenIsToldAfterwards) {
+TEST_F(SharedHardwareTest, AnEventThatAnObserverCausesIsDeliveredAfterwards) {
   FolderDesk desk(deskText, state);
   desk.hardware.follow();
   const auto waking = desk.hardware.observe([&](HardwareNotice notice) {
@@ -217,7 +217,7 @@ TEST_F(SharedHardwareTest, WhatAnObserverMakesHappenIsToldAfterwards) {
   EXPECT_THAT(told, ElementsAre(HardwareNotice::didWake, HardwareNotice::screenParameters));
 }
 
-TEST_F(SharedHardwareTest, ASleeperOfManyEventsIsToldOfTheLatest) {
+TEST_F(SharedHardwareTest, AProcessThatMissedManyEventsGetsTheLatest) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   two.hardware.follow();
@@ -240,7 +240,7 @@ TEST_F(SharedHardwareTest, EventsGoOnWhenTheFolderWasEmptied) {
   EXPECT_THAT(told, ElementsAre(HardwareNotice::appearance));
 }
 
-TEST_F(SharedHardwareTest, EventsThatCouldNotBeWrittenAreToldWhereTheyHappenedAndHideNoOthers) {
+TEST_F(SharedHardwareTest, EventsThatCouldNotBeWrittenAreDeliveredInTheirProcessAndHideNoOthers) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   one.hardware.announce(HardwareNotice::appearance);
@@ -276,7 +276,7 @@ TEST_F(SharedHardwareTest, AQueueWithAnEventOfNoKindIsSetAside) {
   }
 }
 
-TEST_F(SharedHardwareTest, ATapThatIsTimedOutByAnotherProcessIsDisabledAndTold) {
+TEST_F(SharedHardwareTest, ATapThatIsTimedOutByAnotherProcessIsDisabledAndNotified) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   std::vector<std::uint32_t> types;

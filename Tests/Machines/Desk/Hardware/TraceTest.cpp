@@ -135,7 +135,7 @@ TEST_F(TraceTest, SaysWhatHappenedToTheDesk) {
                           "notice appearance"));
 }
 
-TEST_F(TraceTest, IsSilentOnceNobodyListens) {
+TEST_F(TraceTest, IsSilentOnceItIsRemoved) {
   hardware.setTrace(nullptr);
   hardware.setPanelLevel(1, 0.25F);
   EXPECT_THAT(*lines, IsEmpty());

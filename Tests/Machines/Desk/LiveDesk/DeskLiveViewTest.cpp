@@ -14,9 +14,9 @@ using testing::IsEmpty;
 constexpr std::uint16_t upKey = 126;
 constexpr std::uint16_t control = 59;
 
-class DeskOnScreenTest : public testing::Test {
+class DeskLiveViewTest : public testing::Test {
  protected:
-  DeskOnScreenTest() { shown.setRoom({{0, 0, 1000, 600}, 100, 60}); }
+  DeskLiveViewTest() { shown.setRoom({{0, 0, 1000, 600}, 100, 60}); }
 
   std::vector<DisplayID> displays() {
     std::vector<DisplayID> all;
@@ -39,7 +39,7 @@ class DeskOnScreenTest : public testing::Test {
   DeskLiveView shown{*desk.machine};
 };
 
-TEST_F(DeskOnScreenTest, EachMonitorThatIsPluggedInHasAWindow) {
+TEST_F(DeskLiveViewTest, EachMonitorThatIsPluggedInHasAWindow) {
   EXPECT_THAT(displays(), ElementsAre(1, 2));
   EXPECT_EQ(place(2), (LivePlace{2, 177, 496, 246}));
   shown.unplug(2);
@@ -48,13 +48,13 @@ TEST_F(DeskOnScreenTest, EachMonitorThatIsPluggedInHasAWindow) {
   EXPECT_EQ(place(2), (LivePlace{2, 177, 496, 246})) << "at its old place";
 }
 
-TEST_F(DeskOnScreenTest, WithoutOneTheOthersKeepTheirPlaces) {
+TEST_F(DeskLiveViewTest, UnpluggingOneLeavesTheOthersInTheirPlaces) {
   const LivePlace before = place(1);
   shown.unplug(2);
   EXPECT_EQ(place(1), before);
 }
 
-TEST_F(DeskOnScreenTest, AMovedWindowRearrangesAndItsPlaceIsTheNewFrames) {
+TEST_F(DeskLiveViewTest, AMovedWindowRearrangesAndItsPlaceIsTheNewFrames) {
   shown.monitors();
   const auto trace = desk.trace();
   shown.windowMoved(2, 202, 327);
@@ -64,27 +64,27 @@ TEST_F(DeskOnScreenTest, AMovedWindowRearrangesAndItsPlaceIsTheNewFrames) {
   EXPECT_EQ(place(2), (LivePlace{202, 327, 496, 246}));
 }
 
-TEST_F(DeskOnScreenTest, AWindowThatIsWhereItBelongsRearrangesNothing) {
+TEST_F(DeskLiveViewTest, AWindowThatIsWhereItBelongsRearrangesNothing) {
   const LivePlace now = place(2);
   const auto trace = desk.trace();
   shown.windowMoved(2, now.x, now.y);
   EXPECT_THAT(*trace, IsEmpty());
 }
 
-TEST_F(DeskOnScreenTest, WhoDragsAWindowOverTheEdgeLeavesTheOthersAlone) {
+TEST_F(DeskLiveViewTest, AWindowDraggedOverTheEdgeLeavesTheOthersInTheirPlaces) {
   const LivePlace before = place(1);
   shown.windowMoved(2, -200, 500);
   EXPECT_EQ(place(1), before);
   EXPECT_EQ(place(2).x, -200);
 }
 
-TEST_F(DeskOnScreenTest, AWindowMovedCloseToAnotherTouchesIt) {
+TEST_F(DeskLiveViewTest, AWindowMovedCloseToAnotherTouchesIt) {
   shown.monitors();
   shown.windowMoved(2, 5, 181);
   EXPECT_EQ(hardware.display(2)->frame, (Rect{-2000, 0, 2000, 1000}));
 }
 
-TEST_F(DeskOnScreenTest, AnArrangementThatNoLongerFitsIsLaidOutAnew) {
+TEST_F(DeskLiveViewTest, AnArrangementThatNoLongerFitsIsLaidOutAgain) {
   const LivePlace before = place(1);
   hardware.setFrame(2, {-2000, -300, 2000, 1000});
   EXPECT_EQ(place(1), before) << "there is room";
@@ -93,7 +93,7 @@ TEST_F(DeskOnScreenTest, AnArrangementThatNoLongerFitsIsLaidOutAnew) {
   EXPECT_EQ(place(2).x, 2);
 }
 
-TEST_F(DeskOnScreenTest, APictureIsMadeAnewOnlyWhenThePanelShowsAnother) {
+TEST_F(DeskLiveViewTest, APictureIsMadeAnewOnlyWhenThePanelShowsAnother) {
   const auto first = shown.picture(2, 32, 20);
   ASSERT_EQ(first->pixels.size(), 640u);
   hardware.setHeadroom(1, 3);
@@ -110,7 +110,7 @@ TEST_F(DeskOnScreenTest, APictureIsMadeAnewOnlyWhenThePanelShowsAnother) {
   EXPECT_EQ(shown.picture(2, 32, 20), nullptr);
 }
 
-TEST_F(DeskOnScreenTest, ThePointerIsTakenToTheSpot) {
+TEST_F(DeskLiveViewTest, ThePointerIsTakenToTheSpot) {
   shown.movePointer({2, 0.25, 0.9});
   EXPECT_EQ(hardware.pointer(), (Point{-1500, 100}));
   const auto spot = shown.spotAt({-1500, 100});
@@ -125,7 +125,7 @@ TEST_F(DeskOnScreenTest, ThePointerIsTakenToTheSpot) {
   EXPECT_THAT(*trace, IsEmpty());
 }
 
-TEST_F(DeskOnScreenTest, AKeyThatIsAHotkeyIsTheMachinesAndOthersGoOn) {
+TEST_F(DeskLiveViewTest, TheMachineConsumesAHotkeyAndPassesOtherKeysOn) {
   std::vector<HotkeyEvent> heard;
   desk.machine->hotkeys().installHandler(
       [&](HotkeyEvent event, HotkeyID) { heard.push_back(event); });
@@ -141,14 +141,14 @@ TEST_F(DeskOnScreenTest, AKeyThatIsAHotkeyIsTheMachinesAndOthersGoOn) {
   EXPECT_THAT(heard, ElementsAre(HotkeyEvent::pressed, HotkeyEvent::released));
 }
 
-TEST_F(DeskOnScreenTest, ABrightnessKeyReachesTheSystem) {
+TEST_F(DeskLiveViewTest, ABrightnessKeyReachesTheSystem) {
   const auto trace = desk.trace();
   shown.pressBrightness(LiveBrightnessKey::up);
   shown.releaseBrightness(LiveBrightnessKey::up);
   EXPECT_THAT(*trace, testing::Contains("system brightness up, level 0.5625"));
 }
 
-TEST_F(DeskOnScreenTest, ChangesAreToldSoonAndOnceForAllThatHappenedMeanwhile) {
+TEST_F(DeskLiveViewTest, ChangesAreAnnouncedSoonAndMerged) {
   int told = 0;
   const auto observation = shown.observe([&] { ++told; });
   hardware.setFrame(2, {-2100, 0, 2000, 1000});
@@ -158,7 +158,7 @@ TEST_F(DeskOnScreenTest, ChangesAreToldSoonAndOnceForAllThatHappenedMeanwhile) {
   EXPECT_EQ(told, 1);
 }
 
-TEST(DeskOnScreenInAFolder, ThePictureLiesBesideTheDeskFileAndIsNeverTheDeskFile) {
+TEST(DeskLiveViewInAFolder, ThePictureLiesBesideTheDeskFileAndIsNeverTheDeskFile) {
   const TemporaryFolder folder;
   for (const auto& [file, picture] : {std::pair{"my-desk.json", "my-desk.png"},
                                       {"plain", "plain.png"},
@@ -170,7 +170,7 @@ TEST(DeskOnScreenInAFolder, ThePictureLiesBesideTheDeskFileAndIsNeverTheDeskFile
   }
 }
 
-TEST_F(DeskOnScreenTest, InMemoryThereIsNoPictureFile) {
+TEST_F(DeskLiveViewTest, InMemoryThereIsNoPictureFile) {
   EXPECT_EQ(shown.pictureFile(), std::nullopt);
 }
 

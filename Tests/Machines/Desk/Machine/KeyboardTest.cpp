@@ -74,7 +74,7 @@ class DeskKeyboardTest : public testing::Test {
 
 // Brightness keys
 
-TEST_F(DeskKeyboardTest, ABrightnessKeyThatNobodyTakesMovesTheBuiltInPanelBySixteenths) {
+TEST_F(DeskKeyboardTest, AnUnconsumedBrightnessKeyMovesTheBuiltInPanelBySixteenths) {
   keyboard.pressBrightness(BrightnessKey::up);
   keyboard.releaseBrightness(BrightnessKey::up);
   EXPECT_FLOAT_EQ(panelLevel(), 0.5625F);
@@ -143,7 +143,7 @@ TEST_F(DeskKeyboardTest, TheDeskFileSaysHowFastKeysRepeat) {
   EXPECT_FLOAT_EQ(*fast.hardware->panelLevel(1), 4.0F / 16);
 }
 
-TEST_F(DeskKeyboardTest, ATapThatTookTooLongIsToldAndSeesNothingUntilItIsEnabledAgain) {
+TEST_F(DeskKeyboardTest, ATapThatTookTooLongIsNotifiedAndDisabledUntilItIsEnabledAgain) {
   const auto tap = enabledTap(TapVerdict::passThrough);
   keyboard.pressBrightness(BrightnessKey::up);
   desk.hardware->input().taps.disableByTimeout();
@@ -243,7 +243,7 @@ TEST_F(DeskKeyboardTest, AMappingThatChangesWhileAKeyIsDownLeavesItsReleaseAsItW
   EXPECT_THAT(events, ElementsAre("pressed 5", "released 5"));
 }
 
-TEST_F(DeskKeyboardTest, TwoKeysThatTheMappingMakesOneAreUpWhenBothAre) {
+TEST_F(DeskKeyboardTest, TwoKeysMappedToOneAreUpWhenBothAreReleased) {
   registerHotkey(f19, 0, 5);
   map(51539607663, 0x70000006E);
   keyboard.pressKey(f19);
@@ -306,7 +306,7 @@ TEST_F(DeskKeyboardTest, OneOfTwoShiftKeysIsEnoughToHoldAHotkey) {
   EXPECT_THAT(events, ElementsAre("pressed 7", "released 7"));
 }
 
-TEST_F(DeskKeyboardTest, ACombinationOfAnotherApplicationIsRefusedAndReachesNobodyHere) {
+TEST_F(DeskKeyboardTest, ACombinationOfAnotherApplicationIsRefusedAndNotDelivered) {
   const auto result = registerHotkey(upArrow, 6144, 1);
   EXPECT_EQ(std::get<HotkeyStatus>(result), -9878);
   keyboard.pressKey(leftControl);
@@ -316,7 +316,7 @@ TEST_F(DeskKeyboardTest, ACombinationOfAnotherApplicationIsRefusedAndReachesNobo
   EXPECT_THAT(unclaimed, IsEmpty());
 }
 
-TEST_F(DeskKeyboardTest, WhoComesFirstHasACombinationUntilItEnds) {
+TEST_F(DeskKeyboardTest, TheFirstProgramWithACombinationKeepsItUntilItEnds) {
   auto other = desk.makeMachine();
   ASSERT_TRUE(std::holds_alternative<HotkeyReference>(other->hotkeys().registerHotkey(f19, 0, {})));
   EXPECT_TRUE(std::holds_alternative<HotkeyStatus>(registerHotkey(f19, 0, 5)));
@@ -364,7 +364,7 @@ TEST_F(DeskKeyboardTest, AHotkeyIsUnregisteredOnceUnlessItsProgramHasEnded) {
 
 // What is left
 
-TEST_F(DeskKeyboardTest, AKeyThatIsNobodysHotkeyIsUnclaimedWithItsModifiers) {
+TEST_F(DeskKeyboardTest, AKeyThatIsNoHotkeyIsUnclaimedWithItsModifiers) {
   keyboard.pressKey(leftCommand);
   keyboard.pressKey(13);
   EXPECT_THAT(unclaimed, ElementsAre(UnclaimedKey{13, modifierFlag::command}));

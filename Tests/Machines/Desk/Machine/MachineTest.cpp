@@ -261,7 +261,7 @@ TEST_F(DeskBusTest, GivesNoServiceWhereTheDeskFileSaysSo) {
   EXPECT_EQ(service(*odd.machine), nullptr);
 }
 
-TEST_F(DeskBusTest, KnowsNothingOfAServiceThatIsNotItsOwn) {
+TEST_F(DeskBusTest, RefusesAServiceOfAnotherMachine) {
   AVService stranger;
   std::array<std::uint8_t, 4> bytes{};
   EXPECT_NE(write(stranger, 0x37, 0x51, bytes), 0);
@@ -329,7 +329,7 @@ TEST(DeskGammaTables, FillAsManySamplesAsFit) {
   EXPECT_THAT(red, ElementsAre(0, 0.25F));
 }
 
-TEST(DeskGammaTables, RefuseWhatIsNoTable) {
+TEST(DeskGammaTables, RefuseAnInvalidTable) {
   TestDesk desk(R"({"displays": [{"identifier": 3, "gamma": {"capacity": 3}}]})");
   auto& gamma = desk.machine->gammaTables();
   const std::vector<float> three = {0, 0.1F, 0.2F};
@@ -344,7 +344,7 @@ TEST(DeskGammaTables, RefuseWhatIsNoTable) {
 
 // The rest
 
-TEST(DeskMachine, SaysWhatTheDeskFileGrants) {
+TEST(DeskMachine, HasTheGrantOfTheDeskFile) {
   EXPECT_TRUE(TestDesk("{}").machine->accessibility().isTrusted());
   EXPECT_FALSE(
       TestDesk(R"({"grants": {"accessibility": false}})").machine->accessibility().isTrusted());

@@ -83,7 +83,7 @@ TEST_F(OpenDeskTest, KeepsASettingThatAProcessRemoved) {
   EXPECT_EQ(open(text)->defaults().object("a"), std::nullopt);
 }
 
-TEST_F(OpenDeskTest, TwoProcessesThatStartTogetherGiveTheSettingsOnceAndLoseNoChange) {
+TEST_F(OpenDeskTest, TwoProcessesThatStartTogetherSeedTheSettingsOnceAndLoseNoChange) {
   const std::string text = R"({"defaults": {"com.quorrel.brivane": {"a": 1, "b": 2, "c": 3}}})";
   const auto file = write(text);
   for (int round = 0; round < 20; ++round) {
@@ -194,7 +194,7 @@ TEST_F(OpenDeskTest, FindsAnotherProcessThatIsAnnouncedUntilItIsKilled) {
   EXPECT_THAT(applications.runningApplications("com.quorrel.brivane"), ElementsAre(getpid()));
 }
 
-TEST_F(OpenDeskTest, FindsNobodyAnnouncedOnAnotherDesk) {
+TEST_F(OpenDeskTest, FindsNoProgramAnnouncedOnAnotherDesk) {
   const AnnouncedChild child(write("{}"));
   const auto other = std::get<std::unique_ptr<DeskMachine>>(openDesk(folder.write("o.json", "{}")));
   EXPECT_THAT(other->applications().runningApplications("com.quorrel.brivane"), IsEmpty());
@@ -219,7 +219,7 @@ TEST_F(OpenDeskTest, TheProcesssSignalsAskTheProgramToEnd) {
   EXPECT_EQ(asked, 3);
 }
 
-TEST_F(OpenDeskTest, EndsWhileSomebodyStillWaitsForSignals) {
+TEST_F(OpenDeskTest, EndsWhileSignalsAreStillObserved) {
   const SignalDispositions dispositions;
   Observation left;
   left = open("{}")->notifications().observeTermination([] {});
@@ -270,7 +270,7 @@ class WatchingDeskTest : public OpenDeskTest {
   std::size_t expected = 100;
 };
 
-TEST_F(WatchingDeskTest, AProgramHearsInItsOrderWhatAnotherProcessDoesToTheHardware) {
+TEST_F(WatchingDeskTest, EventsOfAnotherProcessArriveInTheirOrder) {
   other.hardware.unplug(2);
   EXPECT_THAT(news(1), ElementsAre("screens"));
   EXPECT_EQ(machine->displays().onlineDisplayCount(), 1u);
@@ -287,14 +287,14 @@ TEST_F(WatchingDeskTest, ItsFrameTakesTheAppearanceThatAnotherProcessPicks) {
   EXPECT_EQ(frame.application().effectiveAppearance(), Appearance::dark);
 }
 
-TEST_F(WatchingDeskTest, ItHearsOfItsOwnDoingOnce) {
+TEST_F(WatchingDeskTest, ItsOwnEventsArriveOnce) {
   machine->hardware().unplug(2);
   machine->hardware().setAppearance(DeskAppearance::dark);
   other.hardware.announce(HardwareNotice::didWake);
   EXPECT_THAT(news(3), UnorderedElementsAre("appearance", "screens", "wake"));
 }
 
-TEST_F(WatchingDeskTest, ItGoesOnHearingWhenTheFolderIsRemovedWhileItRuns) {
+TEST_F(WatchingDeskTest, EventsStillArriveAfterTheFolderWasRemoved) {
   other.hardware.unplug(2);
   EXPECT_THAT(news(1), ElementsAre("screens"));
   std::filesystem::remove_all(state);

@@ -169,7 +169,7 @@ TEST_F(VirtualRuntimeTest, ATaskMayLeaveARunByAnException) {
   EXPECT_THAT(notes, ElementsAre("left@1000000", "work@2000000"));
 }
 
-TEST_F(VirtualRuntimeTest, WhoIsToldOfAProgrammingErrorMayAskForTheTime) {
+TEST_F(VirtualRuntimeTest, AHandlerOfFatalErrorsMayAskForTheTime) {
   struct Left {};
   const FatalErrorHandler handler([&](const std::string&) {
     note("told");

@@ -34,7 +34,7 @@ class FolderWatchTest : public testing::Test {
   int heard = 0;
 };
 
-TEST_F(FolderWatchTest, HearsOnTheMainQueueThatAFileWasReplacedOrRemoved) {
+TEST_F(FolderWatchTest, ReportsAReplacedOrRemovedFileOnTheMainQueue) {
   const auto watching = watch("");
   ASSERT_TRUE(watching->isWatching());
   writeWholeFile(state / "one.json", "1");
@@ -46,7 +46,7 @@ TEST_F(FolderWatchTest, HearsOnTheMainQueueThatAFileWasReplacedOrRemoved) {
   EXPECT_TRUE(hears());
 }
 
-TEST_F(FolderWatchTest, HearsNothingOfOtherFilesWhenOneMatters) {
+TEST_F(FolderWatchTest, IgnoresOtherFilesWhenOneIsWatched) {
   const auto watching = watch("one.json");
   writeWholeFile(state / "two.json", "2");
   EXPECT_TRUE(hearsNothing());
@@ -54,14 +54,14 @@ TEST_F(FolderWatchTest, HearsNothingOfOtherFilesWhenOneMatters) {
   EXPECT_TRUE(hears());
 }
 
-TEST_F(FolderWatchTest, HearsNothingOfLocks) {
+TEST_F(FolderWatchTest, IgnoresLocks) {
   const auto watching = watch("");
   std::ofstream(state / "lock") << "";
   std::filesystem::rename(state / "lock", state / "other.lock");
   EXPECT_TRUE(hearsNothing());
 }
 
-TEST_F(FolderWatchTest, IsToldOnceOfWhatHappensBeforeItLooks) {
+TEST_F(FolderWatchTest, MergesTheChangesBeforeItsTask) {
   const auto watching = watch("one.json");
   for (int i = 0; i < 100; ++i) writeWholeFile(state / "one.json", std::to_string(i));
   EXPECT_TRUE(hears());
@@ -70,7 +70,7 @@ TEST_F(FolderWatchTest, IsToldOnceOfWhatHappensBeforeItLooks) {
   EXPECT_LT(heard, 100);
 }
 
-TEST_F(FolderWatchTest, GoesOnWhenTheFolderWasRemovedAndIsMadeAnew) {
+TEST_F(FolderWatchTest, GoesOnWhenTheFolderIsRemovedAndCreatedAgain) {
   const auto watching = watch("one.json");
   for (int round = 0; round < 3; ++round) {
     std::filesystem::remove_all(state);
@@ -85,7 +85,7 @@ TEST_F(FolderWatchTest, GoesOnWhenTheFolderWasRemovedAndIsMadeAnew) {
   }
 }
 
-TEST_F(FolderWatchTest, AfterItsEndNothingIsHeardEvenOfWhatHappenedBefore) {
+TEST_F(FolderWatchTest, ReportsNothingAfterItsEndNotEvenEarlierChanges) {
   auto watching = watch("one.json");
   writeWholeFile(state / "one.json", "1");
   watching.reset();

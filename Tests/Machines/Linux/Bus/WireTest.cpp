@@ -159,7 +159,7 @@ TEST_F(WireTest, APanelOnStandByIsNeverDisturbed) {
   EXPECT_EQ(write(*panel), 0);
 }
 
-TEST_F(WireTest, WithoutPermissionNothingReachesTheWireAndItIsKnownWhy) {
+TEST_F(WireTest, WithoutPermissionNothingReachesTheWireAndTheMissingAccessIsNoted) {
   const auto panel = service("card0-HDMI-A-1");
   const Forbidden node("/dev/i2c-5");
   EXPECT_TRUE(holdsForOrdinaryUser([&] {

@@ -61,7 +61,7 @@ TEST(KeymapPlan, AChangedKeyCanGoToAnotherRelayKeyAtOnce) {
       ElementsAre(PlannedKey{up, KEY_BRIGHTNESSUP, KEY_F13, KEY_F19}));
 }
 
-TEST(KeymapPlan, AChangeThatWasOnlyIntendedAndOneThatWasMadeAreToldApart) {
+TEST(KeymapPlan, AChangedKeyGetsItsOwnCodeBackWhetherTheChangeWasMadeOrOnlyStored) {
   const std::vector<ChangedKey> madeThenIntended = {{"input1", up, KEY_BRIGHTNESSUP, KEY_F13},
                                                     {"input1", up, KEY_BRIGHTNESSUP, KEY_F19}};
   for (const int code : {KEY_F13, KEY_F19, KEY_BRIGHTNESSUP}) {

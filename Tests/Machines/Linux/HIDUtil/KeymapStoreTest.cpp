@@ -53,7 +53,7 @@ TEST(KeymapStore, WhatCannotBeUnderstoodIsSetAsideAndNothingElseIs) {
   EXPECT_FALSE(std::filesystem::exists(folder / "key-mapping.json"));
 }
 
-TEST(KeymapStore, AChangeThatNoMappingMakesIsNotBelieved) {
+TEST(KeymapStore, AChangeThatNoMappingMakesIsLeftOut) {
   const TemporaryFolder folder;
   const KeymapStore store(folder.path);
   for (const ChangedKey& key : {ChangedKey{"input1", "a", KEY_A, KEY_F19},

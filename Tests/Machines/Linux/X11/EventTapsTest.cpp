@@ -43,7 +43,7 @@ class EventTaps : public XInputTest {
   std::vector<std::int64_t> seen;
 };
 
-TEST_F(EventTaps, ASwallowedKeyReachesNobodyElse) {
+TEST_F(EventTaps, ASwallowedKeyReachesNoOtherClient) {
   rig.takeTypedKeys();
   const auto swallowing = tapFor(TapVerdict::swallow);
   tap(xKey::brightnessDown);
@@ -51,7 +51,7 @@ TEST_F(EventTaps, ASwallowedKeyReachesNobodyElse) {
   EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
 }
 
-TEST_F(EventTaps, AKeyThatPassesGoesWhereItWouldHaveGone) {
+TEST_F(EventTaps, AForwardedKeyReachesItsNormalReceiver) {
   rig.takeTypedKeys();
   const auto passing = tapFor(TapVerdict::passThrough);
   tap(xKey::brightnessUp);
@@ -59,7 +59,7 @@ TEST_F(EventTaps, AKeyThatPassesGoesWhereItWouldHaveGone) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
 }
 
-TEST_F(EventTaps, AKeyThatPassesAfterItHasGoneUpIsToldWithItsRelease) {
+TEST_F(EventTaps, AKeyThatIsForwardedAfterItsReleaseIsReportedWithIt) {
   rig.takeTypedKeys();
   const auto passing = tapFor(TapVerdict::passThrough);
   for (int time = 0; time < 2; ++time) {
@@ -72,7 +72,7 @@ TEST_F(EventTaps, AKeyThatPassesAfterItHasGoneUpIsToldWithItsRelease) {
   }
 }
 
-TEST_F(EventTaps, TheRepeatsOfAKeyAreToldAsSuchWhateverTheVerdict) {
+TEST_F(EventTaps, RepeatsAreReportedAsRepeatsWhateverTheVerdict) {
   rig.repeatKeysSoon();
   for (const auto verdict : {TapVerdict::passThrough, TapVerdict::swallow}) {
     seen.clear();
@@ -88,7 +88,7 @@ TEST_F(EventTaps, TheRepeatsOfAKeyAreToldAsSuchWhateverTheVerdict) {
   }
 }
 
-TEST_F(EventTaps, AReleaseIsToldOnceWhenTheVerdictChangesWhileTheKeyIsHeld) {
+TEST_F(EventTaps, AReleaseIsReportedOnceWhenTheVerdictChangesWhileTheKeyIsHeld) {
   rig.takeTypedKeys();
   auto verdict = TapVerdict::passThrough;
   const auto changing = taps.createTap([&](const TapEvent& event) {
@@ -111,7 +111,7 @@ TEST_F(EventTaps, AReleaseIsToldOnceWhenTheVerdictChangesWhileTheKeyIsHeld) {
   }
 }
 
-TEST_F(EventTaps, KeysThatOthersAreTypingWakeNobodyOnceAHeldKeyIsSwallowedAndWentUp) {
+TEST_F(EventTaps, KeysForOtherClientsCauseNoEventsOnceAHeldKeyWasSwallowedAndReleased) {
   auto verdict = TapVerdict::passThrough;
   const auto changing = taps.createTap([&](const TapEvent&) { return verdict; });
   changing->setEnabled(true);
@@ -132,7 +132,7 @@ TEST_F(EventTaps, KeysThatOthersAreTypingWakeNobodyOnceAHeldKeyIsSwallowedAndWen
   EXPECT_EQ(woken, 0);
 }
 
-TEST_F(EventTaps, OtherKeysAreNobodysBusiness) {
+TEST_F(EventTaps, OtherKeysAreNotReported) {
   rig.takeTypedKeys();
   const auto passing = tapFor(TapVerdict::passThrough);
   rig.pressKey(xKey::brightnessUp);
@@ -175,7 +175,7 @@ TEST_F(EventTaps, WithAnyModifierTheKeysAreSeen) {
   EXPECT_THAT(seen, ElementsAre(0x20A00, 0x20B00));
 }
 
-TEST_F(EventTaps, TheVerdictOnAPressThatWasNotHeldBackIsNotThatOnTheNextOne) {
+TEST_F(EventTaps, TheVerdictOnAPressThatWasNotHeldBackDoesNotAffectTheNextOne) {
   LinuxHotkeys hotkeys(events, keymap, keyboard);
   constexpr std::uint32_t f19 = 80;
   hotkeys.registerHotkey(f19, 0, {7, 5});

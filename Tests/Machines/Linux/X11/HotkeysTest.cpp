@@ -82,7 +82,7 @@ TEST_F(Hotkeys, WorkWithCapsLockAndNumLockInEveryState) {
   }
 }
 
-TEST_F(Hotkeys, ReachNoOtherProgramAndWhatIsNoneDoes) {
+TEST_F(Hotkeys, ReachNoOtherProgramAndOtherKeysDo) {
   add(f19, shift, 7);
   rig.takeTypedKeys();
   rig.pressKey(xKey::shift);
@@ -96,7 +96,7 @@ TEST_F(Hotkeys, ReachNoOtherProgramAndWhatIsNoneDoes) {
   EXPECT_THAT(heard, ElementsAre("+7", "-7"));
 }
 
-TEST_F(Hotkeys, AHeldKeyIsToldOnceHoweverOftenItRepeats) {
+TEST_F(Hotkeys, AHeldKeyIsReportedOnceHoweverOftenItRepeats) {
   add(f19, 0, 5);
   rig.repeatKeysSoon();
   rig.pressKey(xKey::f19);
@@ -128,7 +128,7 @@ TEST_F(Hotkeys, OneOfTwoShiftsGoingUpIsNoReleaseAndTheLastOneIs) {
   EXPECT_THAT(heard, ElementsAre("+7", "-7", "-7"));
 }
 
-TEST_F(Hotkeys, ASecondOneThatIsHeldLongerThanTheFirstIsToldToGoUpHoweverSoon) {
+TEST_F(Hotkeys, ASecondOneHeldLongerThanTheFirstIsReleasedHoweverSoonItGoesUp) {
   add(f18, 0, 5);
   add(f19, 0, 6);
   rig.pressKey(xKey::f18);
@@ -139,7 +139,7 @@ TEST_F(Hotkeys, ASecondOneThatIsHeldLongerThanTheFirstIsToldToGoUpHoweverSoon) {
   EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6"));
 }
 
-TEST_F(Hotkeys, TheKeyboardIsEverybodysAgainAfterTheLastOneWentUp) {
+TEST_F(Hotkeys, TheKeyboardIsUngrabbedAfterTheLastRelease) {
   holdTheSecondAlone();
   tap(xKey::a);
   EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
@@ -149,7 +149,7 @@ TEST_F(Hotkeys, TheKeyboardIsEverybodysAgainAfterTheLastOneWentUp) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38"));
 }
 
-TEST_F(Hotkeys, PressedAgainBeforeItsReleaseWasReadIsToldToGoUpOnceMore) {
+TEST_F(Hotkeys, PressedAgainBeforeItsReleaseWasReadIsReleasedOnceMore) {
   holdTheSecondAlone();
   rig.releaseKey(xKey::f19);
   rig.pressKey(xKey::f19);
@@ -167,7 +167,7 @@ TEST_F(Hotkeys, ThatAnotherProgramHasInOneLockVariantAreRefusedWithXsErrorAndLef
   EXPECT_EQ(refusal(0xFFFF, 0), 2) << "there is no such key";
 }
 
-TEST_F(Hotkeys, AreGivenBackWhenTheyAreUnregistered) {
+TEST_F(Hotkeys, AreUngrabbedWhenTheyAreUnregistered) {
   const auto reference = add(f19, shift, 7);
   EXPECT_TRUE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK));
   hotkeys.unregisterHotkey(reference);
@@ -175,7 +175,7 @@ TEST_F(Hotkeys, AreGivenBackWhenTheyAreUnregistered) {
   EXPECT_FALSE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK));
 }
 
-TEST_F(Hotkeys, RegisteredAnewWhileTheKeyIsDownAreNotPressedByItsRepeats) {
+TEST_F(Hotkeys, RegisteredAgainWhileTheKeyIsDownAreNotPressedByItsRepeats) {
   const auto reference = add(f19, 0, 5);
   rig.repeatKeysSoon();
   rig.pressKey(xKey::f19);
@@ -222,7 +222,7 @@ TEST_F(Hotkeys, RegisteredWhileTheKeyIsDownWithOtherModifiersTakeNothingElse) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("-197"));
 }
 
-TEST_F(Hotkeys, RegisteredAnewWhileTwoAreDownAreBothToldToGoUpAsWhatTheyWere) {
+TEST_F(Hotkeys, RegisteredAgainWhileTwoAreDownAreReleasedUnderTheirOldIdentifiers) {
   const auto first = add(f18, 0, 5);
   const auto second = add(f19, 0, 6);
   rig.pressKey(xKey::f18);
@@ -241,7 +241,7 @@ TEST_F(Hotkeys, RegisteredAnewWhileTwoAreDownAreBothToldToGoUpAsWhatTheyWere) {
   EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6", "+8", "-8"));
 }
 
-TEST_F(Hotkeys, FollowTheirModifiersToTheBitsThatTheLayoutGivesThem) {
+TEST_F(Hotkeys, FollowTheLayoutsModifierBits) {
   add(f19, option, 5);
   const std::string change = "xmodmap -display " + rig.display() +
                              " -e 'clear mod1' -e 'clear mod3' -e 'add mod3 = Alt_L'";
@@ -255,7 +255,7 @@ TEST_F(Hotkeys, FollowTheirModifiersToTheBitsThatTheLayoutGivesThem) {
   EXPECT_THAT(heard, ElementsAre("+5", "-5"));
 }
 
-TEST_F(Hotkeys, HeldWhileTheLayoutChangesAreToldToGoUpAndWorkAgain) {
+TEST_F(Hotkeys, HeldWhileTheLayoutChangesAreReleasedAndWorkAgain) {
   add(f19, 0, 5);
   rig.pressKey(xKey::f19);
   settle();

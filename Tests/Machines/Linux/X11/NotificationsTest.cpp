@@ -122,7 +122,7 @@ TEST_F(Notifications, SleepWaitsForAMessageThatIsOnTheWire) {
   EXPECT_THAT(heard, ElementsAre("still awake", "saved asleep held"));
 }
 
-TEST_F(Notifications, ASystemThatGivesNoInhibitorIsHeardAllTheSame) {
+TEST_F(Notifications, SleepAndWakeAreReportedWithoutAnInhibitorToo) {
   logind.refusesInhibitors = true;
   const auto observation = notifications.observeDidWake(note("woke"));
   settle();
@@ -133,7 +133,7 @@ TEST_F(Notifications, ASystemThatGivesNoInhibitorIsHeardAllTheSame) {
   EXPECT_THAT(heard, ElementsAre("saved asleep", "woke"));
 }
 
-TEST_F(Notifications, WithoutABusThatIsSaidOnceAndNothingElseIsEverHeard) {
+TEST_F(Notifications, WithoutABusOneLineSaysSoAndNothingIsReported) {
   setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/no/such/bus", 1);
   const auto observation = notifications.observeDidWake(note("woke"));
   const auto other = notifications.observeScreensDidWake(note("screens woke"));
@@ -142,7 +142,7 @@ TEST_F(Notifications, WithoutABusThatIsSaidOnceAndNothingElseIsEverHeard) {
   EXPECT_THAT(heard, ElementsAre("no bus"));
 }
 
-TEST_F(Notifications, ABusThatGoesWhileTheMachineSleepsLeavesItAwake) {
+TEST_F(Notifications, ABusThatIsLostDuringSleepCountsAsAWake) {
   const auto observation = notifications.observeDidWake(
       [this] { heard.emplace_back(gate.enter() ? "woke" : "sleeps"); });
   ASSERT_TRUE(holds(1));
@@ -156,7 +156,7 @@ TEST_F(Notifications, ABusThatGoesWhileTheMachineSleepsLeavesItAwake) {
   EXPECT_THAT(heard, ElementsAre("saved asleep held", "no bus", "woke"));
 }
 
-TEST_F(Notifications, ABusThatGoesOtherwiseIsSaidOnceAndIsNoWake) {
+TEST_F(Notifications, ABusThatIsLostWhileAwakeIsReportedOnceAndIsNoWake) {
   const auto observation = notifications.observeDidWake([this] { heard.emplace_back("woke"); });
   ASSERT_TRUE(holds(1));
   endBus();

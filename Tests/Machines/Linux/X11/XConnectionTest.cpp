@@ -156,7 +156,7 @@ TEST(XConnection, AServerMayGoWhileTwoThreadsAsk) {
   EXPECT_EQ(connection.problem(), "the X server \"" + rig.display() + "\" has gone");
 }
 
-TEST(XConnection, ForgetsTheEventsThatNobodyAskedFor) {
+TEST(XConnection, DiscardsEventsThatItDidNotSelect) {
   X11Rig rig;
   XConnection connection(rig.display());
   ASSERT_TRUE(connection.server());

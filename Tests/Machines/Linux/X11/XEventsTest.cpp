@@ -18,7 +18,7 @@ class XEventsTest : public XInputTest {
   int heard = 0;
 };
 
-TEST_F(XEventsTest, EventsThatComeWithAnAnswerAreHandedOutLaterAndNotFromWithinTheCall) {
+TEST_F(XEventsTest, EventsThatArriveWithAReplyAreDeliveredByALaterTask) {
   const auto observation = events.observe([this](const xcb_generic_event_t&) { ++heard; });
   makeNews();
   keyboard.isKeyDown(0);
