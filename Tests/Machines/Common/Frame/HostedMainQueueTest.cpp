@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 class HostedMainQueueTest : public testing::Test {
  protected:
-  ~HostedMainQueueTest() override { runtime.endHosting(); }
+  void TearDown() override { runtime.endHosting(); }
 
   void host() {
     runtime.beginHosting([this] { ++wakes; });

@@ -11,11 +11,8 @@
 namespace brivane {
 namespace {
 
-using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 
 constexpr auto changingDesk = R"({"displays": [
