@@ -11,7 +11,7 @@
 #include "Machines/Common/Frame/SharedWindowSystem.h"
 #include "Machines/Common/Keys/TapStream.h"
 #include "Machines/Linux/X11/XEvents.h"
-#include "Machines/Linux/X11/XKeyReleases.h"
+#include "Machines/Linux/X11/XRawKeyReleases.h"
 
 namespace brivane {
 
@@ -59,7 +59,7 @@ class LinuxEventTaps : public EventTapPort {
   std::set<xcb_keycode_t> swallowedKeys;
   /// Pressed keys whose press was forwarded; so will be their release.
   std::set<xcb_keycode_t> passedKeys;
-  XKeyReleases releases;
+  XRawKeyReleases releases;
   Observation keys;
 };
 

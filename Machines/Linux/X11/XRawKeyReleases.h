@@ -10,10 +10,10 @@ namespace brivane {
 
 /// Releases of all keys, whichever client receives the keys: raw events of the X Input extension.
 /// Main thread.
-class XKeyReleases {
+class XRawKeyReleases {
  public:
   /// `xEvents` must outlive this.
-  explicit XKeyReleases(XEvents& xEvents) : events(xEvents) {}
+  explicit XRawKeyReleases(XEvents& xEvents) : events(xEvents) {}
 
   /// Selects the events, from the server's next request on. False when the server can't.
   bool listen();

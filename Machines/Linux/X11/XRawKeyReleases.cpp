@@ -1,6 +1,6 @@
 // From version 2.1 on, raw events arrive even while another client has grabbed the keyboard; the
 // client must announce that it knows this version.
-#include "Machines/Linux/X11/XKeyReleases.h"
+#include "Machines/Linux/X11/XRawKeyReleases.h"
 
 #include <xcb/xinput.h>
 
@@ -19,17 +19,17 @@ std::optional<std::uint8_t> extensionOf(xcb_connection_t* connection) {
 
 }  // namespace
 
-bool XKeyReleases::listen() {
+bool XRawKeyReleases::listen() {
   if (!isListening) isListening = select(true);
   return isListening;
 }
 
-void XKeyReleases::stopListening() {
+void XRawKeyReleases::stopListening() {
   if (isListening) select(false);
   isListening = false;
 }
 
-bool XKeyReleases::select(bool isWanted) {
+bool XRawKeyReleases::select(bool isWanted) {
   xcb_connection_t* const connection = events.connection();
   if (connection == nullptr || !extensionOf(connection)) return false;
   const auto version = xcb_input_xi_query_version(connection, majorVersion, minorVersion);
@@ -43,7 +43,7 @@ bool XKeyReleases::select(bool isWanted) {
   return true;
 }
 
-std::optional<xcb_keycode_t> XKeyReleases::releasedKey(const xcb_generic_event_t& event) {
+std::optional<xcb_keycode_t> XRawKeyReleases::releasedKey(const xcb_generic_event_t& event) {
   if (!isListening || event.response_type != XCB_GE_GENERIC) return std::nullopt;
   const auto& raw = reinterpret_cast<const xcb_input_raw_key_release_event_t&>(event);
   xcb_connection_t* const connection = events.connection();
