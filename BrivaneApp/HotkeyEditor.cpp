@@ -13,8 +13,6 @@ namespace {
 
 constexpr double contentWidthPoints = 420;
 constexpr double contentHeightPoints = 210;
-constexpr std::uint64_t titledAndClosable = 3;
-constexpr std::uint64_t bufferedBacking = 2;
 constexpr double instructionsSizePoints = 12;
 
 }  // namespace
@@ -43,8 +41,8 @@ void HotkeyEditor::show() {
 void HotkeyEditor::makeWindow() {
   window = frame.makeEditorWindow({.contentWidth = contentWidthPoints,
                                    .contentHeight = contentHeightPoints,
-                                   .styleMask = titledAndClosable,
-                                   .backing = bufferedBacking,
+                                   .styleMask = titledStyle | closableStyle,
+                                   .backing = bufferedBackingStore,
                                    .isDeferred = false,
                                    .isReleasedWhenClosed = false,
                                    .title = catalogue.text(strings::hotkeyEditorWindowTitle)});

@@ -10,10 +10,7 @@ endif()
 
 file(GLOB_RECURSE mac_sources CONFIGURE_DEPENDS
   "${PROJECT_SOURCE_DIR}/Machines/Mac/*.cpp" "${PROJECT_SOURCE_DIR}/Machines/Mac/*.mm")
-if(NOT mac_sources MATCHES "/main[.]")
-  list(APPEND mac_sources Machines/main.cpp)
-endif()
-add_executable(Brivane ${mac_sources})
+add_executable(Brivane Machines/main.cpp ${mac_sources})
 target_compile_options(Brivane PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
 
 # Compiled with a Mac's own kit, it says whether what was declared by hand is what the system has.

@@ -5,6 +5,8 @@
 #include <map>
 #include <string_view>
 
+#include "BrivaneCore/Support/Lookup.h"
+
 namespace brivane {
 namespace {
 
@@ -107,12 +109,6 @@ const Characters& frenchCharacters() {
   return characters;
 }
 
-std::optional<std::string> lookUp(const Characters& characters, std::uint16_t keyCode) {
-  const auto found = characters.find(keyCode);
-  if (found == characters.end()) return std::nullopt;
-  return std::string(found->second);
-}
-
 const Characters& charactersOf(KeyboardLayout layout) {
   switch (layout) {
     case KeyboardLayout::german:
@@ -128,8 +124,9 @@ const Characters& charactersOf(KeyboardLayout layout) {
 
 std::optional<std::string> characterOfKey(KeyboardLayout layout, std::uint16_t keyCode) {
   if (layout == KeyboardLayout::none) return std::nullopt;
-  auto own = lookUp(charactersOf(layout), keyCode);
-  return own ? own : lookUp(commonCharacters(), keyCode);
+  auto character = lookUp(charactersOf(layout), keyCode);
+  if (!character) character = lookUp(commonCharacters(), keyCode);
+  return std::optional<std::string>(character);
 }
 
 }  // namespace brivane
