@@ -36,14 +36,14 @@ HUDWindowAttributes windowAttributes(const HUDMetrics& metrics) {
 
 }  // namespace
 
-BrightnessHUD::BrightnessHUD(Machine& machine, Frame& itsFrame, CatalogColor& itsColors,
-                             const StringCatalogue& itsStrings)
+BrightnessHUD::BrightnessHUD(Machine& machine, Frame& programFrame, CatalogColor& hudColors,
+                             const StringCatalogue& hudStrings)
     : runtime(machine.runtime()),
       displays(machine.displays()),
-      frame(itsFrame),
-      colors(itsColors),
-      strings(itsStrings),
-      metrics(HUDMetrics::standard(itsStrings)) {}
+      frame(programFrame),
+      colors(hudColors),
+      strings(hudStrings),
+      metrics(HUDMetrics::standard(hudStrings)) {}
 
 BrightnessHUD::~BrightnessHUD() {
   anchor.kill();

@@ -20,9 +20,9 @@ constexpr double secondsOfRestAfterWrite = 0.4;
 
 }  // namespace
 
-BrightnessSliderRow::BrightnessSliderRow(Runtime& itsRuntime, SliderPlace place,
+BrightnessSliderRow::BrightnessSliderRow(Runtime& programRuntime, SliderPlace place,
                                          PercentRange levels, Apply applyLevel)
-    : slider(place), apply(std::move(applyLevel)), range(levels), runtime(itsRuntime) {}
+    : slider(place), apply(std::move(applyLevel)), range(levels), runtime(programRuntime) {}
 
 BrightnessSliderRow::~BrightnessSliderRow() {
   anchor.kill();

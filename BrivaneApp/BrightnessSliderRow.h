@@ -27,7 +27,7 @@ class BrightnessSliderRow {
 
   /// `levels` are the slider's ends; `applyLevel` writes a level for the row's display. A write
   /// that waits when the row is dropped is dropped with it: whoever wants it made flushes first.
-  BrightnessSliderRow(Runtime& itsRuntime, SliderPlace place, PercentRange levels,
+  BrightnessSliderRow(Runtime& programRuntime, SliderPlace place, PercentRange levels,
                       Apply applyLevel);
   ~BrightnessSliderRow();
   BrightnessSliderRow(const BrightnessSliderRow&) = delete;

@@ -25,8 +25,8 @@ std::optional<Percent> requestedPercent(const std::vector<std::string>& argument
 
 }  // namespace
 
-Diagnostics::Diagnostics(Machine& itsMachine, std::ostream& standardOutput)
-    : machine(itsMachine), out(standardOutput) {}
+Diagnostics::Diagnostics(Machine& diagnosedMachine, std::ostream& standardOutput)
+    : machine(diagnosedMachine), out(standardOutput) {}
 
 void Diagnostics::print(std::string_view line) {
   out << line << std::endl;

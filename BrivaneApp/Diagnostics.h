@@ -14,7 +14,7 @@ namespace brivane {
 /// blocks for what the monitors need.
 class Diagnostics {
  public:
-  Diagnostics(Machine& itsMachine, std::ostream& standardOutput);
+  Diagnostics(Machine& diagnosedMachine, std::ostream& standardOutput);
 
   /// Prints what the program can see and drive. Changes no level.
   void runProbe();

@@ -17,12 +17,12 @@ constexpr double instructionsSizePoints = 12;
 
 }  // namespace
 
-HotkeyEditor::HotkeyEditor(ResidentMachine& machine, Frame& itsFrame,
+HotkeyEditor::HotkeyEditor(ResidentMachine& machine, Frame& programFrame,
                            const StringCatalogue& stringCatalogue, std::function<void()> changed,
                            std::function<void(bool isCapturing)> capturing)
     : onChange(std::move(changed)),
       onCapturing(std::move(capturing)),
-      frame(itsFrame),
+      frame(programFrame),
       keyboard(machine.keyboard()),
       catalogue(stringCatalogue),
       bindings(machine.defaults()) {}

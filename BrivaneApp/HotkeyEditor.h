@@ -20,8 +20,9 @@ class HotkeyEditor {
   /// `changed` is called after each change, `capturing` when a field begins to wait for keys and
   /// when none does any more; neither is empty. The catalogue is the application's. The other
   /// arguments must outlive the editor.
-  HotkeyEditor(ResidentMachine& machine, Frame& itsFrame, const StringCatalogue& stringCatalogue,
-               std::function<void()> changed, std::function<void(bool isCapturing)> capturing);
+  HotkeyEditor(ResidentMachine& machine, Frame& programFrame,
+               const StringCatalogue& stringCatalogue, std::function<void()> changed,
+               std::function<void(bool isCapturing)> capturing);
   ~HotkeyEditor();
   HotkeyEditor(const HotkeyEditor&) = delete;
   HotkeyEditor& operator=(const HotkeyEditor&) = delete;

@@ -20,8 +20,8 @@ std::string yesOrNo(bool answer) {
 
 class ProbeReport {
  public:
-  ProbeReport(Machine& itsMachine, std::ostream& standardOutput)
-      : machine(itsMachine), out(standardOutput) {}
+  ProbeReport(Machine& probedMachine, std::ostream& standardOutput)
+      : machine(probedMachine), out(standardOutput) {}
 
   void printAll() {
     print("Brivane probe");

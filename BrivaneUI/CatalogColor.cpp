@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-CatalogColor::CatalogColor(Resources& itsResources, SystemLog& itsLog)
-    : resources(itsResources), log(itsLog) {}
+CatalogColor::CatalogColor(Resources& colorResources, SystemLog& colorLog)
+    : resources(colorResources), log(colorLog) {}
 
 const DynamicColor& CatalogColor::levelBarNormalFill() {
   return lookUpOnce("LevelBarNormalFill", DynamicColor::grey(0.72));

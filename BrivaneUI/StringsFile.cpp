@@ -51,7 +51,7 @@ void appendUTF8(std::string& text, std::uint32_t character) {
 
 class Parser {
  public:
-  explicit Parser(std::string_view itsBytes) : bytes(itsBytes) {}
+  explicit Parser(std::string_view fileBytes) : bytes(fileBytes) {}
 
   std::variant<StringTable, StringsFileError> parse() {
     while (skipBlanks() && position < bytes.size() && readPair()) {

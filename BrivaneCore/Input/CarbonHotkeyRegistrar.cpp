@@ -12,8 +12,8 @@ constexpr std::uint32_t signature = 0x544C574E;
 
 }  // namespace
 
-CarbonHotkeyRegistrar::CarbonHotkeyRegistrar(HotkeyPort& hotkeyPort, SystemLog& systemLog)
-    : port(hotkeyPort), log(systemLog) {}
+CarbonHotkeyRegistrar::CarbonHotkeyRegistrar(Hotkeys& systemHotkeys, SystemLog& systemLog)
+    : hotkeys(systemHotkeys), log(systemLog) {}
 
 CarbonHotkeyRegistrar::~CarbonHotkeyRegistrar() {
   CarbonHotkeyRegistrar::unregisterAll();
@@ -24,11 +24,11 @@ void CarbonHotkeyRegistrar::installHandler(Callback pressed, Callback released) 
   onReleased = std::move(released);
   if (carbonHandler) return;
   carbonHandler =
-      port.installHandler([this](HotkeyEvent event, HotkeyID hotkey) { handle(event, hotkey); });
+      hotkeys.installHandler([this](HotkeyEvent event, HotkeyID hotkey) { handle(event, hotkey); });
 }
 
 bool CarbonHotkeyRegistrar::registerHotkey(const HotkeyBinding& binding, std::uint32_t id) {
-  const auto result = port.registerHotkey(binding.keyCode, binding.modifiers, {signature, id});
+  const auto result = hotkeys.registerHotkey(binding.keyCode, binding.modifiers, {signature, id});
   if (const auto* status = std::get_if<HotkeyStatus>(&result)) {
     log.write("Brivane: could not register hotkey " + binding.describedKeys() + " (status " +
               std::to_string(*status) + ") — another app may own it");
@@ -44,11 +44,11 @@ bool CarbonHotkeyRegistrar::isRegistered(std::uint32_t id) const {
 }
 
 void CarbonHotkeyRegistrar::unregisterAll() {
-  for (const HotkeyReference reference : carbonRefs) port.unregisterHotkey(reference);
+  for (const HotkeyReference reference : carbonRefs) hotkeys.unregisterHotkey(reference);
   carbonRefs.clear();
   registeredIDs.clear();
   if (!carbonHandler) return;
-  port.removeHandler();
+  hotkeys.removeHandler();
   carbonHandler = false;
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "BrivaneCore/Input/HotkeyRegistering.h"
-#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "BrivaneCore/Seams/Hotkeys.h"
 #include "BrivaneCore/Seams/SystemLog.h"
 
 namespace brivane {
@@ -13,7 +13,7 @@ namespace brivane {
 /// Hotkeys registered with the system, with one handler for all of them. Main thread.
 class CarbonHotkeyRegistrar : public HotkeyRegistering {
  public:
-  CarbonHotkeyRegistrar(HotkeyPort& hotkeyPort, SystemLog& systemLog);
+  CarbonHotkeyRegistrar(Hotkeys& systemHotkeys, SystemLog& systemLog);
   CarbonHotkeyRegistrar(const CarbonHotkeyRegistrar&) = delete;
   CarbonHotkeyRegistrar& operator=(const CarbonHotkeyRegistrar&) = delete;
   ~CarbonHotkeyRegistrar() override;
@@ -30,12 +30,12 @@ class CarbonHotkeyRegistrar : public HotkeyRegistering {
   /// In the order of registration.
   std::vector<HotkeyReference> carbonRefs;
   std::set<std::uint32_t> registeredIDs;
-  /// Whether the port calls `handle`.
+  /// Whether `hotkeys` calls `handle`.
   bool carbonHandler = false;
   Callback onPressed;
   Callback onReleased;
 
-  HotkeyPort& port;
+  Hotkeys& hotkeys;
   SystemLog& log;
 };
 

@@ -12,8 +12,8 @@ constexpr double initialDelaySeconds = 0.35;
 
 }  // namespace
 
-HeldKeyRamp::HeldKeyRamp(Runtime& itsRuntime, Keyboard& itsKeyboard, TickCallback tickCallback)
-    : onTick(std::move(tickCallback)), runtime(itsRuntime), keyboard(itsKeyboard) {}
+HeldKeyRamp::HeldKeyRamp(Runtime& programRuntime, Keyboard& heldKeyboard, TickCallback tickCallback)
+    : onTick(std::move(tickCallback)), runtime(programRuntime), keyboard(heldKeyboard) {}
 
 HeldKeyRamp::~HeldKeyRamp() {
   anchor.kill();

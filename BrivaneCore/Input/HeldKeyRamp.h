@@ -20,7 +20,7 @@ class HeldKeyRamp {
   /// Receives each step: signed, never snapping.
   using TickCallback = std::function<void(const Adjustment&, HotkeySource)>;
 
-  HeldKeyRamp(Runtime& itsRuntime, Keyboard& itsKeyboard, TickCallback tickCallback);
+  HeldKeyRamp(Runtime& programRuntime, Keyboard& heldKeyboard, TickCallback tickCallback);
   HeldKeyRamp(const HeldKeyRamp&) = delete;
   HeldKeyRamp& operator=(const HeldKeyRamp&) = delete;
   ~HeldKeyRamp();

@@ -9,7 +9,7 @@ namespace brivane {
 
 /// One key combination that the user can press wherever they are.
 struct HotkeyBinding {
-  /// The bits of `modifiers`, as `HotkeyPort` takes them.
+  /// The bits of `modifiers`, as `Hotkeys` takes them.
   static constexpr std::uint32_t command = 256;
   static constexpr std::uint32_t shift = 512;
   static constexpr std::uint32_t option = 2048;

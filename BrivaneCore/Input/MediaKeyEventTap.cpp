@@ -49,7 +49,7 @@ bool isKeyPress(const TapEvent::SystemDefined& event) {
 }  // namespace
 
 MediaKeyEventTap::MediaKeyEventTap(ResidentMachine& machine)
-    : port(machine.eventTaps()),
+    : eventTaps(machine.eventTaps()),
       accessibility(machine.accessibility()),
       defaults(machine.defaults()),
       log(machine.log()) {}
@@ -61,7 +61,7 @@ MediaKeyEventTap::~MediaKeyEventTap() {
 bool MediaKeyEventTap::start() {
   if (eventTap) return true;
   if (!accessibility.isTrusted()) return false;
-  auto tap = port.createTap([this](const TapEvent& event) { return handle(event); });
+  auto tap = eventTaps.createTap([this](const TapEvent& event) { return handle(event); });
   if (!tap) return false;
   tap->setEnabled(true);
   eventTap = std::move(tap);

@@ -35,7 +35,7 @@ class MediaKeyEventTap {
   /// Present while the tap runs.
   std::unique_ptr<EventTap> eventTap;
 
-  EventTapPort& port;
+  EventTaps& eventTaps;
   AccessibilityAccess& accessibility;
   const UserDefaults& defaults;
   SystemLog& log;

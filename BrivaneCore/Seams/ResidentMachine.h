@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "BrivaneCore/Seams/EventTapPort.h"
-#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "BrivaneCore/Seams/EventTaps.h"
+#include "BrivaneCore/Seams/Hotkeys.h"
 #include "BrivaneCore/Seams/Keyboard.h"
 #include "BrivaneCore/Seams/Machine.h"
 #include "BrivaneCore/Seams/Resources.h"
@@ -17,8 +17,8 @@ namespace brivane {
 /// the system's announcements, the user's session and the program's own resources.
 class ResidentMachine : public Machine {
  public:
-  virtual HotkeyPort& hotkeys() = 0;
-  virtual EventTapPort& eventTaps() = 0;
+  virtual Hotkeys& hotkeys() = 0;
+  virtual EventTaps& eventTaps() = 0;
   virtual Keyboard& keyboard() = 0;
   virtual SystemNotifications& notifications() = 0;
   virtual Session& session() = 0;

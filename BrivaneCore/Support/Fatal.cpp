@@ -14,8 +14,8 @@ std::atomic<FatalErrorHandler*> latestHandler = nullptr;
 
 }  // namespace
 
-FatalErrorHandler::FatalErrorHandler(Handle itsHandle)
-    : handle(std::move(itsHandle)), before(latestHandler.exchange(this)) {}
+FatalErrorHandler::FatalErrorHandler(Handle newHandle)
+    : handle(std::move(newHandle)), before(latestHandler.exchange(this)) {}
 
 FatalErrorHandler::~FatalErrorHandler() {
   latestHandler = before;

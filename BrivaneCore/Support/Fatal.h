@@ -19,7 +19,7 @@ class FatalErrorHandler {
   /// Called on the thread of the error, at most once.
   using Handle = std::function<void(const std::string& line)>;
 
-  explicit FatalErrorHandler(Handle itsHandle);
+  explicit FatalErrorHandler(Handle newHandle);
   ~FatalErrorHandler();
   FatalErrorHandler(const FatalErrorHandler&) = delete;
   FatalErrorHandler& operator=(const FatalErrorHandler&) = delete;

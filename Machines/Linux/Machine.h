@@ -47,8 +47,8 @@ class LinuxMachine : public ResidentMachine {
   ProcessRunner& processes() override { return processRunner; }
   Applications& applications() override { return runningPrograms; }
   SystemLog& log() override { return systemLog; }
-  HotkeyPort& hotkeys() override { return hotkeyGrabs; }
-  EventTapPort& eventTaps() override { return brightnessKeys; }
+  Hotkeys& hotkeys() override { return hotkeyGrabs; }
+  EventTaps& eventTaps() override { return brightnessKeys; }
   Keyboard& keyboard() override { return xKeyboard; }
   SystemNotifications& notifications() override { return announcements; }
   Session& session() override { return userSession; }

@@ -9,7 +9,7 @@
 
 #include "BrivaneCore/Seams/Applications.h"
 #include "BrivaneCore/Seams/DisplaySystem.h"
-#include "BrivaneCore/Seams/EventTapPort.h"
+#include "BrivaneCore/Seams/EventTaps.h"
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/Observation.h"
 

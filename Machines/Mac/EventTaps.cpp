@@ -15,11 +15,11 @@ constexpr CGEventMask systemDefinedEvents = CGEventMask{1} << TapEvent::systemDe
 
 /// The context of a tap's callback.
 struct Listener : std::enable_shared_from_this<Listener> {
-  Listener(AppKitServices& services, EventTapPort::Handler tapHandler)
+  Listener(AppKitServices& services, EventTaps::Handler tapHandler)
       : appKit(services), handler(std::move(tapHandler)) {}
 
   AppKitServices& appKit;
-  const EventTapPort::Handler handler;
+  const EventTaps::Handler handler;
 };
 
 /// Returning the event forwards it, null swallows it. A tap's disabling is reported with an event

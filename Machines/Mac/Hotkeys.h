@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <map>
 
-#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "BrivaneCore/Seams/Hotkeys.h"
 
 namespace brivane {
 
 /// Carbon's hotkeys, with the application as their target. The statuses are Carbon's.
-class MacHotkeys : public HotkeyPort {
+class MacHotkeys : public Hotkeys {
  public:
   MacHotkeys() = default;
   MacHotkeys(const MacHotkeys&) = delete;

@@ -36,8 +36,8 @@ class MacMachine : public ResidentMachine {
   ProcessRunner& processes() override { return processRunner; }
   Applications& applications() override { return runningPrograms; }
   SystemLog& log() override { return systemLog; }
-  HotkeyPort& hotkeys() override { return carbonHotkeys; }
-  EventTapPort& eventTaps() override { return taps; }
+  Hotkeys& hotkeys() override { return carbonHotkeys; }
+  EventTaps& eventTaps() override { return taps; }
   Keyboard& keyboard() override { return sessionKeyboard; }
   SystemNotifications& notifications() override { return announcements; }
   Session& session() override { return userSession; }

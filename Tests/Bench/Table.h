@@ -41,7 +41,7 @@ class FigureTable {
     json
   };
 
-  explicit FigureTable(Format itsFormat) : format(itsFormat) {}
+  explicit FigureTable(Format tableFormat) : format(tableFormat) {}
 
   /// Nothing in JSON.
   void printHeader() const;

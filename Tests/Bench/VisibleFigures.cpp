@@ -263,8 +263,8 @@ void measureHeldKey(const FigureTable& table, Desktop& desktop, const MeasuredPr
 /// Threads come and go, and the kernel forgets those that are gone; so it is asked every second.
 class WakeUpCount {
  public:
-  explicit WakeUpCount(const MeasuredProcess& itsProcess)
-      : process(itsProcess), last(process.wakeUps()) {}
+  explicit WakeUpCount(const MeasuredProcess& countedProcess)
+      : process(countedProcess), last(process.wakeUps()) {}
 
   void update() {
     auto now = process.wakeUps();

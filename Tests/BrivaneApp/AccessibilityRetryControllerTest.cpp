@@ -58,7 +58,7 @@ TEST_F(AccessibilityRetryControllerTest, TheGrantIsLookedForEveryTwoSeconds) {
   EXPECT_FALSE(hotkeys.isEventTapActive());
   notesWithin(1us);
   EXPECT_TRUE(hotkeys.isEventTapActive());
-  EXPECT_TRUE(machine.tapPort.isEnabled);
+  EXPECT_TRUE(machine.taps.isEnabled);
 }
 
 TEST_F(AccessibilityRetryControllerTest, OnceTheTapRunsTheMenuIsRefreshedItIsSaidAndTheTimerEnds) {
@@ -75,25 +75,25 @@ TEST_F(AccessibilityRetryControllerTest, OnceTheTapRunsTheMenuIsRefreshedItIsSai
 
 TEST_F(AccessibilityRetryControllerTest, ATapThatIsRefusedInSpiteOfTheGrantIsTriedAgain) {
   retry.start();
-  machine.access.trusted = machine.tapPort.refuses = true;
+  machine.access.trusted = machine.taps.refuses = true;
   EXPECT_THAT(notesWithin(4s), ElementsAre("[2000] create tap", "[4000] create tap"));
-  machine.tapPort.refuses = false;
+  machine.taps.refuses = false;
   EXPECT_THAT(notesWithin(2s), Contains(HasSubstr("Accessibility granted")));
 }
 
 TEST_F(AccessibilityRetryControllerTest,
        TheGrantGivesF1AndF2BackAndRegistersTheBindingsAndTheRelayAgain) {
   hotkeys.setRelayHotkeysEnabled(true);
-  ASSERT_TRUE(machine.hotkeyPort.holds(f1, 0));
-  ASSERT_TRUE(machine.hotkeyPort.holds(f2, 0));
+  ASSERT_TRUE(machine.hotkeyGrabs.holds(f1, 0));
+  ASSERT_TRUE(machine.hotkeyGrabs.holds(f2, 0));
   machine.notes.take();
   retry.start();
   machine.access.trusted = true;
   const auto notes = notesWithin(2s);
-  EXPECT_FALSE(machine.hotkeyPort.holds(f1, 0));
-  EXPECT_FALSE(machine.hotkeyPort.holds(f2, 0));
-  EXPECT_TRUE(machine.hotkeyPort.holds(upArrow, controlAndOption));
-  EXPECT_TRUE(machine.hotkeyPort.holds(f19, 0));
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(f1, 0));
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(f2, 0));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(upArrow, controlAndOption));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(f19, 0));
   EXPECT_THAT(notes, Contains(HasSubstr("register hotkey 1 ")));
   EXPECT_THAT(notes, Contains(HasSubstr("register hotkey 5 ")));
 }
@@ -104,7 +104,7 @@ TEST_F(AccessibilityRetryControllerTest, F1AndF2StayWhenTheSettingsKeepThem) {
   machine.access.trusted = true;
   notesWithin(2s);
   EXPECT_TRUE(hotkeys.isEventTapActive());
-  EXPECT_TRUE(machine.hotkeyPort.holds(f1, 0));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(f1, 0));
 }
 
 TEST_F(AccessibilityRetryControllerTest, StartedTwiceItTicksOnceFromTheSecondStartOn) {

@@ -95,10 +95,10 @@ TEST_F(AppDelegateTest, WithTheGrantTheTapRunsAndTheUserIsNotAsked) {
 TEST_F(AppDelegateTest, AGrantThatComesLaterStartsTheTapWithinTwoSeconds) {
   launch();
   run(10min + 500ms);
-  EXPECT_FALSE(machine.tapPort.exists);
+  EXPECT_FALSE(machine.taps.exists);
   machine.access.trusted = true;
   run(1500ms);
-  EXPECT_TRUE(machine.tapPort.isEnabled);
+  EXPECT_TRUE(machine.taps.isEnabled);
   EXPECT_THAT(machine.systemLog.lines,
               Contains("Brivane: Accessibility granted — brightness keys now active."));
 }
@@ -149,7 +149,7 @@ TEST_F(AppDelegateTest, LevelsChangedWithTheMonitorsButtonsAreFollowed) {
   run(2s);
   monitor.current = 20;
   run(5s);
-  machine.hotkeyPort.press(upArrow, controlAndOption);
+  machine.hotkeyGrabs.press(upArrow, controlAndOption);
   EXPECT_EQ(monitor.current, 25);
 }
 
@@ -161,8 +161,8 @@ TEST_F(AppDelegateTest, TheProgramEndsInThisOrder) {
   launch();
   run(3s);
   machine.announcements.wake.announce();
-  machine.hotkeyPort.press(upArrow, controlAndOption);
-  machine.hotkeyPort.release(upArrow, controlAndOption);
+  machine.hotkeyGrabs.press(upArrow, controlAndOption);
+  machine.hotkeyGrabs.release(upArrow, controlAndOption);
   run(500ms);
   const auto notes = terminate();
   const Notes expected = {
@@ -193,7 +193,7 @@ TEST_F(AppDelegateTest, ADisplayIsLeftAsItWasWhenTheProgramEndsWhileAHeldKeyDims
     launch();
     run(2s);
     machine.keys.keysDown = {key};
-    machine.hotkeyPort.press(key, controlAndOption);
+    machine.hotkeyGrabs.press(key, controlAndOption);
     run(1s);
     const auto earlier = machine.gamma.tables.at(2);
     run(100ms);
@@ -213,7 +213,7 @@ TEST_F(AppDelegateTest, TheSignalCleansUpAndExits) {
   const auto notes = takeNotes();
   EXPECT_EQ(notes.front(), "gamma restore all");
   EXPECT_EQ(notes.back(), "exit 0");
-  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
   EXPECT_EQ(mapping, "{\"UserKeyMapping\":[]}");
 }
 

@@ -70,7 +70,7 @@ TEST_F(CompositionRootTest, MakingItStartsNothingAndTouchesNoDisplay) {
   addMonitor();
   make();
   EXPECT_EQ(machine.time.timerCount(), 0u);
-  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
   EXPECT_THAT(machine.processRunner.runs, IsEmpty());
   EXPECT_THAT(machine.gamma.calls, IsEmpty());
   EXPECT_EQ(machine.announcements.screens.observerCount(), 0u);
@@ -84,11 +84,11 @@ TEST_F(CompositionRootTest, AHotkeyChangesTheDisplayUnderThePointerAndShowsItsLe
   auto& monitor = addMonitor();
   makeWithLevels();
   root->hotkeys->start();
-  machine.hotkeyPort.press(upArrow, controlAndOption);
+  machine.hotkeyGrabs.press(upArrow, controlAndOption);
   EXPECT_EQ(monitor.current, 55);
   EXPECT_EQ(root->hud->model().state(), HUDModel::State(HUDModel::Level{55}));
-  machine.hotkeyPort.release(upArrow, controlAndOption);
-  machine.hotkeyPort.press(downArrow, controlAndOption);
+  machine.hotkeyGrabs.release(upArrow, controlAndOption);
+  machine.hotkeyGrabs.press(downArrow, controlAndOption);
   EXPECT_EQ(monitor.current, 50);
 }
 
@@ -97,9 +97,9 @@ TEST_F(CompositionRootTest, ABrightnessKeyIsSwallowedOnlyWhenADisplayTakesIt) {
   machine.access.trusted = true;
   makeWithLevels();
   root->hotkeys->start();
-  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::swallow);
+  EXPECT_EQ(machine.taps.sendKey(2), TapVerdict::swallow);
   machine.displaySystem.pointer = {-1, -1};
-  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::passThrough);
+  EXPECT_EQ(machine.taps.sendKey(2), TapVerdict::passThrough);
 }
 
 TEST_F(CompositionRootTest, APressAfterTheCoordinatorIsGonePassesThrough) {
@@ -108,7 +108,7 @@ TEST_F(CompositionRootTest, APressAfterTheCoordinatorIsGonePassesThrough) {
   makeWithLevels();
   root->hotkeys->start();
   root->keyPress.reset();
-  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::passThrough);
+  EXPECT_EQ(machine.taps.sendKey(2), TapVerdict::passThrough);
 }
 
 TEST_F(CompositionRootTest, BoostingUsesAGainOfAtMostFourAndTablesOf256Entries) {
@@ -151,13 +151,13 @@ TEST_F(CompositionRootTest, TheTwoHotkeysCanBeExchanged) {
   FakeEditorWindow& editor = *frame.editorWindow;
   const std::uint64_t flags = modifierFlag::control | modifierFlag::option;
   editor.click(0);
-  EXPECT_FALSE(machine.hotkeyPort.holds(downArrow, controlAndOption));
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(downArrow, controlAndOption));
   editor.press({downArrow, flags});
   editor.click(1);
-  EXPECT_THAT(machine.hotkeyPort.registrations, testing::SizeIs(2)) << "F1 and F2";
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, testing::SizeIs(2)) << "F1 and F2";
   editor.press({upArrow, flags});
   std::map<std::uint32_t, std::uint32_t> idOfKey;
-  for (const auto& [reference, registration] : machine.hotkeyPort.registrations) {
+  for (const auto& [reference, registration] : machine.hotkeyGrabs.registrations) {
     idOfKey[registration.keyCode] = registration.hotkey.id;
   }
   EXPECT_EQ(idOfKey[downArrow], 1u);
@@ -172,7 +172,7 @@ TEST_F(CompositionRootTest, AFieldThatWaitsAtTheEndRegistersNothing) {
   root->hotkeys->stop();
   frame.editorWindow->close();
   root.reset();
-  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
 }
 
 TEST_F(CompositionRootTest, TheMenuSwitchesTheRelay) {
@@ -230,7 +230,7 @@ TEST_F(CompositionRootTest, NothingKeepsTheGraphAliveOnceTheRootIsDropped) {
   root->controller->setLevel(-30, 2);
   root->hotkeyEditor->show();
   frame.statusItem->ownMenu.open();
-  machine.hotkeyPort.press(upArrow, controlAndOption);
+  machine.hotkeyGrabs.press(upArrow, controlAndOption);
   run(500ms);
   machine.displaySystem.allScreens[0].frame.height += 1;
   machine.announcements.screens.announce();
@@ -253,8 +253,8 @@ TEST_F(CompositionRootTest, NothingKeepsTheGraphAliveOnceTheRootIsDropped) {
   EXPECT_EQ(machine.announcements.wake.observerCount(), 0u);
   EXPECT_EQ(machine.announcements.screensWake.observerCount(), 0u);
   EXPECT_EQ(frame.app.appearanceTopic.observerCount(), 0u);
-  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
-  EXPECT_EQ(machine.hotkeyPort.handler, nullptr);
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
+  EXPECT_EQ(machine.hotkeyGrabs.handler, nullptr);
   EXPECT_EQ(machine.time.timerCount(), 0u);
   machine.notes.take();
   run(10s);

@@ -17,7 +17,7 @@ constexpr std::uint16_t keyA = 0;
 
 /// The window's part, which keeps what the field asked for in its order.
 struct FakeHost : CustomViewHost {
-  explicit FakeHost(HotkeyCaptureField& itsField) : field(itsField) {}
+  explicit FakeHost(HotkeyCaptureField& hostedField) : field(hostedField) {}
 
   void setNeedsDisplay() override { calls.push_back("redraw " + field.accessibilityText()); }
   void makeFirstResponder() override { calls.emplace_back("take keys"); }

@@ -17,8 +17,8 @@ using testing::Not;
 
 struct ResidentStartTest : testing::Test {
   FrameOpener opener() {
-    return [this](ResidentMachine& itsMachine) {
-      EXPECT_EQ(&itsMachine, &machine);
+    return [this](ResidentMachine& openedOn) {
+      EXPECT_EQ(&openedOn, &machine);
       machine.notes.add("open frame");
       auto opened = std::make_unique<FakeFrame>(machine.time, machine.notes);
       frame = opened.get();
@@ -137,7 +137,7 @@ TEST_F(ResidentStartTest, QuittingCleansUpOnceAndLeavesNothingBehind) {
   EXPECT_EQ(std::ranges::count(notes, "[10000] terminate"), 1);
   EXPECT_EQ(std::ranges::count(notes, "[10000] gamma restore all"), 3) << "one for each effect";
   EXPECT_EQ(machine.time.timerCount(), 0u);
-  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
 }
 
 TEST_F(ResidentStartTest, TheSignalCleansUpAndEndsTheProgramWithStatusZeroUnseenByTheDelegate) {

@@ -12,8 +12,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct NotingStoppable : Stoppable {
-  NotingStoppable(std::string itsName, CallNotes& callNotes)
-      : name(std::move(itsName)), notes(callNotes) {}
+  NotingStoppable(std::string partName, CallNotes& callNotes)
+      : name(std::move(partName)), notes(callNotes) {}
   void stop() override { notes.add("stop " + name); }
   std::string name;
   CallNotes& notes;
@@ -67,7 +67,7 @@ TEST_F(TerminationCoordinatorTest, EffectsEndThenTimersThenTheMappingThenTheHotk
 TEST_F(TerminationCoordinatorTest, AMappingThatCanNotBeRevertedDoesNotStopTheRest) {
   mapping.outcome = RevertOutcome::failed;
   termination.performTerminationCleanup();
-  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
 }
 
 TEST_F(TerminationCoordinatorTest, TheSignalIsObservedOnceTheHandlerIsInstalled) {

@@ -19,9 +19,9 @@ constexpr std::uint32_t carbonShift = 512;
 
 // Hotkeys
 
-class HotkeyPortConformance : public ResidentConformance {
+class HotkeysConformance : public ResidentConformance {
  protected:
-  HotkeyPortConformance() { listen(); }
+  HotkeysConformance() { listen(); }
 
   void listen() {
     hotkeys.installHandler([this](HotkeyEvent event, HotkeyID hotkey) {
@@ -43,17 +43,17 @@ class HotkeyPortConformance : public ResidentConformance {
     return std::get<HotkeyReference>(result);
   }
 
-  HotkeyPort& hotkeys = machine.hotkeys();
+  Hotkeys& hotkeys = machine.hotkeys();
   std::vector<std::string> heard;
 };
 
-TEST_F(HotkeyPortConformance, APressAndItsReleaseComeOnceEachWithTheIdentityOfTheHotkey) {
+TEST_F(HotkeysConformance, APressAndItsReleaseComeOnceEachWithTheIdentityOfTheHotkey) {
   EXPECT_NE(registered(keyF19, 0, {7, 5}), 0u);
   tap(keyF19);
   EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
 }
 
-TEST_F(HotkeyPortConformance, OnlyExactlyTheModifiersOfTheHotkeyCount) {
+TEST_F(HotkeysConformance, OnlyExactlyTheModifiersOfTheHotkeyCount) {
   registered(keyF19, 0, {7, 5});
   registered(keyF19, carbonShift, {7, 7});
   underTest->pressKey(keyLeftShift);
@@ -63,7 +63,7 @@ TEST_F(HotkeyPortConformance, OnlyExactlyTheModifiersOfTheHotkeyCount) {
   EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "pressed 7/5", "released 7/5"));
 }
 
-TEST_F(HotkeyPortConformance, ReleasingTheModifierIsAReleaseAndSoIsReleasingItsKeyLater) {
+TEST_F(HotkeysConformance, ReleasingTheModifierIsAReleaseAndSoIsReleasingItsKeyLater) {
   registered(keyF19, carbonShift, {7, 7});
   underTest->pressKey(keyLeftShift);
   underTest->pressKey(keyF19);
@@ -76,7 +76,7 @@ TEST_F(HotkeyPortConformance, ReleasingTheModifierIsAReleaseAndSoIsReleasingItsK
   EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "released 7/7"));
 }
 
-TEST_F(HotkeyPortConformance, TwoHeldTogetherAreReleasedEachInItsTurn) {
+TEST_F(HotkeysConformance, TwoHeldTogetherAreReleasedEachInItsTurn) {
   registered(keyF18, 0, {7, 5});
   registered(keyF19, 0, {7, 6});
   underTest->pressKey(keyF18);
@@ -90,7 +90,7 @@ TEST_F(HotkeyPortConformance, TwoHeldTogetherAreReleasedEachInItsTurn) {
   EXPECT_THAT(heard, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5", "released 7/6"));
 }
 
-TEST_F(HotkeyPortConformance, ACombinationIsHadByOneAtATime) {
+TEST_F(HotkeysConformance, ACombinationIsHadByOneAtATime) {
   const auto first = registered(keyF19, 0, {7, 5});
   const auto second = hotkeys.registerHotkey(keyF19, 0, {7, 6});
   ASSERT_TRUE(std::holds_alternative<HotkeyStatus>(second));
@@ -101,21 +101,21 @@ TEST_F(HotkeyPortConformance, ACombinationIsHadByOneAtATime) {
   EXPECT_THAT(heard, ElementsAre("pressed 7/6", "released 7/6"));
 }
 
-TEST_F(HotkeyPortConformance, ACombinationThatAnotherProgramHasForItselfAloneIsRefused) {
+TEST_F(HotkeysConformance, ACombinationThatAnotherProgramHasForItselfAloneIsRefused) {
   underTest->occupyAlone(keyF18, carbonShift);
   EXPECT_TRUE(
       std::holds_alternative<HotkeyStatus>(hotkeys.registerHotkey(keyF18, carbonShift, {7, 1})));
   registered(keyF18, 0, {7, 2});
 }
 
-TEST_F(HotkeyPortConformance, AnUnregisteredHotkeyIsSilent) {
+TEST_F(HotkeysConformance, AnUnregisteredHotkeyIsSilent) {
   const auto reference = registered(keyF19, 0, {7, 5});
   hotkeys.unregisterHotkey(reference);
   tap(keyF19);
   EXPECT_THAT(heard, IsEmpty());
 }
 
-TEST_F(HotkeyPortConformance, UnregisteredWhileItIsDownItIsStillToldToGoUpWhereTheSystemTells) {
+TEST_F(HotkeysConformance, UnregisteredWhileItIsDownItIsStillToldToGoUpWhereTheSystemTells) {
   const auto reference = registered(keyF19, 0, {7, 5});
   underTest->pressKey(keyF19);
   underTest->settle();
@@ -129,7 +129,7 @@ TEST_F(HotkeyPortConformance, UnregisteredWhileItIsDownItIsStillToldToGoUpWhereT
   EXPECT_EQ(heard, expected) << "and of the next press nothing";
 }
 
-TEST_F(HotkeyPortConformance, RegisteredAnewWhileItsKeyIsDownItGoesUpAsWhatItWas) {
+TEST_F(HotkeysConformance, RegisteredAnewWhileItsKeyIsDownItGoesUpAsWhatItWas) {
   const auto reference = registered(keyF19, carbonShift, {7, 5});
   underTest->pressKey(keyLeftShift);
   underTest->pressKey(keyF19);
@@ -147,7 +147,7 @@ TEST_F(HotkeyPortConformance, RegisteredAnewWhileItsKeyIsDownItGoesUpAsWhatItWas
   EXPECT_EQ(heard, expected);
 }
 
-TEST_F(HotkeyPortConformance, AHandlerMayRegisterEverythingAnewWhenItHearsOfAPress) {
+TEST_F(HotkeysConformance, AHandlerMayRegisterEverythingAnewWhenItHearsOfAPress) {
   auto reference = registered(keyF19, 0, {7, 5});
   hotkeys.installHandler([&](HotkeyEvent event, HotkeyID hotkey) {
     heard.push_back((event == HotkeyEvent::pressed ? "pressed " : "released ") +
@@ -165,7 +165,7 @@ TEST_F(HotkeyPortConformance, AHandlerMayRegisterEverythingAnewWhenItHearsOfAPre
   EXPECT_THAT(heard, ElementsAre("pressed 7/6", "released 7/6"));
 }
 
-TEST_F(HotkeyPortConformance, RegistrationsOutliveTheirHandler) {
+TEST_F(HotkeysConformance, RegistrationsOutliveTheirHandler) {
   registered(keyF19, 0, {7, 5});
   hotkeys.removeHandler();
   tap(keyF19);
@@ -175,7 +175,7 @@ TEST_F(HotkeyPortConformance, RegistrationsOutliveTheirHandler) {
   EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
 }
 
-TEST_F(HotkeyPortConformance, ANewHandlerTakesThePlaceOfTheOneBefore) {
+TEST_F(HotkeysConformance, ANewHandlerTakesThePlaceOfTheOneBefore) {
   registered(keyF19, 0, {7, 5});
   std::vector<std::uint32_t> second;
   hotkeys.installHandler([&](HotkeyEvent, HotkeyID hotkey) { second.push_back(hotkey.id); });

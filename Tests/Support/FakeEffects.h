@@ -22,8 +22,8 @@ using EffectCalls = std::vector<std::string>;
 template <typename Interface>
 class FakeEffect : public Interface {
  public:
-  FakeEffect(std::string itsName, EffectCalls& itsCalls)
-      : name(std::move(itsName)), calls(itsCalls) {}
+  FakeEffect(std::string effectName, EffectCalls& effectCalls)
+      : name(std::move(effectName)), calls(effectCalls) {}
 
   bool isSupported(DisplayID) override { return supported; }
 

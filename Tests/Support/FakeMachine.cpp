@@ -135,8 +135,8 @@ Symbol FakeSymbolLoader::find(LibraryHandle library, std::string_view name) {
 }
 
 struct FakeBus::Service : AVService {
-  Service(std::string itsPort, Channel& itsChannel)
-      : port(std::move(itsPort)), channel(itsChannel) {}
+  Service(std::string portName, Channel& portChannel)
+      : port(std::move(portName)), channel(portChannel) {}
 
   std::string port;
   Channel& channel;
@@ -316,21 +316,21 @@ void FakeSystemLog::write(std::string_view line) {
   notes.add("log " + std::string(line));
 }
 
-bool FakeHotkeyPort::installHandler(Handler newHandler) {
+bool FakeHotkeys::installHandler(Handler newHandler) {
   notes.add("install hotkey handler");
   if (refusesHandler) return false;
   handler = std::move(newHandler);
   return true;
 }
 
-void FakeHotkeyPort::removeHandler() {
+void FakeHotkeys::removeHandler() {
   notes.add("remove hotkey handler");
   handler = nullptr;
 }
 
-std::variant<HotkeyReference, HotkeyStatus> FakeHotkeyPort::registerHotkey(std::uint32_t keyCode,
-                                                                           std::uint32_t modifiers,
-                                                                           HotkeyID hotkey) {
+std::variant<HotkeyReference, HotkeyStatus> FakeHotkeys::registerHotkey(std::uint32_t keyCode,
+                                                                        std::uint32_t modifiers,
+                                                                        HotkeyID hotkey) {
   notes.add("register hotkey " + std::to_string(hotkey.id) + " key " + std::to_string(keyCode) +
             " modifiers " + std::to_string(modifiers));
   if (taken.contains({keyCode, modifiers}) || holds(keyCode, modifiers)) return takenStatus;
@@ -338,7 +338,7 @@ std::variant<HotkeyReference, HotkeyStatus> FakeHotkeyPort::registerHotkey(std::
   return nextReference++;
 }
 
-void FakeHotkeyPort::unregisterHotkey(HotkeyReference reference) {
+void FakeHotkeys::unregisterHotkey(HotkeyReference reference) {
   const auto found = registrations.find(reference);
   if (found == registrations.end()) fatal("a hotkey was unregistered that isn't registered");
   notes.add("unregister hotkey " + std::to_string(found->second.hotkey.id));
@@ -346,11 +346,11 @@ void FakeHotkeyPort::unregisterHotkey(HotkeyReference reference) {
   registrations.erase(found);
 }
 
-bool FakeHotkeyPort::press(std::uint32_t keyCode, std::uint32_t modifiers) {
+bool FakeHotkeys::press(std::uint32_t keyCode, std::uint32_t modifiers) {
   return send(HotkeyEvent::pressed, keyCode, modifiers);
 }
 
-bool FakeHotkeyPort::release(std::uint32_t keyCode, std::uint32_t modifiers) {
+bool FakeHotkeys::release(std::uint32_t keyCode, std::uint32_t modifiers) {
   const auto late = std::ranges::find_if(unregisteredWhileDown, [&](const Registration& former) {
     return former.keyCode == keyCode && former.modifiers == modifiers;
   });
@@ -362,13 +362,13 @@ bool FakeHotkeyPort::release(std::uint32_t keyCode, std::uint32_t modifiers) {
   return tell(HotkeyEvent::released, hotkey);
 }
 
-bool FakeHotkeyPort::holds(std::uint32_t keyCode, std::uint32_t modifiers) const {
+bool FakeHotkeys::holds(std::uint32_t keyCode, std::uint32_t modifiers) const {
   return std::ranges::any_of(registrations, [&](const auto& entry) {
     return entry.second.keyCode == keyCode && entry.second.modifiers == modifiers;
   });
 }
 
-bool FakeHotkeyPort::send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_t modifiers) {
+bool FakeHotkeys::send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_t modifiers) {
   for (const auto& [reference, registration] : registrations) {
     if (registration.keyCode != keyCode || registration.modifiers != modifiers) continue;
     if (event == HotkeyEvent::pressed) {
@@ -381,16 +381,16 @@ bool FakeHotkeyPort::send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_
   return false;
 }
 
-bool FakeHotkeyPort::tell(HotkeyEvent event, HotkeyID hotkey) const {
+bool FakeHotkeys::tell(HotkeyEvent event, HotkeyID hotkey) const {
   // What hears of it may install another.
   const Handler own = handler;
   if (own) own(event, hotkey);
   return own != nullptr;
 }
 
-class FakeEventTapPort::Tap : public EventTap {
+class FakeEventTaps::Tap : public EventTap {
  public:
-  explicit Tap(FakeEventTapPort& tapPort) : port(tapPort) { port.exists = true; }
+  explicit Tap(FakeEventTaps& eventTaps) : port(eventTaps) { port.exists = true; }
   ~Tap() override {
     port.notes.add("remove tap");
     port.exists = port.isEnabled = false;
@@ -405,17 +405,17 @@ class FakeEventTapPort::Tap : public EventTap {
   }
 
  private:
-  FakeEventTapPort& port;
+  FakeEventTaps& port;
 };
 
-std::unique_ptr<EventTap> FakeEventTapPort::createTap(Handler newHandler) {
+std::unique_ptr<EventTap> FakeEventTaps::createTap(Handler newHandler) {
   notes.add("create tap");
   if (refuses) return nullptr;
   handler = std::move(newHandler);
   return std::make_unique<Tap>(*this);
 }
 
-TapVerdict FakeEventTapPort::send(const TapEvent& event) {
+TapVerdict FakeEventTaps::send(const TapEvent& event) {
   if (!handler) return TapVerdict::passThrough;
   const bool isNotice = event.type != TapEvent::systemDefined;
   if (!isEnabled && !isNotice) return TapVerdict::passThrough;
@@ -423,7 +423,7 @@ TapVerdict FakeEventTapPort::send(const TapEvent& event) {
   return own(event);
 }
 
-TapVerdict FakeEventTapPort::sendKey(std::uint32_t keyType, std::uint32_t state) {
+TapVerdict FakeEventTaps::sendKey(std::uint32_t keyType, std::uint32_t state) {
   constexpr std::int16_t auxiliaryControlButtons = 8;
   const std::int64_t data1 = (std::int64_t{keyType} << 16) | (std::int64_t{state} << 8);
   return send({.type = TapEvent::systemDefined,

@@ -20,7 +20,7 @@ namespace brivane {
 /// "[<virtual milliseconds>] <what>" lines in the order of the calls.
 class CallNotes {
  public:
-  explicit CallNotes(const Runtime* itsRuntime) : runtime(itsRuntime) {}
+  explicit CallNotes(const Runtime* notedRuntime) : runtime(notedRuntime) {}
   void add(const std::string& what);
   std::vector<std::string> take();
 
@@ -261,7 +261,7 @@ class FakeSystemLog : public SystemLog {
 /// Hotkeys that a test presses: `press` and `release` call the installed handler for whatever holds
 /// the combination, or was unregistered while it was down. To unregister what isn't registered is a
 /// fatal error.
-class FakeHotkeyPort : public HotkeyPort {
+class FakeHotkeys : public Hotkeys {
  public:
   struct Registration {
     std::uint32_t keyCode = 0;
@@ -271,7 +271,7 @@ class FakeHotkeyPort : public HotkeyPort {
     bool operator==(const Registration&) const = default;
   };
 
-  explicit FakeHotkeyPort(CallNotes& callNotes) : notes(callNotes) {}
+  explicit FakeHotkeys(CallNotes& callNotes) : notes(callNotes) {}
 
   bool installHandler(Handler newHandler) override;
   void removeHandler() override;
@@ -303,9 +303,9 @@ class FakeHotkeyPort : public HotkeyPort {
 };
 
 /// One tap at most; `send` gives it an event as the system would.
-class FakeEventTapPort : public EventTapPort {
+class FakeEventTaps : public EventTaps {
  public:
-  explicit FakeEventTapPort(CallNotes& callNotes) : notes(callNotes) {}
+  explicit FakeEventTaps(CallNotes& callNotes) : notes(callNotes) {}
 
   std::unique_ptr<EventTap> createTap(Handler newHandler) override;
 
@@ -434,8 +434,8 @@ class FakeMachine : public ResidentMachine {
   ProcessRunner& processes() override { return processRunner; }
   Applications& applications() override { return apps; }
   SystemLog& log() override { return systemLog; }
-  HotkeyPort& hotkeys() override { return hotkeyPort; }
-  EventTapPort& eventTaps() override { return tapPort; }
+  Hotkeys& hotkeys() override { return hotkeyGrabs; }
+  EventTaps& eventTaps() override { return taps; }
   Keyboard& keyboard() override { return keys; }
   SystemNotifications& notifications() override { return announcements; }
   Session& session() override { return userSession; }
@@ -466,8 +466,8 @@ class FakeMachine : public ResidentMachine {
   FakeSystemLog systemLog;
   FakeBus bus;
   FakeDisplayServices displayServices;
-  FakeHotkeyPort hotkeyPort{notes};
-  FakeEventTapPort tapPort{notes};
+  FakeHotkeys hotkeyGrabs{notes};
+  FakeEventTaps taps{notes};
   FakeKeyboard keys;
   FakeNotifications announcements;
   FakeSession userSession;

@@ -18,7 +18,7 @@ namespace brivane {
 class LineLog : public SystemLog {
  public:
   using Lines = std::shared_ptr<std::vector<std::string>>;
-  explicit LineLog(Lines itsLines) : lines(std::move(itsLines)) {}
+  explicit LineLog(Lines logLines) : lines(std::move(logLines)) {}
   void write(std::string_view line) override { lines->emplace_back(line); }
 
  private:
@@ -68,8 +68,8 @@ class TestDesk {
 class FolderDesk {
  public:
   FolderDesk(const std::string& text, const std::filesystem::path& folder,
-             std::unique_ptr<Runtime> itsRuntime = std::make_unique<ThreadRuntime>())
-      : ownRuntime(std::move(itsRuntime)),
+             std::unique_ptr<Runtime> deskRuntime = std::make_unique<ThreadRuntime>())
+      : ownRuntime(std::move(deskRuntime)),
         hardware(deskFrom(text), std::make_unique<StateFolder>(folder, runtime, log)) {}
 
   const LineLog::Lines lines = std::make_shared<std::vector<std::string>>();

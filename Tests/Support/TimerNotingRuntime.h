@@ -57,8 +57,8 @@ class TimerNotingRuntime : public Runtime {
  private:
   class Queue : public SerialQueue {
    public:
-    Queue(std::shared_ptr<SerialQueue> realQueue, CallNotes& callNotes, std::string itsLabel)
-        : queue(std::move(realQueue)), notes(callNotes), label(std::move(itsLabel)) {}
+    Queue(std::shared_ptr<SerialQueue> realQueue, CallNotes& callNotes, std::string queueLabel)
+        : queue(std::move(realQueue)), notes(callNotes), label(std::move(queueLabel)) {}
 
     void async(Task task) override {
       notes.add("task for " + label);

@@ -5,7 +5,7 @@
 #include <map>
 #include <variant>
 
-#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "BrivaneCore/Seams/Hotkeys.h"
 
 namespace brivane {
 

@@ -12,7 +12,7 @@ TapEvent brightnessKeyEvent(bool isUpKey, bool isDown, bool isRepeat) {
   return {TapEvent::systemDefined, TapEvent::SystemDefined{specialKeySubtype, data, -1}};
 }
 
-std::shared_ptr<TapStream::Tap> TapStream::add(EventTapPort::Handler handler) {
+std::shared_ptr<TapStream::Tap> TapStream::add(EventTaps::Handler handler) {
   auto tap = std::make_shared<Tap>(Tap{std::move(handler)});
   std::erase_if(taps, [](const auto& earlier) { return earlier.expired(); });
   taps.push_back(tap);

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "BrivaneCore/Seams/EventTapPort.h"
+#include "BrivaneCore/Seams/EventTaps.h"
 
 namespace brivane {
 
@@ -14,12 +14,12 @@ TapEvent brightnessKeyEvent(bool isUpKey, bool isDown, bool isRepeat);
 class TapStream {
  public:
   struct Tap {
-    EventTapPort::Handler handler;
+    EventTaps::Handler handler;
     bool isEnabled = false;
   };
 
   /// Adds a disabled tap at the head of the stream, until the last reference is dropped.
-  std::shared_ptr<Tap> add(EventTapPort::Handler handler);
+  std::shared_ptr<Tap> add(EventTaps::Handler handler);
 
   bool hasEnabledTap();
 

@@ -35,7 +35,7 @@ class DeskEventTap : public EventTap {
 
 std::unique_ptr<EventTap> DeskEventTaps::createTap(Handler handler) {
   const bool isMade =
-      !faults->strikes("EventTapPort.createTap") && hardware.isAccessibilityGranted() && *isRunning;
+      !faults->strikes("EventTaps.createTap") && hardware.isAccessibilityGranted() && *isRunning;
   hardware.tracer().note([&] { return std::string(isMade ? "tap created" : "tap refused"); });
   if (!isMade) return nullptr;
   const auto see = [this, running = isRunning,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BrivaneCore/Seams/EventTapPort.h"
+#include "BrivaneCore/Seams/EventTaps.h"
 #include "Machines/Desk/Hardware/DeskHardware.h"
 #include "Machines/Desk/Machine/Faults.h"
 
@@ -8,7 +8,7 @@ namespace brivane {
 
 /// One program's taps. Without the Accessibility grant no tap can be created, and existing ones
 /// receive no events.
-class DeskEventTaps : public EventTapPort {
+class DeskEventTaps : public EventTaps {
  public:
   DeskEventTaps(DeskHardware& deskHardware, std::shared_ptr<Faults> machineFaults)
       : hardware(deskHardware), faults(std::move(machineFaults)) {}

@@ -13,19 +13,19 @@ std::string described(KeyCombination combination) {
 }  // namespace
 
 bool DeskHotkeys::installHandler(Handler newHandler) {
-  if (faults.strikes("HotkeyPort.installHandler")) return false;
+  if (faults.strikes("Hotkeys.installHandler")) return false;
   *handler = std::move(newHandler);
   return true;
 }
 
 void DeskHotkeys::removeHandler() {
-  if (!faults.strikes("HotkeyPort.removeHandler")) *handler = nullptr;
+  if (!faults.strikes("Hotkeys.removeHandler")) *handler = nullptr;
 }
 
 std::variant<HotkeyReference, HotkeyStatus> DeskHotkeys::registerHotkey(std::uint32_t keyCode,
                                                                         std::uint32_t modifiers,
                                                                         HotkeyID hotkey) {
-  if (faults.strikes("HotkeyPort.registerHotkey")) return HotkeyTable::alreadyTaken;
+  if (faults.strikes("Hotkeys.registerHotkey")) return HotkeyTable::alreadyTaken;
   const KeyCombination combination{keyCode, modifiers};
   const auto receive = [handler = handler, hotkey](HotkeyEvent event) {
     // Copied: the handler may remove itself.
@@ -43,7 +43,7 @@ std::variant<HotkeyReference, HotkeyStatus> DeskHotkeys::registerHotkey(std::uin
 }
 
 void DeskHotkeys::unregisterHotkey(HotkeyReference reference) {
-  if (faults.strikes("HotkeyPort.unregisterHotkey")) return;
+  if (faults.strikes("Hotkeys.unregisterHotkey")) return;
   if (hasEnded) return;
   const auto found = references.find(reference);
   if (found == references.end()) fatal("a hotkey was unregistered that isn't registered");

@@ -3,7 +3,7 @@
 #include <map>
 #include <memory>
 
-#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "BrivaneCore/Seams/Hotkeys.h"
 #include "Machines/Desk/Hardware/DeskHardware.h"
 #include "Machines/Desk/Machine/Faults.h"
 
@@ -11,7 +11,7 @@ namespace brivane {
 
 /// One program's hotkeys. The only error status is -9878: the combination is taken. Unregistering
 /// an unknown hotkey is a fatal error.
-class DeskHotkeys : public HotkeyPort {
+class DeskHotkeys : public Hotkeys {
  public:
   DeskHotkeys(DeskHardware& deskHardware, Faults& machineFaults)
       : hardware(deskHardware), faults(machineFaults) {}

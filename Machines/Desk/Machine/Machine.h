@@ -53,8 +53,8 @@ class DeskMachine : public ResidentMachine {
   ProcessRunner& processes() override { return ownProcesses; }
   Applications& applications() override { return ownApplications; }
   SystemLog& log() override { return ownLog; }
-  HotkeyPort& hotkeys() override { return ownHotkeys; }
-  EventTapPort& eventTaps() override { return ownEventTaps; }
+  Hotkeys& hotkeys() override { return ownHotkeys; }
+  EventTaps& eventTaps() override { return ownEventTaps; }
   DeskKeyboard& keyboard() override { return ownKeyboard; }
   DeskNotifications& notifications() override { return ownNotifications; }
   DeskSession& session() override { return ownSession; }

@@ -5,7 +5,7 @@
 #include <memory>
 #include <set>
 
-#include "BrivaneCore/Seams/EventTapPort.h"
+#include "BrivaneCore/Seams/EventTaps.h"
 #include "BrivaneCore/Seams/SystemLog.h"
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/Frame/SharedWindowSystem.h"
@@ -23,7 +23,7 @@ namespace brivane {
 /// The release of a forwarded press is reported after its delivery, so its verdict has no effect;
 /// this needs the X Input extension 2.1. Repeats and the release of a swallowed press are swallowed
 /// regardless of their verdicts.
-class LinuxEventTaps : public EventTapPort {
+class LinuxEventTaps : public EventTaps {
  public:
   /// Both must outlive this, and this must outlive its taps.
   LinuxEventTaps(XEvents& xEvents, SystemLog& systemLog);

@@ -6,7 +6,7 @@
 #include <memory>
 #include <set>
 
-#include "BrivaneCore/Seams/HotkeyPort.h"
+#include "BrivaneCore/Seams/Hotkeys.h"
 #include "BrivaneCore/Support/Observation.h"
 #include "Machines/Common/Frame/SharedWindowSystem.h"
 #include "Machines/Common/Keys/HotkeyTable.h"
@@ -18,7 +18,7 @@ namespace brivane {
 
 /// Hotkeys as grabbed keys. The statuses are X's error codes (10: the combination is taken, by this
 /// program or another; 2: no such key on a PC's keyboard) and 107 without an X server.
-class LinuxHotkeys : public HotkeyPort {
+class LinuxHotkeys : public Hotkeys {
  public:
   /// All must outlive this.
   LinuxHotkeys(XEvents& xEvents, XKeymap& xKeymap, LinuxKeyboard& xKeyboard);

@@ -25,8 +25,8 @@ bool isClick(int key) {
 /// To assistive technology a view is a button: it has a name, says something, and can be pressed.
 class AccessibleView : public QAccessibleWidget {
  public:
-  explicit AccessibleView(CustomViewWidget& itsView)
-      : QAccessibleWidget(&itsView, QAccessible::Button), view(itsView) {}
+  explicit AccessibleView(CustomViewWidget& describedView)
+      : QAccessibleWidget(&describedView, QAccessible::Button), view(describedView) {}
 
   QStringList actionNames() const override {
     return QStringList{pressAction()} + QAccessibleWidget::actionNames();
@@ -53,12 +53,12 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
 
 }  // namespace
 
-CustomViewWidget::CustomViewWidget(const WindowView& itsField, QtApplication& itsApplication,
+CustomViewWidget::CustomViewWidget(const WindowView& placedView, QtApplication& qtApplication,
                                    QWidget* parent)
-    : QWidget(parent), view(itsField.view), application(itsApplication) {
+    : QWidget(parent), view(placedView.view), application(qtApplication) {
   // Once is enough, and more often does no harm.
   QAccessible::installFactory(makeAccessible);
-  setAccessibleName(QString::fromStdString(itsField.accessibilityLabel));
+  setAccessibleName(QString::fromStdString(placedView.accessibilityLabel));
   setAccessibleDescription(QString::fromStdString(view->accessibilityText()));
   // A click gives the focus only when the view asks for the keys.
   if (view->acceptsFirstResponder()) setFocusPolicy(Qt::TabFocus);

@@ -11,7 +11,7 @@ namespace brivane {
 /// Return. Main thread.
 class CustomViewWidget : public QWidget, public CustomViewHost {
  public:
-  CustomViewWidget(const WindowView& itsField, QtApplication& itsApplication, QWidget* parent);
+  CustomViewWidget(const WindowView& placedView, QtApplication& qtApplication, QWidget* parent);
 
   /// As a hand does.
   void click();

@@ -43,8 +43,8 @@ QFont fitted(QFont font, const QString& text, double width) {
 
 class QtEditorWindow::Window : public QWidget {
  public:
-  Window(QtEditorWindow& itsOwner, Qt::WindowFlags flags)
-      : QWidget(nullptr, flags), owner(itsOwner) {}
+  Window(QtEditorWindow& windowOwner, Qt::WindowFlags flags)
+      : QWidget(nullptr, flags), owner(windowOwner) {}
 
  protected:
   /// The event stays accepted: a window that refuses keeps the whole application from ending.

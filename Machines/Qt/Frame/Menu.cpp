@@ -49,7 +49,7 @@ void show(QAction& action, const MenuCommand& command) {
 
 class QtMenu::Window : public QMenu {
  public:
-  explicit Window(QtMenu& itsMenu) : menu(itsMenu) {}
+  explicit Window(QtMenu& shownMenu) : menu(shownMenu) {}
 
   /// Until the hand that is down now lets go, nothing comes of what it does.
   void dropHand() { isHandDropped = true; }
@@ -173,8 +173,8 @@ QAction* QtMenu::makeAction(std::size_t index, const MenuSlider& slider) {
   action->setText(actionText(slider.accessibilityLabel));
   action->setDefaultWidget(new MenuSliderRow(
       slider, application,
-      [this, index, itsGeneration = generation](double value) {
-        sliderMoved(index, itsGeneration, value);
+      [this, index, rowGeneration = generation](double value) {
+        sliderMoved(index, rowGeneration, value);
       },
       [this] { fitToTitles(); }));
   return action;
@@ -184,7 +184,7 @@ QAction* QtMenu::makeAction(std::size_t index, const MenuCommand& command) {
   auto* const action = new QAction(window.get());
   show(*action, command);
   QObject::connect(action, &QAction::triggered, window.get(),
-                   [this, index, itsGeneration = generation] { chosen(index, itsGeneration); });
+                   [this, index, rowGeneration = generation] { chosen(index, rowGeneration); });
   return action;
 }
 
@@ -227,8 +227,8 @@ double QtMenu::sliderValue(std::size_t index) {
   return std::get<MenuSlider>(items.at(index)).value;
 }
 
-void QtMenu::sliderMoved(std::size_t index, std::uint64_t itsGeneration, double value) {
-  if (itsGeneration != generation) return;
+void QtMenu::sliderMoved(std::size_t index, std::uint64_t rowGeneration, double value) {
+  if (rowGeneration != generation) return;
   auto& slider = std::get<MenuSlider>(items.at(index));
   slider.value = value;
   const auto moved = slider.moved;
@@ -236,8 +236,8 @@ void QtMenu::sliderMoved(std::size_t index, std::uint64_t itsGeneration, double 
 }
 
 /// Qt has ticked a checkable item by itself; what it shows is the program's affair.
-void QtMenu::chosen(std::size_t index, std::uint64_t itsGeneration) {
-  if (itsGeneration != generation) return;
+void QtMenu::chosen(std::size_t index, std::uint64_t rowGeneration) {
+  if (rowGeneration != generation) return;
   const auto& command = std::get<MenuCommand>(items.at(index));
   show(*actions[index], command);
   const auto handler = command.chosen;
@@ -249,9 +249,9 @@ bool QtMenu::chooseByKey(const QString& key) {
   for (std::size_t index = 0; index < items.size(); ++index) {
     const auto* const command = std::get_if<MenuCommand>(&items[index]);
     if (command == nullptr || command->keyEquivalent != key.toLower().toStdString()) continue;
-    const auto itsGeneration = generation;
+    const auto rowGeneration = generation;
     window->hide();
-    chosen(index, itsGeneration);
+    chosen(index, rowGeneration);
     return true;
   }
   return false;

@@ -47,8 +47,8 @@ class QtMenu : public MenuView {
   QAction* makeAction(std::size_t index, const MenuSlider& slider);
   QAction* makeAction(std::size_t index, const MenuCommand& command);
   QAction* makeAction(std::size_t index, const MenuSeparator& separator);
-  void sliderMoved(std::size_t index, std::uint64_t itsGeneration, double value);
-  void chosen(std::size_t index, std::uint64_t itsGeneration);
+  void sliderMoved(std::size_t index, std::uint64_t rowGeneration, double value);
+  void chosen(std::size_t index, std::uint64_t rowGeneration);
   bool chooseByKey(const QString& key);
   void didHide();
   void giveKeyboardBackSoon();

@@ -21,8 +21,8 @@ int kindOf(const xcb_key_press_event_t& event) {
 
 }  // namespace
 
-MenuKeyFilter::MenuKeyFilter(SharedWindowSystem& sharedSystem, const QWidget& itsPopup)
-    : system(sharedSystem), popup(itsPopup) {
+MenuKeyFilter::MenuKeyFilter(SharedWindowSystem& sharedSystem, const QWidget& openPopup)
+    : system(sharedSystem), popup(openPopup) {
   QCoreApplication::instance()->installNativeEventFilter(this);
 }
 

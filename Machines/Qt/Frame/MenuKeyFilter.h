@@ -17,7 +17,7 @@ namespace brivane {
 class MenuKeyFilter : public QAbstractNativeEventFilter {
  public:
   /// Both must outlive this. The popup is never given the focus, so it has no keys but those.
-  MenuKeyFilter(SharedWindowSystem& sharedSystem, const QWidget& itsPopup);
+  MenuKeyFilter(SharedWindowSystem& sharedSystem, const QWidget& openPopup);
   ~MenuKeyFilter() override;
   MenuKeyFilter(const MenuKeyFilter&) = delete;
   MenuKeyFilter& operator=(const MenuKeyFilter&) = delete;

@@ -47,8 +47,8 @@ SystemColor colorOf(MenuTone tone) {
 /// click beside the handle, at once.
 class RowSlider : public QSlider {
  public:
-  RowSlider(QWidget* parent, QtApplication& itsApplication)
-      : QSlider(Qt::Horizontal, parent), application(itsApplication) {}
+  RowSlider(QWidget* parent, QtApplication& qtApplication)
+      : QSlider(Qt::Horizontal, parent), application(qtApplication) {}
 
   QSize sizeHint() const override { return {sliderWidth, 22}; }
 
@@ -104,9 +104,9 @@ class RowSlider : public QSlider {
 
 }  // namespace
 
-MenuTextRow::MenuTextRow(const MenuText& itsText, QtApplication& itsApplication)
-    : application(itsApplication), tone(itsText.tone) {
-  setTitle(itsText.title);
+MenuTextRow::MenuTextRow(const MenuText& rowText, QtApplication& qtApplication)
+    : application(qtApplication), tone(rowText.tone) {
+  setTitle(rowText.title);
 }
 
 void MenuTextRow::setTitle(const std::string& newTitle) {

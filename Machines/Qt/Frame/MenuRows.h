@@ -13,7 +13,7 @@ namespace brivane {
 /// thread.
 class MenuTextRow : public QWidget {
  public:
-  MenuTextRow(const MenuText& itsText, QtApplication& itsApplication);
+  MenuTextRow(const MenuText& rowText, QtApplication& qtApplication);
 
   void setTitle(const std::string& title);
 
@@ -31,7 +31,7 @@ class MenuTextRow : public QWidget {
 /// A line between groups of items. Main thread.
 class MenuSeparatorRow : public QWidget {
  public:
-  explicit MenuSeparatorRow(QtApplication& itsApplication) : application(itsApplication) {}
+  explicit MenuSeparatorRow(QtApplication& qtApplication) : application(qtApplication) {}
 
   QSize sizeHint() const override;
 

@@ -50,8 +50,8 @@ void DeskPanel::show(const LiveControls& machine) {
   if (!room.isNull()) fit();
 }
 
-void DeskPanel::place(const QRect& itsRoom) {
-  room = itsRoom;
+void DeskPanel::place(const QRect& freeRoom) {
+  room = freeRoom;
   fit();
   move(room.x() + (room.width() - width()) / 2, room.y());
 }

@@ -21,7 +21,7 @@ class DeskPanel : public QWidget {
 
   void show(const LiveControls& machine);
   /// At the upper edge of that part of the screen, in its middle.
-  void place(const QRect& itsRoom);
+  void place(const QRect& freeRoom);
   /// How the program's status item looks; nothing when there is none. A click on it calls
   /// `whenClicked` with the place for its menu.
   void showStatusItem(const std::optional<StatusButton>& shown);

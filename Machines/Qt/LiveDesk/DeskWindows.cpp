@@ -101,9 +101,9 @@ MonitorWindow* DeskWindows::window(DisplayID display) const {
   return found == windows.end() ? nullptr : found->second.get();
 }
 
-std::optional<LiveSpot> DeskWindows::spotOf(const QWindow& itsWindow, QPointF point) const {
+std::optional<LiveSpot> DeskWindows::spotOf(const QWindow& systemWindow, QPointF point) const {
   for (const auto& [display, window] : windows) {
-    if (window->windowHandle() != &itsWindow) continue;
+    if (window->windowHandle() != &systemWindow) continue;
     const QRectF box = window->pictureBox();
     return LiveSpot{display, (point.x() - box.x()) / box.width(),
                     (point.y() - box.y()) / box.height()};

@@ -28,11 +28,11 @@ constexpr int settledMilliseconds = 400;
 
 }  // namespace
 
-MonitorWindow::MonitorWindow(DisplayID itsDisplay, Handlers itsHandlers)
+MonitorWindow::MonitorWindow(DisplayID shownDisplay, Handlers eventHandlers)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
-      ownDisplay(itsDisplay),
-      handlers(std::move(itsHandlers)) {
-  setObjectName("monitor " + QString::number(itsDisplay));
+      ownDisplay(shownDisplay),
+      handlers(std::move(eventHandlers)) {
+  setObjectName("monitor " + QString::number(shownDisplay));
   setProperty("isPartOfDesk", true);
   setAttribute(Qt::WA_ShowWithoutActivating);
   chin = new QWidget(this);

@@ -24,7 +24,7 @@ class MonitorWindow : public QWidget {
     std::function<void()> closed;
   };
 
-  MonitorWindow(DisplayID itsDisplay, Handlers itsHandlers);
+  MonitorWindow(DisplayID shownDisplay, Handlers eventHandlers);
 
   /// The smallest window that can be used.
   static QSize smallestSize() { return {176, 112}; }

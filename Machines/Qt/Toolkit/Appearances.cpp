@@ -48,8 +48,8 @@ QPalette lightPalette() {
 
 }  // namespace
 
-QtAppearances::QtAppearances(std::shared_ptr<AppearanceSource> itsSource)
-    : source(std::move(itsSource)) {
+QtAppearances::QtAppearances(std::shared_ptr<AppearanceSource> appearanceSource)
+    : source(std::move(appearanceSource)) {
   update();
   qApp->installEventFilter(this);
   if (source) {

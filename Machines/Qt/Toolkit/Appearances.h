@@ -19,7 +19,7 @@ namespace brivane {
 /// to match where the desktop's own don't. Main thread.
 class QtAppearances : public QObject {
  public:
-  explicit QtAppearances(std::shared_ptr<AppearanceSource> itsSource);
+  explicit QtAppearances(std::shared_ptr<AppearanceSource> appearanceSource);
 
   Appearance current() const { return appearance; }
   Observation observe(Task handler) { return changes.observe(std::move(handler)); }

@@ -6,8 +6,9 @@
 
 namespace brivane {
 
-MainQueueDriver::MainQueueDriver(Runtime& itsRuntime, HostedMainQueue& itsQueue, Task whenStopped)
-    : runtime(itsRuntime), queue(itsQueue), stopped(std::move(whenStopped)) {
+MainQueueDriver::MainQueueDriver(Runtime& queueRuntime, HostedMainQueue& hostedQueue,
+                                 Task whenStopped)
+    : runtime(queueRuntime), queue(hostedQueue), stopped(std::move(whenStopped)) {
   timer.setSingleShot(true);
   timer.setTimerType(Qt::PreciseTimer);
   connect(&timer, &QTimer::timeout, this, [this] { turn(); });

@@ -12,7 +12,7 @@ namespace brivane {
 class MainQueueDriver : public QObject {
  public:
   /// `whenStopped` is called after the task that stopped the Runtime.
-  MainQueueDriver(Runtime& itsRuntime, HostedMainQueue& itsQueue, Task whenStopped);
+  MainQueueDriver(Runtime& queueRuntime, HostedMainQueue& hostedQueue, Task whenStopped);
   ~MainQueueDriver() override;
   MainQueueDriver(const MainQueueDriver&) = delete;
   MainQueueDriver& operator=(const MainQueueDriver&) = delete;

@@ -75,8 +75,8 @@ QPainterPath continuousRectangle(const QRectF& rect, double cornerRadius) {
   return path;
 }
 
-QtPainter::QtPainter(QPainter& itsPainter, const View& itsView)
-    : painter(itsPainter), view(itsView) {
+QtPainter::QtPainter(QPainter& qtPainter, const View& paintedView)
+    : painter(qtPainter), view(paintedView) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setRenderHint(QPainter::TextAntialiasing);
   painter.setPen(Qt::NoPen);

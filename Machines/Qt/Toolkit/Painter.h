@@ -23,7 +23,7 @@ class QtPainter : public Canvas {
   };
 
   /// The painter must be active as long as this exists.
-  QtPainter(QPainter& itsPainter, const View& itsView);
+  QtPainter(QPainter& qtPainter, const View& paintedView);
 
   void fill(const FilledRectangle& rectangle) override;
   void stroke(const StrokedRectangle& rectangle) override;

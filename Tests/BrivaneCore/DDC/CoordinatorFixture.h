@@ -25,8 +25,8 @@ class NotingMachine : public FakeMachine {
  private:
   class NotingDefaults : public UserDefaults {
    public:
-    NotingDefaults(FakeUserDefaults& itsSettings, CallNotes& itsNotes)
-        : settings(itsSettings), notes(itsNotes) {}
+    NotingDefaults(FakeUserDefaults& realSettings, CallNotes& callNotes)
+        : settings(realSettings), notes(callNotes) {}
 
     std::optional<PropertyValue> object(std::string_view key) const override {
       return settings.object(key);

@@ -45,14 +45,14 @@ struct CarbonHotkeyCoordinatorTest : testing::Test {
   FakeMachine machine;
   StepNotes steps{machine};
   std::unique_ptr<CarbonHotkeyCoordinator> coordinator = std::make_unique<CarbonHotkeyCoordinator>(
-      machine, std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyPort, machine.systemLog),
+      machine, std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyGrabs, machine.systemLog),
       steps.handler());
 };
 
 TEST(CarbonHotkeyCoordinator, InstallsItsHandlerAtOnceAndRegistersNothing) {
   FakeMachine machine;
   const CarbonHotkeyCoordinator coordinator(
-      machine, std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyPort, machine.systemLog),
+      machine, std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyGrabs, machine.systemLog),
       [](const Adjustment&, HotkeySource) { return true; });
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] install hotkey handler"));
   EXPECT_FALSE(coordinator.isRelayActive);
@@ -96,8 +96,8 @@ TEST_F(CarbonHotkeyCoordinatorTest, WithoutTheTapTheFunctionKeysAreRegisteredWha
     machine.settings.set("KeepFunctionKeyFallback", {keep});
     coordinator->registrar->unregisterAll();
     coordinator->registerHotkeys(false);
-    EXPECT_TRUE(machine.hotkeyPort.holds(120, 0));
-    EXPECT_TRUE(machine.hotkeyPort.holds(122, 0));
+    EXPECT_TRUE(machine.hotkeyGrabs.holds(120, 0));
+    EXPECT_TRUE(machine.hotkeyGrabs.holds(122, 0));
   }
 }
 
@@ -109,7 +109,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, TheSwitchKeepsTheFunctionKeysBesideTheTap) {
 }
 
 TEST_F(CarbonHotkeyCoordinatorTest, ARefusedHotkeyDoesNotKeepTheOthersFromBeingTried) {
-  machine.hotkeyPort.taken = {{126, 6144}};
+  machine.hotkeyGrabs.taken = {{126, 6144}};
   coordinator->isRelayActive = true;
   coordinator->registerHotkeys(false);
   EXPECT_FALSE(coordinator->registrar->isRegistered(1));
@@ -133,7 +133,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, RegisteringAfterUnregisteringAllInstallsTheH
   coordinator->registrar->unregisterAll();
   machine.notes.take();
   EXPECT_EQ(notesOfRegistering(true).front(), "[0] install hotkey handler");
-  machine.hotkeyPort.press(126, 6144);
+  machine.hotkeyGrabs.press(126, 6144);
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] step 5 snap carbonHotkey"));
 }
 
@@ -203,7 +203,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, APressThatNoDisplayTakesSaysSoAndStillSweeps
 TEST_F(CarbonHotkeyCoordinatorTest, APressDuringWhichHotkeysAreRegisteredAnewStillSweeps) {
   coordinator.reset();
   coordinator = std::make_unique<CarbonHotkeyCoordinator>(
-      machine, std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyPort, machine.systemLog),
+      machine, std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyGrabs, machine.systemLog),
       [this](const Adjustment&, HotkeySource) {
         coordinator->ramp.stop();
         coordinator->registrar->unregisterAll();
@@ -211,9 +211,9 @@ TEST_F(CarbonHotkeyCoordinatorTest, APressDuringWhichHotkeysAreRegisteredAnewSti
         return true;
       });
   coordinator->registerHotkeys(true);
-  machine.hotkeyPort.press(126, 6144);
+  machine.hotkeyGrabs.press(126, 6144);
   EXPECT_EQ(machine.time.timerCount(), 1u);
-  machine.hotkeyPort.release(126, 6144);
+  machine.hotkeyGrabs.release(126, 6144);
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
@@ -308,15 +308,15 @@ TEST_F(CarbonHotkeyCoordinatorTest, ShiftPressedWhileTheRelayKeyIsDownMakesTheSw
   coordinator->registerHotkeys(true);
   machine.notes.take();
   machine.keys.keysDown = {80};
-  machine.hotkeyPort.press(80, 0);
+  machine.hotkeyGrabs.press(80, 0);
   EXPECT_THAT(notesWithin(milliseconds(420)),
               ElementsAre("[0] step 5 snap hidRelay", "[410] step 5 hidRelay"));
   machine.keys.flags = modifierFlag::shift;
-  machine.hotkeyPort.release(80, 0);
+  machine.hotkeyGrabs.release(80, 0);
   EXPECT_THAT(notesWithin(milliseconds(180)),
               ElementsAre("[530] step 1 hidRelay", "[590] step 1 hidRelay"));
   machine.keys.keysDown.clear();
-  machine.hotkeyPort.release(80, shift);
+  machine.hotkeyGrabs.release(80, shift);
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
@@ -326,14 +326,14 @@ TEST_F(CarbonHotkeyCoordinatorTest, ShiftLetGoBeforeTheRelayKeyLeavesTheSweepToT
   machine.notes.take();
   machine.keys.flags = modifierFlag::shift;
   machine.keys.keysDown = {80};
-  machine.hotkeyPort.press(80, shift);
+  machine.hotkeyGrabs.press(80, shift);
   EXPECT_THAT(notesWithin(milliseconds(420)),
               ElementsAre("[0] step 1 hidRelay", "[410] step 1 hidRelay"));
   machine.keys.flags = 0;
-  machine.hotkeyPort.release(80, shift);
+  machine.hotkeyGrabs.release(80, shift);
   EXPECT_THAT(notesWithin(milliseconds(120)), ElementsAre("[530] step 5 hidRelay"));
   machine.keys.keysDown.clear();
-  machine.hotkeyPort.release(80, shift);
+  machine.hotkeyGrabs.release(80, shift);
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
@@ -374,11 +374,11 @@ TEST_F(CarbonHotkeyCoordinatorTest, CallbacksThatComeTooLateReachNobody) {
 
 TEST_F(CarbonHotkeyCoordinatorTest, DroppingItWhileAKeyIsHeldLeavesNothingBehind) {
   coordinator->registerHotkeys(false);
-  machine.hotkeyPort.press(126, 6144);
+  machine.hotkeyGrabs.press(126, 6144);
   coordinator.reset();
   EXPECT_EQ(machine.time.timerCount(), 0u);
-  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
-  EXPECT_EQ(machine.hotkeyPort.handler, nullptr);
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
+  EXPECT_EQ(machine.hotkeyGrabs.handler, nullptr);
 }
 
 }  // namespace

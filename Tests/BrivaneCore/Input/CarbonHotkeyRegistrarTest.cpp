@@ -22,14 +22,14 @@ struct CarbonHotkeyRegistrarTest : testing::Test {
   FakeMachine machine;
   std::vector<std::string> calls;
   std::unique_ptr<CarbonHotkeyRegistrar> registrar =
-      std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyPort, machine.systemLog);
+      std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyGrabs, machine.systemLog);
 };
 
 TEST_F(CarbonHotkeyRegistrarTest, AHotkeyIsRegisteredUnderTheSignatureTLWNAndItsNumber) {
   EXPECT_TRUE(registrar->registerHotkey({126, 6144}, 1));
-  ASSERT_EQ(machine.hotkeyPort.registrations.size(), 1u);
-  EXPECT_EQ(machine.hotkeyPort.registrations.begin()->second,
-            (FakeHotkeyPort::Registration{126, 6144, {0x544C574E, 1}}));
+  ASSERT_EQ(machine.hotkeyGrabs.registrations.size(), 1u);
+  EXPECT_EQ(machine.hotkeyGrabs.registrations.begin()->second,
+            (FakeHotkeys::Registration{126, 6144, {0x544C574E, 1}}));
   EXPECT_TRUE(registrar->isRegistered(1));
   EXPECT_FALSE(registrar->isRegistered(2));
   EXPECT_THAT(machine.systemLog.lines, IsEmpty());
@@ -37,11 +37,11 @@ TEST_F(CarbonHotkeyRegistrarTest, AHotkeyIsRegisteredUnderTheSignatureTLWNAndIts
 
 TEST_F(CarbonHotkeyRegistrarTest, AllModifierBitsGoToTheSystemAsTheyAre) {
   EXPECT_TRUE(registrar->registerHotkey({126, 0x80000500}, 1));
-  EXPECT_TRUE(machine.hotkeyPort.holds(126, 0x80000500));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(126, 0x80000500));
 }
 
 TEST_F(CarbonHotkeyRegistrarTest, ARefusalIsLoggedWithKeysAndStatusAndNotTriedAgain) {
-  machine.hotkeyPort.taken = {{126, 6144}};
+  machine.hotkeyGrabs.taken = {{126, 6144}};
   EXPECT_FALSE(registrar->registerHotkey({126, 6144}, 1));
   EXPECT_FALSE(registrar->isRegistered(1));
   EXPECT_THAT(
@@ -59,38 +59,38 @@ TEST_F(CarbonHotkeyRegistrarTest, OneHandlerIsInstalledHoweverOftenTheCallbacksC
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] install hotkey handler"));
   registrar->registerHotkey({126, 6144}, 1);
   registrar->registerHotkey({125, 6144}, 2);
-  machine.hotkeyPort.press(126, 6144);
-  machine.hotkeyPort.release(126, 6144);
-  machine.hotkeyPort.press(125, 6144);
+  machine.hotkeyGrabs.press(126, 6144);
+  machine.hotkeyGrabs.release(126, 6144);
+  machine.hotkeyGrabs.press(125, 6144);
   EXPECT_THAT(calls, ElementsAre("pressed 1", "released 1", "pressed 2"));
 }
 
 TEST_F(CarbonHotkeyRegistrarTest,
        AHandlerThatTheSystemRefusedIsAskedForAgainNextTimeAndNeverGivenBack) {
-  machine.hotkeyPort.refusesHandler = true;
+  machine.hotkeyGrabs.refusesHandler = true;
   registrar->installHandler(note("pressed"), note("released"));
   registrar->unregisterAll();
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] install hotkey handler"));
-  machine.hotkeyPort.refusesHandler = false;
+  machine.hotkeyGrabs.refusesHandler = false;
   registrar->installHandler(note("pressed"), note("released"));
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] install hotkey handler"));
   registrar->registerHotkey({126, 6144}, 1);
-  machine.hotkeyPort.press(126, 6144);
+  machine.hotkeyGrabs.press(126, 6144);
   EXPECT_THAT(calls, ElementsAre("pressed 1"));
 }
 
 TEST_F(CarbonHotkeyRegistrarTest, TheSignatureOfAnEventIsNotChecked) {
   registrar->installHandler(note("pressed"), note("released"));
-  machine.hotkeyPort.handler(HotkeyEvent::pressed, {0x41424344, 7});
-  machine.hotkeyPort.handler(HotkeyEvent::released, {0, 42});
+  machine.hotkeyGrabs.handler(HotkeyEvent::pressed, {0x41424344, 7});
+  machine.hotkeyGrabs.handler(HotkeyEvent::released, {0, 42});
   EXPECT_THAT(calls, ElementsAre("pressed 7", "released 42"));
 }
 
 TEST_F(CarbonHotkeyRegistrarTest, EventsWithoutACallbackAreNobodys) {
   registrar->installHandler(nullptr, note("released"));
-  machine.hotkeyPort.handler(HotkeyEvent::pressed, {0, 1});
+  machine.hotkeyGrabs.handler(HotkeyEvent::pressed, {0, 1});
   registrar->installHandler(note("pressed"), nullptr);
-  machine.hotkeyPort.handler(HotkeyEvent::released, {0, 1});
+  machine.hotkeyGrabs.handler(HotkeyEvent::released, {0, 1});
   EXPECT_THAT(calls, IsEmpty());
 }
 
@@ -118,7 +118,7 @@ TEST_F(CarbonHotkeyRegistrarTest, DroppingTheRegistrarUnregistersEverything) {
   registrar.reset();
   EXPECT_THAT(machine.notes.take(),
               ElementsAre("[0] unregister hotkey 1", "[0] remove hotkey handler"));
-  EXPECT_THAT(machine.hotkeyPort.registrations, IsEmpty());
+  EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
 }
 
 TEST_F(CarbonHotkeyRegistrarTest, ACallbackMayReplaceItself) {
@@ -129,9 +129,9 @@ TEST_F(CarbonHotkeyRegistrarTest, ACallbackMayReplaceItself) {
         calls.emplace_back("first");
       },
       nullptr);
-  machine.hotkeyPort.registerHotkey(1, 0, {0, 1});
-  machine.hotkeyPort.press(1, 0);
-  machine.hotkeyPort.press(1, 0);
+  machine.hotkeyGrabs.registerHotkey(1, 0, {0, 1});
+  machine.hotkeyGrabs.press(1, 0);
+  machine.hotkeyGrabs.press(1, 0);
   EXPECT_THAT(calls, ElementsAre("first", "second 1"));
 }
 

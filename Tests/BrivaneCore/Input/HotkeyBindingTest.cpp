@@ -17,7 +17,7 @@ struct HotkeyBindingTest : testing::Test {
   FakeKeyboard keyboard;
 };
 
-TEST_F(HotkeyBindingTest, TheModifierBitsAreThoseOfTheHotkeyPort) {
+TEST_F(HotkeyBindingTest, TheModifierBitsAreThoseOfTheHotkeys) {
   EXPECT_EQ(HotkeyBinding::command, 256u);
   EXPECT_EQ(HotkeyBinding::shift, 512u);
   EXPECT_EQ(HotkeyBinding::option, 2048u);

@@ -35,7 +35,7 @@ struct HotkeyManagerTest : testing::Test {
   }
   /// Holds the user's brighten binding until it sweeps.
   void holdUntilItSweeps() {
-    machine.hotkeyPort.press(126, 6144);
+    machine.hotkeyGrabs.press(126, 6144);
     machine.time.runFor(milliseconds(420));
     machine.notes.take();
   }
@@ -90,9 +90,9 @@ TEST_F(HotkeyManagerTest, TheSummarySaysThatTheBindingsAreDisabled) {
 }
 
 TEST_F(HotkeyManagerTest, OneFunctionKeyIsEnoughForTheSummary) {
-  machine.hotkeyPort.taken = {{120, 0}};
+  machine.hotkeyGrabs.taken = {{120, 0}};
   EXPECT_THAT(summary(), testing::HasSubstr("fn+F1/F2 ACTIVE;"));
-  machine.hotkeyPort.taken = {{120, 0}, {122, 0}};
+  machine.hotkeyGrabs.taken = {{120, 0}, {122, 0}};
   manager->stop();
   EXPECT_THAT(summary(), testing::HasSubstr("fn+F1/F2 off;"));
 }
@@ -108,10 +108,10 @@ TEST_F(HotkeyManagerTest, TheSummaryNamesTheRelaysKeysOnceItIsActive) {
 TEST_F(HotkeyManagerTest, ABrightnessKeyIsASnappedStepOfFive) {
   grant();
   start();
-  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::swallow);
-  EXPECT_EQ(machine.tapPort.sendKey(3), TapVerdict::swallow);
+  EXPECT_EQ(machine.taps.sendKey(2), TapVerdict::swallow);
+  EXPECT_EQ(machine.taps.sendKey(3), TapVerdict::swallow);
   steps.displayTakesIt = false;
-  EXPECT_EQ(machine.tapPort.sendKey(3), TapVerdict::passThrough);
+  EXPECT_EQ(machine.taps.sendKey(3), TapVerdict::passThrough);
   EXPECT_THAT(notesWithin(milliseconds(1000)),
               ElementsAre("[0] step 5 snap mediaKey", "[0] step -5 snap mediaKey",
                           "[0] step -5 snap mediaKey"));
@@ -119,10 +119,10 @@ TEST_F(HotkeyManagerTest, ABrightnessKeyIsASnappedStepOfFive) {
 
 TEST_F(HotkeyManagerTest, AHotkeyStepsAndSweepsThroughTheSameHandler) {
   start();
-  machine.hotkeyPort.press(122, 0);
+  machine.hotkeyGrabs.press(122, 0);
   EXPECT_THAT(notesWithin(milliseconds(420)),
               ElementsAre("[0] step -5 snap carbonHotkey", "[410] step -5 carbonHotkey"));
-  machine.hotkeyPort.release(122, 0);
+  machine.hotkeyGrabs.release(122, 0);
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
@@ -155,12 +155,12 @@ TEST_F(HotkeyManagerTest, OneFunctionKeyIsEnoughToBeGivenBack) {
   for (const std::uint32_t takenKey : {120u, 122u}) {
     manager->stop();
     machine.access.trusted = false;
-    machine.hotkeyPort.taken = {{takenKey, 0}};
+    machine.hotkeyGrabs.taken = {{takenKey, 0}};
     start();
     grant();
     EXPECT_TRUE(manager->startEventTap());
-    EXPECT_FALSE(machine.hotkeyPort.holds(120, 0));
-    EXPECT_FALSE(machine.hotkeyPort.holds(122, 0));
+    EXPECT_FALSE(machine.hotkeyGrabs.holds(120, 0));
+    EXPECT_FALSE(machine.hotkeyGrabs.holds(122, 0));
   }
 }
 
@@ -170,7 +170,7 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesTheSwitchKeepsTheFunctionKeys) {
   grant();
   EXPECT_TRUE(manager->startEventTap());
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] create tap", "[0] enable tap"));
-  EXPECT_TRUE(machine.hotkeyPort.holds(120, 0));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(120, 0));
 }
 
 TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsReleaseIsTold) {
@@ -181,24 +181,24 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsReleaseIsTold) 
   EXPECT_TRUE(manager->startEventTap());
   machine.notes.take();
   EXPECT_THAT(notesWithin(milliseconds(60)), ElementsAre("[470] step 5 carbonHotkey"));
-  machine.hotkeyPort.release(126, 6144);
+  machine.hotkeyGrabs.release(126, 6144);
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
 TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldIsToldToGoUp) {
   start();
-  machine.hotkeyPort.press(122, 0);
+  machine.hotkeyGrabs.press(122, 0);
   machine.keys.keysDown = {122};
   grant();
   EXPECT_TRUE(manager->startEventTap());
-  EXPECT_FALSE(machine.hotkeyPort.holds(122, 0));
-  machine.hotkeyPort.release(122, 0);
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(122, 0));
+  machine.hotkeyGrabs.release(122, 0);
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
 TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldSweepsNoLongerThanItIsDown) {
   start();
-  machine.hotkeyPort.press(122, 0);
+  machine.hotkeyGrabs.press(122, 0);
   machine.keys.keysDown = {122};
   grant();
   EXPECT_TRUE(manager->startEventTap());
@@ -224,8 +224,8 @@ TEST_F(HotkeyManagerTest, ReloadingEndsASweepAndRegistersTheBindingsAnew) {
 TEST_F(HotkeyManagerTest, ReloadingWithoutTheTapKeepsTheFunctionKeys) {
   start();
   manager->reloadBindings();
-  EXPECT_TRUE(machine.hotkeyPort.holds(120, 0));
-  EXPECT_TRUE(machine.hotkeyPort.holds(122, 0));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(120, 0));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(122, 0));
   EXPECT_FALSE(manager->isEventTapActive()) << "it doesn't try the tap";
 }
 
@@ -233,15 +233,15 @@ TEST_F(HotkeyManagerTest, SuspendedBindingsAreUnregisteredAndNothingElseIs) {
   manager->setRelayHotkeysEnabled(true);
   start();
   manager->suspendUserBindings(true);
-  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
-  EXPECT_FALSE(machine.hotkeyPort.holds(125, 6144));
-  EXPECT_EQ(machine.hotkeyPort.registrations.size(), 6u) << "relay and function keys";
-  machine.hotkeyPort.press(80, 0);
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(126, 6144));
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(125, 6144));
+  EXPECT_EQ(machine.hotkeyGrabs.registrations.size(), 6u) << "relay and function keys";
+  machine.hotkeyGrabs.press(80, 0);
   EXPECT_THAT(machine.notes.take(), testing::Contains("[0] step 5 snap hidRelay"));
   manager->suspendUserBindings(false);
-  EXPECT_TRUE(machine.hotkeyPort.holds(126, 6144));
-  EXPECT_TRUE(machine.hotkeyPort.holds(125, 6144));
-  EXPECT_EQ(machine.hotkeyPort.registrations.size(), 8u);
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(126, 6144));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(125, 6144));
+  EXPECT_EQ(machine.hotkeyGrabs.registrations.size(), 8u);
 }
 
 TEST_F(HotkeyManagerTest, SuspendingAndItsEndEndASweepTheRelaysToo) {
@@ -249,7 +249,7 @@ TEST_F(HotkeyManagerTest, SuspendingAndItsEndEndASweepTheRelaysToo) {
   start();
   for (const bool suspended : {true, false}) {
     machine.keys.keysDown = {80};
-    machine.hotkeyPort.press(80, 0);
+    machine.hotkeyGrabs.press(80, 0);
     manager->suspendUserBindings(suspended);
     EXPECT_EQ(machine.time.timerCount(), 0u) << suspended;
   }
@@ -259,12 +259,12 @@ TEST_F(HotkeyManagerTest, SuspendedBindingsStaySoWhateverElseIsRegisteredAnew) {
   start();
   manager->suspendUserBindings(true);
   manager->reloadBindings();
-  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(126, 6144));
   manager->setRelayHotkeysEnabled(true);
-  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(126, 6144));
   grant();
   manager->startEventTap();
-  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(126, 6144));
 }
 
 TEST_F(HotkeyManagerTest, BindingsThatTheSettingsTurnOffStayOffAfterASuspension) {
@@ -272,7 +272,7 @@ TEST_F(HotkeyManagerTest, BindingsThatTheSettingsTurnOffStayOffAfterASuspension)
   start();
   manager->suspendUserBindings(true);
   manager->suspendUserBindings(false);
-  EXPECT_FALSE(machine.hotkeyPort.holds(126, 6144));
+  EXPECT_FALSE(machine.hotkeyGrabs.holds(126, 6144));
 }
 
 TEST_F(HotkeyManagerTest, SuspendingWhatIsSuspendedDoesNothing) {
@@ -290,9 +290,9 @@ TEST_F(HotkeyManagerTest, ASuspensionThatEndsAfterTheStopRegistersNothing) {
   manager->suspendUserBindings(true);
   manager->stop();
   manager->suspendUserBindings(false);
-  EXPECT_TRUE(machine.hotkeyPort.registrations.empty());
+  EXPECT_TRUE(machine.hotkeyGrabs.registrations.empty());
   start();
-  EXPECT_TRUE(machine.hotkeyPort.holds(126, 6144));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(126, 6144));
 }
 
 TEST_F(HotkeyManagerTest, SwitchingTheRelayOnRegistersItsKeysAndOffGivesThemBack) {
@@ -303,11 +303,11 @@ TEST_F(HotkeyManagerTest, SwitchingTheRelayOnRegistersItsKeysAndOffGivesThemBack
   EXPECT_TRUE(manager->setRelayHotkeysEnabled(true));
   EXPECT_TRUE(manager->isRelayActive());
   EXPECT_TRUE(manager->relayHotkeysRegistered());
-  EXPECT_EQ(machine.hotkeyPort.registrations.size(), 6u);
+  EXPECT_EQ(machine.hotkeyGrabs.registrations.size(), 6u);
   EXPECT_TRUE(manager->setRelayHotkeysEnabled(false));
   EXPECT_FALSE(manager->isRelayActive());
   EXPECT_FALSE(manager->relayHotkeysRegistered());
-  EXPECT_EQ(machine.hotkeyPort.registrations.size(), 2u);
+  EXPECT_EQ(machine.hotkeyGrabs.registrations.size(), 2u);
 }
 
 TEST_F(HotkeyManagerTest, SwitchingTheRelayUnregistersEverythingBeforeItRegistersAnew) {
@@ -329,8 +329,8 @@ TEST_F(HotkeyManagerTest, SwitchingTheRelayWithoutTheTapKeepsTheFunctionKeys) {
   start();
   for (const bool enabled : {true, false}) {
     manager->setRelayHotkeysEnabled(enabled);
-    EXPECT_TRUE(machine.hotkeyPort.holds(120, 0));
-    EXPECT_TRUE(machine.hotkeyPort.holds(122, 0));
+    EXPECT_TRUE(machine.hotkeyGrabs.holds(120, 0));
+    EXPECT_TRUE(machine.hotkeyGrabs.holds(122, 0));
   }
   EXPECT_FALSE(manager->isEventTapActive()) << "it doesn't try the tap";
 }
@@ -358,7 +358,7 @@ TEST_F(HotkeyManagerTest, SwitchingTheRelayToWhatItIsDoesNothing) {
 
 TEST_F(HotkeyManagerTest, TheRelayIsNotInForceWhileAnotherProgramHasEitherKey) {
   for (const std::uint32_t takenKey : {80u, 90u}) {
-    machine.hotkeyPort.taken = {{takenKey, 0}};
+    machine.hotkeyGrabs.taken = {{takenKey, 0}};
     EXPECT_FALSE(manager->setRelayHotkeysEnabled(true));
     EXPECT_TRUE(manager->isRelayActive());
     EXPECT_FALSE(manager->relayHotkeysRegistered());
@@ -368,7 +368,7 @@ TEST_F(HotkeyManagerTest, TheRelayIsNotInForceWhileAnotherProgramHasEitherKey) {
 }
 
 TEST_F(HotkeyManagerTest, TheRelayNeedsNotItsKeysWithShift) {
-  machine.hotkeyPort.taken = {{80, 512}, {90, 512}};
+  machine.hotkeyGrabs.taken = {{80, 512}, {90, 512}};
   EXPECT_TRUE(manager->setRelayHotkeysEnabled(true));
 }
 
@@ -393,9 +393,9 @@ TEST_F(HotkeyManagerTest, ABrightnessKeyMayDropTheManagerAndIsStillDecided) {
         return answer.front();
       });
   start();
-  EXPECT_EQ(machine.tapPort.sendKey(2), TapVerdict::swallow);
-  EXPECT_FALSE(machine.tapPort.exists);
-  EXPECT_TRUE(machine.hotkeyPort.registrations.empty());
+  EXPECT_EQ(machine.taps.sendKey(2), TapVerdict::swallow);
+  EXPECT_FALSE(machine.taps.exists);
+  EXPECT_TRUE(machine.hotkeyGrabs.registrations.empty());
 }
 
 TEST_F(HotkeyManagerTest, DroppingItIsStoppingIt) {

@@ -36,8 +36,8 @@ struct MediaKeyEventTapTest : testing::Test {
   }
   void logKeys() { machine.settings.set("VerboseKeyLog", {true}); }
   TapVerdict send(std::int16_t subtype, std::int64_t data1, std::int64_t data2 = -1) {
-    return machine.tapPort.send({.type = TapEvent::systemDefined,
-                                 .details = TapEvent::SystemDefined{subtype, data1, data2}});
+    return machine.taps.send({.type = TapEvent::systemDefined,
+                              .details = TapEvent::SystemDefined{subtype, data1, data2}});
   }
 
   FakeMachine machine;
@@ -68,7 +68,7 @@ TEST_F(MediaKeyEventTapTest, WithoutTheGrantNoTapIsTried) {
 }
 
 TEST_F(MediaKeyEventTapTest, ARefusedTapIsNotRunningAndNotRetried) {
-  machine.tapPort.refuses = true;
+  machine.taps.refuses = true;
   EXPECT_FALSE(tap->start());
   EXPECT_FALSE(tap->isRunning());
   machine.time.runFor(std::chrono::minutes(10));
@@ -88,23 +88,23 @@ TEST_F(MediaKeyEventTapTest, StoppingDisablesTheTapAndTakesItOut) {
 TEST_F(MediaKeyEventTapTest, DroppingItTakesTheTapOut) {
   start();
   tap.reset();
-  EXPECT_FALSE(machine.tapPort.exists);
+  EXPECT_FALSE(machine.taps.exists);
 }
 
 TEST_F(MediaKeyEventTapTest, APressThatADisplayTakesIsSwallowedAndItsReleasePasses) {
   start();
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessDown), swallow);
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessDown, keyUp), passThrough);
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp, keyUp), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(brightnessDown), swallow);
+  EXPECT_EQ(machine.taps.sendKey(brightnessDown, keyUp), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(brightnessUp), swallow);
+  EXPECT_EQ(machine.taps.sendKey(brightnessUp, keyUp), passThrough);
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] down", "[0] up"));
 }
 
 TEST_F(MediaKeyEventTapTest, APressThatNoDisplayTakesPassesToTheSystem) {
   start();
   displayTakesIt = false;
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), passThrough);
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessDown), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(brightnessUp), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(brightnessDown), passThrough);
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] up", "[0] down"));
 }
 
@@ -123,9 +123,9 @@ TEST_F(MediaKeyEventTapTest, EventsThatAreNoSpecialKeysPass) {
   EXPECT_EQ(send(8, 0x00020A00 ^ 0x0100), passThrough);
   EXPECT_EQ(send(8, 0x00020000), passThrough);
   EXPECT_EQ(send(8, 0x00020C00), passThrough);
-  EXPECT_EQ(machine.tapPort.send({.type = 10, .details = TapEvent::SystemDefined{8, 0x20A00, 0}}),
+  EXPECT_EQ(machine.taps.send({.type = 10, .details = TapEvent::SystemDefined{8, 0x20A00, 0}}),
             passThrough);
-  EXPECT_EQ(machine.tapPort.send({.type = 14, .details = std::nullopt}), passThrough);
+  EXPECT_EQ(machine.taps.send({.type = 14, .details = std::nullopt}), passThrough);
   EXPECT_THAT(machine.notes.take(), IsEmpty());
 }
 
@@ -137,12 +137,12 @@ TEST_F(MediaKeyEventTapTest, OnlyTheBitsOfKeyAndStateCount) {
 
 TEST_F(MediaKeyEventTapTest, OtherMediaKeysPassAndAreNamedInTheLogWhenAskedFor) {
   start();
-  EXPECT_EQ(machine.tapPort.sendKey(volumeUp), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(volumeUp), passThrough);
   EXPECT_THAT(machine.systemLog.lines, IsEmpty());
   logKeys();
-  EXPECT_EQ(machine.tapPort.sendKey(volumeUp), passThrough);
-  EXPECT_EQ(machine.tapPort.sendKey(16), passThrough);
-  EXPECT_EQ(machine.tapPort.sendKey(volumeUp, keyUp), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(volumeUp), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(16), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(volumeUp, keyUp), passThrough);
   EXPECT_THAT(machine.systemLog.lines,
               ElementsAre("Brivane: systemDefined subtype=8 data1=0x00000A00 keyCode=0 state=0x0A "
                           "data2=-1",
@@ -157,9 +157,9 @@ TEST_F(MediaKeyEventTapTest, OtherMediaKeysPassAndAreNamedInTheLogWhenAskedFor) 
 TEST_F(MediaKeyEventTapTest, BrightnessKeysAreLoggedWithWhatBecameOfThem) {
   start();
   logKeys();
-  machine.tapPort.sendKey(brightnessUp);
+  machine.taps.sendKey(brightnessUp);
   displayTakesIt = false;
-  machine.tapPort.sendKey(brightnessDown);
+  machine.taps.sendKey(brightnessDown);
   EXPECT_THAT(
       machine.notes.take(),
       ElementsAre("[0] log Brivane: systemDefined subtype=8 data1=0x00020A00 keyCode=2 "
@@ -173,11 +173,11 @@ TEST_F(MediaKeyEventTapTest, BrightnessKeysAreLoggedWithWhatBecameOfThem) {
 TEST_F(MediaKeyEventTapTest, TheSwitchOfTheLogIsReadAnewForEachEvent) {
   start();
   logKeys();
-  machine.tapPort.sendKey(volumeUp, keyUp);
+  machine.taps.sendKey(volumeUp, keyUp);
   EXPECT_EQ(machine.systemLog.lines.size(), 1u);
   machine.settings.remove("VerboseKeyLog");
-  machine.tapPort.sendKey(volumeUp);
-  machine.tapPort.sendKey(brightnessUp);
+  machine.taps.sendKey(volumeUp);
+  machine.taps.sendKey(brightnessUp);
   EXPECT_EQ(machine.systemLog.lines.size(), 1u);
 }
 
@@ -196,18 +196,18 @@ TEST_F(MediaKeyEventTapTest, EverySystemDefinedEventIsLoggedWhenAskedFor) {
 TEST_F(MediaKeyEventTapTest, ATapThatTheSystemDisabledIsEnabledAgainAtOnce) {
   start();
   for (const auto notice : {TapEvent::disabledByTimeout, TapEvent::disabledByUserInput}) {
-    machine.tapPort.isEnabled = false;
-    EXPECT_EQ(machine.tapPort.send({.type = notice, .details = std::nullopt}), passThrough);
-    EXPECT_TRUE(machine.tapPort.isEnabled);
+    machine.taps.isEnabled = false;
+    EXPECT_EQ(machine.taps.send({.type = notice, .details = std::nullopt}), passThrough);
+    EXPECT_TRUE(machine.taps.isEnabled);
   }
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] enable tap", "[0] enable tap"));
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
+  EXPECT_EQ(machine.taps.sendKey(brightnessUp), swallow);
 }
 
 TEST_F(MediaKeyEventTapTest, ANoticeThatTheTapWasDisabledIsNotLogged) {
   start();
   logKeys();
-  machine.tapPort.send({.type = TapEvent::disabledByTimeout, .details = std::nullopt});
+  machine.taps.send({.type = TapEvent::disabledByTimeout, .details = std::nullopt});
   EXPECT_THAT(machine.systemLog.lines, IsEmpty());
 }
 
@@ -217,9 +217,9 @@ TEST_F(MediaKeyEventTapTest, APressMayStopTheTapThatSawIt) {
     tap->stop();
     return true;
   };
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
+  EXPECT_EQ(machine.taps.sendKey(brightnessUp), swallow);
   EXPECT_FALSE(tap->isRunning());
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(brightnessUp), passThrough);
 }
 
 TEST_F(MediaKeyEventTapTest, APressMayDropTheTapThatSawItAndIsStillDecidedAndLogged) {
@@ -229,8 +229,8 @@ TEST_F(MediaKeyEventTapTest, APressMayDropTheTapThatSawItAndIsStillDecidedAndLog
     tap.reset();
     return answer.front();
   };
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), swallow);
-  EXPECT_FALSE(machine.tapPort.exists);
+  EXPECT_EQ(machine.taps.sendKey(brightnessUp), swallow);
+  EXPECT_FALSE(machine.taps.exists);
   EXPECT_EQ(machine.systemLog.lines.back(), "Brivane: brightness UP -> HANDLED (event swallowed)");
 }
 
@@ -238,7 +238,7 @@ TEST_F(MediaKeyEventTapTest, WithoutACallbackEveryPressPasses) {
   start();
   logKeys();
   tap->onBrightnessKey = nullptr;
-  EXPECT_EQ(machine.tapPort.sendKey(brightnessUp), passThrough);
+  EXPECT_EQ(machine.taps.sendKey(brightnessUp), passThrough);
   EXPECT_EQ(machine.systemLog.lines.back(), "Brivane: brightness UP -> PASSED THROUGH to macOS");
 }
 

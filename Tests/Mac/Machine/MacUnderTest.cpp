@@ -50,8 +50,8 @@ fake::Node monitorNodes(const std::string& port, const PanelIdentity& panel,
 /// A machine in a process of its own, which has a copy of the settings of its own.
 class MacInAProcess : public MacMachine {
  public:
-  MacInAProcess(std::unique_ptr<AppKitServices> services, int itsNumber)
-      : MacMachine(std::move(services)), number(itsNumber) {}
+  MacInAProcess(std::unique_ptr<AppKitServices> services, int processNumber)
+      : MacMachine(std::move(services)), number(processNumber) {}
 
   UserDefaults& defaults() override {
     fake::system().preferences.asking = number;

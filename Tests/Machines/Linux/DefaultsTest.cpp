@@ -11,7 +11,7 @@ namespace {
 /// An environment variable with another value for one test.
 class Variable {
  public:
-  Variable(const char* itsName, const char* value) : name(itsName) {
+  Variable(const char* variableName, const char* value) : name(variableName) {
     if (const char* const before = getenv(name)) original = before;
     value != nullptr ? setenv(name, value, 1) : unsetenv(name);
   }

@@ -34,16 +34,16 @@ class SessionBus : public testing::Environment {
   }
 
   const std::string& address() {
-    if (!itsAddress.empty()) return itsAddress;
+    if (!busAddress.empty()) return busAddress;
     daemon.start("dbus-daemon", {"--session", "--nofork", "--print-address"});
     EXPECT_TRUE(daemon.waitForReadyRead()) << "package dbus-daemon";
-    itsAddress = daemon.readLine().trimmed().toStdString();
-    return itsAddress;
+    busAddress = daemon.readLine().trimmed().toStdString();
+    return busAddress;
   }
 
  private:
   QProcess daemon;
-  std::string itsAddress;
+  std::string busAddress;
 };
 SessionBus& sessionBus = *new SessionBus;
 const testing::Environment* const ending = testing::AddGlobalTestEnvironment(&sessionBus);

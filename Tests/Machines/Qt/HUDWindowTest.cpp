@@ -52,7 +52,9 @@ class HandSetClock : public Runtime {
 /// What of the widget is drawn while this exists.
 class DrawnPart : public QObject {
  public:
-  explicit DrawnPart(QWidget& itsWidget) : widget(itsWidget) { widget.installEventFilter(this); }
+  explicit DrawnPart(QWidget& drawnWidget) : widget(drawnWidget) {
+    widget.installEventFilter(this);
+  }
   ~DrawnPart() override { widget.removeEventFilter(this); }
 
   bool eventFilter(QObject*, QEvent* event) override {

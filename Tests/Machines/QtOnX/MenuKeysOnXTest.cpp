@@ -61,7 +61,7 @@ class Locker {
 /// While it lives, a held key repeats soon and often.
 class QuickRepeats {
  public:
-  explicit QuickRepeats(X11Rig& itsRig) : rig(itsRig) { rig.repeatKeysSoon(); }
+  explicit QuickRepeats(X11Rig& serverRig) : rig(serverRig) { rig.repeatKeysSoon(); }
   ~QuickRepeats() { rig.repeatKeysSoon(false); }
   QuickRepeats(const QuickRepeats&) = delete;
   QuickRepeats& operator=(const QuickRepeats&) = delete;

@@ -9,10 +9,10 @@
 
 namespace brivane {
 
-SimulatedKeyboard::SimulatedKeyboard(std::string itsName, std::filesystem::path itsFolder,
+SimulatedKeyboard::SimulatedKeyboard(std::string deviceName, std::filesystem::path deviceFolder,
                                      std::vector<SimulatedKey> keys, const WireLog& wireLog)
-    : name(std::move(itsName)),
-      folder(std::move(itsFolder)),
+    : name(std::move(deviceName)),
+      folder(std::move(deviceFolder)),
       keymap(std::move(keys)),
       log(wireLog) {
   mirror();

@@ -20,7 +20,7 @@ struct SimulatedKey {
 /// "<scancode in hex> <keycode>". A device without any key here has no keymap to ask for.
 class SimulatedKeyboard {
  public:
-  SimulatedKeyboard(std::string itsName, std::filesystem::path itsFolder,
+  SimulatedKeyboard(std::string deviceName, std::filesystem::path deviceFolder,
                     std::vector<SimulatedKey> keys, const WireLog& wireLog);
 
   /// The key at a place of the keymap, or with a scancode; null when there is none.

@@ -42,9 +42,9 @@ std::vector<std::uint8_t> withChecksum(std::vector<std::uint8_t> reply) {
 
 }  // namespace
 
-SimulatedMonitor::SimulatedMonitor(std::string itsName, std::filesystem::path itsFolder,
+SimulatedMonitor::SimulatedMonitor(std::string deviceName, std::filesystem::path deviceFolder,
                                    const WireLog& wireLog)
-    : name(std::move(itsName)), folder(std::move(itsFolder)), log(wireLog) {}
+    : name(std::move(deviceName)), folder(std::move(deviceFolder)), log(wireLog) {}
 
 int SimulatedMonitor::refusal(const std::string& step) const {
   std::ifstream mood(folder / "mood");

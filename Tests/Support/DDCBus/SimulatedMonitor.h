@@ -24,7 +24,8 @@ namespace brivane {
 ///   slave:<error>      the bus refuses to set the address ("slave:EBUSY")
 class SimulatedMonitor {
  public:
-  SimulatedMonitor(std::string itsName, std::filesystem::path itsFolder, const WireLog& wireLog);
+  SimulatedMonitor(std::string deviceName, std::filesystem::path deviceFolder,
+                   const WireLog& wireLog);
 
   /// The error number that the mood holds for `step` ("rdwr", "slave"); 0 for none.
   int refusal(const std::string& step) const;

@@ -336,7 +336,7 @@ bool isPerformingLater = false;
 }
 - (BOOL)popUpMenuPositioningItem:(NSMenuItem*)item
                       atLocation:(NSPoint)location
-                          inView:(NSView*)itsView {
+                          inView:(NSView*)contentView {
   if (!isPerformingLater) brivane::objc::fail("a menu keeps whoever has it pop up until it closes");
   note("menu at " + std::to_string(std::lround(location.x)) + "," +
        std::to_string(std::lround(location.y)));
@@ -370,14 +370,14 @@ bool isPerformingLater = false;
   item->isSeparator = YES;
   return item;
 }
-- (instancetype)initWithTitle:(NSString*)itsTitle
-                       action:(SEL)itsAction
-                keyEquivalent:(NSString*)itsKey {
+- (instancetype)initWithTitle:(NSString*)itemTitle
+                       action:(SEL)itemAction
+                keyEquivalent:(NSString*)keyEquivalent {
   if ((self = [super init])) {
-    self.title = itsTitle;
+    self.title = itemTitle;
     self.enabled = YES;
-    action = itsAction;
-    key = itsKey;
+    action = itemAction;
+    key = keyEquivalent;
   }
   return self;
 }

@@ -346,12 +346,12 @@ std::string textOfFont(NSFont* font) {
   image.size = NSMakeSize(20, 16);
   return image;
 }
-+ (NSImage*)imageWithSize:(NSSize)itsSize
++ (NSImage*)imageWithSize:(NSSize)imageSize
                   flipped:(BOOL)isFlipped
-           drawingHandler:(BOOL (^)(NSRect))itsHandler {
+           drawingHandler:(BOOL (^)(NSRect))drawingHandler {
   NSImage* const image = [NSImage new];
-  image.size = itsSize;
-  image->handler = itsHandler;
+  image.size = imageSize;
+  image->handler = drawingHandler;
   return image;
 }
 - (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration {

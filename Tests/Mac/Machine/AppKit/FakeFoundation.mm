@@ -324,10 +324,10 @@ NSString* stringOf(const std::string& text) {
   NSString* text;
   NSDictionary* attributes;
 }
-- (instancetype)initWithString:(NSString*)string attributes:(NSDictionary*)itsAttributes {
+- (instancetype)initWithString:(NSString*)string attributes:(NSDictionary*)stringAttributes {
   if ((self = [super init])) {
     text = [string copy];
-    attributes = itsAttributes;
+    attributes = stringAttributes;
   }
   return self;
 }

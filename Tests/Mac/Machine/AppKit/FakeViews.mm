@@ -48,9 +48,9 @@ const NSAccessibilityRole NSAccessibilityButtonRole = @"AXButton";
 
 @implementation NSView
 @synthesize frame, autoresizingMask, needsDisplay, toolTip;
-- (instancetype)initWithFrame:(NSRect)itsFrame {
+- (instancetype)initWithFrame:(NSRect)viewFrame {
   if ((self = [super init])) {
-    self.frame = itsFrame;
+    self.frame = viewFrame;
     subviews = [NSMutableArray array];
   }
   return self;

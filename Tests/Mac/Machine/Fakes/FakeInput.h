@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "BrivaneCore/Seams/EventTapPort.h"
+#include "BrivaneCore/Seams/EventTaps.h"
 #include "Machines/Common/Keys/HotkeyTable.h"
 
 namespace brivane::fake {

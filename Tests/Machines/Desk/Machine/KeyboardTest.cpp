@@ -325,7 +325,7 @@ TEST_F(DeskKeyboardTest, TheFirstProgramWithACombinationKeepsItUntilItEnds) {
 }
 
 TEST_F(DeskKeyboardTest, AHotkeyMayUnregisterItselfFromItsHandler) {
-  HotkeyPort& hotkeys = desk.machine->hotkeys();
+  Hotkeys& hotkeys = desk.machine->hotkeys();
   const auto reference = std::get<HotkeyReference>(registerHotkey(f19, 0, 5));
   int calls = 0;
   hotkeys.installHandler([&](HotkeyEvent, HotkeyID) {
@@ -353,7 +353,7 @@ TEST_F(DeskKeyboardTest, AHotkeyThatIsUnregisteredWhileItIsHeldEndsWithItsProgra
 }
 
 TEST_F(DeskKeyboardTest, AHotkeyIsUnregisteredOnceUnlessItsProgramHasEnded) {
-  HotkeyPort& hotkeys = desk.machine->hotkeys();
+  Hotkeys& hotkeys = desk.machine->hotkeys();
   const auto reference = std::get<HotkeyReference>(registerHotkey(f19, 0, 5));
   hotkeys.unregisterHotkey(reference);
   EXPECT_DEATH(hotkeys.unregisterHotkey(reference), "unregistered that isn't registered");

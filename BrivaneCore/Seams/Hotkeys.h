@@ -25,11 +25,11 @@ enum class HotkeyEvent { pressed, released };
 
 /// Key combinations that reach this program wherever the user types. A combination that is
 /// registered here reaches no other program. Main thread; no call blocks.
-class HotkeyPort {
+class Hotkeys {
  public:
   using Handler = std::function<void(HotkeyEvent event, HotkeyID hotkey)>;
 
-  virtual ~HotkeyPort() = default;
+  virtual ~Hotkeys() = default;
 
   /// From now on the handler is called on the main thread once when a registered combination goes
   /// down, without repeats, and once when it goes up again. Releasing a modifier is going up; the

@@ -40,14 +40,14 @@ class EventTap {
 };
 
 /// The stream of the keyboard's special keys. Main thread.
-class EventTapPort {
+class EventTaps {
  public:
   /// Called on the main thread for every event, keys' repeats included; the event waits for the
   /// verdict. A handler that keeps it waiting too long gets its tap disabled by the system and is
   /// then called with type `disabledByTimeout`, whose verdict is of no account.
   using Handler = std::function<TapVerdict(const TapEvent& event)>;
 
-  virtual ~EventTapPort() = default;
+  virtual ~EventTaps() = default;
 
   /// A tap at the head of the stream, connected to the main thread; null when the system refuses,
   /// as it does without the Accessibility grant. Whether it sees anything before
