@@ -27,7 +27,7 @@ class NotedLog : public SystemLog {
   std::vector<std::string> lines;
 };
 
-class EventTaps : public XInputTest {
+class XEventTaps : public XInputTest {
  protected:
   std::unique_ptr<EventTap> tapFor(TapVerdict verdict) {
     auto tap = taps.createTap([this, verdict](const TapEvent& event) {
@@ -43,7 +43,7 @@ class EventTaps : public XInputTest {
   std::vector<std::int64_t> seen;
 };
 
-TEST_F(EventTaps, ASwallowedKeyReachesNoOtherClient) {
+TEST_F(XEventTaps, ASwallowedKeyReachesNoOtherClient) {
   rig.takeTypedKeys();
   const auto swallowing = tapFor(TapVerdict::swallow);
   tap(xKey::brightnessDown);
@@ -51,7 +51,7 @@ TEST_F(EventTaps, ASwallowedKeyReachesNoOtherClient) {
   EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
 }
 
-TEST_F(EventTaps, AForwardedKeyReachesItsNormalReceiver) {
+TEST_F(XEventTaps, AForwardedKeyReachesItsNormalReceiver) {
   rig.takeTypedKeys();
   const auto passing = tapFor(TapVerdict::passThrough);
   tap(xKey::brightnessUp);
@@ -59,7 +59,7 @@ TEST_F(EventTaps, AForwardedKeyReachesItsNormalReceiver) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
 }
 
-TEST_F(EventTaps, AKeyThatIsForwardedAfterItsReleaseIsReportedWithIt) {
+TEST_F(XEventTaps, AKeyThatIsForwardedAfterItsReleaseIsReportedWithIt) {
   rig.takeTypedKeys();
   const auto passing = tapFor(TapVerdict::passThrough);
   for (int time = 0; time < 2; ++time) {
@@ -72,7 +72,7 @@ TEST_F(EventTaps, AKeyThatIsForwardedAfterItsReleaseIsReportedWithIt) {
   }
 }
 
-TEST_F(EventTaps, RepeatsAreReportedAsRepeatsWhateverTheVerdict) {
+TEST_F(XEventTaps, RepeatsAreReportedAsRepeatsWhateverTheVerdict) {
   rig.repeatKeysSoon();
   for (const auto verdict : {TapVerdict::passThrough, TapVerdict::swallow}) {
     seen.clear();
@@ -88,7 +88,7 @@ TEST_F(EventTaps, RepeatsAreReportedAsRepeatsWhateverTheVerdict) {
   }
 }
 
-TEST_F(EventTaps, AReleaseIsReportedOnceWhenTheVerdictChangesWhileTheKeyIsHeld) {
+TEST_F(XEventTaps, AReleaseIsReportedOnceWhenTheVerdictChangesWhileTheKeyIsHeld) {
   rig.takeTypedKeys();
   auto verdict = TapVerdict::passThrough;
   const auto changing = taps.createTap([&](const TapEvent& event) {
@@ -111,7 +111,7 @@ TEST_F(EventTaps, AReleaseIsReportedOnceWhenTheVerdictChangesWhileTheKeyIsHeld) 
   }
 }
 
-TEST_F(EventTaps, KeysForOtherClientsCauseNoEventsOnceAHeldKeyWasSwallowedAndReleased) {
+TEST_F(XEventTaps, KeysForOtherClientsCauseNoEventsOnceAHeldKeyWasSwallowedAndReleased) {
   auto verdict = TapVerdict::passThrough;
   const auto changing = taps.createTap([&](const TapEvent&) { return verdict; });
   changing->setEnabled(true);
@@ -132,7 +132,7 @@ TEST_F(EventTaps, KeysForOtherClientsCauseNoEventsOnceAHeldKeyWasSwallowedAndRel
   EXPECT_EQ(woken, 0);
 }
 
-TEST_F(EventTaps, OtherKeysAreNotReported) {
+TEST_F(XEventTaps, OtherKeysAreNotReported) {
   rig.takeTypedKeys();
   const auto passing = tapFor(TapVerdict::passThrough);
   rig.pressKey(xKey::brightnessUp);
@@ -144,7 +144,7 @@ TEST_F(EventTaps, OtherKeysAreNotReported) {
   EXPECT_THAT(seen, ElementsAre(0x20A00, 0x20B00));
 }
 
-TEST_F(EventTaps, KeysThatAnotherProgramHasInOneLockVariantAreLeftToOthersAndOneLineSaysSo) {
+TEST_F(XEventTaps, KeysThatAnotherProgramHasInOneLockVariantAreLeftToOthersAndOneLineSaysSo) {
   for (const auto key : {xKey::brightnessUp, xKey::brightnessDown}) {
     rig.grabKey(key, XCB_MOD_MASK_LOCK);
   }
@@ -156,7 +156,7 @@ TEST_F(EventTaps, KeysThatAnotherProgramHasInOneLockVariantAreLeftToOthersAndOne
   EXPECT_THAT(seen, IsEmpty());
 }
 
-TEST_F(EventTaps, TheKeyboardGoesOnAfterEitherVerdictAndWhileASwallowedKeyIsHeld) {
+TEST_F(XEventTaps, TheKeyboardGoesOnAfterEitherVerdictAndWhileASwallowedKeyIsHeld) {
   rig.takeTypedKeys();
   for (const auto verdict : {TapVerdict::swallow, TapVerdict::passThrough}) {
     const auto either = tapFor(verdict);
@@ -167,7 +167,7 @@ TEST_F(EventTaps, TheKeyboardGoesOnAfterEitherVerdictAndWhileASwallowedKeyIsHeld
   }
 }
 
-TEST_F(EventTaps, WithAnyModifierTheKeysAreSeen) {
+TEST_F(XEventTaps, WithAnyModifierTheKeysAreSeen) {
   const auto swallowing = tapFor(TapVerdict::swallow);
   rig.pressKey(xKey::shift);
   tap(xKey::brightnessUp);
@@ -175,7 +175,7 @@ TEST_F(EventTaps, WithAnyModifierTheKeysAreSeen) {
   EXPECT_THAT(seen, ElementsAre(0x20A00, 0x20B00));
 }
 
-TEST_F(EventTaps, TheVerdictOnAPressThatWasNotHeldBackDoesNotAffectTheNextOne) {
+TEST_F(XEventTaps, TheVerdictOnAPressThatWasNotHeldBackDoesNotAffectTheNextOne) {
   LinuxHotkeys hotkeys(events, keymap, keyboard);
   constexpr std::uint32_t f19 = 80;
   hotkeys.registerHotkey(f19, 0, {7, 5});
@@ -201,7 +201,7 @@ TEST_F(EventTaps, TheVerdictOnAPressThatWasNotHeldBackDoesNotAffectTheNextOne) {
   EXPECT_THAT(rig.takeTypedKeys(), Not(Contains("+233")));
 }
 
-TEST_F(EventTaps, ATapThatIsDroppedWithinItsHandlerLeavesTheKeyboardToOthers) {
+TEST_F(XEventTaps, ATapThatIsDroppedWithinItsHandlerLeavesTheKeyboardToOthers) {
   rig.takeTypedKeys();
   std::unique_ptr<EventTap> own;
   own = taps.createTap([&](const TapEvent&) {
@@ -216,7 +216,7 @@ TEST_F(EventTaps, ATapThatIsDroppedWithinItsHandlerLeavesTheKeyboardToOthers) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
 }
 
-TEST_F(EventTaps, AKeyThatAnotherProgramHasIsLeftToItAndOneLineSaysSo) {
+TEST_F(XEventTaps, AKeyThatAnotherProgramHasIsLeftToItAndOneLineSaysSo) {
   rig.grabKey(xKey::brightnessUp, 0);
   const auto swallowing = tapFor(TapVerdict::swallow);
   ASSERT_NE(swallowing, nullptr);
@@ -228,7 +228,7 @@ TEST_F(EventTaps, AKeyThatAnotherProgramHasIsLeftToItAndOneLineSaysSo) {
   EXPECT_THAT(seen, ElementsAre(0x30A00, 0x30B00));
 }
 
-TEST_F(EventTaps, WithoutAServerThereAreNone) {
+TEST_F(XEventTaps, WithoutAServerThereAreNone) {
   XEvents nowhere("", runtime);
   LinuxEventTaps none(nowhere, log);
   EXPECT_EQ(none.createTap([](const TapEvent&) { return TapVerdict::swallow; }), nullptr);

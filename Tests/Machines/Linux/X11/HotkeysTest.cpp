@@ -23,9 +23,9 @@ constexpr std::uint32_t f20 = 90;
 constexpr std::uint32_t shift = 512;
 constexpr std::uint32_t option = 2048;
 
-class Hotkeys : public XInputTest {
+class XHotkeys : public XInputTest {
  protected:
-  Hotkeys() {
+  XHotkeys() {
     hotkeys.installHandler([this](HotkeyEvent event, HotkeyID hotkey) {
       heard.push_back((event == HotkeyEvent::pressed ? "+" : "-") + std::to_string(hotkey.id));
     });
@@ -72,7 +72,7 @@ class Hotkeys : public XInputTest {
   std::vector<std::string> heard;
 };
 
-TEST_F(Hotkeys, WorkWithCapsLockAndNumLockInEveryState) {
+TEST_F(XHotkeys, WorkWithCapsLockAndNumLockInEveryState) {
   add(f19, 0, 5);
   for (const auto lock : {xKey::capsLock, xKey::numLock, xKey::capsLock, xKey::numLock}) {
     heard.clear();
@@ -82,7 +82,7 @@ TEST_F(Hotkeys, WorkWithCapsLockAndNumLockInEveryState) {
   }
 }
 
-TEST_F(Hotkeys, ReachNoOtherProgramAndOtherKeysDo) {
+TEST_F(XHotkeys, ReachNoOtherProgramAndOtherKeysDo) {
   add(f19, shift, 7);
   rig.takeTypedKeys();
   rig.pressKey(xKey::shift);
@@ -96,7 +96,7 @@ TEST_F(Hotkeys, ReachNoOtherProgramAndOtherKeysDo) {
   EXPECT_THAT(heard, ElementsAre("+7", "-7"));
 }
 
-TEST_F(Hotkeys, AHeldKeyIsReportedOnceHoweverOftenItRepeats) {
+TEST_F(XHotkeys, AHeldKeyIsReportedOnceHoweverOftenItRepeats) {
   add(f19, 0, 5);
   rig.repeatKeysSoon();
   rig.pressKey(xKey::f19);
@@ -107,13 +107,13 @@ TEST_F(Hotkeys, AHeldKeyIsReportedOnceHoweverOftenItRepeats) {
   EXPECT_THAT(heard, ElementsAre("+5", "-5"));
 }
 
-TEST_F(Hotkeys, OfAKeyWithoutASymbolWorkToo) {
+TEST_F(XHotkeys, OfAKeyWithoutASymbolWorkToo) {
   add(f20, 0, 6);
   tap(xKey::f24);
   EXPECT_THAT(heard, ElementsAre("+6", "-6"));
 }
 
-TEST_F(Hotkeys, OneOfTwoShiftsGoingUpIsNoReleaseAndTheLastOneIs) {
+TEST_F(XHotkeys, OneOfTwoShiftsGoingUpIsNoReleaseAndTheLastOneIs) {
   add(f19, shift, 7);
   for (const auto key : {xKey::shift, xKey::rightShift, xKey::f19}) rig.pressKey(key);
   settle();
@@ -128,7 +128,7 @@ TEST_F(Hotkeys, OneOfTwoShiftsGoingUpIsNoReleaseAndTheLastOneIs) {
   EXPECT_THAT(heard, ElementsAre("+7", "-7", "-7"));
 }
 
-TEST_F(Hotkeys, ASecondOneHeldLongerThanTheFirstIsReleasedHoweverSoonItGoesUp) {
+TEST_F(XHotkeys, ASecondOneHeldLongerThanTheFirstIsReleasedHoweverSoonItGoesUp) {
   add(f18, 0, 5);
   add(f19, 0, 6);
   rig.pressKey(xKey::f18);
@@ -139,7 +139,7 @@ TEST_F(Hotkeys, ASecondOneHeldLongerThanTheFirstIsReleasedHoweverSoonItGoesUp) {
   EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6"));
 }
 
-TEST_F(Hotkeys, TheKeyboardIsUngrabbedAfterTheLastRelease) {
+TEST_F(XHotkeys, TheKeyboardIsUngrabbedAfterTheLastRelease) {
   holdTheSecondAlone();
   tap(xKey::a);
   EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
@@ -149,7 +149,7 @@ TEST_F(Hotkeys, TheKeyboardIsUngrabbedAfterTheLastRelease) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38"));
 }
 
-TEST_F(Hotkeys, PressedAgainBeforeItsReleaseWasReadIsReleasedOnceMore) {
+TEST_F(XHotkeys, PressedAgainBeforeItsReleaseWasReadIsReleasedOnceMore) {
   holdTheSecondAlone();
   rig.releaseKey(xKey::f19);
   rig.pressKey(xKey::f19);
@@ -159,7 +159,7 @@ TEST_F(Hotkeys, PressedAgainBeforeItsReleaseWasReadIsReleasedOnceMore) {
   EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6", "+6", "-6"));
 }
 
-TEST_F(Hotkeys, ThatAnotherProgramHasInOneLockVariantAreRefusedWithXsErrorAndLeftToIt) {
+TEST_F(XHotkeys, ThatAnotherProgramHasInOneLockVariantAreRefusedWithXsErrorAndLeftToIt) {
   rig.grabKey(xKey::f19, XCB_MOD_MASK_LOCK);
   EXPECT_EQ(refusal(f19, 0), 10);
   waitForServer();
@@ -167,7 +167,7 @@ TEST_F(Hotkeys, ThatAnotherProgramHasInOneLockVariantAreRefusedWithXsErrorAndLef
   EXPECT_EQ(refusal(0xFFFF, 0), 2) << "there is no such key";
 }
 
-TEST_F(Hotkeys, AreUngrabbedWhenTheyAreUnregistered) {
+TEST_F(XHotkeys, AreUngrabbedWhenTheyAreUnregistered) {
   const auto reference = add(f19, shift, 7);
   EXPECT_TRUE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK));
   hotkeys.unregisterHotkey(reference);
@@ -175,7 +175,7 @@ TEST_F(Hotkeys, AreUngrabbedWhenTheyAreUnregistered) {
   EXPECT_FALSE(rig.isKeyTaken(xKey::f19, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK));
 }
 
-TEST_F(Hotkeys, RegisteredAgainWhileTheKeyIsDownAreNotPressedByItsRepeats) {
+TEST_F(XHotkeys, RegisteredAgainWhileTheKeyIsDownAreNotPressedByItsRepeats) {
   const auto reference = add(f19, 0, 5);
   rig.repeatKeysSoon();
   rig.pressKey(xKey::f19);
@@ -191,7 +191,7 @@ TEST_F(Hotkeys, RegisteredAgainWhileTheKeyIsDownAreNotPressedByItsRepeats) {
   EXPECT_THAT(heard, ElementsAre("+5", "-5", "+6", "-6"));
 }
 
-TEST_F(Hotkeys, RegisteredWhileTheCombinationIsDownAreNotPressedByItsRepeats) {
+TEST_F(XHotkeys, RegisteredWhileTheCombinationIsDownAreNotPressedByItsRepeats) {
   rig.repeatKeysSoon();
   rig.pressKey(xKey::shift);
   rig.pressKey(xKey::f19);
@@ -210,7 +210,7 @@ TEST_F(Hotkeys, RegisteredWhileTheCombinationIsDownAreNotPressedByItsRepeats) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38")) << "the keyboard is everybody's";
 }
 
-TEST_F(Hotkeys, RegisteredWhileTheKeyIsDownWithOtherModifiersTakeNothingElse) {
+TEST_F(XHotkeys, RegisteredWhileTheKeyIsDownWithOtherModifiersTakeNothingElse) {
   rig.takeTypedKeys();
   rig.pressKey(xKey::f19);
   settle();
@@ -222,7 +222,7 @@ TEST_F(Hotkeys, RegisteredWhileTheKeyIsDownWithOtherModifiersTakeNothingElse) {
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("-197"));
 }
 
-TEST_F(Hotkeys, RegisteredAgainWhileTwoAreDownAreReleasedUnderTheirOldIdentifiers) {
+TEST_F(XHotkeys, RegisteredAgainWhileTwoAreDownAreReleasedUnderTheirOldIdentifiers) {
   const auto first = add(f18, 0, 5);
   const auto second = add(f19, 0, 6);
   rig.pressKey(xKey::f18);
@@ -241,7 +241,7 @@ TEST_F(Hotkeys, RegisteredAgainWhileTwoAreDownAreReleasedUnderTheirOldIdentifier
   EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6", "+8", "-8"));
 }
 
-TEST_F(Hotkeys, FollowTheLayoutsModifierBits) {
+TEST_F(XHotkeys, FollowTheLayoutsModifierBits) {
   add(f19, option, 5);
   const std::string change = "xmodmap -display " + rig.display() +
                              " -e 'clear mod1' -e 'clear mod3' -e 'add mod3 = Alt_L'";
@@ -255,7 +255,7 @@ TEST_F(Hotkeys, FollowTheLayoutsModifierBits) {
   EXPECT_THAT(heard, ElementsAre("+5", "-5"));
 }
 
-TEST_F(Hotkeys, HeldWhileTheLayoutChangesAreReleasedAndWorkAgain) {
+TEST_F(XHotkeys, HeldWhileTheLayoutChangesAreReleasedAndWorkAgain) {
   add(f19, 0, 5);
   rig.pressKey(xKey::f19);
   settle();
@@ -268,7 +268,7 @@ TEST_F(Hotkeys, HeldWhileTheLayoutChangesAreReleasedAndWorkAgain) {
   EXPECT_THAT(heard, ElementsAre("+5", "-5", "+5", "-5"));
 }
 
-TEST_F(Hotkeys, WorkInTheSecondLayoutOfAKeyboardToo) {
+TEST_F(XHotkeys, WorkInTheSecondLayoutOfAKeyboardToo) {
   rig.useEvdevKeymap("us,de -option grp:caps_toggle");
   add(f19, option, 5);
   EXPECT_EQ(keyboard.baseCharacter(16), "y");
@@ -280,7 +280,7 @@ TEST_F(Hotkeys, WorkInTheSecondLayoutOfAKeyboardToo) {
   EXPECT_THAT(heard, ElementsAre("+5", "-5"));
 }
 
-TEST_F(Hotkeys, HoweverKeysRollOverEachOtherEveryHotkeyGoesUpAndTheKeyboardIsFreeAfterwards) {
+TEST_F(XHotkeys, HoweverKeysRollOverEachOtherEveryHotkeyGoesUpAndTheKeyboardIsFreeAfterwards) {
   add(f18, 0, 1);
   add(f19, 0, 2);
   add(f19, shift, 3);
@@ -311,7 +311,7 @@ TEST_F(Hotkeys, HoweverKeysRollOverEachOtherEveryHotkeyGoesUpAndTheKeyboardIsFre
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+38", "-38"));
 }
 
-TEST_F(Hotkeys, WithoutAServerAreRefused) {
+TEST_F(XHotkeys, WithoutAServerAreRefused) {
   // Opened later, it could be to another test's server, which has taken over the display's number.
   ASSERT_NE(events.connection(), nullptr);
   rig.killServer();
