@@ -2,7 +2,6 @@
 
 #include <xcb/xproto.h>
 
-#include <map>
 #include <memory>
 #include <set>
 
@@ -12,6 +11,8 @@
 #include "Machines/Common/Keys/HotkeyTable.h"
 #include "Machines/Linux/X11/Keyboard.h"
 #include "Machines/Linux/X11/XEvents.h"
+#include "Machines/Linux/X11/XKeyGrabs.h"
+#include "Machines/Linux/X11/XKeyboardHold.h"
 #include "Machines/Linux/X11/XKeymap.h"
 
 namespace brivane {
@@ -37,22 +38,13 @@ class LinuxHotkeys : public Hotkeys {
   void keyboardIsBack();
 
  private:
-  struct GrabbedKey {
-    xcb_keycode_t key = 0;
-    XModifiers meaning;
-    std::uint16_t modifiers = 0;
-  };
-
   bool isDown(KeyCombination combination);
   void ignoreUntilReleased(xcb_keycode_t key);
-  HotkeyStatus grab(xcb_connection_t* connection, const GrabbedKey& grabbed);
-  void ungrab(const GrabbedKey& grabbed);
-  void followLayout();
   void handle(const xcb_generic_event_t& event);
   void keyPressed(xcb_keycode_t key, std::uint16_t modifierBits);
   void keyReleased(xcb_keycode_t key);
   void outliveGrab();
-  void holdKeyboard();
+  void releaseKeysThatAreUp();
   void release(xcb_keycode_t key);
 
   XEvents& events;
@@ -60,14 +52,11 @@ class LinuxHotkeys : public Hotkeys {
   LinuxKeyboard& keyboard;
   const std::shared_ptr<Handler> handler = std::make_shared<Handler>();
   HotkeyTable table;
-  std::map<HotkeyReference, GrabbedKey> grabs;
+  XKeyGrabs grabs;
   /// Held keys that were pressed as hotkeys, or became hotkeys while held.
   std::set<xcb_keycode_t> heldKeys;
-  bool holdsKeyboard = false;
-  /// The sequence number of the request that ended the last hold; earlier events have smaller ones.
-  std::uint32_t endOfHold = 0;
+  XKeyboardHold hold;
   Observation keys;
-  Observation layout;
 };
 
 }  // namespace brivane
