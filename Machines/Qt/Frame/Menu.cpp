@@ -3,27 +3,14 @@
 // are gone are deleted only when Qt has returned from them.
 #include "Machines/Qt/Frame/Menu.h"
 
-#include <QApplication>
 #include <QCursor>
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QPainter>
-#include <QScreen>
-#include <QSlider>
-#include <QStyle>
 #include <QWidgetAction>
-#include <algorithm>
 #include <utility>
 
 #include "Machines/Qt/Frame/MenuRows.h"
-#include "Machines/Qt/Toolkit/Colors.h"
-#include "Machines/Qt/Toolkit/VirtualKeys.h"
 
 namespace brivane {
 namespace {
-
-/// Above the first and below the last item.
-constexpr int verticalPadding = 4;
 
 /// An ampersand would make a key of the letter after it.
 QString actionText(const std::string& title) {
@@ -47,121 +34,39 @@ void show(QAction& action, const MenuCommand& command) {
 
 }  // namespace
 
-class QtMenu::Window : public QMenu {
- public:
-  explicit Window(QtMenu& shownMenu) : menu(shownMenu) {}
-
-  /// Until the hand that is down now lets go, nothing comes of what it does.
-  void dropHand() { isHandDropped = true; }
-
-  /// Qt follows every single item that comes or goes while the menu is open, and closes one that
-  /// has become empty; so the size stays until all items are replaced.
-  QSize sizeHint() const override { return menu.isReplacing ? size() : QMenu::sizeHint(); }
-
- protected:
-  /// A modifier is on its way to a hotkey; on other menus Alt closes the menu.
-  void keyPressEvent(QKeyEvent* event) override {
-    if (isModifier(event->key())) return;
-    if (menu.chooseByKey(event->text())) return;
-    QMenu::keyPressEvent(event);
-  }
-
-  void mousePressEvent(QMouseEvent* event) override {
-    isHandDropped = false;
-    QMenu::mousePressEvent(event);
-  }
-
-  void mouseMoveEvent(QMouseEvent* event) override {
-    if (event->buttons() == Qt::NoButton) isHandDropped = false;
-    if (!isHandDropped) QMenu::mouseMoveEvent(event);
-  }
-
-  void mouseReleaseEvent(QMouseEvent* event) override {
-    if (!std::exchange(isHandDropped, false)) QMenu::mouseReleaseEvent(event);
-  }
-
-  /// Fusion's edge is darker than the menu: on a dark desktop a dark one would have none.
-  void paintEvent(QPaintEvent* event) override {
-    QMenu::paintEvent(event);
-    if (style()->name() != "fusion" || menu.application.effectiveAppearance() != Appearance::dark) {
-      return;
-    }
-    QPainter painter(this);
-    painter.setPen(resolvedColor(SystemPaint{SystemColor::separator}, Appearance::dark));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
-  }
-
- private:
-  QtMenu& menu;
-  bool isHandDropped = false;
-};
-
 QtMenu::QtMenu(QtApplication& frameApplication)
-    : application(frameApplication), window(std::make_unique<Window>(*this)) {
-  if (auto* const system = application.windowSystem()) keys.emplace(*system, *window);
-  window->setAccessibleName("Brivane");
-  window->setContentsMargins(0, verticalPadding, 0, verticalPadding);
-  QObject::connect(window.get(), &QMenu::aboutToHide, window.get(), [this] { didHide(); });
+    : application(frameApplication),
+      window(application, [this](const QString& key) { return chooseByKey(key); }) {
+  if (auto* const system = application.windowSystem()) keys.emplace(*system, window);
+  QObject::connect(&window, &QMenu::aboutToHide, &window, [this] { didHide(); });
 }
 
 QtMenu::~QtMenu() {
   anchor.kill();
-  window->hide();
-}
-
-QMenu& QtMenu::widget() {
-  return *window;
+  window.hide();
 }
 
 void QtMenu::setItems(std::vector<MenuItem> newItems) {
-  const auto selected = selectedIndex();
-  const bool hadKeys = hasRowKeys();
-  if (isSliderHeld()) window->dropHand();
   ++generation;
   items = std::move(newItems);
-  isReplacing = true;
-  for (QAction* const action : std::exchange(actions, {})) {
-    window->removeAction(action);
-    action->deleteLater();
+  QList<QAction*> rows;
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    rows.append(
+        std::visit([&](const auto& item) { return makeAction(index, item); }, items[index]));
   }
-  for (std::size_t index = 0; index < items.size(); ++index) addRow(index);
-  isReplacing = false;
-  if (!isOpen) return;
-  if (selected) select(*selected, hadKeys);
-  keepOnScreen();
+  window.replaceRows(rows);
 }
 
-std::optional<std::size_t> QtMenu::selectedIndex() const {
-  const auto selected = std::ranges::find(actions, window->activeAction());
-  if (selected == actions.end()) return std::nullopt;
-  return static_cast<std::size_t>(selected - actions.begin());
+QAction& QtMenu::action(std::size_t index) const {
+  return *window.actions().at(static_cast<qsizetype>(index));
 }
 
-bool QtMenu::isSliderHeld() const {
-  return std::ranges::any_of(window->findChildren<QSlider*>(), &QSlider::isSliderDown);
-}
-
-bool QtMenu::hasRowKeys() const {
-  const QWidget* const focused = QApplication::focusWidget();
-  return focused != nullptr && window->isAncestorOf(focused);
-}
-
-void QtMenu::select(std::size_t index, bool givesKeys) {
-  if (index >= actions.size() || !actions[index]->isEnabled()) return;
-  window->setActiveAction(actions[index]);
-  auto* const row = qobject_cast<QWidgetAction*>(actions[index]);
-  if (givesKeys && row != nullptr) row->defaultWidget()->setFocus(Qt::TabFocusReason);
-}
-
-void QtMenu::addRow(std::size_t index) {
-  QAction* const action =
-      std::visit([&](const auto& item) { return makeAction(index, item); }, items[index]);
-  actions.push_back(action);
-  window->addAction(action);
+QWidget& QtMenu::rowWidget(std::size_t index) const {
+  return *static_cast<QWidgetAction&>(action(index)).defaultWidget();
 }
 
 QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuText& text) {
-  auto* const action = new QWidgetAction(window.get());
+  auto* const action = new QWidgetAction(&window);
   action->setText(actionText(text.title));
   action->setDefaultWidget(new MenuTextRow(text, application));
   action->setEnabled(false);
@@ -169,7 +74,7 @@ QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuText& text) {
 }
 
 QAction* QtMenu::makeAction(std::size_t index, const MenuSlider& slider) {
-  auto* const action = new QWidgetAction(window.get());
+  auto* const action = new QWidgetAction(&window);
   action->setText(actionText(slider.accessibilityLabel));
   action->setDefaultWidget(new MenuSliderRow(
       slider, application,
@@ -181,15 +86,15 @@ QAction* QtMenu::makeAction(std::size_t index, const MenuSlider& slider) {
 }
 
 QAction* QtMenu::makeAction(std::size_t index, const MenuCommand& command) {
-  auto* const action = new QAction(window.get());
+  auto* const action = new QAction(&window);
   show(*action, command);
-  QObject::connect(action, &QAction::triggered, window.get(),
+  QObject::connect(action, &QAction::triggered, &window,
                    [this, index, rowGeneration = generation] { chosen(index, rowGeneration); });
   return action;
 }
 
 QAction* QtMenu::makeAction(std::size_t /*index*/, const MenuSeparator& /*separator*/) {
-  auto* const action = new QWidgetAction(window.get());
+  auto* const action = new QWidgetAction(&window);
   action->setDefaultWidget(new MenuSeparatorRow(application));
   action->setEnabled(false);
   return action;
@@ -199,13 +104,12 @@ void QtMenu::setTitle(std::size_t index, const std::string& title) {
   auto& item = items.at(index);
   if (auto* const command = std::get_if<MenuCommand>(&item)) {
     command->title = title;
-    show(*actions[index], *command);
+    show(action(index), *command);
   } else {
     auto& text = std::get<MenuText>(item);
     if (text.title == title) return;
     text.title = title;
-    auto* const action = static_cast<QWidgetAction*>(actions[index]);
-    static_cast<MenuTextRow*>(action->defaultWidget())->setTitle(title);
+    static_cast<MenuTextRow&>(rowWidget(index)).setTitle(title);
   }
   fitToTitles();
 }
@@ -213,14 +117,13 @@ void QtMenu::setTitle(std::size_t index, const std::string& title) {
 void QtMenu::setChecked(std::size_t index, bool isChecked) {
   auto& command = std::get<MenuCommand>(items.at(index));
   command.isChecked = isChecked;
-  show(*actions[index], command);
+  show(action(index), command);
   fitToTitles();
 }
 
 void QtMenu::setSliderValue(std::size_t index, double value) {
   std::get<MenuSlider>(items.at(index)).value = value;
-  auto* const action = static_cast<QWidgetAction*>(actions[index]);
-  static_cast<MenuSliderRow*>(action->defaultWidget())->setValue(value);
+  static_cast<MenuSliderRow&>(rowWidget(index)).setValue(value);
 }
 
 double QtMenu::sliderValue(std::size_t index) {
@@ -239,7 +142,7 @@ void QtMenu::sliderMoved(std::size_t index, std::uint64_t rowGeneration, double 
 void QtMenu::chosen(std::size_t index, std::uint64_t rowGeneration) {
   if (rowGeneration != generation) return;
   const auto& command = std::get<MenuCommand>(items.at(index));
-  show(*actions[index], command);
+  show(action(index), command);
   const auto handler = command.chosen;
   if (handler) handler();
 }
@@ -250,7 +153,7 @@ bool QtMenu::chooseByKey(const QString& key) {
     const auto* const command = std::get_if<MenuCommand>(&items[index]);
     if (command == nullptr || command->keyEquivalent != key.toLower().toStdString()) continue;
     const auto rowGeneration = generation;
-    window->hide();
+    window.hide();
     chosen(index, rowGeneration);
     return true;
   }
@@ -263,15 +166,14 @@ void QtMenu::popUp() {
 
 void QtMenu::open(const QPoint& place) {
   if (isOpen) {
-    window->close();
+    window.close();
     return;
   }
   isOpen = true;
   const auto watch = anchor.watch();
   if (delegate != nullptr) delegate->menuWillOpen();
   if (!watch.isAlive()) return;
-  window->popup(place);
-  placedSize = window->size();
+  window.open(place);
 }
 
 void QtMenu::didHide() {
@@ -283,7 +185,7 @@ void QtMenu::didHide() {
 /// Qt lets go of the keyboard only after it has told that the menu hides.
 void QtMenu::giveKeyboardBackSoon() {
   QMetaObject::invokeMethod(
-      window.get(),
+      &window,
       [this] {
         if (!isOpen) keys->giveKeyboardBack();
       },
@@ -292,26 +194,13 @@ void QtMenu::giveKeyboardBackSoon() {
 
 /// Not while a hand drags a slider: the level would change as the slider widens or moves under it.
 void QtMenu::fitToTitles() {
-  if (isSliderHeld()) return;
-  for (std::size_t index = 0; index < actions.size(); ++index) {
+  if (window.isSliderHeld()) return;
+  for (std::size_t index = 0; index < items.size(); ++index) {
     const auto* const text = std::get_if<MenuText>(&items[index]);
     // Has the menu ask the row anew how wide it is.
-    if (text != nullptr) actions[index]->setText(actionText(text->title));
+    if (text != nullptr) action(index).setText(actionText(text->title));
   }
-  keepOnScreen();
-}
-
-/// A menu that has grown must not hang over the edge. Where it opened it may lie over a panel.
-void QtMenu::keepOnScreen() {
-  if (!window->isVisible() || window->screen() == nullptr) return;
-  window->resize(window->sizeHint());
-  if (std::exchange(placedSize, window->size()) == window->size()) return;
-  const QRect room = window->screen()->availableGeometry();
-  QRect box = window->geometry();
-  box.moveBottom(std::min(box.bottom(), room.bottom()));
-  box.moveTop(std::max(box.top(), room.top()));
-  box.moveRight(std::min(box.right(), room.right()));
-  window->setGeometry(box);
+  window.fitToRows();
 }
 
 }  // namespace brivane

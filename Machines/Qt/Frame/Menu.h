@@ -1,14 +1,13 @@
 #pragma once
 
-#include <QMenu>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <vector>
 
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "BrivaneUI/Frame/StatusItem.h"
 #include "Machines/Qt/Frame/MenuKeyFilter.h"
+#include "Machines/Qt/Frame/MenuWindow.h"
 #include "Machines/Qt/Toolkit/Application.h"
 
 namespace brivane {
@@ -33,16 +32,11 @@ class QtMenu : public MenuView {
 
   /// Opens the menu with a corner at that place; a menu that is open closes.
   void open(const QPoint& place);
-  QMenu& widget();
+  QMenu& widget() { return window; }
 
  private:
-  class Window;
-
-  std::optional<std::size_t> selectedIndex() const;
-  bool isSliderHeld() const;
-  bool hasRowKeys() const;
-  void select(std::size_t index, bool givesKeys);
-  void addRow(std::size_t index);
+  QAction& action(std::size_t index) const;
+  QWidget& rowWidget(std::size_t index) const;
   QAction* makeAction(std::size_t index, const MenuText& text);
   QAction* makeAction(std::size_t index, const MenuSlider& slider);
   QAction* makeAction(std::size_t index, const MenuCommand& command);
@@ -53,18 +47,13 @@ class QtMenu : public MenuView {
   void didHide();
   void giveKeyboardBackSoon();
   void fitToTitles();
-  void keepOnScreen();
 
   QtApplication& application;
   MenuDelegate* delegate = nullptr;
   std::vector<MenuItem> items;
-  std::vector<QAction*> actions;
   std::uint64_t generation = 0;
   bool isOpen = false;
-  bool isReplacing = false;
-  /// The size with which it was given its place.
-  QSize placedSize;
-  std::unique_ptr<Window> window;
+  MenuWindow window;
   std::optional<MenuKeyFilter> keys;
   LivenessAnchor anchor;
 };
