@@ -1,4 +1,4 @@
-// Loading a toolkit takes longer than most command-line modes, so the program isn't linked with it.
+// Loading Qt takes longer than most command-line modes, so the program isn't linked with Qt.
 #include "Machines/OpenQtFrame.h"
 
 #include <dlfcn.h>

@@ -1,5 +1,5 @@
-// Having the keys (being the first responder) and having Qt's focus are two things: a view that
-// gives the keys back keeps the focus, so that Tab goes on from there. It loses both together.
+// A first responder has Qt's focus, too. A view that resigns by itself keeps the focus, so that Tab
+// goes on from there; a view that loses the focus resigns.
 #include "Machines/Qt/Frame/CustomViewWidget.h"
 
 #include <QAccessibleWidget>
@@ -22,7 +22,7 @@ bool isClick(int key) {
   return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
-/// To assistive technology a view is a button: it has a name, says something, and can be pressed.
+/// To assistive technology a view is a button with a name, a description and a press action.
 class AccessibleView : public QAccessibleWidget {
  public:
   explicit AccessibleView(CustomViewWidget& describedView)
@@ -34,7 +34,7 @@ class AccessibleView : public QAccessibleWidget {
 
   void doAction(const QString& name) override {
     if (name == pressAction()) {
-      // As a click in the window does.
+      // A click would activate the window, too.
       view.activateWindow();
       view.click();
     } else {
@@ -56,11 +56,11 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
 CustomViewWidget::CustomViewWidget(const WindowView& placedView, QtApplication& qtApplication,
                                    QWidget* parent)
     : QWidget(parent), view(placedView.view), application(qtApplication) {
-  // Once is enough, and more often does no harm.
+  // Qt ignores a factory that is installed already.
   QAccessible::installFactory(makeAccessible);
   setAccessibleName(QString::fromStdString(placedView.accessibilityLabel));
   setAccessibleDescription(QString::fromStdString(view->accessibilityText()));
-  // A click gives the focus only when the view asks for the keys.
+  // A click focuses the view only if the view becomes first responder.
   if (view->acceptsFirstResponder()) setFocusPolicy(Qt::TabFocus);
   view->setHost(this);
 }
@@ -83,7 +83,7 @@ void CustomViewWidget::setNeedsDisplay() {
 void CustomViewWidget::makeFirstResponder() {
   if (isFirstResponder || view == nullptr || !view->acceptsFirstResponder()) return;
   setFocus(Qt::OtherFocusReason);
-  // In a window that isn't active Qt tells nobody that the focus has gone.
+  // In an inactive window Qt sends no event for the lost focus.
   for (QObject* const sibling : parent()->children()) {
     auto* const other = dynamic_cast<CustomViewWidget*>(sibling);
     if (other != nullptr) other->resignFirstResponder();
@@ -100,7 +100,7 @@ void CustomViewWidget::beep() {
   application.beep();
 }
 
-/// Tab and the window's own shortcuts are keys like any other for a view that has the keys.
+/// A first responder gets Tab and the window's shortcuts as ordinary keys.
 bool CustomViewWidget::event(QEvent* event) {
   if (isFirstResponder && event->type() == QEvent::ShortcutOverride) {
     event->accept();
@@ -122,7 +122,6 @@ void CustomViewWidget::paintEvent(QPaintEvent*) {
   QtPainter canvas(painter, size);
   draw(view->draw(), canvas);
   if (!hasFocus() || isFirstResponder) return;
-  // Where the keyboard is.
   QColor ring = resolvedColor(SystemPaint{SystemColor::accent, 0.6}, size.appearance);
   painter.setPen(QPen(ring, 2));
   painter.drawPath(continuousRectangle(QRectF(rect()).adjusted(1, 1, -1, -1), 6));

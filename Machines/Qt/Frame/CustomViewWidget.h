@@ -7,15 +7,13 @@
 
 namespace brivane {
 
-/// A custom view as a widget. By keyboard it is reached with Tab and clicked with the space bar or
-/// Return. Main thread.
+/// A custom view as a widget. Tab focuses it; the space bar and Return click it. Main thread.
 class CustomViewWidget : public QWidget, public CustomViewHost {
  public:
   CustomViewWidget(const WindowView& placedView, QtApplication& qtApplication, QWidget* parent);
 
-  /// As a hand does.
   void click();
-  /// The view is content of its window no more.
+  /// The view may be destroyed afterwards.
   void leave();
 
   void setNeedsDisplay() override;
@@ -32,7 +30,7 @@ class CustomViewWidget : public QWidget, public CustomViewHost {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  /// Null once it has left.
+  /// Null after `detach()`.
   CustomView* view;
   QtApplication& application;
   bool isFirstResponder = false;

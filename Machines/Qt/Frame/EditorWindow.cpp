@@ -24,7 +24,7 @@ Qt::WindowFlags windowFlags(const EditorWindowAttributes& attributes) {
   return flags;
 }
 
-/// Frames count from the lower left of the content.
+/// A frame's origin is the content's lower left.
 QRect upsideDown(const Rect& frame, int height) {
   return {static_cast<int>(std::lround(frame.x)),
           static_cast<int>(std::lround(height - frame.y - frame.height)),
@@ -47,7 +47,7 @@ class QtEditorWindow::Window : public QWidget {
       : QWidget(nullptr, flags), owner(windowOwner) {}
 
  protected:
-  /// The event stays accepted: a window that refuses keeps the whole application from ending.
+  /// Accepts the event: a window that ignores it keeps the application from ending.
   void closeEvent(QCloseEvent*) override { owner.userCloses(); }
 
   void keyPressEvent(QKeyEvent* event) override {
@@ -58,7 +58,7 @@ class QtEditorWindow::Window : public QWidget {
     }
   }
 
-  /// A click beside every view takes the keys from the one that has them.
+  /// A click outside all views makes the first responder resign.
   void mousePressEvent(QMouseEvent*) override {
     if (QWidget* const focused = focusWidget()) focused->clearFocus();
   }
@@ -79,7 +79,7 @@ QtEditorWindow::QtEditorWindow(const EditorWindowAttributes& attributes,
 QtEditorWindow::~QtEditorWindow() {
   anchor.kill();
   leaveViews();
-  // One of its own events may be going on.
+  // The window may be handling one of its events.
   window->hide();
   window.release()->deleteLater();
 }
@@ -130,7 +130,7 @@ QWidget* QtEditorWindow::make(const WindowButton& button) {
   auto* const widget =
       new QPushButton(QString::fromStdString(button.title).replace("&", "&&"), window.get());
   widget->setGeometry(upsideDown(button.frame, window->height()));
-  // Return presses it as the space bar does.
+  // Return presses the button, too.
   widget->setAutoDefault(true);
   constexpr double bezel = 16;
   widget->setFont(fitted(systemFont(13, FontWeight::regular), QString::fromStdString(button.title),

@@ -11,7 +11,7 @@
 
 namespace brivane {
 
-/// A window with labels, buttons and custom views. The program may drop it from within any of its
+/// A window with labels, buttons and custom views. The program may destroy it within any of its
 /// handlers. Main thread.
 class QtEditorWindow : public EditorWindow {
  public:

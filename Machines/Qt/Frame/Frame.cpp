@@ -8,8 +8,8 @@
 namespace brivane {
 namespace {
 
-/// Most of what a program's first text takes: Qt's fonts are fontconfig's, which reads its files
-/// when it is first asked, on whichever thread.
+/// Fontconfig reads its files at its first use, on any thread. That is most of the time that a
+/// program's first text takes.
 void readFontConfiguration() {
   void* const fontconfig = ::dlopen("libfontconfig.so.1", RTLD_LAZY | RTLD_NOLOAD);
   if (fontconfig == nullptr) return;

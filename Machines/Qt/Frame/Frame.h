@@ -10,7 +10,7 @@
 
 namespace brivane {
 
-/// The visible side in Qt Widgets. One in a process. Main thread.
+/// The frame in Qt Widgets, one per process. Main thread.
 class QtFrame : public Frame {
  public:
   QtFrame(const QtPlatform& platform, const QtFrameRequest& request);
@@ -21,7 +21,7 @@ class QtFrame : public Frame {
   void expectHUD() override;
   std::unique_ptr<EditorWindow> makeEditorWindow(const EditorWindowAttributes& attributes) override;
 
-  /// What the program made last, for as long as it keeps it; else null.
+  /// The last status item made; null once it is destroyed.
   QtStatusItem* statusItem() const { return lastStatusItem; }
   /// Null on a real machine.
   DeskWindows* desk() const { return deskWindows.get(); }

@@ -1,6 +1,6 @@
-// Window managers would frame the window, place it where they like and take clicks for their frame;
-// so it goes past them. Where nobody blends windows, what should shine through would be black: then
-// the card stands on a ground of its own, and the X server cuts the corners off.
+// The window bypasses the window manager, which would frame it, move it and take clicks on its
+// frame. Without a compositor transparent pixels are black: then the card has an opaque background,
+// and the window's shape cuts the corners off.
 #include "Machines/Qt/Frame/HUDWindow.h"
 
 #include <QBitmap>
@@ -17,7 +17,7 @@
 namespace brivane {
 namespace {
 
-/// Whoever owns this blends the windows of the first screen; X servers of today have no other.
+/// The selection of the first screen's compositor; today's X servers have one screen.
 constexpr auto compositingManager = "_NET_WM_CM_S0";
 
 constexpr double secondsPerSpinnerTurn = 0.8;
@@ -109,7 +109,7 @@ void QtHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationTi
                                Task completion) {
   fade = {{runtime.now(), durationSeconds}, alphaNow(), alpha, timing};
   reveal();
-  // A held key asks for what is there already, many times a second.
+  // A held key asks for the same alpha many times a second.
   if (fade.from != fade.to || drawnAlpha != fade.to) view->update();
   animateWhileNeeded();
   if (completion) runtime.after(fromSeconds(durationSeconds), std::move(completion));
@@ -120,7 +120,7 @@ void QtHUDWindow::orderFrontRegardless() {
   isComposited = !isOnX() || hasSelectionOwner(compositor);
   if (isComposited != wasComposited) view->update();
   isOrderedIn = true;
-  // The displays may have moved under a frame that has stayed what it is.
+  // The displays may have moved while the frame stayed the same.
   place();
   shapeWithoutCompositor();
   reveal();
@@ -154,12 +154,12 @@ void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
   animateWhileNeeded();
 }
 
-/// Nobody but a compositor shows a window that can't be seen as nothing.
+/// Without a compositor a transparent window is drawn opaque; hide it.
 void QtHUDWindow::reveal() {
   view->setVisible(isOrderedIn && (isComposited || alphaNow() > 0));
 }
 
-/// While nothing moves nothing wakes the processor.
+/// The timer runs only for an animation: each tick wakes the processor.
 void QtHUDWindow::animateWhileNeeded() {
   const Instant now = runtime.now();
   const bool moves = fade.progress(now) < 1 || content.progress(now) < 1;
@@ -173,7 +173,7 @@ void QtHUDWindow::animateWhileNeeded() {
   }
 }
 
-/// The card around what moves takes longer to draw than all that is in it.
+/// Redraws only what moves: the card takes longer to draw than all of its content.
 void QtHUDWindow::redraw(const QRegion& part) {
   const bool everythingMoves = hasSpinner || drawnAlpha != alphaNow();
   view->update(everythingMoves ? view->rect() : part);
@@ -185,7 +185,7 @@ void QtHUDWindow::step() {
   animateWhileNeeded();
 }
 
-/// Every picture in a view has the same outline; a held key brings many.
+/// All contents of a view have the same outline, so the shape is made once for many.
 void QtHUDWindow::shapeWithoutCompositor() {
   if (isComposited) {
     view->clearMask();

@@ -15,12 +15,11 @@
 
 namespace brivane {
 
-/// The HUD's window: no window manager places it, no click and no key reaches it. Its alpha is
-/// painted, which needs no help but a compositor's; without one it has a rounded shape and is there
-/// or not. Main thread.
+/// The HUD's window, which has neither a window manager nor input. Its alpha is painted; without a
+/// compositor the window is opaque and has a rounded shape. Main thread.
 class QtHUDWindow : public HUDWindow {
  public:
-  /// `deskWindows` are the screens of a simulated machine; null: they are the real ones.
+  /// `deskWindows` show a simulated machine's screens; null for real screens.
   QtHUDWindow(const HUDWindowAttributes& attributes, Runtime& frameRuntime,
               DisplaySystem& machineDisplays, QtApplication& frameApplication,
               const DeskWindows* deskWindows = nullptr);
@@ -39,9 +38,9 @@ class QtHUDWindow : public HUDWindow {
   void installContentView(const DisplayList& newContent) override;
   void updateContent(const DisplayList& newContent, ContentChange change) override;
 
-  /// As it is at this moment, in the middle of an animation too.
+  /// The current alpha, in the middle of a fade, too.
   double alphaNow() const { return fade.alpha(runtime.now()); }
-  /// What is drawn at this moment, in the middle of a change too.
+  /// The current content, in the middle of a change, too.
   DisplayList contentNow() const { return content.picture(runtime.now()); }
   QWidget& widget();
 
@@ -60,20 +59,20 @@ class QtHUDWindow : public HUDWindow {
   DisplaySystem& displays;
   QtApplication& application;
   const DeskWindows* const desk;
-  /// The selection of whoever blends the windows; none without an X server.
+  /// The compositor's selection; none without an X server.
   const xcb_atom_t compositor;
   Rect ownFrame;
   bool isOrderedIn = false;
   bool isComposited = true;
-  /// What the X server has cut out; empty for nothing.
+  /// The size of the window's shape; empty without a shape.
   QSize shapedSize;
 
   Fade fade;
-  /// With which the window was last drawn.
+  /// The alpha of the last painting.
   double drawnAlpha = 0;
 
   Transition content;
-  /// Where the content changes on its way.
+  /// The part that changes during a transition.
   QRegion moving;
   bool hasSpinner = false;
 

@@ -1,6 +1,5 @@
-// The program may replace the items from within any closure of an item, the one that is running
-// included; so a row's closure carries the generation of items that it belongs to, and rows that
-// are gone are deleted only when Qt has returned from them.
+// The program may replace the items within the closure of an item. So a row's closure knows its
+// generation of items, and old rows are deleted only after Qt has returned from them.
 #include "Machines/Qt/Frame/Menu.h"
 
 #include <QCursor>
@@ -12,7 +11,7 @@
 namespace brivane {
 namespace {
 
-/// An ampersand would make a key of the letter after it.
+/// A single ampersand would make the next letter a mnemonic.
 QString actionText(const std::string& title) {
   return QString::fromStdString(title).replace("&", "&&");
 }
@@ -27,7 +26,7 @@ QString actionText(const MenuCommand& command) {
 
 void show(QAction& action, const MenuCommand& command) {
   action.setText(actionText(command));
-  // Styles draw an empty box for what could be ticked.
+  // Styles draw an empty box for an unticked checkable item.
   action.setCheckable(command.isChecked);
   action.setChecked(command.isChecked);
 }
@@ -138,7 +137,7 @@ void QtMenu::sliderMoved(std::size_t index, std::uint64_t rowGeneration, double 
   if (moved) moved(value);
 }
 
-/// Qt has ticked a checkable item by itself; what it shows is the program's affair.
+/// Qt has switched the tick by itself; the program decides what it shows.
 void QtMenu::chosen(std::size_t index, std::uint64_t rowGeneration) {
   if (rowGeneration != generation) return;
   const auto& command = std::get<MenuCommand>(items.at(index));
@@ -182,7 +181,7 @@ void QtMenu::didHide() {
   if (delegate != nullptr) delegate->menuDidClose();
 }
 
-/// Qt lets go of the keyboard only after it has told that the menu hides.
+/// Qt ungrabs the keyboard only after `aboutToHide`.
 void QtMenu::giveKeyboardBackSoon() {
   QMetaObject::invokeMethod(
       &window,
@@ -192,12 +191,12 @@ void QtMenu::giveKeyboardBackSoon() {
       Qt::QueuedConnection);
 }
 
-/// Not while a hand drags a slider: the level would change as the slider widens or moves under it.
+/// Not while a slider is dragged: its level would change as it widens or moves under the mouse.
 void QtMenu::fitToTitles() {
   if (window.isSliderHeld()) return;
   for (std::size_t index = 0; index < items.size(); ++index) {
     const auto* const text = std::get_if<MenuText>(&items[index]);
-    // Has the menu ask the row anew how wide it is.
+    // Makes the menu ask for the row's size again.
     if (text != nullptr) action(index).setText(actionText(text->title));
   }
   window.fitToRows();

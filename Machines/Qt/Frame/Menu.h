@@ -12,8 +12,7 @@
 
 namespace brivane {
 
-/// The status item's menu. Qt's loop runs on while it is open, and the main queue with it. Main
-/// thread.
+/// The status item's menu. The main queue runs on while the menu is open. Main thread.
 class QtMenu : public MenuView {
  public:
   explicit QtMenu(QtApplication& frameApplication);
@@ -27,10 +26,10 @@ class QtMenu : public MenuView {
   void setChecked(std::size_t index, bool isChecked) override;
   void setSliderValue(std::size_t index, double value) override;
   double sliderValue(std::size_t index) override;
-  /// No X11 desktop tells a program that it was opened again, so nobody asks for it here.
+  /// Unused on X11, where no desktop reports that the program was opened again.
   void popUp() override;
 
-  /// Opens the menu with a corner at that place; a menu that is open closes.
+  /// Opens the menu with a corner at that place, or closes an open menu.
   void open(const QPoint& place);
   QMenu& widget() { return window; }
 

@@ -1,8 +1,8 @@
-// What X tells Qt of a key is what the machine would have been told, with the same codes and
-// modifiers and in the same order. One thing is different: Qt's connection tells a repeat as a
-// release and a press at one time. So what follows a release says whether it was one. Whether the
-// key is down doesn't: it may have gone up since, with its repeats unread. When nothing follows, a
-// message to the popup itself does, behind all that the server has told before.
+// Qt gets the same key events as the machine would, in the same order, except that a repeat is a
+// release and a press with the same time. So a release is held back until the next event shows
+// whether it is part of a repeat. The key's state doesn't show that: the key may have gone up with
+// its repeats still unread. When no key event follows, a message sent to the popup does, behind all
+// earlier events.
 #include "Machines/Qt/Frame/MenuKeyFilter.h"
 
 #include <QCoreApplication>
@@ -33,7 +33,7 @@ MenuKeyFilter::~MenuKeyFilter() {
 void MenuKeyFilter::giveKeyboardBack() {
   doubtfulRelease.reset();
   takenKeys.clear();
-  // Until the server has done what Qt asked of it, the popup has the keyboard still.
+  // The popup has the keyboard until the server has handled Qt's request.
   waitForX();
   system.keyboardIsBack();
 }
@@ -88,7 +88,7 @@ bool MenuKeyFilter::isOwnMessage(const xcb_client_message_event_t& event) const 
          event.data.data32[0] == lastMessage && doubtfulRelease;
 }
 
-/// It was one.
+/// The held-back release was real; forward it.
 void MenuKeyFilter::tellRelease() {
   const auto release = std::exchange(doubtfulRelease, std::nullopt);
   if (!release) return;

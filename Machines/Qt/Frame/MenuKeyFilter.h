@@ -12,11 +12,11 @@
 
 namespace brivane {
 
-/// Hands on, before Qt acts on them, the keys that X sends to a popup which has the keyboard. Main
-/// thread.
+/// Passes the key events of a popup that has grabbed the keyboard to the machine, before Qt handles
+/// them. Main thread.
 class MenuKeyFilter : public QAbstractNativeEventFilter {
  public:
-  /// Both must outlive this. The popup is never given the focus, so it has no keys but those.
+  /// Both must outlive this. The popup never has the focus, so it gets no other key events.
   MenuKeyFilter(SharedWindowSystem& sharedSystem, const QWidget& openPopup);
   ~MenuKeyFilter() override;
   MenuKeyFilter(const MenuKeyFilter&) = delete;
@@ -36,11 +36,11 @@ class MenuKeyFilter : public QAbstractNativeEventFilter {
 
   SharedWindowSystem& system;
   const QWidget& popup;
-  /// The keys that are down and nothing to the popup.
+  /// Held keys that the machine has used.
   std::set<xcb_keycode_t> takenKeys;
-  /// Of one of them, and not told yet.
+  /// The release of a used key, until it is known to be no part of a repeat.
   std::optional<xcb_key_press_event_t> doubtfulRelease;
-  /// The number of the message that went out with it.
+  /// The number of the message sent for the held-back release.
   std::uint32_t lastMessage = 0;
 };
 

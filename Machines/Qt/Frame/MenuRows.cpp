@@ -22,7 +22,7 @@ constexpr int verticalMargin = 4;
 constexpr int longestTextWidth = 340;
 constexpr int sliderWidth = 220;
 
-// Qt's sliders count in whole steps, and assistive technology reads them out: a step is a unit.
+// Assistive technology reads out a slider's steps, so a step is a unit.
 constexpr int unitsPerKey = 1;
 constexpr int unitsPerPage = 10;
 
@@ -42,9 +42,9 @@ SystemColor colorOf(MenuTone tone) {
   return SystemColor::label;
 }
 
-/// A groove that is filled up to a round handle, in the program's own colours: Qt's would be hard
-/// to see on a dark menu. Up and down belong to the menu; left and right move the slider, as does a
-/// click beside the handle, at once.
+/// A groove filled up to a round handle, in the program's own colours: Qt's are hard to see on a
+/// dark menu. The keys up and down are the menu's. A click beside the handle moves it there at
+/// once.
 class RowSlider : public QSlider {
  public:
   RowSlider(QWidget* parent, QtApplication& qtApplication)
@@ -132,7 +132,7 @@ void MenuTextRow::paintEvent(QPaintEvent*) {
 }
 
 QSize MenuSeparatorRow::sizeHint() const {
-  // Menus leave out what has no width.
+  // A menu omits rows without width.
   return {1, 9};
 }
 

@@ -9,8 +9,8 @@
 
 namespace brivane {
 
-/// A line to read in a menu; a long one loses its middle, because it ends with the level. Main
-/// thread.
+/// A line of text in a menu. A long text is elided in its middle, because its end is the level.
+/// Main thread.
 class MenuTextRow : public QWidget {
  public:
   MenuTextRow(const MenuText& rowText, QtApplication& qtApplication);
@@ -45,14 +45,14 @@ class MenuSeparatorRow : public QWidget {
 /// A row with a slider over the whole width of a menu. Main thread.
 class MenuSliderRow : public QWidget {
  public:
-  /// `moved` is called for the user's moves only, `letGo` at the end of each drag.
+  /// `moved` is called for the user's moves only, `released` at the end of each drag.
   MenuSliderRow(const MenuSlider& slider, QtApplication& application,
                 std::function<void(double)> moved, std::function<void()> letGo);
 
   void setValue(double newValue);
 
  protected:
-  // A click that just misses the slider; the menu would take it for a choice and close.
+  // Without these, a click that just misses the slider would close the menu.
   void mousePressEvent(QMouseEvent*) override {}
   void mouseReleaseEvent(QMouseEvent*) override {}
 

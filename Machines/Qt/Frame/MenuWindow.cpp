@@ -49,7 +49,7 @@ void MenuWindow::replaceRows(const QList<QAction*>& rows) {
   fitToRows();
 }
 
-/// Where it opened it may lie over a panel, so it moves only after a change of its size.
+/// The menu may have opened over a panel, so it moves only after a change of its size.
 void MenuWindow::fitToRows() {
   if (!isVisible() || screen() == nullptr) return;
   resize(sizeHint());

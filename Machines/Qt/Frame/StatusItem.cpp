@@ -1,5 +1,5 @@
-// The tray never gets the menu itself: sent over the bus, its sliders would be empty lines. It is
-// ours, and the tray only tells that somebody clicked.
+// The tray only reports clicks, and this program shows the menu: sent over the bus, its sliders
+// would be empty lines.
 #include "Machines/Qt/Frame/StatusItem.h"
 
 #include <QApplication>

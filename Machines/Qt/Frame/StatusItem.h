@@ -11,11 +11,11 @@
 
 namespace brivane {
 
-/// The program's place in the desktop's tray: there as soon as there is one. Every click opens the
-/// menu, where the pointer is. Main thread.
+/// The status item in the desktop's tray, shown once there is a tray. Every click opens the menu at
+/// the pointer. Main thread.
 class QtStatusItem : public QObject, public StatusItem {
  public:
-  /// Without `mayHaveTray` the menu is all there is.
+  /// Without `mayHaveTray` there is only the menu.
   QtStatusItem(QtApplication& frameApplication, bool mayHaveTray);
   ~QtStatusItem() override;
   QtStatusItem(const QtStatusItem&) = delete;
@@ -24,9 +24,9 @@ class QtStatusItem : public QObject, public StatusItem {
   void configureButton(const StatusButton& newButton) override;
   QtMenu& menu() override { return ownMenu; }
 
-  /// As it was configured last; nothing before.
+  /// As configured last; nothing before the first time.
   const std::optional<StatusButton>& button() const { return ownButton; }
-  /// The handler is called when the button was configured.
+  /// The handler is called after each change of the button.
   void onConfigured(std::function<void()> handler) { configured = std::move(handler); }
 
  private:

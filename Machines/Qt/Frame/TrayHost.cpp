@@ -18,11 +18,11 @@ namespace {
 constexpr auto watcherService = "org.kde.StatusNotifierWatcher";
 constexpr auto watcherPath = "/StatusNotifierWatcher";
 
-/// How long a start waits for the watcher, which answers in less than one of them; a desktop that
-/// is just starting, too, may take its time.
+/// How long the program's start waits for the watcher, which answers within a millisecond, and
+/// later while the desktop is starting.
 constexpr int patienceMilliseconds = 50;
 
-/// Whoever owns this embeds windows of other clients as status items.
+/// The selection of the XEmbed tray.
 constexpr auto embeddingTray = "_NET_SYSTEM_TRAY_S0";
 
 QDBusMessage question() {
@@ -48,7 +48,7 @@ void TrayHost::waitFor(std::function<void()> found) {
   connect(&watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { askWatcher(); });
   bus.connect(watcherService, watcherPath, watcherService, "StatusNotifierHostRegistered", this,
               SLOT(hostRegistered()));
-  // Qt's loop, and with it a reply that comes later, has to wait for the rest of the start.
+  // Through Qt's loop the reply would come only after the rest of the start.
   heard(bus.call(question(), QDBus::Block, patienceMilliseconds));
   if (!whenFound) return;
   askWatcher();
@@ -64,7 +64,8 @@ void TrayHost::askWatcher() {
   });
 }
 
-/// The bus counts first: a desktop that has both shows the item better over it.
+/// Looks for an XEmbed tray only after the reply: a desktop that has both shows the item better
+/// over the bus.
 void TrayHost::heard(const QDBusPendingReply<QDBusVariant>& reply) {
   const bool hasHost = !reply.isError() && reply.value().variant().toBool();
   if (hasHost || hasSelectionOwner(embeddingTray)) announce();
@@ -79,7 +80,7 @@ void TrayHost::announce() {
   if (found) found();
 }
 
-/// A tray that starts tells every client of the root window so.
+/// A tray that starts sends MANAGER to the clients of the root window.
 bool TrayHost::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
   if (!whenFound || eventType != "xcb_generic_event_t") return false;
   const auto* const event = static_cast<const xcb_generic_event_t*>(message);

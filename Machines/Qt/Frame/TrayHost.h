@@ -11,18 +11,17 @@
 
 namespace brivane {
 
-/// Waits for somebody who shows status items: a StatusNotifierHost on the session bus, or an XEmbed
-/// tray on the X server. Qt asks for the first only once, so nothing of its tray may be touched
-/// before one of them is there. Main thread.
+/// Waits for a tray: a StatusNotifierHost on the session bus, or an XEmbed tray on the X server. Qt
+/// looks for the host only once, so Qt's tray icon may be made only when there is a tray. Main
+/// thread.
 class TrayHost : public QObject, private QAbstractNativeEventFilter {
   Q_OBJECT
 
  public:
-  /// It must outlive this.
+  /// `systemLog` must outlive this.
   explicit TrayHost(SystemLog& systemLog) : log(systemLog) {}
 
-  /// `found` is called once, in this call or later. Without a session bus a line of the log says
-  /// so.
+  /// `found` is called once, in this call or later. Without a session bus the log says so.
   void waitFor(std::function<void()> found);
 
  private:

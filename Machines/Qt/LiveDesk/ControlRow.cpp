@@ -1,5 +1,5 @@
-// A control's closure belongs to the hardware as it was when it was made, so a widget keeps the
-// position of its control and asks for the closure when it is used.
+// A control's closure belongs to one state of the hardware, so a widget knows only the index of its
+// control, and looks up the closure when it is used.
 #include "Machines/Qt/LiveDesk/ControlRow.h"
 
 #include <QComboBox>
@@ -27,7 +27,7 @@ void update(QPushButton& widget, const LiveButton& button) {
   const std::string& words = button.description.empty() ? button.title : button.description;
   widget.setAccessibleName(text(words));
   widget.setToolTip(button.description.empty() ? QString() : text(button.description));
-  // A sign needs less room than a word.
+  // A symbol needs less room than a word.
   const int length = widget.fontMetrics().horizontalAdvance(widget.text());
   widget.setFixedWidth(std::max(length + widget.height() / 2, widget.height()));
 }
@@ -64,7 +64,7 @@ void ControlRow::show(const LiveControls& newControls) {
   controls = newControls;
   if (!isSame) rebuild();
   for (std::size_t index = 0; index < widgets.size(); ++index) update(index);
-  // A layout hears of wider controls in a row only later.
+  // Wider controls change the row's size only later by themselves.
   updateGeometry();
 }
 
@@ -76,7 +76,7 @@ bool ControlRow::hasWidgetsFor(const LiveControls& newControls) const {
   return !widgets.empty() || controls.controls.empty();
 }
 
-/// One of the widgets may be in the middle of its own click.
+/// Deletes the old widgets later: one may be handling its own click.
 void ControlRow::rebuild() {
   auto old = std::exchange(widgets, {});
   std::ranges::move(std::exchange(labels, {}), std::back_inserter(old));
@@ -90,7 +90,7 @@ void ControlRow::rebuild() {
       labels.push_back(new QLabel(text(choice->title), this));
       labels.back()->setFixedHeight(height);
       layout()->addWidget(labels.back());
-      // What has never been shown takes no room in a layout.
+      // A widget that was never shown takes no room in a layout.
       labels.back()->show();
     }
     QWidget* const widget = makeWidget(index);

@@ -12,10 +12,9 @@ class ControlRow : public QWidget {
  public:
   ControlRow(QWidget* parent, int controlHeight, int gapPoints);
 
-  /// Widgets stay as they are where they can, so that nobody loses a list that is open or the
-  /// keyboard's focus.
+  /// Reuses the widgets where possible, to keep an open list and the focus.
   void show(const LiveControls& newControls);
-  /// What the choices are about stands before them where there is room for it in one row.
+  /// Shows the choices' titles if one row has room for them.
   void fit(int width);
 
  private:

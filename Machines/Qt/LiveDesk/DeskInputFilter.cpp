@@ -1,5 +1,5 @@
-// Every move of a mouse would be a file that is written; the pointer's place matters only when
-// somebody asks for it, so it is told now and then, and always before a key.
+// Each reported move of the pointer writes a file. So moves are merged, and reported every 40 ms
+// and before a key.
 #include "Machines/Qt/LiveDesk/DeskInputFilter.h"
 
 #include <QApplication>
@@ -36,13 +36,13 @@ DeskInputFilter::~DeskInputFilter() {
   releaseAll();
 }
 
-/// Windows get every event before the widgets in them.
+/// A window gets each event before its widgets.
 bool DeskInputFilter::eventFilter(QObject* watched, QEvent* event) {
   if (!watched->isWindowType()) return false;
   auto& window = static_cast<QWindow&>(*watched);
   switch (event->type()) {
     case QEvent::KeyPress:
-      // Without a window manager nobody gives the focus to a window.
+      // Without a window manager no window gets the focus by itself.
       if (QGuiApplication::focusWindow() == nullptr) window.requestActivate();
       return keyPressed(window, static_cast<const QKeyEvent&>(*event));
     case QEvent::KeyRelease:
@@ -55,7 +55,7 @@ bool DeskInputFilter::eventFilter(QObject* watched, QEvent* event) {
       }
       return false;
     case QEvent::Hide:
-      // The focus of a window that goes is lost without a word.
+      // Hiding the focused window sends no event for the lost focus.
       if (&window == QGuiApplication::focusWindow()) releaseAll();
       return false;
     default:
@@ -67,7 +67,7 @@ bool DeskInputFilter::keyPressed(QWindow& window, const QKeyEvent& event) {
   const auto key = deskKeyOf(event);
   if (!key) return false;
   const auto found = down.find(*key);
-  // A real keyboard's machine repeats keys by itself.
+  // The simulated machine repeats keys by itself.
   if (found != down.end()) return found->second;
   movePointer();
   down[*key] = false;
@@ -102,7 +102,7 @@ void DeskInputFilter::release(const DeskKey& key) {
   }
 }
 
-/// Nobody will tell when they go up.
+/// The keys' releases will not arrive.
 void DeskInputFilter::releaseAll() {
   for (const auto& [key, isTaken] : std::exchange(down, {})) release(key);
   if (keeper) keeper->setKeyboardGrabEnabled(false);
@@ -114,12 +114,12 @@ bool DeskInputFilter::isAnyDown(std::initializer_list<std::uint16_t> keyCodes) c
                              [this](std::uint16_t keyCode) { return down.contains(keyCode); });
 }
 
-/// Many desktops change their workspaces with Control, Alt and an arrow, wherever the focus is.
-/// From the moment these two are down on a window of the machine's, what follows is the machine's.
+/// Many desktops switch workspaces with Control, Alt and an arrow, so the keyboard is grabbed while
+/// Control and Alt are held.
 void DeskInputFilter::keepKeys(QWindow& window) {
   const bool isWanted =
       isAnyDown({leftControl, rightControl}) && isAnyDown({leftOption, rightOption});
-  // A menu that is open keeps them already.
+  // An open menu has grabbed the keyboard already.
   if (isWanted == !keeper.isNull() || (isWanted && QApplication::activePopupWidget() != nullptr)) {
     return;
   }

@@ -15,11 +15,10 @@
 
 namespace brivane {
 
-/// The person's mouse and keyboard as those of the simulated machine, for as long as they are used
-/// on one of the program's windows. Main thread.
+/// Passes mouse and keyboard events of the program's windows to the simulated machine. Main thread.
 class DeskInputFilter : public QObject {
  public:
-  /// Which place of which monitor a point of a window is; nothing for other windows.
+  /// The monitor, and the place on it, of a point in its window; nothing for other windows.
   using FindSpot = std::function<std::optional<LiveSpot>(const QWindow& window, QPointF point)>;
 
   DeskInputFilter(LiveDesk& liveDesk, FindSpot findSpot);
@@ -40,11 +39,11 @@ class DeskInputFilter : public QObject {
 
   LiveDesk& desk;
   const FindSpot spotOf;
-  /// Keys that are down, and whether the machine has kept their presses to itself.
+  /// Held keys, and whether the simulated machine has used their presses.
   std::map<DeskKey, bool> down;
-  /// The window that keeps other programs from the keys.
+  /// The window that has grabbed the keyboard.
   QPointer<QWindow> keeper;
-  /// Not told yet.
+  /// Not reported yet.
   std::optional<LiveSpot> pointer;
   QTimer telling;
 };

@@ -25,7 +25,7 @@ constexpr std::array namedKeys = {
     NamedKey{Qt::Key_F9, 101},     NamedKey{Qt::Key_F10, 109},      NamedKey{Qt::Key_F11, 103},
     NamedKey{Qt::Key_F12, 111}};
 
-/// The left ones stand for both where only the name is known.
+/// Where only the name is known, the left key stands for both.
 constexpr std::array modifierKeys = {NamedKey{Qt::Key_Control, 59}, NamedKey{Qt::Key_Shift, 56},
                                      NamedKey{Qt::Key_Alt, 58},     NamedKey{Qt::Key_AltGr, 61},
                                      NamedKey{Qt::Key_Meta, 55},    NamedKey{Qt::Key_Super_L, 55},

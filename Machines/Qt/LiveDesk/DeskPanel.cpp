@@ -56,7 +56,7 @@ void DeskPanel::place(const QRect& freeRoom) {
   move(room.x() + (room.width() - width()) / 2, room.y());
 }
 
-/// As wide as all controls in one row, as far as there is room. It grows to the right, so that
+/// As wide as all controls in one row, if there is room. The panel grows to the right, so that
 /// nothing moves away from under the mouse.
 void DeskPanel::fit() {
   layout()->activate();

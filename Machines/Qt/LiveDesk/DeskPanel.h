@@ -12,18 +12,18 @@
 
 namespace brivane {
 
-/// The simulated machine's own menu bar, with the program's status item, and what can be done at
-/// the machine itself. Main thread.
+/// The simulated machine's menu bar: the program's status item and the machine's controls. Main
+/// thread.
 class DeskPanel : public QWidget {
  public:
-  /// The handler is to end the program: closing the panel is closing the desk.
+  /// `whenClosed` is to end the program.
   explicit DeskPanel(std::function<void()> whenClosed);
 
   void show(const LiveControls& machine);
-  /// At the upper edge of that part of the screen, in its middle.
+  /// Centres the panel at the upper edge of that part of the screen.
   void place(const QRect& freeRoom);
-  /// How the program's status item looks; nothing when there is none. A click on it calls
-  /// `whenClicked` with the place for its menu.
+  /// Shows the program's status item, if there is one. A click on it calls `whenClicked` with the
+  /// place for the menu.
   void showStatusItem(const std::optional<StatusButton>& shown);
   std::function<void(QPoint place)> whenClicked;
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int settlingMilliseconds = 100;
 
-/// What lies above what, as a window manager would have it.
+/// The stacking order that a window manager would give.
 int layerOf(const QWidget& window) {
   if (window.windowType() == Qt::Popup) return 3;
   if (window.windowFlags().testFlag(Qt::WindowStaysOnTopHint)) return 2;
@@ -72,7 +72,7 @@ QImage DeskPicture::take() {
   return image;
 }
 
-/// Never seen half-written.
+/// A reader never finds half a file.
 void DeskPicture::write() {
   QSaveFile whole(QString::fromStdString(file.string()));
   const bool isWritten =

@@ -10,8 +10,8 @@
 
 namespace brivane {
 
-/// Where no screen shows the windows: a picture of all of them, in a file that is replaced whole
-/// shortly after each change. The log has a line that says where it is, or why it isn't. Main
+/// A picture of all windows for a desk without a screen, in a file that is replaced as a whole
+/// shortly after each change. The log says where the file is, or why it can't be written. Main
 /// thread.
 class DeskPicture : public QObject {
  public:
@@ -19,7 +19,7 @@ class DeskPicture : public QObject {
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
-  /// As the screen would show it now.
+  /// What a screen would show now.
   static QImage take();
 
  private:
@@ -28,7 +28,7 @@ class DeskPicture : public QObject {
 
   const std::filesystem::path file;
   SystemLog& log;
-  /// As the log has it; empty for none, and nothing before the first picture.
+  /// The problem last logged; empty for none, nothing before the first picture.
   std::optional<QString> toldProblem;
   QTimer settling;
 };

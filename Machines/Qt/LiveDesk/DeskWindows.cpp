@@ -11,7 +11,7 @@ namespace {
 
 /// Around all windows.
 constexpr int screenMargin = 8;
-/// For the panel and the title that window managers give it.
+/// For the panel and its title bar.
 constexpr int panelRoom = 72;
 
 QRect screenRoom() {
@@ -83,7 +83,7 @@ std::unique_ptr<MonitorWindow> DeskWindows::makeWindow(DisplayID display) {
     desk->windowMoved(display, place.x(), place.y());
     sync();
   };
-  // A task, which isn't run any more when the windows are closed because the program ends.
+  // A later task, which doesn't run if the window closes because the program ends.
   const auto whenClosed = [this, display] {
     QMetaObject::invokeMethod(
         this,

@@ -15,23 +15,23 @@
 
 namespace brivane {
 
-/// A simulated machine on the real screen: a window for each of its monitors and a panel for
+/// A simulated machine on the real screen: a window for each monitor and a panel for the machine
 /// itself. Main thread.
 class DeskWindows : public QObject {
  public:
-  /// `isSeen`: on a screen; else there is a picture in a file.
+  /// Without a screen (`isSeen` false) the windows are drawn into a file.
   DeskWindows(std::shared_ptr<LiveDesk> liveDesk, QtApplication& frameApplication, SystemLog& log,
               bool isSeen);
   ~DeskWindows() override;
   DeskWindows(const DeskWindows&) = delete;
   DeskWindows& operator=(const DeskWindows&) = delete;
 
-  /// Where a window of that frame, on the simulated screens, is on the real one: in its own size,
-  /// over the window of its display.
+  /// The place on the real screen for a window with that frame on the simulated screens: in its own
+  /// size, over the window of its display.
   QRect placeOver(const Rect& frame) const;
 
   DeskPanel& panel() { return ownPanel; }
-  /// Null for displays that have no window.
+  /// Null for displays without a window.
   MonitorWindow* window(DisplayID display) const;
 
  private:
@@ -43,7 +43,7 @@ class DeskWindows : public QObject {
 
   struct Later {
     void operator()(MonitorWindow* window) const {
-      // One of its own events may be going on.
+      // The window may be handling one of its events.
       window->hide();
       window->deleteLater();
     }

@@ -5,7 +5,7 @@
 namespace brivane {
 
 ElidedLabel::ElidedLabel(QWidget* parent) : QWidget(parent) {
-  // What is done with the mouse is done to the window.
+  // Clicks and drags are for the window.
   setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 

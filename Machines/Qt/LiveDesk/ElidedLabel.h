@@ -4,8 +4,7 @@
 
 namespace brivane {
 
-/// A line that ends in an ellipsis where there is no room for all of it; the tool tip has the rest.
-/// Main thread.
+/// A line of text, elided at its end where there is too little room. Main thread.
 class ElidedLabel : public QWidget {
  public:
   explicit ElidedLabel(QWidget* parent);

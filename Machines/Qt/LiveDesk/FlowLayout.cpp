@@ -38,7 +38,7 @@ void FlowLayout::setGeometry(const QRect& box) {
   arrange(box, true);
 }
 
-/// Returns the height that it takes.
+/// Returns the height of all rows.
 int FlowLayout::arrange(const QRect& box, bool isPlacing) const {
   const QRect inner = box.marginsRemoved(contentsMargins());
   int x = inner.x();

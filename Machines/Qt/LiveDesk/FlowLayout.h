@@ -5,8 +5,7 @@
 
 namespace brivane {
 
-/// Widgets one after the other in rows, as words in a text, each in its own size and in the middle
-/// of its row's height. Main thread.
+/// Widgets in rows, wrapped like the words of a text, each in its own size. Main thread.
 class FlowLayout : public QLayout {
  public:
   FlowLayout(QWidget* parent, int gapPoints);
@@ -21,7 +20,7 @@ class FlowLayout : public QLayout {
   Qt::Orientations expandingDirections() const override { return {}; }
   bool hasHeightForWidth() const override { return true; }
   int heightForWidth(int width) const override { return arrange({0, 0, width, 0}, false); }
-  /// Of all in one row.
+  /// The size of all widgets in one row.
   QSize sizeHint() const override;
   QSize minimumSize() const override;
   void setGeometry(const QRect& box) override;

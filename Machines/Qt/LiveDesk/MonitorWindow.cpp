@@ -1,6 +1,6 @@
-// The window has no frame of the window manager's: its place and size are the display's, and they
-// have to be the same with every window manager and without one. Where a window manager puts it
-// elsewhere nobody has moved it, so what happens right after the window was placed doesn't count.
+// The window has no title bar, so that its place and size are the display's with every window
+// manager and without one. A move right after a placement is a window manager's correction and
+// doesn't move the display.
 #include "Machines/Qt/LiveDesk/MonitorWindow.h"
 
 #include <QApplication>
@@ -20,9 +20,9 @@ constexpr int chinMargin = bezel + 1;
 constexpr int controlHeight = 20;
 constexpr int fontPixels = 11;
 constexpr int smallFontPixels = 10;
-/// Of a window that has to do with the small font.
+/// Narrower windows have the small font.
 constexpr int narrowWidth = 250;
-/// Long enough for the pauses of a hand that drags.
+/// Longer than the pauses within a drag.
 constexpr int movedMilliseconds = 150;
 constexpr int settledMilliseconds = 400;
 
@@ -104,8 +104,8 @@ void MonitorWindow::chooseFont() {
   name->setFont(chosen);
 }
 
-/// What isn't needed below is the picture's. What can be read of the monitor changes, its name
-/// doesn't: where there isn't room for both, the name is cut first.
+/// The picture gets the room that text and buttons leave. The name is elided before the status,
+/// because the status changes.
 void MonitorWindow::layOut() {
   status->setMinimumWidth(std::min(status->sizeHint().width(), width() * 3 / 5));
   controls->fit(width() - 2 * chinMargin);
@@ -145,8 +145,7 @@ void MonitorWindow::paintEvent(QPaintEvent*) {
   painter.drawImage(box, image);
 }
 
-/// Accepted, so that nobody's wish to end the session fails for it; what it means for the machine
-/// is done when the program has gone on, which it doesn't when it ends.
+/// Accepts the event, so that the session can end.
 void MonitorWindow::closeEvent(QCloseEvent* event) {
   event->accept();
   handlers.closed();
@@ -157,12 +156,12 @@ void MonitorWindow::moveEvent(QMoveEvent* event) {
   if (placed && !grip && !settling.isActive()) moving.start();
 }
 
-/// One that a window manager has given another size is where that likes it.
+/// A window that a window manager has resized was not moved by the user.
 void MonitorWindow::tellOfMove() {
   if (!placed || !isVisible() || size() != QSize(placed->width, placed->height)) return;
   const QPoint now = pos();
   if (!isAway && now == QPoint(placed->x, placed->y)) return;
-  // Wherever the display goes now, the window is to follow.
+  // The next placement is to move the window, wherever the display goes.
   isAway = true;
   handlers.moved(now);
 }
@@ -187,7 +186,7 @@ void MonitorWindow::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !grip) return;
   grip.reset();
   moving.stop();
-  // A click doesn't move a window, wherever a window manager has put it.
+  // A click doesn't move the display, wherever a window manager has put the window.
   if (isDragged) {
     tellOfMove();
   } else if (isAway && placed) {

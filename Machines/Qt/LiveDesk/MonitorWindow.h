@@ -14,11 +14,11 @@
 
 namespace brivane {
 
-/// A simulated monitor on the screen: its picture, and below it its name, what can be read of it,
-/// and its buttons. It can be taken by any place that is no button. Main thread.
+/// A simulated monitor's window: its picture, and below it its name, status and buttons. It can be
+/// dragged by any place that is no button. Main thread.
 class MonitorWindow : public QWidget {
  public:
-  /// What happens at the window, by a person's hand.
+  /// Called for what the user does with the window.
   struct Handlers {
     std::function<void(const QPoint& place)> moved;
     std::function<void()> closed;
@@ -26,15 +26,15 @@ class MonitorWindow : public QWidget {
 
   MonitorWindow(DisplayID shownDisplay, Handlers eventHandlers);
 
-  /// The smallest window that can be used.
+  /// The smallest usable size.
   static QSize smallestSize() { return {176, 112}; }
 
   DisplayID display() const { return ownDisplay; }
   void show(const LiveMonitor& monitor);
-  /// How many pixels the picture has.
+  /// The picture's size in pixels.
   QSize pictureSize() const;
   void show(const std::shared_ptr<const LivePicture>& newPicture);
-  /// Where the picture is in the window.
+  /// The picture's place in the window.
   QRect pictureBox() const;
 
  protected:
@@ -59,14 +59,14 @@ class MonitorWindow : public QWidget {
   QWidget* chin;
   std::shared_ptr<const LivePicture> picture;
   std::optional<LivePlace> placed;
-  /// It was moved, and its owner knows.
+  /// Whether the window may be elsewhere than at `placed`.
   bool isAway = false;
-  /// From the window's corner to where it was taken.
+  /// During a drag: from the window's corner to the mouse.
   std::optional<QPoint> grip;
   bool isDragged = false;
-  /// Runs while the window is on its way.
+  /// Runs while a window manager moves the window.
   QTimer moving;
-  /// Runs while a window manager may still move what was placed.
+  /// Runs while a window manager may still correct a placement.
   QTimer settling;
 };
 

@@ -1,5 +1,5 @@
-// Qt 6.4 knows nothing of light and dark: there are only colours, and few desktops hand theirs to
-// it. What they do offer is a setting at the portal.
+// Qt 6.4 has no light and dark, only colours, and few desktops pass theirs to Qt. Most have the
+// setting of the portal.
 #include "Machines/Qt/Toolkit/Appearances.h"
 
 #include <QApplication>
@@ -70,15 +70,15 @@ std::optional<Appearance> QtAppearances::wished() const {
 
 void QtAppearances::update() {
   const Appearance before = appearance;
-  // Colours that were given by this say nothing of the desktop.
+  // Colours set here say nothing about the desktop.
   const QPalette desktop = colorsBefore.value_or(QApplication::palette());
   appearance = wished().value_or(appearanceOf(desktop));
   if (appearance != appearanceOf(QApplication::palette())) giveColors();
   if (appearance != before) changes.announce();
 }
 
-/// The desktop's own colours where they match, else this program's. Other styles than Fusion may
-/// draw with pictures of their own, whatever the colours.
+/// The desktop's own colours where they match, else this program's. Styles other than Fusion may
+/// ignore the colours.
 void QtAppearances::giveColors() {
   if (!colorsBefore) {
     colorsBefore = QApplication::palette();

@@ -14,9 +14,9 @@
 
 namespace brivane {
 
-/// Whether the application is light or dark: what the machine says if it does, else what the
-/// desktop's settings portal says, else what its colours are. Menus and windows are given colours
-/// to match where the desktop's own don't. Main thread.
+/// Whether the application is light or dark: by the machine's appearance if it has one, else by the
+/// desktop's settings portal, else by the desktop's colours. Menus and windows get matching colours
+/// where the desktop's don't match. Main thread.
 class QtAppearances : public QObject {
  public:
   explicit QtAppearances(std::shared_ptr<AppearanceSource> appearanceSource);
@@ -34,7 +34,7 @@ class QtAppearances : public QObject {
   const std::shared_ptr<AppearanceSource> source;
   ColorSchemePortal portal;
   Appearance appearance = Appearance::light;
-  /// The desktop's, once others have been given.
+  /// The desktop's colours, once they have been replaced.
   std::optional<QPalette> colorsBefore;
   Topic changes;
   Observation sourceChanges;

@@ -30,10 +30,10 @@ QtApplication::QtApplication(const QtPlatform& platform, const QtFrameRequest& r
   if (sharedWindowSystem != nullptr) {
     machineLosesServer = sharedWindowSystem->observeServerGone([this] { serverHasGone(); });
   }
-  // Qt takes over the user's locale; numbers in files are written and read with a point.
+  // Qt sets the user's locale, but numbers in files have a decimal point.
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setQuitOnLastWindowClosed(false);
-  // Given a name for display too, Qt would add it to every window's title.
+  // No display name: Qt would add it to every window's title.
   QApplication::setApplicationName("Brivane");
   QApplication::setDesktopFileName("com.quorrel.brivane");
 }
@@ -45,7 +45,7 @@ int QtApplication::run() {
     if (delegate != nullptr) delegate->applicationDidFinishLaunching();
   });
   QApplication::exec();
-  // The session may end the application without asking it.
+  // The session may end the application without `terminate()`.
   if (!isEnding) tellDelegateOfTheEnd();
   return exitStatus;
 }
@@ -62,8 +62,8 @@ void QtApplication::exit(int status) {
   runtime.stop();
 }
 
-/// Qt can't do without its server and ends the process by itself, at once. Nobody's destructor runs
-/// then, so what the end of the program owes to the machine is done before.
+/// Qt ends the process at once when the server is lost, without destructors. So the program's end
+/// is handled before.
 void QtApplication::serverHasGone() {
   if (!isEnding) {
     exitStatus = 1;
@@ -90,7 +90,7 @@ void QtApplication::tellDelegateOfTheEnd() {
 void QtApplication::activateIgnoringOtherApplications() {
   for (QWidget* const window : QApplication::topLevelWidgets()) {
     if (!window->isVisible() || window->windowType() != Qt::Window) continue;
-    // The monitors of a simulated machine are where its windows are.
+    // The windows of a simulated machine are its monitors.
     if (window->property("isPartOfDesk").toBool()) continue;
     window->raise();
     window->activateWindow();

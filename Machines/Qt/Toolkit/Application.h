@@ -22,7 +22,7 @@ class QtApplication : public Application {
   QtApplication& operator=(const QtApplication&) = delete;
 
   void setDelegate(ApplicationDelegate* newDelegate) override { delegate = newDelegate; }
-  /// A Linux desktop has no Dock: every window shows for itself whether it is in a task bar.
+  /// No effect: a Linux desktop has no Dock.
   void setActivationPolicy(ActivationPolicy) override {}
   int run() override;
   void terminate() override;
@@ -32,7 +32,7 @@ class QtApplication : public Application {
   Appearance effectiveAppearance() override { return appearances.current(); }
   Observation observeEffectiveAppearance(Task handler) override;
 
-  /// Null when the machine has no use for the keys of windows.
+  /// Null when the machine doesn't use the windows' keys.
   SharedWindowSystem* windowSystem() const { return sharedWindowSystem; }
   SystemLog& systemLog() const { return log; }
 
@@ -44,7 +44,7 @@ class QtApplication : public Application {
   Runtime& runtime;
   SharedWindowSystem* const sharedWindowSystem;
   SystemLog& log;
-  /// Before Qt can say anything, and after it has said all.
+  /// Constructed before Qt writes messages, and destroyed after the last.
   const QtMessages messages;
   /// Qt keeps pointers to these.
   std::vector<std::string> words;

@@ -16,7 +16,7 @@ constexpr auto colorSchemeKey = "color-scheme";
 constexpr unsigned prefersDark = 1;
 constexpr unsigned prefersLight = 2;
 
-/// Old portals wrap the value in a variant once more.
+/// Old portals wrap the value in another variant.
 QVariant unwrapped(QVariant value) {
   while (value.userType() == qMetaTypeId<QDBusVariant>()) {
     value = value.value<QDBusVariant>().variant();

@@ -9,22 +9,21 @@
 
 namespace brivane {
 
-/// What the desktop's settings portal says about light and dark (org.freedesktop.appearance,
-/// color-scheme). Main thread; nothing waits for an answer.
+/// The preference for light or dark in the desktop's settings portal (org.freedesktop.appearance,
+/// color-scheme). Main thread; doesn't block.
 class ColorSchemePortal : public QObject {
   Q_OBJECT
 
  public:
-  /// `changed` is called when the preference has become another one. Without a session bus nothing
-  /// happens.
+  /// `changed` is called after each change of the preference. No effect without a session bus.
   void ask(std::function<void()> changed);
 
-  /// Nothing: the desktop prefers neither, or hasn't said.
+  /// Nothing when the desktop prefers neither or hasn't answered.
   std::optional<Appearance> preference() const { return known; }
 
  private:
-  /// Group, key and value. A slot that names the value's type can't always be connected: Qt gets to
-  /// know that type on another thread.
+  /// Group, key and value. A slot with the value's type can't always be connected, because Qt
+  /// registers the type on another thread.
   Q_SLOT void settingChanged(const QDBusMessage& news);
   void take(const QVariant& value);
 

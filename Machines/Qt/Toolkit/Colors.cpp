@@ -6,14 +6,14 @@
 namespace brivane {
 namespace {
 
-/// Dark ink on light ground and the reverse.
+/// Black on light, white on dark.
 QColor ink(Appearance appearance, double lightOpacity, double darkOpacity) {
   return appearance == Appearance::dark
              ? QColor::fromRgbF(1, 1, 1, static_cast<float>(darkOpacity))
              : QColor::fromRgbF(0, 0, 0, static_cast<float>(lightOpacity));
 }
 
-/// On a menu's ground tertiary text still stands out 4.5 to 1, as small letters need it.
+/// Tertiary text has a contrast of 4.5 to 1 on a menu, which small letters need.
 QColor systemColor(SystemColor color, Appearance appearance) {
   switch (color) {
     case SystemColor::label:

@@ -7,8 +7,8 @@
 
 namespace brivane {
 
-/// The paint as Qt's colour, the desktop's own colours as they are in that appearance; the accent
-/// is the highlight of the application's palette.
+/// The paint as Qt's colour, system colours as in that appearance; the accent is the highlight of
+/// the application's palette.
 QColor resolvedColor(const Paint& paint, Appearance appearance);
 
 }  // namespace brivane

@@ -10,33 +10,33 @@
 #include "Machines/Common/Frame/LiveDesk.h"
 #include "Machines/Common/Frame/SharedWindowSystem.h"
 
-// What the program and the module with the Qt frame have in common. The toolkit lies in a library
-// of its own, which only the resident start loads; nothing here needs it.
+// The interface of the program and the module with the Qt frame, which only the resident program
+// loads; nothing here needs Qt.
 
 namespace brivane {
 
-/// What the frame is opened with, and why it was not.
+/// What the frame is opened with, and the problem if it can't be opened.
 struct QtFrameRequest {
   ResidentMachine& machine;
   /// The main queue of the machine's Runtime.
   HostedMainQueue& mainQueue;
-  /// Null: light or dark is what the desktop says.
+  /// Null: light or dark as on the desktop.
   std::shared_ptr<AppearanceSource> appearance;
-  /// One clause for the user; filled in when there is no frame.
+  /// One clause for the user; set when there is no frame.
   std::string problem;
-  /// Null: the machine has no use for the keys that the frame's windows are sent.
+  /// Null when the machine doesn't use the windows' keys.
   SharedWindowSystem* windowSystem = nullptr;
-  /// A machine whose monitors are windows; null: its screens are the real ones.
+  /// A simulated machine, whose monitors are shown as windows; null for a real machine.
   std::shared_ptr<LiveDesk> desk = nullptr;
 };
 
-/// The one function that the module exports, under the name below. Call it once, on the main
-/// thread. The caller owns the frame; the module stays loaded until the process ends. Null: nothing
-/// can be shown, see `problem`.
+/// The module's only exported function, by the name below. Call it once, on the main thread. The
+/// caller owns the frame; the module stays loaded until the process ends. Null when nothing can be
+/// shown, see `problem`.
 using OpenQtFrameFunction = Frame* (*)(QtFrameRequest& request);
 inline constexpr auto openQtFrameName = "brivaneOpenQtFrame";
 
-/// Where the module lies, seen from the folder of the program.
+/// The module's path from the folder of the program.
 inline constexpr auto qtModulePath = "../lib/brivane/brivane-qt.so";
 
 }  // namespace brivane

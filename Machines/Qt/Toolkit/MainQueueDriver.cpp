@@ -1,5 +1,5 @@
-// A turn that leaves tasks behind comes again by way of a timer of zero length, which Qt fires
-// between its own events; a posted call would go before them, over and over.
+// A turn that leaves tasks behind is repeated by a timer of zero length, which Qt fires between its
+// own events; posted calls would keep those waiting.
 #include "Machines/Qt/Toolkit/MainQueueDriver.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ void MainQueueDriver::turn() {
     return;
   }
   if (!turn.nextDeadline) return;
-  // Qt's timers know whole milliseconds; too early a turn would find nothing to do.
+  // Rounded up to Qt's whole milliseconds: a turn before the deadline would find nothing to do.
   const auto wait =
       std::chrono::ceil<std::chrono::milliseconds>(*turn.nextDeadline - runtime.now());
   constexpr std::chrono::milliseconds longest = std::chrono::hours(24);

@@ -8,7 +8,7 @@
 
 namespace brivane {
 
-/// Runs a Runtime's main queue from Qt's event loop, whoever runs that. Main thread.
+/// Runs a Runtime's main queue in Qt's event loops, nested ones, too. Main thread.
 class MainQueueDriver : public QObject {
  public:
   /// `whenStopped` is called after the task that stopped the Runtime.

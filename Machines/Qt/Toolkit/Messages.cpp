@@ -7,7 +7,7 @@
 namespace brivane {
 namespace {
 
-/// A message handler knows nothing but what is global.
+/// A message handler is a plain function, so it needs globals.
 QtMessageHandler handlerBefore = nullptr;
 Task serverHasGone;
 

@@ -4,12 +4,12 @@
 
 namespace brivane {
 
-/// Hears what Qt has to say as long as this exists; one at a time. What platforms lack that nobody
-/// asked of them is kept quiet; everything else goes where it went before.
+/// Filters Qt's messages while it exists; at most one at a time. Drops messages about unused
+/// features that a platform lacks, and passes on all others.
 class QtMessages {
  public:
-  /// Called on the main thread when Qt finds that the X server has gone, just before it ends the
-  /// process; Qt's own line is left out then.
+  /// Called on the main thread when Qt has lost the X server, just before Qt ends the process; Qt's
+  /// own message is dropped then.
   explicit QtMessages(Task whenServerHasGone);
   ~QtMessages();
   QtMessages(const QtMessages&) = delete;

@@ -1,5 +1,5 @@
 // Display lists count upwards from the lower left and Qt downwards from the upper left. Points are
-// converted one by one; a mirrored painter would mirror the letters too.
+// converted one by one; a mirrored painter would mirror the letters, too.
 #include "Machines/Qt/Toolkit/Painter.h"
 
 #include <QLinearGradient>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr int spinnerSpokes = 8;
 
-/// Qt keeps one colour per position: the second of two equal ones goes a hair further on.
+/// Qt keeps one colour per position, so the second of two at one position is moved on by a hair.
 constexpr double hair = 1e-6;
 
 QGradientStops stopsOf(const std::vector<GradientStop>& stops, Appearance appearance) {
@@ -33,8 +33,8 @@ QGradientStops stopsOf(const std::vector<GradientStop>& stops, Appearance appear
   return result;
 }
 
-/// The part of the view that a primitive draws in; null for those that only the card is made of,
-/// and for one that moves by itself.
+/// The part of the view that a primitive draws in; null for the primitives of the card itself, and
+/// for spinners, which move by themselves.
 const Rect* extentOf(const Primitive& primitive) {
   if (const auto* const fill = std::get_if<MaskedFill>(&primitive)) return &fill->area;
   if (const auto* const text = std::get_if<TextRun>(&primitive)) return &text->box;
@@ -42,7 +42,7 @@ const Rect* extentOf(const Primitive& primitive) {
   return nullptr;
 }
 
-/// In Qt's coordinates, with room for smooth edges.
+/// In Qt's coordinates, with room for antialiased edges.
 QRect pixelsOf(const Rect& part, const QRect& view) {
   constexpr int room = 2;
   const QRectF box(part.x, view.height() - part.y - part.height, part.width, part.height);
@@ -91,8 +91,8 @@ void QtPainter::stroke(const StrokedRectangle& rectangle) {
   painter.strokePath(outline(rectangle.shape), pen);
 }
 
-/// The mask's edge is drawn smoothly only as the outline of a fill; a clip would have steps. What
-/// Qt cuts itself it makes of straight lines.
+/// Fills the mask's outline, because Qt's clips aren't antialiased. Intersects it with the area
+/// only if need be: Qt makes intersections of straight lines.
 void QtPainter::fillMasked(const MaskedFill& fill) {
   const QRectF area = downwards(fill.area);
   QPainterPath shape = outline(fill.mask);

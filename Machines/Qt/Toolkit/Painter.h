@@ -18,7 +18,7 @@ class QtPainter : public Canvas {
     double width = 0;
     double height = 0;
     Appearance appearance = Appearance::light;
-    /// How far spinners have turned, in turns.
+    /// The angle of spinners, in turns.
     double spinnerTurns = 0;
   };
 
@@ -46,10 +46,10 @@ class QtPainter : public Canvas {
 /// The path of a rectangle with continuous corners.
 QPainterPath continuousRectangle(const QRectF& rect, double cornerRadius);
 
-/// The list as a picture of `width` by `height` points, on nothing, at that many pixels per point.
+/// The list as a picture of the view on a transparent background, with `scale` pixels per point.
 QImage renderedPicture(const DisplayList& list, const QtPainter::View& view, double scale);
 
-/// Where the pictures differ, at most.
+/// The smallest known region outside which the pictures are equal.
 QRegion difference(const DisplayList& from, const DisplayList& to, const QRect& view);
 
 }  // namespace brivane

@@ -6,19 +6,19 @@
 
 namespace brivane {
 
-/// The way on which Qt reaches a screen.
+/// How Qt reaches a screen.
 struct QtPlatform {
   /// For Qt's option "-platform": "xcb", "offscreen".
   std::string name;
-  /// An X server shows the windows.
+  /// Whether an X server shows the windows.
   bool isX11 = false;
-  /// Hold it until Qt has reached the server: one that nobody is connected to any more starts
-  /// over, and refuses whoever comes meanwhile.
+  /// Keep it until Qt has connected to the server: a server that loses its last client resets, and
+  /// refuses connections meanwhile.
   std::shared_ptr<void> connection = nullptr;
 };
 
-/// What the environment asks for with QT_QPA_PLATFORM, else X11: Wayland keeps clients from placing
-/// windows. Or one clause that says why no screen is reached; Qt itself would abort then.
+/// The platform named by QT_QPA_PLATFORM, else X11: Wayland keeps clients from placing windows. Or,
+/// in one clause, why no screen can be reached; Qt itself would abort then.
 std::variant<QtPlatform, std::string> findQtPlatform();
 
 }  // namespace brivane

@@ -26,7 +26,7 @@ int pixels(double length) {
   return static_cast<int>(std::lround(length));
 }
 
-/// In Qt's own coordinates a screen begins at its first pixel and goes on in points.
+/// In Qt's coordinates a screen's origin is in pixels and its size in points.
 QRect pixels(const QScreen& screen) {
   const QRect points = screen.geometry();
   return {points.topLeft(), (QSizeF(points.size()) * screen.devicePixelRatio()).toSize()};

@@ -7,15 +7,14 @@
 
 namespace brivane {
 
-/// Where a window of that frame goes on the desktop, in pixels from the desktop's upper left. The
-/// machine's screens and the desktop's are laid over each other by their outer edges. On a real
-/// machine both are the same and every point has its pixel; the screens of a simulated one are
-/// drawn together to the size of the desktop. A window keeps its size times `scale`, and the middle
-/// of its lower edge.
+/// The place of a window with that frame on the desktop, in pixels from the desktop's upper left.
+/// The rectangle around the machine's screens is mapped to the desktop: on a real machine each
+/// point to its pixel, on a simulated machine scaled. The middle of the window's lower edge is
+/// mapped; the window's size is multiplied by `scale`.
 QRect placeOnDesktop(const Rect& frame, const std::vector<Screen>& screens, const QRect& desktop,
                      double scale);
 
-/// The same on the desktop that there is, in Qt's own coordinates.
+/// The same on the current desktop, in Qt's coordinates.
 QRect placeOnScreens(const Rect& frame, const std::vector<Screen>& screens, double scale);
 
 }  // namespace brivane

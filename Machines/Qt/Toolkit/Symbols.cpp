@@ -9,8 +9,7 @@ namespace {
 
 constexpr QPointF center{0.5, 0.5};
 
-/// Qt reckons with outlines of about a unit in straight lines; at this many units curves stay
-/// round.
+/// Qt makes small outlines of straight lines; at this size curves stay round.
 constexpr double drawingSide = 256;
 
 QPainterPath disc(QPointF middle, double radius) {
@@ -39,7 +38,7 @@ QPainterPath sunMax() {
   return path;
 }
 
-/// Its rays have shrunk to dots, its disc to a ring.
+/// Short rays around a ring.
 QPainterPath sunMin() {
   QPainterPath path = disc(center, 0.22).subtracted(disc(center, 0.148));
   path.addPath(rays(0.315, 0.42, 0.085));
@@ -73,8 +72,8 @@ QPainterPath sparkles() {
   return path;
 }
 
-/// Their outlines in the unit square are worked out once: a moon, cut out of a disc, takes longer
-/// than drawing a whole card.
+/// The outlines are computed once: cutting the moon out of a disc takes longer than drawing a whole
+/// card.
 struct Symbols {
   QPainterPath moonFill = moon();
   QPainterPath sunMinimum = sunMin();

@@ -6,7 +6,7 @@
 namespace brivane {
 
 /// The outline of the symbol with that name, to be filled, in that square with y downwards; empty
-/// for names that aren't known. There are "moon.fill", "sun.min", "sun.max.fill" and "sparkles".
+/// for unknown names. Known are "moon.fill", "sun.min", "sun.max.fill" and "sparkles".
 QPainterPath symbolOutline(const std::string& name, const QRectF& square);
 
 }  // namespace brivane

@@ -1,5 +1,5 @@
-// Fonts with digits of different widths would make a number that counts up tremble. Where digits
-// are to be of one width, each is given the room of the widest.
+// In a font with digits of different widths a counting number would jitter. Where digits are to be
+// monospaced, each gets the width of the widest.
 #include "Machines/Qt/Toolkit/TextLine.h"
 
 #include <QFontMetricsF>
@@ -22,7 +22,7 @@ QFont::Weight qtWeight(FontWeight weight) {
   return QFont::Normal;
 }
 
-/// Nothing when the font's digits are of one width by themselves.
+/// 0 when the font's own digits are monospaced.
 double digitRoom(const QFontMetricsF& metrics) {
   double narrowest = metrics.horizontalAdvance('0');
   double widest = narrowest;
@@ -60,7 +60,7 @@ double lineWidth(const QString& text, const QFontMetricsF& metrics, double room)
   return width;
 }
 
-/// Qt cuts the text as if its digits had their own widths; so it may have to cut it shorter.
+/// Qt elides the text by the digits' own widths, so the limit is lowered until the text fits.
 QString shortened(const QString& text, const QFontMetricsF& metrics, double room, double width) {
   QString shown = text;
   for (double limit = width; limit > 0 && lineWidth(shown, metrics, room) > width; --limit) {

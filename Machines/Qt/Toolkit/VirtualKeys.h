@@ -7,10 +7,10 @@
 
 namespace brivane {
 
-/// Of Qt's key: whether it is one that changes what others do, and nothing by itself.
+/// Whether Qt's key is a modifier or a lock.
 bool isModifier(int key);
 
-/// What a key event tells a view; nothing for modifiers by themselves, and for keys that have no
+/// The event as a key press of a view; nothing for modifiers by themselves and for keys without a
 /// virtual key code.
 std::optional<KeyPress> keyPressOf(const QKeyEvent& event);
 

@@ -12,7 +12,7 @@ struct Free {
   void operator()(void* reply) const { std::free(reply); }
 };
 
-/// Platforms without a screen may claim to be X11 too, and have no connection then.
+/// Platforms without a screen may claim to be X11, and have no connection.
 xcb_connection_t* connection() {
   const auto* const x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
   return x11 == nullptr ? nullptr : x11->connection();

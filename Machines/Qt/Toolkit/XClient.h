@@ -7,16 +7,16 @@
 
 namespace brivane {
 
-// What X clients learn of each other through the server that Qt is connected to. Main thread.
+// Requests over Qt's connection to the X server. Main thread.
 
 /// Whether Qt shows its windows on an X server.
 bool isOnX();
 
-/// Waits until the server has done all that Qt has asked of it.
+/// Waits until the server has handled all of Qt's requests.
 void waitForX();
 
-/// Sends a window of this program the number as a message of the type INTEGER: it comes behind all
-/// that the server has told before. Nothing without a server.
+/// Sends a client message of the type INTEGER to a window of this program; it arrives behind all
+/// earlier events. No effect without a server.
 void sendToOneself(xcb_window_t window, std::uint32_t number);
 
 /// None without a server.
