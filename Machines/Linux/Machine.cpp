@@ -34,7 +34,7 @@ std::optional<std::string> LinuxMachine::advice() {
                    missingAccess);
 }
 
-void LinuxMachine::sayThatSystemBusIsMissing() {
+void LinuxMachine::logMissingSystemBus() {
   systemLog.writeVisibly(
       "Brivane has no system bus: it hears of no sleep and no wake, and can't ask logind to set a "
       "built-in panel; everything else works.");

@@ -61,7 +61,7 @@ class LinuxMachine : public ResidentMachine {
   SharedWindowSystem& windowSystem() { return sharedWindowSystem; }
 
  private:
-  void sayThatSystemBusIsMissing();
+  void logMissingSystemBus();
 
   MissingAccess missingAccess;
   LinuxLog systemLog;
@@ -92,7 +92,7 @@ class LinuxMachine : public ResidentMachine {
   LinuxEventTaps brightnessKeys{events, systemLog};
   LinuxWindowSystem sharedWindowSystem{{events, hotkeyGrabs, brightnessKeys, systemLog, settings}};
   LinuxNotifications announcements{events, threads, sleepGate, [this] { settings.sync(); },
-                                   [this] { sayThatSystemBusIsMissing(); }};
+                                   [this] { logMissingSystemBus(); }};
 };
 
 }  // namespace brivane

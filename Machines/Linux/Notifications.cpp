@@ -26,12 +26,12 @@ std::optional<int> firstEventOf(xcb_connection_t* connection, xcb_extension_t* e
 
 LinuxNotifications::LinuxNotifications(XEvents& xEvents, Runtime& machineRuntime,
                                        SleepGate& machineSleepGate, Task saveEverything,
-                                       Task sayThatBusIsMissing)
+                                       Task logMissingBus)
     : events(xEvents),
       runtime(machineRuntime),
       sleepGate(machineSleepGate),
       saveBeforeSleep(std::move(saveEverything)),
-      busIsMissing(std::move(sayThatBusIsMissing)) {}
+      busIsMissing(std::move(logMissingBus)) {}
 
 Observation LinuxNotifications::observeScreenParameters(Task handler) {
   listenToScreens();

@@ -18,10 +18,10 @@ namespace brivane {
 class LinuxNotifications : public SystemNotifications {
  public:
   /// All must outlive this. While the machine's wake is observed, sleep is delayed until the gate
-  /// is shut and `saveEverything` has returned. `sayThatBusIsMissing` is called when there is no
+  /// is shut and `saveEverything` has returned. `logMissingBus` is called when there is no
   /// system bus to learn of sleep and wake.
   LinuxNotifications(XEvents& xEvents, Runtime& machineRuntime, SleepGate& machineSleepGate,
-                     Task saveEverything, Task sayThatBusIsMissing);
+                     Task saveEverything, Task logMissingBus);
 
   Observation observeScreenParameters(Task handler) override;
   Observation observeDidWake(Task handler) override;

@@ -10,13 +10,13 @@
 namespace brivane {
 
 SleepWatch::SleepWatch(Runtime& machineRuntime, Handler sleepHandler, Task busIsMissing)
-    : handler(std::move(sleepHandler)), sayThatBusIsMissing(std::move(busIsMissing)) {
+    : handler(std::move(sleepHandler)), logMissingBus(std::move(busIsMissing)) {
   if (library.isLoaded()) bus = library.connect();
   const bool isMatched =
       bus && library.matchSignal(bus.get(), nullptr, logind::service, logind::managerPath,
                                  logind::managerInterface, "PrepareForSleep", receive, this) >= 0;
   if (!isMatched) {
-    sayThatBusIsMissing();
+    logMissingBus();
     return;
   }
   askForInhibitor();
@@ -86,7 +86,7 @@ void SleepWatch::busHasGone() {
   bus.reset();
   // No later sleep will be announced, so don't delay any.
   inhibitor = FileDescriptor();
-  sayThatBusIsMissing();
+  logMissingBus();
   if (std::exchange(isAboutToSleep, false)) handler(false);
 }
 

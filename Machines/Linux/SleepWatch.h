@@ -35,7 +35,7 @@ class SleepWatch {
   void busHasGone();
 
   const Handler handler;
-  const Task sayThatBusIsMissing;
+  const Task logMissingBus;
   const SystemBusLibrary library;
   SystemBusLibrary::Connection bus;
   /// Delays sleep while open.

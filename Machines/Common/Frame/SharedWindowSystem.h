@@ -33,7 +33,7 @@ class SharedWindowSystem {
   virtual Observation observeServerGone(Task handler) = 0;
 
   /// Logs in one line, on standard error, too, that the program ends because the server is lost.
-  virtual void sayThatServerHasGone() = 0;
+  virtual void logLostServer() = 0;
 
   /// For an end of the process without the machine's destructor: syncs the settings to disk.
   virtual void saveBeforeExit() = 0;

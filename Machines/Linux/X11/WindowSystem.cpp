@@ -17,7 +17,7 @@ Observation LinuxWindowSystem::observeServerGone(Task handler) {
   return parts.events.observeGone(std::move(handler));
 }
 
-void LinuxWindowSystem::sayThatServerHasGone() {
+void LinuxWindowSystem::logLostServer() {
   parts.log.writeVisibly("Brivane ends because the X server \"" + parts.events.displayName() +
                          "\" has gone.");
 }

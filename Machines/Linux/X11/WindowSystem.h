@@ -25,7 +25,7 @@ class LinuxWindowSystem : public SharedWindowSystem {
   bool take(const WindowKey& key) override;
   void keyboardIsBack() override;
   Observation observeServerGone(Task handler) override;
-  void sayThatServerHasGone() override;
+  void logLostServer() override;
   void saveBeforeExit() override;
 
  private:

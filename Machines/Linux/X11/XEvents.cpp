@@ -35,7 +35,7 @@ XEvents::~XEvents() {
 xcb_connection_t* XEvents::connection() {
   if (!std::exchange(wasOpened, true)) open();
   if (server == nullptr || xcb_connection_has_error(server) != 0) return nullptr;
-  handOutSoon();
+  deliverSoon();
   return server;
 }
 
@@ -57,23 +57,23 @@ void XEvents::open() {
   if (xkb != nullptr && xkb->present != 0) useDetectableAutoRepeat(server);
   watch.emplace(runtime, "x events", xcb_get_file_descriptor(server), [this] {
     const LivenessAnchor::Watch alive = anchor.watch();
-    const bool isThere = handOut();
+    const bool isThere = deliver();
     if (!isThere && alive.isAlive()) gone.announce();
     return isThere;
   });
 }
 
-void XEvents::handOutSoon() {
-  if (std::exchange(isHandingOutSoon, true)) return;
+void XEvents::deliverSoon() {
+  if (std::exchange(isDeliveringSoon, true)) return;
   runtime.async([this, alive = anchor.watch()] {
     if (!alive.isAlive()) return;
-    isHandingOutSoon = false;
-    handOut();
+    isDeliveringSoon = false;
+    deliver();
   });
 }
 
 /// False when the server is lost.
-bool XEvents::handOut() {
+bool XEvents::deliver() {
   const LivenessAnchor::Watch alive = anchor.watch();
   while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(server)}) {
     // Copied: handlers may add and remove observers.

@@ -46,8 +46,8 @@ class XEvents {
 
  private:
   void open();
-  void handOutSoon();
-  bool handOut();
+  void deliverSoon();
+  bool deliver();
 
   const std::string display;
   Runtime& runtime;
@@ -56,7 +56,7 @@ class XEvents {
   xcb_window_t rootWindow = XCB_NONE;
   std::vector<std::weak_ptr<Handler>> handlers;
   Topic gone;
-  bool isHandingOutSoon = false;
+  bool isDeliveringSoon = false;
   std::optional<DescriptorWatch> watch;
   LivenessAnchor anchor;
 };

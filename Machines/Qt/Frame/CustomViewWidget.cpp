@@ -69,7 +69,7 @@ void CustomViewWidget::click() {
   if (view != nullptr) view->mouseDown();
 }
 
-void CustomViewWidget::leave() {
+void CustomViewWidget::detach() {
   if (view != nullptr) std::exchange(view, nullptr)->setHost(nullptr);
 }
 

@@ -14,7 +14,7 @@ class CustomViewWidget : public QWidget, public CustomViewHost {
 
   void click();
   /// The view may be destroyed afterwards.
-  void leave();
+  void detach();
 
   void setNeedsDisplay() override;
   void makeFirstResponder() override;

@@ -78,7 +78,7 @@ QtEditorWindow::QtEditorWindow(const EditorWindowAttributes& attributes,
 
 QtEditorWindow::~QtEditorWindow() {
   anchor.kill();
-  leaveViews();
+  detachViews();
   // The window may be handling one of its events.
   window->hide();
   window.release()->deleteLater();
@@ -106,7 +106,7 @@ void QtEditorWindow::center() {
 }
 
 void QtEditorWindow::setContent(std::vector<WindowItem> newItems) {
-  leaveViews();
+  detachViews();
   for (QWidget* const old : std::exchange(content, {})) {
     old->hide();
     old->deleteLater();
@@ -155,8 +155,8 @@ void QtEditorWindow::makeKeyAndOrderFront() {
   window->activateWindow();
 }
 
-void QtEditorWindow::leaveViews() {
-  for (CustomViewWidget* const view : std::exchange(views, {})) view->leave();
+void QtEditorWindow::detachViews() {
+  for (CustomViewWidget* const view : std::exchange(views, {})) view->detach();
 }
 
 void QtEditorWindow::userCloses() {

@@ -35,7 +35,7 @@ class QtEditorWindow : public EditorWindow {
   QWidget* make(const WindowLabel& label);
   QWidget* make(const WindowButton& button);
   QWidget* make(const WindowView& field);
-  void leaveViews();
+  void detachViews();
   void userCloses();
 
   QtApplication& application;

@@ -31,7 +31,7 @@ MenuKeyFilter::~MenuKeyFilter() {
 }
 
 void MenuKeyFilter::giveKeyboardBack() {
-  doubtfulRelease.reset();
+  heldBackRelease.reset();
   takenKeys.clear();
   // The popup has the keyboard until the server has handled Qt's request.
   waitForX();
@@ -41,7 +41,7 @@ void MenuKeyFilter::giveKeyboardBack() {
 bool MenuKeyFilter::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
   if (type != "xcb_generic_event_t" || !popup.testAttribute(Qt::WA_WState_Created)) return false;
   if (isOwnMessage(*static_cast<const xcb_client_message_event_t*>(message))) {
-    tellRelease();
+    forwardRelease();
     if (!popup.isVisible()) giveKeyboardBack();
     return true;
   }
@@ -65,32 +65,32 @@ bool MenuKeyFilter::take(const xcb_key_press_event_t& event) {
 }
 
 void MenuKeyFilter::pressed(const xcb_key_press_event_t& event) {
-  const bool isRepeat = doubtfulRelease && doubtfulRelease->detail == event.detail &&
-                        doubtfulRelease->time == event.time;
-  if (isRepeat) doubtfulRelease.reset();
-  tellRelease();
+  const bool isRepeat = heldBackRelease && heldBackRelease->detail == event.detail &&
+                        heldBackRelease->time == event.time;
+  if (isRepeat) heldBackRelease.reset();
+  forwardRelease();
   if (system.take({true, event.detail, event.state})) takenKeys.insert(event.detail);
 }
 
 void MenuKeyFilter::released(const xcb_key_press_event_t& event) {
-  tellRelease();
+  forwardRelease();
   if (!takenKeys.contains(event.detail)) {
     system.take({false, event.detail, event.state});
     return;
   }
-  doubtfulRelease = event;
-  sendToOneself(static_cast<xcb_window_t>(popup.winId()), ++lastMessage);
+  heldBackRelease = event;
+  sendToOwnWindow(static_cast<xcb_window_t>(popup.winId()), ++lastMessage);
 }
 
 bool MenuKeyFilter::isOwnMessage(const xcb_client_message_event_t& event) const {
   return (event.response_type & ~sentByAnotherClient) == XCB_CLIENT_MESSAGE &&
          event.window == popup.winId() && event.type == XCB_ATOM_INTEGER &&
-         event.data.data32[0] == lastMessage && doubtfulRelease;
+         event.data.data32[0] == lastMessage && heldBackRelease;
 }
 
 /// The held-back release was real; forward it.
-void MenuKeyFilter::tellRelease() {
-  const auto release = std::exchange(doubtfulRelease, std::nullopt);
+void MenuKeyFilter::forwardRelease() {
+  const auto release = std::exchange(heldBackRelease, std::nullopt);
   if (!release) return;
   takenKeys.erase(release->detail);
   system.take({false, release->detail, release->state});

@@ -32,14 +32,14 @@ class MenuKeyFilter : public QAbstractNativeEventFilter {
   void pressed(const xcb_key_press_event_t& event);
   void released(const xcb_key_press_event_t& event);
   bool isOwnMessage(const xcb_client_message_event_t& event) const;
-  void tellRelease();
+  void forwardRelease();
 
   SharedWindowSystem& system;
   const QWidget& popup;
   /// Held keys that the machine has used.
   std::set<xcb_keycode_t> takenKeys;
   /// The release of a used key, until it is known to be no part of a repeat.
-  std::optional<xcb_key_press_event_t> doubtfulRelease;
+  std::optional<xcb_key_press_event_t> heldBackRelease;
   /// The number of the message sent for the held-back release.
   std::uint32_t lastMessage = 0;
 };

@@ -143,7 +143,7 @@ void MenuSeparatorRow::paintEvent(QPaintEvent*) {
 }
 
 MenuSliderRow::MenuSliderRow(const MenuSlider& slider, QtApplication& application,
-                             std::function<void(double)> moved, std::function<void()> letGo)
+                             std::function<void(double)> moved, std::function<void()> released)
     : control(new RowSlider(this, application)) {
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(leftMargin, 0, rightMargin, verticalMargin);
@@ -160,7 +160,7 @@ MenuSliderRow::MenuSliderRow(const MenuSlider& slider, QtApplication& applicatio
   connect(control, &QSlider::valueChanged, this, [this, moved = std::move(moved)](int value) {
     if (!isFollowing) moved(value);
   });
-  connect(control, &QSlider::sliderReleased, this, std::move(letGo));
+  connect(control, &QSlider::sliderReleased, this, std::move(released));
 }
 
 void MenuSliderRow::setValue(double newValue) {

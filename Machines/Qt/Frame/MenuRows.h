@@ -47,7 +47,7 @@ class MenuSliderRow : public QWidget {
  public:
   /// `moved` is called for the user's moves only, `released` at the end of each drag.
   MenuSliderRow(const MenuSlider& slider, QtApplication& application,
-                std::function<void(double)> moved, std::function<void()> letGo);
+                std::function<void(double)> moved, std::function<void()> released);
 
   void setValue(double newValue);
 

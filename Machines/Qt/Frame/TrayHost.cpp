@@ -49,7 +49,7 @@ void TrayHost::waitFor(std::function<void()> found) {
   bus.connect(watcherService, watcherPath, watcherService, "StatusNotifierHostRegistered", this,
               SLOT(hostRegistered()));
   // Through Qt's loop the reply would come only after the rest of the start.
-  heard(bus.call(question(), QDBus::Block, patienceMilliseconds));
+  receive(bus.call(question(), QDBus::Block, patienceMilliseconds));
   if (!whenFound) return;
   askWatcher();
   if (isOnX()) qApp->installNativeEventFilter(this);
@@ -60,13 +60,13 @@ void TrayHost::askWatcher() {
       new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question()), this);
   connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
     call->deleteLater();
-    heard(call->reply());
+    receive(call->reply());
   });
 }
 
 /// Looks for an XEmbed tray only after the reply: a desktop that has both shows the item better
 /// over the bus.
-void TrayHost::heard(const QDBusPendingReply<QDBusVariant>& reply) {
+void TrayHost::receive(const QDBusPendingReply<QDBusVariant>& reply) {
   const bool hasHost = !reply.isError() && reply.value().variant().toBool();
   if (hasHost || hasSelectionOwner(embeddingTray)) announce();
 }

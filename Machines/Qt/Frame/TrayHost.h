@@ -27,7 +27,7 @@ class TrayHost : public QObject, private QAbstractNativeEventFilter {
  private:
   Q_SLOT void hostRegistered();
   void askWatcher();
-  void heard(const QDBusPendingReply<QDBusVariant>& reply);
+  void receive(const QDBusPendingReply<QDBusVariant>& reply);
   void announce();
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 

@@ -1,4 +1,4 @@
-// Each reported move of the pointer writes a file. So moves are merged, and reported every 40 ms
+// Each reported move of the pointer writes a file. So moves are merged, and reported now and then
 // and before a key.
 #include "Machines/Qt/LiveDesk/DeskInputFilter.h"
 
@@ -11,7 +11,7 @@
 namespace brivane {
 namespace {
 
-constexpr int tellingMilliseconds = 40;
+constexpr int reportingMilliseconds = 40;
 
 // Virtual key codes.
 constexpr std::uint16_t leftControl = 59;
@@ -23,9 +23,9 @@ constexpr std::uint16_t rightOption = 61;
 
 DeskInputFilter::DeskInputFilter(LiveDesk& liveDesk, FindSpot findSpot)
     : desk(liveDesk), spotOf(std::move(findSpot)) {
-  telling.setSingleShot(true);
-  telling.setInterval(tellingMilliseconds);
-  connect(&telling, &QTimer::timeout, this, [this] { movePointer(); });
+  reporting.setSingleShot(true);
+  reporting.setInterval(reportingMilliseconds);
+  connect(&reporting, &QTimer::timeout, this, [this] { reportPointer(); });
   connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* window) {
     if (window == nullptr) releaseAll();
   });
@@ -51,7 +51,7 @@ bool DeskInputFilter::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseButtonPress:
       if (const auto spot = spotOf(window, static_cast<const QMouseEvent&>(*event).position())) {
         pointer = spot;
-        if (!telling.isActive()) telling.start();
+        if (!reporting.isActive()) reporting.start();
       }
       return false;
     case QEvent::Hide:
@@ -69,7 +69,7 @@ bool DeskInputFilter::keyPressed(QWindow& window, const QKeyEvent& event) {
   const auto found = down.find(*key);
   // The simulated machine repeats keys by itself.
   if (found != down.end()) return found->second;
-  movePointer();
+  reportPointer();
   down[*key] = false;
   if (const auto* const brightness = std::get_if<LiveBrightnessKey>(&*key)) {
     desk.pressBrightness(*brightness);
@@ -77,7 +77,7 @@ bool DeskInputFilter::keyPressed(QWindow& window, const QKeyEvent& event) {
   }
   const bool isTaken = !desk.pressKey(std::get<std::uint16_t>(*key));
   down[*key] = isTaken;
-  keepKeys(window);
+  grabOrUngrab(window);
   return isTaken;
 }
 
@@ -90,7 +90,7 @@ bool DeskInputFilter::keyReleased(QWindow& window, const QKeyEvent& event) {
   if (event.isAutoRepeat()) return isTaken;
   down.erase(found);
   release(*key);
-  keepKeys(window);
+  grabOrUngrab(window);
   return isTaken;
 }
 
@@ -105,8 +105,8 @@ void DeskInputFilter::release(const DeskKey& key) {
 /// The keys' releases will not arrive.
 void DeskInputFilter::releaseAll() {
   for (const auto& [key, isTaken] : std::exchange(down, {})) release(key);
-  if (keeper) keeper->setKeyboardGrabEnabled(false);
-  keeper = nullptr;
+  if (grabber) grabber->setKeyboardGrabEnabled(false);
+  grabber = nullptr;
 }
 
 bool DeskInputFilter::isAnyDown(std::initializer_list<std::uint16_t> keyCodes) const {
@@ -116,20 +116,20 @@ bool DeskInputFilter::isAnyDown(std::initializer_list<std::uint16_t> keyCodes) c
 
 /// Many desktops switch workspaces with Control, Alt and an arrow, so the keyboard is grabbed while
 /// Control and Alt are held.
-void DeskInputFilter::keepKeys(QWindow& window) {
+void DeskInputFilter::grabOrUngrab(QWindow& window) {
   const bool isWanted =
       isAnyDown({leftControl, rightControl}) && isAnyDown({leftOption, rightOption});
   // An open menu has grabbed the keyboard already.
-  if (isWanted == !keeper.isNull() || (isWanted && QApplication::activePopupWidget() != nullptr)) {
+  if (isWanted == !grabber.isNull() || (isWanted && QApplication::activePopupWidget() != nullptr)) {
     return;
   }
-  if (keeper) keeper->setKeyboardGrabEnabled(false);
-  keeper = isWanted ? &window : nullptr;
-  if (keeper) keeper->setKeyboardGrabEnabled(true);
+  if (grabber) grabber->setKeyboardGrabEnabled(false);
+  grabber = isWanted ? &window : nullptr;
+  if (grabber) grabber->setKeyboardGrabEnabled(true);
 }
 
-void DeskInputFilter::movePointer() {
-  telling.stop();
+void DeskInputFilter::reportPointer() {
+  reporting.stop();
   if (const auto spot = std::exchange(pointer, std::nullopt)) desk.movePointer(*spot);
 }
 

@@ -33,8 +33,8 @@ class DeskInputFilter : public QObject {
   bool keyReleased(QWindow& window, const QKeyEvent& event);
   void release(const DeskKey& key);
   void releaseAll();
-  void movePointer();
-  void keepKeys(QWindow& window);
+  void reportPointer();
+  void grabOrUngrab(QWindow& window);
   bool isAnyDown(std::initializer_list<std::uint16_t> keyCodes) const;
 
   LiveDesk& desk;
@@ -42,10 +42,10 @@ class DeskInputFilter : public QObject {
   /// Held keys, and whether the simulated machine has used their presses.
   std::map<DeskKey, bool> down;
   /// The window that has grabbed the keyboard.
-  QPointer<QWindow> keeper;
+  QPointer<QWindow> grabber;
   /// Not reported yet.
   std::optional<LiveSpot> pointer;
-  QTimer telling;
+  QTimer reporting;
 };
 
 }  // namespace brivane

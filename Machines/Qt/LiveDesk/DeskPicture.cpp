@@ -77,12 +77,12 @@ void DeskPicture::write() {
   QSaveFile whole(QString::fromStdString(file.string()));
   const bool isWritten =
       whole.open(QIODevice::WriteOnly) && take().save(&whole, "PNG") && whole.commit();
-  tell(isWritten ? QString("") : whole.errorString());
+  logResult(isWritten ? QString("") : whole.errorString());
 }
 
-void DeskPicture::tell(const QString& problem) {
-  if (toldProblem == problem) return;
-  toldProblem = problem;
+void DeskPicture::logResult(const QString& problem) {
+  if (loggedProblem == problem) return;
+  loggedProblem = problem;
   log.write(problem.isEmpty() ? "Brivane: a picture of the desk is kept in " + file.string()
                               : "Brivane: the picture of the desk can't be written to " +
                                     file.string() + ": " + problem.toStdString());

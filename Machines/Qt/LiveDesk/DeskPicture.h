@@ -24,12 +24,12 @@ class DeskPicture : public QObject {
 
  private:
   void write();
-  void tell(const QString& problem);
+  void logResult(const QString& problem);
 
   const std::filesystem::path file;
   SystemLog& log;
   /// The problem last logged; empty for none, nothing before the first picture.
-  std::optional<QString> toldProblem;
+  std::optional<QString> loggedProblem;
   QTimer settling;
 };
 

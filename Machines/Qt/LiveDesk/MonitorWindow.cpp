@@ -61,7 +61,7 @@ MonitorWindow::MonitorWindow(DisplayID shownDisplay, Handlers eventHandlers)
   rows->addWidget(controls);
   moving.setSingleShot(true);
   moving.setInterval(movedMilliseconds);
-  connect(&moving, &QTimer::timeout, this, [this] { tellOfMove(); });
+  connect(&moving, &QTimer::timeout, this, [this] { reportMove(); });
   settling.setSingleShot(true);
   settling.setInterval(settledMilliseconds);
 }
@@ -157,7 +157,7 @@ void MonitorWindow::moveEvent(QMoveEvent* event) {
 }
 
 /// A window that a window manager has resized was not moved by the user.
-void MonitorWindow::tellOfMove() {
+void MonitorWindow::reportMove() {
   if (!placed || !isVisible() || size() != QSize(placed->width, placed->height)) return;
   const QPoint now = pos();
   if (!isAway && now == QPoint(placed->x, placed->y)) return;
@@ -188,7 +188,7 @@ void MonitorWindow::mouseReleaseEvent(QMouseEvent* event) {
   moving.stop();
   // A click doesn't move the display, wherever a window manager has put the window.
   if (isDragged) {
-    tellOfMove();
+    reportMove();
   } else if (isAway && placed) {
     place(*placed);
   }

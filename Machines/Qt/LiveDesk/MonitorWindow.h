@@ -49,7 +49,7 @@ class MonitorWindow : public QWidget {
   void place(const LivePlace& newPlace);
   void layOut();
   void chooseFont();
-  void tellOfMove();
+  void reportMove();
 
   const DisplayID ownDisplay;
   const Handlers handlers;

@@ -64,28 +64,28 @@ bool QtAppearances::eventFilter(QObject* watched, QEvent* event) {
   return QObject::eventFilter(watched, event);
 }
 
-std::optional<Appearance> QtAppearances::wished() const {
+std::optional<Appearance> QtAppearances::preference() const {
   return source ? std::optional(source->appearance()) : portal.preference();
 }
 
 void QtAppearances::update() {
   const Appearance before = appearance;
   // Colours set here say nothing about the desktop.
-  const QPalette desktop = colorsBefore.value_or(QApplication::palette());
-  appearance = wished().value_or(appearanceOf(desktop));
-  if (appearance != appearanceOf(QApplication::palette())) giveColors();
+  const QPalette desktop = desktopColors.value_or(QApplication::palette());
+  appearance = preference().value_or(appearanceOf(desktop));
+  if (appearance != appearanceOf(QApplication::palette())) setColors();
   if (appearance != before) changes.announce();
 }
 
 /// The desktop's own colours where they match, else this program's. Styles other than Fusion may
 /// ignore the colours.
-void QtAppearances::giveColors() {
-  if (!colorsBefore) {
-    colorsBefore = QApplication::palette();
+void QtAppearances::setColors() {
+  if (!desktopColors) {
+    desktopColors = QApplication::palette();
     QApplication::setStyle(QStyleFactory::create("Fusion"));
   }
-  if (appearance == appearanceOf(*colorsBefore)) {
-    QApplication::setPalette(*colorsBefore);
+  if (appearance == appearanceOf(*desktopColors)) {
+    QApplication::setPalette(*desktopColors);
   } else {
     QApplication::setPalette(appearance == Appearance::dark ? darkPalette() : lightPalette());
   }

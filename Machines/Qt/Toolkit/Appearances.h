@@ -27,15 +27,15 @@ class QtAppearances : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  std::optional<Appearance> wished() const;
+  std::optional<Appearance> preference() const;
   void update();
-  void giveColors();
+  void setColors();
 
   const std::shared_ptr<AppearanceSource> source;
   ColorSchemePortal portal;
   Appearance appearance = Appearance::light;
   /// The desktop's colours, once they have been replaced.
-  std::optional<QPalette> colorsBefore;
+  std::optional<QPalette> desktopColors;
   Topic changes;
   Observation sourceChanges;
 };

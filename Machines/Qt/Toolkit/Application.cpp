@@ -46,13 +46,13 @@ int QtApplication::run() {
   });
   QApplication::exec();
   // The session may end the application without `terminate()`.
-  if (!isEnding) tellDelegateOfTheEnd();
+  if (!isEnding) notifyDelegateOfEnd();
   return exitStatus;
 }
 
 void QtApplication::terminate() {
   if (isEnding) return;
-  tellDelegateOfTheEnd();
+  notifyDelegateOfEnd();
   runtime.stop();
 }
 
@@ -67,22 +67,22 @@ void QtApplication::exit(int status) {
 void QtApplication::serverHasGone() {
   if (!isEnding) {
     exitStatus = 1;
-    sayThatServerHasGone();
-    tellDelegateOfTheEnd();
+    logLostServer();
+    notifyDelegateOfEnd();
   }
   if (sharedWindowSystem != nullptr) sharedWindowSystem->saveBeforeExit();
   std::_Exit(exitStatus);
 }
 
-void QtApplication::sayThatServerHasGone() {
+void QtApplication::logLostServer() {
   if (sharedWindowSystem != nullptr) {
-    sharedWindowSystem->sayThatServerHasGone();
+    sharedWindowSystem->logLostServer();
   } else {
     log.write("Brivane ends because the X server has gone.");
   }
 }
 
-void QtApplication::tellDelegateOfTheEnd() {
+void QtApplication::notifyDelegateOfEnd() {
   isEnding = true;
   if (delegate != nullptr) delegate->applicationWillTerminate();
 }

@@ -37,9 +37,9 @@ class QtApplication : public Application {
   SystemLog& systemLog() const { return log; }
 
  private:
-  void tellDelegateOfTheEnd();
+  void notifyDelegateOfEnd();
   [[noreturn]] void serverHasGone();
-  void sayThatServerHasGone();
+  void logLostServer();
 
   Runtime& runtime;
   SharedWindowSystem* const sharedWindowSystem;

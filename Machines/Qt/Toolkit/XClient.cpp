@@ -39,7 +39,7 @@ void waitForX() {
   std::free(xcb_get_input_focus_reply(connection(), cookie, nullptr));
 }
 
-void sendToOneself(xcb_window_t window, std::uint32_t number) {
+void sendToOwnWindow(xcb_window_t window, std::uint32_t number) {
   if (!isOnX()) return;
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;

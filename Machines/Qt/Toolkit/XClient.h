@@ -17,7 +17,7 @@ void waitForX();
 
 /// Sends a client message of the type INTEGER to a window of this program; it arrives behind all
 /// earlier events. No effect without a server.
-void sendToOneself(xcb_window_t window, std::uint32_t number);
+void sendToOwnWindow(xcb_window_t window, std::uint32_t number);
 
 /// None without a server.
 xcb_atom_t xAtom(std::string_view name);
