@@ -102,7 +102,7 @@ bool LinuxEventTaps::keyPressed(xcb_keycode_t key) {
   const bool hasPassed = stream.send(brightnessKeyEvent(key == brightnessUp, true, isRepeat));
   if (!hasPassed) {
     swallowedKeys.insert(key);
-    awaitReleaseNoMore(key);
+    stopAwaitingRelease(key);
   }
   return hasPassed;
 }
@@ -112,14 +112,14 @@ void LinuxEventTaps::awaitRelease(xcb_keycode_t key) {
   if (!swallowedKeys.contains(key) && releases.listen()) passedKeys.insert(key);
 }
 
-bool LinuxEventTaps::awaitReleaseNoMore(xcb_keycode_t key) {
+bool LinuxEventTaps::stopAwaitingRelease(xcb_keycode_t key) {
   const bool wasAwaited = passedKeys.erase(key) != 0;
   if (passedKeys.empty()) releases.stopListening();
   return wasAwaited;
 }
 
 void LinuxEventTaps::passedKeyReleased(xcb_keycode_t key) {
-  if (!awaitReleaseNoMore(key)) return;
+  if (!stopAwaitingRelease(key)) return;
   stream.send(brightnessKeyEvent(key == brightnessUp, false, false));
 }
 
@@ -129,7 +129,7 @@ void LinuxEventTaps::keyboardIsBack() {
 
 void LinuxEventTaps::keyReleased(xcb_keycode_t key) {
   swallowedKeys.erase(key);
-  awaitReleaseNoMore(key);
+  stopAwaitingRelease(key);
   stream.send(brightnessKeyEvent(key == brightnessUp, false, false));
 }
 

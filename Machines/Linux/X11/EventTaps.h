@@ -47,7 +47,7 @@ class LinuxEventTaps : public EventTaps {
   void keyReleased(xcb_keycode_t key);
   void awaitRelease(xcb_keycode_t key);
   /// Returns whether the release was awaited.
-  bool awaitReleaseNoMore(xcb_keycode_t key);
+  bool stopAwaitingRelease(xcb_keycode_t key);
   void passedKeyReleased(xcb_keycode_t key);
   void allow(std::uint8_t mode, xcb_timestamp_t time);
 

@@ -47,7 +47,7 @@ void TrayHost::waitFor(std::function<void()> found) {
   watcher.addWatchedService(watcherService);
   connect(&watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { askWatcher(); });
   bus.connect(watcherService, watcherPath, watcherService, "StatusNotifierHostRegistered", this,
-              SLOT(hostRegistered()));
+              SLOT(announce()));
   // Through Qt's loop the reply would come only after the rest of the start.
   receive(bus.call(question(), QDBus::Block, patienceMilliseconds));
   if (!whenFound) return;
@@ -71,10 +71,6 @@ void TrayHost::receive(const QDBusPendingReply<QDBusVariant>& reply) {
   if (hasHost || hasSelectionOwner(embeddingTray)) announce();
 }
 
-void TrayHost::hostRegistered() {
-  announce();
-}
-
 void TrayHost::announce() {
   const auto found = std::exchange(whenFound, {});
   if (found) found();
@@ -85,8 +81,8 @@ bool TrayHost::nativeEventFilter(const QByteArray& eventType, void* message, qin
   if (!whenFound || eventType != "xcb_generic_event_t") return false;
   const auto* const event = static_cast<const xcb_generic_event_t*>(message);
   if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE) return false;
-  const auto* const news = static_cast<const xcb_client_message_event_t*>(message);
-  if (news->type == xAtom("MANAGER") && hasSelectionOwner(embeddingTray)) announce();
+  const auto* const announcement = static_cast<const xcb_client_message_event_t*>(message);
+  if (announcement->type == xAtom("MANAGER") && hasSelectionOwner(embeddingTray)) announce();
   return false;
 }
 

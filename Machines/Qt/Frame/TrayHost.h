@@ -25,10 +25,9 @@ class TrayHost : public QObject, private QAbstractNativeEventFilter {
   void waitFor(std::function<void()> found);
 
  private:
-  Q_SLOT void hostRegistered();
+  Q_SLOT void announce();
   void askWatcher();
   void receive(const QDBusPendingReply<QDBusVariant>& reply);
-  void announce();
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
   SystemLog& log;

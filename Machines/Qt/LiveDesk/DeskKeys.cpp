@@ -48,11 +48,6 @@ bool isModifier(std::uint16_t keyCode) {
   return keyCode >= 54 && keyCode <= 62;
 }
 
-std::optional<DeskKey> asDeskKey(std::optional<std::uint16_t> keyCode) {
-  if (!keyCode) return std::nullopt;
-  return *keyCode;
-}
-
 }  // namespace
 
 std::optional<DeskKey> deskKeyOf(const QKeyEvent& event) {
@@ -64,7 +59,7 @@ std::optional<DeskKey> deskKeyOf(const QKeyEvent& event) {
   }
   const bool isOnKeypad = event.modifiers().testFlag(Qt::KeypadModifier);
   if (const auto named = found(namedKeys, event.key()); named && !isOnKeypad) return *named;
-  return asDeskKey(byPlace);
+  return byPlace;
 }
 
 }  // namespace brivane

@@ -16,22 +16,18 @@ Appearance appearanceOf(const QPalette& palette) {
   return background < text ? Appearance::dark : Appearance::light;
 }
 
-void set(QPalette& palette, QPalette::ColorRole role, const QColor& color) {
-  palette.setColor(role, color);
-}
-
 QPalette darkPalette() {
   QPalette palette(QColor(66, 66, 71), QColor(42, 42, 46));
-  set(palette, QPalette::WindowText, QColor(236, 236, 238));
-  set(palette, QPalette::Text, QColor(236, 236, 238));
-  set(palette, QPalette::ButtonText, QColor(236, 236, 238));
-  set(palette, QPalette::BrightText, Qt::white);
-  set(palette, QPalette::Base, QColor(38, 38, 42));
-  set(palette, QPalette::ToolTipBase, QColor(62, 62, 66));
-  set(palette, QPalette::ToolTipText, QColor(236, 236, 238));
-  set(palette, QPalette::Highlight, QColor(64, 150, 236));
-  set(palette, QPalette::HighlightedText, Qt::white);
-  set(palette, QPalette::PlaceholderText, QColor(236, 236, 238, 128));
+  palette.setColor(QPalette::WindowText, QColor(236, 236, 238));
+  palette.setColor(QPalette::Text, QColor(236, 236, 238));
+  palette.setColor(QPalette::ButtonText, QColor(236, 236, 238));
+  palette.setColor(QPalette::BrightText, Qt::white);
+  palette.setColor(QPalette::Base, QColor(38, 38, 42));
+  palette.setColor(QPalette::ToolTipBase, QColor(62, 62, 66));
+  palette.setColor(QPalette::ToolTipText, QColor(236, 236, 238));
+  palette.setColor(QPalette::Highlight, QColor(64, 150, 236));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::PlaceholderText, QColor(236, 236, 238, 128));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
     palette.setColor(QPalette::Disabled, role, QColor(140, 140, 146));
   }
@@ -40,9 +36,9 @@ QPalette darkPalette() {
 
 QPalette lightPalette() {
   QPalette palette(QColor(239, 239, 241), QColor(243, 243, 245));
-  set(palette, QPalette::Base, Qt::white);
-  set(palette, QPalette::Highlight, QColor(38, 110, 190));
-  set(palette, QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::Highlight, QColor(38, 110, 190));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
   return palette;
 }
 

@@ -41,8 +41,8 @@ void ColorSchemePortal::ask(std::function<void()> changed) {
   });
 }
 
-void ColorSchemePortal::settingChanged(const QDBusMessage& news) {
-  const auto words = news.arguments();
+void ColorSchemePortal::settingChanged(const QDBusMessage& signal) {
+  const auto words = signal.arguments();
   if (words.size() == 3 && words[0] == appearanceGroup && words[1] == colorSchemeKey) {
     take(words[2]);
   }

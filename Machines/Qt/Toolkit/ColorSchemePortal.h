@@ -24,7 +24,7 @@ class ColorSchemePortal : public QObject {
  private:
   /// Group, key and value. A slot with the value's type can't always be connected, because Qt
   /// registers the type on another thread.
-  Q_SLOT void settingChanged(const QDBusMessage& news);
+  Q_SLOT void settingChanged(const QDBusMessage& signal);
   void take(const QVariant& value);
 
   std::function<void()> onChange;
