@@ -1,4 +1,4 @@
-// The built program on simulated machines, as a person types it.
+// The built program on simulated machines, from the command line.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -45,7 +45,7 @@ class DeskCommandsTest : public testing::Test {
                      firmware + "}}]}");
   }
 
-  /// The "control:" line of the display that the report says the cursor is on.
+  /// The report's "control:" line of the display under the cursor.
   std::string controlUnderCursor() {
     const std::string report = output({"--probe"});
     std::smatch cursor;
@@ -71,7 +71,7 @@ TEST_F(DeskCommandsTest, TheDefaultDeskShowsEveryKindOfControl) {
   EXPECT_THAT(controlUnderCursor(), StartsWith("control: DDC/CI -> "));
 }
 
-TEST_F(DeskCommandsTest, WhatWasSetIsWhatTheNextReportShows) {
+TEST_F(DeskCommandsTest, TheNextReportShowsTheLevelThatWasSet) {
   useDefaultDesk();
   EXPECT_THAT(output({"--set", "40"}), ContainsRegex("^Set .* to 40%\n$"));
   EXPECT_EQ(controlUnderCursor(), "control: DDC/CI -> 40%");
@@ -88,7 +88,7 @@ TEST_F(DeskCommandsTest, OnlyTheDisplayUnderThePointerChanges) {
   EXPECT_EQ(changed, 2);  // its control line and its raw values
 }
 
-TEST_F(DeskCommandsTest, AppleDisplaysAreNotForTheSetMode) {
+TEST_F(DeskCommandsTest, TheSetModeRefusesAppleDisplays) {
   for (const bool isBuiltIn : {false, true}) {
     std::filesystem::remove_all(folder / "desk.json.state");
     folder.write("desk.json", std::string(R"({"displays": [{"identifier": 2, "name": "Pro Panel",
@@ -107,7 +107,7 @@ TEST_F(DeskCommandsTest, UnmapTakesAwayBrivanesEntriesAndThenFindsNone) {
   EXPECT_THAT(output({"--unmap"}), StartsWith("No Brivane entries were in the HID mapping"));
 }
 
-TEST_F(DeskCommandsTest, UsageErrorsPrintOneLineAndEndWell) {
+TEST_F(DeskCommandsTest, UsageErrorsPrintOneLineAndEndWithStatusZero) {
   useDefaultDesk();
   for (const auto& arguments : std::vector<std::vector<std::string>>{
            {"--set"}, {"--set", ""}, {"--set", "4x"}, {"--set", "1.5"}}) {
@@ -143,7 +143,7 @@ TEST_F(DeskCommandsTest, FilesAreOnlyMadeBesideTheDesk) {
   EXPECT_THAT(folder.names(), testing::ElementsAre("desk.json", "desk.json.state"));
 }
 
-// Monitors with moods
+// Monitors that misbehave
 
 TEST_F(DeskCommandsTest, MonitorsWithOddRepliesAreStillRead) {
   for (const auto* firmware : {R"("mood": "shifted")", R"("replyMilliseconds": 90)",
@@ -164,20 +164,20 @@ TEST_F(DeskCommandsTest, MonitorsThatDoNotAnswerAreReportedSo) {
   }
 }
 
-// Desk files that can't be used
+// Unusable desk files
 
 struct BadDesk {
   const char* name;
   std::string content;
   const char* complaint;
-  /// Zeros behind it; not made before they are needed, for every program is started by copying
-  /// what this process has in memory.
+  /// The number of zeros after `content`; made only when needed, because starting a program copies
+  /// this process's memory.
   std::size_t zeros = 0;
 };
 
 class BadDeskTest : public DeskCommandsTest, public testing::WithParamInterface<BadDesk> {};
 
-TEST_P(BadDeskTest, OneLineNamesTheFileAndWhatIsWrongAndTheModeEndsWell) {
+TEST_P(BadDeskTest, OneLineNamesTheFileAndTheProblemAndTheModeEndsWithStatusZero) {
   const std::string content = GetParam().content + std::string(GetParam().zeros, '\0');
   folder.write("desk.json", content);
   const ProgramResult result = run({"--probe"});
@@ -212,7 +212,7 @@ TEST_F(DeskCommandsTest, AMissingDeskAndAFolderGetOneLineEach) {
 
 TEST_F(DeskCommandsTest, AnUnreadableDeskGetsOneLine) {
   if (geteuid() == 0) {
-    // Root can read anything; as an ordinary user this test runs whole.
+    // Root can read any file; the rest runs as an ordinary user.
     useDefaultDesk();
     std::filesystem::permissions(desk, std::filesystem::perms::none);
     EXPECT_THAT(output({"--probe"}), StartsWith("Brivane probe"));
@@ -225,7 +225,7 @@ TEST_F(DeskCommandsTest, AnUnreadableDeskGetsOneLine) {
   EXPECT_THAT(result.errors, HasSubstr("Permission denied"));
 }
 
-// Settings and state that can't be used
+// Unusable settings and state
 
 class DeskStateTest : public DeskCommandsTest {
  protected:
@@ -265,9 +265,9 @@ TEST_F(DeskStateTest, BrokenSettingsAreReportedKeptAndReplaced) {
   }
 }
 
-TEST_F(DeskStateTest, WithoutRoomForFilesTheMonitorIsSetTheFailureIsSaidAndNothingIsTorn) {
+TEST_F(DeskStateTest, WithoutRoomForFilesTheMonitorIsSetTheFailureReportedAndNoFileDamaged) {
   const std::string before = TemporaryFolder::read(settings);
-  // The limit is on files; what the program prints goes through a pipe.
+  // The limit is on files; the program's output goes through a pipe.
   const ProgramResult result =
       runProgram("Brivane", {"--set", "50"}, {{"BRIVANE_DESK", desk}}, {.largestFileBytes = 8});
   EXPECT_EQ(result.exitStatus, 0);

@@ -1,5 +1,5 @@
-// Two real processes on one desk: the resident program, and somebody who does things to the
-// hardware. A third one watches, and says what came of it.
+// Two real processes on one desk: the resident program, and one that pokes the hardware. A third
+// process watches and prints the effects.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -60,7 +60,7 @@ class DeskPokeTest : public testing::Test {
     EXPECT_EQ(result.exitStatus, 0) << step << ": " << result.errors;
   }
 
-  /// Waits until the watcher says so; what was said before an earlier line doesn't count.
+  /// Waits until the watcher prints the line; lines before the last one found don't count.
   bool shows(const std::string& line) { return watch->waitForOutput(line); }
 
   std::string probe() {
@@ -142,7 +142,7 @@ TEST_F(DeskPokeTest, AfterAWakeTheProgramRestoresWhatTheMonitorForgot) {
   ASSERT_TRUE(shows("asleep"));
   poke("wake");
   EXPECT_TRUE(shows("notice screens-did-wake"));
-  // It has been at 40 since it woke; how often the program writes is the program's affair.
+  // The monitor has been at 40 since it woke; the number of writes doesn't matter.
   EXPECT_TRUE(eventually([&] { return probe().find("current=45 ") != std::string::npos; }));
 }
 
@@ -154,7 +154,7 @@ TEST_F(DeskPokeTest, APluggedInDisplayGetsItsDimmingBack) {
   ASSERT_TRUE(shows("gamma 2: dimmed by 10"));
   poke("unplug 2");
   ASSERT_TRUE(shows("gamma 2: gone"));
-  // A display that comes back before anybody has looked was never away.
+  // Without this a display that comes back before the program has looked was never away.
   poke("announce screens");
   ASSERT_TRUE(program->waitForError("screen parameters changed but the arrangement did not"));
   poke("plug 2");
@@ -187,20 +187,20 @@ TEST_F(DeskPokeTest, AnAnnouncementReachesTheProgramAlthoughNothingChanged) {
   EXPECT_TRUE(program->waitForError("screen parameters changed but the arrangement did not"));
 }
 
-TEST_F(DeskPokeTest, WhatWasGrantedMeanwhileIsUsed) {
+TEST_F(DeskPokeTest, APermissionGrantedMeanwhileIsUsed) {
   use(R"({"displays": [{"identifier": 2}], "grants": {"accessibility": false}})");
   start();
   poke("grant accessibility");
   EXPECT_TRUE(program->waitForError("Brivane: Accessibility granted"));
 }
 
-TEST_F(DeskPokeTest, WithoutAProgramAKeyIsTheSystemsAffair) {
+TEST_F(DeskPokeTest, WithoutAProgramTheSystemHandlesAKey) {
   const auto result = tryPoke("key brightness-up");
   EXPECT_EQ(result.output, "system brightness up, level 0.5625\n");
   EXPECT_THAT(probe(), HasSubstr("DisplayServices -> 56%"));
 }
 
-TEST_F(DeskPokeTest, AfterTheProgramsEndKeysAreTheSystemsAffairAgain) {
+TEST_F(DeskPokeTest, AfterTheProgramsEndTheSystemHandlesKeysAgain) {
   start();
   program->signal(SIGKILL);
   program->wait();
@@ -209,7 +209,7 @@ TEST_F(DeskPokeTest, AfterTheProgramsEndKeysAreTheSystemsAffairAgain) {
   EXPECT_EQ(tryPoke("key brightness-down").output, "system brightness down, level 0.4375\n");
 }
 
-TEST_F(DeskPokeTest, AProgramThatRanBesideTheOneWithTheKeysHasThemAfterItsEnd) {
+TEST_F(DeskPokeTest, TheSecondOfTwoProgramsHasTheKeysAfterTheFirstOnesEnd) {
   use(R"({"displays": [{"identifier": 2, "firmware": {"level": 40}}], "bundleIdentifier": null})");
   start();
   const auto first = std::move(program);
@@ -218,7 +218,7 @@ TEST_F(DeskPokeTest, AProgramThatRanBesideTheOneWithTheKeysHasThemAfterItsEnd) {
   first->signal(SIGKILL);
   first->wait();
   poke("announce screens");
-  // It can still be looking for its displays.
+  // The program may still be looking for its displays.
   for (int i = 0; i < 50 && probe().find("current=40") != std::string::npos; ++i) {
     poke("key control+option+up");
   }
@@ -258,7 +258,7 @@ TEST_F(DeskPokeTest, AStepThatNeedsTheProgramsOwnProcessIsRefusedInOneLine) {
   EXPECT_THAT(folder.names(), ElementsAre("desk.json")) << "and nothing was touched";
 }
 
-TEST_F(DeskPokeTest, WhatCannotBeDoneIsSaidInOneLine) {
+TEST_F(DeskPokeTest, AnImpossibleStepIsRefusedInOneLine) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"unplg 2", "unknown step \"unplg\", did you mean \"unplug\"?"},
       {"unplug 7", "expected one of the desk's displays (1, 2), found 7"},
@@ -278,14 +278,14 @@ TEST_F(DeskPokeTest, WhatCannotBeDoneIsSaidInOneLine) {
   }
 }
 
-TEST_F(DeskPokeTest, WhatCannotBeKeptIsNotSaidToBeDone) {
+TEST_F(DeskPokeTest, AStepThatCannotBeStoredIsNotReportedAsDone) {
   folder.write("desk.json.state", "a file where the folder should be");
   const auto result = tryPoke("unplug 2");
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(result.errors, HasSubstr("can't be saved in"));
 }
 
-TEST_F(DeskPokeTest, WhatWasInTheWayAndIsSetAsideKeepsNothingFromBeingDone) {
+TEST_F(DeskPokeTest, AStepIsDoneAlthoughADamagedFileHasToBeSetAside) {
   poke("buttons 2 60");
   folder.write("desk.json.state/monitor-2.json", "broken");
   const auto result = tryPoke("buttons 2 70");
@@ -294,7 +294,7 @@ TEST_F(DeskPokeTest, WhatWasInTheWayAndIsSetAsideKeepsNothingFromBeingDone) {
   EXPECT_THAT(probe(), HasSubstr("DDC:     current=70 max=100"));
 }
 
-TEST_F(DeskPokeTest, ASettingThatCannotBeKeptIsNotSaidToBeDone) {
+TEST_F(DeskPokeTest, ASettingThatCannotBeStoredIsNotReportedAsDone) {
   poke("setting Answer = 42");
   std::filesystem::create_directory(folder / "desk.json.state/com.quorrel.brivane.json.new");
   const auto result = tryPoke("setting Answer removed");
@@ -314,7 +314,7 @@ TEST_F(DeskPokeTest, TheDeskCanBeNamedAndTheStepTypedInWords) {
   EXPECT_EQ(missing.errors, "brivane-desk: /nonexistent/desk.json: No such file or directory\n");
 }
 
-TEST_F(DeskPokeTest, PokesThatAreKilledLeaveEveryPartWholeAndTheProgramAtWork) {
+TEST_F(DeskPokeTest, KilledPokesLeaveEveryFileWholeAndTheProgramAtWork) {
   start();
   for (std::size_t round = 0; round < 120; ++round) {
     const std::vector<std::string> steps = {"unplug 2", "plug 2",       "sleep",
@@ -331,7 +331,7 @@ TEST_F(DeskPokeTest, PokesThatAreKilledLeaveEveryPartWholeAndTheProgramAtWork) {
   poke("wake");
   poke("mood 2 answering");
   EXPECT_THAT(probe(), HasSubstr("current=40"));
-  // The first press can meet a program that is still looking for its displays.
+  // At the first press the program may still be looking for its displays.
   std::string report;
   for (int i = 0; i < 50; ++i) {
     poke("key control+option+up");

@@ -1,4 +1,4 @@
-// The built resident program on a simulated machine, in real time: what only a process can show.
+// The built resident program on a simulated machine, in real time: what needs a process.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,12 +17,12 @@ using testing::StartsWith;
 
 class DeskResidentTest : public testing::TestWithParam<int> {
  protected:
-  /// Without a screen, unless told otherwise.
+  /// Without a screen by default.
   std::map<std::string, std::string> environment() {
     return {{"BRIVANE_DESK", desk}, {"DISPLAY", display}, {"QT_QPA_PLATFORM", platform}};
   }
 
-  /// Listening to signals, its hotkeys and its relay in force.
+  /// Returns once signals are handled, and hotkeys and relay are in force.
   std::unique_ptr<RunningProgram> start() {
     auto program =
         std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, environment());
@@ -67,7 +67,7 @@ TEST_F(DeskResidentTest, ASecondStartNamesTheFirstAndLeavesItAlone) {
   EXPECT_EQ(program->wait().exitStatus, 0);
 }
 
-TEST_F(DeskResidentTest, AFatalErrorIsOneLineOfTheLogAndNoMore) {
+TEST_F(DeskResidentTest, AFatalErrorIsExactlyOneLineOfTheLog) {
   folder.write("desk.json",
                R"({"defaults": {"com.quorrel.brivane": {"BrightnessUpKeyCode": -1}}})");
   const ProgramResult result = run({});
@@ -77,8 +77,8 @@ TEST_F(DeskResidentTest, AFatalErrorIsOneLineOfTheLogAndNoMore) {
   EXPECT_EQ(result.errors.find("Brivane: fatal: ", line + 1), std::string::npos) << result.errors;
 }
 
-/// A desk's log is standard error: what comes there by way of the log is told by a log that loses
-/// it.
+/// A desk's log is standard error, too. A log that loses its lines shows whether the error went
+/// through the log.
 TEST_F(DeskResidentTest, AFatalErrorGoesToTheLog) {
   folder.write("desk.json",
                R"({"defaults": {"com.quorrel.brivane": {"BrightnessUpKeyCode": -1}},
@@ -116,7 +116,7 @@ TEST_F(DeskResidentTest, ShownByQtItEndsOnASignalAsWell) {
   EXPECT_THAT(run({"--unmap"}).output, StartsWith("No Brivane entries were in the HID mapping"));
 }
 
-TEST_F(DeskResidentTest, AnXServerThatDoesNotAnswerIsOneLineAndNoMore) {
+TEST_F(DeskResidentTest, AnXServerThatDoesNotAnswerIsReportedInExactlyOneLine) {
   display = ":4711";
   const auto program = start();
   program->signal(SIGTERM);
@@ -128,7 +128,7 @@ TEST_F(DeskResidentTest, AnXServerThatDoesNotAnswerIsOneLineAndNoMore) {
 }
 
 TEST_F(DeskResidentTest, WithoutQtTheLogSaysWhatIsMissingAndTheProgramWorks) {
-  // A copy of the program that has no module beside it.
+  // A copy of the program without the module.
   const auto programs = folder.path / "bin";
   std::filesystem::create_directories(programs);
   std::filesystem::copy(programFolder() / "Brivane", programs / "Brivane");

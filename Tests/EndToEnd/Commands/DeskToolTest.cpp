@@ -1,4 +1,4 @@
-// The tool for scenarios and desks, as a person types it.
+// The tool for scenarios and desks, from the command line.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ ProgramResult type(const std::vector<std::string>& words) {
   return runProgram("brivane-desk", words, {});
 }
 
-TEST(DeskTool, HelpsWhereverItIsAskedTo) {
+TEST(DeskTool, PrintsItsHelpWhereverItIsAskedFor) {
   for (const std::vector<std::string>& words :
        std::vector<std::vector<std::string>>{{"--help"},
                                              {"-h"},

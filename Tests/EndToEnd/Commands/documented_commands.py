@@ -1,4 +1,4 @@
-"""Types what README.md, CONTRIBUTING.md, ARCHITECTURE.md and docs tell people to type. A command is a line of a code
+"""Runs the commands in README.md, CONTRIBUTING.md, ARCHITECTURE.md and docs. A command is a line of a code
 block, or a span of code, that begins with a program of the tree or of the list below. Each has to stand in one of the
 tables here: FIRST to ON_KERNEL are run as they stand, in a copy of the tree with the built programs, ELSEWHERE by
 another test. LOOKED_AT says why the others aren't run; only what they name has to be there.
@@ -21,7 +21,7 @@ OTHER_PROGRAMS = """BRIVANE_DESK BRIVANE_REGENERATE Brivane brew brivane-desk br
 
 
 def example(file, beginning):
-    """A block of a text."""
+    """The first block of a text with that beginning."""
     blocks = re.findall(r"```\w*\n(.*?)```", (TREE / file).read_text(), re.S)
     return next(block for block in blocks if block.startswith(beginning))
 
@@ -30,13 +30,13 @@ DESK = "build/bin/brivane-desk "
 KERNEL = "build/bin/ddc-bus-host "
 REPORT = "Brivane probe\n"
 
-# What is typed, and what is said then.
+# The commands, and what each prints.
 FIRST = [
     ("./run --probe", example("README.md", "  [3] Halden H27")),
     ("./run --set 40", "Set Halden H27 to 40%"),
     ("./run --unmap", "No Brivane entries were in the HID mapping"),
 ]
-# What stays while the next are typed, what it says at first, and by the end.
+# Commands that run meanwhile, what each prints at first, and by the end.
 STAYING = [
     ("./run", "relayed through F19/F20", "a picture of the desk is kept in "),
     (DESK + "watch", "system: awake", "keyboard: 3 keys down\nsetting brightness.8334.10027.40812: \n"
@@ -66,19 +66,19 @@ LAST = [
     (KERNEL + "--monitor HDMI-A-1,bus=5,vendor=BRV,model=0x1001,label=Alpha,level=30 "
      "--backlight intel_backlight,maximum=1000 --keyboard event3,c006f=225,c0070=224 -- build/bin/Brivane --probe", REPORT),
 ]
-# On a kernel that is played, so that nobody's own displays and keyboards are touched.
+# On a mocked kernel, so that the user's own displays and keyboards aren't touched.
 ON_KERNEL = [
     ("./run --real --probe", REPORT),
     ("brivane-hidutil property --get UserKeyMapping", "(null)"),
 ]
-# Typed before some of these, so that they find what they need.
+# Run before some of these, which need the result.
 BEFORE = {
     "brivane-desk poke unplug 2": DESK + "poke plug 3",
     DESK + 'poke "move 2 to {-1920,0}"': DESK + "poke plug 2",
     "Brivane --set 40": DESK + "poke mood 3 answering",
 }
 
-# Run by another test: by which, and in which words.
+# Run by another test: which, and in which words.
 ELSEWHERE = {
     DESK + "run Tests/Scenarios/*.scenario": ("Tests/CMakeLists.txt", "brivane-desk run Tests/Scenarios/*.scenario"),
     DESK + "swarm --seeds 1..20": ("Tests/CMakeLists.txt", "brivane-desk swarm --seeds 1..20"),
@@ -136,7 +136,7 @@ def is_program(word):
 
 
 def commands(text):
-    """Each with its line. A block that begins with a command holds nothing else."""
+    """Yields each command with its line. A block that begins with a command has nothing but commands."""
     lines = text.split("\n")
     block = None
     joined = ""
@@ -163,7 +163,7 @@ def holds(place, text):
 
 
 def problem_of(command):
-    """Of one that isn't typed here; empty when there is none."""
+    """The problem of a command that isn't run here; empty without one."""
     if command in ELSEWHERE:
         file, words = ELSEWHERE[command]
         return "" if words in (TREE / file).read_text() else f"{file} doesn't run it"
@@ -180,7 +180,7 @@ def problem_of(command):
 
 
 class Copy:
-    """What commands touch of the tree. It is built already, so nothing is left for Ninja to do."""
+    """A copy of what the commands use of the tree, already built, so that Ninja has nothing to do."""
 
     def __init__(self, folder):
         self.folder = folder
@@ -205,7 +205,7 @@ class Copy:
         self.environment.update(HOME=str(folder), PATH=f"{folder}/tools:{folder}/build/bin:" + os.environ["PATH"])
 
     def start(self, command, log):
-        # What a Mac's program finds by itself is the desk here.
+        # The commands for a Mac's program run on the desk.
         variables = {"BRIVANE_DESK": "build/desk/desk.json"} if command.startswith("Brivane") else {}
         self.started.append(subprocess.Popen(["bash", "-c", command], cwd=self.folder, env=self.environment | variables,
                                              stdin=subprocess.DEVNULL, stdout=log, stderr=subprocess.STDOUT,
@@ -213,7 +213,7 @@ class Copy:
         return self.started[-1]
 
     def end(self):
-        """Leaves nothing running when something went wrong."""
+        """Kills what still runs after a failure."""
         for process in self.started:
             if process.poll() is None:
                 os.killpg(process.pid, signal.SIGKILL)
@@ -250,7 +250,7 @@ class Staying:
 
 
 def type_all(copy):
-    """Each command with its problem."""
+    """Yields each command with its problem."""
     for command, expected in FIRST:
         yield command, copy.type(command, expected)
     staying = [(command, Staying(copy, command, *expected)) for command, *expected in STAYING]

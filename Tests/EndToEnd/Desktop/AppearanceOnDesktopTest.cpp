@@ -1,4 +1,4 @@
-// Light and dark as the desktop's settings portal says it.
+// Light and dark as preferred in the desktop's settings portal.
 #include "Tests/EndToEnd/Desktop/DesktopTest.h"
 #include "Tests/Support/FakeSettingsPortal.h"
 
@@ -12,7 +12,7 @@ class AppearanceOnDesktopTest : public DesktopTest {
     host.click(host.items().back());
     ASSERT_TRUE(eventually([&] { return menu().has_value(); }));
   }
-  /// The ground of the open menu, from 0 to 255.
+  /// The background of the open menu, 0 to 255.
   std::uint32_t ground() {
     const auto window = menu();
     if (!window) return 128;
@@ -67,7 +67,7 @@ TEST_F(AppearanceOnDesktopTest, TheHUDFollowsTheDesktop) {
   EXPECT_TRUE(cardBecomes(false));
 }
 
-TEST_F(AppearanceOnDesktopTest, APortalThatStartsLaterIsHeardWithItsNextChange) {
+TEST_F(AppearanceOnDesktopTest, APortalThatStartsLaterAppliesFromItsNextChange) {
   start();
   open();
   EXPECT_TRUE(becomesLight()) << "without a portal, as the toolkit is: " << ground();

@@ -14,7 +14,7 @@ using std::chrono::milliseconds;
 
 namespace {
 
-/// The lines of pixels that differ in most of their length, from the first to the last such line.
+/// The box from the first to the last row of pixels that differs in most of its length.
 std::optional<PixelBox> litUp(const Picture& before, const Picture& now) {
   if (now.height != before.height || now.width != before.width) return std::nullopt;
   int first = -1;
@@ -30,7 +30,7 @@ std::optional<PixelBox> litUp(const Picture& before, const Picture& now) {
   return PixelBox{0, first, now.width, last - first + 1};
 }
 
-/// As the filled part of a slider is, and no text.
+/// True for the filled part of a slider, false for text.
 bool isColorful(std::uint32_t pixel) {
   const auto red = static_cast<int>(pixel >> 16);
   const auto green = static_cast<int>(pixel >> 8 & 0xff);
@@ -56,7 +56,7 @@ std::map<std::string, std::string> DesktopTest::environment() {
   auto all = world.environment();
   all["DBUS_SESSION_BUS_ADDRESS"] = sessionBus.address();
   all["DBUS_SYSTEM_BUS_ADDRESS"] = logind.address();
-  // Whatever the desktop of this test's own user says.
+  // Whatever the desktop of the test's user has set.
   for (const auto* name : {"QT_SCALE_FACTOR", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME",
                            "QT_QPA_PLATFORM", "XDG_CURRENT_DESKTOP", "XDG_CONFIG_DIRS", "LANGUAGE",
                            "LC_ALL", "LC_MESSAGES", "WAYLAND_DISPLAY"}) {
@@ -79,7 +79,7 @@ void DesktopTest::expectCleanEnd() {
   program.reset();
   EXPECT_EQ(result.exitStatus, 0);
   EXPECT_EQ(result.errors, "");
-  // The server hears of it only now.
+  // The server may handle the end later.
   EXPECT_TRUE(eventually([&] { return !world.screens.isKeyTaken(xKey::f19, 0); }));
   EXPECT_TRUE(eventually([&] { return !testClient.find("Brivane"); }));
 }

@@ -30,16 +30,15 @@ inline constexpr int systemKeys = 6;
 inline constexpr int changeHotkeys = 7;
 }  // namespace menuLineFromLast
 
-/// The built program on a whole PC with a session bus of its own, in the hands of somebody who sees
-/// the screen and has a mouse and a keyboard.
+/// The built program on a whole PC with a session bus of its own, by screen, mouse and keyboard.
 class DesktopTest : public testing::Test {
  protected:
   DesktopTest();
   void TearDown() override;
 
-  /// What a program on this desktop needs to be told.
+  /// The environment of a program on this desktop.
   std::map<std::string, std::string> environment();
-  /// Until its hotkeys are in force.
+  /// Returns once the hotkeys are in force.
   void start(const std::map<std::string, std::string>& changes = {}, ProgramLimits limits = {});
   /// Ends with status 0, silent, and leaves neither window, hotkey nor gamma behind.
   void expectCleanEnd();
@@ -56,11 +55,12 @@ class DesktopTest : public testing::Test {
 
   /// The program's menu, if it is open.
   std::optional<SeenWindow> menu();
-  /// And has sliders for both monitors that can be driven: before, its lines still move.
+  /// Waits for the menu, and for sliders for both monitors that can be driven: before that, its
+  /// lines still move.
   bool doesMenuOpen();
   bool doesMenuClose();
-  /// Where the menu's line is, counted from the last: found by what lights up as the keyboard goes
-  /// there. Only what can be chosen counts.
+  /// The menu's line, counted from the last among those that can be chosen. Found by its highlight
+  /// when selected by keyboard.
   std::optional<PixelBox> menuLine(int fromLast);
   void choose(int fromLast);
   /// The handles of the menu's sliders, from top to bottom.
@@ -72,15 +72,15 @@ class DesktopTest : public testing::Test {
   /// this presses until something happens.
   bool doHotkeysWork();
 
-  /// What has gone over the monitors' buses and to the keyboards since the test began.
+  /// The log of the monitors' buses and the keyboards since the test began.
   std::vector<std::string> wireLines();
-  /// What has been set at the monitor, each with its time.
+  /// A level set at the monitor, and when.
   struct Write {
     std::chrono::microseconds time;
     std::uint16_t level;
   };
   std::vector<Write> writes(const std::string& connector);
-  /// The user's settings, or what they shall be at the start.
+  /// The user's settings; write them before the start.
   std::string settings() { return TemporaryFolder::read(world.settings()); }
   void writeSettings(const std::string& json);
 

@@ -47,7 +47,7 @@ class EditorOnDesktopTest : public DesktopTest {
   }
   Picture look(int number) { return testClient.picture(field(number)); }
 
-  /// A field that waits has another ground.
+  /// A waiting field has another background.
   bool isWaiting(int number) {
     const PixelBox box = field(number);
     return testClient.pixel(box.x + 8, box.y + 8) != 0xffffff;
@@ -74,7 +74,7 @@ class EditorOnDesktopTest : public DesktopTest {
   static constexpr std::uint16_t shiftMask = 1;
 
   FakeTrayHost host{sessionBus.address()};
-  // It would have control, option and an arrow for itself.
+  // Openbox would grab control, option and the arrows.
   const std::filesystem::path noKeys = world.home.path / "openbox.xml";
   const bool isWritten = bool(std::ofstream(noKeys) << R"(<openbox_config><mouse>
       <context name="Close"><mousebind button="Left" action="Click"><action name="Close"/>
@@ -82,7 +82,7 @@ class EditorOnDesktopTest : public DesktopTest {
   DesktopProcess manager{{"openbox", "--sm-disable", "--config-file", noKeys}, environment()};
 };
 
-TEST_F(EditorOnDesktopTest, ACapturedCombinationWorksAtOnceAndTheOldOneNoMore) {
+TEST_F(EditorOnDesktopTest, ACapturedCombinationReplacesTheOldOneAtOnce) {
   openEditor();
   const Picture before = look(0);
   clickField(0);
@@ -120,7 +120,7 @@ TEST_F(EditorOnDesktopTest, ABareKeyKeepsTheFieldWaiting) {
   EXPECT_FALSE(world.screens.isKeyTaken(xKey::a, 0));
 }
 
-TEST_F(EditorOnDesktopTest, TheKeyboardBeginsAtTheFirstFieldAndTabGoesOnToTheSecondAndTheButton) {
+TEST_F(EditorOnDesktopTest, TheFirstFieldHasTheFocusAndTabGoesOnToTheSecondAndTheButton) {
   openEditor();
   ASSERT_TRUE(eventually([&] {
     const PixelBox box = field(0);
@@ -176,7 +176,7 @@ TEST_F(EditorOnDesktopTest, ACombinationThatIsHeldAsItIsCapturedStepsNothing) {
   EXPECT_EQ(leftLevelAtRest(), 55);
 }
 
-TEST_F(EditorOnDesktopTest, AFieldWaitsNoMoreOnceAnotherWindowHasTheKeyboardUntilItIsClickedAgain) {
+TEST_F(EditorOnDesktopTest, AFieldStopsWaitingWhenAnotherWindowGetsTheKeyboardUntilTheNextClick) {
   openEditor();
   clickField(0);
   turnToAnotherWindow();
@@ -198,7 +198,7 @@ TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasDoesNotReachTheFiel
   EXPECT_TRUE(isTaken(xKey::down, controlMask | optionMask));
 }
 
-TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasWithNumLockIsSaidToBeTaken) {
+TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasWithNumLockIsReportedAsTaken) {
   constexpr std::uint16_t numLockMask = 16;
   world.screens.grabKey(xKey::f5, controlMask | numLockMask);
   start({}, {.hasTerminal = true});
@@ -210,7 +210,7 @@ TEST_F(EditorOnDesktopTest, ACombinationThatAnotherProgramHasWithNumLockIsSaidTo
   EXPECT_TRUE(isFree(xKey::f5, controlMask)) << "in part is not at all";
 }
 
-TEST_F(EditorOnDesktopTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMoreWhenItIsBack) {
+TEST_F(EditorOnDesktopTest, AFieldThatWaitedAsTheWindowClosedDoesNotWaitInTheReopenedWindow) {
   openEditor();
   clickField(0);
   closeEditor();
@@ -222,7 +222,7 @@ TEST_F(EditorOnDesktopTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMoreWhenItIs
   EXPECT_FALSE(world.screens.isKeyTaken(xKey::f5, controlMask));
 }
 
-TEST_F(EditorOnDesktopTest, WithTheEditorOpenAndAFieldWaitingTheProgramEndsAllTheSame) {
+TEST_F(EditorOnDesktopTest, TheProgramEndsWithTheEditorOpenAndAFieldWaiting) {
   openEditor();
   clickField(0);
   program->signal(SIGTERM);

@@ -1,4 +1,4 @@
-// The HUD of the built program: where, how large, for how long, and in nobody's way.
+// The HUD of the built program: its place, size and time, and that it takes no input.
 #include <gmock/gmock.h>
 
 #include <cmath>
@@ -21,26 +21,26 @@ class HUDOnDesktopTest : public DesktopTest {
     const auto found = testClient.find("Brivane");
     return found && found->box.height < 200 ? found : std::nullopt;
   }
-  /// Presses the hotkey where the pointer is, and leaves the program the time to draw.
+  /// Presses the hotkey and gives the program time to draw.
   void keepShowing() {
     tapHotkey(xKey::down);
     std::this_thread::sleep_for(milliseconds(100));
   }
-  /// Until the program knows a level to change.
+  /// Presses until the program knows a level to change.
   bool doesHUDShow() {
     return eventually([&] {
       keepShowing();
       return hud().has_value();
     });
   }
-  /// And presses it again and again: it may be for a monitor whose level isn't known yet, and a HUD
-  /// goes soon.
+  /// Presses again and again: the monitor's level may not be known yet, and the HUD is shown
+  /// briefly.
   bool isHUDAt(const PixelBox& box, int tolerance = 0) {
     return eventually([&] {
       keepShowing();
       const auto window = hud();
       if (window) lastSeen = window;
-      // Qt's own pixels are larger at these scales, and its places whole ones.
+      // At these scales Qt rounds places to its own larger pixels.
       return window && window->box.width == box.width && window->box.height == box.height &&
              std::abs(window->box.x - box.x) <= tolerance &&
              std::abs(window->box.y - box.y) <= tolerance;
@@ -107,11 +107,11 @@ class HUDUnderManagerTest : public HUDOnDesktopTest {
         << "package openbox";
   }
 
-  /// Shown and in front, and the pointer where the HUD comes to be.
+  /// A window in front, with the pointer where the HUD will be.
   xcb_window_t openBelow(bool isFullScreen) {
     const xcb_window_t window = testClient.open("Work", {0, 0, 1500, 850}, ground, isFullScreen);
     EXPECT_TRUE(eventually([&] {
-      // A window manager that is still starting may drop the first wish.
+      // A window manager that is still starting may ignore the first request.
       testClient.show(window);
       return testClient.pixel(800, 740) == ground && testClient.focus() == window;
     }));
@@ -162,7 +162,7 @@ TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
   const int tolerance = scale == 1 ? 0 : 1;
   ASSERT_TRUE(isHUDAt(boxOnLeft(scale), tolerance)) << text(lastSeen);
   const PixelBox box = lastSeen->box;
-  // Every second pixel would be like its neighbour if a small picture had been enlarged.
+  // In an enlarged small picture every second pixel would equal its neighbour.
   EXPECT_TRUE(eventually([&] {
     keepShowing();
     const Picture shown = testClient.picture(box);
@@ -175,7 +175,7 @@ TEST_P(HUDAtScaleTest, ItHasThatManyMorePixelsInTheSamePlaceAndIsSharp) {
     }
     return fine > 150;
   }));
-  // And its outermost pixels are its own.
+  // The HUD reaches to its outermost pixels.
   const int middle = box.x + box.width / 2;
   EXPECT_TRUE(eventually([&] {
     keepShowing();

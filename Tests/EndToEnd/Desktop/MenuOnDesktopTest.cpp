@@ -20,10 +20,10 @@ constexpr auto onlyHardware = R"({"SubZeroDimming": false, "BrightenPastMaximum"
 
 class MenuOnDesktopTest : public DesktopTest {
  protected:
-  // Of the sliders, from top to bottom.
+  // The sliders, from top to bottom.
   static constexpr std::size_t middleSlider = 0;
   static constexpr std::size_t leftSlider = 1;
-  // Of the rig's monitors.
+  // The rig's monitors.
   static constexpr std::size_t left = standardMonitor::left;
   static constexpr std::size_t middle = standardMonitor::middle;
   static constexpr std::size_t right = standardMonitor::right;
@@ -42,12 +42,12 @@ class MenuOnDesktopTest : public DesktopTest {
     const auto found = handles();
     return slider < found.size() ? found[slider].x + found[slider].width / 2 : -1;
   }
-  /// After a drag or a key, when it has got there.
+  /// Waits until the handle has stopped moving.
   int handleXAtRest(std::size_t slider) {
     return atRest([&] { return handleX(slider); });
   }
 
-  /// Takes the slider by its handle and moves it as far, as a hand does; it may rest halfway.
+  /// Drags the slider's handle, with a pause for `halfway`.
   void drag(std::size_t slider, int toX, const std::function<void()>& halfway = {}) {
     const auto found = handles();
     ASSERT_LT(slider, found.size());
@@ -71,7 +71,7 @@ class MenuOnDesktopTest : public DesktopTest {
   }
 
   std::uint16_t peak(std::size_t monitor) { return world.screens.gamma(monitor)[0].back(); }
-  /// Of a gamma table that may be brightened.
+  /// A middle entry of the gamma table, which may be brightened.
   std::uint16_t grey(std::size_t monitor) { return world.screens.gamma(monitor)[0][100]; }
 
   FakeTrayHost host{sessionBus.address()};
@@ -106,7 +106,7 @@ TEST_F(MenuOnDesktopTest, ADraggedSliderWritesAtMostEvery70MillisecondsAndTheLas
   // Each level goes out twice in a row.
   const auto isSame = [](const Write& one, const Write& next) { return one.level == next.level; };
   all.erase(std::ranges::unique(all, isSame).begin(), all.end());
-  // However late each comes, no more than fit in.
+  // However late each write is, there are no more than one per 70 ms.
   const auto duration = all.back().time - begin.time_since_epoch();
   EXPECT_LE(all.size(), duration / milliseconds(70) + 2);
   EXPECT_EQ(world.luminance("DP-1"), 255);
@@ -190,7 +190,7 @@ TEST_F(MenuOnDesktopTest, HotkeysActWhileItIsOpenAndMoveItsSlider) {
   EXPECT_TRUE(menu());
 }
 
-// With Shift a sweep takes seconds: however late the release is heard, it has not come to its end.
+// With Shift a sweep takes seconds, so even a late release comes before its end.
 TEST_F(MenuOnDesktopTest, AHeldHotkeySweepsWhileItIsOpenUntilItsRelease) {
   start();
   open();
@@ -212,7 +212,7 @@ TEST_F(MenuOnDesktopTest, AHotkeyThatIsHeldWhileItClosesSweepsUntilItsRelease) {
   EXPECT_LT(leftLevelAtRest(), 100);
 }
 
-TEST_F(MenuOnDesktopTest, ADisplayThatGoesOffTakesItsSliderAlongAndBringsItBack) {
+TEST_F(MenuOnDesktopTest, ADisplayThatGoesOffHasNoSliderUntilItIsBack) {
   start();
   open();
   ASSERT_EQ(handles().size(), 2u);
@@ -292,7 +292,7 @@ TEST_F(MenuOnDesktopTest, RetryAsksTheDisplaysThatDidNotAnswerAtOnce) {
       return line.find("HDMI-A-1 error") != std::string::npos;
     });
   };
-  // The pauses between its own attempts become longer.
+  // The pauses between the program's own attempts become longer.
   ASSERT_TRUE(eventually([&] { return attempts() >= 6; }));
   host.click(host.items().back());
   ASSERT_TRUE(eventually([&] { return handles().size() == 1; }));

@@ -1,4 +1,4 @@
-// Where the status item shows itself, what a click on it does, and what there is without it.
+// Where the status item is shown, what a click on it does, and what works without it.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -31,8 +31,7 @@ class TrayHostsTest : public DesktopTest {
     expectCleanEnd();
   }
 
-  /// The pixels of the app icon's glow and sky that have come to the screen since, if there are
-  /// enough of both to be it: orange and violet.
+  /// The box of the new pixels in the app icon's orange and violet, if there are enough of both.
   std::optional<PixelBox> iconSince(const Picture& before, const PixelBox& place) {
     const Picture now = testClient.picture(place);
     int orange = 0;
@@ -59,7 +58,7 @@ class TrayHostsTest : public DesktopTest {
     return PixelBox{place.x + box.x, place.y + box.y, 16, 16};
   }
 
-  /// Nothing was there.
+  /// A picture of an empty place.
   static Picture black(const PixelBox& box) {
     const auto count = static_cast<std::size_t>(box.width) * static_cast<std::size_t>(box.height);
     return {box.width, box.height, std::vector<std::uint32_t>(count, 0)};
@@ -68,7 +67,7 @@ class TrayHostsTest : public DesktopTest {
   /// Waits for the icon in the place, clicks on it, and quits.
   void expectIconToWork(const Picture& before, const PixelBox& place) {
     ASSERT_TRUE(eventually([&] { return iconSince(before, place).has_value(); }));
-    // A panel moves its pictures about when one more comes.
+    // A panel may move its icons when another is added.
     const auto icon = atRest([&] { return iconSince(before, place); });
     ASSERT_TRUE(icon);
     expectClickToOpenMenuAndQuitToEndAll([&] { click(*icon); });
@@ -78,7 +77,7 @@ class TrayHostsTest : public DesktopTest {
 
 // Over the session bus
 
-TEST_F(TrayHostsTest, OverTheBusTheItemSaysItsNameAndHasItsPictureInSeveralSizes) {
+TEST_F(TrayHostsTest, OverTheBusTheItemHasItsNameAndItsPictureInSeveralSizes) {
   FakeTrayHost host(sessionBus.address());
   start();
   const std::string item = itemOn(host);
@@ -147,7 +146,7 @@ class PanelTest : public TrayHostsTest {
     return panel;
   }
 
-  /// When it has got there.
+  /// Waits until the panel has stopped moving.
   PixelBox place() {
     const auto box = atRest([&] {
       const auto panel = testClient.find("LXQt Panel");

@@ -83,7 +83,7 @@ TEST_F(LinuxCommandsTest, WhatWasSetIsRememberedInTheUsersSettings) {
               HasSubstr("\"brightness.2646.4097.11\": 40"));
 }
 
-TEST_F(LinuxCommandsTest, BrokenSettingsAreKeptAndTheLevelIsSetAllTheSame) {
+TEST_F(LinuxCommandsTest, BrokenSettingsAreKeptAndTheLevelIsStillSet) {
   std::filesystem::create_directories(world.settings().parent_path());
   std::ofstream(world.settings()) << "{\"brightness";
   pointAtLeft();
@@ -121,7 +121,7 @@ TEST_F(LinuxCommandsTest, UnmapFindsNothingOfBrivaneOnFreshKeyboards) {
               StartsWith("No Brivane entries were in the HID mapping — nothing to clear."));
 }
 
-TEST_F(LinuxCommandsTest, UnmapTakesBackWhatTheMappingToolWasTold) {
+TEST_F(LinuxCommandsTest, UnmapTakesBackAMappingOfTheTool) {
   const auto environment = world.environment();
   const ProgramResult mapped =
       runProgram("brivane-hidutil",

@@ -61,12 +61,12 @@ class LinuxResidentTest : public testing::Test {
     return environment;
   }
 
-  /// Its hotkeys in force and every monitor's level known.
+  /// Returns once the hotkeys are in force and every monitor's level is known.
   void start() {
     program =
         std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, environment());
     ASSERT_TRUE(eventually([&] { return world.screens.isKeyTaken(f19, 0); }));
-    // It remembers what a monitor counts up to when it comes to know its level.
+    // The program stores a monitor's maximum once it knows the level.
     for (const auto* monitor : {"ddcmax.2646.4097.11", "ddcmax.2646.4098.22"}) {
       ASSERT_TRUE(eventually([&] {
         return TemporaryFolder::read(world.settings()).find(monitor) != std::string::npos;
@@ -74,18 +74,18 @@ class LinuxResidentTest : public testing::Test {
     }
   }
 
-  /// After a change of the screens, levels are restored two seconds later, and asked for first.
+  /// Levels are read and restored two seconds after a change of the screens.
   void waitForRestoredLevels(const std::vector<std::string>& connectors) {
     std::this_thread::sleep_for(milliseconds(1900));
     const std::size_t before = world.wireLog().size();
     for (const auto& connector : connectors) {
       ASSERT_TRUE(eventually([&] { return wasOnTheWire(before, connector, "read "); }));
     }
-    // The answer has left the bus, and is still on its way through the program.
+    // The program may still be handling the last reply.
     atRest([&] { return world.wireLog(); });
   }
 
-  /// What begins so, since that line of the log.
+  /// Whether the log since that line has such an event.
   bool wasOnTheWire(std::size_t line, const std::string& connector, const std::string& event) {
     const auto lines = world.wireLog();
     return std::any_of(lines.begin() + static_cast<std::ptrdiff_t>(line), lines.end(),
@@ -125,7 +125,7 @@ class LinuxResidentTest : public testing::Test {
     return atRest([&] { return world.luminance("HDMI-A-1"); });
   }
 
-  /// When each level first went out to the monitor, in messages after the first so many.
+  /// When each level was first sent to the monitor, without the first messages of the log.
   std::map<int, std::chrono::microseconds> firstTimes(std::size_t skipped,
                                                       const std::string& connector) {
     std::map<int, std::chrono::microseconds> times;
@@ -144,8 +144,8 @@ class LinuxResidentTest : public testing::Test {
     return times;
   }
 
-  /// The most milliseconds that a sweep takes for a point, by every two of its messages in a range
-  /// that are so far apart. A busy machine makes some of them late.
+  /// The most milliseconds per point between any two messages of a sweep that are `apart` points
+  /// apart within the range. On a busy machine some messages are late.
   static double slowestPace(const std::map<int, std::chrono::microseconds>& times, int from, int to,
                             int apart) {
     double slowest = 0;
@@ -159,7 +159,7 @@ class LinuxResidentTest : public testing::Test {
     return slowest;
   }
 
-  /// A table that rises by so much per level.
+  /// A table that rises by `rise` per level.
   static X11Rig::Ramps line(std::size_t rise) {
     std::vector<std::uint16_t> levels;
     for (std::size_t level = 0; level < 256; ++level) {
@@ -168,7 +168,7 @@ class LinuxResidentTest : public testing::Test {
     return {levels, levels, levels};
   }
 
-  /// Where HUDs are shown, "x,y" in X's pixels.
+  /// The HUDs' places, "x,y" in X's pixels.
   std::vector<std::string> huds() {
     std::vector<std::string> places;
     for (const auto& box : world.screens.shownWindows()) {
@@ -239,10 +239,10 @@ TEST_F(LinuxResidentTest, WithShiftARelayedKeySweepsFinely) {
   world.screens.pressKey(f19);
   EXPECT_TRUE(eventually([&] { return wasOnTheWire(before, "HDMI-A-1", "level 51\n"); }));
   ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") >= 65; }));
-  // A hundred points take 6 s, and longer when the machine is slow; a message has the level of its
-  // moment, up to a point too low.
+  // A hundred points take 6 s, and longer when the machine is slow; a message may be late by up to
+  // a point.
   EXPECT_GE(slowestPace(firstTimes(before, "HDMI-A-1"), 52, 65, 9), 54);
-  // The key is held on when Shift goes up, and sweeps as without it.
+  // Without Shift the held key sweeps faster.
   world.screens.releaseKey(shift);
   EXPECT_TRUE(becomes("HDMI-A-1", 100));
   world.screens.releaseKey(f19);
@@ -310,7 +310,7 @@ class LinuxResidentEndTest : public LinuxResidentTest {
     world.screens.setOutputProfile(middle, profile(240));
   }
 
-  /// A profile whose calibration is a line that rises by so much per level.
+  /// A profile whose calibration rises by `rise` per level.
   static std::vector<std::uint8_t> profile(std::uint32_t rise) {
     std::vector<std::uint32_t> entries;
     for (std::uint32_t channel = 0; channel < 3; ++channel) {
@@ -333,7 +333,7 @@ class LinuxResidentEndTest : public LinuxResidentTest {
   void disturb() {
     pointAtLeft();
     tap(down, 14);
-    // Every press counts where the pointer is when the program gets to it.
+    // A press acts where the pointer is when the program handles the press.
     ASSERT_TRUE(eventually([&] { return peak(left) < 55000; }));
     pointAtMiddle();
     tap(up, 3);
@@ -358,7 +358,7 @@ TEST_F(LinuxResidentEndTest, AfterAKillTheNextStartMakesEveryTableTheCalibratedO
   EXPECT_TRUE(isCalibrated()) << testing::PrintToString(peaks());
 }
 
-TEST_F(LinuxResidentEndTest, AfterASignalADisplayThatWentOffDimmedDoesNotComeBackSo) {
+TEST_F(LinuxResidentEndTest, AfterASignalADisplayThatWentOffDimmedComesBackUndimmed) {
   start();
   disturb();
   for (const auto display : {left, middle}) world.screens.turnOff(display);
@@ -419,7 +419,7 @@ TEST_F(LinuxResidentTest, AfterAnotherKeyboardLayoutTheHotkeysWorkAndAHeldKeySti
   EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
   tap(down, 11);
   ASSERT_TRUE(becomes("HDMI-A-1", 0)) << world.luminance("HDMI-A-1");
-  // With Shift it has a long way to go, and layouts change slowly.
+  // With Shift the sweep lasts longer than the change of the layout.
   world.screens.pressKey(shift);
   world.screens.pressKey(f19);
   ASSERT_TRUE(eventually([&] { return world.luminance("HDMI-A-1") > 1; }));
@@ -454,7 +454,7 @@ class LinuxResidentServerDeathTest : public LinuxResidentTest {
   }
 };
 
-TEST_F(LinuxResidentServerDeathTest, TheProgramSaysSoGivesTheBrightnessKeysBackAndEnds) {
+TEST_F(LinuxResidentServerDeathTest, TheProgramLogsItGivesTheBrightnessKeysBackAndEnds) {
   const std::string before = keyMapping();
   start();
   ASSERT_TRUE(eventually([&] { return keyMapping() != before; }));
@@ -478,7 +478,7 @@ TEST_F(LinuxResidentServerDeathTest, WithItsWindowsNotOnThatServerItEndsToo) {
   expectOneLineAndStatusOne();
 }
 
-TEST_F(LinuxResidentServerDeathTest, AfterASignalTheEndGoesOnAsItBegan) {
+TEST_F(LinuxResidentServerDeathTest, ASignalJustBeforeItStillGivesTheBrightnessKeysBack) {
   const std::string before = keyMapping();
   start();
   program->signal(SIGTERM);
@@ -491,7 +491,7 @@ TEST_F(LinuxResidentServerDeathTest, AfterASignalTheEndGoesOnAsItBegan) {
 
 // The keyboard's own brightness keys
 
-TEST_F(LinuxResidentTest, ABrightnessKeyStepsTheMonitorAndReachesNobodyElse) {
+TEST_F(LinuxResidentTest, ABrightnessKeyStepsTheMonitorAndReachesNoOtherProgram) {
   start();
   world.screens.takeTypedKeys();
   world.screens.pressKey(brightnessUp);
@@ -500,7 +500,7 @@ TEST_F(LinuxResidentTest, ABrightnessKeyStepsTheMonitorAndReachesNobodyElse) {
   EXPECT_THAT(world.screens.takeTypedKeys(), IsEmpty());
 }
 
-TEST_F(LinuxResidentTest, OverADisplayThatCantBeDrivenABrightnessKeyGoesToWhoeverWantsIt) {
+TEST_F(LinuxResidentTest, OverADisplayThatCantBeDrivenABrightnessKeyReachesOtherPrograms) {
   start();
   pointAtRight();
   world.screens.takeTypedKeys();
@@ -514,7 +514,7 @@ TEST_F(LinuxResidentTest, OverADisplayThatCantBeDrivenABrightnessKeyGoesToWhoeve
   EXPECT_EQ(typed.front(), "+233");
 }
 
-// What happens to the machine
+// Sleep, wake and screens
 
 TEST_F(LinuxResidentTest, WhileTheMachineSleepsNothingIsWrittenAndAfterwardsItIs) {
   start();
@@ -536,7 +536,7 @@ TEST_F(LinuxResidentTest, WhileTheMachineSleepsNothingIsWrittenAndAfterwardsItIs
   }));
 }
 
-TEST_F(LinuxResidentTest, SleepWaitsForTheWireAndAHeldKeyLeavesItAloneThen) {
+TEST_F(LinuxResidentTest, SleepWaitsForTheWireAndAHeldKeyWritesNothingDuringIt) {
   start();
   ASSERT_TRUE(eventually([&] { return !logind.inhibitors().empty(); }));
   EXPECT_THAT(logind.inhibitors(), ElementsAre("sleep delay Brivane"));
@@ -605,7 +605,7 @@ TEST_F(LinuxResidentTest, ADisplayThatWasOffIsBroughtBackToItsLevelAndDimming) {
   const std::size_t before = world.wireLog().size();
   for (const auto display : {left, middle}) world.screens.turnOff(display);
   std::this_thread::sleep_for(milliseconds(2500));
-  // Power saving, or a hand, has changed what they show.
+  // Power saving, or the monitor's buttons, have changed the levels.
   world.turn("DP-1", "level", "100");
   world.turn("HDMI-A-1", "level", "70");
   world.screens.setGamma(left, line(257));

@@ -13,20 +13,20 @@ namespace brivane {
 
 /// A whole PC: the X server's three displays, and, from "ddc-bus-host", the connectors, buses and
 /// keyboards of the same three monitors: "HDMI-A-1" is the left one, "DP-1" the middle one, and the
-/// right one hangs on "DP-2", which carries no DDC/CI. With a home folder of its own.
+/// right one hangs on "DP-2", which carries no DDC/CI. It has a home folder of its own.
 class LinuxWorld {
  public:
   LinuxWorld();
 
   /// The raw luminance that the monitor at the connector shows.
   std::uint16_t luminance(const std::string& connector) const;
-  /// All that went over the buses, a line each: when in microseconds, whereto and what.
+  /// All messages on the buses, a line each: time in microseconds, address and bytes.
   std::vector<std::string> wireLog() const;
   void turn(const std::string& connector, const std::string& knob, const std::string& value) const;
 
-  /// What a program needs to be told to run in this world.
+  /// The environment of a program in this world.
   std::map<std::string, std::string> environment() const;
-  /// The same for this process.
+  /// Sets it for this process.
   void enter() const;
 
   std::filesystem::path settings() const {

@@ -33,7 +33,7 @@ void limit(ProgramLimits limits) {
   setrlimit(RLIMIT_FSIZE, &largest);
 }
 
-/// A pipe, or a terminal: its own side first, then the program's.
+/// A pipe or a terminal: the test's end first, then the program's.
 bool openErrors(std::array<int, 2>& ends, bool isTerminal) {
   if (!isTerminal) return pipe2(ends.data(), O_CLOEXEC) == 0;
   ends[0] = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
@@ -42,7 +42,7 @@ bool openErrors(std::array<int, 2>& ends, bool isTerminal) {
   return ends[1] >= 0;
 }
 
-/// Reads both to their ends, side by side, so that neither fills up and blocks the writer.
+/// Reads both at the same time to their ends, so that neither fills up and blocks the writer.
 void readBoth(int first, std::string& firstText, int second, std::string& secondText) {
   std::array<pollfd, 2> open = {{{first, POLLIN, 0}, {second, POLLIN, 0}}};
   const std::array<std::string*, 2> texts = {&firstText, &secondText};
@@ -62,7 +62,7 @@ void readBoth(int first, std::string& firstText, int second, std::string& second
   }
 }
 
-/// Waits for more of the text; false when there is none any more, or for a minute.
+/// Waits for more text; false at the end, or without any for a minute.
 bool readSome(int descriptor, std::string& text) {
   constexpr int patienceMilliseconds = 60'000;
   pollfd open{descriptor, POLLIN, 0};

@@ -10,14 +10,14 @@
 
 namespace brivane {
 
-/// What a run of a built program left behind.
+/// The result of a built program's run.
 struct ProgramResult {
   int exitStatus = -1;
   std::string output;
   std::string errors;
 };
 
-/// What a program may not do, and what it may.
+/// A program's restrictions and its terminal.
 struct ProgramLimits {
   /// Larger files can't be written, as on a full disk; 0: no limit.
   std::uint64_t largestFileBytes = 0;
@@ -31,8 +31,8 @@ std::filesystem::path programFolder();
 /// The folder above `build`: the tree, or the copy of what tests need of it.
 std::filesystem::path treeFolder();
 
-/// A program that is being run. Nothing of it is left behind: one that was not waited for, because
-/// a test has failed, is killed.
+/// A running program. The destructor kills a program that was not waited for, because a test has
+/// failed.
 class RunningProgram {
  public:
   /// Starts the built program `name` with this environment on top of the test's own; an empty value
@@ -51,7 +51,7 @@ class RunningProgram {
   /// The same for standard output, behind what an earlier call has found.
   bool waitForOutput(const std::string& text);
 
-  /// Sends it the signal. Not after it was waited for.
+  /// Sends the signal; not after `wait()`.
   void signal(int number) const;
   bool hasEnded() const;
   pid_t processID() const { return child; }

@@ -70,7 +70,7 @@ TEST_F(BacklightTest, ALevelBecomesTheNearestStep) {
   }
 }
 
-TEST_F(BacklightTest, ALevelThatIsNoneIsRefused) {
+TEST_F(BacklightTest, AnInvalidLevelIsRefused) {
   add("acpi_video0", "firmware", 9, 15);
   for (const float level : {-0.1F, 1.1F, std::numeric_limits<float>::infinity(), std::nanf("")}) {
     EXPECT_NE(backlight.set(laptop, level), 0);

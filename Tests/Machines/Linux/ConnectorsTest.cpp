@@ -57,7 +57,7 @@ TEST_F(ConnectorsTest, AChannelOfTheConnectorsOwnComesBeforeTheLink) {
   EXPECT_EQ(only().bus, 7U);
 }
 
-TEST_F(ConnectorsTest, WhatOnlyLooksLikeABusIsNone) {
+TEST_F(ConnectorsTest, AFolderThatOnlyLooksLikeABusIsIgnored) {
   add("card0-DP-1", "connected");
   addOwnBus("card0-DP-1", "i2c-");
   addOwnBus("card0-DP-1", "i2c-7x");
@@ -75,7 +75,7 @@ TEST_F(ConnectorsTest, TheEDIDIsReadAsItsBytes) {
   EXPECT_EQ(only().number, 93);
 }
 
-TEST_F(ConnectorsTest, WhatTheKernelDoesNotTellIsEmpty) {
+TEST_F(ConnectorsTest, WithoutEDIDAndNumberTheseAreEmpty) {
   add("card0-DP-1", "connected");
   EXPECT_EQ(only().edid, "");
   EXPECT_EQ(only().number, 0);

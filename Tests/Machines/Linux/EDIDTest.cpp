@@ -28,7 +28,7 @@ Bytes withByte(Bytes bytes, std::size_t offset, std::uint8_t value) {
   return EDIDBuilder::withChecksum(bytes);
 }
 
-/// What the bytes say, which must be an EDID.
+/// The bytes parsed; they must be an EDID.
 EDID readEDID(const Bytes& bytes) {
   const auto edid = parseEDID(bytes);
   EXPECT_TRUE(edid.has_value());
@@ -122,7 +122,7 @@ TEST(EDID, ANameMayStandInAnyDescriptor) {
   }
 }
 
-TEST(EDID, ATimingThatLooksLikeANameIsNone) {
+TEST(EDID, ATimingThatLooksLikeANameIsIgnored) {
   const Bytes named = EDIDBuilder{.name = "Name"}.bytes();
   for (std::size_t offset = 0; offset < 3; ++offset) {
     const Bytes timing = withByte(named, EDIDBuilder::nameDescriptor + offset, 1);

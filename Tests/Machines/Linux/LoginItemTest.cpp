@@ -1,4 +1,4 @@
-// The menu's launch at login over what Linux has in the place of a Mac's launch agent.
+// The menu's launch at login over Linux's counterpart of a launch agent.
 #include <gmock/gmock.h>
 #include <stdlib.h>
 

@@ -70,7 +70,7 @@ TEST_F(RegistryTest, WithoutMonitorsThereIsOnlyTheRoot) {
   EXPECT_EQ(entries().front()->parent(), nullptr);
 }
 
-TEST_F(RegistryTest, APanelTellsTheNumbersOfItsEDID) {
+TEST_F(RegistryTest, APanelHasTheNumbersOfItsEDID) {
   add("card0-DP-1", {.vendor = "BRV", .model = 0x1001, .serial = 0xFFFFFFFE, .name = "Alpha"});
   const PropertyValue::Dictionary expected{
       {"LegacyManufacturerID", PropertyValue{std::int64_t{vendorBRV}}},

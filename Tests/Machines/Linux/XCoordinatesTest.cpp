@@ -42,7 +42,7 @@ TEST(XCoordinates, EveryPixelLiesOnTheScreenThatShowsItAndOnNoOther) {
   }
 }
 
-TEST(ConnectorName, TellsBuiltInPanelsByTheirType) {
+TEST(ConnectorName, ShowsWhetherAPanelIsBuiltIn) {
   for (const char* name : {"eDP-1", "eDP1", "eDP", "eDP-1-1", "LVDS-1", "LVDS1", "LVDS", "DSI-1"}) {
     EXPECT_TRUE(namesBuiltInPanel(name)) << name;
   }

@@ -1,4 +1,4 @@
-// How the application begins and ends, and what it says of light and dark.
+// How the application begins and ends, and when it is light or dark.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 
 using testing::ElementsAre;
 
-struct NotingDelegate : ApplicationDelegate {
+struct RecordingDelegate : ApplicationDelegate {
   void applicationDidFinishLaunching() override {
     notes.emplace_back("launched");
     if (onLaunch) onLaunch();
@@ -34,25 +34,25 @@ class QtAppearancesTest : public testing::Test {
   Application& application = bench.frame().application();
 };
 
-TEST_F(QtAppearancesTest, EachChangeIsToldOnceWithTheNewAppearanceInForce) {
-  std::vector<Appearance> heard;
+TEST_F(QtAppearancesTest, EachChangeIsAnnouncedOnceAfterItTookEffect) {
+  std::vector<Appearance> reported;
   const auto observation = application.observeEffectiveAppearance(
-      [&] { heard.push_back(application.effectiveAppearance()); });
+      [&] { reported.push_back(application.effectiveAppearance()); });
   bench.appearance().turn(Appearance::dark);
   bench.appearance().turn(Appearance::dark);
   bench.appearance().turn(Appearance::light);
-  EXPECT_THAT(heard, ElementsAre(Appearance::dark, Appearance::light));
+  EXPECT_THAT(reported, ElementsAre(Appearance::dark, Appearance::light));
 }
 
-TEST_F(QtAppearancesTest, WhoHasDroppedTheObservationHearsNothing) {
-  int heard = 0;
-  auto observation = application.observeEffectiveAppearance([&] { ++heard; });
+TEST_F(QtAppearancesTest, AnObserverIsNotCalledOnceItsObservationIsDropped) {
+  int reported = 0;
+  auto observation = application.observeEffectiveAppearance([&] { ++reported; });
   observation.reset();
   bench.appearance().turn(Appearance::dark);
-  EXPECT_EQ(heard, 0);
+  EXPECT_EQ(reported, 0);
 }
 
-TEST_F(QtAppearancesTest, WindowsAndMenusGetColoursToMatch) {
+TEST_F(QtAppearancesTest, WindowsAndMenusGetMatchingColours) {
   bench.appearance().turn(Appearance::dark);
   EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 80);
   EXPECT_GT(QApplication::palette().color(QPalette::WindowText).lightness(), 180);
@@ -60,7 +60,7 @@ TEST_F(QtAppearancesTest, WindowsAndMenusGetColoursToMatch) {
   EXPECT_GT(QApplication::palette().color(QPalette::Window).lightness(), 180);
 }
 
-// An application ends once, so each of these has the process's next one.
+// An application ends only once, so each test has one of its own.
 class QtApplicationTest : public testing::Test {
  public:
   ~QtApplicationTest() override { QtBench::drop(); }
@@ -75,16 +75,16 @@ class QtApplicationTest : public testing::Test {
   Application& application() { return QtBench::shared().frame().application(); }
   Runtime& runtime() { return QtBench::shared().runtime(); }
 
-  NotingDelegate delegate;
+  RecordingDelegate delegate;
 };
 
-TEST_F(QtApplicationTest, TerminatingTellsTheDelegateAndEndsWithStatusZero) {
+TEST_F(QtApplicationTest, TerminatingNotifiesTheDelegateAndEndsWithStatusZero) {
   delegate.onLaunch = [this] { runtime().async([this] { application().terminate(); }); };
   EXPECT_EQ(application().run(), 0);
   EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
 }
 
-TEST_F(QtApplicationTest, ExitingEndsWithTheStatusAfterTheTaskAndTellsNobody) {
+TEST_F(QtApplicationTest, ExitingEndsWithTheStatusAfterTheTaskAndDoesNotNotifyTheDelegate) {
   delegate.onLaunch = [this] {
     application().exit(3);
     runtime().async([this] { delegate.notes.emplace_back("too late"); });
@@ -94,7 +94,7 @@ TEST_F(QtApplicationTest, ExitingEndsWithTheStatusAfterTheTaskAndTellsNobody) {
   EXPECT_THAT(delegate.notes, ElementsAre("launched", "to its end"));
 }
 
-TEST_F(QtApplicationTest, TerminatingTwiceTellsTheDelegateOnce) {
+TEST_F(QtApplicationTest, TerminatingTwiceNotifiesTheDelegateOnce) {
   delegate.onLaunch = [this] {
     application().terminate();
     application().terminate();
@@ -103,7 +103,7 @@ TEST_F(QtApplicationTest, TerminatingTwiceTellsTheDelegateOnce) {
   EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
 }
 
-TEST_F(QtApplicationTest, TheDesktopMayEndItAndTheDelegateHears) {
+TEST_F(QtApplicationTest, TheDelegateIsNotifiedWhenTheDesktopEndsIt) {
   delegate.onLaunch = [] { QCoreApplication::quit(); };
   EXPECT_EQ(application().run(), 0);
   EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
@@ -118,7 +118,7 @@ TEST_F(QtApplicationTest, TheDesktopMayEndItWithTheEditorOpen) {
   delegate.onLaunch = [&] {
     editor->makeKeyAndOrderFront();
     QCoreApplication::quit();
-    // Whoever still runs afterwards ends with another status.
+    // A run that goes on ends with another status.
     runtime().after(std::chrono::seconds(5), [this] { application().exit(9); });
   };
   EXPECT_EQ(application().run(), 0);
@@ -159,7 +159,7 @@ TEST_F(QtApplicationWithMenuTest, ACommandOfTheMenuMayEndIt) {
   EXPECT_FALSE(menu.widget().isVisible());
 }
 
-TEST_F(QtApplicationWithMenuTest, AnOpenMenuKeepsItFromNothing) {
+TEST_F(QtApplicationWithMenuTest, AnOpenMenuDoesNotKeepItFromEnding) {
   delegate.onLaunch = [this] {
     menu.open({40, 40});
     runtime().after(fromSeconds(0.01), [this] { application().terminate(); });
@@ -168,7 +168,7 @@ TEST_F(QtApplicationWithMenuTest, AnOpenMenuKeepsItFromNothing) {
   EXPECT_THAT(delegate.notes, ElementsAre("launched", "ends"));
 }
 
-TEST_F(QtApplicationTest, ATaskThatQueuesItselfForEverKeepsNobodyFromEnding) {
+TEST_F(QtApplicationTest, ATaskThatQueuesItselfForEverDoesNotKeepItFromEnding) {
   Task again = [&] { runtime().async(again); };
   delegate.onLaunch = [&] {
     again();

@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"a key that no such keyboard has", Qt::Key_unknown, 240, {}, none},
                     Case{"one without a number", Qt::Key_unknown, 0, {}, none}));
 
-TEST(DeskKeys, BrightnessKeysAreTold) {
+TEST(DeskKeys, BrightnessKeysAreRecognised) {
   const auto up = deskKeyOf(QKeyEvent(QEvent::KeyPress, Qt::Key_MonBrightnessUp, {}, 233, 0, 0));
   ASSERT_TRUE(up.has_value());
   EXPECT_EQ(std::get<LiveBrightnessKey>(*up), LiveBrightnessKey::up);

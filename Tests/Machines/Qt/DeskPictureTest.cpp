@@ -17,7 +17,7 @@ using testing::HasSubstr;
 /// Longer than a picture waits for the next change.
 constexpr int pictureMilliseconds = 300;
 
-TEST(DeskPicture, TheLogSaysOnceWhyThereIsNoneAndOnceWhereItIs) {
+TEST(DeskPicture, TheLogSaysOnceWhyItCannotBeWrittenAndOnceWhereItIs) {
   QtBench& bench = QtBench::shared();
   const TemporaryFolder folder;
   const auto file = folder.path / "desk.png";

@@ -1,4 +1,4 @@
-// A simulated machine with its monitors as windows, on a screen of 800 by 800 that nobody sees.
+// A simulated machine with its monitors as windows, on an offscreen screen of 800 by 800.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -107,7 +107,7 @@ TEST_F(DeskWindowsTest, ClosingUnplugsAndThePanelPlugsInAgainAtTheSamePlace) {
   EXPECT_EQ(window(2)->geometry(), before);
 }
 
-TEST_F(DeskWindowsTest, ItsCrossUnplugsAsWell) {
+TEST_F(DeskWindowsTest, TheCloseButtonUnplugsAsWell) {
   auto* const cross = window(2)->findChild<QToolButton*>();
   ASSERT_NE(cross, nullptr);
   EXPECT_EQ(cross->accessibleName(), "Unplug");
@@ -115,7 +115,7 @@ TEST_F(DeskWindowsTest, ItsCrossUnplugsAsWell) {
   EXPECT_TRUE(bench.runUntil([&] { return hardware.display(2) == nullptr; }));
 }
 
-TEST_F(DeskWindowsTest, AWindowThatIsDraggedRearranges) {
+TEST_F(DeskWindowsTest, DraggingAWindowRearrangesTheDisplays) {
   const QPoint from = window(2)->pictureBox().center();
   const QPoint before = window(2)->pos();
   QTest::mousePress(window(2), Qt::LeftButton, {}, from);
@@ -134,7 +134,7 @@ TEST_F(DeskWindowsTest, AClickRearrangesNothingWhereverTheWindowIs) {
   const Rect frame{1500, -400, 1500, 1000};
   hardware.setFrame(2, frame);
   EXPECT_TRUE(bench.runUntil([&] { return window(2)->pos() != before; }));
-  // As a window manager does that wants it elsewhere.
+  // As a window manager does.
   window(2)->move(window(2)->pos() + QPoint(0, 20));
   QTest::mouseClick(window(2), Qt::LeftButton, {}, window(2)->pictureBox().center());
   EXPECT_EQ(hardware.display(2)->frame, frame);
@@ -152,7 +152,7 @@ TEST_F(DeskWindowsTest, AWindowThatIsHeldButNotDraggedFollowsARearrangementAfter
   EXPECT_EQ(hardware.display(2)->frame, (Rect{1500, -400, 1500, 1000}));
 }
 
-TEST_F(DeskWindowsTest, AWindowManagersMoveRearrangesOnceItIsOver) {
+TEST_F(DeskWindowsTest, AWindowManagersMoveRearrangesTheDisplaysOnceItIsOver) {
   QTest::qWait(500);
   int notices = 0;
   const auto observation = hardware.observe([&](HardwareNotice) { ++notices; });
@@ -163,7 +163,7 @@ TEST_F(DeskWindowsTest, AWindowManagersMoveRearrangesOnceItIsOver) {
   EXPECT_EQ(notices, 1) << "the window doesn't answer its own change";
 }
 
-TEST_F(DeskWindowsTest, ARearrangementFromElsewhereMovesTheWindowAndComesBackToNobody) {
+TEST_F(DeskWindowsTest, ARearrangementFromElsewhereMovesTheWindowAndIsNotReportedBack) {
   int notices = 0;
   const auto observation = hardware.observe([&](HardwareNotice) { ++notices; });
   const QPoint before = window(2)->pos();
@@ -199,10 +199,10 @@ TEST_F(DeskWindowsTest, AHUDThatWouldHangOverTheEdgeIsKeptOnTheScreen) {
   EXPECT_GE(hud.widget().x(), 0);
 }
 
-TEST_F(DeskWindowsTest, KeysGoDownAndUpOnTheDeskAndRepeatsAreItsOwn) {
-  std::vector<HotkeyEvent> heard;
+TEST_F(DeskWindowsTest, KeysGoDownAndUpOnTheDeskWithoutTheirRepeats) {
+  std::vector<HotkeyEvent> reported;
   auto& machine = bench.machine();
-  machine.hotkeys().installHandler([&](HotkeyEvent event, HotkeyID) { heard.push_back(event); });
+  machine.hotkeys().installHandler([&](HotkeyEvent event, HotkeyID) { reported.push_back(event); });
   machine.hotkeys().registerHotkey(upKey, 4096 + 2048, {1, 1});
   send(QEvent::KeyPress, *window(2), control);
   send(QEvent::KeyPress, *window(2), option);
@@ -210,15 +210,15 @@ TEST_F(DeskWindowsTest, KeysGoDownAndUpOnTheDeskAndRepeatsAreItsOwn) {
   send(QEvent::KeyRelease, *window(2), upKey, true);
   send(QEvent::KeyPress, *window(2), upKey, true);
   EXPECT_TRUE(machine.keyboard().isKeyDown(upKey));
-  EXPECT_THAT(heard, testing::ElementsAre(HotkeyEvent::pressed));
+  EXPECT_THAT(reported, testing::ElementsAre(HotkeyEvent::pressed));
   send(QEvent::KeyRelease, *window(2), upKey);
   send(QEvent::KeyRelease, *window(2), option);
   send(QEvent::KeyRelease, *window(2), control);
-  EXPECT_THAT(heard, testing::ElementsAre(HotkeyEvent::pressed, HotkeyEvent::released));
+  EXPECT_THAT(reported, testing::ElementsAre(HotkeyEvent::pressed, HotkeyEvent::released));
   EXPECT_EQ(machine.keyboard().modifierFlags(), 0u);
 }
 
-TEST_F(DeskWindowsTest, KeysThatAreHeldWhenTheFocusGoesAreLetGo) {
+TEST_F(DeskWindowsTest, HeldKeysAreReleasedWhenTheFocusIsLost) {
   send(QEvent::KeyPress, *window(2), control);
   EXPECT_TRUE(bench.machine().keyboard().isKeyDown(control));
   Q_EMIT qGuiApp->focusWindowChanged(nullptr);
@@ -233,7 +233,7 @@ TEST_F(DeskWindowsTest, ABrightnessKeyReachesTheDesksBuiltInPanel) {
   EXPECT_FLOAT_EQ(*hardware.panelLevel(1), 0.5625F);
 }
 
-TEST_F(DeskWindowsTest, ThePointerIsWhereTheMouseIsBeforeAKeyIsHeard) {
+TEST_F(DeskWindowsTest, ThePointerIsReportedBeforeAKey) {
   const QRect picture = window(2)->pictureBox();
   moveMouse(*window(2), QRectF(picture).center());
   send(QEvent::KeyPress, *window(2), upKey);
@@ -247,7 +247,7 @@ TEST_F(DeskWindowsTest, ThePointerIsWhereTheMouseIsBeforeAKeyIsHeard) {
       << "below the picture it is at its lower edge";
 }
 
-TEST_F(DeskWindowsTest, TheStripsButtonsAreTheMonitorsAndTellWhatTheyAre) {
+TEST_F(DeskWindowsTest, TheButtonsActOnTheirMonitorAndHaveAccessibleNames) {
   QPushButton* const brighter = button(*window(2), "+");
   ASSERT_NE(brighter, nullptr);
   EXPECT_EQ(brighter->accessibleName(), "Brighter");
@@ -317,7 +317,7 @@ TEST_F(DeskWindowsTest, ThePictureOfTheDeskIsWrittenBesideItsFileAndAfterEachCha
   EXPECT_FALSE(std::filesystem::exists(bench.home() / "desk.json.state" / "desk.png"));
 }
 
-TEST(DeskWindowsInDetail, AtTwoPixelsPerPointThePictureHasThem) {
+TEST(DeskWindowsInDetail, AtTwoPixelsPerPointThePictureHasTwiceAsManyPixels) {
   QtBench& bench = QtBench::renewed(
       {.pixelsPerPoint = 2, .sessionBus = {}, .deskText = R"({"displays": [{"identifier": 2}]})"});
   const MonitorWindow* const window = bench.frame().desk()->window(2);
@@ -326,7 +326,7 @@ TEST(DeskWindowsInDetail, AtTwoPixelsPerPointThePictureHasThem) {
   QtBench::drop();
 }
 
-TEST(DeskWindowsInDetail, ALongNameIsCutAndTheToolTipHasAllOfIt) {
+TEST(DeskWindowsInDetail, ALongNameIsElidedAndTheToolTipHasAllOfIt) {
   QtBench& bench = QtBench::renewed({.pixelsPerPoint = 1, .sessionBus = {}, .deskText = R"({
       "displays": [{"identifier": 2, "firmware": {},
                     "name": "A display whose name is much longer than anybody would read",
@@ -340,15 +340,15 @@ TEST(DeskWindowsInDetail, ALongNameIsCutAndTheToolTipHasAllOfIt) {
     const QRect box(part->mapTo(window, QPoint()), part->size());
     EXPECT_TRUE(window->rect().contains(box)) << part->accessibleName().toStdString();
   }
-  bool isTold = false;
+  bool isInToolTip = false;
   for (const QWidget* const part : window->findChildren<QWidget*>()) {
-    isTold = isTold || part->toolTip().contains("longer than anybody would read");
+    isInToolTip = isInToolTip || part->toolTip().contains("longer than anybody would read");
   }
-  EXPECT_TRUE(isTold);
+  EXPECT_TRUE(isInToolTip);
   QtBench::drop();
 }
 
-TEST(DeskWindowsInDetail, EveryControlHasANameThatCanBeSpokenAndTheFocus) {
+TEST(DeskWindowsInDetail, EveryControlHasAnAccessibleNameAndTakesTheFocus) {
   QtBench& bench = QtBench::renewed({.pixelsPerPoint = 1, .sessionBus = {}, .deskText = R"({
       "displays": [{"identifier": 2, "firmware": {}}, {"identifier": 3}]})"});
   bench.machine().hardware().unplug(3);

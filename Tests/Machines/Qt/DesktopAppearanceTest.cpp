@@ -1,4 +1,4 @@
-// What the desktop says of light and dark, over a message bus of its own.
+// The desktop's preference for light or dark, over a message bus of the test's own.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ constexpr unsigned noPreference = 0;
 constexpr unsigned prefersDark = 1;
 constexpr unsigned prefersLight = 2;
 
-/// One for the whole process, which asks for its address once.
+/// One for the whole process, which reads the bus's address only once.
 class SessionBus : public testing::Environment {
  public:
   void TearDown() override {
@@ -48,7 +48,7 @@ class SessionBus : public testing::Environment {
 SessionBus& sessionBus = *new SessionBus;
 const testing::Environment* const ending = testing::AddGlobalTestEnvironment(&sessionBus);
 
-/// The desktop's portal, whose answers old ones wrap once more.
+/// The desktop's portal; old ones wrap their answers in another variant.
 class Portal : public QDBusVirtualObject {
  public:
   explicit Portal(unsigned firstScheme) : scheme(firstScheme) {
@@ -91,7 +91,7 @@ class DesktopAppearanceTest : public testing::Test {
     Application& application =
         QtBench::renewed({.sessionBus = sessionBus.address()}).frame().application();
     observation = application.observeEffectiveAppearance(
-        [this, &application] { heard.push_back(application.effectiveAppearance()); });
+        [this, &application] { reported.push_back(application.effectiveAppearance()); });
   }
   bool comes(Appearance appearance) {
     QtBench& bench = QtBench::shared();
@@ -99,18 +99,18 @@ class DesktopAppearanceTest : public testing::Test {
         [&] { return bench.frame().application().effectiveAppearance() == appearance; });
   }
 
-  std::vector<Appearance> heard;
+  std::vector<Appearance> reported;
   Observation observation;
 };
 
-TEST_F(DesktopAppearanceTest, WhatThePortalSaysCountsAsSoonAsItHasAnswered) {
+TEST_F(DesktopAppearanceTest, ThePortalsPreferenceAppliesAsSoonAsItHasAnswered) {
   Portal portal(prefersDark);
   begin();
   EXPECT_TRUE(comes(Appearance::dark));
-  EXPECT_THAT(heard, ElementsAre(Appearance::dark));
+  EXPECT_THAT(reported, ElementsAre(Appearance::dark));
 }
 
-TEST_F(DesktopAppearanceTest, EachChangeIsHeardAndNoPreferenceIsTheDesktopsOwnColours) {
+TEST_F(DesktopAppearanceTest, EachChangeAppliesAndWithoutAPreferenceTheDesktopsColoursDecide) {
   Portal portal(noPreference);
   begin();
   portal.choose(prefersDark);
@@ -121,25 +121,25 @@ TEST_F(DesktopAppearanceTest, EachChangeIsHeardAndNoPreferenceIsTheDesktopsOwnCo
   EXPECT_TRUE(comes(Appearance::dark));
   portal.choose(prefersLight);
   EXPECT_TRUE(comes(Appearance::light));
-  EXPECT_THAT(
-      heard, ElementsAre(Appearance::dark, Appearance::light, Appearance::dark, Appearance::light));
+  EXPECT_THAT(reported, ElementsAre(Appearance::dark, Appearance::light, Appearance::dark,
+                                    Appearance::light));
 }
 
-TEST_F(DesktopAppearanceTest, OtherSettingsSayNothingOfIt) {
+TEST_F(DesktopAppearanceTest, OtherSettingsAreIgnored) {
   Portal portal(prefersDark);
   begin();
   EXPECT_TRUE(comes(Appearance::dark));
   portal.tell("contrast", prefersLight);
   portal.choose(prefersLight);
   EXPECT_TRUE(comes(Appearance::light));
-  EXPECT_EQ(heard.size(), 2u);
+  EXPECT_EQ(reported.size(), 2u);
 }
 
-TEST_F(DesktopAppearanceTest, WithoutAPortalTheColoursCount) {
+TEST_F(DesktopAppearanceTest, WithoutAPortalTheColoursDecide) {
   begin();
   QtBench::shared().settle();
   EXPECT_EQ(QtBench::shared().frame().application().effectiveAppearance(), Appearance::light);
-  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
 }
 
 }  // namespace

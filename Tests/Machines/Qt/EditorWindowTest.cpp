@@ -60,7 +60,7 @@ class EditorWindowTest : public testing::Test {
   static QAccessibleInterface& accessible(QWidget& widget) {
     return *QAccessible::queryAccessibleInterface(&widget);
   }
-  /// As an X server tells it.
+  /// With the key code of an X server.
   void press(int key, std::uint16_t evdevCode, Qt::KeyboardModifiers modifiers = {}) {
     QKeyEvent event(QEvent::KeyPress, key, modifiers, evdevCode + firstXKeyCode, 0, 0);
     QWidget* const focused = window().focusWidget();
@@ -84,7 +84,7 @@ TEST_F(EditorWindowTest, TheContentHasTheSizeAndTitleThatWereAskedFor) {
   EXPECT_EQ(fields()[0]->geometry(), QRect(200, 66, 200, 30));
 }
 
-TEST_F(EditorWindowTest, AClickWaitsForKeysAndTheNextCombinationIsTaken) {
+TEST_F(EditorWindowTest, AClickedFieldWaitsAndTakesTheNextCombination) {
   click(0);
   EXPECT_EQ(reads(0), strings.text(strings::hotkeyEditorPressKeys));
   press(Qt::Key_Control, KEY_LEFTCTRL, Qt::ControlModifier);
@@ -112,7 +112,7 @@ TEST_F(EditorWindowTest, EscapeOtherwiseClosesTheWindowWhichComesBack) {
   EXPECT_TRUE(shown.isVisible());
 }
 
-TEST_F(EditorWindowTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMore) {
+TEST_F(EditorWindowTest, AFieldStopsWaitingWhenTheWindowCloses) {
   click(0);
   window().close();
   editor.show();
@@ -121,7 +121,7 @@ TEST_F(EditorWindowTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMore) {
   EXPECT_EQ(changes, 0);
 }
 
-TEST_F(EditorWindowTest, AFieldWaitsNoMoreOnceAnotherWindowIsActive) {
+TEST_F(EditorWindowTest, AFieldStopsWaitingWhenAnotherWindowBecomesActive) {
   click(0);
   EXPECT_TRUE(isCapturing);
   QWidget other;
@@ -132,14 +132,14 @@ TEST_F(EditorWindowTest, AFieldWaitsNoMoreOnceAnotherWindowIsActive) {
   EXPECT_FALSE(isCapturing);
 }
 
-TEST_F(EditorWindowTest, AClickOnTheOtherFieldTakesTheKeysFromTheFirst) {
+TEST_F(EditorWindowTest, AClickOnTheOtherFieldEndsTheFirstOnesWaiting) {
   click(0);
   click(1);
   EXPECT_EQ(reads(0), "⌃⌥↑");
   EXPECT_EQ(reads(1), strings.text(strings::hotkeyEditorPressKeys));
 }
 
-TEST_F(EditorWindowTest, InAWindowBehindOthersOnlyOneFieldWaitsToo) {
+TEST_F(EditorWindowTest, InAnInactiveWindowOnlyOneFieldWaitsToo) {
   QWidget other;
   other.show();
   other.activateWindow();
@@ -215,7 +215,7 @@ TEST_F(EditorWindowTest, TheButtonRestoresBothFieldsFromWithinItsOwnPress) {
   EXPECT_EQ(fields().size(), 2u);
 }
 
-TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhatAFieldIsForAndWhatItSays) {
+TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheNameAndTheTextOfAField) {
   const std::array names = {strings::hotkeyEditorIncreaseBrightness,
                             strings::hotkeyEditorDecreaseBrightness};
   const std::array combinations = {"⌃⌥↑", "⌃⌥↓"};
@@ -229,7 +229,7 @@ TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhatAFieldIsForAndWhatItSays) {
   }
 }
 
-TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhichFieldHasTheKeysAndPressesOne) {
+TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhichFieldWaitsAndPressesOne) {
   fields()[1]->setFocus();
   EXPECT_FALSE(accessible(*fields()[0]).state().focused);
   EXPECT_TRUE(accessible(*fields()[1]).state().focused);
@@ -240,7 +240,7 @@ TEST_F(EditorWindowTest, AssistiveTechnologyReadsWhichFieldHasTheKeysAndPressesO
             strings.text(strings::hotkeyEditorPressKeys));
 }
 
-TEST_F(EditorWindowTest, AFieldThatAssistiveTechnologyPressesBringsItsWindowTheKeyboard) {
+TEST_F(EditorWindowTest, AFieldPressedByAssistiveTechnologyActivatesItsWindow) {
   QWidget other;
   other.show();
   other.activateWindow();
@@ -265,7 +265,7 @@ TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheButtonAndPressesIt) {
       << "Qt shows it pressed for a moment";
 }
 
-TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheTitleOfTheWindowAndWhatIsInIt) {
+TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheWindowsTitleAndContent) {
   const auto& read = accessible(window());
   EXPECT_EQ(read.text(QAccessible::Name).toStdString(),
             strings.text(strings::hotkeyEditorWindowTitle));
@@ -274,7 +274,7 @@ TEST_F(EditorWindowTest, AssistiveTechnologyReadsTheTitleOfTheWindowAndWhatIsInI
   EXPECT_EQ(roles.count(QAccessible::Button), 3u);
 }
 
-TEST_F(EditorWindowTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
+TEST_F(EditorWindowTest, LooksLikeItsGoldenPictures) {
   QWidget* const focused = window().focusWidget();
   if (focused != nullptr) focused->clearFocus();
   expectGoldenPicture("editor-light", window().grab().toImage());

@@ -46,7 +46,7 @@ class HUDPicturesTest : public testing::TestWithParam<std::tuple<Appearance, int
   HUDMetrics metrics = HUDMetrics::standard(strings);
 };
 
-TEST_P(HUDPicturesTest, EveryStateLooksAsItDidWhenSomebodyLookedAtIt) {
+TEST_P(HUDPicturesTest, EveryStateLooksLikeItsGoldenPicture) {
   const auto [appearance, scale] = GetParam();
   const std::string ending =
       std::string(appearance == Appearance::dark ? "dark" : "light") + "-x" + std::to_string(scale);

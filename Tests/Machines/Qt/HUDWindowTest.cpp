@@ -21,7 +21,7 @@ DisplayList bar(double width, const std::string& symbol = "sun.min") {
           SymbolImage{{20, 18, 18, 18}, symbol, Color{1, 1, 1, 1}}};
 }
 
-/// The bench's runtime, but that it is later only when a test says so, however long that takes.
+/// The bench's runtime with a clock that only the test moves.
 class HandSetClock : public Runtime {
  public:
   explicit HandSetClock(Runtime& benchRuntime) : runtime(benchRuntime) {}
@@ -49,7 +49,7 @@ class HandSetClock : public Runtime {
   Instant instant = runtime.now();
 };
 
-/// What of the widget is drawn while this exists.
+/// The part of the widget that is drawn while this exists.
 class DrawnPart : public QObject {
  public:
   explicit DrawnPart(QWidget& drawnWidget) : widget(drawnWidget) {
@@ -72,7 +72,7 @@ class DrawnPart : public QObject {
   QWidget& widget;
 };
 
-/// All that is in the card. In the corners outside it the screen of these tests shows anything.
+/// The card's content. The corners outside the card are undefined on the screen of these tests.
 QImage inCard(const QImage& picture) {
   return picture.copy(8, 12, 344, 30).convertToFormat(QImage::Format_RGB32);
 }
@@ -95,7 +95,7 @@ class HUDWindowTest : public testing::Test {
     bench.settle();
   }
 
-  /// Whether what is on the screen is what the window draws when it is asked for everything.
+  /// Whether the screen shows what the window draws as a whole.
   bool isUpToDate() {
     QWidget& widget = window.widget();
     const auto* const shown = dynamic_cast<QImage*>(widget.backingStore()->paintDevice());
@@ -107,7 +107,7 @@ class HUDWindowTest : public testing::Test {
   QtHUDWindow& window = dynamic_cast<QtHUDWindow&>(*made);
 };
 
-TEST_F(HUDWindowTest, NeitherClickNorKeyNorWindowManagerReachesIt) {
+TEST_F(HUDWindowTest, GetsNoClicksAndNoKeysAndBypassesTheWindowManager) {
   const QWidget& widget = window.widget();
   for (const auto flag : {Qt::WindowTransparentForInput, Qt::WindowDoesNotAcceptFocus,
                           Qt::WindowStaysOnTopHint, Qt::BypassWindowManagerHint}) {
@@ -129,7 +129,7 @@ TEST_F(HUDWindowTest, ItIsOrderedInAndOutWhateverItsAlpha) {
   EXPECT_FALSE(window.widget().isVisible());
 }
 
-TEST_F(HUDWindowTest, AChangeDrawsWhatItMovesAndLeavesTheRestAsItIs) {
+TEST_F(HUDWindowTest, AChangeRedrawsOnlyWhatItMoves) {
   show();
   {
     const DrawnPart drawn(window.widget());
@@ -142,7 +142,7 @@ TEST_F(HUDWindowTest, AChangeDrawsWhatItMovesAndLeavesTheRestAsItIs) {
   EXPECT_TRUE(bench.runUntil([&] { return isUpToDate(); }));
 }
 
-TEST_F(HUDWindowTest, ChangesThatFollowInTheMiddleOfAChangeLeaveNothingOfItBehind) {
+TEST_F(HUDWindowTest, AChangeInterruptedByOthersLeavesNoTrace) {
   show();
   for (const double width : {180.0, 20.0, 120.0}) {
     window.updateContent(bar(width, width > 100 ? "sun.max.fill" : "moon.fill"),
@@ -155,7 +155,7 @@ TEST_F(HUDWindowTest, ChangesThatFollowInTheMiddleOfAChangeLeaveNothingOfItBehin
   EXPECT_TRUE(bench.runUntil([&] { return isUpToDate(); }));
 }
 
-TEST_F(HUDWindowTest, NothingIsDrawnForAnAlphaThatItHasAndEverythingForAnother) {
+TEST_F(HUDWindowTest, SettingTheSameAlphaDrawsNothingAndAnotherDrawsEverything) {
   show();
   const DrawnPart drawn(window.widget());
   window.animateAlpha(1, 0, AnimationTiming::linear, {});
@@ -177,14 +177,14 @@ TEST_F(HUDWindowTest, AChangeDuringAFadeDrawsEverything) {
   EXPECT_EQ(drawn.part, QRegion(window.widget().rect()));
 }
 
-TEST_F(HUDWindowTest, ItsFrameCountsUpwardsFromTheLowerLeftOfTheMainScreen) {
+TEST_F(HUDWindowTest, TheOriginOfFramesIsTheLowerLeftOfTheMainScreen) {
   window.setFrame({220, 130, 360, 54});
   window.orderFrontRegardless();
   EXPECT_EQ(window.frame(), (Rect{220, 130, 360, 54}));
   EXPECT_EQ(window.widget().geometry(), QRect(220, 800 - 130 - 54, 360, 54));
 }
 
-TEST_F(HUDWindowTest, AFadeGoesFromWhereTheAlphaIsAndTellsItsEnd) {
+TEST_F(HUDWindowTest, AFadeStartsAtTheCurrentAlphaAndReportsItsEnd) {
   window.orderFrontRegardless();
   bool isOver = false;
   window.setAlpha(0.5);
@@ -238,7 +238,7 @@ class HUDWindowContentTest : public testing::Test {
   QtHUDWindow window{attributes, clock, bench.machine().displays(), bench.frame().application()};
 };
 
-TEST_F(HUDWindowContentTest, AnAnimatedChangeMovesTheBarAndOneAtOnceDoesNot) {
+TEST_F(HUDWindowContentTest, AnAnimatedChangeMovesTheBarAndAnImmediateOneSetsIt) {
   window.updateContent(bar(180), ContentChange::animated);
   EXPECT_EQ(barWidth(), 100);
   pass(70);
@@ -276,7 +276,7 @@ TEST_F(HUDWindowContentTest, AChangeWhileTheSymbolIsReplacedGoesOnFromTheBarThat
   EXPECT_EQ(barWidth(), shown);
 }
 
-TEST_F(HUDWindowTest, BroughtToTheFrontItIsWhereItsDisplayIsNow) {
+TEST_F(HUDWindowTest, OrderedFrontItIsPlacedWhereItsDisplayIsNow) {
   window.setFrame({220, 130, 360, 54});
   window.orderFrontRegardless();
   bench.machine().hardware().setFrame(1, {0, 0, 1600, 800});

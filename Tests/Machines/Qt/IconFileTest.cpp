@@ -1,5 +1,5 @@
-// The Mac's icon file lies in the tree as `Tools/draw-pictures.sh` drew it, so that no build needs
-// Qt for it.
+// The Mac's icon file as `Tools/draw-pictures.sh` drew it; it is in the tree, so that no build
+// needs Qt for it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What the menu's lines look like, and how large they make it.
+// The looks of the menu's lines, and the menu's size.
 #include <gmock/gmock.h>
 
 #include <QWidgetAction>
@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 
 struct MenuLooksTest : MenuTest {
-  /// How opaque a letter without gaps is in a line of that tone, 0 to 255.
+  /// The opacity of a letter without gaps in a line of that tone, 0 to 255.
   int inkOfLine(MenuTone tone) {
     MenuTextRow row({"█", tone}, bench.frame().application());
     row.resize(row.sizeHint());
@@ -48,7 +48,7 @@ TEST_F(MenuLooksTest, WhileItsLinesAreReplacedTheMenuKeepsItsSize) {
   EXPECT_EQ(resizes.count, 1);
 }
 
-TEST_F(MenuLooksTest, OnlyWhatIsTickedShowsATick) {
+TEST_F(MenuLooksTest, OnlyATickedCommandShowsATick) {
   EXPECT_TRUE(action(6).isChecked());
   EXPECT_FALSE(action(5).isCheckable());
   menu.setChecked(6, false);
@@ -79,7 +79,7 @@ TEST_F(MenuLooksTest, ATitleThatGrowsInAnOpenMenuIsShownWhole) {
   EXPECT_GE(row.width(), row.sizeHint().width());
 }
 
-TEST_F(MenuLooksTest, WhatAssistiveTechnologyReadsIsThere) {
+TEST_F(MenuLooksTest, SlidersAndTextLinesHaveAccessibleNames) {
   EXPECT_EQ(slider().accessibleName(), "Brightness of Halden H27");
   const auto* const text = dynamic_cast<QWidgetAction*>(&action(0));
   ASSERT_NE(text, nullptr);
@@ -87,7 +87,7 @@ TEST_F(MenuLooksTest, WhatAssistiveTechnologyReadsIsThere) {
   EXPECT_FALSE(action(0).isEnabled());
 }
 
-TEST_F(MenuLooksTest, ALineToReadHasTheColourOfItsTone) {
+TEST_F(MenuLooksTest, ATextLineHasTheColourOfItsTone) {
   const std::vector<std::pair<MenuTone, SystemColor>> tones = {
       {MenuTone::label, SystemColor::label},
       {MenuTone::secondaryLabel, SystemColor::secondaryLabel},
@@ -100,7 +100,7 @@ TEST_F(MenuLooksTest, ALineToReadHasTheColourOfItsTone) {
   }
 }
 
-TEST_F(MenuLooksTest, ALongNameLosesItsMiddleAndKeepsItsLevel) {
+TEST_F(MenuLooksTest, ALongNameIsElidedBeforeItsLevel) {
   auto longer = items();
   const std::string name(200, 'm');
   std::get<MenuText>(longer[0]).title = name + ": 60 %";
@@ -144,7 +144,7 @@ TEST_F(MenuLooksTest, AMenuThatDoesNotGrowStaysWhereItOpenedEvenOverAPanel) {
   EXPECT_EQ(menu.widget().pos(), place);
 }
 
-TEST_F(MenuLooksTest, ItLooksAsItDidWhenSomebodyLookedAtIt) {
+TEST_F(MenuLooksTest, LooksLikeItsGoldenPictures) {
   open();
   expectGoldenPicture("menu-light", menu.widget().grab().toImage());
   bench.appearance().turn(Appearance::dark);

@@ -42,7 +42,7 @@ TEST_F(MenuSliderTest, EscapeClosesItFromTheSliderToo) {
   EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));
 }
 
-TEST_F(MenuSliderTest, EveryMoveOfTheHandIsToldAndTheProgramsOwnAreNot) {
+TEST_F(MenuSliderTest, TheUsersMovesAreReportedAndTheProgramsAreNot) {
   open();
   menu.setSliderValue(1, 33);
   EXPECT_EQ(menu.sliderValue(1), 33);
@@ -52,7 +52,7 @@ TEST_F(MenuSliderTest, EveryMoveOfTheHandIsToldAndTheProgramsOwnAreNot) {
   EXPECT_EQ(menu.sliderValue(1), 0);
 }
 
-TEST_F(MenuSliderTest, ARebuildInTheMiddleOfADragEndsItAndNobodyHearsOfTheOldSlider) {
+TEST_F(MenuSliderTest, ARebuildEndsADragAndTheOldSliderReportsNothingMore) {
   auto again = items();
   std::get<MenuSlider>(again[1]).moved = [this](double value) {
     values.push_back(value);
@@ -71,7 +71,7 @@ TEST_F(MenuSliderTest, ARebuildInTheMiddleOfADragEndsItAndNobodyHearsOfTheOldSli
   EXPECT_EQ(menu.widget().actions().size(), 10);
 }
 
-TEST_F(MenuSliderTest, ByMouseTheHandleGoesWhereTheHandIs) {
+TEST_F(MenuSliderTest, ByMouseTheHandleFollowsThePointer) {
   open();
   const int middle = slider().height() / 2;
   const int half = slider().width() / 2;
@@ -87,7 +87,7 @@ TEST_F(MenuSliderTest, ByMouseTheHandleGoesWhereTheHandIs) {
   EXPECT_TRUE(menu.widget().isVisible());
 }
 
-TEST_F(MenuSliderTest, TheHandThatDragsASliderAwayFromUnderItChoosesNothingAsItLetsGo) {
+TEST_F(MenuSliderTest, TheReleaseAfterADragOfAReplacedSliderChoosesNothing) {
   open();
   QTest::mousePress(&slider(), Qt::LeftButton, {}, slider().rect().center());
   values.clear();
@@ -100,7 +100,7 @@ TEST_F(MenuSliderTest, TheHandThatDragsASliderAwayFromUnderItChoosesNothingAsItL
   EXPECT_THAT(delegate.notes, ElementsAre("opens"));
 }
 
-TEST_F(MenuSliderTest, ChangesInPlaceLeaveTheSliderInTheHandThatDragsIt) {
+TEST_F(MenuSliderTest, ChangesInPlaceDoNotEndADrag) {
   open();
   const int middle = slider().height() / 2;
   QTest::mousePress(&slider(), Qt::LeftButton, {}, {slider().width() / 2 + 60, middle});
@@ -132,7 +132,7 @@ TEST_F(MenuSliderTest, ATitleThatGrowsDuringADragChangesNoLevelAndIsShownWholeAf
   EXPECT_TRUE(screen.contains(menu.widget().geometry()));
 }
 
-TEST_F(MenuSliderTest, ChangesInPlaceLeaveTheKeysWithTheSliderThatHasThem) {
+TEST_F(MenuSliderTest, ChangesInPlaceKeepTheSlidersFocus) {
   open();
   press(Qt::Key_Down);
   menu.setTitle(0, "Halden H27: 61 %");
@@ -142,7 +142,7 @@ TEST_F(MenuSliderTest, ChangesInPlaceLeaveTheKeysWithTheSliderThatHasThem) {
   EXPECT_EQ(QApplication::focusWidget(), &slider());
 }
 
-TEST_F(MenuSliderTest, ARebuildLeavesTheKeysWithTheSliderThatHadThem) {
+TEST_F(MenuSliderTest, ARebuildKeepsTheSlidersFocus) {
   open();
   press(Qt::Key_Down);
   menu.setItems(items());
@@ -152,7 +152,7 @@ TEST_F(MenuSliderTest, ARebuildLeavesTheKeysWithTheSliderThatHadThem) {
   EXPECT_THAT(values, ElementsAre(61));
 }
 
-TEST_F(MenuSliderTest, AnotherSliderDoesNotInheritTheKeys) {
+TEST_F(MenuSliderTest, AnotherSliderDoesNotInheritTheFocus) {
   auto two = items();
   two.insert(two.begin() + 2, items()[1]);
   menu.setItems(std::move(two));

@@ -1,4 +1,4 @@
-// How the menu of the status item opens and closes, and what is chosen in it.
+// The status item's menu: opening, closing, choosing.
 #include "Tests/Machines/Qt/MenuTest.h"
 
 #include <gmock/gmock.h>
@@ -10,7 +10,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST_F(MenuTest, TheDelegateIsToldBeforeTheMenuShowsAndAfterItHasClosed) {
+TEST_F(MenuTest, TheDelegateIsNotifiedBeforeTheMenuShowsAndAfterItHasClosed) {
   delegate.onOpen = [this] { EXPECT_FALSE(menu.widget().isVisible()); };
   delegate.onClose = [this] { EXPECT_FALSE(menu.widget().isVisible()); };
   open();
@@ -57,7 +57,7 @@ TEST_F(MenuTest, AKeyChoosesNothingFromItemsThatWereReplacedAsTheMenuClosed) {
   EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));
 }
 
-TEST_F(MenuTest, AnAmpersandInTheNameOfADisplayIsNoKey) {
+TEST_F(MenuTest, AnAmpersandInTheNameOfADisplayIsNoMnemonic) {
   auto renamed = items();
   std::get<MenuSlider>(renamed[1]).accessibilityLabel = "Brightness of R&D";
   menu.setItems(std::move(renamed));
@@ -76,7 +76,7 @@ TEST_F(MenuTest, AModifierByItselfLeavesTheMenuOpen) {
   EXPECT_TRUE(menu.widget().isVisible());
 }
 
-TEST_F(MenuTest, AMenuThatOpensLongerThanItWasHasNothingSelected) {
+TEST_F(MenuTest, AMenuThatGetsMoreItemsAsItOpensHasNoSelection) {
   delegate.onOpen = [this] {
     auto more = items();
     more.push_back(command("more"));
@@ -101,7 +101,7 @@ TEST_F(MenuTest, ARebuildThatAddsLinesSelectsNone) {
   EXPECT_EQ(menu.widget().activeAction(), nullptr);
 }
 
-TEST_F(MenuTest, AStatusItemThatGoesClosesItsMenu) {
+TEST_F(MenuTest, DestroyingTheStatusItemClosesItsMenu) {
   open();
   statusItem.reset();
   EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));

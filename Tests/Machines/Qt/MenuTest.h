@@ -17,8 +17,8 @@
 
 namespace brivane {
 
-/// Notes what it is told.
-struct NotingMenuDelegate : MenuDelegate {
+/// Records its calls.
+struct RecordingMenuDelegate : MenuDelegate {
   void menuWillOpen() override {
     notes.emplace_back("opens");
     if (onOpen) onOpen();
@@ -74,7 +74,7 @@ class MenuTest : public testing::Test {
   }
 
   QtBench& bench = QtBench::shared();
-  NotingMenuDelegate delegate;
+  RecordingMenuDelegate delegate;
   std::vector<double> values;
   std::unique_ptr<StatusItem> statusItem = bench.frame().makeStatusItem();
   QtMenu& menu = dynamic_cast<QtMenu&>(statusItem->menu());

@@ -36,7 +36,7 @@ class PainterTest : public testing::Test {
   QtBench& bench = QtBench::shared();
 };
 
-TEST_F(PainterTest, LengthsCountUpwardsFromTheLowerLeft) {
+TEST_F(PainterTest, TheOriginIsTheLowerLeft) {
   const DisplayList list = {FilledRectangle{{{10, 20, 30, 5}, 0}, Paint{red}}};
   EXPECT_EQ(inked(drawn(list)), QRect(10, 75, 30, 5));
   EXPECT_EQ(inked(drawn(list, 2)), QRect(20, 150, 60, 10));
@@ -105,7 +105,7 @@ class PainterWithUnequalDigitsTest : public PainterTest {
   const QFont before = QGuiApplication::font();
 };
 
-TEST_F(PainterWithUnequalDigitsTest, WhatFollowsANumberStaysWhereItIsAsItCounts) {
+TEST_F(PainterWithUnequalDigitsTest, TextBehindACountingNumberDoesNotMove) {
   const int one = inked(drawn({number("111|", TextAlignment::leading)})).right();
   const int zero = inked(drawn({number("000|", TextAlignment::leading)})).right();
   EXPECT_EQ(one, zero);
@@ -130,7 +130,7 @@ TEST_F(PainterTest, EverySymbolFillsItsSquareAndStaysInIt) {
   }
 }
 
-TEST_F(PainterTest, ASymbolThatNobodyKnowsShowsNothing) {
+TEST_F(PainterTest, AnUnknownSymbolShowsNothing) {
   EXPECT_TRUE(symbolOutline("bolt.fill", {0, 0, 1, 1}).isEmpty());
   EXPECT_TRUE(inked(drawn({SymbolImage{{20, 20, 60, 40}, "bolt.fill", red}})).isEmpty());
 }

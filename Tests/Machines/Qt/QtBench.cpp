@@ -28,7 +28,7 @@ struct Difference {
   double mean = 0;
 };
 
-/// By what each pixel adds to what lies below it: the colour of what can't be seen is nobody's.
+/// Compares premultiplied pixels, because a transparent pixel's colour is undefined.
 Difference difference(const QImage& one, const QImage& other) {
   const QImage left = one.convertToFormat(QImage::Format_ARGB32_Premultiplied);
   const QImage right = other.convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -71,14 +71,14 @@ QtBench::QtBench(const Setting& setting) {
   auto& queue = dynamic_cast<HostedMainQueue&>(desk->runtime());
   QtFrameRequest request{*desk, queue, setting.sessionBus.empty() ? appearanceSwitch : nullptr, {}};
   if (isShown) request.desk = std::make_shared<DeskLiveView>(*desk);
-  // No developer's desktop has a say here.
+  // The developer's desktop has no influence.
   const auto bus = setting.sessionBus.empty() ? "unix:path=/nobody" : setting.sessionBus;
   ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.c_str(), 1);
   ::setenv("QT_SCALE_FACTOR", std::to_string(setting.pixelsPerPoint).c_str(), 1);
   ::unsetenv("QT_STYLE_OVERRIDE");
   ::unsetenv("QT_QPA_PLATFORMTHEME");
   ownFrame = std::make_unique<QtFrame>(QtPlatform{"offscreen", false}, request);
-  // Golden pictures hold its letters.
+  // The font of the golden pictures.
   QFont font("DejaVu Sans");
   font.setPixelSize(13);
   QApplication::setFont(font);

@@ -13,7 +13,7 @@
 
 namespace brivane {
 
-/// Whoever says whether it is light or dark.
+/// The source of light or dark.
 class AppearanceSwitch : public AppearanceSource {
  public:
   Appearance appearance() override { return now; }
@@ -35,12 +35,12 @@ class QtBench {
   static QtBench& shared();
   struct Setting {
     double pixelsPerPoint = 1;
-    /// Where the desktop says whether it is light or dark, in place of the switch.
+    /// The bus of the desktop's settings portal, in place of the switch.
     std::string sessionBus = {};
-    /// A desk of its own, its monitors shown as windows.
+    /// The text of another desk, whose monitors are shown as windows.
     std::string deskText = {};
   };
-  /// Another one in its place.
+  /// Replaces it by another.
   static QtBench& renewed(const Setting& setting);
   static void drop();
 
@@ -51,7 +51,7 @@ class QtBench {
   Runtime& runtime() { return desk->runtime(); }
   AppearanceSwitch& appearance() { return *appearanceSwitch; }
 
-  /// Runs Qt's loop until the condition holds; false when it still doesn't after a long time.
+  /// Runs Qt's loop until the condition holds; false after a minute.
   bool runUntil(const std::function<bool()>& holds);
   /// Runs what is due now.
   void settle();

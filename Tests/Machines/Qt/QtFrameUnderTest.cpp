@@ -1,4 +1,4 @@
-// The frame suite on Qt without a screen, in real time. A process can have many Qt applications,
+// The frame suite on Qt without a screen, in real time. A process can have several Qt applications
 // one after the other.
 #include <QApplication>
 #include <QKeyEvent>
@@ -103,7 +103,7 @@ class QtFrameUnderTest : public FrameUnderTest {
 
  private:
   static QtBench& bench() { return QtBench::shared(); }
-  /// The one that the test has made last.
+  /// The menu that the test has made last.
   QtMenu& menu() { return bench().frame().statusItem()->menu(); }
 
   static QWidget* editor() {

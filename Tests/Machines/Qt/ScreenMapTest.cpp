@@ -31,13 +31,13 @@ TEST(ScreenMap, AtTwoPixelsPerPointAWindowGrowsUpwardsFromTheMiddleOfItsLowerEdg
       QRect(1920 - 360, 2160 - 130 - 108, 720, 108));
 }
 
-TEST(ScreenMap, TheScreensOfASimulatedMachineAreDrawnTogetherToTheDesktop) {
+TEST(ScreenMap, TheScreensOfASimulatedMachineAreScaledToTheDesktop) {
   const std::vector<Screen> screens = {screen(0, 0, 4000, 2000), screen(4000, 0, 4000, 2000)};
   EXPECT_EQ(placeOnDesktop({5820, 130, 360, 54}, screens, QRect(0, 0, 1600, 400), 1),
             QRect(1200 - 180, 400 - 26 - 54, 360, 54));
 }
 
-TEST(ScreenMap, WithoutScreensTheDesktopItselfCounts) {
+TEST(ScreenMap, WithoutScreensTheDesktopTakesTheirPlace) {
   EXPECT_EQ(placeOnDesktop({0, 0, 360, 54}, {}, QRect(0, 0, 800, 600), 1), QRect(0, 546, 360, 54));
 }
 

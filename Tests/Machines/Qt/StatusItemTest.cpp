@@ -1,4 +1,4 @@
-// What the tray is given to show.
+// The picture for the tray.
 #include <gtest/gtest.h>
 
 #include "BrivaneUI/AppIconArtwork.h"
@@ -10,7 +10,7 @@ namespace {
 
 class StatusIconTest : public testing::TestWithParam<int> {
  protected:
-  /// Of a picture as it is drawn in that size.
+  /// The button's picture in that size.
   static QImage drawn(const StatusButton& button, int side) {
     return statusIcon(button).pixmap(QSize(side, side)).toImage();
   }

@@ -113,7 +113,7 @@ TEST_F(HUDOnXTest, ItHasAnAlphaChannelForTheCompositor) {
   EXPECT_EQ(testClient.depth(number()), 32);
 }
 
-TEST_F(HUDOnXTest, WithoutACompositorAnAlphaOfNothingShowsNothing) {
+TEST_F(HUDOnXTest, WithoutACompositorAnAlphaOfZeroShowsNothing) {
   presentOn(0);
   EXPECT_TRUE(eventually([&] { return testClient.topmost() == number(); }));
   window.animateAlpha(0, 0.05, AnimationTiming::easeIn, {});
@@ -130,7 +130,7 @@ TEST_F(HUDOnXTest, OrderedOutItIsGone) {
   EXPECT_TRUE(eventually([&] { return testClient.topmost() == below; }));
 }
 
-/// With somebody who blends windows.
+/// With a compositor.
 class HUDOnCompositedXTest : public HUDOnXTest {
  public:
   HUDOnCompositedXTest() {
@@ -153,7 +153,7 @@ TEST_F(HUDOnCompositedXTest, WhatLiesBelowShinesThroughAndAFadeGoesAllTheWay) {
   const auto red = [&] { return testClient.pixel(left + 180, top + 27) >> 16; };
   presentOn(0);
   EXPECT_TRUE(eventually([&] { return red() == 0xff; }));
-  // The compositor may paint what lies below only after it has the window.
+  // The compositor may get the window before it paints what lies below.
   EXPECT_TRUE(eventually([&] { return testClient.pixel(left + 1, top + 1) == ground; }));
   window.setAlpha(0.5);
   EXPECT_TRUE(eventually([&] { return red() > 0x90 && red() < 0xa0; }));

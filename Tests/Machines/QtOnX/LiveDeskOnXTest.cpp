@@ -1,5 +1,5 @@
-// The built program with its desk's monitors as windows of a real X server, in the hands of
-// somebody with a mouse and a keyboard. There is no window manager.
+// The built program with its desk's monitors as windows of a real X server, by mouse and keyboard.
+// There is no window manager.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ void pause(int milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
-/// As a window manager's button does.
+/// As the button of a title bar does.
 void close(const std::string& display, xcb_window_t window) {
   xcb_connection_t* const connection = xcb_connect(display.c_str(), nullptr);
   const auto atom = [connection](const std::string& name) {
@@ -52,7 +52,7 @@ void close(const std::string& display, xcb_window_t window) {
   event.type = atom("WM_PROTOCOLS");
   event.data.data32[0] = atom("WM_DELETE_WINDOW");
   xcb_send_event(connection, 0, window, 0, reinterpret_cast<const char*>(&event));
-  // The server has it when it answers.
+  // The server answers after it has handled the request.
   std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
   xcb_disconnect(connection);
 }
@@ -106,14 +106,14 @@ class LiveDeskOnXTest : public testing::Test {
     rig.releaseButton();
   }
 
-  /// The program's own: its HUD has that title too.
+  /// By its size, too: the HUD has the same title.
   std::optional<PixelBox> menu() {
     for (const SeenWindow& window : testClient.windows()) {
       if (window.title == "Brivane" && window.box.height > 100) return window.box;
     }
     return std::nullopt;
   }
-  /// Where the handle of the menu's first slider is; nothing as long as there is none.
+  /// The handle of the menu's first slider; nothing without one.
   std::optional<PixelBox> firstHandle() {
     const auto where = menu();
     if (!where) return std::nullopt;
@@ -165,7 +165,7 @@ TEST_F(LiveDeskOnXTest, RealKeysActOnTheMonitorUnderTheMouse) {
   expectCleanEnd();
 }
 
-TEST_F(LiveDeskOnXTest, AWindowThatIsDraggedRearrangesTheDesk) {
+TEST_F(LiveDeskOnXTest, DraggingAWindowRearrangesTheDisplays) {
   const PixelBox before = box("[3] Norvik 24");
   rig.movePointer(before.x + 50, before.y + 50);
   rig.pressButton();
@@ -177,7 +177,7 @@ TEST_F(LiveDeskOnXTest, AWindowThatIsDraggedRearrangesTheDesk) {
   expectCleanEnd();
 }
 
-TEST_F(LiveDeskOnXTest, AMonitorsWindowIsClosedWhileItsSliderIsDragged) {
+TEST_F(LiveDeskOnXTest, AMonitorsWindowMayBeClosedWhileItsSliderIsDragged) {
   const PixelBox panel = box("Desk, Awake");
   click(panel.x + 20, panel.y + panel.height / 2);
   ASSERT_TRUE(eventually([&] { return firstHandle().has_value(); }));
@@ -209,10 +209,10 @@ TEST_F(LiveDeskOnXTest, AMonitorsWindowIsClosedWhileItsSliderIsDragged) {
   expectCleanEnd();
 }
 
-TEST_F(LiveDeskOnXTest, KeysThatAreHeldWhenTheirWindowIsClosedGoUp) {
+TEST_F(LiveDeskOnXTest, HeldKeysAreReleasedWhenTheirWindowIsClosed) {
   const PixelBox window = box("[3] Norvik 24");
   click(window.x + window.width / 2, window.y + window.height / 3);
-  // A key goes to the window that has been clicked only once that knows of it.
+  // A key goes to the clicked window only once the window has handled the click.
   ASSERT_TRUE(eventually([&] {
     rig.pressKey(control);
     pause(200);
@@ -229,7 +229,7 @@ TEST_F(LiveDeskOnXTest, KeysThatAreHeldWhenTheirWindowIsClosedGoUp) {
   expectCleanEnd();
 }
 
-TEST_F(LiveDeskOnXTest, TheProgramIsEndedInTheMiddleOfADrag) {
+TEST_F(LiveDeskOnXTest, TheProgramMayBeEndedInTheMiddleOfADrag) {
   const PixelBox before = box("[3] Norvik 24");
   rig.movePointer(before.x + 50, before.y + 50);
   rig.pressButton();

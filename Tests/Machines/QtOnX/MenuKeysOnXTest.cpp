@@ -1,5 +1,5 @@
-// Hotkeys and brightness keys while the program's own menu is open on a real X server and has the
-// keyboard to itself.
+// Hotkeys and brightness keys while the program's own menu has grabbed the keyboard of a real X
+// server.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ constexpr std::uint32_t keyF19 = 80;
 constexpr std::uint32_t controlAndOption = 4096 | 2048;
 constexpr std::uint32_t carbonShift = 512;
 
-/// Another client that holds the whole keyboard, as a screen locker does.
+/// Another client that grabs the whole keyboard, as a screen locker does.
 class Locker {
  public:
   explicit Locker(const std::string& display) : connection(xcb_connect(display.c_str(), nullptr)) {
@@ -58,7 +58,7 @@ class Locker {
   xcb_connection_t* const connection;
 };
 
-/// While it lives, a held key repeats soon and often.
+/// While this exists, held keys repeat soon and often.
 class QuickRepeats {
  public:
   explicit QuickRepeats(X11Rig& serverRig) : rig(serverRig) { rig.repeatKeysSoon(); }
@@ -66,7 +66,7 @@ class QuickRepeats {
   QuickRepeats(const QuickRepeats&) = delete;
   QuickRepeats& operator=(const QuickRepeats&) = delete;
 
-  /// By then there have been more than ten.
+  /// Long enough for more than ten repeats.
   static constexpr int milliseconds = 400;
 
  private:
@@ -77,8 +77,8 @@ class MenuKeysOnXTest : public testing::Test {
  protected:
   MenuKeysOnXTest() {
     here.linux->hotkeys().installHandler([this](HotkeyEvent event, HotkeyID hotkey) {
-      heard.push_back((event == HotkeyEvent::pressed ? "+" : "-") + std::to_string(hotkey.id));
-      if (whenHeard) whenHeard();
+      reported.push_back((event == HotkeyEvent::pressed ? "+" : "-") + std::to_string(hotkey.id));
+      if (onReport) onReport();
     });
     add(keyUp, controlAndOption, 1);
     add(keyF19, 0, 5);
@@ -116,7 +116,7 @@ class MenuKeysOnXTest : public testing::Test {
   }
 
   bool eventually(const std::function<bool()>& holds) { return here.eventually(holds); }
-  /// Lets everything arrive that was done so far.
+  /// Waits until all earlier events have arrived.
   void settle(int milliseconds = 50) {
     QElapsedTimer timer;
     timer.start();
@@ -135,29 +135,29 @@ class MenuKeysOnXTest : public testing::Test {
     press({key});
     release({key});
   }
-  bool hears(const std::vector<std::string>& what) {
-    return eventually([&] { return heard == what; });
+  bool isReported(const std::vector<std::string>& what) {
+    return eventually([&] { return reported == what; });
   }
 
   OnXWorld& here = OnXWorld::shared();
   QtMenu menu{here.frame->application()};
   std::vector<HotkeyReference> references;
-  std::vector<std::string> heard;
-  std::function<void()> whenHeard;
+  std::vector<std::string> reported;
+  std::function<void()> onReport;
   int moves = 0;
 };
 
-TEST_F(MenuKeysOnXTest, HotkeysAreHeardOncePerPressAndRelease) {
+TEST_F(MenuKeysOnXTest, HotkeysAreReportedOncePerPressAndRelease) {
   open();
   press({control, option, up});
-  EXPECT_TRUE(hears({"+1"}));
+  EXPECT_TRUE(isReported({"+1"}));
   release({up, option, control});
-  EXPECT_TRUE(hears({"+1", "-1"}));
+  EXPECT_TRUE(isReported({"+1", "-1"}));
   tap(f19);
-  EXPECT_TRUE(hears({"+1", "-1", "+5", "-5"}));
+  EXPECT_TRUE(isReported({"+1", "-1", "+5", "-5"}));
   close();
   tap(f19);
-  EXPECT_TRUE(hears({"+1", "-1", "+5", "-5", "+5", "-5"}));
+  EXPECT_TRUE(isReported({"+1", "-1", "+5", "-5", "+5", "-5"}));
 }
 
 TEST_F(MenuKeysOnXTest, TheMenuStaysOpenAndItsSelectionAndSlidersDontMove) {
@@ -173,7 +173,7 @@ TEST_F(MenuKeysOnXTest, TheMenuStaysOpenAndItsSelectionAndSlidersDontMove) {
     tap(up);
     release({option, control});
   }
-  EXPECT_TRUE(hears({"+1", "-1", "+1", "-1", "+1", "-1"}));
+  EXPECT_TRUE(isReported({"+1", "-1", "+1", "-1", "+1", "-1"}));
   settle();
   EXPECT_TRUE(menu.widget().isVisible());
   EXPECT_EQ(menu.widget().activeAction()->text(), "First");
@@ -186,93 +186,93 @@ TEST_F(MenuKeysOnXTest, TheMenuStaysOpenAndItsSelectionAndSlidersDontMove) {
 
 TEST_F(MenuKeysOnXTest, APressMayReplaceTheMenusItems) {
   open();
-  whenHeard = [&] { menu.setItems({command("New")}); };
+  onReport = [&] { menu.setItems({command("New")}); };
   tap(f19);
-  EXPECT_TRUE(hears({"+5", "-5"}));
+  EXPECT_TRUE(isReported({"+5", "-5"}));
   EXPECT_EQ(menu.widget().actions().front()->text(), "New");
   EXPECT_TRUE(menu.widget().isVisible());
   close();
 }
 
-TEST_F(MenuKeysOnXTest, AHeldKeyIsToldOnceHoweverOftenItRepeats) {
+TEST_F(MenuKeysOnXTest, AHeldKeyIsReportedOnceHoweverOftenItRepeats) {
   const QuickRepeats repeats(here.rig);
   open();
   press({f19});
   settle(repeats.milliseconds);
-  EXPECT_THAT(heard, ElementsAre("+5"));
+  EXPECT_THAT(reported, ElementsAre("+5"));
   release({f19});
-  EXPECT_TRUE(hears({"+5", "-5"}));
+  EXPECT_TRUE(isReported({"+5", "-5"}));
   close();
 }
 
-TEST_F(MenuKeysOnXTest, TwoQuickPressesAreTwo) {
+TEST_F(MenuKeysOnXTest, TwoQuickPressesAreReportedAsTwo) {
   open();
-  // No hand is quicker than the clock of X, which counts milliseconds.
+  // X's times are in milliseconds, and no user types faster.
   const auto wait = [] { std::this_thread::sleep_for(std::chrono::milliseconds(3)); };
   tap(f19);
   wait();
   tap(f19);
   wait();
   press({f19});
-  EXPECT_TRUE(hears({"+5", "-5", "+5", "-5", "+5"}));
+  EXPECT_TRUE(isReported({"+5", "-5", "+5", "-5", "+5"}));
   release({f19});
-  EXPECT_TRUE(hears({"+5", "-5", "+5", "-5", "+5", "-5"}));
+  EXPECT_TRUE(isReported({"+5", "-5", "+5", "-5", "+5", "-5"}));
   close();
 }
 
-TEST_F(MenuKeysOnXTest, AKeyThatWentUpBeforeItsRepeatsWereReadIsToldOnceAllTheSame) {
+TEST_F(MenuKeysOnXTest, AKeyReleasedBeforeItsRepeatsAreReadIsReportedOnce) {
   const QuickRepeats repeats(here.rig);
   open();
   press({f19});
-  EXPECT_TRUE(hears({"+5"}));
+  EXPECT_TRUE(isReported({"+5"}));
   // The program is busy while the key repeats.
   std::this_thread::sleep_for(std::chrono::milliseconds(repeats.milliseconds));
   release({f19});
-  EXPECT_TRUE(eventually([&] { return heard.size() >= 2; }));
+  EXPECT_TRUE(eventually([&] { return reported.size() >= 2; }));
   settle();
-  EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+  EXPECT_THAT(reported, ElementsAre("+5", "-5"));
   close();
 }
 
-TEST_F(MenuKeysOnXTest, ReleasingAModifierIsGoingUp) {
+TEST_F(MenuKeysOnXTest, ReleasingAModifierReleasesTheHotkey) {
   open();
   press({shift, f19});
-  EXPECT_TRUE(hears({"+7"}));
+  EXPECT_TRUE(isReported({"+7"}));
   release({shift});
   tap(a);
   settle();
   release({f19});
-  EXPECT_TRUE(eventually([&] { return heard.size() >= 2 && heard.back() == "-7"; }));
+  EXPECT_TRUE(eventually([&] { return reported.size() >= 2 && reported.back() == "-7"; }));
   close();
 }
 
-TEST_F(MenuKeysOnXTest, AKeyThatIsHeldWhileTheMenuClosesIsToldToGoUp) {
+TEST_F(MenuKeysOnXTest, AKeyHeldWhileTheMenuClosesIsReportedAsReleased) {
   const QuickRepeats repeats(here.rig);
   open();
   press({f19});
-  EXPECT_TRUE(hears({"+5"}));
+  EXPECT_TRUE(isReported({"+5"}));
   menu.widget().close();
   settle(repeats.milliseconds);
-  EXPECT_THAT(heard, ElementsAre("+5"));
+  EXPECT_THAT(reported, ElementsAre("+5"));
   release({f19});
-  EXPECT_TRUE(hears({"+5", "-5"}));
+  EXPECT_TRUE(isReported({"+5", "-5"}));
   EXPECT_TRUE(eventually([&] { return isKeyboardFree(); }));
 }
 
-TEST_F(MenuKeysOnXTest, AKeyThatIsHeldWhileTheMenuOpensIsToldToGoUp) {
+TEST_F(MenuKeysOnXTest, AKeyHeldWhileTheMenuOpensIsReportedAsReleased) {
   const QuickRepeats repeats(here.rig);
   press({f19});
-  EXPECT_TRUE(hears({"+5"}));
+  EXPECT_TRUE(isReported({"+5"}));
   menu.open({300, 300});
   settle(repeats.milliseconds);
-  EXPECT_THAT(heard, ElementsAre("+5"));
+  EXPECT_THAT(reported, ElementsAre("+5"));
   release({f19});
-  EXPECT_TRUE(hears({"+5", "-5"}));
+  EXPECT_TRUE(isReported({"+5", "-5"}));
   menu.widget().close();
   settle();
 }
 
-TEST_F(MenuKeysOnXTest, ABrightnessKeyIsTakenWithItsRepeatsAndRelease) {
+TEST_F(MenuKeysOnXTest, ABrightnessKeyIsConsumedWithItsRepeatsAndRelease) {
   std::vector<std::int64_t> seen;
   const auto brightness = here.linux->eventTaps().createTap([&](const TapEvent& event) {
     seen.push_back(event.details->data1);
@@ -289,14 +289,14 @@ TEST_F(MenuKeysOnXTest, ABrightnessKeyIsTakenWithItsRepeatsAndRelease) {
   close();
 }
 
-TEST_F(MenuKeysOnXTest, WhileAnotherProgramHoldsTheKeyboardNoneIsHeard) {
+TEST_F(MenuKeysOnXTest, NoKeyIsReportedWhileAnotherProgramHoldsTheKeyboard) {
   const Locker locker(here.rig.display());
   ASSERT_TRUE(locker.hasKeyboard);
   menu.open({300, 300});
   settle();
   tap(f19);
   settle(1200);
-  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
   menu.widget().close();
   settle();
 }

@@ -12,7 +12,7 @@
 namespace brivane {
 
 /// A real X server with a frame on it. The frame's main queue is a desk's; keys and displays are
-/// the Linux machine's. There is one for the whole test program.
+/// the Linux machine's. One for the whole test program.
 class OnXWorld {
  public:
   static OnXWorld& shared();

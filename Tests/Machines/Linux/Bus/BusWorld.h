@@ -72,7 +72,7 @@ class Forbidden {
   std::filesystem::path place;
 };
 
-/// The machine's bus as Core sees it, with displays that a test makes up.
+/// The machine's bus as Core sees it, with displays made up by the test.
 class BusTest : public BusWorld {
  protected:
   /// The service of the connector with that kernel name; null when it has none.

@@ -175,7 +175,7 @@ TEST_F(HIDUtilTest, AKeyboardThatIsGoneDoesNotKeepTheOthersFromGettingTheirKeysB
   EXPECT_THAT(std::get<KeymapState>(kept).changedKeys, IsEmpty());
 }
 
-TEST_F(HIDUtilTest, AKeyThatSomebodyElseChangedMeanwhileStaysAsItIs) {
+TEST_F(HIDUtilTest, AKeyThatAnotherProgramChangedMeanwhileStaysAsItIs) {
   ASSERT_TRUE(mapping.apply(f19, f20));
   const auto keyboard = DeviceKeymap::open("/dev/input/event3");
   constexpr KeyCode mute = 113;
@@ -240,7 +240,7 @@ TEST_F(HIDUtilTest, LinksInItsFolderAreNotFollowed) {
   EXPECT_EQ(keymap("event3"), original3);
 }
 
-/// As root, with a group that its caller hasn't; somebody else has no other group to give.
+/// As root, with a group that the caller lacks; an ordinary user has no other group to give.
 TEST_F(HIDUtilTest, WithTheRightsOfAnotherGroupItDoesNothing) {
   const bool isRoot = ::geteuid() == 0;
   const pid_t child = ::fork();
@@ -255,8 +255,8 @@ TEST_F(HIDUtilTest, WithTheRightsOfAnotherGroupItDoesNothing) {
   EXPECT_EQ(std::filesystem::exists(session / "brivane"), !isRoot);
 }
 
-/// Gives the file a capability, as `setcap cap_dac_override+ep` does. Whether a process that starts
-/// it without any will have it.
+/// Gives the file a capability, as `setcap cap_dac_override+ep` does. Returns whether a process
+/// started from the file gets the capability.
 bool giveCapability(const std::filesystem::path& file) {
   vfs_cap_data data{};
   data.magic_etc = VFS_CAP_REVISION_2 | VFS_CAP_FLAGS_EFFECTIVE;
@@ -267,7 +267,7 @@ bool giveCapability(const std::filesystem::path& file) {
          ::prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0) == 0;
 }
 
-/// As root, who alone can give one.
+/// Only root can give a capability.
 TEST_F(HIDUtilTest, WithACapabilityOfItsFilesItDoesNothing) {
   const auto tool = std::filesystem::read_symlink("/proc/self/exe").parent_path();
   const auto copy = session / "brivane-hidutil";

@@ -1,4 +1,4 @@
-// What the whole machine says about missing buses and permissions, by what its calls met.
+// The whole machine's advice on missing buses and permissions, after calls that have met them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ class LinuxMachineTest : public BusWorld {
     unsetenv("DISPLAY");
   }
 
-  /// One write to every monitor that there is a service for; how many failed.
+  /// Writes once to every monitor with a service; returns how many failed.
   static int failedWrites(LinuxMachine& machine) {
     const IOAVBridge bridge(machine.symbols());
     int failed = 0;

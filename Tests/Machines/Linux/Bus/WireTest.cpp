@@ -136,7 +136,7 @@ TEST_F(WireTest, ATransferThatFailsByReadAndWriteIsAFailureToo) {
   EXPECT_EQ(read(*service("card0-HDMI-A-1")), ENXIO);
 }
 
-TEST_F(WireTest, NobodyAnswersAtAnotherAddress) {
+TEST_F(WireTest, NoDeviceAnswersAtAnotherAddress) {
   EXPECT_NE(bus.write(*service("card0-HDMI-A-1"), 0x38, sender, set50), 0);
   EXPECT_THAT(events("HDMI-A-1"), ElementsAre("error 6"));
 }

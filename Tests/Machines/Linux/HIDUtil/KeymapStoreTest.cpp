@@ -16,19 +16,19 @@ const KeymapState someState{
     {{51539607663, 30064771182}, {1, 2}},
     {{"input17", std::string("\x6F\0\x0C\0", 4), KEY_BRIGHTNESSUP, KEY_F19}}};
 
-TEST(KeymapStore, GivesBackWhatWasKept) {
+TEST(KeymapStore, ReadsTheStateThatWasStored) {
   const TemporaryFolder folder;
   const KeymapStore store(folder.path);
   EXPECT_EQ(store.save(someState), std::nullopt);
   EXPECT_THAT(store.load(), VariantWith<KeymapState>(someState));
 }
 
-TEST(KeymapStore, NothingKeptIsTheEmptyState) {
+TEST(KeymapStore, AMissingFileIsTheEmptyState) {
   const TemporaryFolder folder;
   EXPECT_THAT(KeymapStore(folder / "none").load(), VariantWith<KeymapState>(KeymapState{}));
 }
 
-TEST(KeymapStore, WhatCannotBeUnderstoodIsTheEmptyState) {
+TEST(KeymapStore, AMalformedFileIsTheEmptyState) {
   const TemporaryFolder folder;
   const std::string start = R"({"UserKeyMapping":[],"ChangedKeys":)";
   const std::string badScancode = R"([{"device":"i","scancode":"zz","original":225,"relay":189}]})";
@@ -40,7 +40,7 @@ TEST(KeymapStore, WhatCannotBeUnderstoodIsTheEmptyState) {
   }
 }
 
-TEST(KeymapStore, WhatCannotBeUnderstoodIsSetAsideAndNothingElseIs) {
+TEST(KeymapStore, OnlyAMalformedFileIsSetAside) {
   const TemporaryFolder folder;
   const KeymapStore store(folder.path);
   EXPECT_EQ(store.setAsideIfNotUnderstood(), std::nullopt);

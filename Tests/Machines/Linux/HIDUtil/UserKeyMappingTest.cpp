@@ -23,7 +23,7 @@ TEST(UserKeyMapping, AnEmptyListIsAnEmptyMapping) {
   EXPECT_THAT(parseKeyMapping(R"({"UserKeyMapping":[]})"), Optional(IsEmpty()));
 }
 
-TEST(UserKeyMapping, WhatIsNoMappingIsNotRead) {
+TEST(UserKeyMapping, AnInvalidMappingIsNotRead) {
   for (
       const auto* text :
       {"", "{", "[]", "7", "{}", R"({"UserKeyMapping":7})", R"({"UserKeyMapping":[7]})",

@@ -213,7 +213,7 @@ TEST_F(CalibratedGamma, ComesFromEachOutputsOwnProfile) {
   EXPECT_THAT(rig.gamma(right), Each(levels(257)));
 }
 
-TEST_F(CalibratedGamma, IsReadAnewEachTime) {
+TEST_F(CalibratedGamma, IsReadAgainEachTime) {
   rig.setOutputProfile(left, profile(250));
   restore();
   rig.setOutputProfile(left, profile(230));

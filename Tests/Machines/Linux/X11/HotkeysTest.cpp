@@ -27,7 +27,7 @@ class XHotkeys : public XInputTest {
  protected:
   XHotkeys() {
     hotkeys.installHandler([this](HotkeyEvent event, HotkeyID hotkey) {
-      heard.push_back((event == HotkeyEvent::pressed ? "+" : "-") + std::to_string(hotkey.id));
+      reported.push_back((event == HotkeyEvent::pressed ? "+" : "-") + std::to_string(hotkey.id));
     });
   }
 
@@ -44,7 +44,7 @@ class XHotkeys : public XInputTest {
     return status != nullptr ? *status : 0;
   }
 
-  /// Of two hotkeys, 5 and 6, that were pressed together.
+  /// Presses hotkeys 5 and 6 together, and releases 5.
   void holdTheSecondAlone() {
     add(f18, 0, 5);
     add(f19, 0, 6);
@@ -56,7 +56,7 @@ class XHotkeys : public XInputTest {
     settle();
   }
 
-  /// Until the key that is held has repeated so often.
+  /// Waits until the held key has repeated so often.
   void waitForRepeats(int count = 10) {
     int repeats = 0;
     const Observation presses = events.observe([&](const xcb_generic_event_t& event) {
@@ -65,20 +65,21 @@ class XHotkeys : public XInputTest {
     EXPECT_TRUE(settleUntil([&] { return repeats >= count; }));
   }
 
-  /// Until it has done what the program has asked for: the rig's requests don't queue behind those.
+  /// Waits until the server has handled the program's requests: the rig's requests don't queue
+  /// behind those.
   void waitForServer() { keyboard.heldModifiers(); }
 
   LinuxHotkeys hotkeys{events, keymap, keyboard};
-  std::vector<std::string> heard;
+  std::vector<std::string> reported;
 };
 
 TEST_F(XHotkeys, WorkWithCapsLockAndNumLockInEveryState) {
   add(f19, 0, 5);
   for (const auto lock : {xKey::capsLock, xKey::numLock, xKey::capsLock, xKey::numLock}) {
-    heard.clear();
+    reported.clear();
     tap(lock);
     tap(xKey::f19);
-    EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+    EXPECT_THAT(reported, ElementsAre("+5", "-5"));
   }
 }
 
@@ -93,7 +94,7 @@ TEST_F(XHotkeys, ReachNoOtherProgramAndOtherKeysDo) {
   rig.takeTypedKeys();
   tap(xKey::f19);
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+197", "-197"));
-  EXPECT_THAT(heard, ElementsAre("+7", "-7"));
+  EXPECT_THAT(reported, ElementsAre("+7", "-7"));
 }
 
 TEST_F(XHotkeys, AHeldKeyIsReportedOnceHoweverOftenItRepeats) {
@@ -101,16 +102,16 @@ TEST_F(XHotkeys, AHeldKeyIsReportedOnceHoweverOftenItRepeats) {
   rig.repeatKeysSoon();
   rig.pressKey(xKey::f19);
   waitForRepeats();
-  EXPECT_THAT(heard, ElementsAre("+5"));
+  EXPECT_THAT(reported, ElementsAre("+5"));
   rig.releaseKey(xKey::f19);
   settle();
-  EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+  EXPECT_THAT(reported, ElementsAre("+5", "-5"));
 }
 
 TEST_F(XHotkeys, OfAKeyWithoutASymbolWorkToo) {
   add(f20, 0, 6);
   tap(xKey::f24);
-  EXPECT_THAT(heard, ElementsAre("+6", "-6"));
+  EXPECT_THAT(reported, ElementsAre("+6", "-6"));
 }
 
 TEST_F(XHotkeys, OneOfTwoShiftsGoingUpIsNoReleaseAndTheLastOneIs) {
@@ -119,13 +120,13 @@ TEST_F(XHotkeys, OneOfTwoShiftsGoingUpIsNoReleaseAndTheLastOneIs) {
   settle();
   rig.releaseKey(xKey::shift);
   settle();
-  EXPECT_THAT(heard, ElementsAre("+7"));
+  EXPECT_THAT(reported, ElementsAre("+7"));
   rig.releaseKey(xKey::rightShift);
   settle();
-  EXPECT_THAT(heard, ElementsAre("+7", "-7"));
+  EXPECT_THAT(reported, ElementsAre("+7", "-7"));
   rig.releaseKey(xKey::f19);
   settle();
-  EXPECT_THAT(heard, ElementsAre("+7", "-7", "-7"));
+  EXPECT_THAT(reported, ElementsAre("+7", "-7", "-7"));
 }
 
 TEST_F(XHotkeys, ASecondOneHeldLongerThanTheFirstIsReleasedHoweverSoonItGoesUp) {
@@ -136,7 +137,7 @@ TEST_F(XHotkeys, ASecondOneHeldLongerThanTheFirstIsReleasedHoweverSoonItGoesUp) 
   rig.releaseKey(xKey::f18);
   rig.releaseKey(xKey::f19);
   settle();
-  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6"));
+  EXPECT_THAT(reported, ElementsAre("+5", "+6", "-5", "-6"));
 }
 
 TEST_F(XHotkeys, TheKeyboardIsUngrabbedAfterTheLastRelease) {
@@ -156,7 +157,7 @@ TEST_F(XHotkeys, PressedAgainBeforeItsReleaseWasReadIsReleasedOnceMore) {
   settle();
   rig.releaseKey(xKey::f19);
   settle();
-  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6", "+6", "-6"));
+  EXPECT_THAT(reported, ElementsAre("+5", "+6", "-5", "-6", "+6", "-6"));
 }
 
 TEST_F(XHotkeys, ThatAnotherProgramHasInOneLockVariantAreRefusedWithXsErrorAndLeftToIt) {
@@ -183,12 +184,12 @@ TEST_F(XHotkeys, RegisteredAgainWhileTheKeyIsDownAreNotPressedByItsRepeats) {
   hotkeys.unregisterHotkey(reference);
   add(f19, 0, 6);
   waitForRepeats();
-  EXPECT_THAT(heard, ElementsAre("+5"));
+  EXPECT_THAT(reported, ElementsAre("+5"));
   rig.releaseKey(xKey::f19);
   settle();
   rig.repeatKeysSoon(false);
   tap(xKey::f19);
-  EXPECT_THAT(heard, ElementsAre("+5", "-5", "+6", "-6"));
+  EXPECT_THAT(reported, ElementsAre("+5", "-5", "+6", "-6"));
 }
 
 TEST_F(XHotkeys, RegisteredWhileTheCombinationIsDownAreNotPressedByItsRepeats) {
@@ -201,9 +202,9 @@ TEST_F(XHotkeys, RegisteredWhileTheCombinationIsDownAreNotPressedByItsRepeats) {
   rig.releaseKey(xKey::f19);
   settle();
   rig.repeatKeysSoon(false);
-  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
   tap(xKey::f19);
-  EXPECT_THAT(heard, ElementsAre("+7", "-7"));
+  EXPECT_THAT(reported, ElementsAre("+7", "-7"));
   rig.releaseKey(xKey::shift);
   rig.takeTypedKeys();
   tap(xKey::a);
@@ -236,9 +237,9 @@ TEST_F(XHotkeys, RegisteredAgainWhileTwoAreDownAreReleasedUnderTheirOldIdentifie
   settle();
   rig.releaseKey(xKey::f19);
   settle();
-  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6"));
+  EXPECT_THAT(reported, ElementsAre("+5", "+6", "-5", "-6"));
   tap(xKey::f19);
-  EXPECT_THAT(heard, ElementsAre("+5", "+6", "-5", "-6", "+8", "-8"));
+  EXPECT_THAT(reported, ElementsAre("+5", "+6", "-5", "-6", "+8", "-8"));
 }
 
 TEST_F(XHotkeys, FollowTheLayoutsModifierBits) {
@@ -252,7 +253,7 @@ TEST_F(XHotkeys, FollowTheLayoutsModifierBits) {
   rig.pressKey(xKey::option);
   tap(xKey::f19);
   rig.releaseKey(xKey::option);
-  EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+  EXPECT_THAT(reported, ElementsAre("+5", "-5"));
 }
 
 TEST_F(XHotkeys, HeldWhileTheLayoutChangesAreReleasedAndWorkAgain) {
@@ -261,11 +262,11 @@ TEST_F(XHotkeys, HeldWhileTheLayoutChangesAreReleasedAndWorkAgain) {
   settle();
   rig.useEvdevKeymap("de");
   settle();
-  EXPECT_THAT(heard, ElementsAre("+5"));
+  EXPECT_THAT(reported, ElementsAre("+5"));
   rig.releaseKey(xKey::f19);
   settle();
   tap(xKey::f19);
-  EXPECT_THAT(heard, ElementsAre("+5", "-5", "+5", "-5"));
+  EXPECT_THAT(reported, ElementsAre("+5", "-5", "+5", "-5"));
 }
 
 TEST_F(XHotkeys, WorkInTheSecondLayoutOfAKeyboardToo) {
@@ -277,7 +278,7 @@ TEST_F(XHotkeys, WorkInTheSecondLayoutOfAKeyboardToo) {
   rig.pressKey(xKey::option);
   tap(xKey::f19);
   rig.releaseKey(xKey::option);
-  EXPECT_THAT(heard, ElementsAre("+5", "-5"));
+  EXPECT_THAT(reported, ElementsAre("+5", "-5"));
 }
 
 TEST_F(XHotkeys, HoweverKeysRollOverEachOtherEveryHotkeyGoesUpAndTheKeyboardIsFreeAfterwards) {
@@ -301,9 +302,9 @@ TEST_F(XHotkeys, HoweverKeysRollOverEachOtherEveryHotkeyGoesUpAndTheKeyboardIsFr
   for (const auto key : down) rig.releaseKey(key);
   settle();
   std::map<char, char> last;
-  for (const std::string& news : heard) {
-    EXPECT_FALSE(news[0] == '+' && last[news[1]] == '+') << "pressed twice";
-    last[news[1]] = news[0];
+  for (const std::string& report : reported) {
+    EXPECT_FALSE(report[0] == '+' && last[report[1]] == '+') << "pressed twice";
+    last[report[1]] = report[0];
   }
   EXPECT_EQ(last, (std::map<char, char>{{'1', '-'}, {'2', '-'}, {'3', '-'}, {'4', '-'}}));
   rig.takeTypedKeys();
@@ -312,7 +313,7 @@ TEST_F(XHotkeys, HoweverKeysRollOverEachOtherEveryHotkeyGoesUpAndTheKeyboardIsFr
 }
 
 TEST_F(XHotkeys, WithoutAServerAreRefused) {
-  // Opened later, it could be to another test's server, which has taken over the display's number.
+  // A connection opened later could reach another test's server with the same display number.
   ASSERT_NE(events.connection(), nullptr);
   rig.killServer();
   EXPECT_EQ(refusal(f19, 0), 107);

@@ -60,7 +60,7 @@ TEST_F(KeyboardOnX11, AServerMayBeLostWhileItsEventsAreDelivered) {
   EXPECT_FALSE(keyboard.hasLayout());
 }
 
-TEST_F(KeyboardOnX11, KeysGiveWhatTheyGiveAloneWhateverIsHeldOrLocked) {
+TEST_F(KeyboardOnX11, KeysGiveTheirBaseCharacterWhateverIsHeldOrLocked) {
   tap(xKey::capsLock);
   rig.pressKey(xKey::shift);
   EXPECT_EQ(keyboard.baseCharacter(0), "a");

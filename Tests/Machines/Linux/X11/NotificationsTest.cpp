@@ -28,7 +28,7 @@ class Notifications : public XInputTest {
   Task note(const std::string& what) {
     return [this, what] {
       const bool held = !logind.inhibitors().empty();
-      heard.push_back(what + (gate.enter() ? "" : " asleep") + (held ? " held" : ""));
+      reported.push_back(what + (gate.enter() ? "" : " asleep") + (held ? " held" : ""));
     };
   }
 
@@ -37,12 +37,12 @@ class Notifications : public XInputTest {
     return settleUntil([&] { return logind.inhibitors().size() == count; });
   }
 
-  /// The different things that were heard.
-  std::set<std::string> kinds() { return {heard.begin(), heard.end()}; }
+  /// The kinds of notifications received.
+  std::set<std::string> kinds() { return {reported.begin(), reported.end()}; }
 
-  /// Waits until so much has been heard.
-  bool hears(std::size_t count) {
-    return settleUntil([&] { return heard.size() >= count; });
+  /// Waits for that many notifications.
+  bool waitForReports(std::size_t count) {
+    return settleUntil([&] { return reported.size() >= count; });
   }
 
   /// The bus goes, and logind with it.
@@ -51,9 +51,9 @@ class Notifications : public XInputTest {
   std::unique_ptr<FakeLogind> logindOnBus = std::make_unique<FakeLogind>();
   FakeLogind& logind = *logindOnBus;
   SleepGate gate;
-  std::vector<std::string> heard;
+  std::vector<std::string> reported;
   LinuxNotifications notifications{events, runtime, gate, [this] { note("saved")(); },
-                                   [this] { heard.emplace_back("no bus"); }};
+                                   [this] { reported.emplace_back("no bus"); }};
 };
 
 TEST_F(Notifications, ScreensThatMoveGoOffAndComeBackAreAnnouncedEachTime) {
@@ -62,7 +62,7 @@ TEST_F(Notifications, ScreensThatMoveGoOffAndComeBackAreAnnouncedEachTime) {
   for (const auto& change :
        std::vector<std::function<void()>>{[&] { rig.move(0, 0, 100); }, [&] { rig.turnOff(1); },
                                           [&] { rig.turnOn(1); }, [&] { rig.setPrimary(2); }}) {
-    heard.clear();
+    reported.clear();
     change();
     settle();
     EXPECT_EQ(kinds(), std::set<std::string>{"screens"});
@@ -73,10 +73,10 @@ TEST_F(Notifications, ScreensThatWakeFromTheSaverAreAnnouncedAndTheirSleepIsNot)
   const auto observation = notifications.observeScreensDidWake(note("screens woke"));
   rig.switchScreenSaver(true);
   settle();
-  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
   rig.switchScreenSaver(false);
   settle();
-  EXPECT_THAT(heard, ElementsAre(StartsWith("screens woke")));
+  EXPECT_THAT(reported, ElementsAre(StartsWith("screens woke")));
 }
 
 TEST_F(Notifications, SleepIsOverForTheProgramBeforeItsWakeIsAnnounced) {
@@ -85,12 +85,12 @@ TEST_F(Notifications, SleepIsOverForTheProgramBeforeItsWakeIsAnnounced) {
   logind.announceSleep(true);
   ASSERT_TRUE(holds(0));
   EXPECT_FALSE(gate.enter());
-  EXPECT_THAT(heard, ElementsAre("saved asleep held"));
+  EXPECT_THAT(reported, ElementsAre("saved asleep held"));
   logind.announceSleep(false);
-  ASSERT_TRUE(hears(2));
+  ASSERT_TRUE(waitForReports(2));
   settle();
   EXPECT_TRUE(gate.enter());
-  EXPECT_THAT(heard, ElementsAre("saved asleep held", StartsWith("woke")));
+  EXPECT_THAT(reported, ElementsAre("saved asleep held", StartsWith("woke")));
 }
 
 TEST_F(Notifications, SleepWaitsForTheProgramAndForNoLonger) {
@@ -114,12 +114,12 @@ TEST_F(Notifications, SleepWaitsForAMessageThatIsOnTheWire) {
     const auto passage = gate.enter();
     isOnTheWire = true;
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    heard.push_back(logind.inhibitors().empty() ? "sleeps already" : "still awake");
+    reported.push_back(logind.inhibitors().empty() ? "sleeps already" : "still awake");
   });
   while (!isOnTheWire) std::this_thread::yield();
   logind.announceSleep(true);
   ASSERT_TRUE(holds(0));
-  EXPECT_THAT(heard, ElementsAre("still awake", "saved asleep held"));
+  EXPECT_THAT(reported, ElementsAre("still awake", "saved asleep held"));
 }
 
 TEST_F(Notifications, SleepAndWakeAreReportedWithoutAnInhibitorToo) {
@@ -128,9 +128,9 @@ TEST_F(Notifications, SleepAndWakeAreReportedWithoutAnInhibitorToo) {
   settle();
   logind.announceSleep(true);
   logind.announceSleep(false);
-  ASSERT_TRUE(hears(2));
+  ASSERT_TRUE(waitForReports(2));
   settle();
-  EXPECT_THAT(heard, ElementsAre("saved asleep", "woke"));
+  EXPECT_THAT(reported, ElementsAre("saved asleep", "woke"));
 }
 
 TEST_F(Notifications, WithoutABusOneLineSaysSoAndNothingIsReported) {
@@ -139,31 +139,31 @@ TEST_F(Notifications, WithoutABusOneLineSaysSoAndNothingIsReported) {
   const auto other = notifications.observeScreensDidWake(note("screens woke"));
   logind.announceSleep(false);
   settle();
-  EXPECT_THAT(heard, ElementsAre("no bus"));
+  EXPECT_THAT(reported, ElementsAre("no bus"));
 }
 
 TEST_F(Notifications, ABusThatIsLostDuringSleepCountsAsAWake) {
   const auto observation = notifications.observeDidWake(
-      [this] { heard.emplace_back(gate.enter() ? "woke" : "sleeps"); });
+      [this] { reported.emplace_back(gate.enter() ? "woke" : "sleeps"); });
   ASSERT_TRUE(holds(1));
   logind.announceSleep(true);
-  ASSERT_TRUE(hears(1));
+  ASSERT_TRUE(waitForReports(1));
   EXPECT_FALSE(gate.enter());
   endBus();
-  ASSERT_TRUE(hears(3));
+  ASSERT_TRUE(waitForReports(3));
   settle();
   EXPECT_TRUE(gate.enter());
-  EXPECT_THAT(heard, ElementsAre("saved asleep held", "no bus", "woke"));
+  EXPECT_THAT(reported, ElementsAre("saved asleep held", "no bus", "woke"));
 }
 
 TEST_F(Notifications, ABusThatIsLostWhileAwakeIsReportedOnceAndIsNoWake) {
-  const auto observation = notifications.observeDidWake([this] { heard.emplace_back("woke"); });
+  const auto observation = notifications.observeDidWake([this] { reported.emplace_back("woke"); });
   ASSERT_TRUE(holds(1));
   endBus();
-  ASSERT_TRUE(hears(1));
+  ASSERT_TRUE(waitForReports(1));
   settle();
   EXPECT_TRUE(gate.enter());
-  EXPECT_THAT(heard, ElementsAre("no bus"));
+  EXPECT_THAT(reported, ElementsAre("no bus"));
 }
 
 TEST(SessionBacklight, IsSetThroughLogindByTheSessionAtTheScreen) {

@@ -59,8 +59,8 @@ class X11UnderTest : public ResidentUnderTest {
     std::ofstream(file, std::ios::binary) << content;
   }
 
-  /// The bus has told what it did long before; and the server, which may be late on a busy machine,
-  /// answers the program behind all that it has to tell.
+  /// The bus's signals have arrived long before; and the server, which may be late on a busy
+  /// machine, answers the program behind all earlier events.
   void settle() override {
     linux->runtime().after(std::chrono::milliseconds(30), [this] { linux->runtime().stop(); });
     linux->runtime().run();

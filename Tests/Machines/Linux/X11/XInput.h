@@ -20,15 +20,15 @@ class XInputTest : public testing::Test {
  protected:
   XInputTest() { rig.useEvdevKeymap(); }
 
-  /// Runs main-queue tasks for so long, and then until the server has told everything that happened
-  /// so far, and what the program has asked of it in answer: a busy machine takes its time.
+  /// Runs main-queue tasks for that time, and then until the server's events so far, and the
+  /// replies to the program's requests in answer, have arrived: a busy machine may be slow.
   void settle(Microseconds duration = std::chrono::milliseconds(30)) {
     runFor(duration);
     constexpr int questionsAndAnswers = 3;
     for (int round = 0; round < questionsAndAnswers; ++round) catchUp();
   }
 
-  /// Whatever has been told by then.
+  /// Runs tasks whatever has arrived by then.
   void runFor(Microseconds duration) {
     const TimerID timer = runtime.after(duration, [this] { runtime.stop(); });
     runtime.run();
@@ -59,29 +59,29 @@ class XInputTest : public testing::Test {
   LinuxKeyboard keyboard{events, keymap};
 
  private:
-  /// Until a word of the rig's has come behind all that the server had to tell before, and the
-  /// server has done what the program asked of it.
+  /// Waits for a message of the rig's behind all earlier events, and until the server has handled
+  /// the program's requests.
   void catchUp() {
     xcb_connection_t* const connection = events.connection();
     if (connection == nullptr) return;
-    if (ear == XCB_NONE) makeEar(connection);
-    bool isHeard = false;
-    const Observation word = events.observe([&](const xcb_generic_event_t& event) {
+    if (ownWindow == XCB_NONE) makeOwnWindow(connection);
+    bool hasArrived = false;
+    const Observation observation = events.observe([&](const xcb_generic_event_t& event) {
       const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
-      if (event.response_type != toldByClient || message.data.data32[0] != lastWord) return;
-      isHeard = true;
+      if (event.response_type != sentByClient || message.data.data32[0] != lastNumber) return;
+      hasArrived = true;
       runtime.stop();
     });
-    rig.tell(ear, ++lastWord);
+    rig.tell(ownWindow, ++lastNumber);
     runFor(std::chrono::minutes(1));
-    EXPECT_TRUE(isHeard) << "what the server says doesn't arrive";
+    EXPECT_TRUE(hasArrived) << "the server's events don't arrive";
     roundTrip(connection);
   }
 
-  void makeEar(xcb_connection_t* connection) {
-    ear = xcb_generate_id(connection);
-    xcb_create_window(connection, 0, ear, events.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
-                      XCB_COPY_FROM_PARENT, 0, nullptr);
+  void makeOwnWindow(xcb_connection_t* connection) {
+    ownWindow = xcb_generate_id(connection);
+    xcb_create_window(connection, 0, ownWindow, events.root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
     roundTrip(connection);
   }
 
@@ -89,10 +89,10 @@ class XInputTest : public testing::Test {
     std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
   }
 
-  static constexpr std::uint8_t toldByClient = XCB_CLIENT_MESSAGE | 0x80;
+  static constexpr std::uint8_t sentByClient = XCB_CLIENT_MESSAGE | 0x80;
 
-  xcb_window_t ear = XCB_NONE;
-  std::uint32_t lastWord = 0;
+  xcb_window_t ownWindow = XCB_NONE;
+  std::uint32_t lastNumber = 0;
 };
 
 }  // namespace brivane
