@@ -4,6 +4,7 @@
 
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "BrivaneUI/Frame/HUDWindow.h"
+#include "Machines/Common/Frame/Transition.h"
 
 @class BrivaneHUDWindow, BrivanePictureView;
 
@@ -30,7 +31,6 @@ class MacHUDWindow : public HUDWindow {
 
  private:
   void show(const DisplayList& newContent, double durationSeconds);
-  double progress() const;
   void showMoment();
   void endChange();
 
@@ -42,10 +42,7 @@ class MacHUDWindow : public HUDWindow {
   /// The number of the current fade, to ignore the ends of replaced ones.
   int fades = 0;
 
-  DisplayList contentFrom;
-  DisplayList content;
-  Instant changeStart;
-  double changeSeconds = 0;
+  Transition content;
   /// 0: no animation.
   TimerID changeTimer = 0;
   LivenessAnchor anchor;

@@ -4,10 +4,8 @@
 
 #import <QuartzCore/CAMediaTimingFunction.h>
 
-#include <algorithm>
 #include <utility>
 
-#include "Machines/Common/Frame/Transition.h"
 #include "Machines/Mac/Frame/AppKitValues.h"
 #include "Machines/Mac/Frame/PictureView.h"
 
@@ -114,7 +112,7 @@ void MacHUDWindow::orderFrontRegardless() {
 void MacHUDWindow::orderOut() {
   [window orderOut:nil];
   endChange();
-  if (view != nil) [view showPicture:content];
+  if (view != nil) [view showPicture:content.to];
 }
 
 void MacHUDWindow::installContentView(const DisplayList& newContent) {
@@ -132,32 +130,21 @@ void MacHUDWindow::updateContent(const DisplayList& newContent, ContentChange ch
 }
 
 void MacHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
-  contentFrom = interrupted(contentFrom, content, progress());
-  content = newContent;
-  changeStart = runtime.now();
-  changeSeconds = durationSeconds;
+  content.turnTo(newContent, durationSeconds, runtime.now());
   showMoment();
-  if (progress() < 1 && changeTimer == 0) {
+  if (content.progress(runtime.now()) < 1 && changeTimer == 0) {
     changeTimer = runtime.every(contentStep, [this] { showMoment(); });
   }
 }
 
-/// From 0 to 1, fast at first.
-double MacHUDWindow::progress() const {
-  const double passed = secondsBetween(changeStart, runtime.now());
-  if (passed >= changeSeconds) return 1;
-  const double left = 1 - std::max(passed / changeSeconds, 0.0);
-  return 1 - left * left;
-}
-
 void MacHUDWindow::showMoment() {
-  const double share = progress();
-  if (view != nil) [view showPicture:between(contentFrom, content, share)];
-  if (share >= 1) endChange();
+  const Instant now = runtime.now();
+  if (view != nil) [view showPicture:content.picture(now)];
+  if (content.progress(now) >= 1) endChange();
 }
 
 void MacHUDWindow::endChange() {
-  changeSeconds = 0;
+  content.durationSeconds = 0;
   runtime.cancel(std::exchange(changeTimer, 0));
 }
 

@@ -3,7 +3,6 @@
 #include "Machines/Mac/Frame/Painter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <vector>
 
 #include "Machines/Mac/Frame/AppKitValues.h"
@@ -142,15 +141,11 @@ NSBezierPath* continuousRectangle(const RoundedRectangle& shape) {
   const double right = left + shape.frame.width;
   const double top = bottom + shape.frame.height;
   if (right <= left || top <= bottom) return path;
-  const double half = std::min(right - left, top - bottom) / 2;
-  const double radius = std::clamp(shape.cornerRadius, 0.0, half);
-  if (radius <= 0) {
+  const auto [start, handle] = cornerCurve(shape);
+  if (start <= 0) {
     [path appendBezierPathWithRect:nsRect(shape.frame)];
     return path;
   }
-  // One cubic per corner; its middle lies on the arc of the radius.
-  const double start = std::min(1.28 * radius, half);
-  const double handle = (8 * (1 - std::sqrt(0.5)) * radius - start) / 3;
   [path moveToPoint:NSMakePoint(left + start, bottom)];
   [path lineToPoint:NSMakePoint(right - start, bottom)];
   [path curveToPoint:NSMakePoint(right, bottom + start)
