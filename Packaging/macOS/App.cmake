@@ -14,9 +14,8 @@ add_executable(Brivane Machines/main.cpp ${mac_sources})
 target_compile_options(Brivane PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
 
 # Compiled with a Mac's own kit, it says whether what was declared by hand is what the system has.
-file(GLOB abi_checks CONFIGURE_DEPENDS
-  "${PROJECT_SOURCE_DIR}/Tests/Mac/AbiCheck/*.cpp" "${PROJECT_SOURCE_DIR}/Tests/Mac/AbiCheck/*.mm")
-add_library(brivane-abi-check OBJECT EXCLUDE_FROM_ALL ${abi_checks})
+include(Tests/Mac/AbiCheck/CompareDeclarations.cmake)
+compare_declarations(brivane-abi-check CInterfaces.cpp AppKit.mm)
 target_compile_options(brivane-abi-check PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
 
 set(common_sources Files/ResourceFolder Files/WholeFile Frame/Transition Processes/ChildProcess)

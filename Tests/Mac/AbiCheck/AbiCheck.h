@@ -13,7 +13,7 @@ Type* any();
 template <typename Type>
 Type valueOf();
 
-/// An argument for a parameter of just this type: nothing is converted on the way.
+/// A value that is converted to nothing on the way.
 template <typename Type>
 struct Exactly {
   // NOLINTNEXTLINE(google-explicit-constructor)
@@ -22,6 +22,18 @@ struct Exactly {
   // NOLINTNEXTLINE(google-explicit-constructor)
   operator Other() const = delete;
 };
+
+#ifdef __OBJC__
+template <typename Type>
+constexpr bool isObject = std::is_convertible_v<Type, id>;
+#else
+template <typename Type>
+constexpr bool isObject = false;
+#endif
+
+/// An argument for a parameter of this type.
+template <typename Type>
+std::conditional_t<isObject<Type>, Type, Exactly<std::decay_t<Type>>> argument();
 
 /// The type itself, of an enumeration that of its numbers: some kits have a name for the values of
 /// what others give as a number.
@@ -35,9 +47,10 @@ struct Scalar<Type, true> {
 };
 
 template <typename Type, typename Expected>
-constexpr bool isScalar =
-    std::is_same_v<typename Scalar<std::remove_cv_t<std::remove_reference_t<Type>>>::Plain,
-                   typename Scalar<Expected>::Plain>;
+constexpr bool gives =
+    isObject<Expected> ? std::is_convertible_v<Type, Expected>
+                       : std::is_same_v<typename Scalar<std::remove_cvref_t<Type>>::Plain,
+                                        typename Scalar<Expected>::Plain>;
 
 /// A function's type without the promise that it doesn't throw, which some headers make.
 template <typename Pointer>
@@ -62,30 +75,27 @@ constexpr bool isReference = std::is_pointer_v<Type> && sizeof(Type) == 8 &&
 #define IS_FUNCTION(name, ...)                                                      \
   static_assert(std::is_same_v<abi::Function<decltype(&name)>::Plain, __VA_ARGS__>, \
                 "another " #name)
-/// Kits differ in whether their objects can be written.
-#define IS_OBJECT(name, ...)                                                                \
-  static_assert(std::is_same_v<std::remove_const_t<decltype(name)>, __VA_ARGS__>, "another" \
-                                                                                  " " #name)
 #define IS_TYPE(name, ...) static_assert(std::is_same_v<name, __VA_ARGS__>, "another " #name)
 #define IS_REFERENCE(name) static_assert(abi::isReference<name, false>, "another " #name)
 #define IS_CONSTANT_REFERENCE(name) static_assert(abi::isReference<name, true>, "another " #name)
 /// An enumeration, or a name for a number, by the type of its numbers.
 #define IS_NUMBER(name, ...) \
   static_assert(std::is_same_v<abi::Scalar<name>::Plain, __VA_ARGS__>, "another " #name)
-#define IS_VALUE(name, value) \
-  static_assert(static_cast<long long>(name) == static_cast<long long>(value), "another " #name)
-#define IS_STRUCT(name, size) static_assert(sizeof(name) == (size), "another " #name)
-#define HAS_FIELD(name, field, offset, ...)                                         \
-  static_assert(offsetof(name, field) == (offset) &&                                \
-                    std::is_same_v<decltype(abi::any<name>()->field), __VA_ARGS__>, \
+/// Some kits have constants that are no constant expressions, but can be worked out. A double holds
+/// each of these numbers exactly.
+#define IS_VALUE(name, value)                                                                    \
+  static_assert(                                                                                 \
+      __builtin_constant_p(1) ? static_cast<double>(name) == static_cast<double>(value) : false, \
+      "another " #name)
+/// Compared with the structure of our headers, which has `Our` before its name.
+#define IS_STRUCT(name) static_assert(sizeof(name) == sizeof(Our##name), "another " #name)
+#define HAS_FIELD(name, field)                                                         \
+  static_assert(offsetof(name, field) == offsetof(Our##name, field) &&                 \
+                    std::is_same_v<decltype(name::field), decltype(Our##name::field)>, \
                 "another " #name "." #field)
-
-/// What an expression gives that is no object.
+/// What an expression in parentheses gives.
 #define GIVES(expression, ...) \
-  static_assert(abi::isScalar<decltype(expression), __VA_ARGS__>, "another " #expression)
-/// What an expression gives that is an object.
-#define GIVES_OBJECT(expression, ...) \
-  static_assert(std::is_convertible_v<decltype(expression), __VA_ARGS__>, "another " #expression)
+  static_assert(abi::gives<decltype(expression), __VA_ARGS__>, "another " #expression)
 /// Of a class and one above it the language makes the one above; a conversion goes either way.
 #define IS_SUBCLASS(name, superclass)                                                              \
   static_assert(                                                                                   \
@@ -94,12 +104,4 @@ constexpr bool isReference = std::is_pointer_v<Type> && sizeof(Type) == 8 &&
       "another " #name)
 #define CONFORMS(name, protocol) \
   static_assert(std::is_convertible_v<name*, id<protocol>>, "another " #name)
-#define CAN_READ(name, property, ...) GIVES(abi::any<name>().property, __VA_ARGS__)
-#define CAN_READ_OBJECT(name, property, ...) GIVES_OBJECT(abi::any<name>().property, __VA_ARGS__)
-#define CAN_WRITE(name, property, setter, ...) \
-  CAN_READ(name, property, __VA_ARGS__);       \
-  GIVES([abi::any<name>() setter:abi::Exactly<__VA_ARGS__>()], void)
-#define CAN_WRITE_OBJECT(name, property, setter, ...) \
-  CAN_READ_OBJECT(name, property, __VA_ARGS__);       \
-  GIVES([abi::any<name>() setter:abi::valueOf<__VA_ARGS__>()], void)
 // NOLINTEND(cppcoreguidelines-macro-usage)
