@@ -100,8 +100,8 @@ def check_lists():
     mistakes = [mistake for _, mistake in read_mistakes(LISTS)]
     if not mistakes:
         print("there is no mistake to make")
-    folders = ["Tests/Mac/Machine/*.cpp", "Tests/Mac/Machine/*/*.mm", "Tests/*Conformance/*.cpp"]
-    texts = [pathlib.Path(path).read_text() for folder in folders for path in glob.glob(folder)]
+    folders = ["Tests/Mac/Machine/*.cpp", "Tests/Mac/Machine/**/*.mm", "Tests/*Conformance/*.cpp"]
+    texts = [pathlib.Path(path).read_text() for folder in folders for path in glob.glob(folder, recursive=True)]
     tests = " ".join(" ".join(texts).split())
     for mistake in mistakes:
         for idle in idle_substitutions(mistake):

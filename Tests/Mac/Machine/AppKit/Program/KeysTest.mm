@@ -1,0 +1,90 @@
+#include <algorithm>
+#include <chrono>
+
+#include "Tests/Mac/Machine/AppKit/Program/MacWholeProgram.h"
+
+namespace brivane {
+namespace {
+
+constexpr std::uint16_t keyF1 = 122;
+constexpr std::uint16_t keyF2 = 120;
+constexpr std::uint16_t keyF19 = 80;
+constexpr std::uint16_t shiftKey = 56;
+
+long callsOf(const std::string& call) {
+  const std::lock_guard lock(fake::mac().mutex);
+  return std::ranges::count(fake::mac().calls, call);
+}
+
+TEST_F(MacWholeProgram, TheTapStartsOnceTheGrantHasCome) {
+  fake::system().isTrusted = false;
+  waitUntil([] { return callsOf("AX prompt") == 1; });
+  then(0, [] {
+    EXPECT_EQ(callsOf("tap on"), 0);
+    EXPECT_TRUE(isTaken(keyF1, 0)) << "the keys that serve meanwhile";
+    EXPECT_TRUE(isTaken(keyF2, 0));
+    EXPECT_TRUE(hasItsHotkey());
+    fake::system().isTrusted = true;
+  });
+  waitUntil([] { return callsOf("tap on") == 1; });
+  then(0, [] {
+    EXPECT_EQ(callsOf("AX prompt"), 1);
+    EXPECT_FALSE(isTaken(keyF1, 0));
+    EXPECT_FALSE(isTaken(keyF2, 0));
+    EXPECT_TRUE(hasItsHotkey());
+  });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, AHeldKeyRampsSlowlyWithShiftAndStopsWhenItIsLetGo) {
+  using Clock = std::chrono::steady_clock;
+  int before = 0;
+  Clock::time_point start;
+  const auto level = [this] { return levelShownOnRight() * 2; };
+  waitUntil([this] { return hasSlider("Right") && mappedKeys() != 0; });
+  then(0, [this] { dragRightTo(0); });
+  waitUntil([level] { return level() == 0; });
+  then(0, [] { fake::input().press(keyF19); });
+  waitUntil([level] { return level() > 0; });
+  then(0, [level] { EXPECT_LE(level(), 6) << "one step at first"; });
+  waitUntil([level] { return level() > 12; });
+  then(0, [&, level] {
+    // The system tells of a release when the modifiers change, too.
+    fake::input().release(keyF19);
+    fake::input().keysDown.insert(keyF19);
+    before = level();
+  });
+  // The key itself is still down.
+  waitUntil([&, level] { return level() > before + 10; });
+  then(0, [this] {
+    fake::input().press(shiftKey);
+    desktop.modifiers = fake::input().modifierFlags();
+  });
+  then(0.3, [&, level] {
+    before = level();
+    start = Clock::now();
+  });
+  waitUntil([&, level] { return level() > before + 6; });
+  then(0, [&, level] {
+    const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    EXPECT_LT((level() - before) / seconds, 45) << "points per second: 17, and 83 without shift";
+    fake::input().release(shiftKey);
+    desktop.modifiers = 0;
+    dragRightTo(0);
+    fake::input().release(keyF19);
+    fake::input().press(keyF19);
+  });
+  waitUntil([level] { return level() > 12 && level() < 60; });
+  then(0, [] { fake::input().release(keyF19); });
+  then(0.5, [&, level] { before = level(); });
+  then(0.3, [&, level] {
+    EXPECT_LT(before, 100);
+    EXPECT_EQ(level(), before) << "nobody holds it";
+  });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+}  // namespace
+}  // namespace brivane
