@@ -22,6 +22,9 @@ class FileDescriptor {
   bool isOpen() const { return number >= 0; }
   int get() const { return number; }
 
+  /// Closes now; false when the system reports a write error only here.
+  bool close() { return ::close(std::exchange(number, -1)) == 0; }
+
  private:
   int number;
 };

@@ -9,27 +9,12 @@
 #include <cstdio>
 #include <ctime>
 #include <system_error>
-#include <utility>
 
+#include "Machines/Common/Files/FileDescriptor.h"
 #include "Machines/Common/Files/ModifiedAt.h"
 
 namespace brivane {
 namespace {
-
-class Descriptor {
- public:
-  explicit Descriptor(int opened) : number(opened) {}
-  ~Descriptor() {
-    if (number >= 0) ::close(number);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  /// Closes now; false when a write error is reported only here.
-  bool close() { return ::close(std::exchange(number, -1)) == 0; }
-
-  int number;
-};
 
 FileProblem lastProblem() {
   return {std::generic_category().message(errno), errno == ENOENT, true};
@@ -71,10 +56,10 @@ std::optional<FileProblem> writeNewFile(const std::filesystem::path& file,
   // Left by a process that ended in between. Removed, not truncated: another process may still read
   // it.
   ::unlink(file.c_str());
-  Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-  if (descriptor.number < 0) return lastProblem();
-  if (!writeAll(descriptor.number, content)) return lastProblem();
-  dateAfter(replaced, descriptor.number);
+  FileDescriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (!descriptor.isOpen()) return lastProblem();
+  if (!writeAll(descriptor.get(), content)) return lastProblem();
+  dateAfter(replaced, descriptor.get());
   if (!descriptor.close()) return lastProblem();
   return std::nullopt;
 }
@@ -101,8 +86,8 @@ bool replace(const std::filesystem::path& fresh, const std::filesystem::path& fi
 }
 
 void syncPath(const std::filesystem::path& path, int flags) {
-  const Descriptor descriptor(::open(path.c_str(), flags | O_CLOEXEC));
-  if (descriptor.number >= 0) ::fsync(descriptor.number);
+  const FileDescriptor descriptor(::open(path.c_str(), flags | O_CLOEXEC));
+  if (descriptor.isOpen()) ::fsync(descriptor.get());
 }
 
 std::string modificationTime(const struct stat& status) {
@@ -129,9 +114,9 @@ std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path
   // Non-blocking, so that a FIFO of that name can't block the program.
   constexpr int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
   const int linkFlag = links == Links::refused ? O_NOFOLLOW : 0;
-  const Descriptor descriptor(::open(file.c_str(), flags | linkFlag));
+  const FileDescriptor descriptor(::open(file.c_str(), flags | linkFlag));
   struct stat status {};
-  if (descriptor.number < 0 || ::fstat(descriptor.number, &status) != 0) return lastProblem();
+  if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return lastProblem();
   if (S_ISDIR(status.st_mode)) return FileProblem{"it is a folder"};
   if (!S_ISREG(status.st_mode)) return FileProblem{"it is no ordinary file"};
   const auto size = static_cast<std::size_t>(status.st_size);
@@ -142,7 +127,7 @@ std::variant<std::string, FileProblem> readWholeFile(const std::filesystem::path
   std::string content(size, '\0');
   std::size_t done = 0;
   while (done < size) {
-    const ssize_t count = ::read(descriptor.number, content.data() + done, size - done);
+    const ssize_t count = ::read(descriptor.get(), content.data() + done, size - done);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return lastProblem();
     if (count == 0) break;
