@@ -4,11 +4,12 @@
 
 #include "BrivaneCore/Input/MediaKeyEventTap.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "BrivaneCore/Input/InputDiagnosticsSettings.h"
+#include "BrivaneCore/Support/Numbers.h"
+#include "BrivaneCore/Support/UpperCase.h"
 
 namespace brivane {
 namespace {
@@ -23,22 +24,12 @@ int keyType(const TapEvent::SystemDefined& event) {
   return static_cast<int>((event.data1 >> 16) & 0xFFFF);
 }
 
-/// In capitals, with at least so many digits.
-std::string hexadecimal(std::uint32_t number, std::size_t digits) {
-  std::string text;
-  while (number != 0 || text.size() < digits) {
-    text.insert(text.begin(), "0123456789ABCDEF"[number & 0xF]);
-    number >>= 4;
-  }
-  return text;
-}
-
 // The data are shown as the 32-bit numbers that they are, whatever the machine carries them in.
 std::string describe(const TapEvent::SystemDefined& event) {
   return "Brivane: systemDefined subtype=" + std::to_string(event.subtype) + " data1=0x" +
-         hexadecimal(static_cast<std::uint32_t>(event.data1), 8) +
+         upperCased(hexadecimal(static_cast<std::uint32_t>(event.data1), 8)) +
          " keyCode=" + std::to_string(keyType(event)) + " state=0x" +
-         hexadecimal(static_cast<std::uint32_t>((event.data1 >> 8) & 0xFF), 2) +
+         upperCased(hexadecimal(static_cast<std::uint32_t>((event.data1 >> 8) & 0xFF), 2)) +
          " data2=" + std::to_string(static_cast<std::int32_t>(event.data2));
 }
 

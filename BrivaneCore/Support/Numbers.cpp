@@ -4,6 +4,8 @@
 
 #include "BrivaneCore/Support/Numbers.h"
 
+#include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -99,6 +101,15 @@ std::string shortestFloatingPoint(double value) {
 
 std::string wholeDecimal(double value) {
   return printed("%.*f", 0, value);
+}
+
+std::string hexadecimal(std::uint64_t number, std::size_t digits) {
+  const auto needed = (static_cast<std::size_t>(std::bit_width(number)) + 3) / 4;
+  std::string text(std::max(digits, needed), '0');
+  for (auto place = text.rbegin(); number != 0; number >>= 4U) {
+    *place++ = "0123456789abcdef"[number & 0xFU];
+  }
+  return text;
 }
 
 std::optional<std::int64_t> parseInteger(std::string_view text) {

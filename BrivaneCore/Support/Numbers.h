@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -17,6 +18,9 @@ std::string shortestFloatingPoint(double value);
 
 /// `value` with no digits after the point, rounded as printf's "%.0f" rounds (halves to even).
 std::string wholeDecimal(double value);
+
+/// In lower case, with zeros in front where there are fewer than `digits` digits.
+std::string hexadecimal(std::uint64_t number, std::size_t digits);
 
 /// The text as a signed decimal integer: at most one plus or minus sign, then one or more ASCII
 /// digits and nothing else. Nothing for any other text and for values outside 64 bits.

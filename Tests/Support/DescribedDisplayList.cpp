@@ -109,12 +109,11 @@ std::string text(const Ink& ink) {
 /// In double quotes; a quote, a backslash or a control character within is written as "\" and its
 /// number in hexadecimal, so that a primitive stays on its line.
 std::string inQuotes(std::string_view content) {
-  constexpr std::string_view digits = "0123456789abcdef";
   std::string words = "\"";
   for (const char byte : content) {
     const auto value = static_cast<unsigned char>(byte);
     if (value < 0x20 || value == 0x7F || byte == '"' || byte == '\\') {
-      words += std::string("\\") + digits[value >> 4] + digits[value & 0xF];
+      words += "\\" + hexadecimal(value, 2);
     } else {
       words += byte;
     }

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "BrivaneCore/Support/Fatal.h"
-#include "Tests/Support/Hexadecimal.h"
+#include "Machines/Desk/Hardware/Trace.h"
 
 namespace brivane {
 
@@ -168,7 +168,7 @@ std::int32_t FakeBus::write(Service& service, std::uint32_t chip, std::uint32_t 
                             std::span<const std::uint8_t> bytes) {
   Channel& channel = service.channel;
   notes.add("write " + service.port + " " + std::to_string(chip) + "/" + std::to_string(address) +
-            ": " + hexadecimal(bytes));
+            ": " + tracedBytes(bytes));
   std::int32_t status = channel.writeStatus;
   if (!channel.nextWriteStatuses.empty()) {
     status = channel.nextWriteStatuses.front();

@@ -5,21 +5,13 @@
 #include <string_view>
 #include <utility>
 
+#include "BrivaneCore/Support/Numbers.h"
+
 namespace brivane {
 namespace {
 
 constexpr std::string_view dateTag = "$date";
 constexpr std::string_view dataTag = "$data";
-constexpr std::string_view hexadecimalDigits = "0123456789abcdef";
-
-std::string hexadecimal(const std::vector<std::uint8_t>& bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    text += hexadecimalDigits[byte >> 4];
-    text += hexadecimalDigits[byte & 15];
-  }
-  return text;
-}
 
 std::optional<std::vector<std::uint8_t>> bytesFrom(std::string_view text) {
   if (text.size() % 2 != 0 ||
@@ -73,7 +65,9 @@ PropertyValue::Dictionary tagged(PropertyValue::Date date) {
 }
 
 PropertyValue::Dictionary tagged(const PropertyValue::Data& data) {
-  return {{std::string(dataTag), {hexadecimal(data.bytes)}}};
+  std::string text;
+  for (const std::uint8_t byte : data.bytes) text += hexadecimal(byte, 2);
+  return {{std::string(dataTag), {std::move(text)}}};
 }
 
 PropertyValue::Dictionary tagged(PropertyValue::Dictionary dictionary) {

@@ -4,14 +4,15 @@
 #include <array>
 #include <charconv>
 
+#include "BrivaneCore/Support/Numbers.h"
+
 namespace brivane {
 namespace {
 
 void writeCharacter(char character, std::string& out) {
   const auto byte = static_cast<unsigned char>(character);
   if (byte < 0x20 || byte == 0x7F) {
-    out += "\\u";
-    appendHexadecimal(byte, 4, out);
+    out += "\\u" + hexadecimal(byte, 4);
   } else {
     out += character;
   }
@@ -79,10 +80,6 @@ void write(const JsonValue& value, bool sortsMembers, std::string& out) {
 }
 
 }  // namespace
-
-void appendHexadecimal(std::uint64_t number, unsigned digits, std::string& out) {
-  for (; digits > 0; --digits) out += "0123456789abcdef"[(number >> (4 * (digits - 1))) & 0xFU];
-}
 
 std::string childPath(const std::string& parent, std::string_view key) {
   std::string path = parent + "/";

@@ -35,9 +35,6 @@ std::string childPath(const std::string& parent, std::string_view key);
 /// The value as JSON without blanks, on one line, members in the order they have.
 std::string jsonText(const JsonValue& value);
 
-/// Adds the number's last `digits` hexadecimal digits.
-void appendHexadecimal(std::uint64_t number, unsigned digits, std::string& out);
-
 /// The value for an error message: "a list", "an object", or the start of its JSON.
 std::string jsonExcerpt(const JsonValue& value);
 

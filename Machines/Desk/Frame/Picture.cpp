@@ -116,9 +116,7 @@ std::string pictureDigest(const DisplayList& picture) {
   Digest digest;
   digest.feed(picture);
   const std::uint64_t folded = digest.value() ^ digest.value() >> 32;
-  std::array<char, 16> text{};
-  std::snprintf(text.data(), text.size(), "%08x", static_cast<unsigned>(folded & 0xFFFFFFFFU));
-  return text.data();
+  return hexadecimal(folded & 0xFFFFFFFFU, 8);
 }
 
 }  // namespace brivane

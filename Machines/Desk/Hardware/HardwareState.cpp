@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/File/FirmwareSection.h"
 #include "Machines/Desk/File/SystemSection.h"
 
@@ -69,11 +70,11 @@ void readRequest(const JsonItem& item, MonitorState& state) {
   section.finish();
 }
 
-std::string hexadecimal(const GammaCurve& curve) {
+std::string curveText(const GammaCurve& curve) {
   std::string text;
   text.reserve(curve.size() * digitsPerSample);
   for (const float sample : curve) {
-    appendHexadecimal(std::bit_cast<std::uint32_t>(sample), digitsPerSample, text);
+    text += hexadecimal(std::bit_cast<std::uint32_t>(sample), digitsPerSample);
   }
   return text;
 }
@@ -150,9 +151,9 @@ JsonValue toJson(const GammaState& state) {
   if (state.refusals != 0) members.push_back({"refusals", {state.refusals}});
   if (state.written) {
     const auto& [red, green, blue] = *state.written;
-    members.push_back({"red", {hexadecimal(red)}});
-    members.push_back({"green", {hexadecimal(green)}});
-    members.push_back({"blue", {hexadecimal(blue)}});
+    members.push_back({"red", {curveText(red)}});
+    members.push_back({"green", {curveText(green)}});
+    members.push_back({"blue", {curveText(blue)}});
   }
   return {std::move(members)};
 }

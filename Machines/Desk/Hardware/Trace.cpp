@@ -6,6 +6,9 @@
 #include <bit>
 #include <charconv>
 
+#include "BrivaneCore/Support/Numbers.h"
+#include "BrivaneCore/Support/UpperCase.h"
+
 namespace brivane {
 namespace {
 
@@ -24,14 +27,6 @@ std::uint64_t digest(const GammaTable& table) {
     }
   }
   return hash;
-}
-
-std::string hexadecimal(std::uint64_t number, std::size_t width) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text;
-  for (; number != 0 || text.size() < width; number >>= 4U) text += digits[number & 0xFU];
-  std::ranges::reverse(text);
-  return text;
 }
 
 float peak(const GammaTable& table) {
@@ -65,20 +60,20 @@ void Tracer::write(const std::string& line) const {
 std::string tracedBytes(std::span<const std::uint8_t> bytes) {
   std::string text;
   for (const std::uint8_t byte : bytes) text += (text.empty() ? "" : " ") + hexadecimal(byte, 2);
-  return text;
+  return upperCased(text);
 }
 
 std::string tracedTable(const GammaTable& table) {
   return std::to_string(table.front().size()) + " samples, digest " +
-         hexadecimal(digest(table), 16) + ", peak " + tracedNumber(peak(table));
+         upperCased(hexadecimal(digest(table), 16)) + ", peak " + tracedNumber(peak(table));
 }
 
 std::string tracedMapping(const HIDMapping& mapping) {
   if (mapping.empty()) return "empty";
   std::string text;
   for (const auto& entry : mapping) {
-    text += (text.empty() ? "" : ", ") + hexadecimal(entry.source, 1) + " to " +
-            hexadecimal(entry.destination, 1);
+    text += (text.empty() ? "" : ", ") + upperCased(hexadecimal(entry.source, 1)) + " to " +
+            upperCased(hexadecimal(entry.destination, 1));
   }
   return text;
 }

@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/File/JsonParser.h"
 
 // Other processes change the hardware, too: every access reads the file again, and a mere read
@@ -12,19 +13,13 @@ namespace {
 
 constexpr std::size_t largestStateBytes = 4 << 20;
 
-std::string asText(std::uint64_t fingerprint) {
-  std::string text;
-  appendHexadecimal(fingerprint, 16, text);
-  return text;
-}
-
 }  // namespace
 
 StateFile::StateFile(StateFolder& stateFolder, const std::string& name,
                      std::uint64_t sectionFingerprint)
     : folder(stateFolder),
       file(folder.path / (name + ".json")),
-      startedFrom(asText(sectionFingerprint)) {}
+      startedFrom(hexadecimal(sectionFingerprint, 16)) {}
 
 void StateFile::access(const Access& access) {
   const auto lock = folder.lock();

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Common/Files/WholeFile.h"
 
 namespace brivane {
@@ -13,13 +14,8 @@ namespace {
 constexpr std::size_t largestStoreBytes = 1 << 20;
 
 std::string hexDigits(const Scancode& scancode) {
-  constexpr char digits[] = "0123456789abcdef";
   std::string text;
-  for (const char byte : scancode) {
-    const auto value = static_cast<unsigned char>(byte);
-    text += digits[value >> 4];
-    text += digits[value & 15];
-  }
+  for (const char byte : scancode) text += hexadecimal(static_cast<unsigned char>(byte), 2);
   return text;
 }
 

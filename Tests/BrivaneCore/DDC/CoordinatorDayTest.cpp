@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "Machines/Desk/Hardware/Trace.h"
 #include "Tests/BrivaneCore/DDC/CoordinatorFixture.h"
-#include "Tests/Support/Hexadecimal.h"
 
 // Three hours of a desk with four monitors, written out: every bus call with its bytes, every log
 // line, every change of the settings. One of the monitors stops answering four times, in four ways.
@@ -70,7 +70,7 @@ class Day {
     read = [this, plainRead = read](AVService& service, std::uint32_t chip, std::uint32_t address,
                                     std::span<std::uint8_t> bytes) {
       const std::int32_t status = plainRead(service, chip, address, bytes);
-      machine.notes.add("reply " + std::to_string(status) + ": " + hexadecimal(bytes));
+      machine.notes.add("reply " + std::to_string(status) + ": " + tracedBytes(bytes));
       return status;
     };
   }

@@ -120,5 +120,13 @@ TEST(ShortestFloatingPoint, AlwaysShowsThatItIsNoInteger) {
   for (const auto& [value, text] : texts) EXPECT_EQ(shortestFloatingPoint(value), text);
 }
 
+TEST(Hexadecimal, ANumberHasAsManyDigitsAsAskedForAndMoreWhereItNeedsThem) {
+  EXPECT_EQ(hexadecimal(0, 1), "0");
+  EXPECT_EQ(hexadecimal(0, 0), "");
+  EXPECT_EQ(hexadecimal(0xA5, 4), "00a5");
+  EXPECT_EQ(hexadecimal(0xC0000006F, 2), "c0000006f");
+  EXPECT_EQ(hexadecimal(~std::uint64_t{0}, 16), "ffffffffffffffff");
+}
+
 }  // namespace
 }  // namespace brivane
