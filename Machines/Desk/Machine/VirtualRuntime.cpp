@@ -90,7 +90,7 @@ void VirtualRuntime::sleep(Microseconds duration) {
     return;
   }
   Actor& self = *running;
-  addEvent(deadline, {EventKind::wake, 0, &self});
+  addEvent(deadline, [this, &self] { makeRunnable(self); });
   yield(lock, self);
 }
 
@@ -117,7 +117,7 @@ void VirtualRuntime::cancel(TimerID timer) {
   const Lock lock(mutex);
   const auto found = timers.find(timer);
   if (found == timers.end()) return;
-  if (found->second.pendingEvent) events.erase(*found->second.pendingEvent);
+  events.erase(found->second.event);
   dropped = std::move(found->second.task);
   timers.erase(found);
 }
@@ -143,7 +143,8 @@ void VirtualRuntime::stop() {
 
 void VirtualRuntime::runFor(Microseconds duration) {
   Lock lock(mutex);
-  const EventKey end = addEvent(time + duration, {EventKind::endOfRun});
+  const EventKey end = addEvent(
+      time + duration, [this] { endRun(); }, true);
   runMainUntilEnd(lock);
   events.erase(end);
 }
@@ -153,18 +154,23 @@ std::size_t VirtualRuntime::timerCount() const {
   return timers.size();
 }
 
-VirtualRuntime::EventKey VirtualRuntime::addEvent(Instant deadline, Event event) {
+VirtualRuntime::EventKey VirtualRuntime::addEvent(Instant deadline, Task event, bool isEndOfRun) {
   const std::uint64_t draw = random ? (*random)() : 0;
-  const EventKey key{deadline, event.kind == EventKind::endOfRun, draw, nextSequence++};
-  events.emplace(key, event);
+  const EventKey key{deadline, isEndOfRun, draw, nextSequence++};
+  events.emplace(key, std::move(event));
   return key;
+}
+
+/// Makes a due timer a main-queue task, which can still be cancelled.
+VirtualRuntime::EventKey VirtualRuntime::addTimerEvent(Instant deadline, TimerID id) {
+  return addEvent(deadline, [this, id] { give(mainActor(), [this, id] { takeTimerTask(id)(); }); });
 }
 
 TimerID VirtualRuntime::addTimer(Microseconds delay, Microseconds period, Task task) {
   const Lock lock(mutex);
   const TimerID id = nextTimer++;
-  const EventKey key = addEvent(time + std::max(delay, Microseconds(0)), {EventKind::timer, id});
-  timers.emplace(id, Timer{time, period, std::move(task), key});
+  const EventKey event = addTimerEvent(time + std::max(delay, Microseconds(0)), id);
+  timers.emplace(id, Timer{time, period, std::move(task), event});
   return id;
 }
 
@@ -173,19 +179,11 @@ Task VirtualRuntime::takeTimerTask(TimerID id) {
   const Lock lock(mutex);
   const auto found = timers.find(id);
   if (found == timers.end()) return [] {};
-  if (found->second.period > Microseconds(0)) {
-    rearm(id, found->second);
-    return found->second.task;
-  }
-  Task task = std::move(found->second.task);
-  timers.erase(found);
-  return task;
-}
-
-void VirtualRuntime::rearm(TimerID id, Timer& timer) {
+  Timer& timer = found->second;
+  if (timer.period == Microseconds(0)) return std::move(timers.extract(found).mapped().task);
   const auto periodsOver = (time - timer.start) / timer.period;
-  timer.pendingEvent =
-      addEvent(timer.start + (periodsOver + 1) * timer.period, {EventKind::timer, id});
+  timer.event = addTimerEvent(timer.start + (periodsOver + 1) * timer.period, id);
+  return timer.task;
 }
 
 void VirtualRuntime::give(Actor& actor, Task task) {
@@ -213,23 +211,9 @@ void VirtualRuntime::processNextEvent(Lock& lock) {
     lock.unlock();
     fatal("every queue waits, and nothing is left that could happen");
   }
-  const auto [key, event] = *events.begin();
-  events.erase(events.begin());
-  time = std::max(time, key.deadline);
-  switch (event.kind) {
-    case EventKind::timer:
-      if (const auto timer = timers.find(event.timer); timer != timers.end()) {
-        timer->second.pendingEvent.reset();
-        give(mainActor(), [this, id = event.timer] { takeTimerTask(id)(); });
-      }
-      break;
-    case EventKind::endOfRun:
-      endRun();
-      break;
-    case EventKind::wake:
-      makeRunnable(*event.actor);
-      break;
-  }
+  const auto event = events.extract(events.begin());
+  time = std::max(time, event.key().deadline);
+  event.mapped()();
 }
 
 void VirtualRuntime::endRun() {

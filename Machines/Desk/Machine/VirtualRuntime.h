@@ -2,13 +2,11 @@
 
 #include <condition_variable>
 #include <deque>
-#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <random>
-#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -58,13 +56,6 @@ class VirtualRuntime : public Runtime {
  private:
   struct Actor;
   class Queue;
-  enum class EventKind { timer, wake, endOfRun };
-
-  struct Event {
-    EventKind kind = EventKind::timer;
-    TimerID timer = 0;
-    Actor* actor = nullptr;
-  };
 
   /// Orders by deadline; at equal deadlines the end of a run comes last, the others in the order
   /// drawn or set.
@@ -81,15 +72,15 @@ class VirtualRuntime : public Runtime {
     Instant start;
     Microseconds period{0};
     Task task;
-    std::optional<EventKey> pendingEvent;
+    EventKey event;
   };
 
   using Lock = std::unique_lock<std::mutex>;
 
-  EventKey addEvent(Instant deadline, Event event);
+  EventKey addEvent(Instant deadline, Task event, bool isEndOfRun = false);
+  EventKey addTimerEvent(Instant deadline, TimerID timer);
   TimerID addTimer(Microseconds delay, Microseconds period, Task task);
   Task takeTimerTask(TimerID timer);
-  void rearm(TimerID id, Timer& timer);
   void give(Actor& actor, Task task);
   void makeRunnable(Actor& actor);
   Actor& takeNextRunnable();
@@ -110,7 +101,8 @@ class VirtualRuntime : public Runtime {
   Instant time{};
   std::uint64_t nextSequence = 1;
   TimerID nextTimer = 1;
-  std::map<EventKey, Event> events;
+  /// What happens at each deadline, under the lock.
+  std::map<EventKey, Task> events;
   std::map<TimerID, Timer> timers;
   std::deque<Actor*> runnable;
   std::vector<std::unique_ptr<Actor>> actors;
