@@ -15,7 +15,7 @@
 #include "Machines/Mac/Processes.h"
 #include "Machines/Mac/Registry.h"
 #include "Machines/Mac/Resources.h"
-#include "Machines/Mac/Runtime.h"
+#include "Machines/Mac/Runtime/Runtime.h"
 #include "Machines/Mac/Session.h"
 #include "Machines/Mac/Symbols.h"
 

@@ -7,7 +7,7 @@
 #include "Machines/Mac/Hotkeys.h"
 #include "Machines/Mac/Keyboard.h"
 #include "Machines/Mac/Notifications.h"
-#include "Machines/Mac/Runtime.h"
+#include "Machines/Mac/Runtime/Runtime.h"
 #include "Tests/Mac/Machine/FakeAppKitServices.h"
 #include "Tests/Mac/Machine/MacBench.h"
 #include "Tests/Support/SignalDispositions.h"

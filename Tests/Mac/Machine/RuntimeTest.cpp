@@ -3,7 +3,7 @@
 #include <atomic>
 #include <memory>
 
-#include "Machines/Mac/Runtime.h"
+#include "Machines/Mac/Runtime/Runtime.h"
 #include "Tests/Mac/Machine/MacBench.h"
 #include "Tests/Support/WhenDropped.h"
 

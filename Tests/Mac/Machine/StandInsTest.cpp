@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "Machines/Mac/Runtime.h"
+#include "Machines/Mac/Runtime/Runtime.h"
 #include "Tests/Mac/Machine/MacBench.h"
 
 namespace brivane {

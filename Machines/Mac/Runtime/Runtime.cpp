@@ -1,7 +1,7 @@
 // The run loop serves dispatch's main queue in all common modes, but all waiting blocks at once,
 // while `stop()` promises that no task runs after the current one. So tasks wait in a queue of our
 // own, and each block given to dispatch only takes the next task.
-#include "Machines/Mac/Runtime.h"
+#include "Machines/Mac/Runtime/Runtime.h"
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <dispatch/dispatch.h>
