@@ -4,7 +4,9 @@
 #include <thread>
 #include <vector>
 
-#include "BrivaneCore/Seams/Runtime.h"
+#include "Machines/Mac/Runtime/MainQueue.h"
+#include "Machines/Mac/Runtime/SerialQueue.h"
+#include "Machines/Mac/Runtime/Timers.h"
 
 namespace brivane {
 
@@ -30,14 +32,10 @@ class MacRuntime : public Runtime {
   void stop() override;
 
  private:
-  class MainQueue;
-  class Timers;
-  class Queue;
-
   const std::thread::id mainThread = std::this_thread::get_id();
-  const std::shared_ptr<MainQueue> mainQueue;
-  const std::unique_ptr<Timers> timers;
-  std::vector<std::shared_ptr<Queue>> queues;
+  const std::shared_ptr<MacMainQueue> mainQueue = std::make_shared<MacMainQueue>();
+  MacTimers timers{mainQueue};
+  std::vector<std::shared_ptr<MacSerialQueue>> queues;
 };
 
 }  // namespace brivane
