@@ -23,29 +23,6 @@ class ThreadRuntimeTest : public testing::Test {
   ThreadRuntime runtime;
 };
 
-TEST_F(ThreadRuntimeTest, ASleepLastsAtLeastAsLongAsAskedFor) {
-  const Instant start = runtime.now();
-  runtime.sleep(milliseconds(20));
-  EXPECT_GE(runtime.now() - start, milliseconds(20));
-}
-
-TEST_F(ThreadRuntimeTest, MainTasksRunInTheirOrderOnTheThreadThatRuns) {
-  const auto mainThread = std::this_thread::get_id();
-  const auto queue = runtime.makeSerialQueue("work", QueueQuality::userInitiated);
-  queue->async([&] {
-    runtime.async([&] {
-      EXPECT_EQ(std::this_thread::get_id(), mainThread);
-      notes.emplace_back("first");
-    });
-    runtime.async([&] {
-      notes.emplace_back("second");
-      runtime.stop();
-    });
-  });
-  runtime.run();
-  EXPECT_THAT(notes, ElementsAre("first", "second"));
-}
-
 TEST_F(ThreadRuntimeTest, TheThreadThatRunsIsTheMainThread) {
   EXPECT_TRUE(runtime.isMainThread());
   const auto queue = runtime.makeSerialQueue("work", QueueQuality::utility);
@@ -76,31 +53,6 @@ TEST_F(ThreadRuntimeTest, TimersFireInTheOrderOfTheirDeadlinesAndNotEarly) {
   runtime.after(milliseconds(10), [&] { notes.emplace_back("sooner"); });
   runtime.run();
   EXPECT_THAT(notes, ElementsAre("sooner", "later"));
-}
-
-TEST_F(ThreadRuntimeTest, ARepeatingTimerFiresUntilCancelledAndLeavesOutWhatWasMissed) {
-  TimerID ticker = 0;
-  int ticks = 0;
-  const Instant start = runtime.now();
-  ticker = runtime.every(milliseconds(10), [&] {
-    if (++ticks == 1) runtime.sleep(milliseconds(45));
-    if (ticks < 3) return;
-    EXPECT_GE(runtime.now() - start, milliseconds(60));
-    runtime.cancel(ticker);
-    runtime.after(milliseconds(30), [&] { runtime.stop(); });
-  });
-  runtime.run();
-  EXPECT_EQ(ticks, 3);
-}
-
-TEST_F(ThreadRuntimeTest, SyncRunsAfterWhatWasQueuedBefore) {
-  const auto queue = runtime.makeSerialQueue("work", QueueQuality::userInitiated);
-  queue->async([&] {
-    runtime.sleep(milliseconds(20));
-    notes.emplace_back("earlier");
-  });
-  queue->sync([&] { notes.emplace_back("mine"); });
-  EXPECT_THAT(notes, ElementsAre("earlier", "mine"));
 }
 
 TEST_F(ThreadRuntimeTest, AQueueNeverRunsTwoTasksAtOnce) {
