@@ -1,5 +1,5 @@
-// Levels as the rest of the program asks for them: which backend, from which cache, to which bus.
-// What happens in the background is in DDCDisplayCoordinatorBackground.cpp.
+// A display's level: its backend, the caches, reads and writes that the caller waits for.
+// Background reads are in DDCDisplayCoordinatorBackground.cpp.
 
 #include "BrivaneCore/DDC/DDCDisplayCoordinator.h"
 
@@ -30,8 +30,7 @@ DDCDisplayCoordinator::DDCDisplayCoordinator(
       store(brightnessStore),
       onExplicitDDCWrite(std::move(explicitWriteCallback)),
       tracker([&clock = machine.runtime()] { return clock.now(); }),
-      ddcQueue(machine.runtime().makeSerialQueue("com.quorrel.brivane.ddc",
-                                                 QueueQuality::userInitiated)),
+      ddcQueue(machine.runtime(), registry, appleDisplayBackend),
       runtime(machine.runtime()),
       displays(machine.displays()),
       log(machine.log()),
@@ -53,12 +52,11 @@ BrightnessBackendKind DDCDisplayCoordinator::backend(DisplayID display) {
 std::optional<Percent> DDCDisplayCoordinator::brightness(DisplayID display) {
   if (backend(display) == BrightnessBackendKind::appleDisplay) return readAppleDisplay(display);
   if (const auto cached = lookUp(levelCache.percents, display)) return cached;
-  MonitorReading result;
-  ddcQueue->sync([&] { result = MonitorReader::read(*registry, display); });
-  if (!result.luminance) return std::nullopt;
-  resolvedHandles[display] = result.handle;
-  keepLevel(display, *result.luminance);
-  keepCapability(display, *result.luminance);
+  const MonitorReading reading = ddcQueue.readNow(display);
+  if (!reading.luminance) return std::nullopt;
+  resolvedHandles[display] = reading.handle;
+  keepLevel(display, *reading.luminance);
+  keepCapability(display, *reading.luminance);
   return lookUp(levelCache.percents, display);
 }
 
@@ -96,11 +94,7 @@ std::vector<DisplayTarget> DDCDisplayCoordinator::refreshTargets() {
 }
 
 std::optional<VCPReading> DDCDisplayCoordinator::probe(DisplayID display) {
-  std::optional<VCPReading> reading;
-  ddcQueue->sync([&] {
-    if (const auto handle = registry->handle(display)) reading = handle->getVCP(luminanceCode);
-  });
-  return reading;
+  return ddcQueue.probe(display);
 }
 
 bool DDCDisplayCoordinator::writeToAppleDisplay(Percent percent, DisplayID display,

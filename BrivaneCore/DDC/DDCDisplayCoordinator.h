@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "BrivaneCore/DDC/AppleDisplayBackend.h"
+#include "BrivaneCore/DDC/DDCQueue.h"
 #include "BrivaneCore/DDC/DDCRetryTracker.h"
 #include "BrivaneCore/DDC/DDCTransport.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 #include "BrivaneCore/DDC/LevelCache.h"
-#include "BrivaneCore/DDC/MonitorReader.h"
 #include "BrivaneCore/Levels/BrightnessStore.h"
 #include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/DelayedTasks.h"
@@ -101,12 +101,6 @@ class DDCDisplayCoordinator {
   DDCRetryTracker tracker;
 
  private:
-  /// `work` on the DDC queue, then `finish` with its result on the main queue; neither once the
-  /// coordinator is gone. `work` must not touch the coordinator.
-  template <typename Work, typename Finish>
-  void inBackground(Work work, Finish finish);
-  void rescanInBackground();
-
   bool writeToAppleDisplay(Percent percent, DisplayID display, bool isExplicitUserWrite);
   bool writeToMonitor(Percent percent, DisplayID display, bool isExplicitUserWrite);
   std::optional<Percent> readAppleDisplay(DisplayID display);
@@ -116,7 +110,7 @@ class DDCDisplayCoordinator {
   void keepLevel(DisplayID display, const VCPReading& luminance);
   void keepCapability(DisplayID display, const VCPReading& luminance);
 
-  void takeIn(const MonitorReading& result);
+  void takeIn(const MonitorReading& reading);
   void markAnswering(DisplayID display, const VCPReading& luminance);
   void noteReadFailure(DisplayID display);
   void retryAfterFailure(DisplayID display);
@@ -136,7 +130,7 @@ class DDCDisplayCoordinator {
   std::set<DisplayID> awaitingRestore;
   std::map<DisplayID, BrightnessBackendKind> backends;
   std::int64_t epoch = 0;
-  std::shared_ptr<SerialQueue> ddcQueue;
+  DDCQueue ddcQueue;
 
   Runtime& runtime;
   DisplaySystem& displays;

@@ -1,7 +1,6 @@
-// The half of the coordinator that waits for nobody: reads on the DDC queue, retries of monitors
-// that don't answer, the return of saved levels. Between the queueing of a read and its result the
-// user may plug, unplug and write; so each result is held against the epoch, and a re-read also
-// against the last write, before it changes anything.
+// What the coordinator reads in the background, and what comes of it: retries of monitors that
+// don't answer, saved levels written back. Until a result arrives, displays may come and go and the
+// user may write; so an outdated epoch or a recent write makes the result void.
 
 #include <algorithm>
 #include <utility>
@@ -12,48 +11,23 @@
 
 namespace brivane {
 
-template <typename Work, typename Finish>
-void DDCDisplayCoordinator::inBackground(Work work, Finish finish) {
-  ddcQueue->async([work, finish, watch = anchor.watch(), &mainQueue = runtime] {
-    if (!watch.isAlive()) return;
-    mainQueue.async([finish, watch, result = work()] {
-      if (watch.isAlive()) finish(result);
-    });
-  });
-}
-
-void DDCDisplayCoordinator::rescanInBackground() {
-  ddcQueue->async([watch = anchor.watch(), scanned = registry] {
-    if (watch.isAlive()) scanned->rescanIfNeeded(true);
-  });
-}
-
 void DDCDisplayCoordinator::warmCache(DisplayID display) {
   if (!tracker.canAttempt(display)) return;
   tracker.warmsInFlight.insert(display);
   tracker.attemptStartedAt[display] = runtime.now();
-  inBackground([display, searched = registry] { return MonitorReader::read(*searched, display); },
-               [this, startedIn = epoch](const MonitorReading& result) {
-                 tracker.warmsInFlight.erase(result.display);
-                 if (epoch == startedIn) takeIn(result);
-               });
+  ddcQueue.read(display, [this, startedIn = epoch](const MonitorReading& reading) {
+    tracker.warmsInFlight.erase(reading.display);
+    if (epoch == startedIn) takeIn(reading);
+  });
 }
 
 void DDCDisplayCoordinator::prewarm(Completion completion) {
-  // Unlike other reads, this one has somebody waiting for its end, who must hear of it even when
-  // the coordinator is gone.
-  ddcQueue->async([this, completion = std::move(completion), startedIn = epoch,
-                   watch = anchor.watch(), searched = registry, apple = appleDisplays,
-                   &mainQueue = runtime]() mutable {
-    auto results =
-        watch.isAlive() ? MonitorReader::readAll(*searched, *apple) : std::vector<MonitorReading>{};
-    mainQueue.async(
-        [this, completion = std::move(completion), startedIn, watch, results = std::move(results)] {
-          if (watch.isAlive() && epoch == startedIn) {
-            for (const MonitorReading& result : results) takeIn(result);
-          }
-          if (completion) completion();
-        });
+  ddcQueue.readAll([this, watch = anchor.watch(), startedIn = epoch,
+                    completion = std::move(completion)](const auto& readings) {
+    if (watch.isAlive() && epoch == startedIn) {
+      for (const MonitorReading& reading : readings) takeIn(reading);
+    }
+    if (completion) completion();
   });
 }
 
@@ -76,23 +50,20 @@ void DDCDisplayCoordinator::replaceAwaitedLevel(Percent percent, DisplayID displ
 
 void DDCDisplayCoordinator::resyncCache() {
   retryUnresolvedDisplays();
-  inBackground([candidates = rereadCandidates(),
-                &clock = runtime] { return MonitorReader::reread(candidates, clock); },
-               [this, startedIn = epoch](const std::map<DisplayID, Percent>& percents) {
-                 if (epoch != startedIn) return;
-                 for (const auto& [display, percent] : percents) follow(display, percent);
-               });
+  ddcQueue.reread(rereadCandidates(), [this, startedIn = epoch](const auto& percents) {
+    if (epoch != startedIn) return;
+    for (const auto& [display, percent] : percents) follow(display, percent);
+  });
 }
 
 bool DDCDisplayCoordinator::hasUnresolvedDisplays() const {
-  const auto external = registry->onlineExternalDisplayIDs();
-  return std::any_of(external.begin(), external.end(),
-                     [this](DisplayID display) { return isUnresolved(display); });
+  return std::ranges::any_of(registry->onlineExternalDisplayIDs(),
+                             [this](DisplayID display) { return isUnresolved(display); });
 }
 
 void DDCDisplayCoordinator::retryNow() {
   tracker.clearAll();
-  rescanInBackground();
+  ddcQueue.rescan();
   retryUnresolvedDisplays();
 }
 
@@ -100,7 +71,7 @@ void DDCDisplayCoordinator::retryPendingNow() {
   tracker.readFailures.clear();
   tracker.nextRetry.clear();
   tracker.warmsInFlight.clear();
-  rescanInBackground();
+  ddcQueue.rescan();
   retryUnresolvedDisplays();
 }
 
@@ -117,15 +88,15 @@ void DDCDisplayCoordinator::invalidate() {
   tracker.readFailures.clear();
   tracker.nextRetry.clear();
   tracker.warmsInFlight.clear();
-  rescanInBackground();
+  ddcQueue.rescan();
 }
 
-void DDCDisplayCoordinator::takeIn(const MonitorReading& result) {
-  if (result.handle) resolvedHandles[result.display] = result.handle;
-  if (result.luminance) {
-    markAnswering(result.display, *result.luminance);
+void DDCDisplayCoordinator::takeIn(const MonitorReading& reading) {
+  if (reading.handle) resolvedHandles[reading.display] = reading.handle;
+  if (reading.luminance) {
+    markAnswering(reading.display, *reading.luminance);
   } else {
-    noteReadFailure(result.display);
+    noteReadFailure(reading.display);
   }
 }
 
@@ -154,7 +125,7 @@ void DDCDisplayCoordinator::restoreSavedLevels() {
   }
 }
 
-/// Whether there is nothing left to restore on the display.
+/// Whether nothing is left to restore on the display.
 bool DDCDisplayCoordinator::restoreSavedLevel(DisplayID display) {
   if (backend(display) == BrightnessBackendKind::appleDisplay) return true;
   const auto saved = store.load(display);
@@ -171,9 +142,9 @@ std::vector<RereadCandidate> DDCDisplayCoordinator::rereadCandidates() const {
   return candidates;
 }
 
-/// Takes over a level that the monitor was given by its own buttons.
+/// Takes over a level that was set with the monitor's own buttons.
 void DDCDisplayCoordinator::follow(DisplayID display, Percent percent) {
-  if (MonitorReader::isFreshlyWritten(lookUp(lastWrite, display), runtime.now())) return;
+  if (DDCQueue::isFreshlyWritten(lookUp(lastWrite, display), runtime.now())) return;
   if (lookUp(levelCache.percents, display) == percent) return;
   levelCache.percents[display] = percent;
   if (!awaitingRestore.contains(display)) store.save(percent, display);
