@@ -24,12 +24,11 @@
 namespace brivane {
 
 /// All brightness traffic to monitors that are not built in: which backend drives a display, the
-/// caches, background reads on one serial queue, retries of monitors that don't answer, and the
-/// restoring and saving of levels.
+/// caches, background reads, retries of monitors that don't answer, and the restoring and saving of
+/// levels.
 ///
-/// Every operation is for the main thread. Writes block it for the transport's waits; what may take
-/// longer runs on the DDC queue and comes back tagged with the epoch it was started in; results of
-/// an older epoch are dropped.
+/// Main thread. Writes block it for the transport's waits; longer work runs on the DDC queue, and a
+/// result is dropped when the epoch has changed since its start.
 class DDCDisplayCoordinator {
  public:
   using ExplicitWriteCallback = std::function<void(DisplayID)>;
@@ -69,8 +68,8 @@ class DDCDisplayCoordinator {
   /// Writes the saved level of each display that still awaits it and has answered meanwhile.
   void restoreLateMonitors();
 
-  /// The user has gone on to a software effect, for which the hardware is to be at `percent`: of a
-  /// display that still awaits its saved level, that becomes the saved level.
+  /// Replaces the saved level, if the display still awaits it, by `percent`: the hardware's level
+  /// under a software effect that the user has chosen.
   void replaceAwaitedLevel(Percent percent, DisplayID display);
 
   /// Follows changes made with the monitors' own buttons, in the background.
@@ -126,7 +125,7 @@ class DDCDisplayCoordinator {
 
   std::map<DisplayID, std::shared_ptr<DDCTransport>> resolvedHandles;
   std::map<DisplayID, Instant> lastWrite;
-  /// Invalidated, and their saved levels not written back since.
+  /// Displays whose saved levels were not written back since the last invalidation.
   std::set<DisplayID> awaitingRestore;
   std::map<DisplayID, BrightnessBackendKind> backends;
   std::int64_t epoch = 0;
