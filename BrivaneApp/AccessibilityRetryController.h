@@ -8,8 +8,8 @@
 
 namespace brivane {
 
-/// Starts the event tap as soon as the user has given the Accessibility grant, however long that
-/// takes. The system announces no grants, so it is asked every two seconds. Main thread.
+/// Starts the event tap once the user has given the Accessibility grant. The system doesn't
+/// announce it, so it is checked every two seconds. Main thread.
 class AccessibilityRetryController : public Stoppable {
  public:
   AccessibilityRetryController(ResidentMachine& machine, HotkeyManager& hotkeyManager,

@@ -1,7 +1,7 @@
-// The order in which the program starts. Gamma tables that a killed predecessor left in force come
-// first: everything that follows takes what it finds for the display's own. The relay is decided
-// only after the hotkeys are up, and the user is asked for the grant only after what works without
-// it is working.
+// The order in which the program starts. Gamma tables that a killed instance left in force are
+// restored first, as later steps take the tables in force for the displays' own. The relay is
+// switched after the hotkeys are registered, and the grant is asked for after all that works
+// without it.
 #include "BrivaneApp/AppDelegate.h"
 
 #include <vector>
@@ -22,7 +22,7 @@ AppDelegate::AppDelegate(ResidentMachine& residentMachine, Frame& programFrame)
 
 void AppDelegate::applicationDidFinishLaunching() {
   BrightnessController::restoreExtendedRangeLeftByAPreviousRun(machine.gammaTables());
-  carrySettingsOver();
+  migrateSettings();
   root = std::make_shared<CompositionRoot>(machine, frame);
   makeTermination();
   startInput();
@@ -37,11 +37,11 @@ void AppDelegate::applicationWillTerminate() {
   if (termination) termination->performTerminationCleanup();
 }
 
-void AppDelegate::carrySettingsOver() {
+void AppDelegate::migrateSettings() {
   const auto legacy = machine.openDefaultsSuite(legacyDomain);
-  const auto carried = LegacyDefaultsMigration::run(machine.defaults(), legacy.get(), legacyDomain);
-  if (carried.empty()) return;
-  machine.log().write("Brivane: carried " + std::to_string(carried.size()) +
+  const auto copied = LegacyDefaultsMigration::run(machine.defaults(), legacy.get(), legacyDomain);
+  if (copied.empty()) return;
+  machine.log().write("Brivane: carried " + std::to_string(copied.size()) +
                       " settings over from Tallowin");
 }
 

@@ -21,12 +21,12 @@ class AppDelegate : public ApplicationDelegate {
   void applicationWillTerminate() override;
 
  private:
-  void carrySettingsOver();
+  void migrateSettings();
   void makeTermination();
   void startInput();
   void startDisplays();
 
-  /// Both absent until the launch has finished.
+  /// Both null until the launch has finished.
   std::shared_ptr<CompositionRoot> root;
   std::unique_ptr<TerminationCoordinator> termination;
 

@@ -1,6 +1,5 @@
-// Key presses come faster than the HUD fades. What keeps an old fade from hiding a newer level is
-// the generation: every present takes a new one, and the timer and the fade's end, which carry the
-// one they were made in, do nothing when it is no longer in force.
+// Key presses come faster than the HUD fades. So that an old fade can't hide a newer level, each
+// present starts a new generation, and a timer or fade of an earlier generation does nothing.
 #include "BrivaneApp/BrightnessHUD.h"
 
 #include <algorithm>
@@ -68,7 +67,7 @@ void BrightnessHUD::present(const HUDModel::State& state, DisplayID displayID,
   reposition(hudWindow, displayID);
   show(state, displayID, wasVisible);
   if (wasVisible) {
-    // Through the animator, which takes the place of a fade that is running.
+    // The animator replaces a running fade.
     hudWindow.animateAlpha(1, 0, AnimationTiming::linear, {});
   } else {
     hudWindow.setAlpha(1);
@@ -138,8 +137,7 @@ std::optional<Screen> BrightnessHUD::screenFor(DisplayID displayID) {
   return std::nullopt;
 }
 
-/// A HUD that appears or jumps to another display shows the new content at once, instead of moving
-/// there from the value of another time or display.
+/// A HUD that appears or moves to another display must not animate from an unrelated level.
 void BrightnessHUD::show(const HUDModel::State& state, DisplayID displayID, bool wasVisible) {
   const bool animates = wasVisible && lastDisplayID == displayID;
   lastDisplayID = displayID;

@@ -15,9 +15,9 @@
 
 namespace brivane {
 
-/// Puts the HUD on a screen: one click-through window, made on first use and used again, that fades
-/// out a given time after the last update. Main thread, but for `present` and `dismiss`. What it is
-/// made over must outlive it.
+/// Shows the HUD in one click-through window, made on first use and kept, that fades out a given
+/// time after the last update. Main thread, but for `present` and `dismiss`. The constructor's
+/// arguments must outlive the HUD.
 class BrightnessHUD {
  public:
   BrightnessHUD(Machine& machine, Frame& frame, CatalogColor& colors,
@@ -26,18 +26,18 @@ class BrightnessHUD {
   BrightnessHUD& operator=(const BrightnessHUD&) = delete;
   ~BrightnessHUD();
 
-  /// A key was pressed that may lead to `present`.
+  /// Prepares for `present`, which may follow a key press.
   void expect();
 
-  /// Any thread; from another than the main thread it takes effect a little later. Shows the state
-  /// on the display, or on the main screen when no screen has that number, and begins to fade
-  /// `durationSeconds` after this call, unless another one comes meanwhile.
+  /// Any thread; takes effect a little later when not called on the main thread. Shows the state on
+  /// the display, or on the main screen when no screen has that number, and begins to fade
+  /// `durationSeconds` after the last call.
   void present(const HUDModel::State& state, DisplayID displayID, double durationSeconds);
 
-  /// Any thread, as `present`. Hides the HUD at once.
+  /// Any thread, as `present`. Hides the HUD without a fade.
   void dismiss();
 
-  /// Ordered in, be it in the middle of its fade.
+  /// Ordered in, also during a fade.
   bool isVisible() const;
 
   const HUDModel& model() const { return *hudModel; }
@@ -65,7 +65,7 @@ class BrightnessHUD {
   bool isExpected = false;
   const std::shared_ptr<HUDModel> hudModel = std::make_shared<HUDModel>();
   std::optional<TimerID> dismissWork;
-  /// Counts the presents: work that belongs to an earlier one finds that it is out of date.
+  /// The number of presents: a timer or fade of an earlier present is void.
   std::uint64_t generation = 0;
   std::optional<DisplayID> lastDisplayID;
   Observation appearanceObserver;

@@ -1,6 +1,6 @@
-// A hand moves a slider far more often than a monitor can take a level. The first move is written
-// at once, later ones wait for their turn, and the newest value wins; so the position in which the
-// hand lets go is always written.
+// A drag moves a slider far more often than a monitor can take a level. The first move is written
+// at once, of later moves the newest when the pause is over; so the final position is always
+// written.
 
 #include "BrivaneApp/BrightnessSliderRow.h"
 
@@ -15,7 +15,7 @@ namespace brivane {
 namespace {
 
 constexpr double secondsBetweenWrites = 0.07;
-/// How long the slider isn't moved after a write: until then the level that is read may be older.
+/// For so long after a write a level that is read may be older.
 constexpr double secondsOfRestAfterWrite = 0.4;
 
 }  // namespace
@@ -42,7 +42,7 @@ void BrightnessSliderRow::follow(Percent level) {
   slider.menu.setSliderValue(slider.index, position(level));
 }
 
-/// A display may still be dimmed or boosted when that is no longer on offer.
+/// A display may still be dimmed or boosted after a setting has narrowed the range.
 double BrightnessSliderRow::position(Percent level) const {
   return static_cast<double>(std::clamp(level, range.lower, range.upper));
 }
@@ -63,7 +63,7 @@ void BrightnessSliderRow::sliderMoved(double value) {
 }
 
 void BrightnessSliderRow::flush() {
-  // A timer that comes late must not write again right after a move that went ahead of it.
+  // A late timer must not write right after a move that came before it.
   runtime.cancel(std::exchange(flushWork, 0));
   if (!pendingValue) return;
   const Percent level = *pendingValue;

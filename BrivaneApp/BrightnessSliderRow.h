@@ -13,37 +13,37 @@
 
 namespace brivane {
 
-/// A slider in a menu, by its position.
+/// A slider's menu and its position there.
 struct SliderPlace {
   MenuView& menu;
   std::size_t index = 0;
 };
 
-/// One display's slider. It paces the writes of a drag, since a monitor takes tens of milliseconds
-/// for each, and follows the display's level when nobody drags it. Main thread.
+/// One display's slider: paces the writes of a drag, as a monitor takes tens of milliseconds for
+/// each, and otherwise follows the display's level. Main thread.
 class BrightnessSliderRow {
  public:
   using Apply = std::function<void(Percent level)>;
 
-  /// `levels` are the slider's ends; `applyLevel` writes a level for the row's display. A write
-  /// that waits when the row is dropped is dropped with it: whoever wants it made flushes first.
+  /// `levels` is the slider's range; `applyLevel` writes a level for the row's display. Destroying
+  /// the row drops a pending write; call `flush` first to make it.
   BrightnessSliderRow(Runtime& programRuntime, SliderPlace place, PercentRange levels,
                       Apply applyLevel);
   ~BrightnessSliderRow();
   BrightnessSliderRow(const BrightnessSliderRow&) = delete;
   BrightnessSliderRow& operator=(const BrightnessSliderRow&) = delete;
 
-  /// What to put at the row's place in the menu. It calls the row, which must outlive it there.
+  /// The menu item for the row's place. It calls the row, which must outlive it.
   MenuSlider item(const StringCatalogue& catalogue, const std::string& displayName,
                   Percent percent);
 
-  /// Moves the slider to the level, or the end that is nearer to it, unless a write of its own
-  /// waits or is just over, or the slider is there.
+  /// Moves the slider to the level, or to the nearer end, unless a write is pending or recent or
+  /// the slider is within 1 of the level.
   void follow(Percent level);
 
   bool hasWaitingWrite() const { return pendingValue.has_value(); }
 
-  /// Makes the write that waits, if there is one.
+  /// Makes the pending write, if any.
   void flush();
 
  private:
@@ -54,7 +54,7 @@ class BrightnessSliderRow {
   const SliderPlace slider;
   const Apply apply;
   const PercentRange range;
-  /// Absent before the first.
+  /// Absent before the first write.
   std::optional<Instant> lastWrite;
   std::optional<Percent> pendingValue;
   /// 0 when none is scheduled.

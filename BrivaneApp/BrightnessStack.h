@@ -10,8 +10,8 @@
 
 namespace brivane {
 
-/// What reads and sets levels, in the resident program and in the command-line modes. The machine
-/// must outlive it. Main thread.
+/// The objects that read and set levels, in the resident program and the command-line modes. The
+/// machine must outlive them. Main thread.
 struct BrightnessStack {
   explicit BrightnessStack(Machine& machine);
 

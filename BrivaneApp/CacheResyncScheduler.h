@@ -6,8 +6,7 @@
 
 namespace brivane {
 
-/// Has the controller look every five seconds for levels that were changed with the monitors' own
-/// buttons. Main thread.
+/// Reads every five seconds which levels were changed with the monitors' own buttons. Main thread.
 class CacheResyncScheduler : public Stoppable {
  public:
   CacheResyncScheduler(Runtime& machineRuntime, BrightnessController& brightnessController);

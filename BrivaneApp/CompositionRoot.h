@@ -21,9 +21,9 @@
 
 namespace brivane {
 
-/// The resident program's long-lived objects, made and connected in one place; starting them is the
-/// delegate's business. An object uses those above it directly; what has to call in the other
-/// direction holds its target weakly, so that the whole graph ends with the root. Main thread.
+/// Makes and connects the resident program's long-lived objects; the delegate starts them. An
+/// object uses those above it directly; calls in the other direction go through weak references, so
+/// that all objects end with the root. Main thread.
 class CompositionRoot {
  private:
   BrightnessStack stack;

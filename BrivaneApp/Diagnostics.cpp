@@ -43,7 +43,7 @@ void Diagnostics::runSet(const std::vector<std::string>& arguments) {
   if (!display) return print("Could not determine which display the cursor is on.");
   BrightnessStack stack(machine);
   const std::string name = stack.registry->localizedName(*display);
-  // Display services would take the level too, but this mode is for DDC/CI alone.
+  // This mode is for DDC/CI alone, not for display services.
   const bool speaksDDC =
       stack.controller->backend(*display) != BrightnessBackendKind::appleDisplay &&
       stack.controller->brightness(*display).has_value();

@@ -9,14 +9,13 @@
 
 namespace brivane {
 
-/// The command-line modes. Each does one thing with objects of its own, prints lines to `out` as it
-/// goes, and returns; whatever it prints, there is no failure to report beyond that. Main thread;
-/// blocks for what the monitors need.
+/// The command-line modes. Each makes objects of its own, prints lines to `out` as it goes, and
+/// reports failures in no other way. Main thread; blocks for the monitors' answers.
 class Diagnostics {
  public:
   Diagnostics(Machine& diagnosedMachine, std::ostream& standardOutput);
 
-  /// Prints what the program can see and drive. Changes no level.
+  /// Prints which displays there are and how each can be driven. Changes no level.
   void runProbe();
 
   /// Sets the display under the pointer to the percent that follows the first "--set".

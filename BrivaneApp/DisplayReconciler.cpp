@@ -1,7 +1,7 @@
-// Screens announce changes far more often than they change, and monitors answer long after they
-// were announced. So an announcement counts only when the arrangement differs, levels are restored
-// a little later, and whoever is still missing then is asked again every two seconds, and given its
-// level when it answers.
+// Many announced screen changes change nothing, and monitors answer long after they are announced.
+// So an announcement counts only when the arrangement differs, levels are restored a little later,
+// and monitors that don't answer by then are polled every two seconds and get their levels when
+// they do.
 #include "BrivaneApp/DisplayReconciler.h"
 
 #include <utility>

@@ -12,9 +12,8 @@
 
 namespace brivane {
 
-/// Has everything that was learnt about the displays learnt anew when they change and when the
-/// machine or its screens wake, and then follows for three minutes the monitors that come up late.
-/// Main thread.
+/// Rebuilds what is known about the displays after a change or wake, and then polls for three
+/// minutes for monitors that come up late. Main thread.
 class DisplayReconciler : public Stoppable {
  public:
   DisplayReconciler(ResidentMachine& machine, DisplayInvalidating& brightnessController,
@@ -29,10 +28,10 @@ class DisplayReconciler : public Stoppable {
   void observeDisplayChanges();
   void observeWake();
 
-  /// What a wake calls for: everything at once, whether or not anything changed.
+  /// Handles a wake: at once, whether or not the arrangement changed.
   void reprobeAfterWake();
 
-  /// Polls from now on, for three minutes at most, until every display is resolved.
+  /// Starts polling, for three minutes at most, until every display is resolved.
   void startRecoveryPolling();
 
   /// Ends the polling; the subscriptions stay.
@@ -47,7 +46,7 @@ class DisplayReconciler : public Stoppable {
   MenuRefreshing& statusItem;
   SystemBrightnessKeyController& systemBrightnessKeys;
   DisplayArrangement arrangement;
-  /// Software effects could not be written again and must be retried.
+  /// Software effects could not be reapplied and must be retried.
   bool extendedRangePending = false;
   TimerID recoveryTimer = 0;
 

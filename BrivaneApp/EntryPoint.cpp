@@ -1,5 +1,5 @@
-// One executable, two roles: a short-lived tool when a switch says so, else the resident program.
-// The switches come first, so the tool works while the resident program is running.
+// One executable, two roles: a command-line tool with a switch, else the resident program. The
+// switches come first, so the tool works while the resident program runs.
 #include "BrivaneApp/EntryPoint.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ void runCommandLineMode(const std::vector<std::string>& arguments, Machine& mach
   if (const auto advice = machine.advice()) out << *advice << std::endl;
 }
 
-/// Whether another instance runs, which then is all that this one says.
+/// Whether another instance runs; prints which.
 bool yieldsToAnother(Applications& applications, std::ostream& err) {
   const auto process = otherRunningInstance(applications);
   if (!process) return false;
@@ -37,9 +37,9 @@ bool yieldsToAnother(Applications& applications, std::ostream& err) {
   return true;
 }
 
-/// A program that nobody can see or quit must not start. The machine knows best what is missing,
-/// but speaks only of what it was asked for.
-int saysThatItCannotBeShown(Machine& machine, std::ostream& err) {
+/// A program that can't be seen or quit must not start. Advice of the machine covers only the parts
+/// that were used, so the displays are asked for first.
+int failsWithoutFrame(Machine& machine, std::ostream& err) {
   machine.displays().onlineDisplayCount();
   const auto advice = machine.advice();
   err << advice.value_or("Brivane: nothing can be shown on a screen; the system log says why.")
@@ -50,11 +50,11 @@ int saysThatItCannotBeShown(Machine& machine, std::ostream& err) {
 int runResident(ResidentMachine& machine, const FrameOpener& openFrame, std::ostream& err) {
   auto& applications = machine.applications();
   if (yieldsToAnother(applications, err)) return 0;
-  // Two that start at the same moment both find nobody; only one of them can announce itself. A
-  // system without a place for announcements tells neither, and then both may run.
+  // Of two instances started at the same moment neither finds the other, and only one can announce
+  // itself. Without a place for announcements both may run.
   if (!applications.announce() && yieldsToAnother(applications, err)) return 0;
   const auto frame = openFrame(machine);
-  if (!frame) return saysThatItCannotBeShown(machine, err);
+  if (!frame) return failsWithoutFrame(machine, err);
   AppDelegate delegate(machine, *frame);
   frame->application().setDelegate(&delegate);
   frame->application().setActivationPolicy(ActivationPolicy::accessory);

@@ -11,13 +11,13 @@
 
 namespace brivane {
 
-/// Whether the arguments (program path included) ask for a command-line mode. Those always end with
-/// exit status 0.
+/// Whether the arguments, program path included, have a switch of a command-line mode. These modes
+/// always end with exit status 0.
 bool isCommandLineMode(const std::vector<std::string>& arguments);
 
-/// The whole program on a machine: a command-line mode, or the resident start, which alone opens a
-/// frame and stays until the application ends. Returns the exit status. `arguments` is the whole
-/// list, the program's path included.
+/// Runs the program on a machine: a command-line mode, or the resident program, which alone opens a
+/// frame and runs until the application ends. Returns the exit status. `arguments` includes the
+/// program's path.
 int runBrivane(const std::vector<std::string>& arguments, ResidentMachine& machine,
                const FrameOpener& openFrame, std::ostream& standardOutput,
                std::ostream& standardError);

@@ -1,6 +1,5 @@
-// A combination needs a modifier, or the key would be lost for typing everywhere; so a bare key is
-// refused with a beep and the field keeps waiting. Escape is the one way out by keyboard and can't
-// be captured itself, whatever modifiers go with it.
+// Without a modifier a hotkey would be lost for typing everywhere; a bare key is refused with a
+// beep and capturing goes on. Escape, with any modifiers, cancels and can't be captured.
 
 #include "BrivaneApp/HotkeyCaptureField.h"
 
@@ -78,7 +77,7 @@ void HotkeyCaptureField::stopCapturing() {
 
 bool HotkeyCaptureField::resignFirstResponder() {
   stopCapturing();
-  // A view that leaves its window may resign on the way out.
+  // A view that leaves its window may resign meanwhile.
   if (host != nullptr) host->setNeedsDisplay();
   return true;
 }

@@ -12,13 +12,13 @@
 
 namespace brivane {
 
-/// A field that shows a key combination and, once clicked, takes the next one pressed. Main thread.
+/// A field that shows a key combination and, once clicked, captures the next one. Main thread.
 class HotkeyCaptureField : public CustomView {
  public:
   /// The catalogue is the application's; it and the keyboard must outlive the field.
   HotkeyCaptureField(Rect ownFrame, const StringCatalogue& stringCatalogue, Keyboard& keyNames);
 
-  /// The bits of `HotkeyBinding` for those of `modifierFlag`; no other flag counts.
+  /// Converts bits of `modifierFlag` to those of `HotkeyBinding`; other flags are ignored.
   static std::uint32_t carbonModifiers(std::uint64_t modifierFlags);
 
   void setHost(CustomViewHost* newHost) override;
@@ -29,12 +29,11 @@ class HotkeyCaptureField : public CustomView {
   DisplayList draw() const override;
   std::string accessibilityText() const override { return text(); }
 
-  /// What the field shows; nothing is shown as not set.
+  /// The binding shown; without one the field shows that none is set.
   std::optional<HotkeyBinding> binding;
-  /// Called once for each combination that was taken.
+  /// Called once for each captured combination.
   std::function<void(const HotkeyBinding& binding)> onCapture;
-  /// Called when the field begins to wait for keys, and when it waits no more, whatever the reason;
-  /// after `onCapture` if that is the reason.
+  /// Called when capturing begins and ends, whatever the reason; after `onCapture`.
   std::function<void(bool isCapturing)> onCapturing;
 
  private:
@@ -42,10 +41,9 @@ class HotkeyCaptureField : public CustomView {
   void accept(const HotkeyBinding& captured);
   std::string text() const;
 
-  /// Waiting for a key.
   bool isCapturing = false;
 
-  /// In the window's content; the field draws itself at its size.
+  /// The field's frame in the window's content; its size is used for drawing.
   const Rect frame;
   const StringCatalogue& catalogue;
   Keyboard& keyboard;

@@ -1,5 +1,5 @@
-// The window's content is built anew when the defaults come back: then a field that was waiting for
-// a key no longer is, and both show what is stored.
+// Restoring the defaults rebuilds the window's content: capturing ends, and both fields show what
+// is stored.
 
 #include "BrivaneApp/HotkeyEditor.h"
 
@@ -28,7 +28,7 @@ HotkeyEditor::HotkeyEditor(ResidentMachine& machine, Frame& programFrame,
       bindings(machine.defaults()) {}
 
 HotkeyEditor::~HotkeyEditor() {
-  // The fields must live as long as the window shows them.
+  // The fields must outlive the window that shows them.
   window.reset();
 }
 
@@ -77,7 +77,7 @@ void HotkeyEditor::buildContent(double width, double height) {
                                   catalogue.text(strings::hotkeyEditorResetDefaults),
                                   [this] { resetDefaults(); }});
   window->setContent(std::move(items));
-  // The window has let go of the fields before only now.
+  // Until here the window used the old fields.
   fields = std::move(newFields);
 }
 

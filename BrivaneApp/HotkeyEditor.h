@@ -13,13 +13,13 @@
 
 namespace brivane {
 
-/// A small window to change the two hotkeys in, or to have the factory's back. A change is stored
-/// at once. Main thread.
+/// A small window that changes the two hotkeys or restores their defaults. A change is stored at
+/// once. Main thread.
 class HotkeyEditor {
  public:
-  /// `changed` is called after each change, `capturing` when a field begins to wait for keys and
-  /// when none does any more; neither is empty. The catalogue is the application's. The other
-  /// arguments must outlive the editor.
+  /// `changed` is called after each change, `capturing` when a field begins or ends capturing;
+  /// neither is empty. The catalogue is the application's. The other arguments must outlive the
+  /// editor.
   HotkeyEditor(ResidentMachine& machine, Frame& programFrame,
                const StringCatalogue& stringCatalogue, std::function<void()> changed,
                std::function<void(bool isCapturing)> capturing);
@@ -27,7 +27,7 @@ class HotkeyEditor {
   HotkeyEditor(const HotkeyEditor&) = delete;
   HotkeyEditor& operator=(const HotkeyEditor&) = delete;
 
-  /// Brings the window to the front. There is one; closing it keeps it for the next time.
+  /// Brings the window, which is made once and kept when closed, to the front.
   void show();
 
   void resetDefaults();
@@ -50,7 +50,7 @@ class HotkeyEditor {
   Keyboard& keyboard;
   const StringCatalogue& catalogue;
   HotkeyBindingStore bindings;
-  /// Those in the window.
+  /// The fields in the window.
   Fields fields;
 };
 

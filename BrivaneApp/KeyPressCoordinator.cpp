@@ -1,6 +1,5 @@
-// A HUD hides some time after it was last presented. While a monitor that is plugged in keeps not
-// answering, its card is therefore presented again and again, which also keeps the countdown on it
-// current.
+// A HUD hides some time after the last present. While a connected monitor doesn't answer, its card
+// is presented repeatedly, which also updates the countdown.
 #include "BrivaneApp/KeyPressCoordinator.h"
 
 #include <utility>

@@ -11,8 +11,8 @@
 
 namespace brivane {
 
-/// Turns a press of a brightness key into a change of brightness and shows what came of it. Main
-/// thread; a press blocks it for the hardware write.
+/// Turns a press of a brightness key into a change of brightness and shows the result. Main thread;
+/// blocks for the hardware write.
 class KeyPressCoordinator : public Stoppable {
  public:
   KeyPressCoordinator(Runtime& machineRuntime, BrightnessController& brightnessController,
@@ -21,7 +21,7 @@ class KeyPressCoordinator : public Stoppable {
   KeyPressCoordinator(const KeyPressCoordinator&) = delete;
   KeyPressCoordinator& operator=(const KeyPressCoordinator&) = delete;
 
-  /// Whether the press was taken; if not, the operating system may have it.
+  /// Whether the press was handled; if not, the operating system may have it.
   bool handle(const Adjustment& adjustment);
 
   /// Ends the updates of a connecting HUD, which then times out by itself.

@@ -8,12 +8,11 @@
 
 namespace brivane {
 
-/// Carries the settings of the maker's earlier application over, once in the life of a user's
-/// settings. Main thread.
+/// Migrates the settings of the maker's earlier application, once per user. Main thread.
 struct LegacyDefaultsMigration {
-  /// Copies every setting of `legacyDomain` that `target` has no value for, as it is, and remembers
-  /// in `target` that this was done; the keys it copied, sorted. `legacy` is null when there are no
-  /// such settings.
+  /// Copies every setting of `legacyDomain` that `target` has no value for, marks the migration as
+  /// done in `target` and returns the copied keys, sorted. `legacy` is null when there are no such
+  /// settings.
   static std::vector<std::string> run(UserDefaults& target, DefaultsSuite* legacy,
                                       std::string_view legacyDomain);
 };

@@ -1,6 +1,5 @@
-// The tool keeps a list of agents that are switched off (or were, once); one that it doesn't
-// mention is on. Older systems print such a line as `"label" => true`, newer ones as
-// `"label" => disabled`.
+// The tool lists agents that are or once were disabled; an agent that isn't listed is enabled.
+// Older systems print `"label" => true`, newer ones `"label" => disabled`.
 
 #include "BrivaneApp/LoginItem.h"
 

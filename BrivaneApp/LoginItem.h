@@ -11,16 +11,15 @@
 
 namespace brivane {
 
-/// Starting the program at login: an installer puts a launch agent into the user's home folder, and
-/// this enables or disables it with the system's tool. Main thread; each call blocks until the tool
-/// has ended.
+/// Launch at login: enables or disables, with the system's tool, the launch agent that an installer
+/// put into the user's home folder. Main thread; each call blocks until the tool has ended.
 class LoginItem {
  public:
-  /// What a run of the tool gave.
+  /// The result of running the tool.
   struct Outcome {
     /// The tool's exit status; `notStarted` when it could not be started.
     std::int32_t status = 0;
-    /// What it printed; empty when that is no UTF-8.
+    /// The tool's output; empty when not valid UTF-8.
     std::string output;
 
     bool operator==(const Outcome&) const = default;

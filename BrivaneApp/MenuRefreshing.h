@@ -2,8 +2,7 @@
 
 namespace brivane {
 
-/// What has to be done to the status item's menu when something that it shows has changed. Main
-/// thread.
+/// Updates the status item's menu after a change of its content. Main thread.
 class MenuRefreshing {
  public:
   virtual ~MenuRefreshing() = default;

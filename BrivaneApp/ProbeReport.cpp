@@ -38,7 +38,7 @@ class ProbeReport {
   }
 
  private:
-  /// Line by line, because every monitor that doesn't answer takes its time.
+  /// Prints line by line, because each silent monitor takes its time.
   void print(std::string_view line) { out << line << std::endl; }
 
   void printRunningInstance() {

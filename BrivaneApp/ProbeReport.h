@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// Prints what the program can see and drive: plain text, meant to be pasted into a request for
-/// help. Main thread; blocks for what the monitors need.
+/// Prints which displays there are and how each can be driven, as text to be pasted into a request
+/// for help. Main thread; blocks for the monitors' answers.
 void printProbeReport(Machine& machine, std::ostream& out);
 
 }  // namespace brivane

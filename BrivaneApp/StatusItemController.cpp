@@ -1,7 +1,6 @@
-// An open menu is never rebuilt merely because what it says changed: that would end a drag and move
-// the items under the pointer. Titles, ticks and sliders are changed in place; only other displays,
-// the same ones in another order or with other kinds of lines, and sliders with other names or ends
-// have the menu built anew.
+// Rebuilding an open menu ends a drag and moves items under the pointer. So titles, ticks and
+// sliders change in place; the menu is rebuilt only when displays, their order or kinds of lines,
+// or the sliders' names or ranges change.
 
 #include "BrivaneApp/StatusItemController.h"
 
@@ -41,7 +40,7 @@ StatusItemController::StatusItemController(ResidentMachine& machine, Frame& fram
 
 StatusItemController::~StatusItemController() {
   anchor.kill();
-  // An open menu closes as it goes and tells its delegate so; its sliders call the rows until then.
+  // An open menu calls its delegate and its sliders' rows until it is destroyed.
   statusItem.reset();
   stopLiveUpdates();
 }
@@ -105,7 +104,7 @@ std::map<DisplayID, Percent> StatusItemController::controllableLevels(
   return levels;
 }
 
-/// `levels` are those of the displays that the menu has sliders for.
+/// `levels`: of the displays that have sliders in the menu.
 void StatusItemController::showLevels(const std::map<DisplayID, Percent>& levels) {
   for (const auto& [display, item] : statusItems) menu.setTitle(item, statusTitle(display));
   for (const auto& [display, level] : levels) {
@@ -128,7 +127,7 @@ void StatusItemController::editHotkeys() {
 void StatusItemController::toggleSystemBrightnessKeys() {
   const bool isWanted = !systemBrightnessKeysItem.isChecked;
   if (onToggleSystemBrightnessKeys) onToggleSystemBrightnessKeys(isWanted);
-  // A relay that could not be installed has turned its setting off.
+  // The setting is off again if the relay could not be installed.
   showSystemBrightnessKeys();
 }
 
@@ -136,7 +135,7 @@ void StatusItemController::restoreSavedBrightness() {
   controller.restoreSavedBrightness({});
 }
 
-/// A position that waits was chosen before this command.
+/// Pending values were chosen before this command.
 void StatusItemController::undimAll() {
   writeWaitingLevels();
   controller.restoreAllExtendedRange();
@@ -150,7 +149,7 @@ void StatusItemController::toggleLaunchAtLogin() {
   loginItem.setEnabled(!loginItem.isEnabled());
 }
 
-/// From here on the program only cleans up.
+/// Pending values would be dropped by the clean-up.
 void StatusItemController::quit() {
   writeWaitingLevels();
   application.terminate();

@@ -24,8 +24,8 @@
 
 namespace brivane {
 
-/// The program's place in the status bar: a menu with a block per display, the hotkeys in force and
-/// the program's commands. While it is open it follows the levels four times a second. Main thread.
+/// The program's status item: a menu with a block per display, the hotkeys in force and commands.
+/// An open menu is updated four times a second. Main thread.
 class StatusItemController : public MenuDelegate, public MenuRefreshing {
  public:
   /// All arguments must outlive the controller; the catalogue is the application's.
@@ -36,10 +36,10 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   StatusItemController(const StatusItemController&) = delete;
   StatusItemController& operator=(const StatusItemController&) = delete;
 
-  /// Levels or states changed elsewhere. Takes effect as a later task of the main queue.
+  /// Shows levels or states that changed elsewhere, by a later task of the main queue.
   void refresh() override;
 
-  /// Opens the menu where the pointer is: its place in the status bar may be hidden.
+  /// Opens the menu at the pointer, as the status item may be hidden.
   void openMenu();
 
   void menuWillOpen() override;
@@ -51,11 +51,11 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
  public:
   /// Opens the hotkey editor.
   std::function<void()> onEditHotkeys;
-  /// Switches the key relay; whether it is on afterwards is for the settings to say.
+  /// Switches the key relay; the settings have the result.
   std::function<void(bool enabled)> onToggleSystemBrightnessKeys;
 
  private:
-  /// By its position in the menu.
+  /// An item's position in the menu.
   using MenuItemIndex = std::size_t;
 
   void configureButton();
@@ -100,13 +100,13 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   std::map<DisplayID, MenuItemIndex> headerItems;
   std::map<DisplayID, MenuItemIndex> statusItems;
   std::set<DisplayID> renderedControllable;
-  /// Of all sliders.
+  /// The range of all sliders.
   PercentRange renderedRange;
   std::map<DisplayID, BrightnessSliderRow> sliderRows;
   std::map<DisplayID, std::string> displayNames;
   /// 0 while the menu is closed.
   TimerID liveUpdateTimer = 0;
-  /// Absent before the first.
+  /// Absent before the first resynchronisation.
   std::optional<Instant> lastLiveResync;
 
   struct CheckedItem {

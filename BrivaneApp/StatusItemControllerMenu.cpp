@@ -1,5 +1,5 @@
-// What the menu holds, from top to bottom, and how an open one takes in news. What else happens
-// while it is open is in StatusItemController.cpp.
+// The menu's items, from top to bottom, and how a refresh updates them. Live updates and commands
+// are in StatusItemController.cpp.
 
 #include <utility>
 
@@ -44,7 +44,7 @@ void StatusItemController::rebuildMenu() {
   menu.setItems(std::move(items));
 }
 
-/// Before sliders go, so that the position in which the hand was last is written.
+/// Sliders that are replaced would drop their pending values.
 void StatusItemController::writeWaitingLevels() {
   for (auto& [display, row] : sliderRows) {
     if (row.hasWaitingWrite() && controller.isOnline(display)) row.flush();
@@ -151,8 +151,8 @@ void StatusItemController::updateMenu() {
   menu.setChecked(launchAtLoginItem, loginItem.isEnabled());
 }
 
-/// Whether the menu has the lines of these displays, so that only what they say may differ. A
-/// slider also keeps its ends and its label, which has the display's name.
+/// Whether the menu's lines are those of `targets`, so that only titles and values may differ. A
+/// slider's range and label, which has the display's name, can't change in place.
 bool StatusItemController::isBuiltFor(const std::vector<DisplayTarget>& targets) const {
   MenuItemIndex line = 0;
   for (const DisplayTarget& target : targets) {

@@ -7,7 +7,7 @@ class Stoppable {
  public:
   virtual ~Stoppable() = default;
 
-  /// Ends its timers. It may be called again, and the object may be used and destroyed afterwards.
+  /// Ends the timers. May be called again; the object may be used and destroyed afterwards.
   virtual void stop() = 0;
 };
 

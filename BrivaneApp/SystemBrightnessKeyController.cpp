@@ -1,6 +1,6 @@
-// The tool that installs the key mapping may say yes and do nothing, so only what is read back
-// counts. Others can clear the mapping at any time (this program's own --unmap among them); a check
-// once a minute puts it back while the feature is on.
+// The tool that installs the key mapping may report success and do nothing, so only the mapping
+// that is read back counts. Other programs, and --unmap, can clear it at any time; while the
+// feature is on a check once a minute restores it.
 #include "BrivaneApp/SystemBrightnessKeyController.h"
 
 #include <utility>

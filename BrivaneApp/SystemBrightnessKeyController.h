@@ -9,9 +9,9 @@
 
 namespace brivane {
 
-/// Takes the keyboard's own brightness keys over from the operating system, and gives them back:
-/// key mapping, relay hotkeys and the built-in panel go together, all or nothing. Main thread;
-/// every operation but `stop` blocks it for the key mapping's calls.
+/// Takes the keyboard's brightness keys over from the operating system and gives them back: key
+/// mapping, relay hotkeys and built-in panel together, all or nothing. Main thread; every operation
+/// but `stop` blocks for the key mapping's calls.
 class SystemBrightnessKeyController : public Stoppable {
  public:
   SystemBrightnessKeyController(Machine& machine, BuiltInPanelDriving& brightnessController,
@@ -20,14 +20,14 @@ class SystemBrightnessKeyController : public Stoppable {
   SystemBrightnessKeyController(const SystemBrightnessKeyController&) = delete;
   SystemBrightnessKeyController& operator=(const SystemBrightnessKeyController&) = delete;
 
-  /// Stores the setting and acts on it. What can't be switched on whole is undone, said in the log,
-  /// and stored as off.
+  /// Stores the setting and acts on it. If any part can't be switched on, all is undone, logged and
+  /// stored as off.
   void setEnabled(bool enabled);
 
-  /// Applies the key mapping again, whatever is in force now, and changes nothing else.
+  /// Applies the key mapping again and changes nothing else.
   void applyMapping();
 
-  /// Ends the minute's check; the mapping stays.
+  /// Ends the check of each minute; the mapping stays.
   void stop() override;
 
  private:

@@ -11,16 +11,16 @@
 
 namespace brivane {
 
-/// Leaves displays and keyboard to the operating system as they were before, when the program ends
-/// on its own or is asked to by a signal. Main thread.
+/// Leaves displays and keyboard as they were before when the program ends, by itself or by a
+/// signal. Main thread.
 class TerminationCoordinator {
  public:
-  /// What it stops must outlive it.
+  /// The stopped objects must outlive the coordinator.
   TerminationCoordinator(BrightnessController& brightnessController,
                          KeyMappingStore& keyMappingStore, HotkeyManager& hotkeyManager,
                          std::vector<Stoppable*> stoppablesInOrder);
 
-  /// From now on the signal cleans up and ends the application with status 0.
+  /// Has the signal clean up and end the application with status 0.
   void installSigtermHandler(SystemNotifications& notifications, Application& application);
 
   void performTerminationCleanup();

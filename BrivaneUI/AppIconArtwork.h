@@ -4,9 +4,9 @@
 
 namespace brivane {
 
-/// The application's icon: the mark on a night sky that it lights up.
+/// The application's icon: the mark on a night sky.
 struct AppIconArtwork {
-  /// Width and height of the canvas, of which the icon leaves a margin free.
+  /// Width and height of the canvas, margin included.
   static constexpr double canvas = 1024;
 
   DisplayList body() const;

@@ -1,5 +1,5 @@
-// Both rows share their columns, so that the bar and the two lines of text begin at the same place
-// and the card does not jump when a display starts to answer.
+// Both rows share their columns, so that bar and text begin at the same place and nothing jumps
+// when a display starts to answer.
 #include "BrivaneUI/BrightnessHUDView.h"
 
 #include <cmath>
@@ -11,7 +11,7 @@
 namespace brivane {
 namespace {
 
-/// What a line of the system font takes, in multiples of its size.
+/// The system font's line height in multiples of its size.
 constexpr double lineHeightFactor = 1.2;
 
 double lineHeight(double fontSize) {

@@ -12,8 +12,8 @@
 
 namespace brivane {
 
-/// The HUD's card: a row with icon, level bar and number, or one that says that a display is not
-/// answering. Main thread.
+/// The HUD's card: a row with icon, level bar and number, or a row for a display that doesn't
+/// answer. Main thread.
 struct BrightnessHUDView {
   std::shared_ptr<HUDModel> model;
   double cornerRadius = 0;
@@ -22,14 +22,14 @@ struct BrightnessHUDView {
 
   static const DynamicColor& defaultBoostColor(CatalogColor& colors);
 
-  /// The card as the model is now, `metrics.width` by `metrics.height`. Cards of the same kind of
-  /// state differ in the values of their primitives only, so that a frame may animate between them.
+  /// The card of the model's state, `metrics.width` by `metrics.height`. Cards of the same kind of
+  /// state differ in the values of their primitives only, so that a frame can animate between them.
   DisplayList body(const HUDEnvironment& environment) const;
 
   /// The system symbol that stands for a level.
   static std::string_view symbolName(std::int64_t level);
 
-  /// What the card says about the next try, or about the one that is running.
+  /// The card's text about the next try or the running one.
   static std::string retryLine(std::optional<std::int64_t> secondsUntilRetry,
                                const StringCatalogue& strings);
 

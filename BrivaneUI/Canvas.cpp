@@ -21,7 +21,7 @@ struct Drawing {
 
 }  // namespace
 
-/// The middle of the curve lies on the arc of the radius.
+/// The curve's midpoint lies on the arc of the radius.
 CornerCurve cornerCurve(const RoundedRectangle& rectangle) {
   const double half = std::min(rectangle.frame.width, rectangle.frame.height) / 2;
   const double radius = std::clamp(rectangle.cornerRadius, 0.0, half);

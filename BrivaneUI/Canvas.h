@@ -18,8 +18,8 @@ class Canvas {
   virtual void drawSpinner(const Spinner& spinner) = 0;
 };
 
-/// A continuous corner as one cubic: how far from the corner it begins, which is further than an
-/// arc would, and how far from it the control points lie. A square corner has 0.
+/// A continuous corner as one cubic: the distances from the corner to the curve's ends, larger than
+/// an arc's, and to its control points. 0 for a square corner.
 struct CornerCurve {
   double start = 0;
   double handle = 0;
@@ -27,7 +27,7 @@ struct CornerCurve {
 
 CornerCurve cornerCurve(const RoundedRectangle& rectangle);
 
-/// Every primitive of the list, in its order.
+/// Draws every primitive of the list in order.
 void draw(const DisplayList& list, Canvas& canvas);
 
 }  // namespace brivane

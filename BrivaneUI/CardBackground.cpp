@@ -1,6 +1,5 @@
-// The card lies over anything: a white document, a film, another HUD. It is nearly opaque, so that
-// its text keeps its contrast, and its border is lit from above, so that its edge shows on every
-// ground.
+// The card may lie over any picture. It is nearly opaque, to keep its text's contrast, and its
+// border is lit from above, to show its edge on every background.
 #include "BrivaneUI/CardBackground.h"
 
 #include "BrivaneUI/DynamicColor.h"
@@ -13,7 +12,7 @@ constexpr DynamicColor background{{0.965, 0.965, 0.975, 0.96}, {0.125, 0.125, 0.
 constexpr DynamicColor borderTop{{0, 0, 0, 0.08}, {1, 1, 1, 0.34}};
 constexpr DynamicColor borderBottom{{0, 0, 0, 0.18}, {1, 1, 1, 0.08}};
 
-/// The stroke is centred on its shape's edge: this keeps all of it inside the card.
+/// A stroke is centred on its shape's edge; the inset keeps it inside the card.
 RoundedRectangle borderShape(const Rect& frame, double cornerRadius) {
   const double inset = borderWidth / 2;
   return {{frame.x + inset, frame.y + inset, frame.width - borderWidth, frame.height - borderWidth},

@@ -1,5 +1,5 @@
-// A bundle without its compiled colours is a mistake of the build, not of the user: the HUD goes on
-// with built-in colours, and the log says once what to do.
+// A bundle without compiled colours is a mistake of the build, not of the user: the HUD uses
+// built-in colours, and one log line says what to do.
 #include "BrivaneUI/CatalogColor.h"
 
 #include "BrivaneUI/Strings.h"

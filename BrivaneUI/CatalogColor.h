@@ -13,21 +13,21 @@
 
 namespace brivane {
 
-/// The named colours of this room's bundle. Each is looked up once, on first use, and kept; one
-/// that the bundle lacks is replaced by a built-in colour, with one warning in the log. Make one
-/// for the whole program. Main thread.
+/// The named colours of this folder's bundle, each looked up on first use and kept. A missing
+/// colour is replaced by a built-in one, with one warning in the log. Make one for the whole
+/// program. Main thread.
 class CatalogColor {
  public:
   CatalogColor(Resources& resources, SystemLog& log);
 
   /// Level bar up to level 100.
   const DynamicColor& levelBarNormalFill();
-  /// Level bar where it is empty.
+  /// The empty part of the level bar.
   const DynamicColor& levelBarTrack();
   /// Level bar above level 100.
   const DynamicColor& boostColor();
 
-  /// Warns that the colour is missing, the first time that it is called with that name. Any thread.
+  /// Logs that the colour is missing, once per name. Any thread.
   void logMissingOnce(const std::string& name);
 
  private:

@@ -14,7 +14,7 @@ struct Color {
   bool operator==(const Color&) const = default;
 };
 
-/// Colours that belong to the desktop and that every frame resolves for the appearance in force.
+/// Colours of the desktop, which every frame resolves for the current appearance.
 enum class SystemColor {
   label,
   secondaryLabel,

@@ -12,7 +12,7 @@ constexpr std::size_t wordsPerColor = 6;
 constexpr std::size_t longestComponent = 15;
 using Words = std::array<std::string_view, wordsPerColor>;
 
-/// Nothing when the line has more or fewer words.
+/// Nothing when the line has another number of words.
 std::optional<Words> splitWords(std::string_view line) {
   Words words;
   std::size_t count = 0;
@@ -26,8 +26,8 @@ std::optional<Words> splitWords(std::string_view line) {
   return words;
 }
 
-/// "0", "1" or a decimal fraction between them. Not every standard library reads doubles without
-/// the user's locale, and so few digits are a quotient of two exact numbers.
+/// "0", "1" or a decimal fraction between them. Not every standard library parses doubles
+/// regardless of the user's locale; the quotient of two exact integers is as precise.
 std::optional<double> parseComponent(std::string_view text) {
   if (text == "0") return 0;
   if (text == "1") return 1;

@@ -9,16 +9,15 @@
 
 namespace brivane {
 
-/// The compiled colour catalogue of a resource bundle: the build makes it of the bundle's
-/// Colors.xcassets. One line per colour and appearance, "<name> <light or dark> <red> <green>
-/// <blue> <alpha>" in sRGB; components are "0", "1" or a fraction such as "0.72", at most
-/// 15 characters long.
+/// The colour catalogue of a resource bundle, compiled by the build from Colors.xcassets: a line
+/// per colour and appearance, "<name> <light or dark> <red> <green> <blue> <alpha>" in sRGB;
+/// components are "0", "1" or a fraction such as "0.72", at most 15 characters long.
 class ColorCatalogue {
  public:
-  /// Its path within the bundle.
+  /// The catalogue's path within the bundle.
   static constexpr const char* path = "Colors.catalogue";
 
-  /// A line that is no such line is left out.
+  /// Invalid lines are ignored.
   explicit ColorCatalogue(std::string_view text);
 
   /// Nothing unless the catalogue has the colour for both appearances.

@@ -8,8 +8,8 @@
 #include "BrivaneUI/Color.h"
 
 // A picture as a list of primitives, drawn in order. Lengths are points, in coordinates with the
-// origin at the lower left of the view and y upwards. A primitive says everything that is drawn;
-// a frame that draws it decides nothing.
+// origin at the lower left of the view and y upwards. A primitive holds everything that a frame
+// needs to draw it.
 
 namespace brivane {
 
@@ -40,8 +40,8 @@ struct RadialGradient {
 
 using Ink = std::variant<Paint, LinearGradient, RadialGradient>;
 
-/// With continuous corners, limited to half of the shorter side (which gives a capsule). One
-/// without width or height shows nothing.
+/// With continuous corners, limited to half of the shorter side (a capsule). Without width or
+/// height nothing is drawn.
 struct RoundedRectangle {
   Rect frame;
   double cornerRadius = 0;
@@ -65,7 +65,7 @@ struct StrokedRectangle {
   bool operator==(const StrokedRectangle&) const = default;
 };
 
-/// `area` filled with the ink, where the mask covers it.
+/// `area` filled with the ink where the mask covers it.
 struct MaskedFill {
   RoundedRectangle mask;
   Rect area;
@@ -77,8 +77,8 @@ struct MaskedFill {
 enum class FontWeight { regular, medium, semibold };
 enum class TextAlignment { leading, center, trailing };
 
-/// One line of text in the system font, vertically centred in its box; what is too long ends in an
-/// ellipsis within the box.
+/// One line of text in the system font, vertically centred in its box; a text that is too long ends
+/// in an ellipsis.
 struct TextRun {
   Rect box;
   std::string text;
@@ -100,7 +100,7 @@ struct SymbolImage {
   bool operator==(const SymbolImage&) const = default;
 };
 
-/// An indeterminate progress spinner; it turns by itself.
+/// An indeterminate progress spinner, turned by the frame.
 struct Spinner {
   Rect box;
 

@@ -14,7 +14,7 @@ struct DynamicColor {
     return appearance == Appearance::dark ? dark : light;
   }
 
-  /// White in the dark appearance, black in the light one.
+  /// White in the dark appearance, black in the light appearance.
   static DynamicColor grey(double alpha) { return {{0, 0, 0, alpha}, {1, 1, 1, alpha}}; }
 
   bool operator==(const DynamicColor&) const = default;

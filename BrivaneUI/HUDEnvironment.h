@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// What surrounds the views when they are laid out.
+/// The environment in which views are laid out.
 struct HUDEnvironment {
   Appearance appearance = Appearance::light;
   CatalogColor& colors;

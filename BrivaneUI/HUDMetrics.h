@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// How large a control is drawn, as desktops name it.
+/// A control's size as desktops name it.
 enum class ControlSize { small, regular };
 
 /// The layout of the HUD; lengths are points.
@@ -16,7 +16,7 @@ struct HUDMetrics {
   double cornerRadius = 0;
   double iconSize = 0;
   double iconColumnWidth = 0;
-  /// Of the trailing number.
+  /// The trailing number's font size.
   double valueSize = 0;
   double valueColumnWidth = 0;
   double barHeight = 0;
@@ -31,7 +31,7 @@ struct HUDMetrics {
   double connectingSpinnerInset = 0;
   ControlSize connectingSpinnerScale = ControlSize::regular;
 
-  /// The metrics that the program uses, with the title in the user's language.
+  /// The program's metrics, with the title in the user's language.
   static HUDMetrics standard(const StringCatalogue& strings);
 
   bool operator==(const HUDMetrics&) const = default;

@@ -30,7 +30,7 @@ class HUDModel {
 
   using State = std::variant<Level, Connecting>;
 
-  /// Whether the views may animate from the state before to the one that is assigned.
+  /// Whether views may animate from the previous state to the new one.
   enum class Animations { enabled, disabled };
 
   HUDModel() = default;
@@ -40,7 +40,7 @@ class HUDModel {
 
   const State& state() const { return currentState; }
 
-  /// Tells all observers, whether or not the state is another one.
+  /// Notifies all observers, also of an equal state.
   void setState(State newState, Animations animations = Animations::enabled) {
     currentState = std::move(newState);
     observers.announce(animations);

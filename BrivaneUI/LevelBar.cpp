@@ -7,7 +7,7 @@
 namespace brivane {
 namespace {
 
-/// Where on the bar level 100 is.
+/// The position of level 100 on the bar.
 constexpr double boostStart = 2.0 / 3.0;
 
 }  // namespace

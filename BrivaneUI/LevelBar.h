@@ -13,11 +13,11 @@ struct LevelBar {
   double height = 0;
   DynamicColor boostColor;
 
-  /// Of a bar `width` wide: 0 at level -100 and below, else at least the bar's height, so that the
-  /// ends stay round.
+  /// The width of the fill in a bar `width` wide: 0 at level -100 and below, else at least the
+  /// bar's height, so that the ends stay round.
   double fillWidth(double width) const;
 
-  /// The track and over it the fill, in a bar whose lower left corner is `origin`.
+  /// The track and the fill of a bar whose lower left corner is `origin`.
   DisplayList body(Point origin, double width, const HUDEnvironment& environment) const;
 };
 

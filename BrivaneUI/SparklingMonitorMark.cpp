@@ -1,5 +1,4 @@
-// All lengths are shares of the mark's width, so that the mark looks alike in a status bar and in a
-// dock.
+// All lengths are fractions of the mark's width, so that the mark looks alike at every size.
 #include "BrivaneUI/SparklingMonitorMark.h"
 
 #include <array>
@@ -23,7 +22,7 @@ constexpr Color sparkleTop{1, 1, 0.96, 1};
 constexpr Color sparkleBottom{1, 0.84, 0.55, 1};
 
 struct Sparkle {
-  /// The middle, measured from the lower left of the screen, and the width.
+  /// Centre, from the lower left of the screen, and width.
   double x = 0;
   double y = 0;
   double size = 0;

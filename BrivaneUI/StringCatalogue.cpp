@@ -1,6 +1,5 @@
-// A user's languages come as tags with script and region ("zh-Hans-CN"), while translations are
-// named as widely as they serve ("zh-Hans", "fr"); most of this file is about bringing them
-// together.
+// A user's languages are tags with script and region ("zh-Hans-CN"), while translations are named
+// as generally as possible ("zh-Hans", "fr"); most of this file matches them.
 #include "BrivaneUI/StringCatalogue.h"
 
 #include <algorithm>
@@ -13,7 +12,7 @@
 namespace brivane {
 namespace {
 
-/// Nothing when the bundle has no such language, or none that can be understood.
+/// Nothing when the bundle lacks the language, or its file has a mistake.
 std::optional<StringTable> readLanguage(Resources& resources, SystemLog& log,
                                         const std::string& bundle, const std::string& language) {
   const std::string path = language + ".lproj/Localizable.strings";
@@ -27,25 +26,25 @@ std::optional<StringTable> readLanguage(Resources& resources, SystemLog& log,
   return std::get<StringTable>(std::move(parsed));
 }
 
-/// Regions write Chinese in one script or the other, and a tag need not say which.
+/// The region decides the script of a Chinese tag without one.
 bool impliesSimplifiedChinese(std::string_view tag) {
   constexpr std::array<std::string_view, 4> tags = {"zh", "zh-CN", "zh-SG", "zh-MY"};
   return std::ranges::find(tags, tag) != tags.end();
 }
 
-/// A reader of traditional characters is not served by a catch-all "zh".
+/// Traditional Chinese must not fall back to "zh".
 bool isTraditionalChinese(std::string_view tag) {
   return tag.starts_with("zh-") && !tag.starts_with("zh-Hans") && !impliesSimplifiedChinese(tag);
 }
 
 struct Placeholder {
-  /// With the percent sign.
+  /// Includes the percent sign.
   std::size_t length = 0;
-  /// From 1; nothing means the next in order.
+  /// From 1; absent for the next in order.
   std::optional<std::size_t> number;
 };
 
-/// The placeholder that `text`, which begins with a percent sign, begins with.
+/// The placeholder at the start of `text`, whose first character is a percent sign.
 std::optional<Placeholder> readPlaceholder(std::string_view text) {
   Placeholder placeholder;
   std::size_t kind = 1;

@@ -11,16 +11,16 @@
 namespace brivane {
 
 /// The localised texts of one resource bundle, in the first of the user's preferred languages that
-/// the bundle has, read once when the catalogue is made. A text that is missing there is English;
-/// one that English lacks too is its key. A file that can't be understood counts as missing, and
-/// one log line says why. Reading on any thread; made on the main thread.
+/// the bundle has, read once by the constructor. A missing text falls back to English, and then to
+/// its key. A file with a mistake counts as missing, and one log line names the mistake. Made on
+/// the main thread, read on any.
 class StringCatalogue {
  public:
   StringCatalogue(Resources& resources, SystemLog& log, std::string_view bundle);
 
   std::string text(std::string_view key) const;
 
-  /// The text with its placeholders filled in, see `fillPlaceholders`.
+  /// The text with its placeholders replaced, see `fillPlaceholders`.
   std::string format(std::string_view key, const std::vector<std::string>& arguments) const;
 
  private:
@@ -28,12 +28,12 @@ class StringCatalogue {
   StringTable english;
 };
 
-/// `%@` and `%d` take the arguments in their order, `%2$@` and `%2$d` the one with that number,
-/// `%%` is a percent sign. Anything else, and a placeholder without an argument, stays as it is.
+/// `%@` and `%d` take the arguments in order, `%2$@` and `%2$d` the second argument, `%%` is a
+/// percent sign. Anything else, and a placeholder without an argument, stays.
 std::string fillPlaceholders(std::string_view text, const std::vector<std::string>& arguments);
 
-/// The language folders that would serve a reader of the language tag, the best first: "fr-CA" is
-/// served by "fr-CA" and "fr", "zh-CN" by "zh-CN", "zh-Hans" and "zh".
+/// The language folders to try for a language tag, the best first: "fr-CA" and "fr" for "fr-CA",
+/// "zh-CN", "zh-Hans" and "zh" for "zh-CN".
 std::vector<std::string> languagesServing(std::string_view tag);
 
 }  // namespace brivane

@@ -2,12 +2,13 @@
 
 #include <string_view>
 
-// The keys of this room's localised texts. The build reads them from here and fails when a key has
-// no text, no comment for translators, or other placeholders in one language than in English.
+// The keys of this folder's localised texts. The build reads this file and fails when a key has no
+// English text, a text no comment for translators, or a translation other placeholders than
+// English.
 
 namespace brivane {
 
-/// This room's resource bundle, see `Resources`.
+/// This folder's resource bundle, see `Resources`.
 inline constexpr std::string_view userInterfaceBundle = "Brivane_BrivaneUI.bundle";
 
 namespace strings {

@@ -1,5 +1,5 @@
 // The file format of macOS's localised texts. Translators edit such files by hand, so every mistake
-// is answered with the line that it is on.
+// is reported with its line.
 #include "BrivaneUI/StringsFile.h"
 
 #include <algorithm>
@@ -134,7 +134,7 @@ class Parser {
     return true;
   }
 
-  /// From the "U" of the escape on.
+  /// Reads the escape from its "U" on.
   bool readCharacterNumber(std::string& text) {
     const auto unit = readUnit();
     if (!unit) return fail("\\U needs four hexadecimal digits");

@@ -6,18 +6,18 @@
 
 namespace brivane {
 
-/// What the desktop tells the program. Main thread.
+/// Receives the desktop's notifications. Main thread.
 class ApplicationDelegate {
  public:
   virtual ~ApplicationDelegate() = default;
 
-  /// Once, after `run()` began.
+  /// Called once, after `run()` began.
   virtual void applicationDidFinishLaunching() = 0;
 
-  /// The user opened the program while it runs; not told once it ends.
+  /// The user opened the running program again; not called once it ends.
   virtual void applicationWasOpenedAgain() = 0;
 
-  /// Once, when the application ends by `terminate()` or because the desktop wants it to.
+  /// Called once, when the application ends by `terminate()` or at the desktop's request.
   virtual void applicationWillTerminate() = 0;
 };
 
@@ -27,7 +27,7 @@ enum class ActivationPolicy {
   accessory = 1,
 };
 
-/// The program as the desktop sees it. Main thread.
+/// The program as an application of the desktop. Main thread.
 class Application {
  public:
   virtual ~Application() = default;
@@ -40,14 +40,12 @@ class Application {
   /// exit status.
   virtual int run() = 0;
 
-  /// Tells the delegate, then ends the application with status 0.
+  /// Notifies the delegate, then ends the application with status 0.
   virtual void terminate() = 0;
 
-  /// Ends the process with that status once the task that is running now returns; the delegate
-  /// isn't told.
+  /// Ends the process with `status` once the running task returns, without notifying the delegate.
   virtual void exit(int status) = 0;
 
-  /// Brings the application to the front, whatever is there now.
   virtual void activateIgnoringOtherApplications() = 0;
 
   /// The system's alert sound.

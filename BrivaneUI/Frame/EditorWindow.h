@@ -13,8 +13,7 @@
 
 namespace brivane {
 
-/// A press of a key in a window that has the keyboard's attention; of modifiers only what is down
-/// with it is told.
+/// A key press in a focused window. Modifier keys alone are not reported.
 struct KeyPress {
   /// A virtual key code, see `Keyboard`.
   std::uint16_t keyCode = 0;
@@ -22,16 +21,16 @@ struct KeyPress {
   std::uint64_t modifierFlags = 0;
 };
 
-/// What a custom view may ask of the window that it is in. Main thread.
+/// The window of a custom view. Main thread.
 class CustomViewHost {
  public:
   virtual ~CustomViewHost() = default;
 
-  /// Has the view drawn anew soon.
+  /// Redraws the view soon.
   virtual void setNeedsDisplay() = 0;
-  /// Key presses go to the view; one that had them before is told that it resigns.
+  /// Gives the view focus: key presses go to it. The view that had focus resigns.
   virtual void makeFirstResponder() = 0;
-  /// Key presses go to the window itself; the view is told that it resigns if it had them.
+  /// Gives focus to the window itself; the view resigns if it had focus.
   virtual void resignFirstResponder() = 0;
   /// The system's alert sound.
   virtual void beep() = 0;
@@ -42,25 +41,25 @@ class CustomView {
  public:
   virtual ~CustomView() = default;
 
-  /// The host lives as long as the view is in a window; null when it leaves it.
+  /// The host lives as long as the view is in a window; null when the view leaves.
   virtual void setHost(CustomViewHost* host) = 0;
   virtual bool acceptsFirstResponder() const = 0;
   virtual void mouseDown() = 0;
-  /// False: the press goes on to the window.
+  /// False passes the press on to the window.
   virtual bool keyDown(const KeyPress& press) = 0;
-  /// Whether the view agrees to lose the keys.
+  /// Whether the view agrees to lose focus.
   virtual bool resignFirstResponder() = 0;
   /// The picture of the view at the size of its frame.
   virtual DisplayList draw() const = 0;
-  /// What assistive technology says of the view.
+  /// The view's value for assistive technology.
   virtual std::string accessibilityText() const = 0;
 };
 
 // The parts of a window's content. Frames are in points within the content view, origin at its
-// lower left, y upwards. Translations are longer than what a place was made for: a label or a title
-// that doesn't fit is shown smaller, by whole points.
+// lower left, y upwards. A label or title that doesn't fit, as translations may be long, is shown
+// smaller, by whole points.
 
-/// No text is shown smaller than that, in points.
+/// In points.
 inline constexpr double smallestFontSize = 9;
 
 struct WindowLabel {
@@ -73,13 +72,13 @@ struct WindowButton {
   Rect frame;
   /// With a rounded bezel.
   std::string title;
-  /// Called on the main thread; it may replace the window's content.
+  /// Called on the main thread; may replace the window's content.
   std::function<void()> pressed;
 };
 
 struct WindowView {
   Rect frame;
-  /// Lives as long as it is content of the window.
+  /// Must live as long as the view is in the window.
   CustomView* view = nullptr;
   std::string accessibilityLabel;
 };
@@ -98,22 +97,20 @@ struct EditorWindowAttributes {
   bool operator==(const EditorWindowAttributes&) const = default;
 };
 
-/// A small window with a few controls. It begins closed. A view has the keys no longer than the
-/// window does: when the window closes, or another one gets the keyboard, the view is told that it
-/// resigns, and doesn't get the keys back with the window. An open menu takes nothing away. A click
-/// on a view brings the window the keyboard, and so does assistive technology that presses one.
+/// A small window with a few controls that begins closed. When the window closes or another one
+/// gets focus, the focused view resigns and doesn't get focus back with the window. An open menu
+/// changes no focus. A click on a view, or a press by assistive technology, focuses the window.
 /// Main thread.
 class EditorWindow {
  public:
   virtual ~EditorWindow() = default;
 
-  /// Called before the window closes, as its user wishes, when no view has the keys any more.
+  /// Called before the user closes the window, when no view has focus any more.
   virtual void onWillClose(Task handler) = 0;
   virtual void center() = 0;
-  /// Replaces the content. The views of the content before are given up by this call, which may
-  /// come from within a button's `pressed`.
+  /// Replaces the content and releases its views; may be called from within a button's `pressed`.
   virtual void setContent(std::vector<WindowItem> items) = 0;
-  /// The size of the content as it is now.
+  /// The current size of the content.
   virtual double contentWidth() = 0;
   virtual double contentHeight() = 0;
   virtual void makeKeyAndOrderFront() = 0;

@@ -11,8 +11,9 @@
 
 namespace brivane {
 
-/// What a person sees of the program, and how they answer. A frame shows what it is told and
-/// decides nothing. Main thread. Windows and status items must not outlive their frame.
+/// The program's user interface on a desktop: shows what the program gives it, reports what the
+/// user does, and decides nothing. Main thread. Windows and status items must not outlive their
+/// frame.
 class Frame {
  public:
   virtual ~Frame() = default;
@@ -20,16 +21,15 @@ class Frame {
   virtual Application& application() = 0;
   virtual std::unique_ptr<StatusItem> makeStatusItem() = 0;
   virtual std::unique_ptr<HUDWindow> makeHUDWindow(const HUDWindowAttributes& attributes) = 0;
-  /// Called once at most, at a key press that may lead to the first HUD, before the monitor is
-  /// asked. The frame may prepare on another thread what delays a first HUD; it must not block, and
-  /// nothing is seen of it. `makeHUDWindow` may follow at once, or never.
+  /// Called at most once, at a key press that may lead to the first HUD, before the monitor is
+  /// read. The frame may prepare on another thread what delays a first HUD, without blocking or
+  /// showing anything. `makeHUDWindow` may follow at once, or never.
   virtual void expectHUD() = 0;
   virtual std::unique_ptr<EditorWindow> makeEditorWindow(
       const EditorWindowAttributes& attributes) = 0;
 };
 
-/// Opens what a person sees of the resident program on that machine; null when there is nothing to
-/// show it with.
+/// Opens the frame of the resident program on a machine; null when nothing can be shown.
 using FrameOpener = std::function<std::unique_ptr<Frame>(ResidentMachine& machine)>;
 
 }  // namespace brivane

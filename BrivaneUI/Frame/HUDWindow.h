@@ -9,7 +9,6 @@
 
 namespace brivane {
 
-/// How a window is made.
 struct HUDWindowAttributes {
   Rect contentRect;
   std::uint64_t styleMask = borderlessStyle;
@@ -24,7 +23,7 @@ struct HUDWindowAttributes {
   std::int64_t level = 0;
   std::uint64_t collectionBehavior = 0;
   std::int64_t animationBehavior = 0;
-  /// Of the content view.
+  /// The content view's mask.
   std::uint64_t autoresizingMask = 0;
 
   bool operator==(const HUDWindowAttributes&) const = default;
@@ -32,38 +31,37 @@ struct HUDWindowAttributes {
 
 enum class AnimationTiming { linear, easeIn };
 
-/// Whether a new picture may move in from the old one (a bar that grows, a symbol that is replaced)
-/// or stands at once.
+/// Whether the change to a new picture may be animated (a bar that grows, a symbol that is
+/// replaced).
 enum class ContentChange { animated, immediate };
 
-/// The HUD's window: it never becomes key or main and never activates the program. It begins
-/// hidden, with an alpha of 1. Main thread.
+/// The HUD's window: never becomes key or main, never activates the program, and begins hidden with
+/// an alpha of 1. Main thread.
 class HUDWindow {
  public:
   virtual ~HUDWindow() = default;
 
   /// In global screen coordinates; y upwards.
   virtual Rect frame() = 0;
-  /// Doesn't draw the content anew.
+  /// Doesn't redraw the content.
   virtual void setFrame(const Rect& frame) = 0;
 
   /// Ordered in, whatever its alpha.
   virtual bool isVisible() = 0;
 
-  /// At once. Ends an animation that is running, so that the alpha stays what it is set to; the
-  /// animation's completion still runs.
+  /// Sets the alpha at once and ends a running animation, whose completion still runs.
   virtual void setAlpha(double alpha) = 0;
 
-  /// Moves the alpha from where it is to `alpha` and takes the place of an animation that is
-  /// running. A duration of 0 sets it at once. `completion`, if any, runs as a main-queue task when
-  /// the duration is over, even if the animation was ended or another took its place.
+  /// Animates the alpha from its current value to `alpha` and replaces a running animation. A
+  /// duration of 0 sets it at once. `completion`, if any, runs as a main-queue task when the
+  /// duration is over, even if the animation was ended or replaced.
   virtual void animateAlpha(double alpha, double durationSeconds, AnimationTiming timing,
                             Task completion) = 0;
 
   virtual void orderFrontRegardless() = 0;
   virtual void orderOut() = 0;
 
-  /// Replaces the view in the window by one that shows `content`.
+  /// Replaces the window's view by a new one with `content`.
   virtual void installContentView(const DisplayList& content) = 0;
 
   /// Shows another picture in the view.

@@ -13,7 +13,7 @@ namespace brivane {
 
 enum class MenuTone { label, secondaryLabel, tertiaryLabel };
 
-/// A line to read; it can't be chosen.
+/// A line that can't be chosen.
 struct MenuText {
   std::string title;
   MenuTone tone = MenuTone::label;
@@ -25,18 +25,18 @@ struct MenuText {
 struct MenuSlider {
   double minimum = 0;
   double maximum = 100;
-  /// Between the two.
+  /// Between `minimum` and `maximum`.
   double value = 0;
   std::string accessibilityLabel;
-  /// Called on the main thread at every move of the user's hand, with the slider's new value; never
-  /// for `setSliderValue`.
+  /// Called on the main thread with the new value whenever the user moves the slider; never for
+  /// `setSliderValue`.
   std::function<void(double value)> moved;
 };
 
 struct MenuCommand {
   std::string title;
   bool isChecked = false;
-  /// One key that chooses the command while the menu is open; empty for none.
+  /// The key that chooses the command while the menu is open; empty for none.
   std::string keyEquivalent;
   /// Called on the main thread when the user chooses the command, after the menu has closed.
   std::function<void()> chosen;
@@ -50,13 +50,13 @@ class MenuDelegate {
  public:
   virtual ~MenuDelegate() = default;
 
-  /// Before the menu is shown; it shows what `setItems` gave until this returns.
+  /// Called before the menu is shown; may still call `setItems`.
   virtual void menuWillOpen() = 0;
 
   virtual void menuDidClose() = 0;
 };
 
-/// A menu on the screen. Items are named by their position. Main thread; the main queue keeps
+/// A menu on the screen. Items are identified by position. Main thread; the main queue keeps
 /// running while the menu is open.
 class MenuView {
  public:
@@ -65,25 +65,25 @@ class MenuView {
   /// Not owned; must outlive the view.
   virtual void setDelegate(MenuDelegate* delegate) = 0;
 
-  /// Replaces all items, in an open menu too. A drag of a slider that is gone ends with it. No
-  /// closure of an earlier item is called any more; it is safe to call this from within one.
+  /// Replaces all items, also of an open menu, and ends a drag. Closures of earlier items are not
+  /// called any more; they may call this.
   virtual void setItems(std::vector<MenuItem> items) = 0;
 
-  // Changes of single items. In an open menu what is selected stays so, and a drag goes on.
+  // Changes of single items. In an open menu the selection stays, and a drag goes on.
 
-  /// Of a text or command.
+  /// For texts and commands.
   virtual void setTitle(std::size_t index, const std::string& title) = 0;
-  /// Of a command.
+  /// For commands.
   virtual void setChecked(std::size_t index, bool isChecked) = 0;
-  /// Of a slider.
+  /// For sliders.
   virtual void setSliderValue(std::size_t index, double value) = 0;
   virtual double sliderValue(std::size_t index) = 0;
 
-  /// Has the menu open where the pointer is, at once or soon; an open one stays as it is.
+  /// Opens the menu at the pointer, at once or soon; an open menu stays.
   virtual void popUp() = 0;
 };
 
-/// What the status bar shows.
+/// The status item's icon and texts.
 struct StatusButton {
   /// A picture of `iconWidth` by `iconHeight` points, to be scaled to the status bar.
   DisplayList icon;
@@ -92,7 +92,7 @@ struct StatusButton {
   std::string toolTip;
 };
 
-/// The program's place in the status bar. Main thread.
+/// The program's item in the status bar. Main thread.
 class StatusItem {
  public:
   virtual ~StatusItem() = default;

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// What windows are made with: the Mac's own numbers.
+// Attributes of windows, with the Mac's numbers.
 
 namespace brivane {
 
@@ -12,7 +12,7 @@ inline constexpr std::uint64_t closableStyle = 2;
 
 inline constexpr std::uint64_t bufferedBackingStore = 2;
 
-/// Windows of a higher level lie above those of a lower one; an ordinary one has 0.
+/// Windows of a higher level lie above those of a lower level; ordinary windows have 0.
 inline constexpr std::int64_t statusWindowLevel = 25;
 
 inline constexpr std::uint64_t canJoinAllSpaces = 1;
