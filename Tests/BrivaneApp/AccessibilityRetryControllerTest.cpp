@@ -19,7 +19,7 @@ constexpr std::uint32_t f1 = 122;
 constexpr std::uint32_t f2 = 120;
 constexpr std::uint32_t f19 = 80;
 
-/// A menu that notes its refreshes among the machine's calls.
+/// Records refreshes among the machine's calls.
 struct NotingMenu : MenuRefreshing {
   explicit NotingMenu(CallNotes& callNotes) : notes(callNotes) {}
   void refresh() override { notes.add("refresh"); }
@@ -43,14 +43,14 @@ struct AccessibilityRetryControllerTest : testing::Test {
   AccessibilityRetryController retry{machine, hotkeys, menu};
 };
 
-TEST_F(AccessibilityRetryControllerTest, WithoutTheGrantNothingIsTriedHoweverLongItTakes) {
+TEST_F(AccessibilityRetryControllerTest, WithoutTheGrantNoTapIsEverTried) {
   retry.start();
   EXPECT_THAT(notesWithin(10min), IsEmpty());
   EXPECT_EQ(machine.time.timerCount(), 1u);
   EXPECT_EQ(machine.access.prompts, 0);
 }
 
-TEST_F(AccessibilityRetryControllerTest, TheGrantIsLookedForEveryTwoSeconds) {
+TEST_F(AccessibilityRetryControllerTest, TheGrantIsCheckedEveryTwoSeconds) {
   retry.start();
   notesWithin(10min + 1ms);
   machine.access.trusted = true;
@@ -61,7 +61,8 @@ TEST_F(AccessibilityRetryControllerTest, TheGrantIsLookedForEveryTwoSeconds) {
   EXPECT_TRUE(machine.taps.isEnabled);
 }
 
-TEST_F(AccessibilityRetryControllerTest, OnceTheTapRunsTheMenuIsRefreshedItIsSaidAndTheTimerEnds) {
+TEST_F(AccessibilityRetryControllerTest,
+       OnceTheTapRunsTheMenuIsRefreshedALineIsLoggedAndTheTimerEnds) {
   retry.start();
   machine.access.trusted = true;
   const auto notes = notesWithin(2s);
@@ -73,7 +74,7 @@ TEST_F(AccessibilityRetryControllerTest, OnceTheTapRunsTheMenuIsRefreshedItIsSai
   EXPECT_THAT(notesWithin(1min), IsEmpty());
 }
 
-TEST_F(AccessibilityRetryControllerTest, ATapThatIsRefusedInSpiteOfTheGrantIsTriedAgain) {
+TEST_F(AccessibilityRetryControllerTest, ATapRefusedInSpiteOfTheGrantIsTriedAgain) {
   retry.start();
   machine.access.trusted = machine.taps.refuses = true;
   EXPECT_THAT(notesWithin(4s), ElementsAre("[2000] create tap", "[4000] create tap"));
@@ -107,7 +108,7 @@ TEST_F(AccessibilityRetryControllerTest, F1AndF2StayWhenTheSettingsKeepThem) {
   EXPECT_TRUE(machine.hotkeyGrabs.holds(f1, 0));
 }
 
-TEST_F(AccessibilityRetryControllerTest, StartedTwiceItTicksOnceFromTheSecondStartOn) {
+TEST_F(AccessibilityRetryControllerTest, ASecondStartReplacesTheTimer) {
   retry.start();
   notesWithin(1s);
   retry.start();
@@ -117,7 +118,7 @@ TEST_F(AccessibilityRetryControllerTest, StartedTwiceItTicksOnceFromTheSecondSta
   EXPECT_THAT(notesWithin(1us), Not(IsEmpty()));
 }
 
-TEST_F(AccessibilityRetryControllerTest, StoppingEndsIt) {
+TEST_F(AccessibilityRetryControllerTest, StoppingEndsThePolling) {
   retry.start();
   retry.stop();
   machine.access.trusted = true;
@@ -125,7 +126,7 @@ TEST_F(AccessibilityRetryControllerTest, StoppingEndsIt) {
   EXPECT_THAT(notesWithin(1min), IsEmpty());
 }
 
-TEST_F(AccessibilityRetryControllerTest, ItsTimerEndsWithIt) {
+TEST_F(AccessibilityRetryControllerTest, DestructionCancelsTheTimer) {
   {
     AccessibilityRetryController other(machine, hotkeys, menu);
     other.start();

@@ -55,12 +55,12 @@ TEST_F(AppDelegateTest, TheProgramStartsInThisOrder) {
       "log Brivane: input path — event tap unavailable (no Accessibility grant); hotkeys "
       "up=ctrl+opt+key126 down=ctrl+opt+key125; fn+F1/F2 ACTIVE; relay pending";
   const Notes expected = {
-      // what a killed predecessor left
+      // gamma tables that a killed instance left
       "gamma restore all", "gamma restore all",
       // settings
       "open suite com.quorrel.tallowin", "set SubZeroDimming", "set VerboseKeyLog",
       "set MigratedFromTallowin", "log Brivane: carried 2 settings over from Tallowin",
-      // the graph, then the signal
+      // the objects, then the signal
       "install hotkey handler", "observe termination",
       // the input path
       "register hotkey 1 key 126 modifiers 6144", "register hotkey 2 key 125 modifiers 6144",
@@ -111,13 +111,13 @@ TEST_F(AppDelegateTest, ARelayThatIsSwitchedOffStaysOff) {
   EXPECT_EQ(mapping, "(null)\n");
 }
 
-TEST_F(AppDelegateTest, ARelayThatCanNotBeInstalledIsStoredAsOff) {
+TEST_F(AppDelegateTest, ARelayThatCannotBeInstalledIsStoredAsOff) {
   toolWorks = false;
   launch();
   EXPECT_EQ(machine.settings.values.at("SystemBrightnessKeysEnabled"), PropertyValue{false});
 }
 
-TEST_F(AppDelegateTest, OldSettingsAreCarriedOnceAndSaidOnlyWhenThereWereAny) {
+TEST_F(AppDelegateTest, OldSettingsAreCopiedOnceAndLoggedOnlyWhenThereWereAny) {
   EXPECT_THAT(launch(), Not(Contains(HasSubstr("carried"))));
   machine.suites["com.quorrel.tallowin"] = PropertyValue::Dictionary{{"Later", {true}}};
   delegate = std::make_unique<AppDelegate>(machine, frame);
@@ -125,13 +125,13 @@ TEST_F(AppDelegateTest, OldSettingsAreCarriedOnceAndSaidOnlyWhenThereWereAny) {
   EXPECT_FALSE(machine.settings.values.contains("Later"));
 }
 
-TEST_F(AppDelegateTest, CarriedSettingsAreInForceForTheVeryLaunchThatCarriesThem) {
+TEST_F(AppDelegateTest, CopiedSettingsAreInForceDuringTheLaunchThatCopiesThem) {
   machine.suites["com.quorrel.tallowin"] =
       PropertyValue::Dictionary{{"SystemBrightnessKeysEnabled", {false}}};
   EXPECT_THAT(launch(), Contains("log Brivane: system brightness keys released back to macOS"));
 }
 
-TEST_F(AppDelegateTest, SavedLevelsAreRestoredAndTheMenuRefreshedWhenTheyAre) {
+TEST_F(AppDelegateTest, SavedLevelsAreRestoredAndThenTheMenuIsRefreshed) {
   auto& monitor = addMonitor();
   machine.settings.values["brightness.1.2.1"] = {std::int64_t{80}};
   launch();
@@ -217,7 +217,7 @@ TEST_F(AppDelegateTest, TheSignalCleansUpAndExits) {
   EXPECT_EQ(mapping, "{\"UserKeyMapping\":[]}");
 }
 
-TEST_F(AppDelegateTest, OnceItIsGoneNothingOfTheProgramIsLeft) {
+TEST_F(AppDelegateTest, NothingOfTheProgramIsLeftAfterDestruction) {
   addMonitor();
   launch();
   delegate.reset();
@@ -225,7 +225,7 @@ TEST_F(AppDelegateTest, OnceItIsGoneNothingOfTheProgramIsLeft) {
   EXPECT_EQ(machine.time.timerCount(), 0u);
   machine.notes.take();
   run(10min);
-  // The end of the levels' return is announced to nobody.
+  // The completion of the restore finds no objects.
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] task for main"));
 }
 

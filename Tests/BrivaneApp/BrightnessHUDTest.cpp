@@ -95,7 +95,7 @@ TEST_F(BrightnessHUDTest, AFirstPresentMovesShowsSetsTheAlphaAndComesToTheFrontI
   EXPECT_TRUE(isShown());
 }
 
-TEST_F(BrightnessHUDTest, APresentAfterItHidSetsTheAlphaDirectlyAgain) {
+TEST_F(BrightnessHUDTest, APresentOfAHiddenHUDSetsTheAlphaDirectlyAgain) {
   hud->present(level(40), left, 1.2);
   wait(2000);
   machine.notes.take();
@@ -122,7 +122,7 @@ TEST_F(BrightnessHUDTest, AJumpToAnotherDisplayMovesTheWindowBeforeItShowsTheNew
                                                 "[0] HUD alpha to 1 in 0 linear", "[0] HUD front"));
 }
 
-TEST_F(BrightnessHUDTest, ItShowsTheLevelAndTheConnectingCard) {
+TEST_F(BrightnessHUDTest, TheHUDShowsTheLevelAndTheConnectingCard) {
   hud->present(level(40), left, 1.2);
   EXPECT_THAT(shown(), HasSubstr("text \"40\""));
   EXPECT_EQ(hud->model().state(), level(40));
@@ -130,7 +130,7 @@ TEST_F(BrightnessHUDTest, ItShowsTheLevelAndTheConnectingCard) {
   EXPECT_THAT(shown(), AllOf(HasSubstr("LG · "), HasSubstr("spinner")));
 }
 
-TEST_F(BrightnessHUDTest, ItStandsOneHundredAndThirtyAboveTheMiddleOfTheScreensLowerEdge) {
+TEST_F(BrightnessHUDTest, TheHUDStands130PointsAboveTheMiddleOfTheScreensLowerEdge) {
   hud->present(level(40), left, 1.2);
   EXPECT_EQ(window().frame(), (Rect{960 - 180, 130, 360, 54}));
   hud->present(level(40), right, 1.2);
@@ -144,13 +144,13 @@ TEST_F(BrightnessHUDTest, AnUnknownDisplayIsShownOnTheMainScreen) {
   EXPECT_TRUE(isShown());
 }
 
-TEST_F(BrightnessHUDTest, WithoutAMainScreenTheFirstScreenServes) {
+TEST_F(BrightnessHUDTest, WithoutAMainScreenTheFirstScreenIsUsed) {
   machine.displaySystem.main = std::nullopt;
   hud->present(level(40), 99, 1.2);
   EXPECT_EQ(window().frame(), (Rect{780, 130, 360, 54}));
 }
 
-TEST_F(BrightnessHUDTest, AScreenWithoutANumberServesAsMainScreenOnly) {
+TEST_F(BrightnessHUDTest, AScreenWithoutANumberIsUsedAsMainScreenOnly) {
   machine.displaySystem.allScreens[1].number = std::nullopt;
   hud->present(level(40), right, 1.2);
   EXPECT_EQ(window().frame(), (Rect{780, 130, 360, 54}));
@@ -190,7 +190,7 @@ TEST_F(BrightnessHUDTest, OnlyAnUpdateOnTheSameDisplayWhileVisibleMayAnimate) {
   EXPECT_EQ(window().lastChange, ContentChange::immediate) << "it appears on the same display";
 }
 
-TEST_F(BrightnessHUDTest, OnAnotherDisplayWhileShownItMovesThereWithTheNewLevelAtOnce) {
+TEST_F(BrightnessHUDTest, AShownHUDMovesToAnotherDisplayWithTheNewLevelAtOnce) {
   hud->present(level(40), left, 1.2);
   hud->present(level(75), right, 1.2);
   EXPECT_EQ(window().frame().x, 1920 + 1280 - 180);
@@ -198,7 +198,7 @@ TEST_F(BrightnessHUDTest, OnAnotherDisplayWhileShownItMovesThereWithTheNewLevelA
   EXPECT_EQ(window().lastChange, ContentChange::immediate);
 }
 
-TEST_F(BrightnessHUDTest, ItFadesWhenItsTimeIsOverAndHidesTwentyEightHundredthsLater) {
+TEST_F(BrightnessHUDTest, TheHUDFadesWhenItsTimeIsOverAndHidesTwentyEightHundredthsLater) {
   hud->present(level(40), left, 1.2);
   machine.notes.take();
   wait(1199);
@@ -213,7 +213,7 @@ TEST_F(BrightnessHUDTest, ItFadesWhenItsTimeIsOverAndHidesTwentyEightHundredthsL
   EXPECT_TRUE(isHidden());
 }
 
-TEST_F(BrightnessHUDTest, TwoPresentsHalfASecondApartHideItAfterTheSecond) {
+TEST_F(BrightnessHUDTest, AfterTwoPresentsHalfASecondApartTheSecondDecidesWhenTheHUDHides) {
   hud->present(level(40), left, 1.2);
   wait(500);
   hud->present(level(45), left, 1.2);
@@ -226,7 +226,7 @@ TEST_F(BrightnessHUDTest, TwoPresentsHalfASecondApartHideItAfterTheSecond) {
   EXPECT_TRUE(isHidden());
 }
 
-TEST_F(BrightnessHUDTest, APresentDuringTheFadeBringsItBackAndTheOldFadesEndHidesNothing) {
+TEST_F(BrightnessHUDTest, APresentDuringTheFadeBringsTheHUDBackAndTheOldFadesEndHidesNothing) {
   hud->present(level(40), left, 1.2);
   wait(1300);
   EXPECT_EQ(window().alpha, 0);
@@ -249,7 +249,7 @@ TEST_F(BrightnessHUDTest, AShorterPresentReplacesALongerOne) {
   EXPECT_THAT(machine.notes.take(), IsEmpty());
 }
 
-TEST_F(BrightnessHUDTest, DismissHidesItAtOnceAndTheTimerIsGone) {
+TEST_F(BrightnessHUDTest, DismissHidesTheHUDAtOnceAndCancelsTheTimer) {
   hud->present(level(40), left, 1.2);
   machine.notes.take();
   hud->dismiss();
@@ -257,7 +257,7 @@ TEST_F(BrightnessHUDTest, DismissHidesItAtOnceAndTheTimerIsGone) {
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
-TEST_F(BrightnessHUDTest, DismissDuringTheFadeHidesItAtOnce) {
+TEST_F(BrightnessHUDTest, DismissDuringTheFadeHidesTheHUDAtOnce) {
   hud->present(level(40), left, 1.2);
   wait(1300);
   hud->dismiss();
@@ -266,7 +266,7 @@ TEST_F(BrightnessHUDTest, DismissDuringTheFadeHidesItAtOnce) {
   EXPECT_TRUE(isHidden());
 }
 
-TEST_F(BrightnessHUDTest, APresentAfterADismissalInTheMiddleOfTheFadeStaysForItsWholeTime) {
+TEST_F(BrightnessHUDTest, APresentAfterADismissalDuringTheFadeStaysForItsWholeTime) {
   hud->present(level(40), left, 1.2);
   wait(1300);
   hud->dismiss();
@@ -277,7 +277,7 @@ TEST_F(BrightnessHUDTest, APresentAfterADismissalInTheMiddleOfTheFadeStaysForIts
   EXPECT_TRUE(isHidden());
 }
 
-TEST_F(BrightnessHUDTest, TheEndOfAFadeThatWasDismissedHidesItAgain) {
+TEST_F(BrightnessHUDTest, TheEndOfADismissedFadeHidesTheHUDAgain) {
   hud->present(level(40), left, 1.2);
   wait(1300);
   hud->dismiss();
@@ -298,7 +298,7 @@ TEST_F(BrightnessHUDTest, FromAnotherThreadPresentAndDismissTakeEffectOnTheMainT
   EXPECT_TRUE(isHidden());
 }
 
-TEST_F(BrightnessHUDTest, CallsFromAnotherThreadThatComeTooLateDoNothing) {
+TEST_F(BrightnessHUDTest, LateCallsFromAnotherThreadDoNothing) {
   std::thread([&] {
     hud->present(level(40), left, 1.2);
     hud->dismiss();

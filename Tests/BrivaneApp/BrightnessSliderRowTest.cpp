@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// A write: the virtual milliseconds and the level.
+/// A write: milliseconds and level.
 using Write = std::pair<std::int64_t, Percent>;
 
 struct BrightnessSliderRowTest : testing::Test {
@@ -42,7 +42,7 @@ TEST_F(BrightnessSliderRowTest, TheSliderHasTheRangeTheLevelAndALabelWithTheDisp
               ElementsAre("slider -100..200 50 menu.slider.accessibilityLabel (Studio)"));
 }
 
-TEST_F(BrightnessSliderRowTest, ALevelThatIsNotOnOfferIsShownAtTheNearerEnd) {
+TEST_F(BrightnessSliderRowTest, ALevelOutsideTheRangeIsShownAtTheNearerEnd) {
   row = std::make_unique<BrightnessSliderRow>(machine.time, SliderPlace{menu, 0},
                                               PercentRange{0, 100}, [](Percent) {});
   show(-30);
@@ -112,7 +112,7 @@ TEST_F(BrightnessSliderRowTest, TheSeventyMillisecondsBeginBeforeTheWriteHowever
   EXPECT_THAT(writes, ElementsAre(Write{0, 51}, Write{70, 52}));
 }
 
-TEST_F(BrightnessSliderRowTest, LaterMovesNeitherDelayTheWaitingWriteNorAddOne) {
+TEST_F(BrightnessSliderRowTest, LaterMovesNeitherDelayThePendingWriteNorAddOne) {
   drag(51);
   for (const double position : {52, 53, 54, 55, 56}) {
     pass(milliseconds(10));
@@ -124,7 +124,7 @@ TEST_F(BrightnessSliderRowTest, LaterMovesNeitherDelayTheWaitingWriteNorAddOne) 
   EXPECT_EQ(machine.time.timerCount(), 0U);
 }
 
-TEST_F(BrightnessSliderRowTest, AMoveToTheLevelThatAlreadyWaitsIsIgnored) {
+TEST_F(BrightnessSliderRowTest, AMoveToThePendingLevelIsIgnored) {
   drag(51);
   pass(milliseconds(10));
   drag(52);
@@ -155,11 +155,11 @@ TEST_F(BrightnessSliderRowTest, ADragOfOneSecondIsWrittenEverySeventyMillisecond
   }
 }
 
-TEST_F(BrightnessSliderRowTest, ATimerThatComesLateWritesNothingTwice) {
+TEST_F(BrightnessSliderRowTest, ALateTimerWritesNothingTwice) {
   drag(51);
   pass(milliseconds(10));
   drag(52);
-  // The main thread is busy past the time of the waiting write, and the hand moves first.
+  // The main thread is busy past the time of the pending write, and the next move comes first.
   machine.time.sleep(milliseconds(90));
   drag(53);
   EXPECT_THAT(writes, ElementsAre(Write{0, 51}, Write{100, 53}));
@@ -168,7 +168,7 @@ TEST_F(BrightnessSliderRowTest, ATimerThatComesLateWritesNothingTwice) {
   EXPECT_THAT(writes, ElementsAre(Write{0, 51}, Write{100, 53}, Write{170, 54}));
 }
 
-TEST_F(BrightnessSliderRowTest, AWaitingWriteCanBeMadeBeforeItsRowGoes) {
+TEST_F(BrightnessSliderRowTest, FlushingMakesThePendingWriteAtOnce) {
   drag(51);
   pass(milliseconds(10));
   row->flush();
@@ -182,7 +182,7 @@ TEST_F(BrightnessSliderRowTest, AWaitingWriteCanBeMadeBeforeItsRowGoes) {
   EXPECT_THAT(writes, ElementsAre(Write{0, 51}, Write{10, 52}));
 }
 
-TEST_F(BrightnessSliderRowTest, ARowThatHasGoneWritesNothing) {
+TEST_F(BrightnessSliderRowTest, ADestroyedRowWritesNothing) {
   drag(51);
   pass(milliseconds(10));
   drag(52);
@@ -192,7 +192,7 @@ TEST_F(BrightnessSliderRowTest, ARowThatHasGoneWritesNothing) {
   EXPECT_THAT(writes, ElementsAre(Write{0, 51}));
 }
 
-TEST_F(BrightnessSliderRowTest, FollowsALevelThatDiffersByOneOrMore) {
+TEST_F(BrightnessSliderRowTest, TheSliderFollowsALevelThatDiffersByOneOrMore) {
   drag(50.4);
   pass(milliseconds(400));
   row->follow(51);
@@ -208,13 +208,13 @@ TEST_F(BrightnessSliderRowTest, FollowsALevelThatDiffersByOneOrMore) {
   EXPECT_THAT(writes, SizeIs(1));
 }
 
-TEST_F(BrightnessSliderRowTest, FollowsALevelBeforeItsFirstWrite) {
+TEST_F(BrightnessSliderRowTest, TheSliderFollowsALevelBeforeItsFirstWrite) {
   row->follow(60);
   EXPECT_EQ(position(), 60);
   EXPECT_THAT(writes, IsEmpty());
 }
 
-TEST_F(BrightnessSliderRowTest, RestsForFourTenthsOfASecondAfterAWrite) {
+TEST_F(BrightnessSliderRowTest, TheSliderStaysForFourTenthsOfASecondAfterAWrite) {
   drag(51);
   pass(milliseconds(399));
   row->follow(20);
@@ -224,11 +224,11 @@ TEST_F(BrightnessSliderRowTest, RestsForFourTenthsOfASecondAfterAWrite) {
   EXPECT_EQ(position(), 20);
 }
 
-TEST_F(BrightnessSliderRowTest, StaysUnderTheHandWhileAWriteWaits) {
+TEST_F(BrightnessSliderRowTest, TheSliderStaysWhileAWriteIsPending) {
   drag(51);
   pass(milliseconds(10));
   drag(52);
-  // The main thread is busy so long that only the waiting write keeps the slider.
+  // The main thread is busy for so long that only the pending write keeps the slider.
   machine.time.sleep(milliseconds(500));
   row->follow(20);
   EXPECT_EQ(position(), 52);

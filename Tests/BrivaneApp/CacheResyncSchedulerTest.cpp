@@ -20,7 +20,7 @@ struct CacheResyncSchedulerTest : testing::Test, ControllerBench {
   CacheResyncScheduler scheduler{machine.time, controller};
 };
 
-TEST_F(CacheResyncSchedulerTest, EveryFiveSecondsTheMonitorsAreReadAgain) {
+TEST_F(CacheResyncSchedulerTest, MonitorsAreReadEveryFiveSeconds) {
   scheduler.start();
   EXPECT_EQ(readsAfter(4999ms), before);
   const auto first = readsAfter(1ms + 500ms);
@@ -37,11 +37,11 @@ TEST_F(CacheResyncSchedulerTest, AChangeWithTheMonitorsOwnButtonsIsSeenWithinFiv
   EXPECT_EQ(controller.level(2), 80);
 }
 
-TEST_F(CacheResyncSchedulerTest, NothingIsReadBeforeItIsStarted) {
+TEST_F(CacheResyncSchedulerTest, NothingIsReadBeforeTheStart) {
   EXPECT_EQ(readsAfter(20s), before);
 }
 
-TEST_F(CacheResyncSchedulerTest, StoppingEndsIt) {
+TEST_F(CacheResyncSchedulerTest, NothingIsReadAfterStopping) {
   scheduler.start();
   scheduler.stop();
   EXPECT_EQ(machine.time.timerCount(), 0u);
@@ -49,13 +49,13 @@ TEST_F(CacheResyncSchedulerTest, StoppingEndsIt) {
   scheduler.stop();
 }
 
-TEST_F(CacheResyncSchedulerTest, StartedTwiceItStillTicksOnce) {
+TEST_F(CacheResyncSchedulerTest, ASecondStartAddsNoTimer) {
   scheduler.start();
   scheduler.start();
   EXPECT_EQ(machine.time.timerCount(), 1u);
 }
 
-TEST_F(CacheResyncSchedulerTest, ItsTimerEndsWithIt) {
+TEST_F(CacheResyncSchedulerTest, DestructionCancelsTheTimer) {
   {
     CacheResyncScheduler other(machine.time, controller);
     other.start();

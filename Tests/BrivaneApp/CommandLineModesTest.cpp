@@ -157,7 +157,7 @@ TEST_F(SetModeTest, AnAppleDisplayOrTheBuiltInPanelGetsTheFailureLineAndKeepsIts
   EXPECT_THAT(machine.settings.values, IsEmpty());
 }
 
-TEST_F(SetModeTest, TheValueIsLookedAtBeforeThePointer) {
+TEST_F(SetModeTest, TheValueIsCheckedBeforeThePointer) {
   EXPECT_EQ(run({"--set", "4x"}), "usage: Brivane --set <0-100>\n");
 }
 
@@ -169,7 +169,7 @@ TEST_F(SetModeTest, ARefusedWriteGetsTheFailureLine) {
   EXPECT_EQ(monitor.current, 50);
 }
 
-TEST_F(SetModeTest, TheLevelIsRememberedForTheResidentProgram) {
+TEST_F(SetModeTest, TheLevelIsSavedForTheResidentProgram) {
   machine.addMonitor(2, "Studio Wide", "disp0", 1, 2, 3);
   machine.pointAt(2);
   run({"--set", "40"});
@@ -186,7 +186,7 @@ TEST_F(SetModeTest, SoftwareEffectsOfARunningInstanceAreLeftAlone) {
   EXPECT_THAT(machine.gamma.calls, IsEmpty());
 }
 
-TEST_F(SetModeTest, ItWorksWhileTheResidentProgramIsRunning) {
+TEST_F(SetModeTest, SettingWorksWhileTheResidentProgramRuns) {
   machine.apps.running["com.quorrel.brivane"] = {4711};
   machine.addMonitor(2, "Studio Wide", "disp0", 1, 2, 3);
   machine.pointAt(2);
@@ -212,7 +212,7 @@ TEST_F(UnmapModeTest, RemovedEntriesAreAnnouncedWithTheAdvice) {
               ElementsAre("/usr/bin/hidutil", "property", "--set", "{\"UserKeyMapping\":[]}"));
 }
 
-TEST_F(UnmapModeTest, WithNothingToRemoveOthersAreLeftAlone) {
+TEST_F(UnmapModeTest, WithNothingToRemoveOtherEntriesStay) {
   EXPECT_THAT(
       lines({"--unmap"}),
       ElementsAre("No Brivane entries were in the HID mapping — nothing to clear.",
@@ -229,7 +229,7 @@ TEST_F(UnmapModeTest, TheAdviceNamesTheMenuItemAsItReads) {
   EXPECT_THAT(run({"--unmap"}), HasSubstr("Turn off \"" + item + "\" in the\nmenu"));
 }
 
-TEST_F(UnmapModeTest, AToolThatCanNotRunGetsOneLineAndNoAdvice) {
+TEST_F(UnmapModeTest, AToolThatCannotRunGetsOneLineAndNoAdvice) {
   prints(ProcessNotStarted{"No such file or directory"});
   EXPECT_EQ(run({"--unmap"}),
             "Could not run /usr/bin/hidutil. A reboot also clears the mapping.\n");
@@ -238,7 +238,7 @@ TEST_F(UnmapModeTest, AToolThatCanNotRunGetsOneLineAndNoAdvice) {
             "Could not run /usr/bin/hidutil. A reboot also clears the mapping.\n");
 }
 
-TEST_F(UnmapModeTest, ItGoesFirstWhateverTheOrderOfTheSwitches) {
+TEST_F(UnmapModeTest, UnmapTakesPrecedenceWhateverTheOrderOfTheSwitches) {
   for (const auto& arguments : std::vector<std::vector<std::string>>{
            {"--probe", "--unmap"}, {"--unmap", "--probe"}, {"--set", "40", "--unmap"}}) {
     const std::string text = run(arguments);
@@ -308,7 +308,7 @@ TEST_F(ProbeModeTest, AnAppleDisplayIsReadThroughDisplayServices) {
                         "      DDC:     n/a (Apple panels do not implement DDC/CI)\n\n"));
 }
 
-TEST_F(ProbeModeTest, AnAppleDisplayWhoseLevelCanNotBeReadIsUnreadable) {
+TEST_F(ProbeModeTest, AnAppleDisplayWhoseLevelCannotBeReadIsUnreadable) {
   machine.displayServices.install(machine.loader);
   machine.displayServices.canChange[5] = true;
   machine.displayServices.getStatus = 1;
@@ -327,7 +327,7 @@ TEST_F(ProbeModeTest, TheBuiltInPanelSaysWhoDrivesItsKeys) {
   EXPECT_THAT(run({"--probe"}), HasSubstr("      keys:    driven by Brivane (DisplayServices)\n"));
 }
 
-TEST_F(ProbeModeTest, TheBuiltInPanelWithoutDisplayServicesIsWithTheSystem) {
+TEST_F(ProbeModeTest, WithoutDisplayServicesTheSystemDrivesTheBuiltInPanel) {
   machine.displaySystem.add({1, 1552, 1, 0, true}, "Built-in");
   EXPECT_THAT(run({"--probe"}), HasSubstr("      control: macOS native (built-in panel)\n\n"));
 }
@@ -344,7 +344,7 @@ TEST_F(ProbeModeTest, WithAnotherInstanceRunningTheNoteComesFirstAndTheReportFol
   EXPECT_EQ(report[6], "  DDC transport available: no");
 }
 
-TEST_F(ProbeModeTest, ASwitchedOffRelayStillSaysWhetherAMappingIsInForce) {
+TEST_F(ProbeModeTest, ASwitchedOffRelayStillShowsWhetherAMappingIsInForce) {
   machine.settings.values["SystemBrightnessKeysEnabled"] = {false};
   EXPECT_THAT(
       run({"--probe"}),
@@ -363,7 +363,7 @@ TEST_F(ProbeModeTest, TheConfiguredRelayKeysAreNamed) {
   EXPECT_THAT(run({"--probe"}), HasSubstr("mapping in force via F19/F20\n"));
 }
 
-TEST_F(ProbeModeTest, ItGoesBeforeASetWhateverTheOrderOfTheSwitches) {
+TEST_F(ProbeModeTest, ProbeTakesPrecedenceOverSetWhateverTheOrderOfTheSwitches) {
   auto& monitor = machine.addMonitor(2, "Studio Wide", "disp0", 1, 2, 3);
   machine.pointAt(2);
   for (const auto& arguments : std::vector<std::vector<std::string>>{{"--set", "40", "--probe"},
@@ -379,7 +379,7 @@ TEST_F(ProbeModeTest, OutsideABundleNoOtherInstanceIsNoted) {
   EXPECT_THAT(run({"--probe"}), Not(HasSubstr("NOTE")));
 }
 
-TEST_F(ProbeModeTest, APointerOffEveryScreenIsSaidSo) {
+TEST_F(ProbeModeTest, APointerOffEveryScreenIsReported) {
   machine.addMonitor(2, "Studio Wide", "disp0", 1, 2, 3);
   machine.displaySystem.pointer = {-1, -1};
   EXPECT_THAT(run({"--probe"}), HasSubstr("\n\n  Cursor display could not be determined.\n"));
@@ -395,13 +395,13 @@ TEST_F(ProbeModeTest, DisplaysAreInTheOrderOfTheWindowSystem) {
 
 // What makes a mode
 
-TEST_F(CommandLineModesTest, TheProgramsOwnPathIsAnArgumentToo) {
+TEST_F(CommandLineModesTest, TheFirstArgumentMayBeASwitchToo) {
   EXPECT_EQ(runBrivane({"--unmap"}, machine, openFrame, out, err), 0);
   EXPECT_THAT(out.str(), HasSubstr("nothing to clear"));
 }
 
 TEST_F(CommandLineModesTest, TheMachinesAdviceIsAskedForLastAndIsTheLastLineOfEachMode) {
-  /// It knows only of what it was asked for.
+  /// Has advice only after displays or processes were asked for.
   struct AdvisingMachine : FakeMachine {
     DisplaySystem& displays() override {
       wasAsked = true;
@@ -424,7 +424,7 @@ TEST_F(CommandLineModesTest, TheMachinesAdviceIsAskedForLastAndIsTheLastLineOfEa
   }
 }
 
-TEST_F(CommandLineModesTest, SwitchesCountOnlyWhenTheyAreWrittenExactly) {
+TEST_F(CommandLineModesTest, OnlyExactSwitchesCount) {
   for (const auto* argument : {"--Probe", "-probe", "--probe=1", "probe", "--settings"}) {
     runBrivane({"/Applications/Brivane", argument}, machine, openFrame, out, err);
     EXPECT_EQ(out.str(), "") << argument;
@@ -432,7 +432,7 @@ TEST_F(CommandLineModesTest, SwitchesCountOnlyWhenTheyAreWrittenExactly) {
   EXPECT_EQ(framesOpened, 5);
 }
 
-TEST_F(CommandLineModesTest, NoneOfThemBuildsAnythingOfTheResidentProgram) {
+TEST_F(CommandLineModesTest, CommandsMakeNoObjectOfTheResidentProgram) {
   machine.noteEverything();
   for (const auto* mode : {"--unmap", "--probe", "--set"}) run({mode});
   EXPECT_EQ(framesOpened, 0);

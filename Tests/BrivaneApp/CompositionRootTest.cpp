@@ -23,7 +23,7 @@ struct CompositionRootTest : testing::Test, ResidentBench {
     takeNotes();
   }
 
-  /// The levels of all monitors have been read.
+  /// Makes the root and reads all monitors' levels.
   void makeWithLevels() {
     make();
     root->controller->restoreSavedBrightness({});
@@ -46,8 +46,8 @@ struct CompositionRootTest : testing::Test, ResidentBench {
     menu.drag(static_cast<std::size_t>(slider - menu.items.begin()), value);
   }
 
-  /// From now on every object that holds the way to the monitors, and every service of one, holds
-  /// the answer too.
+  /// From now on every object that can reach the monitors' buses, and every service of a bus, holds
+  /// the returned value.
   std::weak_ptr<int> watchBusHolders() {
     auto& library = machine.loader.libraries["/System/Library/Frameworks/IOKit.framework/IOKit"];
     auto& symbol = library.at("IOAVServiceCreateWithService");
@@ -66,7 +66,7 @@ struct CompositionRootTest : testing::Test, ResidentBench {
   std::unique_ptr<CompositionRoot> root;
 };
 
-TEST_F(CompositionRootTest, MakingItStartsNothingAndTouchesNoDisplay) {
+TEST_F(CompositionRootTest, ConstructionStartsNothingAndTouchesNoDisplay) {
   addMonitor();
   make();
   EXPECT_EQ(machine.time.timerCount(), 0u);
@@ -164,7 +164,7 @@ TEST_F(CompositionRootTest, TheTwoHotkeysCanBeExchanged) {
   EXPECT_EQ(idOfKey[upArrow], 2u);
 }
 
-TEST_F(CompositionRootTest, AFieldThatWaitsAtTheEndRegistersNothing) {
+TEST_F(CompositionRootTest, AFieldThatCapturesAtTheEndRegistersNothing) {
   make();
   root->hotkeys->start();
   root->hotkeyEditor->show();
@@ -200,7 +200,7 @@ TEST_F(CompositionRootTest, TheRelayHandsTheBuiltInPanelToTheKeys) {
   EXPECT_FLOAT_EQ(machine.displayServices.levels[1], 0.55F);
 }
 
-TEST_F(CompositionRootTest, TheArrangementAtItsMakingIsWhatChangesAreComparedWith) {
+TEST_F(CompositionRootTest, ChangesAreComparedWithTheArrangementAtConstruction) {
   addMonitor();
   make();
   root->displayReconciler->observeDisplayChanges();
@@ -219,7 +219,7 @@ TEST_F(CompositionRootTest, NothingKeepsTheGraphAliveOnceTheRootIsDropped) {
   const auto holdersBefore = busHolder.use_count();
   makeWithLevels();
   EXPECT_GT(busHolder.use_count(), holdersBefore);
-  // Everything that can be under way is.
+  // Start everything that can run.
   root->hotkeys->start();
   root->systemBrightnessKeys->setEnabled(true);
   root->accessibilityRetry->start();

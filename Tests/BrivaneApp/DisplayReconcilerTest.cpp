@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// Everything that the reconciler drives, noted with the virtual time of each call.
+/// Records the reconciler's calls with their virtual times.
 struct NotingDisplays : DisplayInvalidating,
                         MenuRefreshing,
                         BuiltInPanelDriving,
@@ -93,13 +93,13 @@ struct DisplayReconcilerTest : testing::Test {
   std::unique_ptr<DisplayReconciler> reconciler;
 };
 
-TEST_F(DisplayReconcilerTest, AnAnnouncementBehindWhichNothingChangedDoesNothing) {
+TEST_F(DisplayReconcilerTest, AnAnnouncementWithoutAChangeDoesNothing) {
   announceScreens();
   EXPECT_EQ(machine.time.timerCount(), 0u);
   EXPECT_THAT(notesWithin(10s), IsEmpty());
 }
 
-TEST_F(DisplayReconcilerTest, AnAnnouncementBehindWhichNothingChangedIsLoggedInVerboseMode) {
+TEST_F(DisplayReconcilerTest, AnAnnouncementWithoutAChangeIsLoggedInVerboseMode) {
   machine.settings.values["VerboseKeyLog"] = {true};
   announceScreens();
   EXPECT_THAT(notesWithin(10s),
@@ -107,7 +107,7 @@ TEST_F(DisplayReconcilerTest, AnAnnouncementBehindWhichNothingChangedIsLoggedInV
                           "— ignoring"));
 }
 
-TEST_F(DisplayReconcilerTest, AChangeForgetsAtOnceAndRestoresTwoSecondsLater) {
+TEST_F(DisplayReconcilerTest, AChangeInvalidatesAtOnceAndRestoresTwoSecondsLater) {
   machine.settings.values["VerboseKeyLog"] = {true};
   moveRightMonitor();
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] invalidate"));
@@ -191,7 +191,7 @@ TEST_F(DisplayReconcilerTest, WhileAMonitorIsMissingItIsRetriedEveryTwoSeconds) 
 TEST_F(DisplayReconcilerTest, AMonitorThatNeverAnswersIsPolledFor180SecondsAndNoMore) {
   world.isUnresolved = true;
   reconciler->startRecoveryPolling();
-  // 89 ticks before the deadline; the one at it only ends the polling.
+  // 89 ticks before the deadline; the tick at the deadline only ends the polling.
   EXPECT_THAT(notesWithin(180s - 1us), SizeIs(3 * 89));
   EXPECT_EQ(machine.time.timerCount(), 1u);
   EXPECT_THAT(notesWithin(1us), ElementsAre("[180000] late"));
@@ -221,7 +221,7 @@ TEST_F(DisplayReconcilerTest, EveryEventRestartsThePollingAndThereIsNeverMoreTha
   EXPECT_EQ(machine.time.timerCount(), 1u);
 }
 
-TEST_F(DisplayReconcilerTest, GammaThatWasRefusedIsWrittenAgainAtEachTickUntilItIsTaken) {
+TEST_F(DisplayReconcilerTest, RefusedGammaTablesAreWrittenAtEachTickUntilAccepted) {
   world.takesGamma = false;
   machine.settings.values["SystemBrightnessKeysEnabled"] = {false};
   reconciler->reprobeAfterWake();
@@ -233,7 +233,7 @@ TEST_F(DisplayReconcilerTest, GammaThatWasRefusedIsWrittenAgainAtEachTickUntilIt
   EXPECT_THAT(notesWithin(4s), ElementsAre("[6000] reapply", "[6000] late", "[6000] refresh"));
 }
 
-TEST_F(DisplayReconcilerTest, GammaRefusedTwoSecondsAfterAChangeIsRetriedTooAndOnlyWhileItPolls) {
+TEST_F(DisplayReconcilerTest, GammaTablesRefusedAfterAChangeAreRetriedWhilePollingOnly) {
   world.takesGamma = false;
   world.isUnresolved = true;
   moveRightMonitor();
@@ -254,14 +254,14 @@ TEST_F(DisplayReconcilerTest, StoppingEndsThePollingAndKeepsTheSubscriptions) {
   EXPECT_EQ(machine.announcements.wake.observerCount(), 1u);
 }
 
-TEST_F(DisplayReconcilerTest, NothingIsObservedUntilItIsAskedFor) {
+TEST_F(DisplayReconcilerTest, NothingIsObservedBeforeItIsAskedFor) {
   const auto other = make();
   EXPECT_EQ(machine.announcements.screens.observerCount(), 1u);
   EXPECT_EQ(machine.announcements.wake.observerCount(), 1u);
   EXPECT_EQ(machine.announcements.screensWake.observerCount(), 1u);
 }
 
-TEST_F(DisplayReconcilerTest, OnceItIsGoneNothingOfItHappensAnyMore) {
+TEST_F(DisplayReconcilerTest, NothingHappensAfterDestruction) {
   world.isUnresolved = true;
   moveRightMonitor();
   machine.announcements.wake.announce();

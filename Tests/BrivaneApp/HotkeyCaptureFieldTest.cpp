@@ -15,7 +15,7 @@ using testing::IsEmpty;
 
 constexpr std::uint16_t keyA = 0;
 
-/// The window's part, which keeps what the field asked for in its order.
+/// Records the field's requests in order.
 struct FakeHost : CustomViewHost {
   explicit FakeHost(HotkeyCaptureField& hostedField) : field(hostedField) {}
 
@@ -59,17 +59,17 @@ struct HotkeyCaptureFieldTest : testing::Test {
   std::vector<HotkeyBinding> captured;
 };
 
-TEST_F(HotkeyCaptureFieldTest, ShowsItsBindingInGlyphsOrThatNoneIsSet) {
+TEST_F(HotkeyCaptureFieldTest, TheFieldShowsItsBindingInGlyphsOrThatNoneIsSet) {
   EXPECT_EQ(field.accessibilityText(), "⌃⌥↑");
   field.binding = std::nullopt;
   EXPECT_EQ(field.accessibilityText(), "hotkeyEditor.notSet");
 }
 
-TEST_F(HotkeyCaptureFieldTest, TakesKeysWhenAskedTo) {
+TEST_F(HotkeyCaptureFieldTest, TheFieldAcceptsFocus) {
   EXPECT_TRUE(field.acceptsFirstResponder());
 }
 
-TEST_F(HotkeyCaptureFieldTest, AClickTakesTheKeysAndWaitsForOne) {
+TEST_F(HotkeyCaptureFieldTest, AClickTakesFocusAndStartsCapturing) {
   field.mouseDown();
   EXPECT_THAT(takeCalls(), ElementsAre("take keys", "redraw hotkeyEditor.pressKeys"));
 }
@@ -81,7 +81,7 @@ TEST_F(HotkeyCaptureFieldTest, KeysGoToTheWindowWhileNotCapturing) {
   EXPECT_EQ(field.binding, (HotkeyBinding{126, 6144}));
 }
 
-TEST_F(HotkeyCaptureFieldTest, AKeyAloneBeepsAndTheFieldKeepsWaiting) {
+TEST_F(HotkeyCaptureFieldTest, AKeyWithoutAModifierBeepsAndCapturingGoesOn) {
   field.mouseDown();
   takeCalls();
   EXPECT_TRUE(press(keyA));
@@ -91,7 +91,7 @@ TEST_F(HotkeyCaptureFieldTest, AKeyAloneBeepsAndTheFieldKeepsWaiting) {
   EXPECT_THAT(captured, IsEmpty());
 }
 
-TEST_F(HotkeyCaptureFieldTest, ShiftAloneIsModifierEnough) {
+TEST_F(HotkeyCaptureFieldTest, ShiftIsModifierEnough) {
   field.mouseDown();
   press(keyA);
   EXPECT_TRUE(press(keyA, modifierFlag::shift));
@@ -106,7 +106,7 @@ TEST_F(HotkeyCaptureFieldTest, ControlOptionCommandF5IsKey96WithMask6400) {
   EXPECT_EQ(field.accessibilityText(), "⌃⌥⌘F5");
 }
 
-TEST_F(HotkeyCaptureFieldTest, AnAcceptedKeyIsShownThenTheKeysAreGivenUpThenItIsReportedOnce) {
+TEST_F(HotkeyCaptureFieldTest, AnAcceptedKeyIsShownThenFocusIsGivenUpThenTheKeyIsReportedOnce) {
   field.mouseDown();
   takeCalls();
   EXPECT_TRUE(press(keyF5, modifierFlag::control));
@@ -115,7 +115,7 @@ TEST_F(HotkeyCaptureFieldTest, AnAcceptedKeyIsShownThenTheKeysAreGivenUpThenItIs
   EXPECT_FALSE(press(keyA, modifierFlag::control)) << "it no longer captures";
 }
 
-TEST_F(HotkeyCaptureFieldTest, ACaptureWithoutAnybodyToTellIsKept) {
+TEST_F(HotkeyCaptureFieldTest, ACaptureWithoutACallbackIsKept) {
   field.onCapture = nullptr;
   field.mouseDown();
   EXPECT_TRUE(press(keyF5, modifierFlag::control));
@@ -134,7 +134,7 @@ TEST_F(HotkeyCaptureFieldTest, EscapeEndsCapturingAndLeavesTheBinding) {
   EXPECT_THAT(captured, IsEmpty());
 }
 
-TEST_F(HotkeyCaptureFieldTest, LosingTheKeysEndsCapturing) {
+TEST_F(HotkeyCaptureFieldTest, LosingFocusEndsCapturing) {
   field.mouseDown();
   takeCalls();
   EXPECT_TRUE(field.resignFirstResponder());
@@ -142,14 +142,14 @@ TEST_F(HotkeyCaptureFieldTest, LosingTheKeysEndsCapturing) {
   EXPECT_FALSE(press(keyA, modifierFlag::shift));
 }
 
-TEST_F(HotkeyCaptureFieldTest, LosingTheKeysOutsideAWindowIsFine) {
+TEST_F(HotkeyCaptureFieldTest, LosingFocusOutsideAWindowIsHarmless) {
   field.mouseDown();
   field.setHost(nullptr);
   EXPECT_TRUE(field.resignFirstResponder());
   EXPECT_EQ(field.accessibilityText(), "⌃⌥↑");
 }
 
-TEST_F(HotkeyCaptureFieldTest, ThatItWaitsIsToldOnceHoweverOftenItIsClicked) {
+TEST_F(HotkeyCaptureFieldTest, RepeatedClicksReportOneStartOfCapturing) {
   noteCapturing();
   field.mouseDown();
   EXPECT_THAT(takeCalls(), ElementsAre("take keys", "redraw hotkeyEditor.pressKeys", "waits"));
@@ -158,7 +158,7 @@ TEST_F(HotkeyCaptureFieldTest, ThatItWaitsIsToldOnceHoweverOftenItIsClicked) {
   EXPECT_THAT(takeCalls(), ElementsAre("take keys", "redraw hotkeyEditor.pressKeys", "beep"));
 }
 
-TEST_F(HotkeyCaptureFieldTest, ThatItWaitsNoMoreIsToldOnceAfterTheCapture) {
+TEST_F(HotkeyCaptureFieldTest, TheEndOfCapturingIsReportedOnceAfterTheCapture) {
   noteCapturing();
   field.mouseDown();
   takeCalls();
@@ -167,7 +167,7 @@ TEST_F(HotkeyCaptureFieldTest, ThatItWaitsNoMoreIsToldOnceAfterTheCapture) {
                                        "redraw ⌃F5", "captured ctrl+key96", "waits no more"));
 }
 
-TEST_F(HotkeyCaptureFieldTest, ThatItWaitsNoMoreIsToldOnceWhateverTheReason) {
+TEST_F(HotkeyCaptureFieldTest, TheEndOfCapturingIsReportedOnceWhateverTheReason) {
   noteCapturing();
   const std::vector<std::function<void()>> reasons = {[this] { press(keyEscape); },
                                                       [this] { field.resignFirstResponder(); },
@@ -183,7 +183,7 @@ TEST_F(HotkeyCaptureFieldTest, ThatItWaitsNoMoreIsToldOnceWhateverTheReason) {
   }
 }
 
-TEST_F(HotkeyCaptureFieldTest, AFieldThatDoesNotWaitTellsNothingAsItLosesKeysAndWindow) {
+TEST_F(HotkeyCaptureFieldTest, AnIdleFieldReportsNothingWhenItLosesFocusAndWindow) {
   noteCapturing();
   field.resignFirstResponder();
   field.setHost(nullptr);
@@ -210,7 +210,7 @@ TEST_F(HotkeyCaptureFieldTest, OnlyFourModifierFlagsCount) {
   }
 }
 
-TEST_F(HotkeyCaptureFieldTest, IsDrawnInControlColoursWhileIdle) {
+TEST_F(HotkeyCaptureFieldTest, AnIdleFieldIsDrawnInControlColours) {
   const RoundedRectangle outline{{0.5, 0.5, 199, 29}, 6};
   EXPECT_EQ(
       field.draw(),
@@ -225,7 +225,7 @@ TEST_F(HotkeyCaptureFieldTest, IsDrawnInControlColoursWhileIdle) {
                            SystemPaint{SystemColor::label, 1}}}));
 }
 
-TEST_F(HotkeyCaptureFieldTest, IsDrawnInTheAccentColourWhileCapturing) {
+TEST_F(HotkeyCaptureFieldTest, ACapturingFieldIsDrawnInTheAccentColour) {
   field.mouseDown();
   const RoundedRectangle outline{{0.5, 0.5, 199, 29}, 6};
   const SystemPaint accent{SystemColor::accent, 1};

@@ -40,12 +40,11 @@ struct HotkeyEditorTest : testing::Test {
   FakeFrame frame{machine.time, machine.notes};
   StringCatalogue texts = applicationTexts(machine);
   HotkeyBindingStore bindings{machine.settings};
-  /// What the callback finds stored.
+  /// The stored bindings at each change.
   std::vector<std::string> changes;
-  /// Whether a field waits, as the callback has told.
+  /// As reported last.
   bool isCapturing = false;
-  /// How often it was told.
-  int tellings = 0;
+  int reports = 0;
   std::unique_ptr<HotkeyEditor> editor = std::make_unique<HotkeyEditor>(
       machine, frame, texts,
       [this] {
@@ -54,11 +53,11 @@ struct HotkeyEditorTest : testing::Test {
       },
       [this](bool nowCapturing) {
         isCapturing = nowCapturing;
-        ++tellings;
+        ++reports;
       });
 };
 
-TEST_F(HotkeyEditorTest, ThereIsNoWindowBeforeItIsShown) {
+TEST_F(HotkeyEditorTest, ThereIsNoWindowBeforeTheEditorIsShown) {
   EXPECT_EQ(frame.editorWindowsMade, 0);
 }
 
@@ -95,7 +94,7 @@ TEST_F(HotkeyEditorTest, ClosingMakesTheApplicationAnAccessoryAgain) {
   EXPECT_EQ(frame.app.policy, ActivationPolicy::accessory);
 }
 
-/// One line per item: what, where, and what it says.
+/// One line per item: kind, frame and text.
 std::vector<std::string> layout(const FakeEditorWindow& window) {
   const auto where = [](const Rect& rect) {
     return describe(Point{rect.x, rect.y}) + " " + describe(Point{rect.width, rect.height}) + " ";
@@ -157,7 +156,7 @@ TEST_F(HotkeyEditorTest, AKeyWithoutAModifierBeepsAndChangesNothing) {
   EXPECT_THAT(machine.settings.values, IsEmpty());
 }
 
-TEST_F(HotkeyEditorTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMore) {
+TEST_F(HotkeyEditorTest, ClosingTheWindowEndsCapturing) {
   editor->show();
   window().click(brightenField);
   window().close();
@@ -167,7 +166,7 @@ TEST_F(HotkeyEditorTest, AFieldThatWaitedAsTheWindowClosedWaitsNoMore) {
   EXPECT_THAT(changes, IsEmpty());
 }
 
-TEST_F(HotkeyEditorTest, ThatAFieldWaitsIsToldUntilNoneDoes) {
+TEST_F(HotkeyEditorTest, CapturingIsReportedUntilNoFieldCaptures) {
   editor->show();
   const std::vector<std::function<void()>> reasons = {
       [this] {
@@ -188,15 +187,15 @@ TEST_F(HotkeyEditorTest, ThatAFieldWaitsIsToldUntilNoneDoes) {
   }
 }
 
-TEST_F(HotkeyEditorTest, AnEditorThatIsUsedWithoutCapturingTellsNothing) {
+TEST_F(HotkeyEditorTest, WithoutCapturingNothingIsReported) {
   editor->show();
   window().pressButton("hotkeyEditor.resetDefaults");
   window().close();
   editor.reset();
-  EXPECT_EQ(tellings, 0);
+  EXPECT_EQ(reports, 0);
 }
 
-TEST_F(HotkeyEditorTest, OnlyOneFieldWaitsForAKey) {
+TEST_F(HotkeyEditorTest, OnlyOneFieldCaptures) {
   editor->show();
   window().click(brightenField);
   window().click(dimField);
@@ -226,7 +225,7 @@ TEST_F(HotkeyEditorTest, TheFieldsAreRebuiltOnlyAfterTheResetWasReported) {
   EXPECT_EQ(window().contentChanges, 2);
 }
 
-TEST_F(HotkeyEditorTest, ResetLaysTheContentOutInTheWindowAsLargeAsItIsNow) {
+TEST_F(HotkeyEditorTest, ResetLaysTheContentOutForTheWindowsCurrentSize) {
   editor->show();
   window().width = 520;
   window().height = 300;
@@ -249,7 +248,7 @@ TEST_F(HotkeyEditorTest, ResetEndsACaptureThatIsUnderWay) {
   EXPECT_THAT(shown(), ElementsAre("⌃⌥↑", "⌘F5"));
 }
 
-TEST_F(HotkeyEditorTest, TheWindowGoesBeforeTheFieldsInIt) {
+TEST_F(HotkeyEditorTest, TheWindowIsDestroyedBeforeItsFields) {
   editor->show();
   bool fieldsLive = true;
   bool fieldsLivedThen = false;

@@ -22,7 +22,8 @@ struct CountingMenu : MenuRefreshing {
 };
 
 struct KeyPressCoordinatorTest : testing::Test, ControllerBench {
-  /// A monitor that is known to speak DDC/CI and does not answer now; the pointer is on it.
+  /// Adds a monitor that is known to speak DDC/CI and doesn't answer now, and moves the pointer
+  /// there.
   FakeBus::Channel& addConnectingMonitor(DisplayID display) {
     auto& channel = addSilentMonitor(display);
     store.saveSupportsDDC(true, display);
@@ -31,7 +32,7 @@ struct KeyPressCoordinatorTest : testing::Test, ControllerBench {
 
   bool showsConnecting() { return std::holds_alternative<Connecting>(hud.model().state()); }
 
-  /// How often the HUD was presented since the last call.
+  /// The number of presents since the last call.
   std::ptrdiff_t presentations() {
     return std::ranges::count_if(machine.notes.take(), [](const std::string& note) {
       return note.find("HUD front") != std::string::npos;
@@ -230,7 +231,7 @@ TEST_F(KeyPressCoordinatorTest, ASecondPressOnAConnectingMonitorStartsTheTickerA
   EXPECT_EQ(presentations(), 1);
 }
 
-TEST_F(KeyPressCoordinatorTest, TheTickerEndsWhenTheHUDIsHiddenByOthers) {
+TEST_F(KeyPressCoordinatorTest, TheTickerEndsWhenOtherCodeHidesTheHUD) {
   addConnectingMonitor(2);
   coordinator.handle(stepUp);
   run(100ms);
@@ -254,7 +255,7 @@ TEST_F(KeyPressCoordinatorTest, TheTickerEndsWhenTheHUDShowsALevelAgain) {
   EXPECT_EQ(hud.model().state(), (HUDModel::State(Connecting{"Monitor 2", 77})));
 }
 
-TEST_F(KeyPressCoordinatorTest, OnceItIsGoneNothingOfItHappensAnyMore) {
+TEST_F(KeyPressCoordinatorTest, NothingHappensAfterDestruction) {
   addAnsweringMonitor(2, 37);
   addConnectingMonitor(3);
   auto other = std::make_unique<KeyPressCoordinator>(machine.time, controller, hud, menu);

@@ -24,7 +24,7 @@ struct LegacyDefaultsMigrationTest : testing::Test {
   FakeUserDefaults defaults;
 };
 
-TEST_F(LegacyDefaultsMigrationTest, EverySettingIsCarriedWhateverItMeansHere) {
+TEST_F(LegacyDefaultsMigrationTest, EverySettingIsCopiedWhateverItsMeaning) {
   const PropertyValue::Dictionary legacy = {
       {"SubZeroDimming", {false}},
       {"brightness.1.2.3", {std::int64_t{40}}},
@@ -42,21 +42,21 @@ TEST_F(LegacyDefaultsMigrationTest, EverySettingIsCarriedWhateverItMeansHere) {
   EXPECT_EQ(defaults.values, expected);
 }
 
-TEST_F(LegacyDefaultsMigrationTest, ASettingInBothDomainsKeepsTheNewOnesValue) {
+TEST_F(LegacyDefaultsMigrationTest, ASettingInBothDomainsKeepsItsNewValue) {
   defaults.values = {{"SubZeroDimming", {true}}};
   EXPECT_THAT(migrateFrom({{{"SubZeroDimming", {false}}, {"VerboseKeyLog", {true}}}}),
               ElementsAre("VerboseKeyLog"));
   EXPECT_EQ(defaults.values.at("SubZeroDimming"), PropertyValue{true});
 }
 
-TEST_F(LegacyDefaultsMigrationTest, ASecondLaunchCarriesNothingEvenIfTheOldSettingsChanged) {
+TEST_F(LegacyDefaultsMigrationTest, ASecondLaunchCopiesNothingEvenIfTheOldSettingsChanged) {
   migrateFrom({{{"SubZeroDimming", {false}}}});
   EXPECT_THAT(migrateFrom({{{"SubZeroDimming", {true}}, {"New", {true}}}}), IsEmpty());
   EXPECT_THAT(defaults.values, UnorderedElementsAre(Pair("SubZeroDimming", PropertyValue{false}),
                                                     Pair("MigratedFromTallowin", yes)));
 }
 
-TEST_F(LegacyDefaultsMigrationTest, AnyValueOfTheFlagStopsItAndStaysAsItIs) {
+TEST_F(LegacyDefaultsMigrationTest, AnyValueOfTheFlagPreventsTheMigrationAndStays) {
   for (const PropertyValue& flag : {PropertyValue{false}, PropertyValue{std::string("no")},
                                     PropertyValue{std::int64_t{0}}, PropertyValue{}}) {
     defaults.values = {{"MigratedFromTallowin", flag}};
@@ -65,8 +65,7 @@ TEST_F(LegacyDefaultsMigrationTest, AnyValueOfTheFlagStopsItAndStaysAsItIs) {
   }
 }
 
-TEST_F(LegacyDefaultsMigrationTest,
-       WithoutOldSettingsOnlyTheFlagIsSetSoThatTheyAreNotLookedForAgain) {
+TEST_F(LegacyDefaultsMigrationTest, WithoutOldSettingsOnlyTheFlagIsSet) {
   EXPECT_THAT(LegacyDefaultsMigration::run(defaults, nullptr, domain), IsEmpty());
   EXPECT_THAT(defaults.values, ElementsAre(Pair("MigratedFromTallowin", yes)));
   defaults.values.clear();
@@ -80,7 +79,7 @@ TEST_F(LegacyDefaultsMigrationTest, AnEmptyDomainSetsTheFlagToo) {
   EXPECT_THAT(defaults.values, ElementsAre(Pair("MigratedFromTallowin", yes)));
 }
 
-TEST_F(LegacyDefaultsMigrationTest, TheDomainOfTheGivenNameIsTheOneThatIsRead) {
+TEST_F(LegacyDefaultsMigrationTest, OnlyTheDomainOfTheGivenNameIsRead) {
   struct NamedSuite : DefaultsSuite {
     std::optional<PropertyValue::Dictionary> persistentDomain(std::string_view name) override {
       return PropertyValue::Dictionary{{"name", {std::string(name)}}};

@@ -21,7 +21,7 @@ struct LoginItemTest : testing::Test {
   std::vector<std::string>& logLines = machine.systemLog.lines;
 };
 
-TEST_F(LoginItemTest, WithoutTheAgentFileItIsOffAndTheToolIsNotAsked) {
+TEST_F(LoginItemTest, WithoutTheAgentFileLaunchAtLoginIsOffAndTheToolIsNotRun) {
   EXPECT_FALSE(item.isEnabled());
   EXPECT_THAT(runs, IsEmpty());
   EXPECT_THAT(logLines, IsEmpty());
@@ -56,14 +56,14 @@ TEST_F(LoginItemTest, SwitchingOffDisablesTheAgentAndNothingElse) {
               ElementsAre(ElementsAre("/bin/launchctl", "disable", "gui/501/com.quorrel.brivane")));
 }
 
-TEST_F(LoginItemTest, AsksTheToolForTheUsersDisabledAgents) {
+TEST_F(LoginItemTest, TheToolIsAskedForTheUsersDisabledAgents) {
   install();
   toolPrints("");
   item.isEnabled();
   EXPECT_THAT(runs, ElementsAre(ElementsAre("/bin/launchctl", "print-disabled", "gui/501")));
 }
 
-TEST_F(LoginItemTest, TheFirstLineThatHoldsTheAgentsLabelDecidesAndItsAbsenceMeansOn) {
+TEST_F(LoginItemTest, TheFirstLineWithTheAgentsLabelDecidesAndNoSuchLineMeansOn) {
   install();
   struct Case {
     std::string printed;
@@ -88,7 +88,7 @@ TEST_F(LoginItemTest, TheFirstLineThatHoldsTheAgentsLabelDecidesAndItsAbsenceMea
   }
 }
 
-TEST_F(LoginItemTest, WhatTheToolPrintsCountsWhateverItsStatus) {
+TEST_F(LoginItemTest, TheToolsOutputCountsWhateverItsStatus) {
   install();
   toolPrints("\"com.quorrel.brivane\" => disabled\n", 113);
   EXPECT_FALSE(item.isEnabled());

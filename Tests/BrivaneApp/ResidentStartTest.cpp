@@ -26,15 +26,15 @@ struct ResidentStartTest : testing::Test {
     };
   }
 
-  /// Starts the program; `whileRunning` happens five seconds later, and the application is
-  /// terminated after another five if it still runs.
+  /// Starts the program, calls `whileRunning` after five seconds and terminates the application, if
+  /// it still runs, after five more.
   int start(const Task& whileRunning = {}) {
     if (whileRunning) machine.time.after(5s, whileRunning);
     machine.time.after(10s, [this] { frame->app.terminate(); });
     return runBrivane({"/Applications/Brivane"}, machine, opener(), out, err);
   }
 
-  /// The notes up to the first that holds `text`, which is left out.
+  /// The notes before the first that contains `text`.
   std::vector<std::string> notesBefore(const std::string& text) {
     std::vector<std::string> notes = machine.notes.take();
     const auto end = std::ranges::find_if(
@@ -49,7 +49,7 @@ struct ResidentStartTest : testing::Test {
   std::ostringstream err;
 };
 
-TEST_F(ResidentStartTest, ItIsAnnouncedThenTheDelegateSetThenAnAccessoryMadeAndRun) {
+TEST_F(ResidentStartTest, TheProgramIsAnnouncedThenGetsItsDelegateThenRunsAsAnAccessory) {
   machine.noteEverything();
   EXPECT_EQ(start(), 0);
   EXPECT_THAT(notesBefore("gamma"),
@@ -73,14 +73,14 @@ TEST_F(ResidentStartTest, AnotherInstanceIsNamedOnStandardErrorAndNothingElseHap
   EXPECT_EQ(frame, nullptr);
 }
 
-TEST_F(ResidentStartTest, ItIsNotItsOwnOtherInstance) {
+TEST_F(ResidentStartTest, TheProgramIsNotItsOwnOtherInstance) {
   machine.apps.running["com.quorrel.brivane"] = {machine.apps.ownID};
   start();
   EXPECT_NE(frame, nullptr);
   EXPECT_EQ(err.str(), "");
 }
 
-TEST_F(ResidentStartTest, OutsideABundleNoSuchTestIsMade) {
+TEST_F(ResidentStartTest, OutsideABundleNoOtherInstanceIsLookedFor) {
   machine.apps.bundle.reset();
   machine.apps.running[""] = {4711};
   machine.apps.running["com.quorrel.brivane"] = {4711};
@@ -89,7 +89,7 @@ TEST_F(ResidentStartTest, OutsideABundleNoSuchTestIsMade) {
   EXPECT_EQ(err.str(), "");
 }
 
-TEST_F(ResidentStartTest, OfTwoThatStartAtOnceTheOneThatCanNotAnnounceItselfNamesTheOther) {
+TEST_F(ResidentStartTest, OfTwoThatStartAtOnceTheOneThatCannotAnnounceItselfNamesTheOther) {
   machine.apps.canAnnounce = false;
   machine.apps.atAnnouncing = [this] { machine.apps.running["com.quorrel.brivane"] = {4711}; };
   EXPECT_EQ(start(), 0);
@@ -97,15 +97,15 @@ TEST_F(ResidentStartTest, OfTwoThatStartAtOnceTheOneThatCanNotAnnounceItselfName
   EXPECT_EQ(frame, nullptr);
 }
 
-TEST_F(ResidentStartTest, WhereNobodyCanAnnounceItselfItGoesOn) {
+TEST_F(ResidentStartTest, WithoutAPlaceForAnnouncementsTheProgramStarts) {
   machine.apps.canAnnounce = false;
   start();
   EXPECT_NE(frame, nullptr);
   EXPECT_EQ(err.str(), "");
 }
 
-TEST_F(ResidentStartTest, WithoutAScreenItSaysWhatIsMissingAndEndsWithStatusOne) {
-  /// It knows only of what it was asked for.
+TEST_F(ResidentStartTest, WithoutAScreenTheProgramPrintsWhatIsMissingAndEndsWithStatusOne) {
+  /// Has advice only after displays were asked for.
   struct AdvisingMachine : FakeMachine {
     struct AskedDisplays : FakeDisplaySystem {
       std::optional<std::uint32_t> onlineDisplayCount() override {
@@ -140,7 +140,7 @@ TEST_F(ResidentStartTest, QuittingCleansUpOnceAndLeavesNothingBehind) {
   EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
 }
 
-TEST_F(ResidentStartTest, TheSignalCleansUpAndEndsTheProgramWithStatusZeroUnseenByTheDelegate) {
+TEST_F(ResidentStartTest, TheSignalCleansUpAndEndsTheProgramWithStatusZeroWithoutTheDelegate) {
   machine.noteEverything();
   machine.processRunner.results = {FinishedProcess{0, "(null)\n"}};
   const int status = start([this] {

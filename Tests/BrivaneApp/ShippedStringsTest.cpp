@@ -9,7 +9,7 @@
 #include "Tests/Support/BuiltResources.h"
 #include "Tests/Support/FakeMachine.h"
 
-// The texts that users read, as the build ships them.
+// The users' texts in the built bundles.
 
 namespace brivane {
 namespace {

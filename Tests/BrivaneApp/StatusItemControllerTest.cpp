@@ -20,13 +20,13 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 struct StatusItemControllerTest : testing::Test, ControllerBench {
-  /// The system's own symbols are looked up once, and so must be there before the first look.
+  /// Symbols are looked up once, so Apple displays must be added before the first look-up.
   StatusItemControllerTest() { machine.displayServices.install(machine.loader); }
 
   FakeStatusItem& item() { return *frame.statusItem; }
   FakeMenu& menu() { return item().ownMenu; }
 
-  /// The first lines of the menu, up to its first separator.
+  /// The menu's lines up to the first separator.
   std::vector<std::string> displayLines() {
     auto lines = menu().lines();
     lines.erase(std::ranges::find(lines, "separator"), lines.end());
@@ -42,7 +42,7 @@ struct StatusItemControllerTest : testing::Test, ControllerBench {
     status->refresh();
     machine.time.settle();
   }
-  /// Whether a refresh built the open menu anew.
+  /// Whether a refresh rebuilds the open menu.
   bool rebuildsAtRefresh() {
     const int before = menu().rebuilds;
     refresh();
@@ -121,7 +121,7 @@ TEST_F(StatusItemControllerTest, TheMenuShowsSoftwareLevelsToo) {
                           "slider -100..200 -20 menu.slider.accessibilityLabel (Monitor 3)"));
 }
 
-TEST_F(StatusItemControllerTest, TheSliderEndsAtTheLevelsOnOffer) {
+TEST_F(StatusItemControllerTest, TheSlidersRangeFollowsTheSettings) {
   addAnsweringMonitor(3, 55);
   struct Case {
     bool dimming, brightening;
@@ -184,7 +184,7 @@ TEST_F(StatusItemControllerTest, ASliderMovesItsDisplayOnTheJointScale) {
   EXPECT_EQ(controller.level(4), 50);
 }
 
-TEST_F(StatusItemControllerTest, TheLastMoveIsWrittenAlthoughTheMenuHasClosed) {
+TEST_F(StatusItemControllerTest, TheLastMoveIsWrittenAfterTheMenuHasClosed) {
   auto& channel = addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, 70);
@@ -194,7 +194,7 @@ TEST_F(StatusItemControllerTest, TheLastMoveIsWrittenAlthoughTheMenuHasClosed) {
   EXPECT_EQ(channel.current, 71);
 }
 
-TEST_F(StatusItemControllerTest, ADragLivesThroughRefreshesOfTheSameDisplays) {
+TEST_F(StatusItemControllerTest, ADragSurvivesRefreshesOfTheSameDisplays) {
   auto& channel = addAnsweringMonitor(3, 20);
   addSilentMonitor(2);
   menu().open();
@@ -213,7 +213,7 @@ TEST_F(StatusItemControllerTest, ADragLivesThroughRefreshesOfTheSameDisplays) {
   EXPECT_EQ(menu().rebuilds, 1);
 }
 
-TEST_F(StatusItemControllerTest, ASliderThatGoesWritesItsWaitingPositionFirst) {
+TEST_F(StatusItemControllerTest, ARemovedSliderFirstWritesItsPendingValue) {
   auto& channel = addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, 70);
@@ -225,7 +225,7 @@ TEST_F(StatusItemControllerTest, ASliderThatGoesWritesItsWaitingPositionFirst) {
               Contains("slider -100..200 71 menu.slider.accessibilityLabel (Monitor 3)"));
 }
 
-TEST_F(StatusItemControllerTest, TheWaitingPositionOfAnUnpluggedDisplayIsNotWritten) {
+TEST_F(StatusItemControllerTest, ThePendingValueOfAnUnpluggedDisplayIsNotWritten) {
   auto& channel = addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, 70);
@@ -276,7 +276,7 @@ TEST_F(StatusItemControllerTest, LiveUpdatesComeExactlyFourTimesASecond) {
   }
 }
 
-TEST_F(StatusItemControllerTest, ALiveUpdateNeverFightsTheHand) {
+TEST_F(StatusItemControllerTest, ALiveUpdateNeverMovesADraggedSlider) {
   auto& channel = addAnsweringMonitor(3, 55);
   menu().open();
   for (int step = 0; step <= 300; ++step) {
@@ -292,7 +292,7 @@ TEST_F(StatusItemControllerTest, ALiveUpdateNeverFightsTheHand) {
   EXPECT_THAT(displayLines().at(0), "text label menu.display.levelTitle (Monitor 3, 80)");
 }
 
-TEST_F(StatusItemControllerTest, ASliderThatWasLetGoFollowsAfterFourTenthsOfASecond) {
+TEST_F(StatusItemControllerTest, AReleasedSliderFollowsTheLevelAfterFourTenthsOfASecond) {
   addAppleDisplay({5, 1552, 5, 1, false}, 0.3F);
   menu().open();
   menu().drag(1, 60);
@@ -470,7 +470,7 @@ TEST_F(StatusItemControllerTest, ARefreshOfTheSameDisplaysChangesInPlaceAllThatA
   }
 }
 
-TEST_F(StatusItemControllerTest, ARefreshRebuildsAMenuWhoseLinesWouldBeOthers) {
+TEST_F(StatusItemControllerTest, ARefreshRebuildsAMenuThatNeedsOtherLines) {
   auto& channel = addSilentMonitor(2);
   addAnsweringMonitor(3, 55);
   addAppleDisplay5();
@@ -525,7 +525,7 @@ TEST_F(StatusItemControllerTest, LiveUpdatesGoOnAfterARefresh) {
   EXPECT_EQ(machine.time.timerCount(), 1U);
 }
 
-TEST_F(StatusItemControllerTest, NothingHappensAfterItIsGone) {
+TEST_F(StatusItemControllerTest, NothingHappensAfterDestruction) {
   addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, 70);
@@ -538,7 +538,7 @@ TEST_F(StatusItemControllerTest, NothingHappensAfterItIsGone) {
   EXPECT_EQ(controller.level(3), 70);
 }
 
-TEST_F(StatusItemControllerTest, TheMenuGoesBeforeWhatItCalls) {
+TEST_F(StatusItemControllerTest, TheMenuIsDestroyedBeforeWhatItCalls) {
   addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, 70);
@@ -576,7 +576,7 @@ TEST_F(StatusItemControllerTest, TogglingTheSystemKeysAsksForTheOppositeOfTheTic
   EXPECT_THAT(asked, ElementsAre(false, true));
 }
 
-TEST_F(StatusItemControllerTest, TheTickCountsAndNotASettingThatChangedSince) {
+TEST_F(StatusItemControllerTest, TogglingInvertsTheTickAndNotASettingThatChangedSince) {
   std::vector<bool> asked;
   status->onToggleSystemBrightnessKeys = [&](bool enabled) { asked.push_back(enabled); };
   menu().open();
@@ -618,7 +618,7 @@ TEST_F(StatusItemControllerTest, UndimmingEndsEverySoftwareEffect) {
   EXPECT_EQ(controller.level(4), 100);
 }
 
-TEST_F(StatusItemControllerTest, UndimmingEndsTheDimmingThatWasStillToBeWrittenToo) {
+TEST_F(StatusItemControllerTest, UndimmingEndsADimmingThatIsStillPendingToo) {
   addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, -30);
@@ -677,7 +677,7 @@ TEST_F(StatusItemControllerTest, QuittingTerminatesTheApplication) {
   EXPECT_EQ(frame.app.exitStatus, 0);
 }
 
-TEST_F(StatusItemControllerTest, QuittingWritesAWaitingPositionBeforeTheApplicationCleansUp) {
+TEST_F(StatusItemControllerTest, QuittingWritesAPendingValueBeforeTheApplicationCleansUp) {
   addAnsweringMonitor(3, 55);
   menu().open();
   menu().drag(1, -30);

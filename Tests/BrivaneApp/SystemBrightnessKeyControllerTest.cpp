@@ -21,7 +21,7 @@ constexpr auto notInForce =
     "brightness keys with macOS";
 constexpr auto wentMissing = "log Brivane: brightness key mapping went missing — re-applying";
 
-/// What the controller drives, noting every call in one order.
+/// Records every call of the controller in order.
 struct NotingRelay : BuiltInPanelDriving, KeyMappingStore, RelayHotkeySwitching {
   explicit NotingRelay(std::vector<std::string>& callList) : calls(callList) {}
 
@@ -32,7 +32,7 @@ struct NotingRelay : BuiltInPanelDriving, KeyMappingStore, RelayHotkeySwitching 
   bool apply(const RelayKey& up, const RelayKey& down) override {
     calls.push_back("apply " + std::string(up.name) + "/" + std::string(down.name));
     isInForce = takesMapping;
-    return saysApplied;
+    return reportsApplied;
   }
   RevertOutcome revert() override {
     calls.emplace_back("revert");
@@ -50,13 +50,13 @@ struct NotingRelay : BuiltInPanelDriving, KeyMappingStore, RelayHotkeySwitching 
 
   std::vector<std::string>& calls;
   bool takesMapping = true;
-  bool saysApplied = true;
+  bool reportsApplied = true;
   bool isInForce = false;
   bool hotkeysAreFree = true;
   bool drivesBuiltInPanel = false;
 };
 
-/// Notes settings and log lines in the same list.
+/// Records settings and log lines in the same list.
 struct NotingDefaults : FakeUserDefaults {
   explicit NotingDefaults(std::vector<std::string>& callList) : calls(callList) {}
   void set(std::string_view key, const PropertyValue& value) override {
@@ -97,7 +97,7 @@ struct SystemBrightnessKeyControllerTest : testing::Test {
   SystemBrightnessKeyController controller{machine, relay, relay, relay};
 };
 
-TEST_F(SystemBrightnessKeyControllerTest, SwitchingOnMapsChecksRegistersDrivesAndSaysSo) {
+TEST_F(SystemBrightnessKeyControllerTest, SwitchingOnMapsChecksRegistersDrivesAndLogs) {
   controller.setEnabled(true);
   EXPECT_THAT(take(), ElementsAre("store SystemBrightnessKeysEnabled true", "apply F19/F20",
                                   "check F19/F20", "hotkeys on", "built-in panel driven",
@@ -114,14 +114,14 @@ TEST_F(SystemBrightnessKeyControllerTest, SwitchingOffUndoesAllOfIt) {
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
-TEST_F(SystemBrightnessKeyControllerTest, SwitchingOffWhatIsOffDoesTheSame) {
+TEST_F(SystemBrightnessKeyControllerTest, SwitchingOffAgainDoesTheSame) {
   controller.setEnabled(false);
   EXPECT_THAT(take(), ElementsAre("store SystemBrightnessKeysEnabled false", "hotkeys off",
                                   "revert", "built-in panel left alone", released));
 }
 
-TEST_F(SystemBrightnessKeyControllerTest, TheToolsWordIsNotTrustedOnlyWhatIsReadBack) {
-  relay.saysApplied = false;
+TEST_F(SystemBrightnessKeyControllerTest, TheMappingThatIsReadBackCountsNotTheToolsAnswer) {
+  relay.reportsApplied = false;
   controller.setEnabled(true);
   EXPECT_TRUE(relay.drivesBuiltInPanel);
   EXPECT_TRUE(isStoredOn());
@@ -162,7 +162,7 @@ TEST_F(SystemBrightnessKeyControllerTest, AFailureWhileItIsOnSwitchesItOff) {
 }
 
 TEST_F(SystemBrightnessKeyControllerTest,
-       WhenTheToolRefusesEveryCallItIsSaidAndUndoneAndStoredOff) {
+       AToolThatRefusesEveryCallIsLoggedAndTheKeysAreStoredAsOff) {
   machine.processRunner.results = {FinishedProcess{1, ""}};
   HIDUtilKeyMapping mapping(
       HIDUtilKeyMapping::defaultRunner(machine.processRunner, machine.notingLog));
@@ -171,7 +171,7 @@ TEST_F(SystemBrightnessKeyControllerTest,
   EXPECT_THAT(take(),
               ElementsAre("store SystemBrightnessKeysEnabled true", notInForce, "hotkeys off",
                           "built-in panel left alone", "store SystemBrightnessKeysEnabled false"));
-  // Applying, checking and reverting each tried to read the mapping.
+  // Applying, checking and reverting each try to read the mapping.
   EXPECT_EQ(machine.processRunner.runs.size(), 3u);
   EXPECT_FALSE(isStoredOn());
 }
@@ -206,10 +206,10 @@ TEST_F(SystemBrightnessKeyControllerTest, AMappingThatWentMissingIsAppliedAgainE
   EXPECT_TRUE(relay.drivesBuiltInPanel);
 }
 
-TEST_F(SystemBrightnessKeyControllerTest, WhatTheToolSaysOfAMappingAppliedAgainIsNotLookedAt) {
+TEST_F(SystemBrightnessKeyControllerTest, TheToolsAnswerToAReappliedMappingIsIgnored) {
   controller.setEnabled(true);
   take();
-  relay.isInForce = relay.takesMapping = relay.saysApplied = false;
+  relay.isInForce = relay.takesMapping = relay.reportsApplied = false;
   for (int minute = 0; minute < 2; ++minute) {
     EXPECT_THAT(callsWithin(60s), ElementsAre("check F19/F20", wentMissing, "apply F19/F20"));
   }
@@ -217,7 +217,7 @@ TEST_F(SystemBrightnessKeyControllerTest, WhatTheToolSaysOfAMappingAppliedAgainI
 }
 
 TEST_F(SystemBrightnessKeyControllerTest,
-       SwitchedOffInTheSettingsByAnotherProcessItStopsReapplyingAndKeepsItsTimer) {
+       AnotherProcessSwitchingTheSettingOffEndsReapplyingButNotTheTimer) {
   controller.setEnabled(true);
   machine.notingDefaults.values[setting] = {false};
   relay.isInForce = false;
@@ -241,8 +241,8 @@ TEST_F(SystemBrightnessKeyControllerTest, ConfiguredKeysAreUsedAndNamedEverywher
   EXPECT_THAT(callsWithin(60s), ElementsAre("check F17/F14"));
 }
 
-TEST_F(SystemBrightnessKeyControllerTest, ApplyingAgainOnlyAppliesWhateverBecomesOfIt) {
-  relay.saysApplied = relay.takesMapping = false;
+TEST_F(SystemBrightnessKeyControllerTest, ReapplyingOnlyAppliesWhateverTheResult) {
+  relay.reportsApplied = relay.takesMapping = false;
   controller.applyMapping();
   EXPECT_THAT(take(), ElementsAre("apply F19/F20"));
   EXPECT_EQ(machine.time.timerCount(), 0u);
@@ -257,7 +257,7 @@ TEST_F(SystemBrightnessKeyControllerTest, StoppingEndsTheCheckAndLeavesTheMappin
   EXPECT_TRUE(relay.isInForce);
 }
 
-TEST_F(SystemBrightnessKeyControllerTest, ItsTimerEndsWithIt) {
+TEST_F(SystemBrightnessKeyControllerTest, DestructionCancelsTheTimer) {
   {
     SystemBrightnessKeyController other(machine, relay, relay, relay);
     other.setEnabled(true);

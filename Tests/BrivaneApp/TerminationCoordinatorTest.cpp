@@ -64,7 +64,7 @@ TEST_F(TerminationCoordinatorTest, EffectsEndThenTimersThenTheMappingThenTheHotk
               ElementsAre("dimmer restore all", "gamma restore all", "extended restore all"));
 }
 
-TEST_F(TerminationCoordinatorTest, AMappingThatCanNotBeRevertedDoesNotStopTheRest) {
+TEST_F(TerminationCoordinatorTest, AMappingThatCannotBeRevertedDoesNotStopTheRest) {
   mapping.outcome = RevertOutcome::failed;
   termination.performTerminationCleanup();
   EXPECT_THAT(machine.hotkeyGrabs.registrations, IsEmpty());
@@ -86,7 +86,7 @@ TEST_F(TerminationCoordinatorTest, TheSignalCleansUpAndThenExitsWithStatusZero) 
   EXPECT_EQ(frame.app.exitStatus, 0);
 }
 
-TEST_F(TerminationCoordinatorTest, TheSignalIsNotObservedAnyMoreOnceItIsGone) {
+TEST_F(TerminationCoordinatorTest, TheSignalIsNotObservedAfterDestruction) {
   {
     TerminationCoordinator other(controller, mapping, hotkeys, {});
     other.installSigtermHandler(machine.announcements, frame.app);

@@ -20,7 +20,7 @@ std::vector<Point> ends(const FilledPath& path) {
   return points;
 }
 
-TEST(SparkleShape, ItsFourPointsTouchTheEdgesAndTheOutlineIsClosed) {
+TEST(SparkleShape, TheFourPointsTouchTheEdgesAndTheOutlineIsClosed) {
   const FilledPath path = SparkleShape{0.7}.path(square, Paint(Color{}));
   EXPECT_EQ(path.start, (Point{120, 240}));
   EXPECT_EQ(ends(path), (std::vector<Point>{{140, 220}, {120, 200}, {100, 220}, {120, 240}}));
@@ -35,7 +35,7 @@ TEST(SparkleShape, PinchDrawsTheSidesFromStraightToTheMiddle) {
   EXPECT_EQ(whole, (CurveSegment{{120, 220}, {120, 220}, {140, 220}}));
 }
 
-TEST(SparklingMonitorMark, ItGrowsWithItsWidthAndKeepsWithinIt) {
+TEST(SparklingMonitorMark, TheMarkScalesWithItsWidthAndStaysWithinIt) {
   for (const double width : {16.0, 590.0}) {
     const double height = SparklingMonitorMark::height(width);
     const Rect rect{10, 20, width, height};

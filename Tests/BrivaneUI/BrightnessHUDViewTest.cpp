@@ -45,7 +45,7 @@ struct BrightnessHUDViewTest : testing::Test {
   HUDMetrics metrics = HUDMetrics::standard(strings);
 };
 
-TEST_F(BrightnessHUDViewTest, ACountdownBelowOneAndNoneSayThatARetryIsRunning) {
+TEST_F(BrightnessHUDViewTest, ACountdownBelowOneOrAbsentShowsARunningRetry) {
   EXPECT_EQ(retryLine(std::nullopt), "Retrying now…");
   EXPECT_EQ(retryLine(0), "Retrying now…");
   EXPECT_EQ(retryLine(-3), "Retrying now…");
@@ -100,13 +100,13 @@ TEST_F(BrightnessHUDViewTest, AConnectingCardHasTwoLinesAndASmallSpinner) {
   EXPECT_EQ(title.box.y - (line.box.y + line.box.height), 1);
 }
 
-TEST_F(BrightnessHUDViewTest, WhileARetryRunsTheCardSaysSo) {
+TEST_F(BrightnessHUDViewTest, TheCardShowsARunningRetry) {
   EXPECT_THAT(describe(body(HUDModel::Connecting{"LG", std::nullopt})),
               HasSubstr("\"LG · Retrying now…\""));
   EXPECT_THAT(describe(body(HUDModel::Connecting{"LG", 0})), HasSubstr("\"LG · Retrying now…\""));
 }
 
-/// The rectangles that a card's content is drawn in, without the card itself.
+/// The rectangles of the card's content.
 struct ContentBoxes {
   std::vector<Rect> operator()(const FilledRectangle& part) const { return {part.shape.frame}; }
   std::vector<Rect> operator()(const MaskedFill& part) const {

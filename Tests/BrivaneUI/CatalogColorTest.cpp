@@ -38,7 +38,7 @@ TEST_F(CatalogColorTest, AColourOfTheCatalogueIsUsedInBothAppearances) {
   EXPECT_THAT(machine.systemLog.lines, IsEmpty());
 }
 
-TEST_F(CatalogColorTest, WithoutACatalogueEveryColourIsBuiltInAndMissedOnceInTheLog) {
+TEST_F(CatalogColorTest, WithoutACatalogueEveryColourIsBuiltInAndLoggedAsMissingOnce) {
   const Color orange{1, 0.5098, 0.2745, 1};
   for (int time = 0; time < 3; ++time) {
     EXPECT_EQ(colors.levelBarNormalFill(), (DynamicColor{{0, 0, 0, 0.72}, {1, 1, 1, 0.72}}));

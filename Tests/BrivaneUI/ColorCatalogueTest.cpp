@@ -22,7 +22,7 @@ TEST(ColorCatalogue, AColourForOneAppearanceOnlyIsMissing) {
   EXPECT_FALSE(ColorCatalogue("").color("C"));
 }
 
-TEST(ColorCatalogue, ALineThatIsNoColourIsLeftOut) {
+TEST(ColorCatalogue, AnInvalidLineIsIgnored) {
   for (const std::string line :
        {"C light 0 0 0", "C light 0 0 0 1 1", "C light 0 0 0 2", "C light 0 0 0 -0.5",
         "C light 0 0 0 .5", "C light 0 0 0 1.5", "C light 0 0 0 0.5x", "C light 0 0 0 0,5",

@@ -9,7 +9,7 @@ namespace {
 
 const RoundedRectangle shape{{1, 2, 30.5, 4}, 2};
 
-TEST(Describe, EachPrimitiveIsOneLineWithAllItSays) {
+TEST(Describe, EachPrimitiveIsOneLineWithAllItsValues) {
   EXPECT_EQ(describe({FilledRectangle{shape, Paint(Color{1, 0.5, 0, 0.25})}}),
             "fill 1,2 30.5x4 radius 2 rgba(1 0.5 0 0.25)\n");
   EXPECT_EQ(describe({StrokedRectangle{shape, 1.5, Paint(SystemPaint{SystemColor::accent, 0.12})}}),
@@ -28,7 +28,7 @@ TEST(Describe, NumbersHaveAtMostFourDecimals) {
             "spinner 0.6667,-0.3333 0x0\n");
 }
 
-TEST(Describe, TextSaysHowItIsSet) {
+TEST(Describe, TextHasItsFontAlignmentAndInk) {
   TextRun run{{0, 0, 38, 18},
               "40",
               15,
@@ -44,12 +44,12 @@ TEST(Describe, TextSaysHowItIsSet) {
   EXPECT_EQ(describe({run}), "text \"40\" 0,0 38x18 size 15 semibold center secondary-label\n");
 }
 
-TEST(Describe, ATextStaysOnItsLineWhateverIsInIt) {
+TEST(Describe, ATextStaysOnOneLineWhateverItsCharacters) {
   EXPECT_EQ(describe({TextRun{.box = {}, .text = "a\n\"b\"\\ é·", .paint = SystemPaint{}}}),
             "text \"a\\0a\\22b\\22\\5c é·\" 0,0 0x0 size 13 regular leading label\n");
 }
 
-TEST(Describe, GradientsSayTheirGeometryAndStops) {
+TEST(Describe, GradientsHaveTheirGeometryAndStops) {
   const std::vector<GradientStop> stops = {{0, Color{}}, {0.5, SystemPaint{}}};
   EXPECT_EQ(describe({FilledRectangle{shape, LinearGradient{{0, 1}, {2, 3}, stops}}}),
             "fill 1,2 30.5x4 radius 2 linear 0,1 to 2,3 [0 rgba(0 0 0 1), 0.5 label]\n");

@@ -15,7 +15,7 @@ TEST(HUDModel, AFreshModelShowsLevelOneHundred) {
   EXPECT_EQ(HUDModel().state(), HUDModel::State(HUDModel::Level{100}));
 }
 
-TEST(HUDModel, SettingTheSameStateTwiceTellsObserversTwice) {
+TEST(HUDModel, SettingTheSameStateTwiceNotifiesObserversTwice) {
   HUDModel model;
   int count = 0;
   const Observation observation = model.observe([&](Animations) { ++count; });
@@ -25,19 +25,19 @@ TEST(HUDModel, SettingTheSameStateTwiceTellsObserversTwice) {
   EXPECT_EQ(count, 2);
 }
 
-TEST(HUDModel, ObserversAreToldAfterTheAssignmentAndWhetherTheyMayAnimate) {
+TEST(HUDModel, ObserversAreNotifiedAfterTheAssignmentAndWhetherTheyMayAnimate) {
   HUDModel model;
-  std::vector<Animations> told;
+  std::vector<Animations> notified;
   const Observation observation = model.observe([&](Animations animations) {
     EXPECT_EQ(model.state(), HUDModel::State(HUDModel::Level{40}));
-    told.push_back(animations);
+    notified.push_back(animations);
   });
   model.setState(HUDModel::Level{40});
   model.setState(HUDModel::Level{40}, Animations::disabled);
-  EXPECT_THAT(told, ElementsAre(Animations::enabled, Animations::disabled));
+  EXPECT_THAT(notified, ElementsAre(Animations::enabled, Animations::disabled));
 }
 
-TEST(HUDModel, AnObserverThatIsDroppedIsToldNoMoreAndOthersStillAre) {
+TEST(HUDModel, ADroppedObserverIsNotNotifiedAndOthersStillAre) {
   HUDModel model;
   int first = 0;
   int second = 0;
@@ -50,7 +50,7 @@ TEST(HUDModel, AnObserverThatIsDroppedIsToldNoMoreAndOthersStillAre) {
   EXPECT_EQ(second, 2);
 }
 
-TEST(HUDModel, AnObserverDroppedByAnotherInTheMiddleOfTheTellingIsNotTold) {
+TEST(HUDModel, AnObserverDroppedByAnotherDuringANotificationIsNotNotified) {
   HUDModel model;
   int count = 0;
   Observation victim;
@@ -60,7 +60,7 @@ TEST(HUDModel, AnObserverDroppedByAnotherInTheMiddleOfTheTellingIsNotTold) {
   EXPECT_EQ(count, 0);
 }
 
-TEST(HUDModel, AnObserverThatComesInTheMiddleOfTheTellingIsToldOfTheNextState) {
+TEST(HUDModel, AnObserverAddedDuringANotificationIsNotifiedOfTheNextState) {
   HUDModel model;
   int count = 0;
   Observation late;
@@ -73,7 +73,7 @@ TEST(HUDModel, AnObserverThatComesInTheMiddleOfTheTellingIsToldOfTheNextState) {
   EXPECT_EQ(count, 1);
 }
 
-TEST(HUDModel, StatesAreEqualWhenTheirKindAndAllTheyCarryIs) {
+TEST(HUDModel, StatesAreEqualWhenTheirKindAndValuesAre) {
   using State = HUDModel::State;
   const State counting = HUDModel::Connecting{"LG", 3};
   EXPECT_EQ(counting, State(HUDModel::Connecting{"LG", 3}));

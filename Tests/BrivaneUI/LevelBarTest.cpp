@@ -59,7 +59,7 @@ TEST(LevelBar, AFillIsNeverNarrowerThanTheBarIsHigh) {
   EXPECT_EQ(fillWidth(200, 3), 6);
 }
 
-TEST(LevelBar, ALevelAtTheEndOfTheNumbersIsAProgrammingError) {
+TEST(LevelBar, ALevelThatOverflowsIsAProgrammingError) {
   for (const std::int64_t below : {0, 99}) {
     EXPECT_DEATH(fillWidth(std::numeric_limits<std::int64_t>::max() - below, 300),
                  "left the 64-bit range");

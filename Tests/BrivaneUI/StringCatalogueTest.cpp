@@ -40,7 +40,7 @@ TEST_F(StringCatalogueTest, TheFirstPreferredLanguageThatExistsIsUsed) {
   EXPECT_EQ(greeting({"en", "fr"}), "Hello");
 }
 
-TEST_F(StringCatalogueTest, ARegionIsServedByItsLanguage) {
+TEST_F(StringCatalogueTest, ARegionFallsBackToItsLanguage) {
   EXPECT_EQ(greeting({"fr-CA"}), "Bonjour");
   EXPECT_EQ(greeting({"en-GB", "fr"}), "Hello");
   EXPECT_EQ(greeting({"zh-Hans-CN"}), "你好");

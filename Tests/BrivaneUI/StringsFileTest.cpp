@@ -46,7 +46,7 @@ TEST(StringsFile, CommentMarksWithinATextBelongToIt) {
   EXPECT_THAT(parsed(R"("a" = "http://x /* y */";)"), ElementsAre(Pair("a", "http://x /* y */")));
 }
 
-TEST(StringsFile, ATextMayGoOverSeveralLines) {
+TEST(StringsFile, ATextMaySpanSeveralLines) {
   EXPECT_THAT(parsed("\"a\" = \"one\ntwo\";"), ElementsAre(Pair("a", "one\ntwo")));
 }
 
@@ -56,12 +56,12 @@ TEST(StringsFile, EscapesStandForTheirCharacters) {
 }
 
 TEST(StringsFile, NumberedCharactersBecomeUTF8) {
-  // "A" and the others: one, two, three and four bytes long.
+  // Characters of one, two, three and four bytes.
   EXPECT_THAT(parsed("\"a\" = \"\\U0041\\U00e9\\U2303\\UD83D\\UDE00\";"),
               ElementsAre(Pair("a", "A\xC3\xA9\xE2\x8C\x83\xF0\x9F\x98\x80")));
 }
 
-TEST(StringsFile, EachMistakeIsAnsweredWithItsLine) {
+TEST(StringsFile, EachMistakeIsReportedWithItsLine) {
   const struct {
     std::string_view text;
     std::string_view sentence;

@@ -34,7 +34,7 @@ TEST_F(DisplaySystemConformance, EveryOnlineDisplayHasAScreenAndNoneIsZero) {
   EXPECT_THAT(displayIDs(), testing::Not(testing::Contains(0u)));
 }
 
-TEST_F(DisplaySystemConformance, DisplaysSayWhatTheirPanelsReport) {
+TEST_F(DisplaySystemConformance, DisplaysHaveTheIdentitiesOfTheirPanels) {
   DisplaySystem& displays = machine.displays();
   const auto expected = underTest->expectedDisplays();
   const auto ids = displayIDs();

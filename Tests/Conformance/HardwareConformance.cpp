@@ -55,7 +55,7 @@ TEST_F(IORegistryConformance, ParentsComeBeforeTheirChildrenAndNothingAfterTheEn
   EXPECT_EQ(walk->next(), nullptr);
 }
 
-TEST_F(IORegistryConformance, AnEntryOutlivesItsPass) {
+TEST_F(IORegistryConformance, AnEntryOutlivesItsWalk) {
   std::shared_ptr<const RegistryEntry> last;
   {
     const auto walk = machine.ioRegistry().allServices();
@@ -66,7 +66,7 @@ TEST_F(IORegistryConformance, AnEntryOutlivesItsPass) {
   EXPECT_NE(last->parent(), nullptr);
 }
 
-TEST_F(IORegistryConformance, APropertyThatIsNotThereIsAbsent) {
+TEST_F(IORegistryConformance, AMissingPropertyIsAbsent) {
   for (const auto& entry : allEntries()) EXPECT_EQ(entry->property("No such key"), std::nullopt);
 }
 
@@ -112,24 +112,24 @@ class SymbolLoaderConformance : public MachineConformance {
   }
 };
 
-TEST_F(SymbolLoaderConformance, ALibraryThatIsNotThereDoesNotOpen) {
+TEST_F(SymbolLoaderConformance, AMissingLibraryDoesNotOpen) {
   EXPECT_EQ(machine.symbols().open("/no/such/library", lazyBinding), 0);
 }
 
-TEST_F(SymbolLoaderConformance, ANameThatStandsForNothingFindsNothing) {
+TEST_F(SymbolLoaderConformance, AnUnknownNameFindsNothing) {
   EXPECT_TRUE(std::holds_alternative<std::monostate>(find(ioKit, "NoSuchFunction")));
   EXPECT_TRUE(std::holds_alternative<std::monostate>(
       machine.symbols().find(globalNamespace, "NoSuchFunction")));
 }
 
-TEST_F(SymbolLoaderConformance, EachNameStandsForItsOwnKindOfFunction) {
+TEST_F(SymbolLoaderConformance, EachNameGivesItsOwnTypeOfFunction) {
   EXPECT_TRUE(
       std::holds_alternative<CreateAVServiceFunction>(find(ioKit, "IOAVServiceCreateWithService")));
   EXPECT_TRUE(std::holds_alternative<WriteI2CFunction>(find(ioKit, "IOAVServiceWriteI2C")));
   EXPECT_TRUE(std::holds_alternative<ReadI2CFunction>(find(ioKit, "IOAVServiceReadI2C")));
 }
 
-TEST_F(SymbolLoaderConformance, DisplayServicesAreThereWholeOrNotAtAll) {
+TEST_F(SymbolLoaderConformance, DisplayServicesAreCompleteOrMissing) {
   const bool hasGet = std::holds_alternative<GetBrightnessFunction>(
       find(displayServices, "DisplayServicesGetBrightness"));
   const bool hasSet = std::holds_alternative<SetBrightnessFunction>(
@@ -162,7 +162,7 @@ class BusConformance : public SymbolLoaderConformance {
     return all;
   }
 
-  /// A packet as Brivane builds it: its checksum starts with 0x6E and leaves out the host address.
+  /// A packet as Brivane builds it, whose checksum starts with 0x6E and omits the host address.
   static std::vector<std::uint8_t> packet(std::vector<std::uint8_t> bytes) {
     std::uint8_t checksum = 0x6E;
     for (const std::uint8_t byte : bytes) checksum = static_cast<std::uint8_t>(checksum ^ byte);
@@ -189,7 +189,7 @@ class BusConformance : public SymbolLoaderConformance {
   const ReadI2CFunction read;
 };
 
-TEST_F(BusConformance, AGetIsAnsweredWithWhatTheMonitorShows) {
+TEST_F(BusConformance, AGetReturnsTheShownLuminance) {
   const auto expected = underTest->expectedDisplays();
   const auto all = services();
   ASSERT_FALSE(all.empty());
@@ -232,7 +232,7 @@ TEST_F(BusConformance, APacketWithAWrongChecksumIsIgnoredByTheMonitor) {
   EXPECT_EQ(readLuminance(*all.front()).current, before);
 }
 
-TEST_F(BusConformance, NobodyAnswersAtAnotherChipAddress) {
+TEST_F(BusConformance, NothingAnswersAtAnotherChipAddress) {
   const auto all = services();
   EXPECT_NE(write(*all.front(), 0x38, hostAddress, packet({0x82, 0x01, 0x10})), 0);
   std::array<std::uint8_t, 12> reply{};
@@ -302,7 +302,7 @@ TEST_F(GammaTablesConformance, EveryDisplayHasATableThatRises) {
   }
 }
 
-TEST_F(GammaTablesConformance, WhatIsWrittenIsReadBackPerChannel) {
+TEST_F(GammaTablesConformance, AWrittenTableIsReadBackPerChannel) {
   const auto count = gamma.capacity(ids.front());
   const auto red = ramp(count, 1.0);
   const auto green = ramp(count, 0.59);
@@ -321,14 +321,14 @@ TEST_F(GammaTablesConformance, AWriteChangesThatDisplayAndNoOther) {
   expectNear(read(ids[1]).red, before.red);
 }
 
-TEST_F(GammaTablesConformance, ATableOfAnotherSizeIsPutInForceToo) {
+TEST_F(GammaTablesConformance, ATableOfAnotherSizeIsResampled) {
   const auto count = gamma.capacity(ids.front());
   const auto half = ramp(count / 2, 0.5);
   ASSERT_EQ(gamma.writeTable(ids.front(), half, half, half), 0);
   expectNear(read(ids.front()).red, ramp(count, 0.5));
 }
 
-TEST_F(GammaTablesConformance, ATableOfOneSampleIsThatLevelEverywhere) {
+TEST_F(GammaTablesConformance, ATableOfOneSampleAppliesToEveryLevel) {
   const std::vector<float> grey = {0.5F};
   ASSERT_EQ(gamma.writeTable(ids.front(), grey, grey, grey), 0);
   const auto count = gamma.capacity(ids.front());
@@ -370,7 +370,7 @@ TEST_F(GammaTablesConformance, UnknownDisplaysHaveNoTable) {
   EXPECT_NE(gamma.readTable(unknown, sample, sample, sample, returned), 0);
 }
 
-TEST_F(GammaTablesConformance, AnotherProcessMeetsTheSameTable) {
+TEST_F(GammaTablesConformance, AnotherProcessReadsTheSameTable) {
   const auto dark = ramp(gamma.capacity(ids.front()), 0.5);
   ASSERT_EQ(gamma.writeTable(ids.front(), dark, dark, dark), 0);
   const auto second = underTest->secondProcess();

@@ -27,7 +27,7 @@ TEST_F(UserDefaultsConformance, AKeyThatWasNeverSetIsAbsent) {
   EXPECT_EQ(machine.defaults().object("NeverSet"), std::nullopt);
 }
 
-TEST_F(UserDefaultsConformance, EveryKindComesBackAsItWasStored) {
+TEST_F(UserDefaultsConformance, EveryTypeIsReadBackAsStored) {
   for (const PropertyValue& value :
        {PropertyValue{true}, PropertyValue{false}, PropertyValue{std::int64_t{0}},
         PropertyValue{std::int64_t{-40}}, PropertyValue{0.25}, PropertyValue{std::string("ä 名")},
@@ -47,7 +47,7 @@ TEST_F(UserDefaultsConformance, ARemovedKeyIsAbsent) {
   EXPECT_EQ(machine.defaults().object(key), std::nullopt);
 }
 
-TEST_F(UserDefaultsConformance, AnotherProcessSeesAChangeAtOnceAndTheOtherWayRound) {
+TEST_F(UserDefaultsConformance, AnotherProcessSeesAChangeAtOnceAndViceVersa) {
   const auto second = underTest->secondProcess();
   machine.defaults().set(key, {std::int64_t{40}});
   EXPECT_EQ(second->defaults().object(key), (PropertyValue{std::int64_t{40}}));
@@ -59,7 +59,7 @@ TEST_F(UserDefaultsConformance, AnotherProcessSeesAChangeAtOnceAndTheOtherWayRou
 
 using ProcessRunnerConformance = MachineConformance;
 
-TEST_F(ProcessRunnerConformance, AProgramThatIsNotThereIsNotStartedAndThereIsAReason) {
+TEST_F(ProcessRunnerConformance, AMissingProgramIsNotStartedAndThereIsAReason) {
   const auto result = machine.processes().run("/no/such/program", {});
   ASSERT_TRUE(std::holds_alternative<ProcessNotStarted>(result));
   EXPECT_NE(std::get<ProcessNotStarted>(result).reason, "");
@@ -82,7 +82,7 @@ TEST_F(ProcessRunnerConformance, TheKeyMappingToolPrintsWhatWasSet) {
   EXPECT_THAT(std::get<FinishedProcess>(empty).output, testing::Not(HasSubstr("{")));
 }
 
-TEST_F(ProcessRunnerConformance, TheKeyMappingToolRefusesWhatIsNoMapping) {
+TEST_F(ProcessRunnerConformance, TheKeyMappingToolRefusesAnInvalidMapping) {
   for (const auto* payload : {"", "{", "[]", R"({"UserKeyMapping":7})"}) {
     const auto result = machine.processes().run("/usr/bin/hidutil", {"property", "--set", payload});
     ASSERT_TRUE(std::holds_alternative<FinishedProcess>(result)) << payload;
@@ -94,7 +94,7 @@ TEST_F(ProcessRunnerConformance, TheKeyMappingToolRefusesWhatIsNoMapping) {
 
 using ApplicationsConformance = MachineConformance;
 
-TEST_F(ApplicationsConformance, ThisProcessHasANumberAndNobodyRunsUnderAnUnknownIdentifier) {
+TEST_F(ApplicationsConformance, ThisProcessHasAnIDAndAnUnknownBundleIdentifierHasNoProcess) {
   EXPECT_GT(machine.applications().ownProcessID(), 0);
   EXPECT_THAT(machine.applications().runningApplications("org.example.nobody"), IsEmpty());
 }
@@ -106,7 +106,7 @@ TEST_F(ApplicationsConformance, ACommandLineToolIsNoRunningApplication) {
               testing::Not(Contains(machine.applications().ownProcessID())));
 }
 
-TEST_F(ApplicationsConformance, WhoIsAnnouncedIsARunningApplication) {
+TEST_F(ApplicationsConformance, AnAnnouncedProcessIsARunningApplication) {
   Applications& applications = machine.applications();
   const auto identifier = applications.bundleIdentifier();
   ASSERT_TRUE(identifier.has_value());
@@ -114,7 +114,7 @@ TEST_F(ApplicationsConformance, WhoIsAnnouncedIsARunningApplication) {
   EXPECT_THAT(applications.runningApplications(*identifier), Contains(applications.ownProcessID()));
 }
 
-TEST_F(ApplicationsConformance, TheGrantIsTheSameHoweverOftenItIsAskedFor) {
+TEST_F(ApplicationsConformance, TheGrantIsTheSameWhenAskedForAgain) {
   const bool granted = machine.accessibility().isTrusted();
   EXPECT_EQ(machine.accessibility().isTrusted(), granted);
 }
@@ -142,8 +142,8 @@ TEST_F(RuntimeConformance, ASleepMovesTheClockByAtLeastItsDuration) {
   EXPECT_GE(runtime.now() - start, std::chrono::milliseconds(5));
 }
 
-TEST_F(RuntimeConformance, TasksRunInTheirOrderAndTimersByTheirDeadlines) {
-  // Far enough away that even a busy machine comes to the tasks before.
+TEST_F(RuntimeConformance, TasksRunInOrderAndTimersByTheirDeadlines) {
+  // Late enough that even a busy machine runs the tasks before.
   runtime.after(std::chrono::milliseconds(1000), [&] {
     notes.emplace_back("later");
     runtime.stop();
@@ -166,7 +166,7 @@ TEST_F(RuntimeConformance, ACancelledTimerNeverFires) {
   EXPECT_THAT(notes, IsEmpty());
 }
 
-TEST_F(RuntimeConformance, ATimerMayCancelItselfAndPeriodsThatABusyMainThreadMissedAreLeftOut) {
+TEST_F(RuntimeConformance, ATimerMayCancelItselfAndSkipsPeriodsThatABusyMainThreadMissed) {
   const Instant start = runtime.now();
   std::vector<Instant> ticks;
   TimerID timer = 0;
@@ -181,11 +181,11 @@ TEST_F(RuntimeConformance, ATimerMayCancelItselfAndPeriodsThatABusyMainThreadMis
   ASSERT_EQ(ticks.size(), 3u);
   EXPECT_GE(ticks[0] - start, std::chrono::milliseconds(20));
   EXPECT_GE(ticks[1] - start, std::chrono::milliseconds(90));
-  // Four periods were over by then; the third tick is at a multiple that was not.
+  // By then four periods have passed; the third tick is at the fifth or a later one.
   EXPECT_GE(ticks[2] - start, std::chrono::milliseconds(100));
 }
 
-TEST_F(RuntimeConformance, OtherThreadsGiveTheMainQueueItsTasksAndKnowThatTheyAreOthers) {
+TEST_F(RuntimeConformance, AnotherThreadMayQueueMainTasksAndIsNotTheMainThread) {
   EXPECT_TRUE(runtime.isMainThread());
   bool isMainThere = true;
   const auto queue = runtime.makeSerialQueue("conformance", QueueQuality::utility);
@@ -201,7 +201,7 @@ TEST_F(RuntimeConformance, OtherThreadsGiveTheMainQueueItsTasksAndKnowThatTheyAr
   EXPECT_THAT(notes, ElementsAre("on the main thread"));
 }
 
-TEST_F(RuntimeConformance, StoppingEndsTheRunAfterTheTaskThatIsRunning) {
+TEST_F(RuntimeConformance, StoppingEndsTheRunAfterTheRunningTask) {
   runtime.async([&] {
     runtime.stop();
     notes.emplace_back("to its end");
@@ -214,7 +214,7 @@ TEST_F(RuntimeConformance, StoppingEndsTheRunAfterTheTaskThatIsRunning) {
   EXPECT_THAT(notes, ElementsAre("to its end", "next run"));
 }
 
-TEST_F(RuntimeConformance, AQueuesTaskRunsThoughNobodyHoldsTheQueue) {
+TEST_F(RuntimeConformance, AQueuesTaskRunsAfterTheQueueIsDropped) {
   runtime.makeSerialQueue("conformance", QueueQuality::utility)->async([&] {
     runtime.async([&] {
       notes.emplace_back("ran");
@@ -225,7 +225,7 @@ TEST_F(RuntimeConformance, AQueuesTaskRunsThoughNobodyHoldsTheQueue) {
   EXPECT_THAT(notes, ElementsAre("ran"));
 }
 
-TEST_F(RuntimeConformance, AQueueRunsItsTasksInTheirOrderBesideTheMainThread) {
+TEST_F(RuntimeConformance, AQueueRunsItsTasksInOrderBesideTheMainThread) {
   const auto queue = runtime.makeSerialQueue("conformance", QueueQuality::userInitiated);
   queue->async([&] {
     runtime.sleep(std::chrono::milliseconds(5));

@@ -24,7 +24,7 @@ class ApplicationConformance : public FrameConformance, public ApplicationDelega
   Task onLaunch;
 };
 
-TEST_F(ApplicationConformance, TheDelegateHearsOfTheLaunchOnlyWhenTheApplicationRuns) {
+TEST_F(ApplicationConformance, TheDelegateIsNotifiedOfTheLaunchOnlyWhenTheApplicationRuns) {
   underTest->pass(0.01);
   EXPECT_THAT(notes, IsEmpty());
   onLaunch = [this] { application.exit(0); };
@@ -32,16 +32,16 @@ TEST_F(ApplicationConformance, TheDelegateHearsOfTheLaunchOnlyWhenTheApplication
   EXPECT_THAT(notes, ElementsAre("launched"));
 }
 
-TEST_F(ApplicationConformance, TerminatingTellsTheDelegateWithinTheCallAndEndsWithZero) {
+TEST_F(ApplicationConformance, TerminatingNotifiesTheDelegateWithinTheCallAndEndsWithStatusZero) {
   onLaunch = [this] {
     application.terminate();
-    notes.emplace_back("told");
+    notes.emplace_back("returned");
   };
   EXPECT_EQ(application.run(), 0);
-  EXPECT_THAT(notes, ElementsAre("launched", "will end", "told"));
+  EXPECT_THAT(notes, ElementsAre("launched", "will end", "returned"));
 }
 
-TEST_F(ApplicationConformance, ItTerminatesOnce) {
+TEST_F(ApplicationConformance, TheApplicationTerminatesOnce) {
   onLaunch = [this] {
     application.terminate();
     application.terminate();
@@ -50,7 +50,7 @@ TEST_F(ApplicationConformance, ItTerminatesOnce) {
   EXPECT_THAT(notes, ElementsAre("launched", "will end"));
 }
 
-TEST_F(ApplicationConformance, ExitingEndsTheTaskFirstRunsNoOtherAndTellsNobody) {
+TEST_F(ApplicationConformance, ExitingFinishesTheTaskAndNeitherRunsAnotherNorNotifiesTheDelegate) {
   onLaunch = [this] {
     underTest->runtime().async([this] { notes.emplace_back("too late"); });
     application.exit(7);
@@ -60,17 +60,17 @@ TEST_F(ApplicationConformance, ExitingEndsTheTaskFirstRunsNoOtherAndTellsNobody)
   EXPECT_THAT(notes, ElementsAre("launched", "to its end"));
 }
 
-TEST_F(ApplicationConformance, EachChangeOfTheAppearanceIsHeardWhileTheObservationIsKept) {
-  std::vector<Appearance> heard;
+TEST_F(ApplicationConformance, EachChangeOfTheAppearanceIsReportedWhileTheObservationIsKept) {
+  std::vector<Appearance> reported;
   auto observation = application.observeEffectiveAppearance(
-      [&] { heard.push_back(application.effectiveAppearance()); });
+      [&] { reported.push_back(application.effectiveAppearance()); });
   EXPECT_EQ(application.effectiveAppearance(), Appearance::light);
   underTest->change(Appearance::dark);
   underTest->change(Appearance::dark);
   underTest->change(Appearance::light);
   observation.reset();
   underTest->change(Appearance::dark);
-  EXPECT_THAT(heard, ElementsAre(Appearance::dark, Appearance::light));
+  EXPECT_THAT(reported, ElementsAre(Appearance::dark, Appearance::light));
   EXPECT_EQ(application.effectiveAppearance(), Appearance::dark);
 }
 

@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A view that takes the keys when it is clicked and writes down what comes.
+/// A view that takes focus when clicked and records its events.
 class NotingView : public CustomView {
  public:
   NotingView(std::string ownName, std::vector<std::string>& commonNotes)
@@ -94,7 +94,7 @@ TEST_F(EditorConformance, AViewHasAHostWhileItIsContent) {
   EXPECT_EQ(second.host, nullptr);
 }
 
-TEST_F(EditorConformance, KeysGoToTheViewThatWasClicked) {
+TEST_F(EditorConformance, KeysGoToTheClickedView) {
   underTest->click("First");
   underTest->press({keyF5, modifierFlag::control | modifierFlag::option});
   underTest->press({keyF5, modifierFlag::shift | modifierFlag::command});
@@ -107,8 +107,8 @@ TEST_F(EditorConformance, AViewThatWasNotClickedGetsNoKeys) {
   EXPECT_THAT(notes, IsEmpty());
 }
 
-/// A desktop may give the keys to a view that accepts them before the view hears of the click.
-TEST_F(EditorConformance, ASecondViewTakesTheKeysFromTheFirst) {
+// A desktop may give focus to a view before it reports the click.
+TEST_F(EditorConformance, ASecondViewTakesFocusFromTheFirst) {
   underTest->click("First");
   EXPECT_THAT(notes, ElementsAre("first clicked"));
   notes.clear();
@@ -119,7 +119,7 @@ TEST_F(EditorConformance, ASecondViewTakesTheKeysFromTheFirst) {
   EXPECT_THAT(notes, ElementsAre("second key 96 with 262144"));
 }
 
-TEST_F(EditorConformance, KeysThatWereGivenBackGoToNoView) {
+TEST_F(EditorConformance, AViewThatGaveUpFocusGetsNoKeys) {
   underTest->click("First");
   first.host->resignFirstResponder();
   first.host->resignFirstResponder();
@@ -127,7 +127,7 @@ TEST_F(EditorConformance, KeysThatWereGivenBackGoToNoView) {
   EXPECT_THAT(notes, ElementsAre("first clicked", "first resigns"));
 }
 
-TEST_F(EditorConformance, AViewThatAcceptsNoKeysGetsNone) {
+TEST_F(EditorConformance, AViewThatDoesNotAcceptFocusGetsNoKeys) {
   first.accepts = false;
   underTest->click("First");
   underTest->press({keyF5, modifierFlag::control});
@@ -143,7 +143,7 @@ TEST_F(EditorConformance, AButtonMayReplaceTheContentThatItIsIn) {
   EXPECT_NE(first.host, nullptr);
 }
 
-TEST_F(EditorConformance, NewContentHasNoViewWithTheKeys) {
+TEST_F(EditorConformance, NewContentHasNoFocusedView) {
   underTest->click("First");
   notes.clear();
   window->setContent(items());
@@ -151,7 +151,7 @@ TEST_F(EditorConformance, NewContentHasNoViewWithTheKeys) {
   EXPECT_THAT(notes, testing::Not(testing::Contains(testing::HasSubstr("key"))));
 }
 
-TEST_F(EditorConformance, ClosingIsToldEachTimeAndTheWindowComesBack) {
+TEST_F(EditorConformance, ClosingIsReportedEachTimeAndTheWindowCanBeShownAgain) {
   underTest->closeEditor();
   window->makeKeyAndOrderFront();
   underTest->pass(0.05);
@@ -160,7 +160,7 @@ TEST_F(EditorConformance, ClosingIsToldEachTimeAndTheWindowComesBack) {
   EXPECT_THAT(notes, ElementsAre("will close", "second clicked", "second resigns", "will close"));
 }
 
-TEST_F(EditorConformance, AWindowThatWasClosedComesBackWithoutAViewThatHasTheKeys) {
+TEST_F(EditorConformance, AReopenedWindowHasNoFocusedView) {
   underTest->click("First");
   underTest->closeEditor();
   window->makeKeyAndOrderFront();
@@ -169,7 +169,7 @@ TEST_F(EditorConformance, AWindowThatWasClosedComesBackWithoutAViewThatHasTheKey
   EXPECT_THAT(notes, ElementsAre("first clicked", "first resigns", "will close"));
 }
 
-TEST_F(EditorConformance, AnotherWindowTakesTheKeysFromTheViewForGood) {
+TEST_F(EditorConformance, AnotherWindowTakesFocusFromTheViewForGood) {
   underTest->click("First");
   underTest->leaveEditor();
   EXPECT_THAT(notes, ElementsAre("first clicked", "first resigns"));
@@ -179,13 +179,12 @@ TEST_F(EditorConformance, AnotherWindowTakesTheKeysFromTheViewForGood) {
   EXPECT_THAT(notes, ElementsAre("first clicked", "first resigns"));
 }
 
-/// Whom a menu tells that it opens and closes.
 struct QuietMenuDelegate : MenuDelegate {
   void menuWillOpen() override {}
   void menuDidClose() override {}
 };
 
-TEST_F(EditorConformance, AnOpenMenuLeavesTheKeysWithTheView) {
+TEST_F(EditorConformance, AnOpenMenuLeavesFocusWithTheView) {
   QuietMenuDelegate delegate;
   const auto statusItem = frame.makeStatusItem();
   statusItem->configureButton({{FilledRectangle{{{0, 0, 8, 8}, 2}, Paint{Color{}}}}, 8, 8, "it"});
@@ -198,7 +197,7 @@ TEST_F(EditorConformance, AnOpenMenuLeavesTheKeysWithTheView) {
   EXPECT_THAT(notes, ElementsAre("first clicked", "first key 96 with 262144"));
 }
 
-TEST_F(EditorConformance, TheWindowMayBeDroppedAsItCloses) {
+TEST_F(EditorConformance, TheWindowMayBeDestroyedAsItCloses) {
   onClose = [this] { window.reset(); };
   underTest->closeEditor();
   EXPECT_THAT(notes, ElementsAre("will close"));

@@ -16,12 +16,12 @@ class HUDWindowConformance : public FrameConformance {
   int completions = 0;
 };
 
-TEST_F(HUDWindowConformance, ItBeginsHiddenWithTheFrameItWasMadeWith) {
+TEST_F(HUDWindowConformance, ANewWindowIsHiddenAndHasItsGivenFrame) {
   EXPECT_FALSE(window->isVisible());
   EXPECT_EQ(window->frame(), (Rect{0, 0, 360, 54}));
 }
 
-TEST_F(HUDWindowConformance, OneThatWasExpectedMayBeMadeAtOnceAndIsNotSeenBefore) {
+TEST_F(HUDWindowConformance, AnExpectedWindowMayBeMadeAtOnceAndIsHiddenUntilOrderedIn) {
   frame.expectHUD();
   const auto expected =
       frame.makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = statusWindowLevel});
@@ -31,7 +31,7 @@ TEST_F(HUDWindowConformance, OneThatWasExpectedMayBeMadeAtOnceAndIsNotSeenBefore
   EXPECT_TRUE(expected->isVisible());
 }
 
-TEST_F(HUDWindowConformance, ItsFrameIsWhatItWasSetToWhetherShownOrNot) {
+TEST_F(HUDWindowConformance, TheFrameIsAsSetWhetherShownOrNot) {
   window->setFrame({-1500.5, 130, 360, 54});
   EXPECT_EQ(window->frame(), (Rect{-1500.5, 130, 360, 54}));
   window->orderFrontRegardless();
@@ -55,7 +55,7 @@ TEST_F(HUDWindowConformance, VisibleMeansOrderedInWhateverTheAlpha) {
 
 TEST_F(HUDWindowConformance, AFadesCompletionRunsWhenItsTimeIsOver) {
   window->orderFrontRegardless();
-  // A busy machine may take long for a little while.
+  // Long enough that a busy machine comes here before the end.
   window->animateAlpha(0, 2, AnimationTiming::easeIn, count());
   underTest->pass(0.05);
   EXPECT_EQ(completions, 0);
@@ -71,7 +71,7 @@ TEST_F(HUDWindowConformance, ACompletionIsATaskOfItsOwnEvenWithoutDuration) {
   EXPECT_EQ(completions, 1);
 }
 
-TEST_F(HUDWindowConformance, ACompletionRunsThoughItsFadeWasEndedOrReplaced) {
+TEST_F(HUDWindowConformance, ACompletionRunsAlthoughItsFadeWasEndedOrReplaced) {
   window->orderFrontRegardless();
   window->animateAlpha(0, 0.05, AnimationTiming::easeIn, count());
   window->setAlpha(1);

@@ -42,7 +42,7 @@ class MenuConformance : public FrameConformance, public MenuDelegate {
             }};
   }
 
-  // A menu that is open when it goes tells its delegate.
+  // Above the menu, which notifies its delegate when destroyed while open.
   std::vector<std::string> notes;
   Task onOpen;
   Task onClose;
@@ -51,7 +51,7 @@ class MenuConformance : public FrameConformance, public MenuDelegate {
   MenuView& menu = statusItem->menu();
 };
 
-TEST_F(MenuConformance, TheDelegateHearsOfOpeningAndClosing) {
+TEST_F(MenuConformance, TheDelegateIsNotifiedOfOpeningAndClosing) {
   underTest->openMenu();
   underTest->closeMenu();
   underTest->openMenu();
@@ -59,7 +59,7 @@ TEST_F(MenuConformance, TheDelegateHearsOfOpeningAndClosing) {
   EXPECT_THAT(notes, ElementsAre("will open", "did close", "will open", "did close"));
 }
 
-TEST_F(MenuConformance, ItemsSetAsItOpensAreWhatItShows) {
+TEST_F(MenuConformance, ItemsSetAsTheMenuOpensAreShown) {
   onOpen = [this] { menu.setItems({command("New")}); };
   underTest->openMenu();
   underTest->choose("New");
@@ -91,7 +91,7 @@ TEST_F(MenuConformance, ACommandWhoseItemsAreReplacedAsTheMenuClosesIsNotCalled)
   EXPECT_THAT(notes, ElementsAre("will open", "did close"));
 }
 
-TEST_F(MenuConformance, EveryMoveOfASliderIsToldWithItsNewValue) {
+TEST_F(MenuConformance, EveryMoveOfASliderIsReportedWithItsNewValue) {
   underTest->openMenu();
   onMove = [this] { EXPECT_EQ(menu.sliderValue(1), 80); };
   underTest->drag(0, 80);
@@ -101,14 +101,14 @@ TEST_F(MenuConformance, EveryMoveOfASliderIsToldWithItsNewValue) {
   EXPECT_EQ(menu.sliderValue(5), 0);
 }
 
-TEST_F(MenuConformance, AValueThatTheProgramSetsIsToldToNobody) {
+TEST_F(MenuConformance, AValueThatTheProgramSetsIsNotReported) {
   underTest->openMenu();
   menu.setSliderValue(1, 12.5);
   EXPECT_EQ(menu.sliderValue(1), 12.5);
   EXPECT_THAT(notes, ElementsAre("will open"));
 }
 
-TEST_F(MenuConformance, AMoveMayReplaceTheItemsAndTheNewSliderTellsOn) {
+TEST_F(MenuConformance, AMoveMayReplaceTheItemsAndTheNewSliderReportsMoves) {
   underTest->openMenu();
   onMove = [this] { menu.setItems(items()); };
   underTest->drag(0, 60);
@@ -128,7 +128,7 @@ TEST_F(MenuConformance, TitlesAndTicksChangeInAnOpenMenu) {
   EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry"));
 }
 
-TEST_F(MenuConformance, ASliderGoesOnWhereTheHandLeftItWhileOtherItemsChange) {
+TEST_F(MenuConformance, ADraggedSliderKeepsItsValueWhileOtherItemsChange) {
   underTest->openMenu();
   underTest->drag(0, 60);
   menu.setTitle(0, "Halden 60 %");
@@ -141,7 +141,7 @@ TEST_F(MenuConformance, ASliderGoesOnWhereTheHandLeftItWhileOtherItemsChange) {
   EXPECT_THAT(notes, ElementsAre("will open", "Halden 60", "Halden 70"));
 }
 
-TEST_F(MenuConformance, ItPopsUpOnceHoweverOftenItIsAsked) {
+TEST_F(MenuConformance, RepeatedPopUpsOpenTheMenuOnce) {
   menu.popUp();
   menu.popUp();
   underTest->pass(0.05);
@@ -156,7 +156,7 @@ TEST_F(MenuConformance, ItPopsUpOnceHoweverOftenItIsAsked) {
   EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry", "will open"));
 }
 
-TEST_F(MenuConformance, AMenuThatTheUserHasOpenedStaysWhenItIsAskedToPopUp) {
+TEST_F(MenuConformance, PopUpLeavesAMenuOpenThatTheUserOpened) {
   underTest->openMenu();
   menu.popUp();
   underTest->pass(0.05);
@@ -165,7 +165,7 @@ TEST_F(MenuConformance, AMenuThatTheUserHasOpenedStaysWhenItIsAskedToPopUp) {
   EXPECT_THAT(notes, ElementsAre("will open", "did close", "Retry"));
 }
 
-TEST_F(MenuConformance, TheMainQueueRunsOnWhileItIsOpen) {
+TEST_F(MenuConformance, TheMainQueueRunsWhileTheMenuIsOpen) {
   underTest->openMenu();
   int ticks = 0;
   const TimerID timer = underTest->runtime().every(fromSeconds(0.01), [&] { ++ticks; });

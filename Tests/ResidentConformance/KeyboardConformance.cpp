@@ -25,8 +25,8 @@ class HotkeysConformance : public ResidentConformance {
 
   void listen() {
     hotkeys.installHandler([this](HotkeyEvent event, HotkeyID hotkey) {
-      heard.push_back((event == HotkeyEvent::pressed ? "pressed " : "released ") +
-                      std::to_string(hotkey.signature) + "/" + std::to_string(hotkey.id));
+      received.push_back((event == HotkeyEvent::pressed ? "pressed " : "released ") +
+                         std::to_string(hotkey.signature) + "/" + std::to_string(hotkey.id));
     });
   }
 
@@ -44,13 +44,13 @@ class HotkeysConformance : public ResidentConformance {
   }
 
   Hotkeys& hotkeys = machine.hotkeys();
-  std::vector<std::string> heard;
+  std::vector<std::string> received;
 };
 
 TEST_F(HotkeysConformance, APressAndItsReleaseComeOnceEachWithTheIdentityOfTheHotkey) {
   EXPECT_NE(registered(keyF19, 0, {7, 5}), 0u);
   tap(keyF19);
-  EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/5", "released 7/5"));
 }
 
 TEST_F(HotkeysConformance, OnlyExactlyTheModifiersOfTheHotkeyCount) {
@@ -60,7 +60,7 @@ TEST_F(HotkeysConformance, OnlyExactlyTheModifiersOfTheHotkeyCount) {
   tap(keyF19);
   underTest->releaseKey(keyLeftShift);
   tap(keyF19);
-  EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "pressed 7/5", "released 7/5"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/7", "released 7/7", "pressed 7/5", "released 7/5"));
 }
 
 TEST_F(HotkeysConformance, ReleasingTheModifierIsAReleaseAndSoIsReleasingItsKeyLater) {
@@ -70,13 +70,13 @@ TEST_F(HotkeysConformance, ReleasingTheModifierIsAReleaseAndSoIsReleasingItsKeyL
   underTest->settle();
   underTest->releaseKey(keyLeftShift);
   underTest->settle();
-  EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/7", "released 7/7"));
   underTest->releaseKey(keyF19);
   underTest->settle();
-  EXPECT_THAT(heard, ElementsAre("pressed 7/7", "released 7/7", "released 7/7"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/7", "released 7/7", "released 7/7"));
 }
 
-TEST_F(HotkeysConformance, TwoHeldTogetherAreReleasedEachInItsTurn) {
+TEST_F(HotkeysConformance, TwoHotkeysHeldTogetherAreReleasedSeparately) {
   registered(keyF18, 0, {7, 5});
   registered(keyF19, 0, {7, 6});
   underTest->pressKey(keyF18);
@@ -84,13 +84,13 @@ TEST_F(HotkeysConformance, TwoHeldTogetherAreReleasedEachInItsTurn) {
   underTest->settle();
   underTest->releaseKey(keyF18);
   underTest->settle();
-  EXPECT_THAT(heard, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5"));
   underTest->releaseKey(keyF19);
   underTest->settle();
-  EXPECT_THAT(heard, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5", "released 7/6"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/5", "pressed 7/6", "released 7/5", "released 7/6"));
 }
 
-TEST_F(HotkeysConformance, ACombinationIsHadByOneAtATime) {
+TEST_F(HotkeysConformance, ACombinationBelongsToOneHotkeyAtATime) {
   const auto first = registered(keyF19, 0, {7, 5});
   const auto second = hotkeys.registerHotkey(keyF19, 0, {7, 6});
   ASSERT_TRUE(std::holds_alternative<HotkeyStatus>(second));
@@ -98,10 +98,10 @@ TEST_F(HotkeysConformance, ACombinationIsHadByOneAtATime) {
   hotkeys.unregisterHotkey(first);
   registered(keyF19, 0, {7, 6});
   tap(keyF19);
-  EXPECT_THAT(heard, ElementsAre("pressed 7/6", "released 7/6"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/6", "released 7/6"));
 }
 
-TEST_F(HotkeysConformance, ACombinationThatAnotherProgramHasForItselfAloneIsRefused) {
+TEST_F(HotkeysConformance, ACombinationThatAnotherProgramHoldsExclusivelyIsRefused) {
   underTest->occupyAlone(keyF18, carbonShift);
   EXPECT_TRUE(
       std::holds_alternative<HotkeyStatus>(hotkeys.registerHotkey(keyF18, carbonShift, {7, 1})));
@@ -112,10 +112,10 @@ TEST_F(HotkeysConformance, AnUnregisteredHotkeyIsSilent) {
   const auto reference = registered(keyF19, 0, {7, 5});
   hotkeys.unregisterHotkey(reference);
   tap(keyF19);
-  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(received, IsEmpty());
 }
 
-TEST_F(HotkeysConformance, UnregisteredWhileItIsDownItIsStillToldToGoUpWhereTheSystemTells) {
+TEST_F(HotkeysConformance, AHotkeyUnregisteredWhileDownIsReleasedWhereTheSystemReportsIt) {
   const auto reference = registered(keyF19, 0, {7, 5});
   underTest->pressKey(keyF19);
   underTest->settle();
@@ -123,13 +123,13 @@ TEST_F(HotkeysConformance, UnregisteredWhileItIsDownItIsStillToldToGoUpWhereTheS
   underTest->releaseKey(keyF19);
   underTest->settle();
   std::vector<std::string> expected = {"pressed 7/5"};
-  if (underTest->tellsOfUnregisteredHotkeys()) expected.emplace_back("released 7/5");
-  EXPECT_EQ(heard, expected);
+  if (underTest->reportsUnregisteredHotkeys()) expected.emplace_back("released 7/5");
+  EXPECT_EQ(received, expected);
   tap(keyF19);
-  EXPECT_EQ(heard, expected) << "and of the next press nothing";
+  EXPECT_EQ(received, expected) << "and of the next press nothing";
 }
 
-TEST_F(HotkeysConformance, RegisteredAnewWhileItsKeyIsDownItGoesUpAsWhatItWas) {
+TEST_F(HotkeysConformance, AHotkeyReregisteredWhileDownIsReleasedWithItsOldIdentity) {
   const auto reference = registered(keyF19, carbonShift, {7, 5});
   underTest->pressKey(keyLeftShift);
   underTest->pressKey(keyF19);
@@ -141,17 +141,17 @@ TEST_F(HotkeysConformance, RegisteredAnewWhileItsKeyIsDownItGoesUpAsWhatItWas) {
   underTest->releaseKey(keyF19);
   underTest->settle();
   std::vector<std::string> expected = {"pressed 7/5"};
-  if (underTest->tellsOfUnregisteredHotkeys()) {
+  if (underTest->reportsUnregisteredHotkeys()) {
     expected.insert(expected.end(), 2, "released 7/5");
   }
-  EXPECT_EQ(heard, expected);
+  EXPECT_EQ(received, expected);
 }
 
-TEST_F(HotkeysConformance, AHandlerMayRegisterEverythingAnewWhenItHearsOfAPress) {
+TEST_F(HotkeysConformance, AHandlerMayRegisterEverythingAnewDuringAPress) {
   auto reference = registered(keyF19, 0, {7, 5});
   hotkeys.installHandler([&](HotkeyEvent event, HotkeyID hotkey) {
-    heard.push_back((event == HotkeyEvent::pressed ? "pressed " : "released ") +
-                    std::to_string(hotkey.id));
+    received.push_back((event == HotkeyEvent::pressed ? "pressed " : "released ") +
+                       std::to_string(hotkey.id));
     if (event == HotkeyEvent::released) return;
     hotkeys.unregisterHotkey(reference);
     hotkeys.removeHandler();
@@ -159,28 +159,28 @@ TEST_F(HotkeysConformance, AHandlerMayRegisterEverythingAnewWhenItHearsOfAPress)
     reference = registered(keyF19, 0, {7, hotkey.id + 1});
   });
   tap(keyF19);
-  EXPECT_EQ(heard.front(), "pressed 5");
-  heard.clear();
+  EXPECT_EQ(received.front(), "pressed 5");
+  received.clear();
   tap(keyF19);
-  EXPECT_THAT(heard, ElementsAre("pressed 7/6", "released 7/6"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/6", "released 7/6"));
 }
 
 TEST_F(HotkeysConformance, RegistrationsOutliveTheirHandler) {
   registered(keyF19, 0, {7, 5});
   hotkeys.removeHandler();
   tap(keyF19);
-  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(received, IsEmpty());
   listen();
   tap(keyF19);
-  EXPECT_THAT(heard, ElementsAre("pressed 7/5", "released 7/5"));
+  EXPECT_THAT(received, ElementsAre("pressed 7/5", "released 7/5"));
 }
 
-TEST_F(HotkeysConformance, ANewHandlerTakesThePlaceOfTheOneBefore) {
+TEST_F(HotkeysConformance, ANewHandlerReplacesTheOneBefore) {
   registered(keyF19, 0, {7, 5});
   std::vector<std::uint32_t> second;
   hotkeys.installHandler([&](HotkeyEvent, HotkeyID hotkey) { second.push_back(hotkey.id); });
   tap(keyF19);
-  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(received, IsEmpty());
   EXPECT_THAT(second, ElementsAre(5u, 5u));
 }
 
@@ -243,7 +243,7 @@ TEST_F(EventTapConformance, ATapCanBeMadeAgainAfterItWasDropped) {
   EXPECT_EQ(events.size(), 2u);
 }
 
-TEST_F(EventTapConformance, TheLatestTapIsAskedFirstAndWhatItSwallowsTheOthersDontSee) {
+TEST_F(EventTapConformance, TheLatestTapComesFirstAndSwallowsEventsFromEarlierTaps) {
   const auto earlier = makeTap(TapVerdict::swallow);
   earlier->setEnabled(true);
   std::vector<std::size_t> seenBefore;
@@ -257,7 +257,7 @@ TEST_F(EventTapConformance, TheLatestTapIsAskedFirstAndWhatItSwallowsTheOthersDo
   EXPECT_EQ(events.size(), 1u);
 }
 
-TEST_F(EventTapConformance, ATapMayBeDroppedWithinItsOwnHandler) {
+TEST_F(EventTapConformance, ATapMayBeDestroyedWithinItsOwnHandler) {
   std::unique_ptr<EventTap> own;
   int seen = 0;
   own = machine.eventTaps().createTap([&](const TapEvent&) {
@@ -306,7 +306,7 @@ TEST_F(KeyboardConformance, TheModifiersAreThoseThatAreHeld) {
   EXPECT_EQ(keyboard.modifierFlags() & all, 0u);
 }
 
-TEST_F(KeyboardConformance, KeysGiveWhatTheirLayoutPrintsAndModifiersGiveNothing) {
+TEST_F(KeyboardConformance, KeysHaveTheCharactersOfTheLayoutAndModifiersHaveNone) {
   Keyboard& keyboard = machine.keyboard();
   EXPECT_TRUE(keyboard.hasLayout());
   EXPECT_EQ(keyboard.baseCharacter(0), "a");

@@ -11,28 +11,28 @@
 
 namespace brivane {
 
-/// A machine that the resident program can live on, and a way round it to its keyboard and to what
-/// happens beside the program. Requirements: the Accessibility grant is given; a US keyboard
-/// layout; the earlier application "com.quorrel.tallowin" stored exactly {"greeting": "hello"}; no
-/// key is down and nobody has F13 to F20.
+/// A machine that can run the resident program, and direct access to its keyboard and system.
+/// Requirements: the Accessibility grant is given; a US keyboard layout; the earlier application
+/// "com.quorrel.tallowin" stored exactly {"greeting": "hello"}; no key is down; F13 to F20 are
+/// free.
 class ResidentUnderTest {
  public:
   virtual ~ResidentUnderTest() = default;
 
   virtual ResidentMachine& machine() = 0;
 
-  /// Real presses, by virtual key code, of ordinary keys and modifiers; and of the keyboard's own
+  /// Real presses of ordinary keys and modifiers, by virtual key code, and of the keyboard's
   /// brightness keys.
   virtual void pressKey(std::uint16_t keyCode) = 0;
   virtual void releaseKey(std::uint16_t keyCode) = 0;
   virtual void pressBrightnessUp() = 0;
   virtual void releaseBrightnessUp() = 0;
-  /// Has another program take the combination as a hotkey for itself alone.
+  /// Has another program register the combination as an exclusive hotkey.
   virtual void occupyAlone(std::uint32_t keyCode, std::uint32_t modifiers) = 0;
-  /// Whether the system tells of the release of a hotkey that was unregistered while it was down.
-  virtual bool tellsOfUnregisteredHotkeys() const { return true; }
+  /// Whether the system reports the release of a hotkey that was unregistered while down.
+  virtual bool reportsUnregisteredHotkeys() const { return true; }
 
-  /// Makes the system announce these.
+  /// Have the system announce these.
   virtual void changeScreens() = 0;
   virtual void sleepAndWake() = 0;
 
@@ -40,19 +40,19 @@ class ResidentUnderTest {
   virtual void addResource(const std::string& bundle, const std::string& path,
                            const std::string& content) = 0;
 
-  /// Runs main-queue tasks until everything that happened so far must have arrived.
+  /// Runs main-queue tasks until every earlier event must have arrived.
   virtual void settle() = 0;
 };
 
-/// The machine that this test program runs the suite against; each program defines one.
+/// Defined by each test program: the machine that it runs the suite against.
 std::unique_ptr<ResidentUnderTest> makeResidentUnderTest();
 
-/// The suite: one set of tests that every such machine must pass, beside `MachineConformance`.
+/// The suite that every such machine must pass, beside `MachineConformance`.
 class ResidentConformance : public testing::Test {
  protected:
   ResidentConformance() : underTest(makeResidentUnderTest()), machine(underTest->machine()) {}
 
-  /// Settles until it holds, which a busy machine may take long for; false when it never does.
+  /// Settles until `holds`, for which a busy machine may take long; false when it never does.
   bool settleUntil(const std::function<bool()>& holds) {
     constexpr int patience = 1000;
     for (int round = 0; round < patience && !holds(); ++round) underTest->settle();

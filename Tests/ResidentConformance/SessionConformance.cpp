@@ -21,14 +21,15 @@ class SystemNotificationsConformance : public ResidentConformance {
 };
 
 TEST_F(SystemNotificationsConformance, AChangeOfTheScreensIsATaskOfTheMainQueue) {
-  int heard = 0;
-  const auto observation = notifications.observeScreenParameters(count(heard));
+  int received = 0;
+  const auto observation = notifications.observeScreenParameters(count(received));
   underTest->changeScreens();
-  EXPECT_EQ(heard, 0);
-  EXPECT_TRUE(settleUntil([&] { return heard >= 1; }));
+  EXPECT_EQ(received, 0);
+  EXPECT_TRUE(settleUntil([&] { return received >= 1; }));
 }
 
-TEST_F(SystemNotificationsConformance, EveryObserverHearsUntilItsLastCopyIsDropped) {
+TEST_F(SystemNotificationsConformance,
+       AnObserverIsNotifiedUntilTheLastCopyOfItsObservationIsDropped) {
   int kept = 0;
   int dropped = 0;
   const auto one = notifications.observeScreenParameters(count(kept));
@@ -46,21 +47,21 @@ TEST_F(SystemNotificationsConformance, EveryObserverHearsUntilItsLastCopyIsDropp
   EXPECT_EQ(dropped, before);
 }
 
-TEST_F(SystemNotificationsConformance, AnObserverMayStopObservingWhenItHears) {
-  int heard = 0;
+TEST_F(SystemNotificationsConformance, AnObserverMayStopObservingDuringANotification) {
+  int received = 0;
   Observation own;
   own = notifications.observeScreenParameters([&] {
-    ++heard;
+    ++received;
     own.reset();
   });
   underTest->changeScreens();
-  EXPECT_TRUE(settleUntil([&] { return heard >= 1; }));
+  EXPECT_TRUE(settleUntil([&] { return received >= 1; }));
   underTest->changeScreens();
   underTest->settle();
-  EXPECT_EQ(heard, 1);
+  EXPECT_EQ(received, 1);
 }
 
-TEST_F(SystemNotificationsConformance, WakingIsAnnouncedOfTheMachineAndOfItsScreens) {
+TEST_F(SystemNotificationsConformance, WakesOfTheMachineAndOfItsScreensAreAnnounced) {
   int machineWoke = 0;
   int screensWoke = 0;
   const auto one = notifications.observeDidWake(count(machineWoke));
@@ -71,7 +72,7 @@ TEST_F(SystemNotificationsConformance, WakingIsAnnouncedOfTheMachineAndOfItsScre
   EXPECT_EQ(machineWoke, 1);
 }
 
-TEST_F(SystemNotificationsConformance, ASignalToEndIsATaskOfTheMainQueueAndDoesNothingElse) {
+TEST_F(SystemNotificationsConformance, ATerminationSignalOnlyQueuesATaskOfTheMainQueue) {
   const SignalDispositions dispositions;
   int asked = 0;
   const auto observation = notifications.observeTermination(count(asked));
@@ -84,7 +85,7 @@ TEST_F(SystemNotificationsConformance, ASignalToEndIsATaskOfTheMainQueueAndDoesN
   EXPECT_EQ(asked, 3);
 }
 
-TEST_F(SystemNotificationsConformance, ASignalThatWasIgnoredFromTheStartStaysSoButForTheOneToEnd) {
+TEST_F(SystemNotificationsConformance, ASignalIgnoredAtTheStartStaysIgnoredExceptSIGTERM) {
   const SignalDispositions dispositions;
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_IGN);
   int asked = 0;
@@ -116,7 +117,7 @@ TEST_F(SessionConformance, TheExecutableExistsAndHasATimeOfModification) {
   EXPECT_THAT(session.arguments(), testing::Not(IsEmpty()));
 }
 
-TEST_F(SessionConformance, WhatIsNotThereHasNoTimeOfModification) {
+TEST_F(SessionConformance, AMissingFileHasNoTimeOfModification) {
   EXPECT_FALSE(machine.session().fileExists("/no/such/file"));
   EXPECT_EQ(machine.session().modificationSeconds("/no/such/file"), std::nullopt);
 }
@@ -132,7 +133,7 @@ TEST_F(ResourcesConformance, AFileOfABundleIsReadByteForByte) {
   EXPECT_EQ(resources.read("NoSuch.bundle", "xx.lproj/conformance"), std::nullopt);
 }
 
-TEST_F(ResourcesConformance, TheUserWantsToReadSomeLanguage) {
+TEST_F(ResourcesConformance, ThereIsAPreferredLanguage) {
   const auto languages = machine.resources().preferredLanguages();
   ASSERT_THAT(languages, testing::Not(IsEmpty()));
   EXPECT_NE(languages.front(), "");
@@ -140,14 +141,14 @@ TEST_F(ResourcesConformance, TheUserWantsToReadSomeLanguage) {
 
 using DefaultsSuiteConformance = ResidentConformance;
 
-TEST_F(DefaultsSuiteConformance, HoldsEverythingThatTheApplicationStoredAndNothingElse) {
+TEST_F(DefaultsSuiteConformance, ASuiteHoldsEverythingThatTheApplicationStoredAndNothingElse) {
   const auto suite = machine.openDefaultsSuite("com.quorrel.tallowin");
   ASSERT_NE(suite, nullptr);
   EXPECT_EQ(suite->persistentDomain("com.quorrel.tallowin"),
             (PropertyValue::Dictionary{{"greeting", {std::string("hello")}}}));
 }
 
-TEST_F(DefaultsSuiteConformance, ADomainThatNobodyEverUsedIsAbsent) {
+TEST_F(DefaultsSuiteConformance, AnUnusedDomainIsAbsent) {
   const auto suite = machine.openDefaultsSuite("org.example.nobody");
   ASSERT_NE(suite, nullptr);
   EXPECT_EQ(suite->persistentDomain("org.example.nobody"), std::nullopt);

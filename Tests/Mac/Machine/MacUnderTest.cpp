@@ -101,7 +101,7 @@ class MacResidentUnderTest : public ResidentUnderTest {
     fake::input().hotkeys.add({keyCode, modifiers}, nullptr);
   }
   /// Nobody has seen Carbon do it.
-  bool tellsOfUnregisteredHotkeys() const override { return false; }
+  bool reportsUnregisteredHotkeys() const override { return false; }
 
   void changeScreens() override { world.appKit->screenParameters.announce(); }
   void sleepAndWake() override {
