@@ -40,7 +40,7 @@ TEST_F(AppDelegateTest, BeforeTheLaunchThereIsNothingAndNothingToCleanUp) {
   EXPECT_EQ(frame.statusItem, nullptr);
 }
 
-TEST_F(AppDelegateTest, OpenedAgainTheProgramShowsItsMenuOnceItHasOne) {
+TEST_F(AppDelegateTest, OpeningTheProgramAgainShowsItsMenuOnceThereIsOne) {
   delegate->applicationWasOpenedAgain();
   launch();
   EXPECT_FALSE(frame.statusItem->ownMenu.isOpen);

@@ -178,16 +178,16 @@ TEST_F(BrightnessHUDTest, AWindowThatIsInPlaceIsNotMovedAgain) {
 
 TEST_F(BrightnessHUDTest, OnlyAnUpdateOnTheSameDisplayWhileVisibleMayAnimate) {
   hud->present(level(40), left, 1.2);
-  EXPECT_EQ(window().lastChange, ContentChange::immediate) << "it appears";
+  EXPECT_EQ(window().lastChange, ContentChange::immediate) << "the HUD appears";
   hud->present(level(45), left, 1.2);
-  EXPECT_EQ(window().lastChange, ContentChange::animated) << "it is updated in place";
+  EXPECT_EQ(window().lastChange, ContentChange::animated) << "the HUD is updated in place";
   hud->present(level(50), right, 1.2);
-  EXPECT_EQ(window().lastChange, ContentChange::immediate) << "it jumps to another display";
+  EXPECT_EQ(window().lastChange, ContentChange::immediate) << "the HUD jumps to another display";
   hud->present(level(55), right, 1.2);
   EXPECT_EQ(window().lastChange, ContentChange::animated);
   hud->dismiss();
   hud->present(level(60), right, 1.2);
-  EXPECT_EQ(window().lastChange, ContentChange::immediate) << "it appears on the same display";
+  EXPECT_EQ(window().lastChange, ContentChange::immediate) << "the HUD appears on the same display";
 }
 
 TEST_F(BrightnessHUDTest, AShownHUDMovesToAnotherDisplayWithTheNewLevelAtOnce) {

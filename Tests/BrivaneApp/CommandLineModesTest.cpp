@@ -222,7 +222,7 @@ TEST_F(UnmapModeTest, WithNothingToRemoveOtherEntriesStay) {
   EXPECT_THAT(machine.processRunner.runs, SizeIs(1));
 }
 
-TEST_F(UnmapModeTest, TheAdviceNamesTheMenuItemAsItReads) {
+TEST_F(UnmapModeTest, TheAdviceNamesTheMenuItemByItsTitle) {
   BuiltResources resources("en");
   const StringCatalogue texts(resources, machine.log(), applicationBundle);
   const std::string item = texts.text(strings::menuUseSystemBrightnessKeys);

@@ -187,7 +187,7 @@ TEST_F(CompositionRootTest, TheMenuSwitchesTheRelay) {
   EXPECT_THAT(takeNotes(), Contains("log Brivane: system brightness keys released back to macOS"));
 }
 
-TEST_F(CompositionRootTest, TheRelayHandsTheBuiltInPanelToTheKeys) {
+TEST_F(CompositionRootTest, TheRelayHasTheKeysDriveTheBuiltInPanel) {
   machine.displayServices.install(machine.loader);
   machine.displayServices.levels[1] = 0.5F;
   machine.displayServices.canChange[1] = true;
@@ -260,7 +260,7 @@ TEST_F(CompositionRootTest, NothingKeepsTheGraphAliveOnceTheRootIsDropped) {
   run(10s);
   EXPECT_EQ(machine.time.timerCount(), 0u);
   EXPECT_THAT(machine.notes.take(), IsEmpty());
-  EXPECT_EQ(busHolder.use_count(), holdersBefore) << "nor does a task of the DDC queue keep it";
+  EXPECT_EQ(busHolder.use_count(), holdersBefore) << "no task of the DDC queue holds a bus";
 }
 
 }  // namespace

@@ -254,7 +254,7 @@ TEST_F(DisplayReconcilerTest, StoppingEndsThePollingAndKeepsTheSubscriptions) {
   EXPECT_EQ(machine.announcements.wake.observerCount(), 1u);
 }
 
-TEST_F(DisplayReconcilerTest, NothingIsObservedBeforeItIsAskedFor) {
+TEST_F(DisplayReconcilerTest, NothingIsObservedBeforeSubscribing) {
   const auto other = make();
   EXPECT_EQ(machine.announcements.screens.observerCount(), 1u);
   EXPECT_EQ(machine.announcements.wake.observerCount(), 1u);

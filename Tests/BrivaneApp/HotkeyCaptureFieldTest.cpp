@@ -112,7 +112,7 @@ TEST_F(HotkeyCaptureFieldTest, AnAcceptedKeyIsShownThenFocusIsGivenUpThenTheKeyI
   EXPECT_TRUE(press(keyF5, modifierFlag::control));
   EXPECT_THAT(takeCalls(), ElementsAre("redraw hotkeyEditor.pressKeys", "give up keys",
                                        "redraw ⌃F5", "captured ctrl+key96"));
-  EXPECT_FALSE(press(keyA, modifierFlag::control)) << "it no longer captures";
+  EXPECT_FALSE(press(keyA, modifierFlag::control)) << "capturing has ended";
 }
 
 TEST_F(HotkeyCaptureFieldTest, ACaptureWithoutACallbackIsKept) {

@@ -219,7 +219,7 @@ TEST_F(KeyPressCoordinatorTest, APressThatIsHandledStopsTheTickerBeforeTheLevelI
   EXPECT_EQ(hud.model().state(), HUDModel::State(Level{55}));
 }
 
-TEST_F(KeyPressCoordinatorTest, ASecondPressOnAConnectingMonitorStartsTheTickerAnew) {
+TEST_F(KeyPressCoordinatorTest, ASecondPressOnAConnectingMonitorRestartsTheTicker) {
   addConnectingMonitor(2);
   coordinator.handle(stepUp);
   run(100ms);

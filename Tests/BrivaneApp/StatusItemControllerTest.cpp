@@ -158,7 +158,7 @@ TEST_F(StatusItemControllerTest, TicksShowTheRelaySettingAndTheLoginItem) {
   EXPECT_FALSE(isTicked("menu.launchAtLogin"));
 }
 
-TEST_F(StatusItemControllerTest, EachOpeningBuildsTheMenuAnew) {
+TEST_F(StatusItemControllerTest, EachOpeningRebuildsTheMenu) {
   menu().open();
   menu().close();
   addAnsweringMonitor(3, 55);
@@ -547,7 +547,7 @@ TEST_F(StatusItemControllerTest, TheMenuIsDestroyedBeforeWhatItCalls) {
   const auto noteTimers = [&] { timersThen = machine.time.timerCount(); };
   menu().items.emplace_back(MenuCommand{"last", false, "", [kept = whenDropped(noteTimers)] {}});
   status.reset();
-  EXPECT_EQ(timersThen, 2U) << "live updates, and the row's waiting write";
+  EXPECT_EQ(timersThen, 2U) << "live updates, and the row's pending write";
   EXPECT_EQ(machine.time.timerCount(), 0U);
 }
 

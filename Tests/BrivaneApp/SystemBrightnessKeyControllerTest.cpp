@@ -105,7 +105,7 @@ TEST_F(SystemBrightnessKeyControllerTest, SwitchingOnMapsChecksRegistersDrivesAn
   EXPECT_EQ(machine.time.timerCount(), 1u);
 }
 
-TEST_F(SystemBrightnessKeyControllerTest, SwitchingOffUndoesAllOfIt) {
+TEST_F(SystemBrightnessKeyControllerTest, SwitchingOffUndoesEverything) {
   controller.setEnabled(true);
   take();
   controller.setEnabled(false);
@@ -152,7 +152,7 @@ TEST_F(SystemBrightnessKeyControllerTest, KeysThatAnotherProgramOwnsAreNamedAndT
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
-TEST_F(SystemBrightnessKeyControllerTest, AFailureWhileItIsOnSwitchesItOff) {
+TEST_F(SystemBrightnessKeyControllerTest, AFailureWhileSwitchedOnSwitchesOff) {
   controller.setEnabled(true);
   relay.takesMapping = false;
   controller.setEnabled(true);

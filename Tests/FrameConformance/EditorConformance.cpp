@@ -85,7 +85,7 @@ TEST_F(EditorConformance, TheContentHasTheSizeItWasMadeWith) {
   EXPECT_EQ(window->contentHeight(), 210);
 }
 
-TEST_F(EditorConformance, AViewHasAHostWhileItIsContent) {
+TEST_F(EditorConformance, AViewHasAHostWhileInTheWindow) {
   EXPECT_NE(first.host, nullptr);
   window->setContent({WindowView{{0, 0, 100, 30}, &second, "Second"}});
   EXPECT_EQ(first.host, nullptr);

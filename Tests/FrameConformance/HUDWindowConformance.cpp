@@ -61,7 +61,7 @@ TEST_F(HUDWindowConformance, AFadesCompletionRunsWhenItsTimeIsOver) {
   EXPECT_EQ(completions, 0);
   underTest->pass(2.1);
   EXPECT_EQ(completions, 1);
-  EXPECT_TRUE(window->isVisible()) << "whether it goes is the program's affair";
+  EXPECT_TRUE(window->isVisible()) << "only the program hides the window";
 }
 
 TEST_F(HUDWindowConformance, ACompletionIsATaskOfItsOwnEvenWithoutDuration) {

@@ -112,7 +112,7 @@ TEST_F(MenuConformance, AMoveMayReplaceTheItemsAndTheNewSliderReportsMoves) {
   underTest->openMenu();
   onMove = [this] { menu.setItems(items()); };
   underTest->drag(0, 60);
-  EXPECT_EQ(menu.sliderValue(1), 50) << "a new slider stands where it was put";
+  EXPECT_EQ(menu.sliderValue(1), 50) << "a new slider has its given value";
   onMove = {};
   underTest->drag(0, 70);
   EXPECT_THAT(notes, ElementsAre("will open", "Halden 60", "Halden 70"));

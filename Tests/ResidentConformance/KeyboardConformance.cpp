@@ -126,7 +126,7 @@ TEST_F(HotkeysConformance, AHotkeyUnregisteredWhileDownIsReleasedWhereTheSystemR
   if (underTest->reportsUnregisteredHotkeys()) expected.emplace_back("released 7/5");
   EXPECT_EQ(received, expected);
   tap(keyF19);
-  EXPECT_EQ(received, expected) << "and of the next press nothing";
+  EXPECT_EQ(received, expected) << "the next press is not reported";
 }
 
 TEST_F(HotkeysConformance, AHotkeyReregisteredWhileDownIsReleasedWithItsOldIdentity) {
