@@ -1,7 +1,6 @@
-// The order in which the program starts. Gamma tables that a killed instance left in force are
-// restored first, as later steps take the tables in force for the displays' own. The relay is
-// switched after the hotkeys are registered, and the grant is asked for after all that works
-// without it.
+// The order of the start. Gamma tables that a killed instance left in force are restored first, as
+// later steps take the tables in force for the displays' own. The relay is switched after hotkeys
+// are registered, and the grant is asked for after everything that works without it.
 #include "BrivaneApp/AppDelegate.h"
 
 #include <vector>

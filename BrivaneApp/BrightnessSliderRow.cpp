@@ -1,6 +1,5 @@
 // A drag moves a slider far more often than a monitor can take a level. The first move is written
-// at once, of later moves the newest when the pause is over; so the final position is always
-// written.
+// at once, then the newest after each pause; so the final position is always written.
 
 #include "BrivaneApp/BrightnessSliderRow.h"
 

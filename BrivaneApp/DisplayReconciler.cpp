@@ -1,7 +1,6 @@
 // Many announced screen changes change nothing, and monitors answer long after they are announced.
 // So an announcement counts only when the arrangement differs, levels are restored a little later,
-// and monitors that don't answer by then are polled every two seconds and get their levels when
-// they do.
+// and monitors that don't answer by then are polled every two seconds.
 #include "BrivaneApp/DisplayReconciler.h"
 
 #include <utility>

@@ -50,7 +50,6 @@ class HotkeyEditor {
   Keyboard& keyboard;
   const StringCatalogue& catalogue;
   HotkeyBindingStore bindings;
-  /// The fields in the window.
   Fields fields;
 };
 

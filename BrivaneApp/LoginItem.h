@@ -15,7 +15,6 @@ namespace brivane {
 /// put into the user's home folder. Main thread; each call blocks until the tool has ended.
 class LoginItem {
  public:
-  /// The result of running the tool.
   struct Outcome {
     /// The tool's exit status; `notStarted` when it could not be started.
     std::int32_t status = 0;

@@ -1,6 +1,5 @@
 // Rebuilding an open menu ends a drag and moves items under the pointer. So titles, ticks and
-// sliders change in place; the menu is rebuilt only when displays, their order or kinds of lines,
-// or the sliders' names or ranges change.
+// slider values change in place; only other lines, slider names or ranges need a rebuild.
 
 #include "BrivaneApp/StatusItemController.h"
 

@@ -2,9 +2,8 @@
 
 #include <string_view>
 
-// The keys of this folder's localised texts. The build reads this file and fails when a key has no
-// English text, a text no comment for translators, or a translation other placeholders than
-// English.
+// The keys of this folder's localised texts. The build reads this file and fails when an English
+// text or a comment for translators is missing, or a translation's placeholders differ.
 
 namespace brivane {
 

@@ -11,8 +11,7 @@
 
 namespace brivane {
 
-/// Leaves displays and keyboard as they were before when the program ends, by itself or by a
-/// signal. Main thread.
+/// Restores displays and keyboard when the program ends, by itself or by a signal. Main thread.
 class TerminationCoordinator {
  public:
   /// The stopped objects must outlive the coordinator.

@@ -27,7 +27,6 @@ struct CornerCurve {
 
 CornerCurve cornerCurve(const RoundedRectangle& rectangle);
 
-/// Draws every primitive of the list in order.
 void draw(const DisplayList& list, Canvas& canvas);
 
 }  // namespace brivane

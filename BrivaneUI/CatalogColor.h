@@ -13,9 +13,8 @@
 
 namespace brivane {
 
-/// The named colours of this folder's bundle, each looked up on first use and kept. A missing
-/// colour is replaced by a built-in one, with one warning in the log. Make one for the whole
-/// program. Main thread.
+/// The named colours of this folder's bundle, each looked up once. A missing colour is replaced by
+/// a built-in one, with one warning in the log. Make one for the whole program. Main thread.
 class CatalogColor {
  public:
   CatalogColor(Resources& resources, SystemLog& log);

@@ -11,9 +11,8 @@
 namespace brivane {
 
 /// The localised texts of one resource bundle, in the first of the user's preferred languages that
-/// the bundle has, read once by the constructor. A missing text falls back to English, and then to
-/// its key. A file with a mistake counts as missing, and one log line names the mistake. Made on
-/// the main thread, read on any.
+/// the bundle has. A missing text falls back to English, and then to its key. A file with a mistake
+/// counts as missing and is logged. Made on the main thread, read on any.
 class StringCatalogue {
  public:
   StringCatalogue(Resources& resources, SystemLog& log, std::string_view bundle);

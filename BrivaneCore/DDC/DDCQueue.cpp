@@ -72,12 +72,12 @@ std::optional<VCPReading> DDCQueue::probe(DisplayID display) {
   return reading;
 }
 
-void DDCQueue::read(DisplayID display, TakeReading take) {
+void DDCQueue::read(DisplayID display, std::function<void(const MonitorReading&)> take) {
   inBackground([display, searched = registry] { return readMonitor(*searched, display); },
                std::move(take));
 }
 
-void DDCQueue::readAll(TakeReadings take) {
+void DDCQueue::readAll(std::function<void(const std::vector<MonitorReading>&)> take) {
   queue->async([take = std::move(take), watch = anchor.watch(), searched = registry,
                 apple = appleDisplays, &mainQueue = runtime]() mutable {
     auto readings =
@@ -86,7 +86,8 @@ void DDCQueue::readAll(TakeReadings take) {
   });
 }
 
-void DDCQueue::reread(std::vector<RereadCandidate> candidates, TakePercents take) {
+void DDCQueue::reread(std::vector<RereadCandidate> candidates,
+                      std::function<void(const std::map<DisplayID, Percent>&)> take) {
   inBackground([candidates = std::move(candidates),
                 &clock = runtime] { return rereadMonitors(candidates, clock); },
                std::move(take));

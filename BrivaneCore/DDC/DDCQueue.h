@@ -40,10 +40,6 @@ struct RereadCandidate {
 /// the main queue, and only while this object exists.
 class DDCQueue {
  public:
-  using TakeReading = std::function<void(const MonitorReading&)>;
-  using TakeReadings = std::function<void(const std::vector<MonitorReading>&)>;
-  using TakePercents = std::function<void(const std::map<DisplayID, Percent>&)>;
-
   DDCQueue(Runtime& machineRuntime, std::shared_ptr<DisplayRegistry> displayRegistry,
            std::shared_ptr<const AppleDisplayBackend> appleDisplayBackend);
 
@@ -53,14 +49,15 @@ class DDCQueue {
   /// One raw reading; blocks.
   std::optional<VCPReading> probe(DisplayID display);
 
-  void read(DisplayID display, TakeReading take);
+  void read(DisplayID display, std::function<void(const MonitorReading&)> take);
 
   /// Reads every online external display that display services can't control; those without a
   /// channel are left out. `take` is called even when this object is gone, then with no readings.
-  void readAll(TakeReadings take);
+  void readAll(std::function<void(const std::vector<MonitorReading>&)> take);
 
   /// Gives the percents of the candidates that are worth asking and answered.
-  void reread(std::vector<RereadCandidate> candidates, TakePercents take);
+  void reread(std::vector<RereadCandidate> candidates,
+              std::function<void(const std::map<DisplayID, Percent>&)> take);
 
   /// Walks the registry anew.
   void rescan();

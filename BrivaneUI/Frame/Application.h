@@ -48,7 +48,6 @@ class Application {
 
   virtual void activateIgnoringOtherApplications() = 0;
 
-  /// The system's alert sound.
   virtual void beep() = 0;
 
   virtual Appearance effectiveAppearance() = 0;

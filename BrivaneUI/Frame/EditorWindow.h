@@ -32,7 +32,6 @@ class CustomViewHost {
   virtual void makeFirstResponder() = 0;
   /// Gives focus to the window itself; the view resigns if it had focus.
   virtual void resignFirstResponder() = 0;
-  /// The system's alert sound.
   virtual void beep() = 0;
 };
 
@@ -97,10 +96,9 @@ struct EditorWindowAttributes {
   bool operator==(const EditorWindowAttributes&) const = default;
 };
 
-/// A small window with a few controls that begins closed. When the window closes or another one
-/// gets focus, the focused view resigns and doesn't get focus back with the window. An open menu
-/// changes no focus. A click on a view, or a press by assistive technology, focuses the window.
-/// Main thread.
+/// A small window with a few controls, closed at first. When the window closes or another one gets
+/// focus, the focused view resigns and doesn't get focus back with the window. An open menu changes
+/// no focus. A click or assistive press on a view focuses the window. Main thread.
 class EditorWindow {
  public:
   virtual ~EditorWindow() = default;

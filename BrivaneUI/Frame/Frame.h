@@ -11,9 +11,8 @@
 
 namespace brivane {
 
-/// The program's user interface on a desktop: shows what the program gives it, reports what the
-/// user does, and decides nothing. Main thread. Windows and status items must not outlive their
-/// frame.
+/// The program's user interface on a desktop: shows what the program gives it, reports the user's
+/// actions and decides nothing. Main thread. Windows and status items must not outlive the frame.
 class Frame {
  public:
   virtual ~Frame() = default;

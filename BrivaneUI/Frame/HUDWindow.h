@@ -31,8 +31,7 @@ struct HUDWindowAttributes {
 
 enum class AnimationTiming { linear, easeIn };
 
-/// Whether the change to a new picture may be animated (a bar that grows, a symbol that is
-/// replaced).
+/// Whether a change to a new picture may be animated, as a growing bar or a replaced symbol.
 enum class ContentChange { animated, immediate };
 
 /// The HUD's window: never becomes key or main, never activates the program, and begins hidden with

@@ -42,7 +42,6 @@ struct HotkeyEditorTest : testing::Test {
   HotkeyBindingStore bindings{machine.settings};
   /// The stored bindings at each change.
   std::vector<std::string> changes;
-  /// As reported last.
   bool isCapturing = false;
   int reports = 0;
   std::unique_ptr<HotkeyEditor> editor = std::make_unique<HotkeyEditor>(

@@ -22,8 +22,7 @@ struct CountingMenu : MenuRefreshing {
 };
 
 struct KeyPressCoordinatorTest : testing::Test, ControllerBench {
-  /// Adds a monitor that is known to speak DDC/CI and doesn't answer now, and moves the pointer
-  /// there.
+  /// Adds a silent monitor that is known to speak DDC/CI, and moves the pointer there.
   FakeBus::Channel& addConnectingMonitor(DisplayID display) {
     auto& channel = addSilentMonitor(display);
     store.saveSupportsDDC(true, display);

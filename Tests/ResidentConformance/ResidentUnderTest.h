@@ -12,9 +12,8 @@
 namespace brivane {
 
 /// A machine that can run the resident program, and direct access to its keyboard and system.
-/// Requirements: the Accessibility grant is given; a US keyboard layout; the earlier application
-/// "com.quorrel.tallowin" stored exactly {"greeting": "hello"}; no key is down; F13 to F20 are
-/// free.
+/// Requirements: the Accessibility grant; a US keyboard layout; the earlier application
+/// "com.quorrel.tallowin" stored exactly {"greeting": "hello"}; no key down; F13 to F20 free.
 class ResidentUnderTest {
  public:
   virtual ~ResidentUnderTest() = default;
