@@ -58,7 +58,7 @@ TEST_F(AccessibilityRetryControllerTest, TheGrantIsCheckedEveryTwoSeconds) {
   EXPECT_FALSE(hotkeys.isEventTapActive());
   notesWithin(1us);
   EXPECT_TRUE(hotkeys.isEventTapActive());
-  EXPECT_TRUE(machine.taps.isEnabled);
+  EXPECT_TRUE(machine.taps.isEnabled());
 }
 
 TEST_F(AccessibilityRetryControllerTest,

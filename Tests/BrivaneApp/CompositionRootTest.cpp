@@ -87,7 +87,7 @@ TEST_F(CompositionRootTest, AHotkeyChangesTheDisplayUnderThePointerAndShowsItsLe
   machine.hotkeyGrabs.press(upArrow, controlAndOption);
   EXPECT_EQ(monitor.current, 55);
   EXPECT_EQ(root->hud->model().state(), HUDModel::State(HUDModel::Level{55}));
-  machine.hotkeyGrabs.release(upArrow, controlAndOption);
+  machine.hotkeyGrabs.release(upArrow);
   machine.hotkeyGrabs.press(downArrow, controlAndOption);
   EXPECT_EQ(monitor.current, 50);
 }
@@ -117,7 +117,7 @@ TEST_F(CompositionRootTest, BoostingUsesAGainOfAtMostFourAndTablesOf256Entries) 
   machine.displaySystem.allScreens[0].potentialHeadroom = 16;
   makeWithLevels();
   EXPECT_TRUE(root->controller->setLevel(200, 2));
-  const auto& boosted = machine.gamma.tables.at(2);
+  const auto& boosted = machine.gamma.written.at(2);
   EXPECT_EQ(boosted.red.size(), 256u);
   EXPECT_FLOAT_EQ(boosted.red.back(), 4.0F);
 }

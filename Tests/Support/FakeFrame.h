@@ -30,7 +30,7 @@ class FakeApplication : public Application {
   void beep() override { ++beeps; }
   Appearance effectiveAppearance() override { return appearance; }
   Observation observeEffectiveAppearance(Task handler) override {
-    return appearanceTopic.add(handler);
+    return appearanceTopic.observe(handler);
   }
 
   /// Changes the appearance and announces it.

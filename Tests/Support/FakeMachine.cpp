@@ -4,16 +4,28 @@
 #include <utility>
 
 #include "BrivaneCore/Support/Fatal.h"
+#include "BrivaneCore/Support/Lookup.h"
+#include "Machines/Desk/Hardware/GammaTable.h"
+#include "Machines/Desk/Hardware/KeyboardLayouts.h"
 #include "Machines/Desk/Hardware/Trace.h"
+#include "Tests/Support/SystemLibraries.h"
 
 namespace brivane {
 
 namespace {
 
-constexpr auto ioKitPath = "/System/Library/Frameworks/IOKit.framework/IOKit";
-constexpr auto displayServicesPath =
-    "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices";
 constexpr double screenSize = 100;
+
+constexpr std::uint32_t monitorChip = 0x37;
+constexpr std::int32_t nobodyAnswers = 1;
+/// Where the checksums of requests and replies begin.
+constexpr std::uint8_t requestSeed = 0x6E;
+constexpr std::uint8_t replySeed = 0x50;
+
+std::uint8_t checksum(std::uint8_t seed, std::span<const std::uint8_t> bytes) {
+  for (const std::uint8_t byte : bytes) seed = static_cast<std::uint8_t>(seed ^ byte);
+  return seed;
+}
 
 class ListIterator : public RegistryIterator {
  public:
@@ -32,12 +44,14 @@ class ListIterator : public RegistryIterator {
 }  // namespace
 
 void CallNotes::add(const std::string& what) {
+  const std::lock_guard lock(mutex);
   const auto milliseconds =
       std::chrono::duration_cast<std::chrono::milliseconds>(runtime->now().time_since_epoch());
   lines.push_back("[" + std::to_string(milliseconds.count()) + "] " + what);
 }
 
 std::vector<std::string> CallNotes::take() {
+  const std::lock_guard lock(mutex);
   return std::exchange(lines, {});
 }
 
@@ -56,8 +70,7 @@ std::optional<std::vector<DisplayID>> FakeDisplaySystem::onlineDisplayList(std::
 }
 
 const FakeDisplay* FakeDisplaySystem::find(DisplayID id) const {
-  const auto found = std::find_if(online.begin(), online.end(),
-                                  [&](const FakeDisplay& display) { return display.id == id; });
+  const auto found = std::ranges::find(online, id, &FakeDisplay::id);
   return found == online.end() ? nullptr : &*found;
 }
 
@@ -76,12 +89,7 @@ void FakeDisplaySystem::add(const FakeDisplay& display, const std::string& name)
   const double left = screenSize * static_cast<double>(allScreens.size());
   online.push_back(display);
   allScreens.push_back({display.id, {left, 0, screenSize, screenSize}, name, 1.0});
-}
-
-std::optional<PropertyValue> FakeRegistryEntry::property(std::string_view key) const {
-  const auto found = properties.find(key);
-  if (found == properties.end()) return std::nullopt;
-  return found->second;
+  if (!main) main = allScreens.front();
 }
 
 std::unique_ptr<RegistryIterator> FakeIORegistry::allServices() {
@@ -126,17 +134,28 @@ LibraryHandle FakeSymbolLoader::open(std::string_view path, int mode) {
 }
 
 Symbol FakeSymbolLoader::find(LibraryHandle library, std::string_view name) {
+  if (library == 0) return {};
   const std::string path =
       library == globalNamespace ? "" : openPaths.at(static_cast<std::size_t>(library - 1));
   calls.push_back("find " + (path.empty() ? "global" : path) + " " + std::string(name));
-  const auto& symbols = libraries[path];
-  const auto found = symbols.find(std::string(name));
-  return found == symbols.end() ? Symbol{} : found->second;
+  return lookUp(libraries[path], std::string(name)).value_or(Symbol{});
 }
 
 struct FakeBus::Service : AVService {
   Service(std::string portName, Channel& portChannel)
       : port(std::move(portName)), channel(portChannel) {}
+
+  std::vector<std::uint8_t> standardReply() const {
+    const auto high = [](std::uint16_t value) { return static_cast<std::uint8_t>(value >> 8); };
+    const auto low = [](std::uint16_t value) { return static_cast<std::uint8_t>(value & 0xFF); };
+    const std::uint8_t code = lastRequest.size() > 2 ? lastRequest[2] : 0;
+    std::vector<std::uint8_t> reply = {0x6E, 0x88, 0x02, 0x00, code, 0x00};
+    for (const std::uint16_t value : {channel.max, channel.current}) {
+      reply.insert(reply.end(), {high(value), low(value)});
+    }
+    reply.push_back(checksum(replySeed, reply));
+    return reply;
+  }
 
   std::string port;
   Channel& channel;
@@ -144,7 +163,7 @@ struct FakeBus::Service : AVService {
 };
 
 void FakeBus::install(FakeSymbolLoader& loader) {
-  auto& symbols = loader.libraries[ioKitPath];
+  auto& symbols = loader.libraries[ioKit];
   symbols["IOAVServiceCreateWithService"] =
       CreateAVServiceFunction([this](const RegistryEntry& proxy) -> std::shared_ptr<AVService> {
         const auto parent = proxy.parent();
@@ -166,14 +185,17 @@ void FakeBus::install(FakeSymbolLoader& loader) {
 
 std::int32_t FakeBus::write(Service& service, std::uint32_t chip, std::uint32_t address,
                             std::span<const std::uint8_t> bytes) {
+  const std::lock_guard lock(mutex);
   Channel& channel = service.channel;
   notes.add("write " + service.port + " " + std::to_string(chip) + "/" + std::to_string(address) +
             ": " + tracedBytes(bytes));
+  if (chip != monitorChip) return nobodyAnswers;
   std::int32_t status = channel.writeStatus;
   if (!channel.nextWriteStatuses.empty()) {
     status = channel.nextWriteStatuses.front();
     channel.nextWriteStatuses.erase(channel.nextWriteStatuses.begin());
   }
+  if (checksum(requestSeed, bytes) != 0) return status;
   service.lastRequest.assign(bytes.begin(), bytes.end());
   if (bytes.size() > 1 && bytes[1] == 0x01) ++channel.getCount;
   if (bytes.size() == 6 && bytes[1] == 0x03) ++channel.setCount;
@@ -185,37 +207,23 @@ std::int32_t FakeBus::write(Service& service, std::uint32_t chip, std::uint32_t 
 
 std::int32_t FakeBus::read(Service& service, std::uint32_t chip, std::uint32_t address,
                            std::span<std::uint8_t> bytes) {
+  const std::lock_guard lock(mutex);
   Channel& channel = service.channel;
   notes.add("read " + service.port + " " + std::to_string(chip) + "/" + std::to_string(address) +
             ": " + std::to_string(bytes.size()));
+  if (chip != monitorChip) return nobodyAnswers;
   if (channel.readStatus != 0) return channel.readStatus;
   if (!channel.answers) return 0;
-  const std::uint8_t code = service.lastRequest.size() > 2 ? service.lastRequest[2] : 0;
-  const auto high = [](std::uint16_t value) { return static_cast<std::uint8_t>(value >> 8); };
-  const auto low = [](std::uint16_t value) { return static_cast<std::uint8_t>(value & 0xFF); };
-  const std::vector<std::uint8_t> reply = channel.reply
-                                              ? channel.reply()
-                                              : std::vector<std::uint8_t>{0x6E,
-                                                                          0x88,
-                                                                          0x02,
-                                                                          0x00,
-                                                                          code,
-                                                                          0x00,
-                                                                          high(channel.max),
-                                                                          low(channel.max),
-                                                                          high(channel.current),
-                                                                          low(channel.current),
-                                                                          0,
-                                                                          0};
+  const auto reply = channel.reply ? channel.reply() : service.standardReply();
   std::copy_n(reply.begin(), std::min(reply.size(), bytes.size()), bytes.begin());
   return 0;
 }
 
 void FakeDisplayServices::install(FakeSymbolLoader& loader) {
-  auto& symbols = loader.libraries[displayServicesPath];
+  auto& symbols = loader.libraries[displayServices];
   symbols["DisplayServicesGetBrightness"] =
       GetBrightnessFunction([this](DisplayID display, float& level) {
-        if (const auto found = levels.find(display); found != levels.end()) level = found->second;
+        level = lookUp(levels, display).value_or(level);
         return getStatus;
       });
   symbols["DisplayServicesSetBrightness"] =
@@ -223,16 +231,8 @@ void FakeDisplayServices::install(FakeSymbolLoader& loader) {
         if (setStatus == 0) levels[display] = level;
         return setStatus;
       });
-  symbols["DisplayServicesCanChangeBrightness"] =
-      CanChangeBrightnessFunction([this](DisplayID display) {
-        const auto found = canChange.find(display);
-        return found != canChange.end() && found->second;
-      });
-}
-
-std::uint32_t FakeGammaTables::capacity(DisplayID display) {
-  calls.push_back("capacity " + std::to_string(display));
-  return capacities[display];
+  symbols["DisplayServicesCanChangeBrightness"] = CanChangeBrightnessFunction(
+      [this](DisplayID display) { return lookUp(canChange, display).value_or(false); });
 }
 
 std::int32_t FakeGammaTables::readTable(DisplayID display, std::span<float> red,
@@ -240,15 +240,16 @@ std::int32_t FakeGammaTables::readTable(DisplayID display, std::span<float> red,
                                         std::uint32_t& returned) {
   calls.push_back("read " + std::to_string(display) + " " + std::to_string(red.size()));
   if (readStatus[display] != 0) return readStatus[display];
-  const auto table = tables.find(display);
-  if (table == tables.end()) return 1;
-  returned = static_cast<std::uint32_t>(table->second.red.size());
+  const auto found = tables.find(display);
+  if (found == tables.end()) return 1;
+  const Table& table = found->second;
+  returned = static_cast<std::uint32_t>(table.red.size());
   const auto fill = [](const std::vector<float>& from, std::span<float> to) {
     std::copy_n(from.begin(), std::min(from.size(), to.size()), to.begin());
   };
-  fill(table->second.red, red);
-  fill(table->second.green, green);
-  fill(table->second.blue, blue);
+  fill(table.red, red);
+  fill(table.green, green);
+  fill(table.blue, blue);
   return 0;
 }
 
@@ -258,29 +259,27 @@ std::int32_t FakeGammaTables::writeTable(DisplayID display, std::span<const floa
   calls.push_back("write " + std::to_string(display) + " " + std::to_string(red.size()));
   notes.add("gamma " + calls.back());
   if (writeStatus[display] != 0) return writeStatus[display];
-  tables[display] = {
+  if (!tables.contains(display)) return 1;
+  const Table& last = written[display] = {
       {red.begin(), red.end()}, {green.begin(), green.end()}, {blue.begin(), blue.end()}};
+  const auto table = resampled({last.red, last.green, last.blue}, capacities[display]);
+  tables[display] = {table[0], table[1], table[2]};
   return 0;
 }
 
 void FakeGammaTables::restoreCalibratedTables() {
   calls.emplace_back("restore all");
   notes.add("gamma restore all");
+  for (const auto& [display, table] : calibrated) tables[display] = table;
+}
+
+void FakeGammaTables::add(DisplayID display, const std::vector<float>& curve) {
+  capacities[display] = static_cast<std::uint32_t>(curve.size());
+  tables[display] = calibrated[display] = {curve, curve, curve};
 }
 
 void FakeGammaTables::add(DisplayID display, std::uint32_t entries) {
-  std::vector<float> curve(entries);
-  for (std::uint32_t i = 0; i < entries; ++i) {
-    curve[i] = static_cast<float>(static_cast<double>(i) / (entries - 1));
-  }
-  capacities[display] = entries;
-  tables[display] = {curve, curve, curve};
-}
-
-std::optional<PropertyValue> FakeUserDefaults::object(std::string_view key) const {
-  const auto found = values.find(key);
-  if (found == values.end()) return std::nullopt;
-  return found->second;
+  add(display, calibratedTable({.capacity = entries, .calibrated = {}})[0]);
 }
 
 void FakeUserDefaults::set(std::string_view key, const PropertyValue& value) {
@@ -300,7 +299,7 @@ ProcessResult FakeProcessRunner::run(const std::string& executable,
   runs.push_back(whole);
   // The first arguments say what is done, the last one may be long.
   notes.add("run " + executable + (arguments.size() > 1 ? " " + arguments[1] : ""));
-  if (tool) return tool(arguments);
+  if (const auto tool = lookUp(tools, executable)) return (*tool)(arguments);
   if (results.empty()) return ProcessNotStarted{"nothing to run"};
   ProcessResult result = results.front();
   if (results.size() > 1) results.erase(results.begin());
@@ -308,10 +307,13 @@ ProcessResult FakeProcessRunner::run(const std::string& executable,
 }
 
 std::vector<ProcessID> FakeApplications::runningApplications(const std::string& identifier) {
-  return running[identifier];
+  auto processes = running[identifier];
+  if (isAnnounced && identifier == bundle) processes.push_back(ownID);
+  return processes;
 }
 
 void FakeSystemLog::write(std::string_view line) {
+  const std::lock_guard lock(mutex);
   lines.emplace_back(line);
   notes.add("log " + std::string(line));
 }
@@ -333,33 +335,23 @@ std::variant<HotkeyReference, HotkeyStatus> FakeHotkeys::registerHotkey(std::uin
                                                                         HotkeyID hotkey) {
   notes.add("register hotkey " + std::to_string(hotkey.id) + " key " + std::to_string(keyCode) +
             " modifiers " + std::to_string(modifiers));
-  if (taken.contains({keyCode, modifiers}) || holds(keyCode, modifiers)) return takenStatus;
-  registrations[nextReference] = {keyCode, modifiers, hotkey};
-  return nextReference++;
+  if (taken.contains({keyCode, modifiers})) return HotkeyTable::alreadyTaken;
+  const auto result = table.add({keyCode, modifiers}, [this, hotkey](HotkeyEvent event) {
+    // Copied: the handler may install another.
+    if (const Handler current = handler) current(event, hotkey);
+  });
+  if (const auto* const reference = std::get_if<HotkeyReference>(&result)) {
+    registrations[*reference] = {keyCode, modifiers, hotkey};
+  }
+  return result;
 }
 
 void FakeHotkeys::unregisterHotkey(HotkeyReference reference) {
   const auto found = registrations.find(reference);
   if (found == registrations.end()) fatal("a hotkey was unregistered that isn't registered");
   notes.add("unregister hotkey " + std::to_string(found->second.hotkey.id));
-  if (down.erase(reference) != 0) unregisteredWhileDown.push_back(found->second);
+  table.retire(reference);
   registrations.erase(found);
-}
-
-bool FakeHotkeys::press(std::uint32_t keyCode, std::uint32_t modifiers) {
-  return send(HotkeyEvent::pressed, keyCode, modifiers);
-}
-
-bool FakeHotkeys::release(std::uint32_t keyCode, std::uint32_t modifiers) {
-  const auto late = std::ranges::find_if(unregisteredWhileDown, [&](const Registration& former) {
-    return former.keyCode == keyCode && former.modifiers == modifiers;
-  });
-  if (late == unregisteredWhileDown.end()) {
-    return send(HotkeyEvent::released, keyCode, modifiers);
-  }
-  const HotkeyID hotkey = late->hotkey;
-  unregisteredWhileDown.erase(late);
-  return tell(HotkeyEvent::released, hotkey);
 }
 
 bool FakeHotkeys::holds(std::uint32_t keyCode, std::uint32_t modifiers) const {
@@ -368,59 +360,42 @@ bool FakeHotkeys::holds(std::uint32_t keyCode, std::uint32_t modifiers) const {
   });
 }
 
-bool FakeHotkeys::send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_t modifiers) {
-  for (const auto& [reference, registration] : registrations) {
-    if (registration.keyCode != keyCode || registration.modifiers != modifiers) continue;
-    if (event == HotkeyEvent::pressed) {
-      down.insert(reference);
-    } else {
-      down.erase(reference);
-    }
-    return tell(event, registration.hotkey);
-  }
-  return false;
-}
-
-bool FakeHotkeys::tell(HotkeyEvent event, HotkeyID hotkey) const {
-  // What hears of it may install another.
-  const Handler own = handler;
-  if (own) own(event, hotkey);
-  return own != nullptr;
-}
-
 class FakeEventTaps::Tap : public EventTap {
  public:
-  explicit Tap(FakeEventTaps& eventTaps) : port(eventTaps) { port.exists = true; }
+  Tap(std::shared_ptr<TapStream::Tap> tapInStream, CallNotes& callNotes)
+      : tap(std::move(tapInStream)), notes(callNotes) {}
   ~Tap() override {
-    port.notes.add("remove tap");
-    port.exists = port.isEnabled = false;
-    port.handler = nullptr;
+    notes.add("remove tap");
+    tap->isEnabled = false;
   }
-  Tap(const Tap&) = delete;
-  Tap& operator=(const Tap&) = delete;
 
   void setEnabled(bool enabled) override {
-    port.notes.add(enabled ? "enable tap" : "disable tap");
-    port.isEnabled = enabled;
+    notes.add(enabled ? "enable tap" : "disable tap");
+    tap->isEnabled = enabled;
   }
 
  private:
-  FakeEventTaps& port;
+  const std::shared_ptr<TapStream::Tap> tap;
+  CallNotes& notes;
 };
 
-std::unique_ptr<EventTap> FakeEventTaps::createTap(Handler newHandler) {
+std::unique_ptr<EventTap> FakeEventTaps::createTap(Handler handler) {
   notes.add("create tap");
-  if (refuses) return nullptr;
-  handler = std::move(newHandler);
-  return std::make_unique<Tap>(*this);
+  if (refuses || !access.trusted) return nullptr;
+  auto tap = stream.add(std::move(handler));
+  latest = tap;
+  return std::make_unique<Tap>(std::move(tap), notes);
 }
 
 TapVerdict FakeEventTaps::send(const TapEvent& event) {
-  if (!handler) return TapVerdict::passThrough;
-  const bool isNotice = event.type != TapEvent::systemDefined;
-  if (!isEnabled && !isNotice) return TapVerdict::passThrough;
-  const Handler own = handler;
-  return own(event);
+  return stream.send(event) ? TapVerdict::passThrough : TapVerdict::swallow;
+}
+
+void FakeEventTaps::disable(std::uint32_t notice) {
+  const auto tap = latest.lock();
+  if (tap == nullptr) return;
+  tap->isEnabled = false;
+  tap->handler({notice, std::nullopt});
 }
 
 TapVerdict FakeEventTaps::sendKey(std::uint32_t keyType, std::uint32_t state) {
@@ -431,37 +406,8 @@ TapVerdict FakeEventTaps::sendKey(std::uint32_t keyType, std::uint32_t state) {
 }
 
 std::optional<std::string> FakeKeyboard::baseCharacter(std::uint16_t keyCode) {
-  const auto found = characters.find(keyCode);
-  if (found == characters.end()) return std::nullopt;
-  return found->second;
-}
-
-Observation FakeNotifications::Topic::add(const Task& handler) {
-  auto observer = std::make_shared<Task>(handler);
-  observers.push_back(observer);
-  return observer;
-}
-
-void FakeNotifications::Topic::announce() const {
-  for (const auto& observer : std::vector(observers)) {
-    if (const auto handler = observer.lock()) (*handler)();
-  }
-}
-
-std::size_t FakeNotifications::Topic::observerCount() const {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(observers, [](const auto& observer) { return !observer.expired(); }));
-}
-
-std::optional<double> FakeSession::modificationSeconds(const std::string& path) {
-  const auto found = files.find(path);
-  return found == files.end() ? std::nullopt : found->second;
-}
-
-std::optional<std::string> FakeResources::read(const std::string& bundle, const std::string& path) {
-  const auto found = files.find(bundle + "/" + path);
-  if (found == files.end()) return std::nullopt;
-  return found->second;
+  if (const auto character = lookUp(characters, keyCode)) return character;
+  return characterOfKey(layout ? KeyboardLayout::us : KeyboardLayout::none, keyCode);
 }
 
 FakeMachine::FakeMachine() : notes(&time), systemLog(notes), bus(notes) {}
@@ -490,13 +436,6 @@ void FakeMachine::noteEverything() {
         &announcements.notes, &suiteNotes}) {
     optional->target = &notes;
   }
-}
-
-std::unique_ptr<DefaultsSuite> FakeMachine::openDefaultsSuite(const std::string& name) {
-  suiteNotes.add("open suite " + name);
-  const auto found = suites.find(name);
-  if (found == suites.end()) return nullptr;
-  return std::make_unique<FakeDefaultsSuite>(found->second);
 }
 
 }  // namespace brivane

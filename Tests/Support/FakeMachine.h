@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -10,14 +12,20 @@
 #include <vector>
 
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneCore/Support/Lookup.h"
+#include "BrivaneCore/Support/Observers.h"
+#include "Machines/Common/Keys/HotkeyTable.h"
+#include "Machines/Common/Keys/TapStream.h"
 #include "Machines/Desk/Machine/VirtualRuntime.h"
 
-// A machine for unit tests: each seam is a value that a test sets and looks at, with nothing behind
-// it. Calls that matter in their order are also noted, in one common list, with their virtual time.
+// A machine for unit tests: each part is a value that a test sets and reads. As long as a test only
+// adds hardware, the parts behave as any machine's (FakeMachineUnderTest.cpp); by setting members a
+// test provokes what no other machine can be made to do. Calls whose order matters are also noted,
+// in one common list, with their virtual time.
 
 namespace brivane {
 
-/// "[<virtual milliseconds>] <what>" lines in the order of the calls.
+/// "[<virtual milliseconds>] <what>" lines in the order of the calls. Any thread.
 class CallNotes {
  public:
   explicit CallNotes(const Runtime* notedRuntime) : runtime(notedRuntime) {}
@@ -26,6 +34,7 @@ class CallNotes {
 
  private:
   const Runtime* runtime;
+  std::mutex mutex;
   std::vector<std::string> lines;
 };
 
@@ -37,7 +46,7 @@ struct FakeDisplay {
   bool isBuiltIn = false;
 };
 
-/// Where a fake that usually keeps its calls to itself notes them, when told to.
+/// Notes nothing until it has a target.
 struct OptionalNotes {
   void add(const std::string& what) const {
     if (target != nullptr) target->add(what);
@@ -56,7 +65,8 @@ class FakeDisplaySystem : public DisplaySystem {
   std::optional<Screen> mainScreen() override { return main; }
   Point pointerPosition() override { return pointer; }
 
-  /// Adds the display and a 100 x 100 screen for it, to the right of all screens so far.
+  /// Adds the display and a 100 x 100 screen for it, to the right of all screens so far; the first
+  /// becomes the main screen.
   void add(const FakeDisplay& display, const std::string& name);
 
   std::vector<FakeDisplay> online;
@@ -73,7 +83,9 @@ class FakeDisplaySystem : public DisplaySystem {
 struct FakeRegistryEntry : RegistryEntry {
   std::optional<std::string> className() const override { return ownClass; }
   std::optional<std::string> name() const override { return ownName; }
-  std::optional<PropertyValue> property(std::string_view key) const override;
+  std::optional<PropertyValue> property(std::string_view key) const override {
+    return lookUp(properties, key);
+  }
   std::shared_ptr<const RegistryEntry> parent() const override { return above; }
 
   std::optional<std::string> ownClass = "IOService";
@@ -116,7 +128,6 @@ class FakeSymbolLoader : public SymbolLoader {
 };
 
 /// A bus with one I2C channel per port, offered through `FakeSymbolLoader` by `install`.
-/// Each channel answers with what its `reply` makes of the last request.
 class FakeBus {
  public:
   struct Channel {
@@ -149,6 +160,7 @@ class FakeBus {
                     std::span<std::uint8_t> bytes);
 
   CallNotes& notes;
+  std::mutex mutex;
 };
 
 /// Display services over a map of levels, offered through `FakeSymbolLoader` by `install`.
@@ -169,28 +181,40 @@ class FakeGammaTables : public GammaTables {
     bool operator==(const Table&) const = default;
   };
 
-  std::uint32_t capacity(DisplayID display) override;
+  std::uint32_t capacity(DisplayID display) override {
+    calls.push_back("capacity " + std::to_string(display));
+    return lookUp(capacities, display).value_or(0);
+  }
   std::int32_t readTable(DisplayID display, std::span<float> red, std::span<float> green,
                          std::span<float> blue, std::uint32_t& returned) override;
   std::int32_t writeTable(DisplayID display, std::span<const float> red,
                           std::span<const float> green, std::span<const float> blue) override;
   void restoreCalibratedTables() override;
 
-  /// Gives the display a linear table of that size.
+  /// Gives the display a calibrated table: the same curve on all channels, or a linear one.
+  void add(DisplayID display, const std::vector<float>& curve);
   void add(DisplayID display, std::uint32_t entries);
 
+  /// In force, with as many samples as the display's capacity says.
   std::map<DisplayID, Table> tables;
+  /// As they were written last.
+  std::map<DisplayID, Table> written;
   std::map<DisplayID, std::uint32_t> capacities;
   std::map<DisplayID, std::int32_t> readStatus;
   std::map<DisplayID, std::int32_t> writeStatus;
   /// "capacity <id>", "read <id> <count>", "write <id> <count>", "restore all".
   std::vector<std::string> calls;
   OptionalNotes notes;
+
+ private:
+  std::map<DisplayID, Table> calibrated;
 };
 
 class FakeUserDefaults : public UserDefaults {
  public:
-  std::optional<PropertyValue> object(std::string_view key) const override;
+  std::optional<PropertyValue> object(std::string_view key) const override {
+    return lookUp(values, key);
+  }
   void set(std::string_view key, const PropertyValue& value) override;
   void remove(std::string_view key) override;
 
@@ -217,12 +241,14 @@ class FakeProcessRunner : public ProcessRunner {
   ProcessResult run(const std::string& executable,
                     const std::vector<std::string>& arguments) override;
 
-  /// What the next runs give, in order; the last one stays.
+  using Tool = std::function<ProcessResult(const std::vector<std::string>& arguments)>;
+
+  /// Tools by path.
+  std::map<std::string, Tool> tools;
+  /// What the next runs of anything else give, in order; the last one stays.
   std::vector<ProcessResult> results;
   /// Executable and arguments of each run.
   std::vector<std::vector<std::string>> runs;
-  /// Takes the place of `results` when set.
-  std::function<ProcessResult(const std::vector<std::string>& arguments)> tool;
   OptionalNotes notes;
 };
 
@@ -238,10 +264,10 @@ class FakeApplications : public Applications {
   }
 
   std::optional<std::string> bundle = "com.quorrel.brivane";
+  /// By identifier, without this process once it is announced.
   std::map<std::string, std::vector<ProcessID>> running;
   ProcessID ownID = 100;
   bool canAnnounce = true;
-  /// Happens while the program announces itself.
   std::function<void()> atAnnouncing;
   bool isAnnounced = false;
   OptionalNotes notes;
@@ -256,11 +282,10 @@ class FakeSystemLog : public SystemLog {
 
  private:
   CallNotes& notes;
+  std::mutex mutex;
 };
 
-/// Hotkeys that a test presses: `press` and `release` call the installed handler for whatever holds
-/// the combination, or was unregistered while it was down. To unregister what isn't registered is a
-/// fatal error.
+/// To unregister what isn't registered is a fatal error.
 class FakeHotkeys : public Hotkeys {
  public:
   struct Registration {
@@ -280,9 +305,9 @@ class FakeHotkeys : public Hotkeys {
                                                              HotkeyID hotkey) override;
   void unregisterHotkey(HotkeyReference reference) override;
 
-  /// Whether somebody holds the combination and was told.
-  bool press(std::uint32_t keyCode, std::uint32_t modifiers);
-  bool release(std::uint32_t keyCode, std::uint32_t modifiers);
+  void press(std::uint32_t keyCode, std::uint32_t modifiers) { table.press({keyCode, modifiers}); }
+  void release(std::uint32_t keyCode) { table.releaseKey(keyCode); }
+  void keepModifiers(std::uint32_t modifiers) { table.keepModifiers(modifiers); }
   bool holds(std::uint32_t keyCode, std::uint32_t modifiers) const;
 
   bool refusesHandler = false;
@@ -290,39 +315,37 @@ class FakeHotkeys : public Hotkeys {
   std::map<HotkeyReference, Registration> registrations;
   /// Combinations (key code, modifiers) that another program has.
   std::set<std::pair<std::uint32_t, std::uint32_t>> taken;
-  HotkeyStatus takenStatus = -9878;
 
  private:
-  bool send(HotkeyEvent event, std::uint32_t keyCode, std::uint32_t modifiers);
-  bool tell(HotkeyEvent event, HotkeyID hotkey) const;
-
   CallNotes& notes;
-  HotkeyReference nextReference = 1;
-  std::set<HotkeyReference> down;
-  std::vector<Registration> unregisteredWhileDown;
+  HotkeyTable table;
 };
 
-/// One tap at most; `send` gives it an event as the system would.
 class FakeEventTaps : public EventTaps {
  public:
-  explicit FakeEventTaps(CallNotes& callNotes) : notes(callNotes) {}
+  FakeEventTaps(CallNotes& callNotes, const FakeAccessibility& machineAccess)
+      : notes(callNotes), access(machineAccess) {}
 
-  std::unique_ptr<EventTap> createTap(Handler newHandler) override;
+  std::unique_ptr<EventTap> createTap(Handler handler) override;
 
-  /// Passes without a tap, and, disabling notices apart, with a disabled one.
   TapVerdict send(const TapEvent& event);
   /// A special key's press: `keyType` 2 is brightness up, 3 down; `state` 0x0A is down, 0x0B up.
   TapVerdict sendKey(std::uint32_t keyType, std::uint32_t state = 0x0A);
 
+  /// Disables the latest tap and notifies it.
+  void disable(std::uint32_t notice);
+  bool exists() const { return !latest.expired(); }
+  bool isEnabled() { return stream.hasEnabledTap(); }
+
   bool refuses = false;
-  bool exists = false;
-  bool isEnabled = false;
 
  private:
   class Tap;
 
   CallNotes& notes;
-  Handler handler;
+  const FakeAccessibility& access;
+  TapStream stream;
+  std::weak_ptr<TapStream::Tap> latest;
 };
 
 class FakeKeyboard : public Keyboard {
@@ -333,39 +356,46 @@ class FakeKeyboard : public Keyboard {
   bool isKeyDown(std::uint16_t keyCode) override { return keysDown.contains(keyCode); }
 
   bool layout = true;
+  /// What keys give that give something else than on a US keyboard.
   std::map<std::uint16_t, std::string> characters;
   std::uint64_t flags = 0;
   std::set<std::uint16_t> keysDown;
 };
 
-/// Announcements that a test makes by calling `announce…`; they reach their observers at once.
+/// A test that calls `announce` plays the main-queue task in which the system announces.
 class FakeNotifications : public SystemNotifications {
  public:
   Observation observeScreenParameters(Task handler) override {
     notes.add("observe screen parameters");
-    return screens.add(handler);
+    return screens.observe(handler);
   }
   Observation observeDidWake(Task handler) override {
     notes.add("observe wake");
-    return wake.add(handler);
+    return wake.observe(handler);
   }
   Observation observeScreensDidWake(Task handler) override {
     notes.add("observe screens' wake");
-    return screensWake.add(handler);
+    return screensWake.observe(handler);
   }
   Observation observeTermination(Task handler) override {
     notes.add("observe termination");
-    return termination.add(handler);
+    return termination.observe(handler);
   }
 
-  class Topic {
+  class Topic : public Observers<> {
    public:
-    Observation add(const Task& handler);
-    void announce() const;
-    std::size_t observerCount() const;
+    Observation observe(const Task& handler) {
+      auto observation = Observers::observe(handler);
+      observations.push_back(observation);
+      return observation;
+    }
+    std::size_t observerCount() const {
+      return static_cast<std::size_t>(
+          std::ranges::count(observations, false, &std::weak_ptr<void>::expired));
+    }
 
    private:
-    std::vector<std::weak_ptr<Task>> observers;
+    std::vector<std::weak_ptr<void>> observations;
   };
 
   Topic screens;
@@ -383,23 +413,27 @@ class FakeSession : public Session {
   std::uint32_t userID() override { return user; }
   std::string homeFolder() override { return home; }
   bool fileExists(const std::string& path) override { return files.contains(path); }
-  std::optional<double> modificationSeconds(const std::string& path) override;
+  std::optional<double> modificationSeconds(const std::string& path) override {
+    return lookUp(files, path).value_or(std::nullopt);
+  }
   std::optional<std::string> executablePath() override { return executable; }
   std::vector<std::string> arguments() override { return ownArguments; }
   void openURL(const std::string& url) override { openedURLs.push_back(url); }
 
   std::uint32_t user = 501;
   std::string home = "/Users/somebody";
-  /// Files that exist, and when they were modified.
-  std::map<std::string, std::optional<double>> files;
   std::optional<std::string> executable = "/Applications/Brivane.app/Contents/MacOS/Brivane";
+  /// Files that exist, and when they were modified.
+  std::map<std::string, std::optional<double>> files = {{*executable, 1732190000}};
   std::vector<std::string> ownArguments = {"Brivane"};
   std::vector<std::string> openedURLs;
 };
 
 class FakeResources : public Resources {
  public:
-  std::optional<std::string> read(const std::string& bundle, const std::string& path) override;
+  std::optional<std::string> read(const std::string& bundle, const std::string& path) override {
+    return lookUp(files, bundle + "/" + path);
+  }
   std::vector<std::string> preferredLanguages() override { return languages; }
 
   /// Contents by "<bundle>/<path>".
@@ -440,7 +474,10 @@ class FakeMachine : public ResidentMachine {
   SystemNotifications& notifications() override { return announcements; }
   Session& session() override { return userSession; }
   Resources& resources() override { return bundles; }
-  std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
+  std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override {
+    suiteNotes.add("open suite " + name);
+    return std::make_unique<FakeDefaultsSuite>(lookUp(suites, name));
+  }
 
   /// An external monitor with everything it needs to speak DDC/CI: display and screen `id`, named
   /// `name`; panel, proxy and channel at `port`.
@@ -467,13 +504,13 @@ class FakeMachine : public ResidentMachine {
   FakeBus bus;
   FakeDisplayServices displayServices;
   FakeHotkeys hotkeyGrabs{notes};
-  FakeEventTaps taps{notes};
+  FakeEventTaps taps{notes, access};
   FakeKeyboard keys;
   FakeNotifications announcements;
   FakeSession userSession;
   FakeResources bundles;
-  /// Suites by name; one without a dictionary has no domain.
-  std::map<std::string, std::optional<PropertyValue::Dictionary>> suites;
+  /// What other applications stored, by suite.
+  std::map<std::string, PropertyValue::Dictionary> suites;
   OptionalNotes suiteNotes;
   /// Last, and so the first to end: tasks that are still running then may use all of the above.
   VirtualRuntime time;

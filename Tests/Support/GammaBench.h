@@ -12,10 +12,7 @@ namespace brivane {
 /// Fake gamma tables with the parts that every gamma effect stands on.
 struct GammaBench {
   /// A display whose table holds the same curve on all channels.
-  void addTable(DisplayID display, const std::vector<float>& curve) {
-    tables.capacities[display] = static_cast<std::uint32_t>(curve.size());
-    tables.tables[display] = {curve, curve, curve};
-  }
+  void addTable(DisplayID display, const std::vector<float>& curve) { tables.add(display, curve); }
 
   /// The red curve in force.
   std::vector<float> curve(DisplayID display) { return tables.tables[display].red; }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Tests/Support/FakeFrame.h"
+#include "Tests/Support/TestDesk.h"
 #include "Tests/Support/TimerNotingRuntime.h"
 
 namespace brivane {
@@ -14,14 +15,12 @@ struct TimerNotingMachine : FakeMachine {
   TimerNotingRuntime notingRuntime{time, notes};
 };
 
-/// What the resident program lives on: a machine that notes everything, a key-mapping tool that
-/// keeps what it is given, and a frame.
+/// What the resident program lives on: a machine that notes everything, with a desk's key-mapping
+/// tool, and a frame.
 struct ResidentBench {
   ResidentBench() {
-    machine.processRunner.tool = [this](const std::vector<std::string>& arguments) {
-      if (!toolWorks) return FinishedProcess{1, ""};
-      if (arguments.at(1) == "--set") mapping = arguments.at(2);
-      return FinishedProcess{0, mapping};
+    machine.processRunner.tools[hidutil] = [this](const std::vector<std::string>& arguments) {
+      return toolWorks ? desk.machine->processes().run(hidutil, arguments) : FinishedProcess{1, ""};
     };
     machine.noteEverything();
   }
@@ -46,10 +45,18 @@ struct ResidentBench {
     return notes;
   }
 
+  /// As the tool prints it.
+  std::string mapping() {
+    const auto printed =
+        desk.machine->processes().run(hidutil, {"property", "--get", "UserKeyMapping"});
+    return std::get<FinishedProcess>(printed).output;
+  }
+
   void run(Microseconds time) { machine.time.runFor(time); }
 
+  static constexpr auto hidutil = "/usr/bin/hidutil";
   bool toolWorks = true;
-  std::string mapping = "(null)\n";
+  TestDesk desk{R"({"displays": [{"identifier": 1}]})"};
   TimerNotingMachine machine;
   FakeFrame frame{machine.time, machine.notes};
 };

@@ -71,6 +71,7 @@ TEST(CoreGraphicsGammaTableIO, SamplesAndTheirCountStartAtZero) {
 }
 
 TEST_F(CoreGraphicsGammaTableIOTest, WritesEachChannel) {
+  tables.add(7, 2);
   EXPECT_TRUE(io.write({{0, 0.1F}, {0, 0.2F}, {0, 0.3F}}, 7));
   EXPECT_EQ(tables.tables[7], (FakeGammaTables::Table{{0, 0.1F}, {0, 0.2F}, {0, 0.3F}}));
 }

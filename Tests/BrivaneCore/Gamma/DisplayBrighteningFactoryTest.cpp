@@ -149,7 +149,7 @@ TEST(DisplayBrighteningFactory, TheWinnersTableStaysInForceAfterAHandOver) {
   factory.invalidateAll();
   EXPECT_EQ(factory.brightening(1).amount(1), 30);
   EXPECT_EQ(fallback->amount(1), 0);
-  EXPECT_EQ(bench.curve(1).size(), 256U);
+  EXPECT_EQ(bench.tables.written[1].red.size(), 256U);
   EXPECT_FLOAT_EQ(bench.curve(1).back(), 1.3F);
 }
 

@@ -213,7 +213,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, APressDuringWhichHotkeysAreRegisteredAnewSti
   coordinator->registerHotkeys(true);
   machine.hotkeyGrabs.press(126, 6144);
   EXPECT_EQ(machine.time.timerCount(), 1u);
-  machine.hotkeyGrabs.release(126, 6144);
+  machine.hotkeyGrabs.release(126);
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
@@ -312,11 +312,11 @@ TEST_F(CarbonHotkeyCoordinatorTest, ShiftPressedWhileTheRelayKeyIsDownMakesTheSw
   EXPECT_THAT(notesWithin(milliseconds(420)),
               ElementsAre("[0] step 5 snap hidRelay", "[410] step 5 hidRelay"));
   machine.keys.flags = modifierFlag::shift;
-  machine.hotkeyGrabs.release(80, 0);
+  coordinator->handleRelease(5);
   EXPECT_THAT(notesWithin(milliseconds(180)),
               ElementsAre("[530] step 1 hidRelay", "[590] step 1 hidRelay"));
   machine.keys.keysDown.clear();
-  machine.hotkeyGrabs.release(80, shift);
+  machine.hotkeyGrabs.release(80);
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
@@ -330,10 +330,10 @@ TEST_F(CarbonHotkeyCoordinatorTest, ShiftLetGoBeforeTheRelayKeyLeavesTheSweepToT
   EXPECT_THAT(notesWithin(milliseconds(420)),
               ElementsAre("[0] step 1 hidRelay", "[410] step 1 hidRelay"));
   machine.keys.flags = 0;
-  machine.hotkeyGrabs.release(80, shift);
+  machine.hotkeyGrabs.keepModifiers(0);
   EXPECT_THAT(notesWithin(milliseconds(120)), ElementsAre("[530] step 5 hidRelay"));
   machine.keys.keysDown.clear();
-  machine.hotkeyGrabs.release(80, shift);
+  machine.hotkeyGrabs.release(80);
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 

@@ -60,7 +60,7 @@ TEST_F(CarbonHotkeyRegistrarTest, OneHandlerIsInstalledHoweverOftenTheCallbacksC
   registrar->registerHotkey({126, 6144}, 1);
   registrar->registerHotkey({125, 6144}, 2);
   machine.hotkeyGrabs.press(126, 6144);
-  machine.hotkeyGrabs.release(126, 6144);
+  machine.hotkeyGrabs.release(126);
   machine.hotkeyGrabs.press(125, 6144);
   EXPECT_THAT(calls, ElementsAre("pressed 1", "released 1", "pressed 2"));
 }

@@ -122,7 +122,7 @@ TEST_F(HotkeyManagerTest, AHotkeyStepsAndSweepsThroughTheSameHandler) {
   machine.hotkeyGrabs.press(122, 0);
   EXPECT_THAT(notesWithin(milliseconds(420)),
               ElementsAre("[0] step -5 snap carbonHotkey", "[410] step -5 carbonHotkey"));
-  machine.hotkeyGrabs.release(122, 0);
+  machine.hotkeyGrabs.release(122);
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
@@ -181,7 +181,7 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsReleaseIsTold) 
   EXPECT_TRUE(manager->startEventTap());
   machine.notes.take();
   EXPECT_THAT(notesWithin(milliseconds(60)), ElementsAre("[470] step 5 carbonHotkey"));
-  machine.hotkeyGrabs.release(126, 6144);
+  machine.hotkeyGrabs.release(126);
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
@@ -192,7 +192,7 @@ TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldIsToldToGoUp) 
   grant();
   EXPECT_TRUE(manager->startEventTap());
   EXPECT_FALSE(machine.hotkeyGrabs.holds(122, 0));
-  machine.hotkeyGrabs.release(122, 0);
+  machine.hotkeyGrabs.release(122);
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
@@ -394,7 +394,7 @@ TEST_F(HotkeyManagerTest, ABrightnessKeyMayDropTheManagerAndIsStillDecided) {
       });
   start();
   EXPECT_EQ(machine.taps.sendKey(2), TapVerdict::swallow);
-  EXPECT_FALSE(machine.taps.exists);
+  EXPECT_FALSE(machine.taps.exists());
   EXPECT_TRUE(machine.hotkeyGrabs.registrations.empty());
 }
 

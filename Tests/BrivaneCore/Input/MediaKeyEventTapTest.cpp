@@ -88,7 +88,7 @@ TEST_F(MediaKeyEventTapTest, StoppingDisablesTheTapAndTakesItOut) {
 TEST_F(MediaKeyEventTapTest, DroppingItTakesTheTapOut) {
   start();
   tap.reset();
-  EXPECT_FALSE(machine.taps.exists);
+  EXPECT_FALSE(machine.taps.exists());
 }
 
 TEST_F(MediaKeyEventTapTest, APressThatADisplayTakesIsSwallowedAndItsReleasePasses) {
@@ -196,9 +196,8 @@ TEST_F(MediaKeyEventTapTest, EverySystemDefinedEventIsLoggedWhenAskedFor) {
 TEST_F(MediaKeyEventTapTest, ATapThatTheSystemDisabledIsEnabledAgainAtOnce) {
   start();
   for (const auto notice : {TapEvent::disabledByTimeout, TapEvent::disabledByUserInput}) {
-    machine.taps.isEnabled = false;
-    EXPECT_EQ(machine.taps.send({.type = notice, .details = std::nullopt}), passThrough);
-    EXPECT_TRUE(machine.taps.isEnabled);
+    machine.taps.disable(notice);
+    EXPECT_TRUE(machine.taps.isEnabled());
   }
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] enable tap", "[0] enable tap"));
   EXPECT_EQ(machine.taps.sendKey(brightnessUp), swallow);
@@ -207,7 +206,7 @@ TEST_F(MediaKeyEventTapTest, ATapThatTheSystemDisabledIsEnabledAgainAtOnce) {
 TEST_F(MediaKeyEventTapTest, ANoticeThatTheTapWasDisabledIsNotLogged) {
   start();
   logKeys();
-  machine.taps.send({.type = TapEvent::disabledByTimeout, .details = std::nullopt});
+  machine.taps.disable(TapEvent::disabledByTimeout);
   EXPECT_THAT(machine.systemLog.lines, IsEmpty());
 }
 
@@ -230,7 +229,7 @@ TEST_F(MediaKeyEventTapTest, APressMayDropTheTapThatSawItAndIsStillDecidedAndLog
     return answer.front();
   };
   EXPECT_EQ(machine.taps.sendKey(brightnessUp), swallow);
-  EXPECT_FALSE(machine.taps.exists);
+  EXPECT_FALSE(machine.taps.exists());
   EXPECT_EQ(machine.systemLog.lines.back(), "Brivane: brightness UP -> HANDLED (event swallowed)");
 }
 

@@ -186,12 +186,12 @@ TEST(BrightnessController, BuildsTheEffectsThatItIsNotGiven) {
   EXPECT_TRUE(bench.controller.setLevel(-100, 2));
   EXPECT_FLOAT_EQ(bench.machine.gamma.tables[2].red.back(), 0.18F);
   EXPECT_TRUE(bench.controller.setLevel(200, 2));
-  EXPECT_EQ(bench.machine.gamma.tables[2].red.size(), 256U);
+  EXPECT_EQ(bench.machine.gamma.written[2].red.size(), 256U);
   EXPECT_EQ(bench.machine.gamma.tables[2].red.back(), 1.0F);
   bench.machine.displaySystem.allScreens[0].potentialHeadroom = 16;
   bench.controller.invalidate();
   EXPECT_TRUE(bench.controller.setLevel(200, 2));
-  EXPECT_EQ(bench.machine.gamma.tables[2].red.size(), 128U);
+  EXPECT_EQ(bench.machine.gamma.written[2].red.size(), 128U);
   EXPECT_EQ(bench.machine.gamma.tables[2].red.back(), 4.0F);
 }
 
