@@ -58,17 +58,17 @@ TEST_F(AppDelegateTest, TheProgramStartsInThisOrder) {
       // gamma tables that a killed instance left
       "gamma restore all", "gamma restore all",
       // settings
-      "open suite com.quorrel.tallowin", "set SubZeroDimming", "set VerboseKeyLog",
-      "set MigratedFromTallowin", "log Brivane: carried 2 settings over from Tallowin",
+      "open suite com.quorrel.tallowin", "set SubZeroDimming=false", "set VerboseKeyLog=false",
+      "set MigratedFromTallowin=true", "log Brivane: carried 2 settings over from Tallowin",
       // the objects, then the signal
       "install hotkey handler", "observe termination",
       // the input path
       "register hotkey 1 key 126 modifiers 6144", "register hotkey 2 key 125 modifiers 6144",
       "register hotkey 3 key 120 modifiers 0", "register hotkey 4 key 122 modifiers 0", inputPath,
       // the relay
-      "set SystemBrightnessKeysEnabled", "run /usr/bin/hidutil --get", "run /usr/bin/hidutil --set",
-      "run /usr/bin/hidutil --get", "unregister hotkey 1", "unregister hotkey 2",
-      "unregister hotkey 3", "unregister hotkey 4", "remove hotkey handler",
+      "set SystemBrightnessKeysEnabled=true", "run /usr/bin/hidutil --get",
+      "run /usr/bin/hidutil --set", "run /usr/bin/hidutil --get", "unregister hotkey 1",
+      "unregister hotkey 2", "unregister hotkey 3", "unregister hotkey 4", "remove hotkey handler",
       "install hotkey handler", "register hotkey 1 key 126 modifiers 6144",
       "register hotkey 2 key 125 modifiers 6144", "register hotkey 5 key 80 modifiers 0",
       "register hotkey 6 key 90 modifiers 0", "register hotkey 7 key 80 modifiers 512",

@@ -283,7 +283,13 @@ void FakeGammaTables::add(DisplayID display, std::uint32_t entries) {
 }
 
 void FakeUserDefaults::set(std::string_view key, const PropertyValue& value) {
-  notes.add("set " + std::string(key));
+  std::string note = "set " + std::string(key);
+  if (std::holds_alternative<bool>(value.content)) {
+    note += value.asBoolean() ? "=true" : "=false";
+  } else if (value.text() == nullptr) {
+    note += "=" + std::to_string(value.asInteger());
+  }
+  notes.add(note);
   values[std::string(key)] = value;
 }
 

@@ -219,6 +219,8 @@ class FakeUserDefaults : public UserDefaults {
   void remove(std::string_view key) override;
 
   PropertyValue::Dictionary values;
+  /// "set <key>", with "=true", "=false" or "=<integer>" for other values than texts; "remove
+  /// <key>".
   OptionalNotes notes;
 };
 

@@ -34,7 +34,7 @@ class FakeMachineUnderTest : public MachineUnderTest, public ResidentUnderTest {
     fake.displaySystem.add({1, 1552, 9, 0, true}, "Built-in");
     fake.addMonitor(7, "Middle", "disp0", 2, 3, 4).max = 7000;
     fake.addMonitor(5, "Right", "disp1", 2, 5, 0).max = 80;
-    for (const DisplayID display : {1, 7, 5}) fake.gamma.add(display, 256);
+    for (const DisplayID display : {1u, 7u, 5u}) fake.gamma.add(display, 256);
     fake.access.trusted = true;
     fake.suites["com.quorrel.tallowin"] = {{"greeting", {std::string("hello")}}};
   }

@@ -18,37 +18,8 @@ namespace brivane {
 using Notes = std::vector<std::string>;
 
 /// A machine that also notes each change of its settings.
-class NotingMachine : public FakeMachine {
- public:
-  UserDefaults& defaults() override { return noting; }
-
- private:
-  class NotingDefaults : public UserDefaults {
-   public:
-    NotingDefaults(FakeUserDefaults& realSettings, CallNotes& callNotes)
-        : settings(realSettings), notes(callNotes) {}
-
-    std::optional<PropertyValue> object(std::string_view key) const override {
-      return settings.object(key);
-    }
-    void set(std::string_view key, const PropertyValue& value) override {
-      const bool isBoolean = std::holds_alternative<bool>(value.content);
-      const std::string printed =
-          isBoolean ? (value.asBoolean() ? "true" : "false") : std::to_string(value.asInteger());
-      notes.add("set " + std::string(key) + "=" + printed);
-      settings.set(key, value);
-    }
-    void remove(std::string_view key) override {
-      notes.add("remove " + std::string(key));
-      settings.remove(key);
-    }
-
-   private:
-    FakeUserDefaults& settings;
-    CallNotes& notes;
-  };
-
-  NotingDefaults noting{settings, notes};
+struct NotingMachine : FakeMachine {
+  NotingMachine() { settings.notes.target = &notes; }
 };
 
 inline std::string at(std::int64_t milliseconds, const std::string& what) {
@@ -95,7 +66,9 @@ struct CoordinatorTest : testing::Test {
   Notes notes() { return machine.notes.take(); }
   Instant now() const { return machine.time.now(); }
 
-  void setStored(const std::string& key, std::int64_t value) { machine.settings.set(key, {value}); }
+  void setStored(const std::string& key, std::int64_t value) {
+    machine.settings.values[key] = {value};
+  }
   std::optional<std::int64_t> stored(const std::string& key) const {
     const auto value = machine.settings.object(key);
     if (!value) return std::nullopt;

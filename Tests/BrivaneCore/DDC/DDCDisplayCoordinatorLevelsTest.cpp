@@ -307,17 +307,17 @@ TEST_F(LevelsTest, TheLastKnownLevelIsTheCachedOne) {
 }
 
 TEST_F(LevelsTest, TheLastKnownLevelOfARememberedMonitorIsTheSavedOne) {
-  machine.settings.set("ddc.10.20.30", {true});
+  machine.settings.values["ddc.10.20.30"] = {true};
   setStored("ddcmax.10.20.30", 100);
   setStored("brightness.10.20.30", 140);
   EXPECT_EQ(coordinator->lastKnownPercent(leftID), 100);
   EXPECT_THAT(notes(), IsEmpty());
-  machine.settings.remove("brightness.10.20.30");
+  machine.settings.values.erase("brightness.10.20.30");
   EXPECT_EQ(coordinator->lastKnownPercent(leftID), std::nullopt);
 }
 
 TEST_F(LevelsTest, WithoutASavedMaximumNoSavedLevelIsKnown) {
-  machine.settings.set("ddc.10.20.30", {true});
+  machine.settings.values["ddc.10.20.30"] = {true};
   setStored("brightness.10.20.30", 80);
   EXPECT_EQ(coordinator->lastKnownPercent(leftID), std::nullopt);
 }
@@ -336,7 +336,7 @@ TEST_F(LevelsTest, AMonitorIsKnownOnceItAnsweredInThisRun) {
 }
 
 TEST_F(LevelsTest, AMonitorThatIsRememberedIsKnownForThreeMinutesOfOutage) {
-  machine.settings.set("ddc.10.20.30", {true});
+  machine.settings.values["ddc.10.20.30"] = {true};
   left.answers = false;
   coordinator->warmCache(leftID);
   run(0.18);  // the first failure
@@ -351,7 +351,7 @@ TEST_F(LevelsTest, AMonitorThatIsRememberedIsKnownForThreeMinutesOfOutage) {
 }
 
 TEST_F(LevelsTest, ARememberedNoIsForgottenWhenItIsAskedFor) {
-  machine.settings.set("ddc.10.20.30", {false});
+  machine.settings.values["ddc.10.20.30"] = {false};
   EXPECT_FALSE(coordinator->isKnownDDC(leftID));
   EXPECT_EQ(notes(), Notes{at(0, "remove ddc.10.20.30")});
 }

@@ -392,7 +392,7 @@ TEST_F(RestoreTest, OnlyANewDisplaySetMakesASilentMonitorAwaitItsLevel) {
 TEST_F(RestoreTest, WithoutASavedLevelNothingAwaitsRestoring) {
   setStored("brightness.10.20.30", 80);
   coordinator->invalidate();
-  machine.settings.remove("brightness.10.20.30");
+  machine.settings.values.erase("brightness.10.20.30");
   coordinator->restoreSavedBrightness({});
   run(1);
   EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
