@@ -7,8 +7,8 @@
 
 namespace brivane {
 
-/// A fingerprint of which screens there are and where they lie. It tells a real change of the
-/// displays from the many announcements of changed screens behind which nothing changed.
+/// A fingerprint of the screens and their places, which tells real changes from the many
+/// announcements of changed screens without one.
 struct DisplayArrangement {
   /// One per screen, sorted: "<display>:<x>,<y>,<width>,<height>", the frame's numbers in points
   /// and cut off to whole ones; display 0 for a screen without a number.

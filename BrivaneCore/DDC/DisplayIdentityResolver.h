@@ -12,8 +12,8 @@
 
 namespace brivane {
 
-/// The rule that says which port a display is attached to, by what the window system and the I/O
-/// registry say of their displays. Pure; any thread.
+/// Finds the port that a display is attached to, by the identities that the window system and the
+/// I/O registry know their panels by. Pure; any thread.
 struct DisplayIdentityResolver {
   /// An external display as the window system knows it.
   struct ExternalDisplay {
@@ -24,7 +24,7 @@ struct DisplayIdentityResolver {
     bool operator==(const ExternalDisplay&) const = default;
   };
 
-  /// The port of `targetDisplayID`, whose panel is `identity`; nothing when it can't be told.
+  /// The port of `targetDisplayID`, whose panel is `identity`; nothing when it is unclear.
   /// `panels` are the registry's panels by port, `availablePorts` the ports that have a channel.
   static std::optional<std::string> resolvePort(
       const PanelIdentity& identity, DisplayID targetDisplayID,

@@ -1,5 +1,5 @@
-// Walking the whole registry takes long, and monitors come and go: the finds of one walk serve for
-// five seconds. A walk that fails counts as one all the same, or every lookup would repeat it.
+// Walking the whole registry takes long, and monitors come and go: the result of a walk is kept for
+// five seconds. So is a failure, or every lookup would repeat the walk.
 
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 

@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// What the displays' last successful reads and writes of this run have shown. A display with a
+/// The results of the displays' last successful reads and writes in this run. A display with a
 /// native maximum counts as answering DDC/CI. Main thread.
 struct LevelCache {
   /// Last hardware percent, 0 to 100.

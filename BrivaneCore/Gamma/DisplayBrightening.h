@@ -22,19 +22,19 @@ class DisplayBrightening {
   /// The boost in force, 1 to 100; 0 when there is none.
   virtual std::int64_t amount(DisplayID display) const = 0;
 
-  /// Brightens by `amount`, limited to 0 to 100; below 1 it restores. Whether the display took it.
+  /// Brightens by `amount`, limited to 0 to 100; below 1 restores. Whether the display accepted it.
   virtual bool apply(std::int64_t amount, DisplayID display) = 0;
 
-  /// Takes this display's boost away.
+  /// Ends this display's boost.
   virtual void restore(DisplayID display) = 0;
 
   /// Forgets this display's boost and writes nothing: another effect has replaced the table.
   virtual void relinquish(DisplayID display) = 0;
 
-  /// Takes every boost away and returns every display to its calibrated tables.
+  /// Ends every boost and restores the calibrated tables of all displays.
   virtual void restoreAll() = 0;
 
-  /// Writes every boost in force again; true when every display took it.
+  /// Writes every boost in force again; true when every display accepted it.
   virtual bool reapply() = 0;
 };
 

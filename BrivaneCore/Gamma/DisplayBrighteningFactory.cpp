@@ -1,6 +1,6 @@
-// The two brighteners write the same table, so whichever takes a boost over does it by writing its
-// own ramp, and the other merely forgets. The larger of two amounts is carried: what the user sees
-// never drops when a display gains or loses headroom.
+// The two brighteners write the same table: the one that takes a boost over writes its own ramp,
+// and the other only forgets the boost. The larger of two amounts is carried, so that the picture
+// never darkens when a display gains or loses headroom.
 
 #include "BrivaneCore/Gamma/DisplayBrighteningFactory.h"
 
@@ -36,7 +36,7 @@ DisplayBrightening& DisplayBrighteningFactory::brightening(DisplayID display) {
   auto& chosen = isExtended ? *extendedRange : *fallback;
   auto& loser = isExtended ? *fallback : *extendedRange;
   const bool isSettled = handOver(display, loser, chosen);
-  // A display without a screen is between two states; it is measured again at the next call.
+  // A display in transition has no screen; measure it again at the next call.
   if (headroom && isSettled) resolved[display] = &chosen;
   return chosen;
 }

@@ -16,16 +16,16 @@ class DisplayDimming {
   /// The depth in force, 1 to 100; 0 when there is none.
   virtual std::int64_t amount(DisplayID display) const = 0;
 
-  /// Dims by `amount`, limited to 0 to 100; below 1 it restores. Whether the display took it.
+  /// Dims by `amount`, limited to 0 to 100; below 1 restores. Whether the display accepted it.
   virtual bool apply(std::int64_t amount, DisplayID display) = 0;
 
-  /// Takes this display's dimming away.
+  /// Ends this display's dimming.
   virtual void restore(DisplayID display) = 0;
 
-  /// Takes all dimming away and returns every display to its calibrated tables.
+  /// Ends all dimming and restores the calibrated tables of all displays.
   virtual void restoreAll() = 0;
 
-  /// Writes every depth in force again; true when every display took it.
+  /// Writes every depth in force again; true when every display accepted it.
   virtual bool reapply() = 0;
 };
 

@@ -13,7 +13,7 @@
 
 namespace brivane {
 
-/// What dimmer and brighteners have in common: an amount for each display, and the ways back. A
+/// What dimmer and brighteners have in common: an amount for each display, and restoring. A
 /// display has an amount exactly while the last ramp that it took was this effect's. `Interface` is
 /// what the effect is for: DisplayDimming or DisplayBrightening. Main thread.
 template <typename Interface>
@@ -46,8 +46,8 @@ class GammaEffect : public Interface {
     if (const auto baseline = baselines->cached(display)) {
       io->write(*baseline, display);
     } else {
-      // The baseline was dropped meanwhile. This takes other displays' effects away too, until they
-      // are applied again.
+      // The baseline was dropped meanwhile. Resetting ends other displays' effects, too, until
+      // these are applied again.
       io->restoreColorSyncDefaults();
     }
   }

@@ -17,7 +17,7 @@ class AccessibilityPermission {
   bool requestIfNeeded();
 
   /// Whether it is granted. The system asks the user at most once for each build of the program,
-  /// told by the executable's path and when it was last modified.
+  /// identified by the executable's path and its time of modification.
   bool requestOncePerBuild();
 
   /// Opens the system's settings where the user gives the grant.

@@ -1,6 +1,6 @@
-// A hotkey's release is told when a modifier goes up, and when its key does. With the relay's keys,
-// Shift comes and goes while the key stays down (it makes the sweep finer), so their releases are
-// believed only when the keyboard says that the key itself is up.
+// A hotkey's release is reported when a modifier goes up, and when its key does. Shift may change
+// while a relay key is held (it makes the sweep finer), so a relay key's release counts only once
+// the keyboard has the key up.
 
 #include "BrivaneCore/Input/CarbonHotkeyCoordinator.h"
 
@@ -106,7 +106,7 @@ void CarbonHotkeyCoordinator::handlePress(std::uint32_t id) {
   watchedKey.reset();
   const bool wasHandled = handler(press.firstStep, press.source);
   if (InputDiagnosticsSettings(defaults).verboseKeyLog()) log.write(describe(press, wasHandled));
-  // Also when no display took it: the pointer may come to one while the key is held.
+  // Even if no display took the press: the pointer may reach one while the key is held.
   ramp.begin(press.direction, press.source);
 }
 

@@ -24,9 +24,9 @@ class CarbonHotkeyCoordinator {
   CarbonHotkeyCoordinator& operator=(const CarbonHotkeyCoordinator&) = delete;
   ~CarbonHotkeyCoordinator() = default;
 
-  /// Registers what the settings, the relay and the event tap call for; those that the system
-  /// refuses are left out. What was registered before has to be unregistered by the caller. A ramp
-  /// that goes on over that ends with its key even if the system tells of no release.
+  /// Registers the hotkeys that the settings, the relay and the event tap call for, without those
+  /// that the system refuses. The caller has unregistered the former ones. A ramp in progress goes
+  /// on and ends with its key, even if the system reports no release.
   void registerHotkeys(bool tapActive);
 
   void handlePress(std::uint32_t id);
@@ -51,7 +51,7 @@ class CarbonHotkeyCoordinator {
   std::map<std::uint32_t, std::uint32_t> keyCodes;
   /// Of the last press.
   std::optional<std::uint32_t> pressedKey;
-  /// The key that has to be down for the ramp to go on, because its release may never be told.
+  /// The ramp ends once this key is up, since its release may never be reported.
   std::optional<std::uint32_t> watchedKey;
 
   UserDefaults& defaults;

@@ -7,7 +7,7 @@
 namespace brivane {
 namespace {
 
-/// 'TLWN', by which the system tells this program's hotkeys from others'.
+/// 'TLWN', the signature of this program's hotkeys.
 constexpr std::uint32_t signature = 0x544C574E;
 
 }  // namespace
@@ -53,7 +53,7 @@ void CarbonHotkeyRegistrar::unregisterAll() {
 }
 
 void CarbonHotkeyRegistrar::handle(HotkeyEvent event, HotkeyID hotkey) const {
-  // A copy, because what the press sets off may install other callbacks.
+  // A copy: the callback may install others.
   const Callback callback = event == HotkeyEvent::pressed ? onPressed : onReleased;
   if (callback) callback(hotkey.id);
 }

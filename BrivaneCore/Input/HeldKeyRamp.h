@@ -11,10 +11,9 @@
 
 namespace brivane {
 
-/// Sweeps the level while a hotkey is held, because a hotkey tells only that it went down and that
-/// it went up. After 0.35 seconds it ticks, every 0.06 seconds, and gives the steps that the time
-/// makes; slower and finer while Shift is down. The press's own first step is not its business.
-/// Main thread.
+/// Sweeps the level while a hotkey is held, since hotkeys don't repeat. After 0.35 seconds it ticks
+/// every 0.06 seconds and gives the step for the time since the last one; slower and finer while
+/// Shift is down. The first step, that of the press, is the caller's. Main thread.
 class HeldKeyRamp {
  public:
   /// Receives each step: signed, never snapping.

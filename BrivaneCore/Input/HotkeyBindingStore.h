@@ -9,13 +9,12 @@
 
 namespace brivane {
 
-/// The user's two key combinations and the switch over them, read anew at each use. Changing them
+/// The user's two key combinations and the switch over them, read at each use. Changing them
 /// here registers nothing. Main thread.
 ///
-/// What counts as a stored integer is what the platform's own conversion of numbers makes one: a
-/// Boolean is 0 or 1, a fraction counts when its value is whole. Anything else (text, a date, 3.5)
-/// counts as absent. An integer outside 0 to 4294967295 can only be a mistake of this program, and
-/// aborts.
+/// Stored numbers are integers as the platform converts them: a Boolean is 0 or 1, a fraction
+/// counts when its value is whole. Anything else (text, a date, 3.5) counts as absent. An integer
+/// outside 0 to 4294967295 is a programming error and aborts.
 class HotkeyBindingStore {
  public:
   explicit HotkeyBindingStore(UserDefaults& userDefaults);

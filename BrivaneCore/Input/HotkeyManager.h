@@ -20,7 +20,7 @@ class HotkeyManager : public RelayHotkeySwitching {
   HotkeyManager& operator=(const HotkeyManager&) = delete;
   ~HotkeyManager() override;
 
-  /// Brings everything up that can be, and says in the log what that is.
+  /// Starts every part that the system allows, and logs which.
   void start();
 
   /// Whether the tap runs now. Once it does, the plain F1 and F2 hotkeys are given back.
@@ -31,8 +31,8 @@ class HotkeyManager : public RelayHotkeySwitching {
   /// Registers the hotkeys as the settings have them now.
   void reloadBindings();
 
-  /// While suspended, the user's own combinations are keys like any other, to be captured for
-  /// instance. Stopping ends it.
+  /// While suspended, the user's combinations are ordinary keys, which the editor can capture.
+  /// Stopping ends the suspension.
   void suspendUserBindings(bool suspended);
 
   bool setRelayHotkeysEnabled(bool enabled) override;

@@ -10,12 +10,12 @@ namespace brivane {
 /// Registered hotkeys, each under a number of its own. Main thread. Dropping it unregisters all.
 class HotkeyRegistering {
  public:
-  /// Told the number of the hotkey.
+  /// Receives the number of the hotkey.
   using Callback = std::function<void(std::uint32_t id)>;
 
   virtual ~HotkeyRegistering() = default;
 
-  /// Replaces both callbacks, and sees to it that they are called.
+  /// Replaces both callbacks, which get every press and release from now on.
   virtual void installHandler(Callback pressed, Callback released) = 0;
 
   /// False when the system refuses, most often because another program has the combination.
@@ -23,7 +23,7 @@ class HotkeyRegistering {
 
   virtual bool isRegistered(std::uint32_t id) const = 0;
 
-  /// No hotkey is registered and no callback called any more, until both are asked for again.
+  /// Unregisters all hotkeys and removes both callbacks.
   virtual void unregisterAll() = 0;
 };
 

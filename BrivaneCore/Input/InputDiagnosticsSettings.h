@@ -4,8 +4,8 @@
 
 namespace brivane {
 
-/// Two hidden switches for finding out what becomes of key presses, read anew at each use. Both are
-/// off by default. Main thread.
+/// Two hidden switches for finding out what key presses do, read at each use. Both are off by
+/// default. Main thread.
 class InputDiagnosticsSettings {
  public:
   explicit InputDiagnosticsSettings(const UserDefaults& userDefaults);

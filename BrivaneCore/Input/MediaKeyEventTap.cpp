@@ -1,6 +1,6 @@
 // The system delivers brightness keys as "auxiliary control button" events, with key and state
-// packed into one number. It disables a tap that takes too long over an event and tells it so; the
-// tap then goes on as if nothing had been.
+// packed into one number. It disables a tap that takes too long over an event, and notifies it; the
+// tap then enables itself again.
 
 #include "BrivaneCore/Input/MediaKeyEventTap.h"
 
@@ -92,7 +92,7 @@ TapVerdict MediaKeyEventTap::handleKey(const TapEvent::SystemDefined& key) {
 }
 
 TapVerdict MediaKeyEventTap::handleBrightnessKey(BrightnessDirection direction) {
-  // Copies, because what the press sets off may replace the callback or drop the tap.
+  // Copies: the callback may replace itself or drop the tap.
   const auto callback = onBrightnessKey;
   const InputDiagnosticsSettings diagnostics(defaults);
   SystemLog& systemLog = log;

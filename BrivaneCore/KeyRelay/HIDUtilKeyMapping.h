@@ -11,8 +11,8 @@
 
 namespace brivane {
 
-/// The key mapping by way of the system's `hidutil` tool. Nothing is remembered: what is in force
-/// is asked each time, since others change it too and a restart of the machine clears it.
+/// The key mapping by way of the system's `hidutil` tool. The mapping in force is read at each use,
+/// since other programs change it too and a restart of the machine clears it.
 class HIDUtilKeyMapping : public KeyMappingStore {
  public:
   /// Runs the tool with these arguments: what it printed, or nothing when it failed.

@@ -4,7 +4,7 @@
 
 namespace brivane {
 
-/// What became of taking the program's entries out of the key mapping.
+/// The outcome of taking the program's entries out of the key mapping.
 enum class RevertOutcome {
   removed,
   /// The mapping held none of them.

@@ -8,7 +8,7 @@
 
 namespace brivane {
 
-/// The user's settings of the brightness-key relay, read anew at each use. Main thread.
+/// The user's settings of the brightness-key relay, read at each use. Main thread.
 class RelaySettings {
  public:
   /// The key of the one setting that the program itself writes.

@@ -11,7 +11,7 @@ bool BrightnessSettings::subZeroDimmingEnabled() const {
 
 bool BrightnessSettings::softwareBrighteningEnabled() const {
   auto brightening = defaults.object("BrightenPastMaximum");
-  // The name that the switch had before; whatever the newer one holds wins over it.
+  // The former name of the switch; any value under the newer name wins.
   if (!brightening) brightening = defaults.object("SoftwareBrightening");
   return !brightening || brightening->asBoolean();
 }

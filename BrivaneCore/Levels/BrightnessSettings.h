@@ -5,8 +5,7 @@
 
 namespace brivane {
 
-/// The user's switches for the software ends of the joint scale, read anew at each use. Main
-/// thread.
+/// The user's switches for the software ends of the joint scale, read at each use. Main thread.
 class BrightnessSettings {
  public:
   explicit BrightnessSettings(const UserDefaults& userDefaults);

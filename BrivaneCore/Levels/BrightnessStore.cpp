@@ -1,6 +1,6 @@
-// The settings are read on use and written through at once, so that the resident program and a
-// command-line run beside it see the same values. Values of a wrong kind, left by hand or by
-// another version, are read by the settings' own conversions rather than refused.
+// The settings are read at each use and written at once, so that the resident program and a
+// command-line run beside it see the same values. Values of a wrong kind, edited by hand or stored
+// by another version, go through the settings' conversions rather than being refused.
 
 #include "BrivaneCore/Levels/BrightnessStore.h"
 

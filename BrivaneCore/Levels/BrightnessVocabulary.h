@@ -34,14 +34,14 @@ struct Adjustment {
   bool operator==(const Adjustment&) const = default;
 };
 
-/// What became of one key-driven adjustment.
+/// The outcome of one key-driven adjustment.
 struct AdjustOutcome {
   enum class Kind {
-    /// Acted upon, or already at a bound; show `level`.
+    /// Done, or already at a bound; show `level`.
     handled,
     /// The display speaks DDC/CI but its level is not known yet; a read is under way.
     connecting,
-    /// Not ours; the operating system may have the key.
+    /// Not for Brivane; the operating system may have the key.
     passThrough,
   };
 
@@ -64,7 +64,7 @@ enum class BrightnessBackendKind {
   /// The operating system's display services.
   appleDisplay,
   ddc,
-  /// No hardware control; software effects are all there is.
+  /// No hardware control, only software effects.
   none,
 };
 

@@ -1,6 +1,6 @@
 // A display is never dimmed and brightened at once. On the way to a software effect the hardware is
-// moved to the near end of its range by a write that is not the user's own: that kind would take
-// the effect away again.
+// moved to the near end of its range by a write that doesn't count as the user's, which would end
+// the effect again.
 
 #include "BrivaneCore/Policy/AbsoluteLevelSetter.h"
 

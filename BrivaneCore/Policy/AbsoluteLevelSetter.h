@@ -17,8 +17,8 @@ struct AbsoluteLevelSetter {
   std::shared_ptr<DisplayBrighteningFactory> brighteningFactory;
   BrightnessSettings settings;
 
-  /// `level` limited to the levels on offer; whether the display took it. Where a software effect
-  /// decides, the hardware's part in the move is not answered for.
+  /// `level` limited to the levels on offer; whether the display took it. For a software effect the
+  /// answer is the effect's, whether or not the hardware moved.
   bool setLevel(Percent level, DisplayID display) const;
 };
 

@@ -25,9 +25,9 @@ struct BrightnessEffects {
   std::shared_ptr<DisplayBrighteningFactory> brighteningFactory;
 };
 
-/// The one door through which the application, the menu and the command-line modes read and change
-/// brightness: hardware and software, on one joint scale per display (see `Percent`). Main thread;
-/// hardware writes, `brightness` and `probe` block it.
+/// Reads and changes brightness for the application, the menu and the command-line modes: hardware
+/// and software, on one joint scale per display (see `Percent`). Main thread; hardware writes,
+/// `brightness` and `probe` block it.
 class BrightnessController : public DisplayInvalidating, public BuiltInPanelDriving {
  public:
   BrightnessController(Machine& machine, std::shared_ptr<AppleDisplayBackend> appleDisplayBackend,
@@ -73,8 +73,8 @@ class BrightnessController : public DisplayInvalidating, public BuiltInPanelDriv
 
   bool isOnline(DisplayID display) const;
 
-  /// How the retrying of a display that doesn't answer stands; of one that was unplugged, as if it
-  /// were still there.
+  /// The state of the retries of a display that doesn't answer; an unplugged display counts as
+  /// attached.
   RetryStatus retryStatus(DisplayID display) const;
 
   /// Ends every software effect on all displays.

@@ -4,8 +4,7 @@
 
 namespace brivane {
 
-/// What has to be done to the brightness controller when displays change or the machine wakes. Main
-/// thread.
+/// What a change of the displays or a wake asks of the brightness controller. Main thread.
 class DisplayInvalidating {
  public:
   virtual ~DisplayInvalidating() = default;

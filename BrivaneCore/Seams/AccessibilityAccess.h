@@ -10,7 +10,7 @@ class AccessibilityAccess {
   /// Whether this process holds the grant now.
   virtual bool isTrusted() = 0;
 
-  /// The same, and when it doesn't the system asks the user for it. Doesn't wait for the answer.
+  /// The same; without the grant the system asks the user for it. Doesn't wait for the answer.
   virtual bool requestTrust() = 0;
 };
 

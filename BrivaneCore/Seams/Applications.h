@@ -24,8 +24,8 @@ class Applications {
 
   virtual ProcessID ownProcessID() = 0;
 
-  /// Makes this process a running application until it ends; whether it is one now. A system that
-  /// knows its applications by itself does nothing. Only the resident program calls it.
+  /// Makes this process a running application until it ends; whether it is one now. Does nothing on
+  /// a system that knows its applications by itself. Only the resident program calls it.
   virtual bool announce() = 0;
 };
 

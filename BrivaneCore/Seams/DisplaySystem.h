@@ -44,8 +44,8 @@ class DisplaySystem {
   /// Main and DDC queue. False for unknown displays.
   virtual bool isBuiltIn(DisplayID display) = 0;
 
-  /// Main and DDC queue. What the panel says of itself; 0 where it gives no number. For unknown
-  /// displays, and where no monitor is, whatever the system answers.
+  /// Main and DDC queue. The panel's identity; 0 for a number that the panel doesn't report.
+  /// Unspecified for unknown displays and for outputs without a monitor.
   virtual PanelIdentity panelIdentity(DisplayID display) = 0;
 
   /// Main. The screens in the window system's order; the first has the menu bar.

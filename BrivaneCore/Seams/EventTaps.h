@@ -44,7 +44,7 @@ class EventTaps {
  public:
   /// Called on the main thread for every event, keys' repeats included; the event waits for the
   /// verdict. A handler that keeps it waiting too long gets its tap disabled by the system and is
-  /// then called with type `disabledByTimeout`, whose verdict is of no account.
+  /// then called with type `disabledByTimeout`, whose verdict is ignored.
   using Handler = std::function<TapVerdict(const TapEvent& event)>;
 
   virtual ~EventTaps() = default;

@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// Names a registered hotkey in both directions: whose it is, and which.
+/// Identifies a hotkey: the signature of its program, and its number in that program.
 struct HotkeyID {
   std::uint32_t signature = 0;
   std::uint32_t id = 0;
@@ -32,9 +32,9 @@ class Hotkeys {
   virtual ~Hotkeys() = default;
 
   /// From now on the handler is called on the main thread once when a registered combination goes
-  /// down, without repeats, and once when it goes up again. Releasing a modifier is going up; the
-  /// key, which is still down then, is told again when it goes up itself. There is one handler: a
-  /// new one takes its place. False when the system refuses it.
+  /// down, without repeats, and once when it goes up again. Releasing a modifier counts as going
+  /// up; the key's own release is reported again. A new handler replaces the former one. False when
+  /// the system refuses it.
   virtual bool installHandler(Handler handler) = 0;
 
   /// No handler is called any more. Registrations stay.
@@ -42,14 +42,14 @@ class Hotkeys {
 
   /// Registers the key at `keyCode` (a virtual key code, see `Keyboard`) with exactly the
   /// modifiers in `modifiers` (256 command, 512 shift, 2048 option, 4096 control). Fails when
-  /// this program has the combination, or another that has it for itself alone.
+  /// this program has the combination, or another program has it exclusively.
   virtual std::variant<HotkeyReference, HotkeyStatus> registerHotkey(std::uint32_t keyCode,
                                                                      std::uint32_t modifiers,
                                                                      HotkeyID hotkey) = 0;
 
-  /// Ends a reference that `registerHotkey` returned: once for each. A combination that is down is
-  /// still reported as going up, under the identity that it had, unless the system tells of it no
-  /// more (a Mac may not).
+  /// Ends a reference that `registerHotkey` returned; once for each. The release of a combination
+  /// that is down is still reported under its former identity, where the system reports it (a Mac
+  /// may not).
   virtual void unregisterHotkey(HotkeyReference reference) = 0;
 };
 

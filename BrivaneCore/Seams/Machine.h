@@ -16,7 +16,7 @@
 
 namespace brivane {
 
-/// Everything that hardware and operating system offer, in one hand. The parts live as long as the
+/// Everything that hardware and operating system offer. The parts live as long as the
 /// machine; destroying a machine ends its Runtime before anything that a task could use.
 class Machine {
  public:

@@ -20,7 +20,7 @@ class Session {
 
   virtual bool fileExists(const std::string& path) = 0;
 
-  /// When the file was last modified, in seconds since 1970; nothing when that can't be told.
+  /// When the file was last modified, in seconds since 1970; nothing when unknown.
   virtual std::optional<double> modificationSeconds(const std::string& path) = 0;
 
   /// The path of the bundle's main executable; nothing when the bundle gives none.
@@ -29,7 +29,7 @@ class Session {
   /// This process's arguments, the program's path first.
   virtual std::vector<std::string> arguments() = 0;
 
-  /// Has the system open a URL with whatever program is for it; doesn't wait, reports nothing.
+  /// Has the system open a URL in its default program; doesn't wait, reports nothing.
   virtual void openURL(const std::string& url) = 0;
 };
 

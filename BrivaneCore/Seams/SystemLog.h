@@ -9,11 +9,11 @@ class SystemLog {
  public:
   virtual ~SystemLog() = default;
 
-  /// Any thread. Adds one line, as it is; it holds no line break.
+  /// Any thread. Adds one line, which holds no line break, unchanged.
   virtual void write(std::string_view line) = 0;
 
-  /// Any thread. The same for a line that must be on standard error too, once. A log that is there
-  /// itself writes as ever.
+  /// Any thread. The same, and the line also appears on standard error, once even if the log itself
+  /// is written there.
   virtual void writeVisibly(std::string_view line) { write(line); }
 };
 

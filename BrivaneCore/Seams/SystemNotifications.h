@@ -5,7 +5,7 @@
 
 namespace brivane {
 
-/// What the system announces to whoever asks. Main thread; handlers run as main-queue tasks.
+/// The system's announcements. Main thread; handlers run as main-queue tasks.
 class SystemNotifications {
  public:
   virtual ~SystemNotifications() = default;
@@ -20,10 +20,10 @@ class SystemNotifications {
   /// The screens woke from their own sleep; after the machine's sleep both come.
   virtual Observation observeScreensDidWake(Task handler) = 0;
 
-  /// The process was asked to end by a signal: SIGTERM, and SIGINT and SIGHUP unless whoever
-  /// started the program had it ignore them, as nohup does; then they stay ignored. As long as the
-  /// observation is kept these signals do nothing else; after that they do nothing, so that a
-  /// second one can't cut short what the first one began.
+  /// The process was asked to end by a signal: SIGTERM, and SIGINT and SIGHUP unless they were
+  /// ignored when the program started (nohup); then they stay ignored. While the observation is
+  /// kept, these signals do nothing else; afterwards they are ignored, so that a second signal
+  /// can't interrupt what the first one began.
   virtual Observation observeTermination(Task handler) = 0;
 };
 

@@ -9,7 +9,7 @@
 namespace brivane {
 namespace {
 
-// A process has one end, and whoever meets the error has nothing at hand that leads to a log.
+// Global: code that meets a programming error has no reference to a log.
 std::atomic<FatalErrorHandler*> latestHandler = nullptr;
 
 }  // namespace
@@ -24,7 +24,7 @@ FatalErrorHandler::~FatalErrorHandler() {
 void fatal(std::string_view sentence) {
   std::string line = "Brivane: fatal: " + std::string(sentence);
   std::ranges::replace(line, '\n', ' ');
-  // A fatal error of the handler's own is told to nobody else.
+  // Cleared first: a fatal error in the handler goes to standard error.
   if (auto* const handler = latestHandler.exchange(nullptr)) {
     handler->handle(line);
   } else {

@@ -11,9 +11,9 @@ namespace brivane {
 /// cause.
 [[noreturn]] void fatal(std::string_view sentence);
 
-/// Is told of a fatal error, as one line, before the process is aborted. Of several that live the
-/// one made last is; they end in the other order. One that throws keeps the process alive, for
-/// whoever simulates one in another.
+/// Receives a fatal error, as one line, before the process is aborted. Of several handlers the one
+/// made last receives it; handlers end in reverse order. A handler that throws keeps the process
+/// alive, so that a simulated process can end within a real one.
 class FatalErrorHandler {
  public:
   /// Called on the thread of the error, at most once.

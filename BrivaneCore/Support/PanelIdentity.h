@@ -5,8 +5,8 @@
 
 namespace brivane {
 
-/// What a panel says of itself (EDID vendor, product and serial number); `serial` is 0 when it
-/// reports none.
+/// A panel's identity from its EDID: vendor, product and serial number; `serial` is 0 when the
+/// panel reports none.
 struct PanelIdentity {
   std::uint32_t vendor = 0;
   std::uint32_t model = 0;

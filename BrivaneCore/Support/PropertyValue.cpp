@@ -27,7 +27,7 @@ std::int64_t leadingInteger(std::string_view text) {
   return value;
 }
 
-bool saysYes(std::string_view text) {
+bool isAffirmative(std::string_view text) {
   text = withoutLeadingBlanks(text);
   if (leadingInteger(text) != 0) return true;
   return !text.empty() && std::string_view("yYtT").find(text.front()) != std::string_view::npos;
@@ -68,7 +68,7 @@ std::int64_t PropertyValue::asInteger() const {
 bool PropertyValue::asBoolean() const {
   if (const auto* boolean = std::get_if<bool>(&content)) return *boolean;
   if (const auto* fraction = std::get_if<double>(&content)) return *fraction != 0;
-  if (const auto* string = text()) return saysYes(*string);
+  if (const auto* string = text()) return isAffirmative(*string);
   return asInteger() != 0;
 }
 

@@ -7,7 +7,7 @@ namespace brivane {
 /// Lengths of time. Brivane's whole behaviour over time is reproducible to this unit.
 using Microseconds = std::chrono::microseconds;
 
-/// Tag of the one clock of a Runtime. It has no `now()` of its own: only a Runtime tells the time.
+/// Tag of a Runtime's clock. It has no `now()`: only the Runtime knows the time.
 struct RuntimeClock {
   using rep = Microseconds::rep;
   using period = Microseconds::period;
