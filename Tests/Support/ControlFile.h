@@ -8,8 +8,8 @@
 
 namespace brivane {
 
-/// Puts a line into a file that other processes read at any time: they see the old one or the new
-/// one, and never an empty file.
+/// Replaces the file by one with this line: other processes read the old line or the new one, never
+/// an empty file.
 inline void writeControlFile(const std::filesystem::path& file, const std::string& value) {
   const auto next = file.string() + ".by-" + std::to_string(::getpid());
   std::ofstream(next) << value << "\n";

@@ -1,5 +1,4 @@
-// People read the words when the picture changes, so numbers are rounded to what an eye could still
-// tell apart.
+// People read the words when the picture changes, so numbers are rounded to visible differences.
 #include "Tests/Support/DescribedDisplayList.h"
 
 #include <cmath>

@@ -9,8 +9,8 @@
 namespace brivane {
 
 /// A program of the desktop that runs beside the one under test, such as a panel: started by its
-/// name in the path, ended with this object, and with the test however that ends. What it says is
-/// of no account.
+/// name in the path, ended with this object, and with the test however that ends. Its output is
+/// dropped.
 class DesktopProcess {
  public:
   DesktopProcess(const std::vector<std::string>& words,

@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// Looks again and again until it holds, or for a minute: a busy machine may take long for what it
-/// usually does at once, and nobody waits for it longer than that.
+/// Checks again and again until the condition holds, for a minute at most: a busy machine may take
+/// long for what usually happens at once.
 inline bool eventually(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
   while (!condition()) {

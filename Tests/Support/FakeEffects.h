@@ -11,11 +11,11 @@
 #include "BrivaneCore/Gamma/DisplayBrightening.h"
 #include "BrivaneCore/Gamma/DisplayDimming.h"
 
-// Software effects without gamma tables, for tests of those who drive them.
+// Software effects without gamma tables, for tests of their callers.
 
 namespace brivane {
 
-/// What effects were asked to do, in the order of the calls: "<name> apply 30 to 2", "<name>
+/// The calls to all effects, in their order: "<name> apply 30 to 2", "<name>
 /// restore 2", "<name> relinquish 2", "<name> restore all", "<name> reapply".
 using EffectCalls = std::vector<std::string>;
 

@@ -281,7 +281,7 @@ void FakeEditorWindow::close() {
 
 namespace {
 
-/// Forgets in `slot` what the program no longer keeps.
+/// Clears `slot` when the program drops the object.
 template <typename Part>
 struct Tracked : Part {
   template <typename... Arguments>

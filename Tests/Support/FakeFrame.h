@@ -9,8 +9,8 @@
 #include "BrivaneUI/Frame/Frame.h"
 #include "Tests/Support/FakeMachine.h"
 
-// A frame for unit tests: it keeps what it was told to show, and a test plays the user by calling
-// the closures and delegates in it. Calls whose order matters are noted.
+// A frame for unit tests: it keeps what it is to show, and a test plays the user by calling the
+// closures and delegates in it. Calls whose order matters are noted.
 
 namespace brivane {
 
@@ -21,7 +21,7 @@ class FakeApplication : public Application {
 
   void setDelegate(ApplicationDelegate* newDelegate) override;
   void setActivationPolicy(ActivationPolicy newPolicy) override;
-  /// Tells the delegate that launching has finished, then runs the Runtime until the application
+  /// Notifies the delegate that launching has finished, then runs the Runtime until the application
   /// ends.
   int run() override;
   void terminate() override;
@@ -63,7 +63,7 @@ class FakeMenu : public MenuView {
   void close();
   /// Closes the menu, then calls the command with that title if it is still there.
   void choose(const std::string& title);
-  /// As the user's hand does.
+  /// Plays the user, who moves the slider.
   void drag(std::size_t index, double value);
   /// One line per item: "text <tone> <title>", "slider <min>..<max> <value> <label>", "command
   /// [x] <title> <key>", "separator".
@@ -121,7 +121,7 @@ class FakeHUDWindow : public HUDWindow {
   CallNotes& notes;
 };
 
-/// Plays the part of the window for the custom views in it.
+/// Serves the custom views in it as a window does.
 class FakeEditorWindow : public EditorWindow {
  public:
   FakeEditorWindow(const EditorWindowAttributes& windowAttributes, FakeApplication& application,

@@ -73,20 +73,20 @@ FakeLogind::~FakeLogind() {
 }
 
 void FakeLogind::announceSleep(bool goesToSleep) {
-  peer.alone([goesToSleep](sd_bus* connection) {
+  peer.exclusively([goesToSleep](sd_bus* connection) {
     requireBus(sd_bus_emit_signal(connection, manager, "org.freedesktop.login1.Manager",
                                   "PrepareForSleep", "b", goesToSleep ? 1 : 0),
                "a signal");
-    requireBus(sd_bus_flush(connection), "to be told");
+    requireBus(sd_bus_flush(connection), "to announce sleep");
   });
 }
 
 std::vector<std::string> FakeLogind::brightnessCalls() {
-  return peer.alone([this](sd_bus*) { return calls; });
+  return peer.exclusively([this](sd_bus*) { return calls; });
 }
 
 std::vector<std::string> FakeLogind::inhibitors() {
-  return peer.alone([this](sd_bus*) {
+  return peer.exclusively([this](sd_bus*) {
     std::vector<std::string> held;
     for (const auto& [kind, readEnd] : given) {
       pollfd end{readEnd, 0, 0};

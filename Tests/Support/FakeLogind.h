@@ -8,7 +8,7 @@
 
 namespace brivane {
 
-/// A system bus of its own with somebody on it who answers to logind's name.
+/// A private system bus with a service under logind's name.
 class FakeLogind {
  public:
   FakeLogind();
@@ -16,10 +16,10 @@ class FakeLogind {
   FakeLogind(const FakeLogind&) = delete;
   FakeLogind& operator=(const FakeLogind&) = delete;
 
-  /// What DBUS_SYSTEM_BUS_ADDRESS has to say to programs that shall meet it.
+  /// The value of DBUS_SYSTEM_BUS_ADDRESS for programs that shall use it.
   const std::string& address() const { return bus.address(); }
 
-  /// Tells everybody that the machine goes to sleep, or that it woke.
+  /// Announces that the machine goes to sleep, or that it woke.
   void announceSleep(bool goesToSleep);
 
   /// "backlight intel_backlight 300" for each brightness that was set so far.
@@ -29,7 +29,7 @@ class FakeLogind {
   std::atomic<bool> isActive = true;
   std::atomic<bool> refusesInhibitors = false;
 
-  /// "sleep delay Brivane" for each inhibitor that somebody holds now.
+  /// "sleep delay Brivane" for each inhibitor that is held now.
   std::vector<std::string> inhibitors();
 
   /// For the bus's callbacks.

@@ -23,7 +23,7 @@ int refuse(sd_bus_message* message) {
   return sd_bus_reply_method_errorf(message, "org.freedesktop.portal.Error.NotFound", "no");
 }
 
-/// The older question wraps its answer in a variant once more.
+/// The older method wraps its answer in one more variant.
 int read(sd_bus_message* message, void* portal, sd_bus_error* /*error*/) {
   if (!asksForScheme(message)) return refuse(message);
   return sd_bus_reply_method_return(message, "v", "v", "u",
@@ -50,7 +50,7 @@ FakeSettingsPortal::FakeSettingsPortal(const std::string& sessionBusAddress, uns
 }
 
 void FakeSettingsPortal::choose(unsigned newScheme) {
-  peer.alone([&](sd_bus* bus) {
+  peer.exclusively([&](sd_bus* bus) {
     scheme = newScheme;
     requireBus(sd_bus_emit_signal(bus, path, interface, "SettingChanged", "ssv",
                                   appearanceGroup.data(), colorSchemeKey.data(), "u", scheme),
@@ -59,7 +59,7 @@ void FakeSettingsPortal::choose(unsigned newScheme) {
 }
 
 void FakeSettingsPortal::changeSomethingElse() {
-  peer.alone([&](sd_bus* bus) {
+  peer.exclusively([&](sd_bus* bus) {
     requireBus(sd_bus_emit_signal(bus, path, interface, "SettingChanged", "ssv",
                                   appearanceGroup.data(), "contrast", "u", 1U),
                "a signal");

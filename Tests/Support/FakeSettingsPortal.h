@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// The part of a desktop's portal that says whether it is light or dark; on the session bus as long
-/// as this object is.
+/// The part of a desktop's portal with the light or dark preference; on the session bus as long as
+/// this object lives.
 class FakeSettingsPortal {
  public:
   static constexpr unsigned noPreference = 0;
@@ -16,9 +16,9 @@ class FakeSettingsPortal {
 
   FakeSettingsPortal(const std::string& sessionBusAddress, unsigned firstScheme);
 
-  /// The user chooses another one, and everybody is told.
+  /// The user chooses another scheme, which is announced.
   void choose(unsigned newScheme);
-  /// Another setting changes that means nothing to anybody here.
+  /// Announces a change of an unrelated setting.
   void changeSomethingElse();
 
   /// For the bus's callbacks.

@@ -44,7 +44,7 @@ int getVersion(sd_bus* /*bus*/, const char* /*path*/, const char* /*interface*/,
   return sd_bus_message_append(reply, "i", 0);
 }
 
-// Toolkits take a watcher without these properties, and those of its introspection, for none.
+// Toolkits ignore a watcher without these properties and those of its introspection.
 const std::array<sd_bus_vtable, 9> watcherTable = {
     {SD_BUS_VTABLE_START(0),
      SD_BUS_METHOD("RegisterStatusNotifierItem", "s", "", registerItem, SD_BUS_VTABLE_UNPRIVILEGED),
@@ -63,13 +63,14 @@ FakeTrayHost::FakeTrayHost(const std::string& sessionBusAddress) : peer(sessionB
 }
 
 std::vector<std::string> FakeTrayHost::items() {
-  return peer.alone([this](sd_bus*) { return registered; });
+  return peer.exclusively([this](sd_bus*) { return registered; });
 }
 
 std::optional<FakeTrayHost::Clock::time_point> FakeTrayHost::awaitItem() {
   const auto deadline = Clock::now() + std::chrono::seconds(10);
   while (Clock::now() < deadline) {
-    const auto time = peer.alone([this](sd_bus*) { return std::exchange(itemTime, std::nullopt); });
+    const auto time =
+        peer.exclusively([this](sd_bus*) { return std::exchange(itemTime, std::nullopt); });
     if (time) return time;
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
@@ -82,7 +83,7 @@ void FakeTrayHost::noteItem(const char* name) {
 }
 
 std::string FakeTrayHost::property(const std::string& name, const char* wanted) {
-  return peer.alone([&](sd_bus* bus) {
+  return peer.exclusively([&](sd_bus* bus) {
     char* text = nullptr;
     sd_bus_get_property_string(bus, name.c_str(), itemPath, item, wanted, nullptr, &text);
     const std::string result = text == nullptr ? "" : text;
@@ -92,7 +93,7 @@ std::string FakeTrayHost::property(const std::string& name, const char* wanted) 
 }
 
 std::vector<int> FakeTrayHost::pictureSides(const std::string& name) {
-  return peer.alone([&](sd_bus* bus) {
+  return peer.exclusively([&](sd_bus* bus) {
     std::vector<int> sides;
     sd_bus_message* reply = nullptr;
     requireBus(sd_bus_get_property(bus, name.c_str(), itemPath, item, "IconPixmap", nullptr, &reply,
@@ -118,7 +119,7 @@ std::vector<int> FakeTrayHost::pictureSides(const std::string& name) {
 
 void FakeTrayHost::click(const std::string& name, const char* kind) {
   // The point is that of the click, which panels may not know.
-  peer.alone([&](sd_bus* bus) {
+  peer.exclusively([&](sd_bus* bus) {
     requireBus(
         sd_bus_call_method(bus, name.c_str(), itemPath, item, kind, nullptr, nullptr, "ii", 0, 0),
         "a click");

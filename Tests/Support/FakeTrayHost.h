@@ -9,26 +9,26 @@
 
 namespace brivane {
 
-/// A desktop's place for status items: StatusNotifierWatcher and host in one. It is there as long
-/// as this object is.
+/// A desktop's place for status items: StatusNotifierWatcher and host in one, on the session bus as
+/// long as this object lives.
 class FakeTrayHost {
  public:
   using Clock = std::chrono::steady_clock;
 
   explicit FakeTrayHost(const std::string& sessionBusAddress);
 
-  /// The bus names of the items that have registered, those that are gone since included.
+  /// The bus names of the items that have registered, including those that have gone since.
   std::vector<std::string> items();
   /// When the last item since the last call registered; nothing when none does for ten seconds.
   std::optional<Clock::time_point> awaitItem();
   bool isThere(const std::string& item) { return peer.isOnBus(item); }
 
-  /// A text or a state of the item, such as "Title"; empty when it doesn't say.
+  /// A text or a state of the item, such as "Title"; empty when it has none.
   std::string property(const std::string& item, const char* name);
-  /// The sides in pixels of the pictures that it offers of itself.
+  /// The sides in pixels of the item's pictures.
   std::vector<int> pictureSides(const std::string& item);
 
-  /// A click that the item is told of: "Activate", "SecondaryActivate" or "ContextMenu".
+  /// Sends the item a click: "Activate", "SecondaryActivate" or "ContextMenu".
   void click(const std::string& item, const char* kind = "Activate");
 
   /// For the bus's callbacks.

@@ -9,7 +9,7 @@
 
 namespace brivane {
 
-/// Fake gamma tables with the parts that every gamma effect stands on.
+/// Fake gamma tables with the parts that every gamma effect needs.
 struct GammaBench {
   /// A display whose table holds the same curve on all channels.
   void addTable(DisplayID display, const std::vector<float>& curve) { tables.add(display, curve); }

@@ -8,8 +8,8 @@
 
 namespace brivane {
 
-/// Builds ICC profiles: a header, a tag table and the tags' elements. `bytes()` has right sizes
-/// everywhere; tests spoil what they want spoilt.
+/// Builds ICC profiles: a header, a tag table and the tags' elements. All sizes in `bytes()` are
+/// right; tests spoil what they want spoilt.
 class ICCProfileBuilder {
  public:
   using Bytes = std::vector<std::uint8_t>;

@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// A place for something that there is one of in a test program, empty at first and again when the
+/// Keeps the one object of its kind of a test program, at first null, and destroys it when the
 /// tests are over: Qt's application must end before the libraries that it uses do. To be called
 /// before the tests begin.
 template <typename One>

@@ -49,7 +49,7 @@ PrivateBus::PrivateBus() {
   if (daemon == 0) {
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     ::fcntl(pipe[1], F_SETFD, 0);
-    // What it thinks of its limits is of no account here.
+    // Drop its warnings about limits.
     ::dup2(::open("/dev/null", O_WRONLY), STDERR_FILENO);
     ::execlp("dbus-daemon", "dbus-daemon", "--nofork", file.c_str(), address.c_str(), nullptr);
     ::_exit(127);
@@ -115,7 +115,7 @@ void BusPeer::serve() {
       while (sd_bus_process(bus, nullptr) > 0) {
       }
     }
-    // Not for long: a call of `alone` may have taken in what is for the callbacks.
+    // Briefly: a call of `exclusively` may have read messages for the callbacks.
     ::poll(&incoming, 1, 1);
   }
 }

@@ -13,7 +13,7 @@
 
 namespace brivane {
 
-/// A message bus of its own, on which anybody may be anybody. It ends with this object.
+/// A private message bus, on which any process may own any name. It ends with this object.
 class PrivateBus {
  public:
   /// Throws when there is no "dbus-daemon" or it doesn't start.
@@ -22,7 +22,7 @@ class PrivateBus {
   PrivateBus(const PrivateBus&) = delete;
   PrivateBus& operator=(const PrivateBus&) = delete;
 
-  /// What DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS has to say.
+  /// The value of DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS.
   const std::string& address() const { return busAddress; }
 
  private:
@@ -31,7 +31,7 @@ class PrivateBus {
   std::string busAddress;
 };
 
-/// Somebody on such a bus, who answers on a thread of its own.
+/// A service on such a bus, which answers on a thread of its own.
 class BusPeer {
  public:
   explicit BusPeer(const std::string& address);
@@ -39,10 +39,10 @@ class BusPeer {
   BusPeer(const BusPeer&) = delete;
   BusPeer& operator=(const BusPeer&) = delete;
 
-  /// Nobody else uses the connection, and no callback runs, while `work` does. Callbacks have that
-  /// already.
+  /// Runs `work` with the connection to itself: no callback runs meanwhile. Callbacks have it to
+  /// themselves already.
   template <typename Work>
-  auto alone(Work work) {
+  auto exclusively(Work work) {
     const std::scoped_lock lock(mutex);
     return work(bus);
   }

@@ -9,7 +9,7 @@
 
 namespace brivane {
 
-/// A fake machine whose periodic timers are noted too.
+/// A fake machine that also notes its periodic timers.
 struct TimerNotingMachine : FakeMachine {
   Runtime& runtime() override { return notingRuntime; }
   TimerNotingRuntime notingRuntime{time, notes};

@@ -5,8 +5,8 @@
 
 namespace brivane {
 
-/// Has the signals that ask a program to end do what they do in a program that a terminal started,
-/// and gives them back what they did when a test is over that had a program listen to them: a test
+/// Gives the signals that ask a program to end their default actions, as in a program that a
+/// terminal started, and restores the former actions when a test that observes them is over: a test
 /// that hangs later must be stoppable.
 class SignalDispositions {
  public:

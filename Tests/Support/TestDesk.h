@@ -49,7 +49,7 @@ class TestDesk {
 
   VirtualRuntime& time() const { return static_cast<VirtualRuntime&>(machine->runtime()); }
 
-  /// Everything that the hardware's trace says from now on.
+  /// The lines of the hardware's trace from now on.
   std::shared_ptr<std::vector<std::string>> trace() const {
     auto traced = std::make_shared<std::vector<std::string>>();
     hardware->setTrace([traced](const std::string& line) { traced->push_back(line); });
@@ -63,8 +63,7 @@ class TestDesk {
   const std::unique_ptr<DeskMachine> machine;
 };
 
-/// A desk whose state lives in a folder, with real time unless told otherwise; each one is what one
-/// process has.
+/// A process's view of a desk whose state lives in a folder, in real time by default.
 class FolderDesk {
  public:
   FolderDesk(const std::string& text, const std::filesystem::path& folder,

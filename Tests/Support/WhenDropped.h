@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// Something to keep: `task` runs when its last keeper drops it.
+/// A value to keep: `task` runs when its last copy is dropped.
 inline std::shared_ptr<void> whenDropped(Task task) {
   return {nullptr, [task = std::move(task)](void*) { task(); }};
 }

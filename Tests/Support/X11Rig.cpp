@@ -317,7 +317,7 @@ void X11Rig::grabKey(xcb_keycode_t key, std::uint16_t modifiers) {
 }
 
 bool X11Rig::isKeyTaken(xcb_keycode_t key, std::uint16_t modifiers) {
-  // Nobody who wants the key at this moment may find it taken by the question.
+  // The server is grabbed, so that no other client finds the key taken by this test of it.
   xcb_grab_server(connection);
   const Owned<xcb_generic_error_t> error(xcb_request_check(
       connection, xcb_grab_key_checked(connection, 0, root, modifiers, key, XCB_GRAB_MODE_ASYNC,
@@ -357,7 +357,7 @@ std::vector<X11Rig::Box> X11Rig::shownWindows() {
   std::vector<Box> boxes;
   for (const xcb_window_t window :
        std::span(xcb_query_tree_children(tree.get()), tree->children_len)) {
-    // Any of them may have gone by now.
+    // Any of the windows may have gone by now.
     const Owned<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
         connection, xcb_get_window_attributes(connection, window), nullptr));
     const Owned<xcb_get_geometry_reply_t> place(
@@ -368,7 +368,7 @@ std::vector<X11Rig::Box> X11Rig::shownWindows() {
   return boxes;
 }
 
-void X11Rig::tell(xcb_window_t window, std::uint32_t number) {
+void X11Rig::sendMessage(xcb_window_t window, std::uint32_t number) {
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;
   message.format = 32;

@@ -17,7 +17,7 @@
 namespace brivane {
 
 /// A monitor that the rig plugs in: its mode and place on the X screen in pixels, y downwards, and
-/// what it says about itself.
+/// its identity.
 struct RigMonitor {
   int x = 0;
   int y = 0;
@@ -33,9 +33,9 @@ inline constexpr std::size_t middle = 1;
 inline constexpr std::size_t right = 2;
 }  // namespace standardMonitor
 
-/// A real X server with monitors that aren't there, and hands to move them. Each call returns when
-/// the server has done what it asks for; a refusal throws. The rig speaks to the server over its
-/// own connection and code, never over what it tests.
+/// A real X server with simulated monitors. Each call returns when the server has done what it asks
+/// for; a refusal throws. The rig speaks to the server over its own connection and code, never over
+/// the code under test.
 ///
 /// Monitors are named by their index; monitor n is the connector "DUMMY<n>". X offers places up to
 /// 5760x2160.
@@ -53,7 +53,7 @@ class X11Rig {
   X11Rig(const X11Rig&) = delete;
   X11Rig& operator=(const X11Rig&) = delete;
 
-  /// What DISPLAY has to say to programs that shall use this server.
+  /// The value of DISPLAY for programs that shall use this server.
   const std::string& display() const { return server.display(); }
   /// RandR's number of the monitor's output.
   std::uint32_t output(std::size_t monitor) const { return connectors.at(monitor).output; }
@@ -95,7 +95,7 @@ class X11Rig {
   void releaseKey(xcb_keycode_t key);
   /// A short press, with these held down: in one go, so that it is short on a busy machine too.
   void tapKey(xcb_keycode_t key, const std::vector<xcb_keycode_t>& modifiers = {});
-  /// The pointer moves to a pixel of the X screen, and its buttons go down or up, as by hand.
+  /// The pointer moves to a pixel of the X screen, and its buttons go down or up, as with a mouse.
   void movePointer(int x, int y);
   void pressButton(std::uint8_t button = 1);
   void releaseButton(std::uint8_t button = 1);
@@ -103,10 +103,10 @@ class X11Rig {
   void grabKey(xcb_keycode_t key, std::uint16_t modifiers);
   /// Whether some program has the key with exactly these modifiers.
   bool isKeyTaken(xcb_keycode_t key, std::uint16_t modifiers);
-  /// The keys that the rig has been sent, because it had them or nobody else wanted them: "+38"
-  /// down, "-38" up. From the first call on; a window of the rig's has the focus then.
+  /// The keys that the rig received, because no other client had grabbed them: "+38" down, "-38"
+  /// up. From the first call on, when a window of the rig takes the focus.
   std::vector<std::string> takeTypedKeys();
-  /// Where the windows are that can be seen, the topmost last.
+  /// Places of the visible windows, the topmost last.
   struct Box {
     int x = 0;
     int y = 0;
@@ -116,8 +116,8 @@ class X11Rig {
   };
   std::vector<Box> shownWindows();
 
-  /// Sends the number to whoever made the window: it comes behind all that happened before.
-  void tell(xcb_window_t window, std::uint32_t number);
+  /// Sends the number to the window's client, behind all earlier events.
+  void sendMessage(xcb_window_t window, std::uint32_t number);
 
   /// Switches the screen saver on or off.
   void switchScreenSaver(bool isOn);

@@ -142,7 +142,7 @@ void XTestClient::gather(xcb_window_t parent, int x, int y, std::vector<SeenWind
         connection, xcb_get_window_attributes(connection, child), nullptr));
     const auto place =
         owned(xcb_get_geometry_reply(connection, xcb_get_geometry(connection, child), nullptr));
-    // Windows come and go while somebody looks.
+    // A window may go while the list is read.
     if (!attributes || !place || attributes->map_state != XCB_MAP_STATE_VIEWABLE) continue;
     const PixelBox box{x + place->x, y + place->y, place->width, place->height};
     found.push_back({child, title(child), box, attributes->override_redirect != 0});

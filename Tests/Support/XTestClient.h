@@ -36,11 +36,11 @@ struct SeenWindow {
   xcb_window_t number = XCB_NONE;
   std::string title;
   PixelBox box;
-  /// No window manager has a say in it.
+  /// Left alone by window managers.
   bool isUnmanaged = false;
 };
 
-/// Another client of an X server, who sees what is on the screen and has windows of its own.
+/// Another client of an X server, which reads the screen and has windows of its own.
 class XTestClient {
  public:
   explicit XTestClient(const std::string& display);
@@ -56,12 +56,12 @@ class XTestClient {
   xcb_window_t open(const std::string& title, const PixelBox& box, std::uint32_t color,
                     bool isFullScreen = false);
   void show(xcb_window_t window);
-  /// The presses of buttons that the windows have been sent since the last call.
+  /// The button presses that the windows received since the last call.
   int takeClicks();
 
   /// The uppermost window that is shown.
   xcb_window_t topmost();
-  /// Who gets a click where the pointer is.
+  /// The window that a click at the pointer reaches.
   xcb_window_t underPointer();
   xcb_window_t focus();
   std::uint8_t depth(xcb_window_t window);

@@ -1,6 +1,6 @@
 // Starts /usr/lib/xorg/Xorg itself: the wrapper of that name in the path refuses users without a
-// console. The server finds a free display number and reports it when it is ready, so tests may run
-// side by side and nobody has to guess or wait.
+// console. The server finds a free display number and reports it when it is ready, so that tests
+// may run side by side without guessing or waiting.
 
 #include "Tests/Support/XorgServer.h"
 
@@ -66,8 +66,8 @@ XorgServer::~XorgServer() {
 
 void XorgServer::kill() {
   if (process < 0) return;
-  // Its clients can't tell this from a crash, but the server takes its lock and socket with it. It
-  // may overlook a signal that comes while it loses a client.
+  // To clients it looks like a crash, but the server removes its lock and socket. The server may
+  // overlook a signal that comes while it loses a client.
   constexpr int pausesBetweenSignals = 200;
   for (int pauses = 0; ::waitpid(process, nullptr, WNOHANG) == 0; ++pauses) {
     if (pauses % pausesBetweenSignals == 0) ::kill(process, SIGTERM);

@@ -17,10 +17,10 @@ class XorgServer {
   XorgServer(const XorgServer&) = delete;
   XorgServer& operator=(const XorgServer&) = delete;
 
-  /// What DISPLAY has to say, such as ":97".
+  /// The value of DISPLAY, such as ":97".
   const std::string& display() const { return name; }
 
-  /// Ends the server under its clients' feet and waits until it is gone.
+  /// Ends the server while its clients are connected, and waits until it is gone.
   void kill();
 
  private:

@@ -90,7 +90,7 @@ TEST_F(AVServiceHandleTest, AGetAsksForTheCodeItIsGiven) {
               ElementsAre(at(0, "write disp0 55/81: 82 01 12 FF"), at(40, getReply)));
 }
 
-TEST_F(AVServiceHandleTest, AMonitorThatSaysNothingIsAskedThreeTimes) {
+TEST_F(AVServiceHandleTest, AMonitorThatDoesNotReplyIsAskedThreeTimes) {
   channel.answers = false;
   EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
   expectThreeAttempts();
@@ -101,7 +101,7 @@ TEST_F(AVServiceHandleTest, AReadThatTheBusRefusesIsAFailedAttempt) {
   EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
   expectThreeAttempts();
   channel.readStatus = -536870206;
-  EXPECT_EQ(handle().getVCP(0x10), std::nullopt) << "whatever it says";
+  EXPECT_EQ(handle().getVCP(0x10), std::nullopt) << "whatever the reply holds";
 }
 
 TEST_F(AVServiceHandleTest, ARequestThatTheBusRefusesIsNotFollowedByARead) {
@@ -112,7 +112,7 @@ TEST_F(AVServiceHandleTest, ARequestThatTheBusRefusesIsNotFollowedByARead) {
   EXPECT_EQ(machine.time.now(), Instant(fromSeconds(0.06)));
 }
 
-TEST_F(AVServiceHandleTest, ALevelThatCannotBeIsAFailedAttempt) {
+TEST_F(AVServiceHandleTest, AnImpossibleLevelIsAFailedAttempt) {
   channel.current = 101;
   EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
   expectThreeAttempts();
@@ -139,7 +139,7 @@ TEST_F(AVServiceHandleTest, AShortReplyIsFilledUpWithZeros) {
   EXPECT_EQ(handle().getVCP(0x10), (VCPReading{0, 256}));
 }
 
-TEST_F(AVServiceHandleTest, NothingOfAFailedAttemptIsLeftInTheNext) {
+TEST_F(AVServiceHandleTest, AFailedAttemptLeavesNothingInTheNext) {
   channel.reply = [&]() -> std::vector<std::uint8_t> {
     if (channel.getCount == 1) return std::vector<std::uint8_t>(12, 0xFF);
     return {0x02, 0x00, 0x10, 0x00, 0x01};
@@ -147,7 +147,7 @@ TEST_F(AVServiceHandleTest, NothingOfAFailedAttemptIsLeftInTheNext) {
   EXPECT_EQ(handle().getVCP(0x10), (VCPReading{0, 256}));
 }
 
-TEST_F(AVServiceHandleTest, ARepliesChecksumIsNeverLookedAt) {
+TEST_F(AVServiceHandleTest, TheChecksumOfAReplyIsIgnored) {
   channel.reply = [] {
     return std::vector<std::uint8_t>{0x6E, 0x88, 0x02, 0x00, 0x10, 0x00,
                                      0x00, 0x64, 0x00, 0x32, 0xEE, 0xEE};

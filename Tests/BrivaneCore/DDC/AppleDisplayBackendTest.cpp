@@ -133,7 +133,7 @@ TEST_F(AppleDisplayBackendTest, AWriteThatAnswersAnErrorFails) {
   EXPECT_FALSE(backend.write(50, panel));
 }
 
-TEST_F(AppleDisplayBackendTest, ControlsAnyDisplayThatIsSaidToBeChangeable) {
+TEST_F(AppleDisplayBackendTest, ControlsAnyDisplayThatIsReportedAsChangeable) {
   services.canChange[otherMonitor] = true;
   EXPECT_TRUE(backend.canControl(otherMonitor)) << "even when it can't be read";
 }

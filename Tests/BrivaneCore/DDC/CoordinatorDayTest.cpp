@@ -102,8 +102,8 @@ class Day {
     }
   }
 
-  /// From each wake-up on, the moody monitor fails for a while: it is silent, silent for longer
-  /// than anybody waits, refuses the bus, and talks nonsense.
+  /// From each wake-up on, the moody monitor fails for a while: it is silent, silent until it is
+  /// given up on, refuses the bus, and sends nonsense.
   void planMoods() {
     plan(silentOutage, [this] {
       moody.answers = false;
@@ -243,7 +243,7 @@ TEST(CoordinatorDay, EachWakeUpBringsTheSavedLevelsBack) {
   };
   EXPECT_EQ(savedAfter(silentOutage), 2) << "as many as had been saved by then";
   EXPECT_EQ(savedAfter(longOutage), 4) << "a silent monitor can be written to";
-  EXPECT_EQ(savedAfter(refusingOutage), 3) << "one that refuses the bus can not";
+  EXPECT_EQ(savedAfter(refusingOutage), 3) << "a monitor that refuses the bus can't";
   EXPECT_EQ(savedAfter(babblingOutage), 4);
 }
 

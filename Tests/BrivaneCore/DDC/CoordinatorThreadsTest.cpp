@@ -8,8 +8,8 @@
 #include "Tests/Support/FakeMachine.h"
 
 // The coordinator on real threads: the main thread changes everything it can, as fast as it can,
-// while reads run beside it. What belongs to the main thread must be touched there alone. The rest
-// is for a thread sanitizer to judge.
+// while reads run beside it. The main thread's objects must be touched there alone. Data races are
+// for a thread sanitizer to find.
 
 namespace brivane {
 namespace {
@@ -132,7 +132,7 @@ TEST_F(CoordinatorThreadsTest, TheQueueNeverTouchesWhatBelongsToTheMainThread) {
   EXPECT_GT(machine.sharedBus.readCount, 0);
   EXPECT_FALSE(machine.mainDefaults.wasCalledElsewhere);
 
-  // What was queued meanwhile ends some time, and every monitor is known in the end.
+  // Once the queued work has ended, every monitor is known.
   for (int i = 0; i < 300 && (completions == 0 || coordinator->hasUnresolvedDisplays()); ++i) {
     coordinator->resyncCache();
     run(0.1);
@@ -141,7 +141,7 @@ TEST_F(CoordinatorThreadsTest, TheQueueNeverTouchesWhatBelongsToTheMainThread) {
   EXPECT_FALSE(coordinator->hasUnresolvedDisplays());
 }
 
-TEST_F(CoordinatorThreadsTest, TheCoordinatorMayGoInTheMiddleOfARead) {
+TEST_F(CoordinatorThreadsTest, TheCoordinatorMayEndDuringARead) {
   coordinator->restoreSavedBrightness([this] { ++completions; });
   coordinator->warmCache(leftID);
   while (machine.sharedBus.writeCount == 0) machine.threads.sleep(fromSeconds(0.001));

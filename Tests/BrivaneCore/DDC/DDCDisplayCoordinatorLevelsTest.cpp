@@ -87,7 +87,7 @@ TEST_F(LevelsTest, ACachedLevelIsGivenWithoutTouchingTheBus) {
   EXPECT_THAT(notes(), IsEmpty());
 }
 
-TEST_F(LevelsTest, AMonitorThatDoesNotAnswerHasNoLevelAndLeavesNoTrace) {
+TEST_F(LevelsTest, AMonitorThatDoesNotAnswerHasNoLevelAndChangesNothing) {
   left.answers = false;
   EXPECT_EQ(coordinator->brightness(leftID), std::nullopt);
   EXPECT_EQ(notes(), unansweredRead(0, "disp0"));
@@ -95,7 +95,7 @@ TEST_F(LevelsTest, AMonitorThatDoesNotAnswerHasNoLevelAndLeavesNoTrace) {
   EXPECT_THAT(coordinator->tracker.readFailures, IsEmpty());
   EXPECT_THAT(coordinator->tracker.failingSince, IsEmpty());
   run(60);
-  EXPECT_THAT(notes(), IsEmpty()) << "it is not retried either";
+  EXPECT_THAT(notes(), IsEmpty()) << "the monitor is not retried either";
 }
 
 TEST_F(LevelsTest, ADirectReadEndsNoOutage) {
@@ -123,7 +123,7 @@ TEST_F(LevelsTest, ADisplayWithoutAChannelHasNoLevel) {
   EXPECT_THAT(notes(), IsEmpty());
 }
 
-TEST_F(LevelsTest, AnAppleDisplaysLevelIsReadAnewEachTimeAndCached) {
+TEST_F(LevelsTest, AnAppleDisplaysLevelIsReadEachTimeAndCached) {
   makeAppleDisplay(leftID, 0.5F);
   EXPECT_EQ(coordinator->brightness(leftID), 50);
   EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 50);
@@ -189,7 +189,7 @@ TEST_F(LevelsTest, AWriteWithoutAnyMaximumFailsAndStartsARead) {
   EXPECT_FALSE(coordinator->write(60, leftID, true));
   EXPECT_THAT(coordinator->tracker.warmsInFlight, ElementsAre(leftID));
   EXPECT_EQ(left.setCount, 0);
-  EXPECT_THAT(notes(), IsEmpty()) << "and it is not announced";
+  EXPECT_THAT(notes(), IsEmpty()) << "the write is not announced";
 }
 
 TEST_F(LevelsTest, AWriteDoesNotWaitForAReadThatIsUnderWay) {
@@ -204,7 +204,7 @@ TEST_F(LevelsTest, AWriteDoesNotWaitForAReadThatIsUnderWay) {
                     keptCapability(10'040, rightPanel, 100)}));
 }
 
-TEST_F(LevelsTest, AProbeWaitsItsTurnBehindTheReadsThatWereQueuedBefore) {
+TEST_F(LevelsTest, AProbeWaitsForReadsThatWereQueuedBefore) {
   coordinator->warmCache(rightID);
   EXPECT_EQ(coordinator->probe(leftID), (VCPReading{50, 100}));
   EXPECT_EQ(notes(), joined({answeredRead(0, "disp1"), answeredRead(40, "disp0")}));
@@ -234,7 +234,7 @@ TEST_F(LevelsTest, AWriteToAMonitorThatIsSilentNowUsesTheSavedMaximum) {
   EXPECT_EQ(notes(), joined({{at(500, "explicit 3")},
                              busSet(500, "disp0", "84 03 10 00 80 79"),
                              {at(520, "set brightness.10.20.30=50")}}));
-  EXPECT_THAT(coordinator->levelCache.nativeMaxes, IsEmpty()) << "it has not answered yet";
+  EXPECT_THAT(coordinator->levelCache.nativeMaxes, IsEmpty()) << "the monitor has not answered yet";
 }
 
 TEST_F(LevelsTest, TheMaximumOfThisRunComesBeforeTheSavedOne) {
@@ -251,12 +251,14 @@ TEST_F(LevelsTest, AWriteThatTheBusRefusesChangesNothing) {
   EXPECT_EQ(notes(),
             (Notes{at(10'000, "explicit 3"), at(10'010, "write disp0 55/81: 84 03 10 00 3C C5")}));
   EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 50);
-  EXPECT_EQ(coordinator->tracker.readFailures.at(leftID), 0) << "nor does it count as failing";
+  EXPECT_EQ(coordinator->tracker.readFailures.at(leftID), 0)
+      << "the monitor doesn't count as failing";
   EXPECT_THAT(coordinator->tracker.failingSince, IsEmpty());
   left.current = 30;
   coordinator->resyncCache();
   run(0.5);
-  EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 30) << "nor as a fresh write";
+  EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 30)
+      << "the refused write doesn't count as fresh";
 }
 
 TEST_F(LevelsTest, AMaximumBeyondTheWireIsAProgrammingError) {
@@ -298,7 +300,7 @@ TEST_F(LevelsTest, AnAppleDisplayThatRefusesChangesNothing) {
   EXPECT_THAT(coordinator->levelCache.percents, IsEmpty());
 }
 
-// What is known without touching the bus
+// Levels without touching the bus
 
 TEST_F(LevelsTest, TheLastKnownLevelIsTheCachedOne) {
   setStored("brightness.10.20.30", 80);
@@ -347,16 +349,16 @@ TEST_F(LevelsTest, AMonitorThatIsRememberedIsKnownForThreeMinutesOfOutage) {
   EXPECT_FALSE(coordinator->isKnownDDC(leftID));
   left.answers = true;
   run(6);
-  EXPECT_TRUE(coordinator->isKnownDDC(leftID)) << "it is still retried";
+  EXPECT_TRUE(coordinator->isKnownDDC(leftID)) << "the monitor is still retried";
 }
 
-TEST_F(LevelsTest, ARememberedNoIsForgottenWhenItIsAskedFor) {
+TEST_F(LevelsTest, AStoredNoIsDeletedWhenItIsRead) {
   machine.settings.values["ddc.10.20.30"] = {false};
   EXPECT_FALSE(coordinator->isKnownDDC(leftID));
   EXPECT_EQ(notes(), Notes{at(0, "remove ddc.10.20.30")});
 }
 
-// The menu's and the report's view
+// Targets
 
 TEST_F(LevelsTest, TargetsListEveryOnlineDisplayInOrder) {
   machine.displaySystem.add({1, 1, 1, 1, true}, "Inside");
@@ -387,7 +389,8 @@ TEST_F(LevelsTest, AnAppleTargetHasARangeWhileItCanBeRead) {
   EXPECT_EQ(coordinator->levelCache.percents.at(1), 25);
   machine.displayServices.getStatus = 1;
   EXPECT_EQ(coordinator->refreshTargets().at(2).ddcRange, std::nullopt);
-  EXPECT_FALSE(coordinator->tracker.attemptStartedAt.contains(1)) << "nor is it asked over the bus";
+  EXPECT_FALSE(coordinator->tracker.attemptStartedAt.contains(1))
+      << "the display is not asked over the bus";
 }
 
 TEST_F(LevelsTest, TheBuiltInPanelIsNeverReadOverDDC) {

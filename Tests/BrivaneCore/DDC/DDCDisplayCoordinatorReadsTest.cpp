@@ -24,11 +24,11 @@ struct ReadsTest : CoordinatorTest {
   }
 };
 
-TEST_F(ReadsTest, ABackgroundReadFillsTheCachesAndWhatIsRemembered) {
+TEST_F(ReadsTest, ABackgroundReadFillsTheCachesAndTheStore) {
   left.current = 30;
   left.max = 50;
   coordinator->warmCache(leftID);
-  EXPECT_THAT(notes(), IsEmpty()) << "nothing of it happens before the queue's turn";
+  EXPECT_THAT(notes(), IsEmpty()) << "nothing happens before the queue's turn";
   run(1);
   EXPECT_EQ(notes(), joined({answeredRead(0, "disp0"), keptCapability(40, leftPanel, 50)}));
   EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 60);
@@ -83,7 +83,7 @@ TEST_F(ReadsTest, AMonitorThatFailsIsReportedOnceAndRetriedAtThePaceOfTheBackOff
   EXPECT_EQ(coordinator->tracker.readFailures.at(leftID), 8);
 }
 
-TEST_F(ReadsTest, TheFirstFailureIsNotedInOrder) {
+TEST_F(ReadsTest, TheFirstFailureIsLoggedAndStartsTheBackOff) {
   left.answers = false;
   coordinator->warmCache(leftID);
   run(1);
@@ -114,7 +114,7 @@ TEST_F(ReadsTest, AnOutageOfTwelvePointFourSecondsIsLoggedAsTwelve) {
   EXPECT_EQ(machine.systemLog.lines, Notes{"Brivane: [3] Left answering again after 12s"});
 }
 
-TEST_F(ReadsTest, ASecondOutageIsReportedAnewAndBacksOffAnew) {
+TEST_F(ReadsTest, ASecondOutageIsReportedAndBacksOffLikeTheFirst) {
   left.answers = false;
   coordinator->warmCache(leftID);
   run(10);
@@ -145,7 +145,7 @@ TEST_F(ReadsTest, ADisplayWithoutAChannelFailsToo) {
   EXPECT_EQ(notes(), Notes{at(0, "log Brivane: [3] Left stopped answering DDC")});
   EXPECT_EQ(coordinator->tracker.nextRetry.at(leftID), Instant(fromSeconds(1)));
   setStored("ddcmax.10.20.30", 100);
-  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "there is nothing to write to";
+  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "there is no channel";
 }
 
 TEST_F(ReadsTest, AChannelThatWasFoundOnceIsKeptWhenItIsNotFoundAgain) {
@@ -246,11 +246,11 @@ TEST_F(ReadsTest, AReadQueuedBeforeTheDisplaySetChangedFillsNothing) {
   EXPECT_EQ(notes(), answeredRead(0, "disp0"));
   EXPECT_THAT(coordinator->levelCache.percents, IsEmpty());
   EXPECT_THAT(coordinator->levelCache.nativeMaxes, IsEmpty());
-  EXPECT_THAT(coordinator->tracker.warmsInFlight, IsEmpty()) << "it leaves those in flight";
-  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "its channel is not kept";
+  EXPECT_THAT(coordinator->tracker.warmsInFlight, IsEmpty()) << "the read is no longer in flight";
+  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "the channel is not kept";
 }
 
-TEST_F(ReadsTest, AFailureFromBeforeTheDisplaySetChangedCountsForNothing) {
+TEST_F(ReadsTest, AFailureOfAnOlderDisplaySetIsIgnored) {
   left.answers = false;
   coordinator->warmCache(leftID);
   run(0.02);
@@ -262,7 +262,7 @@ TEST_F(ReadsTest, AFailureFromBeforeTheDisplaySetChangedCountsForNothing) {
   EXPECT_EQ(left.getCount, 3);
 }
 
-TEST_F(ReadsTest, AReadThatHasNotBegunWhenTheCoordinatorGoesIsNeverMade) {
+TEST_F(ReadsTest, AReadNotBegunWhenTheCoordinatorEndsIsNeverMade) {
   coordinator->warmCache(leftID);
   coordinator->resyncCache();
   coordinator->retryNow();
@@ -272,7 +272,7 @@ TEST_F(ReadsTest, AReadThatHasNotBegunWhenTheCoordinatorGoesIsNeverMade) {
   EXPECT_EQ(machine.registry.walks, 0);
 }
 
-TEST_F(ReadsTest, AReadThatIsRunningWhenTheCoordinatorGoesComesToNothing) {
+TEST_F(ReadsTest, AReadInProgressWhenTheCoordinatorEndsChangesNothing) {
   coordinator->warmCache(leftID);
   run(0.02);
   coordinator.reset();

@@ -13,7 +13,7 @@ struct RestoreTest : CoordinatorTest {
   }
 
   /// Whether a level that the monitor was given by its own buttons is saved.
-  bool savesWhatTheMonitorSays(FakeBus::Channel& channel, const std::string& key) {
+  bool savesTheMonitorsLevel(FakeBus::Channel& channel, const std::string& key) {
     run(10);
     channel.current = static_cast<std::uint16_t>(channel.current == 33 ? 34 : 33);
     coordinator->resyncCache();
@@ -118,7 +118,7 @@ TEST_F(RestoreTest, PrewarmWalksTheRegistryFirstUnlessItJustDid) {
   EXPECT_EQ(machine.registry.walks, 2);
 }
 
-TEST_F(RestoreTest, PrewarmIsNoAttemptAndHoldsNoneUp) {
+TEST_F(RestoreTest, PrewarmIsNoAttemptAndDelaysNone) {
   coordinator->prewarm({});
   EXPECT_THAT(coordinator->tracker.warmsInFlight, IsEmpty());
   EXPECT_THAT(coordinator->tracker.attemptStartedAt, IsEmpty());
@@ -149,7 +149,7 @@ TEST_F(RestoreTest, PrewarmOfAnOlderDisplaySetFillsNothingButCallsBack) {
   EXPECT_EQ(notes(),
             joined({answeredRead(0, "disp0"), answeredRead(40, "disp1"), {at(80, "done")}}));
   EXPECT_THAT(coordinator->levelCache.percents, IsEmpty());
-  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "its channel is not kept";
+  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "the channel is not kept";
 }
 
 TEST_F(RestoreTest, TheCallbackComesEvenWhenTheCoordinatorHasGone) {
@@ -170,7 +170,7 @@ TEST_F(RestoreTest, TheCallbackComesEvenWhenTheCoordinatorGoesWhileReading) {
             joined({answeredRead(0, "disp0"), answeredRead(40, "disp1"), {at(80, "done")}}));
 }
 
-// Bringing saved levels back
+// Restoring saved levels
 
 TEST_F(RestoreTest, SavedLevelsAreWrittenBackAfterTheReads) {
   setStored("brightness.10.20.30", 80);
@@ -228,7 +228,7 @@ TEST_F(RestoreTest, AnAppleDisplayIsLeftToTheSystem) {
   EXPECT_EQ(left.setCount, 0);
   EXPECT_EQ(stored("brightness.10.20.30"), 80);
   coordinator->warmCache(leftID);
-  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30")) << "nothing awaits restoring";
+  EXPECT_TRUE(savesTheMonitorsLevel(left, "brightness.10.20.30")) << "nothing awaits restoring";
 }
 
 TEST_F(RestoreTest, TheBuiltInPanelIsNeverRestored) {
@@ -237,7 +237,7 @@ TEST_F(RestoreTest, TheBuiltInPanelIsNeverRestored) {
   coordinator->restoreSavedBrightness({});
   run(1);
   EXPECT_EQ(left.setCount, 0);
-  EXPECT_THAT(coordinator->tracker.attemptStartedAt, IsEmpty()) << "nor is it even tried";
+  EXPECT_THAT(coordinator->tracker.attemptStartedAt, IsEmpty()) << "no read is even tried";
   EXPECT_THAT(machine.systemLog.lines, IsEmpty());
 }
 
@@ -257,7 +257,7 @@ TEST_F(RestoreTest, ANewDisplaySetForgetsWhatWasLearntAboutTheOld) {
   EXPECT_THAT(coordinator->tracker.nextRetry, IsEmpty());
   EXPECT_THAT(coordinator->tracker.warmsInFlight, IsEmpty());
   EXPECT_TRUE(coordinator->tracker.failingSince.contains(leftID)) << "outages go on";
-  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "it must be found again first";
+  EXPECT_FALSE(coordinator->write(60, leftID, false)) << "the channel must be found again first";
 }
 
 TEST_F(RestoreTest, ANewDisplaySetForgetsWhenMonitorsWereWrittenTo) {
@@ -278,7 +278,7 @@ TEST_F(RestoreTest, ANewDisplaySetKeepsWhenAttemptsStarted) {
   EXPECT_TRUE(coordinator->tracker.attemptStartedAt.contains(leftID));
 }
 
-TEST_F(RestoreTest, ANewDisplaySetIsLookedForInTheRegistryAtOnce) {
+TEST_F(RestoreTest, ANewDisplaySetRescansTheRegistryAtOnce) {
   coordinator->prewarm({});
   run(1);
   coordinator->invalidate();
@@ -304,13 +304,13 @@ TEST_F(RestoreTest, ASavedLevelIsNotOverwrittenBeforeItWasWrittenBack) {
   coordinator->invalidate();
   coordinator->prewarm({});
   run(1);
-  EXPECT_FALSE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+  EXPECT_FALSE(savesTheMonitorsLevel(left, "brightness.10.20.30"));
   EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 33) << "the cache follows all the same";
   EXPECT_EQ(stored("brightness.10.20.30"), 80);
   coordinator->restoreSavedBrightness({});
   run(1);
   EXPECT_EQ(left.current, 80);
-  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+  EXPECT_TRUE(savesTheMonitorsLevel(left, "brightness.10.20.30"));
 }
 
 TEST_F(RestoreTest, ASavedLevelWhoseWriteFailedIsKept) {
@@ -320,7 +320,7 @@ TEST_F(RestoreTest, ASavedLevelWhoseWriteFailedIsKept) {
   coordinator->restoreSavedBrightness({});
   run(1);
   ASSERT_EQ(left.setCount, 1);
-  EXPECT_FALSE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+  EXPECT_FALSE(savesTheMonitorsLevel(left, "brightness.10.20.30"));
   EXPECT_EQ(stored("brightness.10.20.30"), 80);
   EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 33);
 }
@@ -336,7 +336,7 @@ TEST_F(RestoreTest, AMonitorThatAnswersOnlyAfterTheRestoreGetsItsSavedLevelThen)
       << "nothing is read, no other monitor is written to, and no write is the user's";
   coordinator->restoreLateMonitors();
   EXPECT_THAT(notes(), IsEmpty());
-  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+  EXPECT_TRUE(savesTheMonitorsLevel(left, "brightness.10.20.30"));
 }
 
 TEST_F(RestoreTest, AMonitorThatStillDoesNotAnswerIsLeftAlone) {
@@ -355,7 +355,7 @@ TEST_F(RestoreTest, ALateMonitorThatRefusesItsLevelGetsItTheNextTime) {
   EXPECT_EQ(left.current, 80);
 }
 
-TEST_F(RestoreTest, WhatTheUserSetsMeanwhileIsWhatALateMonitorKeeps) {
+TEST_F(RestoreTest, ALateMonitorKeepsWhatTheUserSetMeanwhile) {
   restoreWithoutTheLeft();
   letTheLeftAnswer();
   ASSERT_TRUE(coordinator->write(35, leftID, true));
@@ -364,7 +364,7 @@ TEST_F(RestoreTest, WhatTheUserSetsMeanwhileIsWhatALateMonitorKeeps) {
   EXPECT_EQ(stored("brightness.10.20.30"), 35);
 }
 
-TEST_F(RestoreTest, ARestoreThatFailedWithoutANewDisplaySetIsNotMadeUpFor) {
+TEST_F(RestoreTest, AFailedRestoreWithoutANewDisplaySetIsNotRepeated) {
   letBothAnswer();
   setStored("brightness.10.20.30", 80);
   left.nextWriteStatuses = {0, 1};  // the read's request, then the set
@@ -373,7 +373,7 @@ TEST_F(RestoreTest, ARestoreThatFailedWithoutANewDisplaySetIsNotMadeUpFor) {
   ASSERT_EQ(left.setCount, 1);
   coordinator->restoreLateMonitors();
   EXPECT_EQ(left.current, 50);
-  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+  EXPECT_TRUE(savesTheMonitorsLevel(left, "brightness.10.20.30"));
 }
 
 TEST_F(RestoreTest, OnlyANewDisplaySetMakesASilentMonitorAwaitItsLevel) {
@@ -386,7 +386,7 @@ TEST_F(RestoreTest, OnlyANewDisplaySetMakesASilentMonitorAwaitItsLevel) {
   letTheLeftAnswer();
   coordinator->restoreLateMonitors();
   EXPECT_EQ(left.current, 50);
-  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+  EXPECT_TRUE(savesTheMonitorsLevel(left, "brightness.10.20.30"));
 }
 
 TEST_F(RestoreTest, WithoutASavedLevelNothingAwaitsRestoring) {
@@ -395,14 +395,14 @@ TEST_F(RestoreTest, WithoutASavedLevelNothingAwaitsRestoring) {
   machine.settings.values.erase("brightness.10.20.30");
   coordinator->restoreSavedBrightness({});
   run(1);
-  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+  EXPECT_TRUE(savesTheMonitorsLevel(left, "brightness.10.20.30"));
 }
 
 TEST_F(RestoreTest, AMonitorWithoutASavedLevelNeverAwaitsRestoring) {
   coordinator->invalidate();
   coordinator->prewarm({});
   run(1);
-  EXPECT_TRUE(savesWhatTheMonitorSays(left, "brightness.10.20.30"));
+  EXPECT_TRUE(savesTheMonitorsLevel(left, "brightness.10.20.30"));
 }
 
 }  // namespace

@@ -86,7 +86,7 @@ TEST_F(ResyncTest, AWriteDuringAReReadIsNotOverwrittenByWhatWasRead) {
   };
   machine.time.after(fromSeconds(0.01), [this] { coordinator->write(80, leftID, false); });
   resync();
-  EXPECT_EQ(left.getCount, 2) << "it was read";
+  EXPECT_EQ(left.getCount, 2) << "the monitor was read";
   EXPECT_EQ(coordinator->levelCache.percents.at(leftID), 80);
   EXPECT_EQ(stored("brightness.10.20.30"), 80);
 }
@@ -120,7 +120,8 @@ TEST_F(ResyncTest, AReReadThatIsNotAnsweredChangesNothing) {
   resync();
   EXPECT_EQ(coordinator->levelCache.percents,
             (std::map<DisplayID, Percent>{{leftID, 50}, {rightID, 30}}));
-  EXPECT_EQ(coordinator->tracker.readFailures.at(leftID), 0) << "nor does it count as a failure";
+  EXPECT_EQ(coordinator->tracker.readFailures.at(leftID), 0)
+      << "the re-read doesn't count as a failure";
   EXPECT_THAT(machine.systemLog.lines, IsEmpty());
 }
 
@@ -163,7 +164,7 @@ TEST_F(ResyncTest, MonitorsInFlightOrNotYetDueAreNotReadAgain) {
   coordinator->resyncCache();
   run(0.5);
   EXPECT_EQ(left.getCount, 3) << "one read of three attempts";
-  EXPECT_EQ(right.getCount, 2) << "and one re-read of the other";
+  EXPECT_EQ(right.getCount, 2) << "one re-read of the other monitor";
 }
 
 TEST_F(ResyncTest, BuiltInAndAppleDisplaysAreNeverUnresolved) {
@@ -204,7 +205,7 @@ TEST_F(ResyncTest, RetryNowForgetsTheOutageAndReadsAtOnce) {
                              keptCapability(540, leftPanel, 100),
                              unansweredRead(540, "disp1"),
                              {at(720, "log Brivane: [5] Right stopped answering DDC")}}))
-      << "a recovery from a forgotten outage is no news, a new outage is";
+      << "logs a new outage, but no recovery from a forgotten one";
 }
 
 TEST_F(ResyncTest, RetryNowDoesNotReadWhatIsBeingRead) {
@@ -229,7 +230,7 @@ TEST_F(ResyncTest, RetryPendingNowReadsAtOnceButKeepsTheOutage) {
                              keptCapability(540, leftPanel, 100)}));
 }
 
-TEST_F(ResyncTest, RetryPendingNowStartsTheBackOffAnew) {
+TEST_F(ResyncTest, RetryPendingNowRestartsTheBackOff) {
   left.answers = false;
   coordinator->warmCache(leftID);
   run(10);

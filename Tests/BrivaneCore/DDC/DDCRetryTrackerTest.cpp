@@ -36,7 +36,7 @@ TEST_F(DDCRetryTrackerTest, TheFirstFailureAfterASuccessIsTheOnlyNewOne) {
   EXPECT_TRUE(tracker.recordFailure(monitor).isNewFailure);
 }
 
-TEST_F(DDCRetryTrackerTest, ASuccessStartsTheBackOffAnew) {
+TEST_F(DDCRetryTrackerTest, ASuccessRestartsTheBackOff) {
   for (int i = 0; i < 4; ++i) tracker.recordFailure(monitor);
   tracker.recordSuccess(monitor);
   EXPECT_EQ(tracker.readFailures.at(monitor), 0);
@@ -44,14 +44,14 @@ TEST_F(DDCRetryTrackerTest, ASuccessStartsTheBackOffAnew) {
   EXPECT_EQ(tracker.recordFailure(monitor), (DDCRetryTracker::Failure{1, true}));
 }
 
-TEST_F(DDCRetryTrackerTest, ASuccessTellsHowLongTheOutageWas) {
+TEST_F(DDCRetryTrackerTest, ASuccessGivesTheLengthOfTheOutage) {
   EXPECT_EQ(tracker.recordSuccess(monitor), std::nullopt);
   tracker.recordFailure(monitor);
   pass(7);
   tracker.recordFailure(monitor);
   pass(5.4);
   EXPECT_EQ(tracker.recordSuccess(monitor), 12.4);
-  EXPECT_EQ(tracker.recordSuccess(monitor), std::nullopt) << "each outage is told once";
+  EXPECT_EQ(tracker.recordSuccess(monitor), std::nullopt) << "each outage is reported once";
 }
 
 TEST_F(DDCRetryTrackerTest, TheBackOffScheduleIsThatOfTheInstance) {

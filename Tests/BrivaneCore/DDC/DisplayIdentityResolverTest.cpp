@@ -79,7 +79,7 @@ TEST(DisplayIdentityResolver, PortNamesSortAsTextAndNotAsNumbers) {
   EXPECT_EQ(resolve(panels, displays, {}, 6), "disp9");
 }
 
-TEST(DisplayIdentityResolver, OnlySeveralExactMatchesAreCountedWhenThereAreSome) {
+TEST(DisplayIdentityResolver, LooseMatchesDoNotCountBesideExactOnes) {
   const Panels panels{{"disp0", {10, 20, 1}}, {"disp1", wanted}, {"disp2", wanted}};
   const Displays displays{{5, 10, 20}, {6, 10, 20}, {7, 10, 20}};
   EXPECT_EQ(resolve(panels, displays, {}, 5), "disp1");

@@ -189,7 +189,7 @@ TEST_F(DisplayRegistryTest, APortWithoutAChannelGivesNoHandle) {
   EXPECT_EQ(registry.resolvePort(9), "disp0");
 }
 
-TEST_F(DisplayRegistryTest, AMonitorWithoutASerialNumberInTheRegistryIsFoundAllTheSame) {
+TEST_F(DisplayRegistryTest, AMonitorWithoutASerialNumberInTheRegistryIsStillFound) {
   machine.addMonitor(9, "A", "disp0", 1, 2, 77);
   machine.addMonitor(5, "B", "disp1", 4, 5, 6);
   machine.registry.entries.clear();

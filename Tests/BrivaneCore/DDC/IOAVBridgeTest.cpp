@@ -63,7 +63,7 @@ TEST_F(IOAVBridgeTest, WithoutTheFrameworkSymbolsAreTakenFromWhatIsLoaded) {
                           "find global IOAVServiceWriteI2C", "find global IOAVServiceReadI2C"));
 }
 
-TEST_F(IOAVBridgeTest, ASymbolThatWasNotThereIsNeverLookedForAgain) {
+TEST_F(IOAVBridgeTest, AMissingSymbolIsNeverLookedUpAgain) {
   EXPECT_FALSE(bridge.writeI2C());
   machine.bus.install(loader);
   EXPECT_FALSE(bridge.writeI2C());

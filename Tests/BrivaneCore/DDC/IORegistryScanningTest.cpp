@@ -117,7 +117,7 @@ TEST(IORegistryScanning, APanelsOwnNameIsNotItsPort) {
   EXPECT_EQ(IORegistryScanning::portOfDisplayNode(*entry), std::nullopt);
 }
 
-TEST(IORegistryScanning, AnEntryWithoutANameIsClimbedOver) {
+TEST(IORegistryScanning, AnEntryWithoutANameIsSkippedOnTheWayUp) {
   const auto entry = below("disp0", 1);
   entry->above->ownName = std::nullopt;
   EXPECT_EQ(IORegistryScanning::portOfDisplayNode(*entry), "disp0");
@@ -150,7 +150,7 @@ TEST(IORegistryScanning, OnlyAProxysDirectParentCounts) {
   EXPECT_EQ(IORegistryScanning::portOfAVProxy(*entry), std::nullopt);
 }
 
-TEST(IORegistryScanning, AnExternalProxyIsToldByClassAndLocation) {
+TEST(IORegistryScanning, AnExternalProxyIsRecognisedByClassAndLocation) {
   const auto proxy = proxyBelow("disp0:dcpav");
   EXPECT_EQ(IORegistryScanning::externalAVProxyPort(*proxy), "disp0");
   for (const std::optional<std::string>& other :

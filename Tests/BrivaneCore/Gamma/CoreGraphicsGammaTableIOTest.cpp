@@ -31,7 +31,7 @@ TEST_F(CoreGraphicsGammaTableIOTest, ADisplayThatClaimsMoreThanWasAskedForYields
   EXPECT_EQ(io.read(1, 2), (GammaRamp{{0, 0.1F}, {0.3F, 0.4F}, {0.6F, 0.7F}}));
 }
 
-TEST_F(CoreGraphicsGammaTableIOTest, AReadOfNoEntriesAsksNobody) {
+TEST_F(CoreGraphicsGammaTableIOTest, AReadOfNoEntriesDoesNotAskTheDisplay) {
   tables.add(1, 256);
   EXPECT_EQ(io.read(1, 0), std::nullopt);
   EXPECT_EQ(io.read(1, -1), std::nullopt);

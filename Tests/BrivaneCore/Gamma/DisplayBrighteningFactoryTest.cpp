@@ -96,7 +96,7 @@ TEST_F(DisplayBrighteningFactoryTest, TheLargerOfTwoAmountsIsCarried) {
   EXPECT_THAT(calls, ElementsAre("fallback apply 70 to 1", "extended relinquish 1"));
 }
 
-TEST_F(DisplayBrighteningFactoryTest, AChosenBoostAloneIsLeftAsItIs) {
+TEST_F(DisplayBrighteningFactoryTest, ABoostOfTheChosenBrightenerIsLeftAlone) {
   extended->amounts[1] = 20;
   EXPECT_EQ(chosen(), extended.get());
   EXPECT_THAT(calls, IsEmpty());

@@ -17,7 +17,7 @@ struct ExtendedGammaBrightenerTest : testing::Test, GammaBench {
   ExtendedGammaBrightener brightener{baselines, io, [this](DisplayID) { return headroom; },
                                      settings};
 
-  /// What the display shows after another program or an earlier run left its own curve.
+  /// Leaves the curve of another program or an earlier run in force.
   void poison(DisplayID display, float peak) { addTable(display, {0, 0.5F, peak, peak}); }
 };
 
@@ -153,13 +153,13 @@ TEST_F(ExtendedGammaBrightenerTest, APoisonedBaselineIsResetOnceUntilAnApplySucc
   EXPECT_NE(baselines->cached(1), std::nullopt);
 }
 
-TEST_F(ExtendedGammaBrightenerTest, EachPoisonedDisplayIsResetOnItsOwnAccount) {
+TEST_F(ExtendedGammaBrightenerTest, PoisonedDisplaysAreResetIndependently) {
   poison(1, 1.2F);
   poison(2, 1.2F);
   brightener.apply(50, 1);
   EXPECT_FALSE(brightener.apply(50, 2));
   EXPECT_EQ(curve(2), GammaRamp::identity(4).red);
-  EXPECT_TRUE(brightener.apply(50, 2)) << "which must not earn display 1 another reset";
+  EXPECT_TRUE(brightener.apply(50, 2)) << "which doesn't allow display 1 another reset";
   poison(1, 1.2F);
   tables.calls.clear();
   EXPECT_FALSE(brightener.apply(50, 1));
@@ -183,7 +183,7 @@ TEST_F(ExtendedGammaBrightenerTest, ASuccessOrRestoringAllAllowsAnotherReset) {
   }
 }
 
-TEST_F(ExtendedGammaBrightenerTest, AResetThatTheDisplayRefusesDropsTheBaselineAllTheSame) {
+TEST_F(ExtendedGammaBrightenerTest, ARefusedResetStillDropsTheBaseline) {
   poison(1, 1.2F);
   tables.writeStatus[1] = 1000;
   EXPECT_FALSE(brightener.apply(50, 1));

@@ -124,7 +124,7 @@ TEST_F(GammaDimmerTest, RestoringWritesTheBaselineAndKeepsIt) {
   EXPECT_NE(baselines->cached(1), std::nullopt);
 }
 
-TEST_F(GammaDimmerTest, ARefusedRestoreForgetsTheAmountAllTheSame) {
+TEST_F(GammaDimmerTest, ARefusedRestoreStillForgetsTheAmount) {
   addTable(1, {0, 1});
   dimmer.apply(30, 1);
   tables.writeStatus[1] = 1000;

@@ -53,7 +53,7 @@ TEST_F(AccessibilityPermissionTest, ABuildIsPromptedForOnceHoweverOftenItStarts)
     EXPECT_FALSE(next.requestOncePerBuild());
   }
   machine.access.trusted = true;
-  EXPECT_TRUE(permission.requestOncePerBuild()) << "it still tells whether it is granted";
+  EXPECT_TRUE(permission.requestOncePerBuild()) << "the answer is whether the grant is there";
   EXPECT_EQ(machine.access.prompts, 1);
 }
 
@@ -92,7 +92,7 @@ TEST_F(AccessibilityPermissionTest, AFileWhoseTimeCantBeReadHasTimeZero) {
   EXPECT_EQ(promptedBuild(), PropertyValue{std::string("/bin/brivane@0.0")});
 }
 
-TEST_F(AccessibilityPermissionTest, OnlyExactlyTheSameTextIsThisBuild) {
+TEST_F(AccessibilityPermissionTest, OnlyTheIdenticalTextIsThisBuild) {
   for (const PropertyValue& stored : {PropertyValue{std::string("/bin/brivane@1732190000.1230")},
                                       PropertyValue{std::string("/BIN/brivane@1732190000.123")},
                                       PropertyValue{std::string("")}, PropertyValue{true}}) {
@@ -103,7 +103,7 @@ TEST_F(AccessibilityPermissionTest, OnlyExactlyTheSameTextIsThisBuild) {
   }
 }
 
-/// Looks at the settings while the system asks.
+/// Reads the settings while the system asks.
 struct LookingMachine : FakeMachine {
   struct Access : FakeAccessibility {
     bool requestTrust() override {

@@ -35,7 +35,7 @@ struct CarbonHotkeyCoordinatorTest : testing::Test {
   }
 
   /// All eight.
-  void registerEverythingAnew() {
+  void reregisterEverything() {
     coordinator->registrar->unregisterAll();
     coordinator->isRelayActive = true;
     coordinator->registerHotkeys(false);
@@ -70,7 +70,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, UserBindingsComeFirstThenTheRelayThenTheFunc
                                                      "[0] register hotkey 4 key 122 modifiers 0"));
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, TheSettingsSayWhichKeys) {
+TEST_F(CarbonHotkeyCoordinatorTest, TheKeysComeFromTheSettings) {
   machine.settings.set("BrightnessUpKeyCode", {std::int64_t{0}});
   machine.settings.set("BrightnessDownModifiers", {std::int64_t{256}});
   machine.settings.set("BrightnessKeyRelayUp", {std::int64_t{105}});
@@ -108,7 +108,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, TheSwitchKeepsTheFunctionKeysBesideTheTap) {
                                                     "[0] register hotkey 4 key 122 modifiers 0"));
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, ARefusedHotkeyDoesNotKeepTheOthersFromBeingTried) {
+TEST_F(CarbonHotkeyCoordinatorTest, AfterARefusedHotkeyTheOthersAreStillTried) {
   machine.hotkeyGrabs.taken = {{126, 6144}};
   coordinator->isRelayActive = true;
   coordinator->registerHotkeys(false);
@@ -187,7 +187,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, HeldHotkeysSweepInTheirDirectionAndNameTheir
   }
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, APressThatNoDisplayTakesSaysSoAndStillSweeps) {
+TEST_F(CarbonHotkeyCoordinatorTest, APressThatNoDisplayTakesIsLoggedAsSuchAndStillSweeps) {
   logKeys();
   steps.displayTakesIt = false;
   coordinator->handlePress(1);
@@ -197,10 +197,10 @@ TEST_F(CarbonHotkeyCoordinatorTest, APressThatNoDisplayTakesSaysSoAndStillSweeps
                           "under cursor"));
   EXPECT_THAT(notesWithin(milliseconds(480)),
               ElementsAre("[410] step 5 carbonHotkey", "[470] step 5 carbonHotkey"))
-      << "and goes on whatever becomes of its steps";
+      << "the sweep goes on whether or not a display takes its steps";
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, APressDuringWhichHotkeysAreRegisteredAnewStillSweeps) {
+TEST_F(CarbonHotkeyCoordinatorTest, APressThatReregistersTheHotkeysStillSweeps) {
   coordinator.reset();
   coordinator = std::make_unique<CarbonHotkeyCoordinator>(
       machine, std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeyGrabs, machine.systemLog),
@@ -218,48 +218,49 @@ TEST_F(CarbonHotkeyCoordinatorTest, APressDuringWhichHotkeysAreRegisteredAnewSti
 }
 
 TEST_F(CarbonHotkeyCoordinatorTest, RegisteringLeavesASweepGoingAsLongAsItsKeyIsDown) {
-  registerEverythingAnew();
+  reregisterEverything();
   for (const auto& [id, key] : keysOfHotkeys) {
     machine.keys.keysDown = {key};
     coordinator->handlePress(id);
-    registerEverythingAnew();
+    reregisterEverything();
     EXPECT_EQ(notesWithin(milliseconds(470)).size(), 2u) << id;
     machine.keys.keysDown.clear();
-    EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty()) << id << ", whose release isn't told";
+    EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty())
+        << id << ", whose release isn't reported";
     EXPECT_EQ(machine.time.timerCount(), 0u) << id;
   }
 }
 
 TEST_F(CarbonHotkeyCoordinatorTest,
        AReleaseEndsTheSweepWhateverTheKeyboardSaysOfAKeyThatIsNotTheRelays) {
-  registerEverythingAnew();
+  reregisterEverything();
   for (const auto& [id, key] : keysOfHotkeys) {
     if (id > 4) continue;
     machine.keys.keysDown = {key};
     for (const bool isRegisteredAnewMeanwhile : {false, true}) {
       coordinator->handlePress(id);
-      if (isRegisteredAnewMeanwhile) registerEverythingAnew();
+      if (isRegisteredAnewMeanwhile) reregisterEverything();
       coordinator->handleRelease(id);
       EXPECT_EQ(machine.time.timerCount(), 0u) << id;
     }
   }
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, ThePressAfterASweepThatRegisteringLeftGoingAsksForNoKey) {
-  registerEverythingAnew();
+TEST_F(CarbonHotkeyCoordinatorTest, APressAfterReregisteringWatchesNoKey) {
+  reregisterEverything();
   coordinator->handlePress(1);
-  registerEverythingAnew();
+  reregisterEverything();
   coordinator->handlePress(2);
   EXPECT_THAT(notesWithin(milliseconds(420)),
               ElementsAre("[0] step -5 snap carbonHotkey", "[410] step -5 carbonHotkey"));
 }
 
 TEST_F(CarbonHotkeyCoordinatorTest, TheKeyOfASweepIsTheOneThatWasRegistered) {
-  registerEverythingAnew();
+  reregisterEverything();
   machine.keys.keysDown = {126};
   coordinator->handlePress(1);
   machine.settings.set("BrightnessUpKeyCode", {std::int64_t{0}});
-  registerEverythingAnew();
+  reregisterEverything();
   EXPECT_EQ(notesWithin(milliseconds(470)).size(), 2u);
 }
 
@@ -290,7 +291,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, ARelayReleaseWhileItsKeyIsDownLeavesTheSweep
   }
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, TheDownKeyOfTheRelayIsAskedAboutForItsOwnHotkeys) {
+TEST_F(CarbonHotkeyCoordinatorTest, TheRelaysDownKeyIsCheckedForItsOwnHotkeys) {
   machine.settings.set("BrightnessKeyRelayDown", {std::int64_t{107}});
   machine.keys.keysDown = {107};
   for (const std::uint32_t id : {6u, 8u}) {
@@ -320,7 +321,8 @@ TEST_F(CarbonHotkeyCoordinatorTest, ShiftPressedWhileTheRelayKeyIsDownMakesTheSw
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, ShiftLetGoBeforeTheRelayKeyLeavesTheSweepToTheKeysOwnRelease) {
+TEST_F(CarbonHotkeyCoordinatorTest,
+       ShiftReleasedBeforeTheRelayKeyLeavesTheSweepToTheKeysOwnRelease) {
   coordinator->isRelayActive = true;
   coordinator->registerHotkeys(true);
   machine.notes.take();
@@ -337,7 +339,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, ShiftLetGoBeforeTheRelayKeyLeavesTheSweepToT
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
-/// Keeps the callbacks, as a system might that is late.
+/// Keeps the callbacks, so that a test can call them late.
 class KeepingRegistrar : public HotkeyRegistering {
  public:
   struct Kept {
@@ -358,7 +360,7 @@ class KeepingRegistrar : public HotkeyRegistering {
   Kept& kept;
 };
 
-TEST_F(CarbonHotkeyCoordinatorTest, CallbacksThatComeTooLateReachNobody) {
+TEST_F(CarbonHotkeyCoordinatorTest, CallbacksAfterTheEndAreIgnored) {
   KeepingRegistrar::Kept kept;
   coordinator = std::make_unique<CarbonHotkeyCoordinator>(
       machine, std::make_unique<KeepingRegistrar>(kept), steps.handler());
@@ -372,7 +374,7 @@ TEST_F(CarbonHotkeyCoordinatorTest, CallbacksThatComeTooLateReachNobody) {
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
-TEST_F(CarbonHotkeyCoordinatorTest, DroppingItWhileAKeyIsHeldLeavesNothingBehind) {
+TEST_F(CarbonHotkeyCoordinatorTest, DroppingTheCoordinatorWhileAKeyIsHeldLeavesNothingBehind) {
   coordinator->registerHotkeys(false);
   machine.hotkeyGrabs.press(126, 6144);
   coordinator.reset();

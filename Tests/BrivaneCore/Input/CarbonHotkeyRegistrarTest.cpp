@@ -86,7 +86,7 @@ TEST_F(CarbonHotkeyRegistrarTest, TheSignatureOfAnEventIsNotChecked) {
   EXPECT_THAT(calls, ElementsAre("pressed 7", "released 42"));
 }
 
-TEST_F(CarbonHotkeyRegistrarTest, EventsWithoutACallbackAreNobodys) {
+TEST_F(CarbonHotkeyRegistrarTest, EventsWithoutACallbackAreIgnored) {
   registrar->installHandler(nullptr, note("released"));
   machine.hotkeyGrabs.handler(HotkeyEvent::pressed, {0, 1});
   registrar->installHandler(note("pressed"), nullptr);
@@ -94,7 +94,7 @@ TEST_F(CarbonHotkeyRegistrarTest, EventsWithoutACallbackAreNobodys) {
   EXPECT_THAT(calls, IsEmpty());
 }
 
-TEST_F(CarbonHotkeyRegistrarTest, UnregisteringAllGivesTheHandlerBackToo) {
+TEST_F(CarbonHotkeyRegistrarTest, UnregisteringAllRemovesTheHandlerToo) {
   registrar->installHandler(note("pressed"), note("released"));
   registrar->registerHotkey({90, 0}, 6);
   registrar->registerHotkey({80, 0}, 5);

@@ -72,7 +72,7 @@ TEST_F(HeldKeyRampTest, ShiftIsReadWhenTheDelayIsOverAndNotAtThePress) {
   EXPECT_THAT(stepsWithin(milliseconds(70)), ElementsAre("[410] step 5 carbonHotkey"));
 }
 
-TEST_F(HeldKeyRampTest, PressingShiftMidwaySwitchesToOnePointAndStartsTimingAnew) {
+TEST_F(HeldKeyRampTest, PressingShiftMidwaySwitchesToOnePointAndRestartsTheTiming) {
   ramp->begin(up, HotkeySource::carbonHotkey);
   EXPECT_THAT(stepsWithin(milliseconds(440)), ElementsAre("[410] step 5 carbonHotkey"));
   pressShift();
@@ -94,7 +94,7 @@ TEST_F(HeldKeyRampTest, ASwitchOnALateTickTimesTheNextFromThere) {
               ElementsAre("[560] step 1 carbonHotkey", "[620] step 1 carbonHotkey"));
 }
 
-TEST_F(HeldKeyRampTest, WhatWasLeftOfAStepIsDroppedWithItsSpeed) {
+TEST_F(HeldKeyRampTest, TheRemainderOfAStepIsDroppedWhenTheSpeedChanges) {
   ramp->begin(up, HotkeySource::carbonHotkey);
   // 410 comes at 440: 7.5 points, of which 2.5 are left when Shift goes down.
   stall(milliseconds(400), milliseconds(40));
@@ -183,7 +183,7 @@ TEST_F(HeldKeyRampTest, AStepMayStopTheRamp) {
   EXPECT_EQ(taken, 1);
 }
 
-TEST_F(HeldKeyRampTest, AStepMayBeginTheRampAnew) {
+TEST_F(HeldKeyRampTest, AStepMayRestartTheRamp) {
   std::unique_ptr<HeldKeyRamp> own;
   own = std::make_unique<HeldKeyRamp>(machine.time, machine.keys,
                                       [&](const Adjustment& adjustment, HotkeySource source) {

@@ -67,7 +67,7 @@ TEST_F(HotkeyBindingTest, WithoutALayoutEveryOtherKeyIsNamedByItsCode) {
   keyboard.layout = false;
   EXPECT_EQ(HotkeyBinding::keyName(0, keyboard), "Key 0");
   EXPECT_EQ(HotkeyBinding::keyName(126, keyboard), "↑");
-  EXPECT_EQ(HotkeyBinding::keyName(65536, keyboard), "Key 65536") << "nobody looks it up";
+  EXPECT_EQ(HotkeyBinding::keyName(65536, keyboard), "Key 65536") << "no layout is asked";
 }
 
 TEST_F(HotkeyBindingTest, AKeyCodeThatNoKeyboardHasAbortsWhenALayoutIsAsked) {

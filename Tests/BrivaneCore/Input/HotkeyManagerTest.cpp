@@ -46,7 +46,7 @@ struct HotkeyManagerTest : testing::Test {
       std::make_unique<HotkeyManager>(machine, steps.handler());
 };
 
-TEST_F(HotkeyManagerTest, StartingTriesTheTapThenRegistersAndThenSaysWhatThereIs) {
+TEST_F(HotkeyManagerTest, StartingTriesTheTapThenRegistersAndThenLogsASummary) {
   grant();
   manager->start();
   EXPECT_THAT(machine.notes.take(),
@@ -126,7 +126,7 @@ TEST_F(HotkeyManagerTest, AHotkeyStepsAndSweepsThroughTheSameHandler) {
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
-TEST_F(HotkeyManagerTest, WhenTheGrantArrivesTheFunctionKeysAreGivenBack) {
+TEST_F(HotkeyManagerTest, WhenTheGrantArrivesTheFunctionKeysAreUnregistered) {
   manager->setRelayHotkeysEnabled(true);
   start();
   manager->reloadBindings();
@@ -148,10 +148,10 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesTheFunctionKeysAreGivenBack) {
                   "[0] register hotkey 7 key 80 modifiers 512",
                   "[0] register hotkey 8 key 90 modifiers 512"));
   EXPECT_TRUE(manager->startEventTap());
-  EXPECT_THAT(machine.notes.take(), IsEmpty()) << "there is nothing left to give back";
+  EXPECT_THAT(machine.notes.take(), IsEmpty()) << "no function key is left to unregister";
 }
 
-TEST_F(HotkeyManagerTest, OneFunctionKeyIsEnoughToBeGivenBack) {
+TEST_F(HotkeyManagerTest, EvenASingleFunctionKeyIsUnregisteredWhenTheGrantArrives) {
   for (const std::uint32_t takenKey : {120u, 122u}) {
     manager->stop();
     machine.access.trusted = false;
@@ -173,7 +173,7 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesTheSwitchKeepsTheFunctionKeys) {
   EXPECT_TRUE(machine.hotkeyGrabs.holds(120, 0));
 }
 
-TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsReleaseIsTold) {
+TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsRelease) {
   start();
   holdUntilItSweeps();
   machine.keys.keysDown = {126};
@@ -185,7 +185,7 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsReleaseIsTold) 
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
-TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldIsToldToGoUp) {
+TEST_F(HotkeyManagerTest, AFunctionKeyUnregisteredWhileHeldStillReportsItsRelease) {
   start();
   machine.hotkeyGrabs.press(122, 0);
   machine.keys.keysDown = {122};
@@ -196,7 +196,7 @@ TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldIsToldToGoUp) 
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
-TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldSweepsNoLongerThanItIsDown) {
+TEST_F(HotkeyManagerTest, AFunctionKeyUnregisteredWhileHeldSweepsOnlyWhileItIsDown) {
   start();
   machine.hotkeyGrabs.press(122, 0);
   machine.keys.keysDown = {122};
@@ -208,7 +208,7 @@ TEST_F(HotkeyManagerTest, AFunctionKeyThatIsGivenBackWhileItIsHeldSweepsNoLonger
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
-TEST_F(HotkeyManagerTest, ReloadingEndsASweepAndRegistersTheBindingsAnew) {
+TEST_F(HotkeyManagerTest, ReloadingEndsASweepAndReregistersTheBindings) {
   grant();
   start();
   holdUntilItSweeps();
@@ -226,7 +226,7 @@ TEST_F(HotkeyManagerTest, ReloadingWithoutTheTapKeepsTheFunctionKeys) {
   manager->reloadBindings();
   EXPECT_TRUE(machine.hotkeyGrabs.holds(120, 0));
   EXPECT_TRUE(machine.hotkeyGrabs.holds(122, 0));
-  EXPECT_FALSE(manager->isEventTapActive()) << "it doesn't try the tap";
+  EXPECT_FALSE(manager->isEventTapActive()) << "the tap is not tried";
 }
 
 TEST_F(HotkeyManagerTest, SuspendedBindingsAreUnregisteredAndNothingElseIs) {
@@ -244,7 +244,7 @@ TEST_F(HotkeyManagerTest, SuspendedBindingsAreUnregisteredAndNothingElseIs) {
   EXPECT_EQ(machine.hotkeyGrabs.registrations.size(), 8u);
 }
 
-TEST_F(HotkeyManagerTest, SuspendingAndItsEndEndASweepTheRelaysToo) {
+TEST_F(HotkeyManagerTest, BeginningOrEndingASuspensionEndsEvenARelayKeysSweep) {
   manager->setRelayHotkeysEnabled(true);
   start();
   for (const bool suspended : {true, false}) {
@@ -255,7 +255,7 @@ TEST_F(HotkeyManagerTest, SuspendingAndItsEndEndASweepTheRelaysToo) {
   }
 }
 
-TEST_F(HotkeyManagerTest, SuspendedBindingsStaySoWhateverElseIsRegisteredAnew) {
+TEST_F(HotkeyManagerTest, SuspendedBindingsStaySuspendedWhateverElseIsReregistered) {
   start();
   manager->suspendUserBindings(true);
   manager->reloadBindings();
@@ -275,7 +275,7 @@ TEST_F(HotkeyManagerTest, BindingsThatTheSettingsTurnOffStayOffAfterASuspension)
   EXPECT_FALSE(machine.hotkeyGrabs.holds(126, 6144));
 }
 
-TEST_F(HotkeyManagerTest, SuspendingWhatIsSuspendedDoesNothing) {
+TEST_F(HotkeyManagerTest, SuspendingTwiceDoesNothing) {
   start();
   manager->suspendUserBindings(false);
   EXPECT_THAT(machine.notes.take(), IsEmpty());
@@ -295,7 +295,7 @@ TEST_F(HotkeyManagerTest, ASuspensionThatEndsAfterTheStopRegistersNothing) {
   EXPECT_TRUE(machine.hotkeyGrabs.holds(126, 6144));
 }
 
-TEST_F(HotkeyManagerTest, SwitchingTheRelayOnRegistersItsKeysAndOffGivesThemBack) {
+TEST_F(HotkeyManagerTest, SwitchingTheRelayOnRegistersItsKeysAndOffUnregistersThem) {
   grant();
   start();
   EXPECT_FALSE(manager->isRelayActive());
@@ -310,7 +310,7 @@ TEST_F(HotkeyManagerTest, SwitchingTheRelayOnRegistersItsKeysAndOffGivesThemBack
   EXPECT_EQ(machine.hotkeyGrabs.registrations.size(), 2u);
 }
 
-TEST_F(HotkeyManagerTest, SwitchingTheRelayUnregistersEverythingBeforeItRegistersAnew) {
+TEST_F(HotkeyManagerTest, SwitchingTheRelayUnregistersEverythingBeforeRegistering) {
   grant();
   start();
   manager->setRelayHotkeysEnabled(true);
@@ -332,7 +332,7 @@ TEST_F(HotkeyManagerTest, SwitchingTheRelayWithoutTheTapKeepsTheFunctionKeys) {
     EXPECT_TRUE(machine.hotkeyGrabs.holds(120, 0));
     EXPECT_TRUE(machine.hotkeyGrabs.holds(122, 0));
   }
-  EXPECT_FALSE(manager->isEventTapActive()) << "it doesn't try the tap";
+  EXPECT_FALSE(manager->isEventTapActive()) << "the tap is not tried";
 }
 
 TEST_F(HotkeyManagerTest, SwitchingTheRelayEndsASweep) {
@@ -344,7 +344,7 @@ TEST_F(HotkeyManagerTest, SwitchingTheRelayEndsASweep) {
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
-TEST_F(HotkeyManagerTest, SwitchingTheRelayToWhatItIsDoesNothing) {
+TEST_F(HotkeyManagerTest, SwitchingTheRelayToItsPresentStateDoesNothing) {
   grant();
   start();
   holdUntilItSweeps();
@@ -362,12 +362,12 @@ TEST_F(HotkeyManagerTest, TheRelayIsNotInForceWhileAnotherProgramHasEitherKey) {
     EXPECT_FALSE(manager->setRelayHotkeysEnabled(true));
     EXPECT_TRUE(manager->isRelayActive());
     EXPECT_FALSE(manager->relayHotkeysRegistered());
-    EXPECT_FALSE(manager->setRelayHotkeysEnabled(true)) << "and stays so, for nothing is retried";
+    EXPECT_FALSE(manager->setRelayHotkeysEnabled(true)) << "a refused key is not retried";
     EXPECT_TRUE(manager->setRelayHotkeysEnabled(false));
   }
 }
 
-TEST_F(HotkeyManagerTest, TheRelayNeedsNotItsKeysWithShift) {
+TEST_F(HotkeyManagerTest, TheRelayDoesNotNeedItsKeysWithShift) {
   machine.hotkeyGrabs.taken = {{80, 512}, {90, 512}};
   EXPECT_TRUE(manager->setRelayHotkeysEnabled(true));
 }
@@ -398,7 +398,7 @@ TEST_F(HotkeyManagerTest, ABrightnessKeyMayDropTheManagerAndIsStillDecided) {
   EXPECT_TRUE(machine.hotkeyGrabs.registrations.empty());
 }
 
-TEST_F(HotkeyManagerTest, DroppingItIsStoppingIt) {
+TEST_F(HotkeyManagerTest, DroppingTheManagerStopsIt) {
   grant();
   start();
   holdUntilItSweeps();

@@ -75,7 +75,7 @@ TEST_F(MediaKeyEventTapTest, ARefusedTapIsNotRunningAndNotRetried) {
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] create tap"));
 }
 
-TEST_F(MediaKeyEventTapTest, StoppingDisablesTheTapAndTakesItOut) {
+TEST_F(MediaKeyEventTapTest, StoppingDisablesTheTapAndRemovesIt) {
   start();
   tap->stop();
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] disable tap", "[0] remove tap"));
@@ -85,7 +85,7 @@ TEST_F(MediaKeyEventTapTest, StoppingDisablesTheTapAndTakesItOut) {
   EXPECT_TRUE(tap->start());
 }
 
-TEST_F(MediaKeyEventTapTest, DroppingItTakesTheTapOut) {
+TEST_F(MediaKeyEventTapTest, DroppingTheTapRemovesItFromTheStream) {
   start();
   tap.reset();
   EXPECT_FALSE(machine.taps.exists());
@@ -114,7 +114,7 @@ TEST_F(MediaKeyEventTapTest, TheKeyboardsOwnRepeatsArePresses) {
   EXPECT_EQ(send(8, 0x00020A01), swallow);
   EXPECT_EQ(send(8, 0x00020B01), passThrough);
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] up", "[0] up"));
-  EXPECT_EQ(machine.time.timerCount(), 0u) << "they are not ramped";
+  EXPECT_EQ(machine.time.timerCount(), 0u) << "repeats are not ramped";
 }
 
 TEST_F(MediaKeyEventTapTest, EventsThatAreNoSpecialKeysPass) {
@@ -154,7 +154,7 @@ TEST_F(MediaKeyEventTapTest, OtherMediaKeysPassAndAreNamedInTheLogWhenAskedFor) 
                           "data2=-1"));
 }
 
-TEST_F(MediaKeyEventTapTest, BrightnessKeysAreLoggedWithWhatBecameOfThem) {
+TEST_F(MediaKeyEventTapTest, BrightnessKeysAreLoggedWithTheirOutcome) {
   start();
   logKeys();
   machine.taps.sendKey(brightnessUp);
@@ -170,7 +170,7 @@ TEST_F(MediaKeyEventTapTest, BrightnessKeysAreLoggedWithWhatBecameOfThem) {
                   "[0] down", "[0] log Brivane: brightness DOWN -> PASSED THROUGH to macOS"));
 }
 
-TEST_F(MediaKeyEventTapTest, TheSwitchOfTheLogIsReadAnewForEachEvent) {
+TEST_F(MediaKeyEventTapTest, TheLogSwitchIsReadForEachEvent) {
   start();
   logKeys();
   machine.taps.sendKey(volumeUp, keyUp);

@@ -15,7 +15,7 @@ using Arguments = std::vector<std::string>;
 const Arguments get = {"property", "--get", "UserKeyMapping"};
 const std::string capsLock = HIDKeyMapping::entry(30064771129, 30064771113);
 
-/// A tool that keeps the mapping it is given, and prints it back in the form it was given in.
+/// A tool that keeps the mapping, and prints it in the form in which it was set.
 struct HIDUtilKeyMappingTest : testing::Test {
   std::optional<std::string> run(const Arguments& arguments) {
     runs.push_back(arguments);

@@ -16,14 +16,14 @@ TEST_F(BrightnessSettingsTest, BothSoftwareEndsAreOnByDefault) {
   EXPECT_TRUE(settings.softwareBrighteningEnabled());
 }
 
-TEST_F(BrightnessSettingsTest, AStoredSwitchIsReadAnewAtEachUse) {
+TEST_F(BrightnessSettingsTest, AStoredSwitchIsReadAtEachUse) {
   defaults.set("SubZeroDimming", {false});
   EXPECT_FALSE(settings.subZeroDimmingEnabled());
   defaults.set("SubZeroDimming", {true});
   EXPECT_TRUE(settings.subZeroDimmingEnabled());
 }
 
-TEST_F(BrightnessSettingsTest, TheNewerBrighteningKeyWinsByItsPresenceWhateverItHolds) {
+TEST_F(BrightnessSettingsTest, TheNewerBrighteningKeyWinsWhateverItsValue) {
   struct Case {
     std::optional<bool> newer;
     std::optional<bool> older;

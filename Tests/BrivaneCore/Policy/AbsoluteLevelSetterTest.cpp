@@ -46,7 +46,7 @@ TEST_F(AbsoluteLevelSetterTest, ALevelAbove100TakesTheHardwareTo100AndBrightens)
   EXPECT_EQ(controller.level(2), 130);
 }
 
-TEST_F(AbsoluteLevelSetterTest, TheHardwareIsNotWrittenAgainWhereItIsAtThatEnd) {
+TEST_F(AbsoluteLevelSetterTest, TheHardwareIsNotWrittenWhenItIsAtThatEndAlready) {
   auto& dark = start(0);
   EXPECT_TRUE(controller.setLevel(-30, 2));
   EXPECT_EQ(dark.setCount, 0);
@@ -133,16 +133,16 @@ TEST_F(AbsoluteLevelSetterTest, AHardwareLevelThatIsNotKnownIsMovedToTheNearEnd)
   }
 }
 
-TEST_F(AbsoluteLevelSetterTest, AMonitorThatDoesNotAnswerIsDimmedAllTheSame) {
+TEST_F(AbsoluteLevelSetterTest, AMonitorThatDoesNotAnswerIsStillDimmed) {
   auto& channel = bench.addSilentMonitor(3);
   channel.answers = true;
   EXPECT_TRUE(controller.setLevel(-30, 3));
   EXPECT_THAT(calls, ElementsAre("dimmer apply 30 to 3"));
   bench.machine.time.runFor(fromSeconds(0.5));
-  EXPECT_EQ(channel.getCount, 1) << "and is asked in the background";
+  EXPECT_EQ(channel.getCount, 1) << "the monitor is read in the background";
 }
 
-TEST_F(AbsoluteLevelSetterTest, ASoftwareLevelOfALateMonitorIsNotRestoredAway) {
+TEST_F(AbsoluteLevelSetterTest, ASoftwareLevelOfALateMonitorSurvivesTheRestore) {
   for (const auto& [level, hardware] : {std::pair<Percent, std::uint16_t>{-10, 0}, {150, 100}}) {
     FakeEffectsBench fresh;
     auto& channel = fresh.bench.addLateMonitor(2, 30, hardware);
@@ -162,7 +162,7 @@ TEST_F(AbsoluteLevelSetterTest, ALateMonitorThatCouldNotBeMovedYetIsMovedWhenItA
   EXPECT_EQ(channel.current, 100);
 }
 
-TEST_F(AbsoluteLevelSetterTest, AHardwareLevelTooHandsABoostOverFirst) {
+TEST_F(AbsoluteLevelSetterTest, AHardwareLevelAlsoHandsABoostOverFirst) {
   start(50);
   gammaBrightener->amounts[2] = 30;
   bench.machine.displaySystem.allScreens[0].potentialHeadroom = 2.0;

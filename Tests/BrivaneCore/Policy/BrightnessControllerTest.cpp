@@ -107,7 +107,7 @@ TEST_F(BrightnessControllerTest, RetryingAtOnceReachesAMonitorThatAnswersAgain) 
     byUser ? controller.retryNow() : controller.retryPendingNow();
     machine.time.runFor(fromSeconds(0.2));
     EXPECT_FALSE(controller.hasUnresolvedDisplays()) << byUser;
-    // Only the user's own retry forgets that there was an outage to report the end of.
+    // Only the user's own retry forgets the outage, whose end would be logged.
     EXPECT_EQ(machine.systemLog.lines.size(), byUser ? 0U : 1U);
   }
 }
@@ -120,7 +120,7 @@ TEST_F(BrightnessControllerTest, FollowsTheMonitorsOwnButtons) {
   EXPECT_EQ(controller.level(2), 30);
 }
 
-TEST_F(BrightnessControllerTest, RestoresSavedLevelsAndSaysWhenItIsDone) {
+TEST_F(BrightnessControllerTest, RestoresSavedLevelsAndThenCallsBack) {
   auto& channel = bench.addSilentMonitor(2);
   channel.answers = true;
   bench.store.save(80, 2);

@@ -74,7 +74,7 @@ TEST_F(SoftwareTravel, AMonitorWithoutAGammaTableHasItsHardwareRangeOnly) {
   EXPECT_EQ(channel.setCount, 2);
 }
 
-TEST_F(SoftwareTravel, WhereALateMonitorIsTakenByKeysItStays) {
+TEST_F(SoftwareTravel, ALateMonitorStaysWhereKeysMoveIt) {
   auto& dark = addLateMonitor(2, 30, 0);
   EXPECT_EQ(press(-5), -5);
   controller.restoreLateMonitors();
@@ -142,7 +142,7 @@ struct DecisionCase {
   std::string call;
 };
 
-TEST(SoftwareRanges, EachRangeTakesThePressesThatAreItsOwn) {
+TEST(SoftwareRanges, EachRangeTakesItsOwnPresses) {
   const std::vector<DecisionCase> cases = {
       // Dimming: entered downwards at hardware 0, kept while there is depth.
       {0, 0, 0, -5, false, -5, "dimmer apply 5 to 2"},
@@ -171,7 +171,7 @@ TEST(SoftwareRanges, EachRangeTakesThePressesThatAreItsOwn) {
       {100, 0, 5, -50, false, 100, "gamma apply 0 to 2"},
       {100, 0, 98, 5, step, 200, "gamma apply 100 to 2"},
       {60, 0, 7, 5, false, 112, "gamma apply 12 to 2"},
-      // Both at once, which nothing here produces: the display counts as dimmed.
+      // Both at once, which the program never does: the display counts as dimmed.
       {100, 7, 7, 5, false, -2, "dimmer apply 2 to 2"},
   };
   for (const auto& [percent, depth, boost, delta, snapToStep, level, call] : cases) {
@@ -246,7 +246,7 @@ TEST_F(SoftwareDecision, AnUnsupportedEffectDoesNotClaimAPressEvenWithAnAmount) 
   EXPECT_THAT(calls, ElementsAre("dimmer restore 2", "gamma restore 2", "extended restore 2"));
 }
 
-TEST_F(SoftwareDecision, AHardwareStepTooHandsABoostOverFirst) {
+TEST_F(SoftwareDecision, AHardwareStepAlsoHandsABoostOverFirst) {
   start(50, 0, 30);
   bench.set("BrightenPastMaximum", false);
   bench.machine.displaySystem.allScreens[0].potentialHeadroom = 2.0;
@@ -267,7 +267,7 @@ TEST_F(SoftwareDecision, AFailedBoostFallsBackToTheHardware) {
                                  "extended restore 2"));
 }
 
-TEST_F(SoftwareDecision, AFailedDimmingIsShownAllTheSame) {
+TEST_F(SoftwareDecision, AFailedDimmingIsStillShown) {
   start(0, 0, 0);
   dimmer->accepts = false;
   EXPECT_EQ(press(-5), shows(-5));

@@ -29,7 +29,7 @@ TEST_F(DelayedTasksTest, EachRunsOnceAfterItsDelay) {
   EXPECT_EQ(ran, "ab");
 }
 
-TEST_F(DelayedTasksTest, WhatIsStillToComeEndsWithTheOwner) {
+TEST_F(DelayedTasksTest, PendingTasksEndWithTheOwner) {
   tasks->after(1s, note('a'));
   tasks->after(2s, note('b'));
   tasks->after(3s, note('c'));

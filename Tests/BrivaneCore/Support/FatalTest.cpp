@@ -19,11 +19,11 @@ class FatalDeathTest : public testing::Test {
   void SetUp() override { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
 };
 
-TEST_F(FatalDeathTest, TheSentenceIsOnStandardErrorWhenNobodyHandlesIt) {
+TEST_F(FatalDeathTest, WithoutAHandlerTheSentenceGoesToStandardError) {
   EXPECT_DEATH(fatal("this and that"), StrEq("Brivane: fatal: this and that\n"));
 }
 
-TEST_F(FatalDeathTest, AHandlerIsToldOneLineAndStandardErrorNothing) {
+TEST_F(FatalDeathTest, AHandlerReceivesOneLineAndStandardErrorNothing) {
   const auto end = [] {
     const FatalErrorHandler handler(telling("log"));
     fatal("this\nand that");
@@ -31,7 +31,7 @@ TEST_F(FatalDeathTest, AHandlerIsToldOneLineAndStandardErrorNothing) {
   EXPECT_DEATH(end(), StrEq("log <Brivane: fatal: this and that>\n"));
 }
 
-TEST_F(FatalDeathTest, TheHandlerMadeLastIsTheOneThatIsTold) {
+TEST_F(FatalDeathTest, TheHandlerMadeLastReceivesTheError) {
   const auto end = [](bool isWithin) {
     const FatalErrorHandler first(telling("first"));
     {
@@ -44,7 +44,7 @@ TEST_F(FatalDeathTest, TheHandlerMadeLastIsTheOneThatIsTold) {
   EXPECT_DEATH(end(false), StrEq("first <Brivane: fatal: y>\n"));
 }
 
-TEST_F(FatalDeathTest, AFatalErrorOfTheHandlersOwnIsOnStandardError) {
+TEST_F(FatalDeathTest, AFatalErrorInTheHandlerGoesToStandardError) {
   const auto end = [] {
     const FatalErrorHandler handler([](const std::string&) { fatal("the log"); });
     fatal("x");

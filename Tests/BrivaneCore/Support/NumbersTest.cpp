@@ -35,7 +35,7 @@ TEST(ShortestDecimal, BelowAPowerOfTwoWhereDoublesLieCloserItIsStillTheShortest)
   EXPECT_EQ(shortestFloatingPoint(std::ldexp(1, -44)), "5.684341886080802e-14");
 }
 
-TEST(ShortestDecimal, WhatIsNoNumberIsSaid) {
+TEST(ShortestDecimal, NotANumberAndTheInfinitiesAreWrittenAsWords) {
   EXPECT_EQ(shortestDecimal(std::numeric_limits<double>::quiet_NaN()), "nan");
   EXPECT_EQ(shortestDecimal(-std::numeric_limits<double>::infinity()), "-inf");
 }

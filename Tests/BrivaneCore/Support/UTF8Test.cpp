@@ -8,7 +8,7 @@
 namespace brivane {
 namespace {
 
-TEST(UTF8, TakesWellFormedSequencesOfEveryLength) {
+TEST(UTF8, AcceptsWellFormedSequencesOfEveryLength) {
   const std::vector<std::string> texts = {
       "",                    // nothing
       "plain",               // one byte each

@@ -49,12 +49,12 @@ TEST(UpperCase, EverythingElseStays) {
   }
 }
 
-TEST(UpperCase, TextIsTakenLetterByLetter) {
+TEST(UpperCase, TextIsConvertedLetterByLetter) {
   EXPECT_EQ(upperCased("straße 1: ÿx€ɛ\U0001F600z"), "STRASSE 1: ŸX€Ɛ\U0001F600Z");
   EXPECT_EQ(upperCased("e\u0301"), "E\u0301");
 }
 
-TEST(UpperCase, BytesThatAreNoTextStay) {
+TEST(UpperCase, BytesThatAreNotUTF8Stay) {
   // Cut off, out of place, and "a" in more bytes than it has.
   for (const std::string bytes : {"\xC3", "\xE1\xBA", "\xA4", "\xFF", "\xC1\xA1", "\xE0\x83\xA4"}) {
     EXPECT_EQ(upperCased(bytes), bytes);

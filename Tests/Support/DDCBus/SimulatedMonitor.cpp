@@ -14,7 +14,7 @@ namespace {
 constexpr unsigned monitorChip = 0x37;
 constexpr std::uint8_t monitorAddress = 0x6E;
 constexpr std::uint8_t computerAddress = 0x51;
-/// What a reply's checksum starts from instead of the address it is sent to.
+/// Where a reply's checksum starts, instead of the address that the reply is sent to.
 constexpr std::uint8_t replyAddress = 0x50;
 constexpr std::uint8_t luminance = 0x10;
 constexpr auto replyTime = std::chrono::milliseconds(40);

@@ -36,8 +36,8 @@ class SimulatedMonitor {
 
   void note(const std::string& event) const { log.add(name, event); }
 
-  /// The chip that the bus was last told to speak to by plain read and write. A kernel keeps one
-  /// per open file; here all files of the bus share it.
+  /// The chip address last set for plain read and write. A kernel keeps one per open file; here all
+  /// files of the bus share it.
   unsigned addressedChip = 0;
 
  private:

@@ -137,7 +137,7 @@ WorldDescription standardWorld() {
       monitor(split("HDMI-A-1,bus=5,number=93,vendor=BRV,model=0x1001,serial=1234567,label=Alpha")),
       monitor(split("eDP-1,bus=4,own=1,number=80,vendor=LAP,model=3,label=Laptop")),
   };
-  // What a socket that carries HDMI too looks like: the link leads to pins that stay silent.
+  // As a socket that also carries HDMI: nothing answers on the linked bus.
   world.connectors[0].linkedBus = 7;
   world.connectors.push_back({.name = "DP-2",
                               .isConnected = false,

@@ -72,7 +72,7 @@ class XInputTest : public testing::Test {
       hasArrived = true;
       runtime.stop();
     });
-    rig.tell(ownWindow, ++lastNumber);
+    rig.sendMessage(ownWindow, ++lastNumber);
     runFor(std::chrono::minutes(1));
     EXPECT_TRUE(hasArrived) << "the server's events don't arrive";
     roundTrip(connection);
