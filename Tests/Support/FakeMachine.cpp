@@ -412,7 +412,7 @@ TapVerdict FakeEventTaps::sendKey(std::uint32_t keyType, std::uint32_t state) {
 }
 
 std::optional<std::string> FakeKeyboard::baseCharacter(std::uint16_t keyCode) {
-  if (const auto character = lookUp(characters, keyCode)) return character;
+  if (auto character = lookUp(characters, keyCode)) return character;
   return characterOfKey(layout ? KeyboardLayout::us : KeyboardLayout::none, keyCode);
 }
 
