@@ -52,7 +52,7 @@ class TestDesk {
   /// The lines of the hardware's trace from now on.
   std::shared_ptr<std::vector<std::string>> trace() const {
     auto traced = std::make_shared<std::vector<std::string>>();
-    hardware->setTrace([traced](const std::string& line) { traced->push_back(line); });
+    hardware->tracer->set([traced](const std::string& line) { traced->push_back(line); });
     return traced;
   }
 

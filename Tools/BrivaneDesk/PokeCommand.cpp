@@ -1,5 +1,5 @@
 // A step runs in this process, on hardware shared through the desk's folder. Only keys are
-// forwarded to another process: see DeskHardware::handKeyOver.
+// forwarded to another process: see DeskInput::forward.
 #include "Tools/BrivaneDesk/PokeCommand.h"
 
 #include <algorithm>
@@ -45,7 +45,7 @@ class LiveScene : public Scene {
     constexpr Microseconds pause = std::chrono::milliseconds(5);
     const auto deadline = now() + patience;
     while (!condition()) {
-      if (!hardware().isKeyboardElsewhere() || now() >= deadline) return false;
+      if (!hardware().input.isHandledElsewhere() || now() >= deadline) return false;
       machine.runtime().sleep(pause);
     }
     return true;
@@ -113,15 +113,15 @@ int poke(std::vector<std::string> words, std::ostream& out, std::ostream& errors
   const auto opened = openLiveDesk(desk);
   if (const auto* problem = std::get_if<std::string>(&opened)) return complain(*problem, undone);
   auto& machine = *std::get<std::unique_ptr<DeskMachine>>(opened);
-  if (const auto unknown = unknownDisplay(step, machine.hardware().description())) {
+  if (const auto unknown = unknownDisplay(step, machine.hardware().description)) {
     return complain(*unknown, misunderstoodStatus);
   }
-  machine.hardware().setTrace([&out](const std::string& line) { out << line << std::endl; });
+  machine.hardware().tracer->set([&out](const std::string& line) { out << line << std::endl; });
   LiveScene scene(machine);
   const auto problem = kind->take(scene, StepArguments(step.arguments));
   scene.finish();
   if (problem) return complain(*problem, undone);
-  return machine.hardware().hasUnsaved() ? undone : 0;
+  return machine.hardware().folder->hasUnsaved() ? undone : 0;
 }
 
 }  // namespace brivane

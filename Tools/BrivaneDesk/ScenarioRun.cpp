@@ -53,7 +53,7 @@ class Player {
   Player(const LoadedScenario& loaded, const StageOptions& options)
       : steps(loaded.scenario.steps), stage(loaded.desk, options) {
     if (options.watchesGamma) {
-      gammaWrites = stage.hardware().observeGamma(
+      gammaWrites = stage.hardware().gamma.observe(
           [this](DisplayID display, bool isTaken) { watchGamma(display, isTaken); });
     }
     stage.onFatalError = [this](const std::string& line) { meetFatalError(line); };
@@ -99,7 +99,7 @@ class Player {
 
   void watchGamma(DisplayID display, bool isTaken) {
     if (!isTaken) {
-      if (stage.hardware().display(display)) refusedDisplays.insert(display);
+      if (stage.hardware().displays.find(display)) refusedDisplays.insert(display);
       return;
     }
     const auto reading = readGamma(stage.hardware(), display);

@@ -39,24 +39,24 @@ int watchDesk(std::vector<std::string> words, std::ostream& out, std::ostream& e
   }
   auto& machine = *std::get<std::unique_ptr<DeskMachine>>(opened);
   auto& hardware = machine.hardware();
-  const auto folder = hardware.stateFolder().value_or("");
+  const auto& folder = hardware.folder->path;
   const auto ending =
       machine.notifications().observeTermination([&machine] { machine.runtime().stop(); });
-  const auto notices = hardware.observe(
+  const auto notices = hardware.events.observe<HardwareNotice>(
       [&out](HardwareNotice notice) { out << "notice " << noticeName(notice) << std::endl; });
   LinesByName before;
   const auto look = [&] {
     auto now = hardwareLines(hardware);
     print(now, before, out);
     before = std::move(now);
-    hardware.meetEvents();
+    hardware.events.deliver();
   };
   const FolderWatch watch(folder, "", machine.runtime(), look);
   if (!watch.isWatching()) {
     errors << "brivane-desk: " << folder.string() << " can't be watched" << std::endl;
     return 1;
   }
-  hardware.follow();
+  hardware.events.follow();
   look();
   machine.runtime().run();
   return 0;

@@ -87,8 +87,8 @@ void PlayedDesk::press(std::initializer_list<std::uint16_t> keys) {
 }
 
 void PlayedDesk::step(std::uint16_t arrow, int times, DisplayID display) {
-  const Rect place = hardware->display(display)->frame;
-  hardware->movePointer({place.x + place.width / 2, place.y + place.height / 2});
+  const Rect place = hardware->displays.find(display)->frame;
+  hardware->system.movePointer({place.x + place.width / 2, place.y + place.height / 2});
   for (int time = 0; time < times; ++time) {
     press({controlKey, optionKey, arrow});
     run(std::chrono::milliseconds(250));
@@ -141,7 +141,7 @@ QImage PlayedDesk::editor() {
 
 /// A desk in memory has no folder to watch; announcing the appearance updates the windows.
 QImage PlayedDesk::screen() {
-  hardware->setAppearance(hardware->appearance());
+  hardware->system.setAppearance(hardware->system.appearance());
   run(std::chrono::milliseconds(1));
   return DeskPicture::take();
 }

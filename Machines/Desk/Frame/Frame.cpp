@@ -29,7 +29,8 @@ Trace orNobody(const Trace& trace) {
 }
 
 Appearance appearanceOf(DeskHardware& hardware) {
-  return hardware.appearance() == DeskAppearance::dark ? Appearance::dark : Appearance::light;
+  return hardware.system.appearance() == DeskAppearance::dark ? Appearance::dark
+                                                              : Appearance::light;
 }
 
 }  // namespace
@@ -38,11 +39,12 @@ DeskFrame::DeskFrame(Runtime& frameRuntime, DeskHardware& deskHardware, const Tr
     : runtime(frameRuntime),
       trace(orNobody(frameTrace)),
       ownApplication(frameRuntime, appearanceOf(deskHardware), trace),
-      hardwareNotices(deskHardware.observe([this, &deskHardware](HardwareNotice notice) {
-        if (notice == HardwareNotice::appearance) {
-          ownApplication.changeAppearance(appearanceOf(deskHardware));
-        }
-      })) {}
+      hardwareNotices(
+          deskHardware.events.observe<HardwareNotice>([this, &deskHardware](HardwareNotice notice) {
+            if (notice == HardwareNotice::appearance) {
+              ownApplication.changeAppearance(appearanceOf(deskHardware));
+            }
+          })) {}
 
 std::unique_ptr<StatusItem> DeskFrame::makeStatusItem() {
   return std::make_unique<Kept<DeskStatusItem>>(ownStatusItem, trace);

@@ -86,4 +86,8 @@ std::string tracedNumber(float number) {
   return shortest(number);
 }
 
+std::string tracedPoint(Point point) {
+  return tracedNumber(point.x) + " " + tracedNumber(point.y);
+}
+
 }  // namespace brivane

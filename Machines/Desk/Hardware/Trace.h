@@ -51,4 +51,7 @@ std::string tracedMapping(const HIDMapping& mapping);
 std::string tracedNumber(double number);
 std::string tracedNumber(float number);
 
+/// "0.5 -1".
+std::string tracedPoint(Point point);
+
 }  // namespace brivane

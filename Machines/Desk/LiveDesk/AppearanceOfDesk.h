@@ -11,13 +11,15 @@ class AppearanceOfDesk : public AppearanceSource {
   explicit AppearanceOfDesk(DeskHardware& deskHardware) : hardware(deskHardware) {}
 
   Appearance appearance() override {
-    return hardware.appearance() == DeskAppearance::dark ? Appearance::dark : Appearance::light;
+    return hardware.system.appearance() == DeskAppearance::dark ? Appearance::dark
+                                                                : Appearance::light;
   }
 
   Observation observe(Task handler) override {
-    return hardware.observe([task = std::move(handler)](HardwareNotice notice) {
-      if (notice == HardwareNotice::appearance) task();
-    });
+    return hardware.events.observe<HardwareNotice>(
+        [task = std::move(handler)](HardwareNotice notice) {
+          if (notice == HardwareNotice::appearance) task();
+        });
   }
 
  private:

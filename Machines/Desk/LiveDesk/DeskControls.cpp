@@ -20,15 +20,15 @@ std::string titleOf(const DisplayDescription& display) {
 
 /// A tenth of the monitor's range, like a monitor's own menu.
 void step(DeskHardware& hardware, DisplayID display, int direction) {
-  const auto described = hardware.display(display);
-  const auto monitor = hardware.monitor(display);
+  const auto described = hardware.displays.find(display);
+  const auto monitor = hardware.monitors.state(display);
   if (!described || !monitor) return;
   const auto& firmware = described->firmware;
   if (!firmware) return;
   const int maximum = firmware->maximum;
   const int change = direction * std::max(1, maximum / 10);
   const int level = std::clamp(monitor->shownLevel + change, 0, maximum);
-  hardware.setLevelByButtons(display, static_cast<std::uint16_t>(level));
+  hardware.monitors.setLevelByButtons(display, static_cast<std::uint16_t>(level));
 }
 
 LiveChoice moodChoice(DeskHardware& hardware, DisplayID display, MonitorMood mood) {
@@ -37,7 +37,7 @@ LiveChoice moodChoice(DeskHardware& hardware, DisplayID display, MonitorMood moo
   choice.chosen =
       static_cast<std::size_t>(std::ranges::find(offeredMoods, mood) - offeredMoods.begin());
   choice.choose = [&hardware, display](std::size_t option) {
-    hardware.setMood(display, offeredMoods.at(option));
+    hardware.monitors.setMood(display, offeredMoods.at(option));
   };
   return choice;
 }
@@ -50,7 +50,7 @@ LiveChoice headroomChoice(DeskHardware& hardware, DisplayID display, double head
   for (const double value : values) choice.options.push_back(tracedNumber(value));
   choice.chosen = static_cast<std::size_t>(std::ranges::find(values, headroom) - values.begin());
   choice.choose = [&hardware, display, values](std::size_t option) {
-    hardware.setHeadroom(display, values.at(option));
+    hardware.changes.setHeadroom(display, values.at(option));
   };
   return choice;
 }
@@ -63,7 +63,7 @@ std::string monitorStatus(const MonitorState& monitor, std::uint16_t maximum) {
 
 void addMonitor(LiveControls& strip, DeskHardware& hardware, const DisplayDescription& display,
                 const Runtime& runtime) {
-  const auto monitor = hardware.monitor(display.identifier);
+  const auto monitor = hardware.monitors.state(display.identifier);
   const auto& firmware = display.firmware;
   if (!monitor || !firmware) return;
   const auto identifier = display.identifier;
@@ -74,20 +74,20 @@ void addMonitor(LiveControls& strip, DeskHardware& hardware, const DisplayDescri
       LiveButton{"+", [&hardware, identifier] { step(hardware, identifier, 1); }, "Brighter"});
   strip.controls.push_back(moodChoice(hardware, identifier, monitor->mood));
   if (monitor->isAsleep) {
-    strip.controls.push_back(
-        LiveButton{"Wake",
-                   [&hardware, &runtime, identifier] { hardware.wake(identifier, runtime.now()); },
-                   {}});
+    strip.controls.push_back(LiveButton{
+        "Wake",
+        [&hardware, &runtime, identifier] { hardware.monitors.wake(identifier, runtime.now()); },
+        {}});
   } else {
-    strip.controls.push_back(
-        LiveButton{"Sleep", [&hardware, identifier] { hardware.fallAsleep(identifier); }, {}});
+    strip.controls.push_back(LiveButton{
+        "Sleep", [&hardware, identifier] { hardware.monitors.fallAsleep(identifier); }, {}});
   }
 }
 
 bool areAllAsleep(DeskHardware& hardware) {
   bool anyAsleep = false;
-  for (const auto& display : *hardware.displays()) {
-    const auto monitor = hardware.monitor(display.identifier);
+  for (const auto& display : *hardware.displays.all()) {
+    const auto monitor = hardware.monitors.state(display.identifier);
     if (monitor && !monitor->isAsleep) return false;
     anyAsleep = anyAsleep || monitor;
   }
@@ -95,40 +95,44 @@ bool areAllAsleep(DeskHardware& hardware) {
 }
 
 LiveButton sleepButton(DeskHardware& hardware, const Runtime& runtime) {
-  if (!hardware.isSystemAsleep()) return {"Sleep", [&hardware] { hardware.sleepSystem(); }, {}};
-  return {"Wake", [&hardware, &runtime] { hardware.wakeSystem(runtime.now()); }, {}};
+  if (!hardware.system.isAsleep())
+    return {"Sleep", [&hardware] { hardware.changes.sleepSystem(); }, {}};
+  return {"Wake", [&hardware, &runtime] { hardware.changes.wakeSystem(runtime.now()); }, {}};
 }
 
 LiveButton screensButton(DeskHardware& hardware, const Runtime& runtime) {
-  if (!areAllAsleep(hardware)) return {"Screens Off", [&hardware] { hardware.sleepScreens(); }, {}};
-  return {"Screens On", [&hardware, &runtime] { hardware.wakeScreens(runtime.now()); }, {}};
+  if (!areAllAsleep(hardware))
+    return {"Screens Off", [&hardware] { hardware.changes.sleepScreens(); }, {}};
+  return {"Screens On", [&hardware, &runtime] { hardware.changes.wakeScreens(runtime.now()); }, {}};
 }
 
 LiveChoice appearanceChoice(DeskHardware& hardware) {
-  return {"Appearance",
-          {"light", "dark"},
-          hardware.appearance() == DeskAppearance::dark ? std::size_t{1} : std::size_t{0},
-          [&hardware](std::size_t option) {
-            hardware.setAppearance(option == 1 ? DeskAppearance::dark : DeskAppearance::light);
-          }};
+  return {
+      "Appearance",
+      {"light", "dark"},
+      hardware.system.appearance() == DeskAppearance::dark ? std::size_t{1} : std::size_t{0},
+      [&hardware](std::size_t option) {
+        hardware.system.setAppearance(option == 1 ? DeskAppearance::dark : DeskAppearance::light);
+      }};
 }
 
 LiveChoice grantChoice(DeskHardware& hardware) {
-  return {"Accessibility",
-          {"revoked", "granted"},
-          hardware.isAccessibilityGranted() ? std::size_t{1} : std::size_t{0},
-          [&hardware](std::size_t option) { hardware.setAccessibilityGranted(option == 1); }};
+  return {
+      "Accessibility",
+      {"revoked", "granted"},
+      hardware.system.isAccessibilityGranted() ? std::size_t{1} : std::size_t{0},
+      [&hardware](std::size_t option) { hardware.system.setAccessibilityGranted(option == 1); }};
 }
 
 }  // namespace
 
 LiveControls monitorControls(DeskHardware& hardware, DisplayID display, const Runtime& runtime) {
-  const auto described = hardware.display(display);
+  const auto described = hardware.displays.find(display);
   if (!described) return {};
   LiveControls strip;
   strip.title = titleOf(*described);
   addMonitor(strip, hardware, *described, runtime);
-  if (const auto level = hardware.panelLevel(display)) {
+  if (const auto level = hardware.panels.level(display)) {
     strip.status.push_back("Level " + tracedNumber(*level));
   }
   strip.controls.push_back(headroomChoice(hardware, display, described->headroom));
@@ -137,15 +141,17 @@ LiveControls monitorControls(DeskHardware& hardware, DisplayID display, const Ru
 
 LiveControls machineControls(DeskHardware& hardware, const Runtime& runtime) {
   LiveControls panel{"Desk", {}, {}};
-  panel.status.emplace_back(hardware.isSystemAsleep() ? "Asleep" : "Awake");
+  panel.status.emplace_back(hardware.system.isAsleep() ? "Asleep" : "Awake");
   panel.controls.push_back(sleepButton(hardware, runtime));
-  if (!hardware.isSystemAsleep()) panel.controls.push_back(screensButton(hardware, runtime));
+  if (!hardware.system.isAsleep()) panel.controls.push_back(screensButton(hardware, runtime));
   panel.controls.push_back(appearanceChoice(hardware));
   panel.controls.push_back(grantChoice(hardware));
   // Last, so that no other control moves when a display is plugged in or out.
-  for (const auto& display : hardware.description().displays) {
-    if (hardware.display(display.identifier)) continue;
-    const auto plug = [&hardware, identifier = display.identifier] { hardware.replug(identifier); };
+  for (const auto& display : hardware.description.displays) {
+    if (hardware.displays.find(display.identifier)) continue;
+    const auto plug = [&hardware, identifier = display.identifier] {
+      hardware.changes.replug(identifier);
+    };
     panel.controls.push_back(LiveButton{"Plug In " + titleOf(display), plug, {}});
   }
   return panel;

@@ -36,13 +36,12 @@ std::vector<Rect> framesExcept(const AttachedDisplays::Snapshot& displays, Displ
 DeskLiveView::DeskLiveView(DeskMachine& deskMachine)
     : machine(deskMachine), hardware(deskMachine.hardware()) {
   machine.keyboard().onUnclaimedKey = [this](const UnclaimedKey&) { isKeyUnclaimed = true; };
-  const auto folder = hardware.stateFolder();
-  if (folder) {
-    watch = std::make_unique<FolderWatch>(*folder, "", machine.runtime(),
+  if (const auto& folder = hardware.folder) {
+    watch = std::make_unique<FolderWatch>(folder->path, "", machine.runtime(),
                                           [this] { changes.announce(); });
   }
   // Announced changes are shown on a desk without a folder, too.
-  notices = hardware.observe([this](HardwareNotice) { announceSoon(); });
+  notices = hardware.events.observe<HardwareNotice>([this](HardwareNotice) { announceSoon(); });
 }
 
 DeskLiveView::~DeskLiveView() {
@@ -72,7 +71,7 @@ void DeskLiveView::setRoom(const LiveRoom& newRoom) {
 
 std::map<DisplayID, Rect> DeskLiveView::framesNow() const {
   auto now = frames;
-  for (const auto& display : *hardware.displays()) now[display.identifier] = display.frame;
+  for (const auto& display : *hardware.displays.all()) now[display.identifier] = display.frame;
   return now;
 }
 
@@ -87,7 +86,7 @@ const DeskMap& DeskLiveView::layOut() {
 std::vector<LiveMonitor> DeskLiveView::monitors() {
   const DeskMap& now = layOut();
   std::vector<LiveMonitor> all;
-  for (const auto& display : *hardware.displays()) {
+  for (const auto& display : *hardware.displays.all()) {
     all.push_back({display.identifier, now.window(display.frame),
                    monitorControls(hardware, display.identifier, machine.runtime())});
   }
@@ -105,7 +104,7 @@ std::shared_ptr<const LivePicture> DeskLiveView::picture(DisplayID display, std:
     shown.erase(display);
     return nullptr;
   }
-  GammaTable table = hardware.gammaTable(display).value_or(GammaTable{});
+  GammaTable table = hardware.gamma.table(display).value_or(GammaTable{});
   Shown& now = shown[display];
   const bool hasSize = now.signals.width == width && now.signals.height == height;
   if (now.picture && hasSize && now.light == *light && now.table == table) return now.picture;
@@ -118,7 +117,7 @@ std::shared_ptr<const LivePicture> DeskLiveView::picture(DisplayID display, std:
 }
 
 std::optional<LiveSpot> DeskLiveView::spotAt(Point point) {
-  for (const auto& display : *hardware.displays()) {
+  for (const auto& display : *hardware.displays.all()) {
     const Rect& frame = display.frame;
     if (!mouseInRect(point, frame)) continue;
     return LiveSpot{display.identifier, (point.x - frame.x) / frame.width,
@@ -128,27 +127,27 @@ std::optional<LiveSpot> DeskLiveView::spotAt(Point point) {
 }
 
 void DeskLiveView::windowMoved(DisplayID display, int x, int y) {
-  const auto moved = hardware.display(display);
+  const auto moved = hardware.displays.find(display);
   if (!moved || !map) return;
   const LivePlace place = map->window(moved->frame);
   if (place.x == x && place.y == y) return;
-  const auto others = framesExcept(hardware.displays(), display);
+  const auto others = framesExcept(hardware.displays.all(), display);
   const Rect frame =
       snapped(map->movedFrame(moved->frame, x, y), others, snappingReach / map->pointsPerPoint());
   // Stored before the change is announced.
   frames[display] = frame;
-  hardware.setFrame(display, frame);
+  hardware.changes.setFrame(display, frame);
 }
 
 void DeskLiveView::unplug(DisplayID display) {
-  hardware.unplug(display);
+  hardware.changes.unplug(display);
 }
 
 void DeskLiveView::movePointer(const LiveSpot& spot) {
-  const auto display = hardware.display(spot.display);
+  const auto display = hardware.displays.find(spot.display);
   if (!display) return;
   const Point point = pointIn(display->frame, spot.x, spot.y);
-  if (hardware.pointer() != point) hardware.movePointer(point);
+  if (hardware.system.pointer() != point) hardware.system.movePointer(point);
 }
 
 bool DeskLiveView::pressKey(std::uint16_t keyCode) {
@@ -170,13 +169,13 @@ void DeskLiveView::releaseBrightness(LiveBrightnessKey key) {
 }
 
 std::optional<std::filesystem::path> DeskLiveView::pictureFile() {
-  auto folder = hardware.stateFolder();
-  if (!folder) return std::nullopt;
+  if (!hardware.folder) return std::nullopt;
+  auto path = hardware.folder->path;
   // "my-desk.json.state" lies beside "my-desk.json". No other extension is removed, so that the
   // picture can't replace the desk file.
-  folder->replace_extension();
-  if (folder->extension() == ".json") folder->replace_extension();
-  return *folder += ".png";
+  path.replace_extension();
+  if (path.extension() == ".json") path.replace_extension();
+  return path += ".png";
 }
 
 }  // namespace brivane

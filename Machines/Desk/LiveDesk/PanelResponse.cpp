@@ -36,14 +36,14 @@ double withFloor(double darkest, double share) {
 }  // namespace
 
 std::optional<PanelLight> panelLight(DeskHardware& hardware, DisplayID display) {
-  const auto described = hardware.display(display);
+  const auto described = hardware.displays.find(display);
   if (!described) return std::nullopt;
   PanelLight light{1, std::max(described->headroom, 1.0)};
-  const auto monitor = hardware.monitor(display);
+  const auto monitor = hardware.monitors.state(display);
   const auto& firmware = described->firmware;
-  if (hardware.isSystemAsleep() || (monitor && monitor->isAsleep)) {
+  if (hardware.system.isAsleep() || (monitor && monitor->isAsleep)) {
     light.backlight = 0;
-  } else if (const auto level = hardware.panelLevel(display)) {
+  } else if (const auto level = hardware.panels.level(display)) {
     light.backlight = withFloor(darkestBuiltIn, double{*level});
   } else if (monitor && firmware) {
     light.backlight = withFloor(darkestMonitor, monitor->shownLevel * 1.0 / firmware->maximum);

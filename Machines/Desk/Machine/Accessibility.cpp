@@ -3,14 +3,14 @@
 namespace brivane {
 
 bool DeskAccessibility::isTrusted() {
-  return !faults.strikes("AccessibilityAccess.isTrusted") && hardware.isAccessibilityGranted();
+  return !faults.strikes("AccessibilityAccess.isTrusted") && system.isAccessibilityGranted();
 }
 
 bool DeskAccessibility::requestTrust() {
   if (faults.strikes("AccessibilityAccess.requestTrust")) return false;
-  if (hardware.isAccessibilityGranted()) return true;
+  if (system.isAccessibilityGranted()) return true;
   ++prompts;
-  hardware.tracer().note([] { return std::string("accessibility prompt"); });
+  tracer.note([] { return std::string("accessibility prompt"); });
   return false;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BrivaneCore/Seams/AccessibilityAccess.h"
-#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Hardware/DeskSystem.h"
 #include "Machines/Desk/Machine/Faults.h"
 
 namespace brivane {
@@ -9,8 +9,8 @@ namespace brivane {
 /// The grant; the simulated user gives and revokes it on the hardware.
 class DeskAccessibility : public AccessibilityAccess {
  public:
-  DeskAccessibility(DeskHardware& deskHardware, Faults& machineFaults)
-      : hardware(deskHardware), faults(machineFaults) {}
+  DeskAccessibility(DeskSystem& deskSystem, Faults& machineFaults, const Tracer& hardwareTracer)
+      : system(deskSystem), faults(machineFaults), tracer(hardwareTracer) {}
 
   bool isTrusted() override;
   bool requestTrust() override;
@@ -19,8 +19,9 @@ class DeskAccessibility : public AccessibilityAccess {
   int promptCount() const { return prompts; }
 
  private:
-  DeskHardware& hardware;
+  DeskSystem& system;
   Faults& faults;
+  const Tracer& tracer;
   int prompts = 0;
 };
 

@@ -4,27 +4,27 @@ namespace brivane {
 
 std::optional<std::string> DeskApplications::bundleIdentifier() {
   if (faults.strikes("Applications.bundleIdentifier")) return std::nullopt;
-  return hardware.description().bundleIdentifier;
+  return desk.bundleIdentifier;
 }
 
 std::vector<ProcessID> DeskApplications::runningApplications(const std::string& bundleIdentifier) {
   if (faults.strikes("Applications.runningApplications")) return {};
   std::vector<ProcessID> running;
-  for (const auto& application : hardware.description().applications) {
+  for (const auto& application : desk.applications) {
     if (application.bundleIdentifier == bundleIdentifier) running.push_back(application.processID);
   }
-  if (bundleIdentifier != hardware.description().bundleIdentifier) return running;
-  for (const auto program : hardware.announcedPrograms()) running.push_back(program);
+  if (bundleIdentifier != desk.bundleIdentifier) return running;
+  for (const auto program : programs.announced()) running.push_back(program);
   return running;
 }
 
 bool DeskApplications::announce() {
   if (faults.strikes("Applications.announce")) return false;
-  return hardware.announceProgram(ownID);
+  return programs.announce(ownID);
 }
 
 void DeskApplications::end() {
-  hardware.endProgram(ownID);
+  programs.end(ownID);
 }
 
 }  // namespace brivane

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "BrivaneCore/Seams/Applications.h"
-#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/File/DeskDescription.h"
+#include "Machines/Desk/Hardware/RunningPrograms.h"
 #include "Machines/Desk/Machine/Faults.h"
 
 namespace brivane {
@@ -9,8 +10,12 @@ namespace brivane {
 /// The desk file's running applications, and the programs on this desk that announced themselves.
 class DeskApplications : public Applications {
  public:
-  DeskApplications(DeskHardware& deskHardware, Faults& machineFaults)
-      : hardware(deskHardware), faults(machineFaults), ownID(deskHardware.nextProcessID()) {}
+  DeskApplications(const DeskDescription& deskDescription, RunningPrograms& runningPrograms,
+                   Faults& machineFaults)
+      : desk(deskDescription),
+        programs(runningPrograms),
+        faults(machineFaults),
+        ownID(runningPrograms.nextID()) {}
   ~DeskApplications() override { end(); }
 
   std::optional<std::string> bundleIdentifier() override;
@@ -22,7 +27,8 @@ class DeskApplications : public Applications {
   void end();
 
  private:
-  DeskHardware& hardware;
+  const DeskDescription& desk;
+  RunningPrograms& programs;
   Faults& faults;
   const ProcessID ownID;
 };

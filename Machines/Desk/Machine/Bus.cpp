@@ -37,7 +37,7 @@ bool isAt(SymbolPlace place, SymbolPlace where) {
 
 LibraryHandle DeskSymbols::open(std::string_view path, int) {
   if (faults.strikes("SymbolLoader.open")) return 0;
-  const auto& desk = hardware.description();
+  const auto& desk = hardware.description;
   if (path == "/System/Library/Frameworks/IOKit.framework/IOKit") {
     return desk.ioKit.canBeOpened ? ioKitHandle : 0;
   }
@@ -49,7 +49,7 @@ LibraryHandle DeskSymbols::open(std::string_view path, int) {
 
 Symbol DeskSymbols::find(LibraryHandle library, std::string_view name) {
   if (faults.strikes("SymbolLoader.find")) return {};
-  const auto& desk = hardware.description();
+  const auto& desk = hardware.description;
   const auto avService = avServiceSymbol(name);
   const bool isAVService = !std::holds_alternative<std::monostate>(avService);
   const auto place = placeOf(isAVService ? desk.ioKit : desk.displayServicesLibrary, name);
@@ -78,14 +78,14 @@ Symbol DeskSymbols::avServiceSymbol(std::string_view name) {
         return "bus " + std::to_string(displayOf(service)) + " write " + tracedBytes(bytes);
       };
       if (faults.strikes("AVService.writeI2C", what)) return failure;
-      return hardware.writeI2C(displayOf(service), chip, address, bytes, runtime.now());
+      return hardware.monitors.writeI2C(displayOf(service), chip, address, bytes, runtime.now());
     });
   }
   if (name == "IOAVServiceReadI2C") {
     return ReadI2CFunction([this](AVService& service, std::uint32_t chip, std::uint32_t address,
                                   std::span<std::uint8_t> bytes) {
       if (faults.strikes("AVService.readI2C")) return failure;
-      return hardware.readI2C(displayOf(service), chip, address, bytes, runtime.now());
+      return hardware.monitors.readI2C(displayOf(service), chip, address, bytes, runtime.now());
     });
   }
   return {};
@@ -95,7 +95,7 @@ Symbol DeskSymbols::displayServicesSymbol(std::string_view name) {
   if (name == "DisplayServicesGetBrightness") {
     return GetBrightnessFunction([this](DisplayID display, float& level) {
       if (faults.strikes("DisplayServices.getBrightness")) return failure;
-      const auto current = hardware.panelLevel(display);
+      const auto current = hardware.panels.level(display);
       if (current) level = *current;
       return current ? success : failure;
     });
@@ -106,13 +106,13 @@ Symbol DeskSymbols::displayServicesSymbol(std::string_view name) {
         return "display-services " + std::to_string(display) + " level " + tracedNumber(level);
       };
       if (faults.strikes("DisplayServices.setBrightness", what)) return failure;
-      return hardware.setPanelLevel(display, level) ? success : failure;
+      return hardware.panels.setLevel(display, level) ? success : failure;
     });
   }
   if (name == "DisplayServicesCanChangeBrightness") {
     return CanChangeBrightnessFunction([this](DisplayID display) {
       if (faults.strikes("DisplayServices.canChangeBrightness")) return false;
-      const auto described = hardware.display(display);
+      const auto described = hardware.displays.find(display);
       return described && described->displayServices && described->displayServices->canChange;
     });
   }

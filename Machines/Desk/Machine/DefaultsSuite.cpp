@@ -5,7 +5,7 @@ namespace brivane {
 std::optional<PropertyValue::Dictionary> DeskDefaultsSuite::persistentDomain(
     std::string_view domain) {
   if (faults.strikes("DefaultsSuite.persistentDomain")) return std::nullopt;
-  return hardware.domainContents(std::string(domain));
+  return domains.contents(std::string(domain));
 }
 
 }  // namespace brivane

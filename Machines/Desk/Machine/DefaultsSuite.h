@@ -3,7 +3,7 @@
 #include <string>
 
 #include "BrivaneCore/Seams/UserDefaults.h"
-#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Hardware/SettingsDomains.h"
 #include "Machines/Desk/Machine/Faults.h"
 
 namespace brivane {
@@ -11,13 +11,13 @@ namespace brivane {
 /// Another application's settings on the desk.
 class DeskDefaultsSuite : public DefaultsSuite {
  public:
-  DeskDefaultsSuite(DeskHardware& deskHardware, Faults& machineFaults)
-      : hardware(deskHardware), faults(machineFaults) {}
+  DeskDefaultsSuite(SettingsDomains& settingsDomains, Faults& machineFaults)
+      : domains(settingsDomains), faults(machineFaults) {}
 
   std::optional<PropertyValue::Dictionary> persistentDomain(std::string_view domain) override;
 
  private:
-  DeskHardware& hardware;
+  SettingsDomains& domains;
   Faults& faults;
 };
 

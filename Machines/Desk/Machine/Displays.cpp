@@ -6,14 +6,14 @@ namespace brivane {
 
 std::optional<std::uint32_t> DeskDisplays::onlineDisplayCount() {
   if (faults.strikes("DisplaySystem.onlineDisplayCount")) return std::nullopt;
-  return static_cast<std::uint32_t>(hardware.displays()->size());
+  return static_cast<std::uint32_t>(displays.all()->size());
 }
 
 std::optional<std::vector<DisplayID>> DeskDisplays::onlineDisplayList(std::uint32_t maximum) {
   if (faults.strikes("DisplaySystem.onlineDisplayList")) return std::nullopt;
-  const auto displays = hardware.displays();
+  const auto all = displays.all();
   std::vector<DisplayID> list;
-  for (const auto& display : *displays) {
+  for (const auto& display : *all) {
     if (list.size() < maximum) list.push_back(display.identifier);
   }
   return list;
@@ -21,13 +21,13 @@ std::optional<std::vector<DisplayID>> DeskDisplays::onlineDisplayList(std::uint3
 
 bool DeskDisplays::isBuiltIn(DisplayID display) {
   if (faults.strikes("DisplaySystem.isBuiltIn")) return false;
-  const auto described = hardware.display(display);
+  const auto described = displays.find(display);
   return described && described->isBuiltIn;
 }
 
 PanelIdentity DeskDisplays::panelIdentity(DisplayID display) {
   if (faults.strikes("DisplaySystem.panelIdentity")) return {};
-  const auto described = hardware.display(display);
+  const auto described = displays.find(display);
   if (!described) return {};
   return {described->vendor, described->model, described->serial};
 }
@@ -37,9 +37,9 @@ std::vector<Screen> DeskDisplays::screens() {
 }
 
 std::vector<Screen> DeskDisplays::allScreens() const {
-  const auto displays = hardware.displays();
+  const auto all = displays.all();
   std::vector<Screen> list;
-  for (const auto& display : *displays) {
+  for (const auto& display : *all) {
     if (display.screen == ScreenPresence::none) continue;
     Screen screen{std::nullopt, display.frame, display.name, display.headroom};
     if (display.screen == ScreenPresence::numbered) screen.number = display.identifier;
@@ -59,7 +59,7 @@ Point DeskDisplays::pointerPosition() {
   if (faults.strikes("DisplaySystem.pointerPosition")) {
     return {beyondEveryScreen, beyondEveryScreen};
   }
-  return hardware.pointer();
+  return system.pointer();
 }
 
 }  // namespace brivane

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "BrivaneCore/Seams/DisplaySystem.h"
-#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Hardware/AttachedDisplays.h"
+#include "Machines/Desk/Hardware/DeskSystem.h"
 #include "Machines/Desk/Machine/Faults.h"
 
 namespace brivane {
@@ -9,8 +10,9 @@ namespace brivane {
 /// The desk's displays and screens, in the order in which they were plugged in.
 class DeskDisplays : public DisplaySystem {
  public:
-  DeskDisplays(DeskHardware& deskHardware, Faults& machineFaults)
-      : hardware(deskHardware), faults(machineFaults) {}
+  DeskDisplays(const AttachedDisplays& attachedDisplays, DeskSystem& deskSystem,
+               Faults& machineFaults)
+      : displays(attachedDisplays), system(deskSystem), faults(machineFaults) {}
 
   std::optional<std::uint32_t> onlineDisplayCount() override;
   std::optional<std::vector<DisplayID>> onlineDisplayList(std::uint32_t maximum) override;
@@ -25,7 +27,8 @@ class DeskDisplays : public DisplaySystem {
  private:
   std::vector<Screen> allScreens() const;
 
-  DeskHardware& hardware;
+  const AttachedDisplays& displays;
+  DeskSystem& system;
   Faults& faults;
 };
 

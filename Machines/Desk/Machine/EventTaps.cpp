@@ -34,17 +34,17 @@ class DeskEventTap : public EventTap {
 }  // namespace
 
 std::unique_ptr<EventTap> DeskEventTaps::createTap(Handler handler) {
-  const bool isMade =
-      !faults->strikes("EventTaps.createTap") && hardware.isAccessibilityGranted() && *isRunning;
-  hardware.tracer().note([&] { return std::string(isMade ? "tap created" : "tap refused"); });
+  const bool isMade = !faults->strikes("EventTaps.createTap") &&
+                      hardware.system.isAccessibilityGranted() && *isRunning;
+  hardware.tracer->note([&] { return std::string(isMade ? "tap created" : "tap refused"); });
   if (!isMade) return nullptr;
   const auto see = [this, running = isRunning,
                     handler = std::move(handler)](const TapEvent& event) {
-    if (!*running || !hardware.isAccessibilityGranted()) return TapVerdict::passThrough;
+    if (!*running || !hardware.system.isAccessibilityGranted()) return TapVerdict::passThrough;
     return handler(event);
   };
-  return std::make_unique<DeskEventTap>(hardware.input().taps.add(see), faults,
-                                        hardware.sharedTracer(), isRunning);
+  return std::make_unique<DeskEventTap>(hardware.input.taps.add(see), faults, hardware.tracer,
+                                        isRunning);
 }
 
 }  // namespace brivane

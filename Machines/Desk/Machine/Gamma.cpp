@@ -17,14 +17,14 @@ GammaCurve curve(std::span<const float> samples) {
 
 std::uint32_t DeskGammaTables::capacity(DisplayID display) {
   if (faults.strikes("GammaTables.capacity")) return 0;
-  return hardware.gammaCapacity(display);
+  return hardware.capacity(display);
 }
 
 std::int32_t DeskGammaTables::readTable(DisplayID display, std::span<float> red,
                                         std::span<float> green, std::span<float> blue,
                                         std::uint32_t& returned) {
   if (faults.strikes("GammaTables.readTable")) return gammaError;
-  const auto table = hardware.gammaTable(display);
+  const auto table = hardware.table(display);
   if (!table) return gammaError;
   const auto& [reds, greens, blues] = *table;
   const auto count = std::min({reds.size(), red.size(), green.size(), blue.size()});
@@ -46,8 +46,8 @@ std::int32_t DeskGammaTables::writeTable(DisplayID display, std::span<const floa
   const bool isTable = red.size() == green.size() && red.size() == blue.size() && !red.empty() &&
                        red.size() <= largestTable;
   if (!isTable) return gammaError;
-  return hardware.setGammaTable(display, {curve(red), curve(green), curve(blue)}) ? noGammaError
-                                                                                  : gammaError;
+  return hardware.setTable(display, {curve(red), curve(green), curve(blue)}) ? noGammaError
+                                                                             : gammaError;
 }
 
 void DeskGammaTables::restoreCalibratedTables() {

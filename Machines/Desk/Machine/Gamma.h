@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BrivaneCore/Seams/GammaTables.h"
-#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Hardware/GammaHardware.h"
 #include "Machines/Desk/Machine/Faults.h"
 
 namespace brivane {
@@ -10,8 +10,8 @@ namespace brivane {
 /// changes nothing.
 class DeskGammaTables : public GammaTables {
  public:
-  DeskGammaTables(DeskHardware& deskHardware, Faults& machineFaults)
-      : hardware(deskHardware), faults(machineFaults) {}
+  DeskGammaTables(GammaHardware& gammaHardware, Faults& machineFaults)
+      : hardware(gammaHardware), faults(machineFaults) {}
 
   std::uint32_t capacity(DisplayID display) override;
   /// `returned` is the smaller of the arrays' and the table's counts.
@@ -22,7 +22,7 @@ class DeskGammaTables : public GammaTables {
   void restoreCalibratedTables() override;
 
  private:
-  DeskHardware& hardware;
+  GammaHardware& hardware;
   Faults& faults;
 };
 

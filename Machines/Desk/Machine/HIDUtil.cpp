@@ -52,12 +52,12 @@ FinishedProcess runHIDUtil(const std::vector<std::string>& arguments, DeskHardwa
   FinishedProcess refused = {1, ""};
   if (arguments.size() != 3 || arguments[0] != "property") return refused;
   if (arguments[1] == "--get" && arguments[2] == "UserKeyMapping") {
-    return {0, printedHIDMapping(hardware.hidMapping())};
+    return {0, printedHIDMapping(hardware.system.hidMapping())};
   }
   if (arguments[1] != "--set") return refused;
   const auto mapping = parsePayload(arguments[2]);
   if (!mapping) return refused;
-  hardware.setHIDMapping(*mapping);
+  hardware.system.setHIDMapping(*mapping);
   return {0, "UserKeyMapping:" + printedHIDMapping(*mapping)};
 }
 

@@ -32,10 +32,10 @@ std::variant<HotkeyReference, HotkeyStatus> DeskHotkeys::registerHotkey(std::uin
     const Handler current = *handler;
     if (current) current(event, hotkey);
   };
-  const auto result = hardware.input().hotkeys.add(combination, receive);
+  const auto result = table.add(combination, receive);
   const auto* const reference = std::get_if<HotkeyReference>(&result);
   if (reference != nullptr) references.emplace(*reference, combination);
-  hardware.tracer().note([&] {
+  tracer.note([&] {
     return "hotkey " + described(combination) +
            (reference != nullptr ? " registered as " + std::to_string(hotkey.id) : " is taken");
   });
@@ -47,8 +47,8 @@ void DeskHotkeys::unregisterHotkey(HotkeyReference reference) {
   if (hasEnded) return;
   const auto found = references.find(reference);
   if (found == references.end()) fatal("a hotkey was unregistered that isn't registered");
-  hardware.input().hotkeys.retire(reference);
-  hardware.tracer().note([&] { return "hotkey " + described(found->second) + " unregistered"; });
+  table.retire(reference);
+  tracer.note([&] { return "hotkey " + described(found->second) + " unregistered"; });
   references.erase(found);
 }
 
@@ -56,7 +56,7 @@ void DeskHotkeys::releaseAll() {
   hasEnded = true;
   *handler = nullptr;
   for (const auto& [reference, combination] : references) {
-    hardware.input().hotkeys.remove(reference);
+    table.remove(reference);
   }
   references.clear();
 }

@@ -4,7 +4,8 @@
 #include <memory>
 
 #include "BrivaneCore/Seams/Hotkeys.h"
-#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Common/Keys/HotkeyTable.h"
+#include "Machines/Desk/Hardware/Trace.h"
 #include "Machines/Desk/Machine/Faults.h"
 
 namespace brivane {
@@ -13,8 +14,8 @@ namespace brivane {
 /// an unknown hotkey is a fatal error.
 class DeskHotkeys : public Hotkeys {
  public:
-  DeskHotkeys(DeskHardware& deskHardware, Faults& machineFaults)
-      : hardware(deskHardware), faults(machineFaults) {}
+  DeskHotkeys(HotkeyTable& hotkeyTable, Faults& machineFaults, const Tracer& hardwareTracer)
+      : table(hotkeyTable), faults(machineFaults), tracer(hardwareTracer) {}
   ~DeskHotkeys() override { releaseAll(); }
 
   bool installHandler(Handler newHandler) override;
@@ -28,8 +29,9 @@ class DeskHotkeys : public Hotkeys {
   void releaseAll();
 
  private:
-  DeskHardware& hardware;
+  HotkeyTable& table;
   Faults& faults;
+  const Tracer& tracer;
   std::shared_ptr<Handler> handler = std::make_shared<Handler>();
   std::map<HotkeyReference, KeyCombination> references;
   bool hasEnded = false;

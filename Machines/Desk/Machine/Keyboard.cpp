@@ -44,27 +44,29 @@ DeskKeyboard::DeskKeyboard(DeskHardware& deskHardware, Faults& machineFaults,
     : hardware(deskHardware),
       faults(machineFaults),
       runtime(machineRuntime),
-      handedKeys(deskHardware.observeKeys([this](const KeyChange& change) { take(change); })) {}
+      forwardedKeys(deskHardware.events.observe<KeyChange>([this](KeyChange change) {
+        if (hardware.input.handlesKeys()) take(change);
+      })) {}
 
 bool DeskKeyboard::hasLayout() {
   if (faults.strikes("Keyboard.hasLayout")) return false;
-  return hardware.description().keyboard.layout != KeyboardLayout::none;
+  return hardware.description.keyboard.layout != KeyboardLayout::none;
 }
 
 std::optional<std::string> DeskKeyboard::baseCharacter(std::uint16_t keyCode) {
   if (faults.strikes("Keyboard.baseCharacter")) return std::nullopt;
-  return characterOfKey(hardware.description().keyboard.layout, keyCode);
+  return characterOfKey(hardware.description.keyboard.layout, keyCode);
 }
 
 std::uint64_t DeskKeyboard::modifierFlags() {
   if (faults.strikes("Keyboard.modifierFlags")) return 0;
-  return asFlags(modifiersDown(hardware.keysDown()));
+  return asFlags(modifiersDown(hardware.input.keysDown()));
 }
 
 bool DeskKeyboard::isKeyDown(std::uint16_t keyCode) {
   if (faults.strikes("Keyboard.isKeyDown")) return false;
   const auto usage = usageOfKey(keyCode);
-  return usage && isDown(hardware.keysDown(), *usage);
+  return usage && isDown(hardware.input.keysDown(), *usage);
 }
 
 void DeskKeyboard::pressKey(std::uint16_t keyCode) {
@@ -85,15 +87,15 @@ void DeskKeyboard::releaseBrightness(BrightnessKey key) {
 
 bool DeskKeyboard::isPressed(std::uint16_t keyCode) const {
   const auto usage = usageOfKey(keyCode);
-  return usage && hardware.keysDown().arrived.contains(*usage);
+  return usage && hardware.input.keysDown().arrived.contains(*usage);
 }
 
 bool DeskKeyboard::isPressed(BrightnessKey key) const {
-  return hardware.keysDown().arrived.contains(usageOf(key));
+  return hardware.input.keysDown().arrived.contains(usageOf(key));
 }
 
 void DeskKeyboard::change(const KeyChange& change) {
-  if (!hardware.handKeyOver(change)) take(change);
+  if (!hardware.input.forward(change)) take(change);
 }
 
 void DeskKeyboard::take(const KeyChange& change) {
@@ -106,8 +108,8 @@ void DeskKeyboard::take(const KeyChange& change) {
 
 void DeskKeyboard::press(HIDUsage physical) {
   const HIDUsage arrived = mapped(physical);
-  const bool wasDown = isDown(hardware.keysDown(), arrived);
-  if (!hardware.putKeyDown(physical, arrived)) return;
+  const bool wasDown = isDown(hardware.input.keysDown(), arrived);
+  if (!hardware.input.putKeyDown(physical, arrived)) return;
   if (const auto key = brightnessKeyOfUsage(arrived)) {
     startRepeating(physical, *key);
     brightnessDown(*key, false);
@@ -117,38 +119,38 @@ void DeskKeyboard::press(HIDUsage physical) {
 }
 
 void DeskKeyboard::release(HIDUsage physical) {
-  const auto wasDown = hardware.takeKeyUp(physical);
+  const auto wasDown = hardware.input.takeKeyUp(physical);
   if (!wasDown) return;
   const HIDUsage arrived = *wasDown;
   if (const auto repeat = repeats.extract(physical)) runtime.cancel(repeat.mapped());
   if (const auto key = brightnessKeyOfUsage(arrived)) {
-    hardware.input().taps.send(specialKeyEvent(*key, false, false));
+    hardware.input.taps.send(specialKeyEvent(*key, false, false));
   } else if (const auto keyCode = keyOfUsage(arrived);
-             keyCode && !isDown(hardware.keysDown(), arrived)) {
+             keyCode && !isDown(hardware.input.keysDown(), arrived)) {
     keyUp(*keyCode);
   }
 }
 
 void DeskKeyboard::keyDown(std::uint16_t keyCode) {
   if (modifierOfKey(keyCode) != 0) return;
-  const auto modifiers = modifiersDown(hardware.keysDown());
-  if (hardware.input().hotkeys.press({keyCode, modifiers})) return;
+  const auto modifiers = modifiersDown(hardware.input.keysDown());
+  if (hardware.input.hotkeys.press({keyCode, modifiers})) return;
   if (onUnclaimedKey) onUnclaimedKey({keyCode, asFlags(modifiers)});
 }
 
 void DeskKeyboard::keyUp(std::uint16_t keyCode) {
-  auto& hotkeys = hardware.input().hotkeys;
+  auto& hotkeys = hardware.input.hotkeys;
   hotkeys.releaseKey(keyCode);
-  hotkeys.keepModifiers(modifiersDown(hardware.keysDown()));
+  hotkeys.keepModifiers(modifiersDown(hardware.input.keysDown()));
 }
 
 void DeskKeyboard::brightnessDown(BrightnessKey key, bool isRepeat) {
-  const bool passed = hardware.input().taps.send(specialKeyEvent(key, true, isRepeat));
-  if (passed) hardware.changeSystemBrightness(key);
+  const bool passed = hardware.input.taps.send(specialKeyEvent(key, true, isRepeat));
+  if (passed) hardware.panels.changeSystemBrightness(key);
 }
 
 void DeskKeyboard::startRepeating(HIDUsage physical, BrightnessKey key) {
-  const auto& keyboard = hardware.description().keyboard;
+  const auto& keyboard = hardware.description.keyboard;
   const auto period = fromSeconds(keyboard.repeatPeriodSeconds);
   const auto first = [this, physical, key, period] {
     repeats[physical] = runtime.every(period, [this, key] { brightnessDown(key, true); });
@@ -159,14 +161,14 @@ void DeskKeyboard::startRepeating(HIDUsage physical, BrightnessKey key) {
 
 /// The mapping is applied once, never to its own result.
 HIDUsage DeskKeyboard::mapped(HIDUsage physical) {
-  const auto mapping = hardware.hidMapping();
+  const auto mapping = hardware.system.hidMapping();
   const auto found = std::ranges::find(mapping, physical, &HIDMappingEntry::source);
   return found == mapping.end() ? physical : found->destination;
 }
 
 HIDUsage DeskKeyboard::usageOf(BrightnessKey key) const {
   const bool isUp = key == BrightnessKey::up;
-  switch (hardware.description().keyboard.brightnessUsages) {
+  switch (hardware.description.keyboard.brightnessUsages) {
     case BrightnessUsages::topCase:
       return isUp ? 0xFF'0000'0004 : 0xFF'0000'0005;
     case BrightnessUsages::vendor:

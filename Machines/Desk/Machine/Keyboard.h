@@ -67,7 +67,7 @@ class DeskKeyboard : public Keyboard {
   Faults& faults;
   Runtime& runtime;
   std::map<HIDUsage, TimerID> repeats;
-  const Observation handedKeys;
+  const Observation forwardedKeys;
 };
 
 }  // namespace brivane

@@ -7,25 +7,24 @@ DeskMachine::DeskMachine(std::unique_ptr<Runtime> machineRuntime,
                          std::shared_ptr<DeskHardware> deskHardware, const DeskProcess& process)
     : targetLog(std::move(systemLog)),
       sharedHardware(std::move(deskHardware)),
-      faults(std::make_shared<Faults>(sharedHardware->description().faults,
-                                      sharedHardware->sharedTracer())),
-      ownLog(*targetLog, *faults, sharedHardware->tracer()),
-      ownDisplays(*sharedHardware, *faults),
-      ownRegistry(*sharedHardware, faults),
-      ownGammaTables(*sharedHardware, *faults),
-      ownAccessibility(*sharedHardware, *faults),
+      faults(std::make_shared<Faults>(sharedHardware->description.faults, sharedHardware->tracer)),
+      ownLog(*targetLog, *faults, *sharedHardware->tracer),
+      ownDisplays(sharedHardware->displays, sharedHardware->system, *faults),
+      ownRegistry(sharedHardware->displays, faults),
+      ownGammaTables(sharedHardware->gamma, *faults),
+      ownAccessibility(sharedHardware->system, *faults, *sharedHardware->tracer),
       ownProcesses(*sharedHardware, *faults),
-      ownApplications(*sharedHardware, *faults),
+      ownApplications(sharedHardware->description, sharedHardware->programs, *faults),
       ownSymbols(*sharedHardware, *faults, *machineRuntime),
-      ownHotkeys(*sharedHardware, *faults),
+      ownHotkeys(sharedHardware->input.hotkeys, *faults, *sharedHardware->tracer),
       ownEventTaps(*sharedHardware, faults),
       ownKeyboard(*sharedHardware, *faults, *machineRuntime),
       ownNotifications(*sharedHardware, *faults, *machineRuntime, process.isReal),
-      ownSession(*sharedHardware, *faults),
-      ownResources(sharedHardware->description(), *faults, process.resources),
+      ownSession(sharedHardware->description, *faults, *sharedHardware->tracer),
+      ownResources(sharedHardware->description, *faults, process.resources),
       ownRuntime(std::move(machineRuntime)),
-      ownDefaults(sharedHardware->openDomain("com.quorrel.brivane"), *faults, ownLog,
-                  sharedHardware->tracer()) {}
+      ownDefaults(sharedHardware->domains.open("com.quorrel.brivane"), *faults, ownLog,
+                  *sharedHardware->tracer) {}
 
 DeskMachine::~DeskMachine() {
   // The wait for signals is a task, and the Runtime's destructor waits for its tasks.
@@ -35,8 +34,8 @@ DeskMachine::~DeskMachine() {
 std::unique_ptr<DefaultsSuite> DeskMachine::openDefaultsSuite(const std::string& name) {
   if (faults->strikes("ResidentMachine.openDefaultsSuite")) return nullptr;
   // A program can't open its own domain as a suite.
-  if (name == sharedHardware->description().bundleIdentifier) return nullptr;
-  return std::make_unique<DeskDefaultsSuite>(*sharedHardware, *faults);
+  if (name == sharedHardware->description.bundleIdentifier) return nullptr;
+  return std::make_unique<DeskDefaultsSuite>(sharedHardware->domains, *faults);
 }
 
 void DeskMachine::setCallTrace(Faults::CallTrace callTrace) {
@@ -49,7 +48,7 @@ void DeskMachine::kill() {
   ownHotkeys.releaseAll();
   ownEventTaps.releaseAll();
   ownApplications.end();
-  sharedHardware->tracer().note([] { return std::string("program killed"); });
+  sharedHardware->tracer->note([] { return std::string("program killed"); });
 }
 
 }  // namespace brivane

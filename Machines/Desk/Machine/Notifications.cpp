@@ -8,8 +8,8 @@ DeskNotifications::DeskNotifications(DeskHardware& deskHardware, Faults& machine
       faults(machineFaults),
       runtime(machineRuntime),
       isReal(processIsReal),
-      hardwareNotices(
-          deskHardware.observe([this](HardwareNotice notice) { announceNotice(notice); })) {}
+      hardwareNotices(deskHardware.events.observe<HardwareNotice>(
+          [this](HardwareNotice notice) { announceNotice(notice); })) {}
 
 Observation DeskNotifications::observeScreenParameters(Task handler) {
   if (faults.strikes("SystemNotifications.observeScreenParameters")) return nullptr;
@@ -41,13 +41,16 @@ Observation DeskNotifications::observeTermination(Task handler) {
 }
 
 void DeskNotifications::followOtherProcesses() {
-  const auto folder = hardware.stateFolder();
+  const auto& folder = hardware.folder;
   if (!isReal || !folder || otherProcesses) return;
-  otherProcesses = std::make_unique<FolderWatch>(*folder, DeskHardware::eventsFile, runtime,
-                                                 [this] { hardware.meetEvents(); });
-  if (!otherProcesses->isWatching()) hardware.reportUnwatched();
-  hardware.follow();
-  hardware.takeKeyboard();
+  otherProcesses =
+      std::make_unique<FolderWatch>(folder->path, EventDelivery::file, runtime, [this] {
+        hardware.input.claimKeys();
+        hardware.events.deliver();
+      });
+  if (!otherProcesses->isWatching()) hardware.events.reportUnwatched();
+  hardware.events.follow();
+  hardware.input.claimKeys();
 }
 
 std::shared_ptr<DeskNotifications::Signals> DeskNotifications::waitForSignals() {

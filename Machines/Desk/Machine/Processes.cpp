@@ -38,13 +38,13 @@ ProcessResult DeskProcesses::run(const std::string& executable,
     return ProcessNotStarted{"Resource temporarily unavailable"};
   }
   auto result = runTool(executable, arguments);
-  hardware.tracer().note([&] { return tracedRun(executable, arguments, result); });
+  hardware.tracer->note([&] { return tracedRun(executable, arguments, result); });
   return result;
 }
 
 ProcessResult DeskProcesses::runTool(const std::string& executable,
                                      const std::vector<std::string>& arguments) {
-  const auto& desk = hardware.description();
+  const auto& desk = hardware.description;
   if (executable == "/usr/bin/hidutil") {
     return runPresent(desk.hidUtil, runHIDUtil, arguments, hardware);
   }

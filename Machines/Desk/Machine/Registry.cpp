@@ -145,8 +145,8 @@ class RegistryBuilder {
 std::unique_ptr<RegistryIterator> DeskRegistry::allServices() {
   if (faults->strikes("IORegistry.allServices")) return nullptr;
   RegistryBuilder builder(faults);
-  const auto displays = hardware.displays();
-  for (const auto& display : *displays) builder.addDisplay(display);
+  const auto all = displays.all();
+  for (const auto& display : *all) builder.addDisplay(display);
   return std::make_unique<DeskIterator>(std::move(builder.entries), faults);
 }
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "BrivaneCore/Seams/IORegistry.h"
-#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Hardware/AttachedDisplays.h"
 #include "Machines/Desk/Machine/Faults.h"
 
 namespace brivane {
@@ -14,8 +14,8 @@ namespace brivane {
 class DeskRegistry : public IORegistry {
  public:
   /// The faults are shared because entries may outlive the registry.
-  DeskRegistry(const DeskHardware& deskHardware, std::shared_ptr<Faults> machineFaults)
-      : hardware(deskHardware), faults(std::move(machineFaults)) {}
+  DeskRegistry(const AttachedDisplays& attachedDisplays, std::shared_ptr<Faults> machineFaults)
+      : displays(attachedDisplays), faults(std::move(machineFaults)) {}
 
   std::unique_ptr<RegistryIterator> allServices() override;
 
@@ -23,7 +23,7 @@ class DeskRegistry : public IORegistry {
   static std::optional<DisplayID> displayOfProxy(const RegistryEntry& entry);
 
  private:
-  const DeskHardware& hardware;
+  const AttachedDisplays& displays;
   const std::shared_ptr<Faults> faults;
 };
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "BrivaneCore/Seams/Session.h"
-#include "Machines/Desk/Hardware/DeskHardware.h"
+#include "Machines/Desk/Hardware/Trace.h"
 #include "Machines/Desk/Machine/Faults.h"
 
 namespace brivane {
@@ -17,8 +17,9 @@ class DeskSession : public Session {
   static constexpr auto home = "/Users/desk";
   static constexpr auto agentFile = "/Users/desk/Library/LaunchAgents/com.quorrel.brivane.plist";
 
-  DeskSession(DeskHardware& deskHardware, Faults& machineFaults)
-      : hardware(deskHardware), faults(machineFaults) {}
+  DeskSession(const DeskDescription& deskDescription, Faults& machineFaults,
+              const Tracer& hardwareTracer)
+      : desk(deskDescription), faults(machineFaults), tracer(hardwareTracer) {}
 
   std::uint32_t userID() override;
   std::string homeFolder() override;
@@ -34,8 +35,9 @@ class DeskSession : public Session {
  private:
   bool isProgram(const std::string& path) const;
 
-  DeskHardware& hardware;
+  const DeskDescription& desk;
   Faults& faults;
+  const Tracer& tracer;
   std::vector<std::string> opened;
 };
 

@@ -90,9 +90,9 @@ TEST_F(DeskWindowsTest, EachMonitorHasAWindowAtItsPlaceAndThePanelIsAboveThem) {
 
 TEST_F(DeskWindowsTest, ThePictureFollowsTheLevelAndTheGammaTable) {
   const int before = redOf(*window(2));
-  hardware.setLevelByButtons(2, 100);
+  hardware.monitors.setLevelByButtons(2, 100);
   EXPECT_TRUE(bench.runUntil([&] { return redOf(*window(2)) > before; }));
-  hardware.setGammaTable(2, {GammaCurve{0, 0}, GammaCurve{0, 1}, GammaCurve{0, 1}});
+  hardware.gamma.setTable(2, {GammaCurve{0, 0}, GammaCurve{0, 1}, GammaCurve{0, 1}});
   EXPECT_TRUE(bench.runUntil([&] { return redOf(*window(2)) == 0; }));
 }
 
@@ -100,10 +100,10 @@ TEST_F(DeskWindowsTest, ClosingUnplugsAndThePanelPlugsInAgainAtTheSamePlace) {
   const QRect before = window(2)->geometry();
   window(2)->close();
   EXPECT_TRUE(bench.runUntil([&] { return window(2) == nullptr; }));
-  EXPECT_EQ(hardware.display(2), nullptr);
+  EXPECT_EQ(hardware.displays.find(2), nullptr);
   QTest::mouseClick(button(panel(), "Plug In [2] Halden H27"), Qt::LeftButton);
   EXPECT_TRUE(bench.runUntil([&] { return window(2) != nullptr && window(2)->isVisible(); }));
-  EXPECT_NE(hardware.display(2), nullptr);
+  EXPECT_NE(hardware.displays.find(2), nullptr);
   EXPECT_EQ(window(2)->geometry(), before);
 }
 
@@ -112,7 +112,7 @@ TEST_F(DeskWindowsTest, TheCloseButtonUnplugsAsWell) {
   ASSERT_NE(cross, nullptr);
   EXPECT_EQ(cross->accessibleName(), "Unplug");
   QTest::mouseClick(cross, Qt::LeftButton);
-  EXPECT_TRUE(bench.runUntil([&] { return hardware.display(2) == nullptr; }));
+  EXPECT_TRUE(bench.runUntil([&] { return hardware.displays.find(2) == nullptr; }));
 }
 
 TEST_F(DeskWindowsTest, DraggingAWindowRearrangesTheDisplays) {
@@ -121,9 +121,9 @@ TEST_F(DeskWindowsTest, DraggingAWindowRearrangesTheDisplays) {
   QTest::mousePress(window(2), Qt::LeftButton, {}, from);
   QTest::mouseMove(window(2), from + QPoint(0, 90));
   EXPECT_EQ(window(2)->pos(), before + QPoint(0, 90));
-  EXPECT_EQ(hardware.display(2)->frame.y, 0) << "on its way";
+  EXPECT_EQ(hardware.displays.find(2)->frame.y, 0) << "on its way";
   QTest::mouseRelease(window(2), Qt::LeftButton, {}, from);
-  EXPECT_LT(hardware.display(2)->frame.y, -200);
+  EXPECT_LT(hardware.displays.find(2)->frame.y, -200);
   bench.settle();
   EXPECT_EQ(window(2)->pos(), before + QPoint(0, 90));
   EXPECT_EQ(window(2)->size(), window(1)->size());
@@ -132,46 +132,48 @@ TEST_F(DeskWindowsTest, DraggingAWindowRearrangesTheDisplays) {
 TEST_F(DeskWindowsTest, AClickRearrangesNothingWhereverTheWindowIs) {
   const QPoint before = window(2)->pos();
   const Rect frame{1500, -400, 1500, 1000};
-  hardware.setFrame(2, frame);
+  hardware.changes.setFrame(2, frame);
   EXPECT_TRUE(bench.runUntil([&] { return window(2)->pos() != before; }));
   // As a window manager does.
   window(2)->move(window(2)->pos() + QPoint(0, 20));
   QTest::mouseClick(window(2), Qt::LeftButton, {}, window(2)->pictureBox().center());
-  EXPECT_EQ(hardware.display(2)->frame, frame);
+  EXPECT_EQ(hardware.displays.find(2)->frame, frame);
 }
 
 TEST_F(DeskWindowsTest, AWindowThatIsHeldButNotDraggedFollowsARearrangementAfterwards) {
   const QPoint before = window(2)->pos();
   const QPoint place = window(2)->pictureBox().center();
   QTest::mousePress(window(2), Qt::LeftButton, {}, place);
-  hardware.setFrame(2, {1500, -400, 1500, 1000});
+  hardware.changes.setFrame(2, {1500, -400, 1500, 1000});
   bench.settle();
   EXPECT_EQ(window(2)->pos(), before) << "not out of anybody's hand";
   QTest::mouseRelease(window(2), Qt::LeftButton, {}, place);
   EXPECT_GT(window(2)->y(), before.y() + 80);
-  EXPECT_EQ(hardware.display(2)->frame, (Rect{1500, -400, 1500, 1000}));
+  EXPECT_EQ(hardware.displays.find(2)->frame, (Rect{1500, -400, 1500, 1000}));
 }
 
 TEST_F(DeskWindowsTest, AWindowManagersMoveRearrangesTheDisplaysOnceItIsOver) {
   QTest::qWait(500);
   int notices = 0;
-  const auto observation = hardware.observe([&](HardwareNotice) { ++notices; });
+  const auto observation =
+      hardware.events.observe<HardwareNotice>([&](HardwareNotice) { ++notices; });
   for (int i = 0; i < 5; ++i) window(2)->move(window(2)->pos() + QPoint(0, 20));
   EXPECT_EQ(notices, 0);
-  EXPECT_TRUE(bench.runUntil([&] { return hardware.display(2)->frame.y < -200; }));
+  EXPECT_TRUE(bench.runUntil([&] { return hardware.displays.find(2)->frame.y < -200; }));
   QTest::qWait(600);
   EXPECT_EQ(notices, 1) << "the window doesn't answer its own change";
 }
 
 TEST_F(DeskWindowsTest, ARearrangementFromElsewhereMovesTheWindowAndIsNotReportedBack) {
   int notices = 0;
-  const auto observation = hardware.observe([&](HardwareNotice) { ++notices; });
+  const auto observation =
+      hardware.events.observe<HardwareNotice>([&](HardwareNotice) { ++notices; });
   const QPoint before = window(2)->pos();
-  hardware.setFrame(2, {1500, -400, 1500, 1000});
+  hardware.changes.setFrame(2, {1500, -400, 1500, 1000});
   EXPECT_TRUE(bench.runUntil([&] { return window(2)->y() > before.y() + 80; }));
   QTest::qWait(700);
   EXPECT_EQ(notices, 1);
-  EXPECT_EQ(hardware.display(2)->frame, (Rect{1500, -400, 1500, 1000}));
+  EXPECT_EQ(hardware.displays.find(2)->frame, (Rect{1500, -400, 1500, 1000}));
 }
 
 TEST_F(DeskWindowsTest, TheHUDOfADisplayIsOverItsWindowInItsOwnSize) {
@@ -192,7 +194,7 @@ TEST_F(DeskWindowsTest, AHUDThatWouldHangOverTheEdgeIsKeptOnTheScreen) {
   const auto made =
       bench.frame().makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = statusWindowLevel});
   auto& hud = dynamic_cast<QtHUDWindow&>(*made);
-  hardware.setFrame(1, {-3000, 0, 1500, 1000});
+  hardware.changes.setFrame(1, {-3000, 0, 1500, 1000});
   EXPECT_TRUE(bench.runUntil([&] { return window(1)->width() < 200; }));
   hud.setFrame({-3000 + 750 - 180, 130, 360, 54});
   hud.orderFrontRegardless();
@@ -230,20 +232,20 @@ TEST_F(DeskWindowsTest, ABrightnessKeyReachesTheDesksBuiltInPanel) {
   QApplication::sendEvent(window(2)->windowHandle(), &down);
   QKeyEvent up(QEvent::KeyRelease, Qt::Key_MonBrightnessUp, {}, 233, 0, 0);
   QApplication::sendEvent(window(2)->windowHandle(), &up);
-  EXPECT_FLOAT_EQ(*hardware.panelLevel(1), 0.5625F);
+  EXPECT_FLOAT_EQ(*hardware.panels.level(1), 0.5625F);
 }
 
 TEST_F(DeskWindowsTest, ThePointerIsReportedBeforeAKey) {
   const QRect picture = window(2)->pictureBox();
   moveMouse(*window(2), QRectF(picture).center());
   send(QEvent::KeyPress, *window(2), upKey);
-  const Point pointer = hardware.pointer();
+  const Point pointer = hardware.system.pointer();
   EXPECT_NEAR(pointer.x, 2250, 2);
   EXPECT_NEAR(pointer.y, 500, 2);
   send(QEvent::KeyRelease, *window(2), upKey);
   moveMouse(*window(1), {20, static_cast<double>(window(1)->height() - 2)});
-  EXPECT_TRUE(bench.runUntil([&] { return hardware.pointer().x < 1500; }));
-  EXPECT_TRUE(mouseInRect(hardware.pointer(), hardware.display(1)->frame))
+  EXPECT_TRUE(bench.runUntil([&] { return hardware.system.pointer().x < 1500; }));
+  EXPECT_TRUE(mouseInRect(hardware.system.pointer(), hardware.displays.find(1)->frame))
       << "below the picture it is at its lower edge";
 }
 
@@ -252,17 +254,17 @@ TEST_F(DeskWindowsTest, TheButtonsActOnTheirMonitorAndHaveAccessibleNames) {
   ASSERT_NE(brighter, nullptr);
   EXPECT_EQ(brighter->accessibleName(), "Brighter");
   QTest::keyClick(brighter, Qt::Key_Space);
-  EXPECT_EQ(hardware.monitor(2)->shownLevel, 30);
+  EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 30);
   QComboBox* const mood = choice(*window(2), "Mood");
   ASSERT_NE(mood, nullptr);
   mood->setCurrentText("silent");
   Q_EMIT mood->activated(mood->currentIndex());
-  EXPECT_EQ(hardware.monitor(2)->mood, MonitorMood::silent);
+  EXPECT_EQ(hardware.monitors.state(2)->mood, MonitorMood::silent);
 }
 
 TEST_F(DeskWindowsTest, AMoodSetElsewhereIsShown) {
   QComboBox* const mood = choice(*window(2), "Mood");
-  hardware.setMood(2, MonitorMood::garbled);
+  hardware.monitors.setMood(2, MonitorMood::garbled);
   EXPECT_TRUE(bench.runUntil([&] { return mood->currentText() == "garbled"; }));
 }
 
@@ -301,7 +303,7 @@ TEST_F(DeskWindowsTest, ClosingThePanelEndsTheProgramAndLeavesEveryDisplayPlugge
   EXPECT_EQ(application.run(), 0);
   EXPECT_EQ(delegate.ends, 1);
   application.setDelegate(nullptr);
-  EXPECT_EQ(hardware.displays()->size(), 2u);
+  EXPECT_EQ(hardware.displays.all()->size(), 2u);
 }
 
 TEST_F(DeskWindowsTest, ThePictureOfTheDeskIsWrittenBesideItsFileAndAfterEachChange) {
@@ -312,7 +314,7 @@ TEST_F(DeskWindowsTest, ThePictureOfTheDeskIsWrittenBesideItsFileAndAfterEachCha
   const QRect box = window(2)->pictureBox().translated(window(2)->pos());
   const QPoint place(box.x() + box.width() / 12, box.y() + box.height() * 84 / 100);
   const int before = qRed(shot().pixel(place));
-  hardware.setLevelByButtons(2, 100);
+  hardware.monitors.setLevelByButtons(2, 100);
   EXPECT_TRUE(bench.runUntil([&] { return qRed(shot().pixel(place)) > before; }));
   EXPECT_FALSE(std::filesystem::exists(bench.home() / "desk.json.state" / "desk.png"));
 }
@@ -351,7 +353,7 @@ TEST(DeskWindowsInDetail, ALongNameIsElidedAndTheToolTipHasAllOfIt) {
 TEST(DeskWindowsInDetail, EveryControlHasAnAccessibleNameAndTakesTheFocus) {
   QtBench& bench = QtBench::renewed({.pixelsPerPoint = 1, .sessionBus = {}, .deskText = R"({
       "displays": [{"identifier": 2, "firmware": {}}, {"identifier": 3}]})"});
-  bench.machine().hardware().unplug(3);
+  bench.machine().hardware().changes.unplug(3);
   bench.settle();
   const DeskWindows& desk = *bench.frame().desk();
   for (const QWidget* const window : {static_cast<QWidget*>(desk.window(2)),

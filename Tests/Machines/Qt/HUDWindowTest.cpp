@@ -279,10 +279,10 @@ TEST_F(HUDWindowContentTest, AChangeWhileTheSymbolIsReplacedGoesOnFromTheBarThat
 TEST_F(HUDWindowTest, OrderedFrontItIsPlacedWhereItsDisplayIsNow) {
   window.setFrame({220, 130, 360, 54});
   window.orderFrontRegardless();
-  bench.machine().hardware().setFrame(1, {0, 0, 1600, 800});
+  bench.machine().hardware().changes.setFrame(1, {0, 0, 1600, 800});
   window.orderFrontRegardless();
   EXPECT_EQ(window.widget().geometry(), QRect(200 - 180, 800 - 130 - 54, 360, 54));
-  bench.machine().hardware().setFrame(1, {0, 0, 800, 800});
+  bench.machine().hardware().changes.setFrame(1, {0, 0, 800, 800});
 }
 
 /// A screen of 800 by 800 pixels, at so many per point.

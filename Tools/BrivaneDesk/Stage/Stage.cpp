@@ -40,11 +40,11 @@ Stage::Stage(const DeskDescription& desk, StageOptions stageOptions)
     : options(std::move(stageOptions)),
       sharedHardware(std::make_shared<DeskHardware>(desk)),
       idleKeyboard(*sharedHardware, idleFaults, idleRuntime) {
-  sharedHardware->setTrace([this](const std::string& line) { record(line); });
+  sharedHardware->tracer->set([this](const std::string& line) { record(line); });
 }
 
 Stage::~Stage() {
-  sharedHardware->setTrace({});
+  sharedHardware->tracer->set({});
 }
 
 Microseconds Stage::now() const {

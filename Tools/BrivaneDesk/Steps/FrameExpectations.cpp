@@ -21,7 +21,7 @@ std::string describeHUD(Stage& stage) {
   text += shortestDecimal(hud->alphaNow()) + " that shows " + pictureSummary(hud->content());
   const Rect frame = hud->frame();
   const Point middle{frame.x + frame.width / 2, frame.y + frame.height / 2};
-  const auto displays = stage.hardware().displays();
+  const auto displays = stage.hardware().displays.all();
   for (const auto& display : *displays) {
     if (mouseInRect(middle, display.frame)) {
       return text + " on display " + std::to_string(display.identifier);

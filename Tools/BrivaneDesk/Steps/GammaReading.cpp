@@ -90,8 +90,8 @@ GammaReading readGamma(const GammaTable& table, const GammaTable& calibrated) {
 }
 
 std::optional<GammaReading> readGamma(DeskHardware& hardware, DisplayID display) {
-  const auto described = hardware.display(display);
-  const auto table = hardware.gammaTable(display);
+  const auto described = hardware.displays.find(display);
+  const auto table = hardware.gamma.table(display);
   if (!described || !described->gamma || !table) return std::nullopt;
   return readGamma(*table, resampled(calibratedTable(*described->gamma),
                                      static_cast<std::uint32_t>((*table)[0].size())));

@@ -16,12 +16,12 @@ std::string percentText(std::int64_t percent) {
 
 /// The level that the panel shows, in percent of its range, rounded; nothing if unknown.
 std::optional<std::int64_t> shownPercent(DeskHardware& hardware, DisplayID display) {
-  const auto described = hardware.display(display);
-  const auto monitor = hardware.monitor(display);
+  const auto described = hardware.displays.find(display);
+  const auto monitor = hardware.monitors.state(display);
   if (described && described->firmware && monitor) {
     return std::llround(100.0 * monitor->shownLevel / described->firmware->maximum);
   }
-  if (const auto level = hardware.panelLevel(display)) {
+  if (const auto level = hardware.panels.level(display)) {
     return std::llround(100.0 * static_cast<double>(*level));
   }
   return std::nullopt;
@@ -30,21 +30,21 @@ std::optional<std::int64_t> shownPercent(DeskHardware& hardware, DisplayID displ
 StepProblem expectPercent(Stage& stage, const StepArguments& arguments) {
   const DisplayID display = arguments.display(0);
   const auto percent = shownPercent(stage.hardware(), display);
-  if (!percent && !stage.hardware().display(display)) return "no such display plugged in";
+  if (!percent && !stage.hardware().displays.find(display)) return "no such display plugged in";
   if (!percent) return "a display without a level of its own";
   if (*percent == arguments.whole(1)) return std::nullopt;
   return percentText(*percent);
 }
 
 StepProblem expectRawLevel(Stage& stage, const StepArguments& arguments) {
-  const auto monitor = stage.hardware().monitor(arguments.display(0));
+  const auto monitor = stage.hardware().monitors.state(arguments.display(0));
   if (!monitor) return "a display without firmware";
   if (monitor->shownLevel == arguments.whole(1)) return std::nullopt;
   return std::to_string(monitor->shownLevel);
 }
 
 StepProblem expectWrites(Stage& stage, const StepArguments& arguments) {
-  const auto monitor = stage.hardware().monitor(arguments.display(0));
+  const auto monitor = stage.hardware().monitors.state(arguments.display(0));
   if (!monitor) return "a display without firmware";
   const auto count = static_cast<std::int64_t>(monitor->writeCount);
   const std::string& relation = arguments.text(1);
@@ -77,7 +77,7 @@ StepProblem expectPeak(Stage& stage, const StepArguments& arguments) {
 }
 
 StepProblem expectGammaKnown(Stage& stage, const StepArguments&) {
-  const auto displays = stage.hardware().displays();
+  const auto displays = stage.hardware().displays.all();
   for (const auto& display : *displays) {
     const auto reading = readGamma(stage.hardware(), display.identifier);
     if (reading && reading->kind == GammaReading::Kind::other) {
@@ -88,7 +88,7 @@ StepProblem expectGammaKnown(Stage& stage, const StepArguments&) {
 }
 
 StepProblem expectMapping(Stage& stage, const StepArguments& arguments) {
-  const auto mapping = stage.hardware().hidMapping();
+  const auto mapping = stage.hardware().system.hidMapping();
   if (readMapping(mapping) == arguments.text(0)) return std::nullopt;
   if (mapping.empty()) return "an empty mapping";
   return std::string(readMapping(mapping)) + ": " + tracedMapping(mapping);
@@ -99,22 +99,22 @@ StepProblem expectOriginalMapping(Stage& stage, const StepArguments&) {
   const auto isBefore = [](const HIDMappingEntry& left, const HIDMappingEntry& right) {
     return std::pair(left.source, left.destination) < std::pair(right.source, right.destination);
   };
-  auto mapping = stage.hardware().hidMapping();
-  auto original = stage.hardware().description().hidMapping;
+  auto mapping = stage.hardware().system.hidMapping();
+  auto original = stage.hardware().description.hidMapping;
   std::ranges::sort(mapping, isBefore);
   std::ranges::sort(original, isBefore);
   return mapping == original ? StepProblem() : tracedMapping(mapping);
 }
 
 StepProblem expectClean(Stage& stage, const StepArguments&) {
-  const auto displays = stage.hardware().displays();
+  const auto displays = stage.hardware().displays.all();
   for (const auto& display : *displays) {
     const auto reading = readGamma(stage.hardware(), display.identifier);
     if (reading && reading->kind != GammaReading::Kind::calibrated) {
       return "display " + std::to_string(display.identifier) + " " + reading->text();
     }
   }
-  const auto mapping = stage.hardware().hidMapping();
+  const auto mapping = stage.hardware().system.hidMapping();
   if (readMapping(mapping) == "empty" || readMapping(mapping) == "foreign") return std::nullopt;
   return "a mapping of brightness keys: " + tracedMapping(mapping);
 }

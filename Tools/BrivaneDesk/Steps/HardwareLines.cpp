@@ -10,9 +10,8 @@ namespace {
 
 std::string displayText(const DisplayDescription& display) {
   const Rect& frame = display.frame;
-  std::string text = "at " + tracedNumber(frame.x) + " " + tracedNumber(frame.y) + ", " +
-                     tracedNumber(frame.width) + " x " + tracedNumber(frame.height) + ", port " +
-                     display.port;
+  std::string text = "at " + tracedPoint({frame.x, frame.y}) + ", " + tracedNumber(frame.width) +
+                     " x " + tracedNumber(frame.height) + ", port " + display.port;
   if (display.headroom > 1) text += ", headroom " + tracedNumber(display.headroom);
   if (display.screen == ScreenPresence::unnumbered) text += ", a screen without a number";
   if (display.screen == ScreenPresence::none) text += ", no screen";
@@ -28,13 +27,13 @@ std::string monitorText(const MonitorState& monitor) {
 void addDisplay(DeskHardware& hardware, DisplayID identifier,
                 std::map<std::string, std::string>& lines) {
   const auto number = std::to_string(identifier);
-  const auto display = hardware.display(identifier);
+  const auto display = hardware.displays.find(identifier);
   lines["display " + number] = display ? displayText(*display) : "unplugged";
-  const auto monitor = hardware.monitor(identifier);
+  const auto monitor = hardware.monitors.state(identifier);
   if (monitor) lines["monitor " + number] = monitorText(*monitor);
   const auto gamma = readGamma(hardware, identifier);
   if (gamma) lines["gamma " + number] = gamma->text();
-  const auto level = hardware.panelLevel(identifier);
+  const auto level = hardware.panels.level(identifier);
   if (level) lines["display-services " + number] = "level " + tracedNumber(*level);
 }
 
@@ -42,17 +41,16 @@ void addDisplay(DeskHardware& hardware, DisplayID identifier,
 
 std::map<std::string, std::string> hardwareLines(DeskHardware& hardware) {
   std::map<std::string, std::string> lines;
-  for (const auto& display : hardware.description().displays) {
+  for (const auto& display : hardware.description.displays) {
     addDisplay(hardware, display.identifier, lines);
   }
-  const Point pointer = hardware.pointer();
-  lines["pointer"] = tracedNumber(pointer.x) + " " + tracedNumber(pointer.y);
-  lines["hid-mapping"] = tracedMapping(hardware.hidMapping());
-  lines["keyboard"] = std::to_string(hardware.keysDown().arrived.size()) + " keys down";
-  lines["accessibility"] = hardware.isAccessibilityGranted() ? "granted" : "revoked";
-  lines["appearance"] = appearanceName(hardware.appearance());
-  lines["system"] = hardware.isSystemAsleep() ? "asleep" : "awake";
-  const auto settings = hardware.domainContents("com.quorrel.brivane");
+  lines["pointer"] = tracedPoint(hardware.system.pointer());
+  lines["hid-mapping"] = tracedMapping(hardware.system.hidMapping());
+  lines["keyboard"] = std::to_string(hardware.input.keysDown().arrived.size()) + " keys down";
+  lines["accessibility"] = hardware.system.isAccessibilityGranted() ? "granted" : "revoked";
+  lines["appearance"] = appearanceName(hardware.system.appearance());
+  lines["system"] = hardware.system.isAsleep() ? "asleep" : "awake";
+  const auto settings = hardware.domains.contents("com.quorrel.brivane");
   for (const auto& [key, value] : settings.value_or(PropertyValue::Dictionary())) {
     lines["setting " + key] = jsonOfProperty(value);
   }

@@ -92,61 +92,62 @@ StepProblem key(Scene& scene, const StepArguments& arguments) {
 }
 
 StepProblem tapTimeout(Scene& scene, const StepArguments&) {
-  scene.hardware().timeOutTaps();
+  scene.hardware().events.announce(TapTimeout{});
   return std::nullopt;
 }
 
 StepProblem pointerOnDisplay(Scene& scene, const StepArguments& arguments) {
-  const auto display = scene.hardware().display(arguments.display(0));
+  const auto display = scene.hardware().displays.find(arguments.display(0));
   if (!display) return unless(false, arguments.display(0), notAttached);
   const Rect& frame = display->frame;
-  scene.hardware().movePointer({frame.x + frame.width / 2, frame.y + frame.height / 2});
+  scene.hardware().system.movePointer({frame.x + frame.width / 2, frame.y + frame.height / 2});
   return std::nullopt;
 }
 
 StepProblem pointerAt(Scene& scene, const StepArguments& arguments) {
   if (isTooFar(arguments.get<Point>(0))) return tooFar;
-  scene.hardware().movePointer(arguments.get<Point>(0));
+  scene.hardware().system.movePointer(arguments.get<Point>(0));
   return std::nullopt;
 }
 
 /// Left of every screen.
 StepProblem pointerNowhere(Scene& scene, const StepArguments&) {
-  const auto displays = scene.hardware().displays();
+  const auto displays = scene.hardware().displays.all();
   double left = 0;
   for (const auto& display : *displays) left = std::min(left, display.frame.x);
-  scene.hardware().movePointer({left - 1000, 0});
+  scene.hardware().system.movePointer({left - 1000, 0});
   return std::nullopt;
 }
 
 StepProblem unplug(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  return unless(scene.hardware().unplug(display), display, notAttached);
+  return unless(scene.hardware().changes.unplug(display), display, notAttached);
 }
 
 StepProblem plug(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  return unless(scene.hardware().replug(display), display, "was not unplugged before");
+  return unless(scene.hardware().changes.replug(display), display, "was not unplugged before");
 }
 
 StepProblem move(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  const auto attached = scene.hardware().display(display);
+  const auto attached = scene.hardware().displays.find(display);
   if (!attached) return unless(false, display, notAttached);
   const auto& corner = arguments.get<Point>(1);
   if (isTooFar(corner)) return tooFar;
   const Rect frame{corner.x, corner.y, attached->frame.width, attached->frame.height};
-  return unless(scene.hardware().setFrame(display, frame), display, notAttached);
+  return unless(scene.hardware().changes.setFrame(display, frame), display, notAttached);
 }
 
 StepProblem swapPorts(Scene& scene, const StepArguments& arguments) {
   if (arguments.display(0) == arguments.display(1)) return "the same display twice";
-  if (scene.hardware().swapPorts(arguments.display(0), arguments.display(1))) return std::nullopt;
+  if (scene.hardware().changes.swapPorts(arguments.display(0), arguments.display(1)))
+    return std::nullopt;
   return "one of the two displays is not plugged in";
 }
 
 StepProblem announceScreens(Scene& scene, const StepArguments&) {
-  scene.hardware().announce(HardwareNotice::screenParameters);
+  scene.hardware().events.announce(HardwareNotice::screenParameters);
   return std::nullopt;
 }
 
@@ -154,20 +155,21 @@ StepProblem numberOf(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const auto presence =
       arguments.text(1) == "present" ? ScreenPresence::numbered : ScreenPresence::unnumbered;
-  return unless(scene.hardware().setScreenPresence(display, presence), display, notAttached);
+  return unless(scene.hardware().changes.setScreenPresence(display, presence), display,
+                notAttached);
 }
 
 StepProblem changeHeadroom(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const double headroom = arguments.number(1);
   if (headroom < 1 || headroom > 64) return "a headroom that is not from 1 to 64";
-  return unless(scene.hardware().setHeadroom(display, headroom), display, notAttached);
+  return unless(scene.hardware().changes.setHeadroom(display, headroom), display, notAttached);
 }
 
 StepProblem refuseGamma(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const auto times = static_cast<int>(arguments.whole(1));
-  return unless(scene.hardware().refuseGamma(display, times), display,
+  return unless(scene.hardware().gamma.refuse(display, times), display,
                 "is not plugged in, or has no gamma table");
 }
 
@@ -185,63 +187,64 @@ StepProblem mood(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const auto* const chosen = std::ranges::find(moods, std::string_view(arguments.text(1)),
                                                &std::pair<std::string_view, MonitorMood>::first);
-  return unless(scene.hardware().setMood(display, chosen->second), display, noFirmware);
+  return unless(scene.hardware().monitors.setMood(display, chosen->second), display, noFirmware);
 }
 
 StepProblem buttons(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const std::int64_t level = arguments.whole(1);
   if (level > 65535) return "a monitor's level is at most 65535";
-  return unless(scene.hardware().setLevelByButtons(display, static_cast<std::uint16_t>(level)),
-                display, noFirmware);
+  return unless(
+      scene.hardware().monitors.setLevelByButtons(display, static_cast<std::uint16_t>(level)),
+      display, noFirmware);
 }
 
 StepProblem monitorSleep(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   auto& hardware = scene.hardware();
   const bool happened = arguments.text(1) == "sleeps"
-                            ? hardware.fallAsleep(display)
-                            : hardware.wake(display, Instant(scene.now()));
+                            ? hardware.monitors.fallAsleep(display)
+                            : hardware.monitors.wake(display, Instant(scene.now()));
   return unless(happened, display, noFirmware);
 }
 
 StepProblem sleepSystem(Scene& scene, const StepArguments&) {
-  scene.hardware().sleepSystem();
+  scene.hardware().changes.sleepSystem();
   return std::nullopt;
 }
 
 StepProblem wakeSystem(Scene& scene, const StepArguments&) {
-  scene.hardware().wakeSystem(Instant(scene.now()));
+  scene.hardware().changes.wakeSystem(Instant(scene.now()));
   return std::nullopt;
 }
 
 StepProblem screens(Scene& scene, const StepArguments& arguments) {
   if (arguments.text(0) == "sleep") {
-    scene.hardware().sleepScreens();
+    scene.hardware().changes.sleepScreens();
   } else {
-    scene.hardware().wakeScreens(Instant(scene.now()));
+    scene.hardware().changes.wakeScreens(Instant(scene.now()));
   }
   return std::nullopt;
 }
 
 StepProblem appearance(Scene& scene, const StepArguments& arguments) {
-  scene.hardware().setAppearance(arguments.text(0) == "dark" ? DeskAppearance::dark
-                                                             : DeskAppearance::light);
+  scene.hardware().system.setAppearance(arguments.text(0) == "dark" ? DeskAppearance::dark
+                                                                    : DeskAppearance::light);
   return std::nullopt;
 }
 
 StepProblem grant(Scene& scene, const StepArguments&) {
-  scene.hardware().setAccessibilityGranted(true);
+  scene.hardware().system.setAccessibilityGranted(true);
   return std::nullopt;
 }
 
 StepProblem revoke(Scene& scene, const StepArguments&) {
-  scene.hardware().setAccessibilityGranted(false);
+  scene.hardware().system.setAccessibilityGranted(false);
   return std::nullopt;
 }
 
 StepProblem clearMapping(Scene& scene, const StepArguments&) {
-  scene.hardware().setHIDMapping({});
+  scene.hardware().system.setHIDMapping({});
   return std::nullopt;
 }
 
@@ -250,12 +253,12 @@ StepProblem changeSetting(Scene& scene, const std::string& key,
                           const std::optional<PropertyValue>& value) {
   constexpr auto domain = "com.quorrel.brivane";
   auto& hardware = scene.hardware();
-  if (const auto settings = hardware.openDomain(domain); value) {
+  if (const auto settings = hardware.domains.open(domain); value) {
     settings->set(key, *value);
   } else {
     settings->remove(key);
   }
-  const auto stored = hardware.domainContents(domain).value_or(PropertyValue::Dictionary());
+  const auto stored = hardware.domains.contents(domain).value_or(PropertyValue::Dictionary());
   const auto found = stored.find(key);
   const bool isStored =
       value ? found != stored.end() && found->second == *value : found == stored.end();

@@ -86,7 +86,7 @@ StepProblem expectNoTrace(Stage& stage, const StepArguments& arguments) {
 }
 
 std::optional<PropertyValue> settingOf(Stage& stage, const std::string& key) {
-  return stage.hardware().openDomain("com.quorrel.brivane")->object(key);
+  return stage.hardware().domains.open("com.quorrel.brivane")->object(key);
 }
 
 std::string describe(const PropertyValue& value) {

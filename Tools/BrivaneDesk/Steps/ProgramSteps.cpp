@@ -16,7 +16,7 @@ StepProblem start(Stage& stage, const StepArguments&) {
 /// The second program ends by itself only when it finds the first.
 StepProblem startSecond(Stage& stage, const StepArguments&) {
   if (!stage.isRunning()) return notRunning;
-  if (!stage.hardware().description().bundleIdentifier) {
+  if (!stage.hardware().description.bundleIdentifier) {
     return "a program without a bundle identifier doesn't know of another";
   }
   stage.runCommand({});

@@ -77,12 +77,12 @@ TEST_F(DeskApplicationTest, ASecondTerminationTellsTheDelegateNothing) {
 TEST_F(DeskApplicationTest, TheDesksAppearanceIsReportedUntilTheObservationIsDropped) {
   int changes = 0;
   auto observation = frame.application().observeEffectiveAppearance([&] { ++changes; });
-  hardware.setAppearance(DeskAppearance::dark);
+  hardware.system.setAppearance(DeskAppearance::dark);
   runtime.settle();
   EXPECT_EQ(frame.application().effectiveAppearance(), Appearance::dark);
   EXPECT_EQ(changes, 1);
   observation.reset();
-  hardware.setAppearance(DeskAppearance::light);
+  hardware.system.setAppearance(DeskAppearance::light);
   runtime.settle();
   EXPECT_EQ(frame.application().effectiveAppearance(), Appearance::light);
   EXPECT_EQ(changes, 1);

@@ -35,7 +35,8 @@ Bytes setLuminanceRequest(std::uint8_t level) {
 }
 
 bool set(DeskHardware& hardware, DisplayID display, std::uint8_t level) {
-  return hardware.writeI2C(display, 0x37, 0x51, setLuminanceRequest(level), Instant{}) == 0;
+  return hardware.monitors.writeI2C(display, 0x37, 0x51, setLuminanceRequest(level), Instant{}) ==
+         0;
 }
 
 GammaTable flat(float level) {
@@ -81,17 +82,17 @@ class DeskFolderTest : public testing::Test {
 TEST(DeskHardware, InMemoryKeepsWhatIsSetPerDisplay) {
   DeskHardware hardware(deskFrom(twoMonitors));
   EXPECT_TRUE(set(hardware, 1, 20));
-  EXPECT_EQ(hardware.monitor(1)->shownLevel, 20);
-  EXPECT_EQ(hardware.monitor(2)->shownLevel, 60);
-  EXPECT_TRUE(hardware.setGammaTable(2, flat(0.5F)));
-  EXPECT_EQ(hardware.gammaTable(2), flat(0.5F));
-  EXPECT_NE(hardware.gammaTable(1), flat(0.5F));
-  EXPECT_TRUE(hardware.setPanelLevel(2, 0.25F));
-  EXPECT_EQ(hardware.panelLevel(2), 0.25F);
-  hardware.setHIDMapping({{1, 2}});
-  EXPECT_THAT(hardware.hidMapping(), ElementsAre(HIDMappingEntry{1, 2}));
-  hardware.movePointer({3, 4});
-  EXPECT_EQ(hardware.pointer(), (Point{3, 4}));
+  EXPECT_EQ(hardware.monitors.state(1)->shownLevel, 20);
+  EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 60);
+  EXPECT_TRUE(hardware.gamma.setTable(2, flat(0.5F)));
+  EXPECT_EQ(hardware.gamma.table(2), flat(0.5F));
+  EXPECT_NE(hardware.gamma.table(1), flat(0.5F));
+  EXPECT_TRUE(hardware.panels.setLevel(2, 0.25F));
+  EXPECT_EQ(hardware.panels.level(2), 0.25F);
+  hardware.system.setHIDMapping({{1, 2}});
+  EXPECT_THAT(hardware.system.hidMapping(), ElementsAre(HIDMappingEntry{1, 2}));
+  hardware.system.movePointer({3, 4});
+  EXPECT_EQ(hardware.system.pointer(), (Point{3, 4}));
 }
 
 TEST(DeskHardware, KnowsNothingOfUnknownDisplaysAndOfPartsThatAreLeftOut) {
@@ -100,30 +101,30 @@ TEST(DeskHardware, KnowsNothingOfUnknownDisplaysAndOfPartsThatAreLeftOut) {
   for (const DisplayID display : {1u, 2u}) {
     Bytes bytes(12);
     EXPECT_FALSE(set(hardware, display, 20));
-    EXPECT_NE(hardware.readI2C(display, 0x37, 0x51, bytes, Instant{}), 0);
-    EXPECT_FALSE(hardware.monitor(display).has_value());
-    EXPECT_FALSE(hardware.setLevelByButtons(display, 1));
-    EXPECT_FALSE(hardware.setMood(display, MonitorMood::silent));
-    EXPECT_FALSE(hardware.fallAsleep(display));
-    EXPECT_FALSE(hardware.wake(display, Instant{}));
-    EXPECT_EQ(hardware.gammaCapacity(display), 0u);
-    EXPECT_FALSE(hardware.gammaTable(display).has_value());
-    EXPECT_FALSE(hardware.setGammaTable(display, flat(1)));
-    EXPECT_FALSE(hardware.panelLevel(display).has_value());
-    EXPECT_FALSE(hardware.setPanelLevel(display, 1));
+    EXPECT_NE(hardware.monitors.readI2C(display, 0x37, 0x51, bytes, Instant{}), 0);
+    EXPECT_FALSE(hardware.monitors.state(display).has_value());
+    EXPECT_FALSE(hardware.monitors.setLevelByButtons(display, 1));
+    EXPECT_FALSE(hardware.monitors.setMood(display, MonitorMood::silent));
+    EXPECT_FALSE(hardware.monitors.fallAsleep(display));
+    EXPECT_FALSE(hardware.monitors.wake(display, Instant{}));
+    EXPECT_EQ(hardware.gamma.capacity(display), 0u);
+    EXPECT_FALSE(hardware.gamma.table(display).has_value());
+    EXPECT_FALSE(hardware.gamma.setTable(display, flat(1)));
+    EXPECT_FALSE(hardware.panels.level(display).has_value());
+    EXPECT_FALSE(hardware.panels.setLevel(display, 1));
   }
 }
 
 TEST(DeskHardware, ChangesAMonitorBesideItsBus) {
   DeskHardware hardware(deskFrom(twoMonitors));
-  EXPECT_TRUE(hardware.setLevelByButtons(1, 33));
-  EXPECT_EQ(hardware.monitor(1)->shownLevel, 33);
-  EXPECT_TRUE(hardware.setMood(1, MonitorMood::busError));
+  EXPECT_TRUE(hardware.monitors.setLevelByButtons(1, 33));
+  EXPECT_EQ(hardware.monitors.state(1)->shownLevel, 33);
+  EXPECT_TRUE(hardware.monitors.setMood(1, MonitorMood::busError));
   EXPECT_FALSE(set(hardware, 1, 20));
-  EXPECT_TRUE(hardware.setMood(1, MonitorMood::answering));
-  EXPECT_TRUE(hardware.fallAsleep(1));
+  EXPECT_TRUE(hardware.monitors.setMood(1, MonitorMood::answering));
+  EXPECT_TRUE(hardware.monitors.fallAsleep(1));
   EXPECT_FALSE(set(hardware, 1, 20));
-  EXPECT_TRUE(hardware.wake(1, Instant{}));
+  EXPECT_TRUE(hardware.monitors.wake(1, Instant{}));
   EXPECT_TRUE(set(hardware, 1, 20));
 }
 
@@ -131,13 +132,13 @@ TEST(DeskHardware, LimitsAPanelToWhatItCanShowAndRefusesOneThatCannotChange) {
   DeskHardware hardware(deskFrom(R"({"displays": [
       {"identifier": 1, "displayServices": {"level": 0.5}},
       {"identifier": 2, "displayServices": {"level": 0.5, "canChange": false}}]})"));
-  EXPECT_TRUE(hardware.setPanelLevel(1, 7));
-  EXPECT_EQ(hardware.panelLevel(1), 1.0F);
-  EXPECT_TRUE(hardware.setPanelLevel(1, -7));
-  EXPECT_EQ(hardware.panelLevel(1), 0.0F);
-  EXPECT_FALSE(hardware.setPanelLevel(1, std::numeric_limits<float>::quiet_NaN()));
-  EXPECT_FALSE(hardware.setPanelLevel(2, 0.1F));
-  EXPECT_EQ(hardware.panelLevel(2), 0.5F);
+  EXPECT_TRUE(hardware.panels.setLevel(1, 7));
+  EXPECT_EQ(hardware.panels.level(1), 1.0F);
+  EXPECT_TRUE(hardware.panels.setLevel(1, -7));
+  EXPECT_EQ(hardware.panels.level(1), 0.0F);
+  EXPECT_FALSE(hardware.panels.setLevel(1, std::numeric_limits<float>::quiet_NaN()));
+  EXPECT_FALSE(hardware.panels.setLevel(2, 0.1F));
+  EXPECT_EQ(hardware.panels.level(2), 0.5F);
 }
 
 TEST(DeskHardware, ComesUpWithTheCalibratedTableOfTheDeskFile) {
@@ -147,10 +148,10 @@ TEST(DeskHardware, ComesUpWithTheCalibratedTableOfTheDeskFile) {
       {"identifier": 3, "gamma": {"capacity": 5, "calibrated":
         {"red": [0, 1], "green": [0.5, 0.5], "blue": [1, 0]}}}]})"));
   const GammaCurve linear = {0, 0.25F, 0.5F, 0.75F, 1};
-  EXPECT_EQ(hardware.gammaTable(1), (GammaTable{linear, linear, linear}));
-  EXPECT_EQ(hardware.gammaTable(2),
+  EXPECT_EQ(hardware.gamma.table(1), (GammaTable{linear, linear, linear}));
+  EXPECT_EQ(hardware.gamma.table(2),
             (GammaTable{{{0, 0.5F, 1}, {0, 0.25F, 1}, {0, std::sqrt(0.5F), 1}}}));
-  EXPECT_EQ(hardware.gammaTable(3),
+  EXPECT_EQ(hardware.gamma.table(3),
             (GammaTable{{linear, GammaCurve(5, 0.5F), {1, 0.75F, 0.5F, 0.25F, 0}}}));
 }
 
@@ -159,28 +160,28 @@ TEST(DeskHardware, ReadsATableOfAnotherSizeBackInItsOwn) {
   const GammaCurve two = {0, 2};
   const GammaCurve three = {0, 1, 0};
   const GammaCurve nine = {0, 9, 1, 9, 2, 9, 3, 9, 4};
-  ASSERT_TRUE(hardware.setGammaTable(1, {two, three, two}));
-  EXPECT_EQ(hardware.gammaTable(1),
+  ASSERT_TRUE(hardware.gamma.setTable(1, {two, three, two}));
+  EXPECT_EQ(hardware.gamma.table(1),
             (GammaTable{{{0, 0.5F, 1, 1.5F, 2}, {0, 0.5F, 1, 0.5F, 0}, {0, 0.5F, 1, 1.5F, 2}}}));
-  ASSERT_TRUE(hardware.setGammaTable(1, {nine, nine, nine}));
-  EXPECT_EQ(hardware.gammaTable(1)->front(), (GammaCurve{0, 1, 2, 3, 4}));
+  ASSERT_TRUE(hardware.gamma.setTable(1, {nine, nine, nine}));
+  EXPECT_EQ(hardware.gamma.table(1)->front(), (GammaCurve{0, 1, 2, 3, 4}));
 }
 
 TEST(DeskHardware, AnObserverOfGammaGetsEachTablesResultAndMayReadTheTable) {
   DeskHardware hardware(deskFrom(twoMonitors));
   std::vector<std::string> heard;
-  auto observation = hardware.observeGamma([&](DisplayID display, bool isTaken) {
-    const auto table = hardware.gammaTable(display);
+  auto observation = hardware.gamma.observe([&](DisplayID display, bool isTaken) {
+    const auto table = hardware.gamma.table(display);
     heard.push_back(std::to_string(display) + (isTaken ? " taken" : " refused") +
                     (table ? " " + tracedNumber(table->front().back()) : ""));
   });
-  hardware.setGammaTable(1, flat(0.5F));
-  hardware.refuseGamma(1, 1);
-  hardware.setGammaTable(1, flat(0.25F));
-  hardware.setGammaTable(7, flat(1));
-  hardware.restoreCalibratedTables();
+  hardware.gamma.setTable(1, flat(0.5F));
+  hardware.gamma.refuse(1, 1);
+  hardware.gamma.setTable(1, flat(0.25F));
+  hardware.gamma.setTable(7, flat(1));
+  hardware.gamma.restoreCalibratedTables();
   observation.reset();
-  hardware.setGammaTable(1, flat(1));
+  hardware.gamma.setTable(1, flat(1));
   EXPECT_THAT(heard, ElementsAre("1 taken 0.5", "1 refused 0.5", "7 refused"));
 }
 
@@ -188,8 +189,8 @@ TEST(DeskHardware, TakesSamplesThatAreNoNumbersAsBlack) {
   DeskHardware hardware(deskFrom(R"({"displays": [{"identifier": 1, "gamma": {"capacity": 3}}]})"));
   const GammaCurve odd = {std::numeric_limits<float>::quiet_NaN(),
                           std::numeric_limits<float>::infinity(), 1.5F};
-  ASSERT_TRUE(hardware.setGammaTable(1, {odd, odd, odd}));
-  EXPECT_EQ(hardware.gammaTable(1)->front(), (GammaCurve{0, 0, 1.5F}));
+  ASSERT_TRUE(hardware.gamma.setTable(1, {odd, odd, odd}));
+  EXPECT_EQ(hardware.gamma.table(1)->front(), (GammaCurve{0, 0, 1.5F}));
 }
 
 // In a folder
@@ -198,48 +199,49 @@ TEST_F(DeskFolderTest, ASecondProcessSeesTheSameHardware) {
   EXPECT_EQ(inAnotherProcess([this] {
               auto desk = open();
               EXPECT_TRUE(set(desk.hardware, 1, 20));
-              desk.hardware.setMood(2, MonitorMood::garbled);
-              desk.hardware.setGammaTable(1, {GammaCurve{0.1F, 1.7F}, {0, 1}, {0, 0.3F}});
-              desk.hardware.setPanelLevel(2, 0.25F);
-              desk.hardware.setHIDMapping({{0xFFFFFFFFFFFFFFFFU, 7}});
-              desk.hardware.movePointer({-3.25, 4});
+              desk.hardware.monitors.setMood(2, MonitorMood::garbled);
+              desk.hardware.gamma.setTable(1, {GammaCurve{0.1F, 1.7F}, {0, 1}, {0, 0.3F}});
+              desk.hardware.panels.setLevel(2, 0.25F);
+              desk.hardware.system.setHIDMapping({{0xFFFFFFFFFFFFFFFFU, 7}});
+              desk.hardware.system.movePointer({-3.25, 4});
             }),
             0);
   auto desk = open();
-  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 20);
-  EXPECT_EQ(desk.hardware.monitor(1)->writeCount, 1u);
-  EXPECT_EQ(desk.hardware.monitor(2)->mood, MonitorMood::garbled);
-  const auto table = desk.hardware.gammaTable(1);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 20);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->writeCount, 1u);
+  EXPECT_EQ(desk.hardware.monitors.state(2)->mood, MonitorMood::garbled);
+  const auto table = desk.hardware.gamma.table(1);
   EXPECT_EQ(table->at(0).front(), 0.1F);
   EXPECT_EQ(table->at(0).back(), 1.7F);
   EXPECT_EQ(table->at(2).back(), 0.3F);
-  EXPECT_EQ(desk.hardware.panelLevel(2), 0.25F);
-  EXPECT_THAT(desk.hardware.hidMapping(), ElementsAre(HIDMappingEntry{0xFFFFFFFFFFFFFFFFU, 7}));
-  EXPECT_EQ(desk.hardware.pointer(), (Point{-3.25, 4}));
+  EXPECT_EQ(desk.hardware.panels.level(2), 0.25F);
+  EXPECT_THAT(desk.hardware.system.hidMapping(),
+              ElementsAre(HIDMappingEntry{0xFFFFFFFFFFFFFFFFU, 7}));
+  EXPECT_EQ(desk.hardware.system.pointer(), (Point{-3.25, 4}));
   EXPECT_THAT(*desk.lines, IsEmpty());
 }
 
 TEST_F(DeskFolderTest, AKilledProgramLeavesItsGammaInForce) {
   const int status = inAnotherProcess([this] {
     auto desk = open();
-    desk.hardware.setGammaTable(1, flat(0.2F));
+    desk.hardware.gamma.setTable(1, flat(0.2F));
     raise(SIGKILL);
   });
   EXPECT_TRUE(WIFSIGNALED(status));
   auto desk = open();
-  EXPECT_EQ(desk.hardware.gammaTable(1), flat(0.2F));
-  desk.hardware.restoreCalibratedTables();
-  EXPECT_NE(open().hardware.gammaTable(1), flat(0.2F));
+  EXPECT_EQ(desk.hardware.gamma.table(1), flat(0.2F));
+  desk.hardware.gamma.restoreCalibratedTables();
+  EXPECT_NE(open().hardware.gamma.table(1), flat(0.2F));
 }
 
 TEST_F(DeskFolderTest, AProcessSeesWhatAnotherDoesWhileItRuns) {
   auto first = open();
   auto second = open();
-  EXPECT_EQ(first.hardware.monitor(1)->shownLevel, 50);
+  EXPECT_EQ(first.hardware.monitors.state(1)->shownLevel, 50);
   set(second.hardware, 1, 20);
-  EXPECT_EQ(first.hardware.monitor(1)->shownLevel, 20);
-  first.hardware.setLevelByButtons(1, 30);
-  EXPECT_EQ(second.hardware.monitor(1)->shownLevel, 30);
+  EXPECT_EQ(first.hardware.monitors.state(1)->shownLevel, 20);
+  first.hardware.monitors.setLevelByButtons(1, 30);
+  EXPECT_EQ(second.hardware.monitors.state(1)->shownLevel, 30);
 }
 
 TEST_F(DeskFolderTest, TwoProcessesOfAHundredSetsEachLoseNoWriteAndTearNoFile) {
@@ -258,7 +260,7 @@ TEST_F(DeskFolderTest, TwoProcessesOfAHundredSetsEachLoseNoWriteAndTearNoFile) {
   waitpid(child, &status, 0);
   EXPECT_EQ(status, 0);
   auto desk = open();
-  EXPECT_EQ(desk.hardware.monitor(1)->writeCount, 200u);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->writeCount, 200u);
   EXPECT_THAT(*desk.lines, IsEmpty());
   EXPECT_THAT(names(), ElementsAre("lock", "monitor-1.json"));
 }
@@ -272,9 +274,9 @@ TEST_F(DeskFolderTest, AnEditedSectionStartsAfreshAndTheOthersStay) {
   std::string edited = twoMonitors;
   edited.replace(edited.find("\"level\": 50"), 11, "\"level\": 51");
   auto desk = open(edited);
-  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 51);
-  EXPECT_EQ(desk.hardware.monitor(1)->writeCount, 0u);
-  EXPECT_EQ(desk.hardware.monitor(2)->shownLevel, 20);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 51);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->writeCount, 0u);
+  EXPECT_EQ(desk.hardware.monitors.state(2)->shownLevel, 20);
   EXPECT_THAT(*desk.lines, IsEmpty());
 }
 
@@ -285,16 +287,16 @@ TEST_F(DeskFolderTest, ASectionThatOnlyLooksDifferentKeepsItsState) {
   }
   std::string reformatted = twoMonitors;
   reformatted.replace(reformatted.find("{\"level\": 50}"), 13, "{ \"level\":50 }");
-  EXPECT_EQ(open(reformatted).hardware.monitor(1)->shownLevel, 20);
+  EXPECT_EQ(open(reformatted).hardware.monitors.state(1)->shownLevel, 20);
 }
 
 TEST_F(DeskFolderTest, LookingAtTheHardwareWritesNothing) {
   auto desk = open();
-  desk.hardware.monitor(1);
-  desk.hardware.gammaTable(1);
-  desk.hardware.restoreCalibratedTables();
-  desk.hardware.hidMapping();
-  desk.hardware.pointer();
+  desk.hardware.monitors.state(1);
+  desk.hardware.gamma.table(1);
+  desk.hardware.gamma.restoreCalibratedTables();
+  desk.hardware.system.hidMapping();
+  desk.hardware.system.pointer();
   EXPECT_THAT(names(), ElementsAre("lock"));
 }
 
@@ -314,7 +316,7 @@ TEST_P(BrokenStateTest, IsSetAsideWithADateAndOneLine) {
   std::filesystem::create_directory(state);
   std::ofstream(state / "monitor-1.json") << GetParam().content;
   auto desk = open();
-  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 50);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 50);
   ASSERT_THAT(*desk.lines, SizeIs(1));
   EXPECT_THAT(desk.lines->front(),
               StartsWith("Brivane: the desk's state in " + (state / "monitor-1.json").string() +
@@ -325,7 +327,7 @@ TEST_P(BrokenStateTest, IsSetAsideWithADateAndOneLine) {
   EXPECT_EQ(TemporaryFolder::read(state / left[1]), GetParam().content);
   EXPECT_THAT(desk.lines->front(), HasSubstr(left[1]));
   EXPECT_TRUE(set(desk.hardware, 1, 20));
-  EXPECT_EQ(open().hardware.monitor(1)->shownLevel, 20);
+  EXPECT_EQ(open().hardware.monitors.state(1)->shownLevel, 20);
   EXPECT_THAT(*desk.lines, SizeIs(1));
 }
 
@@ -358,7 +360,7 @@ TEST_F(DeskFolderTest, AStateThatMakesNoSenseIsSetAsideToo) {
     std::ofstream(file) << R"({"startedFrom": ")" << fingerprint << R"(", "state": )" << wrong
                         << "}";
     auto desk = open();
-    EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 50) << wrong;
+    EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 50) << wrong;
     ASSERT_THAT(*desk.lines, SizeIs(1)) << wrong;
     EXPECT_THAT(desk.lines->front(), HasSubstr("can't be read (/state"));
     EXPECT_FALSE(std::filesystem::exists(file));
@@ -369,8 +371,8 @@ TEST_F(DeskFolderTest, AStateThatMakesNoSenseIsSetAsideToo) {
 TEST_F(DeskFolderTest, AFolderInAStatesPlaceIsSetAsideToo) {
   std::filesystem::create_directories(state / "gamma-1.json");
   auto desk = open();
-  EXPECT_TRUE(desk.hardware.setGammaTable(1, flat(0.2F)));
-  EXPECT_EQ(open().hardware.gammaTable(1), flat(0.2F));
+  EXPECT_TRUE(desk.hardware.gamma.setTable(1, flat(0.2F)));
+  EXPECT_EQ(open().hardware.gamma.table(1), flat(0.2F));
   ASSERT_THAT(*desk.lines, SizeIs(1));
   EXPECT_THAT(desk.lines->front(), HasSubstr("it is a folder"));
 }
@@ -382,7 +384,7 @@ TEST_F(DeskFolderTest, AStateThatTheSystemDoesNotLetReadStaysWhereItIs) {
   EXPECT_TRUE(set(desk.hardware, 1, 20));
   EXPECT_THAT(*desk.lines,
               ElementsAre(HasSubstr("it is left as it is"), HasSubstr("can't be saved")));
-  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 20);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 20);
   EXPECT_TRUE(std::filesystem::is_symlink(state / "monitor-1.json"));
   EXPECT_THAT(names(), ElementsAre("lock", "monitor-1.json"));
 }
@@ -390,14 +392,14 @@ TEST_F(DeskFolderTest, AStateThatTheSystemDoesNotLetReadStaysWhereItIs) {
 TEST_F(DeskFolderTest, WithoutAPlaceForItsStateTheProgramGoesOnInMemoryAfterOneLine) {
   folder.write("desk.json.state", "a file where the folder should be");
   auto desk = open();
-  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 50);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 50);
   EXPECT_THAT(*desk.lines, IsEmpty()) << "nothing was to be saved";
   EXPECT_TRUE(set(desk.hardware, 1, 20));
   EXPECT_TRUE(set(desk.hardware, 2, 30));
   EXPECT_TRUE(set(desk.hardware, 1, 21));
-  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 21);
-  EXPECT_EQ(desk.hardware.monitor(1)->writeCount, 2u);
-  EXPECT_EQ(desk.hardware.monitor(2)->shownLevel, 30);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 21);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->writeCount, 2u);
+  EXPECT_EQ(desk.hardware.monitors.state(2)->shownLevel, 30);
   EXPECT_THAT(*desk.lines,
               ElementsAre("Brivane: the desk's state can't be saved in " + state.string() +
                           " (Not a directory); it stays in memory until Brivane ends"));
@@ -415,10 +417,10 @@ TEST_F(DeskFolderTest, InAReadOnlyFolderTheProgramGoesOnWithWhatItFindsThere) {
     constexpr uid_t nobody = 65534;
     EXPECT_TRUE(geteuid() != 0 || setuid(nobody) == 0);
     auto desk = open();
-    EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 10);
+    EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 10);
     EXPECT_TRUE(set(desk.hardware, 1, 20));
-    EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 20);
-    EXPECT_EQ(desk.hardware.monitor(1)->writeCount, 2u);
+    EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 20);
+    EXPECT_EQ(desk.hardware.monitors.state(1)->writeCount, 2u);
     EXPECT_THAT(*desk.lines, SizeIs(1));
   });
   EXPECT_EQ(status, 0);
@@ -434,7 +436,7 @@ TEST_F(DeskFolderTest, WhereTheFolderMayNotBeMadeTheLineSaysThat) {
     EXPECT_TRUE(geteuid() != 0 || setuid(nobody) == 0);
     auto desk = open();
     EXPECT_TRUE(set(desk.hardware, 1, 20));
-    EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 20);
+    EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 20);
     EXPECT_THAT(*desk.lines, ElementsAre(HasSubstr("(Permission denied)")));
   });
   EXPECT_EQ(status, 0);
@@ -448,7 +450,7 @@ TEST_F(DeskFolderTest, AnUnreadableStateThatCannotBeSetAsideIsNotOverwritten) {
   const auto held = FileLock::acquire(state / "lock", desk.runtime, Microseconds(0));
   EXPECT_TRUE(set(desk.hardware, 1, 20));
   EXPECT_TRUE(set(desk.hardware, 1, 30));
-  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 30);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 30);
   EXPECT_EQ(TemporaryFolder::read(state / "monitor-1.json"), "broken");
   ASSERT_THAT(*desk.lines, SizeIs(2));
   EXPECT_THAT(desk.lines->at(0), HasSubstr("it is left as it is"));
@@ -468,8 +470,8 @@ TEST_F(DeskFolderTest, OnAFullDiskTheProgramGoesOnAndLeavesNoPartOfAFile) {
     auto desk = open();
     EXPECT_TRUE(set(desk.hardware, 1, 20));
     EXPECT_TRUE(set(desk.hardware, 1, 30));
-    EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 30);
-    EXPECT_EQ(desk.hardware.monitor(1)->writeCount, 3u);
+    EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 30);
+    EXPECT_EQ(desk.hardware.monitors.state(1)->writeCount, 3u);
     EXPECT_THAT(*desk.lines, SizeIs(1));
     EXPECT_THAT(desk.lines->front(), HasSubstr("File too large"));
     EXPECT_EQ(TemporaryFolder::read(state / "monitor-1.json"), before);
@@ -477,7 +479,7 @@ TEST_F(DeskFolderTest, OnAFullDiskTheProgramGoesOnAndLeavesNoPartOfAFile) {
     const rlimit roomAgain = {RLIM_INFINITY, RLIM_INFINITY};
     setrlimit(RLIMIT_FSIZE, &roomAgain);
     EXPECT_TRUE(set(desk.hardware, 1, 40));
-    EXPECT_EQ(open().hardware.monitor(1)->writeCount, 4u);
+    EXPECT_EQ(open().hardware.monitors.state(1)->writeCount, 4u);
   });
   EXPECT_EQ(status, 0);
 }
@@ -488,28 +490,29 @@ TEST_F(DeskFolderTest, AProcessThatCouldNotSaveAChangeStillSeesLaterOnesOfOthers
   set(one.hardware, 1, 10);
   std::filesystem::create_directory(state / "monitor-1.json.new");
   EXPECT_TRUE(set(one.hardware, 1, 20));
-  EXPECT_EQ(one.hardware.monitor(1)->shownLevel, 20);
-  EXPECT_TRUE(one.hardware.hasUnsaved());
+  EXPECT_EQ(one.hardware.monitors.state(1)->shownLevel, 20);
+  EXPECT_TRUE(one.hardware.folder->hasUnsaved());
   std::filesystem::remove(state / "monitor-1.json.new");
-  two.hardware.setLevelByButtons(1, 70);
-  EXPECT_EQ(one.hardware.monitor(1)->shownLevel, 70);
-  one.hardware.setMood(1, MonitorMood::silent);
-  EXPECT_EQ(two.hardware.monitor(1)->shownLevel, 70) << "and nothing of theirs is overwritten";
+  two.hardware.monitors.setLevelByButtons(1, 70);
+  EXPECT_EQ(one.hardware.monitors.state(1)->shownLevel, 70);
+  one.hardware.monitors.setMood(1, MonitorMood::silent);
+  EXPECT_EQ(two.hardware.monitors.state(1)->shownLevel, 70)
+      << "and nothing of theirs is overwritten";
 }
 
 TEST_F(DeskFolderTest, AGammaStateOfSamplesThatAreNoNumbersIsSetAside) {
   {
     auto desk = open();
-    desk.hardware.setGammaTable(1, flat(0.5F));
+    desk.hardware.gamma.setTable(1, flat(0.5F));
   }
   std::string text = TemporaryFolder::read(state / "gamma-1.json");
   text.replace(text.find("3f000000"), 8, "7fc00000");
   std::ofstream(state / "gamma-1.json") << text;
   auto desk = open();
-  EXPECT_EQ(desk.hardware.gammaTable(1)->front().back(), 1.0F) << "the calibrated one";
+  EXPECT_EQ(desk.hardware.gamma.table(1)->front().back(), 1.0F) << "the calibrated one";
   ASSERT_THAT(*desk.lines, SizeIs(1));
   EXPECT_THAT(desk.lines->front(), HasSubstr("(/state/red: expected eight hexadecimal digits"));
-  EXPECT_FALSE(desk.hardware.hasUnsaved()) << "that lost nothing of what is done now";
+  EXPECT_FALSE(desk.hardware.folder->hasUnsaved()) << "that lost nothing of what is done now";
 }
 
 TEST_F(DeskFolderTest, ALockThatIsNeverReleasedCostsOnlyOneWait) {
@@ -522,7 +525,7 @@ TEST_F(DeskFolderTest, ALockThatIsNeverReleasedCostsOnlyOneWait) {
   EXPECT_EQ(desk.runtime.now() - start, std::chrono::seconds(2));
   for (int i = 0; i < 10; ++i) EXPECT_TRUE(set(desk.hardware, 1, 30));
   EXPECT_EQ(desk.runtime.now() - start, std::chrono::seconds(2));
-  EXPECT_EQ(desk.hardware.monitor(1)->shownLevel, 30);
+  EXPECT_EQ(desk.hardware.monitors.state(1)->shownLevel, 30);
   EXPECT_THAT(*desk.lines, SizeIs(1));
 }
 

@@ -45,7 +45,7 @@ class HardwareChangesTest : public testing::Test {
   }
 
   std::int32_t set(DisplayID display) {
-    return desk.hardware->writeI2C(display, 0x37, 0x51, setForty, desk.time().now());
+    return desk.hardware->monitors.writeI2C(display, 0x37, 0x51, setForty, desk.time().now());
   }
 
   bool dim(DisplayID display) {
@@ -53,7 +53,7 @@ class HardwareChangesTest : public testing::Test {
     return desk.machine->gammaTables().writeTable(display, dark, dark, dark) == 0;
   }
 
-  float peak(DisplayID display) { return desk.hardware->gammaTable(display)->front().back(); }
+  float peak(DisplayID display) { return desk.hardware->gamma.table(display)->front().back(); }
 
   /// What was announced since the last time.
   std::vector<std::string> news() {
@@ -69,7 +69,7 @@ class HardwareChangesTest : public testing::Test {
 
 TEST_F(HardwareChangesTest, AnUnpluggedDisplayIsGoneEverywhere) {
   ASSERT_TRUE(dim(2));
-  ASSERT_TRUE(hardware.unplug(2));
+  ASSERT_TRUE(hardware.changes.unplug(2));
   EXPECT_THAT(online(), ElementsAre(1, 3));
   EXPECT_EQ(desk.machine->displays().onlineDisplayCount(), 2u);
   EXPECT_THAT(desk.machine->displays().screens(), SizeIs(2));
@@ -78,48 +78,48 @@ TEST_F(HardwareChangesTest, AnUnpluggedDisplayIsGoneEverywhere) {
   EXPECT_NE(set(2), 0);
   EXPECT_EQ(desk.machine->gammaTables().capacity(2), 0u);
   EXPECT_FALSE(dim(2));
-  EXPECT_FALSE(hardware.gammaTable(2).has_value());
+  EXPECT_FALSE(hardware.gamma.table(2).has_value());
   EXPECT_THAT(news(), ElementsAre("screens"));
 }
 
 TEST_F(HardwareChangesTest, AReplugedMonitorIsInItsOldPlaceWithItsLevelAndTheCalibratedTable) {
   ASSERT_EQ(set(2), 0);
   ASSERT_TRUE(dim(2));
-  hardware.unplug(2);
-  ASSERT_TRUE(hardware.replug(2));
+  hardware.changes.unplug(2);
+  ASSERT_TRUE(hardware.changes.replug(2));
   EXPECT_THAT(online(), ElementsAre(1, 2, 3));
-  EXPECT_EQ(hardware.monitor(2)->shownLevel, 40);
+  EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 40);
   EXPECT_EQ(peak(2), 1);
   EXPECT_THAT(news(), ElementsAre("screens", "screens"));
 }
 
 TEST_F(HardwareChangesTest, ANewMonitorComesBehindAllOthersWithFirmwareOfItsOwn) {
   const auto other = deskFrom(R"({"displays": [{"identifier": 9, "firmware": {"level": 11}}]})");
-  ASSERT_TRUE(hardware.plug(other.displays.front()));
+  ASSERT_TRUE(hardware.changes.plug(other.displays.front()));
   EXPECT_THAT(online(), ElementsAre(1, 2, 3, 9));
   EXPECT_EQ(registered(), std::pair(4, 4));
-  EXPECT_EQ(hardware.monitor(9)->shownLevel, 11);
+  EXPECT_EQ(hardware.monitors.state(9)->shownLevel, 11);
   EXPECT_EQ(set(9), 0);
-  EXPECT_FALSE(hardware.plug(other.displays.front())) << "it is there already";
+  EXPECT_FALSE(hardware.changes.plug(other.displays.front())) << "it is there already";
   EXPECT_THAT(news(), ElementsAre("screens"));
 }
 
 TEST_F(HardwareChangesTest, WhatIsNotPluggedInCannotChange) {
-  EXPECT_FALSE(hardware.unplug(7));
-  EXPECT_FALSE(hardware.replug(7));
-  EXPECT_FALSE(hardware.replug(2)) << "it is there";
-  EXPECT_FALSE(hardware.setFrame(7, {}));
-  EXPECT_FALSE(hardware.setHeadroom(7, 2));
-  EXPECT_FALSE(hardware.setScreenPresence(7, ScreenPresence::none));
-  EXPECT_FALSE(hardware.swapPorts(2, 7));
-  EXPECT_FALSE(hardware.refuseGamma(7, 1));
+  EXPECT_FALSE(hardware.changes.unplug(7));
+  EXPECT_FALSE(hardware.changes.replug(7));
+  EXPECT_FALSE(hardware.changes.replug(2)) << "it is there";
+  EXPECT_FALSE(hardware.changes.setFrame(7, {}));
+  EXPECT_FALSE(hardware.changes.setHeadroom(7, 2));
+  EXPECT_FALSE(hardware.changes.setScreenPresence(7, ScreenPresence::none));
+  EXPECT_FALSE(hardware.changes.swapPorts(2, 7));
+  EXPECT_FALSE(hardware.gamma.refuse(7, 1));
   EXPECT_THAT(news(), IsEmpty());
 }
 
 TEST_F(HardwareChangesTest, FrameHeadroomAndNumberOfAScreenChangeAndAreAnnounced) {
-  hardware.setFrame(3, {10, 20, 800, 600});
-  hardware.setHeadroom(3, 1);
-  hardware.setScreenPresence(3, ScreenPresence::unnumbered);
+  hardware.changes.setFrame(3, {10, 20, 800, 600});
+  hardware.changes.setHeadroom(3, 1);
+  hardware.changes.setScreenPresence(3, ScreenPresence::unnumbered);
   const auto screen = desk.machine->displays().screens().at(2);
   EXPECT_EQ(screen.frame, (Rect{10, 20, 800, 600}));
   EXPECT_EQ(screen.potentialHeadroom, 1);
@@ -141,20 +141,20 @@ TEST_F(HardwareChangesTest, SwappedPortsShowInTheRegistry) {
     return std::string();
   };
   ASSERT_EQ(controllerOf(2), "dispext0");
-  ASSERT_TRUE(hardware.swapPorts(2, 3));
+  ASSERT_TRUE(hardware.changes.swapPorts(2, 3));
   EXPECT_EQ(controllerOf(2), "dispext1");
   EXPECT_EQ(controllerOf(3), "dispext0");
   EXPECT_THAT(news(), ElementsAre("screens"));
 }
 
 TEST_F(HardwareChangesTest, AnAnnouncementMayComeAlthoughNothingChanged) {
-  hardware.announce(HardwareNotice::screenParameters);
+  hardware.events.announce(HardwareNotice::screenParameters);
   EXPECT_THAT(heard, IsEmpty()) << "it is a task of the main queue";
   EXPECT_THAT(news(), ElementsAre("screens"));
 }
 
 TEST_F(HardwareChangesTest, ARemovedObserverIsNotCalledEvenForEarlierAnnouncements) {
-  hardware.announce(HardwareNotice::screenParameters);
+  hardware.events.announce(HardwareNotice::screenParameters);
   observations.clear();
   EXPECT_THAT(news(), IsEmpty());
 }
@@ -166,34 +166,34 @@ TEST_F(HardwareChangesTest, AHandlerMayDropItsOwnObservation) {
     ++calls;
     own.reset();
   });
-  hardware.announce(HardwareNotice::screenParameters);
-  hardware.announce(HardwareNotice::screenParameters);
+  hardware.events.announce(HardwareNotice::screenParameters);
+  hardware.events.announce(HardwareNotice::screenParameters);
   desk.time().settle();
   EXPECT_EQ(calls, 1);
 }
 
 TEST_F(HardwareChangesTest, ASleepingMachinesBusAnswersNothingAndItsMonitorsSleep) {
   ASSERT_EQ(set(2), 0);
-  hardware.sleepSystem();
+  hardware.changes.sleepSystem();
   EXPECT_NE(set(2), 0);
-  EXPECT_TRUE(hardware.monitor(3)->isAsleep);
+  EXPECT_TRUE(hardware.monitors.state(3)->isAsleep);
   EXPECT_THAT(news(), IsEmpty());
-  hardware.wakeSystem(desk.time().now());
-  EXPECT_EQ(hardware.monitor(2)->shownLevel, 30) << "this one forgets";
+  hardware.changes.wakeSystem(desk.time().now());
+  EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 30) << "this one forgets";
   EXPECT_EQ(set(2), 0);
   EXPECT_THAT(news(), ElementsAre("wake", "screens wake"));
 }
 
 TEST_F(HardwareChangesTest, ScreensSleepAndWakeByThemselves) {
-  hardware.sleepScreens();
+  hardware.changes.sleepScreens();
   EXPECT_NE(set(3), 0);
-  hardware.wakeScreens(desk.time().now());
+  hardware.changes.wakeScreens(desk.time().now());
   EXPECT_EQ(set(3), 0);
   EXPECT_THAT(news(), ElementsAre("screens wake"));
 }
 
 TEST_F(HardwareChangesTest, RefusedGammaTablesChangeNothingAndAreCountedPerDisplay) {
-  ASSERT_TRUE(hardware.refuseGamma(2, 2));
+  ASSERT_TRUE(hardware.gamma.refuse(2, 2));
   EXPECT_TRUE(dim(3));
   EXPECT_FALSE(dim(2));
   EXPECT_FALSE(dim(2));
@@ -204,22 +204,22 @@ TEST_F(HardwareChangesTest, RefusedGammaTablesChangeNothingAndAreCountedPerDispl
 
 TEST_F(HardwareChangesTest, TheGrantIsGivenAndTakenWhileAProgramRuns) {
   AccessibilityAccess& access = desk.machine->accessibility();
-  hardware.setAccessibilityGranted(false);
+  hardware.system.setAccessibilityGranted(false);
   EXPECT_FALSE(access.isTrusted());
   EXPECT_FALSE(access.requestTrust());
   EXPECT_EQ(desk.machine->accessibility().promptCount(), 1);
-  hardware.setAccessibilityGranted(true);
+  hardware.system.setAccessibilityGranted(true);
   EXPECT_TRUE(access.requestTrust());
   EXPECT_EQ(desk.machine->accessibility().promptCount(), 1) << "who has it is not asked";
 }
 
 TEST_F(HardwareChangesTest, AChangeOfAppearanceIsAnnounced) {
   std::vector<HardwareNotice> notices;
-  const auto observation =
-      hardware.observe([&](HardwareNotice notice) { notices.push_back(notice); });
-  EXPECT_EQ(hardware.appearance(), DeskAppearance::light);
-  hardware.setAppearance(DeskAppearance::dark);
-  EXPECT_EQ(hardware.appearance(), DeskAppearance::dark);
+  const auto observation = hardware.events.observe<HardwareNotice>(
+      [&](HardwareNotice notice) { notices.push_back(notice); });
+  EXPECT_EQ(hardware.system.appearance(), DeskAppearance::light);
+  hardware.system.setAppearance(DeskAppearance::dark);
+  EXPECT_EQ(hardware.system.appearance(), DeskAppearance::dark);
   EXPECT_THAT(notices, ElementsAre(HardwareNotice::appearance));
   EXPECT_THAT(news(), IsEmpty());
 }
@@ -235,9 +235,9 @@ TEST_F(HardwareChangesTest, DisplaysComeAndGoWhileAnotherThreadWalksThem) {
     }
   });
   for (int i = 0; i < 200; ++i) {
-    hardware.unplug(2);
-    hardware.setFrame(3, {1.0 * i, 0, 100, 100});
-    hardware.replug(2);
+    hardware.changes.unplug(2);
+    hardware.changes.setFrame(3, {1.0 * i, 0, 100, 100});
+    hardware.changes.replug(2);
   }
   isDone = true;
   other.join();
@@ -259,10 +259,10 @@ TEST_F(HardwareChangesTest, AKilledProgramChangesNothingAndGetsNoEvents) {
   machine.gammaTables().restoreCalibratedTables();
   machine.defaults().remove("key");
   machine.log().write("Brivane: still here");
-  hardware.announce(HardwareNotice::screenParameters);
+  hardware.events.announce(HardwareNotice::screenParameters);
 
   EXPECT_EQ(peak(2), 0.5F);
-  EXPECT_EQ(hardware.openDomain("com.quorrel.brivane")->object("key"), PropertyValue{true});
+  EXPECT_EQ(hardware.domains.open("com.quorrel.brivane")->object("key"), PropertyValue{true});
   EXPECT_THAT(*desk.lines, IsEmpty());
   EXPECT_THAT(news(), IsEmpty());
   EXPECT_THAT(*traced, ElementsAre("program killed", "notice screen-parameters"));
@@ -270,17 +270,19 @@ TEST_F(HardwareChangesTest, AKilledProgramChangesNothingAndGetsNoEvents) {
   EXPECT_THAT(next->applications().runningApplications("com.quorrel.brivane"), IsEmpty());
   EXPECT_TRUE(std::holds_alternative<HotkeyReference>(next->hotkeys().registerHotkey(80, 0, {})));
   next->keyboard().pressBrightness(BrightnessKey::up);
-  EXPECT_FLOAT_EQ(*hardware.panelLevel(1), 0.5625F);
+  EXPECT_FLOAT_EQ(*hardware.panels.level(1), 0.5625F);
 }
 
 TEST_F(HardwareChangesTest, AnExceptionFromAnObserverDoesNotBlockTheNextEvent) {
-  auto leaving =
-      desk.hardware->observe([](HardwareNotice) { throw std::runtime_error("it ends here"); });
-  EXPECT_THROW(desk.hardware->announce(HardwareNotice::screenParameters), std::runtime_error);
+  auto leaving = desk.hardware->events.observe<HardwareNotice>(
+      [](HardwareNotice) { throw std::runtime_error("it ends here"); });
+  EXPECT_THROW(desk.hardware->events.announce(HardwareNotice::screenParameters),
+               std::runtime_error);
   leaving.reset();
   int notices = 0;
-  const auto staying = desk.hardware->observe([&](HardwareNotice) { ++notices; });
-  desk.hardware->announce(HardwareNotice::screenParameters);
+  const auto staying =
+      desk.hardware->events.observe<HardwareNotice>([&](HardwareNotice) { ++notices; });
+  desk.hardware->events.announce(HardwareNotice::screenParameters);
   EXPECT_EQ(notices, 1);
 }
 

@@ -26,7 +26,7 @@ class SharedHardwareTest : public testing::Test {
  protected:
   static std::vector<DisplayID> attached(const DeskHardware& hardware) {
     std::vector<DisplayID> identifiers;
-    for (const auto& display : *hardware.displays()) identifiers.push_back(display.identifier);
+    for (const auto& display : *hardware.displays.all()) identifiers.push_back(display.identifier);
     return identifiers;
   }
 
@@ -34,16 +34,16 @@ class SharedHardwareTest : public testing::Test {
     return TemporaryFolder::read(state / (name + ".json"));
   }
 
-  /// What `hardware` is told of from now on.
+  /// The notices that `hardware` delivers from now on.
   std::vector<HardwareNotice>& listen(DeskHardware& hardware) {
-    observations.push_back(
-        hardware.observe([this](HardwareNotice notice) { told.push_back(notice); }));
-    return told;
+    observations.push_back(hardware.events.observe<HardwareNotice>(
+        [this](HardwareNotice notice) { notices.push_back(notice); }));
+    return notices;
   }
 
   TemporaryFolder folder;
   const std::filesystem::path state = folder / "state";
-  std::vector<HardwareNotice> told;
+  std::vector<HardwareNotice> notices;
   std::vector<Observation> observations;
 };
 
@@ -51,86 +51,86 @@ TEST_F(SharedHardwareTest, ADisplayUnpluggedByOneProcessIsGoneForAllAndCanBePlug
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   ASSERT_THAT(attached(two.hardware), ElementsAre(1, 2, 3));
-  ASSERT_TRUE(one.hardware.unplug(2));
+  ASSERT_TRUE(one.hardware.changes.unplug(2));
   EXPECT_THAT(attached(two.hardware), ElementsAre(1, 3));
-  EXPECT_NE(two.hardware.writeI2C(2, 0x37, 0x51, forty, two.runtime.now()), 0);
-  EXPECT_FALSE(two.hardware.unplug(2));
-  ASSERT_TRUE(two.hardware.replug(2));
+  EXPECT_NE(two.hardware.monitors.writeI2C(2, 0x37, 0x51, forty, two.runtime.now()), 0);
+  EXPECT_FALSE(two.hardware.changes.unplug(2));
+  ASSERT_TRUE(two.hardware.changes.replug(2));
   EXPECT_THAT(attached(one.hardware), ElementsAre(1, 2, 3)) << "in its old place";
-  EXPECT_EQ(one.hardware.writeI2C(2, 0x37, 0x51, forty, one.runtime.now()), 0);
+  EXPECT_EQ(one.hardware.monitors.writeI2C(2, 0x37, 0x51, forty, one.runtime.now()), 0);
   FolderDesk later(deskText, state);
-  later.hardware.unplug(1);
+  later.hardware.changes.unplug(1);
   EXPECT_THAT(attached(FolderDesk(deskText, state).hardware), ElementsAre(2, 3));
 }
 
 TEST_F(SharedHardwareTest, FramePortHeadroomAndNumberOfAScreenAreShared) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
-  one.hardware.setFrame(2, {-1920, 0.5, 800, 600});
-  one.hardware.setHeadroom(2, 1.6);
-  one.hardware.setScreenPresence(2, ScreenPresence::unnumbered);
-  one.hardware.swapPorts(2, 3);
-  const auto display = two.hardware.display(2);
+  one.hardware.changes.setFrame(2, {-1920, 0.5, 800, 600});
+  one.hardware.changes.setHeadroom(2, 1.6);
+  one.hardware.changes.setScreenPresence(2, ScreenPresence::unnumbered);
+  one.hardware.changes.swapPorts(2, 3);
+  const auto display = two.hardware.displays.find(2);
   ASSERT_NE(display, nullptr);
   EXPECT_EQ(display->frame, (Rect{-1920, 0.5, 800, 600}));
   EXPECT_EQ(display->headroom, 1.6);
   EXPECT_EQ(display->screen, ScreenPresence::unnumbered);
   EXPECT_EQ(display->port, "dispext1");
-  EXPECT_EQ(two.hardware.display(3)->port, "dispext0");
-  EXPECT_EQ(two.hardware.display(3)->headroom, 2) << "untouched";
+  EXPECT_EQ(two.hardware.displays.find(3)->port, "dispext0");
+  EXPECT_EQ(two.hardware.displays.find(3)->headroom, 2) << "untouched";
 }
 
 TEST_F(SharedHardwareTest, SleepMoodGrantAppearancePointerAndRefusalsAreShared) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
-  one.hardware.setMood(2, MonitorMood::silent);
-  one.hardware.setAccessibilityGranted(false);
-  one.hardware.setAppearance(DeskAppearance::dark);
-  one.hardware.movePointer({5, 6});
-  one.hardware.refuseGamma(2, 2);
-  one.hardware.sleepSystem();
-  EXPECT_EQ(two.hardware.monitor(2)->mood, MonitorMood::silent);
-  EXPECT_TRUE(two.hardware.monitor(3)->isAsleep);
-  EXPECT_TRUE(two.hardware.isSystemAsleep());
-  EXPECT_NE(two.hardware.writeI2C(3, 0x37, 0x51, forty, two.runtime.now()), 0);
-  EXPECT_FALSE(two.hardware.isAccessibilityGranted());
-  EXPECT_EQ(two.hardware.appearance(), DeskAppearance::dark);
-  EXPECT_EQ(two.hardware.pointer(), (Point{5, 6}));
+  one.hardware.monitors.setMood(2, MonitorMood::silent);
+  one.hardware.system.setAccessibilityGranted(false);
+  one.hardware.system.setAppearance(DeskAppearance::dark);
+  one.hardware.system.movePointer({5, 6});
+  one.hardware.gamma.refuse(2, 2);
+  one.hardware.changes.sleepSystem();
+  EXPECT_EQ(two.hardware.monitors.state(2)->mood, MonitorMood::silent);
+  EXPECT_TRUE(two.hardware.monitors.state(3)->isAsleep);
+  EXPECT_TRUE(two.hardware.system.isAsleep());
+  EXPECT_NE(two.hardware.monitors.writeI2C(3, 0x37, 0x51, forty, two.runtime.now()), 0);
+  EXPECT_FALSE(two.hardware.system.isAccessibilityGranted());
+  EXPECT_EQ(two.hardware.system.appearance(), DeskAppearance::dark);
+  EXPECT_EQ(two.hardware.system.pointer(), (Point{5, 6}));
   const GammaTable dark = {GammaCurve{0, 0.5F}, GammaCurve{0, 0.5F}, GammaCurve{0, 0.5F}};
-  EXPECT_FALSE(two.hardware.setGammaTable(2, dark));
-  EXPECT_FALSE(one.hardware.setGammaTable(2, dark)) << "the second of two";
-  EXPECT_TRUE(two.hardware.setGammaTable(2, dark));
-  two.hardware.wakeSystem(two.runtime.now());
-  EXPECT_FALSE(one.hardware.isSystemAsleep());
-  EXPECT_EQ(one.hardware.writeI2C(3, 0x37, 0x51, forty, one.runtime.now()), 0);
+  EXPECT_FALSE(two.hardware.gamma.setTable(2, dark));
+  EXPECT_FALSE(one.hardware.gamma.setTable(2, dark)) << "the second of two";
+  EXPECT_TRUE(two.hardware.gamma.setTable(2, dark));
+  two.hardware.changes.wakeSystem(two.runtime.now());
+  EXPECT_FALSE(one.hardware.system.isAsleep());
+  EXPECT_EQ(one.hardware.monitors.writeI2C(3, 0x37, 0x51, forty, one.runtime.now()), 0);
 }
 
 TEST_F(SharedHardwareTest, AKeyThatOneProcessPressesIsDownForAll) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
-  EXPECT_TRUE(one.hardware.putKeyDown(0x70000006E, 0x70000006F));
-  EXPECT_FALSE(two.hardware.putKeyDown(0x70000006E, 0x70000006E));
-  EXPECT_THAT(two.hardware.keysDown().arrived,
+  EXPECT_TRUE(one.hardware.input.putKeyDown(0x70000006E, 0x70000006F));
+  EXPECT_FALSE(two.hardware.input.putKeyDown(0x70000006E, 0x70000006E));
+  EXPECT_THAT(two.hardware.input.keysDown().arrived,
               ElementsAre(std::pair(HIDUsage{0x70000006E}, HIDUsage{0x70000006F})));
-  EXPECT_EQ(two.hardware.takeKeyUp(0x70000006E), 0x70000006F);
-  EXPECT_EQ(one.hardware.takeKeyUp(0x70000006E), std::nullopt);
+  EXPECT_EQ(two.hardware.input.takeKeyUp(0x70000006E), 0x70000006F);
+  EXPECT_EQ(one.hardware.input.takeKeyUp(0x70000006E), std::nullopt);
 }
 
 TEST_F(SharedHardwareTest, EditingAFrameInTheDeskFilePlugsEverythingInAsTheFileSays) {
-  FolderDesk(deskText, state).hardware.unplug(2);
+  FolderDesk(deskText, state).hardware.changes.unplug(2);
   std::string edited = deskText;
   edited.replace(edited.find("\"headroom\": 2"), 13, "\"headroom\": 3");
   EXPECT_THAT(attached(FolderDesk(edited, state).hardware), ElementsAre(1, 2, 3));
 }
 
 TEST_F(SharedHardwareTest, EditingAFirmwareInTheDeskFilePlugsNothingIn) {
-  FolderDesk(deskText, state).hardware.unplug(2);
+  FolderDesk(deskText, state).hardware.changes.unplug(2);
   std::string edited = deskText;
   edited.replace(edited.find("\"level\": 30"), 11, "\"level\": 31");
   FolderDesk desk(edited, state);
   EXPECT_THAT(attached(desk.hardware), ElementsAre(1, 3));
-  ASSERT_TRUE(desk.hardware.replug(2));
-  EXPECT_EQ(desk.hardware.monitor(2)->shownLevel, 31);
+  ASSERT_TRUE(desk.hardware.changes.replug(2));
+  EXPECT_EQ(desk.hardware.monitors.state(2)->shownLevel, 31);
 }
 
 TEST_F(SharedHardwareTest, GrantAndAppearanceStartAfreshWhenTheirOwnSectionsAreEdited) {
@@ -140,21 +140,21 @@ TEST_F(SharedHardwareTest, GrantAndAppearanceStartAfreshWhenTheirOwnSectionsAreE
   };
   {
     FolderDesk desk(text("true", "light"), state);
-    desk.hardware.setAccessibilityGranted(false);
-    desk.hardware.setAppearance(DeskAppearance::dark);
+    desk.hardware.system.setAccessibilityGranted(false);
+    desk.hardware.system.setAppearance(DeskAppearance::dark);
   }
   FolderDesk same(text("true", "light"), state);
-  EXPECT_FALSE(same.hardware.isAccessibilityGranted());
-  EXPECT_EQ(same.hardware.appearance(), DeskAppearance::dark);
+  EXPECT_FALSE(same.hardware.system.isAccessibilityGranted());
+  EXPECT_EQ(same.hardware.system.appearance(), DeskAppearance::dark);
   FolderDesk darkFile(text("true", "dark"), state);
-  darkFile.hardware.setAppearance(DeskAppearance::light);
+  darkFile.hardware.system.setAppearance(DeskAppearance::light);
   FolderDesk edited(text("true", "light"), state);
-  EXPECT_EQ(edited.hardware.appearance(), DeskAppearance::light);
-  EXPECT_FALSE(edited.hardware.isAccessibilityGranted()) << "its section is the same";
+  EXPECT_EQ(edited.hardware.system.appearance(), DeskAppearance::light);
+  EXPECT_FALSE(edited.hardware.system.isAccessibilityGranted()) << "its section is the same";
 }
 
 TEST_F(SharedHardwareTest, AnArrangementThatMakesNoSenseIsSetAsideAndEverythingIsPluggedIn) {
-  FolderDesk(deskText, state).hardware.unplug(2);
+  FolderDesk(deskText, state).hardware.changes.unplug(2);
   std::string text = stateOf("displays");
   const auto place = text.find("\"identifier\":3");
   ASSERT_NE(place, std::string::npos);
@@ -170,94 +170,94 @@ TEST_F(SharedHardwareTest, ADisplayThatOnlyOneProcessHasSurvivesTheChangesOfOthe
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   const auto other = deskFrom(R"({"displays": [{"identifier": 9}]})");
-  ASSERT_TRUE(one.hardware.plug(other.displays.front()));
+  ASSERT_TRUE(one.hardware.changes.plug(other.displays.front()));
   EXPECT_THAT(attached(two.hardware), ElementsAre(1, 2, 3));
-  two.hardware.unplug(1);
+  two.hardware.changes.unplug(1);
   EXPECT_THAT(attached(one.hardware), ElementsAre(2, 3, 9));
 }
 
 TEST_F(SharedHardwareTest, AProcessThatFollowsGetsAllLaterEventsInOrder) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
-  one.hardware.unplug(2);
-  two.hardware.follow();
+  one.hardware.changes.unplug(2);
+  two.hardware.events.follow();
   listen(two.hardware);
-  two.hardware.meetEvents();
-  EXPECT_THAT(told, IsEmpty()) << "that was before";
-  one.hardware.sleepSystem();
-  one.hardware.wakeSystem(one.runtime.now());
-  one.hardware.replug(2);
-  one.hardware.setAppearance(DeskAppearance::dark);
-  EXPECT_THAT(told, IsEmpty());
-  two.hardware.meetEvents();
-  EXPECT_THAT(told, ElementsAre(HardwareNotice::didWake, HardwareNotice::screensDidWake,
-                                HardwareNotice::screenParameters, HardwareNotice::appearance));
-  two.hardware.meetEvents();
-  EXPECT_THAT(told, SizeIs(4)) << "once each";
+  two.hardware.events.deliver();
+  EXPECT_THAT(notices, IsEmpty()) << "that was before";
+  one.hardware.changes.sleepSystem();
+  one.hardware.changes.wakeSystem(one.runtime.now());
+  one.hardware.changes.replug(2);
+  one.hardware.system.setAppearance(DeskAppearance::dark);
+  EXPECT_THAT(notices, IsEmpty());
+  two.hardware.events.deliver();
+  EXPECT_THAT(notices, ElementsAre(HardwareNotice::didWake, HardwareNotice::screensDidWake,
+                                   HardwareNotice::screenParameters, HardwareNotice::appearance));
+  two.hardware.events.deliver();
+  EXPECT_THAT(notices, SizeIs(4)) << "once each";
 }
 
 TEST_F(SharedHardwareTest, ItsOwnEventsComeAtOnceAndAfterEarlierOnesOfOthers) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
-  two.hardware.follow();
+  two.hardware.events.follow();
   listen(two.hardware);
-  one.hardware.announce(HardwareNotice::didWake);
-  two.hardware.setAppearance(DeskAppearance::dark);
-  EXPECT_THAT(told, ElementsAre(HardwareNotice::didWake, HardwareNotice::appearance));
+  one.hardware.events.announce(HardwareNotice::didWake);
+  two.hardware.system.setAppearance(DeskAppearance::dark);
+  EXPECT_THAT(notices, ElementsAre(HardwareNotice::didWake, HardwareNotice::appearance));
 }
 
 TEST_F(SharedHardwareTest, AnEventThatAnObserverCausesIsDeliveredAfterwards) {
   FolderDesk desk(deskText, state);
-  desk.hardware.follow();
-  const auto waking = desk.hardware.observe([&](HardwareNotice notice) {
-    if (notice == HardwareNotice::didWake) desk.hardware.unplug(3);
+  desk.hardware.events.follow();
+  const auto waking = desk.hardware.events.observe<HardwareNotice>([&](HardwareNotice notice) {
+    if (notice == HardwareNotice::didWake) desk.hardware.changes.unplug(3);
   });
   listen(desk.hardware);
-  desk.hardware.announce(HardwareNotice::didWake);
-  EXPECT_THAT(told, ElementsAre(HardwareNotice::didWake, HardwareNotice::screenParameters));
+  desk.hardware.events.announce(HardwareNotice::didWake);
+  EXPECT_THAT(notices, ElementsAre(HardwareNotice::didWake, HardwareNotice::screenParameters));
 }
 
 TEST_F(SharedHardwareTest, AProcessThatMissedManyEventsGetsTheLatest) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
-  two.hardware.follow();
+  two.hardware.events.follow();
   listen(two.hardware);
-  one.hardware.announce(HardwareNotice::didWake);
-  for (int i = 0; i < 256; ++i) one.hardware.announce(HardwareNotice::screensDidWake);
-  two.hardware.meetEvents();
-  EXPECT_EQ(told, std::vector(256, HardwareNotice::screensDidWake));
+  one.hardware.events.announce(HardwareNotice::didWake);
+  for (int i = 0; i < 256; ++i) one.hardware.events.announce(HardwareNotice::screensDidWake);
+  two.hardware.events.deliver();
+  EXPECT_EQ(notices, std::vector(256, HardwareNotice::screensDidWake));
 }
 
 TEST_F(SharedHardwareTest, EventsGoOnWhenTheFolderWasEmptied) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
-  for (int i = 0; i < 3; ++i) one.hardware.announce(HardwareNotice::didWake);
-  two.hardware.follow();
+  for (int i = 0; i < 3; ++i) one.hardware.events.announce(HardwareNotice::didWake);
+  two.hardware.events.follow();
   listen(two.hardware);
   std::filesystem::remove_all(state);
-  one.hardware.announce(HardwareNotice::appearance);
-  two.hardware.meetEvents();
-  EXPECT_THAT(told, ElementsAre(HardwareNotice::appearance));
+  one.hardware.events.announce(HardwareNotice::appearance);
+  two.hardware.events.deliver();
+  EXPECT_THAT(notices, ElementsAre(HardwareNotice::appearance));
 }
 
 TEST_F(SharedHardwareTest, EventsThatCouldNotBeWrittenAreDeliveredInTheirProcessAndHideNoOthers) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
-  one.hardware.announce(HardwareNotice::appearance);
-  two.hardware.follow();
+  one.hardware.events.announce(HardwareNotice::appearance);
+  two.hardware.events.follow();
   listen(two.hardware);
   std::filesystem::create_directory(state / "events.json.new");
-  two.hardware.announce(HardwareNotice::didWake);
-  two.hardware.announce(HardwareNotice::screensDidWake);
-  EXPECT_THAT(std::exchange(told, {}),
+  two.hardware.events.announce(HardwareNotice::didWake);
+  two.hardware.events.announce(HardwareNotice::screensDidWake);
+  EXPECT_THAT(std::exchange(notices, {}),
               ElementsAre(HardwareNotice::didWake, HardwareNotice::screensDidWake));
   std::filesystem::remove(state / "events.json.new");
-  one.hardware.announce(HardwareNotice::screenParameters);
-  two.hardware.meetEvents();
-  EXPECT_THAT(std::exchange(told, {}), ElementsAre(HardwareNotice::screenParameters));
-  one.hardware.announce(HardwareNotice::didWake);
-  two.hardware.announce(HardwareNotice::appearance);
-  EXPECT_THAT(told, ElementsAre(HardwareNotice::didWake, HardwareNotice::appearance));
+  one.hardware.events.announce(HardwareNotice::screenParameters);
+  two.hardware.events.deliver();
+  EXPECT_THAT(std::exchange(notices, {}), ElementsAre(HardwareNotice::screenParameters));
+  one.hardware.events.announce(HardwareNotice::didWake);
+  two.hardware.events.announce(HardwareNotice::appearance);
+  EXPECT_THAT(notices, ElementsAre(HardwareNotice::didWake, HardwareNotice::appearance));
 }
 
 TEST_F(SharedHardwareTest, AQueueWithAnEventOfNoKindIsSetAside) {
@@ -265,12 +265,12 @@ TEST_F(SharedHardwareTest, AQueueWithAnEventOfNoKindIsSetAside) {
                                 R"({"notice": "did-wake", "key": 5, "down": true})",
                                 R"({"key": 5})", R"({"tapTimeout": false})"}) {
     FolderDesk desk(deskText, state);
-    desk.hardware.announce(HardwareNotice::didWake);
+    desk.hardware.events.announce(HardwareNotice::didWake);
     std::string text = stateOf("events");
     const auto start = text.find("{\"notice\"");
     text.replace(start, text.find('}', start) + 1 - start, odd);
     std::ofstream(state / "events.json") << text;
-    desk.hardware.follow();
+    desk.hardware.events.follow();
     ASSERT_THAT(*desk.lines, SizeIs(1)) << odd;
     EXPECT_THAT(desk.lines->front(), HasSubstr("can't be read (/state/events/0"));
   }
@@ -280,14 +280,14 @@ TEST_F(SharedHardwareTest, ATapThatIsTimedOutByAnotherProcessIsDisabledAndNotifi
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   std::vector<std::uint32_t> types;
-  const auto tap = two.hardware.input().taps.add([&](const TapEvent& event) {
+  const auto tap = two.hardware.input.taps.add([&](const TapEvent& event) {
     types.push_back(event.type);
     return TapVerdict::passThrough;
   });
   tap->isEnabled = true;
-  two.hardware.follow();
-  one.hardware.timeOutTaps();
-  two.hardware.meetEvents();
+  two.hardware.events.follow();
+  one.hardware.events.announce(TapTimeout{});
+  two.hardware.events.deliver();
   EXPECT_THAT(types, ElementsAre(TapEvent::disabledByTimeout));
   EXPECT_FALSE(tap->isEnabled);
 }
@@ -296,11 +296,11 @@ TEST_F(SharedHardwareTest, EachVersionOfAStateIsSeenHoweverFastTheyFollow) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
   for (std::uint16_t level = 0; level < 500; ++level) {
-    one.hardware.setLevelByButtons(2, 65000);
-    two.hardware.monitor(2);
-    one.hardware.setLevelByButtons(2, static_cast<std::uint16_t>(10000 + level));
-    one.hardware.setLevelByButtons(2, static_cast<std::uint16_t>(20000 + level));
-    ASSERT_EQ(two.hardware.monitor(2)->shownLevel, 20000 + level);
+    one.hardware.monitors.setLevelByButtons(2, 65000);
+    two.hardware.monitors.state(2);
+    one.hardware.monitors.setLevelByButtons(2, static_cast<std::uint16_t>(10000 + level));
+    one.hardware.monitors.setLevelByButtons(2, static_cast<std::uint16_t>(20000 + level));
+    ASSERT_EQ(two.hardware.monitors.state(2)->shownLevel, 20000 + level);
   }
 }
 

@@ -22,10 +22,10 @@ class TraceTest : public testing::Test {
 TEST_F(TraceTest, NamesTheBytesOfEveryTransfer) {
   const std::array<std::uint8_t, 4> get = {0x82, 0x01, 0x10, 0xFD};
   std::array<std::uint8_t, 3> reply{};
-  hardware.writeI2C(2, 0x37, 0x51, get, {});
-  hardware.readI2C(2, 0x37, 0x51, reply, {});
-  hardware.writeI2C(2, 0x38, 0x50, get, {});
-  hardware.readI2C(9, 0x37, 0x51, reply, {});
+  hardware.monitors.writeI2C(2, 0x37, 0x51, get, {});
+  hardware.monitors.readI2C(2, 0x37, 0x51, reply, {});
+  hardware.monitors.writeI2C(2, 0x38, 0x50, get, {});
+  hardware.monitors.readI2C(9, 0x37, 0x51, reply, {});
   EXPECT_THAT(*lines, ElementsAre("bus 2 write 82 01 10 FD", "bus 2 read 6E 88 02",
                                   "bus 2 write 82 01 10 FD, chip 56, address 80, refused",
                                   "bus 9 read, refused"));
@@ -37,7 +37,7 @@ TEST_F(TraceTest, SaysOfAGammaTableItsSizeADigestAndItsPeak) {
   GammaTables& gamma = machine.gammaTables();
   gamma.writeTable(2, dark, dark, dark);
   gamma.writeTable(2, bright, bright, bright);
-  hardware.refuseGamma(2, 1);
+  hardware.gamma.refuse(2, 1);
   gamma.writeTable(2, dark, dark, dark);
   gamma.restoreCalibratedTables();
   EXPECT_THAT(*lines, ElementsAre("gamma 2 2 samples, digest 867075C454A5B0A8, peak 0.5",
@@ -56,11 +56,11 @@ TEST_F(TraceTest, TellsTablesApartThatDifferInOneBitOrInTheirChannels) {
 }
 
 TEST_F(TraceTest, SaysWhatBecameOfThePanel) {
-  hardware.setPanelLevel(1, 0.25F);
-  hardware.setPanelLevel(2, 0.25F);
-  hardware.changeSystemBrightness(BrightnessKey::up);
-  hardware.unplug(1);
-  hardware.changeSystemBrightness(BrightnessKey::down);
+  hardware.panels.setLevel(1, 0.25F);
+  hardware.panels.setLevel(2, 0.25F);
+  hardware.panels.changeSystemBrightness(BrightnessKey::up);
+  hardware.changes.unplug(1);
+  hardware.panels.changeSystemBrightness(BrightnessKey::down);
   EXPECT_THAT(*lines, ElementsAre("display-services 1 level 0.25", "display-services 2 refused",
                                   "system brightness up, level 0.3125", "display 1 unplugged",
                                   "notice screen-parameters", "system brightness down, no panel"));
@@ -78,7 +78,7 @@ TEST_F(TraceTest, SaysWhatBecameOfSettingsAndTheLog) {
 TEST_F(TraceTest, SaysWhatWasRunAndWhatItDid) {
   ProcessRunner& processes = machine.processes();
   processes.run("/usr/bin/hidutil", {"property", "--get", "UserKeyMapping"});
-  hardware.setHIDMapping({{0xC0000006F, 0x70000006E}, {0xC00000070, 0x70000006F}});
+  hardware.system.setHIDMapping({{0xC0000006F, 0x70000006E}, {0xC00000070, 0x70000006F}});
   processes.run("/usr/bin/hidutil", {"property", "--set", R"({"UserKeyMapping":[]})"});
   processes.run("/bin/launchctl", {"disable", "gui/501/com.quorrel.brivane"});
   processes.run("/bin/no", {});
@@ -101,7 +101,7 @@ TEST_F(TraceTest, SaysWhatWasAskedOfTheSystem) {
   tap->setEnabled(true);
   tap->setEnabled(false);
   tap.reset();
-  hardware.setAccessibilityGranted(false);
+  hardware.system.setAccessibilityGranted(false);
   machine.eventTaps().createTap([](const TapEvent&) { return TapVerdict::swallow; });
   machine.accessibility().requestTrust();
   machine.session().openURL("example:x");
@@ -115,16 +115,16 @@ TEST_F(TraceTest, SaysWhatWasAskedOfTheSystem) {
 }
 
 TEST_F(TraceTest, SaysWhatHappenedToTheDesk) {
-  hardware.setFrame(2, {0.5, -1, 100, 200});
-  hardware.setHeadroom(2, 4);
-  hardware.setScreenPresence(2, ScreenPresence::unnumbered);
-  hardware.swapPorts(1, 2);
-  hardware.setLevelByButtons(2, 40);
-  hardware.setMood(2, MonitorMood::silent);
-  hardware.sleepSystem();
-  hardware.wakeSystem({});
-  hardware.movePointer({3, 4.5});
-  hardware.setAppearance(DeskAppearance::dark);
+  hardware.changes.setFrame(2, {0.5, -1, 100, 200});
+  hardware.changes.setHeadroom(2, 4);
+  hardware.changes.setScreenPresence(2, ScreenPresence::unnumbered);
+  hardware.changes.swapPorts(1, 2);
+  hardware.monitors.setLevelByButtons(2, 40);
+  hardware.monitors.setMood(2, MonitorMood::silent);
+  hardware.changes.sleepSystem();
+  hardware.changes.wakeSystem({});
+  hardware.system.movePointer({3, 4.5});
+  hardware.system.setAppearance(DeskAppearance::dark);
   std::erase(*lines, "notice screen-parameters");
   EXPECT_THAT(*lines,
               ElementsAre("display 2 frame 0.5 -1 100 200", "display 2 headroom 4",
@@ -136,8 +136,8 @@ TEST_F(TraceTest, SaysWhatHappenedToTheDesk) {
 }
 
 TEST_F(TraceTest, IsSilentOnceItIsRemoved) {
-  hardware.setTrace(nullptr);
-  hardware.setPanelLevel(1, 0.25F);
+  hardware.tracer->set(nullptr);
+  hardware.panels.setLevel(1, 0.25F);
   EXPECT_THAT(*lines, IsEmpty());
 }
 

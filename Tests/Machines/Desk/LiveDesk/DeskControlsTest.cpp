@@ -65,34 +65,34 @@ TEST_F(LiveControlsTest, AMonitorsStripTellsItsLevelAndItsWrites) {
   EXPECT_THAT(strip().status, ElementsAre("153 of 255, 0 writes"));
   EXPECT_THAT(titles(strip()), ElementsAre("−", "+", "Mood", "Sleep", "Headroom"));
   const std::array<std::uint8_t, 6> setForty = {0x84, 0x03, 0x10, 0x00, 0x28, 0xD1};
-  hardware.writeI2C(2, 0x37, 0x51, setForty, desk.time().now());
+  hardware.monitors.writeI2C(2, 0x37, 0x51, setForty, desk.time().now());
   EXPECT_THAT(strip().status, ElementsAre("40 of 255, 1 write"));
 }
 
 TEST_F(LiveControlsTest, ItsButtonsGoATenthAndStopAtTheEnds) {
   press(strip(), "+");
-  EXPECT_EQ(hardware.monitor(2)->shownLevel, 178);
+  EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 178);
   for (int i = 0; i < 5; ++i) press(strip(), "+");
-  EXPECT_EQ(hardware.monitor(2)->shownLevel, 255);
+  EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 255);
   for (int i = 0; i < 20; ++i) press(strip(), "−");
-  EXPECT_EQ(hardware.monitor(2)->shownLevel, 0);
-  EXPECT_EQ(hardware.monitor(2)->writeCount, 0u) << "a person's presses are not counted";
+  EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 0);
+  EXPECT_EQ(hardware.monitors.state(2)->writeCount, 0u) << "a person's presses are not counted";
 }
 
 TEST_F(LiveControlsTest, ItsMoodIsOneOfEight) {
   EXPECT_EQ(chosen(strip(), "Mood"), "answering");
   EXPECT_EQ(control<LiveChoice>(strip(), "Mood").options.size(), 8u);
   choose(strip(), "Mood", "garbled");
-  EXPECT_EQ(hardware.monitor(2)->mood, MonitorMood::garbled);
+  EXPECT_EQ(hardware.monitors.state(2)->mood, MonitorMood::garbled);
   EXPECT_EQ(chosen(strip(), "Mood"), "garbled");
 }
 
 TEST_F(LiveControlsTest, ItSleepsAndWakes) {
   press(strip(), "Sleep");
-  EXPECT_TRUE(hardware.monitor(2)->isAsleep);
+  EXPECT_TRUE(hardware.monitors.state(2)->isAsleep);
   EXPECT_THAT(strip().status, ElementsAre("153 of 255, 0 writes, asleep"));
   press(strip(), "Wake");
-  EXPECT_FALSE(hardware.monitor(2)->isAsleep);
+  EXPECT_FALSE(hardware.monitors.state(2)->isAsleep);
 }
 
 TEST_F(LiveControlsTest, ABuiltInPanelHasNoButtonsOfItsOwn) {
@@ -105,46 +105,46 @@ TEST_F(LiveControlsTest, HeadroomOffersTheUsualValuesAndItsOwn) {
               ElementsAre("1", "1.6", "2", "3", "4"));
   EXPECT_EQ(chosen(strip(1), "Headroom"), "3");
   choose(strip(1), "Headroom", "1.6");
-  EXPECT_EQ(hardware.display(1)->headroom, 1.6);
+  EXPECT_EQ(hardware.displays.find(1)->headroom, 1.6);
 }
 
 TEST_F(LiveControlsTest, AnUnpluggedDisplayHasNoStripAndCanBePluggedInAtThePanel) {
   EXPECT_THAT(titles(panel()), ElementsAre("Sleep", "Screens Off", "Appearance", "Accessibility"));
   const auto old = strip();
-  hardware.unplug(2);
+  hardware.changes.unplug(2);
   EXPECT_THAT(strip().controls, IsEmpty());
   press(old, "+");
   press(panel(), "Plug In [2] Halden H27");
-  EXPECT_EQ(hardware.monitor(2)->shownLevel, 153) << "a button of a window that is closing";
+  EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 153) << "a button of a window that is closing";
   EXPECT_EQ(strip().title, "[2] Halden H27");
 }
 
 TEST_F(LiveControlsTest, TheMachineSleepsAndWakes) {
   EXPECT_THAT(panel().status, ElementsAre("Awake"));
   press(panel(), "Sleep");
-  EXPECT_TRUE(hardware.isSystemAsleep());
+  EXPECT_TRUE(hardware.system.isAsleep());
   EXPECT_THAT(panel().status, ElementsAre("Asleep"));
   EXPECT_THAT(titles(panel()), ElementsAre("Wake", "Appearance", "Accessibility"));
   press(panel(), "Wake");
-  EXPECT_FALSE(hardware.isSystemAsleep());
-  EXPECT_FALSE(hardware.monitor(2)->isAsleep);
+  EXPECT_FALSE(hardware.system.isAsleep());
+  EXPECT_FALSE(hardware.monitors.state(2)->isAsleep);
 }
 
 TEST_F(LiveControlsTest, ScreensGoOffAndOnByThemselves) {
   press(panel(), "Screens Off");
-  EXPECT_TRUE(hardware.monitor(2)->isAsleep);
-  EXPECT_FALSE(hardware.isSystemAsleep());
+  EXPECT_TRUE(hardware.monitors.state(2)->isAsleep);
+  EXPECT_FALSE(hardware.system.isAsleep());
   press(panel(), "Screens On");
-  EXPECT_FALSE(hardware.monitor(2)->isAsleep);
+  EXPECT_FALSE(hardware.monitors.state(2)->isAsleep);
 }
 
 TEST_F(LiveControlsTest, AppearanceAndGrantAreTheUsers) {
   EXPECT_EQ(chosen(panel(), "Appearance"), "light");
   choose(panel(), "Appearance", "dark");
-  EXPECT_EQ(hardware.appearance(), DeskAppearance::dark);
+  EXPECT_EQ(hardware.system.appearance(), DeskAppearance::dark);
   EXPECT_EQ(chosen(panel(), "Accessibility"), "granted");
   choose(panel(), "Accessibility", "revoked");
-  EXPECT_FALSE(hardware.isAccessibilityGranted());
+  EXPECT_FALSE(hardware.system.isAccessibilityGranted());
   EXPECT_EQ(chosen(panel(), "Accessibility"), "revoked");
 }
 

@@ -44,7 +44,7 @@ TEST_F(DeskLiveViewTest, EachMonitorThatIsPluggedInHasAWindow) {
   EXPECT_EQ(place(2), (LivePlace{2, 177, 496, 246}));
   shown.unplug(2);
   EXPECT_THAT(displays(), ElementsAre(1));
-  hardware.replug(2);
+  hardware.changes.replug(2);
   EXPECT_EQ(place(2), (LivePlace{2, 177, 496, 246})) << "at its old place";
 }
 
@@ -58,7 +58,7 @@ TEST_F(DeskLiveViewTest, AMovedWindowRearrangesAndItsPlaceIsTheNewFrames) {
   shown.monitors();
   const auto trace = desk.trace();
   shown.windowMoved(2, 202, 327);
-  EXPECT_EQ(hardware.display(2)->frame, (Rect{-1200, -600, 2000, 1000}));
+  EXPECT_EQ(hardware.displays.find(2)->frame, (Rect{-1200, -600, 2000, 1000}));
   EXPECT_THAT(*trace,
               ElementsAre("display 2 frame -1200 -600 2000 1000", "notice screen-parameters"));
   EXPECT_EQ(place(2), (LivePlace{202, 327, 496, 246}));
@@ -81,14 +81,14 @@ TEST_F(DeskLiveViewTest, AWindowDraggedOverTheEdgeLeavesTheOthersInTheirPlaces) 
 TEST_F(DeskLiveViewTest, AWindowMovedCloseToAnotherTouchesIt) {
   shown.monitors();
   shown.windowMoved(2, 5, 181);
-  EXPECT_EQ(hardware.display(2)->frame, (Rect{-2000, 0, 2000, 1000}));
+  EXPECT_EQ(hardware.displays.find(2)->frame, (Rect{-2000, 0, 2000, 1000}));
 }
 
 TEST_F(DeskLiveViewTest, AnArrangementThatNoLongerFitsIsLaidOutAgain) {
   const LivePlace before = place(1);
-  hardware.setFrame(2, {-2000, -300, 2000, 1000});
+  hardware.changes.setFrame(2, {-2000, -300, 2000, 1000});
   EXPECT_EQ(place(1), before) << "there is room";
-  hardware.setFrame(2, {-6000, 0, 2000, 1000});
+  hardware.changes.setFrame(2, {-6000, 0, 2000, 1000});
   EXPECT_EQ(place(1).width, 246);
   EXPECT_EQ(place(2).x, 2);
 }
@@ -96,23 +96,23 @@ TEST_F(DeskLiveViewTest, AnArrangementThatNoLongerFitsIsLaidOutAgain) {
 TEST_F(DeskLiveViewTest, APictureIsMadeAnewOnlyWhenThePanelShowsAnother) {
   const auto first = shown.picture(2, 32, 20);
   ASSERT_EQ(first->pixels.size(), 640u);
-  hardware.setHeadroom(1, 3);
-  hardware.movePointer({5, 5});
+  hardware.changes.setHeadroom(1, 3);
+  hardware.system.movePointer({5, 5});
   EXPECT_EQ(shown.picture(2, 32, 20), first);
-  hardware.setLevelByButtons(2, 90);
+  hardware.monitors.setLevelByButtons(2, 90);
   const auto brighter = shown.picture(2, 32, 20);
   EXPECT_GT(brighter->pixels.front() & 0xFFU, first->pixels.front() & 0xFFU);
   const GammaCurve noBlue = {0, 0};
-  hardware.setGammaTable(2, {GammaCurve{0, 1}, GammaCurve{0, 1}, noBlue});
+  hardware.gamma.setTable(2, {GammaCurve{0, 1}, GammaCurve{0, 1}, noBlue});
   EXPECT_EQ(shown.picture(2, 32, 20)->pixels.front() & 0xFFU, 0u);
   EXPECT_EQ(shown.picture(2, 16, 10)->pixels.size(), 160u);
-  hardware.unplug(2);
+  hardware.changes.unplug(2);
   EXPECT_EQ(shown.picture(2, 32, 20), nullptr);
 }
 
 TEST_F(DeskLiveViewTest, ThePointerIsTakenToTheSpot) {
   shown.movePointer({2, 0.25, 0.9});
-  EXPECT_EQ(hardware.pointer(), (Point{-1500, 100}));
+  EXPECT_EQ(hardware.system.pointer(), (Point{-1500, 100}));
   const auto spot = shown.spotAt({-1500, 100});
   ASSERT_TRUE(spot.has_value());
   EXPECT_EQ(spot->display, 2u);
@@ -151,8 +151,8 @@ TEST_F(DeskLiveViewTest, ABrightnessKeyReachesTheSystem) {
 TEST_F(DeskLiveViewTest, ChangesAreAnnouncedSoonAndMerged) {
   int told = 0;
   const auto observation = shown.observe([&] { ++told; });
-  hardware.setFrame(2, {-2100, 0, 2000, 1000});
-  hardware.setHeadroom(2, 2);
+  hardware.changes.setFrame(2, {-2100, 0, 2000, 1000});
+  hardware.changes.setHeadroom(2, 2);
   EXPECT_EQ(told, 0) << "whoever made it may be in the middle of something";
   desk.time().settle();
   EXPECT_EQ(told, 1);

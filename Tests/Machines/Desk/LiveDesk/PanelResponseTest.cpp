@@ -101,15 +101,15 @@ TEST(PanelLight, FollowsLevelSleepAndHeadroomOfTheDisplay) {
   EXPECT_EQ(panelLight(hardware, 3), (PanelLight{1, 1})) << "nothing is known of its level";
   EXPECT_DOUBLE_EQ(panelLight(hardware, 1)->backlight, 0.01 + 0.99 * 0.5);
   EXPECT_EQ(panelLight(hardware, 1)->headroom, 4);
-  hardware.setLevelByButtons(2, 0);
+  hardware.monitors.setLevelByButtons(2, 0);
   EXPECT_DOUBLE_EQ(panelLight(hardware, 2)->backlight, 0.1) << "it still gives light";
-  hardware.setLevelByButtons(2, 60000);
+  hardware.monitors.setLevelByButtons(2, 60000);
   EXPECT_EQ(panelLight(hardware, 2)->backlight, 1) << "above its maximum it gives no more";
-  hardware.fallAsleep(2);
+  hardware.monitors.fallAsleep(2);
   EXPECT_EQ(panelLight(hardware, 2)->backlight, 0);
-  hardware.sleepSystem();
+  hardware.changes.sleepSystem();
   EXPECT_EQ(panelLight(hardware, 1)->backlight, 0);
-  hardware.unplug(2);
+  hardware.changes.unplug(2);
   EXPECT_EQ(panelLight(hardware, 2), std::nullopt);
 }
 

@@ -30,13 +30,13 @@ class DeskResidentUnderTest : public ResidentUnderTest {
   void pressBrightnessUp() override { desk->keyboard().pressBrightness(BrightnessKey::up); }
   void releaseBrightnessUp() override { desk->keyboard().releaseBrightness(BrightnessKey::up); }
   void occupyAlone(std::uint32_t keyCode, std::uint32_t modifiers) override {
-    desk->hardware().input().hotkeys.add({keyCode, modifiers}, nullptr);
+    desk->hardware().input.hotkeys.add({keyCode, modifiers}, nullptr);
   }
 
-  void changeScreens() override { desk->hardware().setFrame(2, {1920, 0, 800, 600}); }
+  void changeScreens() override { desk->hardware().changes.setFrame(2, {1920, 0, 800, 600}); }
   void sleepAndWake() override {
-    desk->hardware().sleepSystem();
-    desk->hardware().wakeSystem(desk->runtime().now());
+    desk->hardware().changes.sleepSystem();
+    desk->hardware().changes.wakeSystem(desk->runtime().now());
   }
 
   void addResource(const std::string& bundle, const std::string& path,

@@ -37,12 +37,12 @@ class DeskUnderTest : public MachineUnderTest {
 
   void movePointer(Point pixel) override {
     // Screens own their top edges, so a pixel's own edge is its upper one.
-    desk->hardware().movePointer({pixel.x, pixel.y + 1});
+    desk->hardware().system.movePointer({pixel.x, pixel.y + 1});
   }
 
   std::uint16_t shownLuminance(std::size_t index) override {
     constexpr std::array<DisplayID, 3> identifiers = {1, 7, 5};
-    return desk->hardware().monitor(identifiers.at(index))->shownLevel;
+    return desk->hardware().monitors.state(identifiers.at(index))->shownLevel;
   }
 
  private:

@@ -94,7 +94,7 @@ bool restoreFails(DeskMachine& machine) {
   const std::array<float, 2> dark = {0, 0.5F};
   machine.gammaTables().writeTable(1, dark, dark, dark);
   machine.gammaTables().restoreCalibratedTables();
-  return machine.hardware().gammaTable(1)->front().back() == 0.5F;
+  return machine.hardware().gamma.table(1)->front().back() == 0.5F;
 }
 
 bool runFails(DeskMachine& machine) {
@@ -110,17 +110,17 @@ bool findFails(DeskMachine& machine) {
 /// Whether a change of a setting stayed in this program, as another one sees it.
 bool staysInProgram(DeskMachine& machine, const std::optional<PropertyValue>& value) {
   EXPECT_EQ(machine.defaults().object("key"), value) << "it is in force here in any case";
-  return machine.hardware().openDomain("com.quorrel.brivane")->object("key") != value;
+  return machine.hardware().domains.open("com.quorrel.brivane")->object("key") != value;
 }
 
 bool setFails(DeskMachine& machine) {
-  machine.hardware().openDomain("com.quorrel.brivane")->remove("key");
+  machine.hardware().domains.open("com.quorrel.brivane")->remove("key");
   machine.defaults().set("key", seven);
   return staysInProgram(machine, seven);
 }
 
 bool removeFails(DeskMachine& machine) {
-  machine.hardware().openDomain("com.quorrel.brivane")->set("key", seven);
+  machine.hardware().domains.open("com.quorrel.brivane")->set("key", seven);
   machine.defaults().remove("key");
   return staysInProgram(machine, std::nullopt);
 }
@@ -167,7 +167,7 @@ bool unregisterHotkeyFails(DeskMachine& machine) {
       std::get<HotkeyReference>(machine.hotkeys().registerHotkey(105, 0, hotkey));
   machine.hotkeys().unregisterHotkey(reference);
   const bool failed = isTaken(machine);
-  machine.hardware().input().hotkeys.remove(reference);
+  machine.hardware().input.hotkeys.remove(reference);
   return failed;
 }
 
@@ -206,9 +206,9 @@ using Observe = Observation (SystemNotifications::*)(Task handler);
 bool staysUnheard(DeskMachine& machine, Observe observe) {
   int heard = 0;
   const auto observation = (machine.notifications().*observe)([&] { ++heard; });
-  machine.hardware().announce(HardwareNotice::screenParameters);
-  machine.hardware().announce(HardwareNotice::didWake);
-  machine.hardware().announce(HardwareNotice::screensDidWake);
+  machine.hardware().events.announce(HardwareNotice::screenParameters);
+  machine.hardware().events.announce(HardwareNotice::didWake);
+  machine.hardware().events.announce(HardwareNotice::screensDidWake);
   machine.notifications().askToEnd();
   static_cast<VirtualRuntime&>(machine.runtime()).settle();
   EXPECT_LE(heard, 1);
@@ -411,11 +411,11 @@ TEST(Faults, AreCountedForEachProgram) {
 
 TEST(Faults, DoNotReachTheHardware) {
   TestDesk desk(deskWith(R"("AVService.writeI2C": [1], "DisplayServices.setBrightness": [1])"));
-  const auto before = desk.hardware->monitor(1);
+  const auto before = desk.hardware->monitors.state(1);
   EXPECT_TRUE(writeI2CFails(*desk.machine));
-  EXPECT_EQ(desk.hardware->monitor(1), before);
+  EXPECT_EQ(desk.hardware->monitors.state(1), before);
   EXPECT_FALSE(writeI2CFails(*desk.machine));
-  EXPECT_NE(desk.hardware->monitor(1), before);
+  EXPECT_NE(desk.hardware->monitors.state(1), before);
 }
 
 }  // namespace

@@ -78,9 +78,10 @@ TEST(HIDUtil, TakesThePayloadsThatTheProgramBuilds) {
   auto& machine = *desk.machine;
   EXPECT_EQ(set(machine, HIDKeyMapping::mappingPayloadApplying(up, down, get(machine))), 0);
   EXPECT_TRUE(HIDKeyMapping::mappingIsPresent(get(machine), up, down));
-  EXPECT_EQ(desk.hardware->hidMapping().size(), 7u);
+  EXPECT_EQ(desk.hardware->system.hidMapping().size(), 7u);
   EXPECT_EQ(set(machine, *HIDKeyMapping::mappingPayloadPreservingOthers(get(machine))), 0);
-  EXPECT_THAT(desk.hardware->hidMapping(), ElementsAre(HIDMappingEntry{30064771129, 30064771178}));
+  EXPECT_THAT(desk.hardware->system.hidMapping(),
+              ElementsAre(HIDMappingEntry{30064771129, 30064771178}));
 }
 
 TEST(HIDUtil, RefusesWhatIsNoMappingAndKeepsTheOneInForce) {
@@ -112,7 +113,7 @@ TEST(HIDUtil, RefusesWhatIsNoMappingAndKeepsTheOneInForce) {
                R"(,"HIDKeyboardModifierMappingDst":18446744073709551616}]})"}) {
     EXPECT_NE(set(*desk.machine, payload), 0) << payload;
   }
-  EXPECT_THAT(desk.hardware->hidMapping(), ElementsAre(HIDMappingEntry{1, 2}));
+  EXPECT_THAT(desk.hardware->system.hidMapping(), ElementsAre(HIDMappingEntry{1, 2}));
 }
 
 TEST(HIDUtil, RefusesArgumentsThatItDoesNotKnow) {
@@ -142,7 +143,7 @@ TEST(HIDUtil, ThatRefusesEndsWithAStatusAndChangesNothing) {
   EXPECT_EQ(run(*desk.machine, {"property", "--get", "UserKeyMapping"}), (FinishedProcess{1, ""}));
   EXPECT_NE(
       set(*desk.machine, HIDKeyMapping::mappingPayloadApplying(relayKeys[0], relayKeys[1], "")), 0);
-  EXPECT_THAT(desk.hardware->hidMapping(), IsEmpty());
+  EXPECT_THAT(desk.hardware->system.hidMapping(), IsEmpty());
 }
 
 TEST(HIDUtil, IsTheOnlyToolOnTheDesk) {

@@ -39,7 +39,7 @@ class DeskKeyboardTest : public testing::Test {
   }
 
   void map(HIDUsage source, HIDUsage destination) {
-    desk.hardware->setHIDMapping({{source, destination}});
+    desk.hardware->system.setHIDMapping({{source, destination}});
   }
 
   std::unique_ptr<EventTap> enabledTap(TapVerdict verdict) {
@@ -62,7 +62,7 @@ class DeskKeyboardTest : public testing::Test {
     return desk.machine->hotkeys().registerHotkey(keyCode, modifiers, {7, id});
   }
 
-  float panelLevel() { return *desk.hardware->panelLevel(1); }
+  float panelLevel() { return *desk.hardware->panels.level(1); }
 
   TestDesk desk{deskWithKeys};
   DeskKeyboard& keyboard = desk.machine->keyboard();
@@ -140,13 +140,13 @@ TEST_F(DeskKeyboardTest, TheDeskFileSaysHowFastKeysRepeat) {
                     "keyboard": {"repeatDelaySeconds": 0.2, "repeatPeriodSeconds": 0.1}})");
   fast.machine->keyboard().pressBrightness(BrightnessKey::up);
   fast.time().runFor(std::chrono::milliseconds(400));
-  EXPECT_FLOAT_EQ(*fast.hardware->panelLevel(1), 4.0F / 16);
+  EXPECT_FLOAT_EQ(*fast.hardware->panels.level(1), 4.0F / 16);
 }
 
 TEST_F(DeskKeyboardTest, ATapThatTookTooLongIsNotifiedAndDisabledUntilItIsEnabledAgain) {
   const auto tap = enabledTap(TapVerdict::passThrough);
   keyboard.pressBrightness(BrightnessKey::up);
-  desk.hardware->input().taps.disableByTimeout();
+  desk.hardware->input.taps.disableByTimeout();
   keyboard.releaseBrightness(BrightnessKey::up);
   EXPECT_THAT(seen, ElementsAre(0x20A00, -1));
   tap->setEnabled(true);
@@ -156,11 +156,11 @@ TEST_F(DeskKeyboardTest, ATapThatTookTooLongIsNotifiedAndDisabledUntilItIsEnable
 
 TEST_F(DeskKeyboardTest, WithoutTheGrantThereIsNoTapAndOneThatWasMadeSeesNothing) {
   const auto tap = enabledTap(TapVerdict::swallow);
-  desk.hardware->setAccessibilityGranted(false);
+  desk.hardware->system.setAccessibilityGranted(false);
   keyboard.pressBrightness(BrightnessKey::up);
   EXPECT_THAT(seen, IsEmpty());
   EXPECT_EQ(newTap(), nullptr);
-  desk.hardware->setAccessibilityGranted(true);
+  desk.hardware->system.setAccessibilityGranted(true);
   EXPECT_NE(newTap(), nullptr);
 }
 
@@ -193,7 +193,7 @@ TEST_P(BrightnessUsagesTest, ARelayedBrightnessKeyArrivesAsAFunctionKeyAndNotAtT
   TestDesk desk(R"({"displays": [{"identifier": 1, "builtIn": true}],
                     "keyboard": {"brightnessUsages": ")" +
                 std::string(kind) + "\"}}");
-  desk.hardware->setHIDMapping({{up, 0x70000006E}, {down, 0x70000006F}});
+  desk.hardware->system.setHIDMapping({{up, 0x70000006E}, {down, 0x70000006F}});
   std::vector<std::uint16_t> arrived;
   auto& keyboard = desk.machine->keyboard();
   keyboard.onUnclaimedKey = [&](const UnclaimedKey& key) { arrived.push_back(key.keyCode); };
@@ -211,7 +211,7 @@ TEST_P(BrightnessUsagesTest, ARelayedBrightnessKeyArrivesAsAFunctionKeyAndNotAtT
   desk.time().runFor(std::chrono::seconds(3));
   EXPECT_THAT(arrived, ElementsAre(f19, f20));
   EXPECT_EQ(seen, 0);
-  EXPECT_FLOAT_EQ(*desk.hardware->panelLevel(1), 0.5F);
+  EXPECT_FLOAT_EQ(*desk.hardware->panels.level(1), 0.5F);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -229,7 +229,7 @@ TEST_F(DeskKeyboardTest, AnOrdinaryKeyCanBeMappedToABrightnessKey) {
 }
 
 TEST_F(DeskKeyboardTest, AMappingIsNotAppliedToItsOwnResult) {
-  desk.hardware->setHIDMapping({{0x700000004, 0x700000005}, {0x700000005, 0x700000006}});
+  desk.hardware->system.setHIDMapping({{0x700000004, 0x700000005}, {0x700000005, 0x700000006}});
   keyboard.pressKey(0);
   EXPECT_THAT(unclaimed, ElementsAre(UnclaimedKey{11, 0}));
 }
@@ -238,7 +238,7 @@ TEST_F(DeskKeyboardTest, AMappingThatChangesWhileAKeyIsDownLeavesItsReleaseAsItW
   registerHotkey(f19, 0, 5);
   map(51539607663, 0x70000006E);
   keyboard.pressBrightness(BrightnessKey::up);
-  desk.hardware->setHIDMapping({});
+  desk.hardware->system.setHIDMapping({});
   keyboard.releaseBrightness(BrightnessKey::up);
   EXPECT_THAT(events, ElementsAre("pressed 5", "released 5"));
 }

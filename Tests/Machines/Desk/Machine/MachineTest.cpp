@@ -37,7 +37,7 @@ TEST(DeskMachine, ListsScreensAsTheDeskFileHasThem) {
 TEST(DeskMachine, FollowsThePointer) {
   TestDesk desk(R"({"displays": [{"identifier": 3}], "pointer": {"x": 1, "y": 2}})");
   EXPECT_EQ(desk.machine->displays().pointerPosition(), (Point{1, 2}));
-  desk.hardware->movePointer({5, 6});
+  desk.hardware->system.movePointer({5, 6});
   EXPECT_EQ(desk.machine->displays().pointerPosition(), (Point{5, 6}));
 }
 
@@ -338,7 +338,7 @@ TEST(DeskGammaTables, RefuseAnInvalidTable) {
   EXPECT_NE(gamma.writeTable(3, three, three, two), 0);
   EXPECT_NE(gamma.writeTable(3, {}, {}, {}), 0);
   EXPECT_NE(gamma.writeTable(4, two, two, two), 0);
-  EXPECT_EQ(desk.hardware->gammaTable(3)->front(), (GammaCurve{0, 0.5F, 1}));
+  EXPECT_EQ(desk.hardware->gamma.table(3)->front(), (GammaCurve{0, 0.5F, 1}));
   EXPECT_EQ(gamma.writeTable(3, two, two, two), 0);
 }
 
@@ -374,14 +374,14 @@ TEST(DeskMachine, SharesItsSettingsWithOtherProgramsOnTheDesk) {
   EXPECT_EQ(desk.machine->defaults().object("a"), PropertyValue{std::string("x")});
   desk.machine->defaults().remove("a");
   EXPECT_EQ(other->defaults().object("a"), std::nullopt);
-  EXPECT_EQ(desk.hardware->openDomain("com.quorrel.tallowin")->object("a"),
+  EXPECT_EQ(desk.hardware->domains.open("com.quorrel.tallowin")->object("a"),
             PropertyValue{std::int64_t{2}});
 }
 
 TEST(DeskMachine, HasNoDomainOfAnEarlierApplicationThatWasNeverUsed) {
   TestDesk desk("{}");
-  EXPECT_EQ(desk.hardware->openDomain("com.quorrel.tallowin"), nullptr);
-  EXPECT_EQ(desk.hardware->openDomain("org.example.other"), nullptr);
+  EXPECT_EQ(desk.hardware->domains.open("com.quorrel.tallowin"), nullptr);
+  EXPECT_EQ(desk.hardware->domains.open("org.example.other"), nullptr);
 }
 
 TEST(DeskMachine, EndsWhileAQueueStillUsesItsBus) {

@@ -141,13 +141,13 @@ TEST_F(OpenDeskTest, ReadsAMonitorThatAnotherProcessAsked) {
   std::array<std::uint8_t, 12> reply{};
   {
     const auto machine = open(text);
-    machine->hardware().writeI2C(1, 0x37, 0x51, get, machine->runtime().now());
+    machine->hardware().monitors.writeI2C(1, 0x37, 0x51, get, machine->runtime().now());
   }
   const auto machine = open(text);
   const auto now = machine->runtime().now();
-  machine->hardware().readI2C(1, 0x37, 0x51, reply, now);
+  machine->hardware().monitors.readI2C(1, 0x37, 0x51, reply, now);
   EXPECT_EQ(reply[1], 0x80) << "not ready: the clock is the same in both";
-  machine->hardware().readI2C(1, 0x37, 0x51, reply, now + std::chrono::seconds(60));
+  machine->hardware().monitors.readI2C(1, 0x37, 0x51, reply, now + std::chrono::seconds(60));
   EXPECT_EQ(reply[9], 20);
 }
 
@@ -271,34 +271,34 @@ class WatchingDeskTest : public OpenDeskTest {
 };
 
 TEST_F(WatchingDeskTest, EventsOfAnotherProcessArriveInTheirOrder) {
-  other.hardware.unplug(2);
+  other.hardware.changes.unplug(2);
   EXPECT_THAT(news(1), ElementsAre("screens"));
   EXPECT_EQ(machine->displays().onlineDisplayCount(), 1u);
-  other.hardware.sleepSystem();
-  other.hardware.wakeSystem(other.runtime.now());
-  other.hardware.replug(2);
+  other.hardware.changes.sleepSystem();
+  other.hardware.changes.wakeSystem(other.runtime.now());
+  other.hardware.changes.replug(2);
   EXPECT_THAT(news(3), ElementsAre("wake", "screens wake", "screens"));
   EXPECT_EQ(machine->displays().onlineDisplayCount(), 2u);
 }
 
 TEST_F(WatchingDeskTest, ItsFrameTakesTheAppearanceThatAnotherProcessPicks) {
-  other.hardware.setAppearance(DeskAppearance::dark);
+  other.hardware.system.setAppearance(DeskAppearance::dark);
   EXPECT_THAT(news(1), ElementsAre("appearance"));
   EXPECT_EQ(frame.application().effectiveAppearance(), Appearance::dark);
 }
 
 TEST_F(WatchingDeskTest, ItsOwnEventsArriveOnce) {
-  machine->hardware().unplug(2);
-  machine->hardware().setAppearance(DeskAppearance::dark);
-  other.hardware.announce(HardwareNotice::didWake);
+  machine->hardware().changes.unplug(2);
+  machine->hardware().system.setAppearance(DeskAppearance::dark);
+  other.hardware.events.announce(HardwareNotice::didWake);
   EXPECT_THAT(news(3), UnorderedElementsAre("appearance", "screens", "wake"));
 }
 
 TEST_F(WatchingDeskTest, EventsStillArriveAfterTheFolderWasRemoved) {
-  other.hardware.unplug(2);
+  other.hardware.changes.unplug(2);
   EXPECT_THAT(news(1), ElementsAre("screens"));
   std::filesystem::remove_all(state);
-  other.hardware.announce(HardwareNotice::didWake);
+  other.hardware.events.announce(HardwareNotice::didWake);
   EXPECT_THAT(news(1), ElementsAre("wake"));
 }
 

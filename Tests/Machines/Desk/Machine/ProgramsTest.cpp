@@ -190,9 +190,10 @@ TEST_F(LaunchControlTest, IsRememberedForOtherProcesses) {
   FolderDesk one(text, folder / "state");
   FolderDesk two(text, folder / "state");
   runLaunchControl({"disable", agent}, one.hardware);
-  EXPECT_EQ(two.hardware.launchState(), LaunchState{false});
+  EXPECT_EQ(two.hardware.system.launchState(), LaunchState{false});
   FolderDesk edited(R"({"launchAgent": {"installed": false}})", folder / "state");
-  EXPECT_EQ(edited.hardware.launchState(), LaunchState{}) << "an edited section starts afresh";
+  EXPECT_EQ(edited.hardware.system.launchState(), LaunchState{})
+      << "an edited section starts afresh";
 }
 
 }  // namespace

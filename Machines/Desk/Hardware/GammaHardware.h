@@ -1,0 +1,54 @@
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <optional>
+
+#include "BrivaneCore/Support/Observers.h"
+#include "Machines/Desk/Hardware/AttachedDisplays.h"
+#include "Machines/Desk/Hardware/Trace.h"
+
+namespace brivane {
+
+/// The gamma tables of a desk's displays. Only displays that are plugged in have one. Any thread;
+/// observers: main thread.
+class GammaHardware {
+ public:
+  GammaHardware(const DeskDescription& desk, StateFolder* stateFolder,
+                const AttachedDisplays& attachedDisplays, const Tracer& hardwareTracer);
+
+  void add(const DisplayDescription& display);
+
+  /// Samples per channel; 0 without a table.
+  std::uint32_t capacity(DisplayID display) const;
+  /// The table in force, with as many samples as the display's capacity; nothing without one.
+  std::optional<GammaTable> table(DisplayID display);
+  /// Sets a table of 1 sample per channel or more. Samples that are not finite become 0; the table
+  /// is interpolated linearly to the display's capacity. False without a table and while tables are
+  /// refused.
+  bool setTable(DisplayID display, GammaTable table);
+  void restoreCalibratedTable(DisplayID display);
+  void restoreCalibratedTables();
+  /// Refuses the display's next tables, `times` of them; false without a table.
+  bool refuse(DisplayID display, int times);
+
+  /// Called after every attempt of a program to set a table; may read the hardware. While there is
+  /// an observer, tables may be set on the main thread only.
+  using Attempts = Observers<DisplayID, bool>;
+  [[nodiscard]] Observation observe(Attempts::Handler handler) {
+    return attempts.observe(std::move(handler));
+  }
+
+ private:
+  bool take(DisplayID display, const GammaTable& table);
+
+  StateFolder* const folder;
+  const AttachedDisplays& displays;
+  const Tracer& tracer;
+  std::mutex mutex;
+  /// Kept while the displays are unplugged.
+  std::map<DisplayID, StoredState<GammaState>> tables;
+  Attempts attempts;
+};
+
+}  // namespace brivane
