@@ -63,18 +63,6 @@ bool AttachedDisplays::update(const std::function<bool(DisplaysState&)>& operati
   return happened;
 }
 
-bool AttachedDisplays::plug(const DisplayDescription& display) {
-  return update([&](DisplaysState& displays) {
-    if (place(displays.attached, display.identifier) != displays.attached.end()) return false;
-    std::erase_if(displays.unplugged, [&](const UnpluggedDisplay& unplugged) {
-      return unplugged.display.identifier == display.identifier;
-    });
-    displays.attached.push_back(attachedDisplay(display));
-    descriptions.insert_or_assign(display.identifier, display);
-    return true;
-  });
-}
-
 bool AttachedDisplays::unplug(DisplayID display) {
   return update([&](DisplaysState& displays) {
     const auto found = place(displays.attached, display);
@@ -86,7 +74,7 @@ bool AttachedDisplays::unplug(DisplayID display) {
   });
 }
 
-bool AttachedDisplays::replug(DisplayID display) {
+bool AttachedDisplays::plug(DisplayID display) {
   return update([&](DisplaysState& displays) {
     const auto found = place(displays.unplugged, display);
     if (found == displays.unplugged.end()) return false;

@@ -24,13 +24,10 @@ class AttachedDisplays {
   /// Null for displays that are not plugged in.
   std::shared_ptr<const DisplayDescription> find(DisplayID display) const;
 
-  /// Appends the display; false when its identifier is taken. Other processes don't see a display
-  /// that is not in the desk file.
-  bool plug(const DisplayDescription& display);
   /// False for displays that are not plugged in; so does `change`.
   bool unplug(DisplayID display);
-  /// Restores the display as it was unplugged, in its old place; false when it never was unplugged.
-  bool replug(DisplayID display);
+  /// Restores the display as it was unplugged, in its old place; false when it is not unplugged.
+  bool plug(DisplayID display);
   bool change(DisplayID display, const std::function<void(AttachedDisplay&)>& operation);
   /// False unless both are plugged in.
   bool swapPorts(DisplayID one, DisplayID other);
@@ -40,7 +37,7 @@ class AttachedDisplays {
   void showState() const;
 
   mutable std::mutex mutex;
-  /// The unchangeable part of every display that was ever plugged in.
+  /// The unchangeable part of every display.
   std::map<DisplayID, DisplayDescription> descriptions;
   mutable StoredState<DisplaysState> state;
   mutable Snapshot current;

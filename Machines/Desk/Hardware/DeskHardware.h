@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "Machines/Desk/Hardware/DeskInput.h"
+#include "Machines/Desk/Hardware/DisplayPanels.h"
 #include "Machines/Desk/Hardware/HardwareChanges.h"
 #include "Machines/Desk/Hardware/RunningPrograms.h"
 #include "Machines/Desk/Hardware/SettingsDomains.h"
@@ -37,7 +38,7 @@ class DeskHardware {
   DeskInput input{description, folder.get(), events};
   SettingsDomains domains{description, folder.get()};
   RunningPrograms programs{folder.get(), *tracer};
-  HardwareChanges changes{attached, monitors, gamma, panels, system, events, *tracer};
+  HardwareChanges changes{attached, monitors, gamma, system, events, *tracer};
 };
 
 }  // namespace brivane

@@ -23,19 +23,15 @@ std::string tracedTransfer(DisplayID display, const char* direction, std::uint32
 DeskMonitors::DeskMonitors(const DeskDescription& desk, StateFolder* stateFolder,
                            const AttachedDisplays& attachedDisplays, DeskSystem& deskSystem,
                            const Tracer& hardwareTracer)
-    : folder(stateFolder), displays(attachedDisplays), system(deskSystem), tracer(hardwareTracer) {
-  for (const auto& display : desk.displays) add(display);
-}
-
-void DeskMonitors::add(const DisplayDescription& display) {
-  const std::lock_guard lock(mutex);
-  monitors.erase(display.identifier);
-  if (!display.firmware) return;
-  const MonitorFirmware firmware(*display.firmware);
-  const auto name = "monitor-" + std::to_string(display.identifier);
-  monitors.emplace(
-      display.identifier,
-      Monitor{firmware, {firmware.initialState(), folder, name, display.firmware->fingerprint}});
+    : displays(attachedDisplays), system(deskSystem), tracer(hardwareTracer) {
+  for (const auto& display : desk.displays) {
+    if (!display.firmware) continue;
+    const MonitorFirmware firmware(*display.firmware);
+    const auto name = "monitor-" + std::to_string(display.identifier);
+    monitors.emplace(display.identifier, Monitor{firmware,
+                                                 {firmware.initialState(), stateFolder, name,
+                                                  display.firmware->fingerprint}});
+  }
 }
 
 /// Runs the firmware's side of an I2C transfer, if the display has firmware.

@@ -19,9 +19,6 @@ class DeskMonitors {
                const AttachedDisplays& attachedDisplays, DeskSystem& deskSystem,
                const Tracer& hardwareTracer);
 
-  /// Gives the display fresh firmware.
-  void add(const DisplayDescription& display);
-
   /// The display's side of an I2C transfer; see `MonitorFirmware`. While the machine sleeps,
   /// nothing acknowledges.
   std::int32_t writeI2C(DisplayID display, std::uint32_t chip, std::uint32_t dataAddress,
@@ -50,7 +47,6 @@ class DeskMonitors {
   template <typename Operation>
   bool change(DisplayID display, const std::string& line, const Operation& operation);
 
-  StateFolder* const folder;
   const AttachedDisplays& displays;
   DeskSystem& system;
   const Tracer& tracer;

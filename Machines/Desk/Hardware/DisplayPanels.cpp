@@ -7,18 +7,14 @@ namespace brivane {
 
 DisplayPanels::DisplayPanels(const DeskDescription& desk, StateFolder* stateFolder,
                              const AttachedDisplays& attachedDisplays, const Tracer& hardwareTracer)
-    : folder(stateFolder), displays(attachedDisplays), tracer(hardwareTracer) {
-  for (const auto& display : desk.displays) add(display);
-}
-
-void DisplayPanels::add(const DisplayDescription& display) {
-  const std::lock_guard lock(mutex);
-  panels.erase(display.identifier);
-  if (!display.displayServices) return;
-  const auto& services = *display.displayServices;
-  panels.try_emplace(display.identifier, PanelState{services.level}, folder,
-                     "display-services-" + std::to_string(display.identifier),
-                     services.fingerprint);
+    : displays(attachedDisplays), tracer(hardwareTracer) {
+  for (const auto& display : desk.displays) {
+    if (!display.displayServices) continue;
+    const auto& services = *display.displayServices;
+    panels.try_emplace(display.identifier, PanelState{services.level}, stateFolder,
+                       "display-services-" + std::to_string(display.identifier),
+                       services.fingerprint);
+  }
 }
 
 std::optional<float> DisplayPanels::level(DisplayID display) {

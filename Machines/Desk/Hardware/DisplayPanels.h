@@ -17,8 +17,6 @@ class DisplayPanels {
   DisplayPanels(const DeskDescription& desk, StateFolder* stateFolder,
                 const AttachedDisplays& attachedDisplays, const Tracer& hardwareTracer);
 
-  void add(const DisplayDescription& display);
-
   /// The display-services level, 0 to 1; nothing for displays without display services.
   std::optional<float> level(DisplayID display);
   /// Clamped to the panel's range. False without display services, when the level can't be changed,
@@ -32,7 +30,6 @@ class DisplayPanels {
  private:
   std::optional<float> change(DisplayID display, const std::function<float(float level)>& wanted);
 
-  StateFolder* const folder;
   const AttachedDisplays& displays;
   const Tracer& tracer;
   std::mutex mutex;

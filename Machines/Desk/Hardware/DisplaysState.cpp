@@ -1,6 +1,5 @@
 #include "Machines/Desk/Hardware/DisplaysState.h"
 
-#include <algorithm>
 #include <limits>
 #include <set>
 
@@ -63,14 +62,12 @@ bool hasDoubles(const DisplaysState& state) {
 
 }  // namespace
 
-AttachedDisplay attachedDisplay(const DisplayDescription& description) {
-  return {description.identifier, description.frame, description.port, description.screen,
-          description.headroom};
-}
-
 DisplaysState initialDisplays(const std::vector<DisplayDescription>& descriptions) {
   DisplaysState state;
-  std::ranges::transform(descriptions, std::back_inserter(state.attached), attachedDisplay);
+  for (const auto& display : descriptions) {
+    state.attached.push_back(
+        {display.identifier, display.frame, display.port, display.screen, display.headroom});
+  }
   return state;
 }
 

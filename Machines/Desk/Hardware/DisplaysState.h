@@ -39,8 +39,6 @@ struct DisplaysState {
   bool operator==(const DisplaysState&) const = default;
 };
 
-AttachedDisplay attachedDisplay(const DisplayDescription& description);
-
 /// All of them plugged in.
 DisplaysState initialDisplays(const std::vector<DisplayDescription>& descriptions);
 

@@ -9,16 +9,12 @@ namespace brivane {
 
 GammaHardware::GammaHardware(const DeskDescription& desk, StateFolder* stateFolder,
                              const AttachedDisplays& attachedDisplays, const Tracer& hardwareTracer)
-    : folder(stateFolder), displays(attachedDisplays), tracer(hardwareTracer) {
-  for (const auto& display : desk.displays) add(display);
-}
-
-void GammaHardware::add(const DisplayDescription& display) {
-  const std::lock_guard lock(mutex);
-  tables.erase(display.identifier);
-  if (!display.gamma) return;
-  tables.try_emplace(display.identifier, GammaState{}, folder,
-                     "gamma-" + std::to_string(display.identifier), display.gamma->fingerprint);
+    : displays(attachedDisplays), tracer(hardwareTracer) {
+  for (const auto& display : desk.displays) {
+    if (!display.gamma) continue;
+    tables.try_emplace(display.identifier, GammaState{}, stateFolder,
+                       "gamma-" + std::to_string(display.identifier), display.gamma->fingerprint);
+  }
 }
 
 std::uint32_t GammaHardware::capacity(DisplayID display) const {

@@ -17,8 +17,6 @@ class GammaHardware {
   GammaHardware(const DeskDescription& desk, StateFolder* stateFolder,
                 const AttachedDisplays& attachedDisplays, const Tracer& hardwareTracer);
 
-  void add(const DisplayDescription& display);
-
   /// Samples per channel; 0 without a table.
   std::uint32_t capacity(DisplayID display) const;
   /// The table in force, with as many samples as the display's capacity; nothing without one.
@@ -42,7 +40,6 @@ class GammaHardware {
  private:
   bool take(DisplayID display, const GammaTable& table);
 
-  StateFolder* const folder;
   const AttachedDisplays& displays;
   const Tracer& tracer;
   std::mutex mutex;

@@ -18,13 +18,11 @@ std::string tracedPresence(ScreenPresence presence) {
 }  // namespace
 
 HardwareChanges::HardwareChanges(AttachedDisplays& attachedDisplays, DeskMonitors& deskMonitors,
-                                 GammaHardware& gammaHardware, DisplayPanels& displayPanels,
-                                 DeskSystem& deskSystem, EventDelivery& eventDelivery,
-                                 const Tracer& hardwareTracer)
+                                 GammaHardware& gammaHardware, DeskSystem& deskSystem,
+                                 EventDelivery& eventDelivery, const Tracer& hardwareTracer)
     : displays(attachedDisplays),
       monitors(deskMonitors),
       gamma(gammaHardware),
-      panels(displayPanels),
       system(deskSystem),
       events(eventDelivery),
       tracer(hardwareTracer) {}
@@ -37,24 +35,14 @@ bool HardwareChanges::screensChanged(bool happened, DisplayID display, const std
   return true;
 }
 
-bool HardwareChanges::plug(const DisplayDescription& display) {
-  const auto identifier = display.identifier;
-  if (displays.find(identifier)) return false;
-  monitors.add(display);
-  gamma.add(display);
-  panels.add(display);
-  gamma.restoreCalibratedTable(identifier);
-  return screensChanged(displays.plug(display), identifier, "plugged");
-}
-
 bool HardwareChanges::unplug(DisplayID display) {
   return screensChanged(displays.unplug(display), display, "unplugged");
 }
 
-bool HardwareChanges::replug(DisplayID display) {
+bool HardwareChanges::plug(DisplayID display) {
   if (displays.find(display)) return false;
   gamma.restoreCalibratedTable(display);
-  return screensChanged(displays.replug(display), display, "plugged");
+  return screensChanged(displays.plug(display), display, "plugged");
 }
 
 bool HardwareChanges::setFrame(DisplayID display, const Rect& frame) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Machines/Desk/Hardware/DeskMonitors.h"
-#include "Machines/Desk/Hardware/DisplayPanels.h"
 #include "Machines/Desk/Hardware/GammaHardware.h"
 
 namespace brivane {
@@ -12,17 +11,13 @@ namespace brivane {
 class HardwareChanges {
  public:
   HardwareChanges(AttachedDisplays& attachedDisplays, DeskMonitors& deskMonitors,
-                  GammaHardware& gammaHardware, DisplayPanels& displayPanels,
-                  DeskSystem& deskSystem, EventDelivery& eventDelivery,
-                  const Tracer& hardwareTracer);
+                  GammaHardware& gammaHardware, DeskSystem& deskSystem,
+                  EventDelivery& eventDelivery, const Tracer& hardwareTracer);
 
-  /// Appends the display, with the calibrated gamma table and fresh firmware; false when its
-  /// identifier is taken.
-  bool plug(const DisplayDescription& display);
   bool unplug(DisplayID display);
   /// Restores the display as it was unplugged, but with the calibrated gamma table; false when it
-  /// never was unplugged.
-  bool replug(DisplayID display);
+  /// is not unplugged.
+  bool plug(DisplayID display);
   bool setFrame(DisplayID display, const Rect& frame);
   bool setHeadroom(DisplayID display, double headroom);
   bool setScreenPresence(DisplayID display, ScreenPresence presence);
@@ -41,7 +36,6 @@ class HardwareChanges {
   AttachedDisplays& displays;
   DeskMonitors& monitors;
   GammaHardware& gamma;
-  DisplayPanels& panels;
   DeskSystem& system;
   EventDelivery& events;
   const Tracer& tracer;

@@ -150,7 +150,7 @@ LiveControls machineControls(DeskHardware& hardware, const Runtime& runtime) {
   for (const auto& display : hardware.description.displays) {
     if (hardware.displays.find(display.identifier)) continue;
     const auto plug = [&hardware, identifier = display.identifier] {
-      hardware.changes.replug(identifier);
+      hardware.changes.plug(identifier);
     };
     panel.controls.push_back(LiveButton{"Plug In " + titleOf(display), plug, {}});
   }

@@ -126,7 +126,7 @@ StepProblem unplug(Scene& scene, const StepArguments& arguments) {
 
 StepProblem plug(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
-  return unless(scene.hardware().changes.replug(display), display, "was not unplugged before");
+  return unless(scene.hardware().changes.plug(display), display, "was not unplugged before");
 }
 
 StepProblem move(Scene& scene, const StepArguments& arguments) {

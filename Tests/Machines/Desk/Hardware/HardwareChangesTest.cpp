@@ -86,28 +86,17 @@ TEST_F(HardwareChangesTest, AReplugedMonitorIsInItsOldPlaceWithItsLevelAndTheCal
   ASSERT_EQ(set(2), 0);
   ASSERT_TRUE(dim(2));
   hardware.changes.unplug(2);
-  ASSERT_TRUE(hardware.changes.replug(2));
+  ASSERT_TRUE(hardware.changes.plug(2));
   EXPECT_THAT(online(), ElementsAre(1, 2, 3));
   EXPECT_EQ(hardware.monitors.state(2)->shownLevel, 40);
   EXPECT_EQ(peak(2), 1);
   EXPECT_THAT(news(), ElementsAre("screens", "screens"));
 }
 
-TEST_F(HardwareChangesTest, ANewMonitorComesBehindAllOthersWithFirmwareOfItsOwn) {
-  const auto other = deskFrom(R"({"displays": [{"identifier": 9, "firmware": {"level": 11}}]})");
-  ASSERT_TRUE(hardware.changes.plug(other.displays.front()));
-  EXPECT_THAT(online(), ElementsAre(1, 2, 3, 9));
-  EXPECT_EQ(registered(), std::pair(4, 4));
-  EXPECT_EQ(hardware.monitors.state(9)->shownLevel, 11);
-  EXPECT_EQ(set(9), 0);
-  EXPECT_FALSE(hardware.changes.plug(other.displays.front())) << "it is there already";
-  EXPECT_THAT(news(), ElementsAre("screens"));
-}
-
 TEST_F(HardwareChangesTest, WhatIsNotPluggedInCannotChange) {
   EXPECT_FALSE(hardware.changes.unplug(7));
-  EXPECT_FALSE(hardware.changes.replug(7));
-  EXPECT_FALSE(hardware.changes.replug(2)) << "it is there";
+  EXPECT_FALSE(hardware.changes.plug(7));
+  EXPECT_FALSE(hardware.changes.plug(2)) << "it is there";
   EXPECT_FALSE(hardware.changes.setFrame(7, {}));
   EXPECT_FALSE(hardware.changes.setHeadroom(7, 2));
   EXPECT_FALSE(hardware.changes.setScreenPresence(7, ScreenPresence::none));
@@ -237,7 +226,7 @@ TEST_F(HardwareChangesTest, DisplaysComeAndGoWhileAnotherThreadWalksThem) {
   for (int i = 0; i < 200; ++i) {
     hardware.changes.unplug(2);
     hardware.changes.setFrame(3, {1.0 * i, 0, 100, 100});
-    hardware.changes.replug(2);
+    hardware.changes.plug(2);
   }
   isDone = true;
   other.join();

@@ -55,7 +55,7 @@ TEST_F(SharedHardwareTest, ADisplayUnpluggedByOneProcessIsGoneForAllAndCanBePlug
   EXPECT_THAT(attached(two.hardware), ElementsAre(1, 3));
   EXPECT_NE(two.hardware.monitors.writeI2C(2, 0x37, 0x51, forty, two.runtime.now()), 0);
   EXPECT_FALSE(two.hardware.changes.unplug(2));
-  ASSERT_TRUE(two.hardware.changes.replug(2));
+  ASSERT_TRUE(two.hardware.changes.plug(2));
   EXPECT_THAT(attached(one.hardware), ElementsAre(1, 2, 3)) << "in its old place";
   EXPECT_EQ(one.hardware.monitors.writeI2C(2, 0x37, 0x51, forty, one.runtime.now()), 0);
   FolderDesk later(deskText, state);
@@ -129,7 +129,7 @@ TEST_F(SharedHardwareTest, EditingAFirmwareInTheDeskFilePlugsNothingIn) {
   edited.replace(edited.find("\"level\": 30"), 11, "\"level\": 31");
   FolderDesk desk(edited, state);
   EXPECT_THAT(attached(desk.hardware), ElementsAre(1, 3));
-  ASSERT_TRUE(desk.hardware.changes.replug(2));
+  ASSERT_TRUE(desk.hardware.changes.plug(2));
   EXPECT_EQ(desk.hardware.monitors.state(2)->shownLevel, 31);
 }
 
@@ -166,16 +166,6 @@ TEST_F(SharedHardwareTest, AnArrangementThatMakesNoSenseIsSetAsideAndEverythingI
   EXPECT_THAT(desk.lines->front(), HasSubstr("a display is listed twice"));
 }
 
-TEST_F(SharedHardwareTest, ADisplayThatOnlyOneProcessHasSurvivesTheChangesOfOthers) {
-  FolderDesk one(deskText, state);
-  FolderDesk two(deskText, state);
-  const auto other = deskFrom(R"({"displays": [{"identifier": 9}]})");
-  ASSERT_TRUE(one.hardware.changes.plug(other.displays.front()));
-  EXPECT_THAT(attached(two.hardware), ElementsAre(1, 2, 3));
-  two.hardware.changes.unplug(1);
-  EXPECT_THAT(attached(one.hardware), ElementsAre(2, 3, 9));
-}
-
 TEST_F(SharedHardwareTest, AProcessThatFollowsGetsAllLaterEventsInOrder) {
   FolderDesk one(deskText, state);
   FolderDesk two(deskText, state);
@@ -186,7 +176,7 @@ TEST_F(SharedHardwareTest, AProcessThatFollowsGetsAllLaterEventsInOrder) {
   EXPECT_THAT(notices, IsEmpty()) << "that was before";
   one.hardware.changes.sleepSystem();
   one.hardware.changes.wakeSystem(one.runtime.now());
-  one.hardware.changes.replug(2);
+  one.hardware.changes.plug(2);
   one.hardware.system.setAppearance(DeskAppearance::dark);
   EXPECT_THAT(notices, IsEmpty());
   two.hardware.events.deliver();

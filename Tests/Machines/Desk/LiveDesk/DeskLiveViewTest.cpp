@@ -44,7 +44,7 @@ TEST_F(DeskLiveViewTest, EachMonitorThatIsPluggedInHasAWindow) {
   EXPECT_EQ(place(2), (LivePlace{2, 177, 496, 246}));
   shown.unplug(2);
   EXPECT_THAT(displays(), ElementsAre(1));
-  hardware.changes.replug(2);
+  hardware.changes.plug(2);
   EXPECT_EQ(place(2), (LivePlace{2, 177, 496, 246})) << "at its old place";
 }
 

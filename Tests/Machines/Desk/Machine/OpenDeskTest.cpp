@@ -276,7 +276,7 @@ TEST_F(WatchingDeskTest, EventsOfAnotherProcessArriveInTheirOrder) {
   EXPECT_EQ(machine->displays().onlineDisplayCount(), 1u);
   other.hardware.changes.sleepSystem();
   other.hardware.changes.wakeSystem(other.runtime.now());
-  other.hardware.changes.replug(2);
+  other.hardware.changes.plug(2);
   EXPECT_THAT(news(3), ElementsAre("wake", "screens wake", "screens"));
   EXPECT_EQ(machine->displays().onlineDisplayCount(), 2u);
 }
