@@ -25,7 +25,7 @@ SectionFingerprint fingerprint(const DisplaysState& initial) {
 AttachedDisplays::AttachedDisplays(const std::vector<DisplayDescription>& displays,
                                    StateFolder* folder)
     : state(initialDisplays(displays), folder, "displays", fingerprint(initialDisplays(displays))),
-      current(std::make_shared<const std::vector<DisplayDescription>>(displays)) {
+      current(displays) {
   for (const auto& display : displays) descriptions.emplace(display.identifier, display);
 }
 
@@ -37,23 +37,22 @@ AttachedDisplays::Snapshot AttachedDisplays::all() const {
 
 std::shared_ptr<const DisplayDescription> AttachedDisplays::find(DisplayID display) const {
   const auto snapshot = all();
-  const auto found = std::ranges::find(*snapshot, display, &DisplayDescription::identifier);
-  if (found == snapshot->end()) return nullptr;
-  return {snapshot, &*found};
+  const auto found = std::ranges::find(snapshot, display, &DisplayDescription::identifier);
+  return found == snapshot.end() ? nullptr : snapshot.share(*found);
 }
 
 void AttachedDisplays::showState() const {
-  auto shown = std::make_shared<std::vector<DisplayDescription>>();
+  std::vector<DisplayDescription> shown;
   for (const auto& attached : state.read().attached) {
     const auto found = descriptions.find(attached.identifier);
     if (found == descriptions.end()) continue;
-    auto& display = shown->emplace_back(found->second);
+    auto& display = shown.emplace_back(found->second);
     display.frame = attached.frame;
     display.port = attached.port;
     display.screen = attached.screen;
     display.headroom = attached.headroom;
   }
-  current = std::move(shown);
+  current = Snapshot(std::move(shown));
 }
 
 bool AttachedDisplays::update(const std::function<bool(DisplaysState&)>& operation) {

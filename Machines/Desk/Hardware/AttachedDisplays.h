@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "Machines/Desk/Hardware/DisplaysState.h"
@@ -11,11 +12,26 @@
 
 namespace brivane {
 
-/// The displays that are plugged in, in the window system's order. Any thread: readers get an
-/// immutable snapshot.
+/// The displays that are plugged in, in the window system's order. Any thread.
 class AttachedDisplays {
  public:
-  using Snapshot = std::shared_ptr<const std::vector<DisplayDescription>>;
+  /// The displays at one moment, whatever happens to them while somebody walks through them.
+  class Snapshot {
+   public:
+    explicit Snapshot(std::vector<DisplayDescription> displays)
+        : list(std::make_shared<const std::vector<DisplayDescription>>(std::move(displays))) {}
+
+    auto begin() const { return list->begin(); }
+    auto end() const { return list->end(); }
+    std::size_t size() const { return list->size(); }
+    /// The display shares the snapshot's life.
+    std::shared_ptr<const DisplayDescription> share(const DisplayDescription& display) const {
+      return {list, &display};
+    }
+
+   private:
+    std::shared_ptr<const std::vector<DisplayDescription>> list;
+  };
 
   /// `folder` holds the state shared with other processes; null: the state is in memory.
   AttachedDisplays(const std::vector<DisplayDescription>& displays, StateFolder* folder);

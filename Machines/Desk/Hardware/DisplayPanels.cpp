@@ -36,7 +36,7 @@ bool DisplayPanels::setLevel(DisplayID display, float level) {
 void DisplayPanels::changeSystemBrightness(BrightnessKey key) {
   constexpr float step = 1.0F / 16;
   std::optional<float> shown;
-  for (const auto& display : *displays.all()) {
+  for (const auto& display : displays.all()) {
     if (!display.isBuiltIn) continue;
     shown = change(display.identifier, [&](float level) {
       return key == BrightnessKey::up ? level + step : level - step;

@@ -75,7 +75,7 @@ void GammaHardware::restoreCalibratedTable(DisplayID display) {
 }
 
 void GammaHardware::restoreCalibratedTables() {
-  for (const auto& display : *displays.all()) restoreCalibratedTable(display.identifier);
+  for (const auto& display : displays.all()) restoreCalibratedTable(display.identifier);
   tracer.note([] { return std::string("gamma of all displays calibrated"); });
 }
 

@@ -69,11 +69,11 @@ bool HardwareChanges::swapPorts(DisplayID one, DisplayID other) {
 }
 
 void HardwareChanges::sleepScreens() {
-  for (const auto& display : *displays.all()) monitors.fallAsleep(display.identifier);
+  for (const auto& display : displays.all()) monitors.fallAsleep(display.identifier);
 }
 
 void HardwareChanges::wakeScreens(Instant now) {
-  for (const auto& display : *displays.all()) monitors.wake(display.identifier, now);
+  for (const auto& display : displays.all()) monitors.wake(display.identifier, now);
   events.announce(HardwareNotice::screensDidWake);
 }
 

@@ -86,7 +86,7 @@ void addMonitor(LiveControls& strip, DeskHardware& hardware, const DisplayDescri
 
 bool areAllAsleep(DeskHardware& hardware) {
   bool anyAsleep = false;
-  for (const auto& display : *hardware.displays.all()) {
+  for (const auto& display : hardware.displays.all()) {
     const auto monitor = hardware.monitors.state(display.identifier);
     if (monitor && !monitor->isAsleep) return false;
     anyAsleep = anyAsleep || monitor;

@@ -25,7 +25,7 @@ std::vector<Rect> valuesOf(const std::map<DisplayID, Rect>& frames) {
 
 std::vector<Rect> framesExcept(const AttachedDisplays::Snapshot& displays, DisplayID exception) {
   std::vector<Rect> frames;
-  for (const auto& display : *displays) {
+  for (const auto& display : displays) {
     if (display.identifier != exception) frames.push_back(display.frame);
   }
   return frames;
@@ -71,7 +71,7 @@ void DeskLiveView::setRoom(const LiveRoom& newRoom) {
 
 std::map<DisplayID, Rect> DeskLiveView::framesNow() const {
   auto now = frames;
-  for (const auto& display : *hardware.displays.all()) now[display.identifier] = display.frame;
+  for (const auto& display : hardware.displays.all()) now[display.identifier] = display.frame;
   return now;
 }
 
@@ -86,7 +86,7 @@ const DeskMap& DeskLiveView::layOut() {
 std::vector<LiveMonitor> DeskLiveView::monitors() {
   const DeskMap& now = layOut();
   std::vector<LiveMonitor> all;
-  for (const auto& display : *hardware.displays.all()) {
+  for (const auto& display : hardware.displays.all()) {
     all.push_back({display.identifier, now.window(display.frame),
                    monitorControls(hardware, display.identifier, machine.runtime())});
   }
@@ -117,7 +117,7 @@ std::shared_ptr<const LivePicture> DeskLiveView::picture(DisplayID display, std:
 }
 
 std::optional<LiveSpot> DeskLiveView::spotAt(Point point) {
-  for (const auto& display : *hardware.displays.all()) {
+  for (const auto& display : hardware.displays.all()) {
     const Rect& frame = display.frame;
     if (!mouseInRect(point, frame)) continue;
     return LiveSpot{display.identifier, (point.x - frame.x) / frame.width,

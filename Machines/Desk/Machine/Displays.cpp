@@ -6,14 +6,14 @@ namespace brivane {
 
 std::optional<std::uint32_t> DeskDisplays::onlineDisplayCount() {
   if (faults.strikes("DisplaySystem.onlineDisplayCount")) return std::nullopt;
-  return static_cast<std::uint32_t>(displays.all()->size());
+  return static_cast<std::uint32_t>(displays.all().size());
 }
 
 std::optional<std::vector<DisplayID>> DeskDisplays::onlineDisplayList(std::uint32_t maximum) {
   if (faults.strikes("DisplaySystem.onlineDisplayList")) return std::nullopt;
   const auto all = displays.all();
   std::vector<DisplayID> list;
-  for (const auto& display : *all) {
+  for (const auto& display : all) {
     if (list.size() < maximum) list.push_back(display.identifier);
   }
   return list;
@@ -39,7 +39,7 @@ std::vector<Screen> DeskDisplays::screens() {
 std::vector<Screen> DeskDisplays::allScreens() const {
   const auto all = displays.all();
   std::vector<Screen> list;
-  for (const auto& display : *all) {
+  for (const auto& display : all) {
     if (display.screen == ScreenPresence::none) continue;
     Screen screen{std::nullopt, display.frame, display.name, display.headroom};
     if (display.screen == ScreenPresence::numbered) screen.number = display.identifier;

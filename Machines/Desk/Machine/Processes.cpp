@@ -1,7 +1,8 @@
 #include "Machines/Desk/Machine/Processes.h"
 
+#include "Machines/Common/Processes/LaunchControl.h"
 #include "Machines/Desk/Machine/HIDUtil.h"
-#include "Machines/Desk/Machine/LaunchControl.h"
+#include "Machines/Desk/Machine/Session.h"
 
 namespace brivane {
 namespace {
@@ -19,6 +20,17 @@ ProcessResult runPresent(ToolPresence presence, Tool tool,
       break;
   }
   return ProcessNotStarted{"No such file or directory"};
+}
+
+FinishedProcess runLaunchAgent(const std::vector<std::string>& arguments, DeskHardware& hardware) {
+  const auto setEnabled = [&hardware](bool isEnabled) {
+    hardware.system.setLaunchAgentEnabled(isEnabled);
+    return true;
+  };
+  return runLaunchControl(arguments,
+                          {"gui/" + std::to_string(DeskSession::user), DeskSession::agentFile,
+                           hardware.description.launchAgent.isInstalled,
+                           hardware.system.launchState().isEnabled, setEnabled});
 }
 
 std::string tracedRun(const std::string& executable, const std::vector<std::string>& arguments,
@@ -49,7 +61,7 @@ ProcessResult DeskProcesses::runTool(const std::string& executable,
     return runPresent(desk.hidUtil, runHIDUtil, arguments, hardware);
   }
   if (executable == "/bin/launchctl") {
-    return runPresent(desk.launchControl, runLaunchControl, arguments, hardware);
+    return runPresent(desk.launchControl, runLaunchAgent, arguments, hardware);
   }
   return ProcessNotStarted{"No such file or directory"};
 }

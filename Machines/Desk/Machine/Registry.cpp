@@ -146,7 +146,7 @@ std::unique_ptr<RegistryIterator> DeskRegistry::allServices() {
   if (faults->strikes("IORegistry.allServices")) return nullptr;
   RegistryBuilder builder(faults);
   const auto all = displays.all();
-  for (const auto& display : *all) builder.addDisplay(display);
+  for (const auto& display : all) builder.addDisplay(display);
   return std::make_unique<DeskIterator>(std::move(builder.entries), faults);
 }
 

@@ -303,7 +303,7 @@ TEST_F(DeskWindowsTest, ClosingThePanelEndsTheProgramAndLeavesEveryDisplayPlugge
   EXPECT_EQ(application.run(), 0);
   EXPECT_EQ(delegate.ends, 1);
   application.setDelegate(nullptr);
-  EXPECT_EQ(hardware.displays.all()->size(), 2u);
+  EXPECT_EQ(hardware.displays.all().size(), 2u);
 }
 
 TEST_F(DeskWindowsTest, ThePictureOfTheDeskIsWrittenBesideItsFileAndAfterEachChange) {

@@ -22,7 +22,7 @@ std::string describeHUD(Stage& stage) {
   const Rect frame = hud->frame();
   const Point middle{frame.x + frame.width / 2, frame.y + frame.height / 2};
   const auto displays = stage.hardware().displays.all();
-  for (const auto& display : *displays) {
+  for (const auto& display : displays) {
     if (mouseInRect(middle, display.frame)) {
       return text + " on display " + std::to_string(display.identifier);
     }

@@ -78,7 +78,7 @@ StepProblem expectPeak(Stage& stage, const StepArguments& arguments) {
 
 StepProblem expectGammaKnown(Stage& stage, const StepArguments&) {
   const auto displays = stage.hardware().displays.all();
-  for (const auto& display : *displays) {
+  for (const auto& display : displays) {
     const auto reading = readGamma(stage.hardware(), display.identifier);
     if (reading && reading->kind == GammaReading::Kind::other) {
       return "display " + std::to_string(display.identifier) + " " + reading->text();
@@ -108,7 +108,7 @@ StepProblem expectOriginalMapping(Stage& stage, const StepArguments&) {
 
 StepProblem expectClean(Stage& stage, const StepArguments&) {
   const auto displays = stage.hardware().displays.all();
-  for (const auto& display : *displays) {
+  for (const auto& display : displays) {
     const auto reading = readGamma(stage.hardware(), display.identifier);
     if (reading && reading->kind != GammaReading::Kind::calibrated) {
       return "display " + std::to_string(display.identifier) + " " + reading->text();

@@ -114,7 +114,7 @@ StepProblem pointerAt(Scene& scene, const StepArguments& arguments) {
 StepProblem pointerNowhere(Scene& scene, const StepArguments&) {
   const auto displays = scene.hardware().displays.all();
   double left = 0;
-  for (const auto& display : *displays) left = std::min(left, display.frame.x);
+  for (const auto& display : displays) left = std::min(left, display.frame.x);
   scene.hardware().system.movePointer({left - 1000, 0});
   return std::nullopt;
 }

@@ -26,7 +26,7 @@ class SharedHardwareTest : public testing::Test {
  protected:
   static std::vector<DisplayID> attached(const DeskHardware& hardware) {
     std::vector<DisplayID> identifiers;
-    for (const auto& display : *hardware.displays.all()) identifiers.push_back(display.identifier);
+    for (const auto& display : hardware.displays.all()) identifiers.push_back(display.identifier);
     return identifiers;
   }
 
@@ -46,6 +46,18 @@ class SharedHardwareTest : public testing::Test {
   std::vector<HardwareNotice> notices;
   std::vector<Observation> observations;
 };
+
+TEST_F(SharedHardwareTest, ADisplayUnpluggedWhileTheListIsWalkedIsStillInTheList) {
+  FolderDesk one(deskText, state);
+  FolderDesk two(deskText, state);
+  std::vector<std::string> names;
+  for (const auto& display : one.hardware.displays.all()) {
+    two.hardware.changes.unplug(3);
+    EXPECT_LE(one.hardware.displays.all().size(), 2u);
+    names.push_back(std::to_string(display.identifier));
+  }
+  EXPECT_THAT(names, ElementsAre("1", "2", "3"));
+}
 
 TEST_F(SharedHardwareTest, ADisplayUnpluggedByOneProcessIsGoneForAllAndCanBePluggedInByAny) {
   FolderDesk one(deskText, state);

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Machines/Desk/Machine/LaunchControl.h"
+#include "Machines/Desk/Machine/Processes.h"
 #include "Tests/Support/TestDesk.h"
 
 namespace brivane {
@@ -189,7 +189,8 @@ TEST_F(LaunchControlTest, IsRememberedForOtherProcesses) {
   const std::string text = R"({"launchAgent": {"installed": true}})";
   FolderDesk one(text, folder / "state");
   FolderDesk two(text, folder / "state");
-  runLaunchControl({"disable", agent}, one.hardware);
+  Faults noFaults{{}};
+  DeskProcesses(one.hardware, noFaults).run("/bin/launchctl", {"disable", agent});
   EXPECT_EQ(two.hardware.system.launchState(), LaunchState{false});
   FolderDesk edited(R"({"launchAgent": {"installed": false}})", folder / "state");
   EXPECT_EQ(edited.hardware.system.launchState(), LaunchState{})
