@@ -107,7 +107,7 @@ LOOKED_AT = [
     (r"cmake --preset (\S+) && cmake --build --preset (\S+)", "it takes a Mac",
      [("CMakePresets.json", '"name": "{}"')] * 2),
     (r"cmake --build --preset mac-native --target (\S+)", "it takes a Mac",
-     [("Packaging/macOS/App.cmake", "add_library({} ")]),
+     [("Packaging/macOS/App.cmake", "compare_declarations({} ")]),
     (r"cmake ninja-build llvm-16 python3 npm", "names of packages", []),
     (r"brivane-desk run --trace|Brivane --set", "the beginning of others", []),
     (r"build/bin/brivane-desk run --seed N seed-N\.scenario", "a form of others", []),
