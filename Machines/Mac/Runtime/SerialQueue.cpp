@@ -14,6 +14,12 @@ MacSerialQueue::MacSerialQueue(const std::string& label, QueueQuality quality)
               quality == QueueQuality::userInitiated ? QOS_CLASS_USER_INITIATED : QOS_CLASS_UTILITY,
               0))) {}
 
+// Not in the header: Objective-C's reference counting, in some of the sources that include it,
+// refuses the call.
+MacSerialQueue::~MacSerialQueue() {
+  dispatch_release(queue);
+}
+
 void MacSerialQueue::async(Task task) {
   auto unlessEnded = std::make_unique<Task>([ended = hasEnded, task = std::move(task)] {
     if (!*ended) task();

@@ -16,7 +16,7 @@ class MacSerialQueue : public SerialQueue {
   MacSerialQueue(const std::string& label, QueueQuality quality);
   MacSerialQueue(const MacSerialQueue&) = delete;
   MacSerialQueue& operator=(const MacSerialQueue&) = delete;
-  ~MacSerialQueue() override { dispatch_release(queue); }
+  ~MacSerialQueue() override;
 
   void async(Task task) override;
   void sync(const Task& task) override;
