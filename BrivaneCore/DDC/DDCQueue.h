@@ -35,7 +35,7 @@ struct RereadCandidate {
   std::optional<Instant> lastWrite;
 };
 
-/// The serial queue of everything that waits for a bus. Its tasks own what they touch and never use
+/// The serial queue of all reads of monitors. Its tasks own what they touch and never use
 /// an object of the main thread. Main thread; results of background reads come as later tasks of
 /// the main queue, and only while this object exists.
 class DDCQueue {

@@ -95,14 +95,16 @@ bool areAllAsleep(DeskHardware& hardware) {
 }
 
 LiveButton sleepButton(DeskHardware& hardware, const Runtime& runtime) {
-  if (!hardware.system.isAsleep())
+  if (!hardware.system.isAsleep()) {
     return {"Sleep", [&hardware] { hardware.changes.sleepSystem(); }, {}};
+  }
   return {"Wake", [&hardware, &runtime] { hardware.changes.wakeSystem(runtime.now()); }, {}};
 }
 
 LiveButton screensButton(DeskHardware& hardware, const Runtime& runtime) {
-  if (!areAllAsleep(hardware))
+  if (!areAllAsleep(hardware)) {
     return {"Screens Off", [&hardware] { hardware.changes.sleepScreens(); }, {}};
+  }
   return {"Screens On", [&hardware, &runtime] { hardware.changes.wakeScreens(runtime.now()); }, {}};
 }
 

@@ -7,7 +7,7 @@
 
 namespace brivane {
 
-/// The desk's displays and screens, in the order in which they were plugged in.
+/// The desk's displays and screens, in the window system's order.
 class DeskDisplays : public DisplaySystem {
  public:
   DeskDisplays(const AttachedDisplays& attachedDisplays, DeskSystem& deskSystem,

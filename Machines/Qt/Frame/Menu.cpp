@@ -4,6 +4,7 @@
 
 #include <QCursor>
 #include <QWidgetAction>
+#include <algorithm>
 #include <utility>
 
 #include "Machines/Qt/Frame/MenuRows.h"
@@ -194,7 +195,9 @@ void QtMenu::giveKeyboardBackSoon() {
 /// Not while a slider is dragged: its level would change as it widens or moves under the mouse.
 void QtMenu::fitToTitles() {
   if (window.isSliderHeld()) return;
-  for (std::size_t index = 0; index < items.size(); ++index) {
+  // Rows may be fewer than items while the list is replaced.
+  const auto rows = static_cast<std::size_t>(window.actions().size());
+  for (std::size_t index = 0; index < std::min(items.size(), rows); ++index) {
     const auto* const text = std::get_if<MenuText>(&items[index]);
     // Makes the menu ask for the row's size again.
     if (text != nullptr) action(index).setText(actionText(text->title));

@@ -141,9 +141,9 @@ StepProblem move(Scene& scene, const StepArguments& arguments) {
 
 StepProblem swapPorts(Scene& scene, const StepArguments& arguments) {
   if (arguments.display(0) == arguments.display(1)) return "the same display twice";
-  if (scene.hardware().changes.swapPorts(arguments.display(0), arguments.display(1)))
-    return std::nullopt;
-  return "one of the two displays is not plugged in";
+  const bool isSwapped =
+      scene.hardware().changes.swapPorts(arguments.display(0), arguments.display(1));
+  return isSwapped ? StepProblem() : StepProblem("one of the two displays is not plugged in");
 }
 
 StepProblem announceScreens(Scene& scene, const StepArguments&) {

@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <csignal>
-
 #include "Tests/Mac/Machine/AppKit/FakeFoundation.h"
 #include "Tests/Mac/Machine/AppKit/Program/MacWholeProgram.h"
 

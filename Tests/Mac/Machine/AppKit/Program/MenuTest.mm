@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 
 #include "Tests/Mac/Machine/AppKit/Program/MacWholeProgram.h"
