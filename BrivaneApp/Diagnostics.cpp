@@ -28,6 +28,11 @@ std::optional<Percent> requestedPercent(const std::vector<std::string>& argument
 Diagnostics::Diagnostics(Machine& diagnosedMachine, std::ostream& standardOutput)
     : machine(diagnosedMachine), out(standardOutput) {}
 
+bool Diagnostics::fail(std::string_view line) {
+  print(line);
+  return false;
+}
+
 void Diagnostics::print(std::string_view line) {
   out << line << std::endl;
 }
@@ -36,22 +41,21 @@ void Diagnostics::runProbe() {
   printProbeReport(machine, out);
 }
 
-void Diagnostics::runSet(const std::vector<std::string>& arguments) {
+bool Diagnostics::runSet(const std::vector<std::string>& arguments) {
   const auto percent = requestedPercent(arguments);
-  if (!percent) return print(usage);
+  if (!percent) return fail(usage);
   const auto display = CursorRouter(machine.displays()).displayUnderCursor();
-  if (!display) return print("Could not determine which display the cursor is on.");
+  if (!display) return fail("Could not determine which display the cursor is on.");
   BrightnessStack stack(machine);
   const std::string name = stack.registry->localizedName(*display);
   // This mode is for DDC/CI alone, not for display services.
   const bool speaksDDC =
       stack.controller->backend(*display) != BrightnessBackendKind::appleDisplay &&
       stack.controller->brightness(*display).has_value();
-  if (speaksDDC && stack.controller->setBrightness(*percent, *display)) {
-    print("Set " + name + " to " + std::to_string(*percent) + "%");
-  } else {
-    print("Failed to set " + name + " — no DDC channel.");
-  }
+  const bool isSet = speaksDDC && stack.controller->setBrightness(*percent, *display);
+  print(isSet ? "Set " + name + " to " + std::to_string(*percent) + "%"
+              : "Failed to set " + name + " — no DDC channel.");
+  return isSet;
 }
 
 void Diagnostics::runUnmap() {

@@ -18,14 +18,17 @@ class Diagnostics {
   /// Prints which displays there are and how each can be driven. Changes no level.
   void runProbe();
 
-  /// Sets the display under the pointer to the percent that follows the first "--set".
-  void runSet(const std::vector<std::string>& arguments);
+  /// Sets the display under the pointer to the percent that follows the first "--set". Returns
+  /// whether it was set.
+  bool runSet(const std::vector<std::string>& arguments);
 
   /// Takes the program's entries out of the keyboard's HID key mapping.
   void runUnmap();
 
  private:
   void print(std::string_view line);
+  /// Prints the line; false.
+  bool fail(std::string_view line);
   void printStopReapplyingAdvice();
 
   Machine& machine;

@@ -16,17 +16,19 @@ bool holds(const std::vector<std::string>& arguments, std::string_view option) {
   return std::find(arguments.begin(), arguments.end(), option) != arguments.end();
 }
 
+/// The machine's advice goes behind the report, on another stream: scripts read the report. A level
+/// that was set needs none.
 void runCommandLineMode(const std::vector<std::string>& arguments, Machine& machine,
-                        std::ostream& out) {
+                        std::ostream& out, std::ostream& err) {
   Diagnostics diagnostics(machine, out);
   if (holds(arguments, "--unmap")) {
     diagnostics.runUnmap();
   } else if (holds(arguments, "--probe")) {
     diagnostics.runProbe();
-  } else {
-    diagnostics.runSet(arguments);
+  } else if (diagnostics.runSet(arguments)) {
+    return;
   }
-  if (const auto advice = machine.advice()) out << *advice << std::endl;
+  if (const auto advice = machine.advice()) err << *advice << std::endl;
 }
 
 /// Whether another instance runs; prints which.
@@ -70,7 +72,7 @@ bool isCommandLineMode(const std::vector<std::string>& arguments) {
 int runBrivane(const std::vector<std::string>& arguments, ResidentMachine& machine,
                const FrameOpener& openFrame, std::ostream& out, std::ostream& err) {
   if (!isCommandLineMode(arguments)) return runResident(machine, openFrame, err);
-  runCommandLineMode(arguments, machine, out);
+  runCommandLineMode(arguments, machine, out, err);
   return 0;
 }
 

@@ -13,16 +13,16 @@
 namespace brivane {
 namespace {
 
-using std::chrono_literals::operator""ms;
+using std::chrono::milliseconds;
 
 /// The 7-bit I2C address of every DDC/CI display (VESA DDC/CI), and the host's source address.
 constexpr std::uint32_t chipAddress = 0x37;
 constexpr std::uint32_t dataAddress = 0x51;
 
-constexpr Microseconds beforeSet = 10ms;
-constexpr Microseconds betweenSetWrites = 10ms;
-constexpr Microseconds beforeReply = 40ms;
-constexpr std::array<Microseconds, 2> betweenGetAttempts = {20ms, 40ms};
+constexpr Microseconds beforeSet = milliseconds(10);
+constexpr Microseconds betweenSetWrites = milliseconds(10);
+constexpr Microseconds beforeReply = milliseconds(40);
+constexpr std::array<Microseconds, 2> betweenGetAttempts = {milliseconds(20), milliseconds(40)};
 constexpr std::size_t replyLength = 12;
 
 }  // namespace
@@ -48,6 +48,8 @@ std::optional<VCPReading> AVServiceHandle::getVCP(std::uint8_t code) {
 bool AVServiceHandle::setVCP(std::uint8_t code, std::uint16_t value) {
   const auto& writeI2C = bridge->writeI2C();
   if (!writeI2C) return false;
+  const auto turn = service->takeTurn();
+  if (!turn) return false;
   const auto request = VCPMessages::setRequest(code, value);
   runtime.sleep(beforeSet);
   if (writeI2C(*service, chipAddress, dataAddress, request) != 0) return false;
@@ -60,6 +62,8 @@ std::optional<VCPReading> AVServiceHandle::attemptGetVCP(std::uint8_t code) {
   const auto& writeI2C = bridge->writeI2C();
   const auto& readI2C = bridge->readI2C();
   if (!writeI2C || !readI2C) return std::nullopt;
+  const auto turn = service->takeTurn();
+  if (!turn) return std::nullopt;
   if (writeI2C(*service, chipAddress, dataAddress, VCPMessages::getRequest(code)) != 0) {
     return std::nullopt;
   }

@@ -29,8 +29,13 @@ class GammaTables {
   virtual std::int32_t writeTable(DisplayID display, std::span<const float> red,
                                   std::span<const float> green, std::span<const float> blue) = 0;
 
-  /// Puts the calibrated tables of all displays back in force.
+  /// Puts the calibrated tables of all displays back in force; where tables outlive processes, only
+  /// of those whose table this program has changed, in this run or one that was killed.
   virtual void restoreCalibratedTables() = 0;
+
+  /// Puts the calibrated tables also of displays back in force that `restoreCalibratedTables`
+  /// leaves alone.
+  virtual void discardForeignTables() {}
 };
 
 }  // namespace brivane

@@ -13,11 +13,23 @@
 
 namespace brivane {
 
+/// Use of a bus that no other program has; ends with the object.
+class BusTurn {
+ public:
+  virtual ~BusTurn() = default;
+};
+
 /// The audio/video service of one connected panel, which carries its I2C channel. Holding the
 /// pointer holds the service.
 class AVService {
  public:
   virtual ~AVService() = default;
+
+  /// Called before a request whose reply must not be taken by another program, and held until the
+  /// reply is there. May block for 50 ms; null when another program still has the bus then. Turns
+  /// of this process don't wait for each other. On machines whose buses have no turns there is
+  /// nothing to wait for.
+  virtual std::unique_ptr<BusTurn> takeTurn() { return std::make_unique<BusTurn>(); }
 };
 
 /// The service of a "DCPAVServiceProxy" registry entry; null when there is none.

@@ -12,6 +12,28 @@ std::string displayRemedy(const GraphicsSession& session) {
          "server";
 }
 
+std::string busRemedy(const BusTroubles::Trouble& trouble) {
+  switch (trouble.kind) {
+    case BusTrouble::notPermitted:
+      return "You have no permission for /dev/i2c-*, so monitors can't be reached: install "
+             "Brivane's "
+             "udev rule or join the group i2c, then log in again. See docs/linux.md.";
+    case BusTrouble::noBus:
+      return "No I2C bus leads to the monitor on " + trouble.monitor +
+             ": its driver, adapter or dock offers none. See docs/linux.md.";
+    case BusTrouble::busy:
+      return "Another program uses the I2C bus of the monitor on " + trouble.monitor +
+             ": end it, and try again.";
+    case BusTrouble::asleep:
+      return "The monitor on " + trouble.monitor + " is on stand-by: wake it, and try again.";
+    case BusTrouble::noAnswer:
+      return "The monitor on " + trouble.monitor +
+             " doesn't answer: switch on DDC/CI in its own menu, and try it without an adapter or "
+             "dock. See docs/linux.md.";
+  }
+  return {};
+}
+
 }  // namespace
 
 std::optional<std::string> adviceFor(const GraphicsSession& session,
@@ -25,10 +47,8 @@ std::optional<std::string> adviceFor(const GraphicsSession& session,
            "that "
            "changes nothing, the graphics driver offers no I2C bus. See docs/linux.md.";
   }
-  if (missingAccess.busDenied) {
-    return "You have no permission for /dev/i2c-*, so monitors can't be reached: install Brivane's "
-           "udev rule or join the group i2c, then log in again. See docs/linux.md.";
-  }
+  const auto trouble = missingAccess.buses.first();
+  if (trouble && trouble->kind == BusTrouble::notPermitted) return busRemedy(*trouble);
   if (missingAccess.keymapsDenied) {
     return "brivane-hidutil has no permission to remap the keyboards' brightness keys: only root "
            "has it. See docs/linux.md.";
@@ -37,7 +57,7 @@ std::optional<std::string> adviceFor(const GraphicsSession& session,
     return "You have no permission to set the built-in panel's backlight: install Brivane's udev "
            "rule or join the group video, then log in again. See docs/linux.md.";
   }
-  return std::nullopt;
+  return trouble ? std::optional(busRemedy(*trouble)) : std::nullopt;
 }
 
 }  // namespace brivane

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "Machines/Linux/MissingAccess.h"
+#include "Machines/Linux/DDC/MissingAccess.h"
 
 namespace brivane {
 

@@ -7,16 +7,16 @@
 #include "Machines/Linux/Applications.h"
 #include "Machines/Linux/AutostartEntry.h"
 #include "Machines/Linux/Backlight.h"
-#include "Machines/Linux/Bus.h"
-#include "Machines/Linux/Connectors.h"
-#include "Machines/Linux/MissingAccess.h"
+#include "Machines/Linux/DDC/Bus.h"
+#include "Machines/Linux/DDC/Connectors.h"
+#include "Machines/Linux/DDC/MissingAccess.h"
+#include "Machines/Linux/DDC/Registry.h"
+#include "Machines/Linux/DDC/SleepGate.h"
 #include "Machines/Linux/Notifications.h"
 #include "Machines/Linux/Processes.h"
-#include "Machines/Linux/Registry.h"
 #include "Machines/Linux/Resources.h"
 #include "Machines/Linux/Session.h"
 #include "Machines/Linux/SessionBacklight.h"
-#include "Machines/Linux/SleepGate.h"
 #include "Machines/Linux/Symbols.h"
 #include "Machines/Linux/System/Log.h"
 #include "Machines/Linux/X11/Displays.h"
@@ -68,13 +68,17 @@ class LinuxMachine : public ResidentMachine {
   SleepGate sleepGate;
   AutostartEntry entry{AutostartEntry::usualFolders()};
   XConnection connection;
-  LinuxDisplays displaySystem{connection};
-  LinuxGammaTables gamma{connection};
   Connectors connectors;
-  LinuxBus bus{connectors, missingAccess, sleepGate};
+  LinuxDisplays displaySystem{connection, connectors};
+  LinuxGammaTables gamma{connection};
+  LinuxBus bus{connectors, missingAccess, sleepGate, threads};
   SessionBacklight sessionBacklight;
-  LinuxBacklight backlight{displaySystem, missingAccess, sessionBacklight};
-  LinuxIORegistry registry{connectors};
+  LinuxBacklight backlight{displaySystem,
+                           [this](DisplayID display) { return displaySystem.connectorOf(display); },
+                           missingAccess, sessionBacklight};
+  BusSearch busSearch{connectors, sleepGate};
+  LinuxIORegistry registry{connectors, busSearch, missingAccess.buses,
+                           [this] { return displaySystem.describedOutputs(); }};
   LinuxSymbolLoader symbolLoader{bus, backlight};
   LinuxProcessRunner processRunner{missingAccess, entry};
   LinuxApplications runningPrograms;

@@ -6,7 +6,7 @@
 #include "BrivaneCore/Seams/SystemNotifications.h"
 #include "Machines/Common/Processes/TerminationSignals.h"
 #include "Machines/Common/Topic.h"
-#include "Machines/Linux/SleepGate.h"
+#include "Machines/Linux/DDC/SleepGate.h"
 #include "Machines/Linux/SleepWatch.h"
 #include "Machines/Linux/X11/XEvents.h"
 

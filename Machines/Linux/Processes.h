@@ -7,7 +7,7 @@
 
 #include "BrivaneCore/Seams/ProcessRunner.h"
 #include "Machines/Linux/AutostartEntry.h"
-#include "Machines/Linux/MissingAccess.h"
+#include "Machines/Linux/DDC/MissingAccess.h"
 
 namespace brivane {
 

@@ -2,7 +2,7 @@
 
 #include "BrivaneCore/Seams/SymbolLoader.h"
 #include "Machines/Linux/Backlight.h"
-#include "Machines/Linux/Bus.h"
+#include "Machines/Linux/DDC/Bus.h"
 
 namespace brivane {
 

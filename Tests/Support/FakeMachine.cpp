@@ -1,6 +1,7 @@
 #include "Tests/Support/FakeMachine.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "BrivaneCore/Support/Fatal.h"
@@ -142,8 +143,20 @@ Symbol FakeSymbolLoader::find(LibraryHandle library, std::string_view name) {
 }
 
 struct FakeBus::Service : AVService {
+  struct Turn : BusTurn {
+    explicit Turn(Channel& takenChannel) : channel(takenChannel) {
+      ++std::atomic_ref(channel.openTurns);
+    }
+    ~Turn() override { --std::atomic_ref(channel.openTurns); }
+    Channel& channel;
+  };
+
   Service(std::string portName, Channel& portChannel)
       : port(std::move(portName)), channel(portChannel) {}
+
+  std::unique_ptr<BusTurn> takeTurn() override {
+    return channel.isBusy ? nullptr : std::make_unique<Turn>(channel);
+  }
 
   std::vector<std::uint8_t> standardReply() const {
     const auto high = [](std::uint16_t value) { return static_cast<std::uint8_t>(value >> 8); };
@@ -161,6 +174,10 @@ struct FakeBus::Service : AVService {
   Channel& channel;
   std::vector<std::uint8_t> lastRequest;
 };
+
+void FakeBus::noteTurn(Channel& channel) {
+  if (std::atomic_ref(channel.openTurns) == 0) ++std::atomic_ref(channel.messagesOutsideTurns);
+}
 
 void FakeBus::install(FakeSymbolLoader& loader) {
   auto& symbols = loader.libraries[ioKit];
@@ -185,6 +202,7 @@ void FakeBus::install(FakeSymbolLoader& loader) {
 
 std::int32_t FakeBus::write(Service& service, std::uint32_t chip, std::uint32_t address,
                             std::span<const std::uint8_t> bytes) {
+  noteTurn(service.channel);
   const std::lock_guard lock(mutex);
   Channel& channel = service.channel;
   notes.add("write " + service.port + " " + std::to_string(chip) + "/" + std::to_string(address) +
@@ -207,6 +225,7 @@ std::int32_t FakeBus::write(Service& service, std::uint32_t chip, std::uint32_t 
 
 std::int32_t FakeBus::read(Service& service, std::uint32_t chip, std::uint32_t address,
                            std::span<std::uint8_t> bytes) {
+  noteTurn(service.channel);
   const std::lock_guard lock(mutex);
   Channel& channel = service.channel;
   notes.add("read " + service.port + " " + std::to_string(chip) + "/" + std::to_string(address) +

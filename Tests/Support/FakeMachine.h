@@ -136,6 +136,10 @@ class FakeBus {
     std::uint16_t current = 50;
     std::uint16_t max = 100;
     bool answers = true;
+    /// Another program has the bus: no turn.
+    bool isBusy = false;
+    int openTurns = 0;
+    int messagesOutsideTurns = 0;
     /// Overrides the standard reply when set.
     std::function<std::vector<std::uint8_t>()> reply;
     /// Overrides `writeStatus` for one write each, in order.
@@ -154,6 +158,7 @@ class FakeBus {
 
  private:
   struct Service;
+  static void noteTurn(Channel& channel);
   std::int32_t write(Service& service, std::uint32_t chip, std::uint32_t address,
                      std::span<const std::uint8_t> bytes);
   std::int32_t read(Service& service, std::uint32_t chip, std::uint32_t address,
@@ -190,6 +195,7 @@ class FakeGammaTables : public GammaTables {
   std::int32_t writeTable(DisplayID display, std::span<const float> red,
                           std::span<const float> green, std::span<const float> blue) override;
   void restoreCalibratedTables() override;
+  void discardForeignTables() override { calls.emplace_back("discard foreign"); }
 
   /// Gives the display a calibrated table: the same curve on all channels, or a linear one.
   void add(DisplayID display, const std::vector<float>& curve);
@@ -202,7 +208,8 @@ class FakeGammaTables : public GammaTables {
   std::map<DisplayID, std::uint32_t> capacities;
   std::map<DisplayID, std::int32_t> readStatus;
   std::map<DisplayID, std::int32_t> writeStatus;
-  /// "capacity <id>", "read <id> <count>", "write <id> <count>", "restore all".
+  /// "capacity <id>", "read <id> <count>", "write <id> <count>", "restore all",
+  /// "discard foreign".
   std::vector<std::string> calls;
   OptionalNotes notes;
 

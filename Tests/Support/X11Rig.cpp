@@ -207,6 +207,11 @@ void X11Rig::setConnectorType(std::size_t monitor, const std::string& type) {
   setOutputProperty(monitor, "ConnectorType", XCB_ATOM_ATOM, bitsPerAtom, 1, &value);
 }
 
+void X11Rig::setConnectorNumber(std::size_t monitor, std::uint32_t number) {
+  constexpr std::uint8_t bitsPerNumber = 32;
+  setOutputProperty(monitor, "CONNECTOR_ID", XCB_ATOM_INTEGER, bitsPerNumber, 1, &number);
+}
+
 void X11Rig::setOutputProfile(std::size_t monitor, std::span<const std::uint8_t> profile) {
   const xcb_atom_t property = atom("_ICC_PROFILE");
   if (profile.empty()) {

@@ -73,6 +73,8 @@ class X11Rig {
   void removeEDID(std::size_t monitor);
   /// RandR's "ConnectorType", such as "Panel".
   void setConnectorType(std::size_t monitor, const std::string& type);
+  /// RandR's "CONNECTOR_ID", the kernel's number of the connector.
+  void setConnectorNumber(std::size_t monitor, std::uint32_t number);
   /// An ICC profile as a property of the output, and of the root window under the given name; no
   /// bytes remove it.
   void setOutputProfile(std::size_t monitor, std::span<const std::uint8_t> profile);

@@ -58,6 +58,18 @@ std::vector<std::string> namesIn(const std::filesystem::path& folder) {
   return names;
 }
 
+std::optional<std::filesystem::path> deviceWith(std::string_view attribute,
+                                                const std::filesystem::path& classLink) {
+  std::error_code noLink;
+  const auto target = std::filesystem::read_symlink(classLink, noLink);
+  if (noLink) return std::nullopt;
+  for (auto device = (classLink.parent_path() / target).lexically_normal();
+       device.has_relative_path(); device = device.parent_path()) {
+    if (std::filesystem::exists(device / attribute, noLink)) return device;
+  }
+  return std::nullopt;
+}
+
 std::optional<unsigned> numberBehind(std::string_view prefix, std::string_view name) {
   if (!name.starts_with(prefix)) return std::nullopt;
   const char* const end = name.data() + name.size();

@@ -26,6 +26,11 @@ int writeAttribute(const std::filesystem::path& file, std::string_view text);
 /// The names in a folder, sorted; empty when there is no such folder or it can't be read.
 std::vector<std::string> namesIn(const std::filesystem::path& folder);
 
+/// The device that a link in a class folder leads to, or the nearest device above with that
+/// attribute; nothing without one.
+std::optional<std::filesystem::path> deviceWith(std::string_view attribute,
+                                                const std::filesystem::path& classLink);
+
 /// The number behind `prefix`, if `name` is exactly that ("i2c-5" with "i2c-"); else nothing.
 std::optional<unsigned> numberBehind(std::string_view prefix, std::string_view name);
 

@@ -4,9 +4,9 @@
 #include "Machines/Linux/X11/Displays.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
+#include "BrivaneCore/Support/Lookup.h"
 #include "Machines/Linux/System/EDID.h"
 #include "Machines/Linux/X11/XCoordinates.h"
 
@@ -19,10 +19,9 @@ struct NameQuestions {
   xcb_randr_get_output_property_cookie_t edid{};
 };
 
-NameQuestions askName(const XServer& server, const XOutput& output) {
-  return {
-      .connector = xcb_randr_get_output_info(server.connection, output.output, XCB_CURRENT_TIME),
-      .edid = askOutputProperty(server, output.output, server.edid)};
+NameQuestions askName(const XServer& server, xcb_randr_output_t output) {
+  return {.connector = xcb_randr_get_output_info(server.connection, output, XCB_CURRENT_TIME),
+          .edid = askOutputProperty(server, output, server.edid)};
 }
 
 EDID readEDID(const XServer& server, xcb_randr_get_output_property_cookie_t question) {
@@ -36,15 +35,32 @@ std::string readName(const XServer& server, const NameQuestions& questions) {
   return edid.name.empty() ? connector : edid.name;
 }
 
-/// RandR's property "ConnectorType" with the atom "Panel": a built-in panel, from drivers whose
-/// connector names don't show it.
-bool readConnectorIsPanel(const XServer& server, xcb_randr_get_output_property_cookie_t question) {
-  const XReply<xcb_randr_get_output_property_reply_t> reply(
-      xcb_randr_get_output_property_reply(server.connection, question, nullptr));
-  if (!reply || reply->num_items == 0) return false;
-  xcb_atom_t type = XCB_NONE;
-  std::memcpy(&type, xcb_randr_get_output_property_data(reply.get()), sizeof type);
-  return type == server.panel;
+/// The pending requests for what finds an output's connector.
+struct ConnectorQuestions {
+  NameQuestions name;
+  xcb_randr_get_output_property_cookie_t number{};
+  xcb_randr_get_output_property_cookie_t type{};
+};
+
+ConnectorQuestions askConnector(const XServer& server, xcb_randr_output_t output) {
+  return {.name = askName(server, output),
+          .number = askOutputProperty(server, output, server.connectorNumber),
+          .type = askOutputProperty(server, output, server.connectorType)};
+}
+
+DescribedOutput readConnector(const XServer& server, DisplayID display,
+                              const ConnectorQuestions& questions) {
+  const std::string name = readOutputName(server, questions.name.connector);
+  const auto bytes = readOutputProperty(server, questions.name.edid);
+  const auto edid = bytes ? parseEDID(*bytes) : std::nullopt;
+  const auto number = readOutputNumber(server, questions.number);
+  // Some drivers' connector names don't show a built-in panel.
+  const bool isPanel = readOutputNumber(server, questions.type) == server.panel;
+  return {.display = display,
+          .name = name,
+          .connectorNumber = number,
+          .panel = edid ? std::optional(edid->panel) : std::nullopt,
+          .isBuiltIn = isPanel || namesBuiltInPanel(name)};
 }
 
 }  // namespace
@@ -71,18 +87,45 @@ std::optional<std::vector<DisplayID>> LinuxDisplays::onlineDisplayList(std::uint
 }
 
 bool LinuxDisplays::isBuiltIn(DisplayID display) {
-  const auto server = connection.server();
-  if (!server) return false;
-  const auto info = xcb_randr_get_output_info(server->connection, display, XCB_CURRENT_TIME);
-  const auto type = askOutputProperty(*server, display, server->connectorType);
-  const bool isNamedAsPanel = namesBuiltInPanel(readOutputName(*server, info));
-  return readConnectorIsPanel(*server, type) || isNamedAsPanel;
+  const auto output = describedOutput(display);
+  return output && output->isBuiltIn;
 }
 
 PanelIdentity LinuxDisplays::panelIdentity(DisplayID display) {
+  const auto output = describedOutput(display);
+  if (!output) return {};
+  if (output->panel) return *output->panel;
+  const auto connector = connectorOf(display);
+  return identityOf(*output, connector ? &*connector : nullptr);
+}
+
+std::optional<Connector> LinuxDisplays::connectorOf(DisplayID display) {
+  return lookUp(connectorsOf(describedOutputs(), connectors.all()), display);
+}
+
+/// Nothing for unknown outputs.
+std::optional<DescribedOutput> LinuxDisplays::describedOutput(DisplayID display) {
   const auto server = connection.server();
-  if (!server) return {};
-  return readEDID(*server, askOutputProperty(*server, display, server->edid)).panel;
+  if (!server) return std::nullopt;
+  auto output = readConnector(*server, display, askConnector(*server, display));
+  return output.name.empty() ? std::nullopt : std::optional(std::move(output));
+}
+
+DescribedOutputs LinuxDisplays::describedOutputs() {
+  const auto server = connection.server();
+  const auto online = server ? activeOutputs(*server) : std::nullopt;
+  if (!online) return {};
+  std::vector<ConnectorQuestions> questions(online->size());
+  std::ranges::transform(*online, questions.begin(), [&](const XOutput& output) {
+    return askConnector(*server, output.output);
+  });
+  DescribedOutputs outputs{.online = std::vector<DescribedOutput>(online->size()), .names = {}};
+  std::ranges::transform(*online, questions, outputs.online.begin(),
+                         [&](const XOutput& output, const ConnectorQuestions& question) {
+                           return readConnector(*server, output.output, question);
+                         });
+  outputs.names = outputNames(*server);
+  return outputs;
 }
 
 std::vector<Screen> LinuxDisplays::screens() {
@@ -91,7 +134,7 @@ std::vector<Screen> LinuxDisplays::screens() {
   if (!online) return {};
   std::vector<NameQuestions> questions(online->size());
   std::ranges::transform(*online, questions.begin(),
-                         [&](const XOutput& output) { return askName(*server, output); });
+                         [&](const XOutput& output) { return askName(*server, output.output); });
   std::vector<Screen> screens(online->size());
   std::ranges::transform(*online, questions, screens.begin(),
                          [&](const XOutput& output, const NameQuestions& question) {

@@ -23,10 +23,13 @@ struct AtomName {
   std::string_view name;
   xcb_atom_t XServer::*atom;
 };
-constexpr std::array<AtomName, 4> atomNames = {{{"EDID", &XServer::edid},
-                                                {"_ICC_PROFILE", &XServer::iccProfile},
-                                                {"ConnectorType", &XServer::connectorType},
-                                                {"Panel", &XServer::panel}}};
+constexpr std::array<AtomName, 6> atomNames = {
+    {{"EDID", &XServer::edid},
+     {"_ICC_PROFILE", &XServer::iccProfile},
+     {"ConnectorType", &XServer::connectorType},
+     {"Panel", &XServer::panel},
+     {"CONNECTOR_ID", &XServer::connectorNumber},
+     {"_BRIVANE_CHANGED_RAMPS", &XServer::changedRamps}}};
 using AtomQuestions = std::array<xcb_intern_atom_cookie_t, atomNames.size()>;
 
 AtomQuestions askAtoms(xcb_connection_t* connection) {

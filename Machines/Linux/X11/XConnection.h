@@ -28,11 +28,14 @@ struct XServer {
   xcb_connection_t* connection = nullptr;
   /// The root window of the display name's screen.
   xcb_window_t root = XCB_NONE;
-  /// The atoms "EDID", "_ICC_PROFILE", "ConnectorType" and "Panel".
+  /// The atoms "EDID", "_ICC_PROFILE", "ConnectorType", "Panel", "CONNECTOR_ID" and
+  /// "_BRIVANE_CHANGED_RAMPS".
   xcb_atom_t edid = XCB_NONE;
   xcb_atom_t iccProfile = XCB_NONE;
   xcb_atom_t connectorType = XCB_NONE;
   xcb_atom_t panel = XCB_NONE;
+  xcb_atom_t connectorNumber = XCB_NONE;
+  xcb_atom_t changedRamps = XCB_NONE;
   /// All CRTCs at the time of the connection.
   std::vector<xcb_randr_crtc_t> crtcs;
 };

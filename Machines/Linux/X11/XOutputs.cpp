@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstring>
 #include <span>
 #include <tuple>
 #include <utility>
@@ -118,6 +119,33 @@ std::optional<std::vector<std::uint8_t>> readOutputProperty(
   if (!reply || reply->format != bitsPerByte) return std::nullopt;
   const std::span bytes(xcb_randr_get_output_property_data(reply.get()), reply->num_items);
   return std::vector(bytes.begin(), bytes.end());
+}
+
+std::optional<std::uint32_t> readOutputNumber(const XServer& server,
+                                              xcb_randr_get_output_property_cookie_t question) {
+  const XReply<xcb_randr_get_output_property_reply_t> reply(
+      xcb_randr_get_output_property_reply(server.connection, question, nullptr));
+  if (!reply || reply->num_items == 0 || reply->format != 32) return std::nullopt;
+  std::uint32_t number = 0;
+  std::memcpy(&number, xcb_randr_get_output_property_data(reply.get()), sizeof number);
+  return number;
+}
+
+std::vector<std::string> outputNames(const XServer& server) {
+  const XReply<xcb_randr_get_screen_resources_current_reply_t> list(
+      xcb_randr_get_screen_resources_current_reply(server.connection, askForCRTCs(server),
+                                                   nullptr));
+  if (!list) return {};
+  const std::span outputs(xcb_randr_get_screen_resources_current_outputs(list.get()),
+                          list->num_outputs);
+  std::vector<xcb_randr_get_output_info_cookie_t> questions(outputs.size());
+  std::ranges::transform(outputs, questions.begin(), [&](xcb_randr_output_t output) {
+    return xcb_randr_get_output_info(server.connection, output, XCB_CURRENT_TIME);
+  });
+  std::vector<std::string> names(outputs.size());
+  std::ranges::transform(questions, names.begin(),
+                         [&](const auto& question) { return readOutputName(server, question); });
+  return names;
 }
 
 std::string readOutputName(const XServer& server, xcb_randr_get_output_info_cookie_t question) {

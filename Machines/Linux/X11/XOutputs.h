@@ -49,6 +49,14 @@ xcb_randr_get_output_property_cookie_t askOutputProperty(const XServer& server,
 std::optional<std::vector<std::uint8_t>> readOutputProperty(
     const XServer& server, xcb_randr_get_output_property_cookie_t question);
 
+/// The requested property as one number or atom; nothing when the output has no such property, and
+/// for unknown outputs.
+std::optional<std::uint32_t> readOutputNumber(const XServer& server,
+                                              xcb_randr_get_output_property_cookie_t question);
+
+/// The names of all outputs, also of those without a CRTC; none when the server fails.
+std::vector<std::string> outputNames(const XServer& server);
+
 /// The connector's name, such as "HDMI-1"; empty when the server fails.
 std::string readOutputName(const XServer& server, xcb_randr_get_output_info_cookie_t question);
 

@@ -56,6 +56,23 @@ TEST_F(AVServiceHandleTest, ASetGoesOutTwiceAfterTenMillisecondsEach) {
   EXPECT_EQ(machine.time.now(), Instant(fromSeconds(0.02)));
 }
 
+TEST_F(AVServiceHandleTest, ABusThatAnotherProgramUsesFailsASetAndEachAttemptOfAGetUntouched) {
+  channel.isBusy = true;
+  EXPECT_FALSE(handle().setVCP(0x10, 50));
+  EXPECT_EQ(machine.time.now(), Instant(fromSeconds(0)));
+  EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
+  EXPECT_EQ(machine.time.now(), Instant(fromSeconds(0.06)));
+  EXPECT_THAT(machine.notes.take(), IsEmpty());
+}
+
+TEST_F(AVServiceHandleTest, EverySetAndEveryAttemptOfAGetHasTheBusForItself) {
+  EXPECT_TRUE(handle().setVCP(0x10, 50));
+  channel.reply = [] { return std::vector<std::uint8_t>(12); };
+  EXPECT_EQ(handle().getVCP(0x10), std::nullopt);
+  EXPECT_EQ(channel.messagesOutsideTurns, 0);
+  EXPECT_EQ(channel.openTurns, 0);
+}
+
 TEST_F(AVServiceHandleTest, ASetOfTheSmallestAndTheLargestValue) {
   EXPECT_TRUE(handle().setVCP(0x10, 0));
   EXPECT_TRUE(handle().setVCP(0x10, 0xFFFF));

@@ -98,22 +98,26 @@ TEST_F(LinuxCommandsTest, BrokenSettingsAreKeptAndTheLevelIsStillSet) {
 
 TEST_F(LinuxCommandsTest, WithoutAnXServerTheReportSaysSoInItsOwnWordsAndAddsOneLineOfAdvice) {
   for (const auto* display : {"", ":4711"}) {
-    const auto lines = linesOf(run({"--probe"}, {{"DISPLAY", display}}).output);
-    ASSERT_GE(lines.size(), 2u);
-    EXPECT_EQ(lines[lines.size() - 2], "  No displays reported by CoreGraphics.");
-    EXPECT_THAT(lines.back(), StartsWith("Brivane sees no displays because "));
-    EXPECT_THAT(lines.back(), HasSubstr("XAUTHORITY"));
+    const auto report = run({"--probe"}, {{"DISPLAY", display}});
+    EXPECT_EQ(linesOf(report.output).back(), "  No displays reported by CoreGraphics.");
+    EXPECT_THAT(linesOf(report.errors),
+                ElementsAre(AllOf(StartsWith("Brivane sees no displays because "),
+                                  HasSubstr("XAUTHORITY"))));
   }
-  const auto lines = linesOf(run({"--set", "40"}, {{"DISPLAY", ""}}).output);
-  ASSERT_THAT(lines, SizeIs(2));
-  EXPECT_EQ(lines[0], "Could not determine which display the cursor is on.");
+  const auto report = run({"--set", "40"}, {{"DISPLAY", ""}});
+  EXPECT_EQ(report.output, "Could not determine which display the cursor is on.\n");
+  EXPECT_THAT(linesOf(report.errors), SizeIs(1));
 }
 
 TEST_F(LinuxCommandsTest, AMonitorThatHangsUpIsReportedWithoutHarm) {
   world.turn("DP-1", "mood", "silent");
   pointAtMiddle();
-  EXPECT_THAT(run({"--set", "40"}).output, StartsWith("Failed to set Middle 24 — no DDC channel."));
-  EXPECT_THAT(run({"--probe"}).output, HasSubstr("control: NONE"));
+  const auto failure = run({"--set", "40"});
+  EXPECT_EQ(failure.output, "Failed to set Middle 24 — no DDC channel.\n");
+  EXPECT_THAT(failure.errors, StartsWith("The monitor on card0-DP-1 doesn't answer: "));
+  const auto report = run({"--probe"});
+  EXPECT_THAT(report.output, HasSubstr("control: NONE"));
+  EXPECT_EQ(report.errors, failure.errors);
 }
 
 TEST_F(LinuxCommandsTest, UnmapFindsNothingOfBrivaneOnFreshKeyboards) {

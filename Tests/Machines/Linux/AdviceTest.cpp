@@ -42,10 +42,27 @@ TEST(Advice, EachMissingAccessHasItsRemedy) {
   missingAccess.keymapsDenied = true;
   EXPECT_THAT(adviceFor(allWell, missingAccess),
               Optional(AllOf(HasSubstr("brivane-hidutil"), HasSubstr("root"))));
-  missingAccess.busDenied = true;
+  missingAccess.buses.note("card0-DP-1", BusTrouble::notPermitted);
   EXPECT_THAT(adviceFor(allWell, missingAccess), Optional(HasSubstr("udev rule")));
   missingAccess.noBuses = true;
   EXPECT_THAT(adviceFor(allWell, missingAccess), Optional(HasSubstr("modprobe i2c-dev")));
+}
+
+TEST(Advice, EachReasonWhyAMonitorIsNotReachedHasItsRemedyTheFirstToBeRemediedFirst) {
+  MissingAccess missingAccess;
+  for (const auto& [trouble, remedy] :
+       {std::pair{BusTrouble::noBus, "No I2C bus leads to the monitor on card0-DP-1"},
+        {BusTrouble::noAnswer, "card0-DP-2 doesn't answer: switch on DDC/CI"},
+        {BusTrouble::asleep, "card0-DP-3 is on stand-by: wake it"},
+        {BusTrouble::busy, "Another program uses the I2C bus of the monitor on card0-DP-4"},
+        {BusTrouble::notPermitted, "udev rule"}}) {
+    static int number = 0;
+    missingAccess.buses.note("card0-DP-" + std::to_string(++number), trouble);
+    EXPECT_THAT(adviceFor(allWell, missingAccess), Optional(HasSubstr(remedy)));
+  }
+  missingAccess.buses.forget("card0-DP-5");
+  missingAccess.buses.forget("card0-DP-4");
+  EXPECT_THAT(adviceFor(allWell, missingAccess), Optional(HasSubstr("card0-DP-3")));
 }
 
 TEST(Advice, TheDisplaysComeFirstAndItIsAlwaysOneLine) {

@@ -29,6 +29,16 @@ class BacklightTest : public testing::Test {
     folder.write(name + "/max_brightness", std::to_string(maximum) + "\n");
   }
 
+  void link(const std::string& name, const std::string& device) {
+    std::filesystem::create_symlink(device, folder / name / "device");
+  }
+
+  static Connector connectorNamed(const std::string& name) {
+    Connector connector;
+    connector.name = name;
+    return connector;
+  }
+
   std::string steps(const std::string& name) {
     return TemporaryFolder::read(folder / name / "brightness");
   }
@@ -41,18 +51,20 @@ class BacklightTest : public testing::Test {
 
   TemporaryFolder folder;
   FakeDisplaySystem displays;
+  std::optional<Connector> panel;
   MissingAccess missingAccess;
   SessionBacklight logind;
-  LinuxBacklight backlight{displays, missingAccess, logind, folder.path};
+  LinuxBacklight backlight{displays, [this](DisplayID) { return panel; }, missingAccess, logind,
+                           folder.path};
 };
 
 TEST_F(BacklightTest, TheBuiltInPanelHasTheBacklightsLevel) {
-  add("intel_backlight", "raw", 300, 1200);
+  add("intel_backlight", "platform", 300, 1200);
   EXPECT_EQ(level(), 0.25F);
 }
 
 TEST_F(BacklightTest, AMonitorIsNotDrivenByTheBacklight) {
-  add("intel_backlight", "raw", 300, 1200);
+  add("intel_backlight", "platform", 300, 1200);
   float untouched = -1;
   EXPECT_NE(backlight.get(monitor, untouched), 0);
   EXPECT_EQ(untouched, -1);
@@ -80,7 +92,7 @@ TEST_F(BacklightTest, AnInvalidLevelIsRefused) {
 
 TEST_F(BacklightTest, OfSeveralOffersFirmwareComesBeforePlatformBeforeRaw) {
   add("a_raw", "raw", 1, 100);
-  EXPECT_EQ(level(), 0.01F);
+  EXPECT_EQ(level(), 0);
   add("b_platform", "platform", 2, 100);
   EXPECT_EQ(level(), 0.02F);
   add("c_firmware", "firmware", 3, 100);
@@ -89,6 +101,58 @@ TEST_F(BacklightTest, OfSeveralOffersFirmwareComesBeforePlatformBeforeRaw) {
   EXPECT_EQ(backlight.set(laptop, 1), 0);
   EXPECT_EQ(steps("c_firmware"), "100");
   EXPECT_EQ(steps("a_raw"), "1\n");
+}
+
+TEST_F(BacklightTest, TheOneOfThePanelsOwnConnectorComesBeforeAllTypes) {
+  panel = connectorNamed("card1-eDP-1");
+  add("a_firmware", "firmware", 1, 100);
+  add("card1-raw", "raw", 51, 101);
+  link("card1-raw", "../../card1-eDP-1");
+  EXPECT_EQ(level(), 0.5F);
+}
+
+TEST_F(BacklightTest, OneOfAnotherConnectorIsNeverTaken) {
+  panel = connectorNamed("card1-eDP-1");
+  add("other-panel", "firmware", 1, 100);
+  link("other-panel", "../../card0-eDP-1");
+  EXPECT_FALSE(backlight.canChange(laptop));
+  panel.reset();
+  EXPECT_TRUE(backlight.canChange(laptop)) << "it may be";
+  add("monitor", "firmware", 2, 100);
+  link("monitor", "../../card0-DP-1");
+  std::filesystem::remove_all(folder / "other-panel");
+  EXPECT_FALSE(backlight.canChange(laptop));
+}
+
+TEST_F(BacklightTest, OneOfAMonitorIsNeverTaken) {
+  add("ddc", "raw", 2, 100);
+  link("ddc", "/sys/devices/pci0000:00/0000:00:02.0/i2c-5/5-0037");
+  add("usb", "firmware", 2, 100);
+  link("usb", "/sys/devices/pci0000:00/0000:00:14.0/usb1/1-4/1-4:1.7/0003:05AC:9227.0001");
+  EXPECT_FALSE(backlight.canChange(laptop));
+  add("intel_backlight", "platform", 25, 100);
+  EXPECT_EQ(level(), 0.25F);
+}
+
+TEST_F(BacklightTest, OneOfAnotherDeviceIsTakenByItsType) {
+  panel = connectorNamed("card1-eDP-1");
+  add("acpi_video0", "firmware", 25, 100);
+  link("acpi_video0", "../../../0000:00:02.0");
+  EXPECT_EQ(level(), 0.25F);
+}
+
+TEST_F(BacklightTest, TheLowestLevelOfRawRegistersIsStepOne) {
+  add("intel_backlight", "raw", 0, 1001);
+  EXPECT_EQ(level(), 0) << "switched off";
+  for (const auto& [set, expected] : {std::pair{0.0F, "1"}, {0.5F, "501"}, {1.0F, "1001"}}) {
+    EXPECT_EQ(backlight.set(laptop, set), 0);
+    EXPECT_EQ(steps("intel_backlight"), expected);
+    EXPECT_EQ(level(), set);
+  }
+  add("intel_backlight", "raw", 1, 1);
+  EXPECT_EQ(level(), 1);
+  EXPECT_EQ(backlight.set(laptop, 0), 0);
+  EXPECT_EQ(steps("intel_backlight"), "0");
 }
 
 TEST_F(BacklightTest, ABacklightThatMakesNoSenseIsUnreadable) {
@@ -108,12 +172,12 @@ TEST_F(BacklightTest, WithoutABacklightNothingCanBeDone) {
   EXPECT_FALSE(backlight.exists());
   EXPECT_FALSE(backlight.canChange(laptop));
   EXPECT_EQ(level(), -1);
-  add("intel_backlight", "raw", 300, 1200);
+  add("intel_backlight", "platform", 300, 1200);
   EXPECT_TRUE(backlight.exists());
 }
 
 TEST_F(BacklightTest, ABacklightThatOthersOwnCanBeReadButNotChanged) {
-  add("intel_backlight", "raw", 300, 1200);
+  add("intel_backlight", "platform", 300, 1200);
   using std::filesystem::perms;
   std::filesystem::permissions(folder.path,
                                perms::owner_all | perms::others_read | perms::others_exec);
@@ -127,7 +191,7 @@ TEST_F(BacklightTest, ABacklightThatOthersOwnCanBeReadButNotChanged) {
 }
 
 TEST_F(BacklightTest, AWritableBacklightCanBeChanged) {
-  add("intel_backlight", "raw", 300, 1200);
+  add("intel_backlight", "platform", 300, 1200);
   EXPECT_TRUE(backlight.canChange(laptop));
 }
 

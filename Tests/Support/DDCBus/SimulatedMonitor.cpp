@@ -12,6 +12,7 @@ namespace brivane {
 namespace {
 
 constexpr unsigned monitorChip = 0x37;
+constexpr unsigned edidChip = 0x50;
 constexpr std::uint8_t monitorAddress = 0x6E;
 constexpr std::uint8_t computerAddress = 0x51;
 /// Where a reply's checksum starts, instead of the address that the reply is sent to.
@@ -56,6 +57,7 @@ int SimulatedMonitor::refusal(const std::string& step) const {
 
 int SimulatedMonitor::write(unsigned chip, std::span<const std::uint8_t> message) {
   if (const int error = wireError(chip)) return error;
+  if (chip == edidChip) return message.size() == 1 && message[0] == 0 ? 0 : EIO;
   const bool isGood = isWellFormed(message);
   note("write " + hexText(message) + (isGood ? " ok" : " ignored"));
   lastRequest = std::chrono::steady_clock::now();
@@ -66,6 +68,7 @@ int SimulatedMonitor::write(unsigned chip, std::span<const std::uint8_t> message
 
 int SimulatedMonitor::read(unsigned chip, std::span<std::uint8_t> reply) {
   if (const int error = wireError(chip)) return error;
+  if (chip == edidChip) return readEDID(reply);
   const auto needed = hasMood("slow") ? slowReplyTime : replyTime;
   const bool isReady = std::chrono::steady_clock::now() - lastRequest >= needed;
   const auto message = isReady && !preparedReply.empty() && !hasMood("silent")
@@ -78,9 +81,19 @@ int SimulatedMonitor::read(unsigned chip, std::span<std::uint8_t> reply) {
 }
 
 int SimulatedMonitor::wireError(unsigned chip) const {
-  const int error = chip == monitorChip ? refusal("wire") : ENXIO;
+  const bool answers =
+      chip == monitorChip || (chip == edidChip && std::filesystem::file_size(folder / "edid") > 0);
+  const int error = answers ? refusal("wire") : ENXIO;
   if (error != 0) note("error " + std::to_string(error));
   return error;
+}
+
+int SimulatedMonitor::readEDID(std::span<std::uint8_t> reply) const {
+  std::ifstream edid(folder / "edid", std::ios::binary);
+  std::fill(reply.begin(), reply.end(), std::uint8_t{0xFF});
+  edid.read(reinterpret_cast<char*>(reply.data()), static_cast<std::streamsize>(reply.size()));
+  note("read EDID " + std::to_string(edid.gcount()));
+  return 0;
 }
 
 void SimulatedMonitor::obey(std::span<const std::uint8_t> command) {

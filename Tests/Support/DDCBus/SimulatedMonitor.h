@@ -15,6 +15,8 @@ namespace brivane {
 /// with the sender's address in front and a checksum over everything, and a reply that is fetched
 /// less than 40 ms after its request is a null message.
 ///
+/// At the EDID's address it answers with the bytes of its file "edid", if there are any.
+///
 /// Its knobs are files in its folder, read at each message: "level" and "maximum" (of the
 /// luminance), and "mood", words out of:
 ///   silent             every reply is a null message
@@ -42,6 +44,7 @@ class SimulatedMonitor {
 
  private:
   int wireError(unsigned chip) const;
+  int readEDID(std::span<std::uint8_t> reply) const;
   void obey(std::span<const std::uint8_t> command);
   void prepareReply(std::uint8_t code);
   bool hasMood(const std::string& word) const;

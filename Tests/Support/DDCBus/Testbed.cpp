@@ -13,6 +13,7 @@ namespace brivane {
 namespace {
 
 const std::string graphicsCard = "/devices/pci0000:00/0000:00:02.0";
+const std::string mainBoard = "/devices/pci0000:00/0000:00:1f.4";
 const std::string card = graphicsCard + "/drm/card0";
 
 std::string hexDigits(const std::vector<std::uint8_t>& bytes) {
@@ -45,6 +46,8 @@ Testbed::Testbed(const WorldDescription& world, std::filesystem::path stateFolde
   add("P: " + card +
       "\nN: dri/card0\nE: SUBSYSTEM=drm\nE: DEVNAME=/dev/dri/card0\nA: dev=226:0\\n\n");
   for (const auto& connector : world.connectors) addConnector(connector);
+  add("P: " + mainBoard + "\nE: SUBSYSTEM=pci\nA: class=0x0c0500\\n\n");
+  for (const auto& adapter : world.adapters) addAdapter(adapter);
   for (const auto& backlight : world.backlights) addBacklight(backlight);
   for (const auto& input : world.inputs) addInput(input);
   gchar* root = umockdev_testbed_get_root_dir(testbed);
@@ -82,6 +85,11 @@ void Testbed::addConnector(const ConnectorDescription& connector) {
   }
 }
 
+void Testbed::addAdapter(const AdapterDescription& adapter) {
+  addBus(adapter.bus, adapter.isOnMainBoard ? mainBoard : graphicsCard,
+         {.name = adapter.name, .edid = adapter.edid, .ownBus = {}, .linkedBus = {}, .mood = {}});
+}
+
 void Testbed::addBus(unsigned bus, const std::string& parent,
                      const ConnectorDescription& connector) {
   const std::string name = "i2c-" + std::to_string(bus);
@@ -93,6 +101,8 @@ void Testbed::addBus(unsigned bus, const std::string& parent,
   std::ofstream(knobs / "maximum") << connector.maximum << "\n";
   std::ofstream(knobs / "level") << connector.level << "\n";
   std::ofstream(knobs / "mood") << connector.mood << "\n";
+  std::ofstream(knobs / "edid", std::ios::binary)
+      << std::string(connector.edid.begin(), connector.edid.end());
   SimulatedMonitor& monitor = monitors.emplace_back(connector.name, knobs, log);
   UMockdevIoctlBase* handler = umockdev_ioctl_base_new();
   g_signal_connect(handler, "handle-ioctl", G_CALLBACK(answerBusIoctl), &monitor);

@@ -34,6 +34,7 @@ class Testbed {
   };
 
   void addConnector(const ConnectorDescription& connector);
+  void addAdapter(const AdapterDescription& adapter);
   void addBus(unsigned bus, const std::string& parent, const ConnectorDescription& connector);
   void addBacklight(const BacklightDescription& backlight);
   void addInput(const InputDescription& input);

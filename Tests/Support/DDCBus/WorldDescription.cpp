@@ -130,6 +130,7 @@ void add(WorldDescription& world, const std::string& option, const std::string& 
 }  // namespace
 
 WorldDescription standardWorld() {
+  const EDIDBuilder chained{.vendor = "BRV", .model = 0x3003, .serial = 7, .name = "Gamma"};
   WorldDescription world;
   world.connectors = {
       monitor(split("DP-1,bus=6,own=1,number=101,vendor=BRV,model=0x2002,label=Beta,maximum=255,"
@@ -146,6 +147,16 @@ WorldDescription standardWorld() {
                               .ownBus = {},
                               .linkedBus = {},
                               .mood = {}});
+  world.connectors.push_back({.name = "DP-3",
+                              .isConnected = false,
+                              .number = 120,
+                              .edid = chained.bytes(),
+                              .ownBus = {},
+                              .linkedBus = {},
+                              .mood = {}});
+  world.adapters = {{"chain", 8, false, chained.bytes()},
+                    {"stranger", 9, false, EDIDBuilder{.vendor = "XYZ", .model = 9}.bytes()},
+                    {"mainboard", 10, true, chained.bytes()}};
   world.backlights = {{"acpi_video0", "firmware", 15, 6}, {"intel_backlight", "raw", 1000, 400}};
   world.inputs = {{"event3", usbKeys(), {}},
                   {"event4", {}, {KEY_BRIGHTNESSUP, KEY_BRIGHTNESSDOWN}},

@@ -25,6 +25,16 @@ struct ConnectorDescription {
   std::string mood;
 };
 
+/// An I2C adapter that belongs to no connector.
+struct AdapterDescription {
+  /// The name of its folder of knobs.
+  std::string name;
+  unsigned bus = 0;
+  bool isOnMainBoard = false;
+  /// What answers at the EDID's address; nothing when empty.
+  std::vector<std::uint8_t> edid;
+};
+
 struct BacklightDescription {
   std::string name;
   std::string type;
@@ -42,12 +52,15 @@ struct InputDescription {
 
 struct WorldDescription {
   std::vector<ConnectorDescription> connectors;
+  std::vector<AdapterDescription> adapters;
   std::vector<BacklightDescription> backlights;
   std::vector<InputDescription> inputs;
 };
 
-/// A laptop with two external monitors, an empty socket, two offers of one backlight, two keyboards
-/// with brightness keys, a firmware's brightness keys without a keymap, and a mouse.
+/// A laptop with two external monitors, two empty sockets, three adapters without a connector (one
+/// answers with the EDID that the second socket would have, one with another, one is the main
+/// board's), two offers of one backlight, two keyboards with brightness keys, a firmware's
+/// brightness keys without a keymap, and a mouse.
 WorldDescription standardWorld();
 
 /// The world that device options describe, each "--monitor", "--backlight" or "--keyboard" with a

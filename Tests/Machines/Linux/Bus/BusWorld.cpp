@@ -28,6 +28,7 @@ std::vector<std::string> linesOf(const std::filesystem::path& file) {
 }
 
 void restoreConnectors() {
+  std::ofstream("/sys/class/drm/card0-DP-3/status") << "disconnected\n";
   for (const auto* connector : {"card0-HDMI-A-1", "card0-DP-1", "card0-eDP-1"}) {
     const std::string folder = std::string("/sys/class/drm/") + connector;
     std::ofstream(folder + "/status") << "connected\n";
@@ -125,6 +126,27 @@ Forbidden::Forbidden(const std::string& path) : place(reallyAt(path)) {
 
 Forbidden::~Forbidden() {
   ::chmod(place.c_str(), 0666);
+}
+
+BusTest::BusTest() {
+  constexpr std::uint32_t vendorBRV = 0x0A56;
+  constexpr std::uint32_t vendorLAP = 0x3030;
+  displays.online = {{laptop, vendorLAP, 3, 0, true},
+                     {alpha, vendorBRV, 0x1001, 1234567, false},
+                     {beta, vendorBRV, 0x2002, 0, false}};
+}
+
+DescribedOutputs BusTest::outputs() const {
+  DescribedOutputs described;
+  for (const FakeDisplay& display : displays.online) {
+    described.online.push_back(
+        {.display = display.id,
+         .name = "DUMMY" + std::to_string(display.id),
+         .connectorNumber = {},
+         .panel = PanelIdentity{display.vendor, display.model, display.serial}});
+    described.names.push_back(described.online.back().name);
+  }
+  return described;
 }
 
 std::shared_ptr<AVService> BusTest::service(const std::string& connector) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -12,9 +13,9 @@
 #include "BrivaneCore/DDC/IOAVBridge.h"
 #include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Linux/Backlight.h"
-#include "Machines/Linux/Bus.h"
-#include "Machines/Linux/Connectors.h"
-#include "Machines/Linux/Registry.h"
+#include "Machines/Linux/DDC/Bus.h"
+#include "Machines/Linux/DDC/Connectors.h"
+#include "Machines/Linux/DDC/Registry.h"
 #include "Machines/Linux/Symbols.h"
 #include "Tests/Support/FakeMachine.h"
 
@@ -60,6 +61,15 @@ class Vanished {
   std::filesystem::path hidden;
 };
 
+/// All the device files of buses.
+class VanishedBuses {
+ private:
+  std::array<Vanished, 7> nodes = {Vanished("/dev/i2c-4"), Vanished("/dev/i2c-5"),
+                                   Vanished("/dev/i2c-6"), Vanished("/dev/i2c-7"),
+                                   Vanished("/dev/i2c-8"), Vanished("/dev/i2c-9"),
+                                   Vanished("/dev/i2c-10")};
+};
+
 /// A device file that only the superuser may open, for a while.
 class Forbidden {
  public:
@@ -72,23 +82,34 @@ class Forbidden {
   std::filesystem::path place;
 };
 
-/// The machine's bus as Core sees it, with displays made up by the test.
+/// The machine's bus as Core sees it, with the displays of the standard world; the window system
+/// doesn't name their connectors.
 class BusTest : public BusWorld {
  protected:
+  static constexpr DisplayID laptop = 64;
+  static constexpr DisplayID alpha = 65;
+  static constexpr DisplayID beta = 66;
+
+  BusTest();
+
+  DescribedOutputs outputs() const;
   /// The service of the connector with that kernel name; null when it has none.
   std::shared_ptr<AVService> service(const std::string& connector);
   std::shared_ptr<AVServiceHandle> handle(const std::string& connector);
 
+  ThreadRuntime runtime;
   MissingAccess missingAccess;
   Connectors connectors;
   SleepGate sleepGate;
-  LinuxBus bus{connectors, missingAccess, sleepGate};
-  LinuxIORegistry registry{connectors};
+  LinuxBus bus{connectors, missingAccess, sleepGate, runtime};
+  BusSearch busSearch{connectors, sleepGate};
+  LinuxIORegistry registry{connectors, busSearch, missingAccess.buses,
+                           [this] { return outputs(); }};
   FakeDisplaySystem displays;
   SessionBacklight sessionBacklight;
-  LinuxBacklight backlight{displays, missingAccess, sessionBacklight};
+  LinuxBacklight backlight{displays, [](DisplayID) { return std::nullopt; }, missingAccess,
+                           sessionBacklight};
   LinuxSymbolLoader loader{bus, backlight};
-  ThreadRuntime runtime;
 };
 
 }  // namespace brivane

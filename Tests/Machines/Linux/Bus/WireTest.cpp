@@ -1,12 +1,15 @@
 // What goes over the wire, byte for byte, to monitors that check the standard's checksum.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 
 #include <array>
 #include <cerrno>
 #include <filesystem>
 #include <thread>
 
+#include "Machines/Common/Files/FileDescriptor.h"
 #include "Tests/Machines/Linux/Bus/BusWorld.h"
 #include "Tests/Support/OrdinaryUser.h"
 
@@ -29,12 +32,27 @@ std::ptrdiff_t openFileCount() {
   return std::distance(begin(files), end(files));
 }
 
+/// What another DDC/CI program does while it uses a bus.
+class ForeignTurn {
+ public:
+  explicit ForeignTurn(const char* node) : file(::open(node, O_RDWR | O_CLOEXEC)) {}
+  bool isTaken() const { return ::flock(file.get(), LOCK_EX | LOCK_NB) == 0; }
+
+ private:
+  const FileDescriptor file;
+};
+
 class WireTest : public BusTest {
  protected:
   std::int32_t write(AVService& panel, const std::vector<std::uint8_t>& bytes = set50) {
     return bus.write(panel, chip, sender, bytes);
   }
   std::int32_t read(AVService& panel) { return bus.read(panel, chip, reply); }
+
+  std::optional<BusTrouble> trouble() const {
+    const auto first = missingAccess.buses.first();
+    return first ? std::optional(first->kind) : std::nullopt;
+  }
 
   std::array<std::uint8_t, 12> reply{};
 };
@@ -164,8 +182,8 @@ TEST_F(WireTest, WithoutPermissionNothingReachesTheWireAndTheMissingAccessIsNote
   const Forbidden node("/dev/i2c-5");
   EXPECT_TRUE(holdsForOrdinaryUser([&] {
     const bool isDenied = write(*panel) == EACCES && read(*panel) == EACCES;
-    return isDenied && missingAccess.busDenied && write(*service("card0-DP-1")) == 0 &&
-           !missingAccess.busDenied;
+    return isDenied && write(*service("card0-DP-1")) == 0 &&
+           missingAccess.buses.first()->kind == BusTrouble::notPermitted;
   }));
   EXPECT_THAT(events("HDMI-A-1"), IsEmpty());
 }
@@ -220,6 +238,61 @@ TEST_F(WireTest, MessagesOfTwoThreadsToOneMonitorNeverMix) {
   const auto all = events("HDMI-A-1");
   EXPECT_THAT(all, SizeIs(120));
   EXPECT_THAT(all, Each(testing::AnyOf("write 51 84 03 10 00 32 9a ok", "level 50")));
+}
+
+TEST_F(WireTest, ABusThatAnotherProgramUsesIsAFailure) {
+  const ForeignTurn other("/dev/i2c-5");
+  ASSERT_TRUE(other.isTaken());
+  EXPECT_FALSE(handle("card0-HDMI-A-1")->setVCP(0x10, 50));
+  EXPECT_EQ(handle("card0-HDMI-A-1")->getVCP(0x10), std::nullopt);
+  EXPECT_THAT(events("HDMI-A-1"), IsEmpty());
+  EXPECT_TRUE(handle("card0-DP-1")->setVCP(0x10, 50));
+  EXPECT_EQ(trouble(), BusTrouble::busy);
+}
+
+TEST_F(WireTest, WhyAMonitorIsNotReachedIsNotedUntilItIs) {
+  const auto monitor = handle("card0-HDMI-A-1");
+  for (const auto& [mood, expected] : {std::pair{"silent", BusTrouble::noAnswer},
+                                       {"wire:ENXIO", BusTrouble::noAnswer},
+                                       {"wire:EBUSY", BusTrouble::busy}}) {
+    turn("HDMI-A-1", "mood", mood);
+    EXPECT_EQ(monitor->getVCP(0x10), std::nullopt);
+    EXPECT_EQ(trouble(), expected) << mood;
+  }
+  turn("HDMI-A-1", "mood", "");
+  writeConnector("card0-HDMI-A-1", "dpms", "Off\n");
+  EXPECT_EQ(monitor->getVCP(0x10), std::nullopt);
+  EXPECT_EQ(trouble(), BusTrouble::asleep);
+  writeConnector("card0-HDMI-A-1", "dpms", "On\n");
+  {
+    const Vanished node("/dev/i2c-5");
+    EXPECT_EQ(monitor->getVCP(0x10), std::nullopt);
+    EXPECT_EQ(trouble(), BusTrouble::noBus);
+  }
+  EXPECT_NE(monitor->getVCP(0x10), std::nullopt);
+  EXPECT_EQ(trouble(), std::nullopt);
+}
+
+TEST_F(WireTest, ABusThatAnotherProgramUsesForAMomentIsWaitedFor) {
+  auto other = std::make_unique<ForeignTurn>("/dev/i2c-5");
+  ASSERT_TRUE(other->isTaken());
+  std::thread ending([&] {
+    runtime.sleep(std::chrono::milliseconds(15));
+    other.reset();
+  });
+  EXPECT_TRUE(handle("card0-HDMI-A-1")->setVCP(0x10, 50));
+  ending.join();
+}
+
+TEST_F(WireTest, OtherProgramsHaveTheBusBetweenAttemptsOnly) {
+  const ForeignTurn other("/dev/i2c-5");
+  {
+    const auto turn = service("card0-HDMI-A-1")->takeTurn();
+    EXPECT_FALSE(other.isTaken());
+    EXPECT_TRUE(handle("card0-HDMI-A-1")->setVCP(0x10, 50)) << "turns of one program";
+    EXPECT_FALSE(other.isTaken());
+  }
+  EXPECT_TRUE(other.isTaken());
 }
 
 }  // namespace

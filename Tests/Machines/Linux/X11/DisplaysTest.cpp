@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
+
 #include "Machines/Linux/X11/Displays.h"
 #include "Machines/Linux/X11/XOutputs.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/X11Rig.h"
 
 namespace brivane {
@@ -46,7 +50,9 @@ class Displays : public ::testing::Test {
 
   X11Rig rig;
   XConnection connection{rig.display()};
-  LinuxDisplays displays{connection};
+  TemporaryFolder drm;
+  Connectors connectors{drm.path};
+  LinuxDisplays displays{connection, connectors};
 };
 
 TEST_F(Displays, AreListedPrimaryFirstThenFromLeftToRight) {
@@ -61,8 +67,8 @@ TEST_F(Displays, AreTheSameWhenTheServerHadOtherCRTCsAtFirst) {
     XServer server = *turn;
     server.crtcs = std::move(crtcs);
     const auto active = activeOutputs(server).value();
-    std::vector<xcb_randr_output_t> outputs;
-    for (const XOutput& output : active) outputs.push_back(output.output);
+    std::vector<xcb_randr_output_t> outputs(active.size());
+    std::ranges::transform(active, outputs.begin(), &XOutput::output);
     return outputs;
   };
   const auto& crtcs = turn->crtcs;
@@ -98,16 +104,45 @@ TEST_F(Displays, AreNamedByTheirEDIDAndElseByTheirConnector) {
   EXPECT_EQ(displays.panelIdentity(rig.output(left)).model, 7U);
 }
 
-TEST_F(Displays, WithoutAUsableEDIDHaveNumbersZero) {
+TEST_F(Displays, WithoutAUsableEDIDAreKnownByTheirOutputsName) {
   auto damaged = EDIDBuilder{.serial = 5, .name = "Damaged"}.bytes();
   damaged[12] ^= 1;
   rig.setEDID(left, damaged);
   rig.removeEDID(middle);
   rig.setEDID(right, std::vector<std::uint8_t>(60, 0xFF));
+  std::set<std::uint32_t> serials;
   for (const DisplayID display : list()) {
-    EXPECT_EQ(displays.panelIdentity(display), PanelIdentity{});
+    const PanelIdentity identity = displays.panelIdentity(display);
+    EXPECT_EQ(identity, (PanelIdentity{0, 0, identity.serial}));
+    serials.insert(identity.serial);
   }
+  EXPECT_EQ(serials.size(), 3U);
   EXPECT_THAT(names(), ElementsAre("DUMMY1", "DUMMY0", "DUMMY2"));
+}
+
+TEST_F(Displays, WithoutAnEDIDHaveTheNumbersOfTheirConnectors) {
+  const auto panel = EDIDBuilder{.model = 12, .serial = 3}.bytes();
+  std::filesystem::create_directories(drm / "card0-DP-1");
+  drm.write("card0-DP-1/status", "connected\n");
+  drm.write("card0-DP-1/connector_id", "93\n");
+  drm.write("card0-DP-1/edid", {panel.begin(), panel.end()});
+  rig.removeEDID(middle);
+  rig.setConnectorNumber(middle, 93);
+  EXPECT_EQ(displays.panelIdentity(rig.output(middle)), (PanelIdentity{0x0A56, 12, 3}));
+}
+
+TEST_F(Displays, AreDescribedWithConnectorNumberNameAndEDID) {
+  rig.setConnectorNumber(middle, 93);
+  rig.removeEDID(right);
+  const auto described = displays.describedOutputs();
+  ASSERT_EQ(described.online.size(), 3U);
+  EXPECT_EQ(described.online[0].display, rig.output(middle));
+  EXPECT_EQ(described.online[0].connectorNumber, 93);
+  EXPECT_EQ(described.online[1].connectorNumber, std::nullopt);
+  EXPECT_EQ(described.online[1].name, "DUMMY0");
+  EXPECT_EQ(described.online[1].panel, displays.panelIdentity(rig.output(left)));
+  EXPECT_EQ(described.online[2].panel, std::nullopt);
+  EXPECT_THAT(described.names, ::testing::IsSupersetOf({"DUMMY0", "DUMMY1", "DUMMY2"}));
 }
 
 TEST_F(Displays, AreReadFromAnEDIDWithExtensionBlocks) {

@@ -15,11 +15,13 @@
 namespace brivane {
 namespace {
 
+const Connectors noConnectors("/no/such/folder");
+
 using ::testing::IsEmpty;
 
 /// Every operation of the display system and the gamma tables fails, by value.
 void expectNothing(XConnection& connection, DisplayID display) {
-  LinuxDisplays displays(connection);
+  LinuxDisplays displays(connection, noConnectors);
   EXPECT_EQ(displays.onlineDisplayCount(), std::nullopt);
   EXPECT_EQ(displays.onlineDisplayList(10), std::nullopt);
   EXPECT_FALSE(displays.isBuiltIn(display));
@@ -32,7 +34,7 @@ void expectNothing(XConnection& connection, DisplayID display) {
   EXPECT_EQ(gamma.capacity(display), 0U);
   EXPECT_NE(gamma.readTable(display, samples, samples, samples, returned), 0);
   EXPECT_NE(gamma.writeTable(display, samples, samples, samples), 0);
-  gamma.restoreCalibratedTables();
+  gamma.discardForeignTables();
 }
 
 struct AbsentServer {
@@ -92,14 +94,20 @@ TEST(XConnection, AServerThatHasGoneIsNoticedByTheNextCallWhicheverItIs) {
 TEST(XConnection, EachCallMayBeTheOneThatFindsTheServerGone) {
   using Call = void (*)(XConnection&, DisplayID);
   const std::array<Call, 5> calls = {
-      [](XConnection& x, DisplayID) { EXPECT_THAT(LinuxDisplays(x).screens(), IsEmpty()); },
-      [](XConnection& x, DisplayID d) { EXPECT_EQ(LinuxDisplays(x).panelIdentity(d).vendor, 0U); },
-      [](XConnection& x, DisplayID) { EXPECT_EQ(LinuxDisplays(x).pointerPosition(), Point{}); },
+      [](XConnection& x, DisplayID) {
+        EXPECT_THAT(LinuxDisplays(x, noConnectors).screens(), IsEmpty());
+      },
+      [](XConnection& x, DisplayID d) {
+        EXPECT_EQ(LinuxDisplays(x, noConnectors).panelIdentity(d).vendor, 0U);
+      },
+      [](XConnection& x, DisplayID) {
+        EXPECT_EQ(LinuxDisplays(x, noConnectors).pointerPosition(), Point{});
+      },
       [](XConnection& x, DisplayID d) {
         const std::array<float, 2> line = {0.0F, 1.0F};
         EXPECT_NE(LinuxGammaTables(x).writeTable(d, line, line, line), 0);
       },
-      [](XConnection& x, DisplayID) { LinuxGammaTables(x).restoreCalibratedTables(); }};
+      [](XConnection& x, DisplayID) { LinuxGammaTables(x).discardForeignTables(); }};
   X11Rig rig;
   const DisplayID display = rig.output(0);
   std::array<std::unique_ptr<XConnection>, calls.size()> connections;
@@ -118,7 +126,7 @@ TEST(XConnection, TwoThreadsMayOpenItAndAskAtOnce) {
   X11Rig rig;
   XConnection connection(rig.display());
   const auto ask = [&] {
-    LinuxDisplays displays(connection);
+    LinuxDisplays displays(connection, noConnectors);
     for (int round = 0; round < 200; ++round) {
       EXPECT_EQ(displays.onlineDisplayCount(), 3U);
       EXPECT_EQ(displays.screens().at(1).localizedName, "Left 20");
@@ -136,14 +144,14 @@ TEST(XConnection, AServerMayGoWhileTwoThreadsAsk) {
   XConnection connection(rig.display());
   std::atomic<int> rounds = 0;
   const auto ask = [&] {
-    LinuxDisplays displays(connection);
+    LinuxDisplays displays(connection, noConnectors);
     LinuxGammaTables gamma(connection);
     while (connection.server()) {
       // No answer must never look like a desk with fewer displays.
       const auto count = displays.onlineDisplayCount();
       EXPECT_TRUE(!count || *count == 3);
       displays.screens();
-      gamma.restoreCalibratedTables();
+      gamma.discardForeignTables();
       ++rounds;
     }
   };
@@ -161,7 +169,7 @@ TEST(XConnection, DiscardsEventsThatItDidNotSelect) {
   XConnection connection(rig.display());
   ASSERT_TRUE(connection.server());
   rig.useEvdevKeymap();
-  LinuxDisplays displays(connection);
+  LinuxDisplays displays(connection, noConnectors);
   EXPECT_EQ(displays.onlineDisplayCount(), 3U);
   const auto server = connection.server();
   ASSERT_TRUE(server);

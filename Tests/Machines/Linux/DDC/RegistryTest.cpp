@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "Machines/Linux/Registry.h"
+#include "Machines/Linux/DDC/Registry.h"
 #include "Tests/Support/EDIDBuilder.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -17,13 +17,17 @@ constexpr std::uint32_t vendorBRV = 0x0A56;
 
 class RegistryTest : public testing::Test {
  protected:
-  void add(const std::string& name, const EDIDBuilder& panel, const std::string& number = "0") {
+  /// A display on that connector.
+  void add(DisplayID display, const std::string& name, const EDIDBuilder& panel) {
     std::filesystem::create_directories(drm / name);
     drm.write(name + "/status", "connected\n");
-    drm.write(name + "/connector_id", number + "\n");
     const auto bytes = panel.bytes();
     drm.write(name + "/edid", {bytes.begin(), bytes.end()});
     std::filesystem::create_symlink("../i2c-5", drm / name / "ddc");
+    const std::string output = name.substr(name.find('-') + 1);
+    outputs.online.push_back(
+        {.display = display, .name = output, .connectorNumber = {}, .panel = {}});
+    outputs.names.push_back(output);
   }
 
   std::vector<std::shared_ptr<const RegistryEntry>> entries() {
@@ -62,7 +66,11 @@ class RegistryTest : public testing::Test {
 
   TemporaryFolder drm;
   Connectors connectors{drm.path};
-  LinuxIORegistry registry{connectors};
+  BusTroubles troubles;
+  SleepGate sleepGate;
+  BusSearch busSearch{connectors, sleepGate, drm / "none"};
+  DescribedOutputs outputs;
+  LinuxIORegistry registry{connectors, busSearch, troubles, [this] { return outputs; }};
 };
 
 TEST_F(RegistryTest, WithoutMonitorsThereIsOnlyTheRoot) {
@@ -71,7 +79,7 @@ TEST_F(RegistryTest, WithoutMonitorsThereIsOnlyTheRoot) {
 }
 
 TEST_F(RegistryTest, APanelHasTheNumbersOfItsEDID) {
-  add("card0-DP-1", {.vendor = "BRV", .model = 0x1001, .serial = 0xFFFFFFFE, .name = "Alpha"});
+  add(65, "card0-DP-1", {.vendor = "BRV", .model = 0x1001, .serial = 0xFFFFFFFE, .name = "Alpha"});
   const PropertyValue::Dictionary expected{
       {"LegacyManufacturerID", PropertyValue{std::int64_t{vendorBRV}}},
       {"ProductID", PropertyValue{std::int64_t{0x1001}}},
@@ -80,54 +88,77 @@ TEST_F(RegistryTest, APanelHasTheNumbersOfItsEDID) {
 }
 
 TEST_F(RegistryTest, APanelWithoutASerialNumberHasNoEntryForIt) {
-  add("card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  add(65, "card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
   EXPECT_FALSE(product().contains("SerialNumber"));
 }
 
 TEST_F(RegistryTest, PanelAndProxyHangBelowTheController) {
-  add("card0-HDMI-A-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""}, "93");
+  add(65, "card0-HDMI-A-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
   for (const auto* className : {"DRMPanel", "DCPAVServiceProxy"}) {
-    EXPECT_EQ(only(className)->parent()->name(), "disp-card0-00093-HDMI-A-1");
+    EXPECT_EQ(only(className)->parent()->name(), "disp-0000000065-card0-HDMI-A-1");
   }
   EXPECT_EQ(only("DCPAVServiceProxy")->property("Location"),
             PropertyValue{std::string("External")});
 }
 
 TEST_F(RegistryTest, APanelInsideTheComputerIsEmbedded) {
-  add("card0-eDP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  add(65, "card0-eDP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
   EXPECT_EQ(only("DCPAVServiceProxy")->property("Location"),
             PropertyValue{std::string("Embedded")});
 }
 
-TEST_F(RegistryTest, PortNamesSortAsTheKernelNumbersItsConnectors) {
+TEST_F(RegistryTest, PortNamesSortAsDisplaysDo) {
   const EDIDBuilder panel{.vendor = "BRV", .model = 7, .serial = 0, .name = ""};
-  add("card0-DP-1", panel, "110");
-  add("card0-HDMI-A-1", panel, "93");
-  add("card1-DP-2", panel, "80");
+  add(1200, "card0-DP-1", panel);
+  add(99, "card1-HDMI-A-1", panel);
   auto ports = namesOfClass("DRMConnector");
   std::sort(ports.begin(), ports.end());
-  EXPECT_THAT(ports, ElementsAre("disp-card0-00093-HDMI-A-1", "disp-card0-00110-DP-1",
-                                 "disp-card1-00080-DP-2"));
+  EXPECT_THAT(ports, ElementsAre("disp-0000000099-card1-HDMI-A-1", "disp-0000001200-card0-DP-1"));
 }
 
-TEST_F(RegistryTest, AMonitorWithoutAUsableEDIDStillHasItsProxy) {
-  add("card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+TEST_F(RegistryTest, ADisplayWhoseConnectorIsUncertainHasAPanelAndNoProxy) {
+  add(65, "card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  outputs.online[0].name = "XWAYLAND0";
+  EXPECT_THAT(namesOfClass("DRMConnector"), ElementsAre("disp-0000000065-XWAYLAND0"));
+  EXPECT_EQ(namesOfClass("DRMPanel").size(), 1U);
+  EXPECT_THAT(namesOfClass("DCPAVServiceProxy"), IsEmpty());
+  EXPECT_EQ(troubles.first()->monitor, "XWAYLAND0");
+  EXPECT_EQ(troubles.first()->kind, BusTrouble::noBus);
+}
+
+TEST_F(RegistryTest, ABuiltInPanelWithoutABusIsNoTrouble) {
+  add(65, "card0-eDP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  std::filesystem::remove(drm / "card0-eDP-1" / "ddc");
+  outputs.online[0].isBuiltIn = true;
+  EXPECT_EQ(entries().size(), 3U);
+  EXPECT_FALSE(troubles.first());
+}
+
+TEST_F(RegistryTest, AConnectorWithoutAnOnlineDisplayIsLeftOut) {
+  add(65, "card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  outputs.online.clear();
+  EXPECT_EQ(entries().size(), 1U);
+}
+
+TEST_F(RegistryTest, AMonitorWithoutAUsableEDIDHasTheNumbersOfItsDisplayAndItsProxy) {
+  add(65, "card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
   for (const auto* bytes : {"", "rubbish"}) {
     drm.write("card0-DP-1/edid", bytes);
-    EXPECT_THAT(namesOfClass("DRMPanel"), IsEmpty()) << bytes;
+    EXPECT_EQ(product().at("SerialNumber"),
+              PropertyValue{std::int64_t{identityOf(outputs.online[0], nullptr).serial}});
     EXPECT_EQ(namesOfClass("DCPAVServiceProxy").size(), 1U) << bytes;
   }
 }
 
 TEST_F(RegistryTest, AMonitorWithoutABusHasNoProxy) {
-  add("card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  add(65, "card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
   std::filesystem::remove(drm / "card0-DP-1" / "ddc");
   EXPECT_THAT(namesOfClass("DCPAVServiceProxy"), IsEmpty());
   EXPECT_EQ(namesOfClass("DRMPanel").size(), 1U);
 }
 
 TEST_F(RegistryTest, AnEntryStaysReadableAfterItsMonitorIsGone) {
-  add("card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
+  add(65, "card0-DP-1", {.vendor = "BRV", .model = 7, .serial = 0, .name = ""});
   const auto panel = only("DRMPanel");
   std::filesystem::remove_all(drm / "card0-DP-1");
   EXPECT_TRUE(panel->property("DisplayAttributes").has_value());

@@ -2,11 +2,17 @@
 
 #include <filesystem>
 
-#include "Machines/Linux/Connectors.h"
+#include "Machines/Linux/DDC/Connectors.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
 namespace {
+
+Connector connectorNamed(const std::string& name) {
+  Connector connector;
+  connector.name = name;
+  return connector;
+}
 
 /// A folder of connectors like the kernel's.
 class ConnectorsTest : public testing::Test {
@@ -22,7 +28,8 @@ class ConnectorsTest : public testing::Test {
     std::filesystem::create_directories(drm / name / bus);
   }
   Connector only() {
-    const auto all = connectors.connected();
+    auto all = connectors.all();
+    std::erase_if(all, [](const Connector& connector) { return !connector.isConnected; });
     EXPECT_EQ(all.size(), 1U);
     return all.empty() ? Connector{} : all.front();
   }
@@ -31,17 +38,27 @@ class ConnectorsTest : public testing::Test {
   Connectors connectors{drm.path};
 };
 
-TEST_F(ConnectorsTest, OnlySocketsWithSomethingPluggedInCount) {
+TEST_F(ConnectorsTest, OnlySocketsWithSomethingPluggedInAreConnected) {
   add("card0-HDMI-A-1", "connected");
   add("card0-HDMI-A-2", "disconnected");
   add("card0-DP-1", "unknown");
   std::filesystem::create_directories(drm / "card0");
   std::filesystem::create_directories(drm / "renderD128");
   EXPECT_EQ(only().name, "card0-HDMI-A-1");
+  EXPECT_EQ(connectors.all().size(), 3U);
+}
+
+TEST_F(ConnectorsTest, AConnectorIsEnabledWhileTheKernelShowsAPictureOnIt) {
+  add("card0-DP-1", "connected");
+  EXPECT_FALSE(only().isEnabled);
+  drm.write("card0-DP-1/enabled", "disabled\n");
+  EXPECT_FALSE(only().isEnabled);
+  drm.write("card0-DP-1/enabled", "enabled\n");
+  EXPECT_TRUE(only().isEnabled);
 }
 
 TEST_F(ConnectorsTest, WithoutAGraphicsCardThereIsNone) {
-  EXPECT_TRUE(Connectors(drm / "none").connected().empty());
+  EXPECT_TRUE(Connectors(drm / "none").all().empty());
 }
 
 TEST_F(ConnectorsTest, TheDdcLinkLeadsToTheBus) {
@@ -83,10 +100,10 @@ TEST_F(ConnectorsTest, WithoutEDIDAndNumberTheseAreEmpty) {
 
 TEST_F(ConnectorsTest, PanelsInsideTheComputerAreInternal) {
   for (const auto* name : {"card0-eDP-1", "card1-LVDS-1", "card0-DSI-2"}) {
-    EXPECT_TRUE((Connector{.name = name, .edid = {}, .bus = {}}.isInternal())) << name;
+    EXPECT_TRUE(connectorNamed(name).isInternal()) << name;
   }
   for (const auto* name : {"card0-DP-1", "card0-HDMI-A-1", "card0-DVI-D-1", "card0-VGA-1"}) {
-    EXPECT_FALSE((Connector{.name = name, .edid = {}, .bus = {}}.isInternal())) << name;
+    EXPECT_FALSE(connectorNamed(name).isInternal()) << name;
   }
 }
 

@@ -2,12 +2,13 @@
 // folder inside the connector's; the "ddc" link may then lead to the pins that the same socket uses
 // for HDMI. So the folder is preferred to the link.
 
-#include "Machines/Linux/Connectors.h"
+#include "Machines/Linux/DDC/Connectors.h"
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 
+#include "Machines/Linux/System/EDID.h"
 #include "Machines/Linux/System/Sysfs.h"
 
 namespace brivane {
@@ -37,12 +38,18 @@ bool Connector::isInternal() const {
                      [&](std::string_view internal) { return kind.starts_with(internal); });
 }
 
+std::optional<PanelIdentity> Connector::panel() const {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(edid.data());  // chars as bytes
+  const auto parsed = parseEDID({bytes, edid.size()});
+  return parsed ? std::optional(parsed->panel) : std::nullopt;
+}
+
 Connectors::Connectors(std::filesystem::path classFolder) : folder(std::move(classFolder)) {}
 
-std::vector<Connector> Connectors::connected() const {
+std::vector<Connector> Connectors::all() const {
   std::vector<Connector> found;
   for (const std::string& name : namesIn(folder)) {
-    if (readTextAttribute(folder / name / "status") == "connected") found.push_back(describe(name));
+    if (std::filesystem::exists(folder / name / "status")) found.push_back(describe(name));
   }
   return found;
 }
@@ -53,11 +60,21 @@ bool Connectors::isAsleep(const std::string& connector) const {
   return readTextAttribute(folder / connector / "enabled") != "disabled";
 }
 
+std::optional<std::filesystem::path> Connectors::graphicsCard(const std::string& connector) const {
+  return deviceWith("class", folder / connector);
+}
+
 Connector Connectors::describe(const std::string& name) const {
   const std::filesystem::path connector = folder / name;
-  Connector found{name, readNumberAttribute(connector / "connector_id").value_or(0),
-                  readAttribute(connector / "edid").value_or(""), ownChannel(connector)};
-  if (!found.bus) found.bus = linkedChannel(connector);
+  const bool isConnected = readTextAttribute(connector / "status") == "connected";
+  Connector found{.name = name,
+                  .number = readNumberAttribute(connector / "connector_id").value_or(0),
+                  .edid = isConnected ? readAttribute(connector / "edid").value_or("") : "",
+                  .bus = ownChannel(connector),
+                  .linkedBus = linkedChannel(connector),
+                  .isConnected = isConnected,
+                  .isEnabled = readTextAttribute(connector / "enabled") == "enabled"};
+  if (!found.bus) found.bus = found.linkedBus;
   return found;
 }
 
