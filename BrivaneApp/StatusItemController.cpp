@@ -25,6 +25,7 @@ StatusItemController::StatusItemController(ResidentMachine& machine, Frame& fram
       statusItem(frame.makeStatusItem()),
       menu(statusItem->menu()),
       runtime(machine.runtime()),
+      gammaTables(machine.gammaTables()),
       displays(machine.displays()),
       keyboard(machine.keyboard()),
       application(frame.application()),
@@ -138,6 +139,7 @@ void StatusItemController::restoreSavedBrightness() {
 void StatusItemController::undimAll() {
   writeWaitingLevels();
   controller.restoreAllExtendedRange();
+  gammaTables.discardForeignTables();
 }
 
 void StatusItemController::retryNow() {

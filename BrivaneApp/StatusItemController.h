@@ -118,6 +118,7 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   MenuItemIndex launchAtLoginItem = 0;
 
   Runtime& runtime;
+  GammaTables& gammaTables;
   DisplaySystem& displays;
   Keyboard& keyboard;
   Application& application;

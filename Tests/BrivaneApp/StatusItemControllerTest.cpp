@@ -616,6 +616,7 @@ TEST_F(StatusItemControllerTest, UndimmingEndsEverySoftwareEffect) {
   menu().choose("menu.undimAll");
   EXPECT_EQ(controller.level(3), 0);
   EXPECT_EQ(controller.level(4), 100);
+  EXPECT_EQ(machine.gamma.calls.back(), "discard foreign") << "a night light's, too";
 }
 
 TEST_F(StatusItemControllerTest, UndimmingEndsADimmingThatIsStillPendingToo) {

@@ -6,6 +6,7 @@
 #include "Machines/Linux/X11/Gamma.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -44,6 +45,12 @@ xcb_void_cookie_t askToSet(const XServer& server, xcb_randr_crtc_t crtc, const R
 bool succeeded(const XServer& server, xcb_void_cookie_t request) {
   const XReply<xcb_generic_error_t> error(xcb_request_check(server.connection, request));
   return !error && xcb_connection_has_error(server.connection) == 0;
+}
+
+bool allSucceeded(const XServer& server, const std::vector<xcb_void_cookie_t>& requests) {
+  bool areAll = true;
+  for (const xcb_void_cookie_t request : requests) areAll = succeeded(server, request) && areAll;
+  return areAll;
 }
 
 void copyLevels(std::span<const std::uint16_t> levels, std::span<float> samples) {
@@ -98,20 +105,34 @@ std::int32_t LinuxGammaTables::writeTable(DisplayID display, std::span<const flo
   const xcb_randr_crtc_t crtc = crtcOf(*server, display);
   const std::uint16_t size = gammaSize(*server, crtc);
   if (size == 0) return gammaError;
+  changed.add(*server, crtc);
   const auto request = askToSet(*server, crtc, hardwareRamp(red, size), hardwareRamp(green, size),
                                 hardwareRamp(blue, size));
   return succeeded(*server, request) ? noGammaError : gammaError;
 }
 
 void LinuxGammaTables::restoreCalibratedTables() {
-  calibrateActiveOutputs();
-  clearIdleRamps();
+  std::set<xcb_randr_crtc_t> crtcs;
+  if (const auto server = connection.server()) crtcs = RampMarks::all(*server);
+  if (!crtcs.empty()) restore([&](xcb_randr_crtc_t crtc) { return crtcs.contains(crtc); });
 }
 
-void LinuxGammaTables::calibrateActiveOutputs() {
+void LinuxGammaTables::discardForeignTables() {
+  restore([](xcb_randr_crtc_t) { return true; });
+}
+
+/// The marks stay where a ramp could not be put back.
+void LinuxGammaTables::restore(const Choice& isChosen) {
+  const bool areActiveRestored = calibrateActiveOutputs(isChosen);
+  const bool areIdleRestored = clearIdleRamps(isChosen);
+  const auto server = connection.server();
+  if (server && areActiveRestored && areIdleRestored) changed.clear(*server);
+}
+
+bool LinuxGammaTables::calibrateActiveOutputs(const Choice& isChosen) {
   const auto server = connection.server();
   const auto outputs = server ? activeOutputs(*server) : std::nullopt;
-  if (!outputs) return;
+  if (!outputs) return false;
   std::vector<xcb_randr_get_crtc_gamma_size_cookie_t> sizes;
   for (const XOutput& output : *outputs) {
     sizes.push_back(xcb_randr_get_crtc_gamma_size(server->connection, output.crtc));
@@ -120,18 +141,19 @@ void LinuxGammaTables::calibrateActiveOutputs() {
   std::vector<xcb_void_cookie_t> writes;
   for (std::size_t index = 0; index < outputs->size(); ++index) {
     const std::uint16_t size = readGammaSize(*server, sizes[index]);
-    if (size < 2) continue;
+    if (size < 2 || !isChosen(outputs->at(index).crtc)) continue;
     writes.push_back(askToCalibrate(*server, outputs->at(index).crtc, size, profiles[index]));
   }
-  for (const xcb_void_cookie_t write : writes) succeeded(*server, write);
+  return allSucceeded(*server, writes);
 }
 
 /// So that a display that was switched off while dimmed doesn't come back dimmed.
-void LinuxGammaTables::clearIdleRamps() {
+bool LinuxGammaTables::clearIdleRamps(const Choice& isChosen) {
   const auto server = connection.server();
-  if (!server) return;
+  if (!server) return false;
   std::vector<std::pair<xcb_randr_crtc_t, xcb_randr_get_crtc_gamma_size_cookie_t>> questions;
   for (const xcb_randr_crtc_t crtc : idleCRTCs(*server)) {
+    if (!isChosen(crtc)) continue;
     questions.emplace_back(crtc, xcb_randr_get_crtc_gamma_size(server->connection, crtc));
   }
   std::vector<xcb_void_cookie_t> writes;
@@ -141,7 +163,7 @@ void LinuxGammaTables::clearIdleRamps() {
     const Ramp linear = linearRamp(size);
     writes.push_back(askToSet(*server, crtc, linear, linear, linear));
   }
-  for (const xcb_void_cookie_t write : writes) succeeded(*server, write);
+  return allSucceeded(*server, writes);
 }
 
 }  // namespace brivane

@@ -308,6 +308,8 @@ class LinuxResidentEndTest : public LinuxResidentTest {
   LinuxResidentEndTest() {
     world.screens.setOutputProfile(left, profile(250));
     world.screens.setOutputProfile(middle, profile(240));
+    world.screens.setGamma(left, line(250));
+    world.screens.setGamma(middle, line(240));
   }
 
   /// A profile whose calibration rises by `rise` per level.

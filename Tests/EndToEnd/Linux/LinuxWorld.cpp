@@ -16,6 +16,15 @@ LinuxWorld::LinuxWorld() {
   turn("HDMI-A-1", "level", "50");
   turn("DP-1", "level", "255");
   for (const auto* connector : {"HDMI-A-1", "DP-1"}) turn(connector, "mood", "");
+  // As a desktop leaves them; the server's own first ramps end below white.
+  std::vector<std::uint16_t> linear;
+  for (std::uint32_t level = 0; level < 256; ++level) {
+    linear.push_back(static_cast<std::uint16_t>(level * 257));
+  }
+  for (const auto monitor :
+       {standardMonitor::left, standardMonitor::middle, standardMonitor::right}) {
+    screens.setGamma(monitor, {linear, linear, linear});
+  }
 }
 
 std::uint16_t LinuxWorld::luminance(const std::string& connector) const {

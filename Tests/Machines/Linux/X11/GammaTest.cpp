@@ -193,7 +193,7 @@ class CalibratedGamma : public Gamma {
     const Levels dark = levels(3);
     for (const std::size_t monitor : {left, middle, right})
       rig.setGamma(monitor, {dark, dark, dark});
-    gamma.restoreCalibratedTables();
+    gamma.discardForeignTables();
   }
 };
 
@@ -298,6 +298,45 @@ TEST_F(CalibratedGamma, IsTheLinearTableForADisplayThatIsOff) {
   EXPECT_THAT(rig.gamma(left), Each(levels(250)));
   EXPECT_THAT(rig.gamma(right), Each(levels(257)));
   EXPECT_THAT(rig.gamma(middle), Each(levels(257))) << "it may be another display's next";
+}
+
+TEST_F(Gamma, OfOtherProgramsStaysInForceUnlessItIsDiscarded) {
+  const Levels night = levels(200);
+  for (const std::size_t monitor : {left, middle, right}) {
+    rig.setGamma(monitor, {night, night, night});
+  }
+  gamma.restoreCalibratedTables();
+  EXPECT_THAT(rig.gamma(left), Each(night));
+  EXPECT_EQ(write(rig.output(middle), {0.0F, 0.5F}), 0);
+  gamma.restoreCalibratedTables();
+  EXPECT_THAT(rig.gamma(left), Each(night));
+  EXPECT_THAT(rig.gamma(middle), Each(levels(257)));
+  rig.setGamma(middle, {night, night, night});
+  gamma.restoreCalibratedTables();
+  EXPECT_THAT(rig.gamma(middle), Each(night)) << "put back once";
+  gamma.discardForeignTables();
+  EXPECT_THAT(rig.gamma(left), Each(levels(257)));
+  EXPECT_THAT(rig.gamma(middle), Each(levels(257)));
+}
+
+TEST_F(Gamma, OfARunThatWasKilledIsPutBackByTheNext) {
+  const Levels night = levels(200);
+  rig.setGamma(left, {night, night, night});
+  {
+    XConnection killed(rig.display());
+    const Curve half = {0.0F, 0.5F};
+    LinuxGammaTables(killed).writeTable(rig.output(middle), half, half, half);
+  }
+  gamma.restoreCalibratedTables();
+  EXPECT_THAT(rig.gamma(middle), Each(levels(257)));
+  EXPECT_THAT(rig.gamma(left), Each(night));
+}
+
+TEST_F(Gamma, OfADisplayThatIsOffByThenIsNotLeftDark) {
+  EXPECT_EQ(write(rig.output(middle), {0.0F, 0.5F}), 0);
+  rig.turnOff(middle);
+  gamma.restoreCalibratedTables();
+  EXPECT_THAT(rig.gamma(middle), Each(levels(257)));
 }
 
 }  // namespace
