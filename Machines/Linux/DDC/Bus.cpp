@@ -17,11 +17,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-std::int32_t move(unsigned bus, std::uint32_t chip, bool isRead, std::span<std::uint8_t> bytes) {
-  const I2CDevice device(bus);
-  return isRead ? device.read(chip, bytes) : device.write(chip, bytes);
-}
-
 /// Whether there is a reply's operation code where monitors put it: among the first three bytes.
 bool isReply(std::span<const std::uint8_t> bytes) {
   constexpr std::uint8_t replyCode = 0x02;
@@ -105,6 +100,18 @@ std::shared_ptr<const I2CDevice> LinuxBus::lockedDevice(unsigned bus) const {
   if (device->lock() == EWOULDBLOCK) return nullptr;
   locked[bus] = device;
   return device;
+}
+
+/// Within a turn over the turn's opening of the file.
+std::int32_t LinuxBus::move(unsigned bus, std::uint32_t chip, bool isRead,
+                            std::span<std::uint8_t> bytes) const {
+  std::shared_ptr<const I2CDevice> device;
+  {
+    const std::scoped_lock lock(mutex);
+    device = locked[bus].lock();
+  }
+  if (!device) device = std::make_shared<const I2CDevice>(bus);
+  return isRead ? device->read(chip, bytes) : device->write(chip, bytes);
 }
 
 std::int32_t LinuxBus::transfer(const AVService& service, std::uint32_t chip, bool isRead,

@@ -48,6 +48,8 @@ class LinuxBus {
 
   std::unique_ptr<BusTurn> takeTurn(const I2CChannel& channel) const;
   std::shared_ptr<const I2CDevice> lockedDevice(unsigned bus) const;
+  std::int32_t move(unsigned bus, std::uint32_t chip, bool isRead,
+                    std::span<std::uint8_t> bytes) const;
   std::int32_t transfer(const AVService& service, std::uint32_t chip, bool isRead,
                         std::span<std::uint8_t> bytes) const;
 

@@ -7,7 +7,8 @@
 
 namespace brivane {
 
-/// One opening of "/dev/i2c-N". Failures are the system's error numbers. One thread at a time.
+/// One opening of "/dev/i2c-N". Failures are the system's error numbers. Any thread, as long as all
+/// speak to one chip: where I2C_RDWR is refused, the address is kept for the next message.
 class I2CDevice {
  public:
   explicit I2CDevice(unsigned bus);
