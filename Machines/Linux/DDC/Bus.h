@@ -16,8 +16,8 @@
 
 namespace brivane {
 
-/// The AV-service calls over the kernel's I2C device files, opened for each call. Main and DDC
-/// queue.
+/// The AV-service calls over the kernel's I2C device files, opened for each turn, or for
+/// each call outside one. Main and DDC queue.
 ///
 /// Failures are the system's error numbers. Calls to a panel on stand-by, and all calls while the
 /// machine sleeps, fail without a transfer: any message wakes some monitors.

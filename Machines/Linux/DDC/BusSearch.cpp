@@ -26,7 +26,7 @@ std::string baseBlock(const Connector& connector) {
   return connector.edid.substr(0, baseBlockSize);
 }
 
-/// A display controller's class begins with 03 (PCI Code and ID Assignment Specification).
+/// A display controller's class begins with 03 (PCI-SIG's list of class codes).
 bool isGraphicsCard(const std::filesystem::path& device) {
   return readTextAttribute(device / "class").value_or("").starts_with("0x03");
 }

@@ -29,17 +29,10 @@ void BusTroubles::note(const std::string& monitor, BusTrouble trouble) {
   troubles[monitor] = trouble;
 }
 
-void BusTroubles::forget(const std::string& monitor) {
+void BusTroubles::noteResult(const std::string& monitor, std::int32_t error) {
+  if (error != 0) return note(monitor, troubleFor(error));
   const std::scoped_lock lock(mutex);
   troubles.erase(monitor);
-}
-
-void BusTroubles::noteResult(const std::string& monitor, std::int32_t error) {
-  if (error == 0) {
-    forget(monitor);
-  } else {
-    note(monitor, troubleFor(error));
-  }
 }
 
 std::optional<BusTroubles::Trouble> BusTroubles::first() const {

@@ -26,7 +26,6 @@ class BusTroubles {
  public:
   /// `monitor` is the name of a connector or output.
   void note(const std::string& monitor, BusTrouble trouble);
-  void forget(const std::string& monitor);
   /// For a bus's error number; 0 forgets the trouble.
   void noteResult(const std::string& monitor, std::int32_t error);
 

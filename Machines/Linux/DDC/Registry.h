@@ -38,9 +38,10 @@ struct LinuxRegistryEntry : RegistryEntry {
 
 /// The online displays' connectors as registry entries: below the root a controller for each
 /// display
-/// ("disp-0000000065-card0-HDMI-A-1"), below it the panel, with the identity of the display, and
-/// the service proxy, if the connector is certain and has an I2C bus. A display without a certain
-/// connector has a panel, too, so that no other display's panel is taken for its own.
+/// ("disp-0000000065-card0-HDMI-A-1"), below the controller the panel, with the identity of the
+/// display, and the service proxy, if the connector is certain and has an I2C bus. A display
+/// without a certain connector has a panel, too, so that no other display's panel is taken for its
+/// own.
 ///
 /// The name holds the display's identifier, so that ports sort as displays do: nothing else tells
 /// identical monitors apart.
