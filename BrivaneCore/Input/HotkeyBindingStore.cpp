@@ -26,7 +26,7 @@ std::string modifiersKey(std::string_view prefix) {
 HotkeyBindingStore::HotkeyBindingStore(UserDefaults& userDefaults) : defaults(userDefaults) {}
 
 bool HotkeyBindingStore::customHotkeysEnabled() const {
-  const auto enabled = defaults.object("CustomHotkeysEnabled");
+  const auto enabled = defaults.object(customHotkeysEnabledKey);
   return !enabled || enabled->asBoolean();
 }
 

@@ -17,6 +17,8 @@ namespace brivane {
 /// outside 0 to 4294967295 is a programming error and aborts.
 class HotkeyBindingStore {
  public:
+  static constexpr std::string_view customHotkeysEnabledKey = "CustomHotkeysEnabled";
+
   explicit HotkeyBindingStore(UserDefaults& userDefaults);
 
   /// Whether the two bindings are to be registered; on unless switched off.

@@ -1,7 +1,5 @@
 #include "BrivaneCore/Input/InputDiagnosticsSettings.h"
 
-#include <string_view>
-
 namespace brivane {
 namespace {
 
@@ -16,11 +14,11 @@ InputDiagnosticsSettings::InputDiagnosticsSettings(const UserDefaults& userDefau
     : defaults(userDefaults) {}
 
 bool InputDiagnosticsSettings::verboseKeyLog() const {
-  return isOn(defaults, "VerboseKeyLog");
+  return isOn(defaults, verboseKeyLogKey);
 }
 
 bool InputDiagnosticsSettings::keepFunctionKeyFallback() const {
-  return isOn(defaults, "KeepFunctionKeyFallback");
+  return isOn(defaults, keepFunctionKeyFallbackKey);
 }
 
 }  // namespace brivane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "BrivaneCore/Seams/UserDefaults.h"
 
 namespace brivane {
@@ -8,6 +10,9 @@ namespace brivane {
 /// default. Main thread.
 class InputDiagnosticsSettings {
  public:
+  static constexpr std::string_view verboseKeyLogKey = "VerboseKeyLog";
+  static constexpr std::string_view keepFunctionKeyFallbackKey = "KeepFunctionKeyFallback";
+
   explicit InputDiagnosticsSettings(const UserDefaults& userDefaults);
 
   /// Log every key press and what was decided about it.

@@ -19,11 +19,11 @@ bool RelaySettings::systemBrightnessKeysEnabled() const {
 }
 
 RelayKey RelaySettings::relayUpKey() const {
-  return storedKey("BrightnessKeyRelayUp").value_or(f19);
+  return storedKey(brightnessKeyRelayUpKey).value_or(f19);
 }
 
 RelayKey RelaySettings::relayDownKey() const {
-  return storedKey("BrightnessKeyRelayDown").value_or(f20);
+  return storedKey(brightnessKeyRelayDownKey).value_or(f20);
 }
 
 std::optional<RelayKey> RelaySettings::storedKey(std::string_view key) const {

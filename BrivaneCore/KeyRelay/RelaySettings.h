@@ -13,6 +13,8 @@ class RelaySettings {
  public:
   /// The key of the one setting that the program itself writes.
   static constexpr std::string_view systemBrightnessKeysEnabledKey = "SystemBrightnessKeysEnabled";
+  static constexpr std::string_view brightnessKeyRelayUpKey = "BrightnessKeyRelayUp";
+  static constexpr std::string_view brightnessKeyRelayDownKey = "BrightnessKeyRelayDown";
 
   explicit RelaySettings(const UserDefaults& userDefaults);
 

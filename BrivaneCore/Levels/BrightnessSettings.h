@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "BrivaneCore/Levels/BrightnessVocabulary.h"
 #include "BrivaneCore/Seams/UserDefaults.h"
 
@@ -8,6 +10,9 @@ namespace brivane {
 /// The user's switches for the software ends of the joint scale, read at each use. Main thread.
 class BrightnessSettings {
  public:
+  static constexpr std::string_view subZeroDimmingKey = "SubZeroDimming";
+  static constexpr std::string_view brightenPastMaximumKey = "BrightenPastMaximum";
+
   explicit BrightnessSettings(const UserDefaults& userDefaults);
 
   /// Whether levels below hardware 0 are offered; on by default.

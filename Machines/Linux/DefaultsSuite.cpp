@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Machines/Common/Files/JsonFileDefaults.h"
-#include "Machines/Linux/Defaults.h"
+#include "Machines/Linux/System/Defaults.h"
 
 namespace brivane {
 

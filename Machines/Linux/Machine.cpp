@@ -4,17 +4,12 @@
 
 #include "Machines/Common/Files/ResourceFolder.h"
 #include "Machines/Linux/Advice.h"
-#include "Machines/Linux/Defaults.h"
 #include "Machines/Linux/DefaultsSuite.h"
+#include "Machines/Linux/System/Defaults.h"
 #include "Machines/Linux/System/Environment.h"
 #include "Machines/Linux/System/RuntimeFolder.h"
 
 namespace brivane {
-namespace {
-
-constexpr auto ownDomain = "com.quorrel.brivane";
-
-}  // namespace
 
 LinuxMachine::LinuxMachine()
     : connection(environmentText("DISPLAY")),

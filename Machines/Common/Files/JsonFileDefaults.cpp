@@ -1,51 +1,17 @@
 #include "Machines/Common/Files/JsonFileDefaults.h"
 
 #include "BrivaneCore/Support/Lookup.h"
-#include "Machines/Common/Files/FileLock.h"
-#include "Machines/Common/Files/PropertyJson.h"
 
 namespace brivane {
 namespace {
 
-constexpr Microseconds lockPatience = std::chrono::seconds(2);
 constexpr Microseconds syncPause = std::chrono::seconds(1);
-// Room for some ten thousand panels; Brivane writes no larger file.
-constexpr std::size_t largestDomainBytes = 1 << 20;
-
-std::filesystem::path resolved(const std::filesystem::path& file) {
-  // A settings file may be a symbolic link, which must stay: the target is replaced.
-  std::error_code error;
-  auto target = std::filesystem::weakly_canonical(file, error);
-  // Remaining links lead to a missing file.
-  std::error_code noLink;
-  for (auto next = std::filesystem::read_symlink(target, noLink); !noLink && !error;
-       next = std::filesystem::read_symlink(target, noLink)) {
-    target = std::filesystem::weakly_canonical(target.parent_path() / next, error);
-  }
-  return error ? file : target;
-}
-
-/// The file's values, or why they can't be read.
-std::variant<PropertyValue::Dictionary, FileProblem> load(const std::filesystem::path& file) {
-  const auto content = readWholeFile(file, largestDomainBytes);
-  const auto* const text = std::get_if<std::string>(&content);
-  if (text == nullptr) return std::get<FileProblem>(content);
-  auto parsed = dictionaryFromJson(*text);
-  if (const auto* const problem = std::get_if<JsonProblem>(&parsed)) {
-    return FileProblem{problem->reason};
-  }
-  return std::get<PropertyValue::Dictionary>(std::move(parsed));
-}
 
 }  // namespace
 
 JsonFileDefaults::JsonFileDefaults(const std::filesystem::path& domainFile, Runtime& machineRuntime,
                                    SystemLog& systemLog, Durability domainDurability)
-    : file(resolved(domainFile)),
-      lockFile(file.string() + ".lock"),
-      runtime(machineRuntime),
-      log(systemLog),
-      durability(domainDurability) {}
+    : file(domainFile), runtime(machineRuntime), log(systemLog), durability(domainDurability) {}
 
 JsonFileDefaults::~JsonFileDefaults() {
   runtime.cancel(syncTimer);
@@ -80,18 +46,18 @@ PropertyValue::Dictionary JsonFileDefaults::contents() const {
 void JsonFileDefaults::sync() {
   if (!needsSync) return;
   needsSync = false;
-  syncFileToDisk(file);
+  syncFileToDisk(file.path);
 }
 
 void JsonFileDefaults::change(std::string_view key, Change change) {
   if (object(key) == change) return;
   unwritten.insert_or_assign(std::string(key), std::move(change));
-  writeChanges(lockIsStuck ? Microseconds(0) : lockPatience);
+  writeChanges(lockIsStuck ? Microseconds(0) : SettingsFile::lockPatience);
 }
 
 void JsonFileDefaults::writeChanges(Microseconds patience) {
   if (const auto problem = writeUnderLock(patience)) {
-    report(lastWriteReport, "Brivane: settings could not be saved to " + file.string() + " (" +
+    report(lastWriteReport, "Brivane: settings could not be saved to " + file.path.string() + " (" +
                                 problem->reason + "); they stay in force until Brivane ends");
     return;
   }
@@ -101,7 +67,7 @@ void JsonFileDefaults::writeChanges(Microseconds patience) {
 }
 
 std::optional<FileProblem> JsonFileDefaults::writeUnderLock(Microseconds patience) {
-  const auto lock = FileLock::acquire(lockFile, runtime, patience);
+  const auto lock = file.lock(runtime, patience);
   const auto* stuck = std::get_if<FileProblem>(&lock);
   lockIsStuck = stuck != nullptr;
   if (stuck != nullptr) return *stuck;
@@ -109,8 +75,7 @@ std::optional<FileProblem> JsonFileDefaults::writeUnderLock(Microseconds patienc
   if (unreadable && !setAsideBecauseOf(*unreadable)) return unreadable;
   const auto powerCut =
       durability == Durability::synced ? PowerCut::keepsFile : PowerCut::mayEmptyFile;
-  if (auto problem = writeWholeFile(file, jsonOfDictionary(contents()) + "\n", powerCut))
-    return problem;
+  if (auto problem = file.write(contents(), powerCut)) return problem;
   read();
   return std::nullopt;
 }
@@ -123,7 +88,7 @@ void JsonFileDefaults::scheduleSync() {
 }
 
 void JsonFileDefaults::readIfNewer() const {
-  const auto stamp = stampOf(file);
+  const auto stamp = stampOf(file.path);
   if (stamp && stamp == storedStamp) return;
   read();
   if (!unreadable || (!unreadable->isFromSystem && makeWay())) return;
@@ -132,31 +97,31 @@ void JsonFileDefaults::readIfNewer() const {
 
 /// Returns whether the unreadable file has been set aside.
 bool JsonFileDefaults::makeWay() const {
-  const auto lock = FileLock::acquire(lockFile, runtime, lockPatience);
+  const auto lock = file.lock(runtime, SettingsFile::lockPatience);
   if (!std::holds_alternative<FileLock>(lock)) return false;
   read();  // another process may have done it
   return !unreadable || setAsideBecauseOf(*unreadable);
 }
 
 void JsonFileDefaults::read() const {
-  storedStamp = stampOf(file);
-  auto loaded = load(file);
+  storedStamp = stampOf(file.path);
+  auto loaded = file.read();
   unreadable.reset();
   stored.clear();
   if (auto* values = std::get_if<PropertyValue::Dictionary>(&loaded)) {
     stored = std::move(*values);
     lastReadReport.clear();
-  } else if (const auto& problem = std::get<FileProblem>(loaded); !problem.isAbsent) {
-    unreadable = problem;
+  } else {
+    unreadable = std::get<FileProblem>(std::move(loaded));
     // The same version may become readable later.
-    if (problem.isFromSystem) storedStamp.reset();
+    if (unreadable->isFromSystem) storedStamp.reset();
   }
 }
 
 /// Under the lock. Returns whether the file has been set aside.
 bool JsonFileDefaults::setAsideBecauseOf(const FileProblem& problem) const {
   if (problem.isFromSystem) return false;
-  const auto aside = setAside(file);
+  const auto aside = setAside(file.path);
   const auto* name = std::get_if<std::filesystem::path>(&aside);
   if (name == nullptr) return false;
   reportUnreadable(problem, "it was set aside as " + name->filename().string());
@@ -167,7 +132,7 @@ bool JsonFileDefaults::setAsideBecauseOf(const FileProblem& problem) const {
 
 void JsonFileDefaults::reportUnreadable(const FileProblem& problem,
                                         const std::string& consequence) const {
-  report(lastReadReport, "Brivane: the settings in " + file.string() + " can't be read (" +
+  report(lastReadReport, "Brivane: the settings in " + file.path.string() + " can't be read (" +
                              problem.reason + "); " + consequence);
 }
 

@@ -9,7 +9,7 @@
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Seams/SystemLog.h"
 #include "BrivaneCore/Seams/UserDefaults.h"
-#include "Machines/Common/Files/WholeFile.h"
+#include "Machines/Common/Files/SettingsFile.h"
 
 namespace brivane {
 
@@ -37,6 +37,8 @@ class JsonFileDefaults : public UserDefaults {
 
   PropertyValue::Dictionary contents() const;
 
+  const std::filesystem::path& path() const { return file.path; }
+
   /// Syncs pending changes to disk.
   void sync();
 
@@ -55,8 +57,7 @@ class JsonFileDefaults : public UserDefaults {
   void reportUnreadable(const FileProblem& problem, const std::string& consequence) const;
   void report(std::string& last, const std::string& line) const;
 
-  const std::filesystem::path file;
-  const std::filesystem::path lockFile;
+  const SettingsFile file;
   Runtime& runtime;
   SystemLog& log;
   const Durability durability;

@@ -28,4 +28,10 @@ std::optional<PropertyValue::Dictionary> SettingsDomains::contents(const std::st
   return SeededDefaults(*folder, name, domain.description).contents();
 }
 
+std::optional<std::filesystem::path> SettingsDomains::file(const std::string& name) {
+  const auto found = domains.find(name);
+  if (found == domains.end() || folder == nullptr) return std::nullopt;
+  return SeededDefaults(*folder, name, found->second.description).path();
+}
+
 }  // namespace brivane

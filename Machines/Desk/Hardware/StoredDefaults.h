@@ -34,6 +34,7 @@ class SeededDefaults : public UserDefaults {
   void remove(std::string_view key) override;
 
   PropertyValue::Dictionary contents() const { return seeded().contents(); }
+  const std::filesystem::path& path() const { return seeded().path(); }
 
  private:
   JsonFileDefaults& seeded() const;

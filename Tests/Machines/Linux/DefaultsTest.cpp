@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "Machines/Linux/Defaults.h"
+#include "Machines/Linux/System/Defaults.h"
 
 namespace brivane {
 namespace {

@@ -1,4 +1,4 @@
-#include "Machines/Linux/Defaults.h"
+#include "Machines/Linux/System/Defaults.h"
 
 #include "Machines/Linux/System/Environment.h"
 
