@@ -24,7 +24,7 @@ done
 copy=$(mktemp -d /tmp/brivane-test-XXXXXX)
 trap 'rm -rf "$copy"' EXIT
 mkdir -p "$copy/build/bin" "$copy/build/share/brivane" "$copy/home" "$copy/Machines/Desk" "$copy/Tests"
-for tool in "$program" Brivane brivane-desk brivane-hidutil ddc-bus-host; do
+for tool in "$program" Brivane brivane-defaults brivane-desk brivane-hidutil ddc-bus-host; do
   [ ! -f build/bin/"$tool" ] || cp build/bin/"$tool" "$copy/build/bin/"
 done
 [ ! -d build/lib ] || cp -r build/lib "$copy/build/"

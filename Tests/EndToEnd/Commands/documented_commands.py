@@ -15,7 +15,7 @@ import time
 
 TREE = pathlib.Path.cwd()
 TEXTS = [TREE / name for name in ("README.md", "CONTRIBUTING.md", "ARCHITECTURE.md")] + sorted(TREE.glob("docs/*.md"))
-OTHER_PROGRAMS = """BRIVANE_DESK BRIVANE_REGENERATE Brivane brew brivane-desk brivane-hidutil cmake codesign ctest ddc-bus-host
+OTHER_PROGRAMS = """BRIVANE_DESK BRIVANE_REGENERATE Brivane brew brivane-defaults brivane-desk brivane-hidutil cmake codesign ctest ddc-bus-host
     defaults dyld_info hidutil journalctl launchctl log modprobe npm open otool perf pkill python3 sh shasum strace sudo
     systemd-inhibit tccutil xcode-select xcrun""".split()
 
@@ -58,6 +58,9 @@ LAST = [
     (DESK + "run --trace Tests/Scenarios/first-start.scenario", "1 of 1"),
     (DESK + "run --regenerate my.scenario", "1 of 1"),
     (DESK + "run --trace my.scenario", "1 of 1"),
+    ("brivane-defaults write SubZeroDimming false", ""),
+    ("brivane-defaults read", "SubZeroDimming false"),
+    ("BRIVANE_DESK=build/desk/desk.json build/bin/brivane-defaults read", "SubZeroDimming false"),
     ("Brivane --probe", REPORT),
     ("Brivane --set 40", "Set Halden H27 to 40%"),
     ("Brivane --unmap", "No Brivane entries were in the HID mapping"),
@@ -109,6 +112,7 @@ LOOKED_AT = [
     (r"cmake --build --preset mac-native --target (\S+)", "it takes a Mac",
      [("Packaging/macOS/App.cmake", "compare_declarations({} ")]),
     (r"cmake ninja-build llvm-16 python3 npm", "names of packages", []),
+    (r"brivane-defaults delete NAME", "a form of one that a test of the tool runs", []),
     (r"brivane-desk run --trace|Brivane --set", "the beginning of others", []),
     (r"build/bin/brivane-desk run --seed N seed-N\.scenario", "a form of others", []),
     (r"(sudo )?(modprobe i2c-dev|udevadm trigger .*|adduser \$USER \w+)", "it takes root and hardware", []),
@@ -189,7 +193,7 @@ class Copy:
             (folder / name).symlink_to(TREE / name)
         for name in ("bin", "lib", "share"):
             (folder / "build" / name).mkdir(parents=True)
-        for program in ("Brivane", "brivane-desk", "brivane-hidutil", "ddc-bus-host"):
+        for program in ("Brivane", "brivane-defaults", "brivane-desk", "brivane-hidutil", "ddc-bus-host"):
             shutil.copy(TREE / "build/bin" / program, folder / "build/bin")
         shutil.copytree(TREE / "build/lib", folder / "build/lib", dirs_exist_ok=True)
         shutil.copytree(TREE / "build/share", folder / "build/share", dirs_exist_ok=True)

@@ -138,5 +138,14 @@ TEST_F(LinuxCommandsTest, UnmapTakesBackAMappingOfTheTool) {
   EXPECT_THAT(run({"--unmap"}).output, StartsWith("No Brivane entries"));
 }
 
+TEST_F(LinuxCommandsTest, ASettingOfTheDefaultsToolIsTheProgramsOwn) {
+  const std::vector<std::string> words = {"write", "SystemBrightnessKeysEnabled", "false"};
+  const ProgramResult written = runProgram("brivane-defaults", words, world.environment());
+  EXPECT_EQ(written.exitStatus, 0) << written.errors;
+  EXPECT_THAT(TemporaryFolder::read(world.settings()),
+              HasSubstr("\"SystemBrightnessKeysEnabled\": false"));
+  EXPECT_THAT(run({"--probe"}).output, HasSubstr("System brightness keys: disabled"));
+}
+
 }  // namespace
 }  // namespace brivane
