@@ -81,7 +81,10 @@ void Diagnostics::printStopReapplyingAdvice() {
   print("A running Brivane re-applies the mapping within a minute unless the");
   print("feature is switched off. Turn off \"Use System Brightness Keys\" in the");
   print("menu, or, equivalently:");
-  print("  defaults write com.quorrel.brivane SystemBrightnessKeysEnabled -bool false");
+  constexpr std::string_view command =
+      "  defaults write com.quorrel.brivane SystemBrightnessKeysEnabled -bool false";
+  print(command);
+  machine.noteMacCommand(command);
 }
 
 }  // namespace brivane

@@ -47,7 +47,10 @@ class ProbeReport {
     print("  NOTE: Brivane is already running (pid " + std::to_string(*process) + ").");
     print("        It holds the DDC handles, so a display it is driving may still");
     print("        report no response below. For a clean reading, quit it first:");
-    print("        launchctl bootout gui/$(id -u)/com.quorrel.brivane");
+    constexpr std::string_view command =
+        "        launchctl bootout gui/$(id -u)/com.quorrel.brivane";
+    print(command);
+    machine.noteMacCommand(command);
     print("");
   }
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "BrivaneCore/Seams/AccessibilityAccess.h"
 #include "BrivaneCore/Seams/Applications.h"
@@ -32,6 +33,10 @@ class Machine {
   virtual ProcessRunner& processes() = 0;
   virtual Applications& applications() = 0;
   virtual SystemLog& log() = 0;
+
+  /// Main. The user was shown this line of a report, which names a command of the Mac; `advice()`
+  /// says what to type on this machine instead.
+  virtual void noteMacCommand(std::string_view /*line*/) {}
 
   /// Main. One line for the user about what this machine lacks and what to do about it, as far as
   /// the calls made so far have shown; nothing when nothing is missing.

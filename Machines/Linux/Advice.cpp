@@ -1,5 +1,7 @@
 #include "Machines/Linux/Advice.h"
 
+#include <sstream>
+
 namespace brivane {
 namespace {
 
@@ -34,6 +36,13 @@ std::string busRemedy(const BusTroubles::Trouble& trouble) {
   return {};
 }
 
+/// The text behind the phrase; nothing without the phrase.
+std::optional<std::string> behind(std::string_view phrase, std::string_view line) {
+  const auto start = line.find(phrase);
+  if (start == std::string_view::npos) return std::nullopt;
+  return std::string(line.substr(start + phrase.size()));
+}
+
 }  // namespace
 
 std::optional<std::string> adviceFor(const GraphicsSession& session,
@@ -58,6 +67,20 @@ std::optional<std::string> adviceFor(const GraphicsSession& session,
            "rule or join the group video, then log in again. See docs/linux.md.";
   }
   return trouble ? std::optional(busRemedy(*trouble)) : std::nullopt;
+}
+
+std::optional<std::string> insteadOfMacCommand(std::string_view line,
+                                               const std::vector<ProcessID>& running) {
+  if (const auto setting = behind("defaults write com.quorrel.brivane ", line)) {
+    std::istringstream words(*setting);
+    std::string key;
+    std::string type;
+    std::string value;
+    words >> key >> type >> value;
+    return "On Linux: brivane-defaults write " + key + " " + value;
+  }
+  if (!behind("launchctl bootout ", line) || running.empty()) return std::nullopt;
+  return "On Linux: kill " + std::to_string(running.front());
 }
 
 }  // namespace brivane

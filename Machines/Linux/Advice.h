@@ -2,7 +2,10 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "BrivaneCore/Seams/Applications.h"
 #include "Machines/Linux/DDC/MissingAccess.h"
 
 namespace brivane {
@@ -21,5 +24,10 @@ struct GraphicsSession {
 /// missing.
 std::optional<std::string> adviceFor(const GraphicsSession& session,
                                      const MissingAccess& missingAccess);
+
+/// What to type on Linux in the place of the Mac's command in this line of a report, for the
+/// running programs; nothing when the line names no command for which there is one.
+std::optional<std::string> insteadOfMacCommand(std::string_view line,
+                                               const std::vector<ProcessID>& running);
 
 }  // namespace brivane

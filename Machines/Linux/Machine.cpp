@@ -23,10 +23,16 @@ std::unique_ptr<DefaultsSuite> LinuxMachine::openDefaultsSuite(const std::string
   return std::make_unique<LinuxDefaultsSuite>(threads, systemLog);
 }
 
+void LinuxMachine::noteMacCommand(std::string_view line) {
+  insteadOfShown = insteadOfMacCommand(line, runningPrograms.runningApplications(ownDomain));
+}
+
 std::optional<std::string> LinuxMachine::advice() {
-  return adviceFor({connection.problem(), !environmentText("DISPLAY").empty(),
-                    !environmentText("WAYLAND_DISPLAY").empty()},
-                   missingAccess);
+  auto missing = adviceFor({connection.problem(), !environmentText("DISPLAY").empty(),
+                            !environmentText("WAYLAND_DISPLAY").empty()},
+                           missingAccess);
+  if (!insteadOfShown) return missing;
+  return missing ? *missing + " " + *insteadOfShown : insteadOfShown;
 }
 
 void LinuxMachine::logMissingSystemBus() {

@@ -55,6 +55,7 @@ class LinuxMachine : public ResidentMachine {
   Resources& resources() override { return bundles; }
   /// Null for this program's own domain.
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
+  void noteMacCommand(std::string_view line) override;
   std::optional<std::string> advice() override;
 
   /// For the frame.
@@ -64,6 +65,8 @@ class LinuxMachine : public ResidentMachine {
   void logMissingSystemBus();
 
   MissingAccess missingAccess;
+  /// What to type instead of the Mac's command that was shown.
+  std::optional<std::string> insteadOfShown;
   LinuxLog systemLog;
   SleepGate sleepGate;
   AutostartEntry entry{AutostartEntry::usualFolders()};

@@ -426,6 +426,27 @@ TEST_F(CommandLineModesTest, TheMachinesAdviceIsAskedForLastAndIsAllThatStandsOn
   }
 }
 
+TEST_F(CommandLineModesTest, TheMachineLearnsOfEachCommandOfTheMacThatAReportNames) {
+  struct NotingMachine : FakeMachine {
+    void noteMacCommand(std::string_view line) override { commands.emplace_back(line); }
+    std::vector<std::string> commands;
+  };
+  const auto noted = [&](const std::string& mode, NotingMachine& noting) {
+    noting.processRunner.results = {FinishedProcess{0, "(null)\n"}};
+    runBrivane({"Brivane", mode}, noting, openFrame, out, err);
+    return noting.commands;
+  };
+  NotingMachine alone;
+  EXPECT_THAT(noted("--unmap", alone),
+              ElementsAre("  defaults write com.quorrel.brivane SystemBrightnessKeysEnabled -bool "
+                          "false"));
+  NotingMachine second;
+  EXPECT_THAT(noted("--probe", second), IsEmpty());
+  second.apps.running["com.quorrel.brivane"] = {4711};
+  EXPECT_THAT(noted("--probe", second),
+              ElementsAre("        launchctl bootout gui/$(id -u)/com.quorrel.brivane"));
+}
+
 TEST_F(CommandLineModesTest, OnlyExactSwitchesCount) {
   for (const auto* argument : {"--Probe", "-probe", "--probe=1", "probe", "--settings"}) {
     runBrivane({"/Applications/Brivane", argument}, machine, openFrame, out, err);

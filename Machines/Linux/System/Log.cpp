@@ -13,6 +13,14 @@ LinuxLog::LinuxLog() : isSeen(::isatty(STDERR_FILENO) == 1) {
 }
 
 void LinuxLog::write(std::string_view line) {
+  add(line);
+  if (line.find("./install.sh") == std::string_view::npos) return;
+  if (hasExplainedInstaller.exchange(true)) return;
+  add("Brivane: on Linux, launch at login needs the autostart entry com.quorrel.brivane.desktop, "
+      "which docs/linux.md shows");
+}
+
+void LinuxLog::add(std::string_view line) const {
   ::syslog(LOG_NOTICE, "%.*s", static_cast<int>(line.size()), line.data());
   if (isSeen) writeToStandardError(line);
 }

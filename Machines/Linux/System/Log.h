@@ -1,10 +1,13 @@
 #pragma once
 
+#include <atomic>
+
 #include "BrivaneCore/Seams/SystemLog.h"
 
 namespace brivane {
 
-/// syslog under the name "Brivane", and standard error, too, if it is a terminal.
+/// syslog under the name "Brivane", and standard error, too, if it is a terminal. The first line
+/// that names the Mac's installer is followed by one that says what to do on Linux.
 class LinuxLog : public SystemLog {
  public:
   LinuxLog();
@@ -13,9 +16,11 @@ class LinuxLog : public SystemLog {
   void writeVisibly(std::string_view line) override;
 
  private:
+  void add(std::string_view line) const;
   static void writeToStandardError(std::string_view line);
 
   const bool isSeen;
+  std::atomic<bool> hasExplainedInstaller = false;
 };
 
 }  // namespace brivane

@@ -121,7 +121,7 @@ LOOKED_AT = [
      [("Machines/Linux/System/Log.cpp", 'openlog("{}"')]),
     (r"defaults (?:write|delete|read) com\.quorrel\.brivane(?: NAME| (\w+) -(?:bool|int) \w+)?", "it takes a Mac",
      [("Tests/BrivaneCore", '"{}"')]),
-    (r"launchctl (?:print|disable|kickstart|kill TERM) gui/\$\(id -u\)/(com\.quorrel\.brivane)", "it takes a Mac",
+    (r"launchctl (?:bootout|print|disable|kickstart|kill TERM) gui/\$\(id -u\)/(com\.quorrel\.brivane)", "it takes a Mac",
      [("install.sh", "label={}")]),
     (r"tccutil reset Accessibility (com\.quorrel\.brivane)", "it takes a Mac", [("install.sh", "label={}")]),
     (r"open (again|URL)|log (LINE|…)", "lines of scenarios and transcripts", []),

@@ -138,6 +138,11 @@ TEST_F(LinuxCommandsTest, UnmapTakesBackAMappingOfTheTool) {
   EXPECT_THAT(run({"--unmap"}).output, StartsWith("No Brivane entries"));
 }
 
+TEST_F(LinuxCommandsTest, AfterUnmapOneLineOnStandardErrorSaysWhatToTypeOnLinux) {
+  EXPECT_EQ(run({"--unmap"}).errors,
+            "On Linux: brivane-defaults write SystemBrightnessKeysEnabled false\n");
+}
+
 TEST_F(LinuxCommandsTest, ASettingOfTheDefaultsToolIsTheProgramsOwn) {
   const std::vector<std::string> words = {"write", "SystemBrightnessKeysEnabled", "false"};
   const ProgramResult written = runProgram("brivane-defaults", words, world.environment());

@@ -26,6 +26,8 @@ namespace {
 using std::chrono::milliseconds;
 using testing::AnyOf;
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
@@ -378,6 +380,14 @@ TEST_F(LinuxResidentTest, ASecondStartNamesTheFirstAndLeavesItAlone) {
   EXPECT_EQ(second.exitStatus, 0);
   EXPECT_EQ(second.errors, "Brivane is already running (pid " +
                                std::to_string(program->processID()) + "); exiting.\n");
+}
+
+TEST_F(LinuxResidentTest, AReportBesideItEndsWithTheCommandThatEndsItOnLinux) {
+  start();
+  const ProgramResult report = runProgram("Brivane", {"--probe"}, world.environment());
+  EXPECT_THAT(report.output, HasSubstr("launchctl bootout"));
+  EXPECT_THAT(linesOf(report.errors),
+              ElementsAre(EndsWith("On Linux: kill " + std::to_string(program->processID()))));
 }
 
 TEST_F(LinuxResidentTest, OfTwoThatStartAtTheSameMomentOneStaysAndTheOtherNamesIt) {

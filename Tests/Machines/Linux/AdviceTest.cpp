@@ -8,6 +8,7 @@ namespace brivane {
 namespace {
 
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::Optional;
@@ -71,6 +72,26 @@ TEST(Advice, TheDisplaysComeFirstAndItIsAlwaysOneLine) {
   const auto advice = adviceFor({"DISPLAY is not set", false, false}, missingAccess);
   EXPECT_THAT(advice, Optional(AllOf(HasSubstr("sees no displays"), Not(HasSubstr("i2c")),
                                      Not(HasSubstr("\n")))));
+}
+
+TEST(Advice, ForACommandOfTheMacThatAReportNamesLinuxHasItsOwn) {
+  EXPECT_EQ(
+      insteadOfMacCommand("  defaults write com.quorrel.brivane SubZeroDimming -bool false", {}),
+      "On Linux: brivane-defaults write SubZeroDimming false");
+  const auto* const bootout = "  launchctl bootout gui/$(id -u)/com.quorrel.brivane";
+  EXPECT_EQ(insteadOfMacCommand(bootout, {4711}), "On Linux: kill 4711");
+  EXPECT_EQ(insteadOfMacCommand(bootout, {}), std::nullopt) << "it has ended meanwhile";
+}
+
+TEST(LinuxMachine, WhatToTypeInsteadOfTheMacsCommandFollowsWhatIsMissingOnTheSameLine) {
+  unsetenv("DISPLAY");
+  LinuxMachine machine;
+  machine.noteMacCommand("defaults write com.quorrel.brivane SubZeroDimming -bool false");
+  EXPECT_EQ(machine.advice(), "On Linux: brivane-defaults write SubZeroDimming false");
+  machine.displays().onlineDisplayCount();
+  EXPECT_THAT(machine.advice(), Optional(AllOf(HasSubstr("DISPLAY is not set"),
+                                               EndsWith(". On Linux: brivane-defaults write "
+                                                        "SubZeroDimming false"))));
 }
 
 TEST(LinuxMachine, AdvisesOnlyOnWhatItWasAskedFor) {

@@ -1,7 +1,10 @@
 // The menu's launch at login over Linux's counterpart of a launch agent.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <stdlib.h>
+#include <unistd.h>
 
+#include <array>
 #include <filesystem>
 
 #include "BrivaneApp/LoginItem.h"
@@ -12,6 +15,40 @@ namespace brivane {
 namespace {
 
 using testing::HasSubstr;
+using testing::MatchesRegex;
+
+/// A terminal in the place of standard error.
+class ErrorTerminal {
+ public:
+  ErrorTerminal() {
+    grantpt(terminal);
+    unlockpt(terminal);
+    const int screen = open(ptsname(terminal), O_RDWR | O_NOCTTY);
+    dup2(screen, STDERR_FILENO);
+    close(screen);
+  }
+  ~ErrorTerminal() {
+    dup2(before, STDERR_FILENO);
+    close(before);
+    close(terminal);
+  }
+  ErrorTerminal(const ErrorTerminal&) = delete;
+  ErrorTerminal& operator=(const ErrorTerminal&) = delete;
+
+  /// What was written, with the terminal's line ends.
+  std::string text() const {
+    std::string all;
+    std::array<char, 4096> buffer{};
+    for (ssize_t count = 0; (count = ::read(terminal, buffer.data(), buffer.size())) > 0;) {
+      all.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    return all;
+  }
+
+ private:
+  const int before = dup(STDERR_FILENO);
+  const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
+};
 
 class LoginItemOnLinux : public testing::Test {
  protected:
@@ -41,6 +78,20 @@ TEST_F(LoginItemOnLinux, WithoutAnEntryIsOffAndStaysOff) {
   item.setEnabled(true);
   EXPECT_FALSE(item.isEnabled());
   EXPECT_EQ(ownEntry(), "");
+}
+
+TEST_F(LoginItemOnLinux, WithoutAnEntryTheLogSaysOnceWhatLinuxNeeds) {
+  const ErrorTerminal terminal;
+  LinuxMachine machine;
+  LoginItem item(machine);
+  item.setEnabled(true);
+  item.setEnabled(true);
+  const std::string fixedText = "Brivane: no LaunchAgent installed; run [^\n]*\n";
+  EXPECT_THAT(terminal.text(),
+              MatchesRegex(fixedText +
+                           "Brivane: on Linux, launch at login needs the autostart "
+                           "entry com[.]quorrel[.]brivane[.]desktop[^\n]*\n" +
+                           fixedText));
 }
 
 TEST_F(LoginItemOnLinux, IsOnWhenItIsInstalledAndIsSwitchedInTheUsersOwnEntry) {
