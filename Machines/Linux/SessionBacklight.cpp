@@ -32,9 +32,9 @@ void SessionBacklight::forgetBusAfter(int result) {
 }
 
 sd_bus* SessionBacklight::connected() {
-  if (!library) library = std::make_unique<const SystemBusLibrary>();
+  if (!library) library = std::make_unique<const MessageBusLibrary>();
   if (!library->isLoaded()) return nullptr;
-  if (!bus) bus = library->connect();
+  if (!bus) bus = library->connectToSystem();
   return bus.get();
 }
 

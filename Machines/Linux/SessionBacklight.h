@@ -5,7 +5,7 @@
 #include <mutex>
 #include <string>
 
-#include "Machines/Linux/System/SystemBus.h"
+#include "Machines/Linux/System/MessageBus.h"
 
 namespace brivane {
 
@@ -26,8 +26,8 @@ class SessionBacklight {
   void forgetBusAfter(int result);
 
   std::mutex mutex;
-  std::unique_ptr<const SystemBusLibrary> library;
-  SystemBusLibrary::Connection bus;
+  std::unique_ptr<const MessageBusLibrary> library;
+  MessageBusLibrary::Connection bus;
 };
 
 }  // namespace brivane

@@ -11,7 +11,7 @@ namespace brivane {
 
 SleepWatch::SleepWatch(Runtime& machineRuntime, Handler sleepHandler, Task busIsMissing)
     : handler(std::move(sleepHandler)), logMissingBus(std::move(busIsMissing)) {
-  if (library.isLoaded()) bus = library.connect();
+  if (library.isLoaded()) bus = library.connectToSystem();
   const bool isMatched =
       bus && library.matchSignal(bus.get(), nullptr, logind::service, logind::managerPath,
                                  logind::managerInterface, "PrepareForSleep", receive, this) >= 0;

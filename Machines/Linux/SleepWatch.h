@@ -7,7 +7,7 @@
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "Machines/Common/Files/FileDescriptor.h"
 #include "Machines/Linux/System/DescriptorWatch.h"
-#include "Machines/Linux/System/SystemBus.h"
+#include "Machines/Linux/System/MessageBus.h"
 
 namespace brivane {
 
@@ -36,8 +36,8 @@ class SleepWatch {
 
   const Handler handler;
   const Task logMissingBus;
-  const SystemBusLibrary library;
-  SystemBusLibrary::Connection bus;
+  const MessageBusLibrary library;
+  MessageBusLibrary::Connection bus;
   /// Delays sleep while open.
   FileDescriptor inhibitor;
   bool isAboutToSleep = false;

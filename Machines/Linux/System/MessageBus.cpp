@@ -1,4 +1,4 @@
-#include "Machines/Linux/System/SystemBus.h"
+#include "Machines/Linux/System/MessageBus.h"
 
 #include <cstdint>
 
@@ -6,11 +6,12 @@
 
 namespace brivane {
 
-SystemBusLibrary::SystemBusLibrary() : loaded(load()) {}
+MessageBusLibrary::MessageBusLibrary() : loaded(load()) {}
 
-bool SystemBusLibrary::load() {
+bool MessageBusLibrary::load() {
   const SharedLibrary systemd("libsystemd.so.0");
   return systemd.find("sd_bus_open_system", openSystem) &&
+         systemd.find("sd_bus_open_user", openUser) &&
          systemd.find("sd_bus_set_method_call_timeout", setTimeout) &&
          systemd.find("sd_bus_flush_close_unref", close) &&
          systemd.find("sd_bus_match_signal", matchSignal) &&
@@ -21,9 +22,17 @@ bool SystemBusLibrary::load() {
          systemd.find("sd_bus_get_property_trivial", getProperty);
 }
 
-SystemBusLibrary::Connection SystemBusLibrary::connect() const {
+MessageBusLibrary::Connection MessageBusLibrary::connectToSystem() const {
+  return connect(openSystem);
+}
+
+MessageBusLibrary::Connection MessageBusLibrary::connectToSession() const {
+  return connect(openUser);
+}
+
+MessageBusLibrary::Connection MessageBusLibrary::connect(decltype(&sd_bus_open_system) open) const {
   sd_bus* opened = nullptr;
-  if (openSystem(&opened) < 0) return nullptr;
+  if (open(&opened) < 0) return nullptr;
   Connection connection(opened, close);
   constexpr std::uint64_t timeoutMicroseconds = 1'000'000;
   setTimeout(opened, timeoutMicroseconds);

@@ -8,16 +8,18 @@ namespace brivane {
 
 /// The used part of libsystemd's D-Bus client; loaded by the constructor. A connection must be used
 /// by one thread at a time.
-class SystemBusLibrary {
+class MessageBusLibrary {
  public:
-  SystemBusLibrary();
+  MessageBusLibrary();
 
   /// If false, nothing else may be called.
   bool isLoaded() const { return loaded; }
 
   using Connection = std::shared_ptr<sd_bus>;
   /// A new connection to the system bus, whose calls time out after a second; null without a bus.
-  Connection connect() const;
+  Connection connectToSystem() const;
+  /// The same for the user's session bus.
+  Connection connectToSession() const;
 
   decltype(&sd_bus_match_signal) matchSignal = nullptr;
   decltype(&sd_bus_process) process = nullptr;
@@ -30,8 +32,11 @@ class SystemBusLibrary {
 
  private:
   bool load();
+  /// `open` is one of the two functions below.
+  Connection connect(decltype(&sd_bus_open_system) open) const;
 
   decltype(&sd_bus_open_system) openSystem = nullptr;
+  decltype(&sd_bus_open_user) openUser = nullptr;
   decltype(&sd_bus_set_method_call_timeout) setTimeout = nullptr;
   decltype(&sd_bus_flush_close_unref) close = nullptr;
   bool loaded = false;
