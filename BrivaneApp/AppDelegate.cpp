@@ -26,6 +26,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   makeTermination();
   startInput();
   startDisplays();
+  requests = machine.answerRequests(*root->remoteController);
 }
 
 void AppDelegate::applicationWasOpenedAgain() {
@@ -33,6 +34,7 @@ void AppDelegate::applicationWasOpenedAgain() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+  requests.reset();
   if (termination) termination->performTerminationCleanup();
 }
 

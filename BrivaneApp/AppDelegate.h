@@ -5,6 +5,7 @@
 #include "BrivaneApp/CompositionRoot.h"
 #include "BrivaneApp/TerminationCoordinator.h"
 #include "BrivaneCore/Seams/ResidentMachine.h"
+#include "BrivaneCore/Support/Observation.h"
 #include "BrivaneUI/Frame/Frame.h"
 
 namespace brivane {
@@ -26,9 +27,11 @@ class AppDelegate : public ApplicationDelegate {
   void startInput();
   void startDisplays();
 
-  /// Both null until the launch has finished.
+  /// All null until the launch has finished.
   std::shared_ptr<CompositionRoot> root;
   std::unique_ptr<TerminationCoordinator> termination;
+  /// Null also where no program can ask. Dropped before what it calls.
+  Observation requests;
 
   ResidentMachine& machine;
   Frame& frame;

@@ -20,6 +20,8 @@ CompositionRoot::CompositionRoot(ResidentMachine& machine, Frame& frame)
   makeInput(machine, frame);
   makeFollowers(machine);
   connectMenu();
+  remoteController = std::make_shared<RemoteController>(machine, *controller, *keyPress,
+                                                        *statusItem, *hotkeyEditor);
 }
 
 void CompositionRoot::makeInput(ResidentMachine& machine, Frame& frame) {

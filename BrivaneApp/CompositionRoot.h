@@ -9,6 +9,7 @@
 #include "BrivaneApp/DisplayReconciler.h"
 #include "BrivaneApp/HotkeyEditor.h"
 #include "BrivaneApp/KeyPressCoordinator.h"
+#include "BrivaneApp/RemoteController.h"
 #include "BrivaneApp/StatusItemController.h"
 #include "BrivaneApp/SystemBrightnessKeyController.h"
 #include "BrivaneCore/Input/HotkeyManager.h"
@@ -48,6 +49,7 @@ class CompositionRoot {
   std::shared_ptr<DisplayReconciler> displayReconciler;
   std::shared_ptr<AccessibilityRetryController> accessibilityRetry;
   std::shared_ptr<CacheResyncScheduler> cacheResync;
+  std::shared_ptr<RemoteController> remoteController;
 
  private:
   void makeInput(ResidentMachine& machine, Frame& frame);

@@ -7,9 +7,11 @@
 #include "BrivaneCore/Seams/Hotkeys.h"
 #include "BrivaneCore/Seams/Keyboard.h"
 #include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Seams/RemoteCommands.h"
 #include "BrivaneCore/Seams/Resources.h"
 #include "BrivaneCore/Seams/Session.h"
 #include "BrivaneCore/Seams/SystemNotifications.h"
+#include "BrivaneCore/Support/Observation.h"
 
 namespace brivane {
 
@@ -26,6 +28,10 @@ class ResidentMachine : public Machine {
 
   /// Main. Null when the system refuses a suite of that name.
   virtual std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) = 0;
+
+  /// Main. Until the observation is dropped, main-queue tasks have `commands` do what other
+  /// programs of the user ask for. Without a way for others to ask, nothing.
+  virtual Observation answerRequests(RemoteCommands& /*commands*/) { return nullptr; }
 };
 
 }  // namespace brivane

@@ -14,11 +14,13 @@
 #include "Machines/Linux/DDC/SleepGate.h"
 #include "Machines/Linux/Notifications.h"
 #include "Machines/Linux/Processes.h"
+#include "Machines/Linux/RemoteControl.h"
 #include "Machines/Linux/Resources.h"
 #include "Machines/Linux/Session.h"
 #include "Machines/Linux/SessionBacklight.h"
 #include "Machines/Linux/Symbols.h"
 #include "Machines/Linux/System/Log.h"
+#include "Machines/Linux/System/SessionBus.h"
 #include "Machines/Linux/X11/Displays.h"
 #include "Machines/Linux/X11/EventTaps.h"
 #include "Machines/Linux/X11/Gamma.h"
@@ -57,6 +59,9 @@ class LinuxMachine : public ResidentMachine {
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
   void noteMacCommand(std::string_view line) override;
   std::optional<std::string> advice() override;
+  Observation answerRequests(RemoteCommands& commands) override {
+    return remoteControl.answerRequests(commands);
+  }
 
   /// For the frame.
   SharedWindowSystem& windowSystem() { return sharedWindowSystem; }
@@ -100,6 +105,8 @@ class LinuxMachine : public ResidentMachine {
   LinuxWindowSystem sharedWindowSystem{{events, hotkeyGrabs, brightnessKeys, systemLog, settings}};
   LinuxNotifications announcements{events, threads, sleepGate, [this] { settings.sync(); },
                                    [this] { logMissingSystemBus(); }};
+  SessionBus sessionBus{threads};
+  LinuxRemoteControl remoteControl{sessionBus, systemLog};
 };
 
 }  // namespace brivane

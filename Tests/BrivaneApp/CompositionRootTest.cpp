@@ -35,7 +35,7 @@ struct CompositionRootTest : testing::Test, ResidentBench {
     return {root->controller,         root->keyMapping,           root->hud,
             root->statusItem,         root->hotkeyEditor,         root->hotkeys,
             root->keyPress,           root->systemBrightnessKeys, root->displayReconciler,
-            root->accessibilityRetry, root->cacheResync};
+            root->accessibilityRetry, root->cacheResync,          root->remoteController};
   }
 
   void dragFirstSlider(double value) {

@@ -488,6 +488,11 @@ class FakeMachine : public ResidentMachine {
     return std::make_unique<FakeDefaultsSuite>(lookUp(suites, name));
   }
 
+  Observation answerRequests(RemoteCommands& commands) override {
+    remoteCommands = &commands;
+    return {this, [this](FakeMachine*) { remoteCommands = nullptr; }};
+  }
+
   /// An external monitor with everything it needs to speak DDC/CI: display and screen `id`, named
   /// `name`; panel, proxy and channel at `port`.
   FakeBus::Channel& addMonitor(DisplayID id, const std::string& name, const std::string& port,
@@ -521,6 +526,8 @@ class FakeMachine : public ResidentMachine {
   /// What other applications stored, by suite.
   std::map<std::string, PropertyValue::Dictionary> suites;
   OptionalNotes suiteNotes;
+  /// What other programs can ask for; null while nothing is answered.
+  RemoteCommands* remoteCommands = nullptr;
   /// Last, and so the first to end: tasks that are still running then may use all of the above.
   VirtualRuntime time;
 };

@@ -19,7 +19,33 @@ bool MessageBusLibrary::load() {
          systemd.find("sd_bus_flush", flush) && systemd.find("sd_bus_message_read", readMessage) &&
          systemd.find("sd_bus_call_method", callMethod) &&
          systemd.find("sd_bus_call_method_async", callMethodLater) &&
-         systemd.find("sd_bus_get_property_trivial", getProperty);
+         systemd.find("sd_bus_get_property_trivial", getProperty) && loadForObjects(systemd) &&
+         loadForMessages(systemd);
+}
+
+bool MessageBusLibrary::loadForObjects(const SharedLibrary& systemd) {
+  return systemd.find("sd_bus_add_object", addObject) &&
+         systemd.find("sd_bus_slot_unref", dropSlot) &&
+         systemd.find("sd_bus_request_name_async", requestName) &&
+         systemd.find("sd_bus_message_is_method_call", isMethodCall) &&
+         systemd.find("sd_bus_message_has_signature", hasSignature) &&
+         systemd.find("sd_bus_reply_method_return", reply) &&
+         systemd.find("sd_bus_reply_method_errorf", replyError);
+}
+
+bool MessageBusLibrary::loadForMessages(const SharedLibrary& systemd) {
+  return systemd.find("sd_bus_message_new_method_call", newCall) &&
+         systemd.find("sd_bus_message_new_method_return", newReply) &&
+         systemd.find("sd_bus_message_append", append) &&
+         systemd.find("sd_bus_message_open_container", openContainer) &&
+         systemd.find("sd_bus_message_close_container", closeContainer) &&
+         systemd.find("sd_bus_message_enter_container", enterContainer) &&
+         systemd.find("sd_bus_message_exit_container", exitContainer) &&
+         systemd.find("sd_bus_message_skip", skip) &&
+         systemd.find("sd_bus_message_set_auto_start", setAutoStart) &&
+         systemd.find("sd_bus_send", send) && systemd.find("sd_bus_call", call) &&
+         systemd.find("sd_bus_error_free", freeError) &&
+         systemd.find("sd_bus_message_unref", dropMessage);
 }
 
 MessageBusLibrary::Connection MessageBusLibrary::connectToSystem() const {

@@ -6,6 +6,8 @@
 
 namespace brivane {
 
+class SharedLibrary;
+
 /// The used part of libsystemd's D-Bus client; loaded by the constructor. A connection must be used
 /// by one thread at a time.
 class MessageBusLibrary {
@@ -30,8 +32,34 @@ class MessageBusLibrary {
   decltype(&sd_bus_call_method_async) callMethodLater = nullptr;
   decltype(&sd_bus_get_property_trivial) getProperty = nullptr;
 
+  // For an object of one's own on the bus.
+  decltype(&sd_bus_add_object) addObject = nullptr;
+  decltype(&sd_bus_slot_unref) dropSlot = nullptr;
+  decltype(&sd_bus_request_name_async) requestName = nullptr;
+  decltype(&sd_bus_message_is_method_call) isMethodCall = nullptr;
+  decltype(&sd_bus_message_has_signature) hasSignature = nullptr;
+  decltype(&sd_bus_reply_method_return) reply = nullptr;
+  decltype(&sd_bus_reply_method_errorf) replyError = nullptr;
+
+  // For messages that are made and read piece by piece.
+  decltype(&sd_bus_message_new_method_call) newCall = nullptr;
+  decltype(&sd_bus_message_new_method_return) newReply = nullptr;
+  decltype(&sd_bus_message_append) append = nullptr;
+  decltype(&sd_bus_message_open_container) openContainer = nullptr;
+  decltype(&sd_bus_message_close_container) closeContainer = nullptr;
+  decltype(&sd_bus_message_enter_container) enterContainer = nullptr;
+  decltype(&sd_bus_message_exit_container) exitContainer = nullptr;
+  decltype(&sd_bus_message_skip) skip = nullptr;
+  decltype(&sd_bus_message_set_auto_start) setAutoStart = nullptr;
+  decltype(&sd_bus_send) send = nullptr;
+  decltype(&sd_bus_call) call = nullptr;
+  decltype(&sd_bus_error_free) freeError = nullptr;
+  decltype(&sd_bus_message_unref) dropMessage = nullptr;
+
  private:
   bool load();
+  bool loadForObjects(const SharedLibrary& systemd);
+  bool loadForMessages(const SharedLibrary& systemd);
   /// `open` is one of the two functions below.
   Connection connect(decltype(&sd_bus_open_system) open) const;
 

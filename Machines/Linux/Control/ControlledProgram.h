@@ -1,0 +1,74 @@
+#pragma once
+
+#include <systemd/sd-bus.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "Machines/Linux/System/MessageBus.h"
+#include "Machines/Linux/System/RemoteInterface.h"
+
+namespace brivane {
+
+/// Why the resident program didn't do what was asked of it.
+struct ControlFailure {
+  /// One sentence.
+  std::string sentence;
+  /// Nobody has its name on the bus.
+  bool isNotRunning = false;
+};
+
+/// A display in the resident program's list, see RemoteInterface.h.
+struct ListedDisplay {
+  std::uint32_t number = 0;
+  std::string name;
+  bool isUnderPointer = false;
+  std::optional<std::int32_t> level;
+  std::int32_t minimum = 0;
+  std::int32_t maximum = 0;
+};
+
+/// The resident program, reached over the session bus. A call waits for its answer, ten seconds at
+/// most.
+class ControlledProgram {
+ public:
+  ControlledProgram();
+
+  using Answer = std::variant<std::shared_ptr<sd_bus_message>, ControlFailure>;
+
+  /// Calls the method. `types` and `arguments` are as for sd_bus_message_append.
+  template <typename... Arguments>
+  Answer call(const char* method, const char* types = "", Arguments... arguments) const {
+    const Answer made = newCall(method);
+    if (const auto* message = std::get_if<Message>(&made)) {
+      library.append(message->get(), types, arguments...);
+      return send(**message);
+    }
+    return made;
+  }
+
+  /// Opens the menu. If the program isn't running and `starts`, the bus starts it, where a service
+  /// file says how.
+  Answer showMenu(bool starts) const;
+
+  /// What the answer to Up, Down, Set or Get holds.
+  std::int32_t readLevel(sd_bus_message& answer) const;
+  /// What the answer to List holds.
+  std::vector<ListedDisplay> readList(sd_bus_message& answer) const;
+
+ private:
+  using Message = std::shared_ptr<sd_bus_message>;
+
+  Answer newCall(const char* method) const;
+  Answer send(sd_bus_message& call) const;
+  void readEntry(sd_bus_message& answer, ListedDisplay& display) const;
+
+  const MessageBusLibrary library;
+  MessageBusLibrary::Connection bus;
+};
+
+}  // namespace brivane
