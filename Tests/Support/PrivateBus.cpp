@@ -20,6 +20,7 @@ constexpr auto busConfiguration = R"(<!DOCTYPE busconfig PUBLIC
   <type>system</type>
   <listen>unix:dir=FOLDER</listen>
   <auth>EXTERNAL</auth>
+  <servicedir>FOLDER</servicedir>
   <policy context="default">
     <allow user="*"/>
     <allow own="*"/>
@@ -38,9 +39,15 @@ std::string readLine(int descriptor) {
 
 }  // namespace
 
-PrivateBus::PrivateBus() {
+PrivateBus::PrivateBus(const std::map<std::string, std::string>& services) {
   std::string text = busConfiguration;
-  text.replace(text.find("FOLDER"), 6, folder.path.string());
+  for (auto place = text.find("FOLDER"); place != std::string::npos; place = text.find("FOLDER")) {
+    text.replace(place, 6, folder.path.string());
+  }
+  for (const auto& [name, command] : services) {
+    folder.write(name + ".service",
+                 "[D-BUS Service]\nName=" + name + "\nExec=" + command + "\nUser=root\n");
+  }
   const std::string file = "--config-file=" + folder.write("bus.conf", text).string();
   std::array<int, 2> pipe{};
   if (::pipe2(pipe.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -16,8 +17,9 @@ namespace brivane {
 /// A private message bus, on which any process may own any name. It ends with this object.
 class PrivateBus {
  public:
-  /// Throws when there is no "dbus-daemon" or it doesn't start.
-  PrivateBus();
+  /// `services`: the command line that the bus runs when somebody wants a name that nobody has, by
+  /// name. Throws when there is no "dbus-daemon" or it doesn't start.
+  explicit PrivateBus(const std::map<std::string, std::string>& services = {});
   ~PrivateBus();
   PrivateBus(const PrivateBus&) = delete;
   PrivateBus& operator=(const PrivateBus&) = delete;
