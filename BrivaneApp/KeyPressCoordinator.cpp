@@ -28,19 +28,17 @@ KeyPressCoordinator::~KeyPressCoordinator() {
 }
 
 bool KeyPressCoordinator::handle(const Adjustment& adjustment) {
+  return press(adjustment).kind != AdjustOutcome::Kind::passThrough;
+}
+
+AdjustOutcome KeyPressCoordinator::press(const Adjustment& adjustment) {
   hud.expect();
-  const auto outcome = controller.adjustDisplayUnderCursor(adjustment.delta, adjustment.snapToStep);
-  switch (outcome.kind) {
-    case AdjustOutcome::Kind::passThrough:
-      return false;
-    case AdjustOutcome::Kind::handled:
-      showLevel(outcome);
-      return true;
-    case AdjustOutcome::Kind::connecting:
-      showConnecting(outcome.display, outcome.name);
-      return true;
+  auto outcome = controller.adjustDisplayUnderCursor(adjustment.delta, adjustment.snapToStep);
+  if (outcome.kind == AdjustOutcome::Kind::handled) showLevel(outcome);
+  if (outcome.kind == AdjustOutcome::Kind::connecting) {
+    showConnecting(outcome.display, outcome.name);
   }
-  return false;
+  return outcome;
 }
 
 void KeyPressCoordinator::showLevel(const AdjustOutcome& outcome) {

@@ -24,6 +24,9 @@ class KeyPressCoordinator : public Stoppable {
   /// Whether the press was handled; if not, the operating system may have it.
   bool handle(const Adjustment& adjustment);
 
+  /// The same, and all that came of it.
+  AdjustOutcome press(const Adjustment& adjustment);
+
   /// Ends the updates of a connecting HUD, which then times out by itself.
   void stop() override;
 

@@ -34,6 +34,10 @@ RemoteFailure ambiguousDisplay(const std::string& name, const std::vector<Displa
                                         "\"; say which by its number: " + listed(named) + "."};
 }
 
+RemoteFailure silence(const DisplayTarget& target) {
+  return {Reason::notAnswering, target.name + " doesn't answer; Brivane goes on asking it."};
+}
+
 RemoteFailure refusedLevel(const DisplayTarget& target) {
   return {Reason::notAnswering, target.name + " didn't take the level."};
 }
@@ -63,10 +67,16 @@ RemoteLevel RemoteController::press(BrightnessDirection direction) {
   const auto found = findUnderPointer();
   if (const auto* failure = std::get_if<RemoteFailure>(&found)) return *failure;
   const auto& target = std::get<DisplayTarget>(found);
-  if (!keyPress.handle({.delta = delta(direction), .snapToStep = true})) {
-    return whyPassedThrough(target);
+  const auto outcome = keyPress.press({.delta = delta(direction), .snapToStep = true});
+  switch (outcome.kind) {
+    case AdjustOutcome::Kind::handled:
+      return outcome.level;
+    case AdjustOutcome::Kind::connecting:
+      return silence(target);
+    case AdjustOutcome::Kind::passThrough:
+      break;
   }
-  return levelOf(target);
+  return whyPassedThrough(target);
 }
 
 RemoteLevel RemoteController::set(Percent level, const std::string& display) {
@@ -137,10 +147,7 @@ RemoteLevel RemoteController::levelOf(const DisplayTarget& target) const {
   if (target.isBuiltIn) {
     return RemoteFailure{Reason::notDriven, target.name + " is controlled by the system alone."};
   }
-  if (controller.retryStatus(target.displayID).isRetrying) {
-    return RemoteFailure{Reason::notAnswering,
-                         target.name + " doesn't answer; Brivane goes on asking it."};
-  }
+  if (controller.retryStatus(target.displayID).isRetrying) return silence(target);
   return RemoteFailure{Reason::notDriven, target.name + " gives no level."};
 }
 

@@ -142,6 +142,17 @@ TEST_F(RemoteControllerTest, AMonitorThatHasFallenSilentShowsTheConnectingHUDAnd
   EXPECT_THAT(commands.set(40, ""), fails(Reason::notAnswering, "Monitor 2 doesn't answer"));
 }
 
+TEST_F(RemoteControllerTest, APressThatWritesNothingIsDoneWithTheRememberedLevelOfASilentMonitor) {
+  addMonitor().answers = false;
+  machine.settings.set("brightness.1.2.1", {100});
+  machine.settings.set("ddc.1.2.1", {true});
+  machine.settings.set("ddcmax.1.2.1", {100});
+  machine.settings.set("BrightenPastMaximum", {false});
+  auto& commands = launched();
+  EXPECT_THAT(commands.pressUp(), isLevel(100));
+  EXPECT_TRUE(isHUDVisible());
+}
+
 TEST_F(RemoteControllerTest, ADisplayWithoutABusDoesntAnswerAndShowsNoHUD) {
   machine.displaySystem.add({.id = 2}, "Projector");
   machine.pointAt(2);

@@ -38,6 +38,11 @@ std::unique_ptr<DefaultsSuite> DeskMachine::openDefaultsSuite(const std::string&
   return std::make_unique<DeskDefaultsSuite>(sharedHardware->domains, *faults);
 }
 
+Observation DeskMachine::answerRequests(RemoteCommands& commands) {
+  answering = &commands;
+  return {this, [](DeskMachine* machine) { machine->answering = nullptr; }};
+}
+
 void DeskMachine::setCallTrace(Faults::CallTrace callTrace) {
   faults->setCallTrace(std::move(callTrace));
 }

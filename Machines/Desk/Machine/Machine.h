@@ -60,6 +60,10 @@ class DeskMachine : public ResidentMachine {
   DeskSession& session() override { return ownSession; }
   Resources& resources() override { return ownResources; }
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
+  Observation answerRequests(RemoteCommands& commands) override;
+
+  /// What another program can ask for; null while the program answers nothing.
+  RemoteCommands* remoteCommands() const { return answering; }
 
   DeskHardware& hardware() { return *sharedHardware; }
 
@@ -77,6 +81,7 @@ class DeskMachine : public ResidentMachine {
   const std::unique_ptr<SystemLog> targetLog;
   const std::shared_ptr<DeskHardware> sharedHardware;
   const std::shared_ptr<Faults> faults;
+  RemoteCommands* answering = nullptr;
   DeskLog ownLog;
   DeskDisplays ownDisplays;
   DeskRegistry ownRegistry;

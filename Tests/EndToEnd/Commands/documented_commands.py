@@ -15,7 +15,7 @@ import time
 
 TREE = pathlib.Path.cwd()
 TEXTS = [TREE / name for name in ("README.md", "CONTRIBUTING.md", "ARCHITECTURE.md")] + sorted(TREE.glob("docs/*.md"))
-OTHER_PROGRAMS = """BRIVANE_DESK BRIVANE_REGENERATE Brivane brew brivane-defaults brivane-desk brivane-hidutil cmake codesign ctest ddc-bus-host
+OTHER_PROGRAMS = """BRIVANE_DESK BRIVANE_REGENERATE Brivane brew brivane-ctl brivane-defaults brivane-desk brivane-hidutil cmake codesign ctest ddc-bus-host
     defaults dyld_info hidutil journalctl launchctl log modprobe npm open otool perf pkill python3 sh shasum strace sudo
     systemd-inhibit tccutil xcode-select xcrun""".split()
 
@@ -126,6 +126,7 @@ LOOKED_AT = [
     (r"tccutil reset Accessibility (com\.quorrel\.brivane)", "it takes a Mac", [("install.sh", "label={}")]),
     (r"open (again|URL)|log (LINE|…)", "lines of scenarios and transcripts", []),
     (r"(brew|codesign|dyld_info|hidutil|log|open|otool|pkill|shasum|xcode-select|xcrun) .*", "it takes a Mac", []),
+    (r"brivane-ctl (up|down|set|get|list|menu)( .*)?", "another test runs it", [("Tests/EndToEnd/Desktop", '({{"{}"'), None]),
     (r"(perf|strace) .*", "how something was measured", []),
 ]
 

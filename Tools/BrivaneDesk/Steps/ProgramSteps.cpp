@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "Tools/BrivaneDesk/Stage/Stage.h"
 #include "Tools/BrivaneDesk/Steps/StepTable.h"
 
@@ -52,6 +54,34 @@ StepProblem unmap(Stage& stage, const StepArguments&) {
   return std::nullopt;
 }
 
+using Request = std::function<RemoteLevel(RemoteCommands& commands)>;
+
+/// Records the answer.
+StepProblem ask(Stage& stage, const Request& request) {
+  RemoteCommands* const commands = stage.isRunning() ? stage.program()->remoteCommands() : nullptr;
+  if (commands == nullptr) return "no program answers requests";
+  const auto answer = request(*commands);
+  if (const auto* failure = std::get_if<RemoteFailure>(&answer)) {
+    stage.record("request fails: " + failure->sentence);
+  } else {
+    stage.record("request done, level " + std::to_string(std::get<std::int64_t>(answer)));
+  }
+  return std::nullopt;
+}
+
+StepProblem requestPress(Stage& stage, const StepArguments& arguments) {
+  return ask(stage, [&](RemoteCommands& commands) {
+    return arguments.text(0) == "up" ? commands.pressUp() : commands.pressDown();
+  });
+}
+
+StepProblem requestSet(Stage& stage, const StepArguments& arguments) {
+  const auto display =
+      arguments.holds<std::int64_t>(1) ? std::to_string(arguments.display(1)) : std::string();
+  return ask(stage,
+             [&](RemoteCommands& commands) { return commands.set(arguments.whole(0), display); });
+}
+
 StepProblem end(Stage&, const StepArguments&) {
   return std::nullopt;
 }
@@ -74,6 +104,9 @@ std::vector<StepKind> programSteps() {
       {"kill", kill},
       {"command ARGUMENTS", command},
       {"unmap", unmap},
+      {"request up|down", requestPress},
+      {"request set LEVEL", requestSet},
+      {"request set LEVEL on DISPLAY", requestSet},
       {"end", end},
       {"transcript off|on", transcript},
   };
