@@ -1,6 +1,7 @@
 // Many announced screen changes change nothing, and monitors answer long after they are announced.
 // So an announcement counts only when the arrangement differs, levels are restored a little later,
-// and monitors that don't answer by then are polled every two seconds.
+// and monitors that don't answer by then are polled every two seconds. A bus that appears changes
+// nothing for monitors that answer, so only the others are retried.
 #include "BrivaneApp/DisplayReconciler.h"
 
 #include <utility>
@@ -8,6 +9,9 @@
 namespace brivane {
 namespace {
 
+/// The kernel's driver of I2C device files announces a dozen buses within milliseconds, and udev
+/// applies its rules to some at a time.
+constexpr Microseconds busBurst = std::chrono::seconds(1);
 constexpr Microseconds restoreDelay = std::chrono::seconds(2);
 constexpr Microseconds recoveryPeriod = std::chrono::seconds(2);
 constexpr Microseconds recoveryDuration = std::chrono::seconds(180);
@@ -29,7 +33,7 @@ DisplayReconciler::DisplayReconciler(ResidentMachine& machine,
       log(machine.log()),
       diagnostics(machine.defaults()),
       relaySettings(machine.defaults()),
-      restores(machine.runtime()) {}
+      laterTasks(machine.runtime()) {}
 
 DisplayReconciler::~DisplayReconciler() {
   anchor.kill();
@@ -38,6 +42,7 @@ DisplayReconciler::~DisplayReconciler() {
 
 void DisplayReconciler::observeDisplayChanges() {
   screenParameters = notifications.observeScreenParameters([this] { screenParametersChanged(); });
+  monitorBuses = notifications.observeMonitorBuses([this] { monitorBusAppeared(); });
 }
 
 void DisplayReconciler::observeWake() {
@@ -56,7 +61,16 @@ void DisplayReconciler::screenParametersChanged() {
   arrangement = std::move(current);
   controller.invalidate();
   startRecoveryPolling();
-  restores.after(restoreDelay, [this] { restoreDisplays(); });
+  laterTasks.after(restoreDelay, [this] { restoreDisplays(); });
+}
+
+/// One retry for all buses of a burst.
+void DisplayReconciler::monitorBusAppeared() {
+  if (std::exchange(isRetryDue, true)) return;
+  laterTasks.after(busBurst, [this] {
+    isRetryDue = false;
+    controller.retryPendingNow();
+  });
 }
 
 void DisplayReconciler::reprobeAfterWake() {

@@ -24,7 +24,7 @@ class DisplayReconciler : public Stoppable {
   DisplayReconciler(const DisplayReconciler&) = delete;
   DisplayReconciler& operator=(const DisplayReconciler&) = delete;
 
-  /// Subscriptions for the life of this object.
+  /// Subscriptions for the life of this object. Display changes include buses that appear.
   void observeDisplayChanges();
   void observeWake();
 
@@ -39,6 +39,7 @@ class DisplayReconciler : public Stoppable {
 
  private:
   void screenParametersChanged();
+  void monitorBusAppeared();
   void restoreDisplays();
   void poll(Instant deadline);
 
@@ -49,6 +50,8 @@ class DisplayReconciler : public Stoppable {
   /// Software effects could not be reapplied and must be retried.
   bool extendedRangePending = false;
   TimerID recoveryTimer = 0;
+  /// Monitors that don't answer are about to be retried over buses that have appeared.
+  bool isRetryDue = false;
 
   Runtime& runtime;
   DisplaySystem& displays;
@@ -57,9 +60,10 @@ class DisplayReconciler : public Stoppable {
   const InputDiagnosticsSettings diagnostics;
   const RelaySettings relaySettings;
   Observation screenParameters;
+  Observation monitorBuses;
   Observation didWake;
   Observation screensDidWake;
-  DelayedTasks restores;
+  DelayedTasks laterTasks;
   LivenessAnchor anchor;
 };
 

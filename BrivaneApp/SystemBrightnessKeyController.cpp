@@ -1,6 +1,7 @@
 // The tool that installs the key mapping may report success and do nothing, so only the mapping
-// that is read back counts. Other programs, and --unmap, can clear it at any time; while the
-// feature is on a check once a minute restores it.
+// that is read back counts. Other programs, and --unmap, can clear it at any time, and on some
+// machines a keyboard that is attached later lacks it; while the feature is on a check once a
+// minute, and after each new keyboard, restores it.
 #include "BrivaneApp/SystemBrightnessKeyController.h"
 
 #include <utility>
@@ -9,16 +10,19 @@ namespace brivane {
 namespace {
 
 constexpr Microseconds verificationPeriod = std::chrono::seconds(60);
+/// A keyboard's devices appear within milliseconds of each other.
+constexpr Microseconds keyboardBurst = std::chrono::milliseconds(500);
 
 }  // namespace
 
 SystemBrightnessKeyController::SystemBrightnessKeyController(
-    Machine& machine, BuiltInPanelDriving& brightnessController, KeyMappingStore& keyMappingStore,
-    RelayHotkeySwitching& relay)
+    ResidentMachine& machine, BuiltInPanelDriving& brightnessController,
+    KeyMappingStore& keyMappingStore, RelayHotkeySwitching& relay)
     : controller(brightnessController),
       keyMapping(keyMappingStore),
       hotkeys(relay),
       runtime(machine.runtime()),
+      notifications(machine.notifications()),
       defaults(machine.defaults()),
       log(machine.log()),
       settings(machine.defaults()) {}
@@ -37,6 +41,8 @@ void SystemBrightnessKeyController::applyMapping() {
 }
 
 void SystemBrightnessKeyController::stop() {
+  keyboards.reset();
+  runtime.cancel(std::exchange(keyboardTimer, 0));
   runtime.cancel(std::exchange(relayVerifyTimer, 0));
 }
 
@@ -86,6 +92,16 @@ void SystemBrightnessKeyController::store(bool enabled) {
 void SystemBrightnessKeyController::startRelayVerification() {
   runtime.cancel(relayVerifyTimer);
   relayVerifyTimer = runtime.every(verificationPeriod, [this] { verifyRelay(); });
+  keyboards = notifications.observeKeyboards([this] { keyboardAttached(); });
+}
+
+/// One check for all of a keyboard's devices.
+void SystemBrightnessKeyController::keyboardAttached() {
+  if (keyboardTimer != 0) return;
+  keyboardTimer = runtime.after(keyboardBurst, [this] {
+    keyboardTimer = 0;
+    verifyRelay();
+  });
 }
 
 void SystemBrightnessKeyController::verifyRelay() {

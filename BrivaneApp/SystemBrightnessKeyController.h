@@ -5,7 +5,7 @@
 #include "BrivaneCore/KeyRelay/KeyMappingStore.h"
 #include "BrivaneCore/KeyRelay/RelaySettings.h"
 #include "BrivaneCore/Policy/BuiltInPanelDriving.h"
-#include "BrivaneCore/Seams/Machine.h"
+#include "BrivaneCore/Seams/ResidentMachine.h"
 
 namespace brivane {
 
@@ -14,7 +14,7 @@ namespace brivane {
 /// but `stop` blocks for the key mapping's calls.
 class SystemBrightnessKeyController : public Stoppable {
  public:
-  SystemBrightnessKeyController(Machine& machine, BuiltInPanelDriving& brightnessController,
+  SystemBrightnessKeyController(ResidentMachine& machine, BuiltInPanelDriving& brightnessController,
                                 KeyMappingStore& keyMappingStore, RelayHotkeySwitching& relay);
   ~SystemBrightnessKeyController() override;
   SystemBrightnessKeyController(const SystemBrightnessKeyController&) = delete;
@@ -27,7 +27,7 @@ class SystemBrightnessKeyController : public Stoppable {
   /// Applies the key mapping again and changes nothing else.
   void applyMapping();
 
-  /// Ends the check of each minute; the mapping stays.
+  /// Ends the checks of each minute and of new keyboards; the mapping stays.
   void stop() override;
 
  private:
@@ -37,17 +37,21 @@ class SystemBrightnessKeyController : public Stoppable {
   void release();
   void store(bool enabled);
   void startRelayVerification();
+  void keyboardAttached();
   void verifyRelay();
 
   BuiltInPanelDriving& controller;
   KeyMappingStore& keyMapping;
   RelayHotkeySwitching& hotkeys;
   TimerID relayVerifyTimer = 0;
+  TimerID keyboardTimer = 0;
 
   Runtime& runtime;
+  SystemNotifications& notifications;
   UserDefaults& defaults;
   SystemLog& log;
   const RelaySettings settings;
+  Observation keyboards;
 };
 
 }  // namespace brivane

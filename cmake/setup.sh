@@ -8,7 +8,7 @@ say() { printf '%s\n' "$*" >&2; }
 # What it takes to build and run the program.
 program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-dev libxcb-randr0-dev
   libxcb-xkb-dev libxcb-screensaver0-dev libxcb-xinput-dev
-  libxkbcommon-dev libxkbcommon-x11-dev libsystemd-dev)
+  libxkbcommon-dev libxkbcommon-x11-dev libsystemd-dev libudev-dev)
 
 # What the visible side takes beside that; a command-line mode does without.
 frame_packages=(qt6-base-dev qt6-qpa-plugins)

@@ -20,6 +20,15 @@ class SystemNotifications {
   /// The screens woke from their own sleep; after the machine's sleep both come.
   virtual Observation observeScreensDidWake(Task handler) = 0;
 
+  /// A bus that may lead to a monitor appeared, or this user may use it now. A driver that is
+  /// loaded announces each of its buses. Machines whose buses are always there announce none.
+  virtual Observation observeMonitorBuses(Task /*handler*/) { return nullptr; }
+
+  /// A keyboard, or another device with keys, was attached and may lack the key mapping; one
+  /// keyboard is often several devices. Machines whose key mapping covers later keyboards announce
+  /// none.
+  virtual Observation observeKeyboards(Task /*handler*/) { return nullptr; }
+
   /// The process was asked to end by a signal: SIGTERM, and SIGINT and SIGHUP unless they were
   /// ignored when the program started (nohup); then they stay ignored. While the observation is
   /// kept, these signals do nothing else; afterwards they are ignored, so that a second signal

@@ -103,7 +103,11 @@ class LinuxMachine : public ResidentMachine {
   LinuxHotkeys hotkeyGrabs{events, keymap, xKeyboard};
   LinuxEventTaps brightnessKeys{events, systemLog};
   LinuxWindowSystem sharedWindowSystem{{events, hotkeyGrabs, brightnessKeys, systemLog, settings}};
-  LinuxNotifications announcements{events, threads, sleepGate, [this] { settings.sync(); },
+  LinuxNotifications announcements{events,
+                                   threads,
+                                   sleepGate,
+                                   busSearch,
+                                   [this] { settings.sync(); },
                                    [this] { logMissingSystemBus(); }};
   SessionBus sessionBus{threads};
   LinuxRemoteControl remoteControl{sessionBus, systemLog};

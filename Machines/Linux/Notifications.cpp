@@ -25,11 +25,13 @@ std::optional<int> firstEventOf(xcb_connection_t* connection, xcb_extension_t* e
 }  // namespace
 
 LinuxNotifications::LinuxNotifications(XEvents& xEvents, Runtime& machineRuntime,
-                                       SleepGate& machineSleepGate, Task saveEverything,
+                                       SleepGate& machineSleepGate,
+                                       const BusSearch& machineBusSearch, Task saveEverything,
                                        Task logMissingBus)
     : events(xEvents),
       runtime(machineRuntime),
       sleepGate(machineSleepGate),
+      busSearch(machineBusSearch),
       saveBeforeSleep(std::move(saveEverything)),
       busIsMissing(std::move(logMissingBus)) {}
 
@@ -47,6 +49,16 @@ Observation LinuxNotifications::observeScreensDidWake(Task handler) {
   listenToScreens();
   listenToSleep();
   return topics->screensDidWake.observe(std::move(handler));
+}
+
+Observation LinuxNotifications::observeMonitorBuses(Task handler) {
+  listenToDevices();
+  return topics->monitorBuses.observe(std::move(handler));
+}
+
+Observation LinuxNotifications::observeKeyboards(Task handler) {
+  listenToDevices();
+  return topics->keyboards.observe(std::move(handler));
 }
 
 Observation LinuxNotifications::observeTermination(Task handler) {
@@ -86,6 +98,13 @@ void LinuxNotifications::listenToSleep() {
       runtime, [this](bool goesToSleep) { sleepChanged(goesToSleep); }, busIsMissing);
 }
 
+void LinuxNotifications::listenToDevices() {
+  if (devices) return;
+  devices.emplace(runtime, [this](DeviceWatch::Kind kind, const std::string& name) {
+    deviceAppeared(kind, name);
+  });
+}
+
 void LinuxNotifications::handle(const xcb_generic_event_t& event) {
   xcb_connection_t* const connection = events.connection();
   if (connection == nullptr) return;
@@ -115,6 +134,15 @@ void LinuxNotifications::sleepChanged(bool goesToSleep) {
   const auto all = topics;
   all->didWake.announce();
   all->screensDidWake.announce();
+}
+
+void LinuxNotifications::deviceAppeared(DeviceWatch::Kind kind, const std::string& name) {
+  const auto all = topics;
+  if (kind == DeviceWatch::Kind::keys) {
+    all->keyboards.announce();
+  } else if (busSearch.mayLeadToMonitor(name)) {
+    all->monitorBuses.announce();
+  }
 }
 
 }  // namespace brivane

@@ -9,7 +9,8 @@ constexpr LibraryHandle displayServices = 2;
 }  // namespace
 
 LibraryHandle LinuxSymbolLoader::open(std::string_view path, int /*mode*/) {
-  if (path == "/System/Library/Frameworks/IOKit.framework/IOKit" && bus.exists()) {
+  if (path == "/System/Library/Frameworks/IOKit.framework/IOKit") {
+    bus.noteDeviceFiles();
     return avServices;
   }
   if (path == "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices" &&
@@ -22,7 +23,7 @@ LibraryHandle LinuxSymbolLoader::open(std::string_view path, int /*mode*/) {
 Symbol LinuxSymbolLoader::find(LibraryHandle library, std::string_view name) {
   const bool isGlobal = library == globalNamespace;
   Symbol symbol;
-  if (library == avServices || (isGlobal && bus.exists())) symbol = findAVService(name);
+  if (library == avServices || isGlobal) symbol = findAVService(name);
   if (!std::holds_alternative<std::monostate>(symbol)) return symbol;
   if (library == displayServices || (isGlobal && backlight.exists())) {
     return findDisplayServices(name);

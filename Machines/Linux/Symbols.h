@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// The AV-service calls if an I2C bus exists at look-up, and the display-services calls if a
-/// backlight exists.
+/// The AV-service calls, also without an I2C bus: device files may appear later, and functions are
+/// asked for once. The display-services calls if a backlight exists.
 class LinuxSymbolLoader : public SymbolLoader {
  public:
   LinuxSymbolLoader(const LinuxBus& machineBus, const LinuxBacklight& machineBacklight)

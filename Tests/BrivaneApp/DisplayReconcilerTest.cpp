@@ -171,6 +171,17 @@ TEST_F(DisplayReconcilerTest, AWakeAppliesTheConfiguredRelayAndOnlyWhenItIsSwitc
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] invalidate", "[0] reapply", "[0] restore"));
 }
 
+TEST_F(DisplayReconcilerTest, BusesThatAppearTogetherLeadToOneRetryAndDisturbNoMonitorThatAnswers) {
+  for (int bus = 0; bus < 16; ++bus) {
+    machine.announcements.monitorBuses.announce();
+    machine.time.runFor(10ms);
+  }
+  EXPECT_THAT(notesWithin(10s), ElementsAre("[1000] retry"));
+  machine.announcements.monitorBuses.announce();
+  EXPECT_THAT(notesWithin(1s), SizeIs(1)) << "a later one leads to another";
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+}
+
 TEST_F(DisplayReconcilerTest, WhenEverythingIsResolvedThePollingEndsAtTheNextTickWithOneRefresh) {
   reconciler->startRecoveryPolling();
   EXPECT_THAT(notesWithin(2s - 1us), IsEmpty());
@@ -265,6 +276,7 @@ TEST_F(DisplayReconcilerTest, NothingHappensAfterDestruction) {
   world.isUnresolved = true;
   moveRightMonitor();
   machine.announcements.wake.announce();
+  machine.announcements.monitorBuses.announce();
   machine.notes.take();
   reconciler.reset();
   EXPECT_EQ(machine.announcements.screens.observerCount(), 0u);

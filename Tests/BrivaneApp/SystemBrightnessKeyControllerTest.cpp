@@ -206,6 +206,26 @@ TEST_F(SystemBrightnessKeyControllerTest, AMappingThatWentMissingIsAppliedAgainE
   EXPECT_TRUE(relay.drivesBuiltInPanel);
 }
 
+TEST_F(SystemBrightnessKeyControllerTest, AKeyboardAttachedLaterGetsTheMappingAtOnceAndOnlyOnce) {
+  controller.setEnabled(true);
+  take();
+  relay.isInForce = false;
+  for (int device = 0; device < 3; ++device) machine.announcements.keyboards.announce();
+  EXPECT_THAT(callsWithin(1s), ElementsAre("check F19/F20", wentMissing, "apply F19/F20"));
+  machine.announcements.keyboards.announce();
+  EXPECT_THAT(callsWithin(1s), ElementsAre("check F19/F20")) << "it has the mapping already";
+}
+
+TEST_F(SystemBrightnessKeyControllerTest, SwitchedOffItLeavesNewKeyboardsAlone) {
+  controller.setEnabled(true);
+  machine.announcements.keyboards.announce();
+  controller.setEnabled(false);
+  take();
+  machine.announcements.keyboards.announce();
+  EXPECT_THAT(callsWithin(1s), IsEmpty());
+  EXPECT_EQ(machine.time.timerCount(), 0u);
+}
+
 TEST_F(SystemBrightnessKeyControllerTest, TheToolsAnswerToAReappliedMappingIsIgnored) {
   controller.setEnabled(true);
   take();

@@ -386,6 +386,8 @@ class FakeNotifications : public SystemNotifications {
     notes.add("observe screens' wake");
     return screensWake.observe(handler);
   }
+  Observation observeMonitorBuses(Task handler) override { return monitorBuses.observe(handler); }
+  Observation observeKeyboards(Task handler) override { return keyboards.observe(handler); }
   Observation observeTermination(Task handler) override {
     notes.add("observe termination");
     return termination.observe(handler);
@@ -410,6 +412,8 @@ class FakeNotifications : public SystemNotifications {
   Topic screens;
   Topic wake;
   Topic screensWake;
+  Topic monitorBuses;
+  Topic keyboards;
   Topic termination;
   OptionalNotes notes;
 };

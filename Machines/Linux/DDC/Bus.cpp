@@ -50,13 +50,10 @@ class LinuxBus::Turn : public BusTurn {
   const std::shared_ptr<const I2CDevice> device;
 };
 
-bool LinuxBus::exists() const {
-  const auto names = namesIn("/dev");
-  const bool found = std::any_of(names.begin(), names.end(), [](const std::string& name) {
+void LinuxBus::noteDeviceFiles() const {
+  missingAccess.noBuses = std::ranges::none_of(namesIn("/dev"), [](const std::string& name) {
     return numberBehind("i2c-", name).has_value();
   });
-  missingAccess.noBuses = !found;
-  return found;
 }
 
 std::shared_ptr<AVService> LinuxBus::createService(const RegistryEntry& proxy) const {

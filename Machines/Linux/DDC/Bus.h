@@ -31,8 +31,8 @@ class LinuxBus {
         sleepGate(machineSleepGate),
         runtime(machineRuntime) {}
 
-  /// Whether there is any I2C device file.
-  bool exists() const;
+  /// Notes whether there is any I2C device file.
+  void noteDeviceFiles() const;
 
   /// See CreateAVServiceFunction, WriteI2CFunction, ReadI2CFunction. A turn is the advisory lock of
   /// the device file, as other DDC/CI programs take it.

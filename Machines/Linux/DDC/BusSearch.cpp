@@ -52,6 +52,15 @@ void BusSearch::complete(std::vector<Connector>& all) {
   }
 }
 
+bool BusSearch::mayLeadToMonitor(const std::string& adapter) const {
+  const auto device = deviceWith("class", folder / adapter);
+  if (device && isGraphicsCard(*device)) return true;
+  const auto bus = numberBehind("i2c-", adapter);
+  return bus && std::ranges::any_of(connectors.all(), [bus](const Connector& connector) {
+           return connector.bus == bus || connector.linkedBus == bus;
+         });
+}
+
 std::optional<BusTrouble> BusSearch::obstacle(const std::string& connector) const {
   const std::scoped_lock lock(mutex);
   return lookUp(obstacles, connector);

@@ -31,6 +31,9 @@ class BusSearch {
   /// connector. Nothing is asked while the machine sleeps or one of these panels is on stand-by.
   void complete(std::vector<Connector>& all);
 
+  /// Whether the adapter ("i2c-5") belongs to a graphics card or a connector.
+  bool mayLeadToMonitor(const std::string& adapter) const;
+
   /// Why the latest `complete` found no bus for the connector, if that isn't the panel's doing.
   std::optional<BusTrouble> obstacle(const std::string& connector) const;
 

@@ -2,6 +2,7 @@
 // a logind.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
 
 #include <algorithm>
 #include <array>
@@ -12,12 +13,16 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <variant>
+#include <vector>
 
+#include "Machines/Linux/HIDUtil/InputDevices.h"
 #include "Tests/EndToEnd/Linux/LinuxWorld.h"
 #include "Tests/EndToEnd/Support/Program.h"
 #include "Tests/Support/Eventually.h"
 #include "Tests/Support/FakeLogind.h"
 #include "Tests/Support/ICCProfileBuilder.h"
+#include "Tests/Support/MockedDevices.h"
 #include "Tests/Support/XKeys.h"
 
 namespace brivane {
@@ -65,9 +70,18 @@ class LinuxResidentTest : public testing::Test {
 
   /// Returns once the hotkeys are in force and every monitor's level is known.
   void start() {
+    launch();
+    waitForLevels();
+  }
+
+  /// Returns once the hotkeys are in force.
+  void launch() {
     program =
         std::make_unique<RunningProgram>("Brivane", std::vector<std::string>{}, environment());
     ASSERT_TRUE(eventually([&] { return world.screens.isKeyTaken(f19, 0); }));
+  }
+
+  void waitForLevels() {
     // The program stores a monitor's maximum once it knows the level.
     for (const auto* monitor : {"ddcmax.2646.4097.11", "ddcmax.2646.4098.22"}) {
       ASSERT_TRUE(eventually([&] {
@@ -524,6 +538,43 @@ TEST_F(LinuxResidentTest, OverADisplayThatCantBeDrivenABrightnessKeyReachesOther
   }));
   world.screens.releaseKey(brightnessUp);
   EXPECT_EQ(typed.front(), "+233");
+}
+
+// Devices that come later
+
+TEST_F(LinuxResidentTest, MonitorsWhoseDeviceFilesAppearWhileItRunsAreDriven) {
+  std::vector<std::unique_ptr<Vanished>> buses;
+  for (const auto* bus : {"/dev/i2c-5", "/dev/i2c-6"}) {
+    buses.push_back(std::make_unique<Vanished>(bus));
+  }
+  const std::size_t before = world.wireLog().size();
+  launch();
+  // Until the first attempts have failed.
+  std::this_thread::sleep_for(milliseconds(1000));
+  for (const auto* monitor : {"HDMI-A-1", "DP-1"}) {
+    EXPECT_FALSE(wasOnTheWire(before, monitor, "write "));
+  }
+  buses.clear();
+  for (const auto* bus : {"i2c-dev/i2c-5", "i2c-dev/i2c-6"}) announceDevice("add", bus);
+  waitForLevels();
+  tap(up);
+  EXPECT_TRUE(becomes("HDMI-A-1", 55)) << world.luminance("HDMI-A-1");
+}
+
+TEST_F(LinuxResidentTest, AKeyboardAttachedWhileItRunsGetsTheRelayLongBeforeTheNextCheck) {
+  const Scancode up{"\x6f\x00\x0c\x00", 4};
+  const auto isRelayed = [&] {
+    return world.keymap("event3").find("6f 00 0c 00 189\n") != std::string::npos;
+  };
+  start();
+  ASSERT_TRUE(eventually(isRelayed));
+  const auto attached = std::chrono::steady_clock::now();
+  const auto keyboard = DeviceKeymap::open("/dev/input/event3");
+  ASSERT_EQ(std::get<DeviceKeymap>(keyboard).setKey(up, KEY_BRIGHTNESSUP), 0);
+  ASSERT_FALSE(isRelayed());
+  announceDevice("add", "input/event3");
+  ASSERT_TRUE(eventually(isRelayed));
+  EXPECT_LT(std::chrono::steady_clock::now() - attached, std::chrono::seconds(30));
 }
 
 // Sleep, wake and screens

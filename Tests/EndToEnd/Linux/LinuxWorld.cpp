@@ -40,6 +40,10 @@ std::vector<std::string> LinuxWorld::wireLog() const {
   return lines;
 }
 
+std::string LinuxWorld::keymap(const std::string& input) const {
+  return TemporaryFolder::read(bus / input / "keymap");
+}
+
 void LinuxWorld::turn(const std::string& connector, const std::string& knob,
                       const std::string& value) const {
   writeControlFile(bus / connector / knob, value);

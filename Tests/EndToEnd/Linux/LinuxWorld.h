@@ -22,6 +22,8 @@ class LinuxWorld {
   std::uint16_t luminance(const std::string& connector) const;
   /// All messages on the buses, a line each: time in microseconds, address and bytes.
   std::vector<std::string> wireLog() const;
+  /// The keyboard's keymap as lines "<scancode in hex> <key code>".
+  std::string keymap(const std::string& input) const;
   void turn(const std::string& connector, const std::string& knob, const std::string& value) const;
 
   /// The environment of a program in this world.

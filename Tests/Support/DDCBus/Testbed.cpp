@@ -3,6 +3,7 @@
 
 #include "Tests/Support/DDCBus/Testbed.h"
 
+#include <linux/input-event-codes.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
@@ -53,9 +54,13 @@ Testbed::Testbed(const WorldDescription& world, std::filesystem::path stateFolde
   gchar* root = umockdev_testbed_get_root_dir(testbed);
   openToEveryone(root);
   g_free(root);
+  ::mkfifo((folder / "uevents").c_str(), 0600);
+  announcer = std::thread([this] { announceDevices(); });
 }
 
 Testbed::~Testbed() {
+  std::ofstream(folder / "uevents") << "end end\n";
+  announcer.join();
   for (UMockdevIoctlBase* handler : handlers) g_object_unref(handler);
   g_object_unref(testbed);
 }
@@ -128,9 +133,10 @@ void Testbed::addInput(const InputDescription& description) {
                                        ? capabilityText(description.otherKeycodes)
                                        : input.keyboard.capabilities();
   add("P: " + path + "\nE: SUBSYSTEM=input\nA: capabilities/key=" + capabilities + "\\n\n");
+  const bool hasKeys = description.otherKeycodes.empty() || description.otherKeycodes[0] < BTN_MISC;
   add("P: " + path + "/" + description.name + "\nN: input/" + description.name +
-      "\nE: SUBSYSTEM=input\nE: DEVNAME=/dev/input/" + description.name + "\nA: dev=13:6" + number +
-      "\\n\n");
+      "\nE: SUBSYSTEM=input\nE: " + (hasKeys ? "ID_INPUT_KEY" : "ID_INPUT_MOUSE") +
+      "=1\nE: DEVNAME=/dev/input/" + description.name + "\nA: dev=13:6" + number + "\\n\n");
   UMockdevIoctlBase* handler = umockdev_ioctl_base_new();
   g_signal_connect(handler, "handle-ioctl", G_CALLBACK(answerInputIoctl), &input);
   attach("/dev/input/" + description.name, handler);
@@ -149,6 +155,16 @@ void Testbed::attach(const std::string& node, UMockdevIoctlBase* handler) {
   if (umockdev_testbed_attach_ioctl(testbed, node.c_str(), handler, &error)) return;
   std::cerr << node << ": " << error->message << "\n";
   std::abort();
+}
+
+void Testbed::announceDevices() const {
+  // Opened for writing, too, so that it doesn't end with its first writer.
+  std::fstream requests(folder / "uevents", std::ios::in | std::ios::out);
+  std::string action;
+  std::string device;
+  while (requests >> action >> device && action != "end") {
+    umockdev_testbed_uevent(testbed, device.c_str(), action.c_str());
+  }
 }
 
 std::filesystem::path Testbed::folderOf(const std::string& device) const {

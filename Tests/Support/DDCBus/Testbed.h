@@ -6,6 +6,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Tests/Support/DDCBus/SimulatedKeyboard.h"
@@ -17,7 +18,8 @@ namespace brivane {
 
 /// The world as a process started under "umockdev-wrapper" sees it: sysfs and device files, with
 /// the simulated monitors and keyboards behind them. Each device's knobs and mirrors lie in a
-/// folder of its name below `stateFolder`, and "wire.log" beside them.
+/// folder of its name below `stateFolder`, and "wire.log" beside them. A line "<action> <path>" in
+/// the named pipe "uevents" lets udev announce the device with that path below "/sys".
 class Testbed {
  public:
   Testbed(const WorldDescription& world, std::filesystem::path stateFolder);
@@ -40,6 +42,7 @@ class Testbed {
   void addInput(const InputDescription& input);
   void add(const std::string& description);
   void attach(const std::string& node, UMockdevIoctlBase* handler);
+  void announceDevices() const;
   std::filesystem::path folderOf(const std::string& device) const;
 
   static gboolean answerBusIoctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, void* monitor);
@@ -53,6 +56,7 @@ class Testbed {
   std::list<SimulatedMonitor> monitors;
   std::list<Input> inputs;
   std::vector<UMockdevIoctlBase*> handlers;
+  std::thread announcer;
 };
 
 }  // namespace brivane

@@ -15,11 +15,6 @@
 namespace brivane {
 namespace {
 
-/// Where a path of the world really lies.
-std::filesystem::path reallyAt(const std::string& path) {
-  return std::filesystem::path(std::getenv("UMOCKDEV_DIR") + path);
-}
-
 std::vector<std::string> linesOf(const std::filesystem::path& file) {
   std::vector<std::string> lines;
   std::ifstream stream(file);
@@ -106,18 +101,6 @@ void BusWorld::plugKeyboardsIn() {
       ASSERT_EQ(std::get<DeviceKeymap>(opened).setKey(scancode(code), keycode), 0);
     }
   }
-}
-
-Vanished::Vanished(const std::string& path) : place(reallyAt(path)), hidden(reallyAt("/vanished")) {
-  std::filesystem::create_directories(hidden);
-  std::string name = path;
-  std::replace(name.begin(), name.end(), '/', '-');
-  hidden /= name;
-  std::filesystem::rename(place, hidden);
-}
-
-Vanished::~Vanished() {
-  std::filesystem::rename(hidden, place);
 }
 
 Forbidden::Forbidden(const std::string& path) : place(reallyAt(path)) {

@@ -18,6 +18,7 @@
 #include "Machines/Linux/DDC/Registry.h"
 #include "Machines/Linux/Symbols.h"
 #include "Tests/Support/FakeMachine.h"
+#include "Tests/Support/MockedDevices.h"
 
 namespace brivane {
 
@@ -45,20 +46,6 @@ class BusWorld : public testing::Test {
   std::vector<std::string> keymap(const std::string& input) const;
 
   std::filesystem::path state;
-};
-
-/// A device file (or any other path of the world) that is not there for a while.
-class Vanished {
- public:
-  /// `path` as the program sees it: "/dev/i2c-5".
-  explicit Vanished(const std::string& path);
-  ~Vanished();
-  Vanished(const Vanished&) = delete;
-  Vanished& operator=(const Vanished&) = delete;
-
- private:
-  std::filesystem::path place;
-  std::filesystem::path hidden;
 };
 
 /// All the device files of buses.

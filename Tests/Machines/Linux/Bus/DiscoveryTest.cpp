@@ -83,18 +83,6 @@ TEST_F(DiscoveryTest, ADisplayOfTheSameModelWhoseConnectorIsUncertainDrivesNobod
   EXPECT_THAT(read(alpha), Optional(VCPReading{50, 100}));
 }
 
-TEST_F(DiscoveryTest, WithoutADeviceFileThereIsNoTransport) {
-  {
-    const VanishedBuses all;
-    EXPECT_FALSE(DisplayRegistry(displays, registry, loader, runtime).ddcAvailable());
-    EXPECT_FALSE(found.ddcAvailable());
-    EXPECT_TRUE(missingAccess.noBuses);
-    EXPECT_EQ(found.handle(alpha), nullptr);
-  }
-  EXPECT_TRUE(DisplayRegistry(displays, registry, loader, runtime).ddcAvailable());
-  EXPECT_FALSE(missingAccess.noBuses);
-}
-
 TEST_F(DiscoveryTest, ForeignRegistryEntriesHaveNoService) {
   const FakeRegistryEntry foreign;
   EXPECT_EQ(bus.createService(foreign), nullptr);

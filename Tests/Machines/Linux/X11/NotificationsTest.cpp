@@ -52,7 +52,13 @@ class Notifications : public XInputTest {
   FakeLogind& logind = *logindOnBus;
   SleepGate gate;
   std::vector<std::string> reported;
-  LinuxNotifications notifications{events, runtime, gate, [this] { note("saved")(); },
+  const Connectors connectors;
+  const BusSearch busSearch{connectors, gate};
+  LinuxNotifications notifications{events,
+                                   runtime,
+                                   gate,
+                                   busSearch,
+                                   [this] { note("saved")(); },
                                    [this] { reported.emplace_back("no bus"); }};
 };
 
