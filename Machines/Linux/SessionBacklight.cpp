@@ -1,41 +1,43 @@
 #include "Machines/Linux/SessionBacklight.h"
 
+#include <algorithm>
 #include <cerrno>
 
 namespace brivane {
 
 bool SessionBacklight::canSet() {
-  const std::scoped_lock lock(mutex);
-  sd_bus* const connection = connected();
-  if (connection == nullptr) return false;
   int isActive = 0;
-  const int result =
-      library->getProperty(connection, logind::service, logind::sessionPath,
-                           logind::sessionInterface, "Active", nullptr, 'b', &isActive);
-  forgetBusAfter(result);
+  const int result = make([&](sd_bus* connection) {
+    return library->getProperty(connection, logind::service, logind::sessionPath,
+                                logind::sessionInterface, "Active", nullptr, 'b', &isActive);
+  });
   return result >= 0 && isActive != 0;
 }
 
 std::int32_t SessionBacklight::set(const std::string& name, std::uint32_t steps) {
+  const int result = make([&](sd_bus* connection) {
+    return library->callMethod(connection, logind::service, logind::sessionPath,
+                               logind::sessionInterface, "SetBrightness", nullptr, nullptr, "ssu",
+                               "backlight", name.c_str(), steps);
+  });
+  return std::max(-result, 0);
+}
+
+int SessionBacklight::make(const Call& call) {
   const std::scoped_lock lock(mutex);
-  sd_bus* const connection = connected();
-  if (connection == nullptr) return EACCES;
-  const int result = library->callMethod(connection, logind::service, logind::sessionPath,
-                                         logind::sessionInterface, "SetBrightness", nullptr,
-                                         nullptr, "ssu", "backlight", name.c_str(), steps);
-  forgetBusAfter(result);
-  return result >= 0 ? 0 : -result;
+  const bool isFirst = bus == nullptr;
+  const int result = makeOnce(call);
+  // A connection from an earlier call may have ended with its bus.
+  return bus || isFirst ? result : makeOnce(call);
 }
 
-void SessionBacklight::forgetBusAfter(int result) {
-  if (result < 0) bus.reset();
-}
-
-sd_bus* SessionBacklight::connected() {
+int SessionBacklight::makeOnce(const Call& call) {
   if (!library) library = std::make_unique<const MessageBusLibrary>();
-  if (!library->isLoaded()) return nullptr;
-  if (!bus) bus = library->connectToSystem();
-  return bus.get();
+  if (!bus && library->isLoaded()) bus = library->connectToSystem();
+  if (!bus) return -EACCES;
+  const int result = call(bus.get());
+  if (library->isOpen(bus.get()) <= 0) bus.reset();
+  return result;
 }
 
 }  // namespace brivane

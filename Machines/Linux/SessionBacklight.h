@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -10,7 +11,7 @@
 namespace brivane {
 
 /// Sets backlights through logind, which permits it to the active session. Library and bus are
-/// opened on first use. Any thread.
+/// opened on first use, the bus again after it was lost. Any thread.
 class SessionBacklight {
  public:
   /// Whether this process is in the active session.
@@ -20,10 +21,11 @@ class SessionBacklight {
   std::int32_t set(const std::string& name, std::uint32_t steps);
 
  private:
-  /// Null without a bus.
-  sd_bus* connected();
-  /// After a failure the next call connects again.
-  void forgetBusAfter(int result);
+  /// Returns 0 or more, or a negative error number.
+  using Call = std::function<int(sd_bus* connection)>;
+
+  int make(const Call& call);
+  int makeOnce(const Call& call);
 
   std::mutex mutex;
   std::unique_ptr<const MessageBusLibrary> library;

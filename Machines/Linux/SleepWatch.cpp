@@ -1,35 +1,66 @@
 // logind announces sleep and sleeps at once, unless a process holds a "delay inhibitor": a
 // descriptor that logind gives out on request, and waits for until it is closed. Each sleep needs a
-// new one.
+// new one, and so does each new logind.
+//
+// Every call is asynchronous: a bus that is just starting may answer late, and the main thread must
+// not wait for it.
 #include "Machines/Linux/SleepWatch.h"
 
 #include <fcntl.h>
 
+#include <string_view>
 #include <utility>
 
 namespace brivane {
+namespace {
+
+constexpr Microseconds reconnectPeriod = std::chrono::seconds(5);
+
+constexpr auto sleepSignal =
+    "type='signal',sender='org.freedesktop.login1',path='/org/freedesktop/login1',"
+    "interface='org.freedesktop.login1.Manager',member='PrepareForSleep'";
+constexpr auto ownerSignal =
+    "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
+    "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='org.freedesktop.login1'";
+
+}  // namespace
 
 SleepWatch::SleepWatch(Runtime& machineRuntime, Handler sleepHandler, Task busIsMissing)
-    : handler(std::move(sleepHandler)), logMissingBus(std::move(busIsMissing)) {
+    : runtime(machineRuntime),
+      handler(std::move(sleepHandler)),
+      logMissingBus(std::move(busIsMissing)),
+      attempts(machineRuntime) {
+  if (connect()) return;
+  noteMissingBus();
+  if (library.isLoaded()) connectLater();
+}
+
+bool SleepWatch::connect() {
   if (library.isLoaded()) bus = library.connectToSystem();
-  const bool isMatched =
-      bus && library.matchSignal(bus.get(), nullptr, logind::service, logind::managerPath,
-                                 logind::managerInterface, "PrepareForSleep", receive, this) >= 0;
-  if (!isMatched) {
-    logMissingBus();
-    return;
+  if (!bus || !match(sleepSignal, receiveSleep) || !match(ownerSignal, receiveOwner)) {
+    bus.reset();
+    return false;
   }
   askForInhibitor();
-  watch.emplace(machineRuntime, "sleep", library.descriptor(bus.get()),
-                [this] { return readAll(); });
-  // Messages that arrived with earlier replies are in the bus library's queue, where `poll` doesn't
-  // see them.
-  machineRuntime.async([this, alive = anchor.watch()] {
+  watch.emplace(runtime, "sleep", library.descriptor(bus.get()), [this] { return readAll(); });
+  // The first step, whose answers `poll` sees.
+  runtime.async([this, alive = anchor.watch()] {
     if (alive.isAlive()) readAll();
+  });
+  return true;
+}
+
+bool SleepWatch::match(const char* rule, sd_bus_message_handler_t receive) {
+  return library.matchLater(bus.get(), nullptr, rule, receive, nullptr, this) >= 0;
+}
+
+void SleepWatch::connectLater() {
+  attempts.after(reconnectPeriod, [this] {
+    if (!connect()) connectLater();
   });
 }
 
-int SleepWatch::receive(sd_bus_message* message, void* self, sd_bus_error* /*error*/) {
+int SleepWatch::receiveSleep(sd_bus_message* message, void* self, sd_bus_error* /*error*/) {
   auto& watch = *static_cast<SleepWatch*>(self);
   int goesToSleep = 0;
   if (watch.library.readMessage(message, "b", &goesToSleep) > 0) {
@@ -38,25 +69,40 @@ int SleepWatch::receive(sd_bus_message* message, void* self, sd_bus_error* /*err
   return 0;
 }
 
+/// logind was lost, or is there (again).
+int SleepWatch::receiveOwner(sd_bus_message* message, void* self, sd_bus_error* /*error*/) {
+  auto& watch = *static_cast<SleepWatch*>(self);
+  const char* name = nullptr;
+  const char* before = nullptr;
+  const char* now = nullptr;
+  if (watch.library.readMessage(message, "sss", &name, &before, &now) <= 0) return 0;
+  if (!std::string_view(now).empty()) watch.askForInhibitor();
+  watch.endSleep();
+  return 0;
+}
+
 void SleepWatch::sleepChanged(bool goesToSleep) {
   isAboutToSleep = goesToSleep;
   if (!goesToSleep) {
     askForInhibitor();
     // The handler may destroy this object.
-    handler(false);
-    return;
+    return handler(false);
   }
   handler(true);
   inhibitor = FileDescriptor();
 }
 
-/// Asynchronous, so that the start doesn't wait.
+/// No wake from a sleep that was announced will be announced any more.
+void SleepWatch::endSleep() {
+  // The handler may destroy this object.
+  if (std::exchange(isAboutToSleep, false)) handler(false);
+}
+
 void SleepWatch::askForInhibitor() {
   library.callMethodLater(bus.get(), nullptr, logind::service, logind::managerPath,
                           logind::managerInterface, "Inhibit", receiveInhibitor, this, "ssss",
                           "sleep", "Brivane", "Settings are saved, and monitors left alone",
                           "delay");
-  library.flush(bus.get());
 }
 
 int SleepWatch::receiveInhibitor(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
@@ -78,7 +124,11 @@ bool SleepWatch::readAll() {
     result = library.process(bus.get(), nullptr);
     if (!alive.isAlive()) return false;
   }
-  if (result < 0) busHasGone();
+  if (result < 0) {
+    busHasGone();
+  } else if (bus && library.isReady(bus.get()) > 0) {
+    isMissing = false;
+  }
   return alive.isAlive() && bus != nullptr;
 }
 
@@ -86,8 +136,14 @@ void SleepWatch::busHasGone() {
   bus.reset();
   // No later sleep will be announced, so don't delay any.
   inhibitor = FileDescriptor();
-  logMissingBus();
-  if (std::exchange(isAboutToSleep, false)) handler(false);
+  connectLater();
+  noteMissingBus();
+  endSleep();
+}
+
+/// One line until there has been a bus again.
+void SleepWatch::noteMissingBus() {
+  if (!std::exchange(isMissing, true)) logMissingBus();
 }
 
 }  // namespace brivane

@@ -47,6 +47,7 @@ int inhibit(sd_bus_message* message, void* fake, sd_bus_error* /*error*/) {
   if (logind.refusesInhibitors ||
       sd_bus_message_read(message, "ssss", &what, &who, &why, &mode) < 0 ||
       ::pipe2(pipe.data(), O_CLOEXEC) != 0) {
+    ++logind.refusals;
     return sd_bus_reply_method_errorf(message, SD_BUS_ERROR_INVALID_ARGS, "no");
   }
   logind.noteInhibitor(std::string(what) + " " + mode + " " + who, pipe[0]);
@@ -78,6 +79,13 @@ void FakeLogind::announceSleep(bool goesToSleep) {
                                   "PrepareForSleep", "b", goesToSleep ? 1 : 0),
                "a signal");
     requireBus(sd_bus_flush(connection), "to announce sleep");
+  });
+}
+
+void FakeLogind::restart() {
+  peer.exclusively([](sd_bus* connection) {
+    requireBus(sd_bus_release_name(connection, name), "to be left");
+    requireBus(sd_bus_request_name(connection, name, 0), name);
   });
 }
 

@@ -22,12 +22,16 @@ class FakeLogind {
   /// Announces that the machine goes to sleep, or that it woke.
   void announceSleep(bool goesToSleep);
 
+  /// Gives the name on the bus away and takes it again, as a restarted logind does.
+  void restart();
+
   /// "backlight intel_backlight 300" for each brightness that was set so far.
   std::vector<std::string> brightnessCalls();
 
   /// Whether the session may set brightnesses: it is the one at the screen.
   std::atomic<bool> isActive = true;
   std::atomic<bool> refusesInhibitors = false;
+  std::atomic<int> refusals = 0;
 
   /// "sleep delay Brivane" for each inhibitor that is held now.
   std::vector<std::string> inhibitors();

@@ -13,7 +13,9 @@ bool MessageBusLibrary::load() {
   return systemd.find("sd_bus_open_system", openSystem) &&
          systemd.find("sd_bus_open_user", openUser) &&
          systemd.find("sd_bus_set_method_call_timeout", setTimeout) &&
-         systemd.find("sd_bus_flush_close_unref", close) &&
+         systemd.find("sd_bus_close_unref", close) && systemd.find("sd_bus_is_open", isOpen) &&
+         systemd.find("sd_bus_is_ready", isReady) &&
+         systemd.find("sd_bus_add_match_async", matchLater) &&
          systemd.find("sd_bus_match_signal", matchSignal) &&
          systemd.find("sd_bus_process", process) && systemd.find("sd_bus_get_fd", descriptor) &&
          systemd.find("sd_bus_flush", flush) && systemd.find("sd_bus_message_read", readMessage) &&

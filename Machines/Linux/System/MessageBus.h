@@ -24,6 +24,9 @@ class MessageBusLibrary {
   Connection connectToSession() const;
 
   decltype(&sd_bus_match_signal) matchSignal = nullptr;
+  decltype(&sd_bus_add_match_async) matchLater = nullptr;
+  decltype(&sd_bus_is_open) isOpen = nullptr;
+  decltype(&sd_bus_is_ready) isReady = nullptr;
   decltype(&sd_bus_process) process = nullptr;
   decltype(&sd_bus_get_fd) descriptor = nullptr;
   decltype(&sd_bus_flush) flush = nullptr;
@@ -66,7 +69,7 @@ class MessageBusLibrary {
   decltype(&sd_bus_open_system) openSystem = nullptr;
   decltype(&sd_bus_open_user) openUser = nullptr;
   decltype(&sd_bus_set_method_call_timeout) setTimeout = nullptr;
-  decltype(&sd_bus_flush_close_unref) close = nullptr;
+  decltype(&sd_bus_close_unref) close = nullptr;
   bool loaded = false;
 };
 

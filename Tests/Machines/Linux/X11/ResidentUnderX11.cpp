@@ -46,7 +46,10 @@ class X11UnderTest : public ResidentUnderTest {
   }
 
   void changeScreens() override { rig.move(0, 0, ++top); }
+  /// Once the program has asked for an inhibitor: by then it hears of sleep.
   void sleepAndWake() override {
+    constexpr int patience = 1000;
+    for (int round = 0; round < patience && logind.inhibitors().empty(); ++round) settle();
     logind.announceSleep(true);
     logind.announceSleep(false);
   }
