@@ -1,18 +1,25 @@
 #include <gmock/gmock.h>
 #include <stdlib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "Machines/Common/Files/FileDescriptor.h"
 #include "Machines/Linux/Notifications.h"
 #include "Machines/Linux/SessionBacklight.h"
 #include "Tests/Machines/Linux/X11/XInput.h"
 #include "Tests/Support/FakeLogind.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
 namespace {
@@ -22,6 +29,47 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
+
+/// A socket at which each connection is closed at once, or never answered.
+class StubbornBus {
+ public:
+  enum class Manner { hangsUp, isSilent };
+
+  explicit StubbornBus(Manner busManner) : manner(busManner) {
+    sockaddr_un place{};
+    place.sun_family = AF_UNIX;
+    path().copy(static_cast<char*>(place.sun_path), sizeof(place.sun_path) - 1);
+    EXPECT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&place), sizeof(place)), 0);
+    EXPECT_EQ(::listen(listener, 1), 0);
+    server = std::thread([this] { serve(); });
+  }
+  ~StubbornBus() {
+    ::shutdown(listener, SHUT_RDWR);
+    server.join();
+    ::close(listener);
+  }
+  StubbornBus(const StubbornBus&) = delete;
+  StubbornBus& operator=(const StubbornBus&) = delete;
+
+  std::string address() const { return "unix:path=" + path(); }
+
+  std::atomic<int> calls = 0;
+
+ private:
+  std::string path() const { return folder.path / "bus"; }
+  void serve() {
+    for (int call = 0; (call = ::accept(listener, nullptr, nullptr)) >= 0; ++calls) {
+      FileDescriptor connection(call);
+      if (manner == Manner::isSilent) silent.push_back(std::move(connection));
+    }
+  }
+
+  const Manner manner;
+  const TemporaryFolder folder;
+  std::vector<FileDescriptor> silent;
+  const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  std::thread server;
+};
 
 class Notifications : public XInputTest {
  protected:
@@ -151,9 +199,27 @@ TEST_F(Notifications, WithoutABusOneLineSaysSoAndNothingIsReported) {
   const auto observation = notifications.observeDidWake(note("woke"));
   const auto other = notifications.observeScreensDidWake(note("screens woke"));
   logind->announceSleep(false);
-  // Longer than until the bus is looked for again.
-  settle(std::chrono::seconds(6));
+  settle();
   EXPECT_THAT(reported, ElementsAre("no bus"));
+}
+
+TEST_F(Notifications, ABusThatHangsUpAtEachAttemptIsReportedOnce) {
+  const StubbornBus bus(StubbornBus::Manner::hangsUp);
+  setenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().c_str(), 1);
+  const auto observation = notifications.observeDidWake(note("woke"));
+  ASSERT_TRUE(settleUntil([&] { return bus.calls >= 2; }));
+  settle();
+  EXPECT_THAT(reported, ElementsAre("no bus"));
+}
+
+TEST_F(Notifications, ABusThatNeverAnswersKeepsNobodyWaiting) {
+  const StubbornBus bus(StubbornBus::Manner::isSilent);
+  setenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().c_str(), 1);
+  const auto start = std::chrono::steady_clock::now();
+  const auto observation = notifications.observeDidWake(note("woke"));
+  ASSERT_TRUE(settleUntil([&] { return bus.calls == 1; }));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+  EXPECT_THAT(reported, IsEmpty());
 }
 
 TEST_F(Notifications, ABusThatIsLostDuringSleepCountsAsAWake) {
