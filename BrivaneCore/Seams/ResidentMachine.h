@@ -11,6 +11,7 @@
 #include "BrivaneCore/Seams/Resources.h"
 #include "BrivaneCore/Seams/Session.h"
 #include "BrivaneCore/Seams/SystemNotifications.h"
+#include "BrivaneCore/Seams/UserNotices.h"
 #include "BrivaneCore/Support/Observation.h"
 
 namespace brivane {
@@ -25,6 +26,8 @@ class ResidentMachine : public Machine {
   virtual SystemNotifications& notifications() = 0;
   virtual Session& session() = 0;
   virtual Resources& resources() = 0;
+  /// Null on a machine whose desktop leaves every program its keys and a status bar.
+  virtual UserNotices* userNotices() { return nullptr; }
 
   /// Main. Null when the system refuses a suite of that name.
   virtual std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) = 0;

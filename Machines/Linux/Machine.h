@@ -21,6 +21,7 @@
 #include "Machines/Linux/Symbols.h"
 #include "Machines/Linux/System/Log.h"
 #include "Machines/Linux/System/SessionBus.h"
+#include "Machines/Linux/UserNotices.h"
 #include "Machines/Linux/X11/Displays.h"
 #include "Machines/Linux/X11/EventTaps.h"
 #include "Machines/Linux/X11/Gamma.h"
@@ -55,6 +56,7 @@ class LinuxMachine : public ResidentMachine {
   SystemNotifications& notifications() override { return announcements; }
   Session& session() override { return userSession; }
   Resources& resources() override { return bundles; }
+  UserNotices* userNotices() override { return &desktopNotices; }
   /// Null for this program's own domain.
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override;
   void noteMacCommand(std::string_view line) override;
@@ -111,6 +113,7 @@ class LinuxMachine : public ResidentMachine {
                                    [this] { logMissingSystemBus(); }};
   SessionBus sessionBus{threads};
   LinuxRemoteControl remoteControl{sessionBus, systemLog};
+  LinuxUserNotices desktopNotices{sessionBus};
 };
 
 }  // namespace brivane

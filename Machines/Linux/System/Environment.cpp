@@ -29,4 +29,9 @@ std::filesystem::path userSettingsFolder() {
   return announced.empty() ? userHomeFolder() / ".config" : announced;
 }
 
+std::filesystem::path userStateFolder() {
+  const auto announced = environmentPath("XDG_STATE_HOME");
+  return announced.empty() ? userHomeFolder() / ".local/state" : announced;
+}
+
 }  // namespace brivane

@@ -17,4 +17,7 @@ std::filesystem::path userHomeFolder();
 /// "$XDG_CONFIG_HOME" if it is an absolute path, else ".config" in the home folder.
 std::filesystem::path userSettingsFolder();
 
+/// "$XDG_STATE_HOME" if it is an absolute path, else ".local/state" in the home folder.
+std::filesystem::path userStateFolder();
+
 }  // namespace brivane

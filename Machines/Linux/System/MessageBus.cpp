@@ -19,6 +19,11 @@ bool MessageBusLibrary::load() {
          systemd.find("sd_bus_match_signal", matchSignal) &&
          systemd.find("sd_bus_process", process) && systemd.find("sd_bus_get_fd", descriptor) &&
          systemd.find("sd_bus_flush", flush) && systemd.find("sd_bus_message_read", readMessage) &&
+         systemd.find("sd_bus_message_new_method_call", newCall) &&
+         systemd.find("sd_bus_message_append", append) &&
+         systemd.find("sd_bus_message_enter_container", enterContainer) &&
+         systemd.find("sd_bus_message_unref", dropMessage) &&
+         systemd.find("sd_bus_call_async", callLater) &&
          systemd.find("sd_bus_call_method", callMethod) &&
          systemd.find("sd_bus_call_method_async", callMethodLater) &&
          systemd.find("sd_bus_get_property_trivial", getProperty) && loadForObjects(systemd) &&

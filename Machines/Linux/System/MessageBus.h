@@ -30,7 +30,12 @@ class MessageBusLibrary {
   decltype(&sd_bus_process) process = nullptr;
   decltype(&sd_bus_get_fd) descriptor = nullptr;
   decltype(&sd_bus_flush) flush = nullptr;
+  decltype(&sd_bus_message_new_method_call) newCall = nullptr;
+  decltype(&sd_bus_message_append) append = nullptr;
+  decltype(&sd_bus_message_enter_container) enterContainer = nullptr;
   decltype(&sd_bus_message_read) readMessage = nullptr;
+  decltype(&sd_bus_message_unref) dropMessage = nullptr;
+  decltype(&sd_bus_call_async) callLater = nullptr;
   decltype(&sd_bus_call_method) callMethod = nullptr;
   decltype(&sd_bus_call_method_async) callMethodLater = nullptr;
   decltype(&sd_bus_get_property_trivial) getProperty = nullptr;

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "Machines/Linux/System/Defaults.h"
+#include "Machines/Linux/System/Environment.h"
 
 namespace brivane {
 namespace {
@@ -43,6 +44,18 @@ TEST(Defaults, WithoutHOMETheSystemKnowsTheUsersFolder) {
   const Variable home("HOME", nullptr);
   EXPECT_TRUE(defaultsFile("one").is_absolute());
   EXPECT_TRUE(defaultsFile("one").string().ends_with("/.config/brivane/one.json"));
+}
+
+TEST(UserStateFolder, IsWhereTheUserKeepsStateOrInTheUsualPlace) {
+  const Variable home("HOME", "/home/ada");
+  {
+    const Variable folder("XDG_STATE_HOME", "/data/state");
+    EXPECT_EQ(userStateFolder(), "/data/state");
+  }
+  for (const auto* value : {static_cast<const char*>(nullptr), "", "state"}) {
+    const Variable folder("XDG_STATE_HOME", value);
+    EXPECT_EQ(userStateFolder(), "/home/ada/.local/state");
+  }
 }
 
 }  // namespace
