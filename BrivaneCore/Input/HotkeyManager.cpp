@@ -74,6 +74,17 @@ bool HotkeyManager::setRelayHotkeysEnabled(bool enabled) {
   return !enabled || relayHotkeysRegistered();
 }
 
+bool HotkeyManager::areUserBindingsRefused() const {
+  return HotkeyBindingStore(defaults).customHotkeysEnabled() &&
+         !coordinator.areUserBindingsSuspended &&
+         !coordinator.registrar->isRegistered(hotkeyNumber::userUp) &&
+         !coordinator.registrar->isRegistered(hotkeyNumber::userDown);
+}
+
+bool HotkeyManager::hasBrightnessKeys() const {
+  return eventTap.getsBrightnessKeys() || relayHotkeysRegistered();
+}
+
 bool HotkeyManager::relayHotkeysRegistered() const {
   return coordinator.registrar->isRegistered(hotkeyNumber::relayUp) &&
          coordinator.registrar->isRegistered(hotkeyNumber::relayDown);

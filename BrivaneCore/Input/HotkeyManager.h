@@ -37,6 +37,11 @@ class HotkeyManager : public RelayHotkeySwitching {
 
   bool setRelayHotkeysEnabled(bool enabled) override;
 
+  /// Whether the system has refused both of the user's combinations.
+  bool areUserBindingsRefused() const;
+  /// Whether the keyboard's brightness keys reach the program, by the tap or by the relay.
+  bool hasBrightnessKeys() const;
+
   /// Whether both relay keys are registered.
   bool relayHotkeysRegistered() const;
   bool isRelayActive() const { return coordinator.isRelayActive; }

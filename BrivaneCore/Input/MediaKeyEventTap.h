@@ -23,6 +23,8 @@ class MediaKeyEventTap {
   bool start();
   void stop();
   bool isRunning() const { return eventTap != nullptr; }
+  /// Whether the tap runs and no other program keeps the keys from it.
+  bool getsBrightnessKeys() const { return eventTap && eventTap->getsBrightnessKeys(); }
 
   /// True when the press was applied to a display. Nothing is applied while it is empty.
   std::function<bool(BrightnessDirection)> onBrightnessKey;

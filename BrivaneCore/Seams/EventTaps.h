@@ -37,6 +37,10 @@ class EventTap {
 
   /// Main. A disabled tap sees nothing, and every event passes.
   virtual void setEnabled(bool enabled) = 0;
+
+  /// Main. False while another program keeps the brightness keys from an enabled tap, on machines
+  /// where that can happen.
+  virtual bool getsBrightnessKeys() const { return true; }
 };
 
 /// The stream of the keyboard's special keys. Main thread.

@@ -99,6 +99,9 @@ class StatusItem {
 
   virtual void configureButton(const StatusButton& button) = 0;
   virtual MenuView& menu() = 0;
+
+  /// Whether a status bar has taken the item, on desktops that may have none.
+  virtual bool isInStatusBar() const { return true; }
 };
 
 }  // namespace brivane

@@ -35,6 +35,8 @@ class LinuxEventTaps::Tap : public EventTap {
     if (std::exchange(tap->isEnabled, enabled) != enabled) port.grabOrUngrab();
   }
 
+  bool getsBrightnessKeys() const override { return !port.isRefused; }
+
  private:
   LinuxEventTaps& port;
   const std::shared_ptr<TapStream::Tap> tap;
@@ -56,7 +58,7 @@ void LinuxEventTaps::grabOrUngrab() {
   if (std::exchange(hasGrabs, isWanted) == isWanted) return;
   xcb_connection_t* const connection = events.connection();
   if (connection == nullptr) return;
-  bool isRefused = false;
+  isRefused = false;
   for (const xcb_keycode_t key : brightnessKeys) {
     if (!isWanted) xcb_ungrab_key(connection, key, events.root(), XCB_MOD_MASK_ANY);
     if (isWanted && !grab(connection, key)) isRefused = true;

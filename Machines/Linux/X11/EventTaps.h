@@ -55,6 +55,8 @@ class LinuxEventTaps : public EventTaps {
   SystemLog& log;
   TapStream stream;
   bool hasGrabs = false;
+  /// The server refused the last grabs.
+  bool isRefused = false;
   /// Pressed keys whose press was swallowed.
   std::set<xcb_keycode_t> swallowedKeys;
   /// Pressed keys whose press was forwarded; so will be their release.

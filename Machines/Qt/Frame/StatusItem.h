@@ -23,6 +23,8 @@ class QtStatusItem : public QObject, public StatusItem {
 
   void configureButton(const StatusButton& newButton) override;
   QtMenu& menu() override { return ownMenu; }
+  /// True from the first tray on, also while that tray restarts.
+  bool isInStatusBar() const override { return icon != nullptr; }
 
   /// As configured last; nothing before the first time.
   const std::optional<StatusButton>& button() const { return ownButton; }

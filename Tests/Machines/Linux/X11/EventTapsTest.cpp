@@ -46,6 +46,7 @@ class XEventTaps : public XInputTest {
 TEST_F(XEventTaps, ASwallowedKeyReachesNoOtherClient) {
   rig.takeTypedKeys();
   const auto swallowing = tapFor(TapVerdict::swallow);
+  EXPECT_TRUE(swallowing->getsBrightnessKeys());
   tap(xKey::brightnessDown);
   EXPECT_THAT(seen, ElementsAre(0x30A00, 0x30B00));
   EXPECT_THAT(rig.takeTypedKeys(), IsEmpty());
@@ -151,6 +152,7 @@ TEST_F(XEventTaps, KeysThatAnotherProgramHasInOneLockVariantAreLeftToOthersAndOn
   rig.takeTypedKeys();
   const auto swallowing = tapFor(TapVerdict::swallow);
   EXPECT_THAT(log.lines, ElementsAre(HasSubstr("another program has the keyboard's brightness")));
+  EXPECT_FALSE(swallowing->getsBrightnessKeys());
   tap(xKey::brightnessUp);
   EXPECT_THAT(rig.takeTypedKeys(), ElementsAre("+233", "-233"));
   EXPECT_THAT(seen, IsEmpty());
