@@ -73,6 +73,7 @@ void AppDelegate::startDisplays() {
   root->displayReconciler->observeWake();
   root->cacheResync->start();
   root->statusItem->refresh();
+  root->keylessDesktopNotice->start();
 }
 
 }  // namespace brivane

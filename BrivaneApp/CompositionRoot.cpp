@@ -53,16 +53,22 @@ void CompositionRoot::makeFollowers(ResidentMachine& machine) {
   accessibilityRetry =
       std::make_shared<AccessibilityRetryController>(machine, *hotkeys, *statusItem);
   cacheResync = std::make_shared<CacheResyncScheduler>(machine.runtime(), *controller);
+  keylessDesktopNotice = std::make_shared<KeylessDesktopNotice>(
+      machine, *hotkeys, *statusItem, applicationTexts, showHotkeyEditor());
 }
 
 void CompositionRoot::connectMenu() {
-  statusItem->onEditHotkeys = [weakEditor = std::weak_ptr(hotkeyEditor)] {
-    if (const auto live = weakEditor.lock()) live->show();
-  };
+  statusItem->onEditHotkeys = showHotkeyEditor();
   statusItem->onToggleSystemBrightnessKeys =
       [weakKeys = std::weak_ptr(systemBrightnessKeys)](bool enabled) {
         if (const auto live = weakKeys.lock()) live->setEnabled(enabled);
       };
+}
+
+Task CompositionRoot::showHotkeyEditor() const {
+  return [weakEditor = std::weak_ptr(hotkeyEditor)] {
+    if (const auto live = weakEditor.lock()) live->show();
+  };
 }
 
 }  // namespace brivane

@@ -9,6 +9,7 @@
 #include "BrivaneApp/DisplayReconciler.h"
 #include "BrivaneApp/HotkeyEditor.h"
 #include "BrivaneApp/KeyPressCoordinator.h"
+#include "BrivaneApp/KeylessDesktopNotice.h"
 #include "BrivaneApp/RemoteController.h"
 #include "BrivaneApp/StatusItemController.h"
 #include "BrivaneApp/SystemBrightnessKeyController.h"
@@ -50,11 +51,13 @@ class CompositionRoot {
   std::shared_ptr<AccessibilityRetryController> accessibilityRetry;
   std::shared_ptr<CacheResyncScheduler> cacheResync;
   std::shared_ptr<RemoteController> remoteController;
+  std::shared_ptr<KeylessDesktopNotice> keylessDesktopNotice;
 
  private:
   void makeInput(ResidentMachine& machine, Frame& frame);
   void makeFollowers(ResidentMachine& machine);
   void connectMenu();
+  Task showHotkeyEditor() const;
 };
 
 }  // namespace brivane

@@ -42,6 +42,8 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   /// Opens the menu at the pointer, as the status item may be hidden.
   void openMenu();
 
+  bool isInStatusBar() const { return statusItem->isInStatusBar(); }
+
   void menuWillOpen() override;
   void menuDidClose() override;
 

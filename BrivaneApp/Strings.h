@@ -40,5 +40,8 @@ inline constexpr std::string_view hotkeyEditorResetDefaults = "hotkeyEditor.rese
 inline constexpr std::string_view hotkeyEditorNotSet = "hotkeyEditor.notSet";
 inline constexpr std::string_view hotkeyEditorPressKeys = "hotkeyEditor.pressKeys";
 
+inline constexpr std::string_view noticeKeylessDesktopTitle = "notice.keylessDesktop.title";
+inline constexpr std::string_view noticeKeylessDesktopText = "notice.keylessDesktop.text";
+
 }  // namespace strings
 }  // namespace brivane

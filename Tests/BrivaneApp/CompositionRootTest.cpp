@@ -32,10 +32,19 @@ struct CompositionRootTest : testing::Test, ResidentBench {
   }
 
   std::vector<std::weak_ptr<void>> allObjects() {
-    return {root->controller,         root->keyMapping,           root->hud,
-            root->statusItem,         root->hotkeyEditor,         root->hotkeys,
-            root->keyPress,           root->systemBrightnessKeys, root->displayReconciler,
-            root->accessibilityRetry, root->cacheResync,          root->remoteController};
+    return {root->controller,
+            root->keyMapping,
+            root->hud,
+            root->statusItem,
+            root->hotkeyEditor,
+            root->hotkeys,
+            root->keyPress,
+            root->systemBrightnessKeys,
+            root->displayReconciler,
+            root->accessibilityRetry,
+            root->cacheResync,
+            root->remoteController,
+            root->keylessDesktopNotice};
   }
 
   void dragFirstSlider(double value) {

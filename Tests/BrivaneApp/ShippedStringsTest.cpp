@@ -72,6 +72,12 @@ const std::vector<Text> texts = {
     {applicationBundle, strings::hotkeyEditorNotSet, "Shown in a capture field with no binding."},
     {applicationBundle, strings::hotkeyEditorPressKeys,
      "Shown in a capture field while it is waiting for a key."},
+    {applicationBundle, strings::noticeKeylessDesktopTitle,
+     "Title of a notification, shown once on a desktop that leaves the app no keys and has no "
+     "tray."},
+    {applicationBundle, strings::noticeKeylessDesktopText,
+     "Text of that notification. The first two %@ are the hotkeys, e.g. ⌃⌥↑, the third is the "
+     "menu's command that changes them."},
 };
 
 std::string shippedFile(std::string_view bundle, const std::string& language) {

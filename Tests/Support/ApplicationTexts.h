@@ -15,6 +15,7 @@ inline StringCatalogue applicationTexts(FakeMachine& machine) {
   "menu.display.nextTry" = "menu.display.nextTry (%d)";
   "menu.slider.accessibilityLabel" = "menu.slider.accessibilityLabel (%@)";
   "menu.hotkeys.summary" = "menu.hotkeys.summary (%@, %@)";
+  "notice.keylessDesktop.text" = "notice.keylessDesktop.text (%@, %@, %@)";
   )text";
   return {machine.bundles, machine.systemLog, applicationBundle};
 }

@@ -81,7 +81,9 @@ struct FakeStatusItem : StatusItem {
     ++configurations;
   }
   MenuView& menu() override { return ownMenu; }
+  bool isInStatusBar() const override { return isShown; }
 
+  bool isShown = true;
   std::optional<StatusButton> button;
   int configurations = 0;
   FakeMenu ownMenu;

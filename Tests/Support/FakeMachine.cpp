@@ -387,8 +387,9 @@ bool FakeHotkeys::holds(std::uint32_t keyCode, std::uint32_t modifiers) const {
 
 class FakeEventTaps::Tap : public EventTap {
  public:
-  Tap(std::shared_ptr<TapStream::Tap> tapInStream, CallNotes& callNotes)
-      : tap(std::move(tapInStream)), notes(callNotes) {}
+  Tap(const FakeEventTaps& owningTaps, std::shared_ptr<TapStream::Tap> tapInStream,
+      CallNotes& callNotes)
+      : taps(owningTaps), tap(std::move(tapInStream)), notes(callNotes) {}
   ~Tap() override {
     notes.add("remove tap");
     tap->isEnabled = false;
@@ -399,7 +400,10 @@ class FakeEventTaps::Tap : public EventTap {
     tap->isEnabled = enabled;
   }
 
+  bool getsBrightnessKeys() const override { return !taps.areKeysElsewhere; }
+
  private:
+  const FakeEventTaps& taps;
   const std::shared_ptr<TapStream::Tap> tap;
   CallNotes& notes;
 };
@@ -409,7 +413,7 @@ std::unique_ptr<EventTap> FakeEventTaps::createTap(Handler handler) {
   if (refuses || !access.trusted) return nullptr;
   auto tap = stream.add(std::move(handler));
   latest = tap;
-  return std::make_unique<Tap>(std::move(tap), notes);
+  return std::make_unique<Tap>(*this, std::move(tap), notes);
 }
 
 TapVerdict FakeEventTaps::send(const TapEvent& event) {

@@ -347,6 +347,8 @@ class FakeEventTaps : public EventTaps {
   bool isEnabled() { return stream.hasEnabledTap(); }
 
   bool refuses = false;
+  /// Another program keeps the brightness keys from the taps.
+  bool areKeysElsewhere = false;
 
  private:
   class Tap;
@@ -487,6 +489,7 @@ class FakeMachine : public ResidentMachine {
   SystemNotifications& notifications() override { return announcements; }
   Session& session() override { return userSession; }
   Resources& resources() override { return bundles; }
+  UserNotices* userNotices() override { return notices; }
   std::unique_ptr<DefaultsSuite> openDefaultsSuite(const std::string& name) override {
     suiteNotes.add("open suite " + name);
     return std::make_unique<FakeDefaultsSuite>(lookUp(suites, name));
@@ -527,6 +530,7 @@ class FakeMachine : public ResidentMachine {
   FakeNotifications announcements;
   FakeSession userSession;
   FakeResources bundles;
+  UserNotices* notices = nullptr;
   /// What other applications stored, by suite.
   std::map<std::string, PropertyValue::Dictionary> suites;
   OptionalNotes suiteNotes;
