@@ -39,7 +39,9 @@ std::string header(const std::string& name, std::size_t contentSize) {
   return bytes;
 }
 
-std::string png(int pixels) {
+}  // namespace
+
+std::string appIconPicture(int pixels) {
   constexpr double canvas = AppIconArtwork::canvas;
   QBuffer buffer;
   renderedPicture(AppIconArtwork().body(), {canvas, canvas}, pixels / canvas)
@@ -47,12 +49,10 @@ std::string png(int pixels) {
   return buffer.data().toStdString();
 }
 
-}  // namespace
-
 std::string appIconFile() {
   std::string pictures;
   for (const auto& [name, pixels] : sizes) {
-    const std::string picture = png(pixels);
+    const std::string picture = appIconPicture(pixels);
     pictures += header(name, picture.size()) + picture;
   }
   return header("icns", pictures.size()) + pictures;

@@ -1,6 +1,6 @@
-// Draws every picture of docs/pictures and the Mac's icon file anew; `Tools/draw-pictures.sh`
-// builds and runs it. A picture of something else is one more function in Pictures.h and one more
-// line below.
+// Draws every picture of docs/pictures and the icons of the Mac and of Linux anew;
+// `Tools/draw-pictures.sh` builds and runs it. A picture of something else is one more function in
+// Pictures.h and one more line below.
 #include <QApplication>
 #include <cstdlib>
 #include <filesystem>
@@ -62,20 +62,33 @@ bool savePicture(const std::filesystem::path& file, const brivane::ContactSheet&
       file, [&] { return sheet.picture().save(QString::fromStdString(file.string()), "PNG", 0); });
 }
 
-bool saveIcon(const std::filesystem::path& file) {
+bool saveBytes(const std::filesystem::path& file, const std::function<std::string()>& bytes) {
   return save(file, [&] {
     std::ofstream stream(file, std::ios::binary);
-    stream << brivane::appIconFile();
+    stream << bytes();
     return stream.flush().good();
   });
+}
+
+/// The sizes that desktops look for in an icon theme.
+bool saveThemeIcons(const std::filesystem::path& theme) {
+  bool areAllWritten = true;
+  for (const int pixels : {16, 24, 32, 48, 64, 128, 256, 512}) {
+    const std::string width = std::to_string(pixels);
+    const auto folder = theme / (width + "x" + width) / "apps";
+    std::filesystem::create_directories(folder);
+    areAllWritten &= saveBytes(folder / "com.quorrel.brivane.png",
+                               [&] { return brivane::appIconPicture(pixels); });
+  }
+  return areAllWritten;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3 || !std::filesystem::is_directory("Tools/Pictures")) {
+  if (argc != 4 || !std::filesystem::is_directory("Tools/Pictures")) {
     std::cerr << "usage: Tools/draw-pictures.sh; or, from the root of the tree, brivane-pictures "
-                 "FOLDER ICON\n";
+                 "FOLDER ICON THEME\n";
     return 2;
   }
   shutTheDesktopOut();
@@ -86,6 +99,7 @@ int main(int argc, char** argv) {
     areAllWritten &= savePicture(folder / (name + "-light.png"), make(brivane::Appearance::light));
     areAllWritten &= savePicture(folder / (name + "-dark.png"), make(brivane::Appearance::dark));
   }
-  areAllWritten &= saveIcon(argv[2]);
+  areAllWritten &= saveBytes(argv[2], brivane::appIconFile);
+  areAllWritten &= saveThemeIcons(argv[3]);
   return areAllWritten ? 0 : 1;
 }
