@@ -19,10 +19,11 @@ bool isSet(const char* variable) {
   return value != nullptr && !std::string_view(value).empty();
 }
 
+/// The build says where the module lies, seen from the program's folder.
 std::filesystem::path moduleFile() {
   std::error_code failed;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", failed);
-  return (program.parent_path() / qtModulePath).lexically_normal();
+  return (program.parent_path() / BRIVANE_QT_MODULE).lexically_normal();
 }
 
 /// Null with a problem. The module stays loaded: Qt can't be unloaded.

@@ -10,6 +10,12 @@ else()
   # A quarter smaller than with -O2 and compiled in three quarters of the time. What computes
   # without a pause, days in virtual time, takes a fifth to three fifths longer.
   set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-Os -g1")
+  # A mistake in memory ends the program. Distributions, whose builds are of no type, bring flags of their
+  # own. -fcf-protection would change nothing: Debian's start files and C++ archive are without it.
+  string(APPEND CMAKE_CXX_FLAGS_RELWITHDEBINFO
+    " -fPIE -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
+  set(CMAKE_EXE_LINKER_FLAGS_RELWITHDEBINFO "-pie -Wl,-z,relro,-z,now")
+  set(CMAKE_MODULE_LINKER_FLAGS_RELWITHDEBINFO "-Wl,-z,relro,-z,now")
 endif()
 
 # The Mac's loader could take what the program exports of the C++ library for the system's.
@@ -28,8 +34,11 @@ if(NOT BRIVANE_SANITIZERS)
   # Of a batch only what is used is linked.
   add_compile_options(-ffunction-sections -fdata-sections)
 endif()
-add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
-                    "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+# A newer compiler knows more warnings: --compile-no-warning-as-error builds in spite of them.
+set(CMAKE_COMPILE_WARNING_AS_ERROR ON)
+# No file that is built names a folder of the machine that it was built on.
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow
+                    "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=" "-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/")
 # Levels and gamma samples are the same on every processor: no fusing of a product with a sum.
 add_compile_options(-ffp-contract=off)
 include_directories("${PROJECT_SOURCE_DIR}")

@@ -36,7 +36,4 @@ struct QtFrameRequest {
 using OpenQtFrameFunction = Frame* (*)(QtFrameRequest& request);
 inline constexpr auto openQtFrameName = "brivaneOpenQtFrame";
 
-/// The module's path from the folder of the program.
-inline constexpr auto qtModulePath = "../lib/brivane/brivane-qt.so";
-
 }  // namespace brivane

@@ -1,0 +1,42 @@
+# What "cmake --install" puts where. A new tool is a word here; its pages of the manual and its completions
+# are found in their folders.
+
+set(installed_programs Brivane brivane-hidutil brivane-desk)
+install(TARGETS ${installed_programs} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+# Those who type it needn't know its spelling.
+install(CODE "file(CREATE_LINK Brivane \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/brivane\" SYMBOLIC)")
+if(BRIVANE_FRAME)
+  list(APPEND installed_programs brivane-qt)
+  install(TARGETS brivane-qt LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/brivane")
+endif()
+# Where the program looks: "../share" from its own folder.
+install(DIRECTORY "${CMAKE_BINARY_DIR}/share/brivane" DESTINATION "${CMAKE_INSTALL_BINDIR}/../share")
+
+# Read by the desktop.
+set(here "${CMAKE_CURRENT_LIST_DIR}")
+include("${here}/ReleaseNotes.cmake")
+foreach(file IN ITEMS metainfo.xml service)
+  configure_file("${here}/com.quorrel.brivane.${file}.in" "Packaging/com.quorrel.brivane.${file}" @ONLY)
+endforeach()
+install(FILES "${here}/com.quorrel.brivane.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
+install(DIRECTORY "${here}/icons/hicolor" DESTINATION "${CMAKE_INSTALL_DATADIR}/icons")
+install(FILES "${CMAKE_BINARY_DIR}/Packaging/com.quorrel.brivane.metainfo.xml"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+install(FILES "${CMAKE_BINARY_DIR}/Packaging/com.quorrel.brivane.service"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
+install(FILES "${here}/autostart/com.quorrel.brivane.desktop"
+  DESTINATION "${CMAKE_INSTALL_FULL_SYSCONFDIR}/xdg/autostart")
+
+# Read by people and their shells.
+file(GLOB pages CONFIGURE_DEPENDS "${here}/man/*.1")
+file(WRITE "${CMAKE_BINARY_DIR}/Packaging/brivane.1" ".so man1/Brivane.1\n")
+install(FILES ${pages} "${CMAKE_BINARY_DIR}/Packaging/brivane.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+install(FILES "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${PROJECT_SOURCE_DIR}/LICENSE"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/brivane")
+install(DIRECTORY "${here}/completions/bash/" DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" OPTIONAL)
+install(DIRECTORY "${here}/completions/zsh/" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" OPTIONAL)
+install(DIRECTORY "${here}/completions/fish/" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" OPTIONAL)
+
+# Read by udev and systemd, which look into no other folder on any processor.
+install(FILES "${here}/60-brivane.rules" DESTINATION lib/udev/rules.d)
+install(FILES "${here}/brivane.conf" DESTINATION lib/modules-load.d)
