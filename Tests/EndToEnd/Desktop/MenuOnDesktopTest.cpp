@@ -74,6 +74,24 @@ class MenuOnDesktopTest : public DesktopTest {
   /// A middle entry of the gamma table, which may be brightened.
   std::uint16_t grey(std::size_t monitor) { return world.screens.gamma(monitor)[0][100]; }
 
+  /// Chooses the item; returns how its tick looked before.
+  auto switchLaunchAtLogin() {
+    open();
+    const auto line = menuLine(menuLineFromLast::launchAtLogin);
+    if (!line) throw std::runtime_error("nothing lights up");
+    auto picture = testClient.picture({line->x + 4, line->y, 20, line->height});
+    click(*line);
+    EXPECT_TRUE(doesMenuClose());
+    return picture;
+  }
+  /// Waits: a menu closes before its command is carried out.
+  bool doesEntrySay(const std::string& text) {
+    return eventually(
+        [&] { return TemporaryFolder::read(autostartEntry).find(text) != std::string::npos; });
+  }
+
+  const std::filesystem::path autostartEntry =
+      world.home / ".config/autostart/com.quorrel.brivane.desktop";
   FakeTrayHost host{sessionBus.address()};
 };
 
@@ -238,29 +256,28 @@ TEST_F(MenuOnDesktopTest, AClickBesideTheMenuClosesIt) {
 }
 
 TEST_F(MenuOnDesktopTest, LaunchAtLoginSwitchesTheAutostartEntryAndTicksItsLine) {
-  const auto folder = world.home / ".config/autostart";
-  const auto entry = folder / "com.quorrel.brivane.desktop";
-  std::filesystem::create_directories(folder);
-  std::ofstream(entry) << "[Desktop Entry]\nType=Application\nName=Brivane\nExec=Brivane\n";
+  std::filesystem::create_directories(autostartEntry.parent_path());
+  std::ofstream(autostartEntry)
+      << "[Desktop Entry]\nType=Application\nName=Brivane\nExec=Brivane\n";
   start();
-  const auto look = [&] {
-    open();
-    const auto line = menuLine(menuLineFromLast::launchAtLogin);
-    if (!line) throw std::runtime_error("nothing lights up");
-    auto picture = testClient.picture({line->x + 4, line->y, 20, line->height});
-    click(*line);
-    EXPECT_TRUE(doesMenuClose());
-    return picture;
-  };
-  // A menu closes before its command is carried out.
-  const auto says = [&](const std::string& line) {
-    return eventually([&] { return TemporaryFolder::read(entry).find(line) != std::string::npos; });
-  };
-  const auto ticked = look();
-  EXPECT_TRUE(says("\nHidden=true\n"));
-  EXPECT_FALSE(look() == ticked);
-  EXPECT_TRUE(says("\nHidden=false\n"));
-  EXPECT_TRUE(look() == ticked);
+  const auto ticked = switchLaunchAtLogin();
+  EXPECT_TRUE(doesEntrySay("\nHidden=true\n"));
+  EXPECT_FALSE(switchLaunchAtLogin() == ticked);
+  EXPECT_TRUE(doesEntrySay("\nHidden=false\n"));
+  EXPECT_TRUE(switchLaunchAtLogin() == ticked);
+}
+
+TEST_F(MenuOnDesktopTest, TheAutostartEntryOfThePackageIsOffUntilTheMenuSwitchesIt) {
+  const auto shared = world.home / "shared/autostart";
+  std::filesystem::create_directories(shared);
+  std::filesystem::copy("Packaging/Linux/autostart/com.quorrel.brivane.desktop", shared);
+  start({{"XDG_CONFIG_DIRS", shared.parent_path()}});
+  const auto off = switchLaunchAtLogin();
+  EXPECT_TRUE(doesEntrySay("\nHidden=false\n"));
+  EXPECT_TRUE(doesEntrySay("\nExec=Brivane\n"));
+  EXPECT_FALSE(switchLaunchAtLogin() == off);
+  EXPECT_TRUE(doesEntrySay("\nHidden=true\n"));
+  EXPECT_TRUE(switchLaunchAtLogin() == off);
 }
 
 TEST_F(MenuOnDesktopTest, TheKeyboardsBrightnessKeysAreGivenBackAndTakenAgain) {
