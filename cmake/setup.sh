@@ -13,6 +13,9 @@ program_packages=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libxcb1-de
 # What the visible side takes beside that; a command-line mode does without.
 frame_packages=(qt6-base-dev qt6-qpa-plugins)
 
+# What it takes beside both to make a Debian package.
+package_packages=(dpkg-dev file)
+
 # need_packages NAME...: installs what is missing, or prints the one line that does and ends.
 need_packages() {
   local missing=() package

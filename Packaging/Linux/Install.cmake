@@ -40,3 +40,5 @@ install(DIRECTORY "${here}/completions/fish/" DESTINATION "${CMAKE_INSTALL_DATAD
 # Read by udev and systemd, which look into no other folder on any processor.
 install(FILES "${here}/60-brivane.rules" DESTINATION lib/udev/rules.d)
 install(FILES "${here}/brivane.conf" DESTINATION lib/modules-load.d)
+
+include("${here}/Package.cmake")

@@ -1,0 +1,34 @@
+# Run by CPack before it packs: gives the documents the names and the form that Debian asks for.
+
+set(root "${CPACK_TEMPORARY_INSTALL_DIRECTORY}")
+set(documents "${root}/usr/share/doc/brivane")
+
+file(READ "${documents}/LICENSE" license)
+file(REMOVE "${documents}/LICENSE")
+file(WRITE "${documents}/copyright" "${license}
+The programs contain parts of the C++ library, of nlohmann-json3-dev and of libxcb.
+Debian's packages have their licenses: /usr/share/doc/libstdc++6/copyright,
+/usr/share/doc/nlohmann-json3-dev/copyright, /usr/share/doc/libxcb1/copyright.
+")
+
+file(RENAME "${documents}/CHANGELOG.md" "${documents}/changelog")
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+file(WRITE "${documents}/changelog.Debian"
+  "brivane (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
+
+  * Release ${CPACK_PACKAGE_VERSION}; changelog.gz says what is new.
+
+ -- ${CPACK_DEBIAN_PACKAGE_MAINTAINER}  ${date}
+")
+
+file(GLOB pages "${root}/usr/share/man/man1/*.1")
+execute_process(COMMAND gzip -9n ${pages} "${documents}/changelog" "${documents}/changelog.Debian"
+  COMMAND_ERROR_IS_FATAL ANY)
+
+file(MAKE_DIRECTORY "${root}/usr/share/lintian/overrides")
+file(COPY_FILE "${CMAKE_CURRENT_LIST_DIR}/lintian-overrides" "${root}/usr/share/lintian/overrides/brivane")
+
+set(completions "${root}/usr/share/zsh")
+if(EXISTS "${completions}/site-functions")
+  file(RENAME "${completions}/site-functions" "${completions}/vendor-completions")
+endif()
