@@ -1,7 +1,6 @@
-# What "cmake --install" puts where. A new tool is a word here; its pages of the manual and its completions
-# are found in their folders.
+# What "cmake --install" puts where. A new tool is a word here; its page of the manual is found.
 
-set(installed_programs Brivane brivane-hidutil brivane-desk)
+set(installed_programs Brivane brivane-ctl brivane-defaults brivane-desk brivane-hidutil)
 install(TARGETS ${installed_programs} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 # Those who type it needn't know its spelling.
 install(CODE "file(CREATE_LINK Brivane \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/brivane\" SYMBOLIC)")
@@ -24,6 +23,8 @@ install(FILES "${CMAKE_BINARY_DIR}/Packaging/com.quorrel.brivane.metainfo.xml"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 install(FILES "${CMAKE_BINARY_DIR}/Packaging/com.quorrel.brivane.service"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
+install(FILES "${here}/dbus-1/com.quorrel.brivane.Brightness1.xml"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces")
 install(FILES "${here}/autostart/com.quorrel.brivane.desktop"
   DESTINATION "${CMAKE_INSTALL_FULL_SYSCONFDIR}/xdg/autostart")
 
@@ -33,9 +34,10 @@ file(WRITE "${CMAKE_BINARY_DIR}/Packaging/brivane.1" ".so man1/Brivane.1\n")
 install(FILES ${pages} "${CMAKE_BINARY_DIR}/Packaging/brivane.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 install(FILES "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${PROJECT_SOURCE_DIR}/LICENSE"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/brivane")
-install(DIRECTORY "${here}/completions/bash/" DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" OPTIONAL)
-install(DIRECTORY "${here}/completions/zsh/" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" OPTIONAL)
-install(DIRECTORY "${here}/completions/fish/" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" OPTIONAL)
+install(FILES "${here}/completions/brivane-ctl.bash" RENAME brivane-ctl
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+install(FILES "${here}/completions/_brivane-ctl" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+install(FILES "${here}/completions/brivane-ctl.fish" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
 
 # Read by udev and systemd, which look into no other folder on any processor.
 install(FILES "${here}/60-brivane.rules" DESTINATION lib/udev/rules.d)

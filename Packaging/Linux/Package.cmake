@@ -21,7 +21,7 @@ highest by software. Needs an X11 session.")
 # are loaded when needed are missed only by a part of the program.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-qpa-plugins)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libsystemd0, libxkbcommon0, libxkbcommon-x11-0")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libsystemd0, libudev1, libxkbcommon0, libxkbcommon-x11-0")
 
 set(debian "${CMAKE_CURRENT_LIST_DIR}/debian")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${debian}/postinst;${debian}/conffiles")

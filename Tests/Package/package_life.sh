@@ -53,6 +53,10 @@ sets() { as_user env BRIVANE_DESK=default-desk.json Brivane --set 40 | grep -qx 
 check "Brivane sets a monitor of a desk" sets
 plays() { as_user brivane-desk run first-start.scenario | grep -q '^1 of 1'; }
 check "brivane-desk plays a scenario" plays
+follows() {
+  as_user brivane-defaults read | grep -qx 'SubZeroDimming false' && as_user brivane-defaults write SubZeroDimming false
+}
+check "brivane-defaults knows the user's settings" follows
 check "brivane-hidutil prints the keys' mapping" quietly brivane-hidutil property --get UserKeyMapping
 
 # The tests' desktop, with the program that lies beside them: the package's.
@@ -71,6 +75,9 @@ activatable() {
     org.freedesktop.DBus.ListActivatableNames | grep -qF '"com.quorrel.brivane"'
 }
 check "the session bus knows how to start it" activatable
+
+opens_menu() { dbus-run-session -- brivane-ctl menu --start 2>&1 | grep -i 'spawn\|start\|display'; }
+check "brivane-ctl starts it by the session bus, and says that it has no display" opens_menu
 
 # The next version of the package.
 dpkg-deb -R "$package" /tmp/next

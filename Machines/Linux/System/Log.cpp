@@ -17,7 +17,7 @@ void LinuxLog::write(std::string_view line) {
   if (line.find("./install.sh") == std::string_view::npos) return;
   if (hasExplainedInstaller.exchange(true)) return;
   add("Brivane: on Linux, launch at login needs the autostart entry com.quorrel.brivane.desktop, "
-      "which docs/linux.md shows");
+      "which the package brings");
 }
 
 void LinuxLog::add(std::string_view line) const {
