@@ -65,16 +65,17 @@ void LinuxUserNotices::post(const UserNotice& notice, Task posted, Task pressed)
   send(question, receiveCapabilities);
 }
 
-void LinuxUserNotices::listen(const char* signal, sd_bus_message_handler_t handler) {
-  bus.library().matchSignal(bus.connection(), nullptr, notificationService, notificationsPath,
-                            notificationService, signal, handler, this);
+void LinuxUserNotices::listen(const std::string& signal, sd_bus_message_handler_t handler) {
+  const std::string service = notificationService;
+  const std::string rule = "type='signal',sender='" + service + "',path='" + notificationsPath +
+                           "',interface='" + service + "',member='" + signal + "'";
+  bus.library().matchLater(bus.connection(), nullptr, rule.c_str(), handler, nullptr, this);
 }
 
 void LinuxUserNotices::send(sd_bus_message* call, sd_bus_message_handler_t handler) {
   const MessageBusLibrary& library = bus.library();
   library.callLater(bus.connection(), nullptr, call, handler, this, patienceMicroseconds);
   library.dropMessage(call);
-  library.flush(bus.connection());
 }
 
 /// An error, the reply of a bus without the service, has no list.

@@ -27,7 +27,7 @@ class LinuxUserNotices : public UserNotices {
   static int receiveNumber(sd_bus_message* reply, void* self, sd_bus_error* error);
   static int receiveAction(sd_bus_message* signal, void* self, sd_bus_error* error);
   static int receiveClosing(sd_bus_message* signal, void* self, sd_bus_error* error);
-  void listen(const char* signal, sd_bus_message_handler_t handler);
+  void listen(const std::string& signal, sd_bus_message_handler_t handler);
   void send(sd_bus_message* call, sd_bus_message_handler_t handler);
   void notify(bool hasActions, bool hasMarkup);
 

@@ -16,14 +16,8 @@ bool MessageBusLibrary::load() {
          systemd.find("sd_bus_close_unref", close) && systemd.find("sd_bus_is_open", isOpen) &&
          systemd.find("sd_bus_is_ready", isReady) &&
          systemd.find("sd_bus_add_match_async", matchLater) &&
-         systemd.find("sd_bus_match_signal", matchSignal) &&
          systemd.find("sd_bus_process", process) && systemd.find("sd_bus_get_fd", descriptor) &&
-         systemd.find("sd_bus_flush", flush) && systemd.find("sd_bus_message_read", readMessage) &&
-         systemd.find("sd_bus_message_new_method_call", newCall) &&
-         systemd.find("sd_bus_message_append", append) &&
-         systemd.find("sd_bus_message_enter_container", enterContainer) &&
-         systemd.find("sd_bus_message_unref", dropMessage) &&
-         systemd.find("sd_bus_call_async", callLater) &&
+         systemd.find("sd_bus_message_read", readMessage) &&
          systemd.find("sd_bus_call_method", callMethod) &&
          systemd.find("sd_bus_call_method_async", callMethodLater) &&
          systemd.find("sd_bus_get_property_trivial", getProperty) && loadForObjects(systemd) &&
@@ -51,6 +45,7 @@ bool MessageBusLibrary::loadForMessages(const SharedLibrary& systemd) {
          systemd.find("sd_bus_message_skip", skip) &&
          systemd.find("sd_bus_message_set_auto_start", setAutoStart) &&
          systemd.find("sd_bus_send", send) && systemd.find("sd_bus_call", call) &&
+         systemd.find("sd_bus_call_async", callLater) &&
          systemd.find("sd_bus_error_free", freeError) &&
          systemd.find("sd_bus_message_unref", dropMessage);
 }

@@ -23,19 +23,12 @@ class MessageBusLibrary {
   /// The same for the user's session bus.
   Connection connectToSession() const;
 
-  decltype(&sd_bus_match_signal) matchSignal = nullptr;
   decltype(&sd_bus_add_match_async) matchLater = nullptr;
   decltype(&sd_bus_is_open) isOpen = nullptr;
   decltype(&sd_bus_is_ready) isReady = nullptr;
   decltype(&sd_bus_process) process = nullptr;
   decltype(&sd_bus_get_fd) descriptor = nullptr;
-  decltype(&sd_bus_flush) flush = nullptr;
-  decltype(&sd_bus_message_new_method_call) newCall = nullptr;
-  decltype(&sd_bus_message_append) append = nullptr;
-  decltype(&sd_bus_message_enter_container) enterContainer = nullptr;
   decltype(&sd_bus_message_read) readMessage = nullptr;
-  decltype(&sd_bus_message_unref) dropMessage = nullptr;
-  decltype(&sd_bus_call_async) callLater = nullptr;
   decltype(&sd_bus_call_method) callMethod = nullptr;
   decltype(&sd_bus_call_method_async) callMethodLater = nullptr;
   decltype(&sd_bus_get_property_trivial) getProperty = nullptr;
@@ -61,6 +54,7 @@ class MessageBusLibrary {
   decltype(&sd_bus_message_set_auto_start) setAutoStart = nullptr;
   decltype(&sd_bus_send) send = nullptr;
   decltype(&sd_bus_call) call = nullptr;
+  decltype(&sd_bus_call_async) callLater = nullptr;
   decltype(&sd_bus_error_free) freeError = nullptr;
   decltype(&sd_bus_message_unref) dropMessage = nullptr;
 

@@ -19,8 +19,7 @@ class SessionBus {
   SessionBus(const SessionBus&) = delete;
   SessionBus& operator=(const SessionBus&) = delete;
 
-  /// Null without a session bus or libsystemd, and once the bus is lost. Messages that are sent
-  /// with a call that doesn't wait leave with `library().flush`.
+  /// Null without a session bus or libsystemd, and once the bus is lost.
   sd_bus* connection();
 
   /// Only after `connection()` gave one.
