@@ -23,7 +23,7 @@ FileOrProblem settingsFile() {
   const auto opened = brivane::openDesk(desk);
   if (const auto* problem = std::get_if<std::string>(&opened)) return *problem;
   const auto& machine = std::get<std::unique_ptr<DeskMachine>>(opened);
-  return machine->hardware().domains.file(ownDomain).value();
+  return machine->hardware().domains.file(ownDomain);
 }
 
 bool asks(const std::vector<std::string>& words, std::string_view option) {

@@ -28,10 +28,8 @@ std::optional<PropertyValue::Dictionary> SettingsDomains::contents(const std::st
   return SeededDefaults(*folder, name, domain.description).contents();
 }
 
-std::optional<std::filesystem::path> SettingsDomains::file(const std::string& name) {
-  const auto found = domains.find(name);
-  if (found == domains.end() || folder == nullptr) return std::nullopt;
-  return SeededDefaults(*folder, name, found->second.description).path();
+std::filesystem::path SettingsDomains::file(const std::string& name) {
+  return SeededDefaults(*folder, name, domains.at(name).description).path();
 }
 
 }  // namespace brivane

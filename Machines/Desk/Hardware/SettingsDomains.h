@@ -22,9 +22,9 @@ class SettingsDomains {
   std::unique_ptr<UserDefaults> open(const std::string& name);
   /// Everything in the domain; nothing when the desk has no such domain.
   std::optional<PropertyValue::Dictionary> contents(const std::string& name);
-  /// The domain's file, for a program that changes it without a machine; nothing when the desk has
-  /// no such domain, or keeps it in memory.
-  std::optional<std::filesystem::path> file(const std::string& name);
+  /// The file of a domain that the desk has, on a desk with a state folder; what the desk file says
+  /// of the domain is in it.
+  std::filesystem::path file(const std::string& name);
 
  private:
   struct Domain {

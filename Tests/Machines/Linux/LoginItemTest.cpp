@@ -57,7 +57,7 @@ class LoginItemOnLinux : public testing::Test {
     setenv("XDG_CONFIG_DIRS", home.path.c_str(), 1);
     unsetenv("XDG_CONFIG_HOME");
   }
-  ~LoginItemOnLinux() override { unsetenv("XDG_CONFIG_DIRS"); }
+  void TearDown() override { unsetenv("XDG_CONFIG_DIRS"); }
 
   void install() const {
     std::filesystem::create_directories(home / "autostart");

@@ -42,7 +42,7 @@ class DefaultsCommandTest : public testing::Test {
   std::string complaint(int status, const std::vector<std::string>& words) {
     EXPECT_EQ(type(words), status);
     EXPECT_EQ(out.str(), "");
-    const std::string line = errors.str();
+    std::string line = errors.str();
     EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
     EXPECT_THAT(line, StartsWith("brivane-defaults: "));
     return line;
