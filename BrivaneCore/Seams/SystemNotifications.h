@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/Observation.h"
 
@@ -22,12 +25,16 @@ class SystemNotifications {
 
   /// A bus that may lead to a monitor appeared, or this user may use it now. A driver that is
   /// loaded announces each of its buses. Machines whose buses are always there announce none.
-  virtual Observation observeMonitorBuses(Task /*handler*/) { return nullptr; }
+  virtual Observation observeMonitorBuses(Task handler) {
+    return std::make_shared<Task>(std::move(handler));
+  }
 
   /// A keyboard, or another device with keys, was attached and may lack the key mapping; one
   /// keyboard is often several devices. Machines whose key mapping covers later keyboards announce
   /// none.
-  virtual Observation observeKeyboards(Task /*handler*/) { return nullptr; }
+  virtual Observation observeKeyboards(Task handler) {
+    return std::make_shared<Task>(std::move(handler));
+  }
 
   /// The process was asked to end by a signal: SIGTERM, and SIGINT and SIGHUP unless they were
   /// ignored when the program started (nohup); then they stay ignored. While the observation is

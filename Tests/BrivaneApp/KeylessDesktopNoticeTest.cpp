@@ -14,7 +14,6 @@ namespace brivane {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::Contains;
 using testing::IsEmpty;
 
 /// A desktop's notices.

@@ -562,7 +562,7 @@ TEST_F(LinuxResidentTest, MonitorsWhoseDeviceFilesAppearWhileItRunsAreDriven) {
 }
 
 TEST_F(LinuxResidentTest, AKeyboardAttachedWhileItRunsGetsTheRelayLongBeforeTheNextCheck) {
-  const Scancode up{"\x6f\x00\x0c\x00", 4};
+  const Scancode scancode{"\x6f\x00\x0c\x00", 4};
   const auto isRelayed = [&] {
     return world.keymap("event3").find("6f 00 0c 00 189\n") != std::string::npos;
   };
@@ -570,7 +570,7 @@ TEST_F(LinuxResidentTest, AKeyboardAttachedWhileItRunsGetsTheRelayLongBeforeTheN
   ASSERT_TRUE(eventually(isRelayed));
   const auto attached = std::chrono::steady_clock::now();
   const auto keyboard = DeviceKeymap::open("/dev/input/event3");
-  ASSERT_EQ(std::get<DeviceKeymap>(keyboard).setKey(up, KEY_BRIGHTNESSUP), 0);
+  ASSERT_EQ(std::get<DeviceKeymap>(keyboard).setKey(scancode, KEY_BRIGHTNESSUP), 0);
   ASSERT_FALSE(isRelayed());
   announceDevice("add", "input/event3");
   ASSERT_TRUE(eventually(isRelayed));

@@ -20,7 +20,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
-using testing::SizeIs;
 
 class UserNoticesTest : public testing::Test {
  protected:
@@ -28,7 +27,7 @@ class UserNoticesTest : public testing::Test {
     setenv("DBUS_SESSION_BUS_ADDRESS", sessionBus->address().c_str(), 1);
     setenv("XDG_STATE_HOME", state.path.c_str(), 1);
   }
-  ~UserNoticesTest() override {
+  void TearDown() override {
     unsetenv("DBUS_SESSION_BUS_ADDRESS");
     unsetenv("XDG_STATE_HOME");
   }
