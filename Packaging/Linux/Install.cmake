@@ -1,9 +1,11 @@
 # What "cmake --install" puts where. A new tool is a word here; its page of the manual is found.
 
+file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/Packaging")
 set(installed_programs Brivane brivane-ctl brivane-defaults brivane-desk brivane-hidutil)
 install(TARGETS ${installed_programs} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 # Those who type it needn't know its spelling.
-install(CODE "file(CREATE_LINK Brivane \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/brivane\" SYMBOLIC)")
+file(CREATE_LINK Brivane "${CMAKE_BINARY_DIR}/Packaging/brivane" SYMBOLIC)
+install(FILES "${CMAKE_BINARY_DIR}/Packaging/brivane" DESTINATION "${CMAKE_INSTALL_BINDIR}")
 if(BRIVANE_FRAME)
   list(APPEND installed_programs brivane-qt)
   install(TARGETS brivane-qt LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/brivane")

@@ -87,7 +87,7 @@ ELSEWHERE = {
     DESK + "swarm --seeds 1..20": ("Tests/CMakeLists.txt", "brivane-desk swarm --seeds 1..20"),
     "Tests/Mac/Machine/seeded-faults.sh WORDS": ("Tests/tidy.sh", "Tests/Mac/Machine/seeded-faults.sh"),
     "Packaging/macOS/get-zig.sh": ("test", "Packaging/macOS/get-zig.sh"),
-    "Packaging/Linux/make-package.sh": ("Tests/Package/package_again.sh", "Packaging/Linux/make-package.sh"),
+    "Packaging/Linux/make-package.sh": ("Tests/Packaging/package_again.sh", "Packaging/Linux/make-package.sh"),
     "./install.sh": ("Tests/Mac/Install/InstallTest.cpp", '"install.sh"'),
     "./install.sh FOLDER": ("Tests/Mac/Install/InstallTest.cpp", '"install.sh"'),
     "sh install.sh": ("Tests/Mac/Install/InstallTest.cpp", '"install.sh"'),
@@ -109,7 +109,7 @@ LOOKED_AT = [
     (r"cmake -B build/install -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_INSTALL_PREFIX=/usr -DBRIVANE_FRAME=ON"
      r"|cmake --build build/install|DESTDIR=/tmp/brivane cmake --install build/install",
      "the group package configures and installs so", []),
-    (r"sudo apt (?:install|purge) .*", "Tests/Package/package_life.sh does it by dpkg", []),
+    (r"sudo apt (?:install|purge) .*", "Tests/Packaging/package_life.sh does it by dpkg", []),
     (r"cmake( --build)? --preset (\S+)", "it takes a Mac, or a compiler of 400 MB",
      [None, ("CMakePresets.json", '"name": "{}"')]),
     (r"cmake --preset (\S+) && cmake --build --preset (\S+)", "it takes a Mac",

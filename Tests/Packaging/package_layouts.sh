@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Tests/Package/package_layouts.sh: configures with libraries arranged as other distributions have them. To be
-# run by Tests/Package/in-own-root.sh, in the tree.
+# Tests/Packaging/package_layouts.sh: configures with libraries arranged as other distributions have them. To be
+# run by Tests/Packaging/in-own-root.sh, in the tree.
 set -u
-. Tests/Package/check.sh
+. Tests/Packaging/check.sh
 
 # Neither has XCB's archives; nor has one of them, until it is asked for, the C++ library's.
 debian=/usr/lib/x86_64-linux-gnu

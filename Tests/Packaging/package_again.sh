@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Tests/Package/package_again.sh PACKAGE: makes the package a second time, from a copy of the tree in another
+# Tests/Packaging/package_again.sh PACKAGE: makes the package a second time, from a copy of the tree in another
 # folder, by somebody with other habits, and compares.
 set -u
 package=$1
 copy=$(mktemp -d)
 trap 'rm -rf "$copy"' EXIT
-. Tests/Package/check.sh
+. Tests/Packaging/check.sh
 umask 077
 export TZ=JST-9
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tests/Package/in-own-root.sh COMMAND...: runs the command in a root of its own, which begins as this
+# Tests/Packaging/in-own-root.sh COMMAND...: runs the command in a root of its own, which begins as this
 # machine's and is forgotten at the end. The tree is the folder /mnt there, and /media has what differs from
 # this machine. Nothing of the machine's kernel can be changed from there, and its udev isn't reached.
 set -eu

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Tests/Package/package_life.sh PACKAGE: installs, uses, upgrades, removes and purges the package. To be run by
-# Tests/Package/in-own-root.sh, in the tree.
+# Tests/Packaging/package_life.sh PACKAGE: installs, uses, upgrades, removes and purges the package. To be run by
+# Tests/Packaging/in-own-root.sh, in the tree.
 set -u
 package=$1
 entry=/etc/xdg/autostart/com.quorrel.brivane.desktop
-. Tests/Package/check.sh
+. Tests/Packaging/check.sh
 
 quietly() { "$@" >/dev/null; }
 export DEBIAN_FRONTEND=noninteractive

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Tests/Package/package_checks.sh PACKAGE: what the Debian package is, read without installing it.
+# Tests/Packaging/package_checks.sh PACKAGE: what the Debian package is, read without installing it.
 set -u
 package=$1
 content=$(mktemp -d)
 trap 'rm -rf "$content"' EXIT
 dpkg-deb -x "$package" "$content"
-. Tests/Package/check.sh
+. Tests/Packaging/check.sh
 
 check "lintian finds nothing" finds_nothing lintian --allow-root --info "$package"
 check "the metadata is valid" \
