@@ -13,8 +13,14 @@ endif()
 # Where the program looks: "../share" from its own folder.
 install(DIRECTORY "${CMAKE_BINARY_DIR}/share/brivane" DESTINATION "${CMAKE_INSTALL_BINDIR}/../share")
 
-# Read by the desktop.
 set(here "${CMAKE_CURRENT_LIST_DIR}")
+# install_all(pattern folder): the files of this folder that match.
+function(install_all pattern folder)
+  file(GLOB files CONFIGURE_DEPENDS "${here}/${pattern}")
+  install(FILES ${files} DESTINATION "${folder}")
+endfunction()
+
+# Read by the desktop and by other programs.
 include("${here}/ReleaseNotes.cmake")
 foreach(file IN ITEMS metainfo.xml service)
   configure_file("${here}/com.quorrel.brivane.${file}.in" "Packaging/com.quorrel.brivane.${file}" @ONLY)
@@ -25,21 +31,19 @@ install(FILES "${CMAKE_BINARY_DIR}/Packaging/com.quorrel.brivane.metainfo.xml"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 install(FILES "${CMAKE_BINARY_DIR}/Packaging/com.quorrel.brivane.service"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
-install(FILES "${here}/dbus-1/com.quorrel.brivane.Brightness1.xml"
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces")
+install_all("dbus-1/*.xml" "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces")
 install(FILES "${here}/autostart/com.quorrel.brivane.desktop"
   DESTINATION "${CMAKE_INSTALL_FULL_SYSCONFDIR}/xdg/autostart")
 
 # Read by people and their shells.
-file(GLOB pages CONFIGURE_DEPENDS "${here}/man/*.1")
+install_all("man/*.1" "${CMAKE_INSTALL_MANDIR}/man1")
 file(WRITE "${CMAKE_BINARY_DIR}/Packaging/brivane.1" ".so man1/Brivane.1\n")
-install(FILES ${pages} "${CMAKE_BINARY_DIR}/Packaging/brivane.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+install(FILES "${CMAKE_BINARY_DIR}/Packaging/brivane.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 install(FILES "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${PROJECT_SOURCE_DIR}/LICENSE"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/brivane")
-install(FILES "${here}/completions/brivane-ctl.bash" RENAME brivane-ctl
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
-install(FILES "${here}/completions/_brivane-ctl" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
-install(FILES "${here}/completions/brivane-ctl.fish" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+install_all("completions/*.bash" "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+install_all("completions/_*" "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+install_all("completions/*.fish" "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
 
 # Read by udev and systemd, which look into no other folder on any processor.
 install(FILES "${here}/60-brivane.rules" DESTINATION lib/udev/rules.d)
