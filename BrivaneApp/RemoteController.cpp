@@ -64,19 +64,13 @@ RemoteLevel RemoteController::pressDown() {
 }
 
 RemoteLevel RemoteController::press(BrightnessDirection direction) {
+  using Kind = AdjustOutcome::Kind;
+  const auto outcome = keyPress.press({.delta = delta(direction), .snapToStep = true});
+  if (outcome.kind == Kind::handled) return outcome.level;
   const auto found = findUnderPointer();
   if (const auto* failure = std::get_if<RemoteFailure>(&found)) return *failure;
   const auto& target = std::get<DisplayTarget>(found);
-  const auto outcome = keyPress.press({.delta = delta(direction), .snapToStep = true});
-  switch (outcome.kind) {
-    case AdjustOutcome::Kind::handled:
-      return outcome.level;
-    case AdjustOutcome::Kind::connecting:
-      return silence(target);
-    case AdjustOutcome::Kind::passThrough:
-      break;
-  }
-  return whyPassedThrough(target);
+  return outcome.kind == Kind::connecting ? silence(target) : whyPassedThrough(target);
 }
 
 RemoteLevel RemoteController::set(Percent level, const std::string& display) {
@@ -87,7 +81,7 @@ RemoteLevel RemoteController::set(Percent level, const std::string& display) {
   if (const auto* failure = std::get_if<RemoteFailure>(&found)) return *failure;
   const auto& target = std::get<DisplayTarget>(found);
   // The menu has a slider only for a display whose level is known.
-  const auto before = levelOf(target);
+  auto before = levelOf(target);
   if (std::holds_alternative<RemoteFailure>(before)) return before;
   if (!controller.setLevel(level, target.displayID)) return refusedLevel(target);
   statusItem.refresh();

@@ -45,8 +45,9 @@ PrivateBus::PrivateBus(const std::map<std::string, std::string>& services) {
     text.replace(place, 6, folder.path.string());
   }
   for (const auto& [name, command] : services) {
-    folder.write(name + ".service",
-                 "[D-BUS Service]\nName=" + name + "\nExec=" + command + "\nUser=root\n");
+    std::string service = "[D-BUS Service]\nUser=root\nName=";
+    service.append(name).append("\nExec=").append(command).append("\n");
+    folder.write(name + ".service", service);
   }
   const std::string file = "--config-file=" + folder.write("bus.conf", text).string();
   std::array<int, 2> pipe{};

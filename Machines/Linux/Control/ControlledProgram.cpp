@@ -45,7 +45,7 @@ ControlledProgram::Answer ControlledProgram::newCall(const char* method) const {
 }
 
 ControlledProgram::Answer ControlledProgram::showMenu(bool starts) const {
-  const Answer made = newCall(remote::showMenu);
+  Answer made = newCall(remote::showMenu);
   const auto* message = std::get_if<Message>(&made);
   if (message == nullptr) return made;
   library.setAutoStart(message->get(), starts ? 1 : 0);

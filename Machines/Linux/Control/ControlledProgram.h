@@ -43,7 +43,7 @@ class ControlledProgram {
   /// Calls the method. `types` and `arguments` are as for sd_bus_message_append.
   template <typename... Arguments>
   Answer call(const char* method, const char* types = "", Arguments... arguments) const {
-    const Answer made = newCall(method);
+    Answer made = newCall(method);
     if (const auto* message = std::get_if<Message>(&made)) {
       library.append(message->get(), types, arguments...);
       return send(**message);

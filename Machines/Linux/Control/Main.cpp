@@ -77,7 +77,7 @@ Answer startAndShowMenu(const ControlledProgram& program) {
   const ProgramStart start;
   ThreadRuntime runtime;
   for (int count = 0; count < tries; ++count) {
-    const Answer answer = program.showMenu(false);
+    Answer answer = program.showMenu(false);
     if (!isNotRunning(answer)) return answer;
     if (const auto problem = start.problem()) return ControlFailure{*problem};
     runtime.sleep(std::chrono::milliseconds(100));

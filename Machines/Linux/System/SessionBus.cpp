@@ -8,22 +8,25 @@ sd_bus* SessionBus::connection() {
 }
 
 void SessionBus::connect() {
-  loaded.emplace();
+  loaded = std::make_unique<const MessageBusLibrary>();
   if (loaded->isLoaded()) bus = loaded->connectToSession();
   if (!bus) return;
-  watch.emplace(runtime, "session bus", loaded->descriptor(bus.get()),
-                [this] { return readAll(); });
+  watch.emplace(runtime, "session bus", loaded->descriptor(bus.get()), [this] { return read(); });
   // Messages that arrived with earlier replies are in the bus library's queue, where `poll` doesn't
   // see them.
+  readLater();
+}
+
+void SessionBus::readLater() {
   runtime.async([this, alive = anchor.watch()] {
-    if (alive.isAlive()) readAll();
+    if (alive.isAlive()) read();
   });
 }
 
-/// False when the bus is lost.
-bool SessionBus::readAll() {
-  int result = bus ? 1 : 0;
-  while (result > 0) result = loaded->process(bus.get(), nullptr);
+/// Handles one message, so that a row of them leaves time for drawing. False when the bus is lost.
+bool SessionBus::read() {
+  const int result = bus ? loaded->process(bus.get(), nullptr) : 0;
+  if (result > 0) readLater();
   if (result < 0) bus.reset();
   return bus != nullptr;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "BrivaneCore/Seams/Runtime.h"
@@ -27,11 +28,12 @@ class SessionBus {
 
  private:
   void connect();
-  bool readAll();
+  void readLater();
+  bool read();
 
   Runtime& runtime;
-  /// Absent before the first use.
-  std::optional<MessageBusLibrary> loaded;
+  /// Null before the first use.
+  std::unique_ptr<const MessageBusLibrary> loaded;
   MessageBusLibrary::Connection bus;
   std::optional<DescriptorWatch> watch;
   LivenessAnchor anchor;

@@ -55,6 +55,12 @@ class RemoteControlTest : public DesktopTest {
     }));
   }
 
+  /// Waits for the end of the start's reads: one that is under way at a write gives the level
+  /// before it.
+  void awaitReads() {
+    atRest([&] { return wireLines().size(); });
+  }
+
   bool isHUDShown() { return testClient.find("Brivane").has_value(); }
 
   /// The display's number, as the program prints it.
@@ -70,6 +76,7 @@ class RemoteControlTest : public DesktopTest {
 
 TEST_F(RemoteControlTest, UpAndDownAreHotkeyPressesOnTheDisplayUnderThePointer) {
   startAndAwaitLevels();
+  awaitReads();
   EXPECT_FALSE(isHUDShown());
   EXPECT_EQ(outputOf({"up"}), "");
   EXPECT_EQ(world.luminance("HDMI-A-1"), 55);
@@ -81,6 +88,7 @@ TEST_F(RemoteControlTest, UpAndDownAreHotkeyPressesOnTheDisplayUnderThePointer) 
 
 TEST_F(RemoteControlTest, SetAndGetReachADisplayByPointerNumberAndName) {
   startAndAwaitLevels();
+  awaitReads();
   EXPECT_EQ(outputOf({"set", "30"}), "");
   EXPECT_EQ(world.luminance("HDMI-A-1"), 30);
   EXPECT_EQ(outputOf({"set", "20", "Middle 24"}), "");
@@ -186,7 +194,7 @@ TEST_F(RemoteControlTest, WhereTheBusKnowsHowToStartTheProgramMenuStartLeavesItT
   const auto mark = started.path / "mark";
   std::string command = "/usr/bin/env";
   for (const auto& [variable, value] : environment()) {
-    if (!value.empty()) command += " " + variable + "=" + value;
+    if (!value.empty()) command.append(" ").append(variable).append("=").append(value);
   }
   // A bus like the tests' tells what it starts of itself under this name only.
   command += " sh -c \"touch " + mark.string() +
