@@ -1,7 +1,6 @@
 #include "BrivaneApp/RemoteController.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "BrivaneCore/Policy/CursorRouter.h"
 

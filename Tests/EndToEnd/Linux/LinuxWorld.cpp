@@ -50,8 +50,13 @@ void LinuxWorld::turn(const std::string& connector, const std::string& knob,
 }
 
 std::map<std::string, std::string> LinuxWorld::environment() const {
-  return {{"BRIVANE_DESK", ""},    {"DISPLAY", screens.display()}, {"HOME", home.path},
-          {"XDG_CONFIG_HOME", ""}, {"XDG_RUNTIME_DIR", home.path}, {"XAUTHORITY", ""}};
+  return {{"BRIVANE_DESK", ""},
+          {"DISPLAY", screens.display()},
+          {"HOME", home.path},
+          {"XDG_CONFIG_HOME", ""},
+          {"XDG_RUNTIME_DIR", home.path},
+          {"XAUTHORITY", ""},
+          {"DBUS_SESSION_BUS_ADDRESS", ""}};
 }
 
 void LinuxWorld::enter() const {
