@@ -40,7 +40,7 @@ include(CPack)
 execute_process(COMMAND date -u -d "${release_date}" +%s OUTPUT_VARIABLE release_time
   OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 add_custom_target(brivane-package
-  COMMAND sh -c "umask 022; SOURCE_DATE_EPOCH=${release_time} exec '${CMAKE_CPACK_COMMAND}'"
+  COMMAND sh -c "rm -f brivane_*.deb; umask 022; SOURCE_DATE_EPOCH=${release_time} exec '${CMAKE_CPACK_COMMAND}'"
   DEPENDS ${installed_programs}
   WORKING_DIRECTORY "${CMAKE_BINARY_DIR}"
   VERBATIM)

@@ -16,6 +16,7 @@ check "it is made in another folder" "$copy/Packaging/Linux/make-package.sh"
 
 same_bytes() {
   cmp "$package" "$copy/$package" && return
+  diff <(dpkg-deb -c "$package") <(dpkg-deb -c "$copy/$package")
   for one in "$package" "$copy/$package"; do dpkg-deb -R "$one" "$(mktemp -d "$copy/content-XXXXXX")"; done
   diff -rq "$copy"/content-*
   return 1

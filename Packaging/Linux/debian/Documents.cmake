@@ -24,9 +24,9 @@ file(WRITE "${documents}/changelog.Debian"
 file(GLOB pages "${root}/usr/share/man/man1/*.1")
 execute_process(COMMAND gzip -9n ${pages} "${documents}/changelog" "${documents}/changelog.Debian"
   COMMAND_ERROR_IS_FATAL ANY)
-
-file(MAKE_DIRECTORY "${root}/usr/share/lintian/overrides")
-file(COPY_FILE "${CMAKE_CURRENT_LIST_DIR}/lintian-overrides" "${root}/usr/share/lintian/overrides/brivane")
+execute_process(
+  COMMAND install -D -m 644 "${CMAKE_CURRENT_LIST_DIR}/lintian-overrides" "${root}/usr/share/lintian/overrides/brivane"
+  COMMAND_ERROR_IS_FATAL ANY)
 
 set(completions "${root}/usr/share/zsh")
 if(EXISTS "${completions}/site-functions")
