@@ -49,7 +49,7 @@ void brivane_recorded_os_log(os_log_t log, os_log_type_t type, const char* forma
     os_log_t brivane_log = (log);                                                            \
     os_log_type_t brivane_type = (type);                                                     \
     if (os_log_type_enabled(brivane_log, brivane_type)) {                                    \
-      __attribute__((section("__TEXT,__oslogstring,cstring_literals"),                       \
+      __attribute__((section("__TEXT,__oslogstring"),                                        \
                      internal_linkage)) static const char brivane_format[]                   \
           __attribute__((aligned(1))) = format;                                              \
       uint8_t __attribute__((aligned(16)))                                                   \
