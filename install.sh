@@ -193,7 +193,13 @@ remove_before() {
   [ "$before_was_made" = no ] || rmdir "${before%/*}" 2>/dev/null || true
 }
 
+# What macOS recognises an app by: its certificate, or without one the hash of its program.
+requirement_of() { codesign -d -r- "$1" 2>/dev/null | sed -n 's/^#* *designated => //p'; }
+fits() { [ -n "$2" ] && codesign --verify -R "=$2" "$1" 2>/dev/null; }
+
 before=$(installed)
+requirement=''
+[ ! -e "$app" ] || requirement=$(requirement_of "$app")
 before_was_made=no
 ! was_made app || before_was_made=yes
 
@@ -204,8 +210,8 @@ stop_running
 trap '' INT TERM HUP
 [ ! -e "$app" ] || move "$app" "$old"
 move "$new" "$app"
-# The grant was for the old build alone, but its switch would stay on and mislead.
-[ ! -e "$old" ] || cmp -s "$old/$program" "$app/$program" ||
+# The grant was for what macOS recognised as the old app alone, but its switch would stay on and mislead.
+[ ! -e "$old" ] || cmp -s "$old/$program" "$app/$program" || fits "$app" "$requirement" ||
   tccutil reset Accessibility "$label" >/dev/null 2>&1 || true
 remove "$old"
 mv -f "$agent.new" "$agent" 2>/dev/null || fail "$agent can't be replaced. Unlock it, $again"
@@ -223,8 +229,8 @@ macOS says that a background item was added: that is the launch agent.
 
 One thing is yours to do: for the keyboard's own brightness keys it needs a grant.
   System Settings > Privacy & Security > Accessibility: switch on Brivane.
-The grant is for one build alone: after an update Brivane asks again. Sliders and
-the hotkeys (control-option-up and -down) work without it.
+Without a certificate the grant is for one build alone: after an update Brivane asks
+again. Sliders and the hotkeys (control-option-up and -down) work without it.
 
 ./uninstall.sh takes everything away again.
 TEXT

@@ -58,12 +58,23 @@ file(STRINGS "${PROJECT_SOURCE_DIR}/LICENSE" COPYRIGHT REGEX "^Copyright" LIMIT_
 set(info "${CMAKE_BINARY_DIR}/Info.plist")
 configure_file("${CMAKE_CURRENT_LIST_DIR}/Info.plist.in" "${info}" @ONLY)
 
+set(BRIVANE_SIGNING_IDENTITY - CACHE STRING "The certificate to sign with, by its name in the keychain; - for none")
+
 # Kept from the newer looks that a newer development kit stands for; and the same wherever built.
 if(CMAKE_CROSSCOMPILING)
+  if(NOT BRIVANE_SIGNING_IDENTITY STREQUAL "-")
+    message(FATAL_ERROR " Only a Mac signs with a certificate: BRIVANE_SIGNING_IDENTITY is for the preset mac-native.")
+  endif()
   set(sealer "${BRIVANE_CROSS}/seal.py")
   set(seal "${Python3_EXECUTABLE}" "${sealer}" --sdk 14.0)
 else()
-  set(seal codesign --force --sign -)
+  # Apple notarises only what has the hardened runtime and, with a certificate, the time of signing. The
+  # runtime's exceptions (entitlements) are for what Brivane doesn't do: it loads the system's libraries alone,
+  # writes no code, and sends no Apple events.
+  set(seal codesign --force --options runtime --sign "${BRIVANE_SIGNING_IDENTITY}")
+  if(NOT BRIVANE_SIGNING_IDENTITY STREQUAL "-")
+    list(APPEND seal --timestamp)
+  endif()
 endif()
 set(app "${CMAKE_BINARY_DIR}/Brivane.app")
 set(package "Brivane-${PROJECT_VERSION}")

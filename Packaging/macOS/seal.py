@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Seals an app as `codesign --sign -` does on a Mac: without a certificate, but whole.
+"""Seals an app as `codesign --sign - --options runtime` does on a Mac: without a certificate, but whole.
 
     seal.py APP --sdk VERSION
 
@@ -7,7 +7,7 @@ The linker signs the executable alone, and an app with resources whose executabl
 them counts as damaged. So the hash of every file goes into Contents/_CodeSignature/CodeResources,
 and the hashes of that file, of Info.plist and of every page of the executable into a new signature
 at the executable's end. VERSION is the development kit that the executable claims to be built with,
-by which the system chooses the looks of windows and menus.
+by which the system chooses the looks of windows and menus and the rules of the hardened runtime.
 """
 
 import argparse
@@ -27,15 +27,16 @@ SEGMENT_VM_SIZE, SEGMENT_FILE_OFFSET, SEGMENT_FILE_SIZE = 32, 40, 48
 LINK_EDIT_PAGE = 0x4000
 FLAGS = 24
 HAS_WEAK_SYMBOLS = 0x8000 | 0x10000
-WEAK_BINDINGS = 24
+BINDINGS, WEAK_BINDINGS = 16, 24
 
 # Blobs of a signature, all of them big-endian, and the numbers of their slots.
 SUPER_BLOB, CODE_DIRECTORY, REQUIREMENTS, WRAPPER = 0xFADE0CC0, 0xFADE0C02, 0xFADE0C01, 0xFADE0B01
 CODE_DIRECTORY_SLOT, REQUIREMENTS_SLOT, WRAPPER_SLOT = 0, 2, 0x10000
 INFO_SLOT, RESOURCES_SLOT = 1, 3
 
-CODE_DIRECTORY_VERSION = 0x20400
+CODE_DIRECTORY_VERSION = 0x20500
 AD_HOC = 0x2
+HARDENED_RUNTIME = 0x10000
 SHA256 = 2
 MAIN_BINARY = 1
 
@@ -127,14 +128,26 @@ class Executable:
 
     def claim_kit(self, version):
         major, minor = map(int, version.split("."))
-        self.write("<I", self.commands[BUILD_VERSION, b""] + 16, major << 16 | minor << 8)
+        self.kit = major << 16 | minor << 8
+        self.write("<I", self.commands[BUILD_VERSION, b""] + 16, self.kit)
 
     def keep_own_library(self):
         """Keeps the system from putting parts of its own C++ library in the place of those that are
-        linked in, of which it may have another version; without these lists each stays as linked."""
+        linked in, of which it may have another version; without these lists each stays as linked.
+        A Mac's tools refuse a __LINKEDIT with bytes that no list owns, so the list of bindings before the
+        removed one becomes longer by as many zeros, each of which is an end of a list."""
         (flags,) = self.read("<I", FLAGS)
         self.write("<I", FLAGS, flags & ~HAS_WEAK_SYMBOLS)
-        self.write("<II", self.commands[FIX_UPS, b""] + WEAK_BINDINGS, 0, 0)
+        fix_ups = self.commands[FIX_UPS, b""]
+        (start, size), (weak, weak_size) = (
+            self.read("<II", fix_ups + field) for field in (BINDINGS, WEAK_BINDINGS)
+        )
+        if weak_size == 0:
+            return
+        if weak != start + size:
+            sys.exit("The executable's weak bindings don't follow its other bindings.")
+        self.data[weak : weak + weak_size] = bytes(weak_size)
+        self.write("<4I", fix_ups + BINDINGS, start, size + weak_size, 0, 0)
 
     def make_room(self, size):
         """Drops the old signature, and says in the headers that one of that size follows."""
@@ -153,18 +166,19 @@ class Executable:
 
     def code_directory(self, identifier, special_hashes):
         name = identifier.encode() + b"\0"
-        name_offset = 88
+        name_offset = 96
         hash_offset = name_offset + len(name) + len(special_hashes) * HASH_SIZE
         hashes = self.page_hashes()
         text = self.commands[SEGMENT, b"__TEXT"]
         (text_size,) = self.read("<Q", text + SEGMENT_FILE_SIZE)
         header = struct.pack(
-            ">7I4B4I4Q",
-            *(CODE_DIRECTORY_VERSION, AD_HOC, hash_offset, name_offset),
+            ">7I4B4I4Q2I",
+            *(CODE_DIRECTORY_VERSION, AD_HOC | HARDENED_RUNTIME, hash_offset, name_offset),
             *(len(special_hashes), len(hashes), self.code_size),
             *(HASH_SIZE, SHA256, 0, PAGE_SHIFT),
             *(0, 0, 0, 0),
             *(0, 0, text_size, MAIN_BINARY),
+            *(self.kit, 0),
         )
         special = b"".join(reversed(special_hashes))
         return blob(CODE_DIRECTORY, header + name + special + b"".join(hashes))

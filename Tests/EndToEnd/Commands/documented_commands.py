@@ -16,7 +16,7 @@ import time
 TREE = pathlib.Path.cwd()
 TEXTS = [TREE / name for name in ("README.md", "CONTRIBUTING.md", "ARCHITECTURE.md")] + sorted(TREE.glob("docs/*.md"))
 OTHER_PROGRAMS = """BRIVANE_DESK BRIVANE_REGENERATE Brivane brew brivane-ctl brivane-defaults brivane-desk brivane-hidutil cmake codesign ctest ddc-bus-host
-    defaults dyld_info hidutil journalctl launchctl log modprobe npm open otool perf pkill python3 sh shasum strace sudo
+    defaults ditto dyld_info hidutil journalctl launchctl log modprobe npm open otool perf pkill python3 sh shasum strace sudo
     systemd-inhibit tccutil xcode-select xcrun""".split()
 
 
@@ -112,6 +112,7 @@ LOOKED_AT = [
     (r"sudo apt (?:install|purge) .*", "Tests/Packaging/package_life.sh does it by dpkg", []),
     (r"cmake( --build)? --preset (\S+)", "it takes a Mac, or a compiler of 400 MB",
      [None, ("CMakePresets.json", '"name": "{}"')]),
+    (r"cmake --preset mac-native -D(\w+)=.*", "it takes a Mac", [("Packaging/macOS/App.cmake", "set({} ")]),
     (r"cmake --preset (\S+) && cmake --build --preset (\S+)", "it takes a Mac",
      [("CMakePresets.json", '"name": "{}"')] * 2),
     (r"cmake --build --preset mac-native --target (\S+)", "it takes a Mac",
@@ -130,8 +131,8 @@ LOOKED_AT = [
      [("install.sh", "label={}")]),
     (r"tccutil reset Accessibility (com\.quorrel\.brivane)", "it takes a Mac", [("install.sh", "label={}")]),
     (r"open (again|URL)|log (LINE|…)", "lines of scenarios and transcripts", []),
-    (r"(brew|codesign|dyld_info|hidutil|log|open|otool|pkill|shasum|xcode-select|xcrun) .*", "it takes a Mac", []),
     (r"brivane-ctl (up|down|set|get|list|menu)( .*)?", "another test runs it", [("Tests/EndToEnd/Desktop", '({{"{}"'), None]),
+    (r"(?:cd build/mac && )?(brew|codesign|ditto|dyld_info|hidutil|log|open|otool|pkill|shasum|xcode-select|xcrun) .*", "it takes a Mac", []),
     (r"(perf|strace) .*", "how something was measured", []),
 ]
 

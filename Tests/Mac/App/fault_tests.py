@@ -68,12 +68,19 @@ def set_flag(folder, bit):
     change(folder, EXECUTABLE, edit)
 
 
-def sign_as_the_linker_does(folder):
-    """The flag that says so, in the code directory right behind the signature's index."""
+def shorten_strings(data):
+    """By eight bytes, and the bytes stay."""
+    command = mach_o.MachO(bytes(data)).all(mach_o.SYMBOL_TABLE)[0]
+    (size,) = struct.unpack_from("<I", data, command + 20)
+    struct.pack_into("<I", data, command + 20, size - 8)
+
+
+def sign_with_flags(folder, flags):
+    """The flags in the code directory right behind the signature's index."""
 
     def edit(data):
         offset, _ = mach_o.MachO(bytes(data)).fields(mach_o.SIGNATURE, "<2I")
-        struct.pack_into(">I", data, offset + 12 + 3 * 8 + 12, 0x20002)
+        struct.pack_into(">I", data, offset + 12 + 3 * 8 + 12, flags)
 
     change(folder, EXECUTABLE, edit)
 
@@ -124,10 +131,20 @@ FAULTS = [
      lambda folder: replace(folder, ICON, struct.pack(">2I", 1024, 1024), struct.pack(">2I", 512, 512))),
     ("the list of classes is lost", "objective_c_finds_its_lists",
      lambda folder: replace(folder, EXECUTABLE, b"__objc_classlist", b"__objc_classlisp")),
+    ("the log's formats lie among other texts", "the_log_finds_its_formats",
+     lambda folder: replace(folder, EXECUTABLE, b"__oslogstring", b"__oslogstrinG")),
+    ("the log hides what it is given", "the_log_finds_its_formats",
+     lambda folder: replace(folder, EXECUTABLE, b"%{public}s\0", b"%{secret}s\0")),
+    ("a list of bindings is dropped, but its bytes are not", "link_edit_has_no_hole",
+     lambda folder: change_field(folder, mach_o.FIX_UPS, 20, "<I", 64)),
+    ("bytes that no list owns are not zero", "link_edit_has_no_hole",
+     lambda folder: change(folder, EXECUTABLE, shorten_strings)),
+    ("other programs may load their code into it", "signature_is_that_of_the_app",
+     lambda folder: sign_with_flags(folder, 0x2)),
     ("it exports a function", "nothing_of_it_is_offered_to_others",
      lambda folder: replace(folder, EXECUTABLE, b"\0__Znwm\0", b"\0_letme\0")),
     ("only the linker signed it", "signature_is_that_of_the_app",
-     sign_as_the_linker_does),
+     lambda folder: sign_with_flags(folder, 0x30002)),
     ("the signature is for another app", "signature_is_that_of_the_app",
      lambda folder: replace(folder, EXECUTABLE, b"com.quorrel.brivane\0", b"com.quorrel.brivana\0")),
     ("the signature is cut off", "signature_is_that_of_the_app",

@@ -227,6 +227,7 @@ class CodeDirectory:
         self.executable_start, self.executable_size, self.executable_flags = struct.unpack_from(
             ">3Q", blob, 64
         )
+        (self.runtime,) = struct.unpack_from(">I", blob, 88)
 
     def hash_at(self, index):
         """A page's hash; that of a special slot for the slot's number below zero."""

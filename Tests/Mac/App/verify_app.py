@@ -312,6 +312,59 @@ def objective_c_finds_its_lists(app):
         yield f"image information {pairs}"
 
 
+def log_formats():
+    """The format of each line that the Mac's machine writes to the log."""
+    for path in pathlib.Path("Machines/Mac").rglob("*.*"):
+        yield from re.findall(r'\bos_log\(OS_LOG_DEFAULT, "([^"]+)"', path.read_text())
+
+
+def the_log_finds_its_formats(app):
+    """The log stores where a format lies, and reads it later from that one section of the file."""
+    expected = {text.encode() for text in log_formats()}
+    offset, size = dict(app.executable.sections()).get("__oslogstring") or (0, 0)
+    found = set(app.executable.data[offset : offset + size].split(b"\0")) - {b""}
+    yield from (f"{text}: not in its section" for text in sorted(expected - found))
+    yield from (f"{text}: in the section, but no line of the log has it" for text in sorted(found - expected))
+    rest = app.executable.data[:offset] + app.executable.data[offset + size :]
+    yield from (f"{text}: elsewhere, too" for text in sorted(expected) if b"\0" + text + b"\0" in rest)
+    if not expected:
+        yield "no line is written to the log"
+
+
+def link_edit_has_no_hole(app):
+    """Every byte of __LINKEDIT belongs to a list, in the order that a Mac's tools expect; between two
+    lists are at most the zeros of an alignment."""
+    program = app.executable
+    (segment,) = (segment for segment in program.segments() if segment.name == "__LINKEDIT")
+    symbols, count, strings, strings_size = program.fields(mach_o.SYMBOL_TABLE, "<4I")
+    fix_ups = program.fields(mach_o.FIX_UPS, "<10I")
+    lists = {
+        "rebases": fix_ups[0:2], "bindings": fix_ups[2:4], "weak bindings": fix_ups[4:6],
+        "lazy bindings": fix_ups[6:8], "exports": fix_ups[8:10],
+        "function starts": program.fields(mach_o.FUNCTION_STARTS, "<2I"),
+        "data in code": program.fields(mach_o.DATA_IN_CODE, "<2I"),
+        "symbols": (symbols, 16 * count),
+        "indirect symbols": indirect_symbols(program),
+        "strings": (strings, strings_size),
+        "signature": program.fields(mach_o.SIGNATURE, "<2I"),
+    }
+    end = segment.file_offset
+    for name, (start, size) in lists.items():
+        if size == 0:
+            continue
+        most = 15 if name == "signature" else 7
+        if not 0 <= start - end <= most or any(program.data[end:start]):
+            yield f"{name} begin at {start:#x}, and the list before ends at {end:#x}"
+        end = start + size
+    if end != segment.file_offset + segment.file_size:
+        yield f"the lists end at {end:#x}"
+
+
+def indirect_symbols(program):
+    start, count = program.fields(mach_o.DYNAMIC_SYMBOLS, "<48x2I")
+    return start, 4 * count
+
+
 def nothing_of_it_is_offered_to_others(app):
     # The linked-in library's own, which nobody looks for here.
     free = {"__mh_execute_header", "___dso_handle", "__Znwm", "__ZdaPv", "__ZdlPv", "__ZdlPvm"}
@@ -338,8 +391,8 @@ def signature_is_that_of_the_app(app):
     yield from differences(
         found,
         {
-            "version": 0x20400,
-            "flags": 0x2,  # ad hoc, and not by the linker
+            "version": 0x20500,
+            "flags": 0x10002,  # ad hoc, not by the linker, with the hardened runtime
             "special_count": 3,
             "page_count": -(-offset // 4096),
             "code_size": offset,
@@ -351,6 +404,7 @@ def signature_is_that_of_the_app(app):
             "executable_start": text.file_offset,
             "executable_size": text.file_size,
             "executable_flags": 1,
+            "runtime": 14 << 16,
         },
     )
 
@@ -453,6 +507,8 @@ CHECKS = [
     it_knows_no_desk,
     another_reader_agrees,
     objective_c_finds_its_lists,
+    the_log_finds_its_formats,
+    link_edit_has_no_hole,
     nothing_of_it_is_offered_to_others,
     signature_is_that_of_the_app,
     every_page_has_its_hash,

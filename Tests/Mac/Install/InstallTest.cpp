@@ -89,6 +89,25 @@ TEST_F(InstallTest, AnUpdateTakesTheVoidGrantBackSoThatItsSwitchIsRight) {
   EXPECT_THAT(mac.calls(), Contains("tccutil reset Accessibility com.quorrel.brivane"));
 }
 
+TEST_F(InstallTest, AnUpdateWithTheSameCertificateKeepsTheGrant) {
+  mac.playEarlierInstallation(mac.home() / "Applications");
+  for (const auto& app : {mac.app(), mac.package() / "Brivane.app"}) {
+    std::ofstream(app / "certificate")
+        << "identifier \"com.quorrel.brivane\" and anchor apple generic";
+  }
+  EXPECT_EQ(mac.run("install.sh").status, 0);
+  EXPECT_EQ(PlayedMac::version(mac.app()), "new");
+  EXPECT_THAT(mac.calls(), Not(Contains("tccutil reset Accessibility com.quorrel.brivane")));
+}
+
+TEST_F(InstallTest, AnUpdateWithAnotherCertificateTakesTheGrantBack) {
+  mac.playEarlierInstallation(mac.home() / "Applications");
+  std::ofstream(mac.app() / "certificate") << "certificate leaf = H\"1\"";
+  std::ofstream(mac.package() / "Brivane.app/certificate") << "certificate leaf = H\"2\"";
+  EXPECT_EQ(mac.run("install.sh").status, 0);
+  EXPECT_THAT(mac.calls(), Contains("tccutil reset Accessibility com.quorrel.brivane"));
+}
+
 TEST_F(InstallTest, TheProgramRunsUntilTheNewOneIsReady) {
   mac.playEarlierInstallation(mac.home() / "Applications");
   mac.run("install.sh");
