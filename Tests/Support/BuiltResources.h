@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "BrivaneCore/Seams/Resources.h"
+#include "Machines/Common/Files/ResourceFolder.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
@@ -16,8 +17,7 @@ class BuiltResources : public Resources {
   explicit BuiltResources(std::string language) : languages{std::move(language)} {}
 
   std::optional<std::string> read(const std::string& bundle, const std::string& path) override {
-    const auto programs = std::filesystem::canonical("/proc/self/exe").parent_path();
-    const auto file = programs.parent_path() / "share/brivane" / bundle / path;
+    const auto file = resourceFolder() / bundle / path;
     if (!std::filesystem::exists(file)) return std::nullopt;
     return TemporaryFolder::read(file);
   }

@@ -1,5 +1,12 @@
 #include "Machines/Common/Files/ResourceFolder.h"
 
+#ifdef __APPLE__
+#include <mach-o/dyld.h>
+
+#include <array>
+#include <cstdint>
+#endif
+
 #include <system_error>
 #include <variant>
 
@@ -10,12 +17,24 @@ namespace {
 
 constexpr std::size_t largestResourceBytes = 16 << 20;
 
+/// The running program's file; empty when the system doesn't say.
+std::filesystem::path executableFile() {
+  std::error_code failed;
+#ifdef __APPLE__
+  std::array<char, 4096> path{};
+  auto size = static_cast<std::uint32_t>(path.size());
+  if (::_NSGetExecutablePath(path.data(), &size) != 0) return {};
+  return std::filesystem::canonical(path.data(), failed);
+#else
+  return std::filesystem::read_symlink("/proc/self/exe", failed);
+#endif
+}
+
 }  // namespace
 
 std::filesystem::path resourceFolder() {
-  std::error_code failed;
-  const auto executable = std::filesystem::read_symlink("/proc/self/exe", failed);
-  if (failed) return {};
+  const auto executable = executableFile();
+  if (executable.empty()) return {};
   return executable.parent_path().parent_path() / "share" / "brivane";
 }
 

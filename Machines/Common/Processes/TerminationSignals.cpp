@@ -46,6 +46,19 @@ void setAction(void (*handler)(int)) {
   }
 }
 
+/// Not inherited by child processes.
+std::array<int, 2> makeSignalPipe() {
+  std::array<int, 2> ends{};
+#ifdef __linux__
+  const bool isMade = ::pipe2(ends.data(), O_CLOEXEC) == 0;
+#else
+  const bool isMade = ::pipe(ends.data()) == 0;
+  for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
+#endif
+  if (!isMade) fatal("no pipe could be made for signals");
+  return ends;
+}
+
 void hand(int pipe, Runtime& runtime, const Task& handler) {
   char news = ended;
   while (true) {
@@ -60,8 +73,7 @@ void hand(int pipe, Runtime& runtime, const Task& handler) {
 
 TerminationSignals::TerminationSignals(Runtime& machineRuntime, Task handler)
     : queue(machineRuntime.makeSerialQueue("signals", QueueQuality::userInitiated)) {
-  std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) fatal("no pipe could be made for signals");
+  const auto ends = makeSignalPipe();
   readEnd = FileDescriptor(ends[0]);
   writeEnd = FileDescriptor(ends[1]);
   ::fcntl(writeEnd.get(), F_SETFL, O_NONBLOCK);

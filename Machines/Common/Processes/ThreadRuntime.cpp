@@ -1,8 +1,10 @@
 // The clock is CLOCK_BOOTTIME, which advances while the machine sleeps; std::chrono's clocks stop
-// then.
+// then. A Mac, on which it runs in the desk's tests alone, calls that clock CLOCK_MONOTONIC.
 #include "Machines/Common/Processes/ThreadRuntime.h"
 
+#ifdef __linux__
 #include <sys/prctl.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
@@ -15,12 +17,30 @@
 namespace brivane {
 namespace {
 
+#ifdef __linux__
+constexpr clockid_t continuousClock = CLOCK_BOOTTIME;
+
 timespec asTimespec(Instant instant) {
   const auto sinceStart = instant.time_since_epoch();
   const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceStart);
   const std::chrono::nanoseconds rest = sinceStart - seconds;
   return {static_cast<time_t>(seconds.count()), static_cast<long>(rest.count())};
 }
+
+void sleepUntil(Instant deadline) {
+  const timespec time = asTimespec(deadline);
+  while (clock_nanosleep(continuousClock, TIMER_ABSTIME, &time, nullptr) == EINTR) {
+  }
+}
+
+/// By default the kernel wakes sleepers up to 50 µs late, which shows in DDC/CI's many pauses.
+/// Later threads inherit the setting.
+void wakeSleepersInTime() {
+  ::prctl(PR_SET_TIMERSLACK, 1UL);
+}
+#else
+constexpr clockid_t continuousClock = CLOCK_MONOTONIC;
+#endif
 
 }  // namespace
 
@@ -91,9 +111,9 @@ class ThreadRuntime::Queue : public SerialQueue {
 ThreadRuntime::ThreadRuntime() {
   // A closed reader ("--probe | head -1") makes writes fail; it must not end the program.
   std::signal(SIGPIPE, SIG_IGN);
-  // By default the kernel wakes sleepers up to 50 µs late, which shows in DDC/CI's many pauses.
-  // Later threads inherit the setting.
-  ::prctl(PR_SET_TIMERSLACK, 1UL);
+#ifdef __linux__
+  wakeSleepersInTime();
+#endif
 }
 
 ThreadRuntime::~ThreadRuntime() {
@@ -102,16 +122,19 @@ ThreadRuntime::~ThreadRuntime() {
 
 Instant ThreadRuntime::now() const {
   timespec time{};
-  clock_gettime(CLOCK_BOOTTIME, &time);
+  clock_gettime(continuousClock, &time);
   return Instant(std::chrono::duration_cast<Microseconds>(std::chrono::seconds(time.tv_sec) +
                                                           std::chrono::nanoseconds(time.tv_nsec)));
 }
 
 void ThreadRuntime::sleep(Microseconds duration) {
   // One microsecond more, because `now()` truncates nanoseconds.
-  const timespec deadline = asTimespec(now() + duration + Microseconds(1));
-  while (clock_nanosleep(CLOCK_BOOTTIME, TIMER_ABSTIME, &deadline, nullptr) == EINTR) {
-  }
+  const Microseconds whole = duration + Microseconds(1);
+#ifdef __linux__
+  sleepUntil(now() + whole);
+#else
+  std::this_thread::sleep_for(whole);
+#endif
 }
 
 bool ThreadRuntime::isMainThread() const {

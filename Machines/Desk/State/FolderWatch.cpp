@@ -1,7 +1,10 @@
 // A serial queue waits for inotify events and forwards them to the main queue. Files are replaced
 // by renaming, so only renames and removals matter. An inotify watch follows the removed folder, so
-// the parent is watched until the folder exists again.
+// the parent is watched until the folder exists again. On a Mac desks are for scenarios alone, in
+// which no other process takes part, and nothing is watched.
 #include "Machines/Desk/State/FolderWatch.h"
+
+#ifdef __linux__
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -122,3 +125,15 @@ FolderWatch::~FolderWatch() {
 }
 
 }  // namespace brivane
+
+#else
+
+namespace brivane {
+
+FolderWatch::FolderWatch(const std::filesystem::path&, const std::string&, Runtime&, Task) {}
+
+FolderWatch::~FolderWatch() = default;
+
+}  // namespace brivane
+
+#endif

@@ -24,7 +24,8 @@ class FolderWatch {
   FolderWatch& operator=(const FolderWatch&) = delete;
   ~FolderWatch();
 
-  /// False when the folder can't be created or the system's limit of watches is reached.
+  /// False when the folder can't be created or the system's limit of watches is reached, and on a
+  /// Mac.
   bool isWatching() const { return queue != nullptr; }
 
  private:
