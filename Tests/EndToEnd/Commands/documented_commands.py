@@ -1,4 +1,4 @@
-"""Runs the commands in README.md, CONTRIBUTING.md, ARCHITECTURE.md and docs. A command is a line of a code
+"""Runs the commands in README.md, CONTRIBUTING.md, ARCHITECTURE.md, docs and the workflows. A command is a line of a code
 block, or a span of code, that begins with a program of the tree or of the list below. Each has to stand in one of the
 tables here: FIRST to ON_KERNEL are run as they stand, in a copy of the tree with the built programs, ELSEWHERE by
 another test. LOOKED_AT says why the others aren't run; only what they name has to be there.
@@ -14,6 +14,7 @@ import tempfile
 import time
 
 TREE = pathlib.Path.cwd()
+WORKFLOWS = sorted(TREE.glob(".github/workflows/*.yml"))
 TEXTS = [TREE / name for name in ("README.md", "CONTRIBUTING.md", "ARCHITECTURE.md")] + sorted(TREE.glob("docs/*.md"))
 OTHER_PROGRAMS = """BRIVANE_DESK BRIVANE_REGENERATE Brivane brew brivane-ctl brivane-defaults brivane-desk brivane-hidutil cmake codesign ctest ddc-bus-host
     defaults ditto dyld_info hidutil journalctl launchctl log modprobe npm open otool perf pkill python3 sh shasum strace sudo
@@ -92,6 +93,10 @@ ELSEWHERE = {
     "./install.sh FOLDER": ("Tests/Mac/Install/InstallTest.cpp", '"install.sh"'),
     "sh install.sh": ("Tests/Mac/Install/InstallTest.cpp", '"install.sh"'),
     "./uninstall.sh": ("Tests/Mac/Install/UninstallTest.cpp", '"uninstall.sh"'),
+    "Tools/mac-report.sh": ("Tests/Mac/Install/ReportTest.cpp", '"Tools/mac-report.sh"'),
+    "Tools/mac-report.sh --archive Brivane-0.1.0.zip": ("Tests/Mac/Install/ReportTest.cpp", '"--unattended --archive "'),
+    'Tools/mac-report.sh --unattended --archive "$(echo from-linux/Brivane-*.zip)"':
+        ("Tests/Mac/Install/ReportTest.cpp", '"--unattended --archive "'),
     "./uninstall.sh --settings": ("Tests/Mac/Install/UninstallTest.cpp", '"--settings"'),
 }
 
@@ -117,6 +122,7 @@ LOOKED_AT = [
      [("CMakePresets.json", '"name": "{}"')] * 2),
     (r"cmake --build --preset mac-native --target (\S+)", "it takes a Mac",
      [("Packaging/macOS/App.cmake", "compare_declarations({} ")]),
+    (r"apt-get update && apt-get install .*|git config --global .*", "it takes a new machine", []),
     (r"cmake ninja-build llvm-16 python3 npm", "names of packages", []),
     (r"brivane-defaults delete NAME", "a form of one that a test of the tool runs", []),
     (r"brivane-desk run --trace|Brivane --set", "the beginning of others", []),
@@ -166,6 +172,14 @@ def commands(text):
                 words = span.replace("\\|", "|").split()
                 if is_program(words[0]) and (len(words) > 1 or words[0].startswith("./") and "." not in words[0][2:]):
                     yield number, " ".join(words)
+
+
+def steps(workflow):
+    """Yields the command of each step with its line."""
+    for number, line in enumerate(workflow.split("\n"), 1):
+        found = re.fullmatch(r"\s+(?:- )?run: (.+)", line)
+        if found:
+            yield number, found[1]
 
 
 def holds(place, text):
@@ -280,6 +294,9 @@ def main():
     for text in TEXTS:
         for line, command in commands(text.read_text()):
             documented.setdefault(command, f"{text.relative_to(TREE)}:{line}")
+    for workflow in WORKFLOWS:
+        for line, command in steps(workflow.read_text()):
+            documented.setdefault(command, f"{workflow.relative_to(TREE)}:{line}")
     with tempfile.TemporaryDirectory(prefix="brivane-test-") as folder:
         copy = Copy(pathlib.Path(folder))
         try:

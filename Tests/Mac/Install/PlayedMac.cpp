@@ -13,12 +13,39 @@ namespace {
 namespace files = std::filesystem;
 
 /// Each is a link to Tests/Mac/Install/stand-in.
-const std::vector<std::string> standIns = {"codesign", "defaults", "ditto", "id",    "launchctl",
-                                           "mkdir",    "mv",       "open",  "pgrep", "pkill",
-                                           "plutil",   "rm",       "rmdir", "sleep", "sw_vers",
-                                           "sysctl",   "tccutil",  "uname", "xattr"};
+const std::vector<std::string> standIns = {"cmake",
+                                           "codesign",
+                                           "defaults",
+                                           "ditto",
+                                           "hidutil",
+                                           "id",
+                                           "launchctl",
+                                           "log",
+                                           "mkdir",
+                                           "mv",
+                                           "ninja",
+                                           "open",
+                                           "osascript",
+                                           "pgrep",
+                                           "pkill",
+                                           "plutil",
+                                           "rm",
+                                           "rmdir",
+                                           "screencapture",
+                                           "shasum",
+                                           "sleep",
+                                           "spctl",
+                                           "strip",
+                                           "sw_vers",
+                                           "sysctl",
+                                           "system_profiler",
+                                           "tccutil",
+                                           "uname",
+                                           "xattr",
+                                           "xcrun"};
 /// Besides, nothing else that this machine happens to have.
-const std::vector<std::string> commonTools = {"cat", "cmp", "dirname", "grep", "sed"};
+const std::vector<std::string> commonTools = {"basename", "cat",  "cmp", "cp",  "date", "dirname",
+                                              "find",     "grep", "sed", "tee", "tr"};
 
 std::vector<std::string> linesOf(const files::path& file) {
   std::ifstream stream(file);
@@ -63,7 +90,7 @@ void PlayedMac::makeApp(const files::path& path, const std::string& identifier,
                         const std::string& version) {
   files::create_directories(path / "Contents/MacOS");
   std::ofstream(path / "Contents/Info.plist")
-      << "<key>CFBundleIdentifier</key>\n<string>" << identifier << "</string>\n";
+      << "<key>CFBundleIdentifier</key>\n<string>" << identifier << "</string>\n</plist>\n";
   const auto program = path / "Contents/MacOS/Brivane";
   std::ofstream(program) << "#!/bin/sh\n# " << version
                          << "\necho \"Brivane $*\" >>\"$STATE/calls\"\n";
@@ -100,6 +127,25 @@ std::string PlayedMac::agentFor(const std::string& program, const std::string& f
 </dict>
 </plist>
 )";
+}
+
+void PlayedMac::playTree() const {
+  files::create_directories(package() / "Tools");
+  files::copy_file("Tools/mac-report.sh", package() / "Tools/mac-report.sh");
+  files::create_directories(package() / "build/mac/bin");
+  const auto app = package() / "build/mac/Brivane.app";
+  files::rename(package() / "Brivane.app", app);
+  const auto sealed = app / "Contents/_CodeSignature";
+  files::create_directory(sealed);
+  std::ofstream(sealed / "CodeResources") << "</plist>\n";
+  std::ofstream(app / "Contents/MacOS/Brivane", std::ios::app)
+      << "[ -e \"$STATE/dumb\" ] || echo 'Brivane probe'\n";
+  for (const auto* name : {"brivane-tests", "brivane-desk"}) {
+    const auto program = package() / "build/mac/bin" / name;
+    std::ofstream(program) << "#!/bin/sh\n[ ! -e \"$STATE/" << name << "\" ]\n";
+    files::permissions(program, files::perms::owner_all);
+  }
+  files::copy(app, folder / "state/archived", files::copy_options::recursive);
 }
 
 void PlayedMac::letApplicationsBeWritten(bool may) const {
@@ -152,6 +198,13 @@ int PlayedMac::steps() const {
   return static_cast<int>(linesOf(folder / "state/steps").size());
 }
 
+int PlayedMac::stepOf(const std::string& beginning) const {
+  const auto lines = linesOf(folder / "state/steps");
+  const auto found =
+      std::ranges::find_if(lines, [&](const auto& line) { return line.starts_with(beginning); });
+  return static_cast<int>(found - lines.begin()) + 1;
+}
+
 std::vector<std::string> PlayedMac::calls() const {
   auto found = linesOf(folder / "state/calls");
   forget("calls");
@@ -184,7 +237,7 @@ std::set<std::string> PlayedMac::foundWith(const files::path& where) const {
 
 std::string PlayedMac::version(const files::path& app) {
   const auto lines = linesOf(app / "Contents/MacOS/Brivane");
-  return lines.size() == 3 ? lines[1].substr(2) : "";
+  return lines.size() >= 3 ? lines[1].substr(2) : "";
 }
 
 }  // namespace brivane

@@ -9,9 +9,9 @@
 
 namespace brivane {
 
-/// What `install.sh` and `uninstall.sh` need of a Mac: a home folder, an applications folder that
-/// its user may not write (for root neither, here), the unpacked archive, and stand-ins for the
-/// system's tools.
+/// What `install.sh`, `uninstall.sh` and `Tools/mac-report.sh` need of a Mac: a home folder, an
+/// applications folder that its user may not write (for root neither, here), the unpacked archive,
+/// and stand-ins for the system's tools.
 class PlayedMac {
  public:
   struct Result {
@@ -33,6 +33,9 @@ class PlayedMac {
   static void makeApp(const std::filesystem::path& path, const std::string& identifier,
                       const std::string& version);
   static std::string agentFor(const std::string& program, const std::string& foldersMade);
+  /// What Tools/mac-report.sh takes: the tree instead of the archive, with what its build makes.
+  /// The state `brivane-tests` or `brivane-desk` has that program fail.
+  void playTree() const;
   void letApplicationsBeWritten(bool may) const;
   /// As if an earlier version was installed in that folder, which was there, and runs.
   void playEarlierInstallation(const std::filesystem::path& where) const;
@@ -48,6 +51,8 @@ class PlayedMac {
   Result run(const std::string& script, const std::string& arguments = "") const;
   /// Of the last run: calls of tools that may change something.
   int steps() const;
+  /// Of those the first call that begins so, counted from 1.
+  int stepOf(const std::string& beginning) const;
   /// How the system's tools were called since the last time.
   std::vector<std::string> calls() const;
 
