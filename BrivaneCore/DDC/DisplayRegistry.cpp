@@ -96,13 +96,19 @@ std::optional<std::string> DisplayRegistry::resolvePort(DisplayID display) const
 }
 
 void DisplayRegistry::scan() {
-  panels.clear();
-  handlesByPort.clear();
   lastScan = runtime.now();
   if (!ddcAvailable()) return;
+  // Begun again no more than once: hardware may come and go without a pause.
+  if (!walk()) walk();
+}
+
+bool DisplayRegistry::walk() {
+  panels.clear();
+  handlesByPort.clear();
   const auto entries = registry.allServices();
-  if (entries == nullptr) return;
+  if (entries == nullptr) return true;
   while (const auto entry = entries->next()) note(*entry);
+  return !entries->wasCutShort();
 }
 
 void DisplayRegistry::note(const RegistryEntry& entry) {

@@ -65,6 +65,9 @@ class DisplayRegistry {
 
  private:
   std::string nameWithoutScreen(DisplayID display) const;
+  /// Forgets what an earlier walk found. False when a change of the registry has cut this one
+  /// short.
+  bool walk();
   /// Keeps the entry if it is a panel or an external channel.
   void note(const RegistryEntry& entry);
 

@@ -31,6 +31,10 @@ class RegistryIterator {
 
   /// The next entry, parents before their children; null at the end.
   virtual std::shared_ptr<const RegistryEntry> next() = 0;
+
+  /// Whether the pass has ended early because the registry changed; then only a new pass gives the
+  /// other entries. False where a pass goes on as the registry was at its beginning.
+  virtual bool wasCutShort() const { return false; }
 };
 
 /// The registry of attached hardware. Main and DDC queue, one pass at a time.

@@ -23,6 +23,8 @@ class MacRegistryIterator : public RegistryIterator {
     return entryFor(IOObject(IOIteratorNext(iterator.get())));
   }
 
+  bool wasCutShort() const override { return IOIteratorIsValid(iterator.get()) == 0; }
+
  private:
   IOObject root;
   const IOObject iterator;

@@ -30,16 +30,20 @@ std::uint8_t checksum(std::uint8_t seed, std::span<const std::uint8_t> bytes) {
 
 class ListIterator : public RegistryIterator {
  public:
-  explicit ListIterator(std::vector<std::shared_ptr<FakeRegistryEntry>> list)
-      : entries(std::move(list)) {}
+  ListIterator(std::vector<std::shared_ptr<FakeRegistryEntry>> list, bool endsHalfway)
+      : entries(std::move(list)), isCutShort(endsHalfway) {
+    if (isCutShort) entries.resize(entries.size() / 2);
+  }
 
   std::shared_ptr<const RegistryEntry> next() override {
     return position < entries.size() ? entries[position++] : nullptr;
   }
+  bool wasCutShort() const override { return isCutShort; }
 
  private:
   std::vector<std::shared_ptr<FakeRegistryEntry>> entries;
   std::size_t position = 0;
+  const bool isCutShort;
 };
 
 }  // namespace
@@ -96,7 +100,7 @@ void FakeDisplaySystem::add(const FakeDisplay& display, const std::string& name)
 std::unique_ptr<RegistryIterator> FakeIORegistry::allServices() {
   if (refuses) return nullptr;
   ++walks;
-  return std::make_unique<ListIterator>(entries);
+  return std::make_unique<ListIterator>(entries, walksToCutShort-- > 0);
 }
 
 std::shared_ptr<FakeRegistryEntry> FakeIORegistry::add(const std::string& className,

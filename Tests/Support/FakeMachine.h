@@ -111,6 +111,8 @@ class FakeIORegistry : public IORegistry {
   std::vector<std::shared_ptr<FakeRegistryEntry>> entries;
   bool refuses = false;
   int walks = 0;
+  /// So many of the next walks a change of the registry ends halfway.
+  int walksToCutShort = 0;
 };
 
 class FakeSymbolLoader : public SymbolLoader {

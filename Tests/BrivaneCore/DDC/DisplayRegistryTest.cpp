@@ -70,6 +70,33 @@ TEST_F(DisplayRegistryTest, AScanFindsPanelsAndChannelsByPort) {
   EXPECT_EQ(registry.handlesByPort.at("dispext1")->location, "dispext1");
 }
 
+TEST_F(DisplayRegistryTest, AWalkThatAChangeOfTheRegistryCutShortIsBegunAgainOnce) {
+  machine.addMonitor(9, "A", "disp0", 1, 2, 3);
+  machine.addMonitor(5, "B", "dispext1", 4, 5, 6);
+  machine.registry.walksToCutShort = 1;
+  registry.scan();
+  EXPECT_EQ(machine.registry.walks, 2);
+  EXPECT_THAT(registry.panels, ElementsAre(Key("disp0"), Key("dispext1")));
+  EXPECT_THAT(registry.handlesByPort, ElementsAre(Key("disp0"), Key("dispext1")));
+  machine.registry.walksToCutShort = 2;
+  registry.scan();
+  EXPECT_EQ(machine.registry.walks, 4) << "the second is the last";
+  EXPECT_THAT(registry.panels, ElementsAre(Key("disp0"))) << "what there is is kept";
+}
+
+TEST_F(DisplayRegistryTest, AMonitorThatIsUnpluggedDuringAWalkIsForgotten) {
+  machine.addMonitor(9, "A", "disp0", 1, 2, 3);
+  machine.addMonitor(5, "B", "dispext1", 4, 5, 6);
+  machine.registry.walksToCutShort = 1;
+  machine.loader.libraries[ioKit]["IOAVServiceCreateWithService"] =
+      CreateAVServiceFunction([this](const RegistryEntry&) {
+        machine.registry.entries.clear();
+        return std::shared_ptr<AVService>();
+      });
+  registry.scan();
+  EXPECT_THAT(registry.panels, IsEmpty());
+}
+
 TEST_F(DisplayRegistryTest, AScanForgetsTheOneBefore) {
   machine.addMonitor(9, "A", "disp0", 1, 2, 3);
   registry.scan();

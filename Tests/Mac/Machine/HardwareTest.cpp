@@ -136,6 +136,20 @@ TEST_F(MacRegistryTest, WhatTheRegistryRefusesIsNothing) {
   EXPECT_EQ(proxy->property("\xFF"), std::nullopt);
 }
 
+TEST_F(MacRegistryTest, AWalkThatAChangeCutShortIsToldFromOneThatIsComplete) {
+  fake::mac().entriesBeforeChange = 1;
+  const auto first = registry.allServices();
+  first->next();
+  EXPECT_NE(first->next(), nullptr);
+  EXPECT_EQ(first->next(), nullptr);
+  EXPECT_TRUE(first->wasCutShort());
+  const auto second = registry.allServices();
+  int entries = 0;
+  while (second->next() != nullptr) ++entries;
+  EXPECT_EQ(entries, 3);
+  EXPECT_FALSE(second->wasCutShort());
+}
+
 TEST_F(MacRegistryTest, WithoutARootOrAnIteratorThereIsNoWalk) {
   fake::mac().failures = {{"IORegistryGetRootEntry", 5}};
   EXPECT_EQ(registry.allServices(), nullptr);

@@ -52,6 +52,13 @@ TEST_F(MacProgram, ReportsWhatDisplayServicesAndMonitorsSay) {
   EXPECT_THAT(report, testing::Not(HasSubstr("could not be determined")));
 }
 
+TEST_F(MacProgram, FindsEveryMonitorAlthoughTheRegistryChangesWhileItIsWalked) {
+  fake::mac().entriesBeforeChange = 2;
+  const std::string report = run({"--probe"});
+  EXPECT_THAT(report, HasSubstr("      DDC:     current=21 max=7000\n"));
+  EXPECT_THAT(report, HasSubstr("      DDC:     current=21 max=50\n"));
+}
+
 TEST_F(MacProgram, ReportsThatNoMonitorCanBeReachedWithoutTheServicesEntryPoints) {
   fake::mac().hasIOKitLibrary = false;
   EXPECT_THAT(run({"--probe"}), HasSubstr("  DDC transport available: no\n"));

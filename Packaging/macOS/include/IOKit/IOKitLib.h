@@ -9,6 +9,7 @@
 #include <mach/kern_return.h>
 #include <mach/port.h>
 #else
+typedef int boolean_t;
 typedef int kern_return_t;
 typedef unsigned int mach_port_t;
 #define KERN_SUCCESS 0
@@ -35,6 +36,7 @@ extern const mach_port_t kIOMainPortDefault;
 kern_return_t IOObjectRelease(io_object_t object);
 kern_return_t IOObjectGetClass(io_object_t object, io_name_t className);
 io_object_t IOIteratorNext(io_iterator_t iterator);
+boolean_t IOIteratorIsValid(io_iterator_t iterator);
 io_registry_entry_t IORegistryGetRootEntry(mach_port_t mainPort);
 kern_return_t IORegistryEntryCreateIterator(io_registry_entry_t entry, const io_name_t plane,
                                             IOOptionBits options, io_iterator_t* iterator);

@@ -18,6 +18,7 @@ struct IOObjectState {
   /// The way from the root to the node, the root first; empty for an iterator.
   std::vector<const Node*> path;
   bool isIterator = false;
+  bool isValid = true;
   std::vector<std::vector<const Node*>> ahead;
 };
 
@@ -62,6 +63,14 @@ void listBelow(const std::vector<const Node*>& path, std::vector<std::vector<con
     all.push_back(longer);
     listBelow(longer, all);
   }
+}
+
+/// What has begun before a change of the registry is over with it.
+void endIteratorsAtAChange() {
+  auto& left = mac().entriesBeforeChange;
+  if (!left || (*left)-- > 0) return;
+  left.reset();
+  for (auto& [object, state] : objects().live) state.isValid = false;
 }
 
 kern_return_t failed(const char* function) {
@@ -123,11 +132,19 @@ kern_return_t IOObjectGetClass(io_object_t object, io_name_t className) {
 io_object_t IOIteratorNext(io_iterator_t iterator) {
   const std::lock_guard lock(objects().mutex);
   if (!stateOf(iterator).isIterator) fail("an entry was used as an iterator");
+  endIteratorsAtAChange();
   auto& ahead = stateOf(iterator).ahead;
-  if (ahead.empty()) return IO_OBJECT_NULL;
+  if (!stateOf(iterator).isValid || ahead.empty()) return IO_OBJECT_NULL;
   const auto path = ahead.front();
   ahead.erase(ahead.begin());
   return add({.path = path});
+}
+
+boolean_t IOIteratorIsValid(io_iterator_t iterator) {
+  const std::lock_guard lock(objects().mutex);
+  if (!stateOf(iterator).isIterator) fail("an entry was used as an iterator");
+  // Any number but 0 is yes.
+  return stateOf(iterator).isValid ? 2 : 0;
 }
 
 io_registry_entry_t IORegistryGetRootEntry(mach_port_t mainPort) {

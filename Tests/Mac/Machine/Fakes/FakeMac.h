@@ -57,6 +57,8 @@ struct Mac {
   /// For how long the Mac has slept.
   long secondsAsleep = 0;
   Node registry{"IORegistryEntry", "Root", {}, {}, nullptr};
+  /// How many more entries iterators give before the registry changes, which ends all of them.
+  std::optional<int> entriesBeforeChange;
   /// Whether the private libraries and entry points are there.
   bool hasIOKitLibrary = true;
   bool hasDisplayServices = true;
