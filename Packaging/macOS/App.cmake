@@ -18,7 +18,8 @@ include(Tests/Mac/AbiCheck/CompareDeclarations.cmake)
 compare_declarations(brivane-abi-check CInterfaces.cpp AppKit.mm)
 target_compile_options(brivane-abi-check PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
 
-set(common_sources Files/ResourceFolder Files/WholeFile Frame/Transition Processes/ChildProcess)
+set(common_sources Files/ResourceFolder Files/WholeFile Frame/Transition Processes/AnnouncedProcess
+  Processes/ChildProcess)
 list(TRANSFORM common_sources PREPEND Machines/Common/)
 list(TRANSFORM common_sources APPEND .cpp)
 add_library(brivane-machine-common STATIC ${common_sources})

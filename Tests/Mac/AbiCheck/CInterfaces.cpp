@@ -9,6 +9,7 @@
 #include <dispatch/dispatch.h>
 #include <dlfcn.h>
 #include <os/log.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstddef>
@@ -26,6 +27,9 @@ IS_VALUE(RTLD_LAZY, 1);
 IS_VALUE(SIGINT, 2);
 IS_VALUE(SIGHUP, 1);
 IS_VALUE(CLOCK_MONOTONIC_RAW, 4);
+#ifdef __APPLE__
+IS_VALUE(_CS_DARWIN_USER_TEMP_DIR, 65537);
+#endif
 
 static_assert(std::string_view(kIOServicePlane) == "IOService");
 GIVES((CFSTR("a text")), CFStringRef);

@@ -154,6 +154,7 @@ MacWorld::MacWorld() {
     monitors.push_back(monitor);
   }
   fake::mac().displays.front().level = 0.5F;
+  fake::system().temporaryFolder = folder.path.string() + "/";
   const auto tool = folder.write("hidutil", hidutil);
   std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
   fake::system().programs["/usr/bin/hidutil"] = tool;

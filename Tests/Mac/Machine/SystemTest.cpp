@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdlib>
+#include <optional>
 
 #include "Machines/Mac/Accessibility.h"
 #include "Machines/Mac/Applications.h"
@@ -15,6 +17,7 @@
 #include "Machines/Mac/Session.h"
 #include "Tests/Mac/Machine/FakeAppKitServices.h"
 #include "Tests/Mac/Machine/MacBench.h"
+#include "Tests/Mac/Machine/OtherInstance.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
@@ -89,11 +92,14 @@ TEST_F(MacTest, TheGrantIsAskedForQuietlyAndOnRequestWithTheSystemsPrompt) {
 
 class MacApplicationsTest : public MacTest {
  protected:
+  MacApplicationsTest() { fake::system().temporaryFolder = folder.path.string() + "/"; }
+
+  const TemporaryFolder folder;
   FakeAppKitServices appKit;
-  MacApplications applications{appKit};
 };
 
 TEST_F(MacApplicationsTest, ABareExecutableHasNoBundleIdentifier) {
+  MacApplications applications(appKit);
   EXPECT_EQ(applications.bundleIdentifier(), ownDomain);
   fake::system().bundleIdentifier.reset();
   EXPECT_EQ(applications.bundleIdentifier(), std::nullopt);
@@ -102,6 +108,7 @@ TEST_F(MacApplicationsTest, ABareExecutableHasNoBundleIdentifier) {
 }
 
 TEST_F(MacApplicationsTest, TheWorkspaceKnowsWhoRuns) {
+  MacApplications applications(appKit);
   appKit.applications = {{ownDomain, {41, 42}}};
   EXPECT_THAT(applications.runningApplications(ownDomain), ElementsAre(41, 42));
   EXPECT_EQ(applications.ownProcessID(), getpid());
@@ -109,6 +116,44 @@ TEST_F(MacApplicationsTest, TheWorkspaceKnowsWhoRuns) {
   appKit.whenBecomingApplication = [&] { ++connected; };
   EXPECT_TRUE(applications.announce());
   EXPECT_EQ(connected, 1);
+}
+
+TEST_F(MacApplicationsTest, WhoStartsAtOnceWithAnotherIsToldItsNumberAndBecomesNoApplication) {
+  MacApplications applications(appKit);
+  appKit.whenBecomingApplication = [] { ADD_FAILURE(); };
+  std::optional<OtherInstance> first(std::in_place);
+  ASSERT_TRUE(first->isAnnounced);
+  EXPECT_FALSE(applications.announce());
+  EXPECT_THAT(applications.runningApplications(ownDomain), ElementsAre(first->process));
+  EXPECT_THAT(applications.runningApplications("org.example.other"), IsEmpty());
+  appKit.applications = {{ownDomain, {first->process}}};
+  EXPECT_THAT(applications.runningApplications(ownDomain), ElementsAre(first->process))
+      << "no process is listed twice";
+  appKit.applications.clear();
+  first.reset();
+  EXPECT_THAT(applications.runningApplications(ownDomain), IsEmpty());
+  appKit.whenBecomingApplication = [] {};
+  EXPECT_TRUE(applications.announce()) << "a lock ends with its process";
+}
+
+TEST_F(MacApplicationsTest, BareExecutablesRunSideBySideAndBesideABundle) {
+  const OtherInstance bundled;
+  fake::system().bundleIdentifier.reset();
+  MacApplications applications(appKit);
+  EXPECT_TRUE(applications.announce());
+  EXPECT_THAT(applications.runningApplications(ownDomain), IsEmpty());
+  const OtherInstance bare;
+  EXPECT_TRUE(bare.isAnnounced);
+}
+
+TEST_F(MacApplicationsTest, WithoutAPlaceForTheLockNobodyIsAnnounced) {
+  for (const std::optional<std::string>& nowhere :
+       {std::optional<std::string>(), std::optional(std::string(2 * PATH_MAX, '/'))}) {
+    fake::system().temporaryFolder = nowhere;
+    MacApplications applications(appKit);
+    EXPECT_FALSE(applications.announce());
+    EXPECT_THAT(applications.runningApplications(ownDomain), IsEmpty());
+  }
 }
 
 // The log and child processes

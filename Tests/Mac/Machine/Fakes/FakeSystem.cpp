@@ -182,6 +182,19 @@ passwd* fake_getpwuid(uid_t user) {
   return &account;
 }
 
+// Temporary files
+
+/// The number of bytes that the value takes with its end, even if the buffer has fewer; 0 without
+/// one.
+std::size_t fake_confstr(int name, char* buffer, std::size_t size) noexcept {
+  constexpr int userTemporaryFolder = 65537;
+  if (name != userTemporaryFolder) fail("another value than the user's temporary folder");
+  const auto& folder = fake::system().temporaryFolder;
+  if (!folder) return 0;
+  std::snprintf(buffer, size, "%s", folder->c_str());
+  return folder->size() + 1;
+}
+
 // The grant
 
 CFStringRef kAXTrustedCheckOptionPrompt = CFSTR("AXTrustedCheckOptionPrompt");

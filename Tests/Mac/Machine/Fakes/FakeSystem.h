@@ -35,6 +35,8 @@ struct System {
   std::vector<std::string> arguments = {"Brivane"};
   /// The home folder in the user's account; absent: there is no such account.
   std::optional<std::string> accountFolder = "/Users/someone";
+  /// The user's folder for temporary files, with a slash at its end; absent: there is none.
+  std::optional<std::string> temporaryFolder;
   /// The Accessibility grant.
   bool isTrusted = true;
   std::vector<std::string> log;

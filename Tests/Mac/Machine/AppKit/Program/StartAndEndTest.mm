@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "Tests/Mac/Machine/AppKit/Program/MacWholeProgram.h"
+#include "Tests/Mac/Machine/OtherInstance.h"
 
 namespace brivane {
 namespace {
@@ -25,6 +26,17 @@ TEST_F(MacWholeProgram, ASecondStartNamesTheFirstAndTouchesNoApplication) {
             "Brivane is already running (pid 4711); exiting.\n");
   EXPECT_THAT(desktop.start, IsEmpty());
   EXPECT_THAT(desktop.notes, IsEmpty());
+}
+
+TEST_F(MacWholeProgram, OfTwoStartsAtOnceTheSecondNamesTheFirst) {
+  const OtherInstance first;
+  ASSERT_TRUE(first.isAnnounced);
+  desktop.loop.run = [] { [NSApplication.sharedApplication terminate:nil]; };
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(run(), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Brivane is already running (pid " + std::to_string(first.process) + "); exiting.\n");
+  EXPECT_THAT(desktop.start, IsEmpty());
 }
 
 TEST_F(MacWholeProgram, ABareExecutableStartsBesideAnother) {
