@@ -63,6 +63,9 @@ void CompositionRoot::connectMenu() {
       [weakKeys = std::weak_ptr(systemBrightnessKeys)](bool enabled) {
         if (const auto live = weakKeys.lock()) live->setEnabled(enabled);
       };
+  statusItem->onMenuOpen = [weakHotkeys = std::weak_ptr(hotkeys)](bool isOpen) {
+    if (const auto live = weakHotkeys.lock()) live->setMenuOpen(isOpen);
+  };
 }
 
 Task CompositionRoot::showHotkeyEditor() const {

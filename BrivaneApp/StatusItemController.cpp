@@ -59,12 +59,14 @@ void StatusItemController::openMenu() {
 
 void StatusItemController::menuWillOpen() {
   isMenuOpen = true;
+  if (onMenuOpen) onMenuOpen(true);
   rebuildMenu();
   startLiveUpdates();
 }
 
 void StatusItemController::menuDidClose() {
   isMenuOpen = false;
+  if (onMenuOpen) onMenuOpen(false);
   stopLiveUpdates();
 }
 

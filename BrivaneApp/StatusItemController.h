@@ -55,6 +55,8 @@ class StatusItemController : public MenuDelegate, public MenuRefreshing {
   std::function<void()> onEditHotkeys;
   /// Switches the key relay; the settings have the result.
   std::function<void(bool enabled)> onToggleSystemBrightnessKeys;
+  /// The menu opens or has closed.
+  std::function<void(bool isOpen)> onMenuOpen;
 
  private:
   /// An item's position in the menu.

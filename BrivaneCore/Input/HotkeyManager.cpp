@@ -17,6 +17,7 @@ HotkeyManager::HotkeyManager(ResidentMachine& machine, AdjustmentHandler adjustm
       coordinator(machine,
                   std::make_unique<CarbonHotkeyRegistrar>(machine.hotkeys(), machine.log()),
                   handler),
+      systemHotkeys(machine.hotkeys()),
       defaults(machine.defaults()),
       log(machine.log()) {
   eventTap.onBrightnessKey = [adjust = handler,
@@ -88,6 +89,11 @@ bool HotkeyManager::hasBrightnessKeys() const {
 bool HotkeyManager::relayHotkeysRegistered() const {
   return coordinator.registrar->isRegistered(hotkeyNumber::relayUp) &&
          coordinator.registrar->isRegistered(hotkeyNumber::relayDown);
+}
+
+void HotkeyManager::setMenuOpen(bool isOpen) {
+  const bool isHeld = InputDiagnosticsSettings(defaults).holdHotkeysWhileMenuIsOpen();
+  systemHotkeys.setMenuOpen(isOpen && !isHeld);
 }
 
 bool HotkeyManager::isFunctionKeyRegistered() const {

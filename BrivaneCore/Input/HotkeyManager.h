@@ -47,6 +47,10 @@ class HotkeyManager : public RelayHotkeySwitching {
   bool isRelayActive() const { return coordinator.isRelayActive; }
   bool isEventTapActive() const { return eventTap.isRunning(); }
 
+  /// The program's own menu opens or closes. Hotkeys act at once while it is open, unless the
+  /// settings leave them to the system.
+  void setMenuOpen(bool isOpen);
+
  private:
   bool isFunctionKeyRegistered() const;
   std::string summary(bool tapActive) const;
@@ -56,6 +60,7 @@ class HotkeyManager : public RelayHotkeySwitching {
   MediaKeyEventTap eventTap;
   CarbonHotkeyCoordinator coordinator;
 
+  Hotkeys& systemHotkeys;
   UserDefaults& defaults;
   SystemLog& log;
   LivenessAnchor anchor;

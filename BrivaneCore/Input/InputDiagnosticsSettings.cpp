@@ -21,4 +21,8 @@ bool InputDiagnosticsSettings::keepFunctionKeyFallback() const {
   return isOn(defaults, keepFunctionKeyFallbackKey);
 }
 
+bool InputDiagnosticsSettings::holdHotkeysWhileMenuIsOpen() const {
+  return isOn(defaults, "HoldHotkeysWhileMenuIsOpen");
+}
+
 }  // namespace brivane

@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// Two hidden switches for finding out what key presses do, read at each use. Both are off by
-/// default. Main thread.
+/// Hidden switches for finding out what key presses do, read at each use. All are off by default.
+/// Main thread.
 class InputDiagnosticsSettings {
  public:
   static constexpr std::string_view verboseKeyLogKey = "VerboseKeyLog";
@@ -20,6 +20,10 @@ class InputDiagnosticsSettings {
 
   /// Keep the plain F1 and F2 hotkeys even while the event tap works.
   bool keepFunctionKeyFallback() const;
+
+  /// Leave hotkeys that are pressed while the program's own menu is open to the system, which may
+  /// hand them on only when the menu closes.
+  bool holdHotkeysWhileMenuIsOpen() const;
 
  private:
   const UserDefaults& defaults;

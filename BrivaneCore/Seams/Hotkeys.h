@@ -51,6 +51,11 @@ class Hotkeys {
   /// that is down is still reported under its former identity, where the system reports it (a Mac
   /// may not).
   virtual void unregisterHotkey(HotkeyReference reference) = 0;
+
+  /// While a menu of this program is open, between a call with true and one with false, the system
+  /// may keep hotkeys' events until the menu has closed; they reach the handler at once all the
+  /// same. Does nothing on a system that keeps none.
+  virtual void setMenuOpen(bool /*isOpen*/) {}
 };
 
 }  // namespace brivane

@@ -3,6 +3,7 @@
 #include <Carbon/Carbon.h>
 
 #include <array>
+#include <utility>
 
 #include "Machines/Mac/CoreFoundation/AutoreleasePool.h"
 
@@ -15,30 +16,38 @@ OSStatus hotkeyHandler(EventHandlerCallRef, EventRef event, void* userData) {
   return static_cast<MacHotkeys*>(userData)->handle(event);
 }
 
+/// Carbon's reference to a handler of hotkeys' events; null when Carbon refuses.
+EventHandlerRef installHotkeyHandler(EventTargetRef target, void* owner) {
+  const std::array<EventTypeSpec, 2> types = {
+      {{kEventClassKeyboard, kEventHotKeyPressed}, {kEventClassKeyboard, kEventHotKeyReleased}}};
+  EventHandlerRef reference = nullptr;
+  const OSStatus status =
+      InstallEventHandler(target, hotkeyHandler, types.size(), types.data(), owner, &reference);
+  return status == noErr ? reference : nullptr;
+}
+
+void removeHotkeyHandler(void* reference) {
+  if (reference != nullptr) RemoveEventHandler(static_cast<EventHandlerRef>(reference));
+}
+
 }  // namespace
 
 MacHotkeys::~MacHotkeys() {
   for (const auto& [reference, hotkey] : registered) {
     UnregisterEventHotKey(static_cast<EventHotKeyRef>(hotkey));
   }
+  MacHotkeys::setMenuOpen(false);
   MacHotkeys::removeHandler();
 }
 
 bool MacHotkeys::installHandler(Handler newHandler) {
   handler = std::move(newHandler);
-  if (installed != nullptr) return true;
-  const std::array<EventTypeSpec, 2> types = {
-      {{kEventClassKeyboard, kEventHotKeyPressed}, {kEventClassKeyboard, kEventHotKeyReleased}}};
-  EventHandlerRef reference = nullptr;
-  const OSStatus status = InstallEventHandler(GetApplicationEventTarget(), hotkeyHandler,
-                                              types.size(), types.data(), this, &reference);
-  if (status == noErr) installed = reference;
-  return status == noErr;
+  if (installed == nullptr) installed = installHotkeyHandler(GetApplicationEventTarget(), this);
+  return installed != nullptr;
 }
 
 void MacHotkeys::removeHandler() {
-  if (installed != nullptr) RemoveEventHandler(static_cast<EventHandlerRef>(installed));
-  installed = nullptr;
+  removeHotkeyHandler(std::exchange(installed, nullptr));
   handler = {};
 }
 
@@ -58,6 +67,13 @@ void MacHotkeys::unregisterHotkey(HotkeyReference reference) {
   if (found == registered.end()) return;
   UnregisterEventHotKey(static_cast<EventHotKeyRef>(found->second));
   registered.erase(found);
+}
+
+/// The dispatcher's handler takes each event, so that none comes a second time when the menu
+/// closes.
+void MacHotkeys::setMenuOpen(bool isOpen) {
+  removeHotkeyHandler(std::exchange(installedForMenu, nullptr));
+  if (isOpen) installedForMenu = installHotkeyHandler(GetEventDispatcherTarget(), this);
 }
 
 std::int32_t MacHotkeys::handle(void* carbonEvent) {

@@ -7,7 +7,8 @@
 
 namespace brivane {
 
-/// Carbon's hotkeys, with the application as their target. The statuses are Carbon's.
+/// Carbon's hotkeys, with the application as their target. The statuses are Carbon's. While a menu
+/// is open Carbon keeps the application's events, but has the event dispatcher's handlers see them.
 class MacHotkeys : public Hotkeys {
  public:
   MacHotkeys() = default;
@@ -21,14 +22,17 @@ class MacHotkeys : public Hotkeys {
                                                              std::uint32_t modifiers,
                                                              HotkeyID hotkey) override;
   void unregisterHotkey(HotkeyReference reference) override;
+  void setMenuOpen(bool isOpen) override;
 
-  /// Called by the installed Carbon handler with a hotkey's event; returns the handler's status.
+  /// Called by the installed Carbon handlers with a hotkey's event; returns the handler's status.
   std::int32_t handle(void* carbonEvent);
 
  private:
   Handler handler;
   /// Carbon's reference to the handler; null when none is installed.
   void* installed = nullptr;
+  /// The same for the event dispatcher's, while a menu is open.
+  void* installedForMenu = nullptr;
   /// Carbon's references by the seam's. The seam's are never reused, Carbon's may be.
   std::map<HotkeyReference, void*> registered;
   HotkeyReference nextReference = 1;

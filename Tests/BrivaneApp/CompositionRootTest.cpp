@@ -196,6 +196,15 @@ TEST_F(CompositionRootTest, TheMenuSwitchesTheRelay) {
   EXPECT_THAT(takeNotes(), Contains("log Brivane: system brightness keys released back to macOS"));
 }
 
+TEST_F(CompositionRootTest, HotkeysActWhileTheMenuIsOpen) {
+  make();
+  auto& menu = frame.statusItem->ownMenu;
+  menu.open();
+  EXPECT_TRUE(machine.hotkeyGrabs.isMenuOpen);
+  menu.close();
+  EXPECT_FALSE(machine.hotkeyGrabs.isMenuOpen);
+}
+
 TEST_F(CompositionRootTest, TheRelayHasTheKeysDriveTheBuiltInPanel) {
   machine.displayServices.install(machine.loader);
   machine.displayServices.levels[1] = 0.5F;

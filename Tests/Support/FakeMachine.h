@@ -315,6 +315,7 @@ class FakeHotkeys : public Hotkeys {
                                                              std::uint32_t modifiers,
                                                              HotkeyID hotkey) override;
   void unregisterHotkey(HotkeyReference reference) override;
+  void setMenuOpen(bool isOpen) override { isMenuOpen = isOpen; }
 
   void press(std::uint32_t keyCode, std::uint32_t modifiers) { table.press({keyCode, modifiers}); }
   void release(std::uint32_t keyCode) { table.releaseKey(keyCode); }
@@ -322,6 +323,7 @@ class FakeHotkeys : public Hotkeys {
   bool holds(std::uint32_t keyCode, std::uint32_t modifiers) const;
 
   bool refusesHandler = false;
+  bool isMenuOpen = false;
   Handler handler;
   std::map<HotkeyReference, Registration> registrations;
   /// Combinations (key code, modifiers) that another program has.

@@ -185,6 +185,16 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsRelease) {
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
+TEST_F(HotkeyManagerTest, HotkeysActInTheOpenMenuUnlessTheSettingsLeaveThemToTheSystem) {
+  manager->setMenuOpen(true);
+  EXPECT_TRUE(machine.hotkeyGrabs.isMenuOpen);
+  manager->setMenuOpen(false);
+  EXPECT_FALSE(machine.hotkeyGrabs.isMenuOpen);
+  set("HoldHotkeysWhileMenuIsOpen", true);
+  manager->setMenuOpen(true);
+  EXPECT_FALSE(machine.hotkeyGrabs.isMenuOpen);
+}
+
 TEST_F(HotkeyManagerTest, AFunctionKeyUnregisteredWhileHeldStillReportsItsRelease) {
   start();
   machine.hotkeyGrabs.press(122, 0);

@@ -6,11 +6,12 @@
 namespace brivane {
 namespace {
 
-TEST(InputDiagnosticsSettings, BothSwitchesAreOffByDefault) {
+TEST(InputDiagnosticsSettings, EverySwitchIsOffByDefault) {
   const FakeUserDefaults defaults;
   const InputDiagnosticsSettings settings(defaults);
   EXPECT_FALSE(settings.verboseKeyLog());
   EXPECT_FALSE(settings.keepFunctionKeyFallback());
+  EXPECT_FALSE(settings.holdHotkeysWhileMenuIsOpen());
 }
 
 TEST(InputDiagnosticsSettings, EachSwitchHasItsOwnKey) {
@@ -23,6 +24,9 @@ TEST(InputDiagnosticsSettings, EachSwitchHasItsOwnKey) {
   defaults.set("KeepFunctionKeyFallback", {true});
   EXPECT_FALSE(settings.verboseKeyLog());
   EXPECT_TRUE(settings.keepFunctionKeyFallback());
+  EXPECT_FALSE(settings.holdHotkeysWhileMenuIsOpen());
+  defaults.set("HoldHotkeysWhileMenuIsOpen", {true});
+  EXPECT_TRUE(settings.holdHotkeysWhileMenuIsOpen());
 }
 
 TEST(InputDiagnosticsSettings, ValuesOfOtherKindsAreReadAsTheSettingsConvertThem) {

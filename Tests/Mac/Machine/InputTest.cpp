@@ -114,6 +114,60 @@ TEST_F(MacInputTest, HotkeysEndWithTheirOwnerBeforeTheirHandlerDoes) {
               ElementsAre("hotkey unregistered", "hotkey unregistered", "handler removed"));
 }
 
+TEST_F(MacInputTest, AHotkeyReachesItsHandlerOnceAndAtOnceWhileAMenuIsOpen) {
+  MacHotkeys hotkeys;
+  std::vector<HotkeyEvent> heard;
+  hotkeys.installHandler([&](HotkeyEvent event, HotkeyID) { heard.push_back(event); });
+  hotkeys.registerHotkey(f19, 0, {1, 2});
+  fake::input().setMenuTracking(true);
+  hotkeys.setMenuOpen(true);
+  fake::input().press(f19);
+  settle();
+  EXPECT_THAT(heard, ElementsAre(HotkeyEvent::pressed));
+  fake::input().release(f19);
+  settle();
+  EXPECT_THAT(heard, ElementsAre(HotkeyEvent::pressed, HotkeyEvent::released));
+  hotkeys.setMenuOpen(false);
+  fake::input().setMenuTracking(false);
+  settle();
+  EXPECT_EQ(heard.size(), 2u);
+  fake::input().press(f19);
+  settle();
+  EXPECT_EQ(heard.size(), 3u);
+  EXPECT_THAT(fake::mac().calls, ElementsAre("handler keyb 5 6", "hotkey 80 0 1 2",
+                                             "dispatcher's handler keyb 5 6", "handler removed"));
+}
+
+TEST_F(MacInputTest, WhatCarbonKeepsWhileAMenuIsOpenComesInItsOrderOnceTheMenuHasClosed) {
+  MacHotkeys hotkeys;
+  std::vector<HotkeyEvent> heard;
+  hotkeys.installHandler([&](HotkeyEvent event, HotkeyID) { heard.push_back(event); });
+  hotkeys.registerHotkey(f19, 0, {1, 2});
+  fake::input().setMenuTracking(true);
+  fake::input().press(f19);
+  fake::input().release(f19);
+  settle();
+  EXPECT_THAT(heard, IsEmpty());
+  fake::input().setMenuTracking(false);
+  settle();
+  EXPECT_THAT(heard, ElementsAre(HotkeyEvent::pressed, HotkeyEvent::released));
+}
+
+TEST_F(MacInputTest, AMenusHandlerIsInstalledOnceAndEndsWithItsOwner) {
+  {
+    MacHotkeys hotkeys;
+    hotkeys.setMenuOpen(true);
+    hotkeys.setMenuOpen(true);
+    EXPECT_EQ(fake::liveRegistrations(), 1u);
+    fake::mac().failures["InstallEventHandler"] = -9860;
+    hotkeys.setMenuOpen(true);
+    EXPECT_EQ(fake::liveRegistrations(), 0u) << "Carbon refuses it";
+    fake::mac().failures.clear();
+    hotkeys.setMenuOpen(true);
+  }
+  EXPECT_EQ(fake::liveRegistrations(), 0u);
+}
+
 // Taps
 
 TEST_F(MacInputTest, ATapIsMadeAtTheHeadOfTheHardwaresStreamForSystemDefinedEventsAlone) {

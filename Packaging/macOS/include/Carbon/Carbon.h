@@ -33,6 +33,7 @@ extern "C" {
 #endif
 
 EventTargetRef GetApplicationEventTarget(void);
+EventTargetRef GetEventDispatcherTarget(void);
 OSStatus InstallEventHandler(EventTargetRef target, EventHandlerUPP handler, ItemCount typeCount,
                              const EventTypeSpec* types, void* userData,
                              EventHandlerRef* installed);

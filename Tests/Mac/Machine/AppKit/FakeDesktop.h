@@ -68,6 +68,8 @@ class FakeDesktop {
   std::vector<NSWindow * __weak> windows;
   NSWindow* windowTitled(const std::string& title);
   NSMenu* __weak openMenu = nil;
+  /// Hears when a menu begins or ends to follow the mouse.
+  std::function<void(bool isTracking)> menuTracks;
 
   // The user's hands.
   void open(NSMenu* menu);

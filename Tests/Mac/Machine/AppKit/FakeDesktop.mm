@@ -476,6 +476,7 @@ void FakeDesktop::open(NSMenu* menu) {
     // AppKit doesn't ask the delegate whether there is more to come.
     if (menu->items.count == 0) return note("an empty menu doesn't open");
     openMenu = menu;
+    if (menuTracks) menuTracks(true);
     [menu.delegate menuWillOpen:menu];
   }
 }
@@ -484,6 +485,7 @@ void FakeDesktop::close() {
   @autoreleasepool {
     NSMenu* const menu = std::exchange(openMenu, nil);
     [menu.delegate menuDidClose:menu];
+    if (menuTracks) menuTracks(false);
   }
 }
 

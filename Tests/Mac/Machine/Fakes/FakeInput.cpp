@@ -1,4 +1,6 @@
 // What a keyboard's keys do: hotkeys through Carbon's event manager, special keys through the taps.
+// While a menu of this process is open, Carbon holds back the hotkeys' events for the application
+// and hands them on together once the menu has closed.
 #include "Tests/Mac/Machine/Fakes/FakeInput.h"
 
 #include <Carbon/Carbon.h>
@@ -9,6 +11,8 @@
 #include <cstring>
 #include <list>
 #include <memory>
+#include <ranges>
+#include <utility>
 
 #include "Tests/Mac/Machine/Fakes/FakeCoreFoundation.h"
 #include "Tests/Mac/Machine/Fakes/FakeMac.h"
@@ -31,6 +35,7 @@ namespace {
 constexpr CFTypeID machPortKind = 220;
 constexpr CFTypeID runLoopSourceKind = 221;
 constexpr CFTypeID inputSourceKind = 222;
+constexpr OSStatus eventNotHandled = -9874;
 constexpr OSStatus hotkeyInvalid = -9879;
 
 [[noreturn]] void fail(const char* what) {
@@ -39,6 +44,7 @@ constexpr OSStatus hotkeyInvalid = -9879;
 }
 
 struct CarbonHandler {
+  EventTargetRef target = nullptr;
   EventHandlerUPP function = nullptr;
   std::vector<UInt32> kinds;
   void* userData = nullptr;
@@ -56,6 +62,8 @@ struct Tap {
 struct State {
   Input input;
   std::list<CarbonHandler> handlers;
+  bool isMenuTracking = false;
+  std::vector<OpaqueEventRef> heldBack;
   std::map<EventHotKeyRef, HotkeyReference> hotkeys;
   std::uintptr_t nextHotkey = 0x100;
   /// The head of the stream first.
@@ -73,16 +81,32 @@ State& state() {
   return *current();
 }
 
+/// The handler that was installed last comes first. One that takes the event keeps it from the
+/// others.
+bool handle(EventTargetRef target, OpaqueEventRef event) {
+  const auto handlers = state().handlers;
+  for (const CarbonHandler& handler : handlers | std::views::reverse) {
+    const auto& kinds = handler.kinds;
+    if (handler.target != target || std::ranges::find(kinds, event.kind) == kinds.end()) continue;
+    const OSStatus status = handler.function(nullptr, &event, handler.userData);
+    state().input.handlerStatus = status;
+    if (status != eventNotHandled) return true;
+  }
+  return false;
+}
+
+/// The dispatcher has every event first, even while a menu is open.
+void dispatch(const OpaqueEventRef& event) {
+  if (handle(GetEventDispatcherTarget(), event)) return;
+  if (state().isMenuTracking) {
+    state().heldBack.push_back(event);
+  } else {
+    handle(GetApplicationEventTarget(), event);
+  }
+}
+
 void deliver(UInt32 kind, EventHotKeyID hotkey) {
-  postToMainLoop([kind, hotkey] {
-    OpaqueEventRef event{kind, hotkey};
-    const auto handlers = state().handlers;
-    for (const CarbonHandler& handler : handlers) {
-      const auto& kinds = handler.kinds;
-      if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) continue;
-      state().input.handlerStatus = handler.function(nullptr, &event, handler.userData);
-    }
-  });
+  postToMainLoop([event = OpaqueEventRef{kind, hotkey}] { dispatch(event); });
 }
 
 Tap* tapOf(CFMachPortRef port) {
@@ -158,6 +182,14 @@ void Input::release(std::uint16_t keyCode) {
   }
 }
 
+void Input::setMenuTracking(bool isTracking) {
+  state().isMenuTracking = isTracking;
+  if (isTracking) return;
+  for (const OpaqueEventRef& event : std::exchange(state().heldBack, {})) {
+    deliver(event.kind, event.hotkey);
+  }
+}
+
 std::int32_t Input::callHandler(bool withEvent, bool withUserData) {
   const CarbonHandler handler = state().handlers.front();
   OpaqueEventRef event{handler.kinds.front(), {}};
@@ -223,13 +255,19 @@ EventTargetRef GetApplicationEventTarget(void) {
   return reinterpret_cast<EventTargetRef>(current().get());
 }
 
+/// Any address that isn't the application's.
+EventTargetRef GetEventDispatcherTarget(void) {
+  return reinterpret_cast<EventTargetRef>(&current());
+}
+
 OSStatus InstallEventHandler(EventTargetRef target, EventHandlerUPP handler, ItemCount typeCount,
                              const EventTypeSpec* types, void* userData,
                              EventHandlerRef* installed) {
-  if (target != GetApplicationEventTarget()) fail("a handler for another target");
+  const bool isApplications = target == GetApplicationEventTarget();
+  if (!isApplications && target != GetEventDispatcherTarget()) fail("a handler for no target");
   if (const auto failure = mac().failureOf("InstallEventHandler")) return *failure;
-  CarbonHandler added{handler, {}, userData};
-  std::string noted = "handler keyb";
+  CarbonHandler added{target, handler, {}, userData};
+  std::string noted = isApplications ? "handler keyb" : "dispatcher's handler keyb";
   for (ItemCount i = 0; i < typeCount; ++i) {
     if (types[i].eventClass != 0x6B657962) fail("a handler for another class");
     noted += " " + std::to_string(types[i].eventKind);

@@ -38,6 +38,8 @@ struct Input {
   void specialKey(int type, int state);
   /// As the system does it for that reason; who is in the stream hears so.
   void disableTaps(CGEventType reason, bool withEvent);
+  /// A menu of this process begins or ends to follow the mouse.
+  void setMenuTracking(bool isTracking);
   /// As Carbon knows them: 512 is shift.
   std::uint32_t carbonModifiers() const;
   /// As events have them (see `modifierFlag`).

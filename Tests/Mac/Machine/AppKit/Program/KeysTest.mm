@@ -10,6 +10,16 @@ constexpr std::uint16_t keyF1 = 122;
 constexpr std::uint16_t keyF2 = 120;
 constexpr std::uint16_t keyF19 = 80;
 constexpr std::uint16_t shiftKey = 56;
+constexpr std::uint16_t optionKey = 58;
+constexpr std::uint16_t controlKey = 59;
+
+void pressBrightenHotkey() {
+  for (const std::uint16_t key : {controlKey, optionKey, upArrow}) fake::input().press(key);
+}
+
+void releaseBrightenHotkey() {
+  for (const std::uint16_t key : {upArrow, optionKey, controlKey}) fake::input().release(key);
+}
 
 long callsOf(const std::string& call) {
   const std::lock_guard lock(fake::mac().mutex);
@@ -83,6 +93,45 @@ TEST_F(MacWholeProgram, AHeldKeyRampsSlowlyWithShiftAndStopsWhenItIsLetGo) {
     EXPECT_LT(before, 100);
     EXPECT_EQ(level(), before) << "nobody holds it";
   });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MacWholeProgram, AHotkeyActsAtOnceAndOnceWhileTheMenuIsOpen) {
+  int before = 0;
+  const auto pressOnce = [] {
+    pressBrightenHotkey();
+    releaseBrightenHotkey();
+  };
+  const auto remember = [&before, this] { before = levelShownOnRight(); };
+  const auto isBrighter = [&before, this] { return levelShownOnRight() > before; };
+  waitUntil([this] { return hasSlider("Right") && mappedKeys() != 0; });
+  then(0.7, [=, this] {
+    remember();
+    desktop.open(desktop.statusItems[0].menu);
+    pressOnce();
+  });
+  waitUntil(isBrighter);
+  then(0.2, [=, this] {
+    remember();
+    desktop.close();
+  });
+  then(0.3, [=, &before, this] {
+    EXPECT_EQ(levelShownOnRight(), before) << "it has acted";
+    pressOnce();
+  });
+  waitUntil(isBrighter);
+  then(0, [=, this] {
+    remember();
+    fake::system().preferences.stored["com.quorrel.brivane"]["HoldHotkeysWhileMenuIsOpen"] = {true};
+    desktop.open(desktop.statusItems[0].menu);
+    pressOnce();
+  });
+  then(0.3, [=, &before, this] {
+    EXPECT_EQ(levelShownOnRight(), before) << "the setting leaves it to Carbon";
+    desktop.close();
+  });
+  waitUntil(isBrighter);
   thenEnd(0.1);
   EXPECT_EQ(run(), 0);
 }

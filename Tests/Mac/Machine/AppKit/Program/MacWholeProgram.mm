@@ -39,6 +39,7 @@ MacWholeProgram::MacWholeProgram() {
   desktop.loop.stop = [] { CFRunLoopStop(CFRunLoopGetMain()); };
   desktop.loop.async = fake::postToMainLoop;
   desktop.loop.after = runLater;
+  desktop.menuTracks = [](bool isTracking) { fake::input().setMenuTracking(isTracking); };
   desktop.contentOfEvent = [](CGEventRef event) -> std::optional<FakeEventContent> {
     const auto details = fake::detailsOf(event);
     if (!details) return std::nullopt;
