@@ -19,6 +19,7 @@ AccessibilityRetryController::AccessibilityRetryController(ResidentMachine& mach
       permission(machine) {}
 
 AccessibilityRetryController::~AccessibilityRetryController() {
+  anchor.kill();
   AccessibilityRetryController::stop();
 }
 
@@ -29,6 +30,20 @@ void AccessibilityRetryController::start() {
 
 void AccessibilityRetryController::stop() {
   runtime.cancel(std::exchange(tapRetryTimer, 0));
+}
+
+void AccessibilityRetryController::check() {
+  if (!hotkeys.isEventTapActive() || permission.isGranted()) return;
+  hotkeys.stopEventTap();
+  start();
+  statusItem.refresh();
+  log.write("Brivane: Accessibility withdrawn — brightness keys are back with the system.");
+}
+
+void AccessibilityRetryController::checkLater() {
+  runtime.async([this, watch = anchor.watch()] {
+    if (watch.isAlive()) check();
+  });
 }
 
 void AccessibilityRetryController::retry() {

@@ -19,11 +19,16 @@ CacheResyncScheduler::~CacheResyncScheduler() {
 
 void CacheResyncScheduler::start() {
   runtime.cancel(resyncTimer);
-  resyncTimer = runtime.every(resyncPeriod, [this] { controller.resyncCache(); });
+  resyncTimer = runtime.every(resyncPeriod, [this] { resync(); });
 }
 
 void CacheResyncScheduler::stop() {
   runtime.cancel(std::exchange(resyncTimer, 0));
+}
+
+void CacheResyncScheduler::resync() {
+  controller.resyncCache();
+  if (onResync) onResync();
 }
 
 }  // namespace brivane

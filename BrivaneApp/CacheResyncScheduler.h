@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "BrivaneApp/Stoppable.h"
 #include "BrivaneCore/Policy/BrightnessController.h"
 #include "BrivaneCore/Seams/Runtime.h"
@@ -17,7 +19,12 @@ class CacheResyncScheduler : public Stoppable {
   void start();
   void stop() override;
 
+  /// What else is due every five seconds.
+  std::function<void()> onResync;
+
  private:
+  void resync();
+
   BrightnessController& controller;
   TimerID resyncTimer = 0;
 

@@ -20,6 +20,7 @@ CompositionRoot::CompositionRoot(ResidentMachine& machine, Frame& frame)
   makeInput(machine, frame);
   makeFollowers(machine);
   connectMenu();
+  connectGrantChecks();
   remoteController = std::make_shared<RemoteController>(machine, *controller, *keyPress,
                                                         *statusItem, *hotkeyEditor);
 }
@@ -65,6 +66,15 @@ void CompositionRoot::connectMenu() {
       };
   statusItem->onMenuOpen = [weakHotkeys = std::weak_ptr(hotkeys)](bool isOpen) {
     if (const auto live = weakHotkeys.lock()) live->setMenuOpen(isOpen);
+  };
+}
+
+void CompositionRoot::connectGrantChecks() {
+  hotkeys->onTapDisabled = [weakRetry = std::weak_ptr(accessibilityRetry)] {
+    if (const auto live = weakRetry.lock()) live->checkLater();
+  };
+  cacheResync->onResync = [weakRetry = std::weak_ptr(accessibilityRetry)] {
+    if (const auto live = weakRetry.lock()) live->check();
   };
 }
 

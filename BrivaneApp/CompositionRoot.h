@@ -58,6 +58,7 @@ class CompositionRoot {
   void makeFollowers(ResidentMachine& machine);
   void connectMenu();
   Task showHotkeyEditor() const;
+  void connectGrantChecks();
 };
 
 }  // namespace brivane

@@ -25,6 +25,9 @@ HotkeyManager::HotkeyManager(ResidentMachine& machine, AdjustmentHandler adjustm
     return watch.isAlive() &&
            adjust({.delta = delta(direction), .snapToStep = true}, HotkeySource::mediaKey);
   };
+  eventTap.onDisabled = [this] {
+    if (onTapDisabled) onTapDisabled();
+  };
 }
 
 HotkeyManager::~HotkeyManager() {
@@ -41,11 +44,13 @@ void HotkeyManager::start() {
 bool HotkeyManager::startEventTap() {
   if (!eventTap.start()) return false;
   if (InputDiagnosticsSettings(defaults).keepFunctionKeyFallback()) return true;
-  if (!isFunctionKeyRegistered()) return true;
-  // A ramp in progress goes on.
-  coordinator.registrar->unregisterAll();
-  coordinator.registerHotkeys(true);
+  if (isFunctionKeyRegistered()) registerAnew(true);
   return true;
+}
+
+void HotkeyManager::stopEventTap() {
+  eventTap.stop();
+  registerAnew(false);
 }
 
 void HotkeyManager::stop() {
@@ -57,8 +62,7 @@ void HotkeyManager::stop() {
 
 void HotkeyManager::reloadBindings() {
   coordinator.ramp.stop();
-  coordinator.registrar->unregisterAll();
-  coordinator.registerHotkeys(isEventTapActive());
+  registerAnew(isEventTapActive());
 }
 
 void HotkeyManager::suspendUserBindings(bool suspended) {
@@ -94,6 +98,12 @@ bool HotkeyManager::relayHotkeysRegistered() const {
 void HotkeyManager::setMenuOpen(bool isOpen) {
   const bool isHeld = InputDiagnosticsSettings(defaults).holdHotkeysWhileMenuIsOpen();
   systemHotkeys.setMenuOpen(isOpen && !isHeld);
+}
+
+/// A ramp in progress goes on.
+void HotkeyManager::registerAnew(bool tapActive) {
+  coordinator.registrar->unregisterAll();
+  coordinator.registerHotkeys(tapActive);
 }
 
 bool HotkeyManager::isFunctionKeyRegistered() const {

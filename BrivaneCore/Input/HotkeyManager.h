@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "BrivaneCore/Input/CarbonHotkeyCoordinator.h"
@@ -26,6 +27,9 @@ class HotkeyManager : public RelayHotkeySwitching {
   /// Whether the tap runs now. Once it does, the plain F1 and F2 hotkeys are given back.
   bool startEventTap();
 
+  /// Takes the tap out and registers the plain F1 and F2 hotkeys again.
+  void stopEventTap();
+
   void stop();
 
   /// Registers the hotkeys as the settings have them now.
@@ -51,7 +55,12 @@ class HotkeyManager : public RelayHotkeySwitching {
   /// settings leave them to the system.
   void setMenuOpen(bool isOpen);
 
+  /// The system has disabled the event tap, which is enabled again. Called while an event waits, so
+  /// no more than a task may be queued here.
+  std::function<void()> onTapDisabled;
+
  private:
+  void registerAnew(bool tapActive);
   bool isFunctionKeyRegistered() const;
   std::string summary(bool tapActive) const;
   std::string relayState() const;

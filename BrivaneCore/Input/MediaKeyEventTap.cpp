@@ -68,6 +68,7 @@ void MediaKeyEventTap::stop() {
 TapVerdict MediaKeyEventTap::handle(const TapEvent& event) {
   if (event.type == TapEvent::disabledByTimeout || event.type == TapEvent::disabledByUserInput) {
     if (eventTap) eventTap->setEnabled(true);
+    if (onDisabled) onDisabled();
     return TapVerdict::passThrough;
   }
   if (event.type != TapEvent::systemDefined || !event.details) return TapVerdict::passThrough;

@@ -28,6 +28,8 @@ class MediaKeyEventTap {
 
   /// True when the press was applied to a display. Nothing is applied while it is empty.
   std::function<bool(BrightnessDirection)> onBrightnessKey;
+  /// The system has disabled the tap, which is enabled again. Called while an event waits.
+  std::function<void()> onDisabled;
 
  private:
   TapVerdict handle(const TapEvent& event);

@@ -108,6 +108,45 @@ TEST_F(AccessibilityRetryControllerTest, F1AndF2StayWhenTheSettingsKeepThem) {
   EXPECT_TRUE(machine.hotkeyGrabs.holds(f1, 0));
 }
 
+TEST_F(AccessibilityRetryControllerTest, AWithdrawnGrantEndsTheTapAndIsWaitedForAgain) {
+  machine.access.trusted = true;
+  hotkeys.startEventTap();
+  machine.notes.take();
+  retry.check();
+  EXPECT_THAT(machine.notes.take(), IsEmpty()) << "it is granted";
+  machine.access.trusted = false;
+  retry.check();
+  EXPECT_FALSE(machine.taps.exists());
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(f1, 0));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(f2, 0));
+  const auto notes = machine.notes.take();
+  EXPECT_THAT(notes, Contains("[0] refresh"));
+  EXPECT_EQ(notes.back(),
+            "[0] log Brivane: Accessibility withdrawn — brightness keys are back with the system.");
+  retry.check();
+  EXPECT_THAT(machine.notes.take(), IsEmpty()) << "there is no tap any more";
+  machine.access.trusted = true;
+  EXPECT_THAT(notesWithin(2s), Contains(HasSubstr("Accessibility granted")));
+  EXPECT_TRUE(machine.taps.isEnabled());
+  EXPECT_EQ(machine.access.prompts, 0);
+}
+
+TEST_F(AccessibilityRetryControllerTest, ALaterCheckIsATaskThatTheControllersEndDrops) {
+  machine.access.trusted = true;
+  hotkeys.startEventTap();
+  machine.access.trusted = false;
+  {
+    AccessibilityRetryController other(machine, hotkeys, menu);
+    other.checkLater();
+  }
+  machine.time.settle();
+  EXPECT_TRUE(hotkeys.isEventTapActive());
+  retry.checkLater();
+  EXPECT_TRUE(hotkeys.isEventTapActive());
+  machine.time.settle();
+  EXPECT_FALSE(hotkeys.isEventTapActive());
+}
+
 TEST_F(AccessibilityRetryControllerTest, ASecondStartReplacesTheTimer) {
   retry.start();
   notesWithin(1s);

@@ -37,6 +37,16 @@ TEST_F(CacheResyncSchedulerTest, AChangeWithTheMonitorsOwnButtonsIsSeenWithinFiv
   EXPECT_EQ(controller.level(2), 80);
 }
 
+TEST_F(CacheResyncSchedulerTest, WhatElseIsDueEveryFiveSecondsIsDoneThen) {
+  int times = 0;
+  scheduler.onResync = [&] { ++times; };
+  scheduler.start();
+  machine.time.runFor(4999ms);
+  EXPECT_EQ(times, 0);
+  machine.time.runFor(5001ms);
+  EXPECT_EQ(times, 2);
+}
+
 TEST_F(CacheResyncSchedulerTest, NothingIsReadBeforeTheStart) {
   EXPECT_EQ(readsAfter(20s), before);
 }

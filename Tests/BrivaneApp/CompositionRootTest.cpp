@@ -205,6 +205,29 @@ TEST_F(CompositionRootTest, HotkeysActWhileTheMenuIsOpen) {
   EXPECT_FALSE(machine.hotkeyGrabs.isMenuOpen);
 }
 
+TEST_F(CompositionRootTest, ANoticeOfTheTapsEndHasTheGrantCheckedAfterTheCallback) {
+  machine.access.trusted = true;
+  make();
+  root->hotkeys->start();
+  machine.access.trusted = false;
+  machine.taps.disable(TapEvent::disabledByTimeout);
+  EXPECT_TRUE(machine.taps.isEnabled()) << "at once, whatever the grant";
+  machine.time.settle();
+  EXPECT_FALSE(machine.taps.exists());
+}
+
+TEST_F(CompositionRootTest, WithoutANoticeTheGrantIsCheckedWithEachResynchronisation) {
+  machine.access.trusted = true;
+  make();
+  root->hotkeys->start();
+  root->cacheResync->start();
+  machine.access.trusted = false;
+  run(4999ms);
+  EXPECT_TRUE(machine.taps.exists());
+  run(1ms);
+  EXPECT_FALSE(machine.taps.exists());
+}
+
 TEST_F(CompositionRootTest, TheRelayHasTheKeysDriveTheBuiltInPanel) {
   machine.displayServices.install(machine.loader);
   machine.displayServices.levels[1] = 0.5F;

@@ -185,6 +185,20 @@ TEST_F(HotkeyManagerTest, WhenTheGrantArrivesASweepGoesOnUntilItsRelease) {
   EXPECT_EQ(machine.time.timerCount(), 0u);
 }
 
+TEST_F(HotkeyManagerTest, WithoutTheTapTheFunctionKeysAreBackAndASweepGoesOn) {
+  grant();
+  start();
+  holdUntilItSweeps();
+  machine.keys.keysDown = {126};
+  manager->stopEventTap();
+  EXPECT_FALSE(manager->isEventTapActive());
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(120, 0));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(122, 0));
+  EXPECT_TRUE(machine.hotkeyGrabs.holds(126, 6144));
+  EXPECT_THAT(machine.notes.take(), testing::Contains("[420] remove tap"));
+  EXPECT_THAT(notesWithin(milliseconds(60)), ElementsAre("[470] step 5 carbonHotkey"));
+}
+
 TEST_F(HotkeyManagerTest, HotkeysActInTheOpenMenuUnlessTheSettingsLeaveThemToTheSystem) {
   manager->setMenuOpen(true);
   EXPECT_TRUE(machine.hotkeyGrabs.isMenuOpen);

@@ -203,6 +203,15 @@ TEST_F(MediaKeyEventTapTest, ATapThatTheSystemDisabledIsEnabledAgainAtOnce) {
   EXPECT_EQ(machine.taps.sendKey(brightnessUp), swallow);
 }
 
+TEST_F(MediaKeyEventTapTest, WhoWantsToKnowHearsOfEachNoticeOnceTheTapIsEnabledAgain) {
+  start();
+  tap->onDisabled = [this] { machine.notes.add("disabled"); };
+  machine.taps.disable(TapEvent::disabledByTimeout);
+  machine.taps.disable(TapEvent::disabledByUserInput);
+  EXPECT_THAT(machine.notes.take(),
+              ElementsAre("[0] enable tap", "[0] disabled", "[0] enable tap", "[0] disabled"));
+}
+
 TEST_F(MediaKeyEventTapTest, ANoticeThatTheTapWasDisabledIsNotLogged) {
   start();
   logKeys();

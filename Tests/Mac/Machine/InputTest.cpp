@@ -249,6 +249,24 @@ TEST_F(MacInputTest, AHandlerThatDropsItsTapStillHasAllThatItHolds) {
   EXPECT_EQ(heard.size(), 100u);
 }
 
+TEST_F(MacInputTest, InputThatStallsBehindATapWithoutItsGrantGoesOnOnceTheTapIsOffOrGone) {
+  MacEventTaps taps(appKit);
+  auto tap = taps.createTap([](const TapEvent&) { return TapVerdict::passThrough; });
+  tap->setEnabled(true);
+  fake::system().isTrusted = false;
+  fake::input().specialKey(2, 0x0A);
+  settle();
+  EXPECT_THAT(fake::input().passed, IsEmpty());
+  tap->setEnabled(false);
+  settle();
+  EXPECT_EQ(fake::input().passed.size(), 1u);
+  tap->setEnabled(true);
+  fake::input().specialKey(2, 0x0B);
+  tap.reset();
+  settle();
+  EXPECT_EQ(fake::input().passed.size(), 2u);
+}
+
 TEST_F(MacInputTest, AnEventThatCannotBeConvertedIsSeenWithoutItsContent) {
   appKit.convert = [](CGEventRef) { return std::nullopt; };
   MacEventTaps taps(appKit);

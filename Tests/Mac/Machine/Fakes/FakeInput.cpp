@@ -1,6 +1,7 @@
 // What a keyboard's keys do: hotkeys through Carbon's event manager, special keys through the taps.
 // While a menu of this process is open, Carbon holds back the hotkeys' events for the application
-// and hands them on together once the menu has closed.
+// and hands them on together once the menu has closed. Before an enabled tap of a process that has
+// lost the Accessibility grant, all input stands still, and nobody is told.
 #include "Tests/Mac/Machine/Fakes/FakeInput.h"
 
 #include <Carbon/Carbon.h>
@@ -70,6 +71,8 @@ struct State {
   std::list<Tap> taps;
   /// The main run loop's.
   std::set<CFRunLoopSourceRef> sources;
+  /// What the user has done while input stood still.
+  std::vector<std::function<void()>> stalled;
 };
 
 std::unique_ptr<State>& current() {
@@ -118,6 +121,25 @@ Tap* tapOf(CFMachPortRef port) {
 
 bool isInLoop(const Tap& tap) {
   return state().sources.contains(tap.source);
+}
+
+bool isInputStalled() {
+  return !fake::system().isTrusted && std::ranges::any_of(state().taps, [](const Tap& tap) {
+    return tap.isEnabled && isInLoop(tap);
+  });
+}
+
+void goOnWithInput() {
+  postToMainLoop([] {
+    if (isInputStalled()) return;
+    for (const auto& action : std::exchange(state().stalled, {})) action();
+  });
+}
+
+/// At once, or when input goes on.
+void act(std::function<void()> action) {
+  if (!isInputStalled()) return action();
+  state().stalled.push_back(std::move(action));
 }
 
 void takeOutOfLoop(CFRunLoopSourceRef source) {
@@ -169,17 +191,21 @@ void resetInput() {
 }
 
 void Input::press(std::uint16_t keyCode) {
-  keysDown.insert(keyCode);
-  if (!modifierKeys().contains(keyCode)) hotkeys.press({keyCode, carbonModifiers()});
+  act([this, keyCode] {
+    keysDown.insert(keyCode);
+    if (!modifierKeys().contains(keyCode)) hotkeys.press({keyCode, carbonModifiers()});
+  });
 }
 
 void Input::release(std::uint16_t keyCode) {
-  keysDown.erase(keyCode);
-  if (modifierKeys().contains(keyCode)) {
-    hotkeys.keepModifiers(carbonModifiers());
-  } else {
-    hotkeys.releaseKey(keyCode);
-  }
+  act([this, keyCode] {
+    keysDown.erase(keyCode);
+    if (modifierKeys().contains(keyCode)) {
+      hotkeys.keepModifiers(carbonModifiers());
+    } else {
+      hotkeys.releaseKey(keyCode);
+    }
+  });
 }
 
 void Input::setMenuTracking(bool isTracking) {
@@ -199,11 +225,13 @@ std::int32_t Input::callHandler(bool withEvent, bool withUserData) {
 
 void Input::specialKey(int type, int keyState) {
   const std::int64_t data = std::int64_t{type} << 16 | keyState << 8;
-  postToMainLoop([this, data] {
-    const TapEvent::SystemDefined details{8, data, -1};
-    if (send({static_cast<CGEventType>(TapEvent::systemDefined), details})) {
-      passed.push_back(details);
-    }
+  act([this, data] {
+    postToMainLoop([this, data] {
+      const TapEvent::SystemDefined details{8, data, -1};
+      if (send({static_cast<CGEventType>(TapEvent::systemDefined), details})) {
+        passed.push_back(details);
+      }
+    });
   });
 }
 
@@ -217,6 +245,7 @@ void Input::disableTaps(CGEventType reason, bool withEvent) {
       CGEventRef const result = tap.callback(nullptr, reason, given, tap.userInfo);
       if (result == &notice) ++noticesReturned;
     }
+    goOnWithInput();
   });
 }
 
@@ -344,6 +373,7 @@ void CGEventTapEnable(CFMachPortRef port, bool enable) {
   objectAt(port);
   mac().note(enable ? "tap on" : "tap off");
   if (Tap* const tap = tapOf(port)) tap->isEnabled = enable;
+  goOnWithInput();
 }
 
 CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef, CFMachPortRef port,
@@ -377,6 +407,7 @@ void CFMachPortInvalidate(CFMachPortRef port) {
   objectAt(port);
   if (const Tap* const tap = tapOf(port)) takeOutOfLoop(tap->source);
   state().taps.remove_if([&](const Tap& tap) { return tap.port == port; });
+  goOnWithInput();
 }
 
 bool CGEventSourceKeyState(CGEventSourceStateID source, CGKeyCode key) {

@@ -47,6 +47,34 @@ TEST_F(MacWholeProgram, TheTapStartsOnceTheGrantHasCome) {
   EXPECT_EQ(run(), 0);
 }
 
+TEST_F(MacWholeProgram, AWithdrawnGrantStallsNoInputAndTheTapComesBackWithTheGrant) {
+  constexpr int brightnessUp = 2;
+  waitUntil([this] { return callsOf("tap on") == 1 && hasSlider("Right"); });
+  then(0.7, [] {
+    fake::system().isTrusted = false;
+    fake::input().specialKey(brightnessUp, 0x0A);
+    pressBrightenHotkey();
+  });
+  waitUntil([this] { return levelShownOnRight() > 21; });
+  then(0, [] {
+    releaseBrightenHotkey();
+    EXPECT_EQ(fake::input().passed.size(), 1U) << "the system has its key";
+    EXPECT_TRUE(isTaken(keyF1, 0)) << "the keys that serve meanwhile";
+    EXPECT_TRUE(isTaken(keyF2, 0));
+    EXPECT_TRUE(hasItsHotkey());
+    fake::system().isTrusted = true;
+  });
+  waitUntil([] { return callsOf("tap on") == 2 && !isTaken(keyF1, 0); });
+  then(0, [] {
+    EXPECT_EQ(callsOf("AX prompt"), 0) << "whoever withdraws it is not asked for it";
+    fake::system().isTrusted = false;
+    fake::input().disableTaps(kCGEventTapDisabledByUserInput, true);
+  });
+  waitUntil([] { return isTaken(keyF1, 0); });
+  thenEnd(0.1);
+  EXPECT_EQ(run(), 0);
+}
+
 TEST_F(MacWholeProgram, AHeldKeyRampsSlowlyWithShiftAndStopsWhenItIsLetGo) {
   using Clock = std::chrono::steady_clock;
   int before = 0;
