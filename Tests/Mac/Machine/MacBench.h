@@ -19,6 +19,7 @@ class MacTest : public testing::Test {
     fake::resetSystem();
     fake::resetInput();
     objectsBefore = fake::liveObjects();
+    constantsBefore = fake::heldConstants();
     ioObjectsBefore = fake::liveIOObjects();
   }
   ~MacTest() override {
@@ -26,11 +27,13 @@ class MacTest : public testing::Test {
     EXPECT_EQ(fake::liveRegistrations(), 0u) << "handlers, hotkeys and taps";
     EXPECT_EQ(fake::liveDispatchObjects(), 0u) << "queues and sources";
     EXPECT_EQ(fake::liveObjects(), objectsBefore) << "CoreFoundation objects";
+    EXPECT_EQ(fake::heldConstants(), constantsBefore) << "constants of CoreFoundation";
     EXPECT_EQ(fake::liveIOObjects(), ioObjectsBefore) << "objects of the I/O registry";
   }
 
  private:
   std::size_t objectsBefore = 0;
+  long constantsBefore = 0;
   std::size_t ioObjectsBefore = 0;
 };
 

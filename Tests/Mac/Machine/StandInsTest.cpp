@@ -29,7 +29,15 @@ TEST_F(MacStandIns, NeitherRetainNorReleaseWhatIsNoObject) {
   CFTypeRef const object = fake::makeObject(fake::otherKind);
   CFRelease(object);
   EXPECT_DEATH(CFRelease(object), "after its last release");
-  CFRelease(CFSTR("belongs to nobody"));
+}
+
+TEST_F(MacStandIns, CountTheReferencesToConstants) {
+  const auto constants = {CFTypeRef{CFSTR("belongs to nobody")}, CFTypeRef{kCFBooleanTrue}};
+  for (CFTypeRef constant : constants) {
+    EXPECT_DEATH(CFRelease(constant), "a constant was released that nobody had retained");
+    CFRetain(constant);
+    CFRelease(constant);
+  }
 }
 
 TEST_F(MacStandIns, GiveTheLayoutOnTheMainThreadOnly) {

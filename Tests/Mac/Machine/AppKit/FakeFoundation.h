@@ -12,8 +12,8 @@ std::string textOf(NSString* string);
 NSString* stringOf(const std::string& text);
 
 /// As the system announces something: every observer of that name, or of all, hears of it before
-/// this returns. Gives how many did.
-int announce(NSNotificationCenter* center, NSNotificationName name);
+/// this returns, unless it listens to another sender. Gives how many did.
+int announce(NSNotificationCenter* center, NSNotificationName name, id sender);
 
 /// Observers that nobody has removed.
 int observerCount(NSNotificationCenter* center);

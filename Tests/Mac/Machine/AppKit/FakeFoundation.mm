@@ -368,6 +368,7 @@ NSString* stringOf(const std::string& text) {
 @interface TestNotificationObserver : NSObject {
  @public
   NSString* name;
+  id sender;
   NSOperationQueue* queue;
   void (^block)(NSNotification*);
 }
@@ -395,6 +396,7 @@ NSString* stringOf(const std::string& text) {
                         usingBlock:(void (^)(NSNotification*))block {
   TestNotificationObserver* const observer = [TestNotificationObserver new];
   observer->name = name;
+  observer->sender = object;
   observer->queue = queue;
   observer->block = block;
   [observers addObject:observer];
@@ -407,7 +409,7 @@ NSString* stringOf(const std::string& text) {
 
 namespace brivane {
 
-int announce(NSNotificationCenter* center, NSNotificationName name) {
+int announce(NSNotificationCenter* center, NSNotificationName name, id sender) {
   @autoreleasepool {
     NSNotification* const notification = [NSNotification new];
     notification->ownName = name;
@@ -415,6 +417,7 @@ int announce(NSNotificationCenter* center, NSNotificationName name) {
     NSArray<TestNotificationObserver*>* const now = [center->observers copy];
     for (TestNotificationObserver* observer in now) {
       if (observer->name != nil && ![observer->name isEqualToString:name]) continue;
+      if (observer->sender != nil && observer->sender != sender) continue;
       observer->block(notification);
       ++heard;
     }

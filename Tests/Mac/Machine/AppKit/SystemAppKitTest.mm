@@ -104,10 +104,10 @@ TEST_F(SystemAppKitTest, ChangesOfScreensAreHeardFromTheApplication) {
   int heard = 0;
   auto observation = appKit.observeScreenParameters([&] { ++heard; });
   const NSNotificationName name = NSApplicationDidChangeScreenParametersNotification;
-  announce(NSNotificationCenter.defaultCenter, name);
+  announce(NSNotificationCenter.defaultCenter, name, NSApplication.sharedApplication);
   EXPECT_EQ(heard, 1);
   observation.reset();
-  announce(NSNotificationCenter.defaultCenter, name);
+  announce(NSNotificationCenter.defaultCenter, name, NSApplication.sharedApplication);
   EXPECT_EQ(heard, 1);
 }
 
@@ -117,11 +117,13 @@ TEST_F(SystemAppKitTest, WakingIsHeardFromTheWorkspaceAlone) {
   const auto machine = appKit.observeDidWake([&] { ++wakes; });
   const auto screens = appKit.observeScreensDidWake([&] { ++screenWakes; });
   NSNotificationCenter* const center = NSWorkspace.sharedWorkspace.notificationCenter;
-  EXPECT_EQ(announce(NSNotificationCenter.defaultCenter, NSWorkspaceDidWakeNotification), 0);
-  announce(center, NSWorkspaceDidWakeNotification);
+  EXPECT_EQ(announce(NSNotificationCenter.defaultCenter, NSWorkspaceDidWakeNotification,
+                     NSWorkspace.sharedWorkspace),
+            0);
+  announce(center, NSWorkspaceDidWakeNotification, NSWorkspace.sharedWorkspace);
   EXPECT_EQ(wakes, 1);
   EXPECT_EQ(screenWakes, 0);
-  announce(center, NSWorkspaceScreensDidWakeNotification);
+  announce(center, NSWorkspaceScreensDidWakeNotification, NSWorkspace.sharedWorkspace);
   EXPECT_EQ(wakes, 1);
   EXPECT_EQ(screenWakes, 1);
 }
@@ -145,8 +147,8 @@ TEST_F(SystemAppKitTest, AnObserverMayRemoveItselfInItsHandler) {
     observation.reset();
   });
   NSNotificationCenter* const center = NSWorkspace.sharedWorkspace.notificationCenter;
-  announce(center, NSWorkspaceDidWakeNotification);
-  announce(center, NSWorkspaceDidWakeNotification);
+  announce(center, NSWorkspaceDidWakeNotification, NSWorkspace.sharedWorkspace);
+  announce(center, NSWorkspaceDidWakeNotification, NSWorkspace.sharedWorkspace);
   EXPECT_EQ(heard, 1);
 }
 

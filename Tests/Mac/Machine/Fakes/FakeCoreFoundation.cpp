@@ -32,6 +32,9 @@ struct Heap {
   std::recursive_mutex mutex;
   std::map<const void*, std::unique_ptr<FakeObject>> objects;
   std::size_t live = 0;
+  /// How often constants are retained: they never go, but whoever releases one must have retained
+  /// it.
+  std::map<const void*, long> constants;
 };
 
 Heap& heap() {
@@ -127,6 +130,14 @@ bool isBoolean(CFTypeRef reference) {
   return reference == boolean(true) || reference == boolean(false);
 }
 
+bool isConstant(CFTypeRef reference) {
+  return isBoolean(reference) || find(reference) == nullptr;
+}
+
+void releaseConstant(CFTypeRef reference) {
+  if (heap().constants[reference]-- == 0) fail("a constant was released that nobody had retained");
+}
+
 CFTypeRef retained(CFTypeRef reference) {
   return CFRetain(reference);
 }
@@ -199,6 +210,13 @@ std::size_t liveObjects() {
   return heap().live;
 }
 
+long heldConstants() {
+  const std::lock_guard lock(heap().mutex);
+  long held = 0;
+  for (const auto& [constant, references] : heap().constants) held += references;
+  return held;
+}
+
 }  // namespace brivane::fake
 
 using namespace brivane;        // NOLINT
@@ -215,16 +233,19 @@ const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks = {};
 
 CFTypeRef CFRetain(CFTypeRef reference) {
   const std::lock_guard lock(heap().mutex);
-  if (isBoolean(reference)) return reference;
-  if (FakeObject* const object = find(reference)) ++object->references;
+  if (isConstant(reference)) {
+    ++heap().constants[reference];
+  } else {
+    ++find(reference)->references;
+  }
   return reference;
 }
 
 void CFRelease(CFTypeRef reference) {
   const std::lock_guard lock(heap().mutex);
-  if (isBoolean(reference)) return;
+  if (isConstant(reference)) return releaseConstant(reference);
   FakeObject* const object = find(reference);
-  if (object == nullptr || --object->references > 0) return;
+  if (--object->references > 0) return;
   --heap().live;
   for (CFTypeRef item : std::exchange(object->items, {})) CFRelease(item);
   if (object->whenGone) object->whenGone();

@@ -51,5 +51,7 @@ std::string stringOf(CFStringRef text);
 
 /// Objects that somebody still holds.
 std::size_t liveObjects();
+/// References to constants that somebody has retained and not released.
+long heldConstants();
 
 }  // namespace brivane::fake

@@ -225,6 +225,16 @@ TEST_F(ObjCRuntime, AMessageThatNobodyKnowsEndsTheProgram) {
       "Lamp does not recognise explode");
 }
 
+TEST_F(ObjCRuntime, AConstantThatIsReleasedOnceTooOftenIsMissing) {
+  const auto before = liveObjects();
+  @autoreleasepool {
+    (void)(__bridge_transfer NSString*)(__bridge void*)@"nobody's";
+  }
+  EXPECT_NE(liveObjects(), before);
+  (void)(__bridge_retained void*)@"nobody's";
+  EXPECT_EQ(liveObjects(), before);
+}
+
 TEST(FakeFoundation, StringsKeepTheirText) {
   @autoreleasepool {
     EXPECT_EQ(textOf(@"Halden"), "Halden");
@@ -245,11 +255,19 @@ TEST(FakeFoundation, AnnouncementsReachWhoeverObservesThatNameAtThatCenter) {
                                         usingBlock:^(NSNotification*) {
                                           ++heard;
                                         }];
-    EXPECT_EQ(announce(center, @"sleep"), 0);
-    EXPECT_EQ(announce([NSNotificationCenter defaultCenter], @"wake"), 0);
-    EXPECT_EQ(announce(center, @"wake"), 1);
+    EXPECT_EQ(announce(center, @"sleep", nil), 0);
+    EXPECT_EQ(announce([NSNotificationCenter defaultCenter], @"wake", nil), 0);
+    EXPECT_EQ(announce(center, @"wake", nil), 1);
     [center removeObserver:observer];
-    EXPECT_EQ(announce(center, @"wake"), 0);
+    EXPECT_EQ(announce(center, @"wake", nil), 0);
+    id const choosy = [center addObserverForName:@"wake"
+                                          object:center
+                                           queue:nil
+                                      usingBlock:^(NSNotification*){
+                                      }];
+    EXPECT_EQ(announce(center, @"wake", nil), 0);
+    EXPECT_EQ(announce(center, @"wake", center), 1);
+    [center removeObserver:choosy];
     EXPECT_EQ(heard, 1);
   }
 }

@@ -26,6 +26,9 @@ __attribute__((init_priority(150))) std::unordered_multimap<Object*, Object**> w
 
 __attribute__((init_priority(150))) std::unordered_set<const Object*> liveOnes;
 
+/// What constants and classes are retained more often than released: they never go.
+std::atomic<long> heldConstants = 0;
+
 /// The count of an object whose `dealloc` is running: its own methods may still retain it and give
 /// it back.
 constexpr long dying = std::numeric_limits<long>::min() / 2;
@@ -91,6 +94,7 @@ std::map<std::string, long> liveObjects() {
   for (const auto& [name, count] : counts) {
     if (count != 0) result[name] = count;
   }
+  if (heldConstants != 0) result["constants"] = heldConstants;
   return result;
 }
 
@@ -132,7 +136,10 @@ Object* retain(Object* object) {
   if (isBlock(object)) {
     return isOnHeap(object) ? static_cast<Object*>(_Block_copy(object)) : object;
   }
-  if (isImmortal(object)) return object;
+  if (isImmortal(object)) {
+    ++heldConstants;
+    return object;
+  }
   requireAlive(object, "retained");
   ++headerOf(object)->retainCount;
   return object;
@@ -144,7 +151,10 @@ void release(Object* object) {
     if (isOnHeap(object)) _Block_release(object);
     return;
   }
-  if (isImmortal(object)) return;
+  if (isImmortal(object)) {
+    --heldConstants;
+    return;
+  }
   requireAlive(object, "released");
   std::atomic<long>& count = headerOf(object)->retainCount;
   if (--count != 0) return;

@@ -122,15 +122,17 @@ TEST_F(MacWholeProgram, LivesThroughADayAndLeavesNothingBehind) {
     forgetAsAReconnectedDisplayDoes();
     [desktop.screens removeObject:desktop.screens[1]];
     EXPECT_EQ(announce(NSNotificationCenter.defaultCenter,
-                       NSApplicationDidChangeScreenParametersNotification),
+                       NSApplicationDidChangeScreenParametersNotification,
+                       NSApplication.sharedApplication),
               1);
   });
   waitUntil(isDimmedOnRight);
   then(0, [forgetAsAReconnectedDisplayDoes] {
     forgetAsAReconnectedDisplayDoes();
     NSNotificationCenter* const workspace = NSWorkspace.sharedWorkspace.notificationCenter;
-    EXPECT_EQ(announce(workspace, NSWorkspaceDidWakeNotification), 1);
-    EXPECT_EQ(announce(workspace, NSWorkspaceScreensDidWakeNotification), 1);
+    EXPECT_EQ(announce(workspace, NSWorkspaceDidWakeNotification, NSWorkspace.sharedWorkspace), 1);
+    EXPECT_EQ(
+        announce(workspace, NSWorkspaceScreensDidWakeNotification, NSWorkspace.sharedWorkspace), 1);
   });
   // The HUD has faded then.
   waitUntil([isDimmedOnRight] { return isDimmedOnRight() && !hud().visible; });
