@@ -72,7 +72,8 @@ void StatusItemController::menuDidClose() {
 
 void StatusItemController::configureButton() {
   statusItem->configureButton({AppIconArtwork().body(), AppIconArtwork::canvas,
-                               AppIconArtwork::canvas, catalogue.text(strings::menuTooltip)});
+                               AppIconArtwork::canvas, catalogue.text(strings::menuTooltip),
+                               AppIconArtwork::visiblePart});
 }
 
 void StatusItemController::startLiveUpdates() {

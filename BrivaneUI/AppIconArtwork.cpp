@@ -7,8 +7,6 @@
 namespace brivane {
 namespace {
 
-constexpr double margin = 100;
-constexpr double side = AppIconArtwork::canvas - 2 * margin;
 constexpr double cornerRadius = 185;
 constexpr double markWidth = 590;
 constexpr double glowRadius = 480;
@@ -22,7 +20,7 @@ constexpr Color glowEdge{0.9, 0.4, 0.4, 0};
 }  // namespace
 
 DisplayList AppIconArtwork::body() const {
-  const RoundedRectangle tile{{margin, margin, side, side}, cornerRadius};
+  const RoundedRectangle tile{visiblePart, cornerRadius};
   const double middle = canvas / 2;
   const double markHeight = SparklingMonitorMark::height(markWidth);
   const Rect mark{middle - markWidth / 2, middle - markHeight / 2, markWidth, markHeight};

@@ -8,6 +8,10 @@ namespace brivane {
 struct AppIconArtwork {
   /// Width and height of the canvas, margin included.
   static constexpr double canvas = 1024;
+  static constexpr double margin = 100;
+  static constexpr double side = canvas - 2 * margin;
+  /// The canvas without its margin.
+  static constexpr Rect visiblePart{margin, margin, side, side};
 
   DisplayList body() const;
 };

@@ -90,6 +90,10 @@ struct StatusButton {
   double iconWidth = 0;
   double iconHeight = 0;
   std::string toolTip;
+  /// The picture without its margin, which a status bar may leave out.
+  Rect visiblePart;
+
+  bool operator==(const StatusButton&) const = default;
 };
 
 /// The program's item in the status bar. Main thread.

@@ -187,7 +187,8 @@ struct QuietMenuDelegate : MenuDelegate {
 TEST_F(EditorConformance, AnOpenMenuLeavesFocusWithTheView) {
   QuietMenuDelegate delegate;
   const auto statusItem = frame.makeStatusItem();
-  statusItem->configureButton({{FilledRectangle{{{0, 0, 8, 8}, 2}, Paint{Color{}}}}, 8, 8, "it"});
+  statusItem->configureButton(
+      {{FilledRectangle{{{0, 0, 8, 8}, 2}, Paint{Color{}}}}, 8, 8, "it", {0, 0, 8, 8}});
   statusItem->menu().setDelegate(&delegate);
   statusItem->menu().setItems({MenuText{"Halden"}});
   underTest->click("First");

@@ -10,7 +10,8 @@ using testing::ElementsAre;
 class MenuConformance : public FrameConformance, public MenuDelegate {
  protected:
   MenuConformance() {
-    statusItem->configureButton({{FilledRectangle{{{0, 0, 8, 8}, 2}, Paint{Color{}}}}, 8, 8, "it"});
+    statusItem->configureButton(
+        {{FilledRectangle{{{0, 0, 8, 8}, 2}, Paint{Color{}}}}, 8, 8, "it", {0, 0, 8, 8}});
     menu.setDelegate(this);
     menu.setItems(items());
   }

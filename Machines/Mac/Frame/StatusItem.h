@@ -3,6 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include <memory>
+#include <optional>
 
 #include "Machines/Mac/Frame/Application.h"
 #include "Machines/Mac/Frame/Menu.h"
@@ -25,6 +26,8 @@ class MacStatusItem : public StatusItem {
 
   /// Retained here; the status bar doesn't. Nil after `leaveToTheProcess`.
   NSStatusItem* item;
+  /// Nothing before the first.
+  std::optional<StatusButton> shown;
   std::unique_ptr<MacMenu> ownMenu = std::make_unique<MacMenu>();
   const Observation applicationEnds;
 };

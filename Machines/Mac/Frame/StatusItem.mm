@@ -8,18 +8,22 @@
 namespace brivane {
 namespace {
 
-/// The height of the system's symbols in the menu bar.
-constexpr double iconHeight = 18;
+/// The height of what is visible of the system's own marks. In menu bars of 22 and of 24 points the
+/// picture's edges then lie between pixels.
+constexpr double iconHeight = 16;
 
+/// AppKit calls the handler once for each scale of a screen.
 NSImage* imageOf(const StatusButton& button) {
   const DisplayList icon = button.icon;
-  const double scale = iconHeight / button.iconHeight;
-  return [NSImage imageWithSize:NSMakeSize(button.iconWidth * scale, iconHeight)
+  const Rect visible = button.visiblePart;
+  const double scale = iconHeight / visible.height;
+  return [NSImage imageWithSize:NSMakeSize(visible.width * scale, iconHeight)
                         flipped:NO
                  drawingHandler:^BOOL(NSRect) {
                    [NSGraphicsContext saveGraphicsState];
                    NSAffineTransform* const transform = [NSAffineTransform transform];
                    [transform scaleBy:scale];
+                   [transform translateXBy:-visible.x yBy:-visible.y];
                    [transform concat];
                    MacPainter painter;
                    draw(icon, painter);
@@ -50,11 +54,15 @@ void MacStatusItem::leaveToTheProcess() {
   (void)(__bridge_retained void*)std::exchange(item, nil);
 }
 
+/// The menu bar of every screen is drawn anew whenever an image is set, even the same.
 void MacStatusItem::configureButton(const StatusButton& button) {
-  NSImage* const image = imageOf(button);
-  item.button.image = image;
+  if (shown == button) return;
+  if (!shown || shown->icon != button.icon || shown->visiblePart != button.visiblePart) {
+    item.button.image = imageOf(button);
+  }
   item.button.toolTip = nsString(button.toolTip);
   [item.button setAccessibilityLabel:nsString(button.toolTip)];
+  shown = button;
 }
 
 }  // namespace brivane

@@ -6,6 +6,8 @@
 
 @interface NSAffineTransform : NSObject <NSCopying>
 + (NSAffineTransform*)transform;
+/// Of what is drawn before the transformation that there is already.
+- (void)translateXBy:(CGFloat)x yBy:(CGFloat)y;
 - (void)scaleBy:(CGFloat)factor;
 @end
 

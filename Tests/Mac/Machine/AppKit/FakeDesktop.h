@@ -60,6 +60,8 @@ class FakeDesktop {
 
   /// As the status bar has them.
   NSMutableArray<NSStatusItem*>* statusItems;
+  /// What was set of the status item, in order: the menu bar is drawn anew for each image.
+  std::vector<std::string> statusItemChanges;
   /// Names of the status items that the user has put somewhere, which the system keeps.
   std::set<std::string> storedPositions;
   /// The process's end takes the status items that are left to it. Nobody else may still keep one.
@@ -150,6 +152,7 @@ struct FakeFade {
 @end
 
 @interface NSImage (FakeAppKit)
-/// Draws it; the lines of what it draws are in `drawn`.
-- (void)fakeDraw;
+/// Draws it for a screen with so many pixels to a point; the lines of what it draws, in pixels, are
+/// in `drawn`.
+- (void)fakeDrawAtScale:(double)pixelsPerPoint;
 @end

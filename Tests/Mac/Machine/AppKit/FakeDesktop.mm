@@ -400,6 +400,14 @@ bool isPerformingLater = false;
 @end
 
 @implementation NSStatusBarButton
+- (void)setImage:(NSImage*)image {
+  FakeDesktop::shared().statusItemChanges.emplace_back("image");
+  [super setImage:image];
+}
+- (void)setToolTip:(NSString*)toolTip {
+  FakeDesktop::shared().statusItemChanges.emplace_back("tool tip");
+  [super setToolTip:toolTip];
+}
 @end
 
 @implementation NSStatusItem

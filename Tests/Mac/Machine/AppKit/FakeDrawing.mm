@@ -1,11 +1,14 @@
 // Drawing is written down in words. System colours keep their names, since what they look like is
 // the system's affair.
 #include <cmath>
+#include <functional>
 #include <utility>
+#include <vector>
 
 #include "BrivaneCore/Support/Numbers.h"
 #include "Tests/Mac/Machine/AppKit/FakeDesktop.h"
 #include "Tests/Mac/Machine/AppKit/FakeFoundation.h"
+#include "Tests/Mac/Machine/ObjC/Classes.h"
 
 using brivane::FakeDesktop;
 using brivane::textOf;
@@ -18,12 +21,37 @@ std::string number(double value) {
   return brivane::shortestDecimal(std::round(value * 1000) / 1000 + 0.0);
 }
 
+/// What becomes of a point of the picture: it is scaled, then moved.
+struct Placement {
+  double xScale = 1;
+  double yScale = 1;
+  double x = 0;
+  double y = 0;
+
+  /// First the inner one.
+  Placement after(const Placement& inner) const {
+    return {xScale * inner.xScale, yScale * inner.yScale, x + xScale * inner.x,
+            y + yScale * inner.y};
+  }
+};
+
+/// In force; those below it are to be restored.
+std::vector<Placement> placements = {{}};
+
 std::string words(NSPoint point) {
-  return number(point.x) + "," + number(point.y);
+  const Placement& now = placements.back();
+  return number(now.x + now.xScale * point.x) + "," + number(now.y + now.yScale * point.y);
 }
 
+/// Upside down it begins at its upper edge, and its height is negative.
 std::string words(NSRect rect) {
-  return words(rect.origin) + " " + number(rect.size.width) + "x" + number(rect.size.height);
+  const Placement& now = placements.back();
+  return words(rect.origin) + " " + number(now.xScale * rect.size.width) + "x" +
+         number(now.yScale * rect.size.height);
+}
+
+std::string length(double value) {
+  return number(placements.back().xScale * value);
 }
 
 void note(const std::string& line) {
@@ -199,7 +227,8 @@ std::string textOfFont(NSFont* font) {
 
 @interface NSBezierPath () {
  @public
-  std::vector<std::string> steps;
+  /// Placed when they are drawn.
+  std::vector<std::function<std::string()>> steps;
 }
 - (std::string)describe;
 @end
@@ -210,22 +239,23 @@ std::string textOfFont(NSFont* font) {
   return [NSBezierPath new];
 }
 - (void)moveToPoint:(NSPoint)point {
-  steps.push_back("move " + words(point));
+  steps.emplace_back([=] { return "move " + words(point); });
 }
 - (void)lineToPoint:(NSPoint)point {
-  steps.push_back("line " + words(point));
+  steps.emplace_back([=] { return "line " + words(point); });
 }
 - (void)curveToPoint:(NSPoint)end controlPoint1:(NSPoint)first controlPoint2:(NSPoint)second {
-  steps.push_back("curve " + words(first) + " " + words(second) + " " + words(end));
+  steps.emplace_back(
+      [=] { return "curve " + words(first) + " " + words(second) + " " + words(end); });
 }
 - (void)closePath {
-  steps.emplace_back("close");
+  steps.emplace_back([] { return "close"; });
 }
 - (void)appendBezierPath:(NSBezierPath*)path {
   steps.insert(steps.end(), path->steps.begin(), path->steps.end());
 }
 - (void)appendBezierPathWithRect:(NSRect)rect {
-  steps.push_back("rect " + words(rect));
+  steps.emplace_back([=] { return "rect " + words(rect); });
 }
 - (void)fill {
   note("fill " + currentFill + ": " + [self describe]);
@@ -235,7 +265,7 @@ std::string textOfFont(NSFont* font) {
 }
 - (std::string)describe {
   std::string text = windingRule == NSWindingRuleEvenOdd ? "even-odd" : "";
-  for (const std::string& step : steps) text += (text.empty() ? "" : ", ") + step;
+  for (const auto& step : steps) text += (text.empty() ? "" : ", ") + step();
   return text;
 }
 - (id)copyWithZone:(struct _NSZone*)zone {
@@ -267,8 +297,8 @@ std::string textOfFont(NSFont* font) {
               toCenter:(NSPoint)endCenter
                 radius:(CGFloat)endRadius
                options:(NSGradientDrawingOptions)options {
-  note("radial " + words(startCenter) + " " + number(startRadius) + " to " + words(endCenter) +
-       " " + number(endRadius) + ", options " + std::to_string(options) + ":" + stops);
+  note("radial " + words(startCenter) + " " + length(startRadius) + " to " + words(endCenter) +
+       " " + length(endRadius) + ", options " + std::to_string(options) + ":" + stops);
 }
 - (id)copyWithZone:(struct _NSZone*)zone {
   return self;
@@ -277,26 +307,30 @@ std::string textOfFont(NSFont* font) {
 
 @implementation NSGraphicsContext
 + (void)saveGraphicsState {
+  placements.push_back(placements.back());
   note("save");
 }
 + (void)restoreGraphicsState {
+  if (placements.size() == 1) brivane::objc::fail("there is no graphics state to restore");
+  placements.pop_back();
   note("restore");
 }
 @end
 
 @implementation NSAffineTransform {
-  double scale;
+  Placement placement;
 }
 + (NSAffineTransform*)transform {
-  NSAffineTransform* const transform = [NSAffineTransform new];
-  transform->scale = 1;
-  return transform;
+  return [NSAffineTransform new];
+}
+- (void)translateXBy:(CGFloat)x yBy:(CGFloat)y {
+  placement = placement.after({1, 1, x, y});
 }
 - (void)scaleBy:(CGFloat)factor {
-  scale *= factor;
+  placement = placement.after({factor, factor, 0, 0});
 }
 - (void)concat {
-  note("scale " + number(scale));
+  placements.back() = placements.back().after(placement);
 }
 - (id)copyWithZone:(struct _NSZone*)zone {
   return self;
@@ -334,6 +368,7 @@ std::string textOfFont(NSFont* font) {
 
 @implementation NSImage {
   std::string name;
+  BOOL isFlipped;
   BOOL (^handler)(NSRect);
 }
 @synthesize size;
@@ -347,10 +382,11 @@ std::string textOfFont(NSFont* font) {
   return image;
 }
 + (NSImage*)imageWithSize:(NSSize)imageSize
-                  flipped:(BOOL)isFlipped
+                  flipped:(BOOL)countsDownwards
            drawingHandler:(BOOL (^)(NSRect))drawingHandler {
   NSImage* const image = [NSImage new];
   image.size = imageSize;
+  image->isFlipped = countsDownwards;
   image->handler = drawingHandler;
   return image;
 }
@@ -363,8 +399,11 @@ std::string textOfFont(NSFont* font) {
 - (void)drawInRect:(NSRect)rect {
   note(name + " in " + words(rect));
 }
-- (void)fakeDraw {
+- (void)fakeDrawAtScale:(double)scale {
+  const double upwards = isFlipped ? -scale : scale;
+  placements.push_back({scale, upwards, 0, isFlipped ? scale * size.height : 0});
   handler(NSMakeRect(0, 0, size.width, size.height));
+  placements.pop_back();
 }
 - (id)copyWithZone:(struct _NSZone*)zone {
   return self;

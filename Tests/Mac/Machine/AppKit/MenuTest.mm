@@ -58,16 +58,41 @@ TEST_F(MacMenuTest, ThePlaceThatTheUserGaveTheItemOutlivesTheApplication) {
   EXPECT_THAT(desktop.storedPositions, ElementsAre("com.quorrel.brivane.status"));
 }
 
-TEST_F(MacMenuTest, TheButtonShowsThePictureScaledToTheStatusBar) {
-  item->configureButton({{FilledRectangle{{{0, 0, 36, 36}, 0}, Paint{Color{}}}}, 36, 36, "It"});
+/// A bar on the left of a picture of 100 by 60 points, which has a margin of ten all around.
+StatusButton barOnTheLeft(const std::string& toolTip, const Color& color = {}) {
+  return {
+      {FilledRectangle{{{10, 10, 20, 40}, 0}, Paint{color}}}, 100, 60, toolTip, {10, 10, 80, 40}};
+}
+
+TEST_F(MacMenuTest, TheButtonShowsThePictureWithoutItsMarginAsLargeAsOtherMarks) {
+  item->configureButton(barOnTheLeft("It"));
   NSStatusBarButton* const button = systemItem().button;
   EXPECT_EQ(textOf(button.toolTip), "It");
   EXPECT_EQ(textOf([button accessibilityLabel]), "It");
-  EXPECT_EQ(button.image.size.width, 18);
-  EXPECT_EQ(button.image.size.height, 18);
-  [button.image fakeDraw];
-  EXPECT_THAT(desktop.drawn,
-              ElementsAre("save", "scale 0.5", "fill rgb(0 0 0)*1: rect 0,0 36x36", "restore"));
+  EXPECT_EQ(button.image.size.width, 32);
+  EXPECT_EQ(button.image.size.height, 16);
+}
+
+TEST_F(MacMenuTest, ThePictureIsDrawnForEachScaleWithItsEdgesBetweenPixels) {
+  item->configureButton(barOnTheLeft("It"));
+  NSImage* const image = systemItem().button.image;
+  [image fakeDrawAtScale:1];
+  [image fakeDrawAtScale:2];
+  EXPECT_THAT(desktop.drawn, ElementsAre("save", "fill rgb(0 0 0)*1: rect 0,0 8x16", "restore",
+                                         "save", "fill rgb(0 0 0)*1: rect 0,0 16x32", "restore"));
+}
+
+TEST_F(MacMenuTest, TheImageIsMadeOnceAndAgainOnlyWhenItChanges) {
+  item->configureButton(barOnTheLeft("It"));
+  NSImage* const first = systemItem().button.image;
+  item->configureButton(barOnTheLeft("It"));
+  item->configureButton(barOnTheLeft("Itself"));
+  EXPECT_THAT(desktop.statusItemChanges, ElementsAre("image", "tool tip", "tool tip"));
+  EXPECT_EQ(systemItem().button.image, first);
+  EXPECT_EQ(textOf(systemItem().button.toolTip), "Itself");
+  EXPECT_EQ(textOf([systemItem().button accessibilityLabel]), "Itself");
+  item->configureButton(barOnTheLeft("Itself", {1, 0, 0, 1}));
+  EXPECT_THAT(desktop.statusItemChanges, Contains("image").Times(2));
 }
 
 TEST_F(MacMenuTest, AppKitIsNotAskedWhichItemsCanBeChosen) {
