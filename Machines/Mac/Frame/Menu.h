@@ -39,6 +39,10 @@ class MacMenu : public MenuView {
 
  private:
   void tellThatItClosed();
+  void insert(MenuItem item, std::size_t index);
+  void remove(std::size_t index);
+  bool isShown(const MenuItem& item, std::size_t index) const;
+  void alignSliders();
   NSMenuItem* makeItem(const MenuText& text);
   NSMenuItem* makeItem(const MenuSlider& slider);
   NSMenuItem* makeItem(const MenuCommand& command);
@@ -48,8 +52,10 @@ class MacMenu : public MenuView {
   MenuDelegate* delegate = nullptr;
   NSMenu* menu;
   BrivaneMenuHands* hands;
+  /// As shown, but for the values of sliders, which move by themselves.
   std::vector<MenuItem> items;
   std::vector<NSMenuItem*> shown;
+  const CGFloat tickColumnWidth;
   /// Items that were replaced while the menu was open: AppKit may be tracking the mouse in one of
   /// them.
   std::vector<NSMenuItem*> retired;

@@ -1,7 +1,11 @@
 // An item's closure may replace the menu's items, and itself with them; so closures are copied
 // before the call, and actions of replaced items and sliders are ignored.
+//
+// AppKit lays an open menu out anew for each item that is touched, and loses the highlight of one
+// that is replaced; so only items that differ are touched.
 #include "Machines/Mac/Frame/Menu.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Machines/Mac/Frame/AppKitValues.h"
@@ -62,6 +66,25 @@ SystemColor colorOf(MenuTone tone) {
   return SystemColor::label;
 }
 
+bool hasSameLook(const MenuCommand& shown, const MenuCommand& wanted) {
+  return shown.title == wanted.title && shown.isChecked == wanted.isChecked &&
+         shown.keyEquivalent == wanted.keyEquivalent;
+}
+
+bool hasSameLook(const MenuSlider& shown, const MenuSlider& wanted) {
+  return shown.minimum == wanted.minimum && shown.maximum == wanted.maximum &&
+         shown.accessibilityLabel == wanted.accessibilityLabel;
+}
+
+/// AppKit makes room for ticks when one item has a tick; how much, only the menu's width tells.
+CGFloat widthOfMenu(NSControlStateValue state) {
+  NSMenu* const menu = [[NSMenu alloc] initWithTitle:@""];
+  NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"Title" action:nil keyEquivalent:@""];
+  item.state = state;
+  [menu addItem:item];
+  return menu.size.width;
+}
+
 /// AppKit may not open a menu without items, nor call its delegate.
 NSMenuItem* makePlaceholder() {
   NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
@@ -82,7 +105,9 @@ NSAttributedString* titleOf(const MenuText& text) {
 }  // namespace
 
 MacMenu::MacMenu()
-    : menu([[NSMenu alloc] initWithTitle:@""]), hands([[BrivaneMenuHands alloc] init]) {
+    : menu([[NSMenu alloc] initWithTitle:@""]),
+      hands([[BrivaneMenuHands alloc] init]),
+      tickColumnWidth(widthOfMenu(NSControlStateValueOn) - widthOfMenu(NSControlStateValueOff)) {
   hands->menu = this;
   menu.autoenablesItems = NO;
   menu.delegate = hands;
@@ -104,15 +129,63 @@ void MacMenu::letGo() {
 }
 
 void MacMenu::setItems(std::vector<MenuItem> newItems) {
-  items = std::move(newItems);
-  if (isOpen) retired.insert(retired.end(), shown.begin(), shown.end());
-  shown.clear();
-  [menu removeAllItems];
-  for (const MenuItem& item : items) {
-    shown.push_back(std::visit([this](const auto& kind) { return makeItem(kind); }, item));
-    [menu addItem:shown.back()];
+  if (shown.empty()) [menu removeItemAtIndex:0];
+  std::size_t index = 0;
+  for (MenuItem& item : newItems) {
+    std::size_t same = index;
+    while (same < items.size() && !isShown(item, same)) ++same;
+    if (same == items.size()) {
+      insert(std::move(item), index++);
+      continue;
+    }
+    while (same > index) remove(--same);
+    // With the new closure.
+    items[index++] = std::move(item);
   }
+  while (items.size() > index) remove(items.size() - 1);
   if (items.empty()) [menu addItem:makePlaceholder()];
+  alignSliders();
+}
+
+void MacMenu::insert(MenuItem item, std::size_t index) {
+  NSMenuItem* const made = std::visit([this](const auto& kind) { return makeItem(kind); }, item);
+  [menu insertItem:made atIndex:static_cast<NSInteger>(index)];
+  shown.insert(shown.begin() + static_cast<std::ptrdiff_t>(index), made);
+  items.insert(items.begin() + static_cast<std::ptrdiff_t>(index), std::move(item));
+}
+
+void MacMenu::remove(std::size_t index) {
+  if (isOpen) retired.push_back(shown[index]);
+  [menu removeItemAtIndex:static_cast<NSInteger>(index)];
+  shown.erase(shown.begin() + static_cast<std::ptrdiff_t>(index));
+  items.erase(items.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+/// Whether the open menu has an item at that place that looks as this one is to. A drag is to end
+/// with its slider, so no slider stays while a mouse button is down.
+bool MacMenu::isShown(const MenuItem& item, std::size_t index) const {
+  const MenuItem& own = items[index];
+  if (!isOpen || own.index() != item.index()) return false;
+  if (const auto* const slider = std::get_if<MenuSlider>(&item)) {
+    return hasSameLook(std::get<MenuSlider>(own), *slider) &&
+           sliderAt(index).doubleValue == slider->value && NSEvent.pressedMouseButtons == 0;
+  }
+  if (const auto* const text = std::get_if<MenuText>(&item))
+    return std::get<MenuText>(own) == *text;
+  const auto* const command = std::get_if<MenuCommand>(&item);
+  return command == nullptr || hasSameLook(std::get<MenuCommand>(own), *command);
+}
+
+/// Titles begin further to the right as soon as one has a tick.
+void MacMenu::alignSliders() {
+  const bool hasTick = std::ranges::any_of(
+      shown, [](NSMenuItem* item) { return item.state != NSControlStateValueOff; });
+  for (NSMenuItem* const& item : shown) {
+    if (item.view != nil) {
+      [static_cast<BrivaneSliderRow*>(item.view)
+          alignToTitlesMovedBy:hasTick ? tickColumnWidth : 0];
+    }
+  }
 }
 
 NSMenuItem* MacMenu::makeItem(const MenuText& text) {
@@ -126,6 +199,9 @@ NSMenuItem* MacMenu::makeItem(const MenuText& text) {
 
 NSMenuItem* MacMenu::makeItem(const MenuSlider& slider) {
   NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
+  // An arrow key would reach an enabled row, which shows no highlight; its slider is dragged all
+  // the same.
+  item.enabled = NO;
   item.view = [[BrivaneSliderRow alloc] initWithSlider:slider
                                                 target:hands
                                                 action:@selector(moved:)];
@@ -147,16 +223,21 @@ NSMenuItem* MacMenu::makeItem(const MenuSeparator&) {
 }
 
 void MacMenu::setTitle(std::size_t index, const std::string& title) {
+  auto* const text = std::get_if<MenuText>(&items.at(index));
+  std::string& shownTitle =
+      text != nullptr ? text->title : std::get<MenuCommand>(items[index]).title;
+  if (shownTitle == title) return;
+  shownTitle = title;
   NSMenuItem* const item = shown.at(index);
   item.title = nsString(title);
-  if (auto* const text = std::get_if<MenuText>(&items.at(index))) {
-    text->title = title;
-    item.attributedTitle = titleOf(*text);
-  }
+  if (text != nullptr) item.attributedTitle = titleOf(*text);
 }
 
 void MacMenu::setChecked(std::size_t index, bool isChecked) {
+  bool& isShownChecked = std::get<MenuCommand>(items.at(index)).isChecked;
+  if (std::exchange(isShownChecked, isChecked) == isChecked) return;
   shown.at(index).state = stateOf(isChecked);
+  alignSliders();
 }
 
 void MacMenu::setSliderValue(std::size_t index, double value) {

@@ -11,4 +11,6 @@
                         target:(id)target
                         action:(SEL)action;
 @property(nonatomic, readonly) NSSlider* slider;
+/// Lets the slider begin where the menu's titles do, which ticks move to the right.
+- (void)alignToTitlesMovedBy:(CGFloat)tickColumnWidth;
 @end

@@ -7,7 +7,7 @@ namespace {
 
 constexpr double rowWidth = 260;
 constexpr double rowHeight = 28;
-/// The indentation of a menu's titles.
+/// The indentation of a menu's titles without ticks.
 constexpr double margin = 14;
 
 }  // namespace
@@ -25,12 +25,19 @@ constexpr double margin = 14;
                              maxValue:item.maximum
                                target:target
                                action:action];
-  _slider.frame = NSMakeRect(margin, 0, rowWidth - 2 * margin, rowHeight);
   _slider.autoresizingMask = NSViewWidthSizable;
   _slider.continuous = YES;
   [_slider setAccessibilityLabel:brivane::nsString(item.accessibilityLabel)];
   [self addSubview:_slider];
+  [self alignToTitlesMovedBy:0];
   return self;
+}
+
+/// A slider's frame is wider than what is visible of it.
+- (void)alignToTitlesMovedBy:(CGFloat)tickColumnWidth {
+  const CGFloat start = margin + tickColumnWidth;
+  const NSRect visible = NSMakeRect(start, 0, self.bounds.size.width - start - margin, rowHeight);
+  _slider.frame = [_slider frameForAlignmentRect:visible];
 }
 
 /// Required by NSView; a row can't come from an archive.

@@ -31,6 +31,8 @@ typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
 @property(readonly) NSInteger data1;
 @property(readonly) NSInteger data2;
 @property(class, readonly) NSPoint mouseLocation;
+/// A bit for each.
+@property(class, readonly) NSUInteger pressedMouseButtons;
 @property(class, readonly) NSEventModifierFlags modifierFlags;
 + (nullable NSEvent*)eventWithCGEvent:(CGEventRef)event;
 + (nullable NSEvent*)otherEventWithType:(NSEventType)type

@@ -18,7 +18,10 @@
 /// Whether the menu enables items by asking their targets.
 @property BOOL autoenablesItems;
 - (void)addItem:(NSMenuItem*)item;
-- (void)removeAllItems;
+- (void)insertItem:(NSMenuItem*)item atIndex:(NSInteger)index;
+- (void)removeItemAtIndex:(NSInteger)index;
+/// Known before the menu was ever shown.
+@property(readonly) NSSize size;
 /// In screen coordinates without a view. Returns once the menu has closed.
 - (BOOL)popUpMenuPositioningItem:(nullable NSMenuItem*)item
                       atLocation:(NSPoint)location
@@ -37,6 +40,7 @@
 @property NSControlStateValue state;
 @property(nullable, weak) id target;
 @property(nullable, strong) NSView* view;
+@property(nullable, strong) NSMenu* submenu;
 @property NSInteger tag;
 @end
 

@@ -21,6 +21,8 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 @property(nullable, readonly, unsafe_unretained) NSWindow* window;
 @property(nullable, copy) NSString* toolTip;
 - (void)addSubview:(NSView*)view;
+/// The frame that puts the view's visible part there.
+- (NSRect)frameForAlignmentRect:(NSRect)rect;
 - (void)removeFromSuperview;
 - (void)drawRect:(NSRect)dirtyRect;
 @end

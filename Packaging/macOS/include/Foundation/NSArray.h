@@ -27,6 +27,7 @@ typedef struct {
 
 @interface NSMutableArray<ObjectType> : NSArray <ObjectType>
 - (void)addObject:(ObjectType)object;
+- (void)insertObject:(ObjectType)object atIndex:(NSUInteger)index;
 - (void)removeObject:(ObjectType)object;
 - (void)removeAllObjects;
 @end

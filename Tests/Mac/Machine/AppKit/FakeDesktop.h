@@ -72,6 +72,13 @@ class FakeDesktop {
   NSMenu* __weak openMenu = nil;
   /// Hears when a menu begins or ends to follow the mouse.
   std::function<void(bool isTracking)> menuTracks;
+  /// What was changed in the open menu, in order: AppKit lays it out anew each time.
+  std::vector<std::string> menuChanges;
+  /// Its line that the arrow keys have reached.
+  NSMenuItem* __weak highlighted = nil;
+  /// Where a menu's titles begin, and how far a column for ticks moves them.
+  double titleEdge = 14;
+  double tickColumnWidth = 10;
 
   // The user's hands.
   void open(NSMenu* menu);
@@ -80,6 +87,8 @@ class FakeDesktop {
   void choose(const std::string& title);
   /// Nothing here keeps the slider, as nothing in AppKit does while it follows the mouse.
   void drag(NSSlider* __weak const& slider, double value);
+  /// In the open menu: to the next line that can be chosen.
+  void pressArrowDown();
   /// The mouse's button goes down on a slider, and up: it is followed meanwhile, whatever happens
   /// to the menu.
   void hold();
@@ -110,6 +119,8 @@ class FakeDesktop {
 /// All views below, itself first.
 std::vector<NSView*> viewsBelow(NSView* view);
 NSArray<NSMenuItem*>* itemsOf(NSMenu* menu);
+/// Where the titles of all its lines begin.
+double titleEdgeOf(NSMenu* menu);
 NSScreen* makeFakeScreen(id number, const Rect& frame, const std::string& name, double headroom);
 NSRunningApplication* makeFakeApplication(const std::string& bundleIdentifier, int process);
 /// "label", "label*0.5", "rgb(1 0.5 0)*0.7".
@@ -139,6 +150,8 @@ struct FakeFade {
 
 @interface NSView (FakeAppKit)
 - (NSArray<NSView*>*)fakeSubviews;
+/// What is left and right of the visible part.
+- (CGFloat)fakeInset;
 - (NSString*)fakeRole;
 @end
 

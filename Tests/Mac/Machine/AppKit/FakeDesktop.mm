@@ -43,6 +43,10 @@ void note(const std::string& line) {
 + (NSPoint)mouseLocation {
   return FakeDesktop::shared().pointer;
 }
+/// Its first button alone is used.
++ (NSUInteger)pressedMouseButtons {
+  return FakeDesktop::shared().isHolding ? 1 : 0;
+}
 + (NSEventModifierFlags)modifierFlags {
   return FakeDesktop::shared().modifiers;
 }
@@ -299,6 +303,10 @@ namespace {
 
 bool isPerformingLater = false;
 
+std::string nameOf(NSMenuItem* item) {
+  return item.view == nil ? textOf(item.title) : "row";
+}
+
 }  // namespace
 
 @implementation NSObject (NSDelayedPerforming)
@@ -317,6 +325,19 @@ bool isPerformingLater = false;
  @public
   NSMutableArray<NSMenuItem*>* items;
 }
+- (void)noteChange:(const std::string&)change;
+@end
+
+@interface NSMenuItem () {
+ @public
+  NSString* key;
+  SEL action;
+  BOOL isSeparator;
+  NSString* ownTitle;
+  NSAttributedString* ownAttributedTitle;
+  NSControlStateValue ownState;
+  NSMenu* __unsafe_unretained menu;
+}
 @end
 
 @implementation NSMenu
@@ -329,17 +350,42 @@ bool isPerformingLater = false;
   return self;
 }
 - (void)addItem:(NSMenuItem*)item {
-  [items addObject:item];
+  [self insertItem:item atIndex:static_cast<NSInteger>(items.count)];
 }
-- (void)removeAllItems {
-  [items removeAllObjects];
+/// AppKit raises an exception for an item that is in a menu.
+- (void)insertItem:(NSMenuItem*)item atIndex:(NSInteger)index {
+  if (item->menu != nil) brivane::objc::fail("an item is added to a second menu");
+  [items insertObject:item atIndex:static_cast<NSUInteger>(index)];
+  item->menu = self;
+  [self noteChange:"add " + nameOf(item)];
+}
+/// A highlight doesn't come back.
+- (void)removeItemAtIndex:(NSInteger)index {
+  NSMenuItem* const item = items[static_cast<NSUInteger>(index)];
+  [self noteChange:"remove " + nameOf(item)];
+  if (FakeDesktop::shared().highlighted == item) FakeDesktop::shared().highlighted = nil;
+  item->menu = nil;
+  [items removeObject:item];
+}
+/// As wide as its widest title, with what is around it.
+- (NSSize)size {
+  CGFloat widest = 0;
+  for (NSMenuItem* item in items) {
+    widest = std::max(widest, 7.0 * static_cast<CGFloat>(item.title.length));
+  }
+  return NSMakeSize(brivane::titleEdgeOf(self) + widest + 14,
+                    22 * static_cast<CGFloat>(items.count));
+}
+- (void)noteChange:(const std::string&)change {
+  if (self == FakeDesktop::shared().openMenu) FakeDesktop::shared().menuChanges.push_back(change);
 }
 - (BOOL)popUpMenuPositioningItem:(NSMenuItem*)item
                       atLocation:(NSPoint)location
                           inView:(NSView*)contentView {
   if (!isPerformingLater) brivane::objc::fail("a menu keeps whoever has it pop up until it closes");
   note("menu at " + std::to_string(std::lround(location.x)) + "," +
-       std::to_string(std::lround(location.y)));
+       std::to_string(std::lround(location.y)) + (item == nil ? "" : ", of one of its items") +
+       (contentView == nil ? "" : ", of a view"));
   FakeDesktop::shared().open(self);
   return NO;
 }
@@ -355,16 +401,8 @@ bool isPerformingLater = false;
 }
 @end
 
-@interface NSMenuItem () {
- @public
-  NSString* key;
-  SEL action;
-  BOOL isSeparator;
-}
-@end
-
 @implementation NSMenuItem
-@synthesize title, attributedTitle, enabled, state, target, view, tag;
+@synthesize enabled, target, view, submenu, tag;
 + (NSMenuItem*)separatorItem {
   NSMenuItem* const item = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
   item->isSeparator = YES;
@@ -380,6 +418,27 @@ bool isPerformingLater = false;
     key = keyEquivalent;
   }
   return self;
+}
+- (NSString*)title {
+  return ownTitle;
+}
+- (void)setTitle:(NSString*)title {
+  ownTitle = [title copy];
+  [menu noteChange:"title of " + nameOf(self)];
+}
+- (NSAttributedString*)attributedTitle {
+  return ownAttributedTitle;
+}
+- (void)setAttributedTitle:(NSAttributedString*)title {
+  ownAttributedTitle = [title copy];
+  [menu noteChange:"look of " + nameOf(self)];
+}
+- (NSControlStateValue)state {
+  return ownState;
+}
+- (void)setState:(NSControlStateValue)state {
+  ownState = state;
+  [menu noteChange:"tick of " + nameOf(self)];
 }
 - (NSString*)fakeKeyEquivalent {
   return key;
@@ -486,12 +545,15 @@ void FakeDesktop::open(NSMenu* menu) {
     openMenu = menu;
     if (menuTracks) menuTracks(true);
     [menu.delegate menuWillOpen:menu];
+    menuChanges.clear();
   }
 }
 
 void FakeDesktop::close() {
   @autoreleasepool {
     NSMenu* const menu = std::exchange(openMenu, nil);
+    highlighted = nil;
+    menuChanges.clear();
     [menu.delegate menuDidClose:menu];
     if (menuTracks) menuTracks(false);
   }
@@ -542,10 +604,25 @@ void FakeDesktop::choose(const std::string& title) {
   }
 }
 
+void FakeDesktop::pressArrowDown() {
+  @autoreleasepool {
+    bool isBelow = highlighted == nil;
+    for (NSMenuItem* item in itemsOf(openMenu)) {
+      if (isBelow && item.enabled && !item->isSeparator) {
+        highlighted = item;
+        return;
+      }
+      isBelow = isBelow || item == highlighted;
+    }
+  }
+}
+
 void FakeDesktop::drag(NSSlider* __weak const& slider, double value) {
   @autoreleasepool {
+    const bool wasHolding = std::exchange(isHolding, true);
     slider.doubleValue = std::clamp(value, slider.minValue, slider.maxValue);
     if (slider.isContinuous) send(slider.action, slider.target, slider);
+    isHolding = wasHolding;
   }
   if (slider == nil) objc::fail("a slider went while it was dragged");
 }
@@ -598,6 +675,14 @@ std::vector<std::string> FakeDesktop::drawnBy(NSView* view) {
 
 NSArray<NSMenuItem*>* itemsOf(NSMenu* menu) {
   return [menu->items copy];
+}
+
+double titleEdgeOf(NSMenu* menu) {
+  const FakeDesktop& desktop = FakeDesktop::shared();
+  for (NSMenuItem* item in menu->items) {
+    if (item.state != NSControlStateValueOff) return desktop.titleEdge + desktop.tickColumnWidth;
+  }
+  return desktop.titleEdge;
 }
 
 NSScreen* makeFakeScreen(id number, const Rect& frame, const std::string& name, double headroom) {

@@ -267,6 +267,9 @@ NSString* stringOf(const std::string& text) {
 - (void)addObject:(id)object {
   objects.push_back(object);
 }
+- (void)insertObject:(id)object atIndex:(NSUInteger)index {
+  objects.insert(objects.begin() + static_cast<std::ptrdiff_t>(index), object);
+}
 - (void)removeObject:(id)object {
   std::erase_if(objects, [object](id own) { return own == object; });
 }

@@ -100,6 +100,15 @@ const NSAccessibilityRole NSAccessibilityButtonRole = @"AXButton";
 - (BOOL)accessibilityPerformPress {
   return NO;
 }
+/// Without what a control has around its visible part.
+- (NSRect)frameForAlignmentRect:(NSRect)rect {
+  const CGFloat around = [self fakeInset];
+  return NSMakeRect(rect.origin.x - around, rect.origin.y, rect.size.width + 2 * around,
+                    rect.size.height);
+}
+- (CGFloat)fakeInset {
+  return 0;
+}
 - (NSArray<NSView*>*)fakeSubviews {
   return [subviews copy];
 }
@@ -126,6 +135,9 @@ std::vector<NSView*> viewsBelow(NSView* view) {
 
 @implementation NSSlider
 @synthesize minValue, maxValue;
+- (CGFloat)fakeInset {
+  return 2;
+}
 + (instancetype)sliderWithValue:(double)value
                        minValue:(double)minimum
                        maxValue:(double)maximum

@@ -31,6 +31,9 @@ class MacMenuTest : public AppKitTest, public MenuDelegate {
   NSStatusItem* systemItem() { return desktop.statusItems[0]; }
   NSMenu* systemMenu() { return systemItem().menu; }
   NSMenuItem* systemItem(NSUInteger index) { return itemsOf(systemMenu())[index]; }
+  NSSlider* slider(NSUInteger index) {
+    return static_cast<NSSlider*>([systemItem(index).view fakeSubviews][0]);
+  }
 
   std::vector<std::string> notes;
   std::unique_ptr<StatusItem> item = frame.makeStatusItem();
@@ -157,11 +160,112 @@ TEST_F(MacMenuTest, ASlidersRowComesFromNoArchive) {
 TEST_F(MacMenuTest, AReplacedSliderCallsNothing) {
   item->menu().setItems(
       {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("old"); }}});
-  auto* const old = static_cast<NSSlider*>([systemItem(0).view fakeSubviews][0]);
+  auto* const old = slider(0);
+  desktop.open(systemMenu());
+  notes.clear();
+  desktop.hold();
   item->menu().setItems(
       {MenuSlider{0, 100, 50, "a", [this](double) { notes.emplace_back("new"); }}});
   desktop.drag(old, 60);
-  EXPECT_THAT(notes, IsEmpty());
+  EXPECT_THAT(notes, IsEmpty()) << "though it looks the same, another display may be meant";
+  desktop.letGo();
+  desktop.close();
+}
+
+/// What the program shows of two displays.
+std::vector<MenuItem> listOf(const std::string& first, const std::string& second) {
+  return {MenuText{first}, MenuSlider{0, 100, 50, "First", {}}, MenuText{second},
+          MenuSeparator{}, MenuCommand{"Retry", false, "", {}}, MenuCommand{"Tick", true, "", {}},
+          MenuSeparator{}, MenuCommand{"Quit", false, "q", {}}};
+}
+
+TEST_F(MacMenuTest, AListThatSaysTheSameTouchesNoItemOfAnOpenMenu) {
+  item->menu().setItems(listOf("First 50 %", "Second"));
+  desktop.open(systemMenu());
+  item->menu().setItems(listOf("First 50 %", "Second"));
+  item->menu().setTitle(0, "First 50 %");
+  item->menu().setTitle(4, "Retry");
+  item->menu().setChecked(5, true);
+  EXPECT_THAT(desktop.menuChanges, IsEmpty());
+  desktop.close();
+}
+
+TEST_F(MacMenuTest, AListThatIsChangedInPlaceTouchesOnlyTheItemsThatChanged) {
+  item->menu().setItems(listOf("First 50 %", "Second"));
+  desktop.open(systemMenu());
+  auto longer = listOf("First 50 %", "Second 40 %");
+  longer.insert(longer.begin() + 3, MenuSlider{0, 100, 40, "Second", {}});
+  item->menu().setItems(longer);
+  EXPECT_THAT(desktop.menuChanges, ElementsAre("add Second 40 %", "add row", "remove Second"));
+  EXPECT_EQ(itemsOf(systemMenu()).count, longer.size());
+  desktop.menuChanges.clear();
+  item->menu().setItems(listOf("First 50 %", "Second 40 %"));
+  EXPECT_THAT(desktop.menuChanges, ElementsAre("remove row"));
+  desktop.close();
+}
+
+TEST_F(MacMenuTest, WhatWasChangedBeforeTheListIsWhatTheListIsComparedWith) {
+  item->menu().setItems(listOf("First 50 %", "Second"));
+  desktop.open(systemMenu());
+  item->menu().setTitle(0, "First 60 %");
+  item->menu().setSliderValue(1, 60);
+  item->menu().setTitle(4, "Once more");
+  item->menu().setChecked(5, false);
+  EXPECT_THAT(desktop.menuChanges, ElementsAre("title of First 60 %", "look of First 60 %",
+                                               "title of Once more", "tick of Tick"));
+  desktop.menuChanges.clear();
+  item->menu().setItems(listOf("First 50 %", "Second"));
+  EXPECT_THAT(desktop.menuChanges,
+              ElementsAre("add First 50 %", "add row", "remove row", "remove First 60 %",
+                          "add Retry", "add Tick", "remove Tick", "remove Once more"));
+  EXPECT_EQ(item->menu().sliderValue(1), 50);
+  desktop.close();
+}
+
+TEST_F(MacMenuTest, ALineKeepsItsHighlightAndIsChosenAsTheNewestListSays) {
+  const auto listWith = [this](const std::string& first, const std::string& what) {
+    auto list = listOf(first, "Second");
+    std::get<MenuCommand>(list[4]).chosen = [this, what] { notes.push_back(what); };
+    return list;
+  };
+  item->menu().setItems(listWith("First 50 %", "the old one"));
+  desktop.open(systemMenu());
+  desktop.pressArrowDown();
+  item->menu().setItems(listWith("First 60 %", "the new one"));
+  EXPECT_NE(desktop.highlighted, nil);
+  desktop.choose("Retry");
+  EXPECT_THAT(notes, ElementsAre("will open", "did close", "the new one"));
+}
+
+TEST_F(MacMenuTest, ArrowKeysPassSlidersWhichShowNoHighlight) {
+  item->menu().setItems(listOf("First 50 %", "Second"));
+  desktop.open(systemMenu());
+  std::vector<std::string> reached;
+  for (int presses = 0; presses < 3; ++presses) {
+    desktop.pressArrowDown();
+    reached.push_back(textOf(desktop.highlighted.title));
+  }
+  EXPECT_THAT(reached, ElementsAre("Retry", "Tick", "Quit"));
+  desktop.close();
+}
+
+TEST_F(MacMenuTest, ASliderBeginsWhereTitlesDoWhetherALineIsTickedOrNot) {
+  desktop.tickColumnWidth = 11;
+  item = frame.makeStatusItem();
+  item->menu().setItems(listOf("First 50 %", "Second"));
+  desktop.open(systemMenu());
+  const auto edge = [this] { return slider(1).frame.origin.x + [slider(1) fakeInset]; };
+  const auto rightEdge = [this] {
+    return slider(1).frame.origin.x + slider(1).frame.size.width - [slider(1) fakeInset];
+  };
+  EXPECT_EQ(edge(), 25);
+  EXPECT_EQ(edge(), titleEdgeOf(systemMenu()));
+  EXPECT_EQ(rightEdge(), 246);
+  item->menu().setChecked(5, false);
+  EXPECT_EQ(edge(), 14);
+  EXPECT_EQ(edge(), titleEdgeOf(systemMenu()));
+  EXPECT_EQ(rightEdge(), 246);
+  desktop.close();
 }
 
 TEST_F(MacMenuTest, AClosureLivesUntilItReturnsThoughItsItemIsReplaced) {
