@@ -65,6 +65,21 @@ Appearance currentAppearance() {
   return [best isEqualToString:NSAppearanceNameDarkAqua] ? Appearance::dark : Appearance::light;
 }
 
+/// Never shown, as the program is an accessory: for the keys of its items alone.
+NSMenu* makeMainMenu() {
+  NSMenu* const commands = [[NSMenu alloc] initWithTitle:@""];
+  const auto add = [commands](SEL action, NSString* key) {
+    [commands addItem:[[NSMenuItem alloc] initWithTitle:@"" action:action keyEquivalent:key]];
+  };
+  add(@selector(performClose:), @"w");
+  add(@selector(terminate:), @"q");
+  NSMenuItem* const top = [[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""];
+  top.submenu = commands;
+  NSMenu* const mainMenu = [[NSMenu alloc] initWithTitle:@""];
+  [mainMenu addItem:top];
+  return mainMenu;
+}
+
 NSEvent* emptyEvent() {
   return [NSEvent otherEventWithType:NSEventTypeApplicationDefined
                             location:NSMakePoint(0, 0)
@@ -86,6 +101,7 @@ MacApplication::MacApplication(Runtime& frameRuntime)
   systemDelegate->application = this;
   NSApplication* const application = NSApplication.sharedApplication;
   application.delegate = systemDelegate;
+  application.mainMenu = makeMainMenu();
   [application addObserver:systemDelegate
                 forKeyPath:appearanceKey
                    options:NSKeyValueObservingOptionNew
@@ -97,6 +113,7 @@ MacApplication::~MacApplication() {
   NSApplication* const application = NSApplication.sharedApplication;
   [application removeObserver:systemDelegate forKeyPath:appearanceKey context:&appearanceContext];
   application.delegate = nil;
+  application.mainMenu = nil;
 }
 
 void MacApplication::setActivationPolicy(ActivationPolicy policy) {
@@ -134,7 +151,10 @@ void MacApplication::exit(int status) {
 }
 
 void MacApplication::activateIgnoringOtherApplications() {
-  [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+  NSApplication* const application = NSApplication.sharedApplication;
+  // Closing the editor has hidden the application.
+  [application unhideWithoutActivation];
+  [application activateIgnoringOtherApps:YES];
 }
 
 void MacApplication::beep() {

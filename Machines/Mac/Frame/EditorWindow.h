@@ -43,6 +43,7 @@ class MacEditorWindow : public EditorWindow {
   NSView* make(const WindowLabel& label);
   NSView* make(const WindowButton& button);
   NSView* make(const WindowView& field);
+  void giveFocusBack();
   void letGo();
   void leaveFields();
   void keepForNow(NSObject* object);

@@ -94,6 +94,8 @@ MacEditorWindow::MacEditorWindow(const EditorWindowAttributes& attributes, Runti
   window.releasedWhenClosed = attributes.isReleasedWhenClosed;
   // Otherwise the system would store the window's state, to open it again at the next start.
   window.restorable = NO;
+  window.collectionBehavior =
+      NSWindowCollectionBehaviorMoveToActiveSpace | NSWindowCollectionBehaviorFullScreenAuxiliary;
   window.delegate = hands;
 }
 
@@ -124,7 +126,7 @@ double MacEditorWindow::contentHeight() {
 }
 
 void MacEditorWindow::makeKeyAndOrderFront() {
-  [window makeKeyAndOrderFront:nil];
+  bringToFront(window);
 }
 
 void MacEditorWindow::setContent(std::vector<WindowItem> newItems) {
@@ -177,8 +179,18 @@ void MacEditorWindow::keepForNow(NSObject* object) {
 
 void MacEditorWindow::willClose() {
   losesKeyboard();
+  giveFocusBack();
   const Task handler = whenClosing;
   if (handler) handler();
+}
+
+/// An application without a window keeps the keyboard until it is hidden. The window is still there
+/// now, and would come back with the application.
+void MacEditorWindow::giveFocusBack() {
+  NSWindow* const closed = window;
+  runtime.async([closed] {
+    if (!closed.visible) [NSApplication.sharedApplication hide:nil];
+  });
 }
 
 void MacEditorWindow::losesKeyboard() {

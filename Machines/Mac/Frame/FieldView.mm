@@ -5,6 +5,11 @@
 #include "Machines/Mac/Frame/AppKitValues.h"
 #include "Machines/Mac/Frame/Painter.h"
 
+void brivane::bringToFront(NSWindow* window) {
+  [window makeKeyAndOrderFront:nil];
+  [window orderFrontRegardless];
+}
+
 @implementation BrivaneFieldView {
   /// Null after `leaveField`.
   brivane::CustomView* view;
@@ -63,7 +68,7 @@
 - (BOOL)accessibilityPerformPress {
   if (view == nullptr) return NO;
   [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
-  [self.window makeKeyAndOrderFront:nil];
+  brivane::bringToFront(self.window);
   view->mouseDown();
   return YES;
 }

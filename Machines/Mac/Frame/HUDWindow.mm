@@ -47,6 +47,8 @@ BrivaneHUDWindow* makeWindow(const HUDWindowAttributes& attributes) {
   window.ignoresMouseEvents = attributes.ignoresMouseEvents;
   window.releasedWhenClosed = attributes.isReleasedWhenClosed;
   window.hidesOnDeactivate = attributes.hidesOnDeactivate;
+  // The application is hidden when the editor is closed.
+  window.canHide = NO;
   window.level = static_cast<NSWindowLevel>(attributes.level);
   window.collectionBehavior =
       static_cast<NSWindowCollectionBehavior>(attributes.collectionBehavior);

@@ -4,7 +4,7 @@
 #import <AppKit/NSEvent.h>
 #import <AppKit/NSResponder.h>
 
-@class NSApplication;
+@class NSApplication, NSMenu;
 
 #pragma clang assume_nonnull begin
 
@@ -27,8 +27,13 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 @property(class, readonly, strong) __kindof NSApplication* sharedApplication;
 @property(nullable, weak) id<NSApplicationDelegate> delegate;
 @property(readonly, strong) NSAppearance* effectiveAppearance;
+/// Its items' submenus are what the menu bar shows.
+@property(nullable, strong) NSMenu* mainMenu;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 - (void)activateIgnoringOtherApps:(BOOL)ignoring;
+/// Hides its windows; the application before becomes active.
+- (void)hide:(nullable id)sender;
+- (void)unhideWithoutActivation;
 - (void)run;
 /// The run ends once an event has been handled.
 - (void)stop:(nullable id)sender;

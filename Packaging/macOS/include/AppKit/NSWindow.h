@@ -22,6 +22,7 @@ typedef NS_ENUM(NSUInteger, NSBackingStoreType) {
 
 typedef NS_OPTIONS(NSUInteger, NSWindowCollectionBehavior) {
   NSWindowCollectionBehaviorCanJoinAllSpaces = 1 << 0,
+  NSWindowCollectionBehaviorMoveToActiveSpace = 1 << 1,
   NSWindowCollectionBehaviorStationary = 1 << 4,
   NSWindowCollectionBehaviorIgnoresCycle = 1 << 6,
   NSWindowCollectionBehaviorFullScreenAuxiliary = 1 << 8,
@@ -57,6 +58,8 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
 @property BOOL ignoresMouseEvents;
 @property(getter=isReleasedWhenClosed) BOOL releasedWhenClosed;
 @property BOOL hidesOnDeactivate;
+/// Whether it is hidden with its application.
+@property BOOL canHide;
 @property NSWindowLevel level;
 @property NSWindowCollectionBehavior collectionBehavior;
 @property NSWindowAnimationBehavior animationBehavior;
@@ -73,6 +76,8 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
 - (void)orderFrontRegardless;
 - (void)orderOut:(nullable id)sender;
 - (void)makeKeyAndOrderFront:(nullable id)sender;
+/// As a click on the close button.
+- (void)performClose:(nullable id)sender;
 - (void)close;
 - (void)invalidateShadow;
 @end

@@ -36,6 +36,7 @@ NothingIsLeft::~NothingIsLeft() {
     EXPECT_EQ(observerCount(NSNotificationCenter.defaultCenter), 0);
     EXPECT_EQ(observerCount(NSWorkspace.sharedWorkspace.notificationCenter), 0);
     EXPECT_EQ(NSApplication.sharedApplication.delegate, nil);
+    EXPECT_EQ(NSApplication.sharedApplication.mainMenu, nil);
   }
   FakeDesktop::shared().reset();
   EXPECT_EQ(objc::liveObjects(), before) << "objects";

@@ -17,6 +17,9 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr std::uint16_t keyQ = 12;
+constexpr std::uint16_t keyW = 13;
+
 /// A field that waits for keys only if it is told to.
 class Field : public CustomView {
  public:
@@ -47,6 +50,11 @@ class MacEditorWindowTest : public AppKitTest {
                         WindowButton{{248, 20, 152, 26}, "Defaults", {}}});
   }
 
+  /// As the program shows it.
+  void show() {
+    frame.application().activateIgnoringOtherApplications();
+    window->makeKeyAndOrderFront();
+  }
   NSWindow* systemWindow() { return desktop.windowTitled("Hotkeys"); }
   NSView* view(NSUInteger index) { return [systemWindow().contentView fakeSubviews][index]; }
 
@@ -68,9 +76,83 @@ TEST_F(MacEditorWindowTest, ItHasTheAttributesThatTheProgramGives) {
 
 TEST_F(MacEditorWindowTest, ItCanBeCentredAndTakesTheKeys) {
   window->center();
-  window->makeKeyAndOrderFront();
+  show();
   EXPECT_TRUE([systemWindow() fakeIsCentered]);
   EXPECT_TRUE([systemWindow() fakeIsKey]);
+}
+
+TEST_F(MacEditorWindowTest, ItIsInFrontEvenWhileTheSystemKeepsAnotherApplicationActive) {
+  desktop.activation = FakeDesktop::Activation::never;
+  show();
+  bench.pass(0.1);
+  EXPECT_TRUE([systemWindow() fakeIsSeen]);
+  EXPECT_FALSE([systemWindow() fakeIsKey]) << "before the user clicks into it";
+}
+
+TEST_F(MacEditorWindowTest, ItTakesTheKeysOnceTheSystemMakesTheApplicationActive) {
+  desktop.activation = FakeDesktop::Activation::later;
+  show();
+  EXPECT_FALSE([systemWindow() fakeIsKey]);
+  bench.pass(0.1);
+  EXPECT_TRUE([systemWindow() fakeIsKey]);
+}
+
+TEST_F(MacEditorWindowTest, ItComesToTheSpaceThatTheUserLooksAt) {
+  show();
+  [systemWindow() performClose:nil];
+  bench.pass(0);
+  desktop.activeSpace = 2;
+  desktop.isActiveSpaceFullScreen = true;
+  show();
+  EXPECT_TRUE([systemWindow() fakeIsSeen]);
+}
+
+TEST_F(MacEditorWindowTest, OnceItIsClosedTheApplicationBeforeIsActiveAndItCanBeShownAgain) {
+  const auto hud = frame.makeHUDWindow({.contentRect = {0, 0, 360, 54}, .level = 25});
+  show();
+  hud->orderFrontRegardless();
+  [systemWindow() performClose:nil];
+  bench.pass(0);
+  EXPECT_FALSE(desktop.isActive);
+  EXPECT_TRUE(hud->isVisible());
+  [NSApplication.sharedApplication unhideWithoutActivation];
+  EXPECT_FALSE(systemWindow().visible) << "the user has closed it";
+  [NSApplication.sharedApplication hide:nil];
+  show();
+  EXPECT_TRUE([systemWindow() fakeIsSeen]);
+  EXPECT_TRUE([systemWindow() fakeIsKey]);
+}
+
+TEST_F(MacEditorWindowTest, AWindowThatIsShownAgainAsItClosesKeepsTheKeys) {
+  show();
+  [systemWindow() performClose:nil];
+  window->makeKeyAndOrderFront();
+  bench.pass(0);
+  EXPECT_TRUE([systemWindow() fakeIsKey]);
+}
+
+TEST_F(MacEditorWindowTest, CommandWClosesItAndCommandQEndsTheApplication) {
+  struct Delegate : ApplicationDelegate {
+    void applicationDidFinishLaunching() override {}
+    void applicationWasOpenedAgain() override {}
+    void applicationWillTerminate() override { ++ends; }
+    int ends = 0;
+  } delegate;
+  frame.application().setDelegate(&delegate);
+  show();
+  desktop.press(systemWindow(), keyQ, NSEventModifierFlagCommand);
+  EXPECT_EQ(delegate.ends, 1);
+  desktop.press(systemWindow(), keyW, NSEventModifierFlagCommand);
+  EXPECT_FALSE(systemWindow().visible);
+}
+
+TEST_F(MacEditorWindowTest, AFieldThatWaitsTakesTheKeysOfTheMenuToo) {
+  show();
+  field.host->makeFirstResponder();
+  desktop.press(systemWindow(), keyQ, NSEventModifierFlagCommand);
+  desktop.press(systemWindow(), keyW, NSEventModifierFlagCommand);
+  EXPECT_THAT(field.keys, ElementsAre(keyQ, keyW));
+  EXPECT_TRUE(systemWindow().visible);
 }
 
 TEST_F(MacEditorWindowTest, ItsPartsLieWhereTheProgramPutsThem) {
@@ -115,13 +197,17 @@ TEST_F(MacEditorWindowTest, AFieldIsAButtonToAssistiveTechnology) {
 }
 
 TEST_F(MacEditorWindowTest, AFieldThatAssistiveTechnologyPressesBringsItsWindowTheKeyboard) {
+  desktop.activation = FakeDesktop::Activation::later;
   desktop.notes.clear();
   EXPECT_TRUE([view(1) accessibilityPerformPress]);
+  EXPECT_TRUE([systemWindow() fakeIsSeen]);
+  bench.pass(0.1);
   EXPECT_TRUE([systemWindow() fakeIsKey]);
   EXPECT_THAT(desktop.notes, ElementsAre("activate, whatever is in front"));
 }
 
 TEST_F(MacEditorWindowTest, AFieldThatHasTheKeysGetsThoseWithCommandOnce) {
+  show();
   field.host->makeFirstResponder();
   desktop.press(systemWindow(), 96, NSEventModifierFlagCommand | NSEventModifierFlagControl);
   EXPECT_THAT(field.keys, ElementsAre(96));
@@ -135,12 +221,14 @@ TEST_F(MacEditorWindowTest, AFieldTakesAKeyWithCommandBeforeItIsOneOfAMenu) {
 }
 
 TEST_F(MacEditorWindowTest, AFieldWithoutTheKeysTakesNoKeyWithCommand) {
-  desktop.press(systemWindow(), 12, NSEventModifierFlagCommand);
+  show();
+  desktop.press(systemWindow(), 96, NSEventModifierFlagCommand);
   EXPECT_THAT(field.keys, IsEmpty());
-  EXPECT_THAT(desktop.notes, Contains("nobody takes key 12"));
+  EXPECT_THAT(desktop.notes, Contains("nobody takes key 96"));
 }
 
 TEST_F(MacEditorWindowTest, AKeyThatTheFieldDoesNotTakeGoesOn) {
+  show();
   field.takesKeys = false;
   field.host->makeFirstResponder();
   desktop.press(systemWindow(), 53, 0);
@@ -180,11 +268,33 @@ TEST_F(MacEditorWindowTest, EventsOfADestroyedWindowAreIgnored) {
   [hands pressed:button];
 }
 
+TEST_F(MacEditorWindowTest, AButtonStaysUntilItsPressIsOverThoughAnotherContentTakesItsPlace) {
+  NSButton* __weak button = nil;
+  @autoreleasepool {
+    window->setContent(
+        {WindowButton{{248, 20, 152, 26}, "Go", [this] { window->setContent({}); }}});
+    button = static_cast<NSButton*>(view(0));
+  }
+  desktop.press(button);
+  EXPECT_EQ([systemWindow().contentView fakeSubviews].count, 0U);
+}
+
+TEST_F(MacEditorWindowTest, AButtonMayDestroyItsWindow) {
+  NSButton* __weak button = nil;
+  @autoreleasepool {
+    window->setContent({WindowButton{{248, 20, 152, 26}, "Go", [this] { window.reset(); }}});
+    button = static_cast<NSButton*>(view(0));
+  }
+  desktop.press(button);
+  EXPECT_EQ(window, nullptr);
+}
+
 TEST_F(MacEditorWindowTest, AfterTheEndOfTheApplicationItTakesNothing) {
   int presses = 0;
   window->setContent({WindowView{{200, 114, 200, 30}, &field, "Brighter"},
                       WindowButton{{248, 20, 152, 26}, "Defaults", [&] { ++presses; }}});
   field.host->makeFirstResponder();
+  show();
   frame.application().exit(0);
   desktop.press(systemWindow(), 96, 0);
   desktop.press(static_cast<NSButton*>(view(1)));

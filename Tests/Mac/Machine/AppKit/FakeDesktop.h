@@ -45,6 +45,17 @@ class FakeDesktop {
   /// How the program became an application, in order.
   std::vector<std::string> start;
 
+  /// Whether the program is the active application; another one is, at first.
+  bool isActive = false;
+  bool isHidden = false;
+  /// What becomes of a program's wish to be active: macOS 14 and later grant it later, or never.
+  enum class Activation { atOnce, later, never };
+  Activation activation = Activation::atOnce;
+  void becomeActive();
+  /// The Space that the user looks at, and whether it is that of another program's window alone.
+  int activeSpace = 1;
+  bool isActiveSpaceFullScreen = false;
+
   bool isDark = false;
   /// AppKit announces changes of the appearance that change nothing we see, too.
   void setDark(bool dark);
@@ -93,10 +104,13 @@ class FakeDesktop {
   /// to the menu.
   void hold();
   void letGo();
+  /// Gives the application and the window the keys.
   void click(NSView* view, NSWindow* window);
+  /// A key that is pressed while the window is to have the keys: it is lost when the window hasn't.
   void press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags);
   NSEvent* keyDown(std::uint16_t keyCode, NSEventModifierFlags flags);
-  void press(NSButton* button);
+  /// As with a slider, nothing here keeps the button.
+  void press(NSButton* __weak const& button);
 
   // The loops
 
@@ -144,6 +158,11 @@ struct FakeFade {
 - (brivane::FakeFade)fakeLastFade;
 - (NSWindowStyleMask)fakeStyleMask;
 - (BOOL)fakeIsKey;
+/// On the Space that the user looks at, in front of other applications' windows, and not
+/// transparent.
+- (BOOL)fakeIsSeen;
+- (void)fakeApplicationIsActive;
+- (void)fakeApplicationIsHidden:(BOOL)isHidden;
 - (BOOL)fakeIsCentered;
 - (BOOL)fakeDisplayedLastFrame;
 @end

@@ -151,6 +151,7 @@ const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
 
 @implementation NSApplication {
   __weak id<NSApplicationDelegate> ownDelegate;
+  NSMenu* ownMainMenu;
 }
 + (__kindof NSApplication*)sharedApplication {
   static NSApplication* const application = [NSApplication new];
@@ -174,6 +175,30 @@ const NSNotificationName NSApplicationDidChangeScreenParametersNotification =
 }
 - (void)activateIgnoringOtherApps:(BOOL)ignoring {
   note(ignoring ? "activate, whatever is in front" : "activate");
+  FakeDesktop& desktop = FakeDesktop::shared();
+  if (desktop.activation == FakeDesktop::Activation::atOnce) desktop.becomeActive();
+  if (desktop.activation != FakeDesktop::Activation::later) return;
+  desktop.loop.after(0.05, [] { FakeDesktop::shared().becomeActive(); });
+}
+/// With all windows that don't refuse; the application before is active then.
+- (void)hide:(id)sender {
+  note("hide");
+  FakeDesktop& desktop = FakeDesktop::shared();
+  desktop.isHidden = true;
+  desktop.isActive = false;
+  for (NSWindow* const window : desktop.windows) [window fakeApplicationIsHidden:YES];
+}
+/// Brings back what was there when the application was hidden, closed since then or not.
+- (void)unhideWithoutActivation {
+  FakeDesktop& desktop = FakeDesktop::shared();
+  desktop.isHidden = false;
+  for (NSWindow* const window : desktop.windows) [window fakeApplicationIsHidden:NO];
+}
+- (NSMenu*)mainMenu {
+  return ownMainMenu;
+}
+- (void)setMainMenu:(NSMenu*)menu {
+  ownMainMenu = menu;
 }
 /// The loop goes on until `stop:`, and notices that at the next event.
 - (void)run {
@@ -348,6 +373,9 @@ std::string nameOf(NSMenuItem* item) {
     self.autoenablesItems = YES;
   }
   return self;
+}
+- (void)dealloc {
+  for (NSMenuItem* item in items) item->menu = nil;
 }
 - (void)addItem:(NSMenuItem*)item {
   [self insertItem:item atIndex:static_cast<NSInteger>(items.count)];
@@ -526,6 +554,11 @@ std::vector<std::string> FakeDesktop::takeNotes() {
   return std::exchange(notes, {});
 }
 
+void FakeDesktop::becomeActive() {
+  isActive = true;
+  for (NSWindow* const window : windows) [window fakeApplicationIsActive];
+}
+
 void FakeDesktop::setDark(bool dark) {
   isDark = dark;
   announceChange(NSApplication.sharedApplication, @"effectiveAppearance");
@@ -630,12 +663,48 @@ void FakeDesktop::drag(NSSlider* __weak const& slider, double value) {
 /// A view that accepts the keys has them before it hears of the click.
 void FakeDesktop::click(NSView* view, NSWindow* window) {
   @autoreleasepool {
+    becomeActive();
+    [window makeKeyAndOrderFront:nil];
     if (view.acceptsFirstResponder) [window makeFirstResponder:view];
     NSEvent* const event = [NSEvent new];
     event->ownType = NSEventTypeLeftMouseDown;
     [view mouseDown:event];
   }
 }
+
+namespace {
+
+std::string letterOf(std::uint16_t keyCode) {
+  constexpr std::uint16_t keyQ = 12;
+  constexpr std::uint16_t keyW = 13;
+  return keyCode == keyQ ? "q" : keyCode == keyW ? "w" : "another";
+}
+
+/// As the main menu sends an action without a target: to whoever takes it first.
+bool sendAlongResponders(SEL action, NSWindow* window, NSMenuItem* sender) {
+  for (NSResponder* const& responder :
+       {window.firstResponder, static_cast<NSResponder*>(window),
+        static_cast<NSResponder*>(NSApplication.sharedApplication)}) {
+    if (![responder respondsToSelector:action]) continue;
+    send(action, responder, sender);
+    return true;
+  }
+  return false;
+}
+
+/// Only the menus below the main menu's items are looked at.
+bool chooseByKey(NSMenu* mainMenu, const std::string& letter, NSWindow* window) {
+  if (mainMenu == nil) return false;
+  for (NSMenuItem* top in itemsOf(mainMenu)) {
+    if (top.submenu == nil) continue;
+    for (NSMenuItem* item in itemsOf(top.submenu)) {
+      if (textOf(item->key) == letter) return sendAlongResponders(item->action, window, item);
+    }
+  }
+  return false;
+}
+
+}  // namespace
 
 NSEvent* FakeDesktop::keyDown(std::uint16_t keyCode, NSEventModifierFlags flags) {
   NSEvent* const event = [NSEvent new];
@@ -647,22 +716,23 @@ NSEvent* FakeDesktop::keyDown(std::uint16_t keyCode, NSEventModifierFlags flags)
 
 void FakeDesktop::press(NSWindow* window, std::uint16_t keyCode, NSEventModifierFlags flags) {
   @autoreleasepool {
+    if (![window fakeIsKey]) return note("another window has the keys");
     NSEvent* const event = keyDown(keyCode, flags);
     if ((flags & NSEventModifierFlagCommand) != 0) {
       for (NSView* const& view : viewsBelow(window.contentView)) {
         if ([view performKeyEquivalent:event]) return;
       }
+      if (chooseByKey(NSApplication.sharedApplication.mainMenu, letterOf(keyCode), window)) return;
     }
     [window.firstResponder keyDown:event];
   }
 }
 
-void FakeDesktop::press(NSButton* button) {
+void FakeDesktop::press(NSButton* __weak const& button) {
   @autoreleasepool {
-    __weak NSButton* const seen = button;
     send(button.action, button.target, button);
-    if (seen == nil) objc::fail("a button went while it was pressed");
   }
+  if (button == nil) objc::fail("a button went while it was pressed");
 }
 
 std::vector<std::string> FakeDesktop::drawnBy(NSView* view) {

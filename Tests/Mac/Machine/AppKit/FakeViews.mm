@@ -2,6 +2,8 @@
 // in what order responders give way to each other.
 #import <QuartzCore/CAMediaTimingFunction.h>
 
+#include <algorithm>
+
 #include "Tests/Mac/Machine/AppKit/FakeDesktop.h"
 #include "Tests/Mac/Machine/AppKit/FakeFoundation.h"
 #include "Tests/Mac/Machine/ObjC/Classes.h"
@@ -234,7 +236,16 @@ NSAnimationContext* currentContext;
   NSRect ownFrame;
   NSWindowStyleMask styleMask;
   BOOL isShown;
+  BOOL isHiddenWithApplication;
+  /// With the application, even if the window was closed in the meantime.
+  BOOL comesBack;
+  BOOL isInFront;
+  /// Once the application is active.
+  BOOL isToBeKey;
   BOOL isKey;
+  /// 0 before the window was first shown.
+  int space;
+  NSWindowCollectionBehavior behavior;
   BOOL isCentered;
   BOOL displayedLastFrame;
   NSView* content;
@@ -249,7 +260,7 @@ NSAnimationContext* currentContext;
 
 @implementation NSWindow
 @synthesize delegate, title, opaque, hasShadow, ignoresMouseEvents, releasedWhenClosed,
-    hidesOnDeactivate, level, collectionBehavior, animationBehavior, restorable;
+    hidesOnDeactivate, canHide, level, animationBehavior, restorable;
 - (instancetype)initWithContentRect:(NSRect)contentRect
                           styleMask:(NSWindowStyleMask)style
                             backing:(NSBackingStoreType)backing
@@ -261,6 +272,7 @@ NSAnimationContext* currentContext;
     self.releasedWhenClosed = YES;
     self.restorable = YES;
     self.opaque = YES;
+    self.canHide = YES;
     self.hasShadow = YES;
     self.contentView = [[NSView alloc]
         initWithFrame:NSMakeRect(0, 0, contentRect.size.width, contentRect.size.height)];
@@ -299,13 +311,24 @@ NSAnimationContext* currentContext;
 }
 /// A running fade goes on.
 - (void)setAlphaValue:(CGFloat)newAlpha {
-  alpha = newAlpha;
+  alpha = std::clamp(newAlpha, 0.0, 1.0);
+}
+- (NSWindowCollectionBehavior)collectionBehavior {
+  return behavior;
+}
+/// AppKit raises an exception.
+- (void)setCollectionBehavior:(NSWindowCollectionBehavior)newBehavior {
+  if ((newBehavior & NSWindowCollectionBehaviorCanJoinAllSpaces) != 0 &&
+      (newBehavior & NSWindowCollectionBehaviorMoveToActiveSpace) != 0) {
+    brivane::objc::fail("a window is on every Space or moves from one to another");
+  }
+  behavior = newBehavior;
 }
 - (NSRect)frame {
   return ownFrame;
 }
 - (BOOL)isVisible {
-  return isShown;
+  return isShown && !isHiddenWithApplication;
 }
 - (BOOL)canBecomeKeyWindow {
   return YES;
@@ -332,15 +355,45 @@ NSAnimationContext* currentContext;
   isCentered = YES;
 }
 - (void)orderFrontRegardless {
-  isShown = YES;
+  [self show];
+  isInFront = YES;
 }
 - (void)orderOut:(id)sender {
   isShown = NO;
+  isInFront = NO;
+  isToBeKey = NO;
   [self fakeResignsKey];
 }
+/// Behind the windows of the active application, and without the keys before this one is active.
 - (void)makeKeyAndOrderFront:(id)sender {
+  [self show];
+  if (!self.canBecomeKeyWindow) {
+    FakeDesktop::shared().notes.emplace_back("a window that can't become key was to");
+  }
+  isToBeKey = self.canBecomeKeyWindow;
+  if (FakeDesktop::shared().isActive) [self fakeApplicationIsActive];
+}
+/// On its own Space, which need not be the one that the user looks at.
+- (void)show {
+  const FakeDesktop& desktop = FakeDesktop::shared();
   isShown = YES;
-  isKey = self.canBecomeKeyWindow;
+  isHiddenWithApplication = desktop.isHidden && self.canHide;
+  if (space == 0 || (behavior & NSWindowCollectionBehaviorMoveToActiveSpace) != 0) {
+    space = desktop.activeSpace;
+  }
+}
+- (BOOL)isOnActiveSpace {
+  const FakeDesktop& desktop = FakeDesktop::shared();
+  if (desktop.isActiveSpaceFullScreen &&
+      (behavior & NSWindowCollectionBehaviorFullScreenAuxiliary) == 0) {
+    return NO;
+  }
+  return (behavior & NSWindowCollectionBehaviorCanJoinAllSpaces) != 0 ||
+         space == desktop.activeSpace;
+}
+- (void)performClose:(id)sender {
+  if ((styleMask & NSWindowStyleMaskClosable) == 0) return NSBeep();
+  [self close];
 }
 - (void)close {
   NSNotification* const notification = [NSNotification new];
@@ -357,7 +410,22 @@ NSAnimationContext* currentContext;
 - (void)invalidateShadow {
   FakeDesktop::shared().notes.emplace_back("shadow anew");
 }
+- (BOOL)fakeIsSeen {
+  return self.visible && isInFront && alpha > 0 && [self isOnActiveSpace];
+}
+- (void)fakeApplicationIsActive {
+  if (!isShown) return;
+  isInFront = YES;
+  isKey = isToBeKey;
+}
+- (void)fakeApplicationIsHidden:(BOOL)isHidden {
+  isHiddenWithApplication = isHidden && isShown && self.canHide;
+  if (isHiddenWithApplication) [self fakeResignsKey];
+  if (!isHidden && comesBack) isShown = isInFront = YES;
+  comesBack = isHiddenWithApplication;
+}
 - (void)fakeResignsKey {
+  isToBeKey = NO;
   if (!isKey) return;
   isKey = NO;
   const id<NSWindowDelegate> listener = self.delegate;

@@ -58,11 +58,26 @@ TEST_F(MacHUDWindowTest, ItHasTheAttributesThatTheProgramGives) {
   EXPECT_TRUE(made.ignoresMouseEvents);
   EXPECT_FALSE(made.releasedWhenClosed);
   EXPECT_FALSE(made.hidesOnDeactivate);
+  EXPECT_FALSE(made.canHide);
 }
 
 TEST_F(MacHUDWindowTest, ItNeverTakesTheKeys) {
   EXPECT_FALSE(systemWindow().canBecomeKeyWindow);
   EXPECT_FALSE(systemWindow().canBecomeMainWindow);
+}
+
+TEST_F(MacHUDWindowTest, ItIsSeenInFrontOfTheActiveApplicationOnEverySpaceAndAsksForNoKeys) {
+  window->setAlpha(1);
+  window->orderFrontRegardless();
+  EXPECT_TRUE([systemWindow() fakeIsSeen]);
+  desktop.activeSpace = 2;
+  desktop.isActiveSpaceFullScreen = true;
+  EXPECT_TRUE([systemWindow() fakeIsSeen]);
+  [NSApplication.sharedApplication hide:nil];
+  EXPECT_TRUE([systemWindow() fakeIsSeen]) << "the editor's window goes alone";
+  EXPECT_THAT(desktop.notes, ElementsAre("window, style 0, backing 2", "hide"));
+  window->setAlpha(0);
+  EXPECT_FALSE([systemWindow() fakeIsSeen]);
 }
 
 TEST_F(MacHUDWindowTest, ItsContentFillsItAndIsResizedWithItBothWays) {
@@ -100,9 +115,9 @@ TEST_F(MacHUDWindowTest, AFadeThatIsCutShortHasNoEffectAnyMore) {
 
 TEST_F(MacHUDWindowTest, AnAlphaThatIsSetDuringAFadeStays) {
   window->animateAlpha(0, 0.28, AnimationTiming::easeIn, {});
-  window->setAlpha(0.5);
+  window->setAlpha(0.3);
   bench.pass(1);
-  EXPECT_EQ(systemWindow().alphaValue, 0.5);
+  EXPECT_EQ(systemWindow().alphaValue, 0.3);
 }
 
 TEST_F(MacHUDWindowTest, AFadeThatHasEndedByItselfIsNotEndedAgain) {

@@ -42,14 +42,16 @@ class MacFrameUnderTest : public FrameUnderTest {
                         static_cast<NSEventModifierFlags>(key.modifierFlags));
   }
   void pressButton(const std::string& title) override {
-    for (NSView* const& view : viewsBelow(editor().contentView)) {
-      if (![view isKindOfClass:[NSButton class]]) continue;
-      auto* const button = static_cast<NSButton*>(view);
-      if (textOf(button.title) != title) continue;
-      bench.desktop.press(button);
-      return;
+    NSButton* __weak found = nil;
+    @autoreleasepool {
+      for (NSView* const& view : viewsBelow(editor().contentView)) {
+        if (![view isKindOfClass:[NSButton class]]) continue;
+        auto* const button = static_cast<NSButton*>(view);
+        if (textOf(button.title) == title) found = button;
+      }
     }
-    ADD_FAILURE() << "no button " << title;
+    if (found == nil) FAIL() << "no button " << title;
+    bench.desktop.press(found);
   }
   void closeEditor() override {
     // AppKit keeps it no longer than the program does.

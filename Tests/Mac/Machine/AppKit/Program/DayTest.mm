@@ -35,6 +35,7 @@ void expectAHUDOverEverythingThatTakesNothing() {
   EXPECT_TRUE(hud().ignoresMouseEvents);
   EXPECT_FALSE(hud().releasedWhenClosed);
   EXPECT_FALSE(hud().hidesOnDeactivate);
+  EXPECT_FALSE(hud().canHide);
   EXPECT_FALSE(hud().canBecomeKeyWindow);
   EXPECT_FALSE(hud().canBecomeMainWindow);
 }
@@ -78,7 +79,7 @@ TEST_F(MacWholeProgram, LivesThroughADayAndLeavesNothingBehind) {
     fake::input().release(optionKey);
     fake::input().release(controlKey);
     ASSERT_NE(hud(), nil);
-    EXPECT_TRUE(hud().visible);
+    EXPECT_TRUE([hud() fakeIsSeen]);
     expectAHUDOverEverythingThatTakesNothing();
     EXPECT_EQ(hud().frame.origin.x, 2612) << "the middle of the display under the pointer";
     EXPECT_EQ(hud().frame.origin.y, 32);

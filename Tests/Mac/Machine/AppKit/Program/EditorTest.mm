@@ -6,7 +6,10 @@ namespace brivane {
 namespace {
 
 constexpr std::uint16_t letterA = 0;
+constexpr std::uint16_t keyQ = 12;
+constexpr std::uint16_t keyW = 13;
 constexpr std::uint32_t control = 0x1000;
+constexpr std::uint32_t command = 0x100;
 
 TEST_F(MacWholeProgram, TheEditorIsOneWindowThatBeepsAndCanBeLeft) {
   NSWindow* __weak first = nil;
@@ -30,11 +33,15 @@ TEST_F(MacWholeProgram, TheEditorIsOneWindowThatBeepsAndCanBeLeft) {
     desktop.press(editor(), keyF5, NSEventModifierFlagControl);
     EXPECT_FALSE(settings().contains("BrightnessUpKeyCode")) << "escape ends the capturing";
     clickTheFirstField();
+    desktop.press(editor(), keyQ, NSEventModifierFlagCommand);
+    EXPECT_TRUE(isTaken(keyQ, command)) << "and the program goes on";
+    clickTheFirstField();
     desktop.press(editor(), keyF5, NSEventModifierFlagControl);
     EXPECT_TRUE(isTaken(keyF5, control));
-    [editor() fakeUserCloses];
+    desktop.press(editor(), keyW, NSEventModifierFlagCommand);
     EXPECT_FALSE(editor().visible);
   });
+  waitUntil([this] { return !desktop.isActive; });
   then(0.1, [this] { chooseFromTheMenu("Change Hotkeys…"); });
   waitUntil([this] { return editor().visible; });
   then(0, [this, &first] {
