@@ -20,7 +20,8 @@ class SessionBus {
   SessionBus(const SessionBus&) = delete;
   SessionBus& operator=(const SessionBus&) = delete;
 
-  /// Null without a session bus or libsystemd, and once the bus is lost.
+  /// Null without a session bus or libsystemd, and once the bus is lost. Messages that are sent
+  /// before the connection stands leave once it does.
   sd_bus* connection();
 
   /// Only after `connection()` gave one.
