@@ -91,7 +91,7 @@ struct StatusButton {
   double iconHeight = 0;
   std::string toolTip;
   /// The picture without its margin, which a status bar may leave out.
-  Rect visiblePart;
+  Rect visiblePart{};
 
   bool operator==(const StatusButton&) const = default;
 };
