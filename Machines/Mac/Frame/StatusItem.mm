@@ -17,13 +17,15 @@ NSImage* imageOf(const StatusButton& button) {
   const DisplayList icon = button.icon;
   const Rect visible = button.visiblePart;
   const double scale = iconHeight / visible.height;
+  const double left = visible.x;
+  const double bottom = visible.y;
   return [NSImage imageWithSize:NSMakeSize(visible.width * scale, iconHeight)
                         flipped:NO
                  drawingHandler:^BOOL(NSRect) {
                    [NSGraphicsContext saveGraphicsState];
                    NSAffineTransform* const transform = [NSAffineTransform transform];
                    [transform scaleBy:scale];
-                   [transform translateXBy:-visible.x yBy:-visible.y];
+                   [transform translateXBy:-left yBy:-bottom];
                    [transform concat];
                    MacPainter painter;
                    draw(icon, painter);
