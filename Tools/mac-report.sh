@@ -230,10 +230,11 @@ hud() {
   return $shown
 }
 
+# In every language it is opened by the first line of the menu that can be chosen.
 editor() {
   at_rest || return 1
   open -a "$app" && sleep 2 &&
-    events 'keystroke "Change Hotkeys"' && events 'key code 36' ||
+    events 'key code 125' && events 'key code 36' ||
     by_person "Choose Change Hotkeys… in Brivane's menu now."
   sleep 2
   shows editor 0
