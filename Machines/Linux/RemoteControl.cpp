@@ -49,11 +49,13 @@ int LinuxRemoteControl::receiveName(sd_bus_message* reply, void* self, sd_bus_er
   auto& control = *static_cast<LinuxRemoteControl*>(self);
   constexpr std::uint32_t primaryOwner = 1;
   std::uint32_t result = 0;
-  control.library().readMessage(reply, "u", &result);
+  // An error has no number.
+  const bool isAnswer = control.library().readMessage(reply, "u", &result) > 0;
   if (result != primaryOwner) {
-    control.log.write(
-        "Brivane: another program has the name com.quorrel.brivane on the session "
-        "bus; brivane-ctl doesn't reach this one.");
+    control.log.write(std::string("Brivane: ") +
+                      (isAnswer ? "another program has" : "the bus refuses") +
+                      " the name com.quorrel.brivane on the session bus; brivane-ctl doesn't reach "
+                      "this one.");
   }
   return isAnswered;
 }

@@ -33,11 +33,18 @@ int SessionBacklight::make(const Call& call) {
 
 int SessionBacklight::makeOnce(const Call& call) {
   if (!library) library = std::make_unique<const MessageBusLibrary>();
-  if (!bus && library->isLoaded()) bus = library->connectToSystem();
+  if (!bus) connect();
   if (!bus) return -EACCES;
   const int result = call(bus.get());
   if (library->isOpen(bus.get()) <= 0) bus.reset();
   return result;
+}
+
+void SessionBacklight::connect() {
+  if (library->isLoaded()) bus = library->connectToSystem();
+  // A key press waits for the answer.
+  constexpr std::uint64_t patienceMicroseconds = 1'000'000;
+  if (bus) library->setTimeout(bus.get(), patienceMicroseconds);
 }
 
 }  // namespace brivane

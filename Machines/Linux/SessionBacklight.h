@@ -26,6 +26,7 @@ class SessionBacklight {
 
   int make(const Call& call);
   int makeOnce(const Call& call);
+  void connect();
 
   std::mutex mutex;
   std::unique_ptr<const MessageBusLibrary> library;

@@ -107,9 +107,8 @@ Complaint carryOut(const Request& request, const SettingsFile& file, Runtime& ru
                    std::ostream& out) {
   if (request.isChange) {
     auto complaint = change(file, request, runtime);
-    if (!complaint && request.setting->countsFromNextStart) {
-      out << "A running Brivane follows this only once it is started again.\n";
-    }
+    const auto after = request.setting->afterChange;
+    if (!complaint && !after.empty()) out << after << "\n";
     return complaint;
   }
   const auto loaded = file.read();
@@ -131,7 +130,10 @@ int changeDefaults(const std::vector<std::string>& words,
     return status;
   };
   const auto request = understood(words);
-  if (const auto* mistake = std::get_if<std::string>(&request)) return complain(*mistake, 2);
+  constexpr int wrongUsage = 64;  // from sysexits.h
+  if (const auto* mistake = std::get_if<std::string>(&request)) {
+    return complain(*mistake, wrongUsage);
+  }
   const auto found = findFile();
   if (const auto* problem = std::get_if<std::string>(&found)) return complain(*problem, 1);
   const SettingsFile file(std::get<std::filesystem::path>(found));

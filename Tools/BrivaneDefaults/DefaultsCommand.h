@@ -19,7 +19,7 @@ using FileOrProblem = std::variant<std::filesystem::path, std::string>;
 /// can't be read stays as it is.
 ///
 /// The exit status: 0 when it was done, 1 when the setting is not set or the settings can't be read
-/// or written, 2 when the words can't be understood.
+/// or written, 64 when the words can't be understood.
 int changeDefaults(const std::vector<std::string>& words,
                    const std::function<FileOrProblem()>& findFile, Runtime& runtime,
                    std::ostream& out, std::ostream& errors);

@@ -14,19 +14,25 @@ namespace {
 
 using Kind = HiddenSetting::Kind;
 
+constexpr std::string_view nextStart =
+    "A running Brivane follows this only once it is started again.";
+
 constexpr std::array settings = std::to_array<HiddenSetting>({
     {InputDiagnosticsSettings::verboseKeyLogKey, Kind::yesOrNo, "log each key press"},
     {InputDiagnosticsSettings::keepFunctionKeyFallbackKey, Kind::yesOrNo,
-     "fn-F1 and fn-F2 stay hotkeys", true},
+     "fn-F1 and fn-F2 stay hotkeys", nextStart},
     {BrightnessSettings::subZeroDimmingKey, Kind::yesOrNo, "dim below the hardware's lowest level"},
     {BrightnessSettings::brightenPastMaximumKey, Kind::yesOrNo,
      "brighten above the hardware's highest level"},
-    {HotkeyBindingStore::customHotkeysEnabledKey, Kind::yesOrNo, "hotkeys of one's own", true},
+    {HotkeyBindingStore::customHotkeysEnabledKey, Kind::yesOrNo, "hotkeys of one's own", nextStart},
     {RelaySettings::systemBrightnessKeysEnabledKey, Kind::yesOrNo,
-     "relay the keyboard's brightness keys", true},
-    {RelaySettings::brightnessKeyRelayUpKey, Kind::relayKey, "what brightness up becomes", true},
+     "relay the keyboard's brightness keys",
+     "A running Brivane re-applies the key mapping or not, as this says; the rest counts from its "
+     "next start."},
+    {RelaySettings::brightnessKeyRelayUpKey, Kind::relayKey, "what brightness up becomes",
+     nextStart},
     {RelaySettings::brightnessKeyRelayDownKey, Kind::relayKey, "what brightness down becomes",
-     true},
+     nextStart},
 });
 
 std::optional<PropertyValue> relayKeyValue(std::string_view text) {

@@ -17,8 +17,8 @@ struct HiddenSetting {
   Kind kind = Kind::yesOrNo;
   /// One line, without a full stop.
   std::string_view meaning;
-  /// A running program goes on without a change until its next start.
-  bool countsFromNextStart = false;
+  /// How a running program follows a change; empty when it does so at once.
+  std::string_view afterChange{};
 };
 
 /// All of them, in the order of docs/use.md.

@@ -65,6 +65,11 @@ class ThreadRuntime::Queue : public SerialQueue {
     runUnlocked(lock, task);
   }
 
+  bool isIdle() {
+    const std::lock_guard lock(mutex);
+    return !busy && tasks.empty();
+  }
+
   /// Waits for the running task and drops the others.
   void end() {
     std::deque<Task> dropped;
@@ -168,8 +173,18 @@ void ThreadRuntime::cancel(TimerID timer) {
 }
 
 std::shared_ptr<SerialQueue> ThreadRuntime::makeSerialQueue(const std::string&, QueueQuality) {
+  endForgottenQueues();
   queues.push_back(std::make_shared<Queue>());
   return queues.back();
+}
+
+/// Nobody can give these another task.
+void ThreadRuntime::endForgottenQueues() {
+  std::erase_if(queues, [](const std::shared_ptr<Queue>& queue) {
+    if (queue.use_count() > 1 || !queue->isIdle()) return false;
+    queue->end();
+    return true;
+  });
 }
 
 void ThreadRuntime::run() {

@@ -20,7 +20,8 @@ namespace brivane {
 
 /// The Runtime over threads and the real clock, on Linux and for desks in real time. The main
 /// thread is the one that calls `run()` or hosts the main queue, before that the constructing one.
-/// Each queue has a thread, started on first use. Timers' delays don't advance while the machine
+/// Each queue has a thread, started on first use, which ends after the queue was dropped and has
+/// run all tasks. Timers' delays don't advance while the machine
 /// sleeps, so timers can be late by the delay that was left; `now()` does advance.
 class ThreadRuntime : public Runtime, public HostedMainQueue {
  public:
@@ -52,6 +53,7 @@ class ThreadRuntime : public Runtime, public HostedMainQueue {
     Instant deadline;
   };
 
+  void endForgottenQueues();
   TimerID addTimer(Microseconds delay, Microseconds period, Task task);
   Task takeDueTimerTask(Instant moment);
   Task takeNextTask();

@@ -1,9 +1,12 @@
 #include "Machines/Linux/Control/ControlRequest.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <optional>
 #include <string_view>
+
+#include "BrivaneCore/Support/UTF8.h"
 
 namespace brivane {
 
@@ -59,11 +62,11 @@ bool takeWords(const Words& words, ControlRequest& request) {
       const auto level = wholeNumber(words[0]);
       request.level = level.value_or(0);
       if (words.size() > 1) request.display = words[1];
-      return level.has_value();
+      return level.has_value() && (words.size() < 2 || !request.display.empty());
     }
     case Command::get:
       if (!words.empty()) request.display = words[0];
-      return true;
+      return words.empty() || !request.display.empty();
     case Command::list:
       request.asJSON = !words.empty();
       return words.empty() || words[0] == "--json";
@@ -78,6 +81,7 @@ bool takeWords(const Words& words, ControlRequest& request) {
 }  // namespace
 
 std::variant<ControlRequest, std::string> parseControlRequest(const Words& arguments) {
+  if (!std::ranges::all_of(arguments, isValidUTF8)) return "the arguments are not UTF-8.";
   if (arguments.empty()) return "a command is missing; brivane-ctl --help lists them.";
   for (const NamedCommand& named : commands) {
     if (named.name != arguments[0]) continue;

@@ -19,7 +19,7 @@ ControlFailure failureOf(const sd_bus_error& error) {
   }
   if (name.starts_with(remote::errors)) return {message};
   if (name.starts_with(standard + "Spawn.")) {
-    return {"the session bus couldn't start Brivane: " + message};
+    return {"the session bus couldn't start Brivane: " + message, true};
   }
   return {"the session bus can't be used: " + message};
 }

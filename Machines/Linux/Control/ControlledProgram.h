@@ -18,7 +18,7 @@ namespace brivane {
 struct ControlFailure {
   /// One sentence.
   std::string sentence;
-  /// Nobody has its name on the bus.
+  /// Nobody has its name on the bus, or the bus couldn't start it.
   bool isNotRunning = false;
 };
 

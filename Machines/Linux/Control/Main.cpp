@@ -128,5 +128,6 @@ int main(int count, char** arguments) {
       brivane::parseControlRequest({arguments + (count > 0 ? 1 : 0), arguments + count});
   if (const auto* problem = std::get_if<std::string>(&parsed))
     return complain(*problem, wrongUsage);
-  return run(std::get<brivane::ControlRequest>(parsed));
+  const int status = run(std::get<brivane::ControlRequest>(parsed));
+  return std::cout.flush() ? status : complain("standard output can't be written.", failed);
 }

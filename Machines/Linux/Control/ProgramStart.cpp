@@ -43,9 +43,11 @@ std::optional<std::string> ProgramStart::problem() const {
   if (child < 0) return program.string() + " can't be started.";
   siginfo_t information{};
   ::waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOHANG | WNOWAIT);
-  if (information.si_pid == 0) return std::nullopt;
-  return program.string() + " ended with status " + std::to_string(information.si_status) +
-         "; run it in a terminal to see why.";
+  const bool hasExited = information.si_code == CLD_EXITED;
+  // Status 0: another Brivane runs, or is starting.
+  if (information.si_pid == 0 || (hasExited && information.si_status == 0)) return std::nullopt;
+  return program.string() + (hasExited ? " ended with status " : " was ended by signal ") +
+         std::to_string(information.si_status) + "; run it in a terminal to see why.";
 }
 
 }  // namespace brivane

@@ -15,8 +15,8 @@ class ProgramStart {
   /// Starts the program that lies in the same folder as this one.
   ProgramStart();
 
-  /// In one sentence why it doesn't run: it couldn't be started, or has ended. Nothing while it
-  /// runs.
+  /// In one sentence why it doesn't run: it couldn't be started, or has failed. Nothing while it
+  /// runs, or left the work to a Brivane that was started before.
   std::optional<std::string> problem() const;
 
  private:

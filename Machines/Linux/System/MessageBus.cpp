@@ -61,10 +61,7 @@ MessageBusLibrary::Connection MessageBusLibrary::connectToSession() const {
 MessageBusLibrary::Connection MessageBusLibrary::connect(decltype(&sd_bus_open_system) open) const {
   sd_bus* opened = nullptr;
   if (open(&opened) < 0) return nullptr;
-  Connection connection(opened, close);
-  constexpr std::uint64_t timeoutMicroseconds = 1'000'000;
-  setTimeout(opened, timeoutMicroseconds);
-  return connection;
+  return {opened, close};
 }
 
 }  // namespace brivane

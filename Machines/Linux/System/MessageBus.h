@@ -18,7 +18,8 @@ class MessageBusLibrary {
   bool isLoaded() const { return loaded; }
 
   using Connection = std::shared_ptr<sd_bus>;
-  /// A new connection to the system bus, whose calls time out after a second; null without a bus.
+  /// A new connection to the system bus; null without a bus. sd-bus waits for answers for 25 s,
+  /// and gives up one that has come in time but is read later.
   Connection connectToSystem() const;
   /// The same for the user's session bus.
   Connection connectToSession() const;
@@ -32,6 +33,7 @@ class MessageBusLibrary {
   decltype(&sd_bus_call_method) callMethod = nullptr;
   decltype(&sd_bus_call_method_async) callMethodLater = nullptr;
   decltype(&sd_bus_get_property_trivial) getProperty = nullptr;
+  decltype(&sd_bus_set_method_call_timeout) setTimeout = nullptr;
 
   // For an object of one's own on the bus.
   decltype(&sd_bus_add_object) addObject = nullptr;
@@ -67,7 +69,6 @@ class MessageBusLibrary {
 
   decltype(&sd_bus_open_system) openSystem = nullptr;
   decltype(&sd_bus_open_user) openUser = nullptr;
-  decltype(&sd_bus_set_method_call_timeout) setTimeout = nullptr;
   decltype(&sd_bus_close_unref) close = nullptr;
   bool loaded = false;
 };

@@ -23,12 +23,12 @@ bool UdevLibrary::load() {
 }
 
 UdevLibrary::Monitor UdevLibrary::makeMonitor() const {
-  udev* const context = makeContext();
-  if (context == nullptr) return nullptr;
-  udev_monitor* const monitor = openMonitor(context, "udev");
-  // The monitor holds the context.
-  dropContext(context);
-  return monitor == nullptr ? nullptr : Monitor(monitor, dropMonitor);
+  const std::shared_ptr<udev> context(makeContext(), dropContext);
+  if (!context) return nullptr;
+  udev_monitor* const monitor = openMonitor(context.get(), "udev");
+  if (monitor == nullptr) return nullptr;
+  // The monitor itself doesn't keep its context.
+  return {monitor, [context, drop = dropMonitor](udev_monitor* ended) { drop(ended); }};
 }
 
 UdevLibrary::Device UdevLibrary::receive(const Monitor& monitor) const {

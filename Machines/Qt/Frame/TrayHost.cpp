@@ -40,7 +40,9 @@ void TrayHost::waitFor(std::function<void()> found) {
   if (!bus.isConnected()) {
     log.write(
         "Brivane has no session bus: only an XEmbed tray can show its status item, and the "
-        "desktop's choice of light or dark isn't heard; everything else works.");
+        "desktop's choice of light or dark isn't heard, and brivane-ctl doesn't reach it; "
+        "everything "
+        "else works.");
   }
   watcher.setConnection(bus);
   watcher.setWatchMode(QDBusServiceWatcher::WatchForRegistration);

@@ -141,13 +141,16 @@ TEST_F(RemoteControlTest, WrongArgumentsAreOneLineAndStatus64) {
        std::vector<std::vector<std::string>>{{"set"},
                                              {"set", "5x"},
                                              {"set", "5", "Left", "20"},
+                                             {"set", "5", ""},
                                              {"get", "Left", "20"},
+                                             {"get", ""},
                                              {"up", "2"},
                                              {"list", "--xml"},
                                              {"menu", "start"},
                                              {"--version", "please"}}) {
     EXPECT_THAT(complaintOf(words, 64), HasSubstr("usage: brivane-ctl " + words[0]));
   }
+  EXPECT_THAT(complaintOf({"get", "\xfc"}, 64), HasSubstr("not UTF-8"));
 }
 
 TEST_F(RemoteControlTest, HelpAndVersionNeedNoProgram) {
@@ -205,6 +208,14 @@ TEST_F(RemoteControlTest, WhereTheBusKnowsHowToStartTheProgramMenuStartLeavesItT
   EXPECT_THAT(complaintOf({"get"}), HasSubstr("Brivane isn't running here"));
   EXPECT_EQ(outputOf({"menu", "--start"}), "");
   EXPECT_TRUE(std::filesystem::exists(mark));
+  choose(menuLineFromLast::quit);
+  EXPECT_TRUE(eventually([&] { return !world.screens.isKeyTaken(xKey::f19, 0); }));
+}
+
+TEST_F(RemoteControlTest, WhereTheBusCantStartTheProgramMenuStartStartsTheOneBesideIt) {
+  const PrivateBus bus({{busName, std::string("/bin/false")}});
+  address = bus.address();
+  EXPECT_EQ(outputOf({"menu", "--start"}), "");
   choose(menuLineFromLast::quit);
   EXPECT_TRUE(eventually([&] { return !world.screens.isKeyTaken(xKey::f19, 0); }));
 }

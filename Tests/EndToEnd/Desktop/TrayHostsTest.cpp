@@ -260,7 +260,8 @@ TEST_F(TrayHostsTest, WithoutASessionBusOneLineSaysWhatIsMissingAndWhatWorks) {
   start({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nobody"}}, {.hasTerminal = true});
   EXPECT_TRUE(program->waitForError(
       "Brivane has no session bus: only an XEmbed tray can show its status item, and the "
-      "desktop's choice of light or dark isn't heard; everything else works."));
+      "desktop's choice of light or dark isn't heard, and brivane-ctl doesn't reach it; everything "
+      "else works."));
 }
 
 }  // namespace

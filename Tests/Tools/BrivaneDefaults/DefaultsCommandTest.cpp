@@ -85,27 +85,29 @@ TEST_F(DefaultsCommandTest, SaysWhatARunningProgramFollowsOnlyFromItsNextStart) 
   EXPECT_EQ(printed({"write", "VerboseKeyLog", "true"}), "");
   EXPECT_EQ(printed({"write", "CustomHotkeysEnabled", "false"}), line);
   EXPECT_EQ(printed({"delete", "CustomHotkeysEnabled"}), line);
+  EXPECT_THAT(printed({"write", "SystemBrightnessKeysEnabled", "false"}),
+              HasSubstr("the rest counts from its next start"));
 }
 
 TEST_F(DefaultsCommandTest, AnUnknownNameIsAnsweredWithTheKnownOnes) {
   for (const auto* action : {"read", "delete"}) {
-    EXPECT_THAT(complaint(2, {action, "brightness.1.2.3"}),
+    EXPECT_THAT(complaint(64, {action, "brightness.1.2.3"}),
                 AllOf(HasSubstr("\"brightness.1.2.3\""), HasSubstr("VerboseKeyLog, Keep"),
                       EndsWith(", BrightnessKeyRelayDown\n")));
   }
-  complaint(2, {"write", "SoftwareBrightening", "false"});
-  complaint(2, {"read", "Two\nlines"});
+  complaint(64, {"write", "SoftwareBrightening", "false"});
+  complaint(64, {"read", "Two\nlines"});
   EXPECT_THAT(folder.names(), IsEmpty());
 }
 
 TEST_F(DefaultsCommandTest, AValueOfTheWrongKindOrOutOfRangeIsAnsweredWithWhatIsExpected) {
   for (const auto* value : {"", "no", "0", "True", "80"}) {
-    EXPECT_EQ(complaint(2, {"write", "SubZeroDimming", value}),
+    EXPECT_EQ(complaint(64, {"write", "SubZeroDimming", value}),
               std::string("brivane-defaults: SubZeroDimming takes true or false, not \"") + value +
                   "\"\n");
   }
   for (const auto* value : {"", "81", "-80", "80.0", "F19", "true", "4294967376"}) {
-    EXPECT_THAT(complaint(2, {"write", "BrightnessKeyRelayDown", value}),
+    EXPECT_THAT(complaint(64, {"write", "BrightnessKeyRelayDown", value}),
                 HasSubstr(" takes one of 105 (F13), 107 (F14), 113 (F15), 106 (F16), 64 (F17), "
                           "79 (F18), 80 (F19), 90 (F20), not \""));
   }
@@ -113,13 +115,13 @@ TEST_F(DefaultsCommandTest, AValueOfTheWrongKindOrOutOfRangeIsAnsweredWithWhatIs
 }
 
 TEST_F(DefaultsCommandTest, WordsThatAreTooFewOrTooManyAreAnsweredWithAnExample) {
-  EXPECT_THAT(complaint(2, {}), HasSubstr("expected read, write or delete"));
-  EXPECT_THAT(complaint(2, {"set"}), HasSubstr("expected read, write or delete"));
-  EXPECT_THAT(complaint(2, {"delete"}), HasSubstr("such as: delete SubZeroDimming"));
-  EXPECT_THAT(complaint(2, {"read", "A", "B"}), HasSubstr("such as: read SubZeroDimming"));
+  EXPECT_THAT(complaint(64, {}), HasSubstr("expected read, write or delete"));
+  EXPECT_THAT(complaint(64, {"set"}), HasSubstr("expected read, write or delete"));
+  EXPECT_THAT(complaint(64, {"delete"}), HasSubstr("such as: delete SubZeroDimming"));
+  EXPECT_THAT(complaint(64, {"read", "A", "B"}), HasSubstr("such as: read SubZeroDimming"));
   for (const auto& words : std::vector<std::vector<std::string>>{
            {"write"}, {"write", "VerboseKeyLog"}, {"write", "VerboseKeyLog", "-bool", "true"}}) {
-    EXPECT_THAT(complaint(2, words), HasSubstr("such as: write SubZeroDimming false"));
+    EXPECT_THAT(complaint(64, words), HasSubstr("such as: write SubZeroDimming false"));
   }
 }
 

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <filesystem>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -93,6 +95,23 @@ TEST(ThreadRuntime, EndingWaitsForTheRunningTaskAndDropsTheOthers) {
   }
   EXPECT_TRUE(finished);
   EXPECT_FALSE(other);
+}
+
+TEST_F(ThreadRuntimeTest, ADroppedQueueRunsItsTasksAndThenHasNoThreadAnyMore) {
+  const auto threads = [] {
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return std::distance(begin(tasks), end(tasks));
+  };
+  const auto before = threads();
+  std::atomic<int> ran = 0;
+  constexpr int queues = 20;
+  for (int count = 0; count < queues; ++count) {
+    runtime.makeSerialQueue("short", QueueQuality::userInitiated)->async([&] { ++ran; });
+    while (ran <= count) std::this_thread::yield();
+    // The thread has yet to see that it has no other task.
+    runtime.sleep(milliseconds(5));
+  }
+  EXPECT_LT(threads() - before, queues / 2);
 }
 
 }  // namespace
