@@ -53,19 +53,20 @@ is_configured_for() {
 
 folder_of() { [ "$1" = default ] && echo build || echo "build/$1"; }
 
-# configure PRESET: if need be, with the optional parts of the tree that the command takes.
+# configure PRESET: if need be, with the optional parts of the tree that the command takes. The stamp is its
+# own: CMakeCache.txt is newer, too, after Ninja has run CMake, which applies no preset.
 configure() {
   local preset=$1 folder parts=() options=() part
   folder=$(folder_of "$preset")
   [ "${with_frame:-no}" = yes ] && parts+=(BRIVANE_FRAME)
   [ "${with_tests:-no}" = yes ] && parts+=(BRIVANE_FRAME BRIVANE_TESTS)
-  [ -f "$folder/build.ninja" ] && [ "$folder/CMakeCache.txt" -nt CMakePresets.json ] &&
+  [ -f "$folder/build.ninja" ] && [ "$folder/configured" -nt CMakePresets.json ] &&
     is_configured_for "$folder" "${parts[@]}" && return
   for part in "${parts[@]}"; do options+=("-D$part=ON"); done
   mkdir -p "$folder"
   say "Configuring ($preset) …"
   cmake --preset "$preset" "${options[@]}" >"$folder/configure.log" 2>&1 &&
-    touch "$folder/CMakeCache.txt" && return
+    touch "$folder/configured" && return
   tail -n 20 "$folder/configure.log" >&2
   say "Configuring failed; the whole output is in $folder/configure.log."
   exit 1

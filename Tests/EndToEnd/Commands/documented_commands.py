@@ -218,7 +218,8 @@ class Copy:
             shutil.copy(TREE / "build/bin" / program, folder / "build/bin")
         shutil.copytree(TREE / "build/lib", folder / "build/lib", dirs_exist_ok=True)
         shutil.copytree(TREE / "build/share", folder / "build/share", dirs_exist_ok=True)
-        (folder / "build/build.ninja").touch()
+        for stamp in ("build.ninja", "configured"):
+            (folder / "build" / stamp).touch()
         (folder / "build/CMakeCache.txt").write_text("BRIVANE_FRAME:BOOL=ON\n")
         (folder / "tools").mkdir()
         (folder / "tools/ninja").write_text("#!/bin/sh\n")
