@@ -17,7 +17,7 @@ install -D /dev/stdin $settings <<<'{"SubZeroDimming": false}'
 # What dpkg writes down, and caches of what is installed, are the system's own. A path of this machine that
 # is gone has a device in its place.
 new_files() {
-  find /media -type f -not -path '/media/var/lib/dpkg/*' -not -path '/media/var/log/*' -not -path '/media/var/cache/*' \
+  find /media -type f,l -not -path '/media/var/lib/dpkg/*' -not -path '/media/var/log/*' -not -path '/media/var/cache/*' \
     -not -name '*.cache' | sort
 }
 new_files >/tmp/before
@@ -76,8 +76,12 @@ activatable() {
 }
 check "the session bus knows how to start it" activatable
 
-opens_menu() { dbus-run-session -- brivane-ctl menu --start 2>&1 | grep -i 'spawn\|start\|display'; }
-check "brivane-ctl starts it by the session bus, and says that it has no display" opens_menu
+says_how_it_ended() {
+  env -u DISPLAY dbus-run-session -- brivane-ctl menu --start 2>&1 | tee /tmp/said |
+    grep -qx 'brivane-ctl: /usr/bin/Brivane ended with status 1; run it in a terminal to see why\.' ||
+    { cat /tmp/said; return 1; }
+}
+check "brivane-ctl starts it where the session bus can't, and says how it ended without a display" says_how_it_ended
 
 # The next version of the package.
 dpkg-deb -R "$package" /tmp/next

@@ -3,12 +3,23 @@
 set(root "${CPACK_TEMPORARY_INSTALL_DIRECTORY}")
 set(documents "${root}/usr/share/doc/brivane")
 
+# The notice of the headers that are compiled in, which is to come with each copy of them.
+set(json "/usr/share/doc/nlohmann-json3-dev/copyright")
+execute_process(COMMAND awk [[BEGIN { RS = ""; ORS = "\n\n" } /^Files: (\*|include)/ || /^License: Expat/]] "${json}"
+  OUTPUT_VARIABLE json_notice OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+if(NOT json_notice MATCHES "Copyright:.*Permission is hereby granted")
+  message(FATAL_ERROR "The package needs the JSON library's notice, and there is none in ${json}.")
+endif()
+
 file(READ "${documents}/LICENSE" license)
 file(REMOVE "${documents}/LICENSE")
 file(WRITE "${documents}/copyright" "${license}
-The programs contain parts of the C++ library, of nlohmann-json3-dev and of libxcb.
-Debian's packages have their licenses: /usr/share/doc/libstdc++6/copyright,
-/usr/share/doc/nlohmann-json3-dev/copyright, /usr/share/doc/libxcb1/copyright.
+The programs contain parts of the C++ library and of libxcb. Debian's packages
+have their licenses: /usr/share/doc/libstdc++6/copyright, /usr/share/doc/libxcb1/copyright.
+
+They also contain parts of nlohmann-json3-dev, with this notice:
+
+${json_notice}
 ")
 
 file(RENAME "${documents}/CHANGELOG.md" "${documents}/changelog")
