@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-StringTable parsed(std::string_view text) {
+StringTable parsedTable(std::string_view text) {
   auto result = parseStringsFile(text);
   if (const auto* error = std::get_if<StringsFileError>(&result)) {
     ADD_FAILURE() << error->sentence;
@@ -26,38 +26,40 @@ std::string error(std::string_view text) {
 }
 
 TEST(StringsFile, PairsAreReadThroughCommentsAndBlanks) {
-  EXPECT_THAT(parsed("/* One \"quoted\" = \"comment\"; */\n\"a\" = \"1\";\n"
-                     "// another; \"x\" = \"y\";\r\n\t\"b\"=\"2\" ; /**/ \"c\" /* here too */ = "
-                     "// and\n \"3\";// the end"),
-              ElementsAre(Pair("a", "1"), Pair("b", "2"), Pair("c", "3")));
+  EXPECT_THAT(
+      parsedTable("/* One \"quoted\" = \"comment\"; */\n\"a\" = \"1\";\n"
+                  "// another; \"x\" = \"y\";\r\n\t\"b\"=\"2\" ; /**/ \"c\" /* here too */ = "
+                  "// and\n \"3\";// the end"),
+      ElementsAre(Pair("a", "1"), Pair("b", "2"), Pair("c", "3")));
 }
 
 TEST(StringsFile, AFileWithoutPairsIsEmpty) {
-  EXPECT_THAT(parsed(""), IsEmpty());
-  EXPECT_THAT(parsed("\n/* nothing */\n"), IsEmpty());
+  EXPECT_THAT(parsedTable(""), IsEmpty());
+  EXPECT_THAT(parsedTable("\n/* nothing */\n"), IsEmpty());
 }
 
 TEST(StringsFile, TextIsUTF8WithOrWithoutAByteOrderMark) {
-  EXPECT_THAT(parsed("\xEF\xBB\xBF\"schlüssel\" = \"明るさ ⌃⌥↑\";"),
+  EXPECT_THAT(parsedTable("\xEF\xBB\xBF\"schlüssel\" = \"明るさ ⌃⌥↑\";"),
               ElementsAre(Pair("schlüssel", "明るさ ⌃⌥↑")));
 }
 
 TEST(StringsFile, CommentMarksWithinATextBelongToIt) {
-  EXPECT_THAT(parsed(R"("a" = "http://x /* y */";)"), ElementsAre(Pair("a", "http://x /* y */")));
+  EXPECT_THAT(parsedTable(R"("a" = "http://x /* y */";)"),
+              ElementsAre(Pair("a", "http://x /* y */")));
 }
 
 TEST(StringsFile, ATextMaySpanSeveralLines) {
-  EXPECT_THAT(parsed("\"a\" = \"one\ntwo\";"), ElementsAre(Pair("a", "one\ntwo")));
+  EXPECT_THAT(parsedTable("\"a\" = \"one\ntwo\";"), ElementsAre(Pair("a", "one\ntwo")));
 }
 
 TEST(StringsFile, EscapesStandForTheirCharacters) {
-  EXPECT_THAT(parsed(R"("a\"b" = "\\ \" \' \n \r \t \a \b \f \v";)"),
+  EXPECT_THAT(parsedTable(R"("a\"b" = "\\ \" \' \n \r \t \a \b \f \v";)"),
               ElementsAre(Pair("a\"b", "\\ \" ' \n \r \t \a \b \f \v")));
 }
 
 TEST(StringsFile, NumberedCharactersBecomeUTF8) {
   // Characters of one, two, three and four bytes.
-  EXPECT_THAT(parsed("\"a\" = \"\\U0041\\U00e9\\U2303\\UD83D\\UDE00\";"),
+  EXPECT_THAT(parsedTable("\"a\" = \"\\U0041\\U00e9\\U2303\\UD83D\\UDE00\";"),
               ElementsAre(Pair("a", "A\xC3\xA9\xE2\x8C\x83\xF0\x9F\x98\x80")));
 }
 

@@ -22,8 +22,6 @@
 namespace brivane {
 namespace {
 
-constexpr int patienceMilliseconds = 60'000;
-
 class EditorWindowTest : public testing::Test {
  public:
   ~EditorWindowTest() override { bindings.resetBindings(); }

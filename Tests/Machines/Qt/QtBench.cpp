@@ -16,7 +16,6 @@ namespace {
 
 constexpr auto plainDesk = R"({"displays": [{"identifier": 1,
     "frame": {"x": 0, "y": 0, "width": 800, "height": 800}}]})";
-constexpr int patienceMilliseconds = 60'000;
 /// Of 255.
 constexpr int largestDifference = 40;
 constexpr double largestMeanDifference = 0.6;

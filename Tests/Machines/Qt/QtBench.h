@@ -13,6 +13,9 @@
 
 namespace brivane {
 
+/// How long a test waits at most for what a busy machine does late.
+inline constexpr int patienceMilliseconds = 60'000;
+
 /// The source of light or dark.
 class AppearanceSwitch : public AppearanceSource {
  public:

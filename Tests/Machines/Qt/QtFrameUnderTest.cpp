@@ -93,7 +93,6 @@ class QtFrameUnderTest : public FrameUnderTest {
   }
   void closeEditor() override { editor()->close(); }
   void leaveEditor() override {
-    constexpr int patienceMilliseconds = 60'000;
     ASSERT_TRUE(QTest::qWaitForWindowActive(editor(), patienceMilliseconds));
     otherWindow = std::make_unique<QWidget>();
     otherWindow->show();

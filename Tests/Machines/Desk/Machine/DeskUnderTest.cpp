@@ -8,7 +8,7 @@
 namespace brivane {
 namespace {
 
-constexpr auto deskText = R"({
+constexpr auto conformanceDesk = R"({
   "displays": [
     {"identifier": 1, "name": "Built-in", "builtIn": true, "vendor": 1552, "model": 9, "serial": 0,
      "frame": {"x": 0, "y": 0, "width": 1512, "height": 982}, "headroom": 4,
@@ -51,7 +51,7 @@ class DeskUnderTest : public MachineUnderTest {
   }
 
   TemporaryFolder folder;
-  std::filesystem::path file = folder.write("desk.json", deskText);
+  std::filesystem::path file = folder.write("desk.json", conformanceDesk);
   std::unique_ptr<DeskMachine> desk;
 };
 
