@@ -5,8 +5,6 @@
 namespace brivane {
 namespace {
 
-constexpr std::uint64_t patienceMicroseconds = 10'000'000;
-
 ControlFailure failureOf(const sd_bus_error& error) {
   const std::string_view name = error.name == nullptr ? "" : error.name;
   const std::string message = error.message == nullptr ? "" : error.message;
@@ -49,13 +47,15 @@ ControlledProgram::Answer ControlledProgram::showMenu(bool starts) const {
   const auto* message = std::get_if<Message>(&made);
   if (message == nullptr) return made;
   library.setAutoStart(message->get(), starts ? 1 : 0);
-  return send(**message);
+  return send(**message, starts ? startPatience : usualPatience);
 }
 
-ControlledProgram::Answer ControlledProgram::send(sd_bus_message& call) const {
+ControlledProgram::Answer ControlledProgram::send(sd_bus_message& call,
+                                                  std::chrono::microseconds patience) const {
   sd_bus_error error{};
   sd_bus_message* answer = nullptr;
-  if (library.call(bus.get(), &call, patienceMicroseconds, &error, &answer) >= 0) {
+  if (library.call(bus.get(), &call, static_cast<std::uint64_t>(patience.count()), &error,
+                   &answer) >= 0) {
     return Message(answer, library.dropMessage);
   }
   ControlFailure failure = failureOf(error);
@@ -69,11 +69,11 @@ std::int32_t ControlledProgram::readLevel(sd_bus_message& answer) const {
   return level;
 }
 
-std::vector<ListedDisplay> ControlledProgram::readList(sd_bus_message& answer) const {
-  std::vector<ListedDisplay> displays;
+std::vector<RemoteDisplay> ControlledProgram::readList(sd_bus_message& answer) const {
+  std::vector<RemoteDisplay> displays;
   library.enterContainer(&answer, 'a', "a{sv}");
   while (library.enterContainer(&answer, 'a', "{sv}") > 0) {
-    ListedDisplay& display = displays.emplace_back();
+    RemoteDisplay& display = displays.emplace_back();
     while (library.enterContainer(&answer, 'e', "sv") > 0) {
       readEntry(answer, display);
       library.exitContainer(&answer);
@@ -84,7 +84,7 @@ std::vector<ListedDisplay> ControlledProgram::readList(sd_bus_message& answer) c
 }
 
 /// Entries that a later program adds are passed over.
-void ControlledProgram::readEntry(sd_bus_message& answer, ListedDisplay& display) const {
+void ControlledProgram::readEntry(sd_bus_message& answer, RemoteDisplay& display) const {
   const char* text = "";
   library.readMessage(&answer, "s", &text);
   const std::string_view key = text;
@@ -98,14 +98,20 @@ void ControlledProgram::readEntry(sd_bus_message& answer, ListedDisplay& display
     library.readMessage(&answer, "v", "b", &isTrue);
     display.isUnderPointer = isTrue != 0;
   } else if (key == remote::level) {
-    library.readMessage(&answer, "v", "i", &display.level.emplace());
+    display.level = readEntryLevel(answer);
   } else if (key == remote::minimum) {
-    library.readMessage(&answer, "v", "i", &display.minimum);
+    display.minimum = readEntryLevel(answer);
   } else if (key == remote::maximum) {
-    library.readMessage(&answer, "v", "i", &display.maximum);
+    display.maximum = readEntryLevel(answer);
   } else {
     library.skip(&answer, "v");
   }
+}
+
+std::int32_t ControlledProgram::readEntryLevel(sd_bus_message& answer) const {
+  std::int32_t level = 0;
+  library.readMessage(&answer, "v", "i", &level);
+  return level;
 }
 
 }  // namespace brivane

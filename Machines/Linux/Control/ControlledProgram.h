@@ -2,13 +2,14 @@
 
 #include <systemd/sd-bus.h>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
+#include "BrivaneCore/Seams/RemoteCommands.h"
 #include "Machines/Linux/System/MessageBus.h"
 #include "Machines/Linux/System/RemoteInterface.h"
 
@@ -22,20 +23,13 @@ struct ControlFailure {
   bool isNotRunning = false;
 };
 
-/// A display in the resident program's list, see RemoteInterface.h.
-struct ListedDisplay {
-  std::uint32_t number = 0;
-  std::string name;
-  bool isUnderPointer = false;
-  std::optional<std::int32_t> level;
-  std::int32_t minimum = 0;
-  std::int32_t maximum = 0;
-};
-
 /// The resident program, reached over the session bus. A call waits for its answer, ten seconds at
-/// most.
+/// most, or as long as a start may take.
 class ControlledProgram {
  public:
+  /// How long the program may take from its start to its answer.
+  static constexpr std::chrono::seconds startPatience{30};
+
   ControlledProgram();
 
   using Answer = std::variant<std::shared_ptr<sd_bus_message>, ControlFailure>;
@@ -46,7 +40,7 @@ class ControlledProgram {
     Answer made = newCall(method);
     if (const auto* message = std::get_if<Message>(&made)) {
       library.append(message->get(), types, arguments...);
-      return send(**message);
+      return send(**message, usualPatience);
     }
     return made;
   }
@@ -58,14 +52,16 @@ class ControlledProgram {
   /// What the answer to Up, Down, Set or Get holds.
   std::int32_t readLevel(sd_bus_message& answer) const;
   /// What the answer to List holds.
-  std::vector<ListedDisplay> readList(sd_bus_message& answer) const;
+  std::vector<RemoteDisplay> readList(sd_bus_message& answer) const;
 
  private:
   using Message = std::shared_ptr<sd_bus_message>;
+  static constexpr std::chrono::seconds usualPatience{10};
 
   Answer newCall(const char* method) const;
-  Answer send(sd_bus_message& call) const;
-  void readEntry(sd_bus_message& answer, ListedDisplay& display) const;
+  Answer send(sd_bus_message& call, std::chrono::microseconds patience) const;
+  void readEntry(sd_bus_message& answer, RemoteDisplay& display) const;
+  std::int32_t readEntryLevel(sd_bus_message& answer) const;
 
   const MessageBusLibrary library;
   MessageBusLibrary::Connection bus;

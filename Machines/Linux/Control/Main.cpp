@@ -39,7 +39,7 @@ int finish(const Answer& answer) {
   return finish(answer, [](sd_bus_message&) {});
 }
 
-void printLine(const ListedDisplay& display) {
+void printLine(const RemoteDisplay& display) {
   std::cout << "[" << display.number << "] " << display.name << ": ";
   if (display.level) {
     std::cout << *display.level << " (" << display.minimum << " to " << display.maximum << ")";
@@ -49,9 +49,9 @@ void printLine(const ListedDisplay& display) {
   std::cout << (display.isUnderPointer ? ", under the pointer\n" : "\n");
 }
 
-void printJSON(const std::vector<ListedDisplay>& displays) {
+void printJSON(const std::vector<RemoteDisplay>& displays) {
   auto list = nlohmann::ordered_json::array();
-  for (const ListedDisplay& display : displays) {
+  for (const RemoteDisplay& display : displays) {
     nlohmann::ordered_json level;
     if (display.level) level = *display.level;
     list.push_back({{"number", display.number},
@@ -73,10 +73,10 @@ bool isNotRunning(const Answer& answer) {
 /// Where no service file says how to start the program: starts the one beside this, and opens its
 /// menu once it answers.
 Answer startAndShowMenu(const ControlledProgram& program) {
-  constexpr int tries = 300;
   const ProgramStart start;
   ThreadRuntime runtime;
-  for (int count = 0; count < tries; ++count) {
+  const Instant deadline = runtime.now() + ControlledProgram::startPatience;
+  while (runtime.now() < deadline) {
     Answer answer = program.showMenu(false);
     if (!isNotRunning(answer)) return answer;
     if (const auto problem = start.problem()) return ControlFailure{*problem};
@@ -94,7 +94,7 @@ int list(const ControlledProgram& program, bool asJSON) {
   return finish(program.call(remote::list), [&](sd_bus_message& answer) {
     const auto displays = program.readList(answer);
     if (asJSON) return printJSON(displays);
-    for (const ListedDisplay& display : displays) printLine(display);
+    for (const RemoteDisplay& display : displays) printLine(display);
   });
 }
 

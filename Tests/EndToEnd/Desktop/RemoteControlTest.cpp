@@ -192,16 +192,18 @@ TEST_F(RemoteControlTest, MenuStartTellsWhyTheProgramEndedAtOnce) {
               ElementsAre(HasSubstr("Brivane ended with status 1; run it")));
 }
 
-TEST_F(RemoteControlTest, WhereTheBusKnowsHowToStartTheProgramMenuStartLeavesItToTheBus) {
+TEST_F(RemoteControlTest,
+       WhereTheBusKnowsHowToStartTheProgramMenuStartLeavesItToTheBusAndWaitsLong) {
   const TemporaryFolder started;
   const auto mark = started.path / "mark";
   std::string command = "/usr/bin/env";
   for (const auto& [variable, value] : environment()) {
     if (!value.empty()) command.append(" ").append(variable).append("=").append(value);
   }
-  // A bus like the tests' tells what it starts of itself under this name only.
+  // A bus like the tests' tells what it starts of itself under this name only. Other commands wait
+  // ten seconds.
   command += " sh -c \"touch " + mark.string() +
-             "; DBUS_SESSION_BUS_ADDRESS=$DBUS_STARTER_ADDRESS exec " +
+             "; sleep 11; DBUS_SESSION_BUS_ADDRESS=$DBUS_STARTER_ADDRESS exec " +
              (programFolder() / "Brivane").string() + "\"";
   const PrivateBus bus({{busName, command}});
   address = bus.address();
