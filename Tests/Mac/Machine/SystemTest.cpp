@@ -17,7 +17,7 @@
 #include "Machines/Mac/Session.h"
 #include "Tests/Mac/Machine/FakeAppKitServices.h"
 #include "Tests/Mac/Machine/MacBench.h"
-#include "Tests/Mac/Machine/OtherInstance.h"
+#include "Tests/Support/OtherInstance.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
@@ -96,7 +96,11 @@ class MacApplicationsTest : public MacTest {
 
   const TemporaryFolder folder;
   FakeAppKitServices appKit;
+  /// The other process's, which the workspace lists only later.
+  FakeAppKitServices otherAppKit;
 };
+
+using OtherProgram = OtherInstance<MacApplications>;
 
 TEST_F(MacApplicationsTest, ABareExecutableHasNoBundleIdentifier) {
   MacApplications applications(appKit);
@@ -121,7 +125,7 @@ TEST_F(MacApplicationsTest, TheWorkspaceKnowsWhoRuns) {
 TEST_F(MacApplicationsTest, WhoStartsAtOnceWithAnotherIsToldItsNumberAndBecomesNoApplication) {
   MacApplications applications(appKit);
   appKit.whenBecomingApplication = [] { ADD_FAILURE(); };
-  std::optional<OtherInstance> first(std::in_place);
+  std::optional<OtherProgram> first(std::in_place, otherAppKit);
   ASSERT_TRUE(first->isAnnounced);
   EXPECT_FALSE(applications.announce());
   EXPECT_THAT(applications.runningApplications(ownDomain), ElementsAre(first->process));
@@ -137,12 +141,12 @@ TEST_F(MacApplicationsTest, WhoStartsAtOnceWithAnotherIsToldItsNumberAndBecomesN
 }
 
 TEST_F(MacApplicationsTest, BareExecutablesRunSideBySideAndBesideABundle) {
-  const OtherInstance bundled;
+  const OtherProgram bundled(otherAppKit);
   fake::system().bundleIdentifier.reset();
   MacApplications applications(appKit);
   EXPECT_TRUE(applications.announce());
   EXPECT_THAT(applications.runningApplications(ownDomain), IsEmpty());
-  const OtherInstance bare;
+  const OtherProgram bare(otherAppKit);
   EXPECT_TRUE(bare.isAnnounced);
 }
 

@@ -1,14 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
-
-#include <array>
 
 #include "Machines/Linux/Applications.h"
 #include "Machines/Linux/System/RuntimeFolder.h"
 #include "Tests/Support/OrdinaryUser.h"
+#include "Tests/Support/OtherInstance.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace brivane {
@@ -19,39 +16,7 @@ using testing::IsEmpty;
 
 constexpr const char* brivane = "com.quorrel.brivane";
 
-/// Another process that announces itself and stays until killed.
-class OtherInstance {
- public:
-  explicit OtherInstance(const std::filesystem::path& folder) {
-    std::array<int, 2> ready{};
-    EXPECT_EQ(::pipe(ready.data()), 0);
-    process = ::fork();
-    if (process == 0) {
-      LinuxApplications applications(folder);
-      const char answer = applications.announce() ? 'y' : 'n';
-      if (::write(ready[1], &answer, 1) == 1) ::pause();
-      ::_exit(0);
-    }
-    char answer = 0;
-    EXPECT_EQ(::read(ready[0], &answer, 1), 1);
-    isAnnounced = answer == 'y';
-    ::close(ready[0]);
-    ::close(ready[1]);
-  }
-  ~OtherInstance() { kill(); }
-  OtherInstance(const OtherInstance&) = delete;
-  OtherInstance& operator=(const OtherInstance&) = delete;
-
-  void kill() {
-    if (process == 0) return;
-    ::kill(process, SIGKILL);
-    ::waitpid(process, nullptr, 0);
-    process = 0;
-  }
-
-  pid_t process = 0;
-  bool isAnnounced = false;
-};
+using OtherProgram = OtherInstance<LinuxApplications>;
 
 class ApplicationsTest : public testing::Test {
  protected:
@@ -71,20 +36,19 @@ TEST_F(ApplicationsTest, NoneRunsBeforeOneIsAnnounced) {
 }
 
 TEST_F(ApplicationsTest, TheRunningInstanceIsKnownByItsNumber) {
-  const OtherInstance other(folder);
+  const OtherProgram other(folder);
   EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(other.process));
   EXPECT_THAT(applications.runningApplications("org.example.other"), IsEmpty());
 }
 
 TEST_F(ApplicationsTest, AKilledInstanceNoLongerRuns) {
-  OtherInstance other(folder);
-  other.kill();
+  { const OtherProgram other(folder); }
   EXPECT_THAT(applications.runningApplications(brivane), IsEmpty());
   EXPECT_TRUE(applications.announce());
 }
 
 TEST_F(ApplicationsTest, ASecondInstanceCannotAnnounceItself) {
-  const OtherInstance first(folder);
+  const OtherProgram first(folder);
   ASSERT_TRUE(first.isAnnounced);
   EXPECT_FALSE(applications.announce());
   EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(first.process));
@@ -95,7 +59,7 @@ TEST_F(ApplicationsTest, AnAnnouncedInstanceStaysAnnouncedHoweverOftenItLooks) {
   EXPECT_TRUE(applications.announce());
   EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(getpid()));
   EXPECT_THAT(applications.runningApplications(brivane), ElementsAre(getpid()));
-  const OtherInstance second(folder);
+  const OtherProgram second(folder);
   EXPECT_FALSE(second.isAnnounced);
 }
 

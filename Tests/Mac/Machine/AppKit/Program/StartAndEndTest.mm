@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "Machines/Mac/Applications.h"
 #include "Tests/Mac/Machine/AppKit/Program/MacWholeProgram.h"
-#include "Tests/Mac/Machine/OtherInstance.h"
+#include "Tests/Mac/Machine/FakeAppKitServices.h"
+#include "Tests/Support/OtherInstance.h"
 
 namespace brivane {
 namespace {
@@ -29,7 +31,8 @@ TEST_F(MacWholeProgram, ASecondStartNamesTheFirstAndTouchesNoApplication) {
 }
 
 TEST_F(MacWholeProgram, OfTwoStartsAtOnceTheSecondNamesTheFirst) {
-  const OtherInstance first;
+  FakeAppKitServices itsAppKit;
+  const OtherInstance<MacApplications> first(itsAppKit);
   ASSERT_TRUE(first.isAnnounced);
   desktop.loop.run = [] { [NSApplication.sharedApplication terminate:nil]; };
   testing::internal::CaptureStderr();

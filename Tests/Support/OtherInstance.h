@@ -7,22 +7,20 @@
 #include <array>
 #include <csignal>
 
-#include "Machines/Mac/Applications.h"
-#include "Tests/Mac/Machine/FakeAppKitServices.h"
-
 namespace brivane {
 
-/// Another process that announces itself as the running application and stays until this ends. The
-/// workspace lists it only later.
+/// Another process that announces itself as the running program, by applications of that kind made
+/// from the arguments, and stays until this ends.
+template <typename AnnouncingApplications>
 class OtherInstance {
  public:
-  OtherInstance() {
+  template <typename... Arguments>
+  explicit OtherInstance(Arguments&... arguments) {
     std::array<int, 2> ready{};
     EXPECT_EQ(::pipe(ready.data()), 0);
     process = ::fork();
     if (process == 0) {
-      FakeAppKitServices services;
-      MacApplications applications(services);
+      AnnouncingApplications applications(arguments...);
       const char answer = applications.announce() ? 'y' : 'n';
       if (::write(ready[1], &answer, 1) == 1) ::pause();
       ::_exit(0);
