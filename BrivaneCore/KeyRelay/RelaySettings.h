@@ -21,15 +21,15 @@ class RelaySettings {
   /// On by default.
   bool systemBrightnessKeysEnabled() const;
 
-  /// F19, unless the settings name another by its virtual key code.
-  RelayKey relayUpKey() const;
+  RelayKey relayUpKey() const { return upKeyOf(defaults.object(brightnessKeyRelayUpKey)); }
+  RelayKey relayDownKey() const { return downKeyOf(defaults.object(brightnessKeyRelayDownKey)); }
 
-  /// F20, unless the settings name another by its virtual key code.
-  RelayKey relayDownKey() const;
+  /// F19, unless the stored value names another by its virtual key code.
+  static RelayKey upKeyOf(const std::optional<PropertyValue>& stored);
+  /// F20, unless the stored value names another by its virtual key code.
+  static RelayKey downKeyOf(const std::optional<PropertyValue>& stored);
 
  private:
-  std::optional<RelayKey> storedKey(std::string_view key) const;
-
   const UserDefaults& defaults;
 };
 

@@ -4,6 +4,8 @@
 #include <optional>
 #include <ostream>
 
+#include "BrivaneCore/KeyRelay/RelaySettings.h"
+#include "BrivaneCore/Support/Lookup.h"
 #include "Machines/Common/Files/PropertyJson.h"
 #include "Machines/Common/Files/SettingsFile.h"
 #include "Tools/BrivaneDefaults/HiddenSettings.h"
@@ -84,6 +86,17 @@ Complaint unusable(const SettingsFile& file, const std::string& what, const File
          "), and stay as they are";
 }
 
+/// The program refuses to relay both brightness keys as one.
+Complaint sameRelayKeys(const Values& values, const Request& request) {
+  if (request.setting->kind != HiddenSetting::Kind::relayKey) return std::nullopt;
+  const auto up = RelaySettings::upKeyOf(lookUp(values, RelaySettings::brightnessKeyRelayUpKey));
+  const auto down =
+      RelaySettings::downKeyOf(lookUp(values, RelaySettings::brightnessKeyRelayDownKey));
+  if (up != down) return std::nullopt;
+  return "brightness up and down can't become the same key, " + std::to_string(up.virtualKeyCode) +
+         " (" + std::string(up.name) + "); nothing was changed";
+}
+
 Complaint change(const SettingsFile& file, const Request& request, Runtime& runtime) {
   const auto lock = file.lock(runtime, SettingsFile::lockPatience);
   if (const auto* stuck = std::get_if<FileProblem>(&lock)) return unusable(file, "changed", *stuck);
@@ -96,6 +109,7 @@ Complaint change(const SettingsFile& file, const Request& request, Runtime& runt
   values.erase(std::string(request.setting->key));
   if (request.value) values.emplace(request.setting->key, *request.value);
   if (values == before) return std::nullopt;
+  if (auto same = sameRelayKeys(values, request)) return same;
   if (const auto problem = file.write(values, PowerCut::keepsFile)) {
     return unusable(file, "changed", *problem);
   }

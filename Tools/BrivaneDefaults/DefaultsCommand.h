@@ -18,8 +18,8 @@ using FileOrProblem = std::variant<std::filesystem::path, std::string>;
 /// are understood. Prints values to `out`, and what is wrong, in one line, to `errors`. A file that
 /// can't be read stays as it is.
 ///
-/// The exit status: 0 when it was done, 1 when the setting is not set or the settings can't be read
-/// or written, 64 when the words can't be understood.
+/// The exit status: 0 when it was done, 1 when the setting is not set, the settings can't be read
+/// or written, or both relay keys would be the same, 64 when the words can't be understood.
 int changeDefaults(const std::vector<std::string>& words,
                    const std::function<FileOrProblem()>& findFile, Runtime& runtime,
                    std::ostream& out, std::ostream& errors);

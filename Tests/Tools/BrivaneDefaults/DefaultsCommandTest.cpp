@@ -114,6 +114,25 @@ TEST_F(DefaultsCommandTest, AValueOfTheWrongKindOrOutOfRangeIsAnsweredWithWhatIs
   EXPECT_THAT(folder.names(), IsEmpty());
 }
 
+TEST_F(DefaultsCommandTest, ARelayKeyThatTheOtherOneIsAlreadyIsRefused) {
+  const std::string both = "brivane-defaults: brightness up and down can't become the same key, ";
+  EXPECT_EQ(complaint(1, {"write", "BrightnessKeyRelayUp", "90"}),
+            both + "90 (F20); nothing was changed\n")
+      << "the other's default";
+  printed({"write", "BrightnessKeyRelayUp", "79"});
+  EXPECT_THAT(complaint(1, {"write", "BrightnessKeyRelayDown", "79"}), StartsWith(both + "79"));
+  printed({"write", "BrightnessKeyRelayDown", "80"});
+  EXPECT_THAT(complaint(1, {"delete", "BrightnessKeyRelayUp"}), StartsWith(both + "80"));
+  EXPECT_EQ(printed({"read"}), "BrightnessKeyRelayUp 79\nBrightnessKeyRelayDown 80\n");
+}
+
+TEST_F(DefaultsCommandTest, SettingsWithEqualRelayKeysCanBeMended) {
+  folder.write("domain.json", R"({"BrightnessKeyRelayUp": 79, "BrightnessKeyRelayDown": 79})");
+  printed({"write", "VerboseKeyLog", "true"});
+  printed({"delete", "BrightnessKeyRelayUp"});
+  EXPECT_EQ(printed({"read"}), "VerboseKeyLog true\nBrightnessKeyRelayDown 79\n");
+}
+
 TEST_F(DefaultsCommandTest, WordsThatAreTooFewOrTooManyAreAnsweredWithAnExample) {
   EXPECT_THAT(complaint(64, {}), HasSubstr("expected read, write or delete"));
   EXPECT_THAT(complaint(64, {"set"}), HasSubstr("expected read, write or delete"));
