@@ -67,10 +67,6 @@ LinuxBacklight::LinuxBacklight(DisplaySystem& displaySystem, ConnectorSource con
       session(byLogind),
       folder(std::move(classFolder)) {}
 
-bool LinuxBacklight::exists() const {
-  return !namesIn(folder).empty();
-}
-
 std::int32_t LinuxBacklight::get(DisplayID display, float& level) const {
   const auto found = rangeOf(display);
   const auto* range = std::get_if<Range>(&found);

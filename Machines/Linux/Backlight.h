@@ -25,9 +25,6 @@ class LinuxBacklight {
                  MissingAccess& machineMissingAccess, SessionBacklight& byLogind,
                  std::filesystem::path classFolder = "/sys/class/backlight");
 
-  /// Whether there is any backlight.
-  bool exists() const;
-
   /// See GetBrightnessFunction, SetBrightnessFunction, CanChangeBrightnessFunction. Levels are
   /// rounded to the backlight's nearest step; the lowest of raw registers is step 1, because step 0
   /// may switch the panel off. Without write permission, logind sets the backlight.

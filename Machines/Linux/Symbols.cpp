@@ -13,8 +13,7 @@ LibraryHandle LinuxSymbolLoader::open(std::string_view path, int /*mode*/) {
     bus.noteDeviceFiles();
     return avServices;
   }
-  if (path == "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices" &&
-      backlight.exists()) {
+  if (path == "/System/Library/PrivateFrameworks/DisplayServices.framework/DisplayServices") {
     return displayServices;
   }
   return 0;
@@ -25,10 +24,7 @@ Symbol LinuxSymbolLoader::find(LibraryHandle library, std::string_view name) {
   Symbol symbol;
   if (library == avServices || isGlobal) symbol = findAVService(name);
   if (!std::holds_alternative<std::monostate>(symbol)) return symbol;
-  if (library == displayServices || (isGlobal && backlight.exists())) {
-    return findDisplayServices(name);
-  }
-  return {};
+  return library == displayServices || isGlobal ? findDisplayServices(name) : Symbol();
 }
 
 Symbol LinuxSymbolLoader::findAVService(std::string_view name) const {

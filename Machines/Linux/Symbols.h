@@ -6,8 +6,8 @@
 
 namespace brivane {
 
-/// The AV-service calls, also without an I2C bus: device files may appear later, and functions are
-/// asked for once. The display-services calls if a backlight exists.
+/// The AV-service calls, and the display-services calls over the backlight; also while there is no
+/// I2C bus or no backlight: they may appear later, and functions are asked for once.
 class LinuxSymbolLoader : public SymbolLoader {
  public:
   LinuxSymbolLoader(const LinuxBus& machineBus, const LinuxBacklight& machineBacklight)

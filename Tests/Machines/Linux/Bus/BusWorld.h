@@ -57,6 +57,12 @@ class VanishedBuses {
                                    Vanished("/dev/i2c-10")};
 };
 
+class VanishedBacklights {
+ private:
+  Vanished firmware{"/sys/class/backlight/acpi_video0"};
+  Vanished raw{"/sys/class/backlight/intel_backlight"};
+};
+
 /// A device file that only the superuser may open, for a while.
 class Forbidden {
  public:

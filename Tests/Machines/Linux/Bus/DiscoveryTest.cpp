@@ -101,10 +101,14 @@ TEST_F(DiscoveryTest, TheBuiltInPanelIsDrivenByTheFirmwaresBacklight) {
   EXPECT_FALSE(services.canControl(alpha));
 }
 
-TEST_F(DiscoveryTest, WithoutABacklightThereAreNoDisplayServices) {
-  const Vanished firmware("/sys/class/backlight/acpi_video0");
-  const Vanished raw("/sys/class/backlight/intel_backlight");
-  EXPECT_FALSE(AppleDisplayBackend(loader, displays).isAvailable());
+TEST_F(DiscoveryTest, WithoutABacklightDisplayServicesDriveNoDisplay) {
+  const VanishedBacklights all;
+  const AppleDisplayBackend services(loader, displays);
+  for (const DisplayID display : {laptop, alpha}) {
+    EXPECT_FALSE(services.canControl(display));
+    EXPECT_EQ(services.read(display), std::nullopt);
+    EXPECT_FALSE(services.write(50, display));
+  }
 }
 
 TEST_F(DiscoveryTest, NamesAreFoundInTheirOwnLibraryAndAmongAll) {

@@ -1,6 +1,7 @@
 // Devices and permissions that come while the program runs.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <array>
@@ -10,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "BrivaneCore/DDC/AppleDisplayBackend.h"
 #include "BrivaneCore/DDC/DisplayRegistry.h"
 #include "Machines/Linux/Notifications.h"
 #include "Tests/Machines/Linux/Bus/BusWorld.h"
@@ -21,6 +23,22 @@ namespace {
 
 using testing::ElementsAre;
 using testing::Optional;
+
+/// No file, library or socket can be opened for a while.
+class NoMoreDescriptors {
+ public:
+  NoMoreDescriptors() {
+    EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit none{0, usual.rlim_max};
+    EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  }
+  ~NoMoreDescriptors() { ::setrlimit(RLIMIT_NOFILE, &usual); }
+  NoMoreDescriptors(const NoMoreDescriptors&) = delete;
+  NoMoreDescriptors& operator=(const NoMoreDescriptors&) = delete;
+
+ private:
+  rlimit usual{};
+};
 
 class LaterDevicesTest : public BusTest {
  protected:
@@ -59,7 +77,22 @@ TEST_F(LaterDevicesTest, DeviceFilesThatAppearAreUsed) {
   EXPECT_THAT(read(alpha), Optional(VCPReading{50, 100}));
 }
 
-TEST_F(LaterDevicesTest, ADeviceFileThatARuleOpensToTheUserIsUsed) {
+TEST_F(LaterDevicesTest, ABacklightThatAppearsDrivesThePanelUntilItGoes) {
+  const AppleDisplayBackend services(loader, displays);
+  {
+    const VanishedBacklights all;
+    EXPECT_FALSE(services.canControl(laptop));
+  }
+  EXPECT_TRUE(services.canControl(laptop));
+  EXPECT_EQ(services.read(laptop), 40);
+  EXPECT_TRUE(services.write(80, laptop));
+  EXPECT_EQ(services.read(laptop), 80);
+  const VanishedBacklights all;
+  EXPECT_FALSE(services.canControl(laptop));
+  EXPECT_FALSE(services.write(60, laptop));
+}
+
+TEST_F(LaterDevicesTest, ADeviceFileThatTheUserMayOpenLaterIsUsed) {
   auto forbidden = std::make_unique<Forbidden>("/dev/i2c-5");
   std::array<int, 2> refused{};
   ASSERT_EQ(::pipe(refused.data()), 0);
@@ -96,10 +129,18 @@ TEST_F(LaterDevicesTest, BusesThatMayLeadToMonitorsAndDevicesWithKeysAreAnnounce
 }
 
 TEST_F(LaterDevicesTest, WithoutUdevNothingIsAnnouncedAndNothingFails) {
-  EXPECT_TRUE(holdsForOrdinaryUser([&] {
-    const auto buses = notifications.observeMonitorBuses([] {});
-    return buses && read(alpha);
-  }));
+  constexpr std::size_t expected = 2;
+  LinuxNotifications withoutUdev{noServer, runtime, sleepGate, busSearch, [] {}, [] {}};
+  Observation unheard;
+  {
+    const NoMoreDescriptors neitherLibraryNorSocket;
+    unheard = withoutUdev.observeMonitorBuses(note("heard without udev", expected));
+  }
+  const auto buses = notifications.observeMonitorBuses(note("bus", expected));
+  for (std::size_t count = 0; count < expected; ++count) announceDevice("add", "i2c-dev/i2c-5");
+  run();
+  EXPECT_THAT(heard, ElementsAre("bus", "bus"));
+  EXPECT_THAT(read(alpha), Optional(VCPReading{50, 100}));
 }
 
 }  // namespace
