@@ -17,7 +17,10 @@ class DescriptorWatch {
   /// Reads everything available; false at the end.
   using Handler = std::function<bool()>;
 
-  /// `watchedDescriptor` must stay open during this object's life. `label` is for debuggers.
+  /// The main thread may close `watchedDescriptor` before this object ends, if the handler returns
+  /// false from then on: the handler is called once more at most, whatever file has the number by
+  /// then. A wait that has begun may keep the closed file to itself until this object ends. `label`
+  /// is for debuggers.
   DescriptorWatch(Runtime& machineRuntime, const std::string& label, int watchedDescriptor,
                   Handler readHandler);
   ~DescriptorWatch();
