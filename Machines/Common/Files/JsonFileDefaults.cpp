@@ -15,7 +15,7 @@ JsonFileDefaults::JsonFileDefaults(const std::filesystem::path& domainFile, Runt
 
 JsonFileDefaults::~JsonFileDefaults() {
   runtime.cancel(syncTimer);
-  if (!unwritten.empty()) writeChanges(Microseconds(0));
+  if (!unwritten.empty()) writeChanges(SettingsFile::lockPatience);
   sync();
 }
 

@@ -18,9 +18,10 @@ namespace brivane {
 /// Each change is written at once, by replacing the file, under a lock with a timeout of 2 s:
 /// concurrent changes of different keys are all kept, and readers see the file before or after a
 /// change. A change that can't be written stays in force in this process and is tried again with
-/// the next change and at the end. A file that can't be read counts as empty and is never
-/// overwritten: one with invalid content is set aside (renamed); one without read permission stays,
-/// and is tried again at each use. Each of these is logged once, in one line.
+/// the next change and at the end, where the lock is waited for once more. A file that can't be
+/// read counts as empty and is never overwritten: one with invalid content is set aside (renamed);
+/// one without read permission stays, and is tried again at each use. Each of these is logged once,
+/// in one line.
 class JsonFileDefaults : public UserDefaults {
  public:
   /// Whether changes must survive a power cut: then they are synced to disk a second after the last

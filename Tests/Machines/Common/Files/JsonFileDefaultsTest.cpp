@@ -4,12 +4,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
+#include <thread>
 
 #include "Machines/Common/Files/FileLock.h"
 #include "Machines/Common/Files/JsonFileDefaults.h"
 #include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Desk/Machine/VirtualRuntime.h"
+#include "Tests/Support/Eventually.h"
 #include "Tests/Support/OrdinaryUser.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -282,6 +285,27 @@ TEST_F(JsonFileDefaultsTest, AStoppedProcessThatHoldsTheLockIsWaitedForTwoSecond
   EXPECT_EQ(open().contents().size(), 3u);
 }
 
+TEST_F(JsonFileDefaultsTest, WhoeverTakesTheLockAgainAtOnceHasItAfterTheOneWhoWaits) {
+  constexpr Microseconds patience = std::chrono::minutes(1);
+  const auto acquire = [&] { return FileLock::acquire(folder / "lock", runtime, patience); };
+  std::optional mine(acquire());
+  std::atomic<bool> isAsking = false;
+  std::atomic<bool> hadIt = false;
+  std::thread other([&] {
+    isAsking = true;
+    hadIt = std::holds_alternative<FileLock>(acquire());
+  });
+  EXPECT_TRUE(eventually([&] { return isAsking.load(); }));
+  for (int again = 0; again < 10 && !hadIt; ++again) {
+    runtime.sleep(std::chrono::milliseconds(20));
+    mine.reset();
+    mine.emplace(acquire());
+  }
+  EXPECT_TRUE(hadIt);
+  mine.reset();
+  other.join();
+}
+
 TEST_F(JsonFileDefaultsTest, OnAFullDiskTheOldFileStaysWholeAndNoPartOfTheNewOne) {
   {
     auto defaults = open();
@@ -305,14 +329,19 @@ TEST_F(JsonFileDefaultsTest, OnAFullDiskTheOldFileStaysWholeAndNoPartOfTheNewOne
   EXPECT_THAT(folder.names(), ElementsAre("domain.json", "domain.json.lock"));
 }
 
-TEST_F(JsonFileDefaultsTest, WhatCouldNotBeWrittenIsWrittenAtTheEndIfItCanBeThen) {
+TEST_F(JsonFileDefaultsTest, WhatCouldNotBeWrittenIsWrittenAtTheEndAndTheLockWaitedForAgain) {
+  std::optional lock(FileLock::acquire(file.string() + ".lock", runtime, Microseconds(0)));
+  const auto other = virtualTime.makeSerialQueue("other", QueueQuality::userInitiated);
+  other->async([&] {
+    virtualTime.sleep(std::chrono::seconds(3));
+    lock.reset();
+  });
   {
-    std::optional lock(FileLock::acquire(file.string() + ".lock", runtime, Microseconds(0)));
     auto defaults = open(virtualTime);
     defaults.set("a", {std::int64_t{1}});
     EXPECT_FALSE(std::filesystem::exists(file));
-    lock.reset();
   }
+  other->sync([] {});
   EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
 }
 
