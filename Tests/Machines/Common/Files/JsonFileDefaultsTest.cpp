@@ -1,5 +1,7 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +10,7 @@
 #include <csignal>
 #include <thread>
 
+#include "Machines/Common/Files/FileDescriptor.h"
 #include "Machines/Common/Files/FileLock.h"
 #include "Machines/Common/Files/JsonFileDefaults.h"
 #include "Machines/Common/Processes/ThreadRuntime.h"
@@ -304,6 +307,16 @@ TEST_F(JsonFileDefaultsTest, WhoeverTakesTheLockAgainAtOnceHasItAfterTheOneWhoWa
   EXPECT_TRUE(hadIt);
   mine.reset();
   other.join();
+}
+
+TEST_F(JsonFileDefaultsTest, AStoppedProcessWhoseTurnIsNextIsWaitedForOneSecond) {
+  const FileDescriptor turn(::open(folder.path.c_str(), O_RDONLY | O_DIRECTORY));
+  ASSERT_EQ(::flock(turn.get(), LOCK_EX), 0);
+  auto defaults = open(virtualTime);
+  defaults.set("a", {std::int64_t{1}});
+  EXPECT_EQ(virtualTime.now(), Instant(std::chrono::seconds(1)));
+  EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
+  EXPECT_THAT(log.lines, IsEmpty());
 }
 
 TEST_F(JsonFileDefaultsTest, OnAFullDiskTheOldFileStaysWholeAndNoPartOfTheNewOne) {
