@@ -107,7 +107,9 @@ void MacHUDWindow::animateAlpha(double alpha, double durationSeconds, AnimationT
       completionHandler:whenOver];
 }
 
+/// A hidden application may show no new window, not even one that refuses to hide with it.
 void MacHUDWindow::orderFrontRegardless() {
+  [NSApplication.sharedApplication unhideWithoutActivation];
   [window orderFrontRegardless];
 }
 

@@ -373,11 +373,12 @@ NSAnimationContext* currentContext;
   isToBeKey = self.canBecomeKeyWindow;
   if (FakeDesktop::shared().isActive) [self fakeApplicationIsActive];
 }
-/// On its own Space, which need not be the one that the user looks at.
+/// On its own Space, which need not be the one that the user looks at. A hidden application shows
+/// nothing new; what refuses to hide with it only stays.
 - (void)show {
   const FakeDesktop& desktop = FakeDesktop::shared();
   isShown = YES;
-  isHiddenWithApplication = desktop.isHidden && self.canHide;
+  isHiddenWithApplication = desktop.isHidden;
   if (space == 0 || (behavior & NSWindowCollectionBehaviorMoveToActiveSpace) != 0) {
     space = desktop.activeSpace;
   }

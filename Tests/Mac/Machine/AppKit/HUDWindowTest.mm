@@ -80,6 +80,13 @@ TEST_F(MacHUDWindowTest, ItIsSeenInFrontOfTheActiveApplicationOnEverySpaceAndAsk
   EXPECT_FALSE([systemWindow() fakeIsSeen]);
 }
 
+TEST_F(MacHUDWindowTest, ItIsSeenThoughTheApplicationWasHiddenBeforeAndLeavesTheOtherOneActive) {
+  [NSApplication.sharedApplication hide:nil];
+  window->orderFrontRegardless();
+  EXPECT_TRUE([systemWindow() fakeIsSeen]);
+  EXPECT_FALSE(desktop.isActive);
+}
+
 TEST_F(MacHUDWindowTest, ItsContentFillsItAndIsResizedWithItBothWays) {
   window->installContentView({});
   NSView* const view = systemWindow().contentView;
