@@ -380,7 +380,7 @@ std::string nameOf(NSMenuItem* item) {
 - (void)addItem:(NSMenuItem*)item {
   [self insertItem:item atIndex:static_cast<NSInteger>(items.count)];
 }
-/// AppKit raises an exception for an item that is in a menu.
+/// AppKit raises an exception for an item that is in a menu, and for a place that isn't.
 - (void)insertItem:(NSMenuItem*)item atIndex:(NSInteger)index {
   if (item->menu != nil) brivane::objc::fail("an item is added to a second menu");
   [items insertObject:item atIndex:static_cast<NSUInteger>(index)];
@@ -388,6 +388,9 @@ std::string nameOf(NSMenuItem* item) {
   [self noteChange:"add " + nameOf(item)];
 }
 /// A highlight doesn't come back.
+  if (index < 0 || index > static_cast<NSInteger>(items.count)) {
+    brivane::objc::fail("an item is inserted where the menu has no place");
+  }
 - (void)removeItemAtIndex:(NSInteger)index {
   NSMenuItem* const item = items[static_cast<NSUInteger>(index)];
   [self noteChange:"remove " + nameOf(item)];

@@ -267,7 +267,9 @@ NSString* stringOf(const std::string& text) {
 - (void)addObject:(id)object {
   objects.push_back(object);
 }
+/// Foundation raises an exception.
 - (void)insertObject:(id)object atIndex:(NSUInteger)index {
+  if (index > objects.size()) brivane::objc::fail("an object is inserted behind the array's end");
   objects.insert(objects.begin() + static_cast<std::ptrdiff_t>(index), object);
 }
 - (void)removeObject:(id)object {

@@ -245,6 +245,15 @@ TEST(FakeFoundation, StringsKeepTheirText) {
   }
 }
 
+TEST(FakeFoundation, NothingIsInsertedBehindTheEndOfAnArray) {
+  @autoreleasepool {
+    NSMutableArray* const array = [NSMutableArray array];
+    [array insertObject:@"first" atIndex:0];
+    [array insertObject:@"last" atIndex:1];
+    EXPECT_DEATH([array insertObject:@"nowhere" atIndex:3], "behind the array's end");
+  }
+}
+
 TEST(FakeFoundation, AnnouncementsReachWhoeverObservesThatNameAtThatCenter) {
   @autoreleasepool {
     NSNotificationCenter* const center = [NSNotificationCenter new];
