@@ -253,14 +253,15 @@ NSSlider* MacMenu::sliderAt(std::size_t index) const {
 }
 
 /// AppKit's call returns only when the menu closes: it would block the main queue from within a
-/// task, and AppKit from within a callback. So the run loop performs it later.
+/// task, and AppKit from within a callback. So the run loop performs it later, though not while the
+/// user has the menu open.
 void MacMenu::popUp() {
   if (isOpen || std::exchange(isToPopUp, true)) return;
   [hands performSelector:@selector(popUp) withObject:nil afterDelay:0];
 }
 
 void MacMenu::popUpNow() {
-  if (!std::exchange(isToPopUp, false) || isOpen) return;
+  if (!std::exchange(isToPopUp, false)) return;
   // The program may destroy this object while the menu is open.
   NSMenu* const shownMenu = menu;
   [shownMenu popUpMenuPositioningItem:nil atLocation:NSEvent.mouseLocation inView:nil];
@@ -270,6 +271,7 @@ void MacMenu::willOpen() {
   isOpen = true;
   if (delegate != nullptr) delegate->menuWillOpen();
 }
+  isToPopUp = false;
 
 void MacMenu::didClose() {
   retired.clear();

@@ -118,6 +118,10 @@ class FakeDesktop {
   std::vector<void (^)(void)> blocks;
   void performBlocks();
   bool tracksTheMouse() const;
+  /// At once, or as soon as nothing follows the mouse.
+  void performInDefaultMode(const Task& task);
+  void returnToDefaultMode();
+  std::vector<Task> waitingForDefaultMode;
   bool isHolding = false;
   /// The open menu is to close as soon as whoever asked for that has returned.
   bool isCancelled = false;

@@ -336,13 +336,16 @@ std::string nameOf(NSMenuItem* item) {
 
 @implementation NSObject (NSDelayedPerforming)
 - (void)performSelector:(SEL)selector withObject:(id)object afterDelay:(double)seconds {
-  FakeDesktop::shared().loop.after(seconds, [self, selector, object] {
+  const brivane::Task perform = [self, selector, object] {
+/// In the loop's default mode: not while a menu is open.
     @autoreleasepool {
       isPerformingLater = true;
       send(selector, self, object);
       isPerformingLater = false;
     }
-  });
+  };
+  FakeDesktop::shared().loop.after(
+      seconds, [perform] { FakeDesktop::shared().performInDefaultMode(perform); });
 }
 @end
 
@@ -594,6 +597,7 @@ void FakeDesktop::close() {
     if (menuTracks) menuTracks(false);
   }
 }
+    returnToDefaultMode();
 
 void FakeDesktop::hold() {
   isHolding = true;
@@ -604,6 +608,7 @@ void FakeDesktop::letGo() {
   endCancelledTracking();
 }
 
+  returnToDefaultMode();
 bool FakeDesktop::tracksTheMouse() const {
   return isHolding || openMenu != nil;
 }
@@ -621,6 +626,19 @@ void FakeDesktop::performBlocks() {
 
 void FakeDesktop::endProcess() {
   @autoreleasepool {
+void FakeDesktop::performInDefaultMode(const Task& task) {
+  if (tracksTheMouse()) {
+    waitingForDefaultMode.push_back(task);
+  } else {
+    task();
+  }
+}
+
+void FakeDesktop::returnToDefaultMode() {
+  if (tracksTheMouse()) return;
+  for (const Task& task : std::exchange(waitingForDefaultMode, {})) loop.async(task);
+}
+
     for (NSStatusItem* item in [statusItems copy]) {
       (void)(__bridge_transfer id)(__bridge void*)item;
     }

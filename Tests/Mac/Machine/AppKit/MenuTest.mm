@@ -397,18 +397,21 @@ TEST_F(MacMenuTest, ItPopsUpWhereThePointerIsOnceTheProgramHasAnswered) {
   EXPECT_THAT(notes, ElementsAre("will open"));
 }
 
-TEST_F(MacMenuTest, AMenuThatIsOpenByThenDoesNotPopUp) {
+TEST_F(MacMenuTest, AMenuThatTheUserOpensMeanwhileDoesNotPopUpNorAgainWhenItHasClosed) {
   item->menu().popUp();
   desktop.open(systemMenu());
   bench.pass(0);
+  desktop.close();
+  bench.pass(0);
   EXPECT_THAT(desktop.notes, testing::Not(Contains(testing::StartsWith("menu at"))));
-  EXPECT_THAT(notes, ElementsAre("will open"));
+  EXPECT_THAT(notes, ElementsAre("will open", "did close"));
 }
 
 TEST_F(MacMenuTest, NonePopsUpOnceTheApplicationEndsOrTheItemHasGone) {
   item->menu().popUp();
   frame.application().exit(0);
   bench.pass(0);
+  EXPECT_EQ(desktop.openMenu, nil);
   item->menu().popUp();
   item.reset();
   bench.pass(0);
