@@ -161,8 +161,10 @@ void MacMenu::remove(std::size_t index) {
   items.erase(items.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
-/// Whether the open menu has an item at that place that looks as this one is to. A drag is to end
-/// with its slider, so no slider stays while a mouse button is down.
+/// Whether the open menu has an item at that place that looks as this one is to. The program gives
+/// an open menu another list when displays have changed; a slider that looks the same may be
+/// another display's then. So no slider stays while a mouse button is down: a drag must not go on
+/// with the other display.
 bool MacMenu::isShown(const MenuItem& item, std::size_t index) const {
   const MenuItem& own = items[index];
   if (!isOpen || own.index() != item.index()) return false;
@@ -269,9 +271,9 @@ void MacMenu::popUpNow() {
 
 void MacMenu::willOpen() {
   isOpen = true;
+  isToPopUp = false;
   if (delegate != nullptr) delegate->menuWillOpen();
 }
-  isToPopUp = false;
 
 void MacMenu::didClose() {
   retired.clear();
