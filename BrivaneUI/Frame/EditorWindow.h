@@ -44,7 +44,7 @@ class CustomView {
   virtual void setHost(CustomViewHost* host) = 0;
   virtual bool acceptsFirstResponder() const = 0;
   virtual void mouseDown() = 0;
-  /// False passes the press on to the window.
+  /// False passes the press on to the window; a frame may offer the press once more before.
   virtual bool keyDown(const KeyPress& press) = 0;
   /// Whether the view agrees to lose focus.
   virtual bool resignFirstResponder() = 0;

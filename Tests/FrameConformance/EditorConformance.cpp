@@ -24,8 +24,11 @@ class NotingView : public CustomView {
     host->setNeedsDisplay();
   }
   bool keyDown(const KeyPress& press) override {
+    using namespace modifierFlag;
+    // A Mac sets other bits, too.
+    const auto modifiers = press.modifierFlags & (shift | control | option | command);
     notes.push_back(name + " key " + std::to_string(press.keyCode) + " with " +
-                    std::to_string(press.modifierFlags));
+                    std::to_string(modifiers));
     return true;
   }
   bool resignFirstResponder() override {

@@ -1,5 +1,6 @@
-// AppKit offers a press with Command as a key equivalent first; the focused field takes it then, or
-// Command could never be part of a hotkey.
+// AppKit offers a press with Command or Control, and of keys that write nothing, as a key
+// equivalent first; the focused field takes it then, or Command could never be part of a hotkey. A
+// press that nobody takes so comes to the field again.
 #include "Machines/Mac/Frame/FieldView.h"
 
 #include "Machines/Mac/Frame/AppKitValues.h"

@@ -2,11 +2,13 @@
 #include "Tests/Mac/Machine/AppKit/FakeDesktop.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
 #include "Tests/Mac/Machine/AppKit/FakeFoundation.h"
 #include "Tests/Mac/Machine/ObjC/Classes.h"
+#include "Tests/Support/VirtualKeys.h"
 
 extern "C" void objc_msgSend(void);
 
@@ -335,9 +337,9 @@ std::string nameOf(NSMenuItem* item) {
 }  // namespace
 
 @implementation NSObject (NSDelayedPerforming)
+/// In the loop's default mode: not while a menu is open.
 - (void)performSelector:(SEL)selector withObject:(id)object afterDelay:(double)seconds {
   const brivane::Task perform = [self, selector, object] {
-/// In the loop's default mode: not while a menu is open.
     @autoreleasepool {
       isPerformingLater = true;
       send(selector, self, object);
@@ -386,14 +388,14 @@ std::string nameOf(NSMenuItem* item) {
 /// AppKit raises an exception for an item that is in a menu, and for a place that isn't.
 - (void)insertItem:(NSMenuItem*)item atIndex:(NSInteger)index {
   if (item->menu != nil) brivane::objc::fail("an item is added to a second menu");
+  if (index < 0 || index > static_cast<NSInteger>(items.count)) {
+    brivane::objc::fail("an item is inserted where the menu has no place");
+  }
   [items insertObject:item atIndex:static_cast<NSUInteger>(index)];
   item->menu = self;
   [self noteChange:"add " + nameOf(item)];
 }
 /// A highlight doesn't come back.
-  if (index < 0 || index > static_cast<NSInteger>(items.count)) {
-    brivane::objc::fail("an item is inserted where the menu has no place");
-  }
 - (void)removeItemAtIndex:(NSInteger)index {
   NSMenuItem* const item = items[static_cast<NSUInteger>(index)];
   [self noteChange:"remove " + nameOf(item)];
@@ -595,9 +597,9 @@ void FakeDesktop::close() {
     menuChanges.clear();
     [menu.delegate menuDidClose:menu];
     if (menuTracks) menuTracks(false);
+    returnToDefaultMode();
   }
 }
-    returnToDefaultMode();
 
 void FakeDesktop::hold() {
   isHolding = true;
@@ -606,9 +608,9 @@ void FakeDesktop::hold() {
 void FakeDesktop::letGo() {
   isHolding = false;
   endCancelledTracking();
+  returnToDefaultMode();
 }
 
-  returnToDefaultMode();
 bool FakeDesktop::tracksTheMouse() const {
   return isHolding || openMenu != nil;
 }
@@ -624,8 +626,6 @@ void FakeDesktop::performBlocks() {
   for (void (^const& block)(void) : std::exchange(blocks, {})) block();
 }
 
-void FakeDesktop::endProcess() {
-  @autoreleasepool {
 void FakeDesktop::performInDefaultMode(const Task& task) {
   if (tracksTheMouse()) {
     waitingForDefaultMode.push_back(task);
@@ -639,6 +639,8 @@ void FakeDesktop::returnToDefaultMode() {
   for (const Task& task : std::exchange(waitingForDefaultMode, {})) loop.async(task);
 }
 
+void FakeDesktop::endProcess() {
+  @autoreleasepool {
     for (NSStatusItem* item in [statusItems copy]) {
       (void)(__bridge_transfer id)(__bridge void*)item;
     }
@@ -713,9 +715,32 @@ bool sendAlongResponders(SEL action, NSWindow* window, NSMenuItem* sender) {
   return false;
 }
 
-/// Only the menus below the main menu's items are looked at.
-bool chooseByKey(NSMenu* mainMenu, const std::string& letter, NSWindow* window) {
-  if (mainMenu == nil) return false;
+/// Keys that write nothing: F1 to F20, the arrows, Home, End and their like.
+bool isFunctionKey(std::uint16_t keyCode) {
+  constexpr std::array<std::uint16_t, 4> f17ToF20 = {64, 79, 80, 90};
+  constexpr std::uint16_t firstOther = 96;
+  return keyCode >= firstOther || std::ranges::count(f17ToF20, keyCode) != 0;
+}
+
+constexpr NSEventModifierFlags allModifiers =
+    NSEventModifierFlagShift | NSEventModifierFlagControl | NSEventModifierFlagOption |
+    NSEventModifierFlagCommand;
+
+/// Whether AppKit offers the press to all views and then to the main menu before the view that has
+/// the keys gets it.
+bool isOfferedToAll(NSEvent* event) {
+  constexpr std::uint16_t keyTab = 48;
+  constexpr NSUInteger commandOrControl = NSEventModifierFlagCommand | NSEventModifierFlagControl;
+  return (event.modifierFlags & commandOrControl) != 0 || isFunctionKey(event.keyCode) ||
+         event.keyCode == keyEscape || event.keyCode == keyTab;
+}
+
+/// Only the menus below the main menu's items are looked at; their keys are with Command alone.
+bool chooseByKey(NSMenu* mainMenu, NSEvent* event, NSWindow* window) {
+  if (mainMenu == nil || (event.modifierFlags & allModifiers) != NSEventModifierFlagCommand) {
+    return false;
+  }
+  const std::string letter = letterOf(event.keyCode);
   for (NSMenuItem* top in itemsOf(mainMenu)) {
     if (top.submenu == nil) continue;
     for (NSMenuItem* item in itemsOf(top.submenu)) {
@@ -731,7 +756,8 @@ NSEvent* FakeDesktop::keyDown(std::uint16_t keyCode, NSEventModifierFlags flags)
   NSEvent* const event = [NSEvent new];
   event->ownType = NSEventTypeKeyDown;
   event->ownKeyCode = keyCode;
-  event->ownFlags = flags;
+  constexpr NSEventModifierFlags ofFunctionKeys = 1 << 23;
+  event->ownFlags = flags | (isFunctionKey(keyCode) ? ofFunctionKeys : 0);
   return event;
 }
 
@@ -739,11 +765,11 @@ void FakeDesktop::press(NSWindow* window, std::uint16_t keyCode, NSEventModifier
   @autoreleasepool {
     if (![window fakeIsKey]) return note("another window has the keys");
     NSEvent* const event = keyDown(keyCode, flags);
-    if ((flags & NSEventModifierFlagCommand) != 0) {
+    if (isOfferedToAll(event)) {
       for (NSView* const& view : viewsBelow(window.contentView)) {
         if ([view performKeyEquivalent:event]) return;
       }
-      if (chooseByKey(NSApplication.sharedApplication.mainMenu, letterOf(keyCode), window)) return;
+      if (chooseByKey(NSApplication.sharedApplication.mainMenu, event, window)) return;
     }
     [window.firstResponder keyDown:event];
   }
