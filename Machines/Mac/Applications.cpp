@@ -47,7 +47,7 @@ ProcessID MacApplications::ownProcessID() {
 }
 
 bool MacApplications::announce() {
-  if (bundleIdentifier() && !(announced && announced->announce())) return false;
+  if (bundleIdentifier() && announced && !announced->announce() && announced->find()) return false;
   appKit.becomeApplication();
   return true;
 }

@@ -17,8 +17,8 @@ class MacApplications : public Applications {
   std::optional<std::string> bundleIdentifier() override;
   std::vector<ProcessID> runningApplications(const std::string& bundleIdentifier) override;
   ProcessID ownProcessID() override;
-  /// False when another process has announced itself, or without a place for the lock. A bare
-  /// executable needs no lock, as several may run.
+  /// False when another process has announced itself. Without a place for the lock, and of bare
+  /// executables, which need none, several may run.
   bool announce() override;
 
  private:

@@ -150,14 +150,17 @@ TEST_F(MacApplicationsTest, BareExecutablesRunSideBySideAndBesideABundle) {
   EXPECT_TRUE(bare.isAnnounced);
 }
 
-TEST_F(MacApplicationsTest, WithoutAPlaceForTheLockNobodyIsAnnounced) {
+TEST_F(MacApplicationsTest, WithoutAPlaceForTheLockEveryStartIsAnApplication) {
+  int connected = 0;
+  appKit.whenBecomingApplication = [&] { ++connected; };
   for (const std::optional<std::string>& nowhere :
        {std::optional<std::string>(), std::optional(std::string(2 * PATH_MAX, '/'))}) {
     fake::system().temporaryFolder = nowhere;
     MacApplications applications(appKit);
-    EXPECT_FALSE(applications.announce());
+    EXPECT_TRUE(applications.announce());
     EXPECT_THAT(applications.runningApplications(ownDomain), IsEmpty());
   }
+  EXPECT_EQ(connected, 2);
 }
 
 // The log and child processes
