@@ -50,7 +50,7 @@ bool HotkeyManager::startEventTap() {
 
 void HotkeyManager::stopEventTap() {
   eventTap.stop();
-  registerAnew(false);
+  reloadBindings();
 }
 
 void HotkeyManager::stop() {

@@ -27,7 +27,7 @@ class HotkeyManager : public RelayHotkeySwitching {
   /// Whether the tap runs now. Once it does, the plain F1 and F2 hotkeys are given back.
   bool startEventTap();
 
-  /// Takes the tap out and registers the plain F1 and F2 hotkeys again.
+  /// Takes the tap out, ends a ramp and registers the plain F1 and F2 hotkeys again.
   void stopEventTap();
 
   void stop();
