@@ -7,8 +7,6 @@
 #include <cerrno>
 #include <system_error>
 
-#include "Machines/Common/Files/FileDescriptor.h"
-
 namespace brivane {
 namespace {
 
@@ -17,26 +15,6 @@ constexpr Microseconds pause = std::chrono::milliseconds(1);
 
 int openLockFile(const std::filesystem::path& file) {
   return ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
-}
-
-/// 0, or an error number: EWOULDBLOCK when another holds the lock until the deadline.
-int lockBefore(Instant deadline, int descriptor, Runtime& runtime) {
-  while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-    const int error = errno;
-    if (error != EWOULDBLOCK || runtime.now() >= deadline) return error;
-    runtime.sleep(pause);
-  }
-  return 0;
-}
-
-/// The next turn, as long as the result exists: the lock of the folder. A process that takes a lock
-/// again and again would otherwise leave hardly a moment to others on a busy machine; so it has to
-/// wait until the turn of one who waits is over. From the deadline on nobody waits for a turn,
-/// because the process that has it may be stopped.
-FileDescriptor nextTurn(Instant deadline, const std::filesystem::path& folder, Runtime& runtime) {
-  FileDescriptor turn(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (turn.isOpen()) lockBefore(deadline, turn.get(), runtime);
-  return turn;
 }
 
 }  // namespace
@@ -52,12 +30,14 @@ std::variant<FileLock, FileProblem> FileLock::acquire(const std::filesystem::pat
   }
   if (descriptor < 0) return FileProblem{std::generic_category().message(errno)};
   FileLock lock(descriptor);
-  const Instant start = runtime.now();
-  const auto turn = nextTurn(start + patience / 2, lockFile.parent_path(), runtime);
-  const int error = lockBefore(start + patience, descriptor, runtime);
-  if (error == 0) return lock;
-  if (error != EWOULDBLOCK) return FileProblem{std::generic_category().message(error)};
-  return FileProblem{"another process holds the lock " + lockFile.string()};
+  const Instant deadline = runtime.now() + patience;
+  while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+    if (runtime.now() >= deadline) {
+      return FileProblem{"another process holds the lock " + lockFile.string()};
+    }
+    runtime.sleep(pause);
+  }
+  return lock;
 }
 
 FileLock::~FileLock() {

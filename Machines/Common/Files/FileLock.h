@@ -14,8 +14,8 @@ namespace brivane {
 /// The system releases the lock of a process that ends.
 class FileLock {
  public:
-  /// Waits for the lock for at most `patience`; one who waits has it before one who has just
-  /// released it. A problem when it is still held then, or the lock file can't be created.
+  /// Waits for the lock for at most `patience`. A problem when it is still held then, or the lock
+  /// file can't be created.
   static std::variant<FileLock, FileProblem> acquire(const std::filesystem::path& lockFile,
                                                      Runtime& runtime, Microseconds patience);
 

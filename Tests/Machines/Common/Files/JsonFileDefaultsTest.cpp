@@ -1,21 +1,15 @@
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <csignal>
-#include <thread>
 
-#include "Machines/Common/Files/FileDescriptor.h"
 #include "Machines/Common/Files/FileLock.h"
 #include "Machines/Common/Files/JsonFileDefaults.h"
 #include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Machines/Desk/Machine/VirtualRuntime.h"
-#include "Tests/Support/Eventually.h"
 #include "Tests/Support/OrdinaryUser.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -286,37 +280,6 @@ TEST_F(JsonFileDefaultsTest, AStoppedProcessThatHoldsTheLockIsWaitedForTwoSecond
   waitFor(holder);
   defaults.set("c", {std::int64_t{3}});
   EXPECT_EQ(open().contents().size(), 3u);
-}
-
-TEST_F(JsonFileDefaultsTest, WhoeverTakesTheLockAgainAtOnceHasItAfterTheOneWhoWaits) {
-  constexpr Microseconds patience = std::chrono::minutes(1);
-  const auto acquire = [&] { return FileLock::acquire(folder / "lock", runtime, patience); };
-  std::optional mine(acquire());
-  std::atomic<bool> isAsking = false;
-  std::atomic<bool> hadIt = false;
-  std::thread other([&] {
-    isAsking = true;
-    hadIt = std::holds_alternative<FileLock>(acquire());
-  });
-  EXPECT_TRUE(eventually([&] { return isAsking.load(); }));
-  for (int again = 0; again < 10 && !hadIt; ++again) {
-    runtime.sleep(std::chrono::milliseconds(20));
-    mine.reset();
-    mine.emplace(acquire());
-  }
-  EXPECT_TRUE(hadIt);
-  mine.reset();
-  other.join();
-}
-
-TEST_F(JsonFileDefaultsTest, AStoppedProcessWhoseTurnIsNextIsWaitedForOneSecond) {
-  const FileDescriptor turn(::open(folder.path.c_str(), O_RDONLY | O_DIRECTORY));
-  ASSERT_EQ(::flock(turn.get(), LOCK_EX), 0);
-  auto defaults = open(virtualTime);
-  defaults.set("a", {std::int64_t{1}});
-  EXPECT_EQ(virtualTime.now(), Instant(std::chrono::seconds(1)));
-  EXPECT_EQ(open().object("a"), (PropertyValue{std::int64_t{1}}));
-  EXPECT_THAT(log.lines, IsEmpty());
 }
 
 TEST_F(JsonFileDefaultsTest, OnAFullDiskTheOldFileStaysWholeAndNoPartOfTheNewOne) {
