@@ -42,7 +42,8 @@ BrightnessHUD::BrightnessHUD(Machine& machine, Frame& programFrame, CatalogColor
       frame(programFrame),
       colors(hudColors),
       strings(hudStrings),
-      metrics(HUDMetrics::standard(hudStrings)) {}
+      metrics(HUDMetrics::standard(hudStrings)),
+      announcer(runtime, displays, hudStrings) {}
 
 BrightnessHUD::~BrightnessHUD() {
   anchor.kill();
@@ -73,6 +74,7 @@ void BrightnessHUD::present(const HUDModel::State& state, DisplayID displayID,
     hudWindow.setAlpha(1);
   }
   hudWindow.orderFrontRegardless();
+  announcer.hudShows(state, displayID, hudWindow);
   scheduleFadeOut(durationSeconds, token);
 }
 
@@ -162,6 +164,7 @@ void BrightnessHUD::fadeOut(std::uint64_t token) {
 
 void BrightnessHUD::hideNow() {
   cancelDismissWork();
+  announcer.hudHides();
   if (!window) return;
   window->orderOut();
   window->setAlpha(0);

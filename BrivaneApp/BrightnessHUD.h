@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "BrivaneApp/HUDAnnouncer.h"
 #include "BrivaneCore/Seams/Machine.h"
 #include "BrivaneCore/Support/LivenessAnchor.h"
 #include "BrivaneCore/Support/Observation.h"
@@ -70,6 +71,7 @@ class BrightnessHUD {
   std::optional<DisplayID> lastDisplayID;
   Observation appearanceObserver;
   Observation modelObserver;
+  HUDAnnouncer announcer;
   LivenessAnchor anchor;
 };
 

@@ -128,4 +128,7 @@ using Primitive = std::variant<FilledRectangle, StrokedRectangle, MaskedFill, Te
                                Spinner, FilledPath>;
 using DisplayList = std::vector<Primitive>;
 
+/// A line for each text in the picture, in the order of drawing.
+std::string shownText(const DisplayList& picture);
+
 }  // namespace brivane

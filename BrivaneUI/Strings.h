@@ -15,6 +15,8 @@ namespace strings {
 inline constexpr std::string_view hudConnectingTitle = "hud.connecting.title";
 inline constexpr std::string_view hudConnectingRetryingNow = "hud.connecting.retryingNow";
 inline constexpr std::string_view hudConnectingNextTry = "hud.connecting.nextTry";
+inline constexpr std::string_view hudAnnouncementLevel = "hud.announcement.level";
+inline constexpr std::string_view hudAnnouncementConnecting = "hud.announcement.connecting";
 
 }  // namespace strings
 }  // namespace brivane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "BrivaneCore/Seams/Runtime.h"
 #include "BrivaneCore/Support/Geometry.h"
@@ -65,6 +66,10 @@ class HUDWindow {
 
   /// Shows another picture in the view.
   virtual void updateContent(const DisplayList& content, ContentChange change) = 0;
+
+  /// Has a screen reader say the text, at once and in place of what it is saying. No effect on a
+  /// hidden window, nor without a screen reader.
+  virtual void announce(const std::string& text) = 0;
 };
 
 }  // namespace brivane

@@ -32,6 +32,11 @@ const std::vector<Text> texts = {
      "Shown while a retry attempt is in progress"},
     {userInterfaceBundle, strings::hudConnectingNextTry,
      "Shown with the countdown; %d is seconds remaining"},
+    {userInterfaceBundle, strings::hudAnnouncementLevel,
+     "Said by a screen reader once a key has changed a level. %@ is the display's name, %d the "
+     "percentage."},
+    {userInterfaceBundle, strings::hudAnnouncementConnecting,
+     "Said by a screen reader while a display is not answering. %@ is the display's name."},
     {applicationBundle, strings::menuTooltip, "The app's name, shown as a menu bar tooltip."},
     {applicationBundle, strings::menuNoDisplays, "Shown when no displays are detected at all."},
     {applicationBundle, strings::menuDisplayLevelTitle,

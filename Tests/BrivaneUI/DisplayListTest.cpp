@@ -66,6 +66,13 @@ TEST(Describe, EverySystemColourHasItsName) {
   EXPECT_EQ(name(SystemColor::controlBackground), "symbol \"\" 0,0 0x0 control-background\n");
 }
 
+TEST(ShownText, EachTextOfThePictureIsALine) {
+  EXPECT_EQ(shownText({Spinner{}, TextRun{.box = {}, .text = "Connecting", .paint = SystemPaint{}},
+                       TextRun{.box = {}, .text = "LG · 3 s", .paint = SystemPaint{}}}),
+            "Connecting\nLG · 3 s");
+  EXPECT_EQ(shownText({Spinner{}}), "");
+}
+
 class MockCanvas : public Canvas {
  public:
   MOCK_METHOD(void, fill, (const FilledRectangle&), (override));

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "BrivaneUI/Frame/Frame.h"
 
@@ -22,6 +23,9 @@ class FrameUnderTest {
   virtual void pass(double seconds) = 0;
   /// Changes the desktop's appearance, which begins light.
   virtual void change(Appearance appearance) = 0;
+
+  /// What the program has had a screen reader say since the last call, in order.
+  virtual std::vector<std::string> heard() = 0;
 
   virtual void openMenu() = 0;
   virtual void closeMenu() = 0;

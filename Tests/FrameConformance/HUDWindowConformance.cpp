@@ -5,6 +5,9 @@
 namespace brivane {
 namespace {
 
+using testing::ElementsAre;
+using testing::IsEmpty;
+
 class HUDWindowConformance : public FrameConformance {
  protected:
   Task count() {
@@ -93,6 +96,30 @@ TEST_F(HUDWindowConformance, ContentMayChangeAtAnyTime) {
   window->updateContent(waiting, ContentChange::immediate);
   underTest->pass(0.03);
   EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(HUDWindowConformance, AShownWindowsAnnouncementIsHeardOnce) {
+  window->orderFrontRegardless();
+  underTest->pass(0.02);
+  EXPECT_THAT(underTest->heard(), IsEmpty()) << "nothing is said but what is announced";
+  window->announce("Halden, 45%");
+  window->updateContent({}, ContentChange::immediate);
+  underTest->pass(0.02);
+  EXPECT_THAT(underTest->heard(), ElementsAre("Halden, 45%"));
+  window->announce("Norvik, -5%");
+  underTest->pass(0.02);
+  EXPECT_THAT(underTest->heard(), ElementsAre("Norvik, -5%"));
+}
+
+TEST_F(HUDWindowConformance, AHiddenWindowAnnouncesNothingThoughAnotherIsShown) {
+  const auto other = frame.makeHUDWindow({.contentRect = {0, 0, 360, 54}});
+  other->orderFrontRegardless();
+  window->announce("Halden, 45%");
+  window->orderFrontRegardless();
+  window->orderOut();
+  window->announce("Halden, 50%");
+  underTest->pass(0.02);
+  EXPECT_THAT(underTest->heard(), IsEmpty());
 }
 
 }  // namespace

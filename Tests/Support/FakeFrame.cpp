@@ -187,6 +187,10 @@ void FakeHUDWindow::updateContent(const DisplayList& newContent, ContentChange c
   lastChange = change;
 }
 
+void FakeHUDWindow::announce(const std::string& text) {
+  if (visible) announcements.push_back(text);
+}
+
 class FakeEditorWindow::Host : public CustomViewHost {
  public:
   Host(FakeEditorWindow& hostWindow, CustomView& hostedView)
@@ -306,7 +310,8 @@ std::unique_ptr<StatusItem> FakeFrame::makeStatusItem() {
 
 std::unique_ptr<HUDWindow> FakeFrame::makeHUDWindow(const HUDWindowAttributes& attributes) {
   ++hudWindowsMade;
-  return std::make_unique<Tracked<FakeHUDWindow>>(hudWindow, attributes, runtime, notes);
+  return std::make_unique<Tracked<FakeHUDWindow>>(hudWindow, attributes, runtime, notes,
+                                                  announcements);
 }
 
 std::unique_ptr<EditorWindow> FakeFrame::makeEditorWindow(

@@ -93,11 +93,12 @@ struct FakeStatusItem : StatusItem {
 class FakeHUDWindow : public HUDWindow {
  public:
   FakeHUDWindow(const HUDWindowAttributes& windowAttributes, Runtime& frameRuntime,
-                CallNotes& callNotes)
+                CallNotes& callNotes, std::vector<std::string>& frameAnnouncements)
       : attributes(windowAttributes),
         ownFrame(windowAttributes.contentRect),
         runtime(frameRuntime),
-        notes(callNotes) {}
+        notes(callNotes),
+        announcements(frameAnnouncements) {}
 
   Rect frame() override { return ownFrame; }
   void setFrame(const Rect& newFrame) override;
@@ -109,6 +110,7 @@ class FakeHUDWindow : public HUDWindow {
   void orderOut() override;
   void installContentView(const DisplayList& newContent) override;
   void updateContent(const DisplayList& newContent, ContentChange change) override;
+  void announce(const std::string& text) override;
 
   double alpha = 1;
   const HUDWindowAttributes attributes;
@@ -121,6 +123,7 @@ class FakeHUDWindow : public HUDWindow {
  private:
   Runtime& runtime;
   CallNotes& notes;
+  std::vector<std::string>& announcements;
 };
 
 /// Serves the custom views in it as a window does.
@@ -187,6 +190,8 @@ class FakeFrame : public Frame {
   FakeHUDWindow* hudWindow = nullptr;
   FakeEditorWindow* editorWindow = nullptr;
   int hudWindowsMade = 0;
+  /// Of all HUD windows.
+  std::vector<std::string> announcements;
   int editorWindowsMade = 0;
 
  private:

@@ -1,4 +1,6 @@
 // The frame suite on the frame of the unit tests.
+#include <utility>
+
 #include "Tests/FrameConformance/FrameUnderTest.h"
 #include "Tests/Support/FakeFrame.h"
 
@@ -11,6 +13,8 @@ class FakeFrameUnderTest : public FrameUnderTest {
   Runtime& runtime() override { return machine.time; }
   void pass(double seconds) override { machine.time.runFor(fromSeconds(seconds)); }
   void change(Appearance appearance) override { ownFrame.app.change(appearance); }
+
+  std::vector<std::string> heard() override { return std::exchange(ownFrame.announcements, {}); }
 
   void openMenu() override { menu().open(); }
   void closeMenu() override { menu().close(); }

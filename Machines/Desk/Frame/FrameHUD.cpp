@@ -58,6 +58,10 @@ void DeskHUDWindow::updateContent(const DisplayList& newContent, ContentChange c
   show(newContent, change == ContentChange::animated ? "moving" : "at once");
 }
 
+void DeskHUDWindow::announce(const std::string& text) {
+  if (isOrderedIn) trace("hud says \"" + text + "\"");
+}
+
 void DeskHUDWindow::show(const DisplayList& newContent, const std::string& how) {
   picture = newContent;
   trace("hud shows " + pictureSummary(picture) + ", " + how + ", picture " +

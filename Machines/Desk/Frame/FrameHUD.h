@@ -22,6 +22,7 @@ class DeskHUDWindow : public HUDWindow {
   void orderOut() override;
   void installContentView(const DisplayList& newContent) override;
   void updateContent(const DisplayList& newContent, ContentChange change) override;
+  void announce(const std::string& text) override;
 
   /// The current alpha, also during an animation.
   double alphaNow() const;

@@ -28,6 +28,7 @@ class MacHUDWindow : public HUDWindow {
   void orderOut() override;
   void installContentView(const DisplayList& newContent) override;
   void updateContent(const DisplayList& newContent, ContentChange change) override;
+  void announce(const std::string& text) override;
 
  private:
   void show(const DisplayList& newContent, double durationSeconds);

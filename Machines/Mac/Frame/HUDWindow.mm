@@ -122,6 +122,8 @@ void MacHUDWindow::orderOut() {
 void MacHUDWindow::installContentView(const DisplayList& newContent) {
   const Rect& size = attributes.contentRect;
   view = [[BrivanePictureView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
+  [view setAccessibilityElement:YES];
+  [view setAccessibilityRole:NSAccessibilityStaticTextRole];
   view.autoresizingMask = static_cast<NSAutoresizingMaskOptions>(attributes.autoresizingMask);
   show(newContent, 0);
   window.contentView = view;
@@ -131,6 +133,17 @@ void MacHUDWindow::installContentView(const DisplayList& newContent) {
 void MacHUDWindow::updateContent(const DisplayList& newContent, ContentChange change) {
   const bool moves = change == ContentChange::animated && window.visible;
   show(newContent, moves ? contentChangeSeconds : 0);
+}
+
+/// Without the highest priority it would be dropped while the screen reader says which key was
+/// pressed.
+void MacHUDWindow::announce(const std::string& text) {
+  if (!window.visible) return;
+  NSAccessibilityPostNotificationWithUserInfo(
+      NSApplication.sharedApplication, NSAccessibilityAnnouncementRequestedNotification, @{
+        NSAccessibilityAnnouncementKey : nsString(text),
+        NSAccessibilityPriorityKey : @(NSAccessibilityPriorityHigh),
+      });
 }
 
 void MacHUDWindow::show(const DisplayList& newContent, double durationSeconds) {

@@ -35,6 +35,10 @@ NSProgressIndicator* makeSpinner(const brivane::Rect& box) {
   BOOL hasDrawn;
 }
 
+- (id)accessibilityValue {
+  return brivane::nsString(brivane::shownText(picture));
+}
+
 - (void)showPicture:(const brivane::DisplayList&)newPicture {
   picture = newPicture;
   [self showSpinners];

@@ -71,7 +71,8 @@ QtHUDWindow::QtHUDWindow(const HUDWindowAttributes& attributes, Runtime& frameRu
       desk(deskWindows),
       compositor(xAtom(compositingManager)),
       ownFrame(attributes.contentRect),
-      view(std::make_unique<View>(*this, windowFlags(attributes))) {
+      view(std::make_unique<View>(*this, windowFlags(attributes))),
+      notification(new HUDNotification(view.get())) {
   view->setObjectName("Brivane HUD");
   view->setWindowTitle("Brivane");
   view->setAttribute(Qt::WA_TranslucentBackground, !attributes.isOpaque);
@@ -145,6 +146,7 @@ void QtHUDWindow::updateContent(const DisplayList& newContent, ContentChange cha
 
 void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
   content.turnTo(newContent, durationSeconds, runtime.now());
+  view->setAccessibleName(QString::fromStdString(shownText(newContent)));
   const QRegion movedBefore = moving;
   moving = durationSeconds > 0 ? difference(content.from, content.to, view->rect()) : view->rect();
   hasSpinner = std::ranges::any_of(newContent, [](const Primitive& primitive) {
@@ -152,6 +154,10 @@ void QtHUDWindow::show(const DisplayList& newContent, double durationSeconds) {
   });
   redraw(movedBefore + moving);
   animateWhileNeeded();
+}
+
+void QtHUDWindow::announce(const std::string& text) {
+  if (isOrderedIn) notification->announce(QString::fromStdString(text));
 }
 
 /// Without a compositor a transparent window is drawn opaque; hide it.

@@ -10,6 +10,7 @@
 #include "BrivaneCore/Seams/DisplaySystem.h"
 #include "BrivaneUI/Frame/HUDWindow.h"
 #include "Machines/Common/Frame/Transition.h"
+#include "Machines/Qt/Frame/AccessibleHUD.h"
 #include "Machines/Qt/LiveDesk/DeskWindows.h"
 #include "Machines/Qt/Toolkit/Application.h"
 
@@ -37,6 +38,7 @@ class QtHUDWindow : public HUDWindow {
   void orderOut() override;
   void installContentView(const DisplayList& newContent) override;
   void updateContent(const DisplayList& newContent, ContentChange change) override;
+  void announce(const std::string& text) override;
 
   /// The current alpha, in the middle of a fade, too.
   double alphaNow() const { return fade.alpha(runtime.now()); }
@@ -77,6 +79,7 @@ class QtHUDWindow : public HUDWindow {
   bool hasSpinner = false;
 
   std::unique_ptr<View> view;
+  HUDNotification* const notification;
   QTimer frameTimer;
 };
 

@@ -6,6 +6,7 @@
 
 #include "Tests/EndToEnd/Desktop/DesktopTest.h"
 #include "Tests/Support/DesktopProcess.h"
+#include "Tests/Support/ScreenReader.h"
 
 namespace brivane {
 namespace {
@@ -142,6 +143,23 @@ TEST_F(EditorOnDesktopTest, TheFirstFieldHasTheFocusAndTabGoesOnToTheSecondAndTh
   EXPECT_TRUE(isTaken(xKey::down, controlMask | optionMask));
   EXPECT_TRUE(isFree(xKey::f5, shiftMask));
   EXPECT_TRUE(isFree(xKey::a, shiftMask));
+}
+
+TEST_F(EditorOnDesktopTest, AssistiveTechnologyReadsAFieldAndPressesIt) {
+  ScreenReader reader(environment());
+  openEditor();
+  std::optional<ScreenReader::Item> field;
+  ASSERT_TRUE(eventually([&] {
+    field = reader.find("push button", "Increase brightness");
+    return field.has_value();
+  }));
+  EXPECT_EQ(reader.description(*field), "⌃⌥↑");
+  EXPECT_TRUE(reader.find("push button", "Restore Defaults"));
+  reader.press(*field);
+  ASSERT_TRUE(eventually([&] { return reader.description(*field) == "Press keys…"; }));
+  tapWith({xKey::control}, xKey::f5);
+  EXPECT_TRUE(isTaken(xKey::f5, controlMask));
+  EXPECT_TRUE(eventually([&] { return reader.description(*field) == "⌃F5"; }));
 }
 
 TEST_F(EditorOnDesktopTest, TheTwoHotkeysCanBeExchanged) {

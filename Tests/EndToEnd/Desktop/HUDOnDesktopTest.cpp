@@ -1,12 +1,14 @@
 // The HUD of the built program: its place, size and time, and that it takes no input.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
 
 #include "Tests/EndToEnd/Desktop/DesktopTest.h"
 #include "Tests/Support/DesktopProcess.h"
+#include "Tests/Support/ScreenReader.h"
 
 namespace brivane {
 namespace {
@@ -96,6 +98,20 @@ TEST_F(HUDOnDesktopTest, AHeldKeyKeepsItUpWhileTheLevelSweeps) {
   EXPECT_TRUE(hud());
   EXPECT_FALSE(testClient.picture(box) == before);
   for (const auto key : {xKey::up, xKey::option, xKey::control}) world.screens.releaseKey(key);
+}
+
+// A busy machine may take so long between two presses that the level in between is said, too.
+TEST_F(HUDOnDesktopTest, AScreenReaderSaysTheLevelThatARunOfPressesEndsAtOnce) {
+  ScreenReader reader(environment());
+  start();
+  ASSERT_TRUE(doHotkeysWork());
+  for (int times = 0; times < 4; ++times) tapHotkey(xKey::up);
+  const auto last = "Left 20, " + std::to_string(leftLevelAtRest()) + "%";
+  ASSERT_TRUE(eventually([&] { return !reader.heard().empty() && reader.heard().back() == last; }));
+  ASSERT_TRUE(eventually([&] { return !hud(); }));
+  const auto heard = atRest([&] { return reader.heard(); });
+  EXPECT_EQ(std::ranges::count(heard, last), 1) << testing::PrintToString(heard);
+  EXPECT_EQ(heard.back(), last) << testing::PrintToString(heard);
 }
 
 // Under a window manager

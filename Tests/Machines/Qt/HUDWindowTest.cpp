@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QBackingStore>
 #include <QPaintEvent>
 #include <QPainter>
@@ -127,6 +128,27 @@ TEST_F(HUDWindowTest, ItIsOrderedInAndOutWhateverItsAlpha) {
   window.orderOut();
   EXPECT_FALSE(window.isVisible());
   EXPECT_FALSE(window.widget().isVisible());
+}
+
+TEST_F(HUDWindowTest, ToAssistiveTechnologyItIsALabelWithTheNotificationInIt) {
+  show();
+  window.updateContent({TextRun{.box = {}, .text = "45", .paint = Color{}}},
+                       ContentChange::immediate);
+  window.announce("Halden, 45%");
+  auto* const label = QAccessible::queryAccessibleInterface(&window.widget());
+  EXPECT_EQ(label->role(), QAccessible::StaticText);
+  EXPECT_EQ(label->text(QAccessible::Name), "45");
+  ASSERT_EQ(label->childCount(), 1);
+  EXPECT_EQ(label->child(1), nullptr);
+  const auto* const notification = label->child(0);
+  EXPECT_EQ(label->indexOfChild(notification), 0);
+  EXPECT_EQ(notification->parent(), label);
+  EXPECT_EQ(notification->role(), QAccessible::Notification);
+  EXPECT_EQ(notification->text(QAccessible::Name), "Halden, 45%");
+  EXPECT_EQ(notification->rect(), label->rect());
+  EXPECT_FALSE(notification->state().invisible);
+  window.orderOut();
+  EXPECT_TRUE(notification->state().invisible);
 }
 
 TEST_F(HUDWindowTest, AChangeRedrawsOnlyWhatItMoves) {

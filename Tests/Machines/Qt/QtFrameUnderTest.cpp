@@ -1,5 +1,6 @@
 // The frame suite on Qt without a screen, in real time. A process can have several Qt applications
 // one after the other.
+#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPushButton>
@@ -45,6 +46,20 @@ class QtFrameUnderTest : public FrameUnderTest {
     EXPECT_TRUE(bench().runUntil([&] { return isOver; }));
   }
   void change(Appearance appearance) override { bench().appearance().turn(appearance); }
+
+  /// Without a screen Qt has no accessibility bus: this is what a screen reader would find there.
+  std::vector<std::string> heard() override {
+    std::vector<std::string> texts;
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+      const auto* const hud = QAccessible::queryAccessibleInterface(widget);
+      const auto* const part = hud == nullptr ? nullptr : hud->child(0);
+      if (part == nullptr || part->role() != QAccessible::Notification) continue;
+      const QString text = part->text(QAccessible::Name);
+      if (!text.isEmpty() && text != said) texts.push_back(text.toStdString());
+      if (!text.isEmpty()) said = text;
+    }
+    return texts;
+  }
 
   void openMenu() override {
     menu().open({40, 40});
@@ -122,6 +137,8 @@ class QtFrameUnderTest : public FrameUnderTest {
     return found;
   }
 
+  /// What was heard last.
+  QString said;
   std::unique_ptr<QWidget> otherWindow;
 };
 

@@ -2,6 +2,7 @@
 // only. Declarations and values are those of the system's interface.
 #pragma once
 
+#import <AppKit/NSAccessibility.h>
 #import <AppKit/NSAffineTransform.h>
 #import <AppKit/NSAppearance.h>
 #import <AppKit/NSApplication.h>

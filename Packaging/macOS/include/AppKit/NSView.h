@@ -1,5 +1,6 @@
 #pragma once
 
+#import <AppKit/NSAccessibility.h>
 #import <AppKit/NSResponder.h>
 
 @class NSCoder, NSWindow;
@@ -26,9 +27,6 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 - (void)removeFromSuperview;
 - (void)drawRect:(NSRect)dirtyRect;
 @end
-
-typedef NSString* NSAccessibilityRole;
-BRIVANE_EXPORT const NSAccessibilityRole NSAccessibilityButtonRole;
 
 @interface NSView (NSAccessibility)
 - (void)setAccessibilityElement:(BOOL)isElement;

@@ -10,6 +10,7 @@
 @interface NSNumber : NSValue
 + (NSNumber*)numberWithInt:(int)value;
 + (NSNumber*)numberWithUnsignedInt:(unsigned int)value;
++ (NSNumber*)numberWithInteger:(NSInteger)value;
 + (NSNumber*)numberWithDouble:(double)value;
 @property(readonly) unsigned int unsignedIntValue;
 @property(readonly) double doubleValue;

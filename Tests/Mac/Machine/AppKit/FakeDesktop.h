@@ -91,6 +91,11 @@ class FakeDesktop {
   double titleEdge = 14;
   double tickColumnWidth = 10;
 
+  /// Whether a screen reader is in the middle of a sentence, as after each key.
+  bool isTalking = false;
+  /// What it has said of what the program asked it to, in order.
+  std::vector<std::string> heard;
+
   // The user's hands.
   void open(NSMenu* menu);
   void close();
@@ -175,6 +180,7 @@ struct FakeFade {
 - (NSArray<NSView*>*)fakeSubviews;
 /// What is left and right of the visible part.
 - (CGFloat)fakeInset;
+/// Nil for what a screen reader doesn't see.
 - (NSString*)fakeRole;
 @end
 

@@ -251,6 +251,37 @@ void NSBeep() {
   note("beep");
 }
 
+// The screen reader
+
+const NSAccessibilityNotificationName NSAccessibilityAnnouncementRequestedNotification =
+    @"AXAnnouncementRequested";
+const NSAccessibilityNotificationUserInfoKey NSAccessibilityAnnouncementKey = @"AXAnnouncementKey";
+const NSAccessibilityNotificationUserInfoKey NSAccessibilityPriorityKey = @"AXPriorityKey";
+
+namespace {
+
+bool isAnyWindowShown() {
+  return std::ranges::any_of(FakeDesktop::shared().windows,
+                             [](NSWindow* window) { return window.visible; });
+}
+
+}  // namespace
+
+/// Says nothing for any element but the application, nor for an application without a window; and
+/// what isn't urgent is lost while it says something else.
+void NSAccessibilityPostNotificationWithUserInfo(
+    id element, NSAccessibilityNotificationName notification,
+    NSDictionary<NSAccessibilityNotificationUserInfoKey, id>* userInfo) {
+  FakeDesktop& desktop = FakeDesktop::shared();
+  NSString* const text = userInfo[NSAccessibilityAnnouncementKey];
+  NSNumber* const priority = userInfo[NSAccessibilityPriorityKey];
+  if (![notification isEqualToString:NSAccessibilityAnnouncementRequestedNotification]) return;
+  if (element != NSApplication.sharedApplication || text == nil || !isAnyWindowShown()) return;
+  if (desktop.isTalking && priority.doubleValue < static_cast<double>(NSAccessibilityPriorityHigh))
+    return;
+  desktop.heard.push_back(textOf(text));
+}
+
 // Screens and other applications
 
 const NSNotificationName NSWorkspaceDidWakeNotification = @"NSWorkspaceDidWakeNotification";

@@ -213,6 +213,9 @@ NSString* stringOf(const std::string& text) {
 + (NSNumber*)numberWithUnsignedInt:(unsigned int)value {
   return [self numberWithDouble:value];
 }
++ (NSNumber*)numberWithInteger:(NSInteger)value {
+  return [self numberWithDouble:static_cast<double>(value)];
+}
 + (NSNumber*)numberWithDouble:(double)value {
   TestNumber* const number = [TestNumber new];
   number->value = value;

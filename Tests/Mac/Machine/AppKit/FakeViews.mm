@@ -14,6 +14,7 @@ using brivane::textOf;
 const CAMediaTimingFunctionName kCAMediaTimingFunctionLinear = @"linear";
 const CAMediaTimingFunctionName kCAMediaTimingFunctionEaseIn = @"easeIn";
 const NSAccessibilityRole NSAccessibilityButtonRole = @"AXButton";
+const NSAccessibilityRole NSAccessibilityStaticTextRole = @"AXStaticText";
 
 @implementation NSResponder
 - (BOOL)acceptsFirstResponder {
@@ -114,8 +115,9 @@ const NSAccessibilityRole NSAccessibilityButtonRole = @"AXButton";
 - (NSArray<NSView*>*)fakeSubviews {
   return [subviews copy];
 }
+/// A view is no element by itself, and the screen reader passes it.
 - (NSString*)fakeRole {
-  return role;
+  return isElement ? role : nil;
 }
 @end
 

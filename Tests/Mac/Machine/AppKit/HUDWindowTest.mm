@@ -228,6 +228,24 @@ TEST_F(MacHUDWindowTest, ASpinnerIsTheSystemsOwnAndTurnsOnWhileItStaysWhereItIs)
   EXPECT_EQ([systemWindow().contentView fakeSubviews].count, 0U);
 }
 
+TEST_F(MacHUDWindowTest, AnAnnouncementIsHeardAlthoughTheScreenReaderIsTalking) {
+  window->orderFrontRegardless();
+  desktop.isTalking = true;
+  window->announce("Halden, 45%");
+  EXPECT_THAT(desktop.heard, ElementsAre("Halden, 45%"));
+}
+
+TEST_F(MacHUDWindowTest, TheCardReadsAsTheTextThatItShows) {
+  window->installContentView({bar(50), TextRun{.box = {}, .text = "Connecting", .paint = Color{}},
+                              TextRun{.box = {}, .text = "Halden · 3", .paint = Color{}}});
+  NSView* const card = systemWindow().contentView;
+  EXPECT_EQ(textOf([card fakeRole]), textOf(NSAccessibilityStaticTextRole));
+  EXPECT_EQ(textOf([card accessibilityValue]), "Connecting\nHalden · 3");
+  window->updateContent({bar(50), TextRun{.box = {}, .text = "45", .paint = Color{}}},
+                        ContentChange::immediate);
+  EXPECT_EQ(textOf([card accessibilityValue]), "45");
+}
+
 TEST_F(MacHUDWindowTest, ANewViewHasANewShadow) {
   window->installContentView({});
   EXPECT_THAT(desktop.takeNotes(), Contains("shadow anew"));

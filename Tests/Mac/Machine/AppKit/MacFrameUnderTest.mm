@@ -15,6 +15,8 @@ class MacFrameUnderTest : public FrameUnderTest {
     bench.desktop.setDark(appearance == Appearance::dark);
   }
 
+  std::vector<std::string> heard() override { return std::exchange(bench.desktop.heard, {}); }
+
   void openMenu() override { bench.desktop.open(menu()); }
   void closeMenu() override { bench.desktop.close(); }
   void choose(const std::string& title) override { bench.desktop.choose(title); }

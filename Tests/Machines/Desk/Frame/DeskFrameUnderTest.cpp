@@ -1,4 +1,6 @@
 // The frame suite on the desk's recording frame, in virtual time.
+#include <utility>
+
 #include "Machines/Desk/Frame/Frame.h"
 #include "Tests/FrameConformance/FrameUnderTest.h"
 #include "Tests/Support/TestDesk.h"
@@ -14,6 +16,8 @@ class DeskFrameUnderTest : public FrameUnderTest {
   void change(Appearance appearance) override {
     ownFrame.application().changeAppearance(appearance);
   }
+
+  std::vector<std::string> heard() override { return std::exchange(said, {}); }
 
   void openMenu() override { menu().open(); }
   void closeMenu() override { menu().close(); }
@@ -37,8 +41,16 @@ class DeskFrameUnderTest : public FrameUnderTest {
  private:
   DeskMenu& menu() { return ownFrame.statusItem()->menu(); }
 
+  void note(const std::string& line) {
+    static const std::string prefix = "hud says \"";
+    if (!line.starts_with(prefix)) return;
+    said.push_back(line.substr(prefix.size(), line.size() - prefix.size() - 1));
+  }
+
+  std::vector<std::string> said;
   TestDesk desk{R"({"displays": []})"};
-  DeskFrame ownFrame{desk.time(), desk.machine->hardware()};
+  DeskFrame ownFrame{desk.time(), desk.machine->hardware(),
+                     [this](const std::string& line) { note(line); }};
 };
 
 }  // namespace

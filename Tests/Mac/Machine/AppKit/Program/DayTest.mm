@@ -144,6 +144,8 @@ TEST_F(MacWholeProgram, LivesThroughADayAndLeavesNothingBehind) {
   thenEnd(0.1);
   EXPECT_EQ(run(), 0);
   EXPECT_THAT(desktop.statusItemChanges, ElementsAre("image", "tool tip"));
+  // 20 of 50.
+  EXPECT_THAT(desktop.heard, Contains("Right, 40%"));
   EXPECT_EQ(desktop.openMenu, nil) << "an open menu doesn't outlive the program";
   EXPECT_EQ(whiteOfRight(), 1) << "nobody is left to brighten it again";
   EXPECT_EQ(mappedKeys(), 0);
