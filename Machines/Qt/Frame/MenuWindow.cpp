@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Machines/Qt/Frame/AccessibleMenu.h"
 #include "Machines/Qt/Toolkit/Colors.h"
 #include "Machines/Qt/Toolkit/VirtualKeys.h"
 
@@ -24,6 +25,7 @@ constexpr int verticalPadding = 4;
 
 MenuWindow::MenuWindow(QtApplication& qtApplication, KeyHandler keyHandler)
     : application(qtApplication), handleKey(std::move(keyHandler)) {
+  makeMenusAccessible();
   setAccessibleName("Brivane");
   setContentsMargins(0, verticalPadding, 0, verticalPadding);
 }

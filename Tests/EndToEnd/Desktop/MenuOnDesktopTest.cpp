@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "Tests/EndToEnd/Desktop/DesktopTest.h"
+#include "Tests/Support/ScreenReader.h"
 
 namespace brivane {
 namespace {
@@ -196,6 +197,25 @@ TEST_F(MenuOnDesktopTest, ByKeyboardASliderIsReachedAndMoved) {
   for (int times = 0; times < 3; ++times) tap(xKey::right);
   EXPECT_TRUE(becomes("HDMI-A-1", 53)) << world.luminance("HDMI-A-1");
   EXPECT_EQ(world.luminance("DP-1"), 255);
+}
+
+TEST_F(MenuOnDesktopTest, AssistiveTechnologyReadsAndMovesASlider) {
+  ScreenReader reader(environment());
+  start();
+  open();
+  std::optional<ScreenReader::Item> slider;
+  ASSERT_TRUE(eventually([&] {
+    slider = reader.find("slider", "Brightness of Left 20");
+    return slider.has_value();
+  }));
+  EXPECT_EQ(reader.value(*slider), 50);
+  EXPECT_EQ(reader.value(*slider, "MinimumValue"), -100);
+  EXPECT_EQ(reader.value(*slider, "MaximumValue"), 200);
+  reader.setValue(*slider, 63);
+  EXPECT_TRUE(becomes("HDMI-A-1", 63)) << world.luminance("HDMI-A-1");
+  EXPECT_TRUE(eventually([&] { return reader.find("menu item", "Left 20 — 63%").has_value(); }));
+  EXPECT_EQ(world.luminance("DP-1"), 255);
+  EXPECT_THAT(reader.heard(), testing::IsEmpty()) << "the slider says its value itself";
 }
 
 TEST_F(MenuOnDesktopTest, HotkeysActWhileItIsOpenAndMoveItsSlider) {

@@ -57,6 +57,33 @@ TEST_F(MenuTest, AKeyChoosesNothingFromItemsThatWereReplacedAsTheMenuClosed) {
   EXPECT_THAT(delegate.notes, ElementsAre("opens", "closed"));
 }
 
+TEST_F(MenuTest, ToAssistiveTechnologyASliderIsWithinItsItem) {
+  open();
+  const auto accessible = [](QObject& object) {
+    return QAccessible::queryAccessibleInterface(&object);
+  };
+  const auto* const shown = accessible(menu.widget());
+  const auto* const item = shown->child(1);
+  EXPECT_EQ(item->role(), QAccessible::MenuItem);
+  EXPECT_EQ(item->text(QAccessible::Name), "Brightness of Halden H27");
+  EXPECT_EQ(shown->indexOfChild(item), 1);
+  EXPECT_FALSE(item->state().focused);
+  press(Qt::Key_Down);
+  EXPECT_TRUE(item->state().focused);
+  ASSERT_EQ(item->childCount(), 1);
+  auto* const found = item->child(0)->child(0);
+  EXPECT_EQ(found, accessible(slider()));
+  EXPECT_EQ(found->role(), QAccessible::Slider);
+  EXPECT_EQ(found->parent()->parent(), item);
+  EXPECT_EQ(item->indexOfChild(found->parent()), 0);
+  EXPECT_EQ(item->parent(), shown);
+  EXPECT_TRUE(item->rect().contains(found->rect()));
+  found->valueInterface()->setCurrentValue(61);
+  EXPECT_THAT(values, ElementsAre(61));
+  EXPECT_EQ(shown->child(3)->role(), QAccessible::Separator);
+  EXPECT_EQ(shown->child(3)->childCount(), 0);
+}
+
 TEST_F(MenuTest, AnAmpersandInTheNameOfADisplayIsNoMnemonic) {
   auto renamed = items();
   std::get<MenuSlider>(renamed[1]).accessibilityLabel = "Brightness of R&D";
