@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
+#include <system_error>
 
 namespace brivane {
 
@@ -19,16 +21,18 @@ class OtherInstance {
     std::array<int, 2> ready{};
     EXPECT_EQ(::pipe(ready.data()), 0);
     process = ::fork();
+    if (process < 0) throw std::system_error(errno, std::generic_category(), "fork");
     if (process == 0) {
       AnnouncingApplications applications(arguments...);
       const char answer = applications.announce() ? 'y' : 'n';
       if (::write(ready[1], &answer, 1) == 1) ::pause();
       ::_exit(0);
     }
+    ::close(ready[1]);
     char answer = 0;
     EXPECT_EQ(::read(ready[0], &answer, 1), 1);
     isAnnounced = answer == 'y';
-    for (const int end : ready) ::close(end);
+    ::close(ready[0]);
   }
   ~OtherInstance() {
     ::kill(process, SIGKILL);

@@ -46,9 +46,10 @@ class ScreenReader {
 
   BusPeer session;
   const DesktopProcess launcher;
-  BusPeer bus;
   std::vector<Item> menus;
   std::vector<std::string> said;
+  /// Its thread calls back.
+  BusPeer bus;
 };
 
 }  // namespace brivane

@@ -11,7 +11,9 @@ namespace {
 
 /// Null for a row that has left its menu.
 QWidgetAction* actionOf(const QWidget& row) {
-  for (QAction* const action : row.parentWidget()->actions()) {
+  const QWidget* const menu = row.parentWidget();
+  if (menu == nullptr) return nullptr;
+  for (QAction* const action : menu->actions()) {
     auto* const found = qobject_cast<QWidgetAction*>(action);
     if (found != nullptr && found->defaultWidget() == &row) return found;
   }

@@ -84,6 +84,14 @@ TEST_F(MenuTest, ToAssistiveTechnologyASliderIsWithinItsItem) {
   EXPECT_EQ(shown->child(3)->childCount(), 0);
 }
 
+TEST_F(MenuTest, ToAssistiveTechnologyARowThatLeftTheMenuIsInNoItem) {
+  open();
+  const auto* const row = QAccessible::queryAccessibleInterface(&slider())->parent();
+  EXPECT_EQ(row->parent()->role(), QAccessible::MenuItem);
+  menu.setItems({command("other")});
+  EXPECT_EQ(row->parent(), QAccessible::queryAccessibleInterface(qApp));
+}
+
 TEST_F(MenuTest, AnAmpersandInTheNameOfADisplayIsNoMnemonic) {
   auto renamed = items();
   std::get<MenuSlider>(renamed[1]).accessibilityLabel = "Brightness of R&D";
