@@ -46,15 +46,17 @@ std::string shortest(Number number) {
 
 }  // namespace
 
-void Tracer::set(Trace newTrace) {
+void Tracer::set(Trace newTrace, Trace newDetails) {
   const std::lock_guard lock(mutex);
   trace = std::move(newTrace);
+  details = std::move(newDetails);
   isListening = trace != nullptr;
+  isListeningToDetails = details != nullptr;
 }
 
-void Tracer::write(const std::string& line) const {
+void Tracer::write(const Trace& to, const std::string& line) const {
   const std::lock_guard lock(mutex);
-  if (trace) trace(line);
+  if (to) to(line);
 }
 
 std::string tracedBytes(std::span<const std::uint8_t> bytes) {
@@ -66,6 +68,26 @@ std::string tracedBytes(std::span<const std::uint8_t> bytes) {
 std::string tracedTable(const GammaTable& table) {
   return std::to_string(table.front().size()) + " samples, digest " +
          upperCased(hexadecimal(digest(table), 16)) + ", peak " + tracedNumber(peak(table));
+}
+
+std::vector<std::size_t> tracedPlaces(std::size_t count) {
+  constexpr std::size_t most = 33;
+  const std::size_t number = std::min(count, most);
+  std::vector<std::size_t> places(number);
+  for (std::size_t index = 1; index < number; ++index) {
+    places[index] = index * (count - 1) / (number - 1);
+  }
+  return places;
+}
+
+std::string tracedSamples(const GammaTable& table) {
+  std::string text;
+  for (const auto& curve : table) {
+    for (const auto place : tracedPlaces(curve.size())) {
+      text += (text.empty() ? "" : " ") + tracedNumber(curve[place]);
+    }
+  }
+  return text;
 }
 
 std::string tracedMapping(const HIDMapping& mapping) {

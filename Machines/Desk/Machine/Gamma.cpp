@@ -32,6 +32,7 @@ std::int32_t DeskGammaTables::readTable(DisplayID display, std::span<float> red,
   std::copy_n(greens.begin(), count, green.begin());
   std::copy_n(blues.begin(), count, blue.begin());
   returned = static_cast<std::uint32_t>(count);
+  tracer.noteDetail([&] { return "gamma " + std::to_string(display) + " is read"; });
   return noGammaError;
 }
 

@@ -10,8 +10,8 @@ namespace brivane {
 /// changes nothing.
 class DeskGammaTables : public GammaTables {
  public:
-  DeskGammaTables(GammaHardware& gammaHardware, Faults& machineFaults)
-      : hardware(gammaHardware), faults(machineFaults) {}
+  DeskGammaTables(GammaHardware& gammaHardware, Faults& machineFaults, const Tracer& hardwareTracer)
+      : hardware(gammaHardware), faults(machineFaults), tracer(hardwareTracer) {}
 
   std::uint32_t capacity(DisplayID display) override;
   /// `returned` is the smaller of the arrays' and the table's counts.
@@ -24,6 +24,7 @@ class DeskGammaTables : public GammaTables {
  private:
   GammaHardware& hardware;
   Faults& faults;
+  const Tracer& tracer;
 };
 
 }  // namespace brivane

@@ -27,7 +27,11 @@ std::variant<HotkeyReference, HotkeyStatus> DeskHotkeys::registerHotkey(std::uin
                                                                         HotkeyID hotkey) {
   if (faults.strikes("Hotkeys.registerHotkey")) return HotkeyTable::alreadyTaken;
   const KeyCombination combination{keyCode, modifiers};
-  const auto receive = [handler = handler, hotkey](HotkeyEvent event) {
+  const auto receive = [&tracer = tracer, handler = handler, hotkey](HotkeyEvent event) {
+    tracer.noteDetail([&] {
+      return "hotkey " + std::to_string(hotkey.id) +
+             (event == HotkeyEvent::pressed ? " pressed" : " released");
+    });
     // Copied: the handler may remove itself.
     const Handler current = *handler;
     if (current) current(event, hotkey);

@@ -134,17 +134,21 @@ void DeskKeyboard::release(HIDUsage physical) {
 void DeskKeyboard::keyDown(std::uint16_t keyCode) {
   if (modifierOfKey(keyCode) != 0) return;
   const auto modifiers = modifiersDown(hardware.input.keysDown());
+  hardware.tracer->noteDetail([&] { return "key " + std::to_string(keyCode) + " down"; });
   if (hardware.input.hotkeys.press({keyCode, modifiers})) return;
   if (onUnclaimedKey) onUnclaimedKey({keyCode, asFlags(modifiers)});
 }
 
 void DeskKeyboard::keyUp(std::uint16_t keyCode) {
   auto& hotkeys = hardware.input.hotkeys;
+  hardware.tracer->noteDetail([&] { return "key " + std::to_string(keyCode) + " up"; });
   hotkeys.releaseKey(keyCode);
   hotkeys.keepModifiers(modifiersDown(hardware.input.keysDown()));
 }
 
 void DeskKeyboard::brightnessDown(BrightnessKey key, bool isRepeat) {
+  hardware.tracer->noteDetail(
+      [&] { return std::string("brightness key ") + (key == BrightnessKey::up ? "up" : "down"); });
   const bool passed = hardware.input.taps.send(specialKeyEvent(key, true, isRepeat));
   if (passed) hardware.panels.changeSystemBrightness(key);
 }

@@ -62,7 +62,7 @@ std::shared_ptr<DeskNotifications::Signals> DeskNotifications::waitForSignals() 
 }
 
 void DeskNotifications::askToEnd() {
-  announceSoon(&Topics::termination);
+  announceSoon(&Topics::termination, "termination");
 }
 
 void DeskNotifications::end() {
@@ -75,18 +75,21 @@ void DeskNotifications::end() {
 void DeskNotifications::announceNotice(HardwareNotice notice) {
   switch (notice) {
     case HardwareNotice::screenParameters:
-      return announceSoon(&Topics::screenParameters);
+      return announceSoon(&Topics::screenParameters, noticeName(notice));
     case HardwareNotice::didWake:
-      return announceSoon(&Topics::didWake);
+      return announceSoon(&Topics::didWake, noticeName(notice));
     case HardwareNotice::screensDidWake:
-      return announceSoon(&Topics::screensDidWake);
+      return announceSoon(&Topics::screensDidWake, noticeName(notice));
     case HardwareNotice::appearance:
       return;
   }
 }
 
-void DeskNotifications::announceSoon(Topic Topics::*topic) {
-  runtime.async([all = topics, topic] { ((*all).*topic).announce(); });
+void DeskNotifications::announceSoon(Topic Topics::*topic, std::string_view name) {
+  runtime.async([all = topics, topic, name, tracer = hardware.tracer] {
+    tracer->noteDetail([&] { return "delivers " + std::string(name); });
+    ((*all).*topic).announce();
+  });
 }
 
 }  // namespace brivane

@@ -43,7 +43,7 @@ class DeskNotifications : public SystemNotifications {
 
   void followOtherProcesses();
   std::shared_ptr<Signals> waitForSignals();
-  void announceSoon(Topic Topics::*topic);
+  void announceSoon(Topic Topics::*topic, std::string_view name);
   void announceNotice(HardwareNotice notice);
 
   DeskHardware& hardware;

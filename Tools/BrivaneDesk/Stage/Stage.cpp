@@ -40,7 +40,10 @@ Stage::Stage(const DeskDescription& desk, StageOptions stageOptions)
     : options(std::move(stageOptions)),
       sharedHardware(std::make_shared<DeskHardware>(desk)),
       idleKeyboard(*sharedHardware, idleFaults, idleRuntime) {
-  sharedHardware->tracer->set([this](const std::string& line) { record(line); });
+  const auto detail = [this](const std::string& line) { recordDetail(line); };
+  const bool hasListener = options.onEvent || (options.onLine && options.listensToCalls);
+  sharedHardware->tracer->set([this](const std::string& line) { record(line); },
+                              hasListener ? Trace(detail) : Trace());
 }
 
 Stage::~Stage() {
@@ -57,7 +60,7 @@ void Stage::later(Microseconds delay, std::function<void()> action) {
 
 void Stage::play() {
   while (const auto time = ownSchedule.nextTime()) {
-    idleTime = std::max(idleTime, *time);
+    idleTime = std::max(idleTime, time.value_or(idleTime));
     ownSchedule.takeNext();
     if (isStartRequested) runProgram();
   }
@@ -155,9 +158,11 @@ void Stage::runCommand(const std::vector<std::string>& arguments) {
   const auto second = makeMachine();
   const Runtime* const clockBefore = std::exchange(clock, &second->runtime());
   std::ostringstream text;
+  recordDetail("second program begins");
   const auto openNoFrame = [](ResidentMachine&) -> std::unique_ptr<Frame> { return nullptr; };
   statusOf(*second, [&] { return runBrivane(all, *second, openNoFrame, text, text); });
   isRecording = true;
+  recordDetail("second program ends");
   lastOutput = text.str();
   printed(lastOutput);
   clock = clockBefore;
@@ -196,9 +201,16 @@ DeskKeyboard& Stage::keyboard() {
 void Stage::record(const std::string& line) {
   if (!isRecording) return;
   allLines.push_back(line);
+  if (options.onEvent) options.onEvent(now(), line);
   std::string timed = timeText(now()) + line;
   if (options.onLine) options.onLine(timed);
   if (isTranscribing) lines.push_back(std::move(timed));
+}
+
+void Stage::recordDetail(const std::string& line) {
+  if (!isRecording) return;
+  if (options.onEvent) options.onEvent(now(), line);
+  if (options.onLine && options.listensToCalls) options.onLine(timeText(now()) + "  " + line);
 }
 
 }  // namespace brivane

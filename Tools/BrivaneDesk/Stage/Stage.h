@@ -23,6 +23,8 @@ struct StageOptions {
   std::function<void(const std::string& line)> onLine;
   /// Whether `onLine` also gets every seam call.
   bool listensToCalls = false;
+  /// Called with every line and every detail as it happens; may be empty.
+  std::function<void(Microseconds time, const std::string& line)> onEvent;
   /// Whether every gamma table set must be a known curve of the calibrated one, except on displays
   /// where one was refused before.
   bool watchesGamma = false;
@@ -80,6 +82,8 @@ class Stage : public Scene {
   // Records
 
   void record(const std::string& line);
+  /// A line that is not for transcripts.
+  void recordDetail(const std::string& line);
   /// Whether lines recorded from now on go into the transcript, not only to expectations.
   void setTranscribing(bool transcribing) { isTranscribing = transcribing; }
   /// The transcript: every line with its time.

@@ -72,10 +72,15 @@ std::variant<SliderOnStage, std::string> sliderOf(Stage& stage, const StepArgume
   return SliderOnStage{open, *slider};
 }
 
+void noteMove(Stage& stage, const DeskMenu::Slider& slider, double value) {
+  stage.recordDetail("slider " + std::to_string(slider.index) + " moved to " + tracedNumber(value));
+}
+
 StepProblem setSlider(Stage& stage, const StepArguments& arguments) {
   const auto found = sliderOf(stage, arguments);
   if (const auto* const problem = std::get_if<std::string>(&found)) return *problem;
   const auto& [menu, slider] = std::get<SliderOnStage>(found);
+  noteMove(stage, slider, arguments.number(arguments.holds<std::int64_t>(1) ? 2 : 1));
   menu->move(slider, arguments.number(arguments.holds<std::int64_t>(1) ? 2 : 1));
   return std::nullopt;
 }
@@ -98,6 +103,7 @@ void planMove(Stage& stage, const Drag& drag, Microseconds time) {
   stage.schedule().addConsequence(time, [&stage, drag, time] {
     const auto menu = openMenuOf(stage);
     if (std::holds_alternative<std::string>(menu)) return;
+    noteMove(stage, drag.slider, drag.valueAt(time));
     if (!std::get<DeskMenu*>(menu)->move(drag.slider, drag.valueAt(time))) {
       stage.record("drag ends, the slider is gone");
       return;

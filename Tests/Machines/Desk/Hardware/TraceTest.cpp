@@ -46,6 +46,33 @@ TEST_F(TraceTest, SaysOfAGammaTableItsSizeADigestAndItsPeak) {
                                   "gamma of all displays calibrated"));
 }
 
+TEST_F(TraceTest, GivesDetailsOnlyToWhoAsksForThem) {
+  const std::array<float, 2> dark = {0, 0.5F};
+  std::array<float, 1024> red{};
+  auto green = red;
+  auto blue = red;
+  std::uint32_t returned = 0;
+  std::vector<std::string> details;
+  hardware.tracer->set([](const std::string&) {},
+                       [&](const std::string& line) { details.push_back(line); });
+  GammaTables& gamma = machine.gammaTables();
+  gamma.readTable(2, red, green, blue, returned);
+  gamma.writeTable(2, dark, dark, dark);
+  hardware.gamma.refuse(2, 1);
+  gamma.writeTable(2, dark, dark, dark);
+  EXPECT_THAT(details,
+              ElementsAre("gamma 2 is read", "gamma 2 takes 2 samples, such as 0 0.5 0 0.5 0 0.5",
+                          "gamma 2 refuses 2 samples, such as 0 0.5 0 0.5 0 0.5"));
+}
+
+TEST_F(TraceTest, TakesSomeSamplesOfALongTableWithBothEnds) {
+  EXPECT_THAT(tracedPlaces(3), ElementsAre(0, 1, 2));
+  const auto places = tracedPlaces(1024);
+  EXPECT_EQ(places.size(), 33U);
+  EXPECT_EQ(places.front(), 0U);
+  EXPECT_EQ(places.back(), 1023U);
+}
+
 TEST_F(TraceTest, TellsTablesApartThatDifferInOneBitOrInTheirChannels) {
   const GammaTable table = {GammaCurve{0, 1}, GammaCurve{0, 1}, GammaCurve{0, 0.5F}};
   GammaTable nearly = table;
