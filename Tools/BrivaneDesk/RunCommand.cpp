@@ -58,7 +58,7 @@ class Run {
     StageOptions stage;
     stage.resources = options.resources;
     stage.seed = options.seed;
-    stage.watchesGamma = options.seed.has_value();
+    stage.isJudged = options.seed.has_value();
     if (options.traces) {
       stage.onLine = [this](const std::string& line) { out << line << '\n'; };
       stage.listensToCalls = true;

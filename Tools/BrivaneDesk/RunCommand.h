@@ -14,8 +14,8 @@ struct RunOptions {
   bool regenerates = false;
   /// Prints every line as it happens, seam calls too.
   bool traces = false;
-  /// Plays like `swarm`: the order of simultaneous events is drawn from the seed, every gamma table
-  /// must be a known curve, and no transcript is compared.
+  /// Plays like `swarm`: the order of simultaneous events is drawn from the seed, the judge reads
+  /// the trace, and no transcript is compared.
   std::optional<std::uint64_t> seed;
   /// The folder of the resource bundles.
   std::filesystem::path resources;

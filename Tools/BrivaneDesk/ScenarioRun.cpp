@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <set>
 #include <system_error>
 
 #include "Machines/Desk/File/DeskFile.h"
 #include "Tools/BrivaneDesk/DefaultDesk.h"
+#include "Tools/BrivaneDesk/Judge/Judge.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"
-#include "Tools/BrivaneDesk/Steps/GammaReading.h"
 #include "Tools/BrivaneDesk/Steps/StepTable.h"
 
 namespace brivane {
@@ -51,11 +50,8 @@ std::optional<std::string> findUnknownDisplay(const Scenario& scenario,
 class Player {
  public:
   Player(const LoadedScenario& loaded, const StageOptions& options)
-      : steps(loaded.scenario.steps), stage(loaded.desk, options) {
-    if (options.watchesGamma) {
-      gammaWrites = stage.hardware().gamma.observe(
-          [this](DisplayID display, bool isTaken) { watchGamma(display, isTaken); });
-    }
+      : steps(loaded.scenario.steps), stage(loaded.desk, listening(options)) {
+    if (options.isJudged) judge.emplace(loaded.desk);
     stage.onFatalError = [this](const std::string& line) { meetFatalError(line); };
     if (!steps.empty()) plan(0, steps.front().time.value_or(steps.front().pause));
   }
@@ -97,16 +93,15 @@ class Player {
     stage.schedule().abandon();
   }
 
-  void watchGamma(DisplayID display, bool isTaken) {
-    if (!isTaken) {
-      if (stage.hardware().displays.find(display)) refusedDisplays.insert(display);
-      return;
-    }
-    const auto reading = readGamma(stage.hardware(), display);
-    const bool isKnown = !reading || reading->kind != GammaReading::Kind::other;
-    if (isKnown || refusedDisplays.contains(display)) return;
-    outcome.failures.push_back({lineTaken, "every gamma table is a known curve", stage.now(),
-                                "display " + std::to_string(display) + " " + reading->text()});
+  StageOptions listening(StageOptions options) {
+    if (!options.isJudged) return options;
+    options.onEvent = [this](Microseconds time, const std::string& line) {
+      judge->see(time, line);
+      for (const auto& breach : judge->takeBreaches()) {
+        outcome.failures.push_back({lineTaken, breach.rule, breach.time, breach.found});
+      }
+    };
+    return options;
   }
 
   void take(const Step& step) {
@@ -120,7 +115,6 @@ class Player {
       if (kind.form != step.form) continue;
       const Microseconds time = stage.now();
       const auto problem = kind.take(stage, StepArguments(step.arguments));
-      if (!problem && step.form == "start") refusedDisplays.clear();
       if (problem) outcome.failures.push_back({step.line, step.text, time, *problem});
       return;
     }
@@ -128,12 +122,9 @@ class Player {
 
   const std::vector<Step>& steps;
   int lineTaken = 0;
-  /// Displays on which a gamma table was refused, maybe a restored one: the program may take what
-  /// stayed in force for the calibrated table.
-  std::set<DisplayID> refusedDisplays;
   ScenarioOutcome outcome;
+  std::optional<judge::Judge> judge;
   Stage stage;
-  Observation gammaWrites;
 };
 
 }  // namespace

@@ -44,7 +44,7 @@ std::optional<SeedRange> parseSeeds(std::string_view text) {
 int runSwarm(const SwarmOptions& options, std::ostream& out) {
   StageOptions stageOptions;
   stageOptions.resources = options.resources;
-  stageOptions.watchesGamma = true;
+  stageOptions.isJudged = true;
   int failed = 0;
   for (std::uint64_t seed = options.seeds.first; seed <= options.seeds.last; ++seed) {
     const std::string day = randomDay(seed);

@@ -27,8 +27,8 @@ struct SwarmOptions {
 };
 
 /// Plays each seed's random day twice, with the order of simultaneous events drawn from the seed:
-/// all expectations must hold, every gamma table set must be a known curve, and both transcripts
-/// must be equal. The exit status: 0 when all passed, else 1.
+/// all expectations must hold, the judge must find no rule broken, and both transcripts must be
+/// equal. The exit status: 0 when all passed, else 1.
 int runSwarm(const SwarmOptions& options, std::ostream& out);
 
 }  // namespace brivane

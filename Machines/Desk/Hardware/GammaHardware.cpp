@@ -50,7 +50,6 @@ bool GammaHardware::setTable(DisplayID display, GammaTable table) {
     return "gamma " + std::to_string(display) + (isTaken ? " takes " : " refuses ") +
            std::to_string(table.front().size()) + " samples, such as " + tracedSamples(table);
   });
-  attempts.announce(display, isTaken);
   return isTaken;
 }
 

@@ -4,14 +4,12 @@
 #include <mutex>
 #include <optional>
 
-#include "BrivaneCore/Support/Observers.h"
 #include "Machines/Desk/Hardware/AttachedDisplays.h"
 #include "Machines/Desk/Hardware/Trace.h"
 
 namespace brivane {
 
-/// The gamma tables of a desk's displays. Only displays that are plugged in have one. Any thread;
-/// observers: main thread.
+/// The gamma tables of a desk's displays. Only displays that are plugged in have one. Any thread.
 class GammaHardware {
  public:
   GammaHardware(const DeskDescription& desk, StateFolder* stateFolder,
@@ -30,13 +28,6 @@ class GammaHardware {
   /// Refuses the display's next tables, `times` of them; false without a table.
   bool refuse(DisplayID display, int times);
 
-  /// Called after every attempt of a program to set a table; may read the hardware. While there is
-  /// an observer, tables may be set on the main thread only.
-  using Attempts = Observers<DisplayID, bool>;
-  [[nodiscard]] Observation observe(Attempts::Handler handler) {
-    return attempts.observe(std::move(handler));
-  }
-
  private:
   bool take(DisplayID display, const GammaTable& table);
 
@@ -45,7 +36,6 @@ class GammaHardware {
   std::mutex mutex;
   /// Kept while the displays are unplugged.
   std::map<DisplayID, StoredState<GammaState>> tables;
-  Attempts attempts;
 };
 
 }  // namespace brivane

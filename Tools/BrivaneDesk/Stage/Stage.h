@@ -25,9 +25,8 @@ struct StageOptions {
   bool listensToCalls = false;
   /// Called with every line and every detail as it happens; may be empty.
   std::function<void(Microseconds time, const std::string& line)> onEvent;
-  /// Whether every gamma table set must be a known curve of the calibrated one, except on displays
-  /// where one was refused before.
-  bool watchesGamma = false;
+  /// Whether the judge reads the trace.
+  bool isJudged = false;
   /// Draws the order of simultaneous events from this seed.
   std::optional<std::uint64_t> seed;
 };

@@ -167,24 +167,6 @@ TEST(DeskHardware, ReadsATableOfAnotherSizeBackInItsOwn) {
   EXPECT_EQ(hardware.gamma.table(1)->front(), (GammaCurve{0, 1, 2, 3, 4}));
 }
 
-TEST(DeskHardware, AnObserverOfGammaGetsEachTablesResultAndMayReadTheTable) {
-  DeskHardware hardware(deskFrom(twoMonitors));
-  std::vector<std::string> heard;
-  auto observation = hardware.gamma.observe([&](DisplayID display, bool isTaken) {
-    const auto table = hardware.gamma.table(display);
-    heard.push_back(std::to_string(display) + (isTaken ? " taken" : " refused") +
-                    (table ? " " + tracedNumber(table->front().back()) : ""));
-  });
-  hardware.gamma.setTable(1, flat(0.5F));
-  hardware.gamma.refuse(1, 1);
-  hardware.gamma.setTable(1, flat(0.25F));
-  hardware.gamma.setTable(7, flat(1));
-  hardware.gamma.restoreCalibratedTables();
-  observation.reset();
-  hardware.gamma.setTable(1, flat(1));
-  EXPECT_THAT(heard, ElementsAre("1 taken 0.5", "1 refused 0.5", "7 refused"));
-}
-
 TEST(DeskHardware, TakesSamplesThatAreNoNumbersAsBlack) {
   DeskHardware hardware(deskFrom(R"({"displays": [{"identifier": 1, "gamma": {"capacity": 3}}]})"));
   const GammaCurve odd = {std::numeric_limits<float>::quiet_NaN(),

@@ -1,0 +1,32 @@
+#include "Tools/BrivaneDesk/Judge/Judge.h"
+
+#include <utility>
+
+#include "Tools/BrivaneDesk/Judge/GammaCurves.h"
+
+namespace brivane::judge {
+
+Judge::Judge(const DeskDescription& deskDescription)
+    : description(deskDescription), desk(description) {
+  const auto add = [this]<typename Kind>(std::unique_ptr<Kind> checker) -> const Kind& {
+    const Kind& added = *checker;
+    checkers.push_back(std::move(checker));
+    return added;
+  };
+  add(std::make_unique<GammaCurves>(desk, breaches));
+}
+
+void Judge::see(Microseconds time, const std::string& line) {
+  const TraceEvent event = readLine(time, line);
+  if (std::holds_alternative<OtherLine>(event.kind)) return;
+  desk.see(event);
+  menu.see(event);
+  restores.see(event);
+  for (const auto& checker : checkers) checker->see(event);
+}
+
+std::vector<Breach> Judge::takeBreaches() {
+  return std::exchange(breaches, {});
+}
+
+}  // namespace brivane::judge

@@ -1,0 +1,133 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Machines/Desk/File/DeskDescription.h"
+#include "Tools/BrivaneDesk/Judge/TraceEvent.h"
+
+namespace brivane::judge {
+
+/// What the trace has told of a display.
+struct KnownDisplay {
+  const DisplayDescription* described = nullptr;
+  /// Vendor, model and serial number as in the names of settings: "8738.9240.0".
+  std::string identity;
+  bool isAttached = true;
+  bool hasScreen = true;
+  bool hasNumber = true;
+  Rect frame;
+  std::string port;
+  double headroom = 1;
+  std::optional<Microseconds> headroomChangedAt;
+  std::string mood;
+  bool isAsleep = false;
+  /// The last luminance that the monitor has given in a reply, and when.
+  std::optional<Luminance> luminance;
+  Microseconds readAt{0};
+  /// 0 to 1; nothing without display services.
+  std::optional<double> serviceLevel;
+  /// When the display was last plugged or unplugged, or its monitor's behaviour changed.
+  Microseconds changedAt{0};
+};
+
+/// What reading the trace tells of the desk and of the user's hands; the checkers share it. It
+/// takes each event before they do.
+class KnownDesk {
+ public:
+  explicit KnownDesk(const DeskDescription& desk);
+
+  void see(const TraceEvent& event);
+
+  const DeskDescription& description;
+  std::map<DisplayNumber, KnownDisplay> displays;
+  bool isRunning = false;
+  /// A command runs in a process of its own.
+  bool isSecondProgram = false;
+  Microseconds startedAt{0};
+
+  /// The stored levels and maximums, by identity.
+  std::map<std::string, std::int64_t, std::less<>> levels;
+  std::map<std::string, std::int64_t, std::less<>> maximums;
+  /// What the last stored level has replaced; nothing when there was none.
+  std::optional<std::int64_t> replacedLevel;
+
+  /// The last press of a hotkey or brightness key, or request of another program.
+  std::optional<Microseconds> pressedAt;
+  bool isPressUp = false;
+  /// Whether that press was of one of the hotkeys for steps of one.
+  bool isPressFine = false;
+  /// A hotkey was pressed and may still sweep.
+  bool isSweeping = false;
+
+  /// The last step of a person, fault of the machine or movement of a key.
+  Microseconds troubleAt{0};
+  /// Calls that were made to fail since the program started.
+  std::set<std::string, std::less<>> faults;
+
+  /// Null for displays that the desk doesn't have.
+  const KnownDisplay* find(DisplayNumber display) const;
+  /// The display whose frame holds the pointer; nothing without one, and when its screen has no
+  /// number.
+  std::optional<DisplayNumber> underPointer() const;
+  /// Whether the bus of `display` may be that of `wanted`: the same display, or its twin, whose
+  /// panel says the same of itself.
+  bool isSameOrTwin(DisplayNumber display, DisplayNumber wanted) const;
+  /// The bus that the program finds for an external display by its panel's identity, as a display's
+  /// number: of several displays with one identity, the first by number gets the first port by
+  /// name, where displays that are only of the same model count as well. Nothing when there is none
+  /// left, and when the registry says anything unusual of the displays of this model.
+  std::optional<DisplayNumber> busOf(DisplayNumber display) const;
+  /// That bus, if a monitor without peculiarities answers at it now.
+  std::optional<DisplayNumber> answeringBusOf(DisplayNumber display) const;
+  /// The display's name where the program shows it.
+  std::string nameOf(DisplayNumber display) const;
+  /// The maximums that a set of the display may be reckoned with.
+  std::set<std::int64_t> knownMaximums(DisplayNumber display) const;
+
+ private:
+  void take(const FaultStruck& fault);
+  void take(const ProgramStarted&);
+  void take(const ProgramKilled&);
+  void take(const ProgramEnded&);
+  void take(const SecondProgramBegins&);
+  void take(const SecondProgramEnds&);
+  void take(const BusRead& read);
+  void take(const SettingChanged& setting);
+  void take(const StepTaken& step);
+  void take(const HotkeyMoved& moved);
+  void take(const HotkeyRegistered& registered);
+  void take(const KeyMoved& key);
+  void take(const BrightnessKeyPressed& key);
+  void take(const PointerMoved& moved);
+  void take(const DisplayPlugged& plugged);
+  void take(const DisplayFramed& framed);
+  void take(const HeadroomChanged& changed);
+  void take(const ScreenChanged& changed);
+  void take(const PortsSwapped& swapped);
+  void take(const ServiceLevelChanged& changed);
+  void take(const SystemBrightnessChanged& changed);
+  void take(const MonitorChanged& changed);
+  template <typename Kind>
+  void take(const Kind&) {}
+
+  template <typename Operation>
+  void change(DisplayNumber display, const Operation& operation);
+  void seeSetting(std::string_view key, std::optional<std::string_view> value);
+  void press(bool isUp, bool isFine);
+
+  /// The time of the event.
+  Microseconds now{0};
+  Point pointer;
+  std::set<std::uint32_t> keysDown;
+  std::map<std::uint32_t, std::uint32_t> keyOfHotkey;
+};
+
+/// Part 0 to 100 of the maximum, rounded half away from zero.
+std::int64_t rawOf(std::int64_t percent, std::int64_t maximum);
+std::int64_t percentOf(const Luminance& luminance);
+
+}  // namespace brivane::judge
