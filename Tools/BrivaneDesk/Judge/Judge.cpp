@@ -3,6 +3,9 @@
 #include <utility>
 
 #include "Tools/BrivaneDesk/Judge/GammaCurves.h"
+#include "Tools/BrivaneDesk/Judge/SetOwners.h"
+#include "Tools/BrivaneDesk/Judge/SetPairs.h"
+#include "Tools/BrivaneDesk/Judge/SetValues.h"
 
 namespace brivane::judge {
 
@@ -13,6 +16,9 @@ Judge::Judge(const DeskDescription& deskDescription)
     checkers.push_back(std::move(checker));
     return added;
   };
+  add(std::make_unique<SetPairs>(desk, breaches));
+  add(std::make_unique<SetValues>(desk, breaches));
+  add(std::make_unique<SetOwners>(desk, breaches, menu, restores));
   add(std::make_unique<GammaCurves>(desk, breaches));
 }
 
