@@ -374,6 +374,29 @@ TEST(ScenarioRun, AStraightTableIsKnownAfterACapturedOneThatWasBoosted) {
   EXPECT_TRUE(playScenario(std::get<LoadedScenario>(loaded), judged).failures.empty());
 }
 
+TEST(ScenarioRun, ABreachOfTheRulesOfADayIsAFailureAtItsStep) {
+  // A window system that has forgotten the panel's identity makes the program store under another.
+  std::string always = "1";
+  for (int occurrence = 2; occurrence <= 200; ++occurrence) {
+    always += ", " + std::to_string(occurrence);
+  }
+  const auto loaded = loadScenarioText(
+      "desk {\"displays\": [{\"identifier\": 1, \"serial\": 5, \"firmware\": {\"level\": 40}}], "
+      "\"faults\": {\"DisplaySystem.panelIdentity\": [" +
+          always + "]}}\nat 0s start\n+1s key control+option+up\n+1s end\n",
+      "day.scenario");
+  const auto& scenario = std::get<LoadedScenario>(loaded);
+  EXPECT_TRUE(playScenario(scenario, {}).failures.empty());
+  StageOptions judged;
+  judged.isJudged = true;
+  const auto outcome = playScenario(scenario, judged);
+  ASSERT_FALSE(outcome.failures.empty());
+  EXPECT_EQ(outcome.failures.front().line, 3);
+  EXPECT_EQ(outcome.failures.front().time, std::chrono::milliseconds(1020));
+  EXPECT_EQ(outcome.failures.front().step, "a level is stored only when it was set or seen");
+  EXPECT_EQ(outcome.failures.front().found, "brightness.0.0.0 = 45");
+}
+
 TEST(ScenarioRun, ADayOnWhichAMappingIsLeftOtherThanAtFirstIsNoticed) {
   const std::string desk =
       "desk {\"hidMapping\": [{\"source\": 5, \"destination\": 6}, "

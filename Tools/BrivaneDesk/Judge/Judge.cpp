@@ -3,9 +3,11 @@
 #include <utility>
 
 #include "Tools/BrivaneDesk/Judge/GammaCurves.h"
+#include "Tools/BrivaneDesk/Judge/Restores.h"
 #include "Tools/BrivaneDesk/Judge/SetOwners.h"
 #include "Tools/BrivaneDesk/Judge/SetPairs.h"
 #include "Tools/BrivaneDesk/Judge/SetValues.h"
+#include "Tools/BrivaneDesk/Judge/StoredLevels.h"
 
 namespace brivane::judge {
 
@@ -19,7 +21,9 @@ Judge::Judge(const DeskDescription& deskDescription)
   add(std::make_unique<SetPairs>(desk, breaches));
   add(std::make_unique<SetValues>(desk, breaches));
   add(std::make_unique<SetOwners>(desk, breaches, menu, restores));
+  add(std::make_unique<StoredLevels>(desk, breaches, restores));
   add(std::make_unique<GammaCurves>(desk, breaches));
+  add(std::make_unique<Restores>(desk, breaches, restores));
 }
 
 void Judge::see(Microseconds time, const std::string& line) {
