@@ -3,11 +3,13 @@
 #include <utility>
 
 #include "Tools/BrivaneDesk/Judge/GammaCurves.h"
+#include "Tools/BrivaneDesk/Judge/HUDTimes.h"
 #include "Tools/BrivaneDesk/Judge/Restores.h"
 #include "Tools/BrivaneDesk/Judge/SetOwners.h"
 #include "Tools/BrivaneDesk/Judge/SetPairs.h"
 #include "Tools/BrivaneDesk/Judge/SetValues.h"
 #include "Tools/BrivaneDesk/Judge/StoredLevels.h"
+#include "Tools/BrivaneDesk/Judge/Sweeps.h"
 
 namespace brivane::judge {
 
@@ -23,6 +25,8 @@ Judge::Judge(const DeskDescription& deskDescription)
   add(std::make_unique<SetOwners>(desk, breaches, menu, restores));
   add(std::make_unique<StoredLevels>(desk, breaches, restores));
   add(std::make_unique<GammaCurves>(desk, breaches));
+  add(std::make_unique<Sweeps>(desk, breaches));
+  add(std::make_unique<HUDTimes>(desk, breaches));
   add(std::make_unique<Restores>(desk, breaches, restores));
 }
 
