@@ -4,6 +4,8 @@
 
 #include "Tools/BrivaneDesk/Judge/GammaCurves.h"
 #include "Tools/BrivaneDesk/Judge/HUDTimes.h"
+#include "Tools/BrivaneDesk/Judge/HotkeyReferences.h"
+#include "Tools/BrivaneDesk/Judge/OfflineTraffic.h"
 #include "Tools/BrivaneDesk/Judge/Restores.h"
 #include "Tools/BrivaneDesk/Judge/SetOwners.h"
 #include "Tools/BrivaneDesk/Judge/SetPairs.h"
@@ -27,6 +29,8 @@ Judge::Judge(const DeskDescription& deskDescription)
   add(std::make_unique<GammaCurves>(desk, breaches));
   add(std::make_unique<Sweeps>(desk, breaches));
   add(std::make_unique<HUDTimes>(desk, breaches));
+  add(std::make_unique<OfflineTraffic>(desk, breaches));
+  add(std::make_unique<HotkeyReferences>(desk, breaches));
   add(std::make_unique<Restores>(desk, breaches, restores));
 }
 
