@@ -2,10 +2,12 @@
 
 #include <utility>
 
+#include "Tools/BrivaneDesk/Judge/CleanEnds.h"
 #include "Tools/BrivaneDesk/Judge/GammaCurves.h"
 #include "Tools/BrivaneDesk/Judge/HUDTimes.h"
 #include "Tools/BrivaneDesk/Judge/HotkeyReferences.h"
 #include "Tools/BrivaneDesk/Judge/OfflineTraffic.h"
+#include "Tools/BrivaneDesk/Judge/Restarts.h"
 #include "Tools/BrivaneDesk/Judge/Restores.h"
 #include "Tools/BrivaneDesk/Judge/SetOwners.h"
 #include "Tools/BrivaneDesk/Judge/SetPairs.h"
@@ -31,6 +33,8 @@ Judge::Judge(const DeskDescription& deskDescription)
   add(std::make_unique<HUDTimes>(desk, breaches));
   add(std::make_unique<OfflineTraffic>(desk, breaches));
   add(std::make_unique<HotkeyReferences>(desk, breaches));
+  add(std::make_unique<CleanEnds>(desk, breaches));
+  add(std::make_unique<Restarts>(desk, breaches));
   add(std::make_unique<Restores>(desk, breaches, restores));
 }
 
