@@ -90,7 +90,7 @@ class Day {
   void writeStep() {
     Display& display = anyDisplay();
     const std::string number = std::to_string(display.number);
-    switch (pick(12)) {
+    switch (pick(14)) {
       case 0:
       case 1:
       case 2:
@@ -101,9 +101,7 @@ class Day {
       case 4:
         return drag(number);
       case 5:
-        later(display.isAttached ? "unplug " + number : "plug " + number);
-        display.isAttached = !display.isAttached;
-        return;
+        return replug(display);
       case 6:
         return disturb(display);
       case 7:
@@ -118,6 +116,10 @@ class Day {
       case 10:
         return later("setting " + oneOf(std::array{"SubZeroDimming", "BrightenPastMaximum"}) +
                      (chance(50) ? " = true" : " = false"));
+      case 11:
+        return quiet();
+      case 12:
+        return wakeLate(display);
       default:
         return later("announce screens");
     }
@@ -141,6 +143,45 @@ class Day {
     later("menu close");
   }
 
+  /// A display that has come back may be used before its level is restored.
+  void replug(Display& display) {
+    const std::string number = std::to_string(display.number);
+    later(display.isAttached ? "unplug " + number : "plug " + number);
+    display.isAttached = !display.isAttached;
+    if (!display.isAttached || !display.hasFirmware || chance(60)) return;
+    line("+100ms menu open");
+    line("+300ms buttons " + number + " " + std::to_string(pick(51)));
+    line("+1.3s menu close");
+  }
+
+  /// The refused table may be that of a wake.
+  void refuseGamma(const std::string& number) {
+    later("refuse gamma " + number + " 1 times");
+    if (chance(50)) return;
+    line("sleep");
+    line("+1s wake");
+  }
+
+  /// A monitor that answers only long after a wake.
+  void wakeLate(const Display& display) {
+    if (!display.hasFirmware || !display.isAttached) return;
+    const std::string number = std::to_string(display.number);
+    line("+1s mood " + number + " silent");
+    line("+1s sleep");
+    line("+1s wake");
+    // The program waits actively for 180 s.
+    line("+" + oneOf(std::array{"20s", "200s"}) + " mood " + number + " answering");
+    quiet();
+  }
+
+  /// Time in which everything comes to rest, and a look at the menu, which may have been open.
+  void quiet() {
+    const bool isOpen = chance(30);
+    if (isOpen) line("+1s menu open");
+    line(isOpen ? "+40s end" : "+40s menu open");
+    line("+2s menu close");
+  }
+
   void disturb(const Display& display) {
     static constexpr std::array moods = {"silent", "busError", "nullReply", "garbled",
                                          "stale",  "shifted",  "doubled",   "answering"};
@@ -152,7 +193,7 @@ class Day {
       case 1:
         return later("monitor " + number + (chance(50) ? " sleeps" : " wakes"));
       case 2:
-        return later("refuse gamma " + number + " 1 times");
+        return refuseGamma(number);
       default:
         return later("mood " + number + " " + oneOf(moods));
     }
@@ -168,7 +209,9 @@ class Day {
         line("refuse gamma " + number + " 0 times");
       }
     }
-    line(std::string("+2min ") + (chance(50) ? "quit" : "signal"));
+    // The judge reads the menu after the quiet.
+    quiet();
+    line(std::string("+78s ") + (chance(50) ? "quit" : "signal"));
     line("+1s expect exit 0");
     line("expect clean");
     line("expect mapping as at first");

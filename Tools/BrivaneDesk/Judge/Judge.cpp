@@ -2,10 +2,12 @@
 
 #include <utility>
 
+#include "Tools/BrivaneDesk/Judge/Agreement.h"
 #include "Tools/BrivaneDesk/Judge/CleanEnds.h"
 #include "Tools/BrivaneDesk/Judge/GammaCurves.h"
 #include "Tools/BrivaneDesk/Judge/HUDTimes.h"
 #include "Tools/BrivaneDesk/Judge/HotkeyReferences.h"
+#include "Tools/BrivaneDesk/Judge/Liveness.h"
 #include "Tools/BrivaneDesk/Judge/OfflineTraffic.h"
 #include "Tools/BrivaneDesk/Judge/Restarts.h"
 #include "Tools/BrivaneDesk/Judge/Restores.h"
@@ -28,7 +30,7 @@ Judge::Judge(const DeskDescription& deskDescription)
   add(std::make_unique<SetValues>(desk, breaches));
   add(std::make_unique<SetOwners>(desk, breaches, menu, restores));
   add(std::make_unique<StoredLevels>(desk, breaches, restores));
-  add(std::make_unique<GammaCurves>(desk, breaches));
+  const auto& gamma = add(std::make_unique<GammaCurves>(desk, breaches));
   add(std::make_unique<Sweeps>(desk, breaches));
   add(std::make_unique<HUDTimes>(desk, breaches));
   add(std::make_unique<OfflineTraffic>(desk, breaches));
@@ -36,6 +38,8 @@ Judge::Judge(const DeskDescription& deskDescription)
   add(std::make_unique<CleanEnds>(desk, breaches));
   add(std::make_unique<Restarts>(desk, breaches));
   add(std::make_unique<Restores>(desk, breaches, restores));
+  add(std::make_unique<Agreement>(desk, breaches, menu, gamma));
+  add(std::make_unique<Liveness>(desk, breaches, menu));
 }
 
 void Judge::see(Microseconds time, const std::string& line) {
