@@ -5,7 +5,6 @@
 namespace brivane::judge {
 namespace {
 
-constexpr Microseconds quiet{30'000'000};
 /// The program reads each monitor that answers every 5 s, one after the other.
 constexpr Microseconds readPeriod{10'000'000};
 
@@ -19,8 +18,7 @@ Agreement::Agreement(const KnownDesk& knownDesk, std::vector<Breach>& allBreache
 
 void Agreement::see(const TraceEvent& event) {
   const auto* const moved = event.as<MenuMoved>();
-  if (moved == nullptr || moved->isOpen || !desk.isRunning || !desk.faults.empty()) return;
-  if (event.time - desk.troubleAt < quiet || event.time - desk.startedAt < quiet) return;
+  if (moved == nullptr || moved->isOpen || !isQuiet(event.time, desk.startedAt)) return;
   for (const auto& [number, display] : desk.displays) {
     if (display.isAttached) compare(event.time, number, display);
   }

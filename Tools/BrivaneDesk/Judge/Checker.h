@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Tools/BrivaneDesk/Judge/KnownDesk.h"
@@ -30,6 +32,13 @@ class Checker {
  protected:
   void breach(Microseconds time, const std::string& found) {
     breaches.push_back({time, rule, found});
+  }
+  /// Whether the last thirty seconds, all after `since`, saw no trouble, and the program runs
+  /// without a fault.
+  bool isQuiet(Microseconds time, Microseconds since) const {
+    constexpr Microseconds quietTime = std::chrono::seconds(30);
+    return time - desk.troubleAt >= quietTime && time - since >= quietTime && desk.isRunning &&
+           desk.faults.empty();
   }
   static std::string nameOf(DisplayNumber display) { return "display " + std::to_string(display); }
 

@@ -126,7 +126,7 @@ class KnownDesk {
   std::map<std::uint32_t, std::uint32_t> keyOfHotkey;
 };
 
-/// Part 0 to 100 of the maximum, rounded half away from zero.
+/// Of the maximum, 0 to 100 percent, rounded half away from zero.
 std::int64_t rawOf(std::int64_t percent, std::int64_t maximum);
 std::int64_t percentOf(const Luminance& luminance);
 

@@ -1,11 +1,6 @@
 #include "Tools/BrivaneDesk/Judge/Liveness.h"
 
 namespace brivane::judge {
-namespace {
-
-constexpr Microseconds quietTime{30'000'000};
-
-}  // namespace
 
 Liveness::Liveness(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches,
                    const MenuReading& menuReading)
@@ -14,8 +9,7 @@ Liveness::Liveness(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches,
 
 void Liveness::see(const TraceEvent& event) {
   const auto* const moved = event.as<MenuMoved>();
-  if (moved == nullptr || moved->isOpen || !desk.isRunning || !desk.faults.empty()) return;
-  if (event.time - desk.troubleAt < quietTime || event.time - desk.startedAt < quietTime) return;
+  if (moved == nullptr || moved->isOpen || !isQuiet(event.time, desk.startedAt)) return;
   for (const auto& [number, display] : desk.displays) {
     if (!mustBeResolved(number, display)) continue;
     const auto entry = menu.entryOf(number);

@@ -3,7 +3,6 @@
 namespace brivane::judge {
 namespace {
 
-constexpr Microseconds quietSeconds{30'000'000};
 /// After a wake or a change the program waits for monitors that answer late, almost to 180 s.
 constexpr Microseconds patience{150'000'000};
 
@@ -36,8 +35,7 @@ void Restores::forget(Microseconds time) {
 }
 
 void Restores::look(Microseconds time) {
-  const bool isQuiet = time - desk.troubleAt >= quietSeconds && time - forgotAt >= quietSeconds;
-  if (!isQuiet || !desk.isRunning || !desk.faults.empty()) return;
+  if (!isQuiet(time, forgotAt)) return;
   for (const auto& [number, display] : desk.displays) {
     if (!mustBeRestored(number, display)) continue;
     const auto set = setAt.find(display.identity);

@@ -80,8 +80,9 @@ StepProblem setSlider(Stage& stage, const StepArguments& arguments) {
   const auto found = sliderOf(stage, arguments);
   if (const auto* const problem = std::get_if<std::string>(&found)) return *problem;
   const auto& [menu, slider] = std::get<SliderOnStage>(found);
-  noteMove(stage, slider, arguments.number(arguments.holds<std::int64_t>(1) ? 2 : 1));
-  menu->move(slider, arguments.number(arguments.holds<std::int64_t>(1) ? 2 : 1));
+  const double value = arguments.number(arguments.holds<std::int64_t>(1) ? 2 : 1);
+  noteMove(stage, slider, value);
+  menu->move(slider, value);
   return std::nullopt;
 }
 
