@@ -189,7 +189,7 @@ TEST(Judge, AStartAfterAKillIsLikeOneAfterAnEnd) {
               ElementsAre("other hotkeys than in the run before"));
 }
 
-/// A look at the menu after quiet seconds; the second display has no buses of its own to answer.
+/// A look at the menu after quiet seconds. Both monitors answer 75, and the second is shown so.
 Lines quietMenu(const std::string& status, const std::string& slider) {
   Lines lines = {"55 " + reply75,
                  "55 bus 2 read 6E 88 02 00 10 00 00 64 00 4B 8B 00",
