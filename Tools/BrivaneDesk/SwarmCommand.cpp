@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include "BrivaneCore/Support/Numbers.h"
-#include "Tools/BrivaneDesk/RandomDay.h"
+#include "Tools/BrivaneDesk/Weather/RandomDay.h"
 #include "Tools/BrivaneDesk/ScenarioRun.h"
 
 namespace brivane {

@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "Tests/Support/TemporaryFolder.h"
-#include "Tools/BrivaneDesk/RandomDay.h"
+#include "Tools/BrivaneDesk/Weather/RandomDay.h"
 #include "Tools/BrivaneDesk/RunCommand.h"
 #include "Tools/BrivaneDesk/ScenarioRun.h"
 #include "Tools/BrivaneDesk/SwarmCommand.h"
