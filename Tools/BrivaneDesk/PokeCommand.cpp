@@ -83,7 +83,7 @@ const HardwareStep* findStep(const std::vector<HardwareStep>& steps, std::string
 }
 
 std::string refusal(const Step& step) {
-  if (step.form.starts_with("expect ")) return "an expectation looks at a scenario, not at a desk";
+  if (isExpectation(step.form)) return "an expectation looks at a scenario, not at a desk";
   return '"' + step.text + "\" is no step for a desk: it is done to the program's own process";
 }
 
@@ -120,7 +120,7 @@ int poke(std::vector<std::string> words, std::ostream& out, std::ostream& errors
   LiveScene scene(machine);
   const auto problem = kind->take(scene, StepArguments(step.arguments));
   scene.finish();
-  if (problem) return complain(*problem, undone);
+  if (problem && !step.isTried) return complain(*problem, undone);
   return machine.hardware().folder->hasUnsaved() ? undone : 0;
 }
 

@@ -139,6 +139,7 @@ std::optional<std::string> readStep(const Tokens& tokens, Step& step) {
     step.arguments = argumentsOf(slots, tokens);
     step.displays = displaysIn(slots, tokens);
     if (form == "key KEYS") step.duration = keyTapDuration;
+    if (isExpectation(form)) return std::nullopt;
     for (const auto& argument : step.arguments) {
       if (const auto* const duration = std::get_if<Microseconds>(&argument)) {
         step.duration = *duration;
@@ -154,11 +155,15 @@ std::optional<std::string> readStep(const Tokens& tokens, Step& step) {
   return complaint.text();
 }
 
-std::variant<Step, std::string> stepOf(std::string_view line, const Tokens& tokens) {
+std::variant<Step, std::string> stepOf(std::string_view line, Tokens tokens) {
   Step step;
   step.text = std::string(line.substr(tokens.front().position));
   while (step.text.ends_with(' ') || step.text.ends_with('\r')) step.text.pop_back();
+  step.isTried = tokens.front().text == "try";
+  if (step.isTried) tokens.erase(tokens.begin());
+  if (tokens.empty()) return "expected a step after \"try\", found the end of the line";
   if (auto mistake = readStep(tokens, step)) return std::move(*mistake);
+  if (step.isTried && isExpectation(step.form)) return "an expectation can't be tried";
   return step;
 }
 

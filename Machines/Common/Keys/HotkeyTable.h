@@ -15,7 +15,7 @@ struct KeyCombination {
   std::uint32_t keyCode = 0;
   std::uint32_t modifiers = 0;
 
-  bool operator==(const KeyCombination&) const = default;
+  auto operator<=>(const KeyCombination&) const = default;
 };
 
 /// The registered hotkeys, and which of them are held. The first to register a combination has it.

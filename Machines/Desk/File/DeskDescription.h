@@ -69,6 +69,9 @@ struct FirmwareDescription {
 /// One channel's samples, for inputs evenly spaced over 0 to 1.
 using GammaCurve = std::vector<float>;
 
+inline constexpr double smallestGammaExponent = 0.1;
+inline constexpr double largestGammaExponent = 10;
+
 /// The gamma table with which a display starts.
 struct GammaDescription {
   struct Linear {};

@@ -4,15 +4,13 @@ namespace brivane {
 namespace {
 
 constexpr std::uint32_t largestCapacity = 16384;
-constexpr double smallestExponent = 0.1;
-constexpr double largestExponent = 10;
 constexpr double largestSample = 16;
 
 GammaDescription::Exponents readExponents(const JsonItem& item) {
   GammaDescription::Exponents exponents = {1, 1, 1};
   std::size_t channel = 0;
   for (const auto& element : item.elements(3, 3)) {
-    element.to(exponents.at(channel++), smallestExponent, largestExponent);
+    element.to(exponents.at(channel++), smallestGammaExponent, largestGammaExponent);
   }
   return exponents;
 }

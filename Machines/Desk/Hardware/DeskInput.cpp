@@ -14,7 +14,7 @@ DeskInput::DeskInput(const DeskDescription& desk, StateFolder* stateFolder,
       pressed({}, folder, "keys-down", 0),
       tapTimeouts(events.observe<TapTimeout>([this](TapTimeout) { taps.disableByTimeout(); })) {
   for (const auto& application : desk.applications) {
-    for (const auto& combination : application.hotkeys) hotkeys.add(combination, nullptr);
+    for (const auto& combination : application.hotkeys) takeHotkey(combination);
   }
   if (folder != nullptr) owner.emplace(folder->path / "keyboard.lock");
 }
@@ -38,6 +38,21 @@ std::optional<HIDUsage> DeskInput::takeKeyUp(HIDUsage key) {
     keys.arrived.erase(found);
     return arrived;
   });
+}
+
+bool DeskInput::takeHotkey(KeyCombination combination) {
+  const auto result = hotkeys.add(combination, nullptr);
+  const auto* const reference = std::get_if<HotkeyReference>(&result);
+  if (reference != nullptr) hotkeysOfOthers.emplace(combination, *reference);
+  return reference != nullptr;
+}
+
+bool DeskInput::freeHotkey(KeyCombination combination) {
+  const auto found = hotkeysOfOthers.find(combination);
+  if (found == hotkeysOfOthers.end()) return false;
+  hotkeys.remove(found->second);
+  hotkeysOfOthers.erase(found);
+  return true;
 }
 
 void DeskInput::claimKeys() {

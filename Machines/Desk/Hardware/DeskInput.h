@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <mutex>
 #include <optional>
 
@@ -15,7 +16,7 @@ namespace brivane {
 /// Main thread, the keys that are down: any thread.
 class DeskInput {
  public:
-  /// Registers the desk file's applications' hotkeys first.
+  /// The desk file's applications take their hotkeys first.
   DeskInput(const DeskDescription& desk, StateFolder* stateFolder, EventDelivery& eventDelivery);
 
   KeysDown keysDown();
@@ -36,6 +37,11 @@ class DeskInput {
   /// there is none, as in memory.
   bool forward(const KeyChange& change);
 
+  /// Another application takes a hotkey; false when it is taken.
+  bool takeHotkey(KeyCombination combination);
+  /// It lets the hotkey go; false when no other application has it.
+  bool freeHotkey(KeyCombination combination);
+
   // Of all programs on a desk in memory, of one process's with a folder.
   HotkeyTable hotkeys;
   TapStream taps;
@@ -43,6 +49,7 @@ class DeskInput {
  private:
   StateFolder* const folder;
   EventDelivery& events;
+  std::map<KeyCombination, HotkeyReference> hotkeysOfOthers;
   std::mutex mutex;
   StoredState<KeysDown> pressed;
   /// The process that handles the keys.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Desk/Hardware/GammaTable.h"
 
 namespace brivane {
@@ -33,7 +34,21 @@ std::optional<GammaTable> GammaHardware::table(DisplayID display) {
   const auto found = tables.find(display);
   if (found == tables.end()) return std::nullopt;
   const auto state = found->second.read();
-  return resampled(state.written ? *state.written : calibratedTable(*gamma), gamma->capacity);
+  return resampled(state.written ? *state.written : calibrated(*gamma, state), gamma->capacity);
+}
+
+GammaTable GammaHardware::calibrated(const GammaDescription& gamma, const GammaState& state) {
+  if (!state.profile) return calibratedTable(gamma);
+  const double exponent = *state.profile;
+  return calibratedTable(
+      {gamma.capacity, GammaDescription::Exponents{exponent, exponent, exponent}});
+}
+
+std::optional<GammaTable> GammaHardware::calibrated(DisplayID display) {
+  const auto described = displays.find(display);
+  if (!described || !described->gamma) return std::nullopt;
+  const std::lock_guard lock(mutex);
+  return calibrated(*described->gamma, tables.at(display).read());
 }
 
 bool GammaHardware::setTable(DisplayID display, GammaTable table) {
@@ -82,12 +97,44 @@ void GammaHardware::restoreCalibratedTables() {
   tracer.note([] { return std::string("gamma of all displays calibrated"); });
 }
 
+bool GammaHardware::changeProfile(DisplayID display, double exponent) {
+  const bool happened = change(display, [&](GammaState& state) {
+    state.profile = exponent;
+    state.written.reset();
+  });
+  if (happened) {
+    tracer.note([&] {
+      return "profile " + std::to_string(display) + " exponent " + shortestDecimal(exponent);
+    });
+  }
+  return happened;
+}
+
+bool GammaHardware::scaleByAnother(DisplayID display, double factor) {
+  auto table = calibrated(display);
+  if (!table) return false;
+  for (auto& curve : *table) {
+    for (float& sample : curve) {
+      sample = static_cast<float>(static_cast<double>(sample) * factor);
+    }
+  }
+  change(display, [&](GammaState& state) { state.written = *table; });
+  tracer.note([&] {
+    return "foreign gamma " + std::to_string(display) + " times " + shortestDecimal(factor);
+  });
+  return true;
+}
+
 bool GammaHardware::refuse(DisplayID display, int times) {
+  return change(display, [&](GammaState& state) { state.refusals = times; });
+}
+
+bool GammaHardware::change(DisplayID display, const std::function<void(GammaState&)>& operation) {
   const std::lock_guard lock(mutex);
   const auto found = tables.find(display);
   if (found == tables.end() || !displays.find(display)) return false;
   return found->second.update([&](GammaState& state) {
-    state.refusals = times;
+    operation(state);
     return true;
   });
 }

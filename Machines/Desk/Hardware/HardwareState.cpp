@@ -149,6 +149,7 @@ JsonValue toJson(const GammaState& state) {
   if (state == GammaState{}) return {nullptr};
   JsonValue::Object members;
   if (state.refusals != 0) members.push_back({"refusals", {state.refusals}});
+  if (state.profile) members.push_back({"profile", {*state.profile}});
   if (state.written) {
     const auto& [red, green, blue] = *state.written;
     members.push_back({"red", {curveText(red)}});
@@ -163,7 +164,11 @@ void fromJson(const JsonItem& item, GammaState& state) {
   if (item.isNull()) return;
   auto section = item.section();
   section.read("refusals", state.refusals, 0, mostRefusals);
-  if (state.refusals != 0 && !section.find("red")) return section.finish();
+  if (section.find("profile")) {
+    section.read("profile", state.profile.emplace(1), smallestGammaExponent, largestGammaExponent);
+  }
+  const bool hasOther = state.refusals != 0 || state.profile;
+  if (hasOther && !section.find("red")) return section.finish();
   auto& [red, green, blue] = state.written.emplace();
   readCurve(section, "red", red);
   readCurve(section, "green", green);

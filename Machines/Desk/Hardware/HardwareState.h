@@ -21,6 +21,8 @@ using GammaTable = std::array<GammaCurve, 3>;
 struct GammaState {
   /// The table last written; absent while the calibrated one is in force.
   std::optional<GammaTable> written;
+  /// The exponent of another colour profile's calibrated table; absent: the desk file's.
+  std::optional<double> profile;
   /// How many more tables are refused.
   std::int64_t refusals = 0;
 

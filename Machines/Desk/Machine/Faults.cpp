@@ -12,7 +12,7 @@ bool Faults::strikes(std::string_view call, const Describe& what) {
     fatal("the call " + std::string(call) + " is not in the list of calls that can fail");
   }
   if (failsAlways) return true;
-  const bool fails = isPlanned(call);
+  const bool fails = isPlanned(call) || isNext(call);
   if (callTrace) callTrace(call, fails);
   if (fails && tracer) {
     tracer->note([&] { return "fault " + std::string(call) + (what ? ": " + what() : ""); });
@@ -26,6 +26,21 @@ bool Faults::isPlanned(std::string_view call) {
   const std::lock_guard lock(mutex);
   const auto occurrence = ++occurrences[planned->first];
   return planned->second.contains(occurrence);
+}
+
+void Faults::failNext(std::string_view call, std::int64_t times) {
+  const std::lock_guard lock(mutex);
+  failing[std::string(call)] = times;
+  hasFailing = true;
+}
+
+bool Faults::isNext(std::string_view call) {
+  if (!hasFailing) return false;
+  const std::lock_guard lock(mutex);
+  const auto found = failing.find(call);
+  if (found == failing.end() || found->second == 0) return false;
+  --found->second;
+  return true;
 }
 
 }  // namespace brivane

@@ -14,8 +14,8 @@
 
 namespace brivane {
 
-/// Makes seam calls fail at planned occurrences, counted from 1 for each call and machine. Any
-/// thread.
+/// Makes seam calls fail: at planned occurrences, counted from 1 for each call and machine, and the
+/// next ones on request. Any thread.
 class Faults {
  public:
   /// Failures are traced, if there is a tracer.
@@ -29,6 +29,9 @@ class Faults {
   /// something, describes the change in the trace.
   bool strikes(std::string_view call, const Describe& what = nullptr);
 
+  /// Makes the next `times` occurrences of the call fail; 0: none.
+  void failNext(std::string_view call, std::int64_t times);
+
   /// Called for every call, with whether it fails. Set it before the first call.
   using CallTrace = std::function<void(std::string_view call, bool fails)>;
   void setCallTrace(CallTrace newCallTrace) { callTrace = std::move(newCallTrace); }
@@ -38,6 +41,7 @@ class Faults {
 
  private:
   bool isPlanned(std::string_view call);
+  bool isNext(std::string_view call);
 
   const FaultPlan plan;
   const std::shared_ptr<const Tracer> tracer;
@@ -45,6 +49,9 @@ class Faults {
   std::atomic<bool> failsAlways = false;
   std::mutex mutex;
   std::map<std::string, std::int64_t, std::less<>> occurrences;
+  /// How many of the next occurrences fail.
+  std::map<std::string, std::int64_t, std::less<>> failing;
+  std::atomic<bool> hasFailing = false;
 };
 
 }  // namespace brivane

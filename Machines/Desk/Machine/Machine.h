@@ -71,6 +71,9 @@ class DeskMachine : public ResidentMachine {
   /// whether it is made to fail. Set it before the first call. Null: no trace.
   void setCallTrace(Faults::CallTrace callTrace);
 
+  /// See `Faults::failNext`.
+  void failNext(std::string_view call, std::int64_t times) { faults->failNext(call, times); }
+
   /// Ends the program like a signal that can't be caught: later calls by its objects fail without
   /// effect. The objects may be destroyed at any later time, the machine last. Main thread.
   void kill();

@@ -113,6 +113,26 @@ expect trace "program started" 2 times
   EXPECT_THAT(result.output, HasSubstr("\"program started\" 2 times\n    found it 1 times\n"));
 }
 
+TEST_F(RunCommandTest, AnOrderOfTheTraceIsThatOfTheFirstLines) {
+  write("day.scenario", oneMonitor + R"(pointer 1
+mood 1 silent
+pointer 1
+expect trace "pointer" before "mood 1 silent"
+expect trace "mood 1 silent" before "pointer"
+expect trace "pointer" before "pointer 1"
+expect trace "pointer" before "nobody"
+expect trace "> pointer 1" 1 times between 1s and 2s
+)");
+  const auto output = run(true).output;
+  EXPECT_THAT(output, testing::Not(HasSubstr("line 5")));
+  EXPECT_THAT(output, HasSubstr("line 6, at 0.000000 s: expect trace \"mood 1 silent\" before "
+                                "\"pointer\"\n    found the line > pointer 1\n"
+                                "      before > mood 1 silent\n"));
+  EXPECT_THAT(output, HasSubstr("    found one line with both: > pointer 1\n"));
+  EXPECT_THAT(output, HasSubstr("    found no line with nobody\n"));
+  EXPECT_THAT(output, HasSubstr("    found it 0 times\n"));
+}
+
 TEST_F(RunCommandTest, ALevelOfADisplayThatIsUnpluggedIsFoundMissing) {
   write("one.scenario", oneMonitor + "unplug 1\nat 1s expect level 1 = 40%\n");
   EXPECT_THAT(run().output, HasSubstr("    found no such display plugged in\n"));
@@ -296,6 +316,17 @@ TEST(ScenarioRun, AFatalErrorThatIsExpectedMustBeMet) {
   const auto outcome = playScenario(std::get<LoadedScenario>(loaded), {});
   ASSERT_EQ(outcome.failures.size(), 1U);
   EXPECT_EQ(outcome.failures[0].found, "nothing at all");
+}
+
+TEST(ScenarioRun, CallsThatAreToFailBeforeTheStartAreTheNextPrograms) {
+  play(oneMonitor + R"(fail Hotkeys.registerHotkey 1 times
+start
++1s expect log "could not register" 1 times
+fail Hotkeys.registerHotkey 0 times
+quit
++1s start
++1s expect log "could not register" 1 times
+)");
 }
 
 TEST(ScenarioRun, AnExpectationBeforeAFatalErrorDoesNotMeanIt) {

@@ -152,6 +152,20 @@ TEST(ScenarioParser, ReadsEveryKindOfArgument) {
   EXPECT_EQ(onlyStep("mood 2 busError").arguments.at(1), Argument(std::string("busError")));
 }
 
+TEST(ScenarioParser, ATriedStepIsTheSameStepThatMayFail) {
+  const auto step = onlyStep("try unplug 1");
+  EXPECT_EQ(step.form, "unplug DISPLAY");
+  EXPECT_EQ(step.text, "try unplug 1");
+  EXPECT_TRUE(step.isTried);
+  EXPECT_FALSE(onlyStep("unplug 1").isTried);
+}
+
+TEST(ScenarioParser, TheTimesOfAnExpectationAreNotItsDuration) {
+  const auto step = onlyStep("expect trace \"log\" 2 times between 1s and 2min");
+  EXPECT_EQ(step.duration, seconds(0));
+  EXPECT_EQ(step.arguments.at(3), Argument(Microseconds(120'000'000)));
+}
+
 TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
   struct Case {
     std::string step;
@@ -197,6 +211,13 @@ TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
       {"at", "expected a time such as 1.5s after \"at\", found the end of the line"},
       {"+x end", "expected a time such as +0.3s, found \"+x\""},
       {"at 1s", "expected a step after the time, found the end of the line"},
+      {"try", "expected a step after \"try\", found the end of the line"},
+      {"try expect clean", "an expectation can't be tried"},
+      {"fail GammaTables.writeTabel 1 times",
+       "expected a call such as GammaTables.writeTable, found \"GammaTables.writeTabel\", did you mean "
+       "\"GammaTables.writeTable\"?"},
+      {"expect trace \"a\" 1 times between 1s and soon",
+       "expected a time such as 1.5s or 2min, found \"soon\""},
       {"desk default", "the scenario has a desk already"},
   };
   for (const auto& [step, complaint] : cases) {

@@ -50,6 +50,8 @@ struct Step {
   /// The step's form, from the table of forms.
   std::string_view form;
   std::vector<Argument> arguments;
+  /// The step may be impossible, and does nothing then.
+  bool isTried = false;
   /// The identifiers of the displays that the step names.
   std::vector<std::int64_t> displays;
 };

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "BrivaneCore/Support/Numbers.h"
+#include "Machines/Desk/File/FaultCalls.h"
 #include "Machines/Desk/File/JsonItem.h"
 #include "Machines/Desk/File/JsonParser.h"
 #include "Tools/BrivaneDesk/Language/KeyNames.h"
@@ -74,6 +75,11 @@ Reading readDuration(const Token& token) {
   return Microseconds(*microseconds);
 }
 
+Reading readCall(const Token& token) {
+  const bool isKnown = std::ranges::count(faultCalls(), std::string_view(token.text)) > 0;
+  return isKnown ? Reading(token.text) : std::nullopt;
+}
+
 Reading readPoint(const Token& token) {
   const std::string_view text = token.text;
   if (!text.starts_with('{') || !text.ends_with('}')) return std::nullopt;
@@ -132,8 +138,10 @@ constexpr auto kinds = std::to_array<Kind>({
     {"ORDINAL", "a place such as #2", readOrdinal},
     {"NUMBER", "a number", readDecimal},
     {"DURATION", "a length of time such as 1.5s or 250ms", readDuration},
+    {"TIME", "a time such as 1.5s or 2min", readDuration},
     {"POINT", "a point such as {100,200}", readPoint},
     {"KEYS", "keys such as control+option+up", readKeys},
+    {"CALL", "a call such as GammaTables.writeTable", readCall},
     {"TEXT", "a text in quotation marks", readText},
     {"NAME", "a name", readName},
     {"VALUE", "a value such as true, 12, 1.5 or \"text\"", readValue},
@@ -170,6 +178,7 @@ std::vector<std::string> Slot::expectations() const {
 
 std::vector<std::string_view> Slot::choices() const {
   if (word == "KEYS") return keyNames();
+  if (word == "CALL") return faultCalls();
   if (kindOf(word) != nullptr) return {};
   return split(word, '|');
 }

@@ -88,6 +88,7 @@ void Stage::runProgram() {
   isStartRequested = false;
   isKilled = false;
   machine = makeMachine();
+  for (const auto& [call, times] : std::exchange(nextFailures, {})) machine->failNext(call, times);
   clock = &machine->runtime();
   machine->keyboard().onUnclaimedKey = [this](const UnclaimedKey& key) {
     auto* const editor = frame == nullptr ? nullptr : frame->editorWindow();
@@ -142,6 +143,11 @@ void Stage::meetFatalError(DeskMachine& process, const std::string& line) {
   isRecording = false;
   process.kill();
   throw FatalEnd();
+}
+
+void Stage::failNext(const std::string& call, std::int64_t times) {
+  if (machine) return machine->failNext(call, times);
+  nextFailures[call] = times;
 }
 
 void Stage::killProgram() {
@@ -200,7 +206,7 @@ DeskKeyboard& Stage::keyboard() {
 
 void Stage::record(const std::string& line) {
   if (!isRecording) return;
-  allLines.push_back(line);
+  allLines.push_back({now(), line});
   if (options.onEvent) options.onEvent(now(), line);
   std::string timed = timeText(now()) + line;
   if (options.onLine) options.onLine(timed);

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -59,6 +60,9 @@ class Stage : public Scene {
   void killProgram();
   /// Runs a second process of the program on the same hardware to its end.
   void runCommand(const std::vector<std::string>& arguments);
+  /// Makes the next `times` such calls of the program fail; those of the next program while none
+  /// runs.
+  void failNext(const std::string& call, std::int64_t times);
   /// Null when the program isn't running; so is the frame.
   DeskMachine* program() const { return machine.get(); }
   DeskFrame* programFrame() const { return frame; }
@@ -87,8 +91,12 @@ class Stage : public Scene {
   void setTranscribing(bool transcribing) { isTranscribing = transcribing; }
   /// The transcript: every line with its time.
   const std::vector<std::string>& transcript() const { return lines; }
-  /// Every line that was recorded, without times.
-  const std::vector<std::string>& recorded() const { return allLines; }
+  struct RecordedLine {
+    Microseconds time{0};
+    std::string text;
+  };
+  /// Every line that was recorded.
+  const std::vector<RecordedLine>& recorded() const { return allLines; }
   const std::vector<std::string>& log() const { return logLines; }
 
  private:
@@ -118,6 +126,7 @@ class Stage : public Scene {
 
   std::unique_ptr<DeskMachine> machine;
   DeskFrame* frame = nullptr;
+  std::map<std::string, std::int64_t> nextFailures;
   bool isStartRequested = false;
   bool isKilled = false;
   std::optional<int> lastExitStatus;
@@ -127,7 +136,7 @@ class Stage : public Scene {
   bool isRecording = true;
   bool isTranscribing = true;
   std::vector<std::string> lines;
-  std::vector<std::string> allLines;
+  std::vector<RecordedLine> allLines;
   std::vector<std::string> logLines;
 };
 

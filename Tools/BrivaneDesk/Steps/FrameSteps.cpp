@@ -125,12 +125,6 @@ StepProblem dragSlider(Stage& stage, const StepArguments& arguments) {
   return std::nullopt;
 }
 
-/// Does nothing without such a slider.
-StepProblem tryToDragSlider(Stage& stage, const StepArguments& arguments) {
-  dragSlider(stage, arguments);
-  return std::nullopt;
-}
-
 /// The open editor, or why it can't be used.
 std::variant<DeskEditorWindow*, std::string> editorOf(Stage& stage) {
   auto* const frame = stage.programFrame();
@@ -182,7 +176,6 @@ std::vector<StepKind> frameSteps() {
       {"slider TEXT ORDINAL to NUMBER", setSlider},
       {"slider TEXT drag to NUMBER over DURATION", dragSlider},
       {"slider TEXT ORDINAL drag to NUMBER over DURATION", dragSlider},
-      {"try slider TEXT drag to NUMBER over DURATION", tryToDragSlider},
       {"editor click TEXT", editorClick},
       {"editor button TEXT", editorButton},
       {"editor leave", editorLeave},

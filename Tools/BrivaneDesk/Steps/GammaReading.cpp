@@ -90,11 +90,10 @@ GammaReading readGamma(const GammaTable& table, const GammaTable& calibrated) {
 }
 
 std::optional<GammaReading> readGamma(DeskHardware& hardware, DisplayID display) {
-  const auto described = hardware.displays.find(display);
   const auto table = hardware.gamma.table(display);
-  if (!described || !described->gamma || !table) return std::nullopt;
-  return readGamma(*table, resampled(calibratedTable(*described->gamma),
-                                     static_cast<std::uint32_t>((*table)[0].size())));
+  const auto calibrated = hardware.gamma.calibrated(display);
+  if (!table || !calibrated) return std::nullopt;
+  return readGamma(*table, *calibrated);
 }
 
 std::string GammaReading::text() const {

@@ -15,6 +15,7 @@ StepProblem unless(bool happened, std::uint32_t display, const std::string& what
 }
 
 constexpr const char* notAttached = "is not plugged in";
+constexpr const char* noGamma = "is not plugged in, or has no gamma table";
 constexpr const char* noFirmware = "has no firmware";
 
 constexpr const char* tooFar = "a coordinate that is not from -1000000 to 1000000";
@@ -169,8 +170,23 @@ StepProblem changeHeadroom(Scene& scene, const StepArguments& arguments) {
 StepProblem refuseGamma(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   const auto times = static_cast<int>(arguments.whole(1));
-  return unless(scene.hardware().gamma.refuse(display, times), display,
-                "is not plugged in, or has no gamma table");
+  return unless(scene.hardware().gamma.refuse(display, times), display, noGamma);
+}
+
+StepProblem changeProfile(Scene& scene, const StepArguments& arguments) {
+  const auto display = arguments.display(0);
+  const double exponent = arguments.number(1);
+  if (exponent < smallestGammaExponent || exponent > largestGammaExponent) {
+    return "an exponent that is not from 0.1 to 10";
+  }
+  return unless(scene.hardware().gamma.changeProfile(display, exponent), display, noGamma);
+}
+
+StepProblem scaleGammaByAnother(Scene& scene, const StepArguments& arguments) {
+  const auto display = arguments.display(0);
+  const double factor = arguments.number(1);
+  if (factor < 0 || factor > 16) return "a factor that is not from 0 to 16";
+  return unless(scene.hardware().gamma.scaleByAnother(display, factor), display, noGamma);
 }
 
 constexpr auto moods =
@@ -294,6 +310,8 @@ std::vector<HardwareStep> hardwareSteps() {
       {"number DISPLAY missing|present", numberOf},
       {"headroom DISPLAY NUMBER", changeHeadroom},
       {"refuse gamma DISPLAY COUNT times", refuseGamma},
+      {"profile DISPLAY NUMBER", changeProfile},
+      {"foreign gamma DISPLAY NUMBER", scaleGammaByAnother},
       {"mood DISPLAY answering|silent|busError|nullReply|garbled|stale|shifted|doubled", mood},
       {"buttons DISPLAY COUNT", buttons},
       {"monitor DISPLAY sleeps|wakes", monitorSleep},

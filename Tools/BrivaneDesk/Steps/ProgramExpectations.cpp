@@ -73,16 +73,44 @@ StepProblem expectNoLog(Stage& stage, const StepArguments& arguments) {
   return mustNotHold(stage.log(), arguments.text(0));
 }
 
+Lines traceOf(const Stage& stage) {
+  Lines lines;
+  for (const auto& line : stage.recorded()) lines.push_back(line.text);
+  return lines;
+}
+
 StepProblem expectTrace(Stage& stage, const StepArguments& arguments) {
-  return mustHold(stage.recorded(), arguments.text(0));
+  return mustHold(traceOf(stage), arguments.text(0));
 }
 
 StepProblem expectTraceTimes(Stage& stage, const StepArguments& arguments) {
-  return mustHoldTimes(stage.recorded(), arguments);
+  return mustHoldTimes(traceOf(stage), arguments);
+}
+
+StepProblem expectTraceTimesBetween(Stage& stage, const StepArguments& arguments) {
+  Lines lines;
+  for (const auto& line : stage.recorded()) {
+    const bool isBetween =
+        line.time >= arguments.get<Microseconds>(2) && line.time <= arguments.get<Microseconds>(3);
+    if (isBetween) lines.push_back(line.text);
+  }
+  return mustHoldTimes(lines, arguments);
+}
+
+/// The first line of each text counts.
+StepProblem expectTraceOrder(Stage& stage, const StepArguments& arguments) {
+  const auto lines = traceOf(stage);
+  const auto first = std::ranges::find_if(lines, holding(arguments.text(0)));
+  const auto second = std::ranges::find_if(lines, holding(arguments.text(1)));
+  if (first == lines.end()) return "no line with " + arguments.text(0);
+  if (second == lines.end()) return "no line with " + arguments.text(1);
+  if (first < second) return std::nullopt;
+  return first == second ? "one line with both: " + *first
+                         : "the line " + *second + "\n      before " + *first;
 }
 
 StepProblem expectNoTrace(Stage& stage, const StepArguments& arguments) {
-  return mustNotHold(stage.recorded(), arguments.text(0));
+  return mustNotHold(traceOf(stage), arguments.text(0));
 }
 
 std::optional<PropertyValue> settingOf(Stage& stage, const std::string& key) {
@@ -118,6 +146,8 @@ std::vector<StepKind> programExpectations() {
       {"expect no log TEXT", expectNoLog},
       {"expect trace TEXT", expectTrace},
       {"expect trace TEXT COUNT times", expectTraceTimes},
+      {"expect trace TEXT COUNT times between TIME and TIME", expectTraceTimesBetween},
+      {"expect trace TEXT before TEXT", expectTraceOrder},
       {"expect no trace TEXT", expectNoTrace},
       {"expect setting NAME = VALUE", expectSetting},
       {"expect setting NAME absent", expectNoSetting},

@@ -1,5 +1,7 @@
 #include <functional>
 
+#include "Machines/Desk/File/KeyTable.h"
+#include "Tools/BrivaneDesk/Language/KeyNames.h"
 #include "Tools/BrivaneDesk/Stage/Stage.h"
 #include "Tools/BrivaneDesk/Steps/StepTable.h"
 
@@ -82,6 +84,46 @@ StepProblem requestSet(Stage& stage, const StepArguments& arguments) {
              [&](RemoteCommands& commands) { return commands.set(arguments.whole(0), display); });
 }
 
+/// On the main thread, where steps are taken.
+StepProblem stall(Stage& stage, const StepArguments& arguments) {
+  if (!stage.isRunning()) return notRunning;
+  stage.program()->runtime().sleep(arguments.get<Microseconds>(0));
+  return std::nullopt;
+}
+
+StepProblem fail(Stage& stage, const StepArguments& arguments) {
+  stage.failNext(arguments.text(0), arguments.whole(1));
+  return std::nullopt;
+}
+
+/// Any modifiers and one other key.
+std::optional<KeyCombination> combinationOf(const Keys& keys) {
+  KeyCombination combination;
+  std::size_t count = 0;
+  for (const auto& name : keys.names) {
+    const auto code = keyCodeOf(name);
+    if (!code) return std::nullopt;
+    const auto modifier = modifierOfKey(*code);
+    if (modifier != 0) {
+      combination.modifiers |= modifier;
+    } else {
+      combination.keyCode = *code;
+      ++count;
+    }
+  }
+  return count == 1 ? std::optional(combination) : std::nullopt;
+}
+
+StepProblem hotkeyOfAnother(Stage& stage, const StepArguments& arguments) {
+  const auto combination = combinationOf(arguments.get<Keys>(0));
+  if (!combination) return "keys that can be no hotkey";
+  auto& input = stage.hardware().input;
+  if (arguments.text(1) == "taken") {
+    return input.takeHotkey(*combination) ? StepProblem() : "the hotkey is taken already";
+  }
+  return input.freeHotkey(*combination) ? StepProblem() : "no other application has the hotkey";
+}
+
 StepProblem end(Stage&, const StepArguments&) {
   return std::nullopt;
 }
@@ -107,6 +149,9 @@ std::vector<StepKind> programSteps() {
       {"request up|down", requestPress},
       {"request set LEVEL", requestSet},
       {"request set LEVEL on DISPLAY", requestSet},
+      {"stall DURATION", stall},
+      {"fail CALL COUNT times", fail},
+      {"hotkey KEYS taken|free", hotkeyOfAnother},
       {"end", end},
       {"transcript off|on", transcript},
   };

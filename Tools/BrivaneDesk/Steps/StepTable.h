@@ -56,6 +56,10 @@ struct HardwareStep {
 const std::vector<StepKind>& stepTable();
 const std::vector<std::string_view>& stepForms();
 
+inline bool isExpectation(std::string_view form) {
+  return form.starts_with("expect ");
+}
+
 /// The expectation of a fatal error.
 inline constexpr std::string_view expectFatalForm = "expect fatal TEXT";
 

@@ -482,6 +482,25 @@ TEST_F(DeskFolderTest, AProcessThatCouldNotSaveAChangeStillSeesLaterOnesOfOthers
       << "and nothing of theirs is overwritten";
 }
 
+TEST_F(DeskFolderTest, AColourProfileOutlivesItsProcessAndTakesTheTableOfAPrograms) {
+  {
+    auto desk = open();
+    desk.hardware.gamma.setTable(1, flat(0.5F));
+    ASSERT_TRUE(desk.hardware.gamma.changeProfile(1, 2));
+  }
+  auto desk = open();
+  const auto profile = desk.hardware.gamma.calibrated(1);
+  const auto middle = profile->front().size() / 2;
+  const double input =
+      static_cast<double>(middle) / static_cast<double>(profile->front().size() - 1);
+  EXPECT_FLOAT_EQ(profile->front()[middle], static_cast<float>(input * input));
+  EXPECT_EQ(desk.hardware.gamma.table(1), profile);
+  ASSERT_TRUE(desk.hardware.gamma.scaleByAnother(1, 0.5));
+  EXPECT_FLOAT_EQ(open().hardware.gamma.table(1)->front().back(), 0.5F);
+  desk.hardware.gamma.restoreCalibratedTables();
+  EXPECT_EQ(open().hardware.gamma.table(1), profile);
+}
+
 TEST_F(DeskFolderTest, AGammaStateOfSamplesThatAreNoNumbersIsSetAside) {
   {
     auto desk = open();
