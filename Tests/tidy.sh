@@ -115,6 +115,8 @@ check "scripts parse" "$(for script in run test bench .ci/run $(sources '*.sh');
 
 check "each mistake that the Mac's tests are tried on can be made, and its test is there" "$(
   Tests/Mac/Machine/seeded-faults.sh --check 2>&1)"
+check "each mistake that the engine's tests are tried on can be made, and its test is there" "$(
+  Tests/Faults/engine-faults.sh --check 2>&1)"
 
 check "no path of this machine is in the tree" "$(git grep -nIF -e "$PWD/" -e "$HOME/" -- .)"
 
