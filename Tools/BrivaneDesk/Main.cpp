@@ -1,12 +1,18 @@
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Common/Files/ResourceFolder.h"
+#include "Machines/Common/Processes/ThreadRuntime.h"
+#include "Tools/BrivaneDesk/Language/Tokens.h"
 #include "Tools/BrivaneDesk/PokeCommand.h"
 #include "Tools/BrivaneDesk/RunCommand.h"
 #include "Tools/BrivaneDesk/SwarmCommand.h"
@@ -23,11 +29,21 @@ constexpr std::string_view help = R"(brivane-desk run FILE... [--regenerate] [--
     --seed         plays as the swarm does: simultaneous events come in an
                    order drawn from N, and no transcript is compared
 
-brivane-desk swarm --seeds A..B [--keep FOLDER]
-    plays a random day on a random desk for each seed
+brivane-desk swarm --seeds A..B [--hours H] [--jobs N] [--limit S] [--keep FOLDER]
+    plays a random day on a random desk for each seed; of the days that fail
+    alike, one is cut down to what it takes to fail
 
-    --keep         where scenarios that failed are written; by default the
-                   current folder
+    --hours        goes on with the seeds after B until H hours have passed;
+                   without --seeds from seed 1
+    --jobs         plays N days at a time
+    --limit        a day that takes more than S seconds hangs; by default 120
+    --keep         where days that failed are written; by default the current
+                   folder
+
+    The exit status is that of the worst failure:
+    0  all days went well     1  an expectation failed
+    3  a crash or a hang      4  a rule was broken
+    5  a display that answers was never resolved
 
 brivane-desk poke [DESK] STEP
     does one step (docs/scenarios.md) to a running desk: programs on it meet
@@ -50,6 +66,10 @@ brivane-desk watch [DESK]
 int misunderstood(const std::string& what) {
   std::cerr << "brivane-desk: " << what << "; --help lists what there is" << std::endl;
   return 2;
+}
+
+int unexpected(const std::string& expected, const std::string& found) {
+  return misunderstood("expected " + expected + ", found " + found);
 }
 
 bool asksForHelp(const std::string& argument) {
@@ -75,7 +95,7 @@ int run(const std::vector<std::string>& arguments) {
       if (index + 1 == arguments.size()) return misunderstood("--seed needs a number, such as 7");
       const auto seeds = brivane::parseSeeds(arguments[++index]);
       if (!seeds || seeds->first != seeds->last) {
-        return misunderstood("expected a seed such as 7, found " + arguments[index]);
+        return unexpected("a seed such as 7", arguments[index]);
       }
       options.seed = seeds->first;
     } else if (argument == "--regenerate") {
@@ -92,27 +112,64 @@ int run(const std::vector<std::string>& arguments) {
   return brivane::runScenarios(options, std::cout);
 }
 
-int swarm(const std::vector<std::string>& arguments) {
-  brivane::SwarmOptions options;
-  options.resources = resources();
-  bool hasSeeds = false;
-  for (std::size_t index = 0; index < arguments.size(); ++index) {
-    const bool hasValue = index + 1 < arguments.size();
-    if (arguments[index] == "--seeds") {
-      if (!hasValue) return misunderstood("--seeds needs numbers, such as 1..20");
-      const auto seeds = brivane::parseSeeds(arguments[++index]);
-      if (!seeds) return misunderstood("expected seeds such as 1..20, found " + arguments[index]);
-      options.seeds = *seeds;
-      hasSeeds = true;
-    } else if (arguments[index] == "--keep") {
-      if (!hasValue) return misunderstood("--keep needs a folder");
-      options.keepFolder = arguments[++index];
-    } else {
-      return misunderstood("swarm does not understand " + arguments[index]);
-    }
+/// A whole number from 1 to `most`; nothing for other texts.
+std::optional<std::int64_t> countIn(const std::string& text, std::int64_t most) {
+  const auto number = brivane::parseInteger(text);
+  return number && *number >= 1 && *number <= most ? number : std::nullopt;
+}
+
+/// Returns what the option expects, if the text isn't it.
+std::string readSwarmOption(brivane::SwarmOptions& options, const std::string& option,
+                            const std::string& text) {
+  constexpr std::int64_t mostJobs = 256;
+  constexpr std::int64_t longestLimit = 86'400;
+  if (option == "--seeds") {
+    const auto seeds = brivane::parseSeeds(text);
+    options.seeds = seeds.value_or(options.seeds);
+    return seeds ? "" : "seeds such as 1..20";
   }
-  if (!hasSeeds) return misunderstood("swarm needs --seeds, such as --seeds 1..20");
-  return brivane::runSwarm(options, std::cout);
+  if (option == "--hours") {
+    const auto duration = brivane::parseMicroseconds(text + "h");
+    options.duration = brivane::Microseconds(duration.value_or(0));
+    return duration ? "" : "hours such as 1.5";
+  }
+  if (option == "--jobs") {
+    const auto jobs = countIn(text, mostJobs);
+    options.jobs = static_cast<std::size_t>(jobs.value_or(1));
+    return jobs ? "" : "a number from 1 to 256";
+  }
+  if (option == "--limit") {
+    const auto seconds = countIn(text, longestLimit);
+    options.limitSeconds = static_cast<unsigned>(seconds.value_or(1));
+    return seconds ? "" : "seconds from 1 to 86400";
+  }
+  options.keepFolder = text;
+  return "";
+}
+
+int swarm(const std::vector<std::string>& arguments) {
+  constexpr std::array known = {"--seeds", "--hours", "--jobs", "--limit", "--keep"};
+  brivane::SwarmOptions options;
+  options.stage.resources = resources();
+  options.seeds = {1, 1};
+  for (std::size_t index = 0; index < arguments.size(); index += 2) {
+    const auto& option = arguments[index];
+    if (std::ranges::count(known, option) == 0) {
+      return misunderstood("swarm does not understand " + option);
+    }
+    if (index + 1 == arguments.size()) return misunderstood(option + " needs a value");
+    const auto& text = arguments[index + 1];
+    const auto expected = readSwarmOption(options, option, text);
+    if (!expected.empty()) return unexpected(expected, text);
+  }
+  const auto isGiven = [&](const char* option) {
+    return std::ranges::count(arguments, option) > 0;
+  };
+  if (!isGiven("--seeds") && !isGiven("--hours")) {
+    return misunderstood("swarm needs --seeds, such as --seeds 1..20, or --hours");
+  }
+  const brivane::ThreadRuntime clock;
+  return brivane::runSwarm(options, clock, std::cout);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "Machines/Desk/File/DeskFile.h"
 #include "Tools/BrivaneDesk/DefaultDesk.h"
 #include "Tools/BrivaneDesk/Judge/Judge.h"
+#include "Tools/BrivaneDesk/Judge/Liveness.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"
 #include "Tools/BrivaneDesk/Steps/StepTable.h"
 
@@ -46,6 +47,10 @@ std::optional<std::string> findUnknownDisplay(const Scenario& scenario,
   return std::nullopt;
 }
 
+FailureKind kindOf(const judge::Breach& breach) {
+  return breach.rule == judge::livenessRule ? FailureKind::liveness : FailureKind::rule;
+}
+
 /// Carries out the steps and collects the failures.
 class Player {
  public:
@@ -73,7 +78,8 @@ class Player {
   /// A step with a time may begin during the previous one.
   void begin(std::size_t index) {
     const auto next = index + 1;
-    if (next < steps.size() && steps[next].time) plan(next, *steps[next].time);
+    const auto time = next < steps.size() ? steps[next].time : std::nullopt;
+    if (time) plan(next, *time);
     take(steps[index]);
   }
 
@@ -89,7 +95,8 @@ class Player {
              line.find(std::get<std::string>(step.arguments.front())) != std::string::npos;
     });
     if (isExpected) return;
-    outcome.failures.push_back({lineTaken, "no fatal error is met", stage.now(), line});
+    outcome.failures.push_back(
+        {FailureKind::step, lineTaken, "no fatal error is met", stage.now(), line});
     stage.schedule().abandon();
   }
 
@@ -98,7 +105,8 @@ class Player {
     options.onEvent = [this](Microseconds time, const std::string& line) {
       judge->see(time, line);
       for (const auto& breach : judge->takeBreaches()) {
-        outcome.failures.push_back({lineTaken, breach.rule, breach.time, breach.found});
+        outcome.failures.push_back(
+            {kindOf(breach), lineTaken, breach.rule, breach.time, breach.found});
       }
     };
     return options;
@@ -115,8 +123,8 @@ class Player {
       if (kind.form != step.form) continue;
       const Microseconds time = stage.now();
       const auto problem = kind.take(stage, StepArguments(step.arguments));
-      if (problem && !step.isTried)
-        outcome.failures.push_back({step.line, step.text, time, *problem});
+      if (!problem || step.isTried) return;
+      outcome.failures.push_back({FailureKind::step, step.line, step.text, time, *problem});
       return;
     }
   }

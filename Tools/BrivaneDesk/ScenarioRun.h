@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "Tools/BrivaneDesk/FailureKind.h"
 #include "Tools/BrivaneDesk/Language/Scenario.h"
 #include "Tools/BrivaneDesk/Stage/Stage.h"
 
@@ -27,8 +28,10 @@ std::variant<LoadedScenario, std::string> loadScenarioText(const std::string& te
 /// The error of a step that names a display missing on the desk; nothing without one.
 std::optional<std::string> unknownDisplay(const Step& step, const DeskDescription& desk);
 
-/// A step that could not be carried out, or an expectation that did not hold.
+/// A step that could not be carried out, an expectation that did not hold, or a rule that was
+/// broken during the step.
 struct StepFailure {
+  FailureKind kind = FailureKind::step;
   int line = 0;
   std::string step;
   Microseconds time{0};

@@ -1,10 +1,17 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <iosfwd>
 #include <optional>
+#include <string>
 #include <string_view>
+
+#include "BrivaneCore/Seams/Runtime.h"
+#include "Tools/BrivaneDesk/Stage/Stage.h"
+#include "Tools/BrivaneDesk/Weather/RandomDay.h"
 
 namespace brivane {
 
@@ -20,15 +27,25 @@ std::optional<SeedRange> parseSeeds(std::string_view text);
 
 struct SwarmOptions {
   SeedRange seeds;
+  /// Goes on with the seeds after the last for this long.
+  Microseconds duration{0};
+  /// How many days are played at a time.
+  std::size_t jobs = 1;
+  /// What a day may take, in seconds of real time.
+  unsigned limitSeconds = 120;
   /// The folder for the scenarios of failing days.
   std::filesystem::path keepFolder = ".";
-  /// The folder of the resource bundles.
-  std::filesystem::path resources;
+  StageOptions stage;
+  /// The day of a seed, as a scenario.
+  std::function<std::string(std::uint64_t seed)> dayOf = randomDay;
 };
 
-/// Plays each seed's random day twice, with the order of simultaneous events drawn from the seed:
-/// all expectations must hold, the judge must find no rule broken, and both transcripts must be
-/// equal. The exit status: 0 when all passed, else 1.
-int runSwarm(const SwarmOptions& options, std::ostream& out);
+/// Plays each seed's random day twice in a process of its own, with the order of simultaneous
+/// events drawn from the seed: all expectations must hold, the judge must find no rule broken, and
+/// both transcripts must be equal. Writes each failing day to a file; of those that fail alike, the
+/// one with the lowest seed is cut down. Returns the exit status, that of the worst failure: 0 when
+/// all went well, 1 for a failed step, 5 for a display that was never resolved, 4 for another
+/// broken rule, 3 for a crash or a hang; 2 without the folder.
+int runSwarm(const SwarmOptions& options, const Runtime& clock, std::ostream& out);
 
 }  // namespace brivane

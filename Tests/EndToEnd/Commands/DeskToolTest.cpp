@@ -37,8 +37,13 @@ TEST(DeskTool, SaysWhatAnOptionWithoutItsValueNeeds) {
   };
   for (const auto& [words, complaint] :
        {Case{{"run", "some.scenario", "--seed"}, "--seed needs a number, such as 7"},
-        Case{{"swarm", "--seeds"}, "--seeds needs numbers, such as 1..20"},
-        Case{{"swarm", "--seeds", "1..2", "--keep"}, "--keep needs a folder"},
+        Case{{"swarm", "--seeds"}, "--seeds needs a value"},
+        Case{{"swarm", "--seeds", "1..2", "--keep"}, "--keep needs a value"},
+        Case{{"swarm", "--seeds", "2..1"}, "expected seeds such as 1..20, found 2..1"},
+        Case{{"swarm", "--hours", "some"}, "expected hours such as 1.5, found some"},
+        Case{{"swarm", "--jobs", "0"}, "expected a number from 1 to 256, found 0"},
+        Case{{"swarm", "--limit", "0"}, "expected seconds from 1 to 86400, found 0"},
+        Case{{"swarm", "--jobs", "2"}, "swarm needs --seeds, such as --seeds 1..20, or --hours"},
         Case{{"run", "--sed", "7"}, "run has no option --sed"}}) {
     const auto result = type(words);
     EXPECT_EQ(result.exitStatus, 2);

@@ -85,7 +85,7 @@ BEFORE = {
 # Run by another test: which, and in which words.
 ELSEWHERE = {
     DESK + "run Tests/Scenarios/*.scenario": ("Tests/CMakeLists.txt", "brivane-desk run Tests/Scenarios/*.scenario"),
-    DESK + "swarm --seeds 1..20": ("Tests/CMakeLists.txt", "brivane-desk swarm --seeds 1..20"),
+    DESK + "swarm --seeds 1..100": ("Tests/CMakeLists.txt", "brivane-desk swarm --seeds 1..100"),
     "Tests/Mac/Machine/seeded-faults.sh WORDS": ("Tests/tidy.sh", "Tests/Mac/Machine/seeded-faults.sh"),
     "Packaging/macOS/get-zig.sh": ("test", "Packaging/macOS/get-zig.sh"),
     "Packaging/Linux/make-package.sh": ("Tests/Packaging/package_again.sh", "Packaging/Linux/make-package.sh"),

@@ -3,11 +3,10 @@
 #include <sstream>
 
 #include "Tests/Support/TemporaryFolder.h"
-#include "Tools/BrivaneDesk/Weather/RandomDay.h"
 #include "Tools/BrivaneDesk/RunCommand.h"
 #include "Tools/BrivaneDesk/ScenarioRun.h"
-#include "Tools/BrivaneDesk/SwarmCommand.h"
 #include "Tools/BrivaneDesk/TranscriptFile.h"
+#include "Tools/BrivaneDesk/Weather/RandomDay.h"
 
 namespace brivane {
 namespace {
@@ -438,20 +437,6 @@ TEST(ScenarioRun, ADayOnWhichAMappingIsLeftOtherThanAtFirstIsNoticed) {
   const auto outcome = playScenario(std::get<LoadedScenario>(loaded), {});
   ASSERT_EQ(outcome.failures.size(), 1U);
   EXPECT_EQ(outcome.failures.front().line, 4);
-}
-
-TEST(SwarmCommand, AFolderThatCannotBeWrittenIsSaidSo) {
-  std::ostringstream out;
-  EXPECT_EQ(runSwarm({{1, 2}, "/no/such/folder", {}}, out), 1);
-  EXPECT_EQ(out.str(), "/no/such/folder/seed-1.scenario: can't be written\n");
-}
-
-TEST(SwarmCommand, SeedsAreARange) {
-  EXPECT_EQ(parseSeeds("3..7"), (SeedRange{3, 7}));
-  EXPECT_EQ(parseSeeds("5"), (SeedRange{5, 5}));
-  for (const auto* const text : {"", "7..3", "a..b", "1..", "..2", "-1..2", "0..1000000"}) {
-    EXPECT_EQ(parseSeeds(text), std::nullopt) << text;
-  }
 }
 
 }  // namespace

@@ -4,8 +4,7 @@ namespace brivane::judge {
 
 Liveness::Liveness(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches,
                    const MenuReading& menuReading)
-    : Checker(knownDesk, allBreaches, "after thirty quiet seconds every display is resolved"),
-      menu(menuReading) {}
+    : Checker(knownDesk, allBreaches, livenessRule), menu(menuReading) {}
 
 void Liveness::see(const TraceEvent& event) {
   const auto* const moved = event.as<MenuMoved>();

@@ -5,6 +5,8 @@
 
 namespace brivane::judge {
 
+inline constexpr const char* livenessRule = "after thirty quiet seconds every display is resolved";
+
 /// Thirty quiet seconds after the last trouble, the menu shows the level of every display that
 /// answers and that can be found, with a slider, and no line of a retry.
 class Liveness : public Checker {
