@@ -66,11 +66,14 @@ TEST_F(CarbonHotkeyRegistrarTest, OneHandlerIsInstalledHoweverOftenTheCallbacksC
 }
 
 TEST_F(CarbonHotkeyRegistrarTest,
-       AHandlerThatTheSystemRefusedIsAskedForAgainNextTimeAndNeverGivenBack) {
+       AHandlerThatTheSystemRefusedIsLoggedAndAskedForAgainNextTimeAndNeverGivenBack) {
   machine.hotkeyGrabs.refusesHandler = true;
   registrar->installHandler(note("pressed"), note("released"));
   registrar->unregisterAll();
-  EXPECT_THAT(machine.notes.take(), ElementsAre("[0] install hotkey handler"));
+  EXPECT_THAT(machine.notes.take(),
+              ElementsAre("[0] install hotkey handler",
+                          "[0] log Brivane: could not install the hotkey handler — hotkeys do "
+                          "nothing"));
   machine.hotkeyGrabs.refusesHandler = false;
   registrar->installHandler(note("pressed"), note("released"));
   EXPECT_THAT(machine.notes.take(), ElementsAre("[0] install hotkey handler"));
