@@ -12,6 +12,7 @@
 #include "BrivaneCore/Support/Numbers.h"
 #include "Machines/Common/Files/ResourceFolder.h"
 #include "Machines/Common/Processes/ThreadRuntime.h"
+#include "Tools/BrivaneDesk/FaultsCommand.h"
 #include "Tools/BrivaneDesk/Language/Tokens.h"
 #include "Tools/BrivaneDesk/PokeCommand.h"
 #include "Tools/BrivaneDesk/RunCommand.h"
@@ -44,6 +45,10 @@ brivane-desk swarm --seeds A..B [--hours H] [--jobs N] [--limit S] [--keep FOLDE
     0  all days went well     1  an expectation failed
     3  a crash or a hang      4  a rule was broken
     5  a display that answers was never resolved
+
+brivane-desk faults FILE... [--jobs N]
+    plays scenarios once for each call of the program to its machine, which
+    fails: what can't be done must be said, and a second start leave nothing
 
 brivane-desk poke [DESK] STEP
     does one step (docs/scenarios.md) to a running desk: programs on it meet
@@ -112,6 +117,9 @@ int run(const std::vector<std::string>& arguments) {
   return brivane::runScenarios(options, std::cout);
 }
 
+constexpr std::int64_t mostJobs = 256;
+constexpr const char* jobsExpected = "a number from 1 to 256";
+
 /// A whole number from 1 to `most`; nothing for other texts.
 std::optional<std::int64_t> countIn(const std::string& text, std::int64_t most) {
   const auto number = brivane::parseInteger(text);
@@ -121,7 +129,6 @@ std::optional<std::int64_t> countIn(const std::string& text, std::int64_t most) 
 /// Returns what the option expects, if the text isn't it.
 std::string readSwarmOption(brivane::SwarmOptions& options, const std::string& option,
                             const std::string& text) {
-  constexpr std::int64_t mostJobs = 256;
   constexpr std::int64_t longestLimit = 86'400;
   if (option == "--seeds") {
     const auto seeds = brivane::parseSeeds(text);
@@ -136,7 +143,7 @@ std::string readSwarmOption(brivane::SwarmOptions& options, const std::string& o
   if (option == "--jobs") {
     const auto jobs = countIn(text, mostJobs);
     options.jobs = static_cast<std::size_t>(jobs.value_or(1));
-    return jobs ? "" : "a number from 1 to 256";
+    return jobs ? "" : jobsExpected;
   }
   if (option == "--limit") {
     const auto seconds = countIn(text, longestLimit);
@@ -172,6 +179,26 @@ int swarm(const std::vector<std::string>& arguments) {
   return brivane::runSwarm(options, clock, std::cout);
 }
 
+int faults(const std::vector<std::string>& arguments) {
+  brivane::FaultsOptions options;
+  options.resources = resources();
+  for (std::size_t index = 0; index < arguments.size(); ++index) {
+    const auto& argument = arguments[index];
+    if (argument == "--jobs") {
+      if (index + 1 == arguments.size()) return misunderstood("--jobs needs a value");
+      const auto jobs = countIn(arguments[++index], mostJobs);
+      if (!jobs) return unexpected(jobsExpected, arguments[index]);
+      options.jobs = static_cast<std::size_t>(*jobs);
+    } else if (argument.starts_with("--")) {
+      return misunderstood("faults has no option " + argument);
+    } else {
+      options.files.emplace_back(argument);
+    }
+  }
+  if (options.files.empty()) return misunderstood("faults needs a scenario");
+  return brivane::runFaults(options, std::cout);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -184,6 +211,7 @@ int main(int argc, char** argv) {
   arguments.erase(arguments.begin());
   if (command == "run") return run(arguments);
   if (command == "swarm") return swarm(arguments);
+  if (command == "faults") return faults(arguments);
   if (command == "poke") return brivane::poke(std::move(arguments), std::cout, std::cerr);
   if (command == "watch") return brivane::watchDesk(std::move(arguments), std::cout, std::cerr);
   return misunderstood("there is no command " + command);

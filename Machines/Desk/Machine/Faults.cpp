@@ -28,9 +28,9 @@ bool Faults::isPlanned(std::string_view call) {
   return planned->second.contains(occurrence);
 }
 
-void Faults::failNext(std::string_view call, std::int64_t times) {
+void Faults::failNext(std::string_view call, std::int64_t times, std::int64_t spared) {
   const std::lock_guard lock(mutex);
-  failing[std::string(call)] = times;
+  failing[std::string(call)] = {times, spared};
   hasFailing = true;
 }
 
@@ -38,9 +38,11 @@ bool Faults::isNext(std::string_view call) {
   if (!hasFailing) return false;
   const std::lock_guard lock(mutex);
   const auto found = failing.find(call);
-  if (found == failing.end() || found->second == 0) return false;
-  --found->second;
-  return true;
+  if (found == failing.end() || found->second.failing == 0) return false;
+  auto& coming = found->second;
+  const bool fails = coming.spared == 0;
+  --(fails ? coming.failing : coming.spared);
+  return fails;
 }
 
 }  // namespace brivane

@@ -29,8 +29,8 @@ class Faults {
   /// something, describes the change in the trace.
   bool strikes(std::string_view call, const Describe& what = nullptr);
 
-  /// Makes the next `times` occurrences of the call fail; 0: none.
-  void failNext(std::string_view call, std::int64_t times);
+  /// Makes `times` occurrences of the call fail, once `spared` have not; 0: none.
+  void failNext(std::string_view call, std::int64_t times, std::int64_t spared);
 
   /// Called for every call, with whether it fails. Set it before the first call.
   using CallTrace = std::function<void(std::string_view call, bool fails)>;
@@ -49,8 +49,12 @@ class Faults {
   std::atomic<bool> failsAlways = false;
   std::mutex mutex;
   std::map<std::string, std::int64_t, std::less<>> occurrences;
-  /// How many of the next occurrences fail.
-  std::map<std::string, std::int64_t, std::less<>> failing;
+  struct Coming {
+    std::int64_t failing = 0;
+    std::int64_t spared = 0;
+  };
+  /// How many of the next occurrences fail, and of those before them don't.
+  std::map<std::string, Coming, std::less<>> failing;
   std::atomic<bool> hasFailing = false;
 };
 

@@ -72,7 +72,9 @@ class DeskMachine : public ResidentMachine {
   void setCallTrace(Faults::CallTrace callTrace);
 
   /// See `Faults::failNext`.
-  void failNext(std::string_view call, std::int64_t times) { faults->failNext(call, times); }
+  void failNext(std::string_view call, std::int64_t times, std::int64_t spared) {
+    faults->failNext(call, times, spared);
+  }
 
   /// Ends the program like a signal that can't be caught: later calls by its objects fail without
   /// effect. The objects may be destroyed at any later time, the machine last. Main thread.

@@ -85,6 +85,8 @@ BEFORE = {
 # Run by another test: which, and in which words.
 ELSEWHERE = {
     DESK + "run Tests/Scenarios/*.scenario": ("Tests/CMakeLists.txt", "brivane-desk run Tests/Scenarios/*.scenario"),
+    DESK + "faults Tests/FaultsInTurn/*.scenario":
+        ("Tests/CMakeLists.txt", "brivane-desk faults Tests/FaultsInTurn/*.scenario"),
     DESK + "swarm --seeds 1..100": ("Tests/CMakeLists.txt", "brivane-desk swarm --seeds 1..100"),
     "Tests/Mac/Machine/seeded-faults.sh WORDS": ("Tests/tidy.sh", "Tests/Mac/Machine/seeded-faults.sh"),
     "Packaging/macOS/get-zig.sh": ("test", "Packaging/macOS/get-zig.sh"),

@@ -28,7 +28,10 @@ Restarts::Restarts(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches)
 
 void Restarts::see(const TraceEvent& event) {
   if (!isSettled && event.time >= desk.startedAt + startDuration) settle(event.time);
-  if (event.isFault) isSame = false;
+  if (event.isFault) {
+    isSame = false;
+    isMeasure = isMeasure && isSettled;
+  }
   if (const auto* const step = event.as<StepTaken>()) {
     if (changesKeys(step->words)) isSame = false;
   } else if (event.as<ProgramStarted>() != nullptr) {
@@ -69,8 +72,9 @@ void Restarts::settle(Microseconds time) {
     breach(time, now.hotkeys != before->hotkeys ? "other hotkeys than in the run before"
                                                 : "another mapping than in the run before");
   }
-  before = now;
+  before = isMeasure ? std::optional(now) : std::nullopt;
   isSame = true;
+  isMeasure = true;
 }
 
 }  // namespace brivane::judge

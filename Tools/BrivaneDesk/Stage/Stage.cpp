@@ -88,7 +88,7 @@ void Stage::runProgram() {
   isStartRequested = false;
   isKilled = false;
   machine = makeMachine();
-  for (const auto& [call, times] : std::exchange(nextFailures, {})) machine->failNext(call, times);
+  for (const auto& plan : std::exchange(nextFailures, {})) plan(*machine);
   clock = &machine->runtime();
   machine->keyboard().onUnclaimedKey = [this](const UnclaimedKey& key) {
     auto* const editor = frame == nullptr ? nullptr : frame->editorWindow();
@@ -145,9 +145,10 @@ void Stage::meetFatalError(DeskMachine& process, const std::string& line) {
   throw FatalEnd();
 }
 
-void Stage::failNext(const std::string& call, std::int64_t times) {
-  if (machine) return machine->failNext(call, times);
-  nextFailures[call] = times;
+void Stage::failNext(const std::string& call, std::int64_t times, std::int64_t spared) {
+  const auto plan = [=](DeskMachine& program) { program.failNext(call, times, spared); };
+  if (machine) return plan(*machine);
+  nextFailures.emplace_back(plan);
 }
 
 void Stage::killProgram() {

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -60,9 +59,9 @@ class Stage : public Scene {
   void killProgram();
   /// Runs a second process of the program on the same hardware to its end.
   void runCommand(const std::vector<std::string>& arguments);
-  /// Makes the next `times` such calls of the program fail; those of the next program while none
-  /// runs.
-  void failNext(const std::string& call, std::int64_t times);
+  /// Makes `times` such calls of the program fail, once `spared` have not; those of the next
+  /// program while none runs.
+  void failNext(const std::string& call, std::int64_t times, std::int64_t spared);
   /// Null when the program isn't running; so is the frame.
   DeskMachine* program() const { return machine.get(); }
   DeskFrame* programFrame() const { return frame; }
@@ -126,7 +125,8 @@ class Stage : public Scene {
 
   std::unique_ptr<DeskMachine> machine;
   DeskFrame* frame = nullptr;
-  std::map<std::string, std::int64_t> nextFailures;
+  /// What the next program's calls will do.
+  std::vector<std::function<void(DeskMachine& program)>> nextFailures;
   bool isStartRequested = false;
   bool isKilled = false;
   std::optional<int> lastExitStatus;

@@ -92,7 +92,12 @@ StepProblem stall(Stage& stage, const StepArguments& arguments) {
 }
 
 StepProblem fail(Stage& stage, const StepArguments& arguments) {
-  stage.failNext(arguments.text(0), arguments.whole(1));
+  stage.failNext(arguments.text(0), arguments.whole(1), 0);
+  return std::nullopt;
+}
+
+StepProblem failOnceAfter(Stage& stage, const StepArguments& arguments) {
+  stage.failNext(arguments.text(0), 1, arguments.whole(1));
   return std::nullopt;
 }
 
@@ -151,6 +156,7 @@ std::vector<StepKind> programSteps() {
       {"request set LEVEL on DISPLAY", requestSet},
       {"stall DURATION", stall},
       {"fail CALL COUNT times", fail},
+      {"fail CALL once after COUNT", failOnceAfter},
       {"hotkey KEYS taken|free", hotkeyOfAnother},
       {"end", end},
       {"transcript off|on", transcript},

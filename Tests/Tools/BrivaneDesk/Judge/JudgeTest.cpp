@@ -187,6 +187,10 @@ TEST(Judge, AStartAfterAKillIsLikeOneAfterAnEnd) {
               ElementsAre("the effects of an earlier run are not cleared first"));
   EXPECT_THAT(breachesOf(with(firstRun, {cleared, "3 > end"})),
               ElementsAre("other hotkeys than in the run before"));
+  // What a refused call left out is no measure.
+  EXPECT_THAT(breachesOf({"0.1 fault Hotkeys.registerHotkey: 1 registered", "1 program killed",
+                          "2 > start", "2 program started", cleared, again, "3 > end"}),
+              IsEmpty());
 }
 
 /// A look at the menu after quiet seconds. Both monitors answer 75, and the second is shown so.
