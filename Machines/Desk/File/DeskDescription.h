@@ -41,6 +41,8 @@ enum class MonitorMood {
   shifted,
   /// Its replies begin with their first byte twice.
   doubled,
+  /// Forgets a get to which it has not replied yet when a set arrives.
+  forgetful,
 };
 
 /// One monitor's DDC/CI firmware.

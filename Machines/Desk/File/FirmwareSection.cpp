@@ -17,7 +17,8 @@ const std::vector<std::pair<std::string_view, MonitorMood>>& moods() {
       {"answering", MonitorMood::answering}, {"silent", MonitorMood::silent},
       {"busError", MonitorMood::busError},   {"nullReply", MonitorMood::nullReply},
       {"garbled", MonitorMood::garbled},     {"stale", MonitorMood::stale},
-      {"shifted", MonitorMood::shifted},     {"doubled", MonitorMood::doubled}};
+      {"shifted", MonitorMood::shifted},     {"doubled", MonitorMood::doubled},
+      {"forgetful", MonitorMood::forgetful}};
   return names;
 }
 

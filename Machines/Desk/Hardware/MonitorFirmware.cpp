@@ -112,6 +112,7 @@ void MonitorFirmware::receive(MonitorState& state, std::span<const std::uint8_t>
                               Instant now) const {
   const auto opcode = message[1];
   if (opcode == setOpcode && message.size() == 6) {
+    if (state.mood == MonitorMood::forgetful) state.request.reset();
     receiveSet(state, message[2], static_cast<std::uint16_t>(message[3] << 8U | message[4]));
   } else if (opcode == getOpcode && message.size() == 4) {
     const auto code = message[2];

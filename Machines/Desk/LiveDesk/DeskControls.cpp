@@ -9,8 +9,9 @@ namespace brivane {
 namespace {
 
 constexpr std::array offeredMoods = {
-    MonitorMood::answering, MonitorMood::silent, MonitorMood::busError, MonitorMood::nullReply,
-    MonitorMood::garbled,   MonitorMood::stale,  MonitorMood::shifted,  MonitorMood::doubled};
+    MonitorMood::answering, MonitorMood::silent,  MonitorMood::busError,
+    MonitorMood::nullReply, MonitorMood::garbled, MonitorMood::stale,
+    MonitorMood::shifted,   MonitorMood::doubled, MonitorMood::forgetful};
 constexpr std::array headrooms = {1.0, 1.6, 2.0, 4.0};
 
 /// The number tells twins apart.

@@ -111,7 +111,11 @@ void GammaCurves::see(const TraceEvent& event) {
     }
   } else if (const auto* const plugged = event.as<DisplayPlugged>()) {
     const auto found = displays.find(plugged->display);
-    if (plugged->isPlugged && found != displays.end()) calibrate(found->second);
+    if (!plugged->isPlugged || found == displays.end()) return;
+    // The program holds on to the effects, and puts them in force again.
+    const bool hadTwoEffects = found->second.hasTwoEffects;
+    calibrate(found->second);
+    found->second.hasTwoEffects = hadTwoEffects;
   }
 }
 

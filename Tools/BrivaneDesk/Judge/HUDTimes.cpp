@@ -66,17 +66,18 @@ void HUDTimes::seeGone(Microseconds time) {
   hide();
 }
 
-/// A level that is stored when a set ends for which a key was pressed.
+/// The level that is stored when a set ends for which a key was pressed; another one of that moment
+/// was read for a twin.
 void HUDTimes::seeLevelStored(const TraceEvent& event, const SettingChanged& setting) {
-  if (setEndedAt != event.time || !setting.key.starts_with("brightness.") || !desk.pressedAt)
-    return;
+  const bool isOfSet = setEndedAt == event.time && setting.key.starts_with("brightness.");
+  if (!isOfSet || !desk.pressedAt || due) return;
   const Microseconds cause = event.time - 2 * setWait;
   const bool isOfPress = *desk.pressedAt == cause && requestedAt != cause;
   const auto pointed = desk.underPointer();
   const std::string_view identity = setting.key.substr(setting.key.find('.') + 1);
   const auto* const display = desk.find(setDisplay);
   if (display == nullptr || display->identity != identity) return;
-  if (!isOfPress || !pointed || !desk.isSameOrTwin(setDisplay, *pointed)) return;
+  if (!isOfPress || !pointed || !desk.mayBeBusOf(setDisplay, *pointed)) return;
   const auto stored = desk.levels.find(identity);
   // A restore may end at that moment, too.
   const bool isRestore = stored != desk.levels.end() && desk.replacedLevel == stored->second;

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "Machines/Desk/File/FirmwareSection.h"
+
 namespace brivane::judge {
 namespace {
 
@@ -16,8 +18,10 @@ std::string identityOf(const DisplayDescription& display) {
 constexpr std::string_view levelPrefix = "brightness.";
 constexpr std::string_view maximumPrefix = "ddcmax.";
 
-/// What the wait between a request and its reply allows.
-constexpr std::int64_t longestReplyMilliseconds = 40;
+/// What three attempts allow, 40 ms after each request, with 20 and 40 ms between them.
+constexpr std::int64_t longestReplyMilliseconds = 180;
+/// A monitor that has been slow to wake answers the next retry, 5 s later, or the one after it.
+constexpr Microseconds slowWakeNoticed{30'000'000};
 
 std::int64_t wholeNumber(std::string_view text) {
   std::int64_t value = 0;
@@ -27,7 +31,7 @@ std::int64_t wholeNumber(std::string_view text) {
 
 std::string moodOf(const DisplayDescription& display) {
   if (!display.firmware) return "silent";
-  return display.firmware->mood == MonitorMood::answering ? "answering" : "other";
+  return std::string(moodName(display.firmware->mood));
 }
 
 bool isInside(Point point, const Rect& frame) {
@@ -35,11 +39,19 @@ bool isInside(Point point, const Rect& frame) {
          point.y <= frame.y + frame.height;
 }
 
-bool isPlain(const RegistryDescription& registry) {
-  return !registry.displayAttributes && !registry.productAttributes &&
-         !registry.legacyManufacturerID && !registry.productID && !registry.serialNumber &&
-         !registry.location && registry.panelController.empty() && registry.proxyParent.empty() &&
-         registry.hasProxy && registry.serviceCanBeCreated && registry.panelDepth <= 8;
+/// A property of a panel: what the desk file puts in its place, nothing when that is no number.
+std::optional<std::int64_t> numberOf(const RegistryDescription::Override& replacement,
+                                     std::uint32_t usual) {
+  if (!replacement) return usual;
+  return *replacement ? (*replacement)->exactInteger() : std::nullopt;
+}
+
+bool isPort(std::string_view name) {
+  return name.starts_with("disp");
+}
+
+std::string orElse(const std::string& name, const std::string& usual) {
+  return name.empty() ? usual : name;
 }
 
 /// Steps of a person that change nothing which the program has to follow.
@@ -69,10 +81,12 @@ KnownDesk::KnownDesk(const DeskDescription& desk) : description(desk), pointer(d
   for (const auto& [key, value] : desk.brivaneDefaults.values) {
     seeSetting(key, std::to_string(value.asInteger()));
   }
+  learnBuses();
 }
 
 void KnownDesk::see(const TraceEvent& event) {
   now = event.time;
+  isForgetting = false;
   if (event.isFault) troubleAt = now;
   std::visit([this](const auto& kind) { take(kind); }, event.kind);
 }
@@ -85,6 +99,8 @@ void KnownDesk::take(const ProgramStarted&) {
   isRunning = true;
   startedAt = now;
   faults.clear();
+  knownArrangement = arrangement();
+  forget();
 }
 
 void KnownDesk::take(const ProgramKilled&) {
@@ -102,6 +118,26 @@ void KnownDesk::take(const SecondProgramBegins&) {
 
 void KnownDesk::take(const SecondProgramEnds&) {
   isSecondProgram = false;
+}
+
+/// Only an arrangement that has changed counts, but each wake.
+void KnownDesk::take(const NoticeDelivered& notice) {
+  auto current = arrangement();
+  isForgetting = notice.kind == NoticeDelivered::Kind::wake || current != knownArrangement;
+  if (notice.kind == NoticeDelivered::Kind::screenParameters) knownArrangement = std::move(current);
+  if (isForgetting) forget();
+}
+
+void KnownDesk::forget() {
+  buses.clear();
+  learnBuses();
+}
+
+void KnownDesk::learnBuses() {
+  const auto current = registry();
+  for (const auto& [number, display] : displays) {
+    buses[number].insert(matchedBus(number, current));
+  }
 }
 
 void KnownDesk::take(const BusRead& read) {
@@ -174,6 +210,7 @@ void KnownDesk::take(const DisplayPlugged& plugged) {
     known.isAttached = plugged.isPlugged;
     known.changedAt = now;
   });
+  learnBuses();
 }
 
 void KnownDesk::take(const DisplayFramed& framed) {
@@ -198,6 +235,7 @@ void KnownDesk::take(const PortsSwapped& swapped) {
   change(swapped.display, [&](KnownDisplay& one) {
     change(swapped.other, [&](KnownDisplay& other) { std::swap(one.port, other.port); });
   });
+  learnBuses();
 }
 
 void KnownDesk::take(const ServiceLevelChanged& changed) {
@@ -220,9 +258,17 @@ void KnownDesk::take(const MonitorChanged& changed) {
   change(changed.display, [&](KnownDisplay& known) {
     known.changedAt = now;
     if (changed.what == "asleep") known.isAsleep = true;
-    if (changed.what == "awake") known.isAsleep = false;
+    if (changed.what == "awake") wake(known);
     if (changed.what.starts_with(mood)) known.mood = changed.what.substr(mood.size());
   });
+}
+
+void KnownDesk::wake(KnownDisplay& display) const {
+  if (display.isAsleep && display.described->firmware) {
+    display.awakeFrom = now + fromSeconds(display.described->firmware->wakeSeconds);
+    display.changedAt = display.awakeFrom;
+  }
+  display.isAsleep = false;
 }
 
 template <typename Operation>
@@ -270,29 +316,86 @@ std::optional<DisplayNumber> KnownDesk::underPointer() const {
   return std::nullopt;
 }
 
-bool KnownDesk::isSameOrTwin(DisplayNumber display, DisplayNumber wanted) const {
-  if (display == wanted) return true;
-  const auto* const one = find(display);
-  const auto* const other = find(wanted);
-  return one != nullptr && other != nullptr && one->identity == other->identity;
+bool KnownDesk::mayBeBusOf(DisplayNumber bus, DisplayNumber display) const {
+  if (bus == display) return true;
+  const auto found = buses.find(display);
+  if (found == buses.end() || find(bus) == nullptr) return false;
+  return found->second.contains(bus) || find(bus)->identity == find(display)->identity;
+}
+
+std::vector<DisplayNumber> KnownDesk::displaysOf(DisplayNumber bus) const {
+  std::vector<DisplayNumber> all;
+  for (const auto& [number, display] : displays) {
+    if (mayBeBusOf(bus, number)) all.push_back(number);
+  }
+  return all;
 }
 
 std::optional<DisplayNumber> KnownDesk::busOf(DisplayNumber display) const {
-  const auto& wanted = displays.at(display);
-  std::vector<DisplayNumber> twins;
-  std::size_t place = 0;
-  for (const auto& [number, other] : displays) {
-    const auto& described = *other.described;
-    const bool isOfModel =
-        described.vendor == wanted.described->vendor && described.model == wanted.described->model;
-    if (!other.isAttached || described.isBuiltIn || !isOfModel) continue;
-    if (!isPlain(described.registry)) return std::nullopt;
-    if (number < display) ++place;
-    if (other.identity == wanted.identity) twins.push_back(number);
+  const auto& said = buses.at(display);
+  const bool isSure = said.size() == 1 && *said.begin() != 0;
+  return isSure ? std::optional(*said.begin()) : std::nullopt;
+}
+
+KnownRegistry KnownDesk::registry() const {
+  KnownRegistry found;
+  for (const auto& [number, display] : displays) {
+    if (!display.isAttached) continue;
+    const auto& described = *display.described;
+    const auto& quirks = described.registry;
+    const auto vendor = numberOf(quirks.legacyManufacturerID, described.vendor);
+    const auto model = numberOf(quirks.productID, described.model);
+    const auto controller = orElse(quirks.panelController, display.port);
+    const bool isPanel = !quirks.displayAttributes && !quirks.productAttributes && vendor &&
+                         model && isPort(controller) && quirks.panelDepth <= 8;
+    if (isPanel) {
+      const auto serial = numberOf(quirks.serialNumber, described.serial);
+      found.panels[controller] = {*vendor, *model, serial.value_or(0)};
+    }
+    std::string channel = orElse(quirks.proxyParent, display.port);
+    channel = channel.substr(0, channel.find(':'));
+    const bool isBus = quirks.hasProxy && quirks.serviceCanBeCreated && !quirks.location &&
+                       !described.isBuiltIn && isPort(channel);
+    if (isBus) found.buses[channel] = number;
   }
-  if (twins.size() == 1) return twins.front();
-  std::ranges::sort(twins, {}, [this](DisplayNumber twin) { return displays.at(twin).port; });
-  return place < twins.size() ? std::optional(twins[place]) : std::nullopt;
+  return found;
+}
+
+DisplayNumber KnownDesk::matchedBus(DisplayNumber display, const KnownRegistry& registry) const {
+  const KnownDisplay& known = displays.at(display);
+  if (known.described->isBuiltIn) return 0;
+  KnownRegistry::Panel wanted;
+  if (known.isAttached) {
+    wanted = {known.described->vendor, known.described->model, known.described->serial};
+  }
+  const auto portsOf = [&](const auto& isMatch) {
+    std::vector<std::string> ports;
+    for (const auto& [port, panel] : registry.panels) {
+      if (isMatch(panel)) ports.push_back(port);
+    }
+    return ports;
+  };
+  const auto isOfModel = [&](const auto& panel) {
+    return panel.vendor == wanted.vendor && panel.model == wanted.model;
+  };
+  auto ports = portsOf([&](const auto& panel) { return panel == wanted; });
+  if (ports.empty()) ports = portsOf(isOfModel);
+  std::size_t place = 0;
+  std::size_t externals = 0;
+  for (const auto& [number, other] : displays) {
+    if (!other.isAttached || other.described->isBuiltIn) continue;
+    ++externals;
+    const KnownRegistry::Panel panel{other.described->vendor, other.described->model, 0};
+    if (number < display && isOfModel(panel)) ++place;
+  }
+  if (ports.empty()) {
+    const bool isOnly = externals == 1 && registry.buses.size() == 1;
+    return isOnly ? registry.buses.begin()->second : 0;
+  }
+  if (ports.size() == 1) place = 0;
+  if (place >= ports.size()) return 0;
+  const auto bus = registry.buses.find(ports[place]);
+  return bus == registry.buses.end() ? 0 : bus->second;
 }
 
 std::optional<DisplayNumber> KnownDesk::answeringBusOf(DisplayNumber display) const {
@@ -302,9 +405,14 @@ std::optional<DisplayNumber> KnownDesk::answeringBusOf(DisplayNumber display) co
   }
   const auto& monitor = displays.at(*bus);
   const auto& firmware = monitor.described->firmware;
-  const bool isOrdinary = firmware && firmware->supportsLuminance && firmware->wakeSeconds == 0 &&
+  const bool isOrdinary = firmware && firmware->supportsLuminance &&
                           firmware->replyMilliseconds <= longestReplyMilliseconds;
-  return isOrdinary && monitor.mood == "answering" && !monitor.isAsleep ? bus : std::nullopt;
+  // In quiet times no set comes between a request and its reply.
+  const bool isReadable =
+      monitor.mood == "answering" || monitor.mood == "forgetful" || monitor.mood == "shifted";
+  if (!isOrdinary || !isReadable || monitor.isAsleep) return std::nullopt;
+  const bool isAwake = firmware->wakeSeconds == 0 || now >= monitor.awakeFrom + slowWakeNoticed;
+  return isAwake ? bus : std::nullopt;
 }
 
 std::string KnownDesk::nameOf(DisplayNumber display) const {
@@ -313,15 +421,29 @@ std::string KnownDesk::nameOf(DisplayNumber display) const {
   return known->described->isBuiltIn ? "Built-in Display" : "Display " + std::to_string(display);
 }
 
-std::set<std::int64_t> KnownDesk::knownMaximums(DisplayNumber display) const {
-  std::set<std::int64_t> known;
-  for (const auto& entry : displays) {
-    const auto& luminance = entry.second.luminance;
-    if (luminance && isSameOrTwin(entry.first, display)) known.insert(luminance->maximum);
+/// The screens with their frames, in whole numbers.
+std::string KnownDesk::arrangement() const {
+  std::string text;
+  for (const auto& [number, display] : displays) {
+    if (!display.isAttached || !display.hasScreen) continue;
+    const Rect& frame = display.frame;
+    text += (display.hasNumber ? std::to_string(number) : "0") + ":";
+    for (const double side : {frame.x, frame.y, frame.width, frame.height}) {
+      text += std::to_string(static_cast<std::int64_t>(side)) + ",";
+    }
   }
-  const auto* const asked = find(display);
-  const auto stored = asked == nullptr ? maximums.end() : maximums.find(asked->identity);
-  if (stored != maximums.end()) known.insert(stored->second);
+  return text;
+}
+
+std::set<std::int64_t> KnownDesk::knownMaximums(DisplayNumber bus) const {
+  std::set<std::int64_t> known;
+  for (const auto display : displaysOf(bus)) {
+    const auto stored = maximums.find(displays.at(display).identity);
+    if (stored != maximums.end()) known.insert(stored->second);
+    for (const auto& [other, read] : displays) {
+      if (read.luminance && mayBeBusOf(other, display)) known.insert(read.luminance->maximum);
+    }
+  }
   return known;
 }
 

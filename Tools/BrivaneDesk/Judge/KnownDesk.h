@@ -25,6 +25,8 @@ struct KnownDisplay {
   std::optional<Microseconds> headroomChangedAt;
   std::string mood;
   bool isAsleep = false;
+  /// When the monitor answers after its last wake.
+  Microseconds awakeFrom{0};
   /// The last luminance that the monitor has given in a reply, and when.
   std::optional<Luminance> luminance;
   Microseconds readAt{0};
@@ -32,6 +34,19 @@ struct KnownDisplay {
   std::optional<double> serviceLevel;
   /// When the display was last plugged or unplugged, or its monitor's behaviour changed.
   Microseconds changedAt{0};
+};
+
+/// Panels and buses by the names of their ports, as a walk through the registry finds them now.
+struct KnownRegistry {
+  struct Panel {
+    std::int64_t vendor = 0;
+    std::int64_t model = 0;
+    std::int64_t serial = 0;
+
+    bool operator==(const Panel&) const = default;
+  };
+  std::map<std::string, Panel> panels;
+  std::map<std::string, DisplayNumber> buses;
 };
 
 /// What reading the trace tells of the desk and of the user's hands; the checkers share it. It
@@ -55,6 +70,10 @@ class KnownDesk {
   /// What the last stored level has replaced; nothing when there was none.
   std::optional<std::int64_t> replacedLevel;
 
+  /// Whether this event has the program forget the displays: a wake, or a change of the
+  /// arrangement.
+  bool isForgetting = false;
+
   /// The last press of a hotkey or brightness key, or request of another program.
   std::optional<Microseconds> pressedAt;
   bool isPressUp = false;
@@ -73,20 +92,20 @@ class KnownDesk {
   /// The display whose frame holds the pointer; nothing without one, and when its screen has no
   /// number.
   std::optional<DisplayNumber> underPointer() const;
-  /// Whether the bus of `display` may be that of `wanted`: the same display, or its twin, whose
-  /// panel says the same of itself.
-  bool isSameOrTwin(DisplayNumber display, DisplayNumber wanted) const;
-  /// The bus that the program finds for an external display by its panel's identity, as a display's
-  /// number: of several displays with one identity, the first by number gets the first port by
-  /// name, where displays that are only of the same model count as well. Nothing when there is none
-  /// left, and when the registry says anything unusual of the displays of this model.
+  /// Whether the program may reach `display` by `bus`: its own, its twin's, whose panel says the
+  /// same of itself, or what the registry has said since the program last forgot.
+  bool mayBeBusOf(DisplayNumber bus, DisplayNumber display) const;
+  /// The displays that the program may reach by the bus.
+  std::vector<DisplayNumber> displaysOf(DisplayNumber bus) const;
+  /// The bus by which the program must reach an external display. Nothing when the registry has no
+  /// bus for the display, and when it has said different things since the program last forgot.
   std::optional<DisplayNumber> busOf(DisplayNumber display) const;
   /// That bus, if a monitor without peculiarities answers at it now.
   std::optional<DisplayNumber> answeringBusOf(DisplayNumber display) const;
   /// The display's name where the program shows it.
   std::string nameOf(DisplayNumber display) const;
-  /// The maximums that a set of the display may be reckoned with.
-  std::set<std::int64_t> knownMaximums(DisplayNumber display) const;
+  /// The maximums that a set on the bus may be reckoned with.
+  std::set<std::int64_t> knownMaximums(DisplayNumber bus) const;
 
  private:
   void take(const FaultStruck& fault);
@@ -95,6 +114,7 @@ class KnownDesk {
   void take(const ProgramEnded&);
   void take(const SecondProgramBegins&);
   void take(const SecondProgramEnds&);
+  void take(const NoticeDelivered& notice);
   void take(const BusRead& read);
   void take(const SettingChanged& setting);
   void take(const StepTaken& step);
@@ -116,6 +136,14 @@ class KnownDesk {
 
   template <typename Operation>
   void change(DisplayNumber display, const Operation& operation);
+  void forget();
+  void learnBuses();
+  KnownRegistry registry() const;
+  /// As the program matches panels, by their identities and in the order of displays and ports; 0
+  /// without a match. A display that is gone has no identity, but may get the only bus.
+  DisplayNumber matchedBus(DisplayNumber display, const KnownRegistry& registry) const;
+  std::string arrangement() const;
+  void wake(KnownDisplay& display) const;
   void seeSetting(std::string_view key, std::optional<std::string_view> value);
   void press(bool isUp, bool isFine);
 
@@ -124,6 +152,10 @@ class KnownDesk {
   Point pointer;
   std::set<std::uint32_t> keysDown;
   std::map<std::uint32_t, std::uint32_t> keyOfHotkey;
+  /// The screens when the program last looked.
+  std::string knownArrangement;
+  /// What the registry has said since the program last forgot; 0: no bus.
+  std::map<DisplayNumber, std::set<DisplayNumber>> buses;
 };
 
 /// Of the maximum, 0 to 100 percent, rounded half away from zero.

@@ -16,15 +16,10 @@ void RestoreTimes::see(const TraceEvent& event) {
   if (desk.isSecondProgram) return;
   if (event.as<ProgramStarted>() != nullptr) {
     starts = {event.time};
-    knownArrangement = arrangement();
     lastForgotAt.reset();
   } else if (const auto* const notice = event.as<NoticeDelivered>()) {
-    if (notice->kind == NoticeDelivered::Kind::wake) {
-      forget(event.time, Microseconds(0));
-    } else if (auto current = arrangement(); current != knownArrangement) {
-      knownArrangement = std::move(current);
-      forget(event.time, restoreDelay);
-    }
+    const bool isWake = notice->kind == NoticeDelivered::Kind::wake;
+    if (desk.isForgetting) forget(event.time, isWake ? Microseconds(0) : restoreDelay);
   } else if (const auto* const step = event.as<StepTaken>()) {
     const bool isRestore = step->words == "menu choose \"Restore Saved Brightness\"";
     if (isRestore) begin(event.time);
@@ -44,20 +39,6 @@ void RestoreTimes::begin(Microseconds start) {
 bool RestoreTimes::isUnderWay(Microseconds time) const {
   return std::ranges::any_of(
       starts, [&](Microseconds start) { return start <= time && time - start <= longestRestore; });
-}
-
-/// The screens with their frames, in whole numbers.
-std::string RestoreTimes::arrangement() const {
-  std::string text;
-  for (const auto& [number, display] : desk.displays) {
-    if (!display.isAttached || !display.hasScreen) continue;
-    const Rect& frame = display.frame;
-    text += (display.hasNumber ? std::to_string(number) : "0") + ":";
-    for (const double side : {frame.x, frame.y, frame.width, frame.height}) {
-      text += std::to_string(static_cast<std::int64_t>(side)) + ",";
-    }
-  }
-  return text;
 }
 
 }  // namespace brivane::judge

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "Tools/BrivaneDesk/Judge/KnownDesk.h"
@@ -23,12 +22,10 @@ class RestoreTimes {
   std::optional<Microseconds> forgotAt() const { return lastForgotAt; }
 
  private:
-  std::string arrangement() const;
   void forget(Microseconds time, Microseconds untilRestore);
   void begin(Microseconds start);
 
   const KnownDesk& desk;
-  std::string knownArrangement;
   std::vector<Microseconds> starts;
   std::optional<Microseconds> lastForgotAt;
 };

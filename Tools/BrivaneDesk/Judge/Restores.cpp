@@ -18,8 +18,10 @@ void Restores::see(const TraceEvent& event) {
   } else if (event.as<NoticeDelivered>() != nullptr) {
     if (restores.forgotAt() == event.time) forget(event.time);
   } else if (const auto* const set = event.as<BusSet>()) {
-    const auto* const display = desk.find(set->display);
-    if (set->isAccepted && display != nullptr) setAt[display->identity] = event.time;
+    if (!set->isAccepted) return;
+    for (const auto display : desk.displaysOf(set->display)) {
+      setAt[desk.find(display)->identity] = event.time;
+    }
   } else if (const auto* const read = event.as<BusRead>()) {
     if (read->luminance) answeredAt.try_emplace(read->display, event.time);
   } else if (const auto* const moved = event.as<MenuMoved>()) {

@@ -45,7 +45,7 @@ void SetOwners::see(const TraceEvent& event) {
 
 bool SetOwners::isOfKeys(Microseconds cause, const BusSet& set) const {
   const auto pointed = desk.underPointer();
-  if (!pointed || !desk.isSameOrTwin(set.display, *pointed) || !desk.pressedAt) return false;
+  if (!pointed || !desk.mayBeBusOf(set.display, *pointed) || !desk.pressedAt) return false;
   if (desk.isSweeping && cause >= *desk.pressedAt + firstSweepStep) return true;
   if (cause != *desk.pressedAt) return false;
   if (desk.isPressFine) return true;
@@ -58,7 +58,7 @@ bool SetOwners::isOfKeys(Microseconds cause, const BusSet& set) const {
 
 bool SetOwners::isOfSlider(Microseconds cause, const BusSet& set) const {
   return std::ranges::any_of(moves, [&](const auto& displayMoves) {
-    if (!desk.isSameOrTwin(set.display, displayMoves.first)) return false;
+    if (!desk.mayBeBusOf(set.display, displayMoves.first)) return false;
     return std::ranges::any_of(displayMoves.second, [&](const Move& move) {
       if (move.time > cause || cause - move.time > longestSliderWait) return false;
       return hasLevel(set, std::llround(move.value)) ||
@@ -73,10 +73,10 @@ bool SetOwners::isOfRequest(Microseconds cause) const {
 
 bool SetOwners::isOfRestore(Microseconds cause, const BusSet& set) const {
   if (!restores.isUnderWay(cause)) return false;
-  const auto* const display = desk.find(set.display);
-  if (display == nullptr) return false;
-  const auto stored = desk.levels.find(display->identity);
-  return stored != desk.levels.end() && hasLevel(set, stored->second);
+  return std::ranges::any_of(desk.displaysOf(set.display), [&](DisplayNumber display) {
+    const auto stored = desk.levels.find(desk.find(display)->identity);
+    return stored != desk.levels.end() && hasLevel(set, stored->second);
+  });
 }
 
 bool SetOwners::hasLevel(const BusSet& set, std::int64_t percent) const {

@@ -43,11 +43,14 @@ void SetValues::seeSet(Microseconds time, const BusSet& set) {
   if (!isKnown) breach(time, nameOf(set.display) + " gets " + std::to_string(set.value));
 }
 
-/// The level that is stored at the moment that a set ends.
+/// The level that is stored at the moment that a set ends. Where several displays share the bus, it
+/// may be what was read for another one.
 void SetValues::seeLevel(const TraceEvent& event, std::string_view identity) {
   if (!ended || ended->time != event.time) return;
-  const auto* const display = desk.find(ended->set.display);
-  if (display == nullptr || display->identity != identity) return;
+  const bool isOfAll = std::ranges::all_of(
+      desk.displaysOf(ended->set.display),
+      [&](DisplayNumber display) { return desk.find(display)->identity == identity; });
+  if (!isOfAll) return;
   const auto level = desk.levels.find(identity);
   const auto maximums = desk.knownMaximums(ended->set.display);
   const bool isSo =

@@ -58,7 +58,9 @@ void StoredLevels::seeLevel(const TraceEvent& event, const SettingChanged& setti
   if (level == desk.levels.end()) return;
   if (wasSet(event.time, identity)) {
     // A restore sets the stored level.
-    if (desk.replacedLevel == level->second) awaiting.erase(lastSet->display);
+    if (desk.replacedLevel == level->second) {
+      for (const auto display : desk.displaysOf(lastSet->display)) awaiting.erase(display);
+    }
     return;
   }
   if (isOfServices(identity) || wasSeen(level->second, identity) || isCarriedOver(event, setting)) {
@@ -92,7 +94,8 @@ void StoredLevels::awaitRestores() {
 
 bool StoredLevels::wasSet(Microseconds time, const std::string& identity) const {
   if (!lastSet || lastSet->time != time) return false;
-  return isOf(lastSet->display, identity);
+  return std::ranges::any_of(desk.displaysOf(lastSet->display),
+                             [&](DisplayNumber display) { return isOf(display, identity); });
 }
 
 /// Whether a slider was just moved below 0 for a stored 0, above 100 for 100.
@@ -115,11 +118,15 @@ bool StoredLevels::isOf(DisplayNumber display, const std::string& identity) cons
 bool StoredLevels::wasSeen(std::int64_t level, const std::string& identity) const {
   return std::ranges::any_of(desk.displays, [&](const auto& entry) {
     const auto& [number, display] = entry;
-    if (display.identity != identity || awaiting.contains(number)) return false;
-    const auto readings = seen.find(number);
-    return readings != seen.end() &&
-           std::ranges::any_of(readings->second,
-                               [&](const Seen& reading) { return reading.percent == level; });
+    // A queued read of a display that is gone may reach the only bus. The level is kept under the
+    // identity of no panel, as a panel that is gone has no numbers.
+    const bool isOfGone = !display.isAttached && identity == "0.0.0";
+    if ((display.identity != identity && !isOfGone) || awaiting.contains(number)) return false;
+    return std::ranges::any_of(seen, [&](const auto& readings) {
+      const auto isLevel = [&](const Seen& reading) { return reading.percent == level; };
+      return desk.mayBeBusOf(readings.first, number) &&
+             std::ranges::any_of(readings.second, isLevel);
+    });
   });
 }
 

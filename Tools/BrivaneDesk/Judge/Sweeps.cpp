@@ -13,6 +13,10 @@ constexpr Microseconds unrest{10'000'000};
 /// Whether the next step may start from another level than the last one showed.
 bool disturbsSweep(const TraceEvent& event) {
   const auto* const table = event.as<GammaTaken>();
+  const auto* const setting = event.as<SettingChanged>();
+  // A monitor that has not answered yet may get a set reckoned with its stored maximum, while its
+  // first reading is on its way, which then counts.
+  if (setting != nullptr && setting->key.starts_with("ddc.")) return true;
   return event.isFault || (table != nullptr && !table->isTaken) ||
          event.as<MonitorChanged>() != nullptr || event.as<DisplayPlugged>() != nullptr ||
          event.as<NoticeDelivered>() != nullptr || event.as<SliderMoved>() != nullptr ||

@@ -189,15 +189,16 @@ StepProblem scaleGammaByAnother(Scene& scene, const StepArguments& arguments) {
   return unless(scene.hardware().gamma.scaleByAnother(display, factor), display, noGamma);
 }
 
-constexpr auto moods =
-    std::to_array<std::pair<std::string_view, MonitorMood>>({{"answering", MonitorMood::answering},
-                                                             {"silent", MonitorMood::silent},
-                                                             {"busError", MonitorMood::busError},
-                                                             {"nullReply", MonitorMood::nullReply},
-                                                             {"garbled", MonitorMood::garbled},
-                                                             {"stale", MonitorMood::stale},
-                                                             {"shifted", MonitorMood::shifted},
-                                                             {"doubled", MonitorMood::doubled}});
+constexpr auto moods = std::to_array<std::pair<std::string_view, MonitorMood>>(
+    {{"answering", MonitorMood::answering},
+     {"silent", MonitorMood::silent},
+     {"busError", MonitorMood::busError},
+     {"nullReply", MonitorMood::nullReply},
+     {"garbled", MonitorMood::garbled},
+     {"stale", MonitorMood::stale},
+     {"shifted", MonitorMood::shifted},
+     {"doubled", MonitorMood::doubled},
+     {"forgetful", MonitorMood::forgetful}});
 
 StepProblem mood(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
@@ -312,7 +313,8 @@ std::vector<HardwareStep> hardwareSteps() {
       {"refuse gamma DISPLAY COUNT times", refuseGamma},
       {"profile DISPLAY NUMBER", changeProfile},
       {"foreign gamma DISPLAY NUMBER", scaleGammaByAnother},
-      {"mood DISPLAY answering|silent|busError|nullReply|garbled|stale|shifted|doubled", mood},
+      {"mood DISPLAY answering|silent|busError|nullReply|garbled|stale|shifted|doubled|forgetful",
+       mood},
       {"buttons DISPLAY COUNT", buttons},
       {"monitor DISPLAY sleeps|wakes", monitorSleep},
       {"sleep", sleepSystem},

@@ -15,6 +15,7 @@ namespace brivane {
 struct DayDisplay {
   int number = 0;
   bool hasFirmware = false;
+  bool hasGamma = true;
   bool isAttached = true;
 };
 

@@ -18,11 +18,18 @@ class DisplayWeather {
   void writeEnd();
 
  private:
-  std::string displayText(DayDisplay& display);
+  std::string displayText(DayDisplay& display, const std::string& port);
+  std::string serial(const DayDisplay& display);
+  std::string registryText(const std::string& port);
+  std::string firmwareText(DayDisplay& display);
+  std::string gammaText(DayDisplay& display);
+  void rearrange(const DayDisplay& display);
+  void swapPorts(const DayDisplay& display);
+  void pressButtonsUnseen(const DayDisplay& display);
   void replug(DayDisplay& display);
   void changeHeadroom(const DayDisplay& display);
   void disturb(const DayDisplay& display);
-  void refuseGamma(const std::string& number);
+  void refuseGamma(const DayDisplay& display);
   void wakeLate(const DayDisplay& display);
 
   DayText& day;

@@ -322,6 +322,14 @@ TEST(MonitorFirmware, ThatDoublesSendsItsFirstByteTwice) {
             (Bytes{0x6E, 0x6E, 0x88, 0x02, 0x00, 0x10, 0x00, 0x00, 0x64, 0x00, 0x32, 0xF2}));
 }
 
+TEST(MonitorFirmware, ThatIsForgetfulLosesItsReplyToASetInBetween) {
+  Bench bench(inMood(MonitorMood::forgetful));
+  bench.write(getLuminance);
+  bench.write(setLuminance(20));
+  EXPECT_EQ(bench.read(), nullReplyOfTwelve);
+  EXPECT_EQ(bench.askLevel(), 20);
+}
+
 TEST(MonitorFirmware, ThatIgnoresEveryOtherWriteDropsTheFirstAndTakesTheSecond) {
   auto description = with(100, 50);
   description.ignoresEveryOtherWrite = true;
