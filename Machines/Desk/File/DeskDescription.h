@@ -96,12 +96,24 @@ struct DisplayServicesDescription {
   SectionFingerprint fingerprint = 0;
 };
 
+/// Which of a display's entries the I/O registry has.
+enum class RegistryEntries {
+  all,
+  /// Without the panel's.
+  noPanel,
+  /// Neither the panel's nor the AV proxy.
+  none,
+  /// The panel's twice: the second below a controller named like the first with "-2" behind it.
+  panelTwice,
+};
+
 /// The entries of a display in the I/O registry. An absent property is missing there.
 struct RegistryDescription {
   /// Replaces an ordinary panel's property when present; an absent inner value removes the
   /// property.
   using Override = std::optional<std::optional<PropertyValue>>;
 
+  RegistryEntries entries = RegistryEntries::all;
   Override displayAttributes;
   Override productAttributes;
   Override legacyManufacturerID;
@@ -128,7 +140,10 @@ enum class ScreenPresence {
 };
 
 struct DisplayDescription {
+  /// By which desk files, scenarios and traces name the display.
   DisplayID identifier = 0;
+  /// By which the window system names it: the identifier, until it comes back with another one.
+  DisplayID number = 0;
   std::string name;
   bool isBuiltIn = false;
   std::uint32_t vendor = 0;
@@ -164,6 +179,18 @@ enum class ToolPresence {
   missing,
   /// Ends every call with a status other than 0.
   refusing,
+  /// Does its work, and prints what nobody understands.
+  garbled,
+  /// Takes two seconds for each call.
+  slow,
+};
+
+/// The system's tools that Brivane runs.
+struct ToolsState {
+  ToolPresence hidUtil = ToolPresence::present;
+  ToolPresence launchControl = ToolPresence::present;
+
+  bool operator==(const ToolsState&) const = default;
 };
 
 struct RunningApplication {
@@ -235,7 +262,7 @@ struct DeskDescription {
   SectionFingerprint pointerFingerprint = 0;
   HIDMapping hidMapping;
   SectionFingerprint hidMappingFingerprint = 0;
-  ToolPresence hidUtil = ToolPresence::present;
+  ToolsState tools;
   bool isAccessibilityGranted = true;
   SectionFingerprint grantsFingerprint = 0;
   /// Absent: the program is a bare executable.
@@ -249,7 +276,6 @@ struct DeskDescription {
   SectionFingerprint appearanceFingerprint = 0;
   KeyboardDescription keyboard;
   LaunchAgentDescription launchAgent;
-  ToolPresence launchControl = ToolPresence::present;
   ProgramDescription program;
   /// Resource bundles, and files in them as "<bundle>/<path>", that can't be read.
   std::set<std::string> missingResources;

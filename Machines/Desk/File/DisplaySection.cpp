@@ -28,6 +28,16 @@ const std::vector<std::pair<std::string_view, ScreenPresence>>& presences() {
   return names;
 }
 
+using EntriesName = std::pair<std::string_view, RegistryEntries>;
+
+const std::vector<EntriesName>& entriesNames() {
+  static const std::vector<EntriesName> names = {{"all", RegistryEntries::all},
+                                                 {"noPanel", RegistryEntries::noPanel},
+                                                 {"none", RegistryEntries::none},
+                                                 {"panelTwice", RegistryEntries::panelTwice}};
+  return names;
+}
+
 /// null removes the property, any other value replaces it.
 void readOverride(JsonSection& section, std::string_view key,
                   RegistryDescription::Override& replacement) {
@@ -39,6 +49,7 @@ void readOverride(JsonSection& section, std::string_view key,
 
 void readRegistry(const JsonItem& item, RegistryDescription& registry) {
   auto section = item.section();
+  readRegistryEntries(section, registry.entries);
   readOverride(section, "DisplayAttributes", registry.displayAttributes);
   readOverride(section, "ProductAttributes", registry.productAttributes);
   readOverride(section, "LegacyManufacturerID", registry.legacyManufacturerID);
@@ -115,6 +126,7 @@ DisplayDescription readDisplay(const JsonItem& item,
   DisplayDescription display;
   auto section = item.section();
   readIdentifier(section, display, others);
+  display.number = display.identifier;
   section.read("builtIn", display.isBuiltIn);
   setDefaults(display, others);
   section.read("name", display.name);
@@ -149,6 +161,19 @@ void readFrame(const JsonItem& item, Rect& frame) {
   section.require("width", frame.width, 1, farthestCoordinate);
   section.require("height", frame.height, 1, farthestCoordinate);
   section.finish();
+}
+
+void readRegistryEntries(JsonSection& section, RegistryEntries& entries) {
+  section.read("entries", entries, entriesNames());
+}
+
+std::string_view registryEntriesName(RegistryEntries entries) {
+  return std::ranges::find(entriesNames(), entries, &EntriesName::second)->first;
+}
+
+std::optional<RegistryEntries> registryEntriesOf(std::string_view name) {
+  const auto found = std::ranges::find(entriesNames(), name, &EntriesName::first);
+  return found == entriesNames().end() ? std::nullopt : std::optional(found->second);
 }
 
 void readPresence(JsonSection& section, ScreenPresence& presence) {

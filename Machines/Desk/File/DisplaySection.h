@@ -17,5 +17,10 @@ void readFrame(const JsonItem& item, Rect& frame);
 void readPresence(JsonSection& section, ScreenPresence& presence);
 std::string_view presenceName(ScreenPresence presence);
 void readHeadroom(JsonSection& section, double& headroom);
+/// Under the key "entries", which is in a display's registry in desk files.
+void readRegistryEntries(JsonSection& section, RegistryEntries& entries);
+std::string_view registryEntriesName(RegistryEntries entries);
+/// Nothing for other words.
+std::optional<RegistryEntries> registryEntriesOf(std::string_view name);
 
 }  // namespace brivane

@@ -27,7 +27,9 @@ void readOptional(const JsonItem& item, std::optional<std::string>& text) {
 const Choices<ToolPresence>& toolPresences() {
   static const Choices<ToolPresence> choices = {{"present", ToolPresence::present},
                                                 {"missing", ToolPresence::missing},
-                                                {"refusing", ToolPresence::refusing}};
+                                                {"refusing", ToolPresence::refusing},
+                                                {"garbled", ToolPresence::garbled},
+                                                {"slow", ToolPresence::slow}};
   return choices;
 }
 
@@ -186,6 +188,22 @@ void readHIDMapping(const JsonItem& item, HIDMapping& mapping) {
   }
 }
 
+void readTools(JsonSection& section, ToolsState& tools) {
+  section.read("hidutil", tools.hidUtil, toolPresences());
+  section.read("launchctl", tools.launchControl, toolPresences());
+}
+
+std::string_view toolPresenceName(ToolPresence presence) {
+  using Name = std::pair<std::string_view, ToolPresence>;
+  return std::ranges::find(toolPresences(), presence, &Name::second)->first;
+}
+
+std::optional<ToolPresence> toolPresenceOf(std::string_view name) {
+  using Name = std::pair<std::string_view, ToolPresence>;
+  const auto found = std::ranges::find(toolPresences(), name, &Name::first);
+  return found == toolPresences().end() ? std::nullopt : std::optional(found->second);
+}
+
 void readAppearance(const JsonItem& item, DeskAppearance& appearance) {
   item.to(appearance, appearances());
 }
@@ -200,8 +218,7 @@ void readSystem(JsonSection& section, DeskDescription& desk) {
     readHIDMapping(*mapping, desk.hidMapping);
     desk.hidMappingFingerprint = mapping->fingerprint();
   }
-  section.read("hidutil", desk.hidUtil, toolPresences());
-  section.read("launchctl", desk.launchControl, toolPresences());
+  readTools(section, desk.tools);
   if (const auto grants = section.find("grants")) readGrants(*grants, desk);
   if (const auto identifier = section.find("bundleIdentifier")) {
     readOptional(*identifier, desk.bundleIdentifier);

@@ -15,6 +15,15 @@ auto place(std::vector<UnpluggedDisplay>& displays, DisplayID display) {
   });
 }
 
+/// Whether a display has the number in the window system, or will have it when it comes back.
+bool hasNumber(const DisplaysState& displays, DisplayID number) {
+  return std::ranges::find(displays.attached, number, &AttachedDisplay::number) !=
+             displays.attached.end() ||
+         std::ranges::any_of(displays.unplugged, [&](const UnpluggedDisplay& unplugged) {
+           return unplugged.display.number == number;
+         });
+}
+
 /// Over everything changeable that the desk file describes.
 SectionFingerprint fingerprint(const DisplaysState& initial) {
   return jsonFingerprint(toJson(initial));
@@ -41,6 +50,17 @@ std::shared_ptr<const DisplayDescription> AttachedDisplays::find(DisplayID displ
   return found == snapshot.end() ? nullptr : snapshot.share(*found);
 }
 
+std::shared_ptr<const DisplayDescription> AttachedDisplays::findNumbered(DisplayID number) const {
+  const auto snapshot = all();
+  const auto found = std::ranges::find(snapshot, number, &DisplayDescription::number);
+  return found == snapshot.end() ? nullptr : snapshot.share(*found);
+}
+
+DisplayID AttachedDisplays::identifierOf(DisplayID number) const {
+  if (const auto found = findNumbered(number)) return found->identifier;
+  return find(number) ? 0 : number;
+}
+
 void AttachedDisplays::showState() const {
   std::vector<DisplayDescription> shown;
   for (const auto& attached : state.read().attached) {
@@ -51,6 +71,8 @@ void AttachedDisplays::showState() const {
     display.port = attached.port;
     display.screen = attached.screen;
     display.headroom = attached.headroom;
+    display.number = attached.number;
+    display.registry.entries = attached.entries;
   }
   current = Snapshot(std::move(shown));
 }
@@ -73,15 +95,27 @@ bool AttachedDisplays::unplug(DisplayID display) {
   });
 }
 
-bool AttachedDisplays::plug(DisplayID display) {
+bool AttachedDisplays::plug(DisplayID display, std::optional<DisplayID> number) {
   return update([&](DisplaysState& displays) {
     const auto found = place(displays.unplugged, display);
     if (found == displays.unplugged.end()) return false;
+    if (number && hasNumber(displays, *number)) return false;
+    found->display.number = number.value_or(found->display.number);
     const auto index = std::min(found->place, displays.attached.size());
     displays.attached.insert(displays.attached.begin() + static_cast<std::ptrdiff_t>(index),
                              std::move(found->display));
     displays.unplugged.erase(found);
     return true;
+  });
+}
+
+bool AttachedDisplays::setRegistryEntries(DisplayID display, RegistryEntries entries) {
+  return update([&](DisplaysState& displays) {
+    const auto attached = place(displays.attached, display);
+    const auto unplugged = place(displays.unplugged, display);
+    if (attached != displays.attached.end()) attached->entries = entries;
+    if (unplugged != displays.unplugged.end()) unplugged->display.entries = entries;
+    return attached != displays.attached.end() || unplugged != displays.unplugged.end();
   });
 }
 

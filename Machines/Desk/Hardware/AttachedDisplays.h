@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -39,11 +40,20 @@ class AttachedDisplays {
   Snapshot all() const;
   /// Null for displays that are not plugged in.
   std::shared_ptr<const DisplayDescription> find(DisplayID display) const;
+  /// The same, by the window system's number.
+  std::shared_ptr<const DisplayDescription> findNumbered(DisplayID number) const;
+  /// The identifier of the display that has the number in the window system. When none is plugged
+  /// in, the number, or 0 if that is the identifier of another display.
+  DisplayID identifierOf(DisplayID number) const;
 
   /// False for displays that are not plugged in; so does `change`.
   bool unplug(DisplayID display);
-  /// Restores the display as it was unplugged, in its old place; false when it is not unplugged.
-  bool plug(DisplayID display);
+  /// Restores the display as it was unplugged, in its old place, but with another number in the
+  /// window system if there is one; false when it is not unplugged, or another display has the
+  /// number.
+  bool plug(DisplayID display, std::optional<DisplayID> number = std::nullopt);
+  /// Changes what the registry has of a display, plugged in or not.
+  bool setRegistryEntries(DisplayID display, RegistryEntries entries);
   bool change(DisplayID display, const std::function<void(AttachedDisplay&)>& operation);
   /// False unless both are plugged in.
   bool swapPorts(DisplayID one, DisplayID other);

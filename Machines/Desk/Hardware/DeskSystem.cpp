@@ -19,6 +19,7 @@ DeskSystem::DeskSystem(const DeskDescription& desk, StateFolder* stateFolder,
       mapping(desk.hidMapping, stateFolder, "hid-mapping", desk.hidMappingFingerprint),
       launch(initialLaunchState(desk.launchAgent), stateFolder, "launch-agent",
              desk.launchAgent.fingerprint),
+      currentTools(desk.tools, stateFolder, "tools", jsonFingerprint(toJson(desk.tools))),
       power({}, stateFolder, "system", 0),
       grant({desk.isAccessibilityGranted}, stateFolder, "grants", desk.grantsFingerprint),
       currentAppearance(desk.appearance, stateFolder, "appearance", desk.appearanceFingerprint) {}
@@ -36,6 +37,14 @@ void DeskSystem::setHIDMapping(const HIDMapping& newMapping) {
 void DeskSystem::setLaunchAgentEnabled(bool isEnabled) {
   replace(launch, {isEnabled});
   tracer.note([&] { return std::string("launch-agent ") + (isEnabled ? "enabled" : "disabled"); });
+}
+
+void DeskSystem::setTools(const ToolsState& tools) {
+  replace(currentTools, tools);
+  tracer.note([&] {
+    return "tools hidutil " + std::string(toolPresenceName(tools.hidUtil)) + ", launchctl " +
+           std::string(toolPresenceName(tools.launchControl));
+  });
 }
 
 void DeskSystem::setAccessibilityGranted(bool granted) {

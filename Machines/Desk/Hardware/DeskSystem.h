@@ -24,6 +24,9 @@ class DeskSystem {
   LaunchState launchState() { return read(launch); }
   void setLaunchAgentEnabled(bool isEnabled);
 
+  ToolsState tools() { return read(currentTools); }
+  void setTools(const ToolsState& tools);
+
   bool isAsleep() { return read(power).isAsleep; }
   /// The state alone; `HardwareChanges` does what goes along with it.
   void setAsleep(bool isAsleep) { replace(power, {isAsleep}); }
@@ -55,6 +58,7 @@ class DeskSystem {
   StoredState<Point> pointerState;
   StoredState<HIDMapping> mapping;
   StoredState<LaunchState> launch;
+  StoredState<ToolsState> currentTools;
   StoredState<SystemState> power;
   StoredState<GrantState> grant;
   StoredState<DeskAppearance> currentAppearance;

@@ -24,7 +24,9 @@ JsonValue::Object members(const AttachedDisplay& display) {
                               {"height", {frame.height}}}}},
           {"port", {display.port}},
           {"screen", {std::string(presenceName(display.screen))}},
-          {"headroom", {display.headroom}}};
+          {"headroom", {display.headroom}},
+          {"number", {std::int64_t{display.number}}},
+          {"entries", {std::string(registryEntriesName(display.entries))}}};
 }
 
 void readMembers(JsonSection& section, AttachedDisplay& display) {
@@ -33,6 +35,9 @@ void readMembers(JsonSection& section, AttachedDisplay& display) {
   section.read("port", display.port);
   readPresence(section, display.screen);
   readHeadroom(section, display.headroom);
+  display.number = display.identifier;
+  section.read("number", display.number, 1, largestIdentifier);
+  readRegistryEntries(section, display.entries);
 }
 
 void readAttached(const JsonItem& item, std::vector<AttachedDisplay>& attached) {
@@ -65,8 +70,8 @@ bool hasDoubles(const DisplaysState& state) {
 DisplaysState initialDisplays(const std::vector<DisplayDescription>& descriptions) {
   DisplaysState state;
   for (const auto& display : descriptions) {
-    state.attached.push_back(
-        {display.identifier, display.frame, display.port, display.screen, display.headroom});
+    state.attached.push_back({display.identifier, display.frame, display.port, display.screen,
+                              display.headroom, display.number, display.registry.entries});
   }
   return state;
 }

@@ -17,6 +17,8 @@ struct AttachedDisplay {
   ScreenPresence screen = ScreenPresence::numbered;
   /// See `DisplayDescription`.
   double headroom = 1.0;
+  DisplayID number = 0;
+  RegistryEntries entries = RegistryEntries::all;
 
   bool operator==(const AttachedDisplay&) const = default;
 };

@@ -1,5 +1,7 @@
 #include "Machines/Desk/Hardware/HardwareChanges.h"
 
+#include "Machines/Desk/File/DisplaySection.h"
+
 namespace brivane {
 namespace {
 
@@ -39,10 +41,11 @@ bool HardwareChanges::unplug(DisplayID display) {
   return screensChanged(displays.unplug(display), display, "unplugged");
 }
 
-bool HardwareChanges::plug(DisplayID display) {
+bool HardwareChanges::plug(DisplayID display, std::optional<DisplayID> number) {
   if (displays.find(display)) return false;
   gamma.restoreCalibratedTable(display);
-  return screensChanged(displays.plug(display), display, "plugged");
+  return screensChanged(displays.plug(display, number), display,
+                        number ? "plugged as " + std::to_string(*number) : "plugged");
 }
 
 bool HardwareChanges::setFrame(DisplayID display, const Rect& frame) {
@@ -66,6 +69,14 @@ bool HardwareChanges::setScreenPresence(DisplayID display, ScreenPresence presen
 bool HardwareChanges::swapPorts(DisplayID one, DisplayID other) {
   return screensChanged(displays.swapPorts(one, other), one,
                         "swaps ports with " + std::to_string(other));
+}
+
+void HardwareChanges::setRegistryEntries(DisplayID display, RegistryEntries entries) {
+  if (!displays.setRegistryEntries(display, entries)) return;
+  tracer.note([&] {
+    return "display " + std::to_string(display) + " registry " +
+           std::string(registryEntriesName(entries));
+  });
 }
 
 void HardwareChanges::sleepScreens() {

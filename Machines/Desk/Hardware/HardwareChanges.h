@@ -15,13 +15,16 @@ class HardwareChanges {
                   EventDelivery& eventDelivery, const Tracer& hardwareTracer);
 
   bool unplug(DisplayID display);
-  /// Restores the display as it was unplugged, but with the calibrated gamma table; false when it
-  /// is not unplugged.
-  bool plug(DisplayID display);
+  /// Restores the display as it was unplugged, but with the calibrated gamma table, and with
+  /// another number in the window system if there is one; false when it is not unplugged, or
+  /// another display has the number.
+  bool plug(DisplayID display, std::optional<DisplayID> number = std::nullopt);
   bool setFrame(DisplayID display, const Rect& frame);
   bool setHeadroom(DisplayID display, double headroom);
   bool setScreenPresence(DisplayID display, ScreenPresence presence);
   bool swapPorts(DisplayID one, DisplayID other);
+  /// What the registry has of a display, plugged in or not, which nothing announces.
+  void setRegistryEntries(DisplayID display, RegistryEntries entries);
 
   /// All monitors fall asleep or wake. Waking the screens is announced; waking the machine
   /// announces the machine first, then the screens.

@@ -228,6 +228,17 @@ void fromJson(const JsonItem& item, LaunchState& state) {
   section.finish();
 }
 
+JsonValue toJson(const ToolsState& state) {
+  return {JsonValue::Object{{"hidutil", {std::string(toolPresenceName(state.hidUtil))}},
+                            {"launchctl", {std::string(toolPresenceName(state.launchControl))}}}};
+}
+
+void fromJson(const JsonItem& item, ToolsState& state) {
+  auto section = item.section();
+  readTools(section, state);
+  section.finish();
+}
+
 JsonValue toJson(const SystemState& state) {
   return {JsonValue::Object{{"asleep", {state.isAsleep}}}};
 }

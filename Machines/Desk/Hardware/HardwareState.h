@@ -90,6 +90,9 @@ void fromJson(const JsonItem& item, HIDMapping& state);
 JsonValue toJson(const LaunchState& state);
 void fromJson(const JsonItem& item, LaunchState& state);
 
+JsonValue toJson(const ToolsState& state);
+void fromJson(const JsonItem& item, ToolsState& state);
+
 JsonValue toJson(const SystemState& state);
 void fromJson(const JsonItem& item, SystemState& state);
 

@@ -95,7 +95,7 @@ Symbol DeskSymbols::displayServicesSymbol(std::string_view name) {
   if (name == "DisplayServicesGetBrightness") {
     return GetBrightnessFunction([this](DisplayID display, float& level) {
       if (faults.strikes("DisplayServices.getBrightness")) return failure;
-      const auto current = hardware.panels.level(display);
+      const auto current = hardware.panels.level(hardware.displays.identifierOf(display));
       if (current) level = *current;
       return current ? success : failure;
     });
@@ -103,16 +103,18 @@ Symbol DeskSymbols::displayServicesSymbol(std::string_view name) {
   if (name == "DisplayServicesSetBrightness") {
     return SetBrightnessFunction([this](DisplayID display, float level) {
       const auto what = [&] {
-        return "display-services " + std::to_string(display) + " level " + tracedNumber(level);
+        return "display-services " + std::to_string(hardware.displays.identifierOf(display)) +
+               " level " + tracedNumber(level);
       };
       if (faults.strikes("DisplayServices.setBrightness", what)) return failure;
-      return hardware.panels.setLevel(display, level) ? success : failure;
+      return hardware.panels.setLevel(hardware.displays.identifierOf(display), level) ? success
+                                                                                      : failure;
     });
   }
   if (name == "DisplayServicesCanChangeBrightness") {
     return CanChangeBrightnessFunction([this](DisplayID display) {
       if (faults.strikes("DisplayServices.canChangeBrightness")) return false;
-      const auto described = hardware.displays.find(display);
+      const auto described = hardware.displays.findNumbered(display);
       return described && described->displayServices && described->displayServices->canChange;
     });
   }

@@ -14,20 +14,20 @@ std::optional<std::vector<DisplayID>> DeskDisplays::onlineDisplayList(std::uint3
   const auto all = displays.all();
   std::vector<DisplayID> list;
   for (const auto& display : all) {
-    if (list.size() < maximum) list.push_back(display.identifier);
+    if (list.size() < maximum) list.push_back(display.number);
   }
   return list;
 }
 
 bool DeskDisplays::isBuiltIn(DisplayID display) {
   if (faults.strikes("DisplaySystem.isBuiltIn")) return false;
-  const auto described = displays.find(display);
+  const auto described = displays.findNumbered(display);
   return described && described->isBuiltIn;
 }
 
 PanelIdentity DeskDisplays::panelIdentity(DisplayID display) {
   if (faults.strikes("DisplaySystem.panelIdentity")) return {};
-  const auto described = displays.find(display);
+  const auto described = displays.findNumbered(display);
   if (!described) return {};
   return {described->vendor, described->model, described->serial};
 }
@@ -42,7 +42,7 @@ std::vector<Screen> DeskDisplays::allScreens() const {
   for (const auto& display : all) {
     if (display.screen == ScreenPresence::none) continue;
     Screen screen{std::nullopt, display.frame, display.name, display.headroom};
-    if (display.screen == ScreenPresence::numbered) screen.number = display.identifier;
+    if (display.screen == ScreenPresence::numbered) screen.number = display.number;
     list.push_back(screen);
   }
   return list;

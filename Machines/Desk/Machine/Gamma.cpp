@@ -15,15 +15,16 @@ GammaCurve curve(std::span<const float> samples) {
 
 }  // namespace
 
-std::uint32_t DeskGammaTables::capacity(DisplayID display) {
+std::uint32_t DeskGammaTables::capacity(DisplayID number) {
   if (faults.strikes("GammaTables.capacity")) return 0;
-  return hardware.capacity(display);
+  return hardware.capacity(displays.identifierOf(number));
 }
 
-std::int32_t DeskGammaTables::readTable(DisplayID display, std::span<float> red,
+std::int32_t DeskGammaTables::readTable(DisplayID number, std::span<float> red,
                                         std::span<float> green, std::span<float> blue,
                                         std::uint32_t& returned) {
   if (faults.strikes("GammaTables.readTable")) return gammaError;
+  const DisplayID display = displays.identifierOf(number);
   const auto table = hardware.table(display);
   if (!table) return gammaError;
   const auto& [reds, greens, blues] = *table;
@@ -36,9 +37,10 @@ std::int32_t DeskGammaTables::readTable(DisplayID display, std::span<float> red,
   return noGammaError;
 }
 
-std::int32_t DeskGammaTables::writeTable(DisplayID display, std::span<const float> red,
+std::int32_t DeskGammaTables::writeTable(DisplayID number, std::span<const float> red,
                                          std::span<const float> green,
                                          std::span<const float> blue) {
+  const DisplayID display = displays.identifierOf(number);
   const auto what = [&] {
     return "gamma " + std::to_string(display) + " " +
            tracedTable({curve(red), curve(green), curve(blue)});

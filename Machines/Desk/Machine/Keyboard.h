@@ -48,6 +48,9 @@ class DeskKeyboard : public Keyboard {
   bool isPressed(std::uint16_t keyCode) const;
   bool isPressed(BrightnessKey key) const;
 
+  /// Before the mapping, on this desk's keyboard.
+  HIDUsage usageOf(BrightnessKey key) const;
+
   /// Receives keys that are no program's hotkey; may be empty.
   std::function<void(const UnclaimedKey& key)> onUnclaimedKey;
 
@@ -61,7 +64,6 @@ class DeskKeyboard : public Keyboard {
   void brightnessDown(BrightnessKey key, bool isRepeat);
   void startRepeating(HIDUsage physical, BrightnessKey key);
   HIDUsage mapped(HIDUsage physical);
-  HIDUsage usageOf(BrightnessKey key) const;
 
   DeskHardware& hardware;
   Faults& faults;

@@ -7,20 +7,7 @@
 namespace brivane {
 namespace {
 
-using Tool = FinishedProcess (*)(const std::vector<std::string>& arguments, DeskHardware& hardware);
-
-ProcessResult runPresent(ToolPresence presence, Tool tool,
-                         const std::vector<std::string>& arguments, DeskHardware& hardware) {
-  switch (presence) {
-    case ToolPresence::present:
-      return tool(arguments, hardware);
-    case ToolPresence::refusing:
-      return FinishedProcess{1, ""};
-    case ToolPresence::missing:
-      break;
-  }
-  return ProcessNotStarted{"No such file or directory"};
-}
+constexpr Microseconds slowRun = std::chrono::seconds(2);
 
 FinishedProcess runLaunchAgent(const std::vector<std::string>& arguments, DeskHardware& hardware) {
   const auto setEnabled = [&hardware](bool isEnabled) {
@@ -56,12 +43,28 @@ ProcessResult DeskProcesses::run(const std::string& executable,
 
 ProcessResult DeskProcesses::runTool(const std::string& executable,
                                      const std::vector<std::string>& arguments) {
-  const auto& desk = hardware.description;
-  if (executable == "/usr/bin/hidutil") {
-    return runPresent(desk.hidUtil, runHIDUtil, arguments, hardware);
-  }
+  const ToolsState tools = hardware.system.tools();
+  if (executable == "/usr/bin/hidutil") return runPresent(tools.hidUtil, runHIDUtil, arguments);
   if (executable == "/bin/launchctl") {
-    return runPresent(desk.launchControl, runLaunchAgent, arguments, hardware);
+    return runPresent(tools.launchControl, runLaunchAgent, arguments);
+  }
+  return ProcessNotStarted{"No such file or directory"};
+}
+
+ProcessResult DeskProcesses::runPresent(ToolPresence presence, DeskTool tool,
+                                        const std::vector<std::string>& arguments) {
+  switch (presence) {
+    case ToolPresence::present:
+      return tool(arguments, hardware);
+    case ToolPresence::refusing:
+      return FinishedProcess{1, ""};
+    case ToolPresence::garbled:
+      return FinishedProcess{tool(arguments, hardware).exitStatus, "\xFF{ } }{\n"};
+    case ToolPresence::slow:
+      runtime.sleep(slowRun);
+      return tool(arguments, hardware);
+    case ToolPresence::missing:
+      break;
   }
   return ProcessNotStarted{"No such file or directory"};
 }

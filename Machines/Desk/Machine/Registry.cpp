@@ -101,8 +101,13 @@ class RegistryBuilder {
   }
 
   void addDisplay(const DisplayDescription& display) {
-    addPanel(display);
-    if (display.registry.hasProxy) addProxy(display);
+    const auto& quirks = display.registry;
+    const auto& controller = quirks.panelController.empty() ? display.port : quirks.panelController;
+    const auto entries = quirks.entries;
+    const bool hasPanel = entries != RegistryEntries::noPanel && entries != RegistryEntries::none;
+    if (hasPanel) addPanel(display, controller);
+    if (entries == RegistryEntries::panelTwice) addPanel(display, controller + "-2");
+    if (quirks.hasProxy && entries != RegistryEntries::none) addProxy(display);
   }
 
   std::vector<std::shared_ptr<const DeskEntry>> entries;
@@ -116,11 +121,9 @@ class RegistryBuilder {
     return node;
   }
 
-  void addPanel(const DisplayDescription& display) {
-    const auto& quirks = display.registry;
-    const auto& controller = quirks.panelController.empty() ? display.port : quirks.panelController;
+  void addPanel(const DisplayDescription& display, const std::string& controller) {
     auto node = add(platform, "IOService", controller);
-    for (std::int64_t step = 1; step < quirks.panelDepth; ++step) {
+    for (std::int64_t step = 1; step < display.registry.panelDepth; ++step) {
       node = add(node, "IOService", "link-" + std::to_string(step));
     }
     add(node, "IOService", "panel")->properties = panelProperties(display);

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
+#include "Machines/Desk/File/SystemSection.h"
 #include "Machines/Desk/Hardware/Trace.h"
 
 namespace brivane::judge {
@@ -24,6 +26,7 @@ CleanEnds::CleanEnds(const KnownDesk& knownDesk, std::vector<Breach>& allBreache
       mapping(entriesOf(tracedMapping(knownDesk.description.hidMapping))) {
   others = mapping;
   std::erase_if(others, isOfBrightness);
+  tool = toolPresenceName(knownDesk.description.tools.hidUtil);
 }
 
 void CleanEnds::see(const TraceEvent& event) {
@@ -34,8 +37,11 @@ void CleanEnds::see(const TraceEvent& event) {
   } else if (const auto* const plugged = event.as<DisplayPlugged>()) {
     if (plugged->isPlugged) changed.erase(plugged->display);
   } else if (const auto* const mapped = event.as<MappingChanged>()) {
-    mapping = entriesOf(mapped->mapping);
-    if (mapping.empty()) others.clear();
+    seeMapping(*mapped);
+  } else if (const auto* const step = event.as<StepTaken>()) {
+    constexpr std::string_view ofTool = "hidutil ";
+    if (step->words.starts_with(ofTool)) tool = step->words.substr(ofTool.size());
+    if (step->words.starts_with("mapping ")) isOfAnother = true;
   } else if (const auto* const tap = event.as<TapChanged>()) {
     taps += tap->isCreated ? 1 : -1;
   } else if (event.as<ProgramKilled>() != nullptr) {
@@ -46,12 +52,22 @@ void CleanEnds::see(const TraceEvent& event) {
   }
 }
 
+/// A program that can't read the mapping keeps nobody else's entries, either.
+void CleanEnds::seeMapping(const MappingChanged& changed) {
+  mapping = entriesOf(changed.mapping);
+  if (!std::exchange(isOfAnother, false) && tool != "garbled") return;
+  others = mapping;
+  std::erase_if(others, isOfBrightness);
+}
+
 void CleanEnds::seeEnd(Microseconds time) {
   for (const auto display : changed) {
     if (desk.find(display)->isAttached) breach(time, nameOf(display) + " is not calibrated");
   }
   if (taps != 0) breach(time, std::to_string(taps) + " taps are left");
-  if (mapping != others) breach(time, "the keyboard's mapping is not what others made it");
+  const bool canRevert = tool == "present" || tool == "slow";
+  if (mapping != others && canRevert)
+    breach(time, "the keyboard's mapping is not what others made it");
 }
 
 std::set<std::string> entriesOf(std::string_view mapping) {

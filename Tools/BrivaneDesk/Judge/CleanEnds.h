@@ -16,11 +16,16 @@ class CleanEnds : public Checker {
   void see(const TraceEvent& event) override;
 
  private:
+  void seeMapping(const MappingChanged& changed);
   void seeEnd(Microseconds time);
 
   std::set<DisplayNumber> changed;
   int taps = 0;
   std::set<std::string> others;
+  /// Whether the next change of the mapping is another process's.
+  bool isOfAnother = false;
+  /// The key mapping tool, in the words of scenarios.
+  std::string tool;
   std::set<std::string> mapping;
 };
 

@@ -18,6 +18,8 @@ HUDTimes::HUDTimes(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches)
     : Checker(knownDesk, allBreaches, "the HUD shows the newest state for its time") {}
 
 void HUDTimes::see(const TraceEvent& event) {
+  // A command shows no HUD, and its times run ahead of the program's.
+  if (desk.isSecondProgram || event.as<SecondProgramEnds>() != nullptr) return;
   look(event.time);
   if (const auto* const shown = event.as<HUDShown>()) {
     seeShown(event.time, *shown);
@@ -29,7 +31,7 @@ void HUDTimes::see(const TraceEvent& event) {
     frame = placed->frame;
   } else if (const auto* const set = event.as<BusSet>()) {
     const bool isEnd = halves.see(event.time, *set) == SetHalves::Half::second;
-    if (isEnd && !desk.isSecondProgram) {
+    if (isEnd) {
       setEndedAt = event.time;
       setDisplay = set->display;
     }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Machines/Desk/File/DisplaySection.h"
 #include "Machines/Desk/File/FirmwareSection.h"
 
 namespace brivane::judge {
@@ -67,6 +68,8 @@ KnownDesk::KnownDesk(const DeskDescription& desk) : description(desk), pointer(d
     KnownDisplay& known = displays[display.identifier];
     known.described = &display;
     known.identity = identityOf(display);
+    known.number = display.number;
+    known.entries = registryEntriesName(display.registry.entries);
     known.hasScreen = display.screen != ScreenPresence::none;
     known.hasNumber = display.screen == ScreenPresence::numbered;
     known.frame = display.frame;
@@ -208,6 +211,15 @@ void KnownDesk::take(const PointerMoved& moved) {
 void KnownDesk::take(const DisplayPlugged& plugged) {
   change(plugged.display, [&](KnownDisplay& known) {
     known.isAttached = plugged.isPlugged;
+    known.number = plugged.number.value_or(known.number);
+    known.changedAt = now;
+  });
+  learnBuses();
+}
+
+void KnownDesk::take(const RegistryChanged& changed) {
+  change(changed.display, [&](KnownDisplay& known) {
+    known.entries = changed.entries;
     known.changedAt = now;
   });
   learnBuses();
@@ -348,15 +360,17 @@ KnownRegistry KnownDesk::registry() const {
     const auto controller = orElse(quirks.panelController, display.port);
     const bool isPanel = !quirks.displayAttributes && !quirks.productAttributes && vendor &&
                          model && isPort(controller) && quirks.panelDepth <= 8;
-    if (isPanel) {
+    if (isPanel && display.entries != "noPanel" && display.entries != "none") {
       const auto serial = numberOf(quirks.serialNumber, described.serial);
       found.panels[controller] = {*vendor, *model, serial.value_or(0)};
+      if (display.entries == "panelTwice")
+        found.panels[controller + "-2"] = found.panels[controller];
     }
     std::string channel = orElse(quirks.proxyParent, display.port);
     channel = channel.substr(0, channel.find(':'));
     const bool isBus = quirks.hasProxy && quirks.serviceCanBeCreated && !quirks.location &&
                        !described.isBuiltIn && isPort(channel);
-    if (isBus) found.buses[channel] = number;
+    if (isBus && display.entries != "none") found.buses[channel] = number;
   }
   return found;
 }
@@ -386,7 +400,7 @@ DisplayNumber KnownDesk::matchedBus(DisplayNumber display, const KnownRegistry& 
     if (!other.isAttached || other.described->isBuiltIn) continue;
     ++externals;
     const KnownRegistry::Panel panel{other.described->vendor, other.described->model, 0};
-    if (number < display && isOfModel(panel)) ++place;
+    if (other.number < known.number && isOfModel(panel)) ++place;
   }
   if (ports.empty()) {
     const bool isOnly = externals == 1 && registry.buses.size() == 1;
@@ -418,7 +432,8 @@ std::optional<DisplayNumber> KnownDesk::answeringBusOf(DisplayNumber display) co
 std::string KnownDesk::nameOf(DisplayNumber display) const {
   const auto* const known = find(display);
   if (known->hasScreen && known->hasNumber) return known->described->name;
-  return known->described->isBuiltIn ? "Built-in Display" : "Display " + std::to_string(display);
+  return known->described->isBuiltIn ? "Built-in Display"
+                                     : "Display " + std::to_string(known->number);
 }
 
 /// The screens with their frames, in whole numbers.
@@ -427,7 +442,7 @@ std::string KnownDesk::arrangement() const {
   for (const auto& [number, display] : displays) {
     if (!display.isAttached || !display.hasScreen) continue;
     const Rect& frame = display.frame;
-    text += (display.hasNumber ? std::to_string(number) : "0") + ":";
+    text += (display.hasNumber ? std::to_string(display.number) : "0") + ":";
     for (const double side : {frame.x, frame.y, frame.width, frame.height}) {
       text += std::to_string(static_cast<std::int64_t>(side)) + ",";
     }

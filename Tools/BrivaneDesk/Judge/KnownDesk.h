@@ -16,11 +16,15 @@ struct KnownDisplay {
   const DisplayDescription* described = nullptr;
   /// Vendor, model and serial number as in the names of settings: "8738.9240.0".
   std::string identity;
+  /// By which the window system names the display.
+  DisplayNumber number = 0;
   bool isAttached = true;
   bool hasScreen = true;
   bool hasNumber = true;
   Rect frame;
   std::string port;
+  /// Which entries the registry has: "all", "noPanel", "none", "panelTwice".
+  std::string entries;
   double headroom = 1;
   std::optional<Microseconds> headroomChangedAt;
   std::string mood;
@@ -124,6 +128,7 @@ class KnownDesk {
   void take(const BrightnessKeyPressed& key);
   void take(const PointerMoved& moved);
   void take(const DisplayPlugged& plugged);
+  void take(const RegistryChanged& changed);
   void take(const DisplayFramed& framed);
   void take(const HeadroomChanged& changed);
   void take(const ScreenChanged& changed);

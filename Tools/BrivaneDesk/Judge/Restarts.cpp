@@ -13,9 +13,9 @@ namespace {
 constexpr Microseconds startDuration{500'000};
 
 bool changesKeys(std::string_view step) {
-  constexpr std::array<std::string_view, 9> all = {"setting",     "grant",  "revoke",
-                                                   "mapping",     "unmap",  "command",
-                                                   "menu choose", "editor", "start second"};
+  constexpr std::array<std::string_view, 10> all = {
+      "setting", "grant",   "revoke",      "mapping", "hidutil",
+      "unmap",   "command", "menu choose", "editor",  "start second"};
   return std::ranges::any_of(all, [&](std::string_view words) { return step.starts_with(words); });
 }
 
@@ -28,15 +28,13 @@ Restarts::Restarts(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches)
 
 void Restarts::see(const TraceEvent& event) {
   if (!isSettled && event.time >= desk.startedAt + startDuration) settle(event.time);
-  if (event.isFault) {
-    isSame = false;
-    isMeasure = isMeasure && isSettled;
-  }
+  if (event.isFault) isSame = isUndisturbed = false;
   if (const auto* const step = event.as<StepTaken>()) {
-    if (changesKeys(step->words)) isSame = false;
+    if (changesKeys(step->words)) isSame = isUndisturbed = false;
   } else if (event.as<ProgramStarted>() != nullptr) {
     isCleared = false;
     isSettled = false;
+    isUndisturbed = true;
     now.hotkeys.clear();
   } else if (event.as<ProgramKilled>() != nullptr || event.as<ProgramEnded>() != nullptr) {
     isSettled = true;
@@ -72,9 +70,8 @@ void Restarts::settle(Microseconds time) {
     breach(time, now.hotkeys != before->hotkeys ? "other hotkeys than in the run before"
                                                 : "another mapping than in the run before");
   }
-  before = isMeasure ? std::optional(now) : std::nullopt;
+  before = isUndisturbed ? std::optional(now) : std::nullopt;
   isSame = true;
-  isMeasure = true;
 }
 
 }  // namespace brivane::judge

@@ -36,8 +36,8 @@ class Restarts : public Checker {
   bool isSettled = true;
   /// Whether what keys depend on is as it was when the last run settled.
   bool isSame = false;
-  /// Whether the next start must have what this one has: no call of this start was refused.
-  bool isMeasure = true;
+  /// Whether nothing else has changed them since the start.
+  bool isUndisturbed = false;
   Keys now;
   std::optional<Keys> before;
 };

@@ -20,7 +20,9 @@ void SetPairs::see(const TraceEvent& event) {
     breach(event.time, "a set that went out once");
     halves.forget();
   }
-  mainThreadAt = event.time;
+  // A command's times run ahead of the program's.
+  if (event.as<SecondProgramBegins>() != nullptr) begunAt = event.time;
+  mainThreadAt = event.as<SecondProgramEnds>() != nullptr ? begunAt : event.time;
 }
 
 void SetPairs::seeSet(Microseconds time, const BusSet& set) {

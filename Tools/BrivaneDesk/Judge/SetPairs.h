@@ -18,6 +18,8 @@ class SetPairs : public Checker {
   SetHalves halves;
   /// The last event of the main thread, which alone sets.
   Microseconds mainThreadAt{0};
+  /// When the last command began.
+  Microseconds begunAt{0};
 };
 
 }  // namespace brivane::judge

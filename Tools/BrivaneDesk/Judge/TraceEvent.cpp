@@ -172,8 +172,12 @@ EventKind readHotkey(Words words) {
 
 EventKind readDisplay(Words words) {
   const auto display = words.number<DisplayNumber>();
-  if (words.take("plugged")) return DisplayPlugged{display, true};
-  if (words.take("unplugged")) return DisplayPlugged{display, false};
+  if (words.take("plugged as ")) {
+    return DisplayPlugged{display, true, words.number<DisplayNumber>()};
+  }
+  if (words.take("plugged")) return DisplayPlugged{display, true, std::nullopt};
+  if (words.take("unplugged")) return DisplayPlugged{display, false, std::nullopt};
+  if (words.take("registry ")) return RegistryChanged{display, words.all()};
   if (words.take("headroom ")) return HeadroomChanged{display, words.number<double>()};
   if (words.take("has no screen")) return ScreenChanged{display, false, false};
   if (words.take("has a screen without")) return ScreenChanged{display, true, false};
@@ -194,7 +198,8 @@ EventKind readMonitor(Words words) {
 EventKind readServices(Words words) {
   const auto display = words.number<DisplayNumber>();
   if (!words.take("level ")) return OtherLine{};
-  return ServiceLevelChanged{display, words.number<double>()};
+  // The services' levels are 32-bit floats.
+  return ServiceLevelChanged{display, static_cast<double>(words.number<float>())};
 }
 
 EventKind readKey(Words words) {
@@ -260,7 +265,7 @@ EventKind readRest(Words words) {
   if (words.take("hid-mapping ")) return MappingChanged{words.all()};
   if (words.take("brightness key ")) return BrightnessKeyPressed{words.take("up")};
   if (words.take("system brightness up, level ") || words.take("system brightness down, level ")) {
-    return SystemBrightnessChanged{words.number<double>()};
+    return SystemBrightnessChanged{static_cast<double>(words.number<float>())};
   }
   if (words.take("second program begins")) return SecondProgramBegins{};
   if (words.take("second program ends")) return SecondProgramEnds{};

@@ -98,6 +98,13 @@ struct BrightnessKeyPressed {
 struct DisplayPlugged {
   DisplayNumber display = 0;
   bool isPlugged = false;
+  /// The window system's new number; nothing: as before.
+  std::optional<DisplayNumber> number;
+};
+/// The words of scenarios: "all", "noPanel", "none", "panelTwice".
+struct RegistryChanged {
+  DisplayNumber display = 0;
+  std::string_view entries;
 };
 struct DisplayFramed {
   DisplayNumber display = 0;
@@ -185,11 +192,11 @@ using EventKind =
     std::variant<OtherLine, StepTaken, ProgramStarted, ProgramKilled, ProgramEnded,
                  SecondProgramBegins, SecondProgramEnds, BusSet, BusGet, BusRead, GammaTaken,
                  GammaRead, GammaCalibrated, SettingChanged, HotkeyRegistered, HotkeyUnregistered,
-                 HotkeyMoved, KeyMoved, BrightnessKeyPressed, DisplayPlugged, DisplayFramed,
-                 HeadroomChanged, ScreenChanged, PortsSwapped, MonitorChanged, ServiceLevelChanged,
-                 SystemBrightnessChanged, PointerMoved, NoticeDelivered, TapChanged, MappingChanged,
-                 FaultStruck, HUDShown, HUDPlaced, HUDFades, HUDGone, MenuMoved, MenuRebuilt,
-                 MenuItemShown, SliderMoved>;
+                 HotkeyMoved, KeyMoved, BrightnessKeyPressed, DisplayPlugged, RegistryChanged,
+                 DisplayFramed, HeadroomChanged, ScreenChanged, PortsSwapped, MonitorChanged,
+                 ServiceLevelChanged, SystemBrightnessChanged, PointerMoved, NoticeDelivered,
+                 TapChanged, MappingChanged, FaultStruck, HUDShown, HUDPlaced, HUDFades, HUDGone,
+                 MenuMoved, MenuRebuilt, MenuItemShown, SliderMoved>;
 
 struct TraceEvent {
   Microseconds time{0};

@@ -1,6 +1,7 @@
 #include "Tools/BrivaneDesk/Steps/HardwareLines.h"
 
 #include "Machines/Common/Files/PropertyJson.h"
+#include "Machines/Desk/File/DisplaySection.h"
 #include "Machines/Desk/File/FirmwareSection.h"
 #include "Machines/Desk/File/SystemSection.h"
 #include "Tools/BrivaneDesk/Steps/GammaReading.h"
@@ -13,6 +14,10 @@ std::string displayText(const DisplayDescription& display) {
   std::string text = "at " + tracedPoint({frame.x, frame.y}) + ", " + tracedNumber(frame.width) +
                      " x " + tracedNumber(frame.height) + ", port " + display.port;
   if (display.headroom > 1) text += ", headroom " + tracedNumber(display.headroom);
+  if (display.number != display.identifier) text += ", number " + std::to_string(display.number);
+  if (display.registry.entries != RegistryEntries::all) {
+    text += ", registry " + std::string(registryEntriesName(display.registry.entries));
+  }
   if (display.screen == ScreenPresence::unnumbered) text += ", a screen without a number";
   if (display.screen == ScreenPresence::none) text += ", no screen";
   return text;

@@ -2,6 +2,8 @@
 #include <array>
 #include <cmath>
 
+#include "Machines/Desk/File/DisplaySection.h"
+#include "Machines/Desk/File/SystemSection.h"
 #include "Tools/BrivaneDesk/Language/KeyNames.h"
 #include "Tools/BrivaneDesk/Stage/Scene.h"
 #include "Tools/BrivaneDesk/Steps/StepTable.h"
@@ -128,6 +130,20 @@ StepProblem unplug(Scene& scene, const StepArguments& arguments) {
 StepProblem plug(Scene& scene, const StepArguments& arguments) {
   const auto display = arguments.display(0);
   return unless(scene.hardware().changes.plug(display), display, "was not unplugged before");
+}
+
+StepProblem plugAs(Scene& scene, const StepArguments& arguments) {
+  const auto display = arguments.display(0);
+  const std::int64_t number = arguments.whole(1);
+  if (number == 0) return "a display's number is not 0";
+  const bool isPlugged = scene.hardware().changes.plug(display, static_cast<std::uint32_t>(number));
+  return unless(isPlugged, display, "was not unplugged before, or another display has the number");
+}
+
+StepProblem changeRegistry(Scene& scene, const StepArguments& arguments) {
+  scene.hardware().changes.setRegistryEntries(arguments.display(0),
+                                              *registryEntriesOf(arguments.text(1)));
+  return std::nullopt;
 }
 
 StepProblem move(Scene& scene, const StepArguments& arguments) {
@@ -260,6 +276,39 @@ StepProblem revoke(Scene& scene, const StepArguments&) {
   return std::nullopt;
 }
 
+std::optional<HIDUsage> usageOf(Scene& scene, const Keys& keys) {
+  if (keys.names.size() != 1) return std::nullopt;
+  const auto& name = keys.names.front();
+  if (const auto code = keyCodeOf(name)) return usageOfKey(*code);
+  return scene.keyboard().usageOf(brightnessKey(name));
+}
+
+/// In place of the key's entry, if it has one.
+StepProblem mapKey(Scene& scene, const StepArguments& arguments) {
+  const auto source = usageOf(scene, arguments.get<Keys>(0));
+  const auto destination = usageOf(scene, arguments.get<Keys>(1));
+  if (!source || !destination) return "expected one key that can be mapped to one other key";
+  auto mapping = scene.hardware().system.hidMapping();
+  std::erase_if(mapping, [&](const auto& entry) { return entry.source == *source; });
+  mapping.push_back({*source, *destination});
+  scene.hardware().system.setHIDMapping(mapping);
+  return std::nullopt;
+}
+
+StepProblem changeKeyTool(Scene& scene, const StepArguments& arguments) {
+  auto tools = scene.hardware().system.tools();
+  tools.hidUtil = *toolPresenceOf(arguments.text(0));
+  scene.hardware().system.setTools(tools);
+  return std::nullopt;
+}
+
+StepProblem changeLaunchTool(Scene& scene, const StepArguments& arguments) {
+  auto tools = scene.hardware().system.tools();
+  tools.launchControl = *toolPresenceOf(arguments.text(0));
+  scene.hardware().system.setTools(tools);
+  return std::nullopt;
+}
+
 StepProblem clearMapping(Scene& scene, const StepArguments&) {
   scene.hardware().system.setHIDMapping({});
   return std::nullopt;
@@ -305,6 +354,8 @@ std::vector<HardwareStep> hardwareSteps() {
       {"pointer nowhere", pointerNowhere},
       {"unplug DISPLAY", unplug},
       {"plug DISPLAY", plug},
+      {"plug DISPLAY as COUNT", plugAs},
+      {"registry DISPLAY all|noPanel|none|panelTwice", changeRegistry},
       {"move DISPLAY to POINT", move},
       {"swap DISPLAY and DISPLAY", swapPorts},
       {"announce screens", announceScreens},
@@ -324,6 +375,9 @@ std::vector<HardwareStep> hardwareSteps() {
       {"grant accessibility", grant},
       {"revoke accessibility", revoke},
       {"mapping cleared", clearMapping},
+      {"mapping KEYS to KEYS", mapKey},
+      {"hidutil present|missing|refusing|garbled|slow", changeKeyTool},
+      {"launchctl present|missing|refusing|garbled|slow", changeLaunchTool},
       {"setting NAME = VALUE", setSetting},
       {"setting NAME removed", removeSetting},
   };

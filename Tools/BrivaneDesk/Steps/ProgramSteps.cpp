@@ -78,8 +78,11 @@ StepProblem requestPress(Stage& stage, const StepArguments& arguments) {
 }
 
 StepProblem requestSet(Stage& stage, const StepArguments& arguments) {
-  const auto display =
-      arguments.holds<std::int64_t>(1) ? std::to_string(arguments.display(1)) : std::string();
+  std::string display;
+  if (arguments.holds<std::int64_t>(1)) {
+    const auto found = stage.hardware().displays.find(arguments.display(1));
+    display = std::to_string(found ? found->number : arguments.display(1));
+  }
   return ask(stage,
              [&](RemoteCommands& commands) { return commands.set(arguments.whole(0), display); });
 }

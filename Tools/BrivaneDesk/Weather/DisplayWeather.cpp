@@ -84,7 +84,7 @@ std::string DisplayWeather::gammaText(DayDisplay& display) {
 
 void DisplayWeather::writeStep() {
   DayDisplay& display = day.anyDisplay();
-  switch (day.pick(9)) {
+  switch (day.pick(10)) {
     case 0:
     case 1:
       return replug(display);
@@ -98,6 +98,8 @@ void DisplayWeather::writeStep() {
       return swapPorts(display);
     case 6:
       return pressButtonsUnseen(display);
+    case 7:
+      return changeRegistry(display);
     default:
       return disturb(display);
   }
@@ -119,6 +121,15 @@ void DisplayWeather::swapPorts(const DayDisplay& display) {
   if (day.chance(50)) rearrange(display);
 }
 
+void DisplayWeather::changeRegistry(const DayDisplay& display) {
+  static constexpr std::array entries = {"noPanel", "none", "panelTwice", "panelTwice", "all"};
+  day.later("registry " + named(display) + " " + day.oneOf(entries));
+  // Otherwise the program looks again only for a display that it has not found.
+  if (day.chance(50)) return;
+  day.line("sleep");
+  day.later("wake");
+}
+
 /// While the monitor doesn't answer.
 void DisplayWeather::pressButtonsUnseen(const DayDisplay& display) {
   if (!display.hasFirmware) return;
@@ -133,9 +144,21 @@ void DisplayWeather::pressButtonsUnseen(const DayDisplay& display) {
 /// A display that has come back may be used before its level is restored.
 void DisplayWeather::replug(DayDisplay& display) {
   const std::string number = named(display);
-  day.later(display.isAttached ? "unplug " + number : "plug " + number);
-  display.isAttached = !display.isAttached;
-  if (!display.isAttached || !display.hasFirmware || day.chance(60)) return;
+  if (!display.isAttached) return plug(display);
+  day.later("unplug " + number);
+  display.isAttached = false;
+}
+
+/// Under another number at times, and before the registry has the display.
+void DisplayWeather::plug(DayDisplay& display) {
+  const std::string number = named(display);
+  const bool isLate = day.chance(20);
+  if (isLate) day.line("registry " + number + " none");
+  const bool isRenumbered = day.chance(20);
+  day.later("plug " + number + (isRenumbered ? " as " + std::to_string(++lastNumber) : ""));
+  if (isLate) day.later("registry " + number + " all");
+  display.isAttached = true;
+  if (!display.hasFirmware || day.chance(60)) return;
   day.line("+100ms menu open");
   day.line("+300ms buttons " + number + " " + std::to_string(day.pick(51)));
   day.line("+1.3s menu close");
@@ -189,6 +212,7 @@ void DisplayWeather::writeEnd() {
   for (const auto& display : day.displays) {
     const std::string number = named(display);
     if (!display.isAttached) day.line("plug " + number);
+    day.line("registry " + number + " all");
     if (display.hasGamma) day.line("refuse gamma " + number + " 0 times");
     if (!display.hasFirmware) continue;
     day.line("mood " + number + " answering");

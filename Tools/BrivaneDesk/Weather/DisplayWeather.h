@@ -27,12 +27,16 @@ class DisplayWeather {
   void swapPorts(const DayDisplay& display);
   void pressButtonsUnseen(const DayDisplay& display);
   void replug(DayDisplay& display);
+  void plug(DayDisplay& display);
+  void changeRegistry(const DayDisplay& display);
   void changeHeadroom(const DayDisplay& display);
   void disturb(const DayDisplay& display);
   void refuseGamma(const DayDisplay& display);
   void wakeLate(const DayDisplay& display);
 
   DayText& day;
+  /// Numbers beyond the displays' identifiers are given once.
+  int lastNumber = 100;
 };
 
 }  // namespace brivane

@@ -209,7 +209,7 @@ TEST(DeskFile, ThatIsAnEmptyObjectIsADeskWithoutDisplays) {
   EXPECT_EQ(desk.pointer, (Point{0, 0}));
   EXPECT_EQ(desk.bundleIdentifier, "com.quorrel.brivane");
   EXPECT_TRUE(desk.isAccessibilityGranted);
-  EXPECT_EQ(desk.hidUtil, ToolPresence::present);
+  EXPECT_EQ(desk.tools.hidUtil, ToolPresence::present);
   EXPECT_FALSE(desk.tallowinDefaults.has_value());
   EXPECT_EQ(desk.language, "en");
   EXPECT_EQ(desk.appearance, DeskAppearance::light);
@@ -217,7 +217,7 @@ TEST(DeskFile, ThatIsAnEmptyObjectIsADeskWithoutDisplays) {
   EXPECT_EQ(desk.keyboard.brightnessUsages, BrightnessUsages::consumer);
   EXPECT_EQ(desk.keyboard.repeatDelaySeconds, 0.5);
   EXPECT_EQ(desk.keyboard.repeatPeriodSeconds, 1.0 / 12);
-  EXPECT_EQ(desk.launchControl, ToolPresence::present);
+  EXPECT_EQ(desk.tools.launchControl, ToolPresence::present);
   EXPECT_THAT(desk.missingResources, IsEmpty());
   EXPECT_FALSE(desk.launchAgent.isInstalled);
 }
@@ -338,7 +338,7 @@ TEST(DeskFile, ReadsEveryKeyBesideTheDisplays) {
       "faults": {"GammaTables.writeTable": [2, 3], "SymbolLoader.find": [1]}})");
   EXPECT_EQ(desk.pointer, (Point{-3, 4.5}));
   EXPECT_THAT(desk.hidMapping, ElementsAre(HIDMappingEntry{30064771129u, 18446744073709551615u}));
-  EXPECT_EQ(desk.hidUtil, ToolPresence::refusing);
+  EXPECT_EQ(desk.tools.hidUtil, ToolPresence::refusing);
   EXPECT_FALSE(desk.isAccessibilityGranted);
   EXPECT_EQ(desk.bundleIdentifier, std::nullopt);
   EXPECT_EQ(desk.applications.at(0).processID, 4242);
@@ -478,7 +478,7 @@ TEST(DeskFile, ReadsWhatOnlyTheResidentProgramUses) {
   EXPECT_EQ(desk.keyboard.repeatPeriodSeconds, 0.03);
   EXPECT_THAT(desk.applications.at(0).hotkeys,
               ElementsAre(KeyCombination{126, 6144}, KeyCombination{1, 0}));
-  EXPECT_EQ(desk.launchControl, ToolPresence::missing);
+  EXPECT_EQ(desk.tools.launchControl, ToolPresence::missing);
   EXPECT_THAT(desk.missingResources, ElementsAre("A.bundle"));
   EXPECT_EQ(desk.program.executablePath, "/x");
   EXPECT_EQ(desk.program.modificationSeconds, 5);

@@ -482,6 +482,23 @@ TEST_F(DeskFolderTest, AProcessThatCouldNotSaveAChangeStillSeesLaterOnesOfOthers
       << "and nothing of theirs is overwritten";
 }
 
+TEST_F(DeskFolderTest, AnotherNumberFewerEntriesAndWorseToolsOutliveTheirProcess) {
+  const std::string two = R"({"displays": [{"identifier": 1}, {"identifier": 2}]})";
+  FolderDesk one(two, folder / "state");
+  one.hardware.changes.unplug(2);
+  EXPECT_FALSE(one.hardware.changes.plug(2, 1)) << "another display has the number";
+  EXPECT_TRUE(one.hardware.changes.plug(2, 7));
+  one.hardware.changes.setRegistryEntries(2, RegistryEntries::noPanel);
+  one.hardware.system.setTools({ToolPresence::slow, ToolPresence::garbled});
+  FolderDesk other(two, folder / "state");
+  const auto display = other.hardware.displays.findNumbered(7);
+  ASSERT_NE(display, nullptr);
+  EXPECT_EQ(display->identifier, 2u);
+  EXPECT_EQ(display->registry.entries, RegistryEntries::noPanel);
+  EXPECT_EQ(other.hardware.displays.identifierOf(2), 0u) << "nobody has the old number";
+  EXPECT_EQ(other.hardware.system.tools(), (ToolsState{ToolPresence::slow, ToolPresence::garbled}));
+}
+
 TEST_F(DeskFolderTest, AColourProfileOutlivesItsProcessAndTakesTheTableOfAPrograms) {
   {
     auto desk = open();

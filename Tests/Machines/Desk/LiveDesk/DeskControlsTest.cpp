@@ -79,9 +79,9 @@ TEST_F(LiveControlsTest, ItsButtonsGoATenthAndStopAtTheEnds) {
   EXPECT_EQ(hardware.monitors.state(2)->writeCount, 0u) << "a person's presses are not counted";
 }
 
-TEST_F(LiveControlsTest, ItsMoodIsOneOfEight) {
+TEST_F(LiveControlsTest, ItsMoodIsOneOfNine) {
   EXPECT_EQ(chosen(strip(), "Mood"), "answering");
-  EXPECT_EQ(control<LiveChoice>(strip(), "Mood").options.size(), 8u);
+  EXPECT_EQ(control<LiveChoice>(strip(), "Mood").options.size(), 9u);
   choose(strip(), "Mood", "garbled");
   EXPECT_EQ(hardware.monitors.state(2)->mood, MonitorMood::garbled);
   EXPECT_EQ(chosen(strip(), "Mood"), "garbled");

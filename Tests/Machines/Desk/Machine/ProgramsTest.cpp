@@ -190,7 +190,8 @@ TEST_F(LaunchControlTest, IsRememberedForOtherProcesses) {
   FolderDesk one(text, folder / "state");
   FolderDesk two(text, folder / "state");
   Faults noFaults{{}};
-  DeskProcesses(one.hardware, noFaults).run("/bin/launchctl", {"disable", agent});
+  VirtualRuntime runtime;
+  DeskProcesses(one.hardware, noFaults, runtime).run("/bin/launchctl", {"disable", agent});
   EXPECT_EQ(two.hardware.system.launchState(), LaunchState{false});
   FolderDesk edited(R"({"launchAgent": {"installed": false}})", folder / "state");
   EXPECT_EQ(edited.hardware.system.launchState(), LaunchState{})
