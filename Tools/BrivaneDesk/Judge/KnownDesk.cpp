@@ -67,6 +67,7 @@ KnownDesk::KnownDesk(const DeskDescription& desk) : description(desk), pointer(d
   for (const auto& display : desk.displays) {
     KnownDisplay& known = displays[display.identifier];
     known.described = &display;
+    order.push_back(display.identifier);
     known.identity = identityOf(display);
     known.number = display.number;
     known.entries = registryEntriesName(display.registry.entries);
@@ -214,7 +215,20 @@ void KnownDesk::take(const DisplayPlugged& plugged) {
     known.number = plugged.number.value_or(known.number);
     known.changedAt = now;
   });
+  keepOrder(plugged);
   learnBuses();
+}
+
+/// A display comes back to its old place.
+void KnownDesk::keepOrder(const DisplayPlugged& plugged) {
+  const auto found = std::ranges::find(order, plugged.display);
+  if (found != order.end()) {
+    places[plugged.display] = static_cast<std::size_t>(found - order.begin());
+    order.erase(found);
+  }
+  if (!plugged.isPlugged) return;
+  const auto place = std::min(places[plugged.display], order.size());
+  order.insert(order.begin() + static_cast<std::ptrdiff_t>(place), plugged.display);
 }
 
 void KnownDesk::take(const RegistryChanged& changed) {
@@ -351,8 +365,9 @@ std::optional<DisplayNumber> KnownDesk::busOf(DisplayNumber display) const {
 
 KnownRegistry KnownDesk::registry() const {
   KnownRegistry found;
-  for (const auto& [number, display] : displays) {
-    if (!display.isAttached) continue;
+  // Of two at one port the later counts.
+  for (const auto number : order) {
+    const auto& display = displays.at(number);
     const auto& described = *display.described;
     const auto& quirks = described.registry;
     const auto vendor = numberOf(quirks.legacyManufacturerID, described.vendor);

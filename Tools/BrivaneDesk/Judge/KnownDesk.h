@@ -142,6 +142,7 @@ class KnownDesk {
   template <typename Operation>
   void change(DisplayNumber display, const Operation& operation);
   void forget();
+  void keepOrder(const DisplayPlugged& plugged);
   void learnBuses();
   KnownRegistry registry() const;
   /// As the program matches panels, by their identities and in the order of displays and ports; 0
@@ -159,6 +160,9 @@ class KnownDesk {
   std::map<std::uint32_t, std::uint32_t> keyOfHotkey;
   /// The screens when the program last looked.
   std::string knownArrangement;
+  /// The displays that are plugged in, in the window system's order, and the others' places in it.
+  std::vector<DisplayNumber> order;
+  std::map<DisplayNumber, std::size_t> places;
   /// What the registry has said since the program last forgot; 0: no bus.
   std::map<DisplayNumber, std::set<DisplayNumber>> buses;
 };

@@ -239,5 +239,35 @@ TEST(Judge, AfterThirtyQuietSecondsTheMenuShowsALevel) {
               IsEmpty());
 }
 
+TEST(Judge, ADisplayIsReachedByWhatTheRegistrySaysOfItSinceAWake) {
+  const Lines gone = {"1 display 1 registry none", "2 delivers did-wake"};
+  EXPECT_THAT(breachesOf(with(gone, quietMenu("Retrying now…", ""))), IsEmpty());
+  EXPECT_THAT(breachesOf(with(with(gone, {"3 display 1 registry all", "4 delivers did-wake"}),
+                              quietMenu("Retrying now…", ""))),
+              ElementsAre("display 1 shows \"Retrying now…\""));
+}
+
+TEST(Judge, ADisplayThatIsGoneMayLeaveALevelOfTheOnlyBus) {
+  EXPECT_THAT(breachesOf({"1 setting brightness.0.0.0 = 75"}),
+              ElementsAre("brightness.0.0.0 = 75"));
+  EXPECT_THAT(breachesOf({"1 display 2 unplugged", "1 delivers screen-parameters",
+                          "2 setting brightness.0.0.0 = 75"}),
+              IsEmpty());
+}
+
+TEST(Judge, WhatOthersMapStaysUnlessTheToolIsGarbled) {
+  const Lines lost = {"1 > mapping f5 to f6", "1 hid-mapping 70000003E to 70000003F",
+                      "2 hid-mapping empty", "3 program ended with status 0"};
+  EXPECT_THAT(breachesOf(lost), ElementsAre("the keyboard's mapping is not what others made it"));
+  EXPECT_THAT(breachesOf(with({"1 > hidutil garbled"}, lost)), IsEmpty());
+}
+
+TEST(Judge, ACommandRunsAheadOfTheProgram) {
+  EXPECT_THAT(
+      breachesOf({"1 > request set 40", "1 second program begins", "1.3 second program ends",
+                  "1.01 " + set40, "1.02 " + set40, "1.02 " + level40}),
+      IsEmpty());
+}
+
 }  // namespace
 }  // namespace brivane::judge
