@@ -30,10 +30,13 @@ constexpr std::string_view help = R"(brivane-desk run FILE... [--regenerate] [--
     --seed         plays as the swarm does: simultaneous events come in an
                    order drawn from N, and no transcript is compared
 
-brivane-desk swarm --seeds A..B [--hours H] [--jobs N] [--limit S] [--keep FOLDER]
+brivane-desk swarm --seeds A..B [--day D] [--hours H] [--jobs N] [--limit S]
+                   [--keep FOLDER]
     plays a random day on a random desk for each seed; of the days that fail
     alike, one is cut down to what it takes to fail
 
+    --day          how long a day lasts at least, for instance 24h; otherwise
+                   some ten minutes
     --hours        goes on with the seeds after B until H hours have passed;
                    without --seeds from seed 1
     --jobs         plays N days at a time
@@ -130,10 +133,17 @@ std::optional<std::int64_t> countIn(const std::string& text, std::int64_t most) 
 std::string readSwarmOption(brivane::SwarmOptions& options, const std::string& option,
                             const std::string& text) {
   constexpr std::int64_t longestLimit = 86'400;
+  constexpr brivane::Microseconds longestDay = std::chrono::hours(1000);
   if (option == "--seeds") {
     const auto seeds = brivane::parseSeeds(text);
     options.seeds = seeds.value_or(options.seeds);
     return seeds ? "" : "seeds such as 1..20";
+  }
+  if (option == "--day") {
+    const brivane::Microseconds length(brivane::parseMicroseconds(text).value_or(-1));
+    options.dayOf = [length](std::uint64_t seed) { return brivane::randomDay(seed, length); };
+    const bool isPossible = length >= brivane::Microseconds(0) && length <= longestDay;
+    return isPossible ? "" : "a length of time up to 1000h, such as 24h";
   }
   if (option == "--hours") {
     const auto duration = brivane::parseMicroseconds(text + "h");
@@ -155,7 +165,7 @@ std::string readSwarmOption(brivane::SwarmOptions& options, const std::string& o
 }
 
 int swarm(const std::vector<std::string>& arguments) {
-  constexpr std::array known = {"--seeds", "--hours", "--jobs", "--limit", "--keep"};
+  constexpr std::array known = {"--seeds", "--day", "--hours", "--jobs", "--limit", "--keep"};
   brivane::SwarmOptions options;
   options.stage.resources = resources();
   options.seeds = {1, 1};

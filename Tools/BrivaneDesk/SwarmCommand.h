@@ -37,7 +37,9 @@ struct SwarmOptions {
   std::filesystem::path keepFolder = ".";
   StageOptions stage;
   /// The day of a seed, as a scenario.
-  std::function<std::string(std::uint64_t seed)> dayOf = randomDay;
+  std::function<std::string(std::uint64_t seed)> dayOf = [](std::uint64_t seed) {
+    return randomDay(seed);
+  };
 };
 
 /// Plays each seed's random day twice in a process of its own, with the order of simultaneous

@@ -372,6 +372,11 @@ TEST(RandomDay, OneSeedGivesOneDayAndEveryDayIsAScenario) {
   }
 }
 
+TEST(RandomDay, LastsAtLeastAsLongAsItIsToldTo) {
+  const auto loaded = loadScenarioText(randomDay(7, std::chrono::hours(5)), "day.scenario");
+  EXPECT_GE(playScenario(std::get<LoadedScenario>(loaded), {}).length, std::chrono::hours(5));
+}
+
 TEST(ScenarioRun, ABoostOverACurveWithAKneeIsAKnownCurve) {
   for (const std::string capacity : {"5", "64", "1024"}) {
     const auto loaded = loadScenarioText(

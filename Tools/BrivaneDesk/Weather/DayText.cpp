@@ -1,5 +1,7 @@
 #include "Tools/BrivaneDesk/Weather/DayText.h"
 
+#include "Tools/BrivaneDesk/Language/Tokens.h"
+
 namespace brivane {
 
 std::string joined(std::initializer_list<std::string_view> texts) {
@@ -22,6 +24,8 @@ bool DayText::chance(int percent) {
 
 void DayText::line(const std::string& words) {
   text += words + "\n";
+  if (!words.starts_with('+')) return;
+  pauses += Microseconds(*parseMicroseconds(words.substr(1, words.find(' ') - 1)));
 }
 
 void DayText::later(const std::string& step) {

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "BrivaneCore/Support/Time.h"
+
 namespace brivane {
 
 /// What the day's writer knows of a display of the day's desk.
@@ -38,6 +40,8 @@ class DayText {
   }
 
   void line(const std::string& words);
+  /// The pauses so far; what steps take besides isn't counted.
+  Microseconds length() const { return pauses; }
   /// A line for the step, after a pause of up to 20 s.
   void later(const std::string& step);
   /// Time in which everything comes to rest, and a look at the menu, which may have been open.
@@ -53,6 +57,7 @@ class DayText {
  private:
   std::mt19937_64 random;
   std::string text;
+  Microseconds pauses{0};
 };
 
 }  // namespace brivane

@@ -8,6 +8,21 @@
 namespace brivane {
 namespace {
 
+void writeBusyTime(DayText& day, DisplayWeather& displays, SystemWeather& system,
+                   ToolWeather& tools) {
+  const int steps = 30 + day.pick(50);
+  for (int step = 0; step < steps; ++step) {
+    const int kind = day.pick(100);
+    if (kind < 36) {
+      displays.writeStep();
+    } else if (kind < 44) {
+      tools.writeStep();
+    } else {
+      system.writeStep();
+    }
+  }
+}
+
 /// The judge reads the menu after the quiet.
 void writeRandomDayEnd(DayText& day, DisplayWeather& displays, SystemWeather& system,
                        ToolWeather& tools) {
@@ -23,23 +38,17 @@ void writeRandomDayEnd(DayText& day, DisplayWeather& displays, SystemWeather& sy
 
 }  // namespace
 
-std::string randomDay(std::uint64_t seed) {
+std::string randomDay(std::uint64_t seed, Microseconds length) {
   DayText day(seed);
   DisplayWeather displays(day);
   SystemWeather system(day);
   ToolWeather tools(day);
   day.line(joined({"desk {", displays.deskKeys(), ",\n ", system.deskKeys(), "}"}));
   day.line("at 0s start");
-  const int steps = 30 + day.pick(50);
-  for (int step = 0; step < steps; ++step) {
-    const int kind = day.pick(100);
-    if (kind < 36) {
-      displays.writeStep();
-    } else if (kind < 44) {
-      tools.writeStep();
-    } else {
-      system.writeStep();
-    }
+  writeBusyTime(day, displays, system, tools);
+  while (day.length() < length) {
+    day.line("+" + day.oneOf(std::array{"5min", "20min", "1h"}) + " end");
+    writeBusyTime(day, displays, system, tools);
   }
   writeRandomDayEnd(day, displays, system, tools);
   return day.written();
