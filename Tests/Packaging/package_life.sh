@@ -62,7 +62,7 @@ check "brivane-hidutil prints the keys' mapping" quietly brivane-hidutil propert
 # The tests' desktop, with the program that lies beside them: the package's.
 cp build/bin/brivane-desktop-tests /usr/bin
 passes() {
-  Tests/in-linux-world.sh /usr/bin/brivane-desktop-tests --gtest_filter="MenuOnDesktopTest.$1" | tee /tmp/said |
+  Tests/in-linux-world.sh build/bin /usr/bin/brivane-desktop-tests --gtest_filter="MenuOnDesktopTest.$1" | tee /tmp/said |
     grep -qx '\[  PASSED  \] 1 test.' || { cat /tmp/said; return 1; }
 }
 check "its hotkeys, tray and menu work on a desktop" passes HotkeysActWhileItIsOpenAndMoveItsSlider

@@ -7,6 +7,7 @@
 #include <ostream>
 #include <utility>
 
+#include "Machines/Desk/File/JsonValue.h"
 #include "Tools/BrivaneDesk/CommandDesk.h"
 #include "Tools/BrivaneDesk/ScenarioParser.h"
 #include "Tools/BrivaneDesk/ScenarioRun.h"
@@ -91,7 +92,7 @@ std::string refusal(const Step& step) {
 
 int poke(std::vector<std::string> words, std::ostream& out, std::ostream& errors) {
   const auto complain = [&errors](const std::string& what, int status) {
-    errors << "brivane-desk: " << what << std::endl;
+    errors << "brivane-desk: " << visibleText(what) << std::endl;
     return status;
   };
   const auto [desk, stepWords] = deskWords(std::move(words));

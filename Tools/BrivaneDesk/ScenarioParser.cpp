@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 
+#include "Machines/Desk/File/JsonValue.h"
 #include "Machines/Desk/File/Suggestion.h"
 #include "Tools/BrivaneDesk/Language/KeyNames.h"
 #include "Tools/BrivaneDesk/Language/Slots.h"
@@ -191,7 +192,8 @@ class Parser {
 
   void complain(const std::string& what) {
     if (problem) return;
-    problem = std::string(name) + ": line " + std::to_string(std::max(lineNumber, 1)) + ": " + what;
+    const int place = std::max(lineNumber, 1);
+    problem = visibleText(name) + ": line " + std::to_string(place) + ": " + visibleText(what);
   }
 
   void readLine() {
@@ -318,10 +320,12 @@ std::variant<Scenario, std::string> parseScenario(std::string_view text,
 
 std::variant<Step, std::string> parseStep(std::string_view line) {
   const auto split = splitLine(line);
-  if (const auto* const mistake = std::get_if<std::string>(&split)) return *mistake;
+  if (const auto* const mistake = std::get_if<std::string>(&split)) return visibleText(*mistake);
   const auto& tokens = std::get<Tokens>(split);
   if (tokens.empty()) return "expected a step, found the end of the line";
-  return stepOf(line, tokens);
+  auto step = stepOf(line, tokens);
+  if (const auto* const mistake = std::get_if<std::string>(&step)) return visibleText(*mistake);
+  return step;
 }
 
 }  // namespace brivane

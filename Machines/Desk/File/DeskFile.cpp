@@ -13,7 +13,7 @@ constexpr std::size_t largestDeskBytes = 8 << 20;
 
 std::string errorLine(std::string_view fileName, const std::string& error) {
   // A file name may contain a line break.
-  return childPath("", fileName).substr(1) + ": " + error;
+  return visibleText(fileName) + ": " + error;
 }
 
 Point middleOfFirst(const std::vector<DisplayDescription>& displays) {

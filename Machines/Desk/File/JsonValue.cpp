@@ -81,10 +81,14 @@ void write(const JsonValue& value, bool sortsMembers, std::string& out) {
 
 }  // namespace
 
+std::string visibleText(std::string_view text) {
+  std::string visible;
+  for (const char character : text) writeCharacter(character, visible);
+  return visible;
+}
+
 std::string childPath(const std::string& parent, std::string_view key) {
-  std::string path = parent + "/";
-  for (const char character : key) writeCharacter(character, path);
-  return path;
+  return parent + "/" + visibleText(key);
 }
 
 std::string jsonText(const JsonValue& value) {

@@ -29,6 +29,9 @@ struct JsonMember {
   JsonValue value;
 };
 
+/// The text on one line: control characters as JSON writes them.
+std::string visibleText(std::string_view text);
+
 /// The path of a member, with control characters made visible. The path of the whole text is "".
 std::string childPath(const std::string& parent, std::string_view key);
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "BrivaneCore/Support/UTF8.h"
+#include "Machines/Common/Files/PropertyJson.h"
 
 namespace brivane {
 
@@ -93,7 +94,8 @@ std::variant<ControlRequest, std::string> parseControlRequest(const Words& argum
     return "usage: brivane-ctl " + std::string(named.usage) +
            (named.command == Command::set ? ", LEVEL a whole number from -100 to 200" : "");
   }
-  return "there is no command \"" + arguments[0] + "\"; brivane-ctl --help lists them.";
+  return "there is no command " + jsonOfProperty({arguments[0]}) +
+         "; brivane-ctl --help lists them.";
 }
 
 }  // namespace brivane

@@ -126,6 +126,29 @@ TEST_F(HotkeyManagerTest, AHotkeyStepsAndSweepsThroughTheSameHandler) {
   EXPECT_THAT(notesWithin(milliseconds(1000)), IsEmpty());
 }
 
+TEST_F(HotkeyManagerTest, TheUsersBindingsAreRefusedOnceNeitherIsRegistered) {
+  machine.hotkeyGrabs.taken = {{125, 6144}};
+  start();
+  EXPECT_FALSE(manager->areUserBindingsRefused());
+  machine.hotkeyGrabs.taken = {{125, 6144}, {126, 6144}};
+  manager->reloadBindings();
+  EXPECT_TRUE(manager->areUserBindingsRefused());
+}
+
+TEST_F(HotkeyManagerTest, WithoutTheTapOnlyTheRelayGivesBrightnessKeys) {
+  start();
+  EXPECT_FALSE(manager->hasBrightnessKeys());
+  manager->setRelayHotkeysEnabled(true);
+  EXPECT_TRUE(manager->hasBrightnessKeys());
+}
+
+TEST_F(HotkeyManagerTest, ATapThatTheSystemDisablesIsEnabledAgainThoughNobodyIsToldOfIt) {
+  grant();
+  start();
+  machine.taps.disable(TapEvent::disabledByTimeout);
+  EXPECT_TRUE(machine.taps.isEnabled());
+}
+
 TEST_F(HotkeyManagerTest, WhenTheGrantArrivesTheFunctionKeysAreUnregistered) {
   manager->setRelayHotkeysEnabled(true);
   start();

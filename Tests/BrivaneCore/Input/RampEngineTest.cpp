@@ -81,6 +81,11 @@ TEST(RampEngine, AWholeSweepTakesAsLongAsItsProfileSays) {
   }
 }
 
+TEST(RampEngine, TheLeastNumberOfPointsIsOneLargeStep) {
+  constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
+  EXPECT_EQ(RampEngine::rampDelta(1, static_cast<double>(least), {1, 1.2}), (Step{least, 0}));
+}
+
 TEST(RampEngine, AProfileThatGivesNoNumberAborts) {
   testing::FLAGS_gtest_death_test_style = "threadsafe";
   EXPECT_DEATH(RampEngine::maximumRampStep({5, 0}), "outside the 64-bit range");
@@ -91,6 +96,8 @@ TEST(RampEngine, AProfileThatGivesNoNumberAborts) {
   EXPECT_DEATH(RampEngine::rampDelta(infinity, 0, coarse), "outside the 64-bit range");
   EXPECT_DEATH(RampEngine::rampDelta(1, std::nan(""), coarse), "outside the 64-bit range");
   EXPECT_DEATH(RampEngine::rampDelta(1, 0, {0, 1.2}), "grid of 0");
+  constexpr auto least = static_cast<double>(std::numeric_limits<std::int64_t>::min());
+  EXPECT_DEATH(RampEngine::rampDelta(1, least, {-1, 1.2}), "number of steps outside");
 }
 
 }  // namespace

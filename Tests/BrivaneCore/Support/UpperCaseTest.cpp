@@ -56,7 +56,8 @@ TEST(UpperCase, TextIsConvertedLetterByLetter) {
 
 TEST(UpperCase, BytesThatAreNotUTF8Stay) {
   // Cut off, out of place, and "a" in more bytes than it has.
-  for (const std::string bytes : {"\xC3", "\xE1\xBA", "\xA4", "\xFF", "\xC1\xA1", "\xE0\x83\xA4"}) {
+  for (const std::string bytes :
+       {"\xC3", "\xE1", "\xE1\xBA", "\xA4", "\xFF", "\xC1\xA1", "\xE0\x83\xA4"}) {
     EXPECT_EQ(upperCased(bytes), bytes);
     EXPECT_EQ(upperCased(bytes + "a"), bytes + "A");
   }

@@ -112,6 +112,8 @@ LOOKED_AT = [
     (r"Tools/draw-pictures\.sh", "it writes into the tree", []),
     (r"BRIVANE_REGENERATE=1 build/bin/(brivane-\S+)", "it writes into the tree",
      [("Tests/CMakeLists.txt", "{}")]),
+    (r"build/asan/bin/(brivane-fuzz) (\w+) -max_total_time=600", "it takes ten minutes",
+     [("Tests/CMakeLists.txt", "{}"), ("Tests/Fuzzing/Parsers.cpp", '"{}"')]),
     (r"cmake --preset NAME", "a form of others", []),
     (r"cmake -B build/install -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_INSTALL_PREFIX=/usr -DBRIVANE_FRAME=ON"
      r"|cmake --build build/install|DESTDIR=/tmp/brivane cmake --install build/install",

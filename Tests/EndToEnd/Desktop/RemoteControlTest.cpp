@@ -137,6 +137,7 @@ TEST_F(RemoteControlTest, EachFailureIsOneLineThatSaysWhy) {
 TEST_F(RemoteControlTest, WrongArgumentsAreOneLineAndStatus64) {
   EXPECT_THAT(complaintOf({}, 64), HasSubstr("--help"));
   EXPECT_THAT(complaintOf({"brighter"}, 64), HasSubstr("no command \"brighter\""));
+  EXPECT_THAT(complaintOf({"bright\ner"}, 64), HasSubstr(R"(no command "bright\ner")"));
   for (const std::vector<std::string>& words :
        std::vector<std::vector<std::string>>{{"set"},
                                              {"set", "5x"},

@@ -81,7 +81,7 @@ std::filesystem::path programFolder() {
 }
 
 std::filesystem::path treeFolder() {
-  return programFolder().parent_path().parent_path();
+  return std::filesystem::current_path();
 }
 
 RunningProgram::RunningProgram(const std::string& name, const std::vector<std::string>& arguments,

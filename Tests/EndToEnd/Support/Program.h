@@ -28,7 +28,7 @@ struct ProgramLimits {
 /// The folder of the built programs, this test among them.
 std::filesystem::path programFolder();
 
-/// The folder above `build`: the tree, or the copy of what tests need of it.
+/// Where the tests are run from: the top of the tree, or of the copy of what tests need of it.
 std::filesystem::path treeFolder();
 
 /// A running program. The destructor kills a program that was not waited for, because a test has

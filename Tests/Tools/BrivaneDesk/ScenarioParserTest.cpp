@@ -204,6 +204,7 @@ TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
        "expected a display's number, a point such as {100,200} or nowhere, found \"{nan,0}\""},
       {"headroom 2 inf", "expected a number, found \"inf\""},
       {"\"press\" up", "unknown step \"press\""},
+      {"\x1b[2J", R"(unknown step "\u001b[2J")"},
       {"expect hud level 201", "expected a level from -100 to 200, found \"201\""},
       {"menu choose Quit", "expected a text in quotation marks, found \"Quit\""},
       {"menu choose \"Quit", "the text that begins with \"Quit has no closing quotation mark"},
@@ -214,7 +215,8 @@ TEST(ScenarioParser, AMistakeIsOneLineThatSaysWhereAndWhatWasExpected) {
       {"try", "expected a step after \"try\", found the end of the line"},
       {"try expect clean", "an expectation can't be tried"},
       {"fail GammaTables.writeTabel 1 times",
-       "expected a call such as GammaTables.writeTable, found \"GammaTables.writeTabel\", did you mean "
+       "expected a call such as GammaTables.writeTable, found \"GammaTables.writeTabel\", did you "
+       "mean "
        "\"GammaTables.writeTable\"?"},
       {"expect trace \"a\" 1 times between 1s and soon",
        "expected a time such as 1.5s or 2min, found \"soon\""},
