@@ -17,7 +17,7 @@ namespace brivane {
 namespace {
 
 constexpr unsigned runSeconds = 60;
-constexpr unsigned callSeconds = 600;
+constexpr unsigned callSeconds = 120;
 constexpr std::size_t widthOfTime = 14;
 
 using Texts = std::multiset<std::string>;
@@ -90,21 +90,34 @@ class Turns {
 
   /// All turns of a call: their number, and a line for each that went wrong.
   std::string playAll(std::string_view call) const {
-    std::string wrong;
-    for (int number = 1;; ++number) {
+    return playAll(call, [&](int number) { return play(call, number); });
+  }
+
+  /// The same with a process for each, of which one may crash or hang.
+  std::string playAllApart(std::string_view call) const {
+    return playAll(call, [&](int number) {
       const auto end = runChildTask([&] { return play(call, number); }, runSeconds);
-      const bool isDone = end.kind == ChildTaskEnd::Kind::done;
-      if (isDone && end.result == notReached) return std::to_string(number - 1) + "\n" + wrong;
-      const std::string how = end.kind == ChildTaskEnd::Kind::overdue ? "it hangs" : end.reason;
-      const auto& problem = isDone ? end.result : how;
-      if (problem.empty()) continue;
-      wrong += "fail " + std::string(call) + " once after " + std::to_string(number - 1) + ": " +
-               problem + "\n";
-    }
+      if (end.kind == ChildTaskEnd::Kind::done) return end.result;
+      return end.kind == ChildTaskEnd::Kind::overdue ? "it hangs" : "it crashes: " + end.reason;
+    });
   }
 
  private:
   static constexpr const char* notReached = "not reached";
+
+  template <typename Play>
+  static std::string playAll(std::string_view call, const Play& playTurn) {
+    std::string wrong;
+    for (int number = 1;; ++number) {
+      const std::string problem = playTurn(number);
+      if (problem == notReached) return std::to_string(number - 1) + "\n" + wrong;
+      if (!problem.empty()) wrong += stepOf(call, number) + ": " + problem + "\n";
+    }
+  }
+
+  static std::string stepOf(std::string_view call, int number) {
+    return "fail " + std::string(call) + " once after " + std::to_string(number - 1);
+  }
 
   static std::string describe(const StepFailure& failure) {
     return "line " + std::to_string(failure.line) + ", at " +
@@ -117,7 +130,7 @@ class Turns {
     LoadedScenario faulty = calm;
     Step fault;
     fault.form = "fail CALL once after COUNT";
-    fault.text = "fail " + std::string(call) + " once after " + std::to_string(number - 1);
+    fault.text = stepOf(call, number);
     fault.arguments = {std::string(call), std::int64_t{number - 1}};
     faulty.scenario.steps.insert(faulty.scenario.steps.begin(), fault);
     const auto outcome = playScenario(faulty, stage);
@@ -163,14 +176,16 @@ class FaultsRun {
     ChildTasks tasks(options.jobs, callSeconds);
     for (const auto call : faultCalls()) {
       tasks.start([&scenario, call] { return scenario.playAll(call); },
-                  [&](const ChildTaskEnd& end) { note(file, end); });
+                  [&, call](const ChildTaskEnd& end) {
+                    const bool isDone = end.kind == ChildTaskEnd::Kind::done;
+                    note(file, isDone ? end.result : scenario.playAllApart(call));
+                  });
     }
     tasks.finish();
   }
 
-  void note(const std::filesystem::path& file, const ChildTaskEnd& end) {
-    if (end.kind != ChildTaskEnd::Kind::done) return blame(file.string() + ": " + end.reason);
-    std::istringstream text(end.result);
+  void note(const std::filesystem::path& file, const std::string& result) {
+    std::istringstream text(result);
     std::string line;
     std::getline(text, line);
     turns += parseInteger(line).value_or(0);

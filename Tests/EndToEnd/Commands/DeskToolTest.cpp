@@ -44,6 +44,8 @@ TEST(DeskTool, SaysWhatAnOptionWithoutItsValueNeeds) {
         Case{{"swarm", "--jobs", "0"}, "expected a number from 1 to 256, found 0"},
         Case{{"swarm", "--limit", "0"}, "expected seconds from 1 to 86400, found 0"},
         Case{{"swarm", "--jobs", "2"}, "swarm needs --seeds, such as --seeds 1..20, or --hours"},
+        Case{{"faults", "--jobs", "2"}, "faults needs a scenario"},
+        Case{{"faults", "--jobs", "0"}, "expected a number from 1 to 256, found 0"},
         Case{{"run", "--sed", "7"}, "run has no option --sed"}}) {
     const auto result = type(words);
     EXPECT_EQ(result.exitStatus, 2);
