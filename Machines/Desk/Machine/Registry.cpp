@@ -103,11 +103,11 @@ class RegistryBuilder {
   void addDisplay(const DisplayDescription& display) {
     const auto& quirks = display.registry;
     const auto& controller = quirks.panelController.empty() ? display.port : quirks.panelController;
-    const auto entries = quirks.entries;
-    const bool hasPanel = entries != RegistryEntries::noPanel && entries != RegistryEntries::none;
+    const auto kept = quirks.entries;
+    const bool hasPanel = kept != RegistryEntries::noPanel && kept != RegistryEntries::none;
     if (hasPanel) addPanel(display, controller);
-    if (entries == RegistryEntries::panelTwice) addPanel(display, controller + "-2");
-    if (quirks.hasProxy && entries != RegistryEntries::none) addProxy(display);
+    if (kept == RegistryEntries::panelTwice) addPanel(display, controller + "-2");
+    if (quirks.hasProxy && kept != RegistryEntries::none) addProxy(display);
   }
 
   std::vector<std::shared_ptr<const DeskEntry>> entries;

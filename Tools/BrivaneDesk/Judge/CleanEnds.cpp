@@ -53,8 +53,8 @@ void CleanEnds::see(const TraceEvent& event) {
 }
 
 /// A program that can't read the mapping keeps nobody else's entries, either.
-void CleanEnds::seeMapping(const MappingChanged& changed) {
-  mapping = entriesOf(changed.mapping);
+void CleanEnds::seeMapping(const MappingChanged& mapped) {
+  mapping = entriesOf(mapped.mapping);
   if (!std::exchange(isOfAnother, false) && tool != "garbled") return;
   others = mapping;
   std::erase_if(others, isOfBrightness);

@@ -16,7 +16,7 @@ class CleanEnds : public Checker {
   void see(const TraceEvent& event) override;
 
  private:
-  void seeMapping(const MappingChanged& changed);
+  void seeMapping(const MappingChanged& mapped);
   void seeEnd(Microseconds time);
 
   std::set<DisplayNumber> changed;

@@ -58,7 +58,7 @@ void StoredLevels::seeLevel(const TraceEvent& event, const SettingChanged& setti
   if (level == desk.levels.end()) return;
   if (wasSet(event.time, identity)) {
     // A restore sets the stored level.
-    if (desk.replacedLevel == level->second) {
+    if (lastSet && desk.replacedLevel == level->second) {
       for (const auto display : desk.displaysOf(lastSet->display)) awaiting.erase(display);
     }
     return;

@@ -141,8 +141,8 @@ StepProblem plugAs(Scene& scene, const StepArguments& arguments) {
 }
 
 StepProblem changeRegistry(Scene& scene, const StepArguments& arguments) {
-  scene.hardware().changes.setRegistryEntries(arguments.display(0),
-                                              *registryEntriesOf(arguments.text(1)));
+  const auto entries = registryEntriesOf(arguments.text(1));
+  if (entries) scene.hardware().changes.setRegistryEntries(arguments.display(0), *entries);
   return std::nullopt;
 }
 
@@ -297,14 +297,14 @@ StepProblem mapKey(Scene& scene, const StepArguments& arguments) {
 
 StepProblem changeKeyTool(Scene& scene, const StepArguments& arguments) {
   auto tools = scene.hardware().system.tools();
-  tools.hidUtil = *toolPresenceOf(arguments.text(0));
+  tools.hidUtil = toolPresenceOf(arguments.text(0)).value_or(tools.hidUtil);
   scene.hardware().system.setTools(tools);
   return std::nullopt;
 }
 
 StepProblem changeLaunchTool(Scene& scene, const StepArguments& arguments) {
   auto tools = scene.hardware().system.tools();
-  tools.launchControl = *toolPresenceOf(arguments.text(0));
+  tools.launchControl = toolPresenceOf(arguments.text(0)).value_or(tools.launchControl);
   scene.hardware().system.setTools(tools);
   return std::nullopt;
 }
