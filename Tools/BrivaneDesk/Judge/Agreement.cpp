@@ -1,5 +1,6 @@
 #include "Tools/BrivaneDesk/Judge/Agreement.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace brivane::judge {
@@ -17,8 +18,7 @@ Agreement::Agreement(const KnownDesk& knownDesk, std::vector<Breach>& allBreache
       gamma(gammaCurves) {}
 
 void Agreement::see(const TraceEvent& event) {
-  const auto* const moved = event.as<MenuMoved>();
-  if (moved == nullptr || moved->isOpen || !isQuiet(event.time, desk.startedAt)) return;
+  if (!menu.isLook() || !isQuiet(event.time, desk.startedAt)) return;
   for (const auto& [number, display] : desk.displays) {
     if (display.isAttached) compare(event.time, number, display);
   }
@@ -48,7 +48,19 @@ std::optional<std::int64_t> Agreement::ownLevel(Microseconds time, DisplayNumber
   const auto& monitor = desk.displays.at(*bus);
   if (!monitor.luminance) return std::nullopt;
   if (time - monitor.readAt > readPeriod) breach(time, nameOf(number) + " is not read any more");
+  seeMaximum(time, number, monitor.luminance->maximum);
   return percentOf(*monitor.luminance);
+}
+
+/// Twins share what is stored.
+void Agreement::seeMaximum(Microseconds time, DisplayNumber number, std::int64_t maximum) {
+  const auto hasIdentity = [&](const auto& entry) {
+    return entry.second.identity == desk.displays.at(number).identity;
+  };
+  if (std::ranges::count_if(desk.displays, hasIdentity) > 1) return;
+  const auto stored = desk.maximums.find(desk.displays.at(number).identity);
+  if (stored != desk.maximums.end() && stored->second == maximum) return;
+  breach(time, "the maximum of " + nameOf(number) + " is not stored");
 }
 
 void Agreement::compareGamma(Microseconds time, DisplayNumber number, std::int64_t level) {

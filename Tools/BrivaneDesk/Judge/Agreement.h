@@ -9,7 +9,7 @@
 namespace brivane::judge {
 
 /// After quiet seconds the level that the menu shows is the monitor's own, and its gamma table says
-/// the same; the menu is read when it closes.
+/// the same, also in the stored maximum. The menu is read when it was rebuilt and when it closes.
 class Agreement : public Checker {
  public:
   Agreement(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches,
@@ -21,6 +21,7 @@ class Agreement : public Checker {
   void compare(Microseconds time, DisplayNumber number, const KnownDisplay& display);
   std::optional<std::int64_t> ownLevel(Microseconds time, DisplayNumber number,
                                        const KnownDisplay& display);
+  void seeMaximum(Microseconds time, DisplayNumber number, std::int64_t maximum);
   void compareGamma(Microseconds time, DisplayNumber number, std::int64_t level);
 
   const MenuReading& menu;

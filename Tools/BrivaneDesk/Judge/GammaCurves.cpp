@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "Machines/Desk/Hardware/Trace.h"
 
@@ -138,9 +139,10 @@ void GammaCurves::seeTable(const TraceEvent& event, const GammaTaken& table) {
   if (curve.kind == Kind::unknown && !desk.isSecondProgram) {
     breach(event.time, nameOf(table.display) + " gets no curve of its captured table");
   }
-  display.hasRefusedRestore = !table.isTaken && isUnchanged(curve);
+  const bool isRefused = !table.isTaken && isUnchanged(curve);
+  const bool wasRefused = std::exchange(display.hasRefusedRestore, isRefused);
   if (!table.isTaken) return;
-  seeEffects(event, display, table, curve);
+  if (!wasRefused) seeEffects(event, display, table, curve);
   display.curve = curve;
   display.isOfEarlierRun = false;
   const auto whole = wholeTable(table.display, display, curve, table.count);

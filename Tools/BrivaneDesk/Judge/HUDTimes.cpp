@@ -6,6 +6,7 @@ namespace {
 constexpr Microseconds levelTime{1'200'000};
 constexpr Microseconds connectingTime{4'000'000};
 constexpr Microseconds fadeTime{280'000};
+constexpr Microseconds quietTime{500'000};
 /// The main thread may be busy with sets to all displays.
 constexpr Microseconds lateness{300'000};
 constexpr double cardWidth = 360;
@@ -29,6 +30,12 @@ void HUDTimes::see(const TraceEvent& event) {
     seeGone(event.time);
   } else if (const auto* const placed = event.as<HUDPlaced>()) {
     frame = placed->frame;
+    placedAt = event.time;
+  } else if (event.as<DisplayPlugged>() != nullptr || event.as<DisplayFramed>() != nullptr ||
+             event.as<ScreenChanged>() != nullptr) {
+    arrangedAt = event.time;
+  } else if (event.as<HUDSaid>() != nullptr) {
+    if (event.time < changedAt + quietTime) breach(event.time, "the HUD speaks before it rests");
   } else if (const auto* const set = event.as<BusSet>()) {
     const bool isEnd = halves.see(event.time, *set) == SetHalves::Half::second;
     if (isEnd) {
@@ -46,6 +53,7 @@ void HUDTimes::see(const TraceEvent& event) {
 
 void HUDTimes::seeShown(Microseconds time, const HUDShown& shown) {
   if (shown.isRedrawn) return;
+  seeMove(time, shown);
   isShown = true;
   isConnecting = !shown.level;
   level = shown.level.value_or(0);
@@ -54,6 +62,16 @@ void HUDTimes::seeShown(Microseconds time, const HUDShown& shown) {
   fadingSince.reset();
   if (isConnecting || isOverPointer()) return;
   breach(time, "level " + std::to_string(level) + " is not shown over the pointer's display");
+}
+
+void HUDTimes::seeMove(Microseconds time, const HUDShown& shown) {
+  const bool isNew = !isShown || isConnecting == shown.level.has_value() ||
+                     level != shown.level.value_or(0) || placedAt == time;
+  if (isNew) changedAt = time;
+  const bool isElsewhere = isShown && placedAt == time && arrangedAt < shownAt;
+  if (shown.level && shown.isMoving && isElsewhere) {
+    breach(time, "level " + std::to_string(*shown.level) + " moves from another display's");
+  }
 }
 
 void HUDTimes::seeFade(Microseconds time) {

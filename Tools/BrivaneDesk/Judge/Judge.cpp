@@ -9,11 +9,15 @@
 #include "Tools/BrivaneDesk/Judge/HotkeyReferences.h"
 #include "Tools/BrivaneDesk/Judge/Liveness.h"
 #include "Tools/BrivaneDesk/Judge/OfflineTraffic.h"
+#include "Tools/BrivaneDesk/Judge/Ranges.h"
+#include "Tools/BrivaneDesk/Judge/ReadTimes.h"
+#include "Tools/BrivaneDesk/Judge/Relay.h"
 #include "Tools/BrivaneDesk/Judge/Restarts.h"
 #include "Tools/BrivaneDesk/Judge/Restores.h"
 #include "Tools/BrivaneDesk/Judge/SetOwners.h"
 #include "Tools/BrivaneDesk/Judge/SetPairs.h"
 #include "Tools/BrivaneDesk/Judge/SetValues.h"
+#include "Tools/BrivaneDesk/Judge/Sliders.h"
 #include "Tools/BrivaneDesk/Judge/StoredLevels.h"
 #include "Tools/BrivaneDesk/Judge/Sweeps.h"
 
@@ -31,6 +35,10 @@ Judge::Judge(const DeskDescription& deskDescription)
   add(std::make_unique<SetOwners>(desk, breaches, menu, restores));
   add(std::make_unique<StoredLevels>(desk, breaches, restores));
   const auto& gamma = add(std::make_unique<GammaCurves>(desk, breaches));
+  add(std::make_unique<ReadTimes>(desk, breaches));
+  add(std::make_unique<Ranges>(desk, breaches, menu, gamma, restores));
+  add(std::make_unique<Sliders>(desk, breaches, menu, gamma));
+  add(std::make_unique<Relay>(desk, breaches));
   add(std::make_unique<Sweeps>(desk, breaches));
   add(std::make_unique<HUDTimes>(desk, breaches));
   add(std::make_unique<OfflineTraffic>(desk, breaches));

@@ -7,8 +7,9 @@ Liveness::Liveness(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches,
     : Checker(knownDesk, allBreaches, livenessRule), menu(menuReading) {}
 
 void Liveness::see(const TraceEvent& event) {
-  const auto* const moved = event.as<MenuMoved>();
-  if (moved == nullptr || moved->isOpen || !isQuiet(event.time, desk.startedAt)) return;
+  if (event.as<ProgramStarted>() != nullptr) silent.clear();
+  if (const auto* const outage = event.as<OutageLogged>()) seeOutage(event.time, *outage);
+  if (!menu.isLook() || !isQuiet(event.time, desk.startedAt)) return;
   for (const auto& [number, display] : desk.displays) {
     if (!mustBeResolved(number, display)) continue;
     const auto entry = menu.entryOf(number);
@@ -17,6 +18,14 @@ void Liveness::see(const TraceEvent& event) {
     } else if (!entry->level || !entry->slider) {
       breach(event.time, nameOf(number) + " shows \"" + entry->status + "\"");
     }
+  }
+}
+
+void Liveness::seeOutage(Microseconds time, const OutageLogged& outage) {
+  if (!outage.isOver) {
+    silent.insert(outage.display);
+  } else if (silent.erase(outage.display) == 0 && !desk.faults.contains("SystemLog.write")) {
+    breach(time, nameOf(outage.display) + " is said to answer again, and was not silent");
   }
 }
 

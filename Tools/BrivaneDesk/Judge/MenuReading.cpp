@@ -38,9 +38,11 @@ std::string movedSlider(const std::string& item, double value) {
 }  // namespace
 
 void MenuReading::see(const TraceEvent& event) {
+  isLookedAt = false;
   if (const auto* const item = event.as<MenuItemShown>()) {
     if (!item->index) {
       items.emplace_back(item->item);
+      isLookedAt = items.size() == wanted;
     } else if (*item->index < items.size()) {
       items[*item->index] = item->item;
     }
@@ -48,10 +50,12 @@ void MenuReading::see(const TraceEvent& event) {
     const bool isSlider =
         slider->index < items.size() && items[slider->index].starts_with(sliderStart);
     if (isSlider) items[slider->index] = movedSlider(items[slider->index], slider->value);
-  } else if (event.as<MenuRebuilt>() != nullptr) {
+  } else if (const auto* const rebuilt = event.as<MenuRebuilt>()) {
     items.clear();
+    wanted = rebuilt->count;
   } else if (const auto* const moved = event.as<MenuMoved>()) {
     isShown = moved->isOpen;
+    isLookedAt = !moved->isOpen;
   } else if (event.as<ProgramStarted>() != nullptr) {
     items.clear();
     isShown = false;

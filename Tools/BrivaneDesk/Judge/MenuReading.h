@@ -16,6 +16,9 @@ class MenuReading {
   void see(const TraceEvent& event);
 
   bool isOpen() const { return isShown; }
+  /// Whether the event is one at which a person looks at the whole menu: all lines have just been
+  /// written, or it closes.
+  bool isLook() const { return isLookedAt; }
 
   /// What the menu says of one display.
   struct Entry {
@@ -41,6 +44,9 @@ class MenuReading {
 
   const KnownDesk& desk;
   bool isShown = false;
+  bool isLookedAt = false;
+  /// How many items a menu that is being rebuilt will have.
+  std::size_t wanted = 0;
   std::vector<std::string> items;
 };
 

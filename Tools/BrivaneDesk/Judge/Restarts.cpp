@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "Machines/Desk/Hardware/Trace.h"
 #include "Tools/BrivaneDesk/Judge/CleanEnds.h"
@@ -29,6 +30,10 @@ Restarts::Restarts(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches)
 void Restarts::see(const TraceEvent& event) {
   if (!isSettled && event.time >= desk.startedAt + startDuration) settle(event.time);
   if (event.isFault) isSame = isUndisturbed = false;
+  if (event.isFault) mayForget = true;
+  if (event.as<GrantAsked>() != nullptr && std::exchange(wasAsked, true) && !mayForget) {
+    breach(event.time, "the user is asked for the grant again");
+  }
   if (const auto* const step = event.as<StepTaken>()) {
     if (changesKeys(step->words)) isSame = isUndisturbed = false;
   } else if (event.as<ProgramStarted>() != nullptr) {

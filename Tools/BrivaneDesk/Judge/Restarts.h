@@ -12,7 +12,7 @@ namespace brivane::judge {
 
 /// A start clears first what an earlier run left of its effects; then, after a kill as after an
 /// end, the program has the same hotkeys and the same mapping as the run before, unless somebody
-/// has changed what these depend on.
+/// has changed what these depend on. The user is asked for the Accessibility grant once.
 class Restarts : public Checker {
  public:
   Restarts(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches);
@@ -38,6 +38,9 @@ class Restarts : public Checker {
   bool isSame = false;
   /// Whether nothing else has changed them since the start.
   bool isUndisturbed = false;
+  bool wasAsked = false;
+  /// Whether a call has failed, so that the program may not remember that it asked.
+  bool mayForget = false;
   Keys now;
   std::optional<Keys> before;
 };

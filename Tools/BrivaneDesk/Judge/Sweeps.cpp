@@ -7,6 +7,11 @@ namespace {
 constexpr Microseconds setDuration{20'000};
 constexpr Microseconds sweepDelay{350'000};
 constexpr std::int64_t longestStep = 30;
+/// Without Shift; each step is a multiple of five.
+constexpr double pointsPerSecond = 100 / 1.2;
+constexpr double grid = 5;
+/// Between a step and its level in the HUD.
+constexpr Microseconds lateness{60'000};
 /// A level that is read again is known by then.
 constexpr Microseconds unrest{10'000'000};
 
@@ -64,7 +69,9 @@ void Sweeps::seeStepOfSweep(Microseconds time, std::int64_t level) {
   // its buttons may have changed meanwhile.
   if (last->level == 0 || last->level == 100) return;
   const std::int64_t change = desk.isPressUp ? level - last->level : last->level - level;
-  if (change < 0 || change > longestStep) {
+  const double elapsed = toSeconds(time - last->time + lateness);
+  const bool isTooFast = static_cast<double>(change) > pointsPerSecond * elapsed + grid;
+  if (change < 0 || change > longestStep || isTooFast) {
     breach(time, "level " + std::to_string(level) + " is shown after " +
                      std::to_string(last->level) + " in a sweep " +
                      (desk.isPressUp ? "upwards" : "downwards"));

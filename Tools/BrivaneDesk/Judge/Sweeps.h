@@ -7,7 +7,8 @@
 namespace brivane::judge {
 
 /// A level is shown only for a press and in the sweep of a key that is held, which begins 0.35 s
-/// after its press, goes one way by at most 30 at once, and ends with its key.
+/// after its press, goes one way by at most 30 at once, a whole range in 1.2 s at the fastest, and
+/// ends with its key.
 class Sweeps : public Checker {
  public:
   Sweeps(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches);

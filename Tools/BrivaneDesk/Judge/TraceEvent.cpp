@@ -167,6 +167,7 @@ EventKind readHotkey(Words words) {
     return HotkeyRegistered{keyCode, modifiers, words.number<std::uint32_t>()};
   }
   if (words.take("unregistered")) return HotkeyUnregistered{keyCode, modifiers};
+  if (words.take("is taken")) return HotkeyRefused{};
   return OtherLine{};
 }
 
@@ -215,13 +216,15 @@ EventKind readNotice(Words words) {
 /// "shows level 40, sun.max, bar 40.0%, moving, picture 12345678".
 EventKind readHUDPicture(Words words) {
   const bool isRedrawn = words.all().find(", new view, ") != std::string_view::npos;
-  if (!words.take("level ")) return HUDShown{std::nullopt, isRedrawn};
-  return HUDShown{words.number<std::int64_t>(), isRedrawn};
+  const bool isMoving = words.all().find(", moving, ") != std::string_view::npos;
+  if (!words.take("level ")) return HUDShown{std::nullopt, isRedrawn, isMoving};
+  return HUDShown{words.number<std::int64_t>(), isRedrawn, isMoving};
 }
 
 EventKind readHUD(Words words) {
   if (words.take("shows ")) return readHUDPicture(words);
   if (words.take("gone")) return HUDGone{};
+  if (words.take("says ")) return HUDSaid{};
   if (words.take("alpha to 0 in 0.28 s, easing in")) return HUDFades{};
   if (!words.take("at {")) return OtherLine{};
   const auto x = words.number<double>();
@@ -259,10 +262,22 @@ EventKind readProgram(Words words) {
   return OtherLine{};
 }
 
+/// "Brivane: [2] Norvik 24 stopped answering DDC", "… answering again after 12s".
+EventKind readLog(Words words) {
+  if (!words.take("Brivane: [")) return OtherLine{};
+  const auto display = words.number<DisplayNumber>();
+  if (words.all().ends_with(" stopped answering DDC")) return OutageLogged{display, false};
+  const bool isOver = words.all().find(" answering again after ") != std::string_view::npos;
+  return isOver ? EventKind(OutageLogged{display, true}) : OtherLine{};
+}
+
 EventKind readRest(Words words) {
   if (words.take("tap created")) return TapChanged{true};
   if (words.take("tap removed")) return TapChanged{false};
   if (words.take("hid-mapping ")) return MappingChanged{words.all()};
+  if (words.take("log ")) return readLog(words);
+  if (words.take("run ")) return ToolRan{words.all().ends_with(", status 0")};
+  if (words.take("accessibility prompt")) return GrantAsked{};
   if (words.take("brightness key ")) return BrightnessKeyPressed{words.take("up")};
   if (words.take("system brightness up, level ") || words.take("system brightness down, level ")) {
     return SystemBrightnessChanged{static_cast<double>(words.number<float>())};

@@ -81,6 +81,8 @@ struct HotkeyUnregistered {
   std::uint32_t keyCode = 0;
   std::uint32_t modifiers = 0;
 };
+/// Another application has the hotkey.
+struct HotkeyRefused {};
 struct HotkeyMoved {
   std::uint32_t hotkey = 0;
   bool isPressed = false;
@@ -151,6 +153,17 @@ struct TapChanged {
 struct MappingChanged {
   std::string_view mapping;
 };
+struct ToolRan {
+  /// The tool started, and ended with status 0.
+  bool isDone = false;
+};
+/// The system asks the user for the Accessibility grant.
+struct GrantAsked {};
+/// The program's log says that a monitor has stopped answering, or answers again.
+struct OutageLogged {
+  DisplayNumber display = 0;
+  bool isOver = false;
+};
 /// A seam call that was made to fail. What it would have changed is an event of its own, which
 /// follows as not accepted.
 struct FaultStruck {
@@ -162,7 +175,11 @@ struct HUDShown {
   std::optional<std::int64_t> level;
   /// The same picture in new colours.
   bool isRedrawn = false;
+  /// From the level that was shown before.
+  bool isMoving = false;
 };
+/// To a screen reader.
+struct HUDSaid {};
 struct HUDPlaced {
   Rect frame;
 };
@@ -192,11 +209,12 @@ using EventKind =
     std::variant<OtherLine, StepTaken, ProgramStarted, ProgramKilled, ProgramEnded,
                  SecondProgramBegins, SecondProgramEnds, BusSet, BusGet, BusRead, GammaTaken,
                  GammaRead, GammaCalibrated, SettingChanged, HotkeyRegistered, HotkeyUnregistered,
-                 HotkeyMoved, KeyMoved, BrightnessKeyPressed, DisplayPlugged, RegistryChanged,
-                 DisplayFramed, HeadroomChanged, ScreenChanged, PortsSwapped, MonitorChanged,
-                 ServiceLevelChanged, SystemBrightnessChanged, PointerMoved, NoticeDelivered,
-                 TapChanged, MappingChanged, FaultStruck, HUDShown, HUDPlaced, HUDFades, HUDGone,
-                 MenuMoved, MenuRebuilt, MenuItemShown, SliderMoved>;
+                 HotkeyRefused, HotkeyMoved, KeyMoved, BrightnessKeyPressed, DisplayPlugged,
+                 RegistryChanged, DisplayFramed, HeadroomChanged, ScreenChanged, PortsSwapped,
+                 MonitorChanged, ServiceLevelChanged, SystemBrightnessChanged, PointerMoved,
+                 NoticeDelivered, TapChanged, MappingChanged, ToolRan, GrantAsked, OutageLogged,
+                 FaultStruck, HUDShown, HUDSaid, HUDPlaced, HUDFades, HUDGone, MenuMoved,
+                 MenuRebuilt, MenuItemShown, SliderMoved>;
 
 struct TraceEvent {
   Microseconds time{0};

@@ -8,6 +8,7 @@
 namespace brivane::judge {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -35,7 +36,9 @@ Microseconds timeOf(const std::string& line) {
 /// The breaches on a day on which the program has started; each line begins with its seconds.
 Lines breachesOf(const Lines& lines) {
   Judge judge(twoMonitors());
-  for (const auto* const line : {"program started", "gamma of all displays calibrated"}) {
+  for (const auto* const line :
+       {"program started", "gamma of all displays calibrated", "setting ddcmax.8738.1.0 = 100",
+        "setting ddcmax.8738.2.0 = 100"}) {
     judge.see(Microseconds(0), line);
   }
   judge.see(Microseconds(0), reply75);
@@ -132,6 +135,9 @@ TEST(Judge, ASweepEndsWithItsKey) {
   EXPECT_THAT(breachesOf({"1 hotkey 2 pressed", "1.4 hotkey 2 released", "1.5" + shown}),
               ElementsAre("level 70 is shown while no key sweeps"));
   EXPECT_THAT(breachesOf({"1 hotkey 2 pressed", "1.41" + shown,
+                          "1.47 hud shows level 50, sun.min, bar 50.0%, moving, picture 00000000"}),
+              ElementsAre("level 50 is shown after 70 in a sweep downwards"));
+  EXPECT_THAT(breachesOf({"1 hotkey 2 pressed", "1.41" + shown,
                           "1.47 hud shows level 75, sun.max, bar 75.0%, moving, picture 00000000"}),
               ElementsAre("level 75 is shown after 70 in a sweep downwards"));
 }
@@ -147,6 +153,86 @@ TEST(Judge, TheHUDShowsTheNewestStateForItsTime) {
   EXPECT_THAT(breachesOf(without(aSetOfTheKeys(), 4)), ElementsAre("level 40 is not shown"));
   EXPECT_THAT(breachesOf(with({"0.5 hud at {2700,130,360,54}"}, aSetOfTheKeys())),
               ElementsAre("level 40 is not shown over the pointer's display"));
+}
+
+TEST(Judge, TheHUDAppearsAtOnceOnAnotherDisplayAndSpeaksWhenItRests) {
+  const auto shown = [](const std::string& how) {
+    return Lines{"1.3 pointer 2880 540", "1.4 hotkey 2 pressed", "1.4 hud at {2700,130,360,54}",
+                 "1.4 hud shows level 70, sun.max, bar 70.0%, " + how + ", picture 00000000",
+                 "1.4 hotkey 2 released"};
+  };
+  EXPECT_THAT(breachesOf(with(aSetOfTheKeys(), shown("at once"))), IsEmpty());
+  EXPECT_THAT(breachesOf(with(aSetOfTheKeys(), shown("moving"))),
+              ElementsAre("level 70 moves from another display's"));
+  EXPECT_THAT(breachesOf(with(aSetOfTheKeys(), {"1.52 hud says \"One: 40 %\""})), IsEmpty());
+  EXPECT_THAT(breachesOf(with(aSetOfTheKeys(), {"1.3 hud says \"One: 40 %\""})),
+              ElementsAre("the HUD speaks before it rests"));
+}
+
+TEST(Judge, AReadWaitsForItsReplyAndIsTriedThreeTimes) {
+  const std::string request = " " + get1;
+  const std::string silence = " bus 1 read 00 00 00 00 00 00 00 00 00 00 00 00";
+  const Lines three = {"1" + request,    "1.04" + silence, "1.06" + request,  "1.1" + silence,
+                       "1.14" + request, "1.18" + silence, "9 program killed"};
+  EXPECT_THAT(breachesOf(three), IsEmpty());
+  EXPECT_THAT(breachesOf({"1" + request, "1.04" + silence, "9 program killed"}), IsEmpty());
+  EXPECT_THAT(breachesOf({"1" + request, "1.04" + silence, "9 > end"}),
+              ElementsAre("display 1 is asked only 1 time"));
+  EXPECT_THAT(breachesOf({"1" + request, "1.01 " + reply75}),
+              ElementsAre("display 1 has its reply fetched too soon"));
+}
+
+TEST(Judge, DimmingBeginsAtZeroAndWhileItMay) {
+  const auto dimmedAt = [](const std::string& level) {
+    return Lines{"1 bus 1 read 6E 88 02 00 10 00 00 64 00 " + level, "1 gamma 1 is read",
+                 "2 hotkey 2 pressed", "2 gamma 1" + deepest};
+  };
+  EXPECT_THAT(breachesOf(dimmedAt("00 C0 00")), IsEmpty());
+  EXPECT_THAT(breachesOf(dimmedAt("4B 8B 00")), ElementsAre("display 1 is dimmed at 75"));
+  EXPECT_THAT(breachesOf(with({"0.5 > setting SubZeroDimming = false"}, dimmedAt("00 C0 00"))),
+              ElementsAre("display 1 is dimmed though the setting is off"));
+}
+
+TEST(Judge, ABoostGoesIntoTheHeadroom) {
+  const Lines boost = {
+      "1 bus 1 read 6E 88 02 00 10 00 00 64 00 64 A4 00", "1 gamma 1 is read", "3 hotkey 1 pressed",
+      "3 gamma 1 takes 3 samples, such as 0 0.6803951 1 0 0.6803951 1 0 0.6803951 1",
+      "3 hotkey 1 released"};
+  EXPECT_THAT(breachesOf(boost), IsEmpty());
+  EXPECT_THAT(breachesOf(with({"0.5 display 1 headroom 2"}, boost)), IsEmpty());
+  EXPECT_THAT(breachesOf(with({"0.5 display 1 headroom 2", "0.6 delivers did-wake"}, boost)),
+              ElementsAre("display 1 is boosted beside its headroom"));
+}
+
+TEST(Judge, ASliderIsTheUsersAndEndsEffects) {
+  const Lines menu = {"1 menu rebuilt, 2 items", "1 menu | text \"One — 75%\"",
+                      "1 menu | slider \"Brightness of One\" at 75 of 0..100",
+                      "1.2 slider 1 moved to 40"};
+  const std::string follows = " menu item 1: slider \"Brightness of One\" at 75 of 0..100";
+  EXPECT_THAT(breachesOf(with(menu, {"1.7" + follows})), IsEmpty());
+  EXPECT_THAT(breachesOf(with(menu, {"1.5" + follows})),
+              ElementsAre("item 1 moves under the user's hand"));
+  const Lines dimmed = {"0.5 gamma 1 is read", "0.5 gamma 1" + deepest};
+  const Lines set = {"1.21 " + set40, "1.22 " + set40};
+  EXPECT_THAT(breachesOf(with(with(dimmed, menu), with({"1.2 gamma 1" + straight}, set))),
+              IsEmpty());
+  EXPECT_THAT(breachesOf(with(with(dimmed, menu), set)),
+              Contains("display 1 is set by its slider and keeps its effect"));
+}
+
+TEST(Judge, ABrightnessKeyIsRelayedAsItself) {
+  EXPECT_THAT(breachesOf({"1 > hold brightness-down for 1s", "1 hotkey 6 pressed"}), IsEmpty());
+  EXPECT_THAT(breachesOf({"1 > hold brightness-down for 1s", "1 hotkey 5 pressed"}),
+              ElementsAre("a brightness key arrives as hotkey 5"));
+  const std::string off = "1 setting SystemBrightnessKeysEnabled = false";
+  EXPECT_THAT(breachesOf({"1 hotkey key 80 modifiers 0 is taken", off}), IsEmpty());
+  EXPECT_THAT(breachesOf({"1 run /usr/bin/hidutil property, status 1", off}), IsEmpty());
+  EXPECT_THAT(breachesOf({"1 > hidutil garbled", off}), IsEmpty());
+  EXPECT_THAT(breachesOf({"0.5 > setting SystemBrightnessKeysEnabled = false", "0.6 program killed",
+                          "0.7 program started", "0.7 gamma of all displays calibrated", off}),
+              IsEmpty());
+  EXPECT_THAT(breachesOf({off}),
+              ElementsAre("the brightness keys are given back though nothing has failed"));
 }
 
 TEST(Judge, AnOfflineDisplayGetsQueuedReadsAtMost) {
@@ -199,7 +285,7 @@ Lines quietMenu(const std::string& status, const std::string& slider) {
                  "55 bus 2 read 6E 88 02 00 10 00 00 64 00 4B 8B 00",
                  "60 > menu open",
                  "60 menu opens",
-                 "60 menu rebuilt, 4 items",
+                 "60 menu rebuilt, 9 items",
                  "60 menu | text \"One — " + status + "\"",
                  "60 menu | text \"Two — 75%\"",
                  "60 menu | slider \"Brightness of Two\" at 75 of 0..100",
@@ -222,6 +308,32 @@ TEST(Judge, AfterQuietLevelGammaAndHardwareAgree) {
   EXPECT_THAT(breachesOf(with({"40 > buttons 1 75"},
                               quietMenu("70%", "\"Brightness of One\" at 70 of 0..100"))),
               IsEmpty());
+}
+
+TEST(Judge, TheUserIsAskedForTheGrantOnce) {
+  EXPECT_THAT(breachesOf({"1 accessibility prompt"}), IsEmpty());
+  EXPECT_THAT(breachesOf({"1 accessibility prompt", "2 accessibility prompt"}),
+              ElementsAre("the user is asked for the grant again"));
+}
+
+TEST(Judge, AfterQuietTheMenuIsRightFromItsFirstLine) {
+  EXPECT_THAT(breachesOf({"55 " + reply75, "60 menu opens", "60 menu rebuilt, 1 items",
+                          "60 menu | text \"One — 70%\""}),
+              Contains("display 1 shows 70, and has 75"));
+}
+
+TEST(Judge, AfterQuietTheMaximumIsStored) {
+  EXPECT_THAT(breachesOf(with({"0.5 setting ddcmax.8738.1.0 = 50"},
+                              quietMenu("75%", "\"Brightness of One\" at 75 of 0..100"))),
+              ElementsAre("the maximum of display 1 is not stored"));
+}
+
+TEST(Judge, AMonitorAnswersAgainOnlyAfterAnOutage) {
+  const std::string stopped = "1 log Brivane: [1] One stopped answering DDC";
+  const std::string again = "2 log Brivane: [1] One answering again after 1s";
+  EXPECT_THAT(breachesOf({stopped, again}), IsEmpty());
+  EXPECT_THAT(breachesOf({stopped, again, again}),
+              ElementsAre("display 1 is said to answer again, and was not silent"));
 }
 
 TEST(Judge, AStoredLevelIsRestored) {
