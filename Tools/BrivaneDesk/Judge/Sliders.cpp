@@ -35,7 +35,9 @@ void Sliders::see(const TraceEvent& event) {
 void Sliders::seeMove(Microseconds time, const SliderMoved& moved) {
   const auto display = menu.displayOfSlider(moved.index);
   if (!display) return;
-  const double value = menu.entryOf(*display)->slider.value_or(moved.value);
+  const auto entry = menu.entryOf(*display);
+  if (!entry) return;
+  const double value = entry->slider.value_or(moved.value);
   const auto last = moves.find(*display);
   if (last != moves.end() && last->second.value == value) return;
   movedAt[moved.index] = time;
