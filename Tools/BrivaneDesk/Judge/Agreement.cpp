@@ -42,7 +42,10 @@ void Agreement::compare(Microseconds time, DisplayNumber number, const KnownDisp
 /// Nothing when the display can't be asked.
 std::optional<std::int64_t> Agreement::ownLevel(Microseconds time, DisplayNumber number,
                                                 const KnownDisplay& display) {
-  if (display.serviceLevel) return std::llround(*display.serviceLevel * 100);
+  // The services speak in 32-bit floats, whose product decides about halves.
+  if (display.serviceLevel) {
+    return std::llround(static_cast<float>(*display.serviceLevel) * 100.0F);
+  }
   const auto bus = desk.answeringBusOf(number);
   if (display.described->isBuiltIn || !bus) return std::nullopt;
   const auto& monitor = desk.displays.at(*bus);
