@@ -1,6 +1,11 @@
 #include "Machines/Desk/Machine/Notifications.h"
 
 namespace brivane {
+namespace {
+
+constexpr std::string_view terminationName = "termination";
+
+}  // namespace
 
 DeskNotifications::DeskNotifications(DeskHardware& deskHardware, Faults& machineFaults,
                                      Runtime& machineRuntime, bool processIsReal)
@@ -12,25 +17,33 @@ DeskNotifications::DeskNotifications(DeskHardware& deskHardware, Faults& machine
           [this](HardwareNotice notice) { announceNotice(notice); })) {}
 
 Observation DeskNotifications::observeScreenParameters(Task handler) {
-  if (faults.strikes("SystemNotifications.observeScreenParameters")) return nullptr;
+  if (isRefused("SystemNotifications.observeScreenParameters",
+                noticeName(HardwareNotice::screenParameters))) {
+    return nullptr;
+  }
   followOtherProcesses();
   return topics->screenParameters.observe(std::move(handler));
 }
 
 Observation DeskNotifications::observeDidWake(Task handler) {
-  if (faults.strikes("SystemNotifications.observeDidWake")) return nullptr;
+  if (isRefused("SystemNotifications.observeDidWake", noticeName(HardwareNotice::didWake))) {
+    return nullptr;
+  }
   followOtherProcesses();
   return topics->didWake.observe(std::move(handler));
 }
 
 Observation DeskNotifications::observeScreensDidWake(Task handler) {
-  if (faults.strikes("SystemNotifications.observeScreensDidWake")) return nullptr;
+  if (isRefused("SystemNotifications.observeScreensDidWake",
+                noticeName(HardwareNotice::screensDidWake))) {
+    return nullptr;
+  }
   followOtherProcesses();
   return topics->screensDidWake.observe(std::move(handler));
 }
 
 Observation DeskNotifications::observeTermination(Task handler) {
-  if (faults.strikes("SystemNotifications.observeTermination")) return nullptr;
+  if (isRefused("SystemNotifications.observeTermination", terminationName)) return nullptr;
   auto observation = topics->termination.observe(std::move(handler));
   if (!isReal) return observation;
   struct WithSignals {
@@ -38,6 +51,12 @@ Observation DeskNotifications::observeTermination(Task handler) {
     std::shared_ptr<Signals> signals;
   };
   return std::make_shared<WithSignals>(WithSignals{std::move(observation), waitForSignals()});
+}
+
+bool DeskNotifications::isRefused(std::string_view call, std::string_view name) {
+  if (!faults.strikes(call)) return false;
+  topics->unheard.insert(name);
+  return true;
 }
 
 void DeskNotifications::followOtherProcesses() {
@@ -62,7 +81,7 @@ std::shared_ptr<DeskNotifications::Signals> DeskNotifications::waitForSignals() 
 }
 
 void DeskNotifications::askToEnd() {
-  announceSoon(&Topics::termination, "termination");
+  announceSoon(&Topics::termination, terminationName);
 }
 
 void DeskNotifications::end() {
@@ -87,7 +106,8 @@ void DeskNotifications::announceNotice(HardwareNotice notice) {
 
 void DeskNotifications::announceSoon(Topic Topics::*topic, std::string_view name) {
   runtime.async([all = topics, topic, name, tracer = hardware.tracer] {
-    tracer->noteDetail([&] { return "delivers " + std::string(name); });
+    const bool isHeard = !all->unheard.contains(name);
+    if (isHeard) tracer->noteDetail([&] { return "delivers " + std::string(name); });
     ((*all).*topic).announce();
   });
 }

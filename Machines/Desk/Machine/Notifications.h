@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <set>
+#include <string_view>
 
 #include "BrivaneCore/Seams/SystemNotifications.h"
 #include "Machines/Common/Processes/TerminationSignals.h"
@@ -37,10 +39,13 @@ class DeskNotifications : public SystemNotifications {
     Topic didWake;
     Topic screensDidWake;
     Topic termination;
+    /// The announcements whose observation was made to fail.
+    std::set<std::string_view> unheard;
   };
 
   using Signals = std::unique_ptr<TerminationSignals>;
 
+  bool isRefused(std::string_view call, std::string_view name);
   void followOtherProcesses();
   std::shared_ptr<Signals> waitForSignals();
   void announceSoon(Topic Topics::*topic, std::string_view name);

@@ -72,6 +72,8 @@ void Agreement::compareGamma(Microseconds time, DisplayNumber number, std::int64
     return;
   using Kind = GammaCurves::Kind;
   const auto curve = gamma.curveOf(number);
+  // Another process has the last word until the program next writes a table.
+  if (curve.kind == Kind::foreign) return;
   // A boost whose headroom has changed moves on with the next step alone.
   if (level > 100 && display->headroomChangedAt > desk.startedAt) return;
   const bool isBoosted = curve.kind == Kind::bent || curve.kind == Kind::gained;

@@ -29,6 +29,7 @@ double curved(double sample, GammaCurves::Curve curve, double ceiling) {
       return sample * (1 + share * (ceiling - 1));
     case GammaCurves::Kind::captured:
     case GammaCurves::Kind::straight:
+    case GammaCurves::Kind::foreign:
     case GammaCurves::Kind::unknown:
       break;
   }
@@ -37,7 +38,8 @@ double curved(double sample, GammaCurves::Curve curve, double ceiling) {
 
 /// Neither dimmed nor boosted.
 bool isUnchanged(GammaCurves::Curve curve) {
-  return curve.kind == GammaCurves::Kind::captured || curve.kind == GammaCurves::Kind::straight;
+  return curve.kind == GammaCurves::Kind::captured || curve.kind == GammaCurves::Kind::straight ||
+         curve.kind == GammaCurves::Kind::foreign;
 }
 
 double peakOfTable(const GammaTable& table) {
@@ -97,17 +99,21 @@ void GammaCurves::see(const TraceEvent& event) {
     display.inForce = display.calibrated;
     display.curve = {};
     display.hasRefusedRestore = false;
-    display.hasTwoEffects = false;
     display.isOfEarlierRun = false;
   };
   if (const auto* const taken = event.as<GammaTaken>()) {
     seeTable(event, *taken);
   } else if (const auto* const read = event.as<GammaRead>()) {
     if (!desk.isSecondProgram) seeCapture(event, read->display);
+  } else if (const auto* const profile = event.as<ProfileChanged>()) {
+    seeProfile(*profile);
+  } else if (const auto* const foreign = event.as<ForeignGamma>()) {
+    seeForeign(*foreign);
   } else if (event.as<ProgramStarted>() != nullptr) {
     for (auto& [number, display] : displays) display.isOfEarlierRun = true;
   } else if (event.as<GammaCalibrated>() != nullptr) {
     for (auto& [number, display] : displays) {
+      display.hasTwoEffects = false;
       if (desk.find(number)->isAttached) calibrate(display);
     }
   } else if (const auto* const plugged = event.as<DisplayPlugged>()) {
@@ -118,6 +124,31 @@ void GammaCurves::see(const TraceEvent& event) {
     calibrate(found->second);
     found->second.hasTwoEffects = hadTwoEffects;
   }
+}
+
+void GammaCurves::seeProfile(const ProfileChanged& changed) {
+  const auto found = displays.find(changed.display);
+  if (found == displays.end()) return;
+  Display& display = found->second;
+  const auto capacity = static_cast<std::uint32_t>(display.calibrated[0].size());
+  const double exponent = changed.exponent;
+  display.calibrated =
+      calibratedTable({capacity, GammaDescription::Exponents{exponent, exponent, exponent}});
+  display.inForce = display.calibrated;
+  display.curve = {Kind::foreign, 0};
+}
+
+void GammaCurves::seeForeign(const ForeignGamma& foreign) {
+  const auto found = displays.find(foreign.display);
+  if (found == displays.end()) return;
+  Display& display = found->second;
+  display.inForce = display.calibrated;
+  for (auto& samples : display.inForce) {
+    for (float& sample : samples) {
+      sample = static_cast<float>(static_cast<double>(sample) * foreign.factor);
+    }
+  }
+  display.curve = {Kind::foreign, 0};
 }
 
 void GammaCurves::seeCapture(const TraceEvent& event, DisplayNumber number) {
@@ -135,6 +166,11 @@ void GammaCurves::seeTable(const TraceEvent& event, const GammaTaken& table) {
   const auto found = displays.find(table.display);
   if (found == displays.end()) return;
   Display& display = found->second;
+  // Its samples are unknown: it may have been a restore.
+  if (event.isFault) {
+    display.hasRefusedRestore = true;
+    return;
+  }
   const Curve curve = recognised(table.display, display, table);
   if (curve.kind == Kind::unknown && !desk.isSecondProgram) {
     breach(event.time, nameOf(table.display) + " gets no curve of its captured table");

@@ -18,8 +18,9 @@ class GammaCurves : public Checker {
 
   void see(const TraceEvent& event) override;
 
-  /// How the table in force was made of the captured one.
-  enum class Kind { captured, dimmed, bent, gained, straight, unknown };
+  /// How the table in force was made of the captured one; `foreign`: it was not, but comes of
+  /// another colour profile or process, behind the program's back.
+  enum class Kind { captured, dimmed, bent, gained, straight, foreign, unknown };
   struct Curve {
     Kind kind = Kind::captured;
     /// The dimming's depth or the boost, 1 to 100; 0 for others.
@@ -45,6 +46,8 @@ class GammaCurves : public Checker {
     bool isOfEarlierRun = false;
   };
 
+  void seeProfile(const ProfileChanged& changed);
+  void seeForeign(const ForeignGamma& foreign);
   void seeCapture(const TraceEvent& event, DisplayNumber number);
   void seeTable(const TraceEvent& event, const GammaTaken& table);
   void seeEffects(const TraceEvent& event, Display& display, const GammaTaken& table, Curve curve);

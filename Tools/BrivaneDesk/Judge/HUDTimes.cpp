@@ -113,7 +113,7 @@ void HUDTimes::look(Microseconds time) {
   }
   if (!isShown) return;
   const Microseconds end = fadingSince ? *fadingSince + fadeTime : fadesAt;
-  if (time <= end + lateness) return;
+  if (time <= end || desk.passed(end, time) <= lateness) return;
   breach(time, fadingSince ? "the HUD has faded and is there" : "the HUD shows an old state");
   hide();
 }

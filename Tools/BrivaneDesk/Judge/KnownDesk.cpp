@@ -7,6 +7,7 @@
 
 #include "Machines/Desk/File/DisplaySection.h"
 #include "Machines/Desk/File/FirmwareSection.h"
+#include "Tools/BrivaneDesk/Language/Tokens.h"
 
 namespace brivane::judge {
 namespace {
@@ -91,12 +92,14 @@ KnownDesk::KnownDesk(const DeskDescription& desk) : description(desk), pointer(d
 void KnownDesk::see(const TraceEvent& event) {
   now = event.time;
   isForgetting = false;
+  isFault = event.isFault;
   if (event.isFault) troubleAt = now;
   std::visit([this](const auto& kind) { take(kind); }, event.kind);
 }
 
+/// A read that fails is repeated.
 void KnownDesk::take(const FaultStruck& fault) {
-  faults.emplace(fault.call);
+  if (fault.call != "AVService.readI2C") faults.emplace(fault.call);
 }
 
 void KnownDesk::take(const ProgramStarted&) {
@@ -105,6 +108,9 @@ void KnownDesk::take(const ProgramStarted&) {
   faults.clear();
   knownArrangement = arrangement();
   forget();
+  for (const auto& [key, value] : std::exchange(unstored, {})) {
+    seeSetting(key, value ? std::optional(std::to_string(*value)) : std::nullopt);
+  }
 }
 
 void KnownDesk::take(const ProgramKilled&) {
@@ -153,6 +159,7 @@ void KnownDesk::take(const BusRead& read) {
 }
 
 void KnownDesk::take(const SettingChanged& setting) {
+  seeUnstored(setting);
   seeSetting(setting.key, setting.value);
 }
 
@@ -162,6 +169,8 @@ void KnownDesk::take(const StepTaken& step) {
   if (words.starts_with("request up") || words.starts_with("request down")) {
     press(words.starts_with("request up"), false);
   }
+  constexpr std::string_view stall = "stall ";
+  if (words.starts_with(stall)) seeStall(words.substr(stall.size()));
   constexpr std::string_view setting = "setting ";
   if (!words.starts_with(setting)) return;
   words.remove_prefix(setting.size());
@@ -170,6 +179,11 @@ void KnownDesk::take(const StepTaken& step) {
   seeSetting(words.substr(0, nameEnd), value == std::string_view::npos
                                            ? std::nullopt
                                            : std::optional(words.substr(value + 2)));
+}
+
+void KnownDesk::seeStall(std::string_view duration) {
+  stalledAt = now;
+  stalledUntil = now + Microseconds(parseMicroseconds(duration).value_or(0));
 }
 
 /// A press starts a sweep anew, whichever hotkey swept before; a release ends it, unless the
@@ -297,6 +311,21 @@ void KnownDesk::wake(KnownDisplay& display) const {
   display.isAsleep = false;
 }
 
+void KnownDesk::seeUnstored(const SettingChanged& setting) {
+  const auto storedIn = [&](const auto& map, std::string_view prefix) {
+    const auto found = map.find(setting.key.substr(prefix.size()));
+    return found == map.end() ? std::nullopt : std::optional(found->second);
+  };
+  if (!isFault) {
+    const auto found = unstored.find(setting.key);
+    if (found != unstored.end()) unstored.erase(found);
+  } else if (setting.key.starts_with(levelPrefix)) {
+    unstored.emplace(setting.key, storedIn(levels, levelPrefix));
+  } else if (setting.key.starts_with(maximumPrefix)) {
+    unstored.emplace(setting.key, storedIn(maximums, maximumPrefix));
+  }
+}
+
 template <typename Operation>
 void KnownDesk::change(DisplayNumber display, const Operation& operation) {
   const auto found = displays.find(display);
@@ -328,6 +357,11 @@ void KnownDesk::press(bool isUp, bool isFine) {
   isPressFine = isFine;
 }
 
+Microseconds KnownDesk::passed(Microseconds since, Microseconds until) const {
+  const Microseconds stalled = std::min(stalledUntil, until) - std::max(stalledAt, since);
+  return until - since - std::max(stalled, Microseconds(0));
+}
+
 const KnownDisplay* KnownDesk::find(DisplayNumber display) const {
   const auto found = displays.find(display);
   return found == displays.end() ? nullptr : &found->second;
@@ -343,7 +377,7 @@ std::optional<DisplayNumber> KnownDesk::underPointer() const {
 }
 
 bool KnownDesk::mayBeBusOf(DisplayNumber bus, DisplayNumber display) const {
-  if (bus == display) return true;
+  if (bus == display || mayMistakeDisplays()) return true;
   const auto found = buses.find(display);
   if (found == buses.end() || find(bus) == nullptr) return false;
   return found->second.contains(bus) || find(bus)->identity == find(display)->identity;
@@ -355,6 +389,14 @@ std::vector<DisplayNumber> KnownDesk::displaysOf(DisplayNumber bus) const {
     if (mayBeBusOf(bus, number)) all.push_back(number);
   }
   return all;
+}
+
+bool KnownDesk::mayMistakeDisplays() const {
+  return std::ranges::any_of(faults, [](const std::string& call) {
+    return call.starts_with("RegistryEntry.") || call.starts_with("RegistryIterator.") ||
+           call.starts_with("IORegistry.") ||
+           (call.starts_with("DisplaySystem.") && call != "DisplaySystem.panelIdentity");
+  });
 }
 
 std::optional<DisplayNumber> KnownDesk::busOf(DisplayNumber display) const {

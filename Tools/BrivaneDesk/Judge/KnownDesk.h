@@ -86,6 +86,9 @@ class KnownDesk {
   /// A hotkey was pressed and may still sweep.
   bool isSweeping = false;
 
+  /// The time between, but for what the main thread last did nothing for the program.
+  Microseconds passed(Microseconds since, Microseconds until) const;
+
   /// The last step of a person, fault of the machine or movement of a key.
   Microseconds troubleAt{0};
   /// Calls that were made to fail since the program started.
@@ -96,8 +99,12 @@ class KnownDesk {
   /// The display whose frame holds the pointer; nothing without one, and when its screen has no
   /// number.
   std::optional<DisplayNumber> underPointer() const;
+  /// Whether calls about displays and registry have failed: the program finds displays and buses by
+  /// what it gets, and keeps that until it has to forget it.
+  bool mayMistakeDisplays() const;
   /// Whether the program may reach `display` by `bus`: its own, its twin's, whose panel says the
-  /// same of itself, or what the registry has said since the program last forgot.
+  /// same of itself, or what the registry has said since the program last forgot; and any while
+  /// displays may be mistaken.
   bool mayBeBusOf(DisplayNumber bus, DisplayNumber display) const;
   /// The displays that the program may reach by the bus.
   std::vector<DisplayNumber> displaysOf(DisplayNumber bus) const;
@@ -150,11 +157,19 @@ class KnownDesk {
   DisplayNumber matchedBus(DisplayNumber display, const KnownRegistry& registry) const;
   std::string arrangement() const;
   void wake(KnownDisplay& display) const;
+  void seeStall(std::string_view duration);
+  void seeUnstored(const SettingChanged& setting);
   void seeSetting(std::string_view key, std::optional<std::string_view> value);
   void press(bool isUp, bool isFine);
 
   /// The time of the event.
   Microseconds now{0};
+  bool isFault = false;
+  /// The main thread's last stall.
+  Microseconds stalledAt{0};
+  Microseconds stalledUntil{0};
+  /// What is stored of the settings that could not be saved and hold for the running program alone.
+  std::map<std::string, std::optional<std::int64_t>, std::less<>> unstored;
   Point pointer;
   std::set<std::uint32_t> keysDown;
   std::map<std::uint32_t, std::uint32_t> keyOfHotkey;

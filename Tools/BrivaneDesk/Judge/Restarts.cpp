@@ -14,9 +14,9 @@ namespace {
 constexpr Microseconds startDuration{500'000};
 
 bool changesKeys(std::string_view step) {
-  constexpr std::array<std::string_view, 10> all = {
-      "setting", "grant",   "revoke",      "mapping", "hidutil",
-      "unmap",   "command", "menu choose", "editor",  "start second"};
+  constexpr std::array<std::string_view, 12> all = {
+      "setting", "grant", "revoke",      "mapping", "hidutil",      "unmap",
+      "command", "fail",  "menu choose", "editor",  "start second", "hotkey"};
   return std::ranges::any_of(all, [&](std::string_view words) { return step.starts_with(words); });
 }
 
@@ -29,17 +29,18 @@ Restarts::Restarts(const KnownDesk& knownDesk, std::vector<Breach>& allBreaches)
 
 void Restarts::see(const TraceEvent& event) {
   if (!isSettled && event.time >= desk.startedAt + startDuration) settle(event.time);
-  if (event.isFault) isSame = isUndisturbed = false;
-  if (event.isFault) mayForget = true;
+  if (event.isFault) {
+    changedAt = event.time;
+    mayForget = true;
+  }
   if (event.as<GrantAsked>() != nullptr && std::exchange(wasAsked, true) && !mayForget) {
     breach(event.time, "the user is asked for the grant again");
   }
   if (const auto* const step = event.as<StepTaken>()) {
-    if (changesKeys(step->words)) isSame = isUndisturbed = false;
+    if (changesKeys(step->words)) changedAt = event.time;
   } else if (event.as<ProgramStarted>() != nullptr) {
     isCleared = false;
     isSettled = false;
-    isUndisturbed = true;
     now.hotkeys.clear();
   } else if (event.as<ProgramKilled>() != nullptr || event.as<ProgramEnded>() != nullptr) {
     isSettled = true;
@@ -71,12 +72,13 @@ void Restarts::seeKeys(const TraceEvent& event) {
 
 void Restarts::settle(Microseconds time) {
   isSettled = true;
+  const bool isSame = !changedAt || *changedAt < startBefore;
   if (isSame && before && now != *before) {
     breach(time, now.hotkeys != before->hotkeys ? "other hotkeys than in the run before"
                                                 : "another mapping than in the run before");
   }
-  before = isUndisturbed ? std::optional(now) : std::nullopt;
-  isSame = true;
+  before = now;
+  startBefore = desk.startedAt;
 }
 
 }  // namespace brivane::judge

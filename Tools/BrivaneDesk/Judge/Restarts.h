@@ -34,15 +34,15 @@ class Restarts : public Checker {
 
   bool isCleared = true;
   bool isSettled = true;
-  /// Whether what keys depend on is as it was when the last run settled.
-  bool isSame = false;
-  /// Whether nothing else has changed them since the start.
-  bool isUndisturbed = false;
   bool wasAsked = false;
   /// Whether a call has failed, so that the program may not remember that it asked.
   bool mayForget = false;
+  /// When somebody last changed what keys depend on.
+  std::optional<Microseconds> changedAt;
   Keys now;
+  /// Those of the run before, and its start.
   std::optional<Keys> before;
+  Microseconds startBefore{0};
 };
 
 }  // namespace brivane::judge

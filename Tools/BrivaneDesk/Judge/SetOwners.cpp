@@ -36,7 +36,7 @@ void SetOwners::see(const TraceEvent& event) {
     const Microseconds cause = event.time - setWait;
     const bool isOwned = isOfKeys(cause, *set) || isOfSlider(cause, *set) || isOfRequest(cause) ||
                          isOfRestore(cause, *set);
-    if (!isOwned) {
+    if (!isOwned && !desk.mayMistakeDisplays()) {
       breach(event.time, nameOf(set->display) + " gets " + std::to_string(set->value) +
                              ", for which nobody asked");
     }
@@ -60,7 +60,7 @@ bool SetOwners::isOfSlider(Microseconds cause, const BusSet& set) const {
   return std::ranges::any_of(moves, [&](const auto& displayMoves) {
     if (!desk.mayBeBusOf(set.display, displayMoves.first)) return false;
     return std::ranges::any_of(displayMoves.second, [&](const Move& move) {
-      if (move.time > cause || cause - move.time > longestSliderWait) return false;
+      if (move.time > cause || desk.passed(move.time, cause) > longestSliderWait) return false;
       return hasLevel(set, std::llround(move.value)) ||
              hasLevel(set, static_cast<std::int64_t>(std::floor(move.value)));
     });

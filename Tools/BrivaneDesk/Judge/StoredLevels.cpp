@@ -53,6 +53,7 @@ void StoredLevels::seeReading(const TraceEvent& event, const BusRead& read) {
 }
 
 void StoredLevels::seeLevel(const TraceEvent& event, const SettingChanged& setting) {
+  if (desk.mayMistakeDisplays()) return;
   const std::string identity(setting.key.substr(setting.key.find('.') + 1));
   const auto level = desk.levels.find(identity);
   if (level == desk.levels.end()) return;
@@ -100,7 +101,7 @@ bool StoredLevels::wasSet(Microseconds time, const std::string& identity) const 
 
 /// Whether a slider was just moved below 0 for a stored 0, above 100 for 100.
 bool StoredLevels::isBeyondRange(Microseconds time, std::int64_t level) const {
-  if (!lastMove || time - lastMove->first > sliderWait) return false;
+  if (!lastMove || desk.passed(lastMove->first, time) > sliderWait) return false;
   return (level == 0 && lastMove->second < 0) || (level == 100 && lastMove->second > 100);
 }
 

@@ -271,7 +271,21 @@ EventKind readLog(Words words) {
   return isOver ? EventKind(OutageLogged{display, true}) : OtherLine{};
 }
 
+EventKind readProfile(Words words) {
+  const auto display = words.number<DisplayNumber>();
+  words.take("exponent ");
+  return ProfileChanged{display, words.number<double>()};
+}
+
+EventKind readForeignGamma(Words words) {
+  const auto display = words.number<DisplayNumber>();
+  words.take("times ");
+  return ForeignGamma{display, words.number<double>()};
+}
+
 EventKind readRest(Words words) {
+  if (words.take("profile ")) return readProfile(words);
+  if (words.take("foreign gamma ")) return readForeignGamma(words);
   if (words.take("tap created")) return TapChanged{true};
   if (words.take("tap removed")) return TapChanged{false};
   if (words.take("hid-mapping ")) return MappingChanged{words.all()};
@@ -290,7 +304,10 @@ EventKind readRest(Words words) {
 EventKind readKind(Words words, bool isFault) {
   if (words.take("bus ")) return readBus(words, isFault);
   if (words.take("menu ")) return readMenu(words);
-  if (words.take("> ")) return StepTaken{words.all()};
+  if (words.take("> ")) {
+    words.take("try ");
+    return StepTaken{words.all()};
+  }
   if (words.take("setting ")) return readSetting(words);
   if (words.take("hud ")) return readHUD(words);
   if (words.take("gamma ")) return readGamma(words);
@@ -313,10 +330,15 @@ TraceEvent readLine(Microseconds time, const std::string& text) {
   Words words(line);
   if (!words.take("fault ")) return {time, readKind(words, false), false};
   const auto call = line.substr(6, line.find(':') - 6);
-  const auto change = line.find(": ");
-  if (change == std::string_view::npos) return {time, FaultStruck{call}, true};
-  const auto kind = readKind(Words(line.substr(change + 2)), true);
-  // Neither tables nor settings are changed by a call that fails.
+  const auto colon = line.find(": ");
+  if (colon == std::string_view::npos) return {time, FaultStruck{call}, true};
+  Words change(line.substr(colon + 2));
+  // Its samples are not told.
+  if (change.take("gamma ")) {
+    return {time, GammaTaken{change.number<DisplayNumber>(), 0, false, {}}, true};
+  }
+  // A display service's level stays as it is.
+  const auto kind = readKind(change, true);
   const bool isRead = std::holds_alternative<BusSet>(kind) ||
                       std::holds_alternative<BusGet>(kind) ||
                       std::holds_alternative<SettingChanged>(kind);

@@ -18,7 +18,7 @@ namespace brivane::judge {
 
 using DisplayNumber = std::uint32_t;
 
-/// A step of the scenario, without "> ".
+/// A step of the scenario, without "> " and "try".
 struct StepTaken {
   std::string_view words;
 };
@@ -65,6 +65,16 @@ struct GammaRead {
   DisplayNumber display = 0;
 };
 struct GammaCalibrated {};
+/// The calibrated table becomes x ^ exponent, and is in force.
+struct ProfileChanged {
+  DisplayNumber display = 0;
+  double exponent = 1;
+};
+/// Another process puts the calibrated table in force, its samples times `factor`.
+struct ForeignGamma {
+  DisplayNumber display = 0;
+  double factor = 1;
+};
 
 struct SettingChanged {
   std::string_view key;
@@ -208,13 +218,13 @@ struct OtherLine {};
 using EventKind =
     std::variant<OtherLine, StepTaken, ProgramStarted, ProgramKilled, ProgramEnded,
                  SecondProgramBegins, SecondProgramEnds, BusSet, BusGet, BusRead, GammaTaken,
-                 GammaRead, GammaCalibrated, SettingChanged, HotkeyRegistered, HotkeyUnregistered,
-                 HotkeyRefused, HotkeyMoved, KeyMoved, BrightnessKeyPressed, DisplayPlugged,
-                 RegistryChanged, DisplayFramed, HeadroomChanged, ScreenChanged, PortsSwapped,
-                 MonitorChanged, ServiceLevelChanged, SystemBrightnessChanged, PointerMoved,
-                 NoticeDelivered, TapChanged, MappingChanged, ToolRan, GrantAsked, OutageLogged,
-                 FaultStruck, HUDShown, HUDSaid, HUDPlaced, HUDFades, HUDGone, MenuMoved,
-                 MenuRebuilt, MenuItemShown, SliderMoved>;
+                 GammaRead, GammaCalibrated, ProfileChanged, ForeignGamma, SettingChanged,
+                 HotkeyRegistered, HotkeyUnregistered, HotkeyRefused, HotkeyMoved, KeyMoved,
+                 BrightnessKeyPressed, DisplayPlugged, RegistryChanged, DisplayFramed,
+                 HeadroomChanged, ScreenChanged, PortsSwapped, MonitorChanged, ServiceLevelChanged,
+                 SystemBrightnessChanged, PointerMoved, NoticeDelivered, TapChanged, MappingChanged,
+                 ToolRan, GrantAsked, OutageLogged, FaultStruck, HUDShown, HUDSaid, HUDPlaced,
+                 HUDFades, HUDGone, MenuMoved, MenuRebuilt, MenuItemShown, SliderMoved>;
 
 struct TraceEvent {
   Microseconds time{0};

@@ -2,32 +2,40 @@
 
 #include "Tools/BrivaneDesk/Weather/DayText.h"
 #include "Tools/BrivaneDesk/Weather/DisplayWeather.h"
+#include "Tools/BrivaneDesk/Weather/OutsideWeather.h"
 #include "Tools/BrivaneDesk/Weather/SystemWeather.h"
 #include "Tools/BrivaneDesk/Weather/ToolWeather.h"
+#include "Tools/BrivaneDesk/Weather/UserWeather.h"
 
 namespace brivane {
 namespace {
 
 void writeBusyTime(DayText& day, DisplayWeather& displays, SystemWeather& system,
-                   ToolWeather& tools) {
+                   ToolWeather& tools, UserWeather& user, OutsideWeather& outside) {
   const int steps = 30 + day.pick(50);
   for (int step = 0; step < steps; ++step) {
     const int kind = day.pick(100);
-    if (kind < 36) {
+    if (kind < 30) {
       displays.writeStep();
-    } else if (kind < 44) {
+    } else if (kind < 36) {
       tools.writeStep();
-    } else {
+    } else if (kind < 70) {
       system.writeStep();
+    } else if (kind < 82) {
+      user.writeStep();
+    } else {
+      outside.writeStep();
     }
   }
 }
 
 /// The judge reads the menu after the quiet.
 void writeRandomDayEnd(DayText& day, DisplayWeather& displays, SystemWeather& system,
-                       ToolWeather& tools) {
+                       ToolWeather& tools, UserWeather& user, OutsideWeather& outside) {
   system.writeEnd();
   tools.writeEnd();
+  user.writeEnd();
+  outside.writeEnd();
   displays.writeEnd();
   day.quiet();
   day.line(std::string("+78s ") + (day.chance(50) ? "quit" : "signal"));
@@ -43,14 +51,17 @@ std::string randomDay(std::uint64_t seed, Microseconds length) {
   DisplayWeather displays(day);
   SystemWeather system(day);
   ToolWeather tools(day);
-  day.line(joined({"desk {", displays.deskKeys(), ",\n ", system.deskKeys(), "}"}));
+  UserWeather user(day);
+  OutsideWeather outside(day);
+  day.line(
+      joined({"desk {", displays.deskKeys(), ",\n ", system.deskKeys(), outside.deskKeys(), "}"}));
   day.line("at 0s start");
-  writeBusyTime(day, displays, system, tools);
+  writeBusyTime(day, displays, system, tools, user, outside);
   while (day.length() < length) {
     day.line("+" + day.oneOf(std::array{"5min", "20min", "1h"}) + " end");
-    writeBusyTime(day, displays, system, tools);
+    writeBusyTime(day, displays, system, tools, user, outside);
   }
-  writeRandomDayEnd(day, displays, system, tools);
+  writeRandomDayEnd(day, displays, system, tools, user, outside);
   return day.written();
 }
 

@@ -127,6 +127,27 @@ TEST(Judge, AGammaTableIsACurveOfTheCapturedOne) {
               ElementsAre("display 1 has its changed table captured"));
 }
 
+TEST(Judge, ATableOfAnotherProcessOrProfileIsCapturedAsItIs) {
+  const std::string squared = " takes 3 samples, such as 0 0.25 1 0 0.25 1 0 0.25 1";
+  const std::string halved = " takes 3 samples, such as 0 0.125 0.5 0 0.125 0.5 0 0.125 0.5";
+  const Lines changed = {"1 profile 1 exponent 2", "2 gamma 1 is read", "3 gamma 1" + squared};
+  EXPECT_THAT(breachesOf(changed), IsEmpty());
+  EXPECT_THAT(breachesOf(without(changed, 1)),
+              ElementsAre("display 1 gets no curve of its captured table"));
+  const Lines foreign = with(changed, {"4 foreign gamma 1 times 0.5", "5 gamma 1 is read"});
+  EXPECT_THAT(breachesOf(with(foreign, {"6 gamma 1" + halved})), IsEmpty());
+  EXPECT_THAT(breachesOf(with(foreign, {"6 gamma 1" + squared})),
+              ElementsAre("display 1 gets no curve of its captured table"));
+}
+
+TEST(Judge, ASettingThatCouldNotBeSavedIsLostWithItsProgram) {
+  const Lines lost =
+      with(without(aSetOfTheKeys(), 3),
+           {"1.02 fault UserDefaults.set: " + level40, "2 program killed", "4 program started",
+            "4 gamma of all displays calibrated", "4.01 " + set40, "4.02 " + set40});
+  EXPECT_THAT(breachesOf(lost), ElementsAre("display 1 gets 40, for which nobody asked"));
+}
+
 TEST(Judge, ASweepEndsWithItsKey) {
   const std::string shown = " hud shows level 70, sun.max, bar 70.0%, moving, picture 00000000";
   EXPECT_THAT(breachesOf({"1 hotkey 2 pressed", "1.41" + shown}), IsEmpty());
@@ -233,6 +254,14 @@ TEST(Judge, ABrightnessKeyIsRelayedAsItself) {
               IsEmpty());
   EXPECT_THAT(breachesOf({off}),
               ElementsAre("the brightness keys are given back though nothing has failed"));
+}
+
+TEST(Judge, TheHUDStaysAsLongAsTheMainThreadStalls) {
+  const Lines shown = {"1 hotkey 2 pressed",
+                       "1 hud shows level 40, sun.min, bar 40.0%, at once, picture 00000000"};
+  const Lines late = {"4 hud alpha to 0 in 0.28 s, easing in", "4.28 hud gone"};
+  EXPECT_THAT(breachesOf(with(with(shown, {"2 > stall 2s"}), late)), IsEmpty());
+  EXPECT_THAT(breachesOf(with(shown, late)), ElementsAre("the HUD shows an old state"));
 }
 
 TEST(Judge, AnOfflineDisplayGetsQueuedReadsAtMost) {
