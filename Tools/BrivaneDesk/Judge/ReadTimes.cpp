@@ -25,7 +25,7 @@ ReadTimes::ReadTimes(const KnownDesk& knownDesk, std::vector<Breach>& allBreache
     : Checker(knownDesk, allBreaches, "a read waits for its reply and is tried three times") {}
 
 void ReadTimes::see(const TraceEvent& event) {
-  if (endsReads(event) || !desk.faults.empty()) {
+  if (endsReads(event) || event.isFault || !desk.faults.empty()) {
     reads.clear();
     unclearUntil = event.time + longestRead;
   }

@@ -33,7 +33,7 @@ void Relay::see(const TraceEvent& event) {
     isHindered = true;
   } else if (const auto* const moved = event.as<HotkeyMoved>()) {
     const bool isRelayed = moved->isPressed && moved->hotkey >= firstHotkeyOfRelay && isLastUp;
-    if (!isRelayed || *isLastUp == (moved->hotkey % 2 == 1)) return;
+    if (!isRelayed || mayShareKey || *isLastUp == (moved->hotkey % 2 == 1)) return;
     breach(event.time, "a brightness key arrives as hotkey " + std::to_string(moved->hotkey));
   } else if (const auto* const setting = event.as<SettingChanged>()) {
     seeSetting(event, *setting);
@@ -43,7 +43,8 @@ void Relay::see(const TraceEvent& event) {
 void Relay::seeStep(const TraceEvent& event, std::string_view words) {
   if (holds(words, "brightness-up")) isLastUp = true;
   if (holds(words, "brightness-down")) isLastUp = false;
-  if (holds(words, switchKey)) isOff = holds(words, "= false");
+  if (holds(words, switchKey)) isOff = !holds(words, "= true");
+  if (holds(words, "setting BrightnessKeyRelay")) mayShareKey = true;
   if (words.starts_with("menu choose")) commandAt = event.time;
   if (holds(words, "hidutil")) isToolWell = holds(words, "hidutil present");
   if (!isToolWell) isHindered = true;

@@ -20,8 +20,10 @@ class Relay : public Checker {
 
   /// The last brightness key that the user pressed.
   std::optional<bool> isLastUp;
-  /// Whether the setting for the relay is off.
+  /// Whether the setting for the relay is off, or has become so by a value that may count as that.
   bool isOff = false;
+  /// Whether both directions may have been given the same key.
+  bool mayShareKey = false;
   /// Whether the tool that maps keys does as it is told.
   bool isToolWell = true;
   /// Whether something in this run may have kept the relay from working.

@@ -13,6 +13,8 @@ namespace {
 /// A start registers hotkeys and maps keys at once.
 constexpr Microseconds startDuration{500'000};
 
+constexpr std::string_view promptedKey = "PromptedForAccessibilityBuild";
+
 bool changesKeys(std::string_view step) {
   constexpr std::array<std::string_view, 12> all = {
       "setting", "grant", "revoke",      "mapping", "hidutil",      "unmap",
@@ -38,6 +40,7 @@ void Restarts::see(const TraceEvent& event) {
   }
   if (const auto* const step = event.as<StepTaken>()) {
     if (changesKeys(step->words)) changedAt = event.time;
+    if (step->words.find(promptedKey) != std::string_view::npos) mayForget = true;
   } else if (event.as<ProgramStarted>() != nullptr) {
     isCleared = false;
     isSettled = false;

@@ -35,7 +35,8 @@ class Restarts : public Checker {
   bool isCleared = true;
   bool isSettled = true;
   bool wasAsked = false;
-  /// Whether a call has failed, so that the program may not remember that it asked.
+  /// Whether the program may not remember that it asked: a call has failed, or another process has
+  /// changed the setting.
   bool mayForget = false;
   /// When somebody last changed what keys depend on.
   std::optional<Microseconds> changedAt;

@@ -26,13 +26,16 @@ void Sliders::see(const TraceEvent& event) {
     seeItem(event.time, *item);
   } else if (event.as<MenuRebuilt>() != nullptr) {
     movedAt.clear();
+    rebuiltAt = event.time;
   } else if (const auto* const set = event.as<BusSet>()) {
     if (!desk.isSecondProgram) seeSet(event.time, *set);
   }
 }
 
-/// At the end of its range a slider stays where it is.
+/// At the end of its range a slider stays where it is; at the moment of a rebuild the one moves
+/// that was there before.
 void Sliders::seeMove(Microseconds time, const SliderMoved& moved) {
+  if (rebuiltAt == time) return;
   const auto display = menu.displayOfSlider(moved.index);
   if (!display) return;
   const auto entry = menu.entryOf(*display);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 
 #include "Tools/BrivaneDesk/Judge/Checker.h"
 #include "Tools/BrivaneDesk/Judge/GammaCurves.h"
@@ -25,6 +26,7 @@ class Sliders : public Checker {
   const GammaCurves& gamma;
   /// By the slider's index.
   std::map<std::size_t, Microseconds> movedAt;
+  std::optional<Microseconds> rebuiltAt;
   struct Move {
     Microseconds time{0};
     double value = 0;
