@@ -65,10 +65,11 @@ void HUDTimes::seeShown(Microseconds time, const HUDShown& shown) {
 }
 
 void HUDTimes::seeMove(Microseconds time, const HUDShown& shown) {
-  const bool isNew = !isShown || isConnecting == shown.level.has_value() ||
-                     level != shown.level.value_or(0) || placedAt == time;
-  if (isNew) changedAt = time;
+  // The HUD also goes with a display that is moved.
   const bool isElsewhere = isShown && placedAt == time && arrangedAt < shownAt;
+  const bool isNew = !isShown || isConnecting == shown.level.has_value() ||
+                     level != shown.level.value_or(0) || isElsewhere;
+  if (isNew) changedAt = time;
   if (shown.level && shown.isMoving && isElsewhere) {
     breach(time, "level " + std::to_string(*shown.level) + " moves from another display's");
   }

@@ -30,6 +30,7 @@ void Ranges::see(const TraceEvent& event) {
     if (table->isTaken) seeTable(event.time, table->display);
   } else if (event.as<GammaCalibrated>() != nullptr || event.as<ProgramStarted>() != nullptr) {
     effects.clear();
+    keptBoosts.clear();
   } else if (const auto* const moved = event.as<SliderMoved>()) {
     const auto display = menu.displayOfSlider(moved->index);
     if (display) movedAt[*display] = event.time;
@@ -59,6 +60,7 @@ void Ranges::seeSetting(const std::string& key, std::string_view value) {
 void Ranges::seeTable(Microseconds time, DisplayNumber display) {
   const Effect before = effects[display];
   const Effect now = effects[display] = effectOn(display);
+  if (before == Effect::boost && now == Effect::dimming) keptBoosts.insert(display);
   const bool begins = now != Effect::none && now != before;
   if (begins && isOfUser(time, display)) seeBeginning(time, display, now);
 }
@@ -71,6 +73,7 @@ void Ranges::seeBeginning(Microseconds time, DisplayNumber display, Effect effec
   }
   if (!isDimming) seeBoost(time, display);
   const auto levels = levelsOf(display);
+  if (!isDimming && keptBoosts.contains(display)) return;
   if (levels.empty() || levels.contains(isDimming ? 0 : 100)) return;
   breach(time, nameOf(display) + (isDimming ? " is dimmed at " : " is boosted at ") +
                    std::to_string(*levels.begin()));
@@ -98,7 +101,9 @@ bool Ranges::isOfUser(Microseconds time, DisplayNumber display) const {
   return desk.underPointer() == display && desk.pressedAt == time;
 }
 
+/// A setting that can't be read counts as absent, and allows.
 bool Ranges::isAllowed(Effect effect) const {
+  if (desk.faults.contains("UserDefaults.object")) return true;
   return !off.contains(effect == Effect::dimming ? dimmingKey : boostKey);
 }
 

@@ -38,6 +38,9 @@ class Ranges : public Checker {
   const GammaCurves& gamma;
   const RestoreTimes& restores;
   std::map<DisplayNumber, Effect> effects;
+  /// The displays that were dimmed while they were boosted. The boost stays, and is stepped on with
+  /// when the dimming has ended.
+  std::set<DisplayNumber> keptBoosts;
   std::map<DisplayNumber, Microseconds> movedAt;
   std::map<DisplayNumber, Microseconds> refusedAt;
   /// The settings that are off.

@@ -39,11 +39,14 @@ void ReadTimes::see(const TraceEvent& event) {
 }
 
 void ReadTimes::look(Microseconds time) {
-  for (auto& [display, read] : reads) {
+  for (auto& entry : reads) {
+    Read& read = entry.second;
     if (!read.failedAt || time <= *read.failedAt + longestPause) continue;
-    if (!read.isUnclear)
-      breach(*read.failedAt, nameOf(display) + " is asked only " + std::to_string(read.attempts) +
+    if (!read.isUnclear) {
+      breach(*read.failedAt, nameOf(entry.first) + " is asked only " +
+                                 std::to_string(read.attempts) +
                                  (read.attempts == 1 ? " time" : " times"));
+    }
     read = {};
   }
 }

@@ -42,7 +42,7 @@ void Sliders::seeMove(Microseconds time, const SliderMoved& moved) {
   if (!entry) return;
   const double value = entry->slider.value_or(moved.value);
   const auto last = moves.find(*display);
-  if (last != moves.end() && last->second.value == value) return;
+  if (value != moved.value || (last != moves.end() && last->second.value == value)) return;
   movedAt[moved.index] = time;
   moves[*display] = {time, value};
 }

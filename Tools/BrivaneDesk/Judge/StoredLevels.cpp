@@ -93,6 +93,11 @@ void StoredLevels::awaitRestores() {
   }
 }
 
+/// A program that can't read its settings restores nothing.
+bool StoredLevels::isAwaiting(DisplayNumber display) const {
+  return awaiting.contains(display) && !desk.faults.contains("UserDefaults.object");
+}
+
 bool StoredLevels::wasSet(Microseconds time, const std::string& identity) const {
   if (!lastSet || lastSet->time != time) return false;
   return std::ranges::any_of(desk.displaysOf(lastSet->display),
@@ -122,7 +127,7 @@ bool StoredLevels::wasSeen(std::int64_t level, const std::string& identity) cons
     // A queued read of a display that is gone may reach the only bus. The level is kept under the
     // identity of no panel, as a panel that is gone has no numbers.
     const bool isOfGone = !display.isAttached && identity == "0.0.0";
-    if ((display.identity != identity && !isOfGone) || awaiting.contains(number)) return false;
+    if ((display.identity != identity && !isOfGone) || isAwaiting(number)) return false;
     return std::ranges::any_of(seen, [&](const auto& readings) {
       const auto isLevel = [&](const Seen& reading) { return reading.percent == level; };
       return desk.mayBeBusOf(readings.first, number) &&

@@ -38,6 +38,7 @@ class StoredLevels : public Checker {
   void awaitRestores();
   bool isCarriedOver(const TraceEvent& event, const SettingChanged& setting) const;
   bool isBeyondRange(Microseconds time, std::int64_t level) const;
+  bool isAwaiting(DisplayNumber display) const;
   bool wasSet(Microseconds time, const std::string& identity) const;
   bool wasSeen(std::int64_t level, const std::string& identity) const;
   bool isOf(DisplayNumber display, const std::string& identity) const;
