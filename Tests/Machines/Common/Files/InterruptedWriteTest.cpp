@@ -1,9 +1,11 @@
 // A child process changes a setting while its system calls are traced; one of them fails, or the
 // child is killed there. Every call of the change and of the store's end has its turn but those in
 // `isHarmless`, so that a new one is covered by itself.
+#include <elf.h>
 #include <gmock/gmock.h>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,10 +21,6 @@
 #include "Machines/Common/Files/JsonFileDefaults.h"
 #include "Machines/Common/Processes/ThreadRuntime.h"
 #include "Tests/Support/TemporaryFolder.h"
-
-#ifndef __x86_64__
-#error "the registers of a system call are those of x86-64 here"
-#endif
 
 namespace brivane {
 namespace {
@@ -74,6 +72,44 @@ enum StoreStatus { stored = 0, notInForce = 10, notSaid = 11 };
   ::_exit(isWritten || !log.lines.empty() ? stored : notSaid);
 }
 
+/// The registers of a child that is stopped at a system call's entry or exit.
+class CallRegisters {
+ public:
+  explicit CallRegisters(pid_t stoppedChild) : child(stoppedChild) {
+    iovec all{&registers, sizeof registers};
+    ::ptrace(PTRACE_GETREGSET, child, NT_PRSTATUS, &all);
+  }
+
+#if defined(__x86_64__)
+  std::uint64_t call() const { return registers.orig_rax; }
+  unsigned long long& byteCount() { return registers.rdx; }
+  unsigned long long& result() { return registers.rax; }
+  /// Replaces the call by none.
+  void skipCall() { registers.orig_rax = ~0ULL; }
+#elif defined(__aarch64__)
+  std::uint64_t call() const { return registers.regs[8]; }
+  unsigned long long& byteCount() { return registers.regs[2]; }
+  unsigned long long& result() { return registers.regs[0]; }
+  /// Replaces the call by none.
+  void skipCall() {
+    int none = -1;
+    iovec number{&none, sizeof none};
+    ::ptrace(PTRACE_SETREGSET, child, NT_ARM_SYSTEM_CALL, &number);
+  }
+#else
+#error "which registers hold a system call's number, third argument and result?"
+#endif
+
+  void write() {
+    iovec all{&registers, sizeof registers};
+    ::ptrace(PTRACE_SETREGSET, child, NT_PRSTATUS, &all);
+  }
+
+ private:
+  const pid_t child;
+  user_regs_struct registers{};
+};
+
 struct TracedRun {
   /// Whether there were enough calls for one to be struck.
   bool wasStruck = false;
@@ -108,26 +144,29 @@ class CallTracer {
   }
 
   void enter() {
-    user_regs_struct registers{};
-    ::ptrace(PTRACE_GETREGS, child, nullptr, &registers);
-    if (registers.orig_rax == SYS_getppid) isCounting = !isCounting;
-    const bool counts = isCounting && !isHarmless(registers.orig_rax);
-    const bool isStruck = counts && ++count == number && strike(registers);
+    const auto call = CallRegisters(child).call();
+    if (call == SYS_getppid) isCounting = !isCounting;
+    const bool counts = isCounting && !isHarmless(call);
+    const bool isStruck = counts && ++count == number;
+    if (isStruck) strike();
     if (!step() || !isStruck || fault < 0) return;
-    // The call was replaced by none.
-    ::ptrace(PTRACE_GETREGS, child, nullptr, &registers);
-    registers.rax = static_cast<unsigned long long>(-static_cast<long long>(fault));
-    ::ptrace(PTRACE_SETREGS, child, nullptr, &registers);
+    CallRegisters registers(child);
+    registers.result() = static_cast<unsigned long long>(-static_cast<long long>(fault));
+    registers.write();
   }
 
-  bool strike(user_regs_struct& registers) {
+  void strike() {
+    CallRegisters registers(child);
     run.wasStruck = true;
-    run.call = registers.orig_rax;
-    if (fault == killed) return ::kill(child, SIGKILL) == 0;
-    const bool transfers = registers.orig_rax == SYS_write || registers.orig_rax == SYS_read;
-    if (fault == halved && transfers) registers.rdx = (registers.rdx + 1) / 2;
-    if (fault != halved) registers.orig_rax = ~0ULL;
-    return ::ptrace(PTRACE_SETREGS, child, nullptr, &registers) == 0;
+    run.call = registers.call();
+    if (fault == killed) {
+      ::kill(child, SIGKILL);
+      return;
+    }
+    const bool transfers = run.call == SYS_write || run.call == SYS_read;
+    if (fault == halved && transfers) registers.byteCount() = (registers.byteCount() + 1) / 2;
+    if (fault != halved) registers.skipCall();
+    registers.write();
   }
 
   const pid_t child;
