@@ -25,8 +25,9 @@ void CarbonHotkeyRegistrar::installHandler(Callback pressed, Callback released) 
   if (carbonHandler) return;
   carbonHandler =
       hotkeys.installHandler([this](HotkeyEvent event, HotkeyID hotkey) { handle(event, hotkey); });
-  if (!carbonHandler)
+  if (!carbonHandler) {
     log.write("Brivane: could not install the hotkey handler — hotkeys do nothing");
+  }
 }
 
 bool CarbonHotkeyRegistrar::registerHotkey(const HotkeyBinding& binding, std::uint32_t id) {

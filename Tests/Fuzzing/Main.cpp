@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <set>
 
 #include "Tests/Fuzzing/Parsers.h"
 
@@ -35,10 +36,12 @@ const Parser* find(std::string_view name) {
 
 /// libFuzzer's option that names the parser's seeds, which stay as they are.
 std::string seedOption(const Parser& parser) {
-  std::string option = "-seed_inputs=";
+  std::set<std::string> files;
   for (const auto& file : std::filesystem::directory_iterator(seeds(parser))) {
-    option += file.path().string() + ",";
+    files.insert(file.path().string());
   }
+  std::string option = "-seed_inputs=";
+  for (const auto& file : files) option += file + ",";
   option.pop_back();
   return option;
 }
@@ -66,8 +69,9 @@ extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments) {
   // Files of theirs, if any, lie in memory.
   ::setenv("TMPDIR", "/dev/shm", 1);
   words = {(*arguments)[0], "-timeout=60"};
-  if (given.size() == 1)
+  if (given.size() == 1) {
     words.insert(words.end(), {"-seed=1", "-runs=" + std::to_string(chosen->runs)});
+  }
   if (std::ranges::none_of(given, isFile)) words.push_back(seedOption(*chosen));
   words.insert(words.end(), given.begin() + 1, given.end());
   for (auto& word : words) pointers.push_back(word.data());
