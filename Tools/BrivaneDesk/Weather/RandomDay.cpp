@@ -30,9 +30,8 @@ void writeBusyTime(DayText& day, DisplayWeather& displays, SystemWeather& system
 }
 
 /// The judge reads the menu after the quiet.
-void writeRandomDayEnd(DayText& day, DisplayWeather& displays, SystemWeather& system,
-                       ToolWeather& tools, UserWeather& user, OutsideWeather& outside) {
-  system.writeEnd();
+void writeRandomDayEnd(DayText& day, DisplayWeather& displays, ToolWeather& tools,
+                       UserWeather& user, OutsideWeather& outside) {
   tools.writeEnd();
   user.writeEnd();
   outside.writeEnd();
@@ -61,7 +60,7 @@ std::string randomDay(std::uint64_t seed, Microseconds length) {
     day.line("+" + day.oneOf(std::array{"5min", "20min", "1h"}) + " end");
     writeBusyTime(day, displays, system, tools, user, outside);
   }
-  writeRandomDayEnd(day, displays, system, tools, user, outside);
+  writeRandomDayEnd(day, displays, tools, user, outside);
   return day.written();
 }
 

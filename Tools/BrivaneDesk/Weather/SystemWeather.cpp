@@ -65,7 +65,4 @@ void SystemWeather::changeSetting() {
                     day.chance(50) ? " = true" : " = false"}));
 }
 
-// Nothing that happens to the system needs mending yet.
-void SystemWeather::writeEnd() {}
-
 }  // namespace brivane

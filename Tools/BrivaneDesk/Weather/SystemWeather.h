@@ -14,8 +14,6 @@ class SystemWeather {
   /// The desk's keys but for its "displays", without the braces around them.
   std::string deskKeys();
   void writeStep();
-  /// Afterwards the program runs, and the system is as a user wants it.
-  void writeEnd();
 
  private:
   void press();
