@@ -46,9 +46,10 @@ GammaTable GammaHardware::calibrated(const GammaDescription& gamma, const GammaS
 
 std::optional<GammaTable> GammaHardware::calibrated(DisplayID display) {
   const auto described = displays.find(display);
-  if (!described || !described->gamma) return std::nullopt;
+  const auto gamma = described ? described->gamma : std::nullopt;
+  if (!gamma) return std::nullopt;
   const std::lock_guard lock(mutex);
-  return calibrated(*described->gamma, tables.at(display).read());
+  return calibrated(*gamma, tables.at(display).read());
 }
 
 bool GammaHardware::setTable(DisplayID display, GammaTable table) {
