@@ -94,7 +94,7 @@ void ChildTasks::finish() {
 void ChildTasks::awaitOutput() {
   std::vector<pollfd> outputs;
   for (const auto& task : running) outputs.push_back({task.output.get(), POLLIN, 0});
-  if (::poll(outputs.data(), outputs.size(), -1) <= 0) return;
+  if (::poll(outputs.data(), static_cast<nfds_t>(outputs.size()), -1) <= 0) return;
   auto task = running.begin();
   for (const auto& output : outputs) {
     const auto current = task++;
