@@ -6,7 +6,7 @@
 
 namespace brivane {
 
-/// What happens to a day's system and settings, and what its user does.
+/// The commonest of a day: presses, drags, sleep, a kill, a switch of the settings, quiet.
 class SystemWeather {
  public:
   explicit SystemWeather(DayText& whoseDay) : day(whoseDay) {}

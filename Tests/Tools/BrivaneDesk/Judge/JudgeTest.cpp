@@ -199,6 +199,9 @@ TEST(Judge, AReadWaitsForItsReplyAndIsTriedThreeTimes) {
   EXPECT_THAT(breachesOf({"1" + request, "1.04" + silence, "9 program killed"}), IsEmpty());
   EXPECT_THAT(breachesOf({"1" + request, "1.04" + silence, "9 > end"}),
               ElementsAre("display 1 is asked only 1 time"));
+  EXPECT_THAT(breachesOf({"1" + request, "1.04 fault AVService.readI2C", "1.06" + request,
+                          "1.1" + silence, "1.14" + request, "1.18" + silence, "9 > end"}),
+              IsEmpty());
   EXPECT_THAT(breachesOf({"1" + request, "1.01 " + reply75}),
               ElementsAre("display 1 has its reply fetched too soon"));
 }
@@ -233,6 +236,8 @@ TEST(Judge, ASliderIsTheUsersAndEndsEffects) {
   EXPECT_THAT(breachesOf(with(menu, {"1.7" + follows})), IsEmpty());
   EXPECT_THAT(breachesOf(with(menu, {"1.5" + follows})),
               ElementsAre("item 1 moves under the user's hand"));
+  const Lines atItsEnd(menu.begin(), menu.end() - 1);
+  EXPECT_THAT(breachesOf(with(atItsEnd, {"1.2 slider 1 moved to -5", "1.5" + follows})), IsEmpty());
   const Lines dimmed = {"0.5 gamma 1 is read", "0.5 gamma 1" + deepest};
   const Lines set = {"1.21 " + set40, "1.22 " + set40};
   EXPECT_THAT(breachesOf(with(with(dimmed, menu), with({"1.2 gamma 1" + straight}, set))),
@@ -245,6 +250,9 @@ TEST(Judge, ABrightnessKeyIsRelayedAsItself) {
   EXPECT_THAT(breachesOf({"1 > hold brightness-down for 1s", "1 hotkey 6 pressed"}), IsEmpty());
   EXPECT_THAT(breachesOf({"1 > hold brightness-down for 1s", "1 hotkey 5 pressed"}),
               ElementsAre("a brightness key arrives as hotkey 5"));
+  EXPECT_THAT(breachesOf({"0.5 > setting BrightnessKeyRelayDown = 80",
+                          "1 > hold brightness-down for 1s", "1 hotkey 5 pressed"}),
+              IsEmpty());
   const std::string off = "1 setting SystemBrightnessKeysEnabled = false";
   EXPECT_THAT(breachesOf({"1 hotkey key 80 modifiers 0 is taken", off}), IsEmpty());
   EXPECT_THAT(breachesOf({"1 run /usr/bin/hidutil property, status 1", off}), IsEmpty());
@@ -341,6 +349,10 @@ TEST(Judge, AfterQuietLevelGammaAndHardwareAgree) {
 
 TEST(Judge, TheUserIsAskedForTheGrantOnce) {
   EXPECT_THAT(breachesOf({"1 accessibility prompt"}), IsEmpty());
+  EXPECT_THAT(
+      breachesOf({"1 accessibility prompt", "1 > setting PromptedForAccessibilityBuild removed",
+                  "2 accessibility prompt"}),
+      IsEmpty());
   EXPECT_THAT(breachesOf({"1 accessibility prompt", "2 accessibility prompt"}),
               ElementsAre("the user is asked for the grant again"));
 }
